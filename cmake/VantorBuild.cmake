@@ -1,0 +1,45 @@
+# How every target of this project is compiled.
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+add_library(vantor_warnings INTERFACE)
+if(MSVC)
+  target_compile_options(vantor_warnings INTERFACE /W4 $<$<BOOL:${VANTOR_WARNINGS_AS_ERRORS}>:/WX> /utf-8)
+else()
+  target_compile_options(vantor_warnings INTERFACE
+    -Wall -Wextra -Wpedantic $<$<BOOL:${VANTOR_WARNINGS_AS_ERRORS}>:-Werror>)
+endif()
+
+# Sanitizers and coverage count only when the whole build has them.
+if(VANTOR_SANITIZE)
+  add_compile_options(-fsanitize=${VANTOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${VANTOR_SANITIZE})
+endif()
+if(VANTOR_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()
+
+# Language, warnings and include root of one target.
+function(vantor_configure_target target)
+  set_target_properties(${target} PROPERTIES CXX_STANDARD 17 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)
+  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:vantor_warnings>)
+endfunction()
+
+# The same for a library that is installed; `name` is what follows Vantor:: in the package.
+function(vantor_configure_library target name)
+  vantor_configure_target(${target})
+  set_target_properties(${target} PROPERTIES
+    EXPORT_NAME ${name}
+    POSITION_INDEPENDENT_CODE ON
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  target_include_directories(${target} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vantor>)
+endfunction()
