@@ -13,15 +13,16 @@ else()
     -Wall -Wextra -Wpedantic $<$<BOOL:${VANTOR_WARNINGS_AS_ERRORS}>:-Werror>)
 endif()
 
-# Sanitizers and coverage count only when the whole build has them.
+# Sanitizers and coverage count only when everything that is linked together has them.
+set(VANTOR_INSTRUMENTATION "")
 if(VANTOR_SANITIZE)
-  add_compile_options(-fsanitize=${VANTOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=${VANTOR_SANITIZE})
+  string(APPEND VANTOR_INSTRUMENTATION
+    " -fsanitize=${VANTOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer")
 endif()
 if(VANTOR_COVERAGE)
-  add_compile_options(--coverage)
-  add_link_options(--coverage)
+  string(APPEND VANTOR_INSTRUMENTATION " --coverage")
 endif()
+string(APPEND CMAKE_CXX_FLAGS "${VANTOR_INSTRUMENTATION}")
 
 # Language, warnings and include root of one target.
 function(vantor_configure_target target)

@@ -1,0 +1,15 @@
+# Checks that the library exports functions of its two families and no other name of ours.
+#   cmake -D NM=... -D LIBRARY=... -P CheckExports.cmake
+execute_process(COMMAND "${NM}" --dynamic --defined-only --demangle "${LIBRARY}"
+  OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^\n]*Vantor::[^\n]*" symbols "${symbols}")
+
+if(NOT symbols)
+  message(SEND_ERROR "${LIBRARY} exports nothing")
+endif()
+foreach(symbol IN LISTS symbols)
+  if(NOT symbol MATCHES "^[0-9a-f]+ T Vantor::(XMLBuilder::(partition2XML|getNamespaceURI|getPrefix)|XML2Partition::getPartitionMetadataFrom(Buffer|String|File))(\\[abi:[a-z0-9]+\\])?\\(")
+    message(SEND_ERROR "exported, but not for callers: ${symbol}")
+  endif()
+  message(STATUS "${symbol}")
+endforeach()
