@@ -1,0 +1,106 @@
+#include "Core/Metadata/CollectionElements.h"
+
+#include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Metadata/MetadataSet.h"
+#include "Core/Metadata/ReferenceElement.h"
+#include "Core/Platform/Exceptions.h"
+
+namespace Vantor {
+
+namespace {
+
+constexpr const char* kSource = "Core/Metadata/CollectionElements";
+
+Types::Identifiers::Identifier itemType(const Element& element) {
+  const auto* definition =
+      dynamic_cast<const MetaMetadata::MetaCollectionElement*>(element.metaAttribute().metaElement());
+  return definition == nullptr ? Types::Identifiers::kNone : definition->dataSubType();
+}
+
+const Types::Reference* memberAt(const CollectionElement& element, uint32 index) {
+  return dynamic_cast<const Types::Reference*>(&element.value()->at(index));
+}
+
+/// Members first as references; what holds no member is a plain collection to the visitor.
+template <class Plain>
+void acceptMembers(const Plain& element, Metadata::Visitors::ElementVisitor& visitor) {
+  if (element.size() == 0) return visitor.visit(element);
+  for (uint32 i = 0; i < element.size(); ++i) {
+    const auto* member = memberAt(element, i);
+    if (member != nullptr) visitor.visit(ReferenceElement(element.metaAttribute(), *member));
+  }
+}
+
+void appendMemberTargets(const CollectionElement& element, ReferenceKinds kinds, std::vector<Types::UUID>& targets) {
+  for (uint32 i = 0; i < element.size(); ++i) {
+    const auto* member = memberAt(element, i);
+    if (member != nullptr && kinds.include(member->identifier())) targets.push_back(member->target());
+  }
+}
+
+}  // namespace
+
+void CollectionElement::set(auto_ptr<Types::Collection> collection) {
+  collection_ = std::move(collection);
+  markPresent();
+}
+
+void CollectionElement::append(auto_ptr<Types::SimpleDataType> item) {
+  if (collection_ == nullptr) {
+    set(makeCollection(static_cast<int>(Types::Identifiers::typeSize(itemType(*this)))));
+  }
+  if (item != nullptr) collection_->append(std::move(item));
+}
+
+void CollectionElement::removeAt(uint32 index) {
+  if (index >= size()) {
+    throw Exceptions::InvalidLength(
+        "there is no item " + std::to_string(index) + " to remove; the collection has " + std::to_string(size()),
+        kSource, __LINE__);
+  }
+  collection_->removeAt(index);
+}
+
+void ArrayElement::accept(Metadata::Visitors::ElementVisitor& visitor, bool, bool) const { visitor.visit(*this); }
+void ArrayElement::accept(Metadata::Visitors::NonConstElementVisitor& visitor) { visitor.visit(*this); }
+auto_ptr<Types::Collection> ArrayElement::makeCollection(int itemSize) const {
+  return std::make_unique<Types::Array>(itemSize);
+}
+
+void BatchElement::accept(Metadata::Visitors::ElementVisitor& visitor, bool, bool) const { visitor.visit(*this); }
+void BatchElement::accept(Metadata::Visitors::NonConstElementVisitor& visitor) { visitor.visit(*this); }
+auto_ptr<Types::Collection> BatchElement::makeCollection(int itemSize) const {
+  return std::make_unique<Types::Batch>(itemSize);
+}
+
+void ReferenceArrayElement::append(const MetadataSet* target) {
+  ArrayElement::append(makeReference(itemType(*this), *target));
+}
+void ReferenceArrayElement::appendUnverifiedReference(auto_ptr<Types::Reference> reference) {
+  ArrayElement::append(std::move(reference));
+}
+void ReferenceArrayElement::accept(Metadata::Visitors::ElementVisitor& visitor, bool, bool) const {
+  visitor.visit(*this);
+  acceptMembers<ArrayElement>(*this, visitor);
+}
+void ReferenceArrayElement::accept(Metadata::Visitors::NonConstElementVisitor& visitor) { visitor.visit(*this); }
+void ReferenceArrayElement::appendTargets(ReferenceKinds kinds, std::vector<Types::UUID>& targets) const {
+  appendMemberTargets(*this, kinds, targets);
+}
+
+void ReferenceBatchElement::append(const MetadataSet* target) {
+  BatchElement::append(makeReference(itemType(*this), *target));
+}
+void ReferenceBatchElement::appendUnverifiedReference(auto_ptr<Types::Reference> reference) {
+  BatchElement::append(std::move(reference));
+}
+void ReferenceBatchElement::accept(Metadata::Visitors::ElementVisitor& visitor, bool, bool) const {
+  visitor.visit(*this);
+  acceptMembers<BatchElement>(*this, visitor);
+}
+void ReferenceBatchElement::accept(Metadata::Visitors::NonConstElementVisitor& visitor) { visitor.visit(*this); }
+void ReferenceBatchElement::appendTargets(ReferenceKinds kinds, std::vector<Types::UUID>& targets) const {
+  appendMemberTargets(*this, kinds, targets);
+}
+
+}  // namespace Vantor

@@ -1,0 +1,16 @@
+#include "Core/Metadata/DarkMetadataSet.h"
+
+#include "Core/KLV/BERLength.h"
+
+namespace Vantor {
+
+DarkMetadataSet::DarkMetadataSet(const KLV::Key& key, uint8 berOctetCount, KLV::Value value)
+    : key_(key), berLength_(berOctetCount), value_(std::move(value)) {}
+
+void DarkMetadataSet::serialize(DataIO::DataSink& sink) const {
+  sink.write(key_.rawBuffer(), KLV::Key::kSize);
+  KLV::writeBERLength(sink, value_.serializedSize(), berLength_);
+  sink.write(value_.rawBuffer(), value_.serializedSize());
+}
+
+}  // namespace Vantor

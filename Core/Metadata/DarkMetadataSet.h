@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Core/DataIO/DataSink.h"
+#include "Core/KLV/Key.h"
+#include "Core/KLV/Value.h"
+
+namespace Vantor {
+
+/// A KLV of the header metadata that is no local set known to the dictionary: key, length octets and bytes, as read.
+class DarkMetadataSet {
+ public:
+  /// @param berOctetCount  octets of the BER length field; 0 leaves the choice to the writer.
+  DarkMetadataSet(const KLV::Key& key, uint8 berOctetCount, KLV::Value value);
+
+  const KLV::Key& key() const { return key_; }
+  uint8 berLength() const { return berLength_; }
+  const KLV::Value& value() const { return value_; }
+
+  void serialize(DataIO::DataSink& sink) const;
+
+ private:
+  KLV::Key key_;
+  uint8 berLength_;
+  KLV::Value value_;
+};
+
+}  // namespace Vantor

@@ -1,0 +1,185 @@
+#include "Core/Metadata/MetadataSet.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "Core/DataIO/Memory.h"
+#include "Core/KLV/BERLength.h"
+#include "Core/KLV/LocalSet.h"
+#include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Metadata/ElementFactory.h"
+#include "Core/Metadata/PartitionDictionary.h"
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/SimpleElement.h"
+#include "Core/Metadata/StructuralMetadataKeys.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor {
+
+namespace {
+
+constexpr std::size_t kLargestTwoByteLength = 0xFFFF;
+constexpr std::size_t kCodingOctet = 6;
+
+const Types::UniversalLabel& labelOf(const Element& element) { return element.metaAttribute().metaElement()->key(); }
+
+std::size_t sizeOnWire(const Element& element) {
+  const auto* value = element.wireValue();
+  return value == nullptr ? 0 : value->encodedSize();
+}
+
+/// Values that no 2-byte length can tell force the coding with BER lengths, as ST 377-1 permits for any set.
+KLV::LocalSetCoding codingFor(const KLV::Key& key, const std::vector<const Element*>& elements) {
+  const bool tooLarge = std::any_of(elements.begin(), elements.end(), [](const Element* element) {
+    return sizeOnWire(*element) > kLargestTwoByteLength;
+  });
+  const auto berLengths = static_cast<uint8>(KLV::LocalSetCoding::kBERLengths);
+  return tooLarge || key.octet(kCodingOctet) == berLengths ? KLV::LocalSetCoding::kBERLengths
+                                                           : KLV::LocalSetCoding::kTwoByteLengths;
+}
+
+KLV::Key codedKey(const KLV::Key& key, KLV::LocalSetCoding coding) {
+  std::array<uint8, KLV::Key::kSize> octets{};
+  std::copy_n(key.rawBuffer(), octets.size(), octets.begin());
+  octets[kCodingOctet - 1] = static_cast<uint8>(coding);
+  return KLV::Key(octets);
+}
+
+/// Tells the local tag of a property that was not read from a file.
+class TagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
+ public:
+  explicit TagFinder(PartitionDictionary& tags) : tags_(tags) {}
+  void visit(const MetaMetadata::UnknownAttribute& attribute) override { tag = attribute.localTag().value(); }
+  void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
+    tag = tags_.findOrGenerate(attribute.metaElement()->key()).value();
+  }
+  void visit(const MetaMetadata::MetaAttribute& attribute) override {
+    tag = tags_.findOrGenerate(attribute.metaElement()->key(), attribute.staticLocalTag()).value();
+  }
+  uint16 tag = 0;
+
+ private:
+  PartitionDictionary& tags_;
+};
+
+uint16 tagOf(const Element& element, PartitionDictionary& tags) {
+  if (element.localTag() != 0) return element.localTag();
+  TagFinder finder(tags);
+  element.metaAttribute().accept(finder);
+  return finder.tag;
+}
+
+}  // namespace
+
+MetadataSet::MetadataSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet* definition)
+    : key_(key), definition_(definition) {}
+
+MetadataSet::~MetadataSet() = default;
+
+std::string MetadataSet::name() const {
+  return definition_ != nullptr ? definition_->symbol() : Utils::wstringToString(key_.toString());
+}
+
+MetadataSet::Elements::iterator MetadataSet::position(const Types::UniversalLabel& label) {
+  return std::lower_bound(
+      elements_.begin(), elements_.end(), label,
+      [](const auto_ptr<Element>& element, const Types::UniversalLabel& wanted) { return labelOf(*element) < wanted; });
+}
+
+const Element* MetadataSet::find(const Types::UniversalLabel& label) const {
+  return const_cast<MetadataSet*>(this)->find(label);
+}
+
+Element* MetadataSet::find(const Types::UniversalLabel& label) {
+  const auto* attribute = definition_ == nullptr ? nullptr : definition_->findAttribute(label);
+  if (attribute == nullptr) return nullptr;
+  const auto at = position(attribute->metaElement()->key());
+  return at != elements_.end() && labelOf(**at) == attribute->metaElement()->key() ? at->get() : nullptr;
+}
+
+Element& MetadataSet::createElement(const MetaMetadata::MetaAttribute& attribute) {
+  const auto& label = attribute.metaElement()->key();
+  auto at = position(label);
+  if (at == elements_.end() || !(labelOf(**at) == label)) {
+    at = elements_.insert(at, makeElement(AttributeHandle(attribute), this));
+  }
+  (*at)->markPresent();
+  return **at;
+}
+
+void MetadataSet::createUnsetElements() {
+  for (const auto& attribute : definition_->attributes()) {
+    elements_.push_back(makeElement(AttributeHandle(attribute), this));
+  }
+  std::sort(elements_.begin(), elements_.end(),
+            [](const auto& left, const auto& right) { return labelOf(*left) < labelOf(*right); });
+}
+
+Element& MetadataSet::createInvalidElement(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute) {
+  invalid_.push_back(makeElement(AttributeHandle(std::move(attribute)), nullptr));
+  invalid_.back()->markPresent();
+  return *invalid_.back();
+}
+
+const Types::UUID* MetadataSet::instanceUID() const { return instanceUID_ ? &*instanceUID_ : nullptr; }
+
+void MetadataSet::valueChanged(const SimpleElement& element) {
+  if (definition_ == nullptr || &element.metaAttribute() != definition_->instanceUIDAttribute()) return;
+  setInstanceUID(dynamic_cast<const Types::UUID*>(element.value()));
+}
+
+void MetadataSet::setInstanceUID(const Types::UUID* instanceUID) {
+  const auto before = instanceUID_;
+  instanceUID_ = instanceUID == nullptr ? std::nullopt : std::optional<Types::UUID>(*instanceUID);
+  if (partition_ != nullptr) partition_->instanceUIDChanged(*this, before ? &*before : nullptr, this->instanceUID());
+}
+
+std::vector<const Element*> MetadataSet::inDefinitionOrder() const {
+  std::vector<const Element*> elements;
+  for (const Element& element : *this) elements.push_back(&element);
+  // The attributes of a definition stand in one array in the order of the definition.
+  std::sort(elements.begin(), elements.end(), [](const Element* left, const Element* right) {
+    return std::less<const void*>()(&left->metaAttribute(), &right->metaAttribute());
+  });
+  for (auto at = invalidBegin(); at != invalidEnd(); ++at) elements.push_back(&*at);
+  return elements;
+}
+
+std::vector<const Element*> MetadataSet::writingOrder() const {
+  auto order = readOrder_;
+  const std::unordered_set<const Element*> read(readOrder_.begin(), readOrder_.end());
+  for (const Element* element : inDefinitionOrder()) {
+    if (read.count(element) == 0) order.push_back(element);
+  }
+  return order;
+}
+
+void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary& tags) const {
+  const auto elements = writingOrder();
+  const auto coding = codingFor(key_, elements);
+  DataIO::Memory::MemoryDataSink body;
+  for (const Element* element : elements) {
+    const auto* value = element->wireValue();
+    const uint8 octets = coding == KLV::LocalSetCoding::kBERLengths ? element->lengthOctets() : 0;
+    KLV::writeLocalSetItem(body, coding, tagOf(*element, tags), value == nullptr ? nullptr : value->rawBuffer(),
+                           sizeOnWire(*element), octets);
+  }
+  sink.write(codedKey(key_, coding).rawBuffer(), KLV::Key::kSize);
+  KLV::writeBERLength(sink, body.serializedSize(), berLength_);
+  sink.write(body.rawBuffer(), body.serializedSize());
+}
+
+DarkParsedGroup::DarkParsedGroup(const KLV::Key& key, uint8 berLength, Bytes value,
+                                 const std::optional<Types::UUID>& instanceUID)
+    : MetadataSet(key, nullptr), value_(std::move(value)) {
+  setBerLength(berLength);
+  if (instanceUID) setInstanceUID(&*instanceUID);
+}
+
+void DarkParsedGroup::serialize(DataIO::DataSink& sink, PartitionDictionary&) const {
+  sink.write(key().rawBuffer(), KLV::Key::kSize);
+  KLV::writeBERLength(sink, value_.size(), berLength());
+  sink.write(value_.data(), value_.size());
+}
+
+}  // namespace Vantor

@@ -1,0 +1,61 @@
+#include "Core/Metadata/PartitionDictionary.h"
+
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor {
+
+namespace {
+
+constexpr const char* kSource = "Core/Metadata/PartitionDictionary";
+constexpr uint32 kFirstDynamicTag = 0x8000;  // ST 377-1: 0x8000 to 0xFFFF are allocated by the primer alone
+
+/// Octet 8 of a label is its version; two versions of a label are one property.
+KLV::Key versionless(const KLV::Key& label) {
+  std::array<uint8, KLV::Key::kSize> octets{};
+  std::copy_n(label.rawBuffer(), octets.size(), octets.begin());
+  octets[7] = 0;
+  return KLV::Key(octets);
+}
+
+}  // namespace
+
+PartitionDictionary::PartitionDictionary(SharedPtr<const MetaMetadata::Dictionary> dictionary)
+    : dictionary_(std::move(dictionary)) {}
+
+const Types::UniversalLabel* PartitionDictionary::tryFind(uint16 tag) const {
+  const auto found = labels_.find(tag);
+  return found == labels_.end() ? nullptr : &found->second;
+}
+
+const Types::UniversalLabel& PartitionDictionary::find(const Types::LocalTag& tag) const {
+  if (const auto* label = tryFind(tag.value())) return *label;
+  throw Exceptions::NotFoundInPrimer(
+      "local tag " + Utils::wstringToString(tag.toString(kDottedForm)) + " is not in the primer pack", kSource,
+      __LINE__);
+}
+
+Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel& label, uint16 preferredTag) {
+  const auto found = tags_.find(versionless(label.key()));
+  if (found != tags_.end()) return Types::LocalTag(found->second);
+  const uint16 tag = freeTag(preferredTag);
+  addPrimerEntry({tag, label.key()});
+  return Types::LocalTag(tag);
+}
+
+uint16 PartitionDictionary::freeTag(uint16 preferredTag) {
+  if (preferredTag != 0 && labels_.count(preferredTag) == 0) return preferredTag;
+  while (nextDynamicTag_ >= kFirstDynamicTag && labels_.count(static_cast<uint16>(nextDynamicTag_)) != 0) {
+    --nextDynamicTag_;
+  }
+  if (nextDynamicTag_ >= kFirstDynamicTag) return static_cast<uint16>(nextDynamicTag_);
+  throw Exceptions::InvalidLength("all dynamic local tags of the partition are taken", kSource, __LINE__);
+}
+
+void PartitionDictionary::addPrimerEntry(const KLV::PrimerEntry& entry) {
+  entries_.push_back(entry);
+  labels_.emplace(entry.tag, Types::UniversalLabel(entry.label));
+  tags_.emplace(versionless(entry.label), entry.tag);
+}
+
+}  // namespace Vantor

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <unordered_map>
+
+#include "Core/KLV/PrimerPack.h"
+#include "Core/MetaMetadata/Dictionary.h"
+#include "Core/Platform/Types.h"
+#include "Core/Types/LocalTag.h"
+#include "Core/Types/UniversalLabel.h"
+
+namespace Vantor {
+
+/// What one partition calls things: the metadata dictionary, and the primer pack that maps local tags to labels.
+class PartitionDictionary {
+ public:
+  explicit PartitionDictionary(SharedPtr<const MetaMetadata::Dictionary> dictionary);
+
+  const SharedPtr<const MetaMetadata::Dictionary>& dictionary() const { return dictionary_; }
+
+  /// The label that the primer gives for a tag. @throws NotFoundInPrimer naming the tag.
+  const Types::UniversalLabel& find(const Types::LocalTag& tag) const;
+  /// The same, or null.
+  const Types::UniversalLabel* tryFind(uint16 tag) const;
+
+  /// The tag that the partition uses for a label (octet 8 ignored). A label that the primer does not have gets the
+  /// preferred tag while that is free, else the highest free dynamic tag (0xFFFF downwards), and is entered into the
+  /// primer.
+  /// @param preferredTag  such as the static tag of the property's definition; 0 for none.
+  /// @throws InvalidLength when all 32,768 dynamic tags are taken.
+  Types::LocalTag findOrGenerate(const Types::UniversalLabel& label, uint16 preferredTag = 0);
+
+  /// Appends an entry of a primer pack as it was read. A tag or label that is already mapped keeps its first mapping;
+  /// the entry is kept all the same, for writing.
+  void addPrimerEntry(const KLV::PrimerEntry& entry);
+  /// The primer's entries: as read, then the generated ones.
+  const Templates::vector<KLV::PrimerEntry>& primerEntries() const { return entries_; }
+
+ private:
+  uint16 freeTag(uint16 preferredTag);
+
+  SharedPtr<const MetaMetadata::Dictionary> dictionary_;
+  Templates::vector<KLV::PrimerEntry> entries_;
+  std::unordered_map<uint16, Types::UniversalLabel> labels_;
+  std::unordered_map<KLV::Key, uint16, KLV::KeyHash> tags_;  // by label without its version octet
+  uint32 nextDynamicTag_ = 0xFFFF;
+};
+
+}  // namespace Vantor

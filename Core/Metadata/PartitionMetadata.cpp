@@ -1,0 +1,139 @@
+#include "Core/Metadata/PartitionMetadata.h"
+
+#include <algorithm>
+
+#include "Core/KLV/Keys.h"
+#include "Core/KLV/LocalSet.h"
+#include "Core/Metadata/ElementFactory.h"
+#include "Core/Metadata/SetReader.h"
+#include "Core/Metadata/SimpleElement.h"
+#include "Core/Metadata/StructuralMetadataKeys.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Types/Factories.h"
+
+namespace Vantor {
+
+namespace {
+
+constexpr const char* kSource = "Core/Metadata/PartitionMetadata";
+constexpr uint16 kInstanceUIDTag = 0x3c0a;  // ST 377-1
+
+bool isInstanceUID(const KLV::LocalSetItem& item, const PartitionDictionary& tags) {
+  if (item.size != Types::UUID::kSize) return false;
+  const auto* label = tags.tryFind(item.tag);
+  if (label == nullptr) return item.tag == kInstanceUIDTag;
+  return label->key().matches(Structural::StructuralMetadataKeys::instanceUID().key());
+}
+
+/// The InstanceUID in a set that nothing else is known of.
+std::optional<Types::UUID> findInstanceUID(const Templates::vector<KLV::LocalSetItem>& items,
+                                           const PartitionDictionary& tags) {
+  for (const auto& item : items) {
+    if (isInstanceUID(item, tags)) return Types::UUID(item.value);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+PartitionMetadata::PartitionMetadata(SharedPtr<const MetaMetadata::Dictionary> dictionary)
+    : dictionary_(std::move(dictionary)) {}
+
+PartitionMetadata::~PartitionMetadata() = default;
+
+const PartitionMetadata::Sets& PartitionMetadata::find(const KLV::Key& key) const {
+  static const Sets none;
+  const auto found = byKey_.find(key.normalised());
+  return found == byKey_.end() ? none : found->second;
+}
+
+const PartitionMetadata::Sets& PartitionMetadata::findByInstanceUID(const Types::UUID& instanceUID) const {
+  static const Sets none;
+  const auto found = byInstanceUID_.find(instanceUID);
+  return found == byInstanceUID_.end() ? none : found->second;
+}
+
+MetadataSet* PartitionMetadata::createMetadataSet(const KLV::Key& key) {
+  const auto* definition = dictionary_.dictionary()->findSet(key);
+  auto set = std::make_unique<MetadataSet>(key, definition);
+  if (definition != nullptr) {
+    set->createUnsetElements();
+    if (const auto* attribute = definition->instanceUIDAttribute()) {
+      setDecodedValue(set->createElement(*attribute),
+                      std::make_unique<Types::UUID>(Types::Factories::UID::generateUUID()));
+    }
+  }
+  return addMetadataSet(std::move(set));
+}
+
+MetadataSet* PartitionMetadata::addMetadataSet(auto_ptr<MetadataSet> set) {
+  MetadataSet* added = set.get();
+  added->partition_ = this;
+  added->ordinal_ = sets_.size();
+  entries_.emplace_back(std::move(set));
+  sets_.push_back(added);
+  byKey_[added->key().normalised()].push_back(added);
+  instanceUIDChanged(*added, nullptr, added->instanceUID());
+  return added;
+}
+
+void PartitionMetadata::addDarkMetadataSet(auto_ptr<DarkMetadataSet> set) {
+  darkSets_.push_back(set.get());
+  entries_.emplace_back(std::move(set));
+}
+
+void PartitionMetadata::instanceUIDChanged(MetadataSet& set, const Types::UUID* before, const Types::UUID* after) {
+  const auto byOrdinal = [](const MetadataSet* left, const MetadataSet* right) {
+    return left->ordinal_ < right->ordinal_;
+  };
+  if (before != nullptr) {
+    const auto found = byInstanceUID_.find(*before);
+    auto& sets = found->second;
+    sets.erase(std::lower_bound(sets.begin(), sets.end(), &set, byOrdinal));
+    if (sets.empty()) byInstanceUID_.erase(found);
+  }
+  if (after != nullptr) {
+    auto& sets = byInstanceUID_[*after];
+    sets.insert(std::lower_bound(sets.begin(), sets.end(), &set, byOrdinal), &set);
+  }
+}
+
+std::size_t PartitionMetadata::UUIDHash::operator()(const Types::UUID& uuid) const {
+  return KLV::KeyHash()(KLV::Key(uuid.rawBuffer()));
+}
+
+void PartitionMetadata::addKLV(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size,
+                               uint64 offset) {
+  const auto* definition = KLV::isLocalSet(key) ? dictionary_.dictionary()->findSet(key) : nullptr;
+  if (definition != nullptr) {
+    addKnownSet(key, *definition, berOctets, value, size, offset);
+  } else if (!KLV::isLocalSet(key) || !addDarkParsedGroup(key, berOctets, value, size)) {
+    addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, berOctets, KLV::Value(Bytes(value, value + size))));
+  }
+}
+
+void PartitionMetadata::addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition,
+                                    uint8 berOctets, const uint8* value, std::size_t size, uint64 offset) {
+  auto set = std::make_unique<MetadataSet>(key, &definition);
+  set->setBerLength(berOctets);
+  try {
+    SetReader reader(*set, dictionary_);
+    for (const auto& item : KLV::readLocalSet(KLV::localSetCoding(key), value, size, offset)) reader.read(item);
+  } catch (const Exceptions::ParseError& error) {
+    throw Exceptions::ParseError("set " + definition.symbol() + ": " + error.message(), kSource, __LINE__);
+  }
+  addMetadataSet(std::move(set));
+}
+
+bool PartitionMetadata::addDarkParsedGroup(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size) {
+  try {
+    const auto items = KLV::readLocalSet(KLV::localSetCoding(key), value, size);
+    addMetadataSet(std::make_unique<DarkParsedGroup>(key, berOctets, Bytes(value, value + size),
+                                                     findInstanceUID(items, dictionary_)));
+    return true;
+  } catch (const Exceptions::ParseError&) {
+    return false;  // it looks like a local set, but nobody promised that an unknown key is one
+  }
+}
+
+}  // namespace Vantor

@@ -1,0 +1,62 @@
+#include "Core/Metadata/SetReader.h"
+
+#include "Core/Metadata/ElementFactory.h"
+#include "Core/Metadata/SimpleElement.h"
+#include "Core/Types/Unknown.h"
+
+namespace Vantor {
+
+void SetReader::read(const KLV::LocalSetItem& item) {
+  Element& element = place(item);
+  element.setLocalTag(item.tag);
+  element.setLengthOctets(item.lengthOctets);
+  set_.readOrder_.push_back(&element);
+}
+
+Element& SetReader::place(const KLV::LocalSetItem& item) {
+  Element* placed = nullptr;
+  if (const auto* attribute = findAttribute(item.tag)) {
+    placed = placeValid(*attribute, item);
+  } else if (const auto* definition = findElement(item.tag)) {
+    placed = placeMisplaced(*definition, item);
+  }
+  return placed != nullptr ? *placed : placeUnknown(item);
+}
+
+Element* SetReader::placeValid(const MetaMetadata::MetaAttribute& attribute, const KLV::LocalSetItem& item) {
+  const Element* earlier = set_.find(attribute.metaElement()->key());
+  if (earlier != nullptr && earlier->isPresent()) return nullptr;
+  auto value = decodeValue(*attribute.metaElement(), item.value, item.size);
+  if (value == nullptr) return nullptr;
+  Element& element = set_.createElement(attribute);
+  setDecodedValue(element, std::move(value));
+  return &element;
+}
+
+Element* SetReader::placeMisplaced(const MetaMetadata::MetaElement& definition, const KLV::LocalSetItem& item) {
+  if (!isSimple(definition)) return nullptr;
+  auto value = decodeValue(definition, item.value, item.size);
+  if (value == nullptr) return nullptr;
+  Element& element = set_.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(&definition));
+  setDecodedValue(element, std::move(value));
+  return &element;
+}
+
+Element& SetReader::placeUnknown(const KLV::LocalSetItem& item) {
+  Element& element =
+      set_.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(Types::LocalTag(item.tag)));
+  setDecodedValue(element, std::make_unique<Types::Unknown>(item.value, item.size));
+  return element;
+}
+
+const MetaMetadata::MetaAttribute* SetReader::findAttribute(uint16 tag) const {
+  if (const auto* label = tags_.tryFind(tag)) return set_.definition()->findAttribute(*label);
+  return set_.definition()->findAttributeByStaticTag(tag);
+}
+
+const MetaMetadata::MetaElement* SetReader::findElement(uint16 tag) const {
+  if (const auto* label = tags_.tryFind(tag)) return tags_.dictionary()->findElement(*label);
+  return tags_.dictionary()->findElementByStaticTag(tag);
+}
+
+}  // namespace Vantor

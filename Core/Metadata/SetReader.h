@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Core/KLV/LocalSet.h"
+#include "Core/Metadata/MetadataSet.h"
+#include "Core/Metadata/PartitionDictionary.h"
+
+namespace Vantor {
+
+/// Reads the items of one local set into a set of the model.
+///
+/// An item's tag means what the primer says; a static tag that the primer lacks means what the set's definition or else
+/// the dictionary says. A value becomes a property only if it decodes and is written back as the same bytes. Everything
+/// else is kept as an unknown property under its tag: what no definition knows, what does not decode, a second item of
+/// a property, and a collection or a reference that is misplaced (outside its own set it would lose its frame in XML).
+class SetReader {
+ public:
+  SetReader(MetadataSet& set, const PartitionDictionary& tags) : set_(set), tags_(tags) {}
+
+  void read(const KLV::LocalSetItem& item);
+
+ private:
+  Element& place(const KLV::LocalSetItem& item);
+  Element* placeValid(const MetaMetadata::MetaAttribute& attribute, const KLV::LocalSetItem& item);
+  Element* placeMisplaced(const MetaMetadata::MetaElement& definition, const KLV::LocalSetItem& item);
+  Element& placeUnknown(const KLV::LocalSetItem& item);
+  const MetaMetadata::MetaAttribute* findAttribute(uint16 tag) const;
+  const MetaMetadata::MetaElement* findElement(uint16 tag) const;
+
+  MetadataSet& set_;
+  const PartitionDictionary& tags_;
+};
+
+}  // namespace Vantor

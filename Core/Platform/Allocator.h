@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace Vantor {
+namespace Platform {
+
+/// Where the core library's strings, containers and values get their memory: the C heap.
+/// Both functions may be called from any thread.
+struct malloc_alloc {
+  /// @throws std::bad_alloc when the heap is exhausted.
+  static void* allocate(std::size_t bytes) {
+    void* memory = std::malloc(bytes == 0 ? 1 : bytes);
+    if (memory == nullptr) throw std::bad_alloc();
+    return memory;
+  }
+  static void deallocate(void* memory) noexcept { std::free(memory); }
+};
+
+/// Makes an allocation policy such as `malloc_alloc` usable by standard containers.
+template <class T, class Policy = malloc_alloc>
+class StdAllocator {
+ public:
+  using value_type = T;
+  template <class U>
+  struct rebind {
+    using other = StdAllocator<U, Policy>;
+  };
+
+  StdAllocator() noexcept = default;
+  template <class U>
+  StdAllocator(const StdAllocator<U, Policy>&) noexcept {}  // NOLINT(google-explicit-constructor): containers rebind
+
+  T* allocate(std::size_t count) {
+    if (count > std::numeric_limits<std::size_t>::max() / sizeof(T)) throw std::bad_alloc();
+    return static_cast<T*>(Policy::allocate(count * sizeof(T)));
+  }
+  void deallocate(T* memory, std::size_t) noexcept { Policy::deallocate(memory); }
+};
+
+template <class T, class U, class Policy>
+bool operator==(const StdAllocator<T, Policy>&, const StdAllocator<U, Policy>&) noexcept {
+  return true;
+}
+template <class T, class U, class Policy>
+bool operator!=(const StdAllocator<T, Policy>&, const StdAllocator<U, Policy>&) noexcept {
+  return false;
+}
+
+}  // namespace Platform
+}  // namespace Vantor

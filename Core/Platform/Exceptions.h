@@ -1,0 +1,66 @@
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "Core/Platform/Types.h"
+
+/// What the libraries throw. Each exception carries a message, the name of the source file that raised it and a line.
+namespace Vantor::Exceptions {
+
+class BaseException : public std::exception {
+ public:
+  /// @param message  UTF-8.
+  /// @param file     the source's name without directories of the building machine, such as `XMLBuilder\XML2Partition`.
+  BaseException(std::string message, std::string file, int line);
+  BaseException(const wstring& message, std::string file, int line);
+
+  /// The message alone, in UTF-8; valid as long as the exception.
+  const char* what() const noexcept override { return message_.c_str(); }
+  const std::string& message() const noexcept { return message_; }
+  const std::string& file() const noexcept { return file_; }
+  int line() const noexcept { return line_; }
+
+ private:
+  std::string message_;
+  std::string file_;
+  int line_;
+};
+
+/// Input that is not what its format demands: damaged KLV or XML.
+class ParseError : public BaseException {
+ public:
+  using BaseException::BaseException;
+};
+
+/// A value's text or bytes that cannot be what its type demands.
+class InvalidFormat : public BaseException {
+ public:
+  using BaseException::BaseException;
+};
+
+/// A size or count that does not fit.
+class InvalidLength : public BaseException {
+ public:
+  using BaseException::BaseException;
+};
+
+/// A dynamic local tag that the primer pack does not list.
+class NotFoundInPrimer : public BaseException {
+ public:
+  using BaseException::BaseException;
+};
+
+/// References that nest deeper than a document can hold.
+class NestingTooDeep : public BaseException {
+ public:
+  using BaseException::BaseException;
+};
+
+/// A file that cannot be opened, read or written.
+class IOError : public BaseException {
+ public:
+  using BaseException::BaseException;
+};
+
+}  // namespace Vantor::Exceptions
