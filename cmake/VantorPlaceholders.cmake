@@ -5,6 +5,7 @@ foreach(target vantor_core vantor_xmlutils vantor_xmlbuilder_objects mxfxml vant
     get_target_property(sources ${target} SOURCES)
     string(REGEX MATCH "\\.cpp" found "${sources}")
     if(NOT found)
+      message(STATUS "${target} has no source file yet")
       set(text "\n")
       if(target STREQUAL "mxfxml")
         set(text "int main() { return 0; }\n")

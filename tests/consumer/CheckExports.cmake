@@ -1,4 +1,5 @@
-# Checks that the library exports functions of its two families and no other name of ours.
+# Checks that the library exports functions of its two families and no other name of ours, and that no static of a
+# function in a Core or XMLUtils header was compiled into it: a hidden copy would live beside the original.
 #   cmake -D NM=... -D LIBRARY=... -P CheckExports.cmake
 execute_process(COMMAND "${NM}" --dynamic --defined-only --demangle "${LIBRARY}"
   OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
@@ -12,4 +13,12 @@ foreach(symbol IN LISTS symbols)
     message(SEND_ERROR "exported, but not for callers: ${symbol}")
   endif()
   message(STATUS "${symbol}")
+endforeach()
+
+execute_process(COMMAND "${NM}" --defined-only --demangle "${LIBRARY}"
+  OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "guard variable for Vantor::[^\n]*" guards "${symbols}")
+list(FILTER guards EXCLUDE REGEX "anonymous namespace|Vantor::(XMLBuilder|XML2Partition)::")
+foreach(guard IN LISTS guards)
+  message(SEND_ERROR "a second copy of a static: ${guard}")
 endforeach()
