@@ -1,0 +1,47 @@
+#pragma once
+
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+
+#include "XMLBuilder/NamespaceMap.h"
+
+namespace Vantor::XMLBuilder {
+
+/// What the writers of one document share: the document, the namespaces that they use, and the one element for all
+/// that is not reached from the start set. Lives for one call; the document is somebody else's.
+class ExportDocument {
+ public:
+  explicit ExportDocument(xercesc::DOMDocument& document) : document_(document) {}
+  ExportDocument(const ExportDocument&) = delete;
+  ExportDocument& operator=(const ExportDocument&) = delete;
+
+  xercesc::DOMDocument& document() { return document_; }
+  xercesc::DOMElement& root() { return *document_.getDocumentElement(); }
+  NamespaceMap& namespaces() { return namespaces_; }
+
+  /// The root's "groups:FloatingDarkMetadata" child, made and appended when there is none.
+  xercesc::DOMElement& floatingContainer();
+  /// The same, moved to the last place among the root's children.
+  xercesc::DOMElement& lastFloatingContainer();
+
+  /// To be told of every set element: one that a dictionary gave the container's name is found as the container, so
+  /// that from then on it has to be looked for.
+  void noteSetElement(const wstring& qualifiedName);
+
+ private:
+  xercesc::DOMElement* findFloatingContainer();
+
+  xercesc::DOMDocument& document_;
+  NamespaceMap namespaces_;
+  xercesc::DOMElement* floatingContainer_ = nullptr;
+  bool nameIsTaken_ = false;
+};
+
+/// The first child element with a qualified name; null when there is none.
+xercesc::DOMElement* findChildNamed(const xercesc::DOMElement& parent, std::u16string_view qualifiedName);
+
+/// Sets an attribute with a qualified name in a namespace, replacing one of the same name.
+void setAttribute(xercesc::DOMElement& element, std::u16string_view uri, std::u16string_view qualifiedName,
+                  const wstring& value);
+
+}  // namespace Vantor::XMLBuilder

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Core/MetaMetadata/MetaAttributes.h"
+#include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::XMLBuilder {
+
+/// Tells what a property of a set is to its document.
+class ToXMLMetaAttributeVisitor : public MetaMetadata::AbstractMetaAttributeVisitor {
+ public:
+  enum class Kind {
+    kKnown = 0,      ///< in its own set
+    kMisplaced = 1,  ///< known, but as a property of another set
+    kUnknown = 2     ///< nothing but its local tag is known
+  };
+
+  explicit ToXMLMetaAttributeVisitor(const MetaMetadata::AbstractMetaAttribute& attribute) { attribute.accept(*this); }
+
+  void visit(const MetaMetadata::UnknownAttribute& attribute) override;
+  void visit(const MetaMetadata::MisplacedAttribute& attribute) override;
+  void visit(const MetaMetadata::MetaAttribute& attribute) override;
+
+  Kind kind() const { return kind_; }
+  /// The property's definition; null when there is none.
+  const MetaMetadata::MetaElement* metaElement() const { return metaElement_; }
+  /// The place of a known property among its set's; empty for every other, and for a definition without one.
+  const wstring& schemaIndex() const { return schemaIndex_; }
+  /// The local tag of an unknown property, dotted; empty for every other.
+  const wstring& localTag() const { return localTag_; }
+  /// Whether the property must appear in its set: its required status is "required" or "encoder required".
+  bool isRequired() const { return isRequired_; }
+
+ private:
+  const MetaMetadata::MetaElement* metaElement_ = nullptr;
+  wstring schemaIndex_;
+  wstring localTag_;
+  Kind kind_ = Kind::kUnknown;
+  bool isRequired_ = false;
+};
+
+}  // namespace Vantor::XMLBuilder

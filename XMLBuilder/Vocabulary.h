@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string_view>
+
+/// The names and namespaces of the document that no dictionary decides. All of them end in a NUL, so that `data()` may
+/// be handed to the DOM.
+namespace Vantor::XMLBuilder::Vocabulary {
+
+inline constexpr std::u16string_view kRootPrefix = u"s377m";
+inline constexpr std::u16string_view kRootURI = u"urn:SMPTE:S377M";
+inline constexpr std::u16string_view kDangling = u"s377m:Dangling_REF";
+
+inline constexpr std::u16string_view kGroupsPrefix = u"groups";
+inline constexpr std::u16string_view kGroupsURI = u"urn:SMPTE:Groups:MXF";
+inline constexpr std::u16string_view kFloatingContainer = u"groups:FloatingDarkMetadata";
+inline constexpr std::u16string_view kExtensionElements = u"groups:ExtensionElements";
+inline constexpr std::u16string_view kStaticLocalTag = u"groups:StaticLocalTag";
+inline constexpr std::u16string_view kUniversalLabel = u"groups:UniversalLabel";
+inline constexpr std::u16string_view kDarkElement = u"DarkElement";
+inline constexpr std::u16string_view kDarkMetadata = u"DarkMetadata";
+inline constexpr std::u16string_view kKey = u"groups:Key";
+inline constexpr std::u16string_view kBEROctetCount = u"groups:BEROctetCount";
+
+inline constexpr std::u16string_view kTypesPrefix = u"types";
+inline constexpr std::u16string_view kTypesURI = u"urn:SMPTE:Types:MXF";
+inline constexpr std::u16string_view kTargetInstance = u"types:TargetInstance";
+
+inline constexpr std::u16string_view kS422MTypesPrefix = u"s422mTypes";
+inline constexpr std::u16string_view kS422MTypesURI = u"urn:SMPTE:S422MTypes:MXF";
+
+/// SMPTE ST 434:2014: properties in the first namespace have their values written in the second.
+inline constexpr std::u16string_view kSt434ElementsURI = u"http://www.smpte-ra.org/schemas/434/2014/elements/335/2012";
+inline constexpr std::u16string_view kSt434TypesURI = u"http://www.smpte-ra.org/schemas/434/2014/types/377-1/2012";
+inline constexpr std::u16string_view kSt377TypesPrefix = u"st377Types";
+
+/// These two properties, recognised by their qualified names, are attributes of their set's element.
+inline constexpr std::u16string_view kInstanceUID = u"rp210:InstanceUID";
+inline constexpr std::u16string_view kGenerationUID = u"rp210:GenerationUID";
+
+inline constexpr std::u16string_view kReferenceSuffix = u"_REF";
+inline constexpr std::u16string_view kMultipleTargets = u"MULTIPLE_METADATASETS";
+/// Follows a property's prefix in the names of its items.
+inline constexpr std::u16string_view kItem = u"Element";
+
+/// Namespaces in XML: the namespace of `xmlns` attributes themselves.
+inline constexpr std::u16string_view kXmlnsURI = u"http://www.w3.org/2000/xmlns/";
+
+}  // namespace Vantor::XMLBuilder::Vocabulary

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <xercesc/dom/DOMNode.hpp>
+
+#include "Core/Platform/Types.h"
+#include "Export.h"
+#include "XMLUtils/EncodingType.h"
+
+namespace Vantor {
+
+class MetadataSet;
+class PartitionMetadata;
+
+namespace XMLUtils {
+class UnicodeString;
+}
+
+/// The header metadata of one MXF partition as an XML document.
+///
+/// The root `s377m:MetadataSets` holds the element of the start set with everything that it refers to strongly, and
+/// then, when there is anything to put there, one `groups:FloatingDarkMetadata` element with the dark sets and the sets
+/// that the Preface does not reach. Elements are named by the dictionary's extension attributes.
+///
+/// Any number of threads may call at once. The functions that build a document wait for each other (one lock for the
+/// process); turning it into text runs in parallel. The partition is only read, and must not be changed meanwhile.
+namespace XMLBuilder {
+
+VANTOR_AUTO_PTR_BEGIN
+
+/// Builds the document from the partition's Preface, the first one if there are several.
+/// @param partition             may be null.
+/// @param nestStrongReferences  true writes the target of a strong reference inside the property that refers to it,
+///                              false writes it beside the referring set and a pointer in the property.
+/// @param excludeNonStructural  whether the targets of references that are no structural metadata (ST 377-1), such as
+///                              descriptive metadata, are left out where they are referred to.
+/// @return the document, owned by the caller; destroying the node destroys all of it. Empty when the partition is null
+///         or has no Preface.
+/// @throws NestingTooDeep when strong references nest more than 1,000 deep, naming the set; other exceptions of the
+/// core
+///         library, the XML utility library and Xerces. Nothing is left behind.
+VANTOR_XMLBUILDER_EXPORT std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition,
+                                                                       bool nestStrongReferences,
+                                                                       bool excludeNonStructural);
+
+/// The same from any set of the partition.
+/// @return empty when the partition or the start set is null.
+VANTOR_XMLBUILDER_EXPORT std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition,
+                                                                       const MetadataSet* start,
+                                                                       bool nestStrongReferences,
+                                                                       bool excludeNonStructural);
+
+VANTOR_AUTO_PTR_END
+
+/// Writes the document as text.
+/// @param encoding  what the XML declaration names, and whether the text is indented; `out` is UTF-16 in any case.
+/// @param out       receives the text; left as it is when there is nothing to write.
+VANTOR_XMLBUILDER_EXPORT void partition2XML(PartitionMetadata* partition, bool nestStrongReferences,
+                                            bool excludeNonStructural, XMLUtils::EncodingType encoding, wstring& out);
+
+/// The same from any set of the partition.
+VANTOR_XMLBUILDER_EXPORT void partition2XML(PartitionMetadata* partition, const MetadataSet* start,
+                                            bool nestStrongReferences, bool excludeNonStructural,
+                                            XMLUtils::EncodingType encoding, wstring& out);
+
+/// The namespace of the document's root, "urn:SMPTE:S377M".
+VANTOR_XMLBUILDER_EXPORT const XMLUtils::UnicodeString& getNamespaceURI();
+/// The prefix of the document's root, "s377m".
+VANTOR_XMLBUILDER_EXPORT const XMLUtils::UnicodeString& getPrefix();
+
+}  // namespace XMLBuilder
+
+}  // namespace Vantor
