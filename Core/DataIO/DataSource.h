@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "Core/DataIO/BigEndian.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::DataIO {
+
+/// "at byte offset <offset>: ", with which every message about damaged bytes begins.
+std::string atOffset(uint64 offset);
+
+/// Bytes that are read from front to back. One thread at a time may use a source.
+class DataSource {
+ public:
+  virtual ~DataSource() = default;
+
+  /// The offset of the next byte, as messages about it name it.
+  virtual uint64 position() const = 0;
+  /// How many bytes are left to read.
+  virtual uint64 remaining() const = 0;
+  /// Copies the next `size` bytes to `to` and moves past them, or throws and does not move.
+  /// @throws Exceptions::ParseError when fewer bytes are left, Exceptions::IOError when the system cannot deliver them.
+  virtual void read(uint8* to, std::size_t size) = 0;
+  /// Moves past `size` bytes without reading them, or throws and does not move.
+  /// @throws Exceptions::ParseError when fewer bytes are left.
+  virtual void skip(uint64 size) = 0;
+
+  /// Asks for `size` more bytes before anything is allocated for them.
+  /// @throws Exceptions::ParseError naming the position, `size` and what is left, when fewer bytes are left.
+  void require(uint64 size) const;
+
+ protected:
+  DataSource() = default;
+  DataSource(const DataSource&) = default;
+  DataSource& operator=(const DataSource&) = default;
+};
+
+/// Reads the next `sizeof(T)` bytes as one big-endian integer.
+template <class T>
+T readBigEndian(DataSource& source) {
+  uint8 bytes[sizeof(T)];
+  source.read(bytes, sizeof bytes);
+  return readBigEndian<T>(bytes);
+}
+
+}  // namespace Vantor::DataIO

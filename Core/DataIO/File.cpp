@@ -1,0 +1,171 @@
+// Offsets beyond 2 GiB where the system's default is narrower.
+#ifndef _FILE_OFFSET_BITS
+#define _FILE_OFFSET_BITS 64
+#endif
+
+#include "Core/DataIO/File.h"
+
+#include <cerrno>
+#include <cstring>
+#include <random>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "Core/Platform/Exceptions.h"
+
+namespace Vantor::DataIO::File {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kSourceName = "Core/DataIO/File";
+constexpr uint64 kUnknownPosition = ~uint64{0};
+constexpr int kNameAttempts = 16;
+
+[[noreturn]] void throwIOError(const std::string& failure, const Path& path, const std::string& reason, int line) {
+  throw Exceptions::IOError(failure + " '" + path.u8string() + "': " + reason, kSourceName, line);
+}
+
+std::string systemReason(int error) { return error == 0 ? "unknown reason" : std::generic_category().message(error); }
+
+std::FILE* openStream(const Path& path, const char* mode) {
+  errno = 0;
+#ifdef _WIN32
+  return ::_wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
+#else
+  return std::fopen(path.c_str(), mode);
+#endif
+}
+
+bool seekStream(std::FILE* stream, uint64 offset) {
+  errno = 0;
+#ifdef _WIN32
+  return ::_fseeki64(stream, static_cast<__int64>(offset), SEEK_SET) == 0;
+#else
+  return ::fseeko(stream, static_cast<off_t>(offset), SEEK_SET) == 0;
+#endif
+}
+
+/// Short, so that it fits wherever the target's own name fits.
+std::string temporaryName() {
+  std::random_device random;
+  std::string name = ".vantor-";
+  for (int digit = 0; digit < 16; ++digit) name += "0123456789abcdef"[random() & 15U];
+  return name + ".tmp";
+}
+
+Path fileToReplace(const Path& target) {
+  std::error_code error;
+  Path behindLinks = fs::is_symlink(fs::symlink_status(target, error)) ? fs::canonical(target, error) : Path();
+  if (!behindLinks.empty()) return behindLinks;
+  // Absolute, so that a later change of the working folder does not move the target.
+  Path absolute = fs::absolute(target, error);
+  return error ? target : absolute;
+}
+
+}  // namespace
+
+FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path_, error);
+  // Before opening, because opening a pipe waits for its writer.
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    throwIOError("cannot read", path_, fs::is_directory(status) ? systemReason(EISDIR) : "not a regular file",
+                 __LINE__);
+  }
+  stream_.reset(openStream(path_, "rb"));
+  if (!stream_) throwIOError("cannot open", path_, systemReason(errno), __LINE__);
+  size_ = fs::file_size(path_, error);
+  if (error) throwIOError("cannot tell the size of", path_, error.message(), __LINE__);
+}
+
+void FileDataSource::seek(uint64 offset) {
+  if (offset > size_) {
+    throw Exceptions::ParseError(atOffset(offset) + "expected an offset within '" + path_.u8string() + "', which has " +
+                                     std::to_string(size_) + " bytes",
+                                 kSourceName, __LINE__);
+  }
+  position_ = offset;
+}
+
+void FileDataSource::read(uint8* to, std::size_t size) {
+  require(size);
+  if (size == 0) return;
+  if (streamPosition_ != position_ && !seekStream(stream_.get(), position_)) {
+    throwIOError(atOffset(position_) + "cannot read", path_, systemReason(errno), __LINE__);
+  }
+  streamPosition_ = kUnknownPosition;
+  errno = 0;
+  if (std::fread(to, 1, size, stream_.get()) != size) {
+    const bool shrunk = std::feof(stream_.get()) != 0;
+    std::clearerr(stream_.get());
+    throwIOError(atOffset(position_) + "cannot read", path_,
+                 shrunk ? "the file has become shorter" : systemReason(errno), __LINE__);
+  }
+  position_ += size;
+  streamPosition_ = position_;
+}
+
+void FileDataSource::skip(uint64 size) {
+  require(size);
+  position_ += size;
+}
+
+AtomicFile::AtomicFile(const Path& target) : target_(target), replaced_(fileToReplace(target)) {
+  std::error_code error;
+  const fs::file_status status = fs::status(replaced_, error);
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    openDirectly();
+  } else {
+    openBeside();
+    if (fs::exists(status)) fs::permissions(temporary_, status.permissions(), error);
+  }
+}
+
+AtomicFile::~AtomicFile() {
+  stream_.reset();
+  std::error_code ignored;
+  if (!temporary_.empty()) fs::remove(temporary_, ignored);
+}
+
+void AtomicFile::openDirectly() {
+  stream_.reset(openStream(replaced_, "wb"));
+  if (!stream_) throwIOError("cannot write", target_, systemReason(errno), __LINE__);
+}
+
+void AtomicFile::openBeside() {
+  const Path folder = replaced_.parent_path();
+  for (int attempt = 0; !stream_; ++attempt) {
+    temporary_ = folder / temporaryName();
+    stream_.reset(openStream(temporary_, "wbx"));
+    if (!stream_ && (errno != EEXIST || attempt == kNameAttempts)) {
+      throwIOError("cannot create a temporary file to write", target_, systemReason(errno), __LINE__);
+    }
+  }
+}
+
+void AtomicFile::write(const uint8* from, std::size_t size) {
+  if (!stream_) throwIOError("cannot write", target_, "it has been closed", __LINE__);
+  errno = 0;
+  if (size != 0 && std::fwrite(from, 1, size, stream_.get()) != size) {
+    throwIOError(atOffset(position_) + "cannot write", target_, systemReason(errno), __LINE__);
+  }
+  position_ += size;
+}
+
+void AtomicFile::commit() {
+  if (!stream_) throwIOError("cannot finish", target_, "it has been closed", __LINE__);
+  // A write that failed earlier must not be forgotten just because closing succeeds.
+  if (std::ferror(stream_.get()) != 0) throwIOError("cannot finish", target_, "a write failed", __LINE__);
+  errno = 0;
+  if (std::fclose(stream_.release()) != 0) throwIOError("cannot finish", target_, systemReason(errno), __LINE__);
+  if (temporary_.empty()) return;
+  std::error_code error;
+  fs::rename(temporary_, replaced_, error);
+  if (error) throwIOError("cannot replace", target_, error.message(), __LINE__);
+  temporary_.clear();
+}
+
+}  // namespace Vantor::DataIO::File

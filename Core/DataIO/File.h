@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+
+#include "Core/DataIO/DataSink.h"
+#include "Core/DataIO/DataSource.h"
+#include "Core/Platform/Path.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::DataIO::File {
+
+/// Closes a C stream; for owners that do not care whether closing fails.
+struct StreamCloser {
+  void operator()(std::FILE* stream) const noexcept { std::fclose(stream); }
+};
+using Stream = std::unique_ptr<std::FILE, StreamCloser>;
+
+/// Reads a file from any offset. The file is open for reading as long as the source lives.
+class FileDataSource : public DataSource {
+ public:
+  /// @throws Exceptions::IOError naming the path and the system's reason when it is not a file that can be read at any
+  /// offset (missing, forbidden, a directory, a pipe).
+  explicit FileDataSource(Path path);
+
+  const Path& path() const { return path_; }
+  /// The file's size when it was opened, in bytes; offsets beyond it are refused even if the file has grown.
+  uint64 size() const { return size_; }
+  /// Goes to `offset` bytes from the start of the file; `size()` itself is allowed.
+  /// @throws Exceptions::ParseError when the offset lies behind the end; the position is unchanged then.
+  void seek(uint64 offset);
+
+  uint64 position() const override { return position_; }
+  uint64 remaining() const override { return size_ - position_; }
+  void read(uint8* to, std::size_t size) override;
+  void skip(uint64 size) override;
+
+ private:
+  Path path_;
+  Stream stream_;
+  uint64 size_ = 0;
+  uint64 position_ = 0;
+  uint64 streamPosition_ = 0;
+};
+
+/// Writes a file that appears whole or not at all: the bytes go to a temporary file in the target's folder, which
+/// commit() renames over the target. An existing target keeps its permissions, and where it is a symbolic link the file
+/// behind the link is replaced. The renaming is atomic for other processes; it is not a promise about power failures.
+///
+/// A target that is a device or a pipe cannot be replaced; it is written directly.
+class AtomicFile : public DataSink {
+ public:
+  /// Creates the temporary file.
+  /// @throws Exceptions::IOError naming the path and the system's reason; no file is left behind.
+  explicit AtomicFile(const Path& target);
+  /// Removes the temporary file unless commit() succeeded.
+  ~AtomicFile() override;
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  /// @throws Exceptions::IOError when the system does not take all the bytes (a full disk), or after commit().
+  void write(const uint8* from, std::size_t size) override;
+  uint64 position() const override { return position_; }
+  /// Puts the file in place; nothing can be written afterwards.
+  /// @throws Exceptions::IOError when the last bytes or the renaming fail; the target is as it was before then.
+  void commit();
+
+ private:
+  void openDirectly();
+  void openBeside();
+
+  Path target_;     ///< as the caller named it
+  Path replaced_;   ///< the file that commit() replaces
+  Path temporary_;  ///< empty when the target is written directly
+  Stream stream_;
+  uint64 position_ = 0;
+};
+
+}  // namespace Vantor::DataIO::File

@@ -1,0 +1,40 @@
+#include "Core/KLV/Key.h"
+
+#include <algorithm>
+
+#include "Core/DataIO/BigEndian.h"
+#include "Core/KLV/IdentifierText.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::KLV {
+
+Key::Key(const uint8* bytes) { std::copy_n(bytes, kSize, octets_.begin()); }
+
+Key::Key(const wstring& text, StringRepresentationEncodingType) {
+  if (parseDotted(text, octets_.data(), kSize) || parseUlUrn(text, octets_.data())) return;
+  throwInvalidText(text, "KLV key", "Core/KLV/Key", __LINE__);
+}
+
+Key::Key(const uint16* text, StringRepresentationEncodingType form) : Key(Platform::utf16ToWstring(text), form) {}
+
+wstring Key::toString(StringRepresentationEncodingType form) const {
+  return form == kUrnForm ? ulUrn(rawBuffer()) : dottedText(rawBuffer(), kSize);
+}
+
+Key Key::normalised() const {
+  Key key = *this;
+  key.octets_[6 - 1] = 0;
+  key.octets_[8 - 1] = 0;
+  return key;
+}
+
+std::size_t KeyHash::operator()(const Key& key) const noexcept {
+  // Keys share most of their first half, so both halves have to reach all bits of the result.
+  constexpr uint64 kOdd = 0x9E3779B97F4A7C15;
+  const uint64 first = DataIO::readBigEndian<uint64>(key.rawBuffer());
+  const uint64 second = DataIO::readBigEndian<uint64>(key.rawBuffer() + 8);
+  const uint64 mixed = ((first * kOdd) ^ second) * kOdd;
+  return static_cast<std::size_t>(mixed ^ mixed >> 32);
+}
+
+}  // namespace Vantor::KLV

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Core/KLV/Key.h"
+
+/// The keys that ST 377-1 gives to the parts of an MXF file. All tests here ignore octet 8, the register's version.
+namespace Vantor::KLV {
+
+/// Octet 14 of a partition pack's key.
+enum class PartitionKind : uint8 { kHeader = 0x02, kBody = 0x03, kFooter = 0x04 };
+
+/// Octet 15 of a partition pack's key. `kGenericStream` is a body partition with a stream of other data (ST 410).
+enum class PartitionStatus : uint8 {
+  kOpenIncomplete = 0x01,
+  kClosedIncomplete = 0x02,
+  kOpenComplete = 0x03,
+  kClosedComplete = 0x04,
+  kGenericStream = 0x11
+};
+
+/// The keys as they are written.
+Key fillKey();
+Key primerPackKey();
+Key partitionPackKey(PartitionKind kind, PartitionStatus status);
+Key randomIndexPackKey();
+
+/// Whether the key is of a set of the structural metadata, 06.0E.2B.34.02.cc.01.vv.0D.01.01.01.01.01.xx.00; the group's
+/// coding cc in octet 6 is ignored too.
+bool isStructuralMetadataSet(const Key& key);
+/// Whether the key is of a SMPTE local set with 2-byte tags: octet 6 is 0x53 (2-byte lengths) or 0x13 (BER lengths).
+bool isLocalSet(const Key& key);
+/// Whether the key is of a KLV fill item, with version 1 (as older files have it) or any later one.
+bool isFill(const Key& key);
+bool isPrimerPack(const Key& key);
+bool isRandomIndexPack(const Key& key);
+bool isIndexTableSegment(const Key& key);
+
+/// Whether the key is of a partition pack of one of the kinds and with one of the statuses above.
+bool isPartitionPack(const Key& key);
+bool isHeaderPartitionPack(const Key& key);
+/// The kind and status of a partition pack's key.
+/// @throws Exceptions::InvalidFormat naming the key when it is not one.
+PartitionKind partitionKind(const Key& key);
+PartitionStatus partitionStatus(const Key& key);
+/// Whether the partition is closed; what an open one says of the file may still change. A generic stream partition
+/// counts as closed and complete.
+bool isClosed(PartitionStatus status);
+bool isComplete(PartitionStatus status);
+
+}  // namespace Vantor::KLV

@@ -1,0 +1,102 @@
+#include "Core/KLV/LocalSet.h"
+
+#include <limits>
+#include <string>
+
+#include "Core/DataIO/Memory.h"
+#include "Core/KLV/BERLength.h"
+#include "Core/KLV/IdentifierText.h"
+#include "Core/KLV/Keys.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::KLV {
+
+namespace {
+
+using DataIO::Memory::MemoryDataSource;
+
+constexpr const char* kSourceName = "Core/KLV/LocalSet";
+
+std::string tagText(uint16 tag) {
+  uint8 bytes[sizeof tag];
+  DataIO::writeBigEndian<uint16>(bytes, tag);
+  return Utils::wstringToString(dottedText(bytes, sizeof bytes));
+}
+
+void requireTagAndLength(const MemoryDataSource& source, std::size_t size) {
+  if (source.remaining() >= size) return;
+  throw Exceptions::ParseError(DataIO::atOffset(source.position()) +
+                                   "expected the tag and length of a local set item, " + std::to_string(size) +
+                                   " bytes or more, found " + std::to_string(source.remaining()) + " bytes",
+                               kSourceName, __LINE__);
+}
+
+BERLength readLength(LocalSetCoding coding, MemoryDataSource& source) {
+  if (coding == LocalSetCoding::kBERLengths) return readBERLength(source);
+  return {DataIO::readBigEndian<uint16>(source), sizeof(uint16)};
+}
+
+void requireValue(const MemoryDataSource& source, uint16 tag, uint64 size) {
+  if (source.remaining() >= size) return;
+  throw Exceptions::ParseError(DataIO::atOffset(source.position()) + "expected " + std::to_string(size) +
+                                   " bytes for the local set item with tag " + tagText(tag) + ", found " +
+                                   std::to_string(source.remaining()),
+                               kSourceName, __LINE__);
+}
+
+void requireTwoByteLength(uint16 tag, std::size_t size) {
+  if (size <= std::numeric_limits<uint16>::max()) return;
+  throw Exceptions::InvalidLength("expected at most 65535 bytes for the local set item with tag " + tagText(tag) +
+                                      ", whose length has 2 bytes, found " + std::to_string(size),
+                                  kSourceName, __LINE__);
+}
+
+}  // namespace
+
+LocalSetCoding localSetCoding(const Key& key) {
+  if (!isLocalSet(key)) {
+    throw Exceptions::InvalidFormat(
+        "expected the key of a local set with 2-byte tags, found " + Utils::wstringToString(key.toString()),
+        kSourceName, __LINE__);
+  }
+  return static_cast<LocalSetCoding>(key.octet(6));
+}
+
+Templates::vector<LocalSetItem> readLocalSet(LocalSetCoding coding, const uint8* value, std::size_t size,
+                                             uint64 origin) {
+  const std::size_t fewestOctets = coding == LocalSetCoding::kBERLengths ? 1 : 2;
+  Templates::vector<LocalSetItem> items;
+  MemoryDataSource source(value, size, false, origin);
+  while (source.remaining() != 0) {
+    requireTagAndLength(source, sizeof(uint16) + fewestOctets);
+    const auto tag = DataIO::readBigEndian<uint16>(source);
+    const BERLength length = readLength(coding, source);
+    requireValue(source, tag, length.value);
+    const auto offset = size - static_cast<std::size_t>(source.remaining());
+    items.push_back({tag, value + offset, static_cast<std::size_t>(length.value), length.octets, offset});
+    source.skip(length.value);
+  }
+  return items;
+}
+
+void writeLocalSetItem(DataIO::DataSink& sink, LocalSetCoding coding, uint16 tag, const uint8* value, std::size_t size,
+                       uint8 lengthOctets) {
+  // Asking for the size first checks everything before the tag is written.
+  localSetItemSize(coding, tag, size, lengthOctets);
+  DataIO::writeBigEndian<uint16>(sink, tag);
+  if (coding == LocalSetCoding::kBERLengths) {
+    writeBERLength(sink, size, lengthOctets);
+  } else {
+    DataIO::writeBigEndian<uint16>(sink, static_cast<uint16>(size));
+  }
+  sink.write(value, size);
+}
+
+uint64 localSetItemSize(LocalSetCoding coding, uint16 tag, std::size_t size, uint8 lengthOctets) {
+  if (coding == LocalSetCoding::kBERLengths) return sizeof tag + berOctets(size, lengthOctets) + uint64{size};
+  requireTwoByteLength(tag, size);
+  return sizeof tag + sizeof(uint16) + uint64{size};
+}
+
+}  // namespace Vantor::KLV

@@ -1,0 +1,288 @@
+#include "Core/DataIO/File.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Core/Platform/Containers.h"
+#include "Core/Platform/Exceptions.h"
+
+namespace Vantor::DataIO::File {
+namespace {
+
+namespace fs = std::filesystem;
+using Exceptions::IOError;
+using Exceptions::ParseError;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StrEq;
+using testing::ThrowsMessage;
+
+std::string contents(const Path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
+void create(const Path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+
+void write(AtomicFile& file, const std::string& text) {
+  file.write(reinterpret_cast<const uint8*>(text.data()), text.size());
+}
+
+/// Each test has an empty folder of its own.
+class FileTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    std::random_device random;
+    folder_ = fs::temp_directory_path() / ("vantor-" + std::string(test->name()) + "-" + std::to_string(random()));
+    ASSERT_TRUE(fs::create_directory(folder_));
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  std::vector<std::string> names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder_)) names.push_back(entry.path().filename().string());
+    return names;
+  }
+
+  Path folder_;
+};
+
+class FileDataSourceTest : public FileTest {};
+class AtomicFileTest : public FileTest {};
+
+TEST_F(FileDataSourceTest, ReadsFromFrontToBackAndFromAnyOffset) {
+  create(folder_ / "a", "0123456789");
+  FileDataSource source(folder_ / "a");
+  uint8 read[4] = {};
+  source.read(read, 2);
+  source.skip(3);
+  source.read(read + 2, 1);
+  source.seek(1);
+  source.read(read + 3, 1);
+  EXPECT_THAT(read, testing::ElementsAre('0', '1', '5', '1'));
+  EXPECT_EQ(source.size(), 10u);
+  EXPECT_EQ(source.position(), 2u);
+  EXPECT_EQ(source.remaining(), 8u);
+}
+
+TEST_F(FileDataSourceTest, NamesTheOffsetWhenReadOrSkippedPastTheEnd) {
+  create(folder_ / "a", "0123");
+  FileDataSource source(folder_ / "a");
+  source.seek(2);
+  uint8 read[3];
+  const auto message = StrEq("at byte offset 2: expected 3 more bytes, found 2");
+  EXPECT_THAT([&] { source.read(read, 3); }, ThrowsMessage<ParseError>(message));
+  EXPECT_THAT([&] { source.skip(3); }, ThrowsMessage<ParseError>(message));
+  EXPECT_THROW(source.skip(~uint64{0}), ParseError);
+  EXPECT_EQ(source.position(), 2u);
+}
+
+TEST_F(FileDataSourceTest, SeeksToTheEndButNotBehindIt) {
+  create(folder_ / "a", "0123");
+  FileDataSource source(folder_ / "a");
+  source.seek(4);
+  EXPECT_EQ(source.remaining(), 0u);
+  EXPECT_THAT([&] { source.seek(5); },
+              ThrowsMessage<ParseError>(AllOf(HasSubstr("at byte offset 5: "), HasSubstr("which has 4 bytes"))));
+  EXPECT_EQ(source.position(), 4u);
+}
+
+TEST_F(FileDataSourceTest, ReadsNothingFromAnEmptyFile) {
+  create(folder_ / "a", "");
+  FileDataSource source(folder_ / "a");
+  EXPECT_EQ(source.size(), 0u);
+  EXPECT_NO_THROW(source.read(nullptr, 0));
+  EXPECT_THROW(readBigEndian<uint8>(source), ParseError);
+}
+
+TEST_F(FileDataSourceTest, ReadsBeyondFourGibibytes) {
+  const uint64 offset = (uint64{1} << 32) + 7;
+  create(folder_ / "sparse", "");
+  fs::resize_file(folder_ / "sparse", offset);
+  std::ofstream(folder_ / "sparse", std::ios::binary | std::ios::app) << "MXF";
+  FileDataSource source(folder_ / "sparse");
+  ASSERT_EQ(source.size(), offset + 3);
+  source.skip(offset);
+  EXPECT_EQ(readBigEndian<uint16>(source), 0x4D58);
+  EXPECT_EQ(source.position(), offset + 2);
+  source.seek(offset - 1);
+  EXPECT_EQ(readBigEndian<uint16>(source), 0x004D);
+}
+
+TEST_F(FileDataSourceTest, NamesPathAndReasonOfAMissingFile) {
+  const Path missing = folder_ / "mi\u00DFing";
+  EXPECT_THAT([&] { FileDataSource source(missing); },
+              ThrowsMessage<IOError>(StrEq("cannot open '" + missing.u8string() + "': No such file or directory")));
+}
+
+TEST_F(FileDataSourceTest, RefusesADirectory) {
+  EXPECT_THAT([&] { FileDataSource source(folder_); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr(folder_.u8string()), HasSubstr("Is a directory"))));
+}
+
+TEST_F(FileDataSourceTest, RefusesADeviceInsteadOfWaitingForIt) {
+  EXPECT_THAT([] { FileDataSource source("/dev/zero"); },
+              ThrowsMessage<IOError>(StrEq("cannot read '/dev/zero': not a regular file")));
+}
+
+TEST_F(FileDataSourceTest, TellsThatTheFileBecameShorterWhileItWasRead) {
+  create(folder_ / "a", std::string(100000, 'x'));
+  FileDataSource source(folder_ / "a");
+  fs::resize_file(folder_ / "a", 90000);
+  source.seek(89999);
+  uint8 read[2];
+  EXPECT_THAT([&] { source.read(read, 2); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr("at byte offset 89999: "), HasSubstr("become shorter"))));
+  EXPECT_EQ(source.position(), 89999u);
+  source.read(read, 1);
+  EXPECT_EQ(read[0], 'x');
+}
+
+TEST_F(AtomicFileTest, AppearsWithAllItsBytesOnCommit) {
+  AtomicFile file(folder_ / "a");
+  write(file, "head");
+  write(file, std::string(100000, 'x'));
+  file.write(nullptr, 0);
+  EXPECT_EQ(file.position(), 100004u);
+  EXPECT_FALSE(fs::exists(folder_ / "a"));
+  file.commit();
+  EXPECT_EQ(contents(folder_ / "a"), "head" + std::string(100000, 'x'));
+  EXPECT_THAT(names(), testing::ElementsAre("a"));
+}
+
+TEST_F(AtomicFileTest, LeavesNothingWhenItIsNotCommitted) {
+  {
+    AtomicFile file(folder_ / "a");
+    write(file, "half");
+    EXPECT_EQ(names().size(), 1u);
+  }
+  EXPECT_THAT(names(), testing::IsEmpty());
+}
+
+TEST_F(AtomicFileTest, KeepsTheOldFileUntilTheCommitAndThenReplacesItWhole) {
+  create(folder_ / "a", "the old text, longer than the new one");
+  FileDataSource reader(folder_ / "a");
+  AtomicFile file(folder_ / "a");
+  write(file, "new");
+  EXPECT_EQ(contents(folder_ / "a"), "the old text, longer than the new one");
+  file.commit();
+  EXPECT_EQ(contents(folder_ / "a"), "new");
+  EXPECT_THAT(names(), testing::ElementsAre("a"));
+  // Who opened the old file still reads the old bytes.
+  reader.seek(4);
+  EXPECT_EQ(readBigEndian<uint8>(reader), 'o');
+}
+
+TEST_F(AtomicFileTest, KeepsTheOldFileWhenItIsNotCommitted) {
+  create(folder_ / "a", "old");
+  { write(*std::make_unique<AtomicFile>(folder_ / "a"), "new"); }
+  EXPECT_EQ(contents(folder_ / "a"), "old");
+  EXPECT_THAT(names(), testing::ElementsAre("a"));
+}
+
+TEST_F(AtomicFileTest, WritesAnEmptyFile) {
+  AtomicFile file(folder_ / "a");
+  file.commit();
+  EXPECT_EQ(fs::file_size(folder_ / "a"), 0u);
+}
+
+TEST_F(AtomicFileTest, TakesOverThePermissionsOfTheFileItReplaces) {
+  create(folder_ / "a", "old");
+  const auto permissions = fs::perms::owner_read | fs::perms::owner_write;
+  fs::permissions(folder_ / "a", permissions);
+  AtomicFile file(folder_ / "a");
+  file.commit();
+  EXPECT_EQ(fs::status(folder_ / "a").permissions(), permissions);
+}
+
+TEST_F(AtomicFileTest, ReplacesTheFileBehindASymbolicLink) {
+  fs::create_directory(folder_ / "sub");
+  create(folder_ / "sub" / "real", "old");
+  fs::create_symlink(Path("sub") / "real", folder_ / "link");
+  AtomicFile file(folder_ / "link");
+  write(file, "new");
+  file.commit();
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
+  EXPECT_EQ(contents(folder_ / "sub" / "real"), "new");
+}
+
+TEST_F(AtomicFileTest, NamesTheTargetWhoseFolderDoesNotExist) {
+  const Path target = folder_ / "missing" / "a";
+  EXPECT_THAT([&] { AtomicFile file(target); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr(target.u8string()), HasSubstr("No such file or directory"))));
+  EXPECT_THAT(names(), testing::IsEmpty());
+}
+
+TEST_F(AtomicFileTest, RefusesADirectoryAsTarget) {
+  EXPECT_THAT([&] { AtomicFile file(folder_); }, ThrowsMessage<IOError>(HasSubstr("Is a directory")));
+  EXPECT_THAT(names(), testing::IsEmpty());
+}
+
+TEST_F(AtomicFileTest, LeavesNothingWhenTheFolderDisappearsBeforeTheCommit) {
+  fs::create_directory(folder_ / "sub");
+  AtomicFile file(folder_ / "sub" / "a");
+  write(file, "text");
+  fs::remove_all(folder_ / "sub");
+  EXPECT_THAT([&] { file.commit(); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr("cannot replace"), HasSubstr("No such file or directory"))));
+  EXPECT_THAT(names(), testing::IsEmpty());
+}
+
+TEST_F(AtomicFileTest, LeavesOnlyTheObstacleWhenTheTargetTurnsIntoAFolder) {
+  {
+    AtomicFile file(folder_ / "a");
+    write(file, "text");
+    fs::create_directory(folder_ / "a");
+    EXPECT_THROW(file.commit(), IOError);
+  }
+  EXPECT_THAT(names(), testing::ElementsAre("a"));
+  EXPECT_TRUE(fs::is_directory(folder_ / "a"));
+}
+
+TEST_F(AtomicFileTest, CannotBeWrittenOrCommittedTwice) {
+  AtomicFile file(folder_ / "a");
+  write(file, "text");
+  file.commit();
+  EXPECT_THROW(write(file, "more"), IOError);
+  EXPECT_THROW(file.commit(), IOError);
+  EXPECT_EQ(contents(folder_ / "a"), "text");
+}
+
+TEST_F(AtomicFileTest, WritesDirectlyToADevice) {
+  AtomicFile file("/dev/null");
+  write(file, "text");
+  file.commit();
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+class FullDeviceTest : public FileTest {
+ protected:
+  void SetUp() override {
+    FileTest::SetUp();
+    if (!fs::is_character_file("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
+  }
+};
+
+TEST_F(FullDeviceTest, ThrowsAtTheWriteThatTheDiskDoesNotTake) {
+  AtomicFile file("/dev/full");
+  EXPECT_THAT([&] { write(file, std::string(1 << 20, 'x')); },
+              ThrowsMessage<IOError>(StrEq("at byte offset 0: cannot write '/dev/full': No space left on device")));
+  EXPECT_THROW(file.commit(), IOError);
+}
+
+TEST_F(FullDeviceTest, ThrowsAtTheCommitWhenTheLastBytesWereStillBuffered) {
+  AtomicFile file("/dev/full");
+  write(file, "few");
+  EXPECT_THAT([&] { file.commit(); },
+              ThrowsMessage<IOError>(StrEq("cannot finish '/dev/full': No space left on device")));
+}
+
+}  // namespace
+}  // namespace Vantor::DataIO::File
