@@ -49,7 +49,12 @@ KLV::Key codedKey(const KLV::Key& key, KLV::LocalSetCoding coding) {
 class TagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
  public:
   explicit TagFinder(PartitionDictionary& tags) : tags_(tags) {}
-  void visit(const MetaMetadata::UnknownAttribute& attribute) override { tag = attribute.localTag().value(); }
+  void visit(const MetaMetadata::UnknownAttribute& attribute) override {
+    tag = attribute.localTag().value();
+    const auto* definition = tags_.dictionary()->findElementByStaticTag(tag);
+    // Readers look tags up in the primer; what the dictionary knows by this tag belongs there.
+    if (definition != nullptr && tags_.tryFind(tag) == nullptr) tags_.addPrimerEntry({tag, definition->key().key()});
+  }
   void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
     tag = tags_.findOrGenerate(attribute.metaElement()->key()).value();
   }

@@ -1,0 +1,155 @@
+#include "Core/MXF/HeaderMetadataWriter.h"
+
+#include "Core/DataIO/Memory.h"
+#include "Core/KLV/BERLength.h"
+#include "Core/KLV/Keys.h"
+#include "Core/KLV/PrimerPack.h"
+#include "Core/MXF/PartitionPack.h"
+#include "Core/Metadata/CollectionElements.h"
+#include "Core/Metadata/StructuralMetadataKeys.h"
+#include "Core/Platform/Exceptions.h"
+
+namespace Vantor::MXF {
+
+using DataIO::Memory::MemoryDataSink;
+
+namespace {
+
+constexpr const char* kSource = "Core/MXF/HeaderMetadataWriter";
+constexpr uint8 kLengthOctets = 4;  // customary for packs
+constexpr uint16 kMajorVersion = 1;
+constexpr uint16 kMinorVersion = 3;  // ST 377-1
+constexpr uint32 kKAGSize = 1;
+constexpr uint32 kLabelSize = 16;
+
+Types::UniversalLabel label(std::array<uint8, KLV::Key::kSize> octets) {
+  return Types::UniversalLabel(KLV::Key(octets));
+}
+
+/// Preface properties of ST 377-1.
+Types::UniversalLabel operationalPatternLabel() {
+  return label({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05, 0x01, 0x02, 0x02, 0x03, 0x00, 0x00, 0x00, 0x00});
+}
+Types::UniversalLabel essenceContainersLabel() {
+  return label({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05, 0x01, 0x02, 0x02, 0x10, 0x02, 0x01, 0x00, 0x00});
+}
+
+void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink& value) {
+  sink.write(key.rawBuffer(), KLV::Key::kSize);
+  KLV::writeBERLength(sink, value.serializedSize(), kLengthOctets);
+  sink.write(value.rawBuffer(), value.serializedSize());
+}
+
+void writeInFileOrder(PartitionMetadata& partition, DataIO::DataSink& sink) {
+  for (const auto& entry : partition.entries()) {
+    if (const auto* set = std::get_if<auto_ptr<MetadataSet>>(&entry)) {
+      (*set)->serialize(sink, partition.partitionDictionary());
+    } else {
+      std::get<auto_ptr<DarkMetadataSet>>(entry)->serialize(sink);
+    }
+  }
+}
+
+void writeInSerializationOrder(PartitionMetadata& partition, DataIO::DataSink& sink) {
+  std::vector<const MetadataSet*> order;
+  partition.calculateSerializationOrder(order, true, false);
+  for (const auto* set : order) set->serialize(sink, partition.partitionDictionary());
+  for (auto at = partition.darkBegin(); at != partition.darkEnd(); ++at) (*at)->serialize(sink);
+}
+
+const MetadataSet& findPreface(const PartitionMetadata& partition) {
+  const auto& prefaces = partition.find(Structural::StructuralMetadataKeys::preface());
+  if (!prefaces.empty()) return *prefaces.front();
+  throw Exceptions::InvalidFormat("the header metadata has no Preface", kSource, __LINE__);
+}
+
+/// Reads the 16 octets of a value that is a label by its meaning, whatever type the dictionary gives it.
+Types::UniversalLabel labelFrom(const Types::SimpleDataType& value) {
+  if (value.encodedSize() == kLabelSize) return Types::UniversalLabel(value.rawBuffer());
+  throw Exceptions::InvalidFormat(
+      "a label of the Preface has " + std::to_string(value.encodedSize()) + " octets instead of 16", kSource, __LINE__);
+}
+
+Types::UniversalLabel operationalPattern(const MetadataSet& preface) {
+  const Element* property = preface.find(operationalPatternLabel());
+  if (property != nullptr && property->wireValue() != nullptr) return labelFrom(*property->wireValue());
+  throw Exceptions::InvalidFormat("the Preface has no operational pattern", kSource, __LINE__);
+}
+
+std::vector<Types::UniversalLabel> essenceContainers(const MetadataSet& preface) {
+  std::vector<Types::UniversalLabel> labels;
+  const auto* property = dynamic_cast<const CollectionElement*>(preface.find(essenceContainersLabel()));
+  for (uint32 i = 0; property != nullptr && i < property->size(); ++i) {
+    labels.push_back(labelFrom(property->value()->at(i)));
+  }
+  return labels;
+}
+
+PartitionPack headerPartition(const MetadataSet& preface, uint64 headerByteCount) {
+  PartitionPack pack;
+  pack.kind = KLV::PartitionKind::kHeader;
+  pack.status = KLV::PartitionStatus::kClosedComplete;
+  pack.majorVersion = kMajorVersion;
+  pack.minorVersion = kMinorVersion;
+  pack.kagSize = kKAGSize;
+  pack.headerByteCount = headerByteCount;
+  pack.operationalPattern = operationalPattern(preface);
+  pack.essenceContainers = essenceContainers(preface);
+  return pack;
+}
+
+void writePartitionPack(DataIO::DataSink& sink, const PartitionPack& pack) {
+  MemoryDataSink value;
+  DataIO::writeBigEndian<uint16>(value, pack.majorVersion);
+  DataIO::writeBigEndian<uint16>(value, pack.minorVersion);
+  DataIO::writeBigEndian<uint32>(value, pack.kagSize);
+  DataIO::writeBigEndian<uint64>(value, pack.thisPartition);
+  DataIO::writeBigEndian<uint64>(value, pack.previousPartition);
+  DataIO::writeBigEndian<uint64>(value, pack.footerPartition);
+  DataIO::writeBigEndian<uint64>(value, pack.headerByteCount);
+  DataIO::writeBigEndian<uint64>(value, pack.indexByteCount);
+  DataIO::writeBigEndian<uint32>(value, pack.indexSID);
+  DataIO::writeBigEndian<uint64>(value, pack.bodyOffset);
+  DataIO::writeBigEndian<uint32>(value, pack.bodySID);
+  value.write(pack.operationalPattern.rawBuffer(), kLabelSize);
+  DataIO::writeBigEndian<uint32>(value, static_cast<uint32>(pack.essenceContainers.size()));
+  DataIO::writeBigEndian<uint32>(value, kLabelSize);
+  for (const auto& container : pack.essenceContainers) value.write(container.rawBuffer(), kLabelSize);
+  writeKLV(sink, KLV::partitionPackKey(pack.kind, pack.status), value);
+}
+
+/// One partition, at offset 0 and without essence; the pack ends with the count of all its own octets.
+void writeRandomIndexPack(DataIO::DataSink& sink) {
+  constexpr uint32 kValueSize = 4 + 8 + 4;
+  MemoryDataSink value;
+  DataIO::writeBigEndian<uint32>(value, 0);
+  DataIO::writeBigEndian<uint64>(value, 0);
+  DataIO::writeBigEndian<uint32>(value, KLV::Key::kSize + kLengthOctets + kValueSize);
+  writeKLV(sink, KLV::randomIndexPackKey(), value);
+}
+
+}  // namespace
+
+void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink) {
+  // The sets go first into memory: writing them is what completes the primer that stands before them.
+  MemoryDataSink sets;
+  if (order == SetOrder::kFile) {
+    writeInFileOrder(partition, sets);
+  } else {
+    writeInSerializationOrder(partition, sets);
+  }
+  MemoryDataSink primer;
+  KLV::writePrimerPack(primer, partition.partitionDictionary().primerEntries());
+  writeKLV(sink, KLV::primerPackKey(), primer);
+  sink.write(sets.rawBuffer(), sets.serializedSize());
+}
+
+void writeHeaderOnlyFile(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink) {
+  MemoryDataSink metadata;
+  writeHeaderMetadata(partition, order, metadata);
+  writePartitionPack(sink, headerPartition(findPreface(partition), metadata.serializedSize()));
+  sink.write(metadata.rawBuffer(), metadata.serializedSize());
+  writeRandomIndexPack(sink);
+}
+
+}  // namespace Vantor::MXF

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Core/DataIO/DataSink.h"
+#include "Core/Metadata/PartitionMetadata.h"
+
+namespace Vantor::MXF {
+
+/// In which order the sets of a partition are written.
+enum class SetOrder {
+  /// As they were read or made, dark sets among them.
+  kFile,
+  /// As `PartitionMetadata::calculateSerializationOrder` has it, the Preface first; then the dark sets.
+  kSerialization
+};
+
+/// Writes the header metadata of a partition as KLV: the primer pack, then the sets (ST 377-1). Length fields have the
+/// octets that they were read with. What was read from a file and not changed is written, in file order, as the same
+/// bytes set by set.
+///
+/// Properties that have no local tag yet get one and are entered into the partition's primer.
+/// @throws InvalidLength when the dynamic tags do not suffice, or a primer or set has no length that KLV can tell.
+void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink);
+
+/// Writes an MXF file that holds nothing but this header metadata: a header partition, closed and complete, KAG 1, and
+/// a random index pack. Operational pattern and essence containers are taken from the Preface.
+/// @throws InvalidFormat when there is no Preface, or it has no operational pattern; otherwise as above, and what the
+///         sink throws. Nothing is written before all of it is known.
+void writeHeaderOnlyFile(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink);
+
+}  // namespace Vantor::MXF

@@ -1,0 +1,147 @@
+#include "XMLBuilder/CompoundValueFromXML.h"
+
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Numbers.h"
+#include "Core/Platform/Strings.h"
+#include "Core/Types/J2KCodingStyleDefault.h"
+#include "Core/Types/J2KPictureComponent.h"
+#include "Core/Types/J2KQuantisationDefault.h"
+#include "Core/Types/ProductVersion.h"
+#include "Core/Types/RGBALayout.h"
+#include "Core/Types/Rational.h"
+#include "Core/Types/Timestamp.h"
+#include "XMLBuilder/NodeText.h"
+#include "XMLBuilder/ValueFromXML.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::XML2Partition {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+using XMLBuilder::Vocabulary::kS422MTypesPrefix;
+using XMLBuilder::Vocabulary::kTypesPrefix;
+
+namespace {
+
+/// Throws unless a condition holds; the message names the condition and the line is part of it.
+void require(bool holds, const std::string& condition, const std::string& explanation, int line) {
+  if (!holds) throw Exceptions::InvalidFormat(condition + ": " + explanation, kValueSource, line);
+}
+
+/// The children of one compound value.
+class Fields {
+ public:
+  Fields(const DOMNode& node, std::u16string_view prefix, ImportDocument& document)
+      : node_(node), prefix_(prefix), lookup_(document.rootScope()) {}
+
+  /// The text of the first child with a name; empty when there is none.
+  wstring text(const char16_t* name) const {
+    const DOMElement* child = lookup_.first(node_, prefix_, name);
+    return child == nullptr ? wstring() : nodeText(*child);
+  }
+  /// The same for a child that must be there.
+  wstring text(const char16_t* name, const std::string& variable, int line) const {
+    wstring found = text(name);
+    require(!found.empty(), "!" + variable + ".empty ()",
+            "No '" + Utils::wstringToString(name) + "' element in XML metadata", line);
+    return found;
+  }
+  /// A number as unsigned 32 bits, of which the low ones are kept.
+  template <class Integer>
+  Integer number(const char16_t* name) const {
+    return static_cast<Integer>(Platform::readDecimal<uint32>(text(name)));
+  }
+  template <class Integer>
+  Integer number(const char16_t* name, const std::string& variable, int line) const {
+    return static_cast<Integer>(Platform::readDecimal<uint32>(text(name, variable, line)));
+  }
+
+ private:
+  const DOMNode& node_;
+  wstring prefix_;
+  XMLUtils::ChildLookup& lookup_;
+};
+
+wstring retrieveNodeName(const DOMNode& node) { return XMLUtils::utf16ToWstring(node.getLocalName()); }
+
+/// The element around a JPEG 2000 value.
+const DOMElement& findComponent(const DOMNode& node, const char16_t* name, const std::string& property, int line,
+                                ImportDocument& document) {
+  const auto* element = document.rootScope().first(node, wstring(kS422MTypesPrefix), name);
+  const auto symbol = Utils::wstringToString(name);
+  const auto explanation = "No '" + symbol + "' element from '" + property + "' in XML metadata";
+  require(element != nullptr, "domComponentElement != 0", explanation, line);
+  require(retrieveNodeName(*element) == name, "retrieveNodeName (domComponentElement) == L\"" + symbol + "\"",
+          explanation, line + 1);
+  return *element;
+}
+
+}  // namespace
+
+auto_ptr<Types::SimpleDataType> readRational(const DOMNode& node, ImportDocument& document) {
+  const Fields fields(node, kTypesPrefix, document);
+  const auto numerator = fields.number<int32>(u"Numerator");
+  return std::make_unique<Types::Rational>(numerator, fields.number<int32>(u"Denominator"));
+}
+
+auto_ptr<Types::SimpleDataType> readProductVersion(const DOMNode& node, ImportDocument& document) {
+  const Fields fields(node, kTypesPrefix, document);
+  const auto major = fields.number<uint16>(u"Major");
+  const auto minor = fields.number<uint16>(u"Minor");
+  const auto patch = fields.number<uint16>(u"Patch");
+  const auto build = fields.number<uint16>(u"Build");
+  const auto release = static_cast<Types::ReleaseVersion>(fields.number<uint16>(u"Release"));
+  return std::make_unique<Types::ProductVersion>(major, minor, patch, build, release);
+}
+
+auto_ptr<Types::SimpleDataType> readRGBALayout(const DOMNode& node, ImportDocument& document) {
+  auto layout = std::make_unique<Types::RGBALayout>();
+  uint32 index = 0;
+  for (const auto* component : document.rootScope().all(node, wstring(kTypesPrefix), u"RGBAComponent")) {
+    const Fields fields(*component, kTypesPrefix, document);
+    const auto code = fields.number<uint8>(u"Code");
+    layout->set(index++, {code, fields.number<uint8>(u"Depth")});
+  }
+  return layout;
+}
+
+auto_ptr<Types::SimpleDataType> readTimestamp(const DOMNode& node, ImportDocument& document) {
+  const Fields fields(node, kTypesPrefix, document);
+  const auto second = fields.number<uint8>(u"Second", "secondsValue", 374);
+  const auto milliSecond = fields.number<uint16>(u"mSec4", "milliValue", 377);
+  const auto year = fields.number<uint16>(u"Year", "yearValue", 380);
+  const auto month = fields.number<uint8>(u"Month", "monthValue", 383);
+  const auto day = fields.number<uint8>(u"Day", "dayValue", 386);
+  const auto hour = fields.number<uint8>(u"Hour", "hourValue", 389);
+  const auto minute = fields.number<uint8>(u"Minute", "minutesValue", 392);
+  return std::make_unique<Types::Timestamp>(year, month, day, hour, minute, second, milliSecond);
+}
+
+auto_ptr<Types::SimpleDataType> readJ2KPictureComponent(const DOMNode& node, ImportDocument& document) {
+  const Fields fields(findComponent(node, u"J2KPictureComponent", "PictureComponentSizing", 255, document),
+                      kS422MTypesPrefix, document);
+  const auto sSizi = fields.number<uint8>(u"Ssizi", "sSiziValue", 259);
+  const auto xRSizi = fields.number<uint8>(u"XRSizi", "xRSiziValue", 262);
+  return std::make_unique<Types::J2KPictureComponent>(sSizi, xRSizi,
+                                                      fields.number<uint8>(u"YRSizi", "yRSiziValue", 265));
+}
+
+auto_ptr<Types::SimpleDataType> readJ2KCodingStyleDefault(const DOMNode& node, ImportDocument& document) {
+  const Fields fields(findComponent(node, u"J2KCodingStyleDefault", "CodingStyleDefault", 296, document),
+                      kS422MTypesPrefix, document);
+  const auto scod = fields.number<uint8>(u"Scod", "scodValue", 300);
+  const auto sGcod = fields.number<uint32>(u"SGcod", "sGcodValue", 303);
+  const auto spcod = parseHexString(fields.text(u"Spcod", "spcodValue", 306));
+  return std::make_unique<Types::J2KCodingStyleDefault>(scod, sGcod, spcod.data(), spcod.size());
+}
+
+auto_ptr<Types::SimpleDataType> readJ2KQuantisationDefault(const DOMNode& node, ImportDocument& document) {
+  const Fields fields(findComponent(node, u"J2KQuantisationDefault", "QuantisationDefault", 337, document),
+                      kS422MTypesPrefix, document);
+  const auto sqcd = fields.number<uint8>(u"Sqcd", "sqcdValue", 341);
+  const auto sPgcd = parseHexString(fields.text(u"SPgcd", "sPgcdValue", 344));
+  return std::make_unique<Types::J2KQuantisationDefault>(sqcd, sPgcd.data(), sPgcd.size());
+}
+
+}  // namespace Vantor::XML2Partition

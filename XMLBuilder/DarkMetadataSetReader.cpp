@@ -1,0 +1,57 @@
+#include "XMLBuilder/DarkMetadataSetReader.h"
+
+#include <algorithm>
+
+#include "Core/DataIO/Memory.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Numbers.h"
+#include "Core/Platform/Strings.h"
+#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/NodeText.h"
+#include "XMLBuilder/ValueFromXML.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::XML2Partition {
+
+namespace {
+
+constexpr const char* kSource = "XMLBuilder\\XML2Partition";
+constexpr int kLengthLine = 89;
+constexpr int kCharactersLine = 99;
+
+[[noreturn]] void throwInvalidValue(const wstring& key, const char* problem, int line) {
+  throw Exceptions::InvalidFormat("DarkMetadataSet with key='" + Utils::wstringToString(key) + problem, kSource, line);
+}
+
+Bytes readValue(const wstring& key, const wstring& text) {
+  if (text.size() % 2 != 0) throwInvalidValue(key, "' value has invalid Length", kLengthLine);
+  if (!std::all_of(text.begin(), text.end(), isHexDigit)) {
+    throwInvalidValue(key, "' value contains non Hexadecimal characters", kCharactersLine);
+  }
+  return bytesFromHex(text);
+}
+
+void readDarkMetadataSet(const xercesc::DOMElement& element, PartitionMetadata& partition) {
+  const wstring keyText = attributeText(element, XMLBuilder::Vocabulary::kKey.data());
+  const KLV::Key key(keyText, kDottedForm);
+  const auto octets =
+      Platform::readDecimal<int32>(attributeText(element, XMLBuilder::Vocabulary::kBEROctetCount.data()));
+  partition.addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, static_cast<uint8>(octets),
+                                                                 KLV::Value(readValue(keyText, nodeText(element)))));
+}
+
+}  // namespace
+
+void readFloatingContainer(const xercesc::DOMElement& container, ImportDocument& document, ImportedSets& imported) {
+  for (const auto* child : XMLUtils::childElements(container)) {
+    const auto* definition = document.findSet(XMLUtils::utf16ToWstring(child->getLocalName()));
+    if (definition == nullptr) {
+      readDarkMetadataSet(*child, document.partition());
+    } else {
+      importSet(*child, *definition, document, [&imported](MetadataSet* set) { imported.push_back(set); });
+    }
+  }
+}
+
+}  // namespace Vantor::XML2Partition

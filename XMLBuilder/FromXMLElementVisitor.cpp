@@ -1,0 +1,151 @@
+#include "XMLBuilder/FromXMLElementVisitor.h"
+
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+
+#include "Core/MetaMetadata/MetaMetadataSet.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Types/Factories.h"
+#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/ValueFromXML.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::XML2Partition {
+
+using Types::Identifiers::Identifier;
+using xercesc::DOMElement;
+
+namespace {
+
+constexpr int kItemSizeLine = 970;
+constexpr const char* kUnequalItems =
+    "subElementSize == dataType -> serializedSize (): There is a collection in the XML that contains an ARRAY or "
+    "COLLECTION that contain elements with different sizes.";
+
+[[noreturn]] void throwUnequalItems() {
+  throw Exceptions::InvalidLength(std::string(kUnequalItems), kValueSource, kItemSizeLine);
+}
+
+/// Types whose values have no size but their own.
+bool isVariableSize(Identifier type) {
+  return type == Types::Identifiers::kDataStream || type == Types::Identifiers::kISO7String ||
+         type == Types::Identifiers::kUnknown || type == Types::Identifiers::kUTF16String ||
+         type == Types::Identifiers::kDataValue || type == Types::Identifiers::kISO8String;
+}
+
+auto_ptr<Types::Reference> makeReferenceTo(Identifier type, const wstring& text) {
+  if (type == Types::Identifiers::kStrongReference) return std::make_unique<Types::StrongReference>(text);
+  if (type == Types::Identifiers::kWeakReference) return std::make_unique<Types::WeakReference>(text);
+  return nullptr;
+}
+
+/// Elements that stand for a set somewhere else are named after it and this suffix.
+bool namesReference(const XMLCh* name) {
+  return XMLUtils::utf16ToWstring(name).find(XMLBuilder::Vocabulary::kReferenceSuffix) != wstring::npos;
+}
+
+}  // namespace
+
+FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& node, const MetaMetadata::MetaElement* definition,
+                                             ImportDocument& document)
+    : node_(node),
+      dataType_(definition == nullptr ? Types::Identifiers::kUnknown : definition->dataType()),
+      document_(document) {
+  if (const auto* collection = dynamic_cast<const MetaMetadata::MetaCollectionElement*>(definition)) {
+    dataSubType_ = collection->dataSubType();
+  }
+}
+
+void FromXMLElementVisitor::visit(SimpleElement& element) {
+  auto value = createValueFromNode(dataType_, node_, document_);
+  if (value != nullptr) element.set(std::move(value), false);
+}
+
+void FromXMLElementVisitor::visit(ArrayElement& element) {
+  element.set(std::make_unique<Types::Array>(itemSize()));
+  readItems(element);
+}
+
+void FromXMLElementVisitor::visit(BatchElement& element) {
+  element.set(std::make_unique<Types::Batch>(itemSize()));
+  readItems(element);
+}
+
+int FromXMLElementVisitor::itemSize() const {
+  return static_cast<int>(isVariableSize(dataSubType_) ? measuredItemSize()
+                                                       : Types::Identifiers::typeSize(dataSubType_));
+}
+
+uint32 FromXMLElementVisitor::measuredItemSize() const {
+  uint32 size = 0;
+  for (const DOMElement* item : XMLUtils::childElements(node_)) {
+    const auto value = createValueFromNode(dataSubType_, *item, document_);
+    if (value == nullptr) throwUnequalItems();
+    if (size == 0) {
+      size = value->serializedSize();
+    } else if (value->serializedSize() != size) {
+      throwUnequalItems();
+    }
+  }
+  return size;
+}
+
+void FromXMLElementVisitor::readItems(CollectionElement& element) {
+  for (const DOMElement* item : XMLUtils::childElements(node_)) {
+    element.append(createValueFromNode(dataSubType_, *item, document_));
+  }
+}
+
+template <class References>
+void FromXMLElementVisitor::readReferences(References& element) {
+  const auto items = XMLUtils::childElements(node_);
+  for (const DOMElement* item : items) readMember(element, *item);
+  if (items.empty()) makeEmpty(element);
+}
+
+template <class References>
+void FromXMLElementVisitor::readMember(References& element, const DOMElement& item) {
+  if (namesReference(item.getNodeName())) {
+    auto reference = buildReference(dataSubType_, item);
+    if (reference != nullptr) element.appendUnverifiedReference(std::move(reference));
+  } else if (const auto* set = buildNestedSet(item)) {
+    element.append(set);
+  }
+}
+
+/// A collection of references comes to be with its first member; one that is to have none loses it again.
+template <class References>
+void FromXMLElementVisitor::makeEmpty(References& element) {
+  const Types::UUID none;
+  auto placeholder = makeReferenceTo(dataSubType_, none.toString(kDottedForm));
+  if (placeholder == nullptr) return;
+  element.appendUnverifiedReference(std::move(placeholder));
+  element.removeAt(0);
+}
+
+void FromXMLElementVisitor::visit(ReferenceElement& element) {
+  const DOMElement* child = XMLUtils::firstChildElement(node_);
+  if (child == nullptr) return;
+  if (namesReference(child->getLocalName())) {
+    auto reference = buildReference(dataType_, *child);
+    if (reference != nullptr) element.setUnverifiedReference(std::move(reference));
+  } else if (const auto* set = buildNestedSet(*child)) {
+    element.set(set);
+  }
+}
+
+auto_ptr<Types::Reference> FromXMLElementVisitor::buildReference(Identifier type, const DOMElement& carrier) {
+  const auto* attribute = carrier.getAttributes()->item(0);
+  if (attribute == nullptr) return nullptr;
+  const auto& identifier = document_.identifierFor(XMLUtils::utf16ToWstring(attribute->getNodeValue()), [] {
+    return Types::Factories::UID::generateUUID().toString(kDottedForm);
+  });
+  return makeReferenceTo(type, identifier);
+}
+
+const MetadataSet* FromXMLElementVisitor::buildNestedSet(const DOMElement& element) {
+  const auto* definition = document_.findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
+  return definition == nullptr ? nullptr : importSet(element, *definition, document_, [](MetadataSet*) {});
+}
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,111 @@
+#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+
+#include <xercesc/dom/DOMAttr.hpp>
+
+#include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Metadata/SimpleElement.h"
+#include "XMLBuilder/FromXMLElementVisitor.h"
+#include "XMLBuilder/FromXMLMetaAttributeVisitor.h"
+#include "XMLBuilder/NodeText.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::XML2Partition {
+
+using MetaMetadata::kXMLDefaultPrefix;
+using MetaMetadata::kXMLTagName;
+using xercesc::DOMElement;
+
+namespace {
+
+/// What a prefix that the document does not declare stands for, so that no look-up fails for want of a namespace.
+constexpr const char16_t* kRegistrationAuthorityURI = u"http://www.smpte-ra.org";
+constexpr const char16_t* kIdentifierPrefix = u"rp210:";
+
+/// The local tag that an unknown property was read under, or that its label has in the partition.
+Types::LocalTag localTagOf(const DOMElement& child, PartitionDictionary& tags) {
+  if (const auto* tag = child.getAttributeNode(XMLBuilder::Vocabulary::kStaticLocalTag.data())) {
+    return Types::LocalTag(nodeText(*tag), kDottedForm);
+  }
+  if (const auto* label = child.getAttributeNode(XMLBuilder::Vocabulary::kUniversalLabel.data())) {
+    return tags.findOrGenerate(Types::UniversalLabel(nodeText(*label), kDottedForm));
+  }
+  return Types::LocalTag();
+}
+
+}  // namespace
+
+void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
+  for (Element& property : set) readProperty(property, set);
+  readExtensionElements(set);
+}
+
+void FromXMLMetadataSetVisitor::readProperty(Element& property, MetadataSet& set) {
+  const FromXMLMetaAttributeVisitor attribute(property.metaAttribute());
+  const auto& definition = *attribute.metaElement();
+  const auto& tag = definition.extensionAttribute(kXMLTagName);
+  if (tag == u"InstanceUID" || tag == u"GenerationUID") return readIdentifier(property, definition, tag, set);
+  readChild(property, definition, tag);
+}
+
+void FromXMLMetadataSetVisitor::readChild(Element& property, const MetaMetadata::MetaElement& definition,
+                                          const wstring& tag) {
+  const auto& prefix = definition.extensionAttribute(kXMLDefaultPrefix);
+  scope_.bindIfUnbound(prefix, kRegistrationAuthorityURI);
+  const DOMElement* child = scope_.first(element_, prefix, tag);
+  if (child == nullptr) return;
+  FromXMLElementVisitor reader(*child, &definition, document_);
+  property.accept(reader);
+}
+
+void FromXMLMetadataSetVisitor::readIdentifier(Element& property, const MetaMetadata::MetaElement& definition,
+                                               const wstring& tag, MetadataSet& set) {
+  const auto* attribute = element_.getAttributeNode((kIdentifierPrefix + tag).c_str());
+  if (attribute == nullptr) return;
+  if (tag == u"InstanceUID") return readInstanceUID(property, nodeText(*attribute), set);
+  FromXMLElementVisitor reader(*attribute, &definition, document_);
+  property.accept(reader);
+}
+
+void FromXMLMetadataSetVisitor::readInstanceUID(Element& property, const wstring& text, const MetadataSet& set) {
+  auto* identifier = dynamic_cast<SimpleElement*>(&property);
+  const Types::UUID* current = set.instanceUID();
+  if (identifier == nullptr || current == nullptr) return;
+  const auto& known = document_.identifierFor(text, [current] { return current->toString(kDottedForm); });
+  identifier->set(std::make_unique<Types::UUID>(known, kDottedForm), false);
+}
+
+void FromXMLMetadataSetVisitor::readExtensionElements(MetadataSet& set) {
+  const wstring groups(XMLBuilder::Vocabulary::kGroupsPrefix);
+  if (scope_.namespaceOf(groups).empty()) return;
+  const DOMElement* container = scope_.first(element_, groups, u"ExtensionElements");
+  if (container == nullptr) return;
+  for (const DOMElement* child : XMLUtils::childElements(*container)) readExtension(*child, set);
+}
+
+/// The name under which the dictionary may know an extension element. Prefixes count as the document element declares
+/// them, and a name without a colon is its own prefix.
+wstring FromXMLMetadataSetVisitor::extensionName(const DOMElement& child) const {
+  const wstring name = XMLUtils::utf16ToWstring(child.getNodeName());
+  const auto colon = name.find(u':');
+  const wstring prefix = name.substr(0, colon);
+  const wstring localName = colon == wstring::npos ? name : name.substr(colon + 1);
+  return attributeText(document_.root(), (u"xmlns:" + prefix).c_str()) + u":" + localName;
+}
+
+void FromXMLMetadataSetVisitor::readExtension(const DOMElement& child, MetadataSet& set) {
+  const auto* definition = document_.findProperty(extensionName(child));
+  if (definition == nullptr) return readUnknown(child, set);
+  Element& property = set.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(definition));
+  FromXMLElementVisitor reader(child, definition, document_);
+  property.accept(reader);
+}
+
+void FromXMLMetadataSetVisitor::readUnknown(const DOMElement& child, MetadataSet& set) {
+  Element& property = set.createInvalidElement(
+      std::make_unique<MetaMetadata::UnknownAttribute>(localTagOf(child, document_.partition().partitionDictionary())));
+  FromXMLElementVisitor reader(child, nullptr, document_);
+  property.accept(reader);
+}
+
+}  // namespace Vantor::XML2Partition

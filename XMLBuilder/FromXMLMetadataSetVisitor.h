@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Core/Metadata/Visitors.h"
+#include "XMLBuilder/ImportDocument.h"
+
+namespace Vantor::XML2Partition {
+
+/// Fills one set from its element: each property of the definition from the child that carries its name, the two
+/// identifiers from attributes, and misplaced and unknown properties from "groups:ExtensionElements". A property
+/// without a child or attribute stays as the set was made with.
+class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSetVisitor {
+ public:
+  FromXMLMetadataSetVisitor(const xercesc::DOMElement& element, ImportDocument& document)
+      : element_(element), document_(document), scope_(element) {}
+
+  /// @throws what the values throw; the set keeps what was read before.
+  void visit(MetadataSet& set) override;
+
+ private:
+  void readProperty(Element& property, MetadataSet& set);
+  void readChild(Element& property, const MetaMetadata::MetaElement& definition, const wstring& tag);
+  void readIdentifier(Element& property, const MetaMetadata::MetaElement& definition, const wstring& tag,
+                      MetadataSet& set);
+  void readInstanceUID(Element& property, const wstring& text, const MetadataSet& set);
+  void readExtensionElements(MetadataSet& set);
+  void readExtension(const xercesc::DOMElement& child, MetadataSet& set);
+  void readUnknown(const xercesc::DOMElement& child, MetadataSet& set);
+  wstring extensionName(const xercesc::DOMElement& child) const;
+
+  const xercesc::DOMElement& element_;
+  ImportDocument& document_;
+  XMLUtils::ChildLookup scope_;
+};
+
+/// Makes a set for an element in the partition and fills it. @param onCreated  is given the set before it is filled.
+template <class OnCreated>
+MetadataSet* importSet(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
+                       ImportDocument& document, OnCreated&& onCreated) {
+  MetadataSet* set = document.partition().createMetadataSet(definition.key());
+  onCreated(set);
+  FromXMLMetadataSetVisitor visitor(element, document);
+  set->accept(visitor);
+  return set;
+}
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,75 @@
+#include "XML2Partition.h"
+
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMLSParser.hpp>
+
+#include "XMLBuilder/DarkMetadataSetReader.h"
+#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/Initializer.h"
+#include "XMLUtils/LoadDocument.h"
+#include "XMLUtils/Strings.h"
+#include "XMLUtils/UnicodeString.h"
+#include "XMLUtils/Utils.h"
+
+namespace Vantor::XML2Partition {
+
+namespace {
+
+constexpr const char* kSource = "XMLBuilder\\XML2Partition";
+constexpr int kBufferLine = 282;
+constexpr int kStringLine = 298;
+constexpr int kFileLine = 313;
+
+ImportedSets importDocument(const xercesc::DOMDocument& parsed, PartitionMetadata& partition) {
+  const auto& root = *parsed.getDocumentElement();
+  ImportDocument document(root, partition);
+  ImportedSets imported;
+  for (const auto* child : XMLUtils::childElements(root)) {
+    if (const auto* definition = document.findSet(XMLUtils::utf16ToWstring(child->getLocalName()))) {
+      importSet(*child, *definition, document, [&imported](MetadataSet* set) { imported.push_back(set); });
+    } else if (child->getNodeName() == XMLBuilder::Vocabulary::kFloatingContainer) {
+      readFloatingContainer(*child, document, imported);
+    }
+  }
+  return imported;
+}
+
+/// Parses with a parser that lives as long as the document is read.
+/// @param load  gives the document; it belongs to the parser.
+template <class Load>
+ImportedSets importWith(Load&& load, PartitionMetadata* partition) {
+  XMLUtils::Initializer::instance();
+  if (partition == nullptr) return {};
+  const auto parser = XMLUtils::createParser();
+  return importDocument(load(*parser), *partition);
+}
+
+}  // namespace
+
+ImportedSets getPartitionMetadataFromBuffer(const uint8* buffer, uint32 size, PartitionMetadata* partition) {
+  const auto load = [buffer, size](xercesc::DOMLSParser& parser) -> const xercesc::DOMDocument& {
+    auto* document = XMLUtils::loadDocumentFromBuffer(buffer, size, parser);
+    XMLUtils::cleanEmptyTextNodes(*document);
+    return *document;
+  };
+  return XMLUtils::Utils::convertingExceptions([&] { return importWith(load, partition); }, kSource, kBufferLine);
+}
+
+ImportedSets getPartitionMetadataFromString(const wstring& text, PartitionMetadata* partition) {
+  const auto import = [&] {
+    const XMLUtils::UnicodeString string(text);
+    return getPartitionMetadataFromBuffer(reinterpret_cast<const uint8*>(string.utf16()),
+                                          static_cast<uint32>(string.utf16Size()), partition);
+  };
+  return XMLUtils::Utils::convertingExceptions(import, kSource, kStringLine);
+}
+
+ImportedSets getPartitionMetadataFromFile(const uint16* path, PartitionMetadata* partition) {
+  const auto load = [path](xercesc::DOMLSParser& parser) -> const xercesc::DOMDocument& {
+    return *XMLUtils::loadDocumentFromFile(path, parser);
+  };
+  return XMLUtils::Utils::convertingExceptions([&] { return importWith(load, partition); }, kSource, kFileLine);
+}
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,156 @@
+#include "XMLUtils/ChildLookup.h"
+
+#include <algorithm>
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/dom/DOMXPathException.hpp>
+#include <xercesc/dom/DOMXPathExpression.hpp>
+#include <xercesc/dom/DOMXPathNSResolver.hpp>
+#include <xercesc/dom/DOMXPathResult.hpp>
+#include <xercesc/util/XMLChar.hpp>
+
+#include "XMLUtils/Strings.h"
+
+#if VANTOR_WITH_XQILLA
+#include <xqilla/xqilla-dom3.hpp>
+#endif
+
+namespace Vantor::XMLUtils {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+
+namespace {
+
+template <class Visit>
+void forEachChildElement(const DOMNode& context, Visit&& visit) {
+  for (DOMNode* child = context.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
+    if (child->getNodeType() == DOMNode::ELEMENT_NODE && !visit(static_cast<DOMElement&>(*child))) return;
+  }
+}
+
+std::u16string_view view(const XMLCh* text) { return text == nullptr ? std::u16string_view() : text; }
+
+bool isNamed(const DOMElement& element, const wstring& uri, const wstring& name) {
+  return view(element.getLocalName()) == name && view(element.getNamespaceURI()) == uri;
+}
+
+bool isName(const wstring& text) { return xercesc::XMLChar1_0::isValidNCName(text.c_str(), text.size()); }
+
+wstring childStep(const wstring& prefix, const wstring& name) { return u"./" + prefix + u":" + name; }
+
+#if !VANTOR_WITH_XQILLA
+/// The failure of a path that no engine is there to report; worded as the engine words it.
+class PathException : public xercesc::DOMException {
+ public:
+  explicit PathException(wstring message) : message_(std::move(message)) { describe(); }
+  PathException(const PathException& other) : DOMException(), message_(other.message_) { describe(); }
+
+ private:
+  void describe() {
+    code = xercesc::DOMXPathException::INVALID_EXPRESSION_ERR;
+    msg = message_.c_str();
+  }
+  wstring message_;
+};
+#endif
+
+}  // namespace
+
+std::vector<DOMElement*> childElements(const DOMNode& context) {
+  std::vector<DOMElement*> children;
+  forEachChildElement(context, [&children](DOMElement& child) {
+    children.push_back(&child);
+    return true;
+  });
+  return children;
+}
+
+DOMElement* firstChildElement(const DOMNode& context) {
+  DOMElement* first = nullptr;
+  forEachChildElement(context, [&first](DOMElement& child) {
+    first = &child;
+    return false;
+  });
+  return first;
+}
+
+ChildLookup::ChildLookup(const DOMNode& scope) : resolver_(scope.getOwnerDocument()->createNSResolver(&scope)) {}
+
+ChildLookup::~ChildLookup() = default;
+
+const wstring& ChildLookup::namespaceOf(const wstring& prefix) {
+  const auto known = std::find_if(bindings_.begin(), bindings_.end(),
+                                  [&prefix](const Binding& binding) { return binding.prefix == prefix; });
+  if (known != bindings_.end()) return known->uri;
+  bindings_.push_back({prefix, utf16ToWstring(resolver_->lookupNamespaceURI(prefix.c_str()))});
+  return bindings_.back().uri;
+}
+
+void ChildLookup::bindIfUnbound(const wstring& prefix, const wstring& uri) {
+  if (!namespaceOf(prefix).empty()) return;
+  resolver_->addNamespaceBinding(prefix.c_str(), uri.c_str());
+  bindings_.clear();
+}
+
+bool ChildLookup::canWalk(const wstring& prefix, const wstring& name) {
+  return isName(prefix) && isName(name) && !namespaceOf(prefix).empty();
+}
+
+std::vector<DOMElement*> ChildLookup::all(const DOMNode& context, const wstring& prefix, const wstring& name) {
+  if (!canWalk(prefix, name)) return evaluate(context, childStep(prefix, name));
+  const wstring uri = namespaceOf(prefix);
+  std::vector<DOMElement*> found;
+  forEachChildElement(context, [&](DOMElement& child) {
+    if (isNamed(child, uri, name)) found.push_back(&child);
+    return true;
+  });
+  return found;
+}
+
+DOMElement* ChildLookup::first(const DOMNode& context, const wstring& prefix, const wstring& name) {
+  if (!canWalk(prefix, name)) {
+    const auto found = evaluate(context, childStep(prefix, name));
+    return found.empty() ? nullptr : found.front();
+  }
+  const wstring uri = namespaceOf(prefix);
+  DOMElement* found = nullptr;
+  forEachChildElement(context, [&](DOMElement& child) {
+    if (isNamed(child, uri, name)) found = &child;
+    return found == nullptr;
+  });
+  return found;
+}
+
+#if VANTOR_WITH_XQILLA
+
+std::vector<DOMElement*> ChildLookup::evaluate(const DOMNode& context, const wstring& expression) {
+  auto* document = context.getOwnerDocument();
+  const Holder<xercesc::DOMXPathExpression> compiled(document->createExpression(expression.c_str(), resolver_.get()));
+  // ITERATOR_RESULT is an extension of XQilla's, unknown to the interface.
+  const auto type = static_cast<xercesc::DOMXPathResult::ResultType>(XPath2Result::ITERATOR_RESULT);
+  const Holder<xercesc::DOMXPathResult> result(compiled->evaluate(&context, type, nullptr));
+  std::vector<DOMElement*> found;
+  while (result->iterateNext()) {
+    auto* node = result->getNodeValue();
+    if (node != nullptr && node->getNodeType() == DOMNode::ELEMENT_NODE)
+      found.push_back(static_cast<DOMElement*>(node));
+  }
+  return found;
+}
+
+#else
+
+std::vector<DOMElement*> ChildLookup::evaluate(const DOMNode&, const wstring& expression) {
+  const auto colon = expression.find(u':');
+  const wstring prefix = expression.substr(2, colon == wstring::npos ? wstring::npos : colon - 2);
+  if (colon == wstring::npos || !isName(prefix) || !isName(expression.substr(colon + 1))) {
+    throw PathException(u"'" + expression + u"' names no child [err:XPST0003] at :1:3");
+  }
+  throw PathException(u"No namespace for prefix '" + prefix + u"' [err:XPST0081] at :1:3");
+}
+
+#endif
+
+}  // namespace Vantor::XMLUtils

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+#include <xercesc/util/XercesDefs.hpp>
+
+#include "Core/Platform/Types.h"
+#include "XMLUtils/Holder.h"
+
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMElement;
+class DOMNode;
+class DOMXPathNSResolver;
+XERCES_CPP_NAMESPACE_END
+
+namespace Vantor::XMLUtils {
+
+/// The element children of a node, in document order: the XPath "./*".
+std::vector<xercesc::DOMElement*> childElements(const xercesc::DOMNode& context);
+/// The first of them; null when there is none.
+xercesc::DOMElement* firstChildElement(const xercesc::DOMNode& context);
+
+/// Finds children of nodes by prefix and name, as XPath child steps do: "./prefix:name".
+///
+/// A prefix means what it means at one node, the scope. Once it resolves, walking the children takes a thousandth of
+/// the time of an XPath evaluation; what does not resolve, and what is no name, goes to the XPath engine, so that
+/// results and errors are the engine's in every case. (Built without one, the look-up raises the error of an unbound
+/// prefix itself, and refuses what is no name.)
+///
+/// For one thread, and for as long as the document lives.
+class ChildLookup {
+ public:
+  explicit ChildLookup(const xercesc::DOMNode& scope);
+  ~ChildLookup();
+  ChildLookup(const ChildLookup&) = delete;
+  ChildLookup& operator=(const ChildLookup&) = delete;
+
+  /// The namespace that a prefix is bound to at the scope; empty when it is bound to none.
+  const wstring& namespaceOf(const wstring& prefix);
+  /// Binds a prefix unless the scope binds it.
+  void bindIfUnbound(const wstring& prefix, const wstring& uri);
+
+  /// All children of that name, in document order.
+  /// @throws xercesc::DOMException, with code 51 for an unbound prefix.
+  std::vector<xercesc::DOMElement*> all(const xercesc::DOMNode& context, const wstring& prefix, const wstring& name);
+  /// The first of them; null when there is none.
+  xercesc::DOMElement* first(const xercesc::DOMNode& context, const wstring& prefix, const wstring& name);
+
+  /// The same through the XPath engine alone. @param expression  such as "./types:Code".
+  std::vector<xercesc::DOMElement*> evaluate(const xercesc::DOMNode& context, const wstring& expression);
+
+ private:
+  struct Binding {
+    wstring prefix;
+    wstring uri;
+  };
+  /// Whether a walk answers as the engine does.
+  bool canWalk(const wstring& prefix, const wstring& name);
+
+  Holder<xercesc::DOMXPathNSResolver> resolver_;
+  std::vector<Binding> bindings_;  // as asked for; a document uses a handful
+};
+
+}  // namespace Vantor::XMLUtils

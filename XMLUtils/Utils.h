@@ -1,0 +1,89 @@
+#pragma once
+
+#include <string>
+#include <typeinfo>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/UTFDataFormatException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#if VANTOR_WITH_XQILLA
+#include <xqilla/exceptions/XQException.hpp>
+#include <xqilla/exceptions/XQillaException.hpp>
+#endif
+
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Numbers.h"
+#include "Core/Platform/Strings.h"
+#include "XMLUtils/Strings.h"
+
+/// The failures of the XML stack as the core library's exceptions.
+namespace Vantor::XMLUtils::Utils {
+
+/// Where converted exceptions say that they come from, wherever the failure was: callers know it by this position.
+constexpr const char* kSource = "XMLUtils/Utils";
+constexpr int kLine = 207;
+
+/// @param kind  what the message starts with. The three kinds without a class name of their own end in a colon already,
+///              and keep it: "DOMException:: ...".
+[[noreturn]] inline void throwParseError(const wstring& kind, const wstring& message) {
+  throw Exceptions::ParseError(kind + u": " + message, kSource, kLine);
+}
+
+/// The class of an exception object as the compiler names it.
+template <class Exception>
+wstring typeName(const Exception& exception) {
+  return Vantor::Utils::stringToWstring(typeid(exception).name());
+}
+
+#if VANTOR_WITH_XQILLA
+[[noreturn]] inline void convert(const XQillaException& exception) {
+  throwParseError(u"XQillaException:", utf16ToWstring(exception.getMessage()));
+}
+[[noreturn]] inline void convert(const XQException& exception) {
+  throwParseError(u"XQException:", utf16ToWstring(exception.getError()));
+}
+#endif
+[[noreturn]] inline void convert(const xercesc::DOMException& exception) {
+  throwParseError(u"DOMException:", utf16ToWstring(exception.getMessage()) + u"(" +
+                                        Platform::toDecimal(static_cast<int>(exception.code)) + u")");
+}
+[[noreturn]] inline void convert(const xercesc::SAXException& exception) {
+  throwParseError(typeName(exception), utf16ToWstring(exception.getMessage()));
+}
+[[noreturn]] inline void convert(const xercesc::XMLException& exception) {
+  throwParseError(typeName(exception), utf16ToWstring(exception.getMessage()));
+}
+
+/// Calls `operation` and lets only exceptions of the core library out: those of Xerces and XQilla become `ParseError`
+/// with their message, the core library's own pass unchanged, and anything else becomes a `ParseError` that says
+/// "Unknown error in Xerces or XQilla".
+/// @param source  where that last one says that it comes from.
+template <class Operation>
+auto convertingExceptions(Operation&& operation, const char* source, int line) -> decltype(operation()) {
+  try {
+    return operation();
+  }
+#if VANTOR_WITH_XQILLA
+  catch (const XQillaException& exception) {
+    convert(exception);
+  } catch (const XQException& exception) {
+    convert(exception);
+  }
+#endif
+  catch (const xercesc::DOMException& exception) {
+    convert(exception);
+  } catch (const xercesc::UTFDataFormatException& exception) {
+    convert(exception);
+  } catch (const xercesc::SAXException& exception) {
+    convert(exception);
+  } catch (const xercesc::XMLException& exception) {
+    convert(exception);
+  } catch (const Exceptions::BaseException&) {
+    throw;
+  } catch (...) {
+    throw Exceptions::ParseError(std::string("Unknown error in Xerces or XQilla"), source, line);
+  }
+}
+
+}  // namespace Vantor::XMLUtils::Utils

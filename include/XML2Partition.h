@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Core/Platform/Containers.h"
+#include "Export.h"
+
+namespace Vantor {
+
+class MetadataSet;
+class PartitionMetadata;
+
+/// An XML document of header metadata back to metadata sets.
+///
+/// Every element child of the root whose local name is the "XMLTagName" of a set in the partition's dictionary becomes
+/// a set, with the sets nested in it; the children of `groups:FloatingDarkMetadata` become sets or dark metadata sets.
+/// Other elements are skipped. Sets get InstanceUIDs of their own; within one call, every reference and every set of
+/// the document that names one InstanceUID is given the same new one.
+///
+/// The sets belong to the partition. No lock is taken: calls may run at once on different partitions.
+///
+/// @return the sets made from children of the root and of the floating container, in document order; sets nested in
+/// them
+///         and dark sets are not listed.
+/// @throws ParseError for anything that the XML parser or an XPath look-up reports, such as text that is not
+/// well-formed
+///         or a document without the prefixes of its values; its message starts with the kind of the failure.
+///         InvalidFormat and InvalidLength for values that are not what their property demands. What was made before
+///         the failure stays in the partition.
+namespace XML2Partition {
+
+/// @param buffer     the document in any encoding that XML declares or a byte order mark tells; UTF-16 is recognised
+///                   without either. White space between elements is dropped.
+/// @param size       bytes.
+/// @param partition  receives the sets; its dictionary names them. Null gives an empty list.
+VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromBuffer(
+    const uint8* buffer, uint32 size, PartitionMetadata* partition);
+
+/// @param text  the document as UTF-16, whatever encoding its XML declaration names.
+VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromString(
+    const wstring& text, PartitionMetadata* partition);
+
+/// Keeps white space between elements, which makes a value that is nothing but white space a value.
+/// @param path  NUL-terminated UTF-16.
+VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromFile(
+    const uint16* path, PartitionMetadata* partition);
+
+}  // namespace XML2Partition
+
+}  // namespace Vantor
