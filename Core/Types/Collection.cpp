@@ -1,0 +1,118 @@
+#include "Core/Types/Collection.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "Core/DataIO/BigEndian.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Types/Factories.h"
+
+namespace Vantor::Types {
+
+namespace {
+
+using Items = Templates::vector<auto_ptr<SimpleDataType>>;
+
+constexpr char kFile[] = "Core/Types/Collection";
+constexpr std::size_t kHeaderSize = 2 * sizeof(uint32);
+
+Items cloneAll(const Items& items) {
+  Items clones;
+  clones.reserve(items.size());
+  for (const auto& item : items) clones.push_back(item->clone());
+  return clones;
+}
+
+void requireIndex(uint32 index, std::size_t items) {
+  if (index < items) return;
+  throw Exceptions::InvalidLength(
+      "A collection of " + std::to_string(items) + " items has none at index " + std::to_string(index), kFile,
+      __LINE__);
+}
+
+void requireItemSize(uint32 size, uint32 itemSize) {
+  if (size == itemSize) return;
+  throw Exceptions::InvalidLength("An item of " + std::to_string(size) +
+                                      " octets does not fit a collection of items of " + std::to_string(itemSize) +
+                                      " octets",
+                                  kFile, __LINE__);
+}
+
+/// Doubles the room when it is not enough, so that adding items one by one stays linear.
+void makeRoom(Bytes& octets, std::size_t size) {
+  if (octets.capacity() < size) octets.reserve(std::max(size, 2 * octets.capacity()));
+}
+
+}  // namespace
+
+Collection::Collection(int itemSize) : itemSize_(static_cast<uint32>(itemSize)), octets_(kHeaderSize) {
+  if (itemSize < 0) {
+    throw Exceptions::InvalidLength("An item cannot have " + std::to_string(itemSize) + " octets", kFile, __LINE__);
+  }
+  writeHeader();
+}
+
+Collection::Collection(const Collection& other)
+    : SimpleDataType(other), items_(cloneAll(other.items_)), itemSize_(other.itemSize_), octets_(other.octets_) {}
+
+Collection& Collection::operator=(const Collection& other) {
+  Items items = cloneAll(other.items_);
+  octets_ = other.octets_;
+  items_.swap(items);
+  itemSize_ = other.itemSize_;
+  return *this;
+}
+
+const SimpleDataType& Collection::at(uint32 index) const {
+  requireIndex(index, items_.size());
+  return *items_[index];
+}
+
+void Collection::append(auto_ptr<SimpleDataType> item) {
+  if (item == nullptr) return;
+  const uint32 size = item->encodedSize();
+  if (itemSize_ != 0 || !items_.empty()) requireItemSize(size, itemSize_);
+  requireEncodable(uint64{octets_.size()} + size);
+  makeRoom(octets_, octets_.size() + size);
+  items_.push_back(std::move(item));
+  octets_.insert(octets_.end(), items_.back()->rawBuffer(), items_.back()->rawBuffer() + size);
+  itemSize_ = size;
+  writeHeader();
+}
+
+void Collection::removeAt(uint32 index) {
+  requireIndex(index, items_.size());
+  items_.erase(items_.begin() + index);
+  const auto octets = octets_.begin() + static_cast<std::ptrdiff_t>(kHeaderSize + std::size_t{index} * itemSize_);
+  octets_.erase(octets, octets + itemSize_);
+  writeHeader();
+}
+
+bool Collection::hasSameValue(const SimpleDataType& other) const {
+  const auto& collection = static_cast<const Collection&>(other);
+  return itemSize_ == collection.itemSize_ &&
+         std::equal(items_.begin(), items_.end(), collection.items_.begin(), collection.items_.end(),
+                    [](const auto& left, const auto& right) { return left->equals(*right); });
+}
+
+bool Collection::readFrom(Identifiers::Identifier itemType, const uint8* bytes, std::size_t size) {
+  if (size < kHeaderSize) return false;
+  const auto count = DataIO::readBigEndian<uint32>(bytes);
+  itemSize_ = DataIO::readBigEndian<uint32>(bytes + sizeof(uint32));
+  if (uint64{count} * itemSize_ != size - kHeaderSize || (count != 0 && itemSize_ == 0)) return false;
+  items_.reserve(count);
+  for (const uint8* item = bytes + kHeaderSize; item != bytes + size; item += itemSize_) {
+    items_.push_back(Factories::fromBytes(itemType, item, itemSize_));
+    if (items_.back() == nullptr) return false;
+  }
+  octets_.assign(bytes, bytes + size);
+  return true;
+}
+
+void Collection::writeHeader() {
+  DataIO::writeBigEndian<uint32>(octets_.data(), size());
+  DataIO::writeBigEndian<uint32>(octets_.data() + sizeof(uint32), itemSize_);
+}
+
+}  // namespace Vantor::Types

@@ -1,0 +1,84 @@
+#include "Core/Types/Factories.h"
+
+#include <limits>
+
+#include "Core/Platform/Exceptions.h"
+#include "Core/Types/Types.h"
+
+#if defined(_WIN32)
+#include <random>
+#else
+#include <sys/random.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+#endif
+
+namespace Vantor::Types::Factories {
+
+auto_ptr<SimpleDataType> fromBytes(Identifiers::Identifier type, const uint8* bytes, std::size_t size) {
+  if (size > std::numeric_limits<uint32>::max()) return nullptr;
+  switch (type) {
+#define VANTOR_DECODE_CASE(Type, number, octets) \
+  case Identifiers::k##Type:                     \
+    return Type::decode(bytes, size);
+    VANTOR_FOR_EACH_TYPE(VANTOR_DECODE_CASE)
+#undef VANTOR_DECODE_CASE
+    case Identifiers::kNone:
+      break;
+  }
+  return nullptr;
+}
+
+auto_ptr<SimpleDataType> collectionFromBytes(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
+                                             const uint8* bytes, std::size_t size) {
+  if (size > std::numeric_limits<uint32>::max()) return nullptr;
+  if (arrayOrBatch == Identifiers::kArray) return Array::decode(itemType, bytes, size);
+  if (arrayOrBatch == Identifiers::kBatch) return Batch::decode(itemType, bytes, size);
+  return nullptr;
+}
+
+namespace UID {
+
+namespace {
+
+using Octets = std::array<uint8, UUID::kSize>;
+
+#if defined(_WIN32)
+
+Octets randomOctets() {
+  // The standard library there asks BCryptGenRandom for every number.
+  thread_local std::random_device device;
+  Octets octets{};
+  for (uint8& octet : octets) octet = static_cast<uint8>(device());
+  return octets;
+}
+
+#else
+
+Octets randomOctets() {
+  Octets octets{};
+  if (getentropy(octets.data(), octets.size()) != 0) {
+    throw Exceptions::IOError("The system gives no random octets: " + std::generic_category().message(errno),
+                              "Core/Types/Factories", __LINE__);
+  }
+  return octets;
+}
+
+#endif
+
+}  // namespace
+
+UUID generateUUID() {
+  constexpr std::size_t kVersionAt = 6;
+  constexpr std::size_t kVariantAt = 8;
+  Octets octets = randomOctets();
+  octets[kVersionAt] = static_cast<uint8>((octets[kVersionAt] & 0x0f) | 0x40);
+  octets[kVariantAt] = static_cast<uint8>((octets[kVariantAt] & 0x3f) | 0x80);
+  return UUID(octets);
+}
+
+}  // namespace UID
+
+}  // namespace Vantor::Types::Factories

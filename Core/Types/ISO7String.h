@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Core/Types/NarrowStringType.h"
+
+namespace Vantor::Types {
+
+/// Text of ISO/IEC 646 characters: octets above 0x7F are not read. A text that is made is taken as it stands.
+class ISO7String final : public NarrowStringType<ISO7String> {
+ public:
+  using NarrowStringType::NarrowStringType;
+
+  static constexpr uint8 kHighest = 0x7F;
+};
+
+}  // namespace Vantor::Types

@@ -1,0 +1,4 @@
+#pragma once
+
+#include "Core/Types/StrongReference.h"
+#include "Core/Types/WeakReference.h"

@@ -1,0 +1,34 @@
+#include "Core/Types/SimpleDataType.h"
+
+#include <cstring>
+#include <limits>
+#include <string>
+
+#include "Core/DataIO/DataSink.h"
+#include "Core/Platform/Exceptions.h"
+
+namespace Vantor::Types {
+
+bool SimpleDataType::equals(const SimpleDataType& other) const {
+  return identifier() == other.identifier() && hasSameValue(other);
+}
+
+bool SimpleDataType::hasSameValue(const SimpleDataType& other) const {
+  return encodedSize() == other.encodedSize() && std::memcmp(rawBuffer(), other.rawBuffer(), encodedSize()) == 0;
+}
+
+void SimpleDataType::serialize(DataIO::DataSink& sink) const { sink.write(rawBuffer(), encodedSize()); }
+
+void SimpleDataType::requireEncodable(uint64 octets) {
+  if (octets <= std::numeric_limits<uint32>::max()) return;
+  throw Exceptions::InvalidLength("A value cannot have " + std::to_string(octets) + " octets, 4294967295 at most",
+                                  "Core/Types/SimpleDataType", __LINE__);
+}
+
+const uint8* SimpleDataType::addressOf(const Bytes& octets) {
+  // An empty vector may have no address at all, and memcpy and its like must not be given none.
+  static constexpr uint8 kNothing = 0;
+  return octets.empty() ? &kNothing : octets.data();
+}
+
+}  // namespace Vantor::Types
