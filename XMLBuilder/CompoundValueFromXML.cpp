@@ -33,12 +33,12 @@ void require(bool holds, const std::string& condition, const std::string& explan
 class Fields {
  public:
   Fields(const DOMNode& node, std::u16string_view prefix, ImportDocument& document)
-      : node_(node), prefix_(prefix), lookup_(document.rootScope()) {}
+      : node_(node), prefix_(prefix), blankText_(document.blankText()), lookup_(document.rootScope()) {}
 
   /// The text of the first child with a name; empty when there is none.
   wstring text(const char16_t* name) const {
     const DOMElement* child = lookup_.first(node_, prefix_, name);
-    return child == nullptr ? wstring() : nodeText(*child);
+    return child == nullptr ? wstring() : nodeText(*child, blankText_);
   }
   /// The same for a child that must be there.
   wstring text(const char16_t* name, const std::string& variable, int line) const {
@@ -60,6 +60,7 @@ class Fields {
  private:
   const DOMNode& node_;
   wstring prefix_;
+  BlankText blankText_;
   XMLUtils::ChildLookup& lookup_;
 };
 

@@ -32,13 +32,14 @@ Bytes readValue(const wstring& key, const wstring& text) {
   return bytesFromHex(text);
 }
 
-void readDarkMetadataSet(const xercesc::DOMElement& element, PartitionMetadata& partition) {
+void readDarkMetadataSet(const xercesc::DOMElement& element, ImportDocument& document) {
   const wstring keyText = attributeText(element, XMLBuilder::Vocabulary::kKey.data());
   const KLV::Key key(keyText, kDottedForm);
   const auto octets =
       Platform::readDecimal<int32>(attributeText(element, XMLBuilder::Vocabulary::kBEROctetCount.data()));
-  partition.addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, static_cast<uint8>(octets),
-                                                                 KLV::Value(readValue(keyText, nodeText(element)))));
+  KLV::Value value(readValue(keyText, nodeText(element, document.blankText())));
+  document.partition().addDarkMetadataSet(
+      std::make_unique<DarkMetadataSet>(key, static_cast<uint8>(octets), std::move(value)));
 }
 
 }  // namespace
@@ -47,7 +48,7 @@ void readFloatingContainer(const xercesc::DOMElement& container, ImportDocument&
   for (const auto* child : XMLUtils::childElements(container)) {
     const auto* definition = document.findSet(XMLUtils::utf16ToWstring(child->getLocalName()));
     if (definition == nullptr) {
-      readDarkMetadataSet(*child, document.partition());
+      readDarkMetadataSet(*child, document);
     } else {
       importSet(*child, *definition, document, [&imported](MetadataSet* set) { imported.push_back(set); });
     }

@@ -51,9 +51,8 @@ FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& node, const
     : node_(node),
       dataType_(definition == nullptr ? Types::Identifiers::kUnknown : definition->dataType()),
       document_(document) {
-  if (const auto* collection = dynamic_cast<const MetaMetadata::MetaCollectionElement*>(definition)) {
-    dataSubType_ = collection->dataSubType();
-  }
+  const auto* collection = definition == nullptr ? nullptr : MetaMetadata::asCollection(*definition);
+  if (collection != nullptr) dataSubType_ = collection->dataSubType();
 }
 
 void FromXMLElementVisitor::visit(SimpleElement& element) {

@@ -8,8 +8,12 @@ namespace Vantor::XML2Partition {
 using MetaMetadata::kXMLNamespaceURI;
 using MetaMetadata::kXMLTagName;
 
-ImportDocument::ImportDocument(const xercesc::DOMElement& root, PartitionMetadata& partition)
-    : root_(root), partition_(partition), dictionary_(partition.partitionDictionary().dictionary()), rootScope_(root) {
+ImportDocument::ImportDocument(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition)
+    : root_(root),
+      blankText_(blankText),
+      partition_(partition),
+      dictionary_(partition.partitionDictionary().dictionary()),
+      rootScope_(root) {
   for (auto at = dictionary_->metaMetadataSetBegin(); at != dictionary_->metaMetadataSetEnd(); ++at) {
     sets_.emplace((*at)->extensionAttribute(kXMLTagName), *at);
   }

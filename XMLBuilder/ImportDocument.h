@@ -5,6 +5,7 @@
 
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Containers.h"
+#include "XMLBuilder/NodeText.h"
 #include "XMLUtils/ChildLookup.h"
 
 namespace Vantor::XML2Partition {
@@ -22,12 +23,13 @@ struct TextHash {
 class ImportDocument {
  public:
   /// @param root  the document element.
-  ImportDocument(const xercesc::DOMElement& root, PartitionMetadata& partition);
+  ImportDocument(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition);
   ImportDocument(const ImportDocument&) = delete;
   ImportDocument& operator=(const ImportDocument&) = delete;
 
   PartitionMetadata& partition() { return partition_; }
   const xercesc::DOMElement& root() const { return root_; }
+  BlankText blankText() const { return blankText_; }
   /// Look-ups with the prefixes that the document element declares.
   XMLUtils::ChildLookup& rootScope() { return rootScope_; }
 
@@ -49,6 +51,7 @@ class ImportDocument {
   void indexProperties();
 
   const xercesc::DOMElement& root_;
+  BlankText blankText_;
   PartitionMetadata& partition_;
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
   XMLUtils::ChildLookup rootScope_;

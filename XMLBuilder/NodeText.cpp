@@ -1,5 +1,6 @@
 #include "XMLBuilder/NodeText.h"
 
+#include <string_view>
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "XMLUtils/Strings.h"
@@ -11,12 +12,35 @@ using xercesc::DOMNode;
 namespace {
 
 constexpr const char16_t* kStreamWhiteSpace = u" \t\n\v\f\r";
+constexpr const char16_t* kXMLWhiteSpace = u" \t\n\r";
+
+bool isIgnored(const DOMNode& node, BlankText blankText) {
+  return blankText == BlankText::kIgnore && node.getNodeType() == DOMNode::TEXT_NODE &&
+         std::u16string_view(node.getNodeValue()).find_first_not_of(kXMLWhiteSpace) == std::u16string_view::npos;
+}
 
 }  // namespace
 
-wstring nodeText(const DOMNode& node) {
-  if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return XMLUtils::utf16ToWstring(node.getNodeValue());
+const DOMNode* firstChild(const DOMNode& node, BlankText blankText) {
   const DOMNode* child = node.getFirstChild();
+  while (child != nullptr && isIgnored(*child, blankText)) child = child->getNextSibling();
+  return child;
+}
+
+wstring textContent(const DOMNode& node, BlankText blankText) {
+  if (node.getNodeType() != DOMNode::ELEMENT_NODE) return XMLUtils::utf16ToWstring(node.getTextContent());
+  wstring text;
+  for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
+    const bool isText =
+        child->getNodeType() != DOMNode::COMMENT_NODE && child->getNodeType() != DOMNode::PROCESSING_INSTRUCTION_NODE;
+    if (isText && !isIgnored(*child, blankText)) text += textContent(*child, blankText);
+  }
+  return text;
+}
+
+wstring nodeText(const DOMNode& node, BlankText blankText) {
+  if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return XMLUtils::utf16ToWstring(node.getNodeValue());
+  const DOMNode* child = firstChild(node, blankText);
   return child == nullptr ? wstring() : XMLUtils::utf16ToWstring(child->getNodeValue());
 }
 

@@ -161,11 +161,6 @@ CompoundReader compoundReader(Types::Identifiers::Identifier type) {
   return nullptr;
 }
 
-wstring valueText(const DOMNode& node) {
-  if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return XMLUtils::utf16ToWstring(node.getNodeValue());
-  return XMLUtils::utf16ToWstring(node.getFirstChild()->getTextContent());
-}
-
 }  // namespace
 
 bool isHexDigit(char16_t unit) {
@@ -194,9 +189,11 @@ Bytes parseHexString(const wstring& text) {
 
 auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifier type, const DOMNode& node,
                                                     ImportDocument& document) {
-  if (node.getNodeType() != DOMNode::ATTRIBUTE_NODE && node.getFirstChild() == nullptr) return nullptr;
+  if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return readText(type, node, nodeText(node));
+  const DOMNode* child = firstChild(node, document.blankText());
+  if (child == nullptr) return nullptr;
   if (const auto read = compoundReader(type)) return read(node, document);
-  return readText(type, node, valueText(node));
+  return readText(type, node, textContent(*child, document.blankText()));
 }
 
 }  // namespace Vantor::XML2Partition

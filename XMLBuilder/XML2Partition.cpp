@@ -21,9 +21,9 @@ constexpr int kBufferLine = 282;
 constexpr int kStringLine = 298;
 constexpr int kFileLine = 313;
 
-ImportedSets importDocument(const xercesc::DOMDocument& parsed, PartitionMetadata& partition) {
+ImportedSets importDocument(const xercesc::DOMDocument& parsed, BlankText blankText, PartitionMetadata& partition) {
   const auto& root = *parsed.getDocumentElement();
-  ImportDocument document(root, partition);
+  ImportDocument document(root, blankText, partition);
   ImportedSets imported;
   for (const auto* child : XMLUtils::childElements(root)) {
     if (const auto* definition = document.findSet(XMLUtils::utf16ToWstring(child->getLocalName()))) {
@@ -38,22 +38,21 @@ ImportedSets importDocument(const xercesc::DOMDocument& parsed, PartitionMetadat
 /// Parses with a parser that lives as long as the document is read.
 /// @param load  gives the document; it belongs to the parser.
 template <class Load>
-ImportedSets importWith(Load&& load, PartitionMetadata* partition) {
+ImportedSets importWith(Load&& load, BlankText blankText, PartitionMetadata* partition) {
   XMLUtils::Initializer::instance();
   if (partition == nullptr) return {};
   const auto parser = XMLUtils::createParser();
-  return importDocument(load(*parser), *partition);
+  return importDocument(load(*parser), blankText, *partition);
 }
 
 }  // namespace
 
 ImportedSets getPartitionMetadataFromBuffer(const uint8* buffer, uint32 size, PartitionMetadata* partition) {
   const auto load = [buffer, size](xercesc::DOMLSParser& parser) -> const xercesc::DOMDocument& {
-    auto* document = XMLUtils::loadDocumentFromBuffer(buffer, size, parser);
-    XMLUtils::cleanEmptyTextNodes(*document);
-    return *document;
+    return *XMLUtils::loadDocumentFromBuffer(buffer, size, parser);
   };
-  return XMLUtils::Utils::convertingExceptions([&] { return importWith(load, partition); }, kSource, kBufferLine);
+  return XMLUtils::Utils::convertingExceptions([&] { return importWith(load, BlankText::kIgnore, partition); }, kSource,
+                                               kBufferLine);
 }
 
 ImportedSets getPartitionMetadataFromString(const wstring& text, PartitionMetadata* partition) {
@@ -69,7 +68,8 @@ ImportedSets getPartitionMetadataFromFile(const uint16* path, PartitionMetadata*
   const auto load = [path](xercesc::DOMLSParser& parser) -> const xercesc::DOMDocument& {
     return *XMLUtils::loadDocumentFromFile(path, parser);
   };
-  return XMLUtils::Utils::convertingExceptions([&] { return importWith(load, partition); }, kSource, kFileLine);
+  return XMLUtils::Utils::convertingExceptions([&] { return importWith(load, BlankText::kKeep, partition); }, kSource,
+                                               kFileLine);
 }
 
 }  // namespace Vantor::XML2Partition

@@ -12,13 +12,17 @@ namespace {
 constexpr const char* kSource = "Core/Metadata/CollectionElements";
 
 Types::Identifiers::Identifier itemType(const Element& element) {
-  const auto* definition =
-      dynamic_cast<const MetaMetadata::MetaCollectionElement*>(element.metaAttribute().metaElement());
-  return definition == nullptr ? Types::Identifiers::kNone : definition->dataSubType();
+  const auto* definition = element.metaAttribute().metaElement();
+  const auto* collection = definition == nullptr ? nullptr : MetaMetadata::asCollection(*definition);
+  return collection == nullptr ? Types::Identifiers::kNone : collection->dataSubType();
 }
 
+/// A member as a reference; null for anything else that a caller may have put into the collection.
 const Types::Reference* memberAt(const CollectionElement& element, uint32 index) {
-  return dynamic_cast<const Types::Reference*>(&element.value()->at(index));
+  const auto& item = element.value()->at(index);
+  const bool isReference = item.identifier() == Types::Identifiers::kStrongReference ||
+                           item.identifier() == Types::Identifiers::kWeakReference;
+  return isReference ? static_cast<const Types::Reference*>(&item) : nullptr;
 }
 
 /// Members first as references; what holds no member is a plain collection to the visitor.

@@ -15,10 +15,6 @@ bool isReferenceType(Identifier type) {
   return type == Types::Identifiers::kStrongReference || type == Types::Identifiers::kWeakReference;
 }
 
-const MetaMetadata::MetaCollectionElement* asCollection(const MetaMetadata::MetaElement& definition) {
-  return dynamic_cast<const MetaMetadata::MetaCollectionElement*>(&definition);
-}
-
 auto_ptr<Element> makeCollectionElement(AttributeHandle attribute,
                                         const MetaMetadata::MetaCollectionElement& definition) {
   const bool isArray = definition.dataType() == Types::Identifiers::kArray;
@@ -57,12 +53,12 @@ class ValueSetter : public Metadata::Visitors::NonConstElementVisitor {
 }  // namespace
 
 bool isReference(const MetaMetadata::MetaElement& definition) {
-  const auto* collection = asCollection(definition);
+  const auto* collection = MetaMetadata::asCollection(definition);
   return isReferenceType(collection == nullptr ? definition.dataType() : collection->dataSubType());
 }
 
 bool isSimple(const MetaMetadata::MetaElement& definition) {
-  return asCollection(definition) == nullptr && !isReferenceType(definition.dataType());
+  return MetaMetadata::asCollection(definition) == nullptr && !isReferenceType(definition.dataType());
 }
 
 auto_ptr<Element> makeElement(AttributeHandle attribute, MetadataSet* owner) {
@@ -70,14 +66,14 @@ auto_ptr<Element> makeElement(AttributeHandle attribute, MetadataSet* owner) {
   if (definition == nullptr || isSimple(*definition)) {
     return std::make_unique<SimpleElement>(std::move(attribute), owner);
   }
-  if (const auto* collection = asCollection(*definition))
+  if (const auto* collection = MetaMetadata::asCollection(*definition))
     return makeCollectionElement(std::move(attribute), *collection);
   return std::make_unique<ReferenceElement>(std::move(attribute));
 }
 
 auto_ptr<Types::SimpleDataType> decodeValue(const MetaMetadata::MetaElement& definition, const uint8* bytes,
                                             std::size_t size) {
-  if (const auto* collection = asCollection(definition)) {
+  if (const auto* collection = MetaMetadata::asCollection(definition)) {
     return Types::Factories::collectionFromBytes(collection->dataType(), collection->dataSubType(), bytes, size);
   }
   return Types::Factories::fromBytes(definition.dataType(), bytes, size);
