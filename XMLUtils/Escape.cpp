@@ -1,0 +1,75 @@
+#include "XMLUtils/Escape.h"
+
+#include <algorithm>
+
+namespace Vantor::XMLUtils {
+
+namespace {
+
+/// One escape at the start of `text`.
+struct Escape {
+  char16_t unit;
+  std::size_t length;  // 0: there is none
+};
+
+int digitValue(char16_t digit) {
+  if (digit >= u'0' && digit <= u'9') return digit - u'0';
+  return digit >= u'A' && digit <= u'F' ? digit - u'A' + 10 : -1;
+}
+
+Escape readEscape(std::u16string_view text) {
+  if (text.substr(0, kEscapeStart.size()) != kEscapeStart) return {0, 0};
+  const auto end = text.substr(0, kEscapeStart.size() + 5).find(u';');
+  if (end == std::u16string_view::npos || end == kEscapeStart.size()) return {0, 0};
+  const auto digits = text.substr(kEscapeStart.size(), end - kEscapeStart.size());
+  if (digits[0] == u'0' && digits.size() > 1) return {0, 0};
+  int number = 0;
+  for (const char16_t digit : digits) {
+    if (digitValue(digit) < 0) return {0, 0};
+    number = number * 16 + digitValue(digit);
+  }
+  const auto unit = static_cast<char16_t>(number);
+  return isForbidden(unit) || unit == kEscapeStart[0] ? Escape{unit, end + 1} : Escape{0, 0};
+}
+
+}  // namespace
+
+void appendEscape(wstring& out, char16_t unit) {
+  out.append(kEscapeStart);
+  int shift = 12;
+  while (shift > 0 && (unit >> shift) == 0) shift -= 4;
+  for (; shift >= 0; shift -= 4) out += u"0123456789ABCDEF"[(unit >> shift) & 0xF];
+  out += u';';
+}
+
+wstring escapeForbidden(const wstring& text) {
+  wstring out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t unit = text[i];
+    if (i + 1 < text.size() && isSurrogatePair(unit, text[i + 1])) {
+      out.append(text, i++, 2);
+    } else if (isForbidden(unit) || startsEscape(text.c_str() + i)) {
+      appendEscape(out, unit);
+    } else {
+      out += unit;
+    }
+  }
+  return out;
+}
+
+wstring unescapeForbidden(const wstring& text) {
+  const std::u16string_view view = text;
+  wstring out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const auto start = std::min(view.find(kEscapeStart, i), view.size());
+    out.append(view.substr(i, start - i));
+    const auto escape = readEscape(view.substr(start));
+    if (start < view.size()) out += escape.length == 0 ? view[start] : escape.unit;
+    i = start + std::max<std::size_t>(escape.length, 1);
+  }
+  return out;
+}
+
+}  // namespace Vantor::XMLUtils

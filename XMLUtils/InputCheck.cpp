@@ -1,0 +1,199 @@
+#include "XMLUtils/InputCheck.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "Core/Platform/Numbers.h"
+#include "XMLUtils/LoadDocument.h"
+
+namespace Vantor::XMLUtils {
+
+namespace {
+
+using std::u16string_view;
+
+constexpr wstring::size_type kNone = wstring::npos;
+
+/// Code units of 8-bit text.
+struct Octets {
+  const uint8* bytes;
+  std::size_t count;
+  char16_t operator[](std::size_t i) const { return bytes[i]; }
+};
+
+/// Code units of UTF-16 text; `kLow` is where the low byte of a unit stands.
+template <std::size_t kLow>
+struct Units {
+  const uint8* bytes;
+  std::size_t count;
+  char16_t operator[](std::size_t i) const {
+    return static_cast<char16_t>(bytes[2 * i + kLow] | bytes[2 * i + 1 - kLow] << 8);
+  }
+};
+
+template <class Text>
+xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstring& message, const XMLCh* systemId) {
+  uint64 line = 1;
+  std::size_t lineStart = 0;
+  for (std::size_t i = 0; i < at; ++i) {
+    const bool isLineEnd = text[i] == u'\n' || (text[i] == u'\r' && text[i + 1] != u'\n');
+    if (!isLineEnd) continue;
+    ++line;
+    lineStart = i + 1;
+  }
+  return parseException(message, systemId, line, at - lineStart + 1);
+}
+
+/// Steps from one piece of markup to the next, the way Xerces' WFXMLScanner does.
+template <class Text>
+class LimitCheck {
+ public:
+  LimitCheck(const Text& text, const XMLCh* systemId) : text_(text), systemId_(systemId) {}
+
+  void run() {
+    while (skipPast(u"<")) {
+      if (skip(u"!--")) {
+        skipPast(u"-->");
+      } else if (skip(u"![CDATA[")) {
+        skipPast(u"]]>");
+      } else if (skip(u"?")) {
+        skipPast(u"?>");
+      } else if (skip(u"!")) {
+        skipDoctype();
+      } else if (skip(u"/")) {
+        if (depth_ > 0) --depth_;
+      } else {
+        skipStartTag();
+      }
+    }
+  }
+
+ private:
+  bool skip(u16string_view expected) {
+    if (text_.count - at_ < expected.size()) return false;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      if (text_[at_ + i] != expected[i]) return false;
+    }
+    at_ += expected.size();
+    return true;
+  }
+
+  bool skipPast(u16string_view expected) {
+    for (; at_ < text_.count; ++at_) {
+      if (text_[at_] == expected[0] && skip(expected)) return true;
+    }
+    return false;
+  }
+
+  /// As crude as the scanner: the internal subset ends at its first bracket, wherever that stands.
+  void skipDoctype() {
+    while (at_ < text_.count && text_[at_] != u'[' && text_[at_] != u'>') ++at_;
+    if (skip(u"[")) skipPast(u"]");
+    skipPast(u">");
+  }
+
+  void skipStartTag() {
+    const auto start = at_ - 1;
+    std::size_t attributes = 0;
+    char16_t quote = 0;
+    if (++depth_ > kMaximumDepth) refuse(start, u"elements nest deeper than ", kMaximumDepth, u" levels");
+    for (; at_ < text_.count; ++at_) {
+      const char16_t unit = text_[at_];
+      if (quote != 0) {
+        if (unit == quote) quote = 0;
+      } else if (unit == u'"' || unit == u'\'') {
+        quote = unit;
+      } else if (unit == u'=') {
+        if (++attributes <= kMaximumAttributes) continue;
+        refuse(start, u"an element has more than ", kMaximumAttributes, u" attributes");
+      } else if (unit == u'>') {
+        if (text_[at_ - 1] == u'/') --depth_;
+        return;
+      }
+    }
+  }
+
+  [[noreturn]] void refuse(std::size_t at, u16string_view before, std::size_t limit, u16string_view after) const {
+    throw refusal(text_, at, wstring(before).append(Platform::toDecimal(limit)).append(after), systemId_);
+  }
+
+  Text text_;
+  const XMLCh* systemId_;
+  std::size_t at_ = 0;
+  std::size_t depth_ = 0;
+};
+
+template <class Text>
+void checkLimitsOf(const Text& text, const XMLCh* systemId) {
+  LimitCheck<Text>(text, systemId).run();
+}
+
+bool startsText(uint8 octet) { return octet == '<' || octet == ' ' || octet == '\t' || octet == '\r' || octet == '\n'; }
+
+/// The first two bytes are a byte order mark, or the first code unit of a document, which is a bracket or white space.
+bool isLittleEndian(const uint8* bytes) {
+  return (bytes[0] == 0xFF && bytes[1] == 0xFE) || (startsText(bytes[0]) && bytes[1] == 0);
+}
+bool isBigEndian(const uint8* bytes) {
+  return (bytes[0] == 0xFE && bytes[1] == 0xFF) || (bytes[0] == 0 && startsText(bytes[1]));
+}
+
+/// Xerces would pass over half a code unit at the end, which a cut document leaves.
+Input utf16(const uint8* bytes, std::size_t size, bool isMarked, u16string_view encoding) {
+  if (size % 2 != 0) throw parseException(u"UTF-16 text ends within a code unit", u"", 1, 1);
+  const std::size_t mark = isMarked ? 2 : 0;
+  return {bytes + mark, size - mark, wstring(encoding)};
+}
+
+/// The encoding that an XML declaration names, in upper case; empty when there is none.
+wstring declaredEncoding(const uint8* bytes, std::size_t size) {
+  constexpr std::size_t kLongestDeclaration = 256;
+  const wstring text(bytes, bytes + std::min(size, kLongestDeclaration));
+  const auto end = text.find(u"?>");
+  const auto name = text.find(u"encoding");
+  if (text.compare(0, 5, u"<?xml") != 0 || end == kNone || name > end) return {};
+  const auto open = text.find_first_of(u"\"'", name);
+  const auto close = text.find_first_of(u"\"'", open == kNone ? open : open + 1);
+  if (close == kNone || close > end) return {};
+  wstring encoding = text.substr(open + 1, close - open - 1);
+  for (char16_t& unit : encoding) {
+    if (unit >= u'a' && unit <= u'z') unit = static_cast<char16_t>(unit - u'a' + u'A');
+  }
+  return encoding;
+}
+
+bool startsWith(const wstring& text, u16string_view start) { return text.compare(0, start.size(), start) == 0; }
+
+/// 8-bit text that calls itself UTF-16 has been converted since, and UTF-8 is what it was converted to.
+wstring octetEncoding(const uint8* bytes, std::size_t size) {
+  auto declared = declaredEncoding(bytes, size);
+  if (declared.empty() || declared == u"UTF8" || startsWith(declared, u"UTF-16")) return u"UTF-8";
+  for (const u16string_view known : {u"UTF-8", u"US-ASCII", u"ASCII", u"ISO-8859-", u"ISO_8859-1", u"WINDOWS-125"}) {
+    if (startsWith(declared, known)) return declared;
+  }
+  throw parseException(u"encoding '" + declared + u"' is not supported", u"", 1, 1);
+}
+
+}  // namespace
+
+xercesc::SAXParseException parseException(const wstring& message, const XMLCh* systemId, uint64 line, uint64 column) {
+  const wstring located =
+      u"line " + Platform::toDecimal(line) + u", column " + Platform::toDecimal(column) + u": " + message;
+  return {located.c_str(), u"", systemId, line, column};
+}
+
+Input recognise(const uint8* bytes, std::size_t size) {
+  if (size >= 2 && isLittleEndian(bytes)) return utf16(bytes, size, bytes[0] == 0xFF, u"UTF-16LE");
+  if (size >= 2 && isBigEndian(bytes)) return utf16(bytes, size, bytes[0] == 0xFE, u"UTF-16BE");
+  const bool isMarked = size >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF;
+  const std::size_t mark = isMarked ? 3 : 0;
+  return {bytes + mark, size - mark, octetEncoding(bytes + mark, size - mark)};
+}
+
+void checkLimits(const Input& input, const XMLCh* systemId) {
+  if (input.encoding == u"UTF-16LE") return checkLimitsOf(Units<0>{input.bytes, input.size / 2}, systemId);
+  if (input.encoding == u"UTF-16BE") return checkLimitsOf(Units<1>{input.bytes, input.size / 2}, systemId);
+  checkLimitsOf(Octets{input.bytes, input.size}, systemId);
+}
+
+}  // namespace Vantor::XMLUtils

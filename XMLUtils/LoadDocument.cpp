@@ -1,0 +1,192 @@
+#include "XMLUtils/LoadDocument.h"
+
+#include <cerrno>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/Wrapper4InputSource.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include "Core/Platform/Containers.h"
+#include "Core/Platform/Path.h"
+#include "Core/Platform/Strings.h"
+#include "XMLUtils/Escape.h"
+#include "XMLUtils/Initializer.h"
+#include "XMLUtils/InputCheck.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::XMLUtils {
+
+namespace {
+
+using std::u16string_view;
+using xercesc::DOMDocument;
+using xercesc::DOMLSParser;
+using xercesc::DOMNode;
+using xercesc::XMLUni;
+
+/// Keeps the first error of a parse. The parser swallows what a handler throws, so it has to be thrown afterwards.
+class FirstError : public xercesc::DOMErrorHandler {
+ public:
+  explicit FirstError(xercesc::DOMConfiguration& configuration)
+      : configuration_(configuration), previous_(configuration.getParameter(XMLUni::fgDOMErrorHandler)) {
+    configuration_.setParameter(XMLUni::fgDOMErrorHandler, this);
+  }
+  ~FirstError() override { configuration_.setParameter(XMLUni::fgDOMErrorHandler, previous_); }
+
+  bool handleError(const xercesc::DOMError& error) override {
+    if (error.getSeverity() == xercesc::DOMError::DOM_SEVERITY_WARNING) return true;
+    if (hasFailed_) return false;
+    hasFailed_ = true;  // first: should memory for the text be lacking, the parse has failed all the same
+    line_ = error.getLocation()->getLineNumber();
+    column_ = error.getLocation()->getColumnNumber();
+    message_ = utf16ToWstring(error.getMessage());
+    return false;
+  }
+
+  void throwIfAny(const XMLCh* systemId) const {
+    if (hasFailed_) throw parseException(message_, systemId, line_, column_);
+  }
+
+ private:
+  xercesc::DOMConfiguration& configuration_;
+  const void* previous_;
+  bool hasFailed_ = false;
+  uint64 line_ = 0;
+  uint64 column_ = 0;
+  wstring message_;
+};
+
+/// WFXMLScanner knows no document type: it skips the declaration, and with it entities, defaults and everything else
+/// that would have to be bounded or fetched. A security manager must not be set with it, as it counts `&amp;` and its
+/// like as expansions.
+void configure(xercesc::DOMConfiguration& configuration) {
+  configuration.setParameter(XMLUni::fgXercesScannerName, static_cast<const void*>(XMLUni::fgWFXMLScanner));
+  configuration.setParameter(XMLUni::fgXercesSecurityManager, static_cast<const void*>(nullptr));
+  for (const auto* feature :
+       {XMLUni::fgDOMValidate, XMLUni::fgXercesSchema, XMLUni::fgXercesLoadSchema, XMLUni::fgXercesLoadExternalDTD,
+        XMLUni::fgXercesDoXInclude, XMLUni::fgXercesContinueAfterFatalError, XMLUni::fgXercesUserAdoptsDOMDocument}) {
+    configuration.setParameter(feature, false);
+  }
+  for (const auto* feature : {XMLUni::fgDOMNamespaces, XMLUni::fgDOMElementContentWhitespace,
+                              XMLUni::fgXercesDisableDefaultEntityResolution}) {
+    configuration.setParameter(feature, true);
+  }
+}
+
+/// The node after `node` in document order, within `top`; null at the end. Does not recurse, whatever the depth.
+DOMNode* nextInTree(DOMNode* node, const DOMNode* top) {
+  if (auto* child = node->getFirstChild()) return child;
+  while (node != top) {
+    if (auto* sibling = node->getNextSibling()) return sibling;
+    node = node->getParentNode();
+  }
+  return nullptr;
+}
+
+/// A DOM string ends at a NUL, so the escape of one stays.
+wstring unescapeForDom(const XMLCh* value) {
+  const auto unescaped = unescapeForbidden(value);
+  wstring text;
+  text.reserve(unescaped.size());
+  for (const char16_t unit : unescaped) {
+    if (unit == u'\0') {
+      appendEscape(text, unit);
+    } else {
+      text += unit;
+    }
+  }
+  return text;
+}
+
+void unescapeValue(DOMNode& node) {
+  const auto* value = node.getNodeValue();
+  if (value != nullptr && u16string_view(value).find(kEscapeStart) != u16string_view::npos) {
+    node.setNodeValue(unescapeForDom(value).c_str());
+  }
+}
+
+void unescapeAll(DOMDocument& document) {
+  for (DOMNode* node = &document; node != nullptr; node = nextInTree(node, &document)) {
+    unescapeValue(*node);
+    const auto* attributes = node->getAttributes();
+    for (XMLSize_t i = 0, count = attributes == nullptr ? 0 : attributes->getLength(); i < count; ++i) {
+      unescapeValue(*attributes->item(i));
+    }
+  }
+}
+
+DOMDocument* load(const uint8* buffer, std::size_t size, const XMLCh* systemId, DOMLSParser& parser) {
+  if (parser.getBusy()) throw xercesc::DOMException(xercesc::DOMException::INVALID_STATE_ERR);
+  const auto input = recognise(buffer, size);
+  checkLimits(input, systemId);
+  xercesc::MemBufInputSource source(input.bytes, input.size, systemId, false);
+  source.setEncoding(input.encoding.c_str());
+  const xercesc::Wrapper4InputSource wrapper(&source, false);
+  auto& configuration = *parser.getDomConfig();
+  configure(configuration);
+  const FirstError error(configuration);
+  auto* document = parser.parse(&wrapper);
+  error.throwIfAny(systemId);
+  unescapeAll(*document);
+  return document;
+}
+
+[[noreturn]] void throwUnreadable(const wstring& path) {
+  const auto reason = Vantor::Utils::stringToWstring(std::generic_category().message(errno));
+  throw xercesc::SAXException((u"cannot read " + path + u": " + reason).c_str());
+}
+
+Bytes readFile(const wstring& path) {
+  constexpr std::size_t kChunk = std::size_t{1} << 20;
+  errno = 0;
+  std::ifstream file(std::filesystem::u8path(Vantor::Utils::wstringToString(path)), std::ios::binary);
+  if (!file) throwUnreadable(path);
+  Bytes bytes;
+  while (file) {
+    const auto size = bytes.size();
+    bytes.resize(size + kChunk);
+    file.read(reinterpret_cast<char*>(bytes.data() + size), kChunk);
+    bytes.resize(size + static_cast<std::size_t>(file.gcount()));
+  }
+  if (file.bad()) throwUnreadable(path);
+  return bytes;
+}
+
+bool isBlank(const XMLCh* text) { return u16string_view(text).find_first_not_of(u" \t\r\n") == u16string_view::npos; }
+
+}  // namespace
+
+Holder<DOMLSParser> createParser() {
+  using LS = xercesc::DOMImplementationLS;
+  auto& implementation = Initializer::instance().domImplementationLS();
+  return Holder<DOMLSParser>(implementation.createLSParser(LS::MODE_SYNCHRONOUS, nullptr,
+                                                           xercesc::XMLPlatformUtils::fgMemoryManager, nullptr));
+}
+
+DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, DOMLSParser& parser) {
+  constexpr uint8 kNothing = 0;
+  return buffer == nullptr ? load(&kNothing, 0, u"", parser) : load(buffer, size, u"", parser);
+}
+
+DOMDocument* loadDocumentFromFile(const uint16* path, DOMLSParser& parser) {
+  const auto name = utf16ToWstring(path);
+  const auto bytes = readFile(name);
+  return load(bytes.data(), bytes.size(), name.c_str(), parser);
+}
+
+void cleanEmptyTextNodes(DOMNode& node) {
+  DOMNode* next = nextInTree(&node, &node);
+  while (next != nullptr) {
+    auto* current = next;
+    next = nextInTree(current, &node);
+    if (current->getNodeType() != DOMNode::TEXT_NODE || !isBlank(current->getNodeValue())) continue;
+    current->getParentNode()->removeChild(current)->release();
+  }
+}
+
+}  // namespace Vantor::XMLUtils

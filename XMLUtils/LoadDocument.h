@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <xercesc/util/XercesDefs.hpp>
+
+#include "Core/Platform/Types.h"
+#include "XMLUtils/Holder.h"
+
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMDocument;
+class DOMLSParser;
+class DOMNode;
+XERCES_CPP_NAMESPACE_END
+
+namespace Vantor::XMLUtils {
+
+/// Elements may nest this deep, the root counting as one; a document of this project needs a few dozen levels.
+constexpr std::size_t kMaximumDepth = 1000;
+
+/// One element may have this many attributes, declarations included: Xerces compares each with all others of its
+/// element.
+constexpr std::size_t kMaximumAttributes = 1000;
+
+/// Makes a synchronous parser for the functions below.
+Holder<xercesc::DOMLSParser> createParser();
+
+/// Parses a document that stands in memory.
+///
+/// UTF-16 is recognised with and without a byte order mark, and then whatever encoding the XML declaration names. Other
+/// text is in the encoding that the declaration names, UTF-8 without one: UTF-8, US-ASCII, ISO 8859 or a Windows code
+/// page from 1250 to 1258. `$#x...;` of `escapeForbidden` is undone in text, CDATA sections, attribute values, comments
+/// and processing instructions; `$#x0;` stays, as a DOM string ends at a NUL. White space is kept: see
+/// `cleanEmptyTextNodes`.
+///
+/// Input is not trusted. A document type declaration is skipped unread, so there are no entities but the five of XML,
+/// and a reference to another one is an error. Nothing outside the buffer is opened: no entity, no schema, no network.
+/// Elements that nest deeper than `kMaximumDepth` or have more than `kMaximumAttributes` attributes are refused before
+/// anything is built.
+///
+/// @param buffer  read during the call only; null counts as empty.
+/// @param size    bytes.
+/// @param parser  owns the document, which is valid until the parser is released or its document pool reset; several
+///                documents of one parser may live side by side. The call sets the parser's features to the above for
+///                good, and its error handler for its own duration. A parser serves one thread at a time.
+/// @return never null.
+/// @throws xercesc::SAXParseException for anything that is not well-formed or not allowed; its message starts with
+///         "line 3, column 7: ". The parser can be used again.
+/// @throws xercesc::DOMException when the parser is busy; std::bad_alloc or xercesc::OutOfMemoryException.
+xercesc::DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, xercesc::DOMLSParser& parser);
+
+/// Parses a document that stands in a file; otherwise as `loadDocumentFromBuffer`.
+/// @param path  NUL-terminated UTF-16, taken as the name itself and not as a URI; on POSIX the name is its UTF-8 form.
+/// @throws xercesc::SAXException naming the path and the system's reason when the file cannot be read.
+xercesc::DOMDocument* loadDocumentFromFile(const uint16* path, xercesc::DOMLSParser& parser);
+
+/// Removes the text nodes below `node` that hold nothing but XML white space (blank, TAB, LF, CR) or nothing at all.
+/// CDATA sections stay. Takes time linear in the nodes, whatever their depth.
+void cleanEmptyTextNodes(xercesc::DOMNode& node);
+
+}  // namespace Vantor::XMLUtils

@@ -1,0 +1,223 @@
+#include "XMLUtils/LoadDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include "Documents.h"
+#include "XMLUtils/UnicodeString.h"
+
+namespace Vantor::XMLUtils {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+std::string bigEndian(const wstring& text) {
+  std::string bytes;
+  for (const char16_t unit : text) {
+    bytes += static_cast<char>(unit >> 8);
+    bytes += static_cast<char>(unit & 0xFF);
+  }
+  return bytes;
+}
+
+std::string littleEndian(const wstring& text) {
+  std::string bytes;
+  for (const char16_t unit : text) {
+    bytes += static_cast<char>(unit & 0xFF);
+    bytes += static_cast<char>(unit >> 8);
+  }
+  return bytes;
+}
+
+TEST(LoadDocument, TakesWhatUnicodeStringGives) {
+  const UnicodeString text(u"<a>\u00E9</a>");
+  const auto parser = createParser();
+  auto* document = loadDocumentFromBuffer(reinterpret_cast<const uint8*>(text.utf16()), text.utf16Size(), *parser);
+  EXPECT_EQ(textOf(*document), "<a>\u00E9</a>");
+}
+
+TEST(LoadDocument, RecognisesUtf16WithAndWithoutByteOrderMarkWhateverIsDeclared) {
+  for (const auto* start :
+       {u"", u"<?xml version='1.0'?>", u"<?xml version='1.0' encoding='UTF-8'?>",
+        u"<?xml version='1.0' encoding='ISO-8859-1'?>", u"<?xml version='1.0' encoding='UTF-16'?>", u"\n", u" \t"}) {
+    const wstring text = start + wstring(u"<a>\u00E9\u20AC\U0001F600</a>");
+    for (const auto& bytes :
+         {littleEndian(text), bigEndian(text), littleEndian(u"\uFEFF" + text), bigEndian(u"\uFEFF" + text)}) {
+      EXPECT_EQ(textOf(parsed(bytes)), "<a>\u00E9\u20AC\U0001F600</a>");
+    }
+  }
+}
+
+TEST(LoadDocument, ReadsOctetsInTheDeclaredEncoding) {
+  EXPECT_EQ(textOf(parsed("<a>\xC3\xA9</a>")), "<a>\u00E9</a>");
+  EXPECT_EQ(textOf(parsed("\xEF\xBB\xBF<a>\xC3\xA9</a>")), "<a>\u00E9</a>");
+  EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding='utf-8'?><a>\xC3\xA9</a>")), "<a>\u00E9</a>");
+  EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding='iso-8859-1'?><a>\xE9</a>")), "<a>\u00E9</a>");
+  EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding=\"windows-1252\"?><a>\x80</a>")), "<a>\u20AC</a>");
+}
+
+TEST(LoadDocument, TakesOctetsThatCallThemselvesUtf16ForUtf8) {
+  EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding='UTF-16'?><a>\xC3\xA9</a>")), "<a>\u00E9</a>");
+}
+
+TEST(LoadDocument, RefusesEncodingsThatItCannotCheck) {
+  EXPECT_EQ(refusal(std::string("<?xml version='1.0' encoding='UTF-7'?><a/>")),
+            "line 1, column 1: encoding 'UTF-7' is not supported");
+  EXPECT_THAT(refusal(std::string("\x4C\x6F\xA7\x94\x93")), StartsWith("line 1, column 1: "));
+  EXPECT_THAT(refusal(std::string("<\0\0\0a\0\0\0/\0\0\0>\0\0\0", 16)), StartsWith("line 1, column "));
+}
+
+TEST(LoadDocument, NamesLineAndColumnOfAnError) {
+  EXPECT_EQ(refusal(std::string("<a>\n  <b>\n  </c>\n</a>")), "line 3, column 5: expected end of tag 'b'");
+  EXPECT_THAT(refusal(std::string("<a>\n<q:b/></a>")), StartsWith("line 2, column 7: prefix 'q'"));
+  EXPECT_THAT(refusal(std::string("<a>\n<b c='' c=''/></a>")), StartsWith("line 2, column "));
+  EXPECT_THAT(refusal(std::string("<a>\xFF</a>")), StartsWith("line 1, column "));
+}
+
+TEST(LoadDocument, RefusesWhatIsCutOrFollowedByMore) {
+  for (const auto* text : {"", " ", "<", "<a", "<a>", "<a><b>text", "<a/>text", "<a/><b/>", "<!--", "<a>&amp</a>",
+                           "<a>&#x1;</a>", "<a b='<'/>", "<a>]]></a>", "<?xml version='1.0'?>"}) {
+    EXPECT_THAT(refusal(std::string(text)), StartsWith("line 1, column ")) << text;
+  }
+  EXPECT_THAT(refusal(littleEndian(u"<a/>") + "x"), HasSubstr("ends within a code unit"));
+}
+
+TEST(LoadDocument, TakesNullForAnEmptyBuffer) {
+  const auto parser = createParser();
+  EXPECT_THROW(loadDocumentFromBuffer(nullptr, 0, *parser), xercesc::SAXParseException);
+}
+
+TEST(LoadDocument, LeavesTheParserUsableAndItsDocumentsAlive) {
+  const auto parser = createParser();
+  const auto load = [&](const std::string& text) {
+    return loadDocumentFromBuffer(reinterpret_cast<const uint8*>(text.data()), text.size(), *parser);
+  };
+  auto* first = load("<a/>");
+  EXPECT_THROW(load("<b>"), xercesc::SAXParseException);
+  auto* second = load("<c/>");
+  EXPECT_EQ(textOf(*first), "<a/>");
+  EXPECT_EQ(textOf(*second), "<c/>");
+}
+
+class CountingHandler : public xercesc::DOMErrorHandler {
+ public:
+  bool handleError(const xercesc::DOMError&) override { return ++errors > 0; }
+  int errors = 0;
+};
+
+TEST(LoadDocument, GivesTheParserItsErrorHandlerBack) {
+  CountingHandler handler;
+  const auto parser = createParser();
+  parser->getDomConfig()->setParameter(xercesc::XMLUni::fgDOMErrorHandler, &handler);
+  const uint8 text[] = {'<'};
+  EXPECT_THROW(loadDocumentFromBuffer(text, sizeof text, *parser), xercesc::SAXParseException);
+  EXPECT_EQ(handler.errors, 0);
+  EXPECT_EQ(parser->getDomConfig()->getParameter(xercesc::XMLUni::fgDOMErrorHandler), &handler);
+}
+
+TEST(LoadDocument, UndoesEscapesInTextAndAttributes) {
+  const auto document = parsed("<a b='$#x1;$#x24;#x'>x$#xFFFE;$#x41;<![CDATA[$#x2;]]></a>");
+  EXPECT_EQ(utf16ToWstring(document.root().getAttribute(u"b")), u"\x01$#x");
+  EXPECT_EQ(utf16ToWstring(document.root().getTextContent()), u"x\xFFFE$#x41;\x02");
+}
+
+TEST(LoadDocument, KeepsTheEscapeOfNulBecauseADomStringEndsThere) {
+  EXPECT_EQ(utf16ToWstring(parsed("<a>x$#x0;y$#x1;</a>").root().getTextContent()), u"x$#x0;y\x01");
+}
+
+TEST(CleanEmptyTextNodes, RemovesWhiteSpaceAndNothingElse) {
+  const auto document = parsed("<a> <b>\t\n&#xD;</b><c> x </c><d><![CDATA[ ]]></d>\u00A0<!-- --> </a>");
+  cleanEmptyTextNodes(*document.dom);
+  EXPECT_EQ(textOf(document), "<a><b/><c> x </c><d><![CDATA[ ]]></d>\u00A0<!-- --></a>");
+}
+
+TEST(CleanEmptyTextNodes, StaysBelowTheNode) {
+  const auto document = parsed("<a> <b> <c> </c></b> </a>");
+  auto* b = document.root().getFirstChild()->getNextSibling();
+  cleanEmptyTextNodes(*b);
+  EXPECT_EQ(textOf(document), "<a> <b><c/></b> </a>");
+  cleanEmptyTextNodes(*document.root().getFirstChild());
+  EXPECT_EQ(textOf(document), "<a> <b><c/></b> </a>");
+}
+
+TEST(CleanEmptyTextNodes, ReachesDepthsThatNoStackWouldHold) {
+  const auto document = newDocument(nullptr, u"a");
+  xercesc::DOMNode* node = &document.root();
+  for (int i = 0; i < 100000; ++i) {
+    appendText(*node, u" ");
+    node = &appendElement(*node, nullptr, u"a");
+  }
+  cleanEmptyTextNodes(*document.dom);
+  EXPECT_EQ(textOf(document).find(' '), std::string::npos);
+}
+
+/// A file that is gone with the object.
+class TemporaryFile {
+ public:
+  TemporaryFile(const char* name, const std::string& content)
+      : path_(std::filesystem::path(::testing::TempDir()) / std::filesystem::u8path(name)) {
+    std::ofstream(path_, std::ios::binary) << content;
+  }
+  ~TemporaryFile() { std::filesystem::remove(path_); }
+
+  UnicodeString path() const { return wstring(path_.u16string().c_str()); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::string fileRefusal(const UnicodeString& path) {
+  const auto parser = createParser();
+  try {
+    loadDocumentFromFile(path.utf16(), *parser);
+    return "";
+  } catch (const xercesc::SAXException& exception) {
+    return Vantor::Utils::wstringToString(exception.getMessage());
+  }
+}
+
+TEST(LoadDocumentFromFile, ReadsFilesOfAnyName) {
+  const TemporaryFile file("XMLUtils \u00E9\u20AC %41#.xml", "<a> <b/> </a>");
+  const auto parser = createParser();
+  auto* document = loadDocumentFromFile(file.path().utf16(), *parser);
+  EXPECT_EQ(textOf(*document), "<a> <b/> </a>");
+}
+
+TEST(LoadDocumentFromFile, ReadsWhatDomToBytesWrites) {
+  const auto original = parsed("<a>\u00E9$#x1;</a>");
+  for (const auto encoding : {EncodingType::kUTF8, EncodingType::kUTF16}) {
+    std::string bytes;
+    domToBytes(original.dom, bytes, encoding);
+    const TemporaryFile file("XMLUtilsBytes.xml", bytes);
+    const auto parser = createParser();
+    EXPECT_TRUE(loadDocumentFromFile(file.path().utf16(), *parser)->isEqualNode(original.dom));
+  }
+}
+
+TEST(LoadDocumentFromFile, ReadsFilesLongerThanOneReadCall) {
+  const std::string text(3'000'001, 'x');
+  const TemporaryFile file("XMLUtilsLong.xml", "<a>" + text + "</a>");
+  const auto parser = createParser();
+  auto* document = loadDocumentFromFile(file.path().utf16(), *parser);
+  EXPECT_EQ(textOf(*document), "<a>" + text + "</a>");
+}
+
+TEST(LoadDocumentFromFile, NamesPathAndReasonWhenItCannotRead) {
+  const UnicodeString missing(u"/nonexistent/\u00E9.xml");
+  EXPECT_EQ(fileRefusal(missing), "cannot read /nonexistent/\u00E9.xml: No such file or directory");
+  EXPECT_THAT(fileRefusal(UnicodeString(::testing::TempDir())), StartsWith("cannot read "));
+  EXPECT_THAT(fileRefusal(UnicodeString(static_cast<const char*>(nullptr))), StartsWith("cannot read "));
+}
+
+TEST(LoadDocumentFromFile, NamesLineAndColumnOfAnError) {
+  const TemporaryFile file("XMLUtilsError.xml", "<a>\n</b>");
+  EXPECT_EQ(fileRefusal(file.path()), "line 2, column 3: expected end of tag 'a'");
+}
+
+}  // namespace
+}  // namespace Vantor::XMLUtils

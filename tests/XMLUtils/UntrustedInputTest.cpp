@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+
+#include "Documents.h"
+
+namespace Vantor::XMLUtils {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+std::string repeated(const std::string& text, std::size_t count) {
+  std::string all;
+  for (std::size_t i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+/// What parsing says, expecting it to say so at once.
+std::string quickRefusal(const std::string& text) {
+  const auto start = std::chrono::steady_clock::now();
+  auto message = refusal(text);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+  return message;
+}
+
+TEST(UntrustedInput, MayNestToTheLimit) {
+  const auto text = repeated("<a>", kMaximumDepth - 1) + "<b/><b/>" + repeated("</a>", kMaximumDepth - 1);
+  EXPECT_EQ(textOf(parsed(text)), text);
+}
+
+TEST(UntrustedInput, IsRefusedWhenItNestsDeeper) {
+  const auto text = repeated("<a>", kMaximumDepth) + "\n<b/>" + repeated("</a>", kMaximumDepth);
+  EXPECT_EQ(quickRefusal(text), "line 2, column 1: elements nest deeper than 1000 levels");
+  EXPECT_THAT(quickRefusal(repeated("<a b='>'>", 100000) + repeated("</a>", 100000)), HasSubstr("nest deeper"));
+}
+
+TEST(UntrustedInput, IsMeasuredInUtf16AsWell) {
+  wstring text;
+  for (std::size_t i = 0; i <= kMaximumDepth; ++i) text += u"<a>";
+  EXPECT_THAT(refusal(text), HasSubstr("nest deeper"));
+}
+
+TEST(UntrustedInput, CountsNoTagsInsideOtherMarkup) {
+  const auto tags = repeated("<a>", kMaximumDepth + 1);
+  const auto text = "<!--" + tags + "--><a><![CDATA[" + tags + "]]><?p " + tags + "?><b/></a>";
+  EXPECT_EQ(textOf(parsed(text)), text);
+  EXPECT_EQ(textOf(parsed("<!DOCTYPE a [" + tags + "]>" + "<a/>")), "<a/>");
+}
+
+TEST(UntrustedInput, CannotHideTagsFromTheCount) {
+  const auto tags = repeated("<a>", kMaximumDepth + 1);
+  for (const auto* before : {"<!---->", "<!--->-->", "<?p ?>", "<!DOCTYPE a>", "<!DOCTYPE a []>", "<!DOCTYPE a ['>'] >",
+                             "<!DOCTYPE a [<!-- ] -->", "<!DOCTYPE a '[' ]>"}) {
+    EXPECT_NE(refusal(before + tags), "") << before;
+    EXPECT_THAT(refusal(before + tags), HasSubstr("nest deeper")) << before;
+  }
+  EXPECT_THAT(refusal("<a><![CDATA[]]]]>" + tags), HasSubstr("nest deeper"));
+}
+
+TEST(UntrustedInput, MayHaveAttributesToTheLimit) {
+  const auto element = [](std::size_t attributes) {
+    std::string text = "<a";
+    for (std::size_t i = 0; i < attributes; ++i) text += " b" + std::to_string(i) + "='='";
+    return text + "/>";
+  };
+  EXPECT_EQ(parsed(element(kMaximumAttributes)).root().getAttributes()->getLength(), kMaximumAttributes);
+  EXPECT_EQ(quickRefusal(element(100000)), "line 1, column 1: an element has more than 1000 attributes");
+}
+
+TEST(UntrustedInput, MayHaveAnyNumberOfCharacterReferences) {
+  const auto document = parsed("<a>" + repeated("&amp;&#x41;", 100000) + "</a>");
+  EXPECT_EQ(wstring(document.root().getTextContent()).size(), 200000u);
+}
+
+TEST(UntrustedInput, CannotExpandEntities) {
+  std::string bomb = "<!DOCTYPE a [<!ENTITY e0 'xxxxxxxxxx'>";
+  for (int i = 1; i < 12; ++i) {
+    bomb += "<!ENTITY e" + std::to_string(i) + " '" + repeated("&e" + std::to_string(i - 1) + ";", 10) + "'>";
+  }
+  EXPECT_THAT(quickRefusal(bomb + "]><a>&e11;</a>"), HasSubstr("entity 'e11' not found"));
+  EXPECT_THAT(quickRefusal(bomb + "]><a b='&e11;'/>"), HasSubstr("entity 'e11' not found"));
+}
+
+TEST(UntrustedInput, CannotExpandParameterEntities) {
+  std::string bomb = "<!DOCTYPE a [<!ENTITY % e0 '<!-- -->'>";
+  for (int i = 1; i < 12; ++i) {
+    bomb += "<!ENTITY % e" + std::to_string(i) + " '" + repeated("&#37;e" + std::to_string(i - 1) + ";", 10) + "'>";
+  }
+  EXPECT_EQ(quickRefusal(bomb + "%e11;]><a/>"), "");
+}
+
+/// A file that nobody but the tests should read.
+class Secret {
+ public:
+  Secret() : path_(std::filesystem::path(::testing::TempDir()) / "XMLUtilsSecret.txt") {
+    std::ofstream(path_) << "secret";
+  }
+  ~Secret() { std::filesystem::remove(path_); }
+  std::string uri() const { return "file://" + path_.generic_string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+TEST(UntrustedInput, CannotNameFilesToRead) {
+  const Secret secret;
+  const auto message = refusal("<!DOCTYPE a [<!ENTITY e SYSTEM '" + secret.uri() + "'>]><a>&e;</a>");
+  EXPECT_THAT(message, StartsWith("line 1, column "));
+  EXPECT_THAT(message, HasSubstr("entity 'e' not found"));
+}
+
+TEST(UntrustedInput, CannotNameADocumentTypeOrASchemaToRead) {
+  const Secret secret;  // read as either, it would be an error
+  EXPECT_EQ(textOf(parsed("<!DOCTYPE a SYSTEM '" + secret.uri() + "'><a/>")), "<a/>");
+  const auto schema = R"(<a xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xsi:noNamespaceSchemaLocation=")" +
+                      secret.uri() + "\"/>";
+  EXPECT_EQ(parsed(schema).root().getAttributes()->getLength(), 2u);
+  const auto include =
+      R"(<a><i:include xmlns:i="http://www.w3.org/2001/XInclude" href=")" + secret.uri() + R"(" parse="text"/></a>)";
+  EXPECT_EQ(utf16ToWstring(parsed(include).root().getFirstChild()->getLocalName()), u"include");
+}
+
+}  // namespace
+}  // namespace Vantor::XMLUtils
