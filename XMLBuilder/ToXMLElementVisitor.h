@@ -12,13 +12,8 @@ namespace Vantor::XMLBuilder {
 class ToXMLElementVisitor : public Metadata::Visitors::ElementVisitor {
  public:
   ToXMLElementVisitor(PartitionMetadata& partition, xercesc::DOMElement& setElement, ReferenceOptions options,
-                      const KLV::Key& setKey, ExportDocument& document, WrittenSets& written)
-      : partition_(partition),
-        setElement_(setElement),
-        options_(options),
-        setKey_(setKey),
-        document_(document),
-        written_(written) {}
+                      ExportDocument& document, WrittenSets& written)
+      : partition_(partition), setElement_(setElement), options_(options), document_(document), written_(written) {}
 
   /// The collection itself writes nothing; its members do.
   void visit(const ReferenceBatchElement&) override {}
@@ -42,7 +37,6 @@ class ToXMLElementVisitor : public Metadata::Visitors::ElementVisitor {
   PartitionMetadata& partition_;
   xercesc::DOMElement& setElement_;
   ReferenceOptions options_;
-  const KLV::Key& setKey_;
   ExportDocument& document_;
   WrittenSets& written_;
   xercesc::DOMElement* referenceProperty_ = nullptr;

@@ -45,8 +45,8 @@ void ToXMLMetadataSetVisitor::visit(const MetadataSet& set) {
 
 void ToXMLMetadataSetVisitor::writeKnownSet(const MetadataSet& set) {
   auto& element = appendSetElement(*set.definition());
-  for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) writeProperty(*at, set, element);
-  for (const auto& place : inSchemaOrder(set)) writeProperty(*place.property, set, element);
+  for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) writeProperty(*at, element);
+  for (const auto& place : inSchemaOrder(set)) writeProperty(*place.property, element);
 }
 
 xercesc::DOMElement& ToXMLMetadataSetVisitor::appendSetElement(const MetaMetadata::MetaMetadataSet& definition) {
@@ -57,9 +57,8 @@ xercesc::DOMElement& ToXMLMetadataSetVisitor::appendSetElement(const MetaMetadat
   return *element;
 }
 
-void ToXMLMetadataSetVisitor::writeProperty(const Element& property, const MetadataSet& set,
-                                            xercesc::DOMElement& element) {
-  ToXMLElementVisitor visitor(partition_, element, options_, set.key(), document_, written_);
+void ToXMLMetadataSetVisitor::writeProperty(const Element& property, xercesc::DOMElement& element) {
+  ToXMLElementVisitor visitor(partition_, element, options_, document_, written_);
   property.accept(visitor, options_.nestStrongReferences, options_.excludeNonStructural);
 }
 

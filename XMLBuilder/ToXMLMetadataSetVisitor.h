@@ -30,7 +30,7 @@ class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
   void writeKnownSet(const MetadataSet& set);
   void writeDarkGroup(const MetadataSet& set);
   xercesc::DOMElement& appendSetElement(const MetaMetadata::MetaMetadataSet& definition);
-  void writeProperty(const Element& property, const MetadataSet& set, xercesc::DOMElement& element);
+  void writeProperty(const Element& property, xercesc::DOMElement& element);
 
   xercesc::DOMNode& parent_;
   PartitionMetadata& partition_;
