@@ -1,6 +1,7 @@
 #include "XMLUtils/LoadDocument.h"
 
 #include <cerrno>
+#include <cstring>
 #include <fstream>
 #include <string_view>
 #include <system_error>
@@ -120,6 +121,12 @@ void unescapeAll(DOMDocument& document) {
   }
 }
 
+/// Whether the text may hold an escape, spelt out or with character references. Every encoding that is accepted has the
+/// octet of '#' in it then.
+bool mayHoldEscapes(const Input& input) {
+  return input.size != 0 && std::memchr(input.bytes, '#', input.size) != nullptr;
+}
+
 DOMDocument* load(const uint8* buffer, std::size_t size, const XMLCh* systemId, DOMLSParser& parser) {
   if (parser.getBusy()) throw xercesc::DOMException(xercesc::DOMException::INVALID_STATE_ERR);
   const auto input = recognise(buffer, size);
@@ -132,7 +139,7 @@ DOMDocument* load(const uint8* buffer, std::size_t size, const XMLCh* systemId, 
   const FirstError error(configuration);
   auto* document = parser.parse(&wrapper);
   error.throwIfAny(systemId);
-  unescapeAll(*document);
+  if (mayHoldEscapes(input)) unescapeAll(*document);
   return document;
 }
 
