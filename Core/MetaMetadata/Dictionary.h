@@ -1,0 +1,62 @@
+#pragma once
+
+#include <deque>
+#include <string_view>
+
+#include "Core/KLV/Key.h"
+#include "Core/MetaMetadata/HashIndex.h"
+#include "Core/MetaMetadata/MetaElement.h"
+#include "Core/MetaMetadata/MetaMetadataSet.h"
+#include "Core/Platform/Containers.h"
+#include "Core/Platform/Types.h"
+#include "Core/Types/UniversalLabel.h"
+
+namespace Vantor::MetaMetadata {
+
+/// The definitions of metadata sets and of their properties. Made by a `DictionaryBuilder`, never changed afterwards:
+/// any number of threads may share one. Every definition that it hands out belongs to it and lives as long as it does.
+class Dictionary {
+ public:
+  using MetaMetadataSetIterator = Templates::vector<const MetaMetadataSet*>::const_iterator;
+  using MetaElementIterator = Templates::vector<const MetaElement*>::const_iterator;
+
+  Dictionary(const Dictionary&) = delete;
+  Dictionary& operator=(const Dictionary&) = delete;
+  ~Dictionary();
+
+  /// The sets in order of definition.
+  MetaMetadataSetIterator metaMetadataSetBegin() const { return sets_.begin(); }
+  MetaMetadataSetIterator metaMetadataSetEnd() const { return sets_.end(); }
+  /// The properties in order of definition, each once however many sets use it.
+  MetaElementIterator metaElementBegin() const { return elements_.begin(); }
+  MetaElementIterator metaElementEnd() const { return elements_.end(); }
+
+  /// Each of these gives null when there is no such definition, and the one defined first when there are several.
+  /// Octets 6 (the KLV coding) and 8 (the version) of the key are ignored.
+  const MetaMetadataSet* findSet(const KLV::Key& key) const;
+  const MetaMetadataSet* findSetBySymbol(std::string_view symbol) const;
+  /// Octet 8 of the label, its version, is ignored.
+  const MetaElement* findElement(const Types::UniversalLabel& label) const;
+  /// A property that has this static local tag in some set. 0 is no tag.
+  const MetaElement* findElementByStaticTag(uint16 tag) const;
+
+ private:
+  friend class DictionaryBuilder;
+  template <class T>
+  using Pool = std::deque<T, Platform::StdAllocator<T>>;
+
+  Dictionary();
+
+  Pool<MetaElement> simpleElements_;
+  Pool<MetaCollectionElement> collectionElements_;
+  Pool<ExtensionAttributes> attributeExtensions_;
+  Templates::vector<auto_ptr<MetaMetadataSet>> ownedSets_;
+  Templates::vector<const MetaMetadataSet*> sets_;
+  Templates::vector<const MetaElement*> elements_;
+  HashIndex setsByKey_;
+  HashIndex setsBySymbol_;
+  HashIndex elementsByLabel_;
+  HashIndex elementsByStaticTag_;
+};
+
+}  // namespace Vantor::MetaMetadata

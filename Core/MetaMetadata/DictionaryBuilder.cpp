@@ -1,0 +1,245 @@
+#include "Core/MetaMetadata/DictionaryBuilder.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <utility>
+
+#include "Core/MetaMetadata/LabelHash.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Numbers.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::MetaMetadata {
+
+namespace {
+
+constexpr const char* kSource = "Core/MetaMetadata/DictionaryBuilder";
+constexpr std::size_t kCodingOctet = 5;  // octet 6, counted from zero
+constexpr uint8 kAnyCoding = 0x7f;
+constexpr uint8 kLocalSetCoding = 0x53;  // 2-byte local tags, 2-byte lengths (ST 336)
+
+// A table, because a key's digits are beyond any branch prediction and a start of the process reads thousands of keys.
+constexpr std::array<int8, 256> digitValues() {
+  std::array<int8, 256> values{};
+  for (auto& value : values) value = -1;
+  for (int8 i = 0; i < 10; ++i) values['0' + i] = i;
+  for (int8 i = 0; i < 6; ++i) values['a' + i] = values['A' + i] = static_cast<int8>(10 + i);
+  return values;
+}
+constexpr auto kDigitValues = digitValues();
+
+std::array<uint8, KLV::Key::kSize> octetsOf(std::string_view text) {
+  std::array<uint8, KLV::Key::kSize> octets{};
+  std::size_t at = 0;
+  bool isKey = true;
+  for (auto& octet : octets) {
+    if (at < text.size() && text[at] == '.') ++at;
+    if (!(isKey = at + 2 <= text.size())) break;
+    const int value = kDigitValues[static_cast<uint8>(text[at])] * 16 | kDigitValues[static_cast<uint8>(text[at + 1])];
+    if (!(isKey = value >= 0)) break;
+    octet = static_cast<uint8>(value);
+    at += 2;
+  }
+  if (!isKey || at != text.size()) {
+    throw Exceptions::InvalidFormat("not a register key: " + std::string(text), kSource, __LINE__);
+  }
+  return octets;
+}
+
+SharedPtr<const ExtensionAttributes> vocabulary(const char16_t* uri, const char16_t* prefix) {
+  auto attributes = std::make_shared<ExtensionAttributes>();
+  attributes->set(kXMLNamespaceURI, uri).set(kXMLDefaultPrefix, prefix);
+  return attributes;
+}
+
+ExtensionAttributes withDefaults(const SharedPtr<const ExtensionAttributes>& vocabulary, std::string_view symbol,
+                                 const ExtensionAttributes& custom) {
+  ExtensionAttributes extensions(vocabulary);
+  extensions.set(kXMLTagName, wstring(symbol.begin(), symbol.end()));
+  extensions.setAll(custom);
+  return extensions;
+}
+
+std::string textOf(const Types::UniversalLabel& label) { return Utils::wstringToString(label.toString(kUrnForm)); }
+
+template <class List>
+uint32 sizeOf(const List& list) {
+  return static_cast<uint32>(list.size());
+}
+
+}  // namespace
+
+KLV::Key registerKey(std::string_view text) { return KLV::Key(octetsOf(text)); }
+
+struct DictionaryBuilder::State {
+  struct OwnAttribute {
+    uint32 element;
+    uint32 requiredStatus;
+    uint16 staticLocalTag;
+    ExtensionAttributes* custom;  // null unless the definition gave some
+  };
+  struct PendingSet {
+    std::string parent;
+    std::size_t firstAttribute;
+    bool complete;
+  };
+
+  uint32 findElement(const uint8* label) const;
+  uint32 findParent(uint32 set) const;
+  const ExtensionAttributes* extensionsOf(const OwnAttribute& attribute, std::size_t place);
+  void complete(uint32 set);
+  void appendOwnAttributes(uint32 set);
+  void indexStaticTags();
+
+  SharedPtr<Dictionary> dictionary{new Dictionary};
+  SharedPtr<const ExtensionAttributes> setVocabulary = vocabulary(u"urn:SMPTE:S377M", u"s377m");
+  SharedPtr<const ExtensionAttributes> elementVocabulary = vocabulary(u"urn:SMPTE:RP210", u"rp210");
+  Templates::vector<PendingSet> sets;                           // beside dictionary->ownedSets_
+  Templates::vector<OwnAttribute> attributes;                   // of all sets, each set's in one run
+  Templates::vector<const ExtensionAttributes*> schemaIndexes;  // [n] tells the place n + 1
+};
+
+DictionaryBuilder::DictionaryBuilder() : state_(std::make_unique<State>()) {}
+DictionaryBuilder::DictionaryBuilder(DictionaryBuilder&&) noexcept = default;
+DictionaryBuilder& DictionaryBuilder::operator=(DictionaryBuilder&&) noexcept = default;
+DictionaryBuilder::~DictionaryBuilder() = default;
+
+void DictionaryBuilder::addElement(std::string_view key, std::string_view symbol, DataType type,
+                                   const ExtensionAttributes& extensionAttributes) {
+  addElement(Types::UniversalLabel(octetsOf(key)), symbol, type, extensionAttributes);
+}
+
+void DictionaryBuilder::addElement(const Types::UniversalLabel& label, std::string_view symbol, DataType type,
+                                   const ExtensionAttributes& extensionAttributes) {
+  auto& dictionary = *state_->dictionary;
+  const uint32 known = state_->findElement(label.rawBuffer());
+  if (known != HashIndex::kNotFound && dictionary.elements_[known]->key() == label) return;
+
+  auto extensions = withDefaults(state_->elementVocabulary, symbol, extensionAttributes);
+  const MetaElement* element =
+      type.itemType == Types::Identifiers::kNone
+          ? &dictionary.simpleElements_.emplace_back(label, std::string(symbol), type.type, std::move(extensions))
+          : &dictionary.collectionElements_.emplace_back(label, std::string(symbol), type.type, type.itemType,
+                                                         std::move(extensions));
+  dictionary.elementsByLabel_.insert(elementIdentity(label.rawBuffer()).hash(), sizeOf(dictionary.elements_));
+  dictionary.elements_.push_back(element);
+}
+
+void DictionaryBuilder::addSet(std::string_view key, std::string_view symbol, std::string_view parent, bool isConcrete,
+                               const ExtensionAttributes& extensionAttributes) {
+  auto& dictionary = *state_->dictionary;
+  auto octets = octetsOf(key);
+  if (octets[kCodingOctet] == kAnyCoding) octets[kCodingOctet] = kLocalSetCoding;
+
+  dictionary.setsByKey_.insert(groupIdentity(octets.data()).hash(), sizeOf(dictionary.sets_));
+  dictionary.setsBySymbol_.insert(hashOfText(symbol), sizeOf(dictionary.sets_));
+  dictionary.ownedSets_.emplace_back(
+      new MetaMetadataSet(KLV::Key(octets), std::string(symbol), isConcrete,
+                          withDefaults(state_->setVocabulary, symbol, extensionAttributes)));
+  dictionary.sets_.push_back(dictionary.ownedSets_.back().get());
+  state_->sets.push_back({std::string(parent), state_->attributes.size(), false});
+}
+
+void DictionaryBuilder::addAttribute(std::string_view elementKey, uint16 staticLocalTag, uint32 requiredStatus,
+                                     const ExtensionAttributes& extensionAttributes) {
+  addAttribute(Types::UniversalLabel(octetsOf(elementKey)), staticLocalTag, requiredStatus, extensionAttributes);
+}
+
+void DictionaryBuilder::addAttribute(const Types::UniversalLabel& elementLabel, uint16 staticLocalTag,
+                                     uint32 requiredStatus, const ExtensionAttributes& extensionAttributes) {
+  if (state_->sets.empty()) {
+    throw Exceptions::InvalidFormat("a property before the first set: " + textOf(elementLabel), kSource, __LINE__);
+  }
+  const uint32 element = state_->findElement(elementLabel.rawBuffer());
+  if (element == HashIndex::kNotFound) {
+    throw Exceptions::InvalidFormat("set " + state_->dictionary->sets_.back()->symbol() +
+                                        " lists a property that is not defined: " + textOf(elementLabel),
+                                    kSource, __LINE__);
+  }
+  auto& extensions = state_->dictionary->attributeExtensions_;
+  ExtensionAttributes* custom = extensionAttributes.isEmpty() ? nullptr : &extensions.emplace_back(extensionAttributes);
+  state_->attributes.push_back({element, requiredStatus, staticLocalTag, custom});
+}
+
+SharedPtr<const Dictionary> DictionaryBuilder::build() {
+  for (uint32 set = 0; set < state_->sets.size(); ++set) state_->complete(set);
+  state_->indexStaticTags();
+  return std::exchange(state_, std::make_unique<State>())->dictionary;
+}
+
+uint32 DictionaryBuilder::State::findElement(const uint8* label) const {
+  const auto& elements = dictionary->elements_;
+  const auto wanted = elementIdentity(label);
+  const uint32 exact = dictionary->elementsByLabel_.find(wanted.hash(), [&](uint32 candidate) {
+    return std::equal(label, label + KLV::Key::kSize, elements[candidate]->key().rawBuffer());
+  });
+  if (exact != HashIndex::kNotFound) return exact;
+  return dictionary->elementsByLabel_.find(wanted.hash(), [&](uint32 candidate) {
+    return elementIdentity(elements[candidate]->key().rawBuffer()) == wanted;
+  });
+}
+
+uint32 DictionaryBuilder::State::findParent(uint32 set) const {
+  const auto& parent = sets[set].parent;
+  if (parent.empty()) return HashIndex::kNotFound;
+  const uint32 place = dictionary->setsBySymbol_.find(
+      hashOfText(parent), [&](uint32 candidate) { return dictionary->sets_[candidate]->symbol() == parent; });
+  if (place == HashIndex::kNotFound) {
+    throw Exceptions::InvalidFormat(
+        "set " + dictionary->sets_[set]->symbol() + " inherits from " + parent + ", which is not defined", kSource,
+        __LINE__);
+  }
+  return place;
+}
+
+void DictionaryBuilder::State::complete(uint32 set) {
+  Templates::vector<uint32> waiting;
+  for (uint32 next = set; next != HashIndex::kNotFound && !sets[next].complete; next = findParent(next)) {
+    if (waiting.size() == sets.size()) {
+      throw Exceptions::InvalidFormat("set " + dictionary->sets_[set]->symbol() + " inherits from itself", kSource,
+                                      __LINE__);
+    }
+    waiting.push_back(next);
+  }
+  for (; !waiting.empty(); waiting.pop_back()) appendOwnAttributes(waiting.back());
+}
+
+void DictionaryBuilder::State::appendOwnAttributes(uint32 set) {
+  auto& definition = *dictionary->ownedSets_[set];
+  const std::size_t first = sets[set].firstAttribute;
+  const std::size_t last = set + 1 < sets.size() ? sets[set + 1].firstAttribute : attributes.size();
+  const uint32 parent = findParent(set);
+  if (parent != HashIndex::kNotFound) definition.inherit(*dictionary->sets_[parent], last - first);
+  for (std::size_t i = first; i < last; ++i) {
+    const auto& own = attributes[i];
+    definition.append(MetaAttribute(dictionary->elements_[own.element], own.requiredStatus, own.staticLocalTag,
+                                    extensionsOf(own, definition.attributes().size())));
+  }
+  sets[set].complete = true;
+}
+
+const ExtensionAttributes* DictionaryBuilder::State::extensionsOf(const OwnAttribute& attribute, std::size_t place) {
+  if (attribute.custom != nullptr) {
+    if (!attribute.custom->has(kSchemaIndex)) attribute.custom->set(kSchemaIndex, Platform::toDecimal(place + 1));
+    return attribute.custom;
+  }
+  while (schemaIndexes.size() <= place) {
+    auto& extensions = dictionary->attributeExtensions_.emplace_back();
+    schemaIndexes.push_back(&extensions.set(kSchemaIndex, Platform::toDecimal(schemaIndexes.size() + 1)));
+  }
+  return schemaIndexes[place];
+}
+
+// The element that is defined first counts, not the set: both orders are the caller's.
+void DictionaryBuilder::State::indexStaticTags() {
+  Templates::vector<std::pair<uint16, uint32>> tags;
+  for (const auto& attribute : attributes) {
+    if (attribute.staticLocalTag != 0) tags.emplace_back(attribute.staticLocalTag, attribute.element);
+  }
+  std::sort(tags.begin(), tags.end());
+  dictionary->elementsByStaticTag_.reserve(tags.size());
+  for (const auto& [tag, element] : tags) dictionary->elementsByStaticTag_.insert(tag, element);
+}
+
+}  // namespace Vantor::MetaMetadata

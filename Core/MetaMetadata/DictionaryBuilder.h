@@ -1,0 +1,85 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Core/MetaMetadata/Dictionary.h"
+#include "Core/MetaMetadata/ExtensionAttributes.h"
+#include "Core/Platform/Containers.h"
+#include "Core/Types/Identifiers.h"
+
+namespace Vantor::MetaMetadata {
+
+/// Sixteen octets as the registers print them: 32 hexadecimal digits in either case, dots between octets ignored.
+/// Texts of keys below are of this form.
+/// @throws Exceptions::InvalidFormat naming the text when it is anything else.
+KLV::Key registerKey(std::string_view text);
+
+/// The type of a property: one of the value types, or an array or a batch of one.
+struct DataType {
+  constexpr DataType(Types::Identifiers::Identifier type,  // NOLINT(google-explicit-constructor): a type is one
+                     Types::Identifiers::Identifier itemType = Types::Identifiers::kNone)
+      : type(type), itemType(itemType) {}
+
+  Types::Identifiers::Identifier type;
+  Types::Identifiers::Identifier itemType;  ///< `kNone` but for arrays and batches.
+};
+constexpr DataType arrayOf(DataType item) { return {Types::Identifiers::kArray, item.type}; }
+constexpr DataType batchOf(DataType item) { return {Types::Identifiers::kBatch, item.type}; }
+
+/// Makes dictionaries. Not for use by several threads at once.
+///
+///     DictionaryBuilder builder;
+///     builder.addElement("060e2b34.01010101.01011502.00000000", "InstanceID", kUUID);
+///     builder.addSet("060e2b34.02530101.0d010101.01010100", "InterchangeObject");
+///     builder.addAttribute("060e2b34.01010101.01011502.00000000", 0x3c0a, kRequired);
+///     builder.addSet("060e2b34.02530101.0d010101.01012f00", "Preface", "InterchangeObject");
+///     const auto dictionary = builder.build();
+///
+/// Unless told otherwise a definition gets the legacy XML vocabulary: its symbol as "XMLTagName", and as namespace and
+/// prefix "urn:SMPTE:S377M" and "s377m" for sets, "urn:SMPTE:RP210" and "rp210" for properties. A name that stands in
+/// the definition's own extension attributes, be its value empty, replaces the one from here.
+class DictionaryBuilder {
+ public:
+  static constexpr uint32 kRequired = 0;
+  static constexpr uint32 kOptional = 4;
+
+  DictionaryBuilder();
+  DictionaryBuilder(DictionaryBuilder&&) noexcept;
+  DictionaryBuilder& operator=(DictionaryBuilder&&) noexcept;
+  ~DictionaryBuilder();
+
+  /// Defines a property. Defining a key again changes nothing; a key that differs from an earlier one in octet 8 only
+  /// makes a definition that is listed but not found.
+  void addElement(std::string_view key, std::string_view symbol, DataType type,
+                  const ExtensionAttributes& extensionAttributes = {});
+  void addElement(const Types::UniversalLabel& label, std::string_view symbol, DataType type,
+                  const ExtensionAttributes& extensionAttributes = {});
+
+  /// Defines a set; the following `addAttribute` calls list its own properties.
+  /// @param key     octet 6 may be 0x7f, the registers' wild card; the definition has 0x53 then.
+  /// @param parent  the symbol of the set to inherit from, defined before or after; empty for a root.
+  void addSet(std::string_view key, std::string_view symbol, std::string_view parent = {}, bool isConcrete = true,
+              const ExtensionAttributes& extensionAttributes = {});
+
+  /// Lists a property in the set defined last.
+  /// @param elementKey  of a property that is defined already; octet 8 is ignored unless it makes a difference.
+  /// @param extensionAttributes  a "SchemaIndex" here replaces the automatic one in this set and in those that inherit
+  ///        from it; an empty one leaves the attribute without. The order of the attributes stays that of definition.
+  /// @throws Exceptions::InvalidFormat when there is no set yet or no such property.
+  void addAttribute(std::string_view elementKey, uint16 staticLocalTag = 0, uint32 requiredStatus = kOptional,
+                    const ExtensionAttributes& extensionAttributes = {});
+  void addAttribute(const Types::UniversalLabel& elementLabel, uint16 staticLocalTag = 0,
+                    uint32 requiredStatus = kOptional, const ExtensionAttributes& extensionAttributes = {});
+
+  /// The dictionary of what was added; the builder is empty afterwards.
+  /// @throws Exceptions::InvalidFormat naming the set when a parent is not defined or a set inherits from itself;
+  ///         the builder is good for nothing but its destruction then.
+  SharedPtr<const Dictionary> build();
+
+ private:
+  struct State;
+  auto_ptr<State> state_;
+};
+
+}  // namespace Vantor::MetaMetadata

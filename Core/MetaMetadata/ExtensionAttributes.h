@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "Core/Platform/Containers.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::MetaMetadata {
+
+/// The names that the XML vocabulary of a dictionary is told by.
+inline constexpr std::u16string_view kXMLTagName = u"XMLTagName";
+inline constexpr std::u16string_view kXMLNamespaceURI = u"XMLNamespaceURI";
+inline constexpr std::u16string_view kXMLDefaultPrefix = u"XMLDefaultPrefix";
+/// The decimal place of a property among the properties of its set.
+inline constexpr std::u16string_view kSchemaIndex = u"SchemaIndex";
+
+/// Named texts that a definition carries beyond what the registers tell: its name in XML, for example.
+/// Names are compared code unit by code unit. What is not set here is looked up in a shared base, when there is one.
+/// A value: copies are independent. Reading from several threads is safe, setting is not.
+class ExtensionAttributes {
+ public:
+  ExtensionAttributes() = default;
+  /// @param shared  what many definitions have in common; kept alive by this object.
+  explicit ExtensionAttributes(SharedPtr<const ExtensionAttributes> shared) : shared_(std::move(shared)) {}
+
+  /// The value, or an empty text when the name is set nowhere; valid until the next `set`, or until this object goes.
+  const wstring& get(std::u16string_view name) const;
+  /// Whether the name is set, be it to an empty text.
+  bool has(std::u16string_view name) const { return find(name) != nullptr; }
+  bool isEmpty() const { return !tagName_ && entries_.empty() && shared_ == nullptr; }
+
+  /// Sets or replaces a value; hides the shared base's value of that name. Returns this object, for chains.
+  ExtensionAttributes& set(std::u16string_view name, wstring value);
+  /// Takes over every name that `others` sets itself.
+  void setAll(const ExtensionAttributes& others);
+
+ private:
+  struct Entry {
+    wstring name;
+    wstring value;
+  };
+  const wstring* find(std::u16string_view name) const;
+
+  // Apart from the others: thousands of definitions have a tag name and nothing else of their own.
+  std::optional<wstring> tagName_;
+  Templates::vector<Entry> entries_;
+  SharedPtr<const ExtensionAttributes> shared_;
+};
+
+}  // namespace Vantor::MetaMetadata

@@ -1,0 +1,22 @@
+#include "Core/MetaMetadata/MetaElement.h"
+
+#include <utility>
+
+namespace Vantor::MetaMetadata {
+
+MetaElement::MetaElement(const Types::UniversalLabel& key, std::string symbol, Types::Identifiers::Identifier dataType,
+                         ExtensionAttributes extensionAttributes)
+    : key_(key),
+      symbol_(std::move(symbol)),
+      dataType_(dataType),
+      extensionAttributes_(std::move(extensionAttributes)) {}
+
+MetaElement::~MetaElement() = default;
+
+MetaCollectionElement::MetaCollectionElement(const Types::UniversalLabel& key, std::string symbol,
+                                             Types::Identifiers::Identifier dataType,
+                                             Types::Identifiers::Identifier dataSubType,
+                                             ExtensionAttributes extensionAttributes)
+    : MetaElement(key, std::move(symbol), dataType, std::move(extensionAttributes)), dataSubType_(dataSubType) {}
+
+}  // namespace Vantor::MetaMetadata

@@ -1,0 +1,64 @@
+#include "Core/MetaMetadata/MetaMetadataSet.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Core/MetaMetadata/LabelHash.h"
+#include "Core/MetaMetadata/MetaElement.h"
+
+namespace Vantor::MetaMetadata {
+
+namespace {
+
+/// Instance UID, ST 377-1: 06.0E.2B.34.01.01.01.01.01.01.15.02.00.00.00.00.
+constexpr uint8 kInstanceUID[KLV::Key::kSize] = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01,
+                                                 0x01, 0x01, 0x15, 0x02, 0x00, 0x00, 0x00, 0x00};
+
+}  // namespace
+
+MetaMetadataSet::MetaMetadataSet(const KLV::Key& key, std::string symbol, bool concrete,
+                                 ExtensionAttributes extensionAttributes)
+    : key_(key),
+      symbol_(std::move(symbol)),
+      concrete_(concrete),
+      extensionAttributes_(std::move(extensionAttributes)) {}
+
+const MetaAttribute* MetaMetadataSet::findByLabel(const uint8* label) const {
+  const auto wanted = elementIdentity(label);
+  const uint32 place = attributesByLabel_.find(wanted.hash(), [&](uint32 candidate) {
+    return elementIdentity(attributes_[candidate].metaElement()->key().rawBuffer()) == wanted;
+  });
+  return place == HashIndex::kNotFound ? nullptr : &attributes_[place];
+}
+
+const MetaAttribute* MetaMetadataSet::findAttribute(const Types::UniversalLabel& label) const {
+  return findByLabel(label.rawBuffer());
+}
+
+const MetaAttribute* MetaMetadataSet::findAttributeByStaticTag(uint16 tag) const {
+  const uint32 place = attributesByStaticTag_.find(tag, [](uint32) { return true; });
+  return place == HashIndex::kNotFound ? nullptr : &attributes_[place];
+}
+
+const MetaAttribute* MetaMetadataSet::instanceUIDAttribute() const { return findByLabel(kInstanceUID); }
+
+bool MetaMetadataSet::append(const MetaAttribute& attribute) {
+  const uint8* label = attribute.metaElement()->key().rawBuffer();
+  if (findByLabel(label) != nullptr) return false;
+  const auto place = static_cast<uint32>(attributes_.size());
+  attributesByLabel_.insert(elementIdentity(label).hash(), place);
+  if (attribute.staticLocalTag() != 0) attributesByStaticTag_.insert(attribute.staticLocalTag(), place);
+  attributes_.push_back(attribute);
+  return true;
+}
+
+void MetaMetadataSet::inherit(const MetaMetadataSet& parent, std::size_t ownAttributes) {
+  parent_ = &parent;
+  attributes_.reserve(parent.attributes_.size() + ownAttributes);
+  attributes_ = parent.attributes_;
+  attributesByLabel_ = parent.attributesByLabel_;
+  attributesByStaticTag_ = parent.attributesByStaticTag_;
+  attributesByLabel_.reserve(parent.attributes_.size() + ownAttributes);
+}
+
+}  // namespace Vantor::MetaMetadata
