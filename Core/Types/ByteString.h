@@ -38,7 +38,7 @@ class ByteString : public ValueType<Derived, ByteStringBase> {
   ByteString(const uint8* bytes, std::size_t size) : ValueType<Derived, ByteStringBase>(Bytes(), bytes, size) {}
 
   static auto_ptr<Derived> decode(const uint8* bytes, std::size_t size) {
-    return auto_ptr<Derived>(new Derived(bytes, size));
+    return std::make_unique<Derived>(bytes, size);
   }
 };
 

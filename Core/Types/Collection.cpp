@@ -72,12 +72,15 @@ const SimpleDataType& Collection::at(uint32 index) const {
 void Collection::append(auto_ptr<SimpleDataType> item) {
   if (item == nullptr) return;
   const uint32 size = item->encodedSize();
-  if (itemSize_ != 0 || !items_.empty()) requireItemSize(size, itemSize_);
-  requireEncodable(uint64{octets_.size()} + size);
-  makeRoom(octets_, octets_.size() + size);
+  const uint32 itemSize = itemSize_ == 0 && items_.empty() ? size : itemSize_;
+  if (size != 0) requireItemSize(size, itemSize);
+  const std::size_t grown = octets_.size() + itemSize;
+  requireEncodable(grown);
+  makeRoom(octets_, grown);
   items_.push_back(std::move(item));
   octets_.insert(octets_.end(), items_.back()->rawBuffer(), items_.back()->rawBuffer() + size);
-  itemSize_ = size;
+  octets_.resize(grown);
+  itemSize_ = itemSize;
   writeHeader();
 }
 

@@ -22,9 +22,10 @@ class Collection : public SimpleDataType {
 
   /// @throws InvalidLength when there is no such item.
   const SimpleDataType& at(uint32 index) const;
-  /// Adds an item at the end; null adds nothing. The first item fixes an item size of 0.
-  /// @throws InvalidLength when the item's octets are not `itemSize()`, or when the collection would write 2^32 octets
-  /// or more; the collection stays as it was.
+  /// Adds an item at the end; null adds nothing. The first item fixes an item size of 0. An item of no octets, such as
+  /// an empty text, fits every collection: `at` gives it as it is, and on the wire zero octets fill its place.
+  /// @throws InvalidLength when the item has octets and not `itemSize()` of them, or when the collection would write
+  /// 2^32 octets or more; the collection stays as it was.
   void append(auto_ptr<SimpleDataType> item);
   /// The item size stays, also when no item is left.
   /// @throws InvalidLength when there is no such item.
@@ -60,7 +61,7 @@ class CollectionType : public ValueType<Derived, Collection> {
 
   /// Reads the items as values of `itemType`; null when the octets are not exactly what such a collection writes.
   static auto_ptr<Derived> decode(Identifiers::Identifier itemType, const uint8* bytes, std::size_t size) {
-    auto_ptr<Derived> value(new Derived());
+    auto value = std::make_unique<Derived>();
     return static_cast<CollectionType&>(*value).readFrom(itemType, bytes, size) ? std::move(value) : nullptr;
   }
   /// The octets alone do not tell the type of the items; they become `Unknown` values.

@@ -76,7 +76,8 @@ UUID generateUUID() {
   Octets octets = randomOctets();
   octets[kVersionAt] = static_cast<uint8>((octets[kVersionAt] & 0x0f) | 0x40);
   octets[kVariantAt] = static_cast<uint8>((octets[kVariantAt] & 0x3f) | 0x80);
-  return UUID(octets);
+  UUID identifier(octets);
+  return identifier;
 }
 
 }  // namespace UID

@@ -19,7 +19,7 @@ class FixedSizeType : public ValueType<Derived> {
 
   static auto_ptr<Derived> decode(const uint8* bytes, std::size_t size) {
     if (size != kSize) return nullptr;
-    auto_ptr<Derived> value(new Derived());
+    auto value = std::make_unique<Derived>();
     std::memcpy(value->octets_.data(), bytes, kSize);
     return value;
   }

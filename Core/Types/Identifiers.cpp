@@ -6,7 +6,7 @@ uint32 typeSize(Identifier type) {
   switch (type) {
 #define VANTOR_SIZE_CASE(Type, number, octets) \
   case k##Type:                                \
-    return octets;
+    return TypeTraits<Type>::kSize;
     VANTOR_FOR_EACH_TYPE(VANTOR_SIZE_CASE)
 #undef VANTOR_SIZE_CASE
     case kNone:

@@ -27,8 +27,8 @@ uint32 J2KCodingStyleDefault::sGcod() const { return DataIO::readBigEndian<uint3
 
 auto_ptr<J2KCodingStyleDefault> J2KCodingStyleDefault::decode(const uint8* bytes, std::size_t size) {
   if (size < kSpcodAt) return nullptr;
-  return auto_ptr<J2KCodingStyleDefault>(new J2KCodingStyleDefault(
-      bytes[0], DataIO::readBigEndian<uint32>(bytes + kSGcodAt), bytes + kSpcodAt, size - kSpcodAt));
+  return std::make_unique<J2KCodingStyleDefault>(bytes[0], DataIO::readBigEndian<uint32>(bytes + kSGcodAt),
+                                                 bytes + kSpcodAt, size - kSpcodAt);
 }
 
 }  // namespace Vantor::Types

@@ -9,7 +9,7 @@ J2KQuantisationDefault::J2KQuantisationDefault(uint8 sqcd, const uint8* sPgcd, s
 
 auto_ptr<J2KQuantisationDefault> J2KQuantisationDefault::decode(const uint8* bytes, std::size_t size) {
   if (size == 0) return nullptr;
-  return auto_ptr<J2KQuantisationDefault>(new J2KQuantisationDefault(bytes[0], bytes + 1, size - 1));
+  return std::make_unique<J2KQuantisationDefault>(bytes[0], bytes + 1, size - 1);
 }
 
 }  // namespace Vantor::Types

@@ -48,7 +48,7 @@ class NarrowStringType : public ValueType<Derived, NarrowString> {
   explicit NarrowStringType(const std::string& text) : NarrowStringType(text.c_str()) {}
 
   static auto_ptr<Derived> decode(const uint8* bytes, std::size_t size) {
-    auto_ptr<Derived> value(new Derived());
+    auto value = std::make_unique<Derived>();
     return static_cast<NarrowStringType&>(*value).readFrom(bytes, size, Derived::kHighest) ? std::move(value) : nullptr;
   }
 };

@@ -40,7 +40,7 @@ class ReferenceType : public ValueType<Derived, Reference> {
   explicit ReferenceType(const wstring& text) : ReferenceType(UUID(text, kDottedForm)) {}
 
   static auto_ptr<Derived> decode(const uint8* bytes, std::size_t size) {
-    return size == UUID::kSize ? auto_ptr<Derived>(new Derived(bytes)) : nullptr;
+    return size == UUID::kSize ? std::make_unique<Derived>(bytes) : nullptr;
   }
 };
 

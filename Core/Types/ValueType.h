@@ -16,7 +16,7 @@ class ValueType : public Base {
 
   Identifiers::Identifier identifier() const override { return kIdentifier; }
   void accept(Visitors::Visitor& visitor) const override { visitor.visit(derived()); }
-  auto_ptr<SimpleDataType> clone() const override { return auto_ptr<SimpleDataType>(new Derived(derived())); }
+  auto_ptr<SimpleDataType> clone() const override { return std::make_unique<Derived>(derived()); }
 
   /// As `equals`.
   friend bool operator==(const Derived& left, const Derived& right) {
@@ -25,7 +25,6 @@ class ValueType : public Base {
   friend bool operator!=(const Derived& left, const Derived& right) { return !(left == right); }
 
  protected:
-  ValueType() = default;
   using Base::Base;
 
   const Derived& derived() const { return static_cast<const Derived&>(*this); }

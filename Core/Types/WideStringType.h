@@ -54,7 +54,7 @@ class WideStringType : public ValueType<Derived, WideString> {
       : ValueType<Derived, WideString>(text, Derived::kCoding, Identifiers::name(TypeTraits<Derived>::kIdentifier)) {}
 
   static auto_ptr<Derived> decode(const uint8* bytes, std::size_t size) {
-    auto_ptr<Derived> value(new Derived());
+    auto value = std::make_unique<Derived>();
     return static_cast<WideStringType&>(*value).readFrom(bytes, size, Derived::kCoding) ? std::move(value) : nullptr;
   }
 };
