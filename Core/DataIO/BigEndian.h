@@ -21,7 +21,7 @@ T readBigEndian(const uint8* from) noexcept {
 template <class T>
 void writeBigEndian(uint8* to, T number) noexcept {
   static_assert(std::is_integral_v<T> && !std::is_same_v<T, bool>, "an integer type");
-  auto rest = static_cast<uint64>(number);
+  auto rest = static_cast<uint64>(static_cast<std::make_unsigned_t<T>>(number));
   for (std::size_t i = sizeof(T); i-- > 0; rest >>= 8) to[i] = static_cast<uint8>(rest);
 }
 
