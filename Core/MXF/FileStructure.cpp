@@ -1,0 +1,241 @@
+#include "Core/MXF/FileStructure.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+
+#include "Core/KLV/Keys.h"
+#include "Core/KLV/Value.h"
+#include "Core/MXF/KLVHeader.h"
+#include "Core/MXF/RandomIndexPack.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::MXF {
+
+namespace {
+
+using DataIO::File::FileDataSource;
+using Partitions = std::vector<PartitionInfo>;
+
+constexpr const char* kSourceName = "Core/MXF/FileStructure";
+
+// ST 377-1: these octets of the partition pack keys occur nowhere in a run-in.
+constexpr std::array<uint8, 11> kPartitionPackStart = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05,
+                                                       0x01, 0x01, 0x0d, 0x01, 0x02};
+
+[[noreturn]] void throwParseError(const std::string& message, int line) {
+  throw Exceptions::ParseError(message, kSourceName, line);
+}
+
+bool isHeaderPackAt(FileDataSource& source, uint64 offset) {
+  source.seek(offset);
+  return KLV::isHeaderPartitionPack(peekKey(source));
+}
+
+/// The offset of the header partition pack.
+uint64 findRunIn(FileDataSource& source) {
+  if (isHeaderPackAt(source, 0)) return 0;
+  Bytes start(static_cast<std::size_t>(std::min(source.size(), kMaxRunIn + kPartitionPackStart.size())));
+  source.read(start.data(), start.size());
+  const auto found = std::search(start.begin(), start.end(), kPartitionPackStart.begin(), kPartitionPackStart.end());
+  const auto offset = static_cast<uint64>(found - start.begin());
+  if (found != start.end() && isHeaderPackAt(source, offset)) return offset;
+  throwParseError(found == start.end() ? "this is no MXF file: no partition pack among its first 65,536 bytes"
+                                       : DataIO::atOffset(offset) + "expected a header partition pack, found key " +
+                                             Utils::wstringToString(peekKey(source).toString()),
+                  __LINE__);
+}
+
+bool isFooter(const PartitionInfo& partition) { return partition.pack.kind == KLV::PartitionKind::kFooter; }
+
+/// Reads the pack whose key and length were read; the source then stands behind it.
+PartitionInfo readPack(FileDataSource& source, const KLVHeader& klv) {
+  PartitionInfo partition;
+  partition.offset = klv.offset;
+  if (klv.length.value > kMaxPartitionPackSize) {
+    throwParseError(DataIO::atOffset(klv.offset) + "expected a partition pack, found one of " +
+                        std::to_string(klv.length.value) + " bytes",
+                    __LINE__);
+  }
+  const KLV::Value value(source, klv.length.value);
+  partition.pack = readPartitionPack(klv.key, value.rawBuffer(), value.serializedSize(), klv.valueOffset);
+  partition.packEnd = source.position();
+  return partition;
+}
+
+PartitionInfo readPackAt(FileDataSource& source, uint64 offset) {
+  source.seek(offset);
+  return readPack(source, readKLVHeader(source));
+}
+
+/// The partition at an offset that came out of the file; none when no sound partition pack stands there.
+std::optional<PartitionInfo> tryReadPackAt(FileDataSource& source, uint64 runIn, uint64 offset) {
+  if (offset > source.size() - runIn) return std::nullopt;
+  source.seek(runIn + offset);
+  if (!KLV::isPartitionPack(peekKey(source))) return std::nullopt;
+  try {
+    return readPackAt(source, runIn + offset);
+  } catch (const Exceptions::ParseError&) {
+    return std::nullopt;
+  }
+}
+
+/// A pack in a walk. One that is damaged is kept, because the partitions behind it are counted by it.
+PartitionInfo readPackLeniently(FileDataSource& source, const KLVHeader& klv) {
+  try {
+    return readPack(source, klv);
+  } catch (const Exceptions::ParseError&) {
+    PartitionInfo partition;
+    partition.offset = klv.offset;
+    partition.pack.kind = KLV::partitionKind(klv.key);
+    partition.pack.status = KLV::partitionStatus(klv.key);
+    partition.damaged = true;
+    return partition;
+  }
+}
+
+/// The next KLV in a walk; none at the end of the file, at zeros, and at anything that is no whole KLV.
+std::optional<KLVHeader> nextKLV(FileDataSource& source) {
+  try {
+    const KLVHeader klv = readKLVHeader(source);
+    if (klv.key != KLV::Key() && valueFits(klv, source)) return klv;
+  } catch (const Exceptions::ParseError&) {
+    // The walk ends here; what it found so far stands.
+  }
+  return std::nullopt;
+}
+
+FileStructure walk(FileDataSource& source, uint64 runIn) {
+  FileStructure structure;
+  source.seek(runIn);
+  while (const auto klv = nextKLV(source)) {
+    if (KLV::isPartitionPack(klv->key)) structure.partitions.push_back(readPackLeniently(source, *klv));
+    skipValue(*klv, source);
+    structure.end = source.position();
+  }
+  return structure;
+}
+
+/// Whether a list of partitions that starts with the header partition can be all of them.
+bool isWholeChain(const Partitions& partitions, uint64 runIn) {
+  for (std::size_t i = 0; i < partitions.size(); ++i) {
+    const PartitionPack& pack = partitions[i].pack;
+    if (runIn + pack.thisPartition != partitions[i].offset) return false;
+    if (i != 0 && runIn + pack.previousPartition != partitions[i - 1].offset) return false;
+  }
+  const uint64 toldFooter = partitions.front().pack.footerPartition;
+  return toldFooter == 0 || runIn + toldFooter == partitions.back().offset;
+}
+
+Partitions partitionsByRandomIndex(FileDataSource& source, const PartitionInfo& header) {
+  Partitions partitions;
+  for (const uint64 offset : readRandomIndexPack(source, header.offset)) {
+    auto partition = tryReadPackAt(source, header.offset, offset - header.offset);
+    if (!partition || (partitions.empty() && offset != header.offset)) return {};
+    partitions.push_back(std::move(*partition));
+  }
+  if (partitions.empty() || !isWholeChain(partitions, header.offset)) return {};
+  return partitions;
+}
+
+/// Each step goes towards the start of the file, so a cycle ends the search.
+Partitions partitionsByPreviousLinks(FileDataSource& source, const PartitionInfo& header) {
+  const uint64 runIn = header.offset;
+  Partitions partitions;
+  uint64 offset = header.pack.footerPartition;
+  while (offset != 0) {
+    auto partition = tryReadPackAt(source, runIn, offset);
+    if (!partition || partition->pack.previousPartition >= offset) return {};
+    offset = partition->pack.previousPartition;
+    partitions.push_back(std::move(*partition));
+  }
+  if (partitions.empty() || !isFooter(partitions.front())) return {};
+  partitions.push_back(header);
+  std::reverse(partitions.begin(), partitions.end());
+  return isWholeChain(partitions, runIn) ? partitions : Partitions();
+}
+
+/// Fills in what was found, unless that is nothing.
+bool takePartitions(FileStructure& structure, Partitions partitions, StructureSource source) {
+  structure.partitions = std::move(partitions);
+  structure.source = source;
+  structure.end = structure.fileSize;
+  return !structure.partitions.empty();
+}
+
+FileStructure structureFrom(FileDataSource& source, const PartitionInfo& header) {
+  FileStructure structure;
+  structure.fileSize = source.size();
+  if (!takePartitions(structure, partitionsByRandomIndex(source, header), StructureSource::kRandomIndexPack) &&
+      !takePartitions(structure, partitionsByPreviousLinks(source, header), StructureSource::kPreviousPartitions)) {
+    structure = walk(source, header.offset);
+    structure.fileSize = source.size();
+  }
+  structure.runIn = header.offset;
+  return structure;
+}
+
+[[noreturn]] void throwNoPartition(const PartitionChoice& choice, const FileStructure& structure, int line) {
+  std::string message = "the file has no " + choice.name();
+  if (choice.kind() == PartitionChoice::Kind::kNumber) {
+    message += ", only " + std::to_string(structure.partitions.size()) + ", counted from 0";
+  }
+  if (structure.end != structure.fileSize) {
+    message += "; behind byte offset " + std::to_string(structure.end) + " it cannot be followed";
+  }
+  throwParseError(message, line);
+}
+
+/// The partition in a list, or the reason why its pack cannot be read.
+PartitionInfo sound(FileDataSource& source, const PartitionInfo& partition) {
+  return partition.damaged ? readPackAt(source, partition.offset) : partition;
+}
+
+PartitionInfo findFooter(FileDataSource& source, const PartitionInfo& header) {
+  const uint64 told = header.pack.footerPartition;
+  if (auto footer = tryReadPackAt(source, header.offset, told); footer && isFooter(*footer)) return *footer;
+  if (const auto offsets = readRandomIndexPack(source, header.offset); !offsets.empty()) {
+    auto footer = tryReadPackAt(source, header.offset, offsets.back() - header.offset);
+    if (footer && isFooter(*footer)) return *footer;
+  }
+  FileStructure structure = walk(source, header.offset);
+  structure.fileSize = source.size();
+  const auto last = std::find_if(structure.partitions.rbegin(), structure.partitions.rend(), isFooter);
+  if (last == structure.partitions.rend()) throwNoPartition(PartitionChoice::footer(), structure, __LINE__);
+  return sound(source, *last);
+}
+
+PartitionInfo findNumber(FileDataSource& source, const PartitionInfo& header, const PartitionChoice& choice) {
+  if (choice.number() == 0) return header;
+  const FileStructure structure = structureFrom(source, header);
+  if (choice.number() >= structure.partitions.size()) throwNoPartition(choice, structure, __LINE__);
+  return sound(source, structure.partitions[choice.number()]);
+}
+
+}  // namespace
+
+FileStructure readStructure(FileDataSource& source) {
+  return structureFrom(source, readPackAt(source, findRunIn(source)));
+}
+
+FileStructure readStructure(const Path& path) {
+  FileDataSource source(path);
+  return readStructure(source);
+}
+
+PartitionInfo findPartition(FileDataSource& source, const PartitionChoice& choice) {
+  PartitionInfo header = readPackAt(source, findRunIn(source));
+  switch (choice.kind()) {
+    case PartitionChoice::Kind::kHeader:
+      return header;
+    case PartitionChoice::Kind::kFooter:
+      return findFooter(source, header);
+    case PartitionChoice::Kind::kNumber:
+      break;
+  }
+  return findNumber(source, header, choice);
+}
+
+}  // namespace Vantor::MXF

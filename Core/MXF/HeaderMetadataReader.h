@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+
+#include "Core/MXF/PartitionChoice.h"
+#include "Core/MetaMetadata/Dictionary.h"
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Path.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::MXF {
+
+/// The longest value of one KLV of header metadata that is read into memory, in bytes.
+constexpr uint64 kMaxSetSize = uint64{1} << 30;
+
+/// Reads the header metadata of one partition of an MXF file (ST 377-1): fill, a primer pack, then sets and fill.
+///
+/// The metadata ends where the partition pack's count of bytes ends, if that is between two KLVs and no further local
+/// set follows there. A count that is 0, too small or too large is not believed: the metadata then ends before the
+/// first KLV that cannot be part of it, which is a partition pack, an index table segment, a random index pack, an
+/// essence or system item, or generic stream data. It also ends with the file, and at 16 zero octets where a key should
+/// be. A fill item that runs past the end of the file is taken for the end of it. Every other KLV becomes a set or a
+/// dark set, whatever its key. A further primer pack adds its rows; a tag that an earlier one maps keeps its meaning.
+///
+/// Reads what it returns, keys and lengths, and goes past fill and essence without reading them, whatever the file's
+/// size. Keeps no state between calls; two threads may read the same path at once.
+/// @param path        the file; it is opened for reading and closed before the call returns.
+/// @param dictionary  names sets and properties; the result keeps a reference to it.
+/// @param choice      which partition; by default the header partition.
+/// @return the partition's sets, dark sets included, in file order; owned by the caller.
+/// @throws Exceptions::ParseError with the byte offset where the file stops being MXF, or when the file has no such
+/// partition or the partition no header metadata; nothing is returned then. Exceptions::IOError when the file cannot be
+/// read.
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const PartitionChoice& choice = PartitionChoice::header());
+
+}  // namespace Vantor::MXF

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Core/DataIO/File.h"
+#include "Core/KLV/BERLength.h"
+#include "Core/KLV/Key.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::MXF {
+
+/// Key and length of a KLV triplet in a file, and where they stand.
+struct KLVHeader {
+  KLV::Key key;
+  KLV::BERLength length;
+  uint64 offset = 0;       ///< of the key, from the start of the file
+  uint64 valueOffset = 0;  ///< of the value; never behind the end of the file
+};
+
+/// The next 16 bytes, or what is left of them in the file followed by zeros; the source does not move.
+KLV::Key peekKey(DataIO::File::FileDataSource& source);
+
+/// Reads key and length; the source then stands at the value, of which nothing is known yet.
+/// @throws Exceptions::ParseError with the offset when they are cut short or the length is not a BER length.
+KLVHeader readKLVHeader(DataIO::File::FileDataSource& source);
+
+/// Whether the file, from the value on, has as many bytes as the length says.
+bool valueFits(const KLVHeader& klv, const DataIO::File::FileDataSource& source);
+
+/// Moves behind the KLV whose header was read. One that runs past the end of the file takes the source to the end.
+void skipValue(const KLVHeader& klv, DataIO::File::FileDataSource& source);
+
+/// Moves past any fill items, without reading what is in them.
+void skipFill(DataIO::File::FileDataSource& source);
+
+}  // namespace Vantor::MXF

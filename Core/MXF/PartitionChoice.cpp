@@ -1,0 +1,33 @@
+#include "Core/MXF/PartitionChoice.h"
+
+#include <charconv>
+
+#include "Core/Platform/Exceptions.h"
+
+namespace Vantor::MXF {
+
+PartitionChoice PartitionChoice::parse(std::string_view text) {
+  if (text == "header") return header();
+  if (text == "footer") return footer();
+  uint32 parsed = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, parsed);
+  if (error == std::errc() && stop == end) return number(parsed);
+  throw Exceptions::InvalidFormat(
+      "'" + std::string(text) + "' names no partition: expected 'header', 'footer' or a number from 0",
+      "Core/MXF/PartitionChoice", __LINE__);
+}
+
+std::string PartitionChoice::name() const {
+  switch (kind_) {
+    case Kind::kHeader:
+      return "header partition";
+    case Kind::kFooter:
+      return "footer partition";
+    case Kind::kNumber:
+      break;
+  }
+  return "partition " + std::to_string(number_);
+}
+
+}  // namespace Vantor::MXF

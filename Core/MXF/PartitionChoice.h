@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Core/Platform/Types.h"
+
+namespace Vantor::MXF {
+
+/// Which partition of a file is meant: the header partition, the footer partition, or one by its number in file order,
+/// where 0 is the header partition.
+class PartitionChoice {
+ public:
+  enum class Kind { kHeader, kFooter, kNumber };
+
+  /// The header partition.
+  PartitionChoice() = default;
+  static PartitionChoice header() { return {}; }
+  static PartitionChoice footer() { return {Kind::kFooter, 0}; }
+  static PartitionChoice number(uint32 number) { return {Kind::kNumber, number}; }
+  /// Reads "header", "footer" or decimal digits.
+  /// @throws Exceptions::InvalidFormat naming the text when it is none of them, or a number over 4,294,967,295.
+  static PartitionChoice parse(std::string_view text);
+
+  Kind kind() const { return kind_; }
+  /// The number; 0 unless the partition is chosen by its number.
+  uint32 number() const { return number_; }
+  /// How messages name the partition: "header partition", "footer partition" or "partition 2".
+  std::string name() const;
+
+ private:
+  PartitionChoice(Kind kind, uint32 number) : kind_(kind), number_(number) {}
+
+  Kind kind_ = Kind::kHeader;
+  uint32 number_ = 0;
+};
+
+}  // namespace Vantor::MXF
