@@ -16,7 +16,7 @@ std::string describe(const MetadataSet& set) {
 }  // namespace
 
 WrittenSets::Level::Level(WrittenSets& sets, const MetadataSet& set) : sets_(sets) {
-  if (sets_.depth_ >= kMaximumDepth) {
+  if (sets_.depth_ > kMaximumDepth) {
     throw Exceptions::NestingTooDeep(
         "references nest more than " + std::to_string(kMaximumDepth) + " deep at set " + describe(set),
         "XMLBuilder/WrittenSets", __LINE__);
