@@ -9,6 +9,7 @@
 #include <xercesc/dom/DOMXPathNSResolver.hpp>
 #include <xercesc/dom/DOMXPathResult.hpp>
 #include <xercesc/util/XMLChar.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include "XMLUtils/Strings.h"
 
@@ -30,10 +31,9 @@ void forEachChildElement(const DOMNode& context, Visit&& visit) {
   }
 }
 
-std::u16string_view view(const XMLCh* text) { return text == nullptr ? std::u16string_view() : text; }
-
 bool isNamed(const DOMElement& element, const wstring& uri, const wstring& name) {
-  return view(element.getLocalName()) == name && view(element.getNamespaceURI()) == uri;
+  return xercesc::XMLString::equals(element.getLocalName(), name.c_str()) &&
+         xercesc::XMLString::equals(element.getNamespaceURI(), uri.c_str());
 }
 
 bool isName(const wstring& text) { return xercesc::XMLChar1_0::isValidNCName(text.c_str(), text.size()); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <vector>
 
 #include "Core/Platform/Numbers.h"
 #include "XMLUtils/LoadDocument.h"
@@ -61,7 +62,7 @@ class LimitCheck {
       } else if (skip(u"!")) {
         skipDoctype();
       } else if (skip(u"/")) {
-        if (depth_ > 0) --depth_;
+        leaveElement();
       } else {
         skipStartTag();
       }
@@ -94,9 +95,9 @@ class LimitCheck {
 
   void skipStartTag() {
     const auto start = at_ - 1;
-    std::size_t attributes = 0;
     char16_t quote = 0;
-    if (++depth_ > kMaximumDepth) refuse(start, u"elements nest deeper than ", kMaximumDepth, u" levels");
+    attributes_.push_back(0);
+    if (attributes_.size() > kMaximumDepth) refuse(start, u"elements nest deeper than ", kMaximumDepth, u" levels");
     for (; at_ < text_.count; ++at_) {
       const char16_t unit = text_[at_];
       if (quote != 0) {
@@ -104,13 +105,27 @@ class LimitCheck {
       } else if (unit == u'"' || unit == u'\'') {
         quote = unit;
       } else if (unit == u'=') {
-        if (++attributes <= kMaximumAttributes) continue;
-        refuse(start, u"an element has more than ", kMaximumAttributes, u" attributes");
+        countAttribute(start);
       } else if (unit == u'>') {
-        if (text_[at_ - 1] == u'/') --depth_;
+        if (text_[at_ - 1] == u'/') leaveElement();
         return;
       }
     }
+  }
+
+  void countAttribute(std::size_t start) {
+    if (++attributes_.back() > kMaximumAttributes) {
+      refuse(start, u"an element has more than ", kMaximumAttributes, u" attributes");
+    }
+    if (++attributesInScope_ > kMaximumAttributesInScope) {
+      refuse(start, u"an element and those around it have more than ", kMaximumAttributesInScope, u" attributes");
+    }
+  }
+
+  void leaveElement() {
+    if (attributes_.empty()) return;
+    attributesInScope_ -= attributes_.back();
+    attributes_.pop_back();
   }
 
   [[noreturn]] void refuse(std::size_t at, u16string_view before, std::size_t limit, u16string_view after) const {
@@ -120,7 +135,8 @@ class LimitCheck {
   Text text_;
   const XMLCh* systemId_;
   std::size_t at_ = 0;
-  std::size_t depth_ = 0;
+  std::vector<std::size_t> attributes_;  // of each element that is open
+  std::size_t attributesInScope_ = 0;
 };
 
 template <class Text>
@@ -187,7 +203,7 @@ Input recognise(const uint8* bytes, std::size_t size) {
   if (size >= 2 && isBigEndian(bytes)) return utf16(bytes, size, bytes[0] == 0xFE, u"UTF-16BE");
   const bool isMarked = size >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF;
   const std::size_t mark = isMarked ? 3 : 0;
-  return {bytes + mark, size - mark, octetEncoding(bytes + mark, size - mark)};
+  return {bytes + mark, size - mark, isMarked ? wstring(u"UTF-8") : octetEncoding(bytes, size)};
 }
 
 void checkLimits(const Input& input, const XMLCh* systemId) {

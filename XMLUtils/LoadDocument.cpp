@@ -150,8 +150,14 @@ DOMDocument* load(const uint8* buffer, std::size_t size, const XMLCh* systemId, 
 
 Bytes readFile(const wstring& path) {
   constexpr std::size_t kChunk = std::size_t{1} << 20;
+  const auto name = std::filesystem::u8path(Vantor::Utils::wstringToString(path));
+  std::error_code error;
+  if (std::filesystem::exists(name, error) && !std::filesystem::is_regular_file(name, error)) {
+    errno = std::filesystem::is_directory(name, error) ? EISDIR : EINVAL;  // a device or pipe may have no end
+    throwUnreadable(path);
+  }
   errno = 0;
-  std::ifstream file(std::filesystem::u8path(Vantor::Utils::wstringToString(path)), std::ios::binary);
+  std::ifstream file(name, std::ios::binary);
   if (!file) throwUnreadable(path);
   Bytes bytes;
   while (file) {

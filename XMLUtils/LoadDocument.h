@@ -21,20 +21,24 @@ constexpr std::size_t kMaximumDepth = 1000;
 /// element.
 constexpr std::size_t kMaximumAttributes = 1000;
 
+/// An element and all those around it may have this many attributes together: whatever resolves a prefix looks through
+/// them.
+constexpr std::size_t kMaximumAttributesInScope = 2000;
+
 /// Makes a synchronous parser for the functions below.
 Holder<xercesc::DOMLSParser> createParser();
 
 /// Parses a document that stands in memory.
 ///
-/// UTF-16 is recognised with and without a byte order mark, and then whatever encoding the XML declaration names. Other
-/// text is in the encoding that the declaration names, UTF-8 without one: UTF-8, US-ASCII, ISO 8859 or a Windows code
-/// page from 1250 to 1258. `$#x...;` of `escapeForbidden` is undone in text, CDATA sections, attribute values, comments
-/// and processing instructions; `$#x0;` stays, as a DOM string ends at a NUL. White space is kept: see
-/// `cleanEmptyTextNodes`.
+/// UTF-16 is recognised with and without a byte order mark, UTF-8 with one, and then whatever encoding the XML
+/// declaration names. Other text is in the encoding that the declaration names, UTF-8 without one: UTF-8, US-ASCII, ISO
+/// 8859 or a Windows code page from 1250 to 1258. `$#x...;` of `escapeForbidden` is undone in text, CDATA sections,
+/// attribute values, comments and processing instructions; `$#x0;` stays, as a DOM string ends at a NUL. White space is
+/// kept: see `cleanEmptyTextNodes`.
 ///
 /// Input is not trusted. A document type declaration is skipped unread, so there are no entities but the five of XML,
 /// and a reference to another one is an error. Nothing outside the buffer is opened: no entity, no schema, no network.
-/// Elements that nest deeper than `kMaximumDepth` or have more than `kMaximumAttributes` attributes are refused before
+/// Elements that nest deeper than `kMaximumDepth` or have more attributes than the limits above are refused before
 /// anything is built.
 ///
 /// @param buffer  read during the call only; null counts as empty.

@@ -70,6 +70,17 @@ TEST(UntrustedInput, MayHaveAttributesToTheLimit) {
   EXPECT_EQ(quickRefusal(element(100000)), "line 1, column 1: an element has more than 1000 attributes");
 }
 
+TEST(UntrustedInput, IsRefusedWithTooManyAttributesAroundAnElement) {
+  std::string attributes;
+  for (std::size_t i = 0; i < kMaximumAttributes; ++i) attributes += " a" + std::to_string(i) + "=''";
+  const auto full = "<a" + attributes + ">";
+  EXPECT_EQ(refusal(full + full + "<b/></a></a>"), "");
+  EXPECT_EQ(refusal(full + full + "<b c=''/></a></a>"),
+            "line 1, column " + std::to_string(2 * full.size() + 1) +
+                ": an element and those around it have more than 2000 attributes");
+  EXPECT_EQ(refusal("<r>" + repeated(full + "</a>", 3) + "</r>"), "");
+}
+
 TEST(UntrustedInput, MayHaveAnyNumberOfCharacterReferences) {
   const auto document = parsed("<a>" + repeated("&amp;&#x41;", 100000) + "</a>");
   EXPECT_EQ(wstring(document.root().getTextContent()).size(), 200000u);
