@@ -36,14 +36,21 @@ void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent,
 }
 
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const MetadataSet& set,
-                          PartitionMetadata& partition) {
+                          const PartitionMetadata& partition) {
+  // Writing may enter tags into the primer; the partition is only read, so they go into a copy.
+  PartitionDictionary tags = partition.partitionDictionary();
   DataIO::Memory::MemoryDataSink sink;
-  set.serialize(sink, partition.partitionDictionary());
+  set.serialize(sink, tags);
   DataIO::Memory::MemoryDataSource source(sink.rawBuffer(), sink.serializedSize());
   source.skip(KLV::Key::kSize);
   KLV::readBERLength(source);
   auto& element = appendElement(document, parent, set.key(), set.berLength());
   appendHex(document, element, sink.rawBuffer() + source.position(), source.remaining());
+}
+
+void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkParsedGroup& set) {
+  auto& element = appendElement(document, parent, set.key(), set.berLength());
+  appendHex(document, element, set.value().data(), set.value().size());
 }
 
 }  // namespace Vantor::XMLBuilder

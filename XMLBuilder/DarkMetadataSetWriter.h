@@ -10,8 +10,12 @@ namespace Vantor::XMLBuilder {
 
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkMetadataSet& set);
 
-/// The same for a set of the model that has no definition. Its properties get their local tags from the partition.
+/// The same for a set of the model that has no definition. Properties without local tags are given some for the text,
+/// but not in the partition.
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const MetadataSet& set,
-                          PartitionMetadata& partition);
+                          const PartitionMetadata& partition);
+
+/// The same for one that keeps its bytes as they were read.
+void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkParsedGroup& set);
 
 }  // namespace Vantor::XMLBuilder

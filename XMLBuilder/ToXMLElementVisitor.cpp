@@ -103,8 +103,7 @@ void ToXMLElementVisitor::writeBeside(const Types::Reference& reference, const P
   const MetadataSet& target = *targets.front();
   if (target.definition() == nullptr) {
     appendDangling(document_, property, reference);
-    writeDarkMetadataSet(document_, document_.lastFloatingContainer(), target, partition_);
-    return;
+    return writeDark(target);
   }
   const QualifiedName name{referenceName(target, targets.size()),
                            target.definition()->extensionAttribute(MetaMetadata::kXMLNamespaceURI)};
@@ -113,6 +112,15 @@ void ToXMLElementVisitor::writeBeside(const Types::Reference& reference, const P
   if (!isStrong || (!isStructural && options_.excludeNonStructural)) return;
   ToXMLMetadataSetVisitor writer(*setElement_.getParentNode(), partition_, options_, document_, written_);
   target.accept(writer);
+}
+
+void ToXMLElementVisitor::writeDark(const MetadataSet& set) {
+  auto& container = document_.lastFloatingContainer();
+  if (const auto* group = dynamic_cast<const DarkParsedGroup*>(&set)) {
+    writeDarkMetadataSet(document_, container, *group);
+  } else {
+    writeDarkMetadataSet(document_, container, set, partition_);
+  }
 }
 
 }  // namespace Vantor::XMLBuilder

@@ -34,6 +34,8 @@ class ToXMLElementVisitor : public Metadata::Visitors::ElementVisitor {
   void writeBeside(const Types::Reference& reference, const PartitionMetadata::Sets& targets, bool isStructural,
                    xercesc::DOMElement& property);
 
+  void writeDark(const MetadataSet& set);
+
   PartitionMetadata& partition_;
   xercesc::DOMElement& setElement_;
   ReferenceOptions options_;

@@ -38,8 +38,8 @@ void ToXMLMetadataSetVisitor::visit(const MetadataSet& set) {
   const WrittenSets::Level level(written_, set);
   if (set.definition() != nullptr) {
     writeKnownSet(set);
-  } else if (dynamic_cast<const DarkParsedGroup*>(&set) != nullptr) {
-    writeDarkGroup(set);
+  } else if (const auto* group = dynamic_cast<const DarkParsedGroup*>(&set)) {
+    writeDarkGroup(*group);
   }
 }
 
@@ -62,10 +62,10 @@ void ToXMLMetadataSetVisitor::writeProperty(const Element& property, xercesc::DO
   property.accept(visitor, options_.nestStrongReferences, options_.excludeNonStructural);
 }
 
-void ToXMLMetadataSetVisitor::writeDarkGroup(const MetadataSet& set) {
+void ToXMLMetadataSetVisitor::writeDarkGroup(const DarkParsedGroup& group) {
   document_.namespaces().insertIfUnbound(Vocabulary::kTypesURI, Vocabulary::kTypesPrefix);
   document_.namespaces().insertIfUnbound(Vocabulary::kGroupsURI, Vocabulary::kGroupsPrefix);
-  writeDarkMetadataSet(document_, document_.lastFloatingContainer(), set, partition_);
+  writeDarkMetadataSet(document_, document_.lastFloatingContainer(), group);
 }
 
 }  // namespace Vantor::XMLBuilder

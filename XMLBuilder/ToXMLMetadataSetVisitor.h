@@ -28,7 +28,7 @@ class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
 
  private:
   void writeKnownSet(const MetadataSet& set);
-  void writeDarkGroup(const MetadataSet& set);
+  void writeDarkGroup(const DarkParsedGroup& group);
   xercesc::DOMElement& appendSetElement(const MetaMetadata::MetaMetadataSet& definition);
   void writeProperty(const Element& property, xercesc::DOMElement& element);
 

@@ -3,11 +3,14 @@
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ReferenceElement.h"
 #include "Core/Metadata/SimpleElement.h"
+#include "Core/Platform/Exceptions.h"
 #include "Core/Types/Factories.h"
 
 namespace Vantor {
 
 namespace {
+
+constexpr const char* kSource = "Core/Metadata/ElementFactory";
 
 using Types::Identifiers::Identifier;
 
@@ -26,9 +29,17 @@ auto_ptr<Element> makeCollectionElement(AttributeHandle attribute,
   return std::make_unique<BatchElement>(std::move(attribute));
 }
 
-template <class To, class From>
-auto_ptr<To> downcast(auto_ptr<From> from) {
-  return auto_ptr<To>(dynamic_cast<To*>(from.release()));
+/// Hands a value over as what its definition demands.
+template <class To>
+auto_ptr<To> downcast(auto_ptr<Types::SimpleDataType> value) {
+  auto* wanted = dynamic_cast<To*>(value.get());
+  if (wanted == nullptr && value != nullptr) {
+    throw Exceptions::InvalidFormat(std::string("a property of another type cannot hold a value of type ") +
+                                        Types::Identifiers::name(value->identifier()),
+                                    kSource, __LINE__);
+  }
+  value.release();  // NOLINT(bugprone-unused-return-value): it is `wanted`
+  return auto_ptr<To>(wanted);
 }
 
 /// Stores a decoded value where the kind of the property keeps it.
