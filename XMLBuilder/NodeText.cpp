@@ -19,6 +19,20 @@ bool isIgnored(const DOMNode& node, BlankText blankText) {
          std::u16string_view(node.getNodeValue()).find_first_not_of(kXMLWhiteSpace) == std::u16string_view::npos;
 }
 
+bool isText(const DOMNode& node) {
+  return node.getNodeType() != DOMNode::COMMENT_NODE && node.getNodeType() != DOMNode::PROCESSING_INSTRUCTION_NODE;
+}
+
+void appendTextContent(const DOMNode& node, BlankText blankText, wstring& text) {
+  if (node.getNodeType() != DOMNode::ELEMENT_NODE) {
+    text += XMLUtils::utf16ToWstring(node.getNodeValue());
+    return;
+  }
+  for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
+    if (isText(*child) && !isIgnored(*child, blankText)) appendTextContent(*child, blankText, text);
+  }
+}
+
 }  // namespace
 
 const DOMNode* firstChild(const DOMNode& node, BlankText blankText) {
@@ -28,13 +42,8 @@ const DOMNode* firstChild(const DOMNode& node, BlankText blankText) {
 }
 
 wstring textContent(const DOMNode& node, BlankText blankText) {
-  if (node.getNodeType() != DOMNode::ELEMENT_NODE) return XMLUtils::utf16ToWstring(node.getTextContent());
   wstring text;
-  for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
-    const bool isText =
-        child->getNodeType() != DOMNode::COMMENT_NODE && child->getNodeType() != DOMNode::PROCESSING_INSTRUCTION_NODE;
-    if (isText && !isIgnored(*child, blankText)) text += textContent(*child, blankText);
-  }
+  appendTextContent(node, blankText, text);
   return text;
 }
 

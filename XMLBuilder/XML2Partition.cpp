@@ -1,8 +1,10 @@
 #include "XML2Partition.h"
 
+#include <limits>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMLSParser.hpp>
 
+#include "Core/Platform/Exceptions.h"
 #include "XMLBuilder/DarkMetadataSetReader.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
@@ -57,6 +59,10 @@ ImportedSets getPartitionMetadataFromBuffer(const uint8* buffer, uint32 size, Pa
 
 ImportedSets getPartitionMetadataFromString(const wstring& text, PartitionMetadata* partition) {
   const auto import = [&] {
+    if (text.size() > std::numeric_limits<uint32>::max() / sizeof(char16_t)) {
+      throw Exceptions::InvalidLength(std::string("the text of the document is longer than 4 GiB"), kSource,
+                                      kStringLine);
+    }
     const XMLUtils::UnicodeString string(text);
     return getPartitionMetadataFromBuffer(reinterpret_cast<const uint8*>(string.utf16()),
                                           static_cast<uint32>(string.utf16Size()), partition);
