@@ -43,6 +43,10 @@ function(vantor_configure_library target name)
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR})
   target_compile_features(${target} PUBLIC cxx_std_17)
+  if(MSVC)
+    # std::auto_ptr is part of the exported interface; C++17 took it out of the standard.
+    target_compile_definitions(${target} PUBLIC _HAS_AUTO_PTR_ETC=1)
+  endif()
   target_include_directories(${target} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vantor>)
