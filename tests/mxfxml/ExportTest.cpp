@@ -1,0 +1,264 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMLSParser.hpp>
+
+#include "ChangedSample.h"
+#include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Types/UUID.h"
+#include "Program.h"
+#include "ScratchFolder.h"
+#include "XMLBuilder.h"
+#include "XMLUtils/DomToBuffer.h"
+#include "XMLUtils/LoadDocument.h"
+
+namespace Vantor::Tool {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+using XMLUtils::EncodingType;
+
+constexpr bool kNested = true;
+constexpr bool kBeside = false;
+
+struct Options {
+  bool nestStrongReferences = kNested;
+  bool excludeNonStructural = false;
+  EncodingType encoding = EncodingType::kUTF8Indented;
+  MXF::PartitionChoice partition = {};
+};
+
+/// What the libraries make of a file.
+std::string exported(const std::string& path, const Options& options = {}) {
+  const auto metadata = MXF::readHeaderMetadata(path, builtInDictionary(), options.partition);
+  const auto document =
+      XMLBuilder::partition2XML(metadata.get(), options.nestStrongReferences, options.excludeNonStructural);
+  std::string bytes;
+  XMLUtils::domToBytes(document.get(), bytes, options.encoding);
+  return bytes;
+}
+
+void expectOutput(const std::vector<std::string>& arguments, const std::string& xml) {
+  const Result result = run(arguments);
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out, xml);
+}
+
+void expectFailure(const std::vector<std::string>& arguments, const std::string& message) {
+  const Result result = run(arguments);
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "mxfxml: " + arguments[1] + ": " + message + "\n");
+}
+
+std::string keyBytes(const wstring& dotted) {
+  const Types::UUID octets(dotted, kDottedForm);
+  return std::string(reinterpret_cast<const char*>(octets.rawBuffer()), 16);
+}
+
+const wstring kPrefaceKey = u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00";
+const wstring kOtherKey = u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.FE.00";
+
+TEST(Export, WritesIndentedUTF8FromThePrefaceByDefault) {
+  const Result result = run({"export", sample("op1a.mxf")});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out, StartsWith(R"(<?xml version="1.0" encoding="UTF-8"?>
+<s377m:MetadataSets xmlns:)"));
+  EXPECT_THAT(result.out, HasSubstr(R"(
+  <s377m:Preface rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.0B.00.00.00.00">
+)"));
+  EXPECT_THAT(result.out, HasSubstr(R"(
+    <rp210:ContentStorageObject>
+      <s377m:ContentStorage rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.0D.00.00.00.00">
+)"));
+  EXPECT_EQ(result.out, exported(sample("op1a.mxf")));
+}
+
+TEST(Export, WritesSetsBesideEachOtherWhenFlat) {
+  const Result result = run({"export", sample("op1a.mxf"), "--flat"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out, HasSubstr("\n  <s377m:ContentStorage rp210:InstanceUID="));
+  EXPECT_THAT(result.out, HasSubstr("<s377m:ContentStorage_REF "));
+  EXPECT_EQ(result.out, exported(sample("op1a.mxf"), {kBeside}));
+}
+
+TEST(Export, LeavesOutOtherThanStructuralSetsOnRequest) {
+  const std::string input = sample("libmxf-writeaviddv50.header.mxf");
+  for (const bool nested : {kNested, kBeside}) {
+    std::vector<std::string> arguments = {"export", input, "--structural-only"};
+    if (!nested) arguments.emplace_back("--flat");
+    expectOutput(arguments, exported(input, {nested, true}));
+  }
+  EXPECT_NE(exported(input, {kNested, true}), exported(input, {kNested, false}));
+}
+
+TEST(Export, WritesUTF16WithAByteOrderMark) {
+  const Result result = run({"export", sample("op1a.mxf"), "--encoding", "utf-16"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.out.substr(0, 6), std::string("\xFF\xFE<\0?\0", 6));
+  const auto parser = XMLUtils::createParser();
+  const auto* document =
+      XMLUtils::loadDocumentFromBuffer(reinterpret_cast<const uint8*>(result.out.data()), result.out.size(), *parser);
+  std::string readBack;
+  XMLUtils::domToBytes(document, readBack, EncodingType::kUTF8Indented);
+  EXPECT_EQ(readBack, exported(sample("op1a.mxf")));
+}
+
+TEST(Export, TakesUTF8AsTheNameOfTheDefault) {
+  expectOutput({"export", sample("op1a.mxf"), "--encoding", "utf-8"}, exported(sample("op1a.mxf")));
+}
+
+TEST(Export, ReadsTheChosenPartition) {
+  // The header's "Material package" stays, the footer's is renamed.
+  const ChangedSample renamed("gst-audio-ac3.mxf", std::string("\0M\0a\0t\0e", 8), std::string("\0C\0o\0o\0k", 8));
+  const std::string input = renamed.path();
+  const auto partition = MXF::PartitionChoice::footer();
+  const std::string footer = exported(input, {kNested, false, EncodingType::kUTF8Indented, partition});
+  EXPECT_THAT(footer, HasSubstr("<rp210:PackageName>Cookrial package</rp210:PackageName>"));
+  EXPECT_THAT(exported(input), HasSubstr("<rp210:PackageName>Material package</rp210:PackageName>"));
+  expectOutput({"export", input, "--partition", "footer"}, footer);
+  expectOutput({"export", input, "--partition", "2"}, footer);
+  expectOutput({"export", input, "--partition", "header"}, exported(input));
+  expectOutput({"export", input, "--partition", "0"}, exported(input));
+  expectOutput({"export", input}, exported(input));
+}
+
+TEST(Export, NamesThePartitionThatIsNotThere) {
+  const std::string input = sample("gst-audio-ac3.mxf");
+  expectFailure({"export", input, "--partition", "1"}, "at byte offset 3553: the partition has no header metadata");
+  expectFailure({"export", input, "--partition", "3"}, "the file has no partition 3, only 3, counted from 0");
+  expectFailure({"export", sample("ffmpeg-mpeg2-pipe-unfinished.mxf"), "--partition", "9"},
+                "the file has no partition 9, only 3, counted from 0");
+}
+
+TEST(Export, StartsFromTheSetWithAnInstanceUID) {
+  for (const char* text :
+       {"AD.AB.44.24.2F.25.4D.C7.92.FF.00.04.00.00.00.00", "ad.ab.44.24.2f.25.4d.c7.92.ff.00.04.00.00.00.00",
+        "urn:uuid:adab4424-2f25-4dc7-92ff-000400000000", "adab4424-2f25-4dc7-92ff-000400000000",
+        "ADAB4424-2F25-4DC7-92FF-000400000000"}) {
+    const Result result = run({"export", sample("op1a.mxf"), "--start", text});
+    EXPECT_EQ(result.exitCode, 0) << text;
+    EXPECT_THAT(result.out, HasSubstr(R"(>
+  <s377m:Timecode rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.04.00.00.00.00">
+)")) << text;
+  }
+}
+
+TEST(Export, StartsFromTheFirstSetOfAName) {
+  const Result result = run({"export", sample("op1a.mxf"), "--start", "TimelineTrack"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out, HasSubstr(R"(>
+  <s377m:TimelineTrack rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.00">
+    <rp210:TrackID>1</rp210:TrackID>
+)"));
+}
+
+TEST(Export, StartsFromTheFirstOfSeveralSetsWithOneInstanceUID) {
+  const ChangedSample twins("op1a.mxf", keyBytes(u"AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.01"),
+                            keyBytes(u"AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.00"));
+  const std::string id = "adab4424-2f25-4dc7-92ff-000900000000";
+  const Result result = run({"export", twins.path(), "--start", id});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out, HasSubstr(R"(>
+  <s377m:TimelineTrack rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.00">
+    <rp210:TrackID>1</rp210:TrackID>
+)"));
+}
+
+TEST(Export, NamesTheStartThatIsNotThere) {
+  const std::string input = sample("op1a.mxf");
+  expectFailure({"export", input, "--start", "Dance"}, "no set of the partition is named 'Dance'");
+  expectFailure({"export", input, "--start", "timecode"}, "no set of the partition is named 'timecode'");
+  expectFailure({"export", input, "--start", ""}, "no set of the partition is named ''");
+  expectFailure({"export", input, "--start", "00000000-0000-4000-8000-000000000000"},
+                "no set of the partition has the InstanceUID '00000000-0000-4000-8000-000000000000'");
+}
+
+TEST(Export, StartsFromASetThatTheDictionaryDoesNotKnow) {
+  const ChangedSample dark("op1a.mxf", keyBytes(kPrefaceKey), keyBytes(kOtherKey));
+  const Result result = run({"export", dark.path(), "--start", "AD.AB.44.24.2F.25.4D.C7.92.FF.00.0B.00.00.00.00"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out,
+              HasSubstr(" groups:Key=\"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.FE.00\">3C0A0010ADAB4424"));
+}
+
+TEST(Export, SaysThatAPartitionHasNoPreface) {
+  const ChangedSample headless("op1a.mxf", keyBytes(kPrefaceKey), keyBytes(kOtherKey));
+  expectFailure({"export", headless.path()}, "the header partition has no Preface to start from");
+  EXPECT_EQ(run({"export", headless.path(), "--start", "Identification"}).exitCode, 0);
+}
+
+TEST(Export, TellsWhereAFileStopsBeingMXF) {
+  const ScratchFolder folder;
+  const std::string whole = readFile(sample("op1a.mxf"));
+  writeFile(folder.path("cut.mxf"), whole.substr(0, 3000));
+  expectFailure({"export", folder.path("cut.mxf")},
+                "at byte offset 2997: expected 92 bytes of set ContentStorage, found 3 to the end of the file");
+  writeFile(folder.path("text.mxf"), "Dear Sir or Madam");
+  expectFailure({"export", folder.path("text.mxf")},
+                "this is no MXF file: no partition pack among its first 65,536 bytes");
+  writeFile(folder.path("empty.mxf"), "");
+  expectFailure({"export", folder.path("empty.mxf")},
+                "this is no MXF file: no partition pack among its first 65,536 bytes");
+}
+
+TEST(Export, TellsWhyAFileCannotBeRead) {
+  const ScratchFolder folder;
+  const std::string missing = folder.path("missing.mxf");
+  expectFailure({"export", missing}, "cannot open '" + missing + "': No such file or directory");
+  expectFailure({"export", folder.path().string()}, "cannot read '" + folder.path().string() + "': Is a directory");
+}
+
+TEST(Export, ReportsAFileNameWithControlCharactersOnOneLine) {
+  const Result result = run({"export", "no\nsuch\x1b[31mfile"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "mxfxml: no?such?[31mfile: cannot open 'no?such?[31mfile': No such file or directory\n");
+}
+
+TEST(Export, TakesFileNamesOutsideASCII) {
+  const ScratchFolder folder;
+  const std::string input = folder.path("Übung 実験 🎞.mxf");
+  const std::string output = folder.path("Ergebnis – 結果.xml");
+  writeFile(input, readFile(sample("op1a.mxf")));
+  const Result result = run({"export", input, "-o", output});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(readFile(output), exported(sample("op1a.mxf")));
+}
+
+TEST(Export, TakesFileNamesThatLookLikeOptionsOrSubcommands) {
+  const ScratchFolder folder;
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path());
+  for (const char* name : {"-dash.mxf", "info", "export"}) {
+    writeFile(name, readFile(sample("op1a.mxf")));
+    const Result result = run({"export", "--flat", "--", name});
+    EXPECT_EQ(result.exitCode, 0) << name << result.err;
+  }
+  EXPECT_EQ(run({"export", "info"}).exitCode, 0);
+  std::filesystem::current_path(before);
+}
+
+// A sanitizer reserves more address space than any limit leaves.
+#ifndef VANTOR_SANITIZED
+TEST(Export, ReportsThatThereIsNotEnoughMemory) {
+  const ScratchFolder folder;
+  std::string start = readFile(sample("op1a.mxf")).substr(0, 3000);
+  const auto preface = start.find(keyBytes(kPrefaceKey));
+  constexpr std::uintmax_t kValueSize = 900'000'000;
+  start = start.substr(0, preface) + keyBytes(kOtherKey) + std::string("\x84\x35\xA4\xE9\x00", 5);
+  writeFile(folder.path("large.mxf"), start);
+  std::filesystem::resize_file(folder.path("large.mxf"), start.size() + kValueSize);
+  const Result result = runLimited("ulimit -v 600000", {"export", folder.path("large.mxf")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "mxfxml: " + folder.path("large.mxf") + ": there is not enough memory\n");
+}
+#endif
+
+}  // namespace
+}  // namespace Vantor::Tool

@@ -1,0 +1,108 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ChangedSample.h"
+#include "Program.h"
+#include "ScratchFolder.h"
+
+namespace Vantor::Tool {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+TEST(Info, PrintsPartitionsAndSets) {
+  const Result result = run({"info", sample("gst-audio-ac3.mxf")});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out, R"(  size                 10608 bytes
+  MXF version          1.2
+  operational pattern  OP1a  06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00
+  essence container    06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40.01
+
+partitions: 3, as the random index pack lists them
+  no  kind    status           offset  header bytes  index bytes  index SID  body SID  body offset
+   0  header  closed complete       0          3432            0          0         0            0
+   1  body    closed complete    3553             0            0          0         1            0
+   2  footer  closed complete    6822          3432          176          2         0            0
+
+sets in the header partition: 19
+  1  ContentStorage
+  1  EssenceData
+  1  Identification
+  1  MaterialPackage
+  1  Preface
+  4  Sequence
+  1  SoundDescriptor
+  2  SourceClip
+  1  SourcePackage
+  2  Timecode
+  4  TimelineTrack
+
+dark sets: 0
+unknown properties: 0
+misplaced properties: 0
+)");
+}
+
+TEST(Info, CountsDarkSetsByKey) {
+  const Result result = run({"info", sample("libmxf-writeaviddv50.header.mxf")});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out, AllOf(HasSubstr("OP-Atom  06.0E.2B.34.04.01.01.02.0D.01.02.01.10.02.00.00\n"),
+                                HasSubstr("sets in the header partition: 437\n"),
+                                HasSubstr("dark sets: 2\n"
+                                          "  1  80.53.08.00.36.21.08.04.B3.B3.98.A5.1C.90.11.D4\n"
+                                          "  1  96.13.B3.8A.87.34.87.46.F1.02.96.F0.56.E0.4D.2A\n"
+                                          "unknown properties: 3\n")));
+}
+
+TEST(Info, CountsPropertiesThatTheirSetsDoNotList) {
+  const std::string objectModelVersion("\x3B\x07\x00\x04\x00\x00\x00\x01", 8);  // in the Preface
+  const std::string trackID("\x48\x01\x00\x04\x00\x00\x00\x01", 8);
+  const std::string nothing("\xFF\xF0\x00\x04\x00\x00\x00\x01", 8);
+  EXPECT_THAT(run({"info", sample("op1a.mxf")}).out, HasSubstr("unknown properties: 0\nmisplaced properties: 0\n"));
+  const ChangedSample misplaced("op1a.mxf", objectModelVersion, trackID);
+  EXPECT_THAT(run({"info", misplaced.path()}).out, HasSubstr("unknown properties: 0\nmisplaced properties: 1\n"));
+  const ChangedSample unknown("op1a.mxf", objectModelVersion, nothing);
+  EXPECT_THAT(run({"info", unknown.path()}).out, HasSubstr("unknown properties: 1\nmisplaced properties: 0\n"));
+}
+
+TEST(Info, CountsTheSetsOfTheChosenPartition) {
+  const Result footer = run({"info", sample("gst-audio-ac3.mxf"), "--partition", "footer"});
+  EXPECT_EQ(footer.exitCode, 0);
+  EXPECT_THAT(footer.out, HasSubstr("\nsets in the footer partition: 19\n"));
+  EXPECT_THAT(run({"info", sample("gst-audio-ac3.mxf"), "--partition", "2"}).out,
+              HasSubstr("\nsets in partition 2: 19\n"));
+}
+
+TEST(Info, TellsHowFarADamagedFileIsSound) {
+  const ScratchFolder folder;
+  const std::string runIn = "12345";
+  const std::string whole = readFile(sample("gst-audio-ac3.mxf"));
+  writeFile(folder.path("cut.mxf"), runIn + whole.substr(0, 6000));
+  const Result result = run({"info", folder.path("cut.mxf")});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.out,
+              AllOf(HasSubstr("\n  run-in               5 bytes\n"), HasSubstr("  sound up to          offset "),
+                    HasSubstr("partitions: 2, as a walk through the file met them\n")));
+}
+
+TEST(Info, PrintsNothingOfAFileThatItCannotReadToTheEnd) {
+  const ScratchFolder folder;
+  writeFile(folder.path("cut.mxf"), readFile(sample("op1a.mxf")).substr(0, 3000));
+  const Result result = run({"info", folder.path("cut.mxf")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "mxfxml: " + folder.path("cut.mxf") +
+                            ": at byte offset 2997: expected 92 bytes of set ContentStorage, found 3 to the end of the "
+                            "file\n");
+}
+
+TEST(Info, FailsWhenItsTextCannotBeWritten) {
+  const Result result = run({"info", sample("op1a.mxf")}, Out::kFullDevice);
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("op1a.mxf: cannot write to standard output: No space left on device\n"));
+}
+
+}  // namespace
+}  // namespace Vantor::Tool

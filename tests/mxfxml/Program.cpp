@@ -1,0 +1,106 @@
+#include "Program.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <stdexcept>
+
+#include "ScratchFolder.h"
+
+extern char** environ;
+
+namespace Vantor::Tool {
+
+namespace {
+
+class FileActions {
+ public:
+  FileActions() { posix_spawn_file_actions_init(&actions_); }
+  ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
+  FileActions(const FileActions&) = delete;
+  FileActions& operator=(const FileActions&) = delete;
+
+  void open(int descriptor, const std::string& path, int mode) {
+    posix_spawn_file_actions_addopen(&actions_, descriptor, path.c_str(), mode, 0600);
+  }
+  void close(int descriptor) { posix_spawn_file_actions_addclose(&actions_, descriptor); }
+  void duplicate(int from, int to) { posix_spawn_file_actions_adddup2(&actions_, from, to); }
+  const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+ private:
+  posix_spawn_file_actions_t actions_;
+};
+
+/// A pipe whose reading end is closed.
+class DeadPipe {
+ public:
+  DeadPipe() {
+    std::array<int, 2> ends{};
+    if (::pipe(ends.data()) != 0) throw std::runtime_error("pipe");
+    ::close(ends[0]);
+    writer_ = ends[1];
+  }
+  ~DeadPipe() { ::close(writer_); }
+  DeadPipe(const DeadPipe&) = delete;
+  DeadPipe& operator=(const DeadPipe&) = delete;
+  int writer() const { return writer_; }
+
+ private:
+  int writer_;
+};
+
+int waitFor(pid_t child) {
+  int status = 0;
+  if (::waitpid(child, &status, 0) != child) throw std::runtime_error("waitpid");
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+int spawn(std::vector<std::string> command, const FileActions& actions) {
+  std::vector<char*> arguments;
+  for (std::string& argument : command) arguments.push_back(argument.data());
+  arguments.push_back(nullptr);
+  pid_t child = 0;
+  if (posix_spawn(&child, arguments[0], actions.get(), nullptr, arguments.data(), environ) != 0) {
+    throw std::runtime_error("cannot start " + command[0]);
+  }
+  return waitFor(child);
+}
+
+Result runCommand(const std::vector<std::string>& command, Out out, Err err) {
+  const ScratchFolder folder;
+  const std::string outPath = folder.path("stdout");
+  const std::string errPath = folder.path("stderr");
+  const DeadPipe pipe;
+  FileActions actions;
+  actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  if (out == Out::kCaptured) actions.open(STDOUT_FILENO, outPath, O_WRONLY | O_CREAT);
+  if (out == Out::kFullDevice) actions.open(STDOUT_FILENO, "/dev/full", O_WRONLY);
+  if (out == Out::kPipeWithoutReader) actions.duplicate(pipe.writer(), STDOUT_FILENO);
+  if (out == Out::kClosed) actions.close(STDOUT_FILENO);
+  if (err == Err::kCaptured) actions.open(STDERR_FILENO, errPath, O_WRONLY | O_CREAT);
+  if (err == Err::kClosed) actions.close(STDERR_FILENO);
+  const int exitCode = spawn(command, actions);
+  return {exitCode, out == Out::kCaptured ? readFile(outPath) : "", err == Err::kCaptured ? readFile(errPath) : ""};
+}
+
+}  // namespace
+
+Result run(const std::vector<std::string>& arguments, Out out, Err err) {
+  std::vector<std::string> command = {VANTOR_MXFXML};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  return runCommand(command, out, err);
+}
+
+Result runLimited(const std::string& limit, const std::vector<std::string>& arguments) {
+  std::vector<std::string> command = {"/bin/sh", "-c", limit + " && exec \"$0\" \"$@\"", VANTOR_MXFXML};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  return runCommand(command, Out::kCaptured, Err::kCaptured);
+}
+
+std::string sample(const std::string& name) { return std::string(VANTOR_TEST_DATA_DIR) + "/" + name; }
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,48 @@
+#include "CommonOptions.h"
+
+#include "Core/Platform/Exceptions.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+std::string whyNoPartition(const std::string& text) {
+  try {
+    MXF::PartitionChoice::parse(text);
+  } catch (const Exceptions::InvalidFormat& error) {
+    return error.what();
+  }
+  return {};
+}
+
+std::string whyNoFileName(const std::string& text) { return text.empty() ? "the file name is empty" : ""; }
+
+}  // namespace
+
+void addInput(CLI::App& command, Path& input, const std::string& description) {
+  const auto take = [&input](const std::string& text) { input = std::filesystem::u8path(text); };
+  command.add_option_function<std::string>("INPUT", take, description)->required()->type_name("")->check(whyNoFileName);
+}
+
+void addOutput(CLI::App& command, std::optional<Path>& output) {
+  const auto take = [&output](const std::string& text) { output = std::filesystem::u8path(text); };
+  command.add_option_function<std::string>("-o,--output", take, "Write to this file instead of standard output")
+      ->type_name("FILE")
+      ->check(whyNoFileName);
+}
+
+void addPartition(CLI::App& command, MXF::PartitionChoice& choice) {
+  const auto take = [&choice](const std::string& text) { choice = MXF::PartitionChoice::parse(text); };
+  command
+      .add_option_function<std::string>(
+          "--partition", take,
+          "header (default), footer, or a number in file order\nfrom 0, which is the header partition")
+      ->type_name("WHICH")
+      ->check(whyNoPartition);
+}
+
+std::string describe(const MXF::PartitionChoice& choice) {
+  return choice.kind() == MXF::PartitionChoice::Kind::kNumber ? choice.name() : "the " + choice.name();
+}
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <optional>
+#include <string>
+
+#include "Core/MXF/PartitionChoice.h"
+#include "Core/Platform/Path.h"
+
+/// Options that several subcommands have. Each variable is filled during parsing and has to live that long.
+namespace Vantor::Tool {
+
+/// A required file name in the place of the first positional argument.
+void addInput(CLI::App& command, Path& input, const std::string& description);
+
+/// -o, --output; none stands for standard output.
+void addOutput(CLI::App& command, std::optional<Path>& output);
+
+/// --partition header|footer|N; left as it is when the option is not given.
+void addPartition(CLI::App& command, MXF::PartitionChoice& choice);
+
+/// How text tells of the chosen partition: "the header partition", "the footer partition" or "partition 2".
+std::string describe(const MXF::PartitionChoice& choice);
+
+}  // namespace Vantor::Tool

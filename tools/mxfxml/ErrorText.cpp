@@ -1,0 +1,56 @@
+#include "ErrorText.h"
+
+#include <algorithm>
+#include <new>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include "Core/Platform/Strings.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+template <class XercesException>
+std::string messageOf(const XercesException& exception) {
+  return Utils::wstringToString(XMLUtils::utf16ToWstring(exception.getMessage()));
+}
+
+bool isControl(char character) {
+  const auto octet = static_cast<unsigned char>(character);
+  return octet < 0x20 || octet == 0x7F;
+}
+
+constexpr const char* kNoMemory = "there is not enough memory";
+
+}  // namespace
+
+std::string currentExceptionText() {
+  try {
+    throw;
+  } catch (const xercesc::OutOfMemoryException&) {
+    return kNoMemory;
+  } catch (const xercesc::XMLException& exception) {
+    return messageOf(exception);
+  } catch (const xercesc::SAXException& exception) {
+    return messageOf(exception);
+  } catch (const xercesc::DOMException& exception) {
+    return messageOf(exception);
+  } catch (const std::bad_alloc&) {
+    return kNoMemory;
+  } catch (const std::exception& exception) {
+    return exception.what();
+  } catch (...) {
+    return "an error of an unknown kind";
+  }
+}
+
+std::string oneLine(std::string text) {
+  std::replace_if(text.begin(), text.end(), isControl, '?');
+  return text;
+}
+
+}  // namespace Vantor::Tool

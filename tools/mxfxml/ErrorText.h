@@ -1,0 +1,22 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace Vantor::Tool {
+
+/// What a subcommand cannot do, in words for the user.
+class CommandError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The message, in UTF-8, of the exception that is being handled: of the libraries, of Xerces or any other.
+/// To be called in a catch clause.
+std::string currentExceptionText();
+
+/// The text with every control character replaced by a question mark, so that a message with a file name of any kind
+/// stays on one line.
+std::string oneLine(std::string text);
+
+}  // namespace Vantor::Tool

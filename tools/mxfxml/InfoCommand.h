@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Command.h"
+#include "Core/MXF/PartitionChoice.h"
+
+namespace Vantor::Tool {
+
+/// `mxfxml info`: prints the partitions of a file and what sets the metadata of one of them has.
+class InfoCommand final : public Command {
+ public:
+  explicit InfoCommand(CLI::App& program);
+  void run() const override;
+
+ private:
+  MXF::PartitionChoice partition_;
+};
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,54 @@
+#include "StandardStreams.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <system_error>
+
+#include "Core/Platform/Exceptions.h"
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#else
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace Vantor::Tool {
+
+#ifdef _WIN32
+
+void prepareStandardStreams() { _setmode(_fileno(stdout), _O_BINARY); }
+
+#else
+
+namespace {
+
+// The system gives the lowest free number to the next file opened. Occupied for the other direction, the number of a
+// closed stream neither goes to a file of ours nor takes what is written to the stream.
+void occupyIfClosed(int descriptor, int mode) {
+  if (::fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) static_cast<void>(::open("/dev/null", mode));
+}
+
+}  // namespace
+
+void prepareStandardStreams() {
+  occupyIfClosed(STDIN_FILENO, O_WRONLY);
+  occupyIfClosed(STDOUT_FILENO, O_RDONLY);
+  occupyIfClosed(STDERR_FILENO, O_RDONLY);
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+#endif
+
+void writeStandardOutput(const std::string& bytes) {
+  errno = 0;
+  const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
+  if (isWritten && std::fflush(stdout) == 0) return;
+  throw Exceptions::IOError("cannot write to standard output: " + std::generic_category().message(errno),
+                            "tools/mxfxml/StandardStreams", __LINE__);
+}
+
+}  // namespace Vantor::Tool

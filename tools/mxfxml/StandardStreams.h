@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace Vantor::Tool {
+
+/// To be called first. Standard output then takes bytes as they are; a pipe that nobody reads and a file that exceeds
+/// the caller's limit make a write fail instead of ending the process, which would leave a temporary file behind; and a
+/// standard stream that the caller closed is not confused with the first file opened.
+void prepareStandardStreams();
+
+/// Writes everything and makes sure that the system took it.
+/// @throws Exceptions::IOError with the system's reason, such as a full disk, a closed pipe or a closed stream.
+void writeStandardOutput(const std::string& bytes);
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,30 @@
+#include "TextTable.h"
+
+#include <algorithm>
+
+namespace Vantor::Tool {
+
+std::vector<std::size_t> TextTable::widths() const {
+  std::vector<std::size_t> widths(columns_.size());
+  for (const Row& row : rows_) {
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+  }
+  return widths;
+}
+
+std::string TextTable::text() const {
+  const auto widths = this->widths();
+  std::string text;
+  for (const Row& row : rows_) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const std::string padding(widths[i] - row[i].size(), ' ');
+      line += "  " + (columns_[i] == Align::kRight ? padding + row[i] : row[i] + padding);
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    text += line + '\n';
+  }
+  return text;
+}
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,102 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ErrorText.h"
+#include "ExitCode.h"
+#include "ExportCommand.h"
+#include "InfoCommand.h"
+#include "StandardStreams.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+constexpr const char* kProgramName = "mxfxml";
+
+void printError(const std::string& message) {
+  std::fputs((std::string(kProgramName) + ": " + oneLine(message) + "\n").c_str(), stderr);
+}
+
+int runCommand(const Command& command) {
+  try {
+    command.run();
+    return kSuccess;
+  } catch (...) {
+    printError(command.input().u8string() + ": " + currentExceptionText());
+    return kFailure;
+  }
+}
+
+int refuse(const CLI::App& program, const std::string& reason) {
+  std::string help = kProgramName;
+  for (const CLI::App* chosen : program.get_subcommands()) help += " " + chosen->get_name();
+  printError(reason + "; see " + help + " --help");
+  return kWrongUsage;
+}
+
+void describeProgram(CLI::App& program) {
+  program.description("Turns the header metadata of MXF files into XML.");
+  program.footer("Exit codes: 0 done, 1 something is wrong with a file, 2 wrong usage.");
+  program.set_version_flag("--version", std::string(kProgramName) + " " + VANTOR_VERSION, "Print the version");
+  program.require_subcommand(1);
+  program.allow_windows_style_options(false);
+}
+
+/// @return the exit code when nothing is left to do; none when a subcommand is to be run.
+std::optional<int> parse(CLI::App& program, std::vector<std::string> arguments) {
+  try {
+    // The parser takes arguments from the end of the list.
+    std::reverse(arguments.begin(), arguments.end());
+    program.parse(std::move(arguments));
+    return std::nullopt;
+  } catch (const CLI::CallForHelp&) {
+    writeStandardOutput(program.help());
+  } catch (const CLI::CallForVersion& version) {
+    writeStandardOutput(std::string(version.what()) + "\n");
+  } catch (const CLI::ParseError& error) {
+    return refuse(program, error.what());
+  }
+  return kSuccess;
+}
+
+/// @param arguments  in UTF-8, without the program's name.
+int run(std::vector<std::string> arguments) {
+  CLI::App program("", kProgramName);
+  describeProgram(program);
+  const ExportCommand exportCommand(program);
+  const InfoCommand infoCommand(program);
+  if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
+  for (const Command* command : std::vector<const Command*>{&exportCommand, &infoCommand}) {
+    if (command->isChosen()) return runCommand(*command);
+  }
+  return kWrongUsage;  // not reached: the parser demanded one of them
+}
+
+int runProgram(std::vector<std::string> arguments) {
+  try {
+    prepareStandardStreams();
+    return run(std::move(arguments));
+  } catch (...) {
+    printError(currentExceptionText());
+    return kFailure;
+  }
+}
+
+}  // namespace
+
+}  // namespace Vantor::Tool
+
+#ifdef _WIN32
+// The system's code page cannot name every file, its wide characters can.
+int wmain(int argc, wchar_t** argv) {
+  std::vector<std::string> arguments;
+  for (int i = 1; i < argc; ++i) arguments.push_back(std::filesystem::path(argv[i]).u8string());
+  return Vantor::Tool::runProgram(std::move(arguments));
+}
+#else
+int main(int argc, char** argv) { return Vantor::Tool::runProgram(std::vector<std::string>(argv + 1, argv + argc)); }
+#endif
