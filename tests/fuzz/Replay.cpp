@@ -4,10 +4,13 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <string>
+#include <string_view>
 #include <vector>
 
 /// Runs a fuzzer without libFuzzer: over each file named on the command line, or lying in a directory named there, and
-/// over copies of it that are cut short or have some bytes replaced. The damage is the same on every run.
+/// over copies of it that are cut short or have some bytes replaced, 200 of each file unless --copies=n comes before
+/// the files. The damage is the same on every run.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
@@ -15,7 +18,8 @@ namespace {
 using Input = std::vector<std::uint8_t>;
 namespace fs = std::filesystem;
 
-constexpr int kDamagedCopies = 200;
+constexpr int kUsualCopies = 200;
+constexpr std::string_view kCopiesOption = "--copies=";
 constexpr int kMostReplacedBytes = 8;
 
 Input readFile(const fs::path& path) {
@@ -39,12 +43,12 @@ Input damaged(Input input, std::mt19937& random) {
   return input;
 }
 
-void runWithDamage(const fs::path& path) {
+void runWithDamage(const fs::path& path, int copies) {
   const Input input = readFile(path);
   run(input);
   if (input.empty()) return;
   std::mt19937 random(static_cast<std::mt19937::result_type>(input.size()));
-  for (int copy = 0; copy < kDamagedCopies; ++copy) run(damaged(input, random));
+  for (int copy = 0; copy < copies; ++copy) run(damaged(input, random));
 }
 
 std::vector<fs::path> filesAt(const fs::path& path) {
@@ -58,11 +62,16 @@ std::vector<fs::path> filesAt(const fs::path& path) {
 
 int main(int argc, char** argv) {
   std::size_t count = 0;
+  int copies = kUsualCopies;
   for (int i = 1; i < argc; ++i) {
+    if (std::string_view(argv[i]).substr(0, kCopiesOption.size()) == kCopiesOption) {
+      copies = std::stoi(argv[i] + kCopiesOption.size());
+      continue;
+    }
     for (const fs::path& file : filesAt(argv[i])) {
       std::printf("%s\n", file.string().c_str());
       std::fflush(stdout);
-      runWithDamage(file);
+      runWithDamage(file, copies);
       ++count;
     }
   }
