@@ -54,8 +54,8 @@ uint16 PartitionDictionary::freeTag(uint16 preferredTag) {
 
 void PartitionDictionary::addPrimerEntry(const KLV::PrimerEntry& entry) {
   entries_.push_back(entry);
-  labels_.emplace(entry.tag, Types::UniversalLabel(entry.label));
-  tags_.emplace(versionless(entry.label), entry.tag);
+  const bool isNewTag = labels_.emplace(entry.tag, Types::UniversalLabel(entry.label)).second;
+  if (isNewTag) tags_.emplace(versionless(entry.label), entry.tag);
 }
 
 }  // namespace Vantor
