@@ -144,13 +144,13 @@ std::vector<const Element*> MetadataSet::inDefinitionOrder() const {
   for (const Element& element : *this) elements.push_back(&element);
   // The attributes of a definition stand in one array in the order of the definition.
   std::sort(elements.begin(), elements.end(), [](const Element* left, const Element* right) {
-    return std::less<const void*>()(&left->metaAttribute(), &right->metaAttribute());
+    return std::less<>()(&left->metaAttribute(), &right->metaAttribute());
   });
   for (auto at = invalidBegin(); at != invalidEnd(); ++at) elements.push_back(&*at);
   return elements;
 }
 
-std::vector<const Element*> MetadataSet::writingOrder() const {
+std::vector<const Element*> MetadataSet::inWritingOrder() const {
   auto order = readOrder_;
   const std::unordered_set<const Element*> read(readOrder_.begin(), readOrder_.end());
   for (const Element* element : inDefinitionOrder()) {
@@ -160,7 +160,7 @@ std::vector<const Element*> MetadataSet::writingOrder() const {
 }
 
 void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary& tags) const {
-  const auto elements = writingOrder();
+  const auto elements = inWritingOrder();
   const auto coding = codingFor(key_, elements);
   DataIO::Memory::MemoryDataSink body;
   for (const Element* element : elements) {

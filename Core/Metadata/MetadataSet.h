@@ -96,6 +96,9 @@ class MetadataSet {
 
   /// The present properties in the order of the definition, then the invalid ones as met.
   std::vector<const Element*> inDefinitionOrder() const;
+  /// The present properties as they are written: those that were read in the order of the file, then the others in the
+  /// order of the definition.
+  std::vector<const Element*> inWritingOrder() const;
 
   /// The set's InstanceUID; null when the property is missing or has no value.
   const Types::UUID* instanceUID() const;
@@ -104,10 +107,9 @@ class MetadataSet {
   uint8 berLength() const { return berLength_; }
   void setBerLength(uint8 octets) { berLength_ = octets; }
 
-  /// Writes key, length and the present properties: those that were read in the order of the file, then the others in
-  /// the order of the definition. A property that was not read gets its local tag from the partition, which may enter
-  /// it into the primer. A set with a value over 65,535 octets is written with coding octet 0x13
-  /// in its key.
+  /// Writes key, length and the present properties (`inWritingOrder`). A property that was not read gets its local tag
+  /// from the partition, which may enter it into the primer. A set with a value over 65,535 octets is written with
+  /// coding octet 0x13 in its key.
   virtual void serialize(DataIO::DataSink& sink, PartitionDictionary& tags) const;
 
  protected:
@@ -121,7 +123,6 @@ class MetadataSet {
   void valueChanged(const SimpleElement& element);
   Elements::iterator position(const Types::UniversalLabel& label);
   void createUnsetElements();
-  std::vector<const Element*> writingOrder() const;
 
   KLV::Key key_;
   const MetaMetadata::MetaMetadataSet* definition_;

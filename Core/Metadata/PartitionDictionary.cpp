@@ -35,6 +35,12 @@ const Types::UniversalLabel& PartitionDictionary::find(const Types::LocalTag& ta
       __LINE__);
 }
 
+uint16 PartitionDictionary::tryFindTag(const Types::UniversalLabel& label, uint16 preferredTag) const {
+  const auto found = tags_.find(versionless(label.key()));
+  if (found != tags_.end()) return found->second;
+  return labels_.count(preferredTag) == 0 ? preferredTag : uint16{0};
+}
+
 Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel& label, uint16 preferredTag) {
   const auto found = tags_.find(versionless(label.key()));
   if (found != tags_.end()) return Types::LocalTag(found->second);

@@ -22,6 +22,9 @@ class PartitionDictionary {
   /// The same, or null.
   const Types::UniversalLabel* tryFind(uint16 tag) const;
 
+  /// The tag that `findOrGenerate` would return without making one up; 0 when it would have to.
+  uint16 tryFindTag(const Types::UniversalLabel& label, uint16 preferredTag = 0) const;
+
   /// The tag that the partition uses for a label (octet 8 ignored). A label that the primer does not have gets the
   /// preferred tag while that is free, else the highest free dynamic tag (0xFFFF downwards), and is entered into the
   /// primer.

@@ -79,6 +79,15 @@ TEST_F(PartitionDictionaryTest, RunsOutOfDynamicTagsAfterAllOfThem) {
   EXPECT_EQ(tags_.findOrGenerate(labelNumber(0x7fff)), LocalTag(0x8000));
 }
 
+TEST_F(PartitionDictionaryTest, TellsATagWithoutMakingOneUp) {
+  tags_.addPrimerEntry({0x8001, labelNumber(1).key()});
+  EXPECT_EQ(tags_.tryFindTag(labelNumber(1, 0x0e), 0x4001), 0x8001);
+  EXPECT_EQ(tags_.tryFindTag(labelNumber(2)), 0);
+  EXPECT_EQ(tags_.tryFindTag(labelNumber(2), 0x4001), 0x4001);
+  EXPECT_EQ(tags_.tryFindTag(labelNumber(2), 0x8001), 0);
+  EXPECT_THAT(tags_.primerEntries(), SizeIs(1));
+}
+
 TEST_F(PartitionDictionaryTest, KeepsTheFirstMappingAndEveryEntry) {
   tags_.addPrimerEntry({0x8001, labelNumber(1).key()});
   tags_.addPrimerEntry({0x8001, labelNumber(2).key()});
@@ -92,6 +101,7 @@ TEST_F(PartitionDictionaryTest, KeepsTheFirstMappingAndEveryEntry) {
 TEST_F(PartitionDictionaryTest, GivesALabelNoTagThatMeansAnother) {
   tags_.addPrimerEntry({0x8001, labelNumber(1).key()});
   tags_.addPrimerEntry({0x8001, labelNumber(2).key()});
+  EXPECT_EQ(tags_.tryFindTag(labelNumber(2)), 0);
   EXPECT_EQ(tags_.findOrGenerate(labelNumber(2)), LocalTag(0xffff));
   EXPECT_EQ(tags_.find(LocalTag(0xffff)), labelNumber(2));
 }
