@@ -1,0 +1,352 @@
+#include "Core/Metadata/PartitionComparison.h"
+
+#include <algorithm>
+#include <optional>
+#include <unordered_map>
+
+#include "Core/KLV/BERLength.h"
+#include "Core/KLV/LocalSet.h"
+#include "Core/Metadata/CollectionElements.h"
+#include "Core/Metadata/EntryView.h"
+#include "Core/Metadata/PropertyIdentity.h"
+#include "Core/Metadata/PropertyPairing.h"
+#include "Core/Metadata/SetPairing.h"
+#include "Core/Metadata/ValueText.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor {
+
+namespace {
+
+using Kind = PartitionDifference::Kind;
+using Insignificant = InsignificantDifference;
+using Types::SimpleDataType;
+
+constexpr const char* kNoValue = "no value";
+constexpr std::size_t kCodingOctet = 6;
+constexpr auto kBERLengths = static_cast<uint8>(KLV::LocalSetCoding::kBERLengths);
+
+/// Which InstanceUID of one partition stands for which of the other, one to one. The first pair that names either of
+/// them decides.
+class IdentifierMap {
+ public:
+  /// Enters a pair unless one of them is there. @return whether they stand for one another now.
+  bool enter(const Types::UUID& left, const Types::UUID& right) {
+    toRight_.emplace(left, right);
+    toLeft_.emplace(right, left);
+    return maps(left, right);
+  }
+  bool maps(const Types::UUID& left, const Types::UUID& right) const {
+    const auto toRight = toRight_.find(left);
+    const auto toLeft = toLeft_.find(right);
+    return toRight != toRight_.end() && toRight->second == right && toLeft != toLeft_.end() && toLeft->second == left;
+  }
+
+ private:
+  std::unordered_map<Types::UUID, Types::UUID> toRight_;
+  std::unordered_map<Types::UUID, Types::UUID> toLeft_;
+};
+
+/// How many members of a sequence of different numbers are not in a longest ascending part of it.
+uint64 countOutOfOrder(const std::vector<std::size_t>& sequence) {
+  std::vector<std::size_t> lowestEnds;  // of ascending parts, by their length
+  for (const std::size_t number : sequence) {
+    const auto at = std::lower_bound(lowestEnds.begin(), lowestEnds.end(), number);
+    if (at == lowestEnds.end()) {
+      lowestEnds.push_back(number);
+    } else {
+      *at = number;
+    }
+  }
+  return sequence.size() - lowestEnds.size();
+}
+
+bool hasSameOctets(const SimpleDataType& left, const SimpleDataType& right) {
+  return left.encodedSize() == right.encodedSize() &&
+         std::equal(left.rawBuffer(), left.rawBuffer() + left.encodedSize(), right.rawBuffer());
+}
+
+std::string textOf(const SimpleDataType* value) { return value == nullptr ? kNoValue : valueText(*value); }
+std::string textOf(const Types::UUID& identifier) { return Utils::wstringToString(identifier.toString(kDottedForm)); }
+
+std::string octetText(const uint8* octets, std::size_t size, std::size_t at) {
+  return ", octet " + std::to_string(at) + " " + (at < size ? "is " + octetsText(octets + at, 1) : "is missing");
+}
+
+bool isEmptyOptional(const Element& property) {
+  const auto* attribute = dynamic_cast<const MetaMetadata::MetaAttribute*>(&property.metaAttribute());
+  const auto* collection = dynamic_cast<const CollectionElement*>(&property);
+  return attribute != nullptr && attribute->requiredStatus() != 0 && collection != nullptr && collection->size() == 0;
+}
+
+bool isInstanceUID(const Element& property, const MetadataSet& set) {
+  return set.definition() != nullptr && set.instanceUID() != nullptr &&
+         &property.metaAttribute() == set.definition()->instanceUIDAttribute();
+}
+
+bool holdsReferences(const Types::Collection& collection) {
+  return collection.size() != 0 && dynamic_cast<const Types::Reference*>(&collection.at(0)) != nullptr;
+}
+
+/// Octets of the length field that a property of a set coded 0x13 has.
+uint8 lengthOctets(const Element& property) {
+  const auto* value = property.wireValue();
+  return KLV::berOctets(value == nullptr ? 0 : value->encodedSize(), property.lengthOctets());
+}
+
+/// The places of a right set's properties by their place in the order in which the left set has their partners.
+std::vector<std::size_t> placesInWritingOrder(const MetadataSet& left, const MetadataSet& right,
+                                              const std::vector<PropertyPair>& pairs) {
+  std::unordered_map<const Element*, std::size_t> rightPlaces;
+  for (const Element* property : right.inWritingOrder()) rightPlaces.emplace(property, rightPlaces.size());
+  std::unordered_map<const Element*, std::size_t> partnerPlaces;
+  for (const auto& pair : pairs) {
+    if (pair.left != nullptr && pair.right != nullptr) partnerPlaces.emplace(pair.left, rightPlaces.at(pair.right));
+  }
+  std::vector<std::size_t> places;
+  for (const Element* property : left.inWritingOrder()) {
+    const auto found = partnerPlaces.find(property);
+    if (found != partnerPlaces.end()) places.push_back(found->second);
+  }
+  return places;
+}
+
+/// Where and how two values differ.
+struct Finding {
+  Kind kind;
+  std::string left;
+  std::string right;
+  std::string at = {};  // the index in a collection
+};
+
+class Comparer {
+ public:
+  Comparer(const PartitionMetadata& left, const PartitionMetadata& right)
+      : left_(left), right_(right), pairing_(left, right) {
+    for (const auto& [leftSet, rightSet] : pairing_.setPairs()) {
+      if (leftSet->instanceUID() != nullptr && rightSet->instanceUID() != nullptr) {
+        identifiers_.enter(*leftSet->instanceUID(), *rightSet->instanceUID());
+      }
+    }
+  }
+
+  PartitionComparison run() {
+    std::vector<std::size_t> rightPlaces;
+    const auto& partners = pairing_.partnersOfLeft();
+    for (std::size_t i = 0; i < partners.size(); ++i) {
+      compareEntry(EntryView(left_.entries()[i]), partners[i]);
+      if (partners[i] != SetPairing::kNone) rightPlaces.push_back(partners[i]);
+    }
+    reportAddedSets();
+    count(Insignificant::kSetOrder, countOutOfOrder(rightPlaces));
+    return std::move(result_);
+  }
+
+ private:
+  void count(Insignificant kind, uint64 number) { result_.insignificant[static_cast<std::size_t>(kind)] += number; }
+
+  void compareEntry(const EntryView& left, std::size_t partner) {
+    ++result_.sets;
+    const std::size_t before = result_.differences.size();
+    if (partner == SetPairing::kNone) {
+      reportSet(Kind::kMissingSet, left);
+    } else {
+      compareEntries(left, EntryView(right_.entries()[partner]));
+    }
+    if (result_.differences.size() != before) ++result_.differingSets;
+  }
+
+  void compareEntries(const EntryView& left, const EntryView& right) {
+    count(Insignificant::kKeyOctets, *left.key != *right.key ? 1 : 0);
+    count(Insignificant::kBEROctets, left.berLength != right.berLength ? 1 : 0);
+    count(Insignificant::kDarkKinds, (left.set == nullptr) != (right.set == nullptr) ? 1 : 0);
+    if (left.isDark() && right.isDark()) {
+      compareDark(left, right);
+    } else {
+      compareSets(*left.set, *right.set);
+    }
+  }
+
+  void compareDark(const EntryView& left, const EntryView& right) {
+    if (left.octets == right.octets) return;
+    const auto text = [](const EntryView& entry) {
+      return octetsText(reinterpret_cast<const uint8*>(entry.octets.data()), entry.octets.size());
+    };
+    report(*left.set, "octets", {Kind::kValue, text(left), text(right)});
+  }
+
+  void reportAddedSets() {
+    const auto& partners = pairing_.partnersOfRight();
+    for (std::size_t i = 0; i < partners.size(); ++i) {
+      if (partners[i] != SetPairing::kNone) continue;
+      ++result_.sets;
+      ++result_.differingSets;
+      reportSet(Kind::kAddedSet, EntryView(right_.entries()[i]));
+    }
+  }
+
+  void reportSet(Kind kind, const EntryView& entry) {
+    const auto* instanceUID = entry.set == nullptr ? nullptr : entry.set->instanceUID();
+    result_.differences.push_back({kind, entry.name(), instanceUID == nullptr ? "" : textOf(*instanceUID), "", "", ""});
+  }
+
+  void report(const MetadataSet& set, const std::string& property, Finding finding) {
+    const auto* instanceUID = set.instanceUID();
+    result_.differences.push_back({finding.kind, set.name(), instanceUID == nullptr ? "" : textOf(*instanceUID),
+                                   property + finding.at, std::move(finding.left), std::move(finding.right)});
+  }
+
+  void compareSets(const MetadataSet& left, const MetadataSet& right) {
+    const auto pairs = pairProperties(left, left_.partitionDictionary(), right, right_.partitionDictionary());
+    const bool haveBERLengths =
+        left.key().octet(kCodingOctet) == kBERLengths && right.key().octet(kCodingOctet) == kBERLengths;
+    for (const auto& pair : pairs) {
+      ++result_.properties;
+      if (pair.left == nullptr || pair.right == nullptr) {
+        compareWithNone(left, pair);
+        continue;
+      }
+      count(Insignificant::kBEROctets, haveBERLengths && lengthOctets(*pair.left) != lengthOctets(*pair.right) ? 1 : 0);
+      compareProperties(left, right, *pair.left, *pair.right);
+    }
+    const auto places = placesInWritingOrder(left, right, pairs);
+    count(Insignificant::kPropertyOrder, std::is_sorted(places.begin(), places.end()) ? 0 : 1);
+  }
+
+  void compareWithNone(const MetadataSet& leftSet, const PropertyPair& pair) {
+    const Element& property = pair.left != nullptr ? *pair.left : *pair.right;
+    if (isEmptyOptional(property)) return count(Insignificant::kEmptyCollections, 1);
+    ++result_.differingProperties;
+    const std::string text = textOf(property.wireValue());
+    if (pair.left != nullptr) {
+      report(leftSet, propertyName(property, left_.partitionDictionary()), {Kind::kMissingProperty, text, ""});
+    } else {
+      report(leftSet, propertyName(property, right_.partitionDictionary()), {Kind::kAddedProperty, "", text});
+    }
+  }
+
+  void compareProperties(const MetadataSet& leftSet, const MetadataSet& rightSet, const Element& left,
+                         const Element& right) {
+    const auto leftTag = localTagOf(left, left_.partitionDictionary());
+    count(Insignificant::kLocalTags, leftTag != localTagOf(right, right_.partitionDictionary()) ? 1 : 0);
+    auto finding = isInstanceUID(left, leftSet) && isInstanceUID(right, rightSet)
+                       ? compareInstanceUIDs(*leftSet.instanceUID(), *rightSet.instanceUID())
+                       : compareValues(left.wireValue(), right.wireValue());
+    if (!finding) return;
+    ++result_.differingProperties;
+    report(leftSet, propertyName(left, left_.partitionDictionary()), std::move(*finding));
+  }
+
+  std::optional<Finding> compareInstanceUIDs(const Types::UUID& left, const Types::UUID& right) const {
+    if (identifiers_.maps(left, right)) return std::nullopt;
+    return Finding{Kind::kMapping, textOf(left), textOf(right)};
+  }
+
+  std::optional<Finding> compareValues(const SimpleDataType* left, const SimpleDataType* right) {
+    if (left == nullptr && right == nullptr) return std::nullopt;
+    if (left == nullptr || right == nullptr) return Finding{Kind::kValue, textOf(left), textOf(right)};
+    if (left->identifier() != right->identifier()) {
+      const auto typed = [](const SimpleDataType& value) {
+        return std::string(Types::Identifiers::name(value.identifier())) + " " + valueText(value);
+      };
+      return Finding{Kind::kValue, typed(*left), typed(*right)};
+    }
+    if (const auto* collection = dynamic_cast<const Types::Collection*>(left)) {
+      return compareCollections(*collection, dynamic_cast<const Types::Collection&>(*right));
+    }
+    if (const auto* reference = dynamic_cast<const Types::Reference*>(left)) {
+      return compareReferences(reference->target(), dynamic_cast<const Types::Reference&>(*right).target());
+    }
+    return compareOctets(*left, *right);
+  }
+
+  std::optional<Finding> compareCollections(const Types::Collection& left, const Types::Collection& right) {
+    if (left.size() != right.size()) {
+      const auto kind = holdsReferences(left) || holdsReferences(right) ? Kind::kReference : Kind::kValue;
+      return Finding{kind, valueText(left), valueText(right)};
+    }
+    if (left.size() == 0) count(Insignificant::kEmptyItemSizes, left.itemSize() != right.itemSize() ? 1 : 0);
+    for (uint32 i = 0; i < left.size(); ++i) {
+      auto finding = compareValues(&left.at(i), &right.at(i));
+      if (!finding) continue;
+      finding->at.insert(0, "[" + std::to_string(i) + "]");
+      return finding;
+    }
+    return std::nullopt;
+  }
+
+  std::optional<Finding> compareOctets(const SimpleDataType& left, const SimpleDataType& right) {
+    if (hasSameOctets(left, right)) return std::nullopt;
+    if (left.equals(right)) {
+      count(Insignificant::kTrailingNULs, 1);
+      return std::nullopt;
+    }
+    Finding finding{Kind::kValue, valueText(left), valueText(right)};
+    if (finding.left == finding.right) tellFirstOctet(left, right, finding);
+    return finding;
+  }
+
+  /// Shortened, both values look the same.
+  static void tellFirstOctet(const SimpleDataType& left, const SimpleDataType& right, Finding& finding) {
+    const auto size = std::min(left.encodedSize(), right.encodedSize());
+    const auto differing = std::mismatch(left.rawBuffer(), left.rawBuffer() + size, right.rawBuffer());
+    const auto at = static_cast<std::size_t>(differing.first - left.rawBuffer());
+    finding.left += octetText(left.rawBuffer(), left.encodedSize(), at);
+    finding.right += octetText(right.rawBuffer(), right.encodedSize(), at);
+  }
+
+  std::optional<Finding> compareReferences(const Types::UUID& left, const Types::UUID& right) {
+    const auto& leftTargets = left_.findByInstanceUID(left);
+    const auto& rightTargets = right_.findByInstanceUID(right);
+    // Two references to nothing say no more than that one identifier is meant, which may be met again.
+    const bool areDangling = leftTargets.empty() && rightTargets.empty();
+    if (areDangling ? identifiers_.enter(left, right) : identifiers_.maps(left, right)) return std::nullopt;
+    const auto text = [](const Types::UUID& target, const PartitionMetadata::Sets& sets) {
+      return textOf(target) + " (" + (sets.empty() ? "no set" : sets.front()->name()) + ")";
+    };
+    return Finding{areDangling ? Kind::kMapping : Kind::kReference, text(left, leftTargets), text(right, rightTargets)};
+  }
+
+  const PartitionMetadata& left_;
+  const PartitionMetadata& right_;
+  SetPairing pairing_;
+  IdentifierMap identifiers_;
+  PartitionComparison result_;
+};
+
+}  // namespace
+
+const char* name(PartitionDifference::Kind kind) {
+  switch (kind) {
+    case Kind::kMissingSet:
+      return "missing set";
+    case Kind::kAddedSet:
+      return "added set";
+    case Kind::kMissingProperty:
+      return "missing property";
+    case Kind::kAddedProperty:
+      return "added property";
+    case Kind::kValue:
+      return "value";
+    case Kind::kReference:
+      return "reference";
+    case Kind::kMapping:
+      return "mapping";
+  }
+  return "";
+}
+
+const char* name(InsignificantDifference kind) {
+  static constexpr std::array<const char*, PartitionComparison::kInsignificantKinds> kNames = {
+#define VANTOR_NAME(symbol, text) text,
+      VANTOR_FOR_EACH_INSIGNIFICANT_DIFFERENCE(VANTOR_NAME)
+#undef VANTOR_NAME
+  };
+  return kNames[static_cast<std::size_t>(kind)];
+}
+
+PartitionComparison comparePartitions(const PartitionMetadata& left, const PartitionMetadata& right) {
+  return Comparer(left, right).run();
+}
+
+}  // namespace Vantor

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "Core/Metadata/PartitionMetadata.h"
+
+namespace Vantor {
+
+/// One thing that two partitions tell differently.
+struct PartitionDifference {
+  enum class Kind {
+    kMissingSet,       ///< the left partition has the set or dark set, the right one has none for it
+    kAddedSet,         ///< the other way round
+    kMissingProperty,  ///< the left set has the property, its partner has not
+    kAddedProperty,    ///< the other way round
+    kValue,            ///< a property's values differ, or the octets of dark KLVs
+    kReference,        ///< a property refers to sets that are not partners, or one of the two to no set
+    kMapping           ///< an InstanceUID stands for one of the other partition here and for another one elsewhere
+  };
+
+  Kind kind;
+  std::string set;          ///< the symbol, or the key of one without definition
+  std::string instanceUID;  ///< of the left set, of the right one for `kAddedSet`; empty for none
+  std::string property;     ///< with the index of a collection's first item that differs; empty for whole sets
+  std::string left;         ///< the value as text, shortened; empty where there is none to tell
+  std::string right;
+};
+
+/// What a difference is called, such as "missing set".
+const char* name(PartitionDifference::Kind kind);
+
+/// What partitions may have different that changes nothing of what they say, and what it is called. Each is counted.
+///
+/// - texts that are equal but for final NULs; one text each
+/// - octets of BER length fields, of a set or of an item in a set coded 0x13
+/// - the fewest sets that would have to move for partners to follow one another in one order
+/// - sets whose common properties stand in another order
+/// - the same property under another local tag, or under none as long as it is not written
+/// - a collection without items that the definition does not demand, in one of the sets only
+/// - collections without items, with another item size
+/// - dark KLVs that are a dark parsed group here and a dark set there
+/// - sets whose keys differ in octet 6, the coding, or octet 8, the version
+#define VANTOR_FOR_EACH_INSIGNIFICANT_DIFFERENCE(X)              \
+  X(kTrailingNULs, "trailing NULs of strings")                   \
+  X(kBEROctets, "BER octet counts")                              \
+  X(kSetOrder, "sets in another order")                          \
+  X(kPropertyOrder, "sets with properties in another order")     \
+  X(kLocalTags, "local tag numbers")                             \
+  X(kEmptyCollections, "empty optional collections in one only") \
+  X(kEmptyItemSizes, "item sizes of empty collections")          \
+  X(kDarkKinds, "dark groups that came back as dark sets")       \
+  X(kKeyOctets, "keys that differ in octets 6 or 8")
+
+enum class InsignificantDifference {
+#define VANTOR_ENUMERATE(symbol, text) symbol,
+  VANTOR_FOR_EACH_INSIGNIFICANT_DIFFERENCE(VANTOR_ENUMERATE)
+#undef VANTOR_ENUMERATE
+      kEnd
+};
+
+const char* name(InsignificantDifference kind);
+
+/// What a comparison of two partitions found.
+struct PartitionComparison {
+  static constexpr std::size_t kInsignificantKinds = static_cast<std::size_t>(InsignificantDifference::kEnd);
+
+  bool isEqual() const { return differences.empty(); }
+  uint64 count(InsignificantDifference kind) const { return insignificant[static_cast<std::size_t>(kind)]; }
+
+  uint64 sets = 0;        ///< pairs, and sets without partner; dark ones included
+  uint64 properties = 0;  ///< of pairs: properties, common or not
+  uint64 differingSets = 0;
+  uint64 differingProperties = 0;
+  std::vector<PartitionDifference> differences;  ///< by the left partition's order; added sets last
+  std::array<uint64, kInsignificantKinds> insignificant{};
+};
+
+/// Compares two partitions set by set (see `SetPairing`) and property by property.
+///
+/// Valid and misplaced properties are the same property when they have one label, unknown ones when they have one
+/// static tag or when their dynamic tags mean one label in their primers. Values are compared by type and octets,
+/// references by whether their targets are partners, InstanceUIDs by whether each always stands for the same one of the
+/// other partition. Only what `InsignificantDifference` lists is passed over, and counted. Of the primers, only what
+/// they say of the properties' tags is compared.
+///
+/// Takes time in proportion to the partitions' sizes (the order of n sets: n log n). Any number of threads may compare.
+PartitionComparison comparePartitions(const PartitionMetadata& left, const PartitionMetadata& right);
+
+}  // namespace Vantor

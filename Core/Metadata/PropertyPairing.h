@@ -1,0 +1,23 @@
+#pragma once
+
+#include <vector>
+
+#include "Core/Metadata/MetadataSet.h"
+#include "Core/Metadata/PartitionDictionary.h"
+
+namespace Vantor {
+
+/// The same property in a set of one partition and in a set of another; null where that set does not have it.
+struct PropertyPair {
+  const Element* left;
+  const Element* right;
+};
+
+/// Pairs the present properties of two sets by what they are (`PropertyIdentity`), properties that are the same in
+/// their order.
+/// @param leftTags, rightTags  of the sets' partitions.
+/// @return the left set's properties in the order of its definition, then the right set's that have no partner.
+std::vector<PropertyPair> pairProperties(const MetadataSet& left, const PartitionDictionary& leftTags,
+                                         const MetadataSet& right, const PartitionDictionary& rightTags);
+
+}  // namespace Vantor
