@@ -22,8 +22,18 @@ constexpr const char* kUnequalItems =
     "subElementSize == dataType -> serializedSize (): There is a collection in the XML that contains an ARRAY or "
     "COLLECTION that contain elements with different sizes.";
 
+constexpr uint64 kMostPadding = uint64{1} << 24;
+
 [[noreturn]] void throwUnequalItems() {
   throw Exceptions::InvalidLength(std::string(kUnequalItems), kValueSource, kItemSizeLine);
+}
+
+/// Items without octets take the room of the others: a short document must not ask for gigabytes that way.
+void checkPadding(uint64 emptyItems, uint32 size) {
+  if (emptyItems * size <= kMostPadding) return;
+  throw Exceptions::InvalidLength(std::to_string(emptyItems) + " items without octets cannot be padded to " +
+                                      std::to_string(size) + " octets each",
+                                  kValueSource, __LINE__);
 }
 
 /// Types whose values have no size but their own.
@@ -77,15 +87,14 @@ int FromXMLElementVisitor::itemSize() const {
 
 uint32 FromXMLElementVisitor::measuredItemSize() const {
   uint32 size = 0;
+  uint64 emptyItems = 0;
   for (const DOMElement* item : XMLUtils::childElements(node_)) {
     const auto value = createValueFromNode(dataSubType_, *item, document_);
-    if (value == nullptr) throwUnequalItems();
-    if (size == 0) {
-      size = value->serializedSize();
-    } else if (value->serializedSize() != size) {
-      throwUnequalItems();
-    }
+    if (value == nullptr || (size != 0 && value->serializedSize() != size)) throwUnequalItems();
+    size = value->serializedSize();
+    if (size == 0) ++emptyItems;
   }
+  checkPadding(emptyItems, size);
   return size;
 }
 

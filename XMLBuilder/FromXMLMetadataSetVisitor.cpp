@@ -14,6 +14,7 @@ namespace Vantor::XML2Partition {
 
 using MetaMetadata::kXMLDefaultPrefix;
 using MetaMetadata::kXMLTagName;
+using XMLBuilder::Vocabulary::kGroupsPrefix;
 using xercesc::DOMElement;
 
 namespace {
@@ -36,8 +37,10 @@ Types::LocalTag localTagOf(const DOMElement& child, PartitionDictionary& tags) {
 }  // namespace
 
 void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
+  // Asked before a property can bind the prefix.
+  const bool mayHaveExtensions = !scope_.namespaceOf(wstring(kGroupsPrefix)).empty();
   for (Element& property : set) readProperty(property, set);
-  readExtensionElements(set);
+  if (mayHaveExtensions) readExtensionElements(set);
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Element& property, MetadataSet& set) {
@@ -76,9 +79,7 @@ void FromXMLMetadataSetVisitor::readInstanceUID(Element& property, const wstring
 }
 
 void FromXMLMetadataSetVisitor::readExtensionElements(MetadataSet& set) {
-  const wstring groups(XMLBuilder::Vocabulary::kGroupsPrefix);
-  if (scope_.namespaceOf(groups).empty()) return;
-  const DOMElement* container = scope_.first(element_, groups, u"ExtensionElements");
+  const DOMElement* container = scope_.first(element_, wstring(kGroupsPrefix), u"ExtensionElements");
   if (container == nullptr) return;
   for (const DOMElement* child : XMLUtils::childElements(*container)) readExtension(*child, set);
 }

@@ -189,11 +189,11 @@ Bytes parseHexString(const wstring& text) {
 
 auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifier type, const DOMNode& node,
                                                     ImportDocument& document) {
-  if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return readText(type, node, nodeText(node));
+  const bool isAttribute = node.getNodeType() == DOMNode::ATTRIBUTE_NODE;
   const DOMNode* child = firstChild(node, document.blankText());
-  if (child == nullptr) return nullptr;
+  if (child == nullptr && !isAttribute) return nullptr;
   if (const auto read = compoundReader(type)) return read(node, document);
-  return readText(type, node, textContent(*child, document.blankText()));
+  return readText(type, node, isAttribute ? nodeText(node) : textContent(*child, document.blankText()));
 }
 
 }  // namespace Vantor::XML2Partition

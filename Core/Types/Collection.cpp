@@ -74,8 +74,8 @@ void Collection::append(auto_ptr<SimpleDataType> item) {
   const uint32 size = item->encodedSize();
   const uint32 itemSize = itemSize_ == 0 && items_.empty() ? size : itemSize_;
   if (size != 0) requireItemSize(size, itemSize);
+  requireEncodable(uint64{octets_.size()} + itemSize);
   const std::size_t grown = octets_.size() + itemSize;
-  requireEncodable(grown);
   makeRoom(octets_, grown);
   items_.push_back(std::move(item));
   octets_.insert(octets_.end(), items_.back()->rawBuffer(), items_.back()->rawBuffer() + size);

@@ -100,7 +100,7 @@ TEST(DarkSetExport, ALocalSetThatIsDamagedIsADarkSetWithAllItsBytes) {
     </s377m:MetadataSets>)");
 }
 
-TEST(DarkSetExport, ASetWithoutDefinitionThatIsNotParsedIsSerialisedWithThePartitionsTags) {
+TEST(DarkSetExport, ASetWithoutDefinitionThatIsNotParsedIsSerialisedWithTagsThatThePartitionDoesNotKeep) {
   const auto partition = withPreface();
   MetadataSet* set = partition->createMetadataSet(registerKey(kDarkGroupKey));
   TestSet testSet(*set, *partition->partitionDictionary().dictionary());
@@ -113,6 +113,7 @@ TEST(DarkSetExport, ASetWithoutDefinitionThatIsNotParsedIsSerialisedWithTheParti
   EXPECT_XML(textOf(*document.element().getFirstChild()), R"(
     <groups:DarkMetadata {groups} groups:BEROctetCount="4"
       groups:Key="06.0E.2B.34.02.53.01.01.0E.7F.7F.7F.00.00.01.00">80010001AAFFFF000107</groups:DarkMetadata>)");
+  EXPECT_TRUE(partition->partitionDictionary().primerEntries().empty());
 }
 
 TEST(DarkSetExport, ALargeDarkSetKeepsEveryByte) {

@@ -60,7 +60,7 @@ template <class Text>
 GoldenValues goldenTexts() {
   return {{Text(), ""},
           {Text(wstring(u" a<b & \u00e9\u20ac\U0001F600 ")), " a&lt;b &amp; \u00e9\u20ac\U0001F600 "},
-          {Text(wstring(u"up to\u0000 the first NUL", 22)), "up to"}};
+          {Text(wstring(u"up to").append(1, u'\0').append(u"the first NUL")), "up to"}};
 }
 
 template <class Number>

@@ -34,6 +34,15 @@ TestPartition withSets(MetaMetadata::DataType type) {
   return TestPartition(dictionary.set("Preface", {"Items"}).set("A").descriptive("Descriptive"));
 }
 
+/// The same, but the Preface has the property out of its place.
+TestPartition withMisplacedItems(MetaMetadata::DataType type) {
+  TestDictionary dictionary;
+  dictionary.property("Items", type).set("Preface").set("A", {{"Items", 0u}});
+  TestPartition partition(dictionary);
+  partition.add("Preface", 1).misplaced("Items");
+  return partition;
+}
+
 std::vector<MetaMetadata::DataType> collectionTypes() {
   return {arrayOf(kUInt8),           batchOf(kUInt8),         arrayOf(kStrongReference),
           batchOf(kStrongReference), arrayOf(kWeakReference), batchOf(kWeakReference)};
@@ -109,10 +118,7 @@ TEST(CollectionExport, AnUnsetCollectionIsLeftOutThoughItIsRequired) {
 
 TEST(CollectionExport, AnEmptyCollectionIsLeftOutWhereItIsMisplaced) {
   for (const auto type : collectionTypes()) {
-    TestDictionary dictionary;
-    dictionary.property("Items", type).set("Preface").set("A", {{"Items", 0u}});
-    TestPartition partition(dictionary);
-    partition.add("Preface", 1).misplaced("Items");
+    const auto partition = withMisplacedItems(type);
     for (const auto& flags : kAllFlags) EXPECT_XML(exported(partition, flags), kNothing);
   }
 }
@@ -204,6 +210,35 @@ TEST(ReferenceCollectionExport, APropertyWhoseMembersAreAllLeftOutLeavesNoTrace)
   partition.add("Preface", 1).refer("Items", 3).refer("Items", 3);
   partition.add("Descriptive", 3);
   EXPECT_XML(exported(partition, kNestedStructural), kNothing);
+}
+
+TEST(CollectionExport, AMisplacedCollectionStandsInItsSetLikeOneOfItsOwn) {
+  for (const auto type : {arrayOf(kUInt8), batchOf(kUInt8)}) {
+    const auto partition = withMisplacedItems(type);
+    dynamic_cast<CollectionElement&>(*partition->sets()[0]->invalidBegin()).append(Types::UInt8(7).clone());
+    EXPECT_XML(exported(partition), R"(
+      <s377m:MetadataSets {p} {rp210} {s377m} {s422mTypes} {types}>
+        <p:Preface rp210:InstanceUID="{1}"><p:Items><p:Element>7</p:Element></p:Items></p:Preface>
+      </s377m:MetadataSets>)");
+  }
+}
+
+TEST(ReferenceCollectionExport, AMisplacedCollectionStandsInItsSetLikeOneOfItsOwn) {
+  for (const auto type : {arrayOf(kStrongReference), batchOf(kStrongReference)}) {
+    const auto partition = withMisplacedItems(type);
+    dynamic_cast<CollectionElement&>(*partition->sets()[0]->invalidBegin())
+        .append(std::make_unique<Types::StrongReference>(uid(2)));
+    partition.add("A", 2);
+    EXPECT_XML(exported(partition, kNested), R"(
+      <s377m:MetadataSets {p} {rp210} {s377m}>
+        <p:Preface rp210:InstanceUID="{1}"><p:Items><p:A rp210:InstanceUID="{2}"/></p:Items></p:Preface>
+      </s377m:MetadataSets>)");
+    EXPECT_XML(exported(partition, kFlat), R"(
+      <s377m:MetadataSets {p} {rp210} {s377m} {types}>
+        <p:Preface rp210:InstanceUID="{1}"><p:Items><p:A_REF types:TargetInstance="{2}"/></p:Items></p:Preface>
+        <p:A rp210:InstanceUID="{2}"/>
+      </s377m:MetadataSets>)");
+  }
 }
 
 }  // namespace

@@ -17,7 +17,8 @@ class Command {
   bool isChosen() const { return app_->parsed(); }
   /// The file that messages are about.
   const Path& input() const { return input_; }
-  /// Does the whole task. Nothing was written to an output when it throws, except where the output itself failed.
+  /// Does the whole task. Nothing was written to an output when it throws, except where the output itself failed or
+  /// tells what is wrong.
   virtual void run() const = 0;
 
  protected:

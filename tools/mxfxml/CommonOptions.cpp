@@ -1,6 +1,8 @@
 #include "CommonOptions.h"
 
+#include <system_error>
 #include "Core/Platform/Exceptions.h"
+#include "ErrorText.h"
 
 namespace Vantor::Tool {
 
@@ -43,6 +45,12 @@ void addPartition(CLI::App& command, MXF::PartitionChoice& choice) {
 
 std::string describe(const MXF::PartitionChoice& choice) {
   return choice.kind() == MXF::PartitionChoice::Kind::kNumber ? choice.name() : "the " + choice.name();
+}
+
+void refuseSameFile(const Path& input, const Path& output) {
+  std::error_code error;  // one of the two that does not exist is not the other
+  if (!std::filesystem::equivalent(input, output, error) || error) return;
+  throw CommandError("the output '" + output.u8string() + "' is the input itself");
 }
 
 }  // namespace Vantor::Tool

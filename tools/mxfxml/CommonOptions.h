@@ -22,4 +22,7 @@ void addPartition(CLI::App& command, MXF::PartitionChoice& choice);
 /// How text tells of the chosen partition: "the header partition", "the footer partition" or "partition 2".
 std::string describe(const MXF::PartitionChoice& choice);
 
+/// Refuses to write over the file that is read, also by way of links. @throws CommandError naming the output.
+void refuseSameFile(const Path& input, const Path& output);
+
 }  // namespace Vantor::Tool

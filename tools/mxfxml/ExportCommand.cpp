@@ -1,7 +1,6 @@
 #include "ExportCommand.h"
 
 #include <map>
-#include <system_error>
 
 #include "CommonOptions.h"
 #include "Core/DataIO/File.h"
@@ -16,12 +15,6 @@
 namespace Vantor::Tool {
 
 namespace {
-
-/// Also by way of links. One of the two that does not exist is not the other.
-bool isSameFile(const Path& left, const Path& right) {
-  std::error_code error;
-  return std::filesystem::equivalent(left, right, error) && !error;
-}
 
 void writeFile(const Path& path, const std::string& bytes) {
   DataIO::File::AtomicFile file(path);
@@ -59,9 +52,7 @@ void ExportCommand::addEncoding() {
 }
 
 void ExportCommand::run() const {
-  if (output_ && isSameFile(input(), *output_)) {
-    throw CommandError("the output '" + output_->u8string() + "' is the input itself");
-  }
+  if (output_) refuseSameFile(input(), *output_);
   const std::string bytes = document();
   if (output_) {
     writeFile(*output_, bytes);

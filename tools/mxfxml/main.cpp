@@ -8,8 +8,10 @@
 #include "ErrorText.h"
 #include "ExitCode.h"
 #include "ExportCommand.h"
+#include "ImportCommand.h"
 #include "InfoCommand.h"
 #include "StandardStreams.h"
+#include "VerifyCommand.h"
 
 namespace Vantor::Tool {
 
@@ -68,9 +70,12 @@ int run(std::vector<std::string> arguments) {
   CLI::App program("", kProgramName);
   describeProgram(program);
   const ExportCommand exportCommand(program);
+  const ImportCommand importCommand(program);
   const InfoCommand infoCommand(program);
+  const VerifyCommand verifyCommand(program);
   if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
-  for (const Command* command : std::vector<const Command*>{&exportCommand, &infoCommand}) {
+  for (const Command* command :
+       std::vector<const Command*>{&exportCommand, &importCommand, &infoCommand, &verifyCommand}) {
     if (command->isChosen()) return runCommand(*command);
   }
   return kWrongUsage;  // not reached: the parser demanded one of them

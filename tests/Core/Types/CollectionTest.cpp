@@ -79,7 +79,7 @@ TYPED_TEST(CollectionTest, RefusesAnItemOfAnotherSizeAndStaysAsItWas) {
   numbers.append(item(UInt16(7)));
   const Bytes before = toBytes(numbers);
   EXPECT_THROW(numbers.append(item(UInt8(7))), Exceptions::InvalidLength);
-  EXPECT_THROW(numbers.append(item(DataStream())), Exceptions::InvalidLength);
+  EXPECT_THROW(numbers.append(item(UInt32(7))), Exceptions::InvalidLength);
   EXPECT_EQ(numbers.size(), 1u);
   EXPECT_EQ(toBytes(numbers), before);
 }
@@ -108,6 +108,24 @@ TYPED_TEST(CollectionTest, HoldsItemsOfNoOctetsWhenTheyAreAppended) {
   texts.append(item(ISO7String()));
   EXPECT_EQ(toBytes(texts), (Bytes{0, 0, 0, 2, 0, 0, 0, 0}));
   EXPECT_THROW(texts.append(item(ISO7String("a"))), Exceptions::InvalidLength);
+}
+
+TYPED_TEST(CollectionTest, FillsThePlaceOfAnItemWithoutOctets) {
+  const Bytes texts = {0, 0, 0, 4, 0, 0, 0, 3, 0, 0, 0, 'a', 'b', 'c', 0, 0, 0, 'd', 'e', 'f'};
+  TypeParam made(3);
+  for (const char* text : {"", "abc", "", "def"}) made.append(item(ISO7String(text)));
+  EXPECT_EQ(toBytes(made), texts);
+  EXPECT_EQ(toBytes(*made.clone()), texts);
+  EXPECT_EQ(made.at(0).encodedSize(), 0u);
+  EXPECT_TRUE(made.equals(*read<TypeParam>(Identifiers::kISO7String, texts)));
+}
+
+TYPED_TEST(CollectionTest, RemovesThePlaceOfAnItemWithoutOctets) {
+  TypeParam texts(3);
+  for (const char* text : {"", "abc", ""}) texts.append(item(ISO7String(text)));
+  texts.removeAt(0);
+  EXPECT_EQ(toBytes(texts), (Bytes{0, 0, 0, 2, 0, 0, 0, 3, 'a', 'b', 'c', 0, 0, 0}));
+  EXPECT_STREQ(dynamic_cast<const ISO7String&>(texts.at(0)).value(), "abc");
 }
 
 TYPED_TEST(CollectionTest, RemovesItemsAndKeepsTheItemSize) {

@@ -1,0 +1,30 @@
+#include "ImportCommand.h"
+
+#include "CommonOptions.h"
+#include "Core/DataIO/File.h"
+#include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/MXF/HeaderMetadataWriter.h"
+#include "Core/Platform/Strings.h"
+#include "ErrorText.h"
+#include "XML2Partition.h"
+#include "XMLUtils/UnicodeString.h"
+
+namespace Vantor::Tool {
+
+ImportCommand::ImportCommand(CLI::App& program)
+    : Command(program, "import", "Write the header metadata of an XML document as an MXF file") {
+  addInput(app(), input(), "XML file");
+  app().add_option("-o,--output", output_, "Write to this file")->required()->type_name("OUTPUT.mxf");
+}
+
+void ImportCommand::run() const {
+  refuseSameFile(input(), output_);
+  PartitionMetadata metadata(builtInDictionary());
+  const XMLUtils::UnicodeString path(Utils::stringToWstring(input().u8string()));
+  XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
+  DataIO::File::AtomicFile file(output_);
+  MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
+  file.commit();
+}
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Command.h"
+
+namespace Vantor::Tool {
+
+/// `mxfxml import`: writes the header metadata of an XML document as an MXF file that holds nothing else.
+class ImportCommand final : public Command {
+ public:
+  explicit ImportCommand(CLI::App& program);
+  void run() const override;
+
+ private:
+  Path output_;
+};
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,69 @@
+#include "VerifyCommand.h"
+
+#include <string>
+
+#include "CommonOptions.h"
+#include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Metadata/PartitionComparison.h"
+#include "ErrorText.h"
+#include "StandardStreams.h"
+#include "XML2Partition.h"
+#include "XMLBuilder.h"
+#include "XMLUtils/EncodingType.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+std::string lineOf(const PartitionDifference& difference) {
+  std::string line = std::string(name(difference.kind)) + ": " + difference.set;
+  if (!difference.instanceUID.empty()) line += " " + difference.instanceUID;
+  if (difference.property.empty()) return line;
+  const auto valueOr = [](const std::string& value) { return value.empty() ? std::string("nothing") : value; };
+  return line + ": " + difference.property + ": " + valueOr(difference.left) + " -> " + valueOr(difference.right);
+}
+
+std::string insignificantLine(const PartitionComparison& comparison) {
+  std::string line;
+  for (std::size_t i = 0; i < PartitionComparison::kInsignificantKinds; ++i) {
+    const auto kind = static_cast<InsignificantDifference>(i);
+    line += (line.empty() ? "" : ", ") + std::string(name(kind)) + " " + std::to_string(comparison.count(kind));
+  }
+  return "not counted as differences: " + line;
+}
+
+std::string summaryLine(const PartitionComparison& comparison) {
+  return "sets compared " + std::to_string(comparison.sets) + ", different " +
+         std::to_string(comparison.differingSets) + "; properties compared " + std::to_string(comparison.properties) +
+         ", different " + std::to_string(comparison.differingProperties);
+}
+
+std::string describe(const PartitionComparison& comparison) {
+  std::string text;
+  for (const auto& difference : comparison.differences) text += oneLine(lineOf(difference)) + "\n";
+  return text + insignificantLine(comparison) + "\n" + summaryLine(comparison) + "\n";
+}
+
+}  // namespace
+
+VerifyCommand::VerifyCommand(CLI::App& program)
+    : Command(program, "verify", "Tell what of the metadata of a partition is lost on its way through XML and back") {
+  addInput(app(), input(), "MXF file");
+  app().add_flag("--flat", flat_, "Write the targets of strong references beside the sets that refer to them");
+  addPartition(app(), partition_);
+}
+
+void VerifyCommand::run() const {
+  const auto metadata = MXF::readHeaderMetadata(input(), builtInDictionary(), partition_);
+  wstring document;
+  XMLBuilder::partition2XML(metadata.get(), !flat_, false, XMLUtils::EncodingType::kUTF8, document);
+  if (document.empty()) throw CommandError("the " + partition_.name() + " has no Preface to start from");
+  PartitionMetadata copy(builtInDictionary());
+  XML2Partition::getPartitionMetadataFromString(document, &copy);
+  const auto comparison = comparePartitions(*metadata, copy);
+  writeStandardOutput(describe(comparison));
+  if (!comparison.isEqual()) throw CommandError("the metadata of the " + partition_.name() + " comes back changed");
+}
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Command.h"
+#include "Core/MXF/PartitionChoice.h"
+
+namespace Vantor::Tool {
+
+/// `mxfxml verify`: writes the header metadata of one partition as XML in memory, reads that back, and prints what did
+/// not come back as it was. Fails after printing when there is such a thing.
+class VerifyCommand final : public Command {
+ public:
+  explicit VerifyCommand(CLI::App& program);
+  void run() const override;
+
+ private:
+  bool flat_ = false;
+  MXF::PartitionChoice partition_;
+};
+
+}  // namespace Vantor::Tool
