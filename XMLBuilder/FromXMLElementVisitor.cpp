@@ -31,9 +31,9 @@ constexpr uint64 kMostPadding = uint64{1} << 24;
 /// Items without octets take the room of the others: a short document must not ask for gigabytes that way.
 void checkPadding(uint64 emptyItems, uint32 size) {
   if (emptyItems * size <= kMostPadding) return;
-  throw Exceptions::InvalidLength(std::to_string(emptyItems) + " items without octets cannot be padded to " +
-                                      std::to_string(size) + " octets each",
-                                  kValueSource, __LINE__);
+  throw Exceptions::InvalidLength(
+      std::to_string(emptyItems) + " items without octets cannot be padded to " + std::to_string(size) + " octets each",
+      kValueSource, __LINE__);
 }
 
 /// Types whose values have no size but their own.

@@ -14,8 +14,8 @@ namespace Vantor::XML2Partition {
 
 using MetaMetadata::kXMLDefaultPrefix;
 using MetaMetadata::kXMLTagName;
-using XMLBuilder::Vocabulary::kGroupsPrefix;
 using xercesc::DOMElement;
+using XMLBuilder::Vocabulary::kGroupsPrefix;
 
 namespace {
 
