@@ -7,6 +7,9 @@
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/MXF/HeaderMetadataWriter.h"
+#include "Core/MXF/RandomIndexPack.h"
+#include "Core/Metadata/PartitionComparison.h"
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/MXF/MXFBytes.h"
 
@@ -111,6 +114,49 @@ TEST_P(SampleFile, HasTheSameMetadataInItsFooterOrNone) {
     EXPECT_EQ(written(footer->entries()[i], footer->partitionDictionary()),
               written(header->entries()[i], header->partitionDictionary()));
   }
+}
+
+TEST_P(SampleFile, IsWrittenAgainAsTheSameSetsInTheSameOrder) {
+  Bytes expected;
+  for (const auto& set : setsIn(bytes(), readStructure(path()).partitions.front())) {
+    expected.insert(expected.end(), set.begin(), set.end());
+  }
+  const auto metadata = readHeaderMetadata(path(), builtInDictionary());
+  DataIO::Memory::MemoryDataSink sink;
+  writeHeaderMetadata(*metadata, SetOrder::kFile, sink);
+
+  DataIO::Memory::MemoryDataSource source(sink.rawBuffer(), sink.serializedSize());
+  source.skip(KLV::Key::kSize);
+  source.skip(KLV::readBERLength(source).value);
+  const uint8* afterPrimer = sink.rawBuffer() + source.position();
+  EXPECT_EQ(Bytes(afterPrimer, afterPrimer + source.remaining()), expected);
+}
+
+TEST_P(SampleFile, BecomesAFileOfItsHeaderMetadataAlone) {
+  const auto metadata = readHeaderMetadata(path(), builtInDictionary());
+  DataIO::Memory::MemoryDataSink sink;
+  writeHeaderOnlyFile(*metadata, SetOrder::kSerialization, sink);
+  const TemporaryFile file(sink.take());
+
+  const auto structure = readStructure(file.path());
+  ASSERT_EQ(structure.partitions.size(), 1u);
+  const auto& pack = structure.partitions.front().pack;
+  EXPECT_EQ(pack.kind, KLV::PartitionKind::kHeader);
+  EXPECT_EQ(pack.status, KLV::PartitionStatus::kClosedComplete);
+  EXPECT_EQ(pack.kagSize, 1u);
+  EXPECT_EQ(pack.operationalPattern, readStructure(path()).partitions.front().pack.operationalPattern);
+  DataIO::File::FileDataSource source(file.path());
+  EXPECT_EQ(readRandomIndexPack(source, 0), std::vector<uint64>{0});
+  const auto readBack = readHeaderMetadata(file.path(), builtInDictionary());
+  EXPECT_TRUE(comparePartitions(*metadata, *readBack).isEqual());
+  EXPECT_EQ(readBack->entries().size(), metadata->entries().size());
+}
+
+TEST(HeaderMetadataWriter, WritesNoFileWithoutAPreface) {
+  PartitionMetadata metadata(builtInDictionary());
+  DataIO::Memory::MemoryDataSink sink;
+  EXPECT_THROW(writeHeaderOnlyFile(metadata, SetOrder::kFile, sink), Exceptions::InvalidFormat);
+  EXPECT_EQ(sink.serializedSize(), 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleFile, testing::ValuesIn(kSamples));

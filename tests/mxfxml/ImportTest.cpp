@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "Program.h"
+#include "ScratchFolder.h"
+
+namespace Vantor::Tool {
+namespace {
+
+/// InstanceUIDs are made anew by an import; what they identify is told by their place.
+std::string withoutInstanceUIDs(const std::string& xml) {
+  return std::regex_replace(xml, std::regex("(rp210:InstanceUID|types:TargetInstance)=\"[0-9A-F.]*\""), "$1");
+}
+
+TEST(Import, WritesAFileWhoseExportIsTheDocument) {
+  const ScratchFolder folder;
+  ASSERT_EQ(run({"export", sample("op1a.mxf"), "-o", folder.path("a.xml")}).exitCode, 0);
+  const auto imported = run({"import", folder.path("a.xml"), "-o", folder.path("b.mxf")});
+  EXPECT_EQ(imported.err, "");
+  ASSERT_EQ(imported.exitCode, 0);
+  ASSERT_EQ(run({"export", folder.path("b.mxf"), "-o", folder.path("b.xml")}).exitCode, 0);
+  EXPECT_EQ(withoutInstanceUIDs(readFile(folder.path("b.xml"))), withoutInstanceUIDs(readFile(folder.path("a.xml"))));
+}
+
+TEST(Import, TellsWhereADocumentIsDamagedAndLeavesNoFile) {
+  const ScratchFolder folder;
+  writeFile(folder.path("a.xml"), "<a>\n<b></a>");
+  const auto imported = run({"import", folder.path("a.xml"), "-o", folder.path("b.mxf")});
+  EXPECT_EQ(imported.exitCode, 1);
+  EXPECT_EQ(imported.err.rfind("mxfxml: " + folder.path("a.xml") + ": ", 0), 0u) << imported.err;
+  EXPECT_NE(imported.err.find("line 2"), std::string::npos) << imported.err;
+  EXPECT_EQ(folder.files(), std::vector<std::string>{"a.xml"});
+}
+
+TEST(Import, RefusesADocumentWithoutPreface) {
+  const ScratchFolder folder;
+  writeFile(folder.path("a.xml"), "<a/>");
+  const auto imported = run({"import", folder.path("a.xml"), "-o", folder.path("b.mxf")});
+  EXPECT_EQ(imported.exitCode, 1);
+  EXPECT_EQ(imported.err, "mxfxml: " + folder.path("a.xml") + ": the header metadata has no Preface\n");
+  EXPECT_EQ(folder.files(), std::vector<std::string>{"a.xml"});
+}
+
+TEST(Import, WantsAnOutputOtherThanItsInput) {
+  const ScratchFolder folder;
+  writeFile(folder.path("a.xml"), "<a/>");
+  EXPECT_EQ(run({"import", folder.path("a.xml")}).exitCode, 2);
+  EXPECT_EQ(run({"import", folder.path("a.xml"), "-o", folder.path("a.xml")}).exitCode, 1);
+  EXPECT_EQ(readFile(folder.path("a.xml")), "<a/>");
+}
+
+}  // namespace
+}  // namespace Vantor::Tool
