@@ -1,7 +1,5 @@
 #include "Core/MXF/HeaderMetadataReader.h"
 
-#include <algorithm>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <utility>
@@ -11,6 +9,7 @@
 #include "Core/KLV/PrimerPack.h"
 #include "Core/KLV/Value.h"
 #include "Core/MXF/FileStructure.h"
+#include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
@@ -26,28 +25,6 @@ using DataIO::File::FileDataSource;
 }
 
 std::string textOf(const KLV::Key& key) { return Utils::wstringToString(key.toString()); }
-
-/// Whether octets stand in a key from the n-th on.
-bool has(const KLV::Key& key, std::size_t n, std::initializer_list<uint8> octets) {
-  return std::equal(octets.begin(), octets.end(), key.rawBuffer() + n - 1);
-}
-
-/// Partition packs, index table segments, the random index pack (ST 377-1), also with octets that no standard lists.
-bool isStructure(const KLV::Key& key) {
-  return has(key, 5, {0x02}) && has(key, 9, {0x0d, 0x01, 0x02, 0x01}) && !KLV::isPrimerPack(key);
-}
-
-/// Items of generic containers (ST 379-2), and essence elements of any organisation: octets 5 and 6 name their
-/// register.
-bool isEssence(const KLV::Key& key) { return has(key, 5, {0x01, 0x02}) || has(key, 9, {0x0d, 0x01, 0x03, 0x01}); }
-
-bool isGenericStreamData(const KLV::Key& key) { return has(key, 5, {0x01}) && has(key, 9, {0x0d, 0x01, 0x05}); }
-
-/// Whether a KLV cannot be part of header metadata; zeros stand for what comes behind all KLVs.
-bool isOutside(const KLV::Key& key) {
-  if (!has(key, 1, {0x06, 0x0e, 0x2b, 0x34})) return key == KLV::Key();
-  return isStructure(key) || isEssence(key) || isGenericStreamData(key);
-}
 
 class Reader {
  public:
@@ -67,7 +44,7 @@ class Reader {
     skipFill(source_);
     const KLV::Key key = peekKey(source_);
     if (KLV::isPrimerPack(key)) return;
-    if (partition.pack.headerByteCount == 0 || isOutside(key)) {
+    if (partition.pack.headerByteCount == 0 || endsHeaderMetadata(key)) {
       throwParseError(partition.offset, "the partition has no header metadata", __LINE__);
     }
     throwParseError(source_.position(), "expected a primer pack, found key " + textOf(key), __LINE__);
@@ -82,7 +59,7 @@ class Reader {
     atEnd_ = atEnd_ || source_.position() == end_;
     const KLV::Key key = peekKey(source_);
     if (atEnd_ && KLV::isLocalSet(key)) disbelieveCount();
-    return !isOutside(key) && (!atEnd_ || KLV::isFill(key));
+    return !endsHeaderMetadata(key) && (!atEnd_ || KLV::isFill(key));
   }
 
   /// It is too small by a set at least, so it says nothing of what else may follow.

@@ -4,10 +4,13 @@
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/PrimerPack.h"
+#include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/MXF/PartitionPack.h"
 #include "Core/Metadata/CollectionElements.h"
+#include "Core/Metadata/EntryView.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Strings.h"
 
 namespace Vantor::MXF {
 
@@ -38,6 +41,17 @@ void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink&
   sink.write(key.rawBuffer(), KLV::Key::kSize);
   KLV::writeBERLength(sink, value.serializedSize(), kLengthOctets);
   sink.write(value.rawBuffer(), value.serializedSize());
+}
+
+void requireSetKey(const KLV::Key& key) {
+  if (!endsHeaderMetadata(key) && !isHeaderMetadataFraming(key)) return;
+  throw Exceptions::InvalidFormat("a set cannot be written with key " + Utils::wstringToString(key.toString()) +
+                                      ", which is of another part of MXF",
+                                  kSource, __LINE__);
+}
+
+void requireSetKeys(const PartitionMetadata& partition) {
+  for (const auto& entry : partition.entries()) requireSetKey(*EntryView(entry).key);
 }
 
 void writeInFileOrder(PartitionMetadata& partition, DataIO::DataSink& sink) {
@@ -131,6 +145,7 @@ void writeRandomIndexPack(DataIO::DataSink& sink) {
 }  // namespace
 
 void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink) {
+  requireSetKeys(partition);
   // The sets go first into memory: writing them is what completes the primer that stands before them.
   MemoryDataSink sets;
   if (order == SetOrder::kFile) {
