@@ -87,20 +87,20 @@ int FromXMLElementVisitor::itemSize() const {
 
 uint32 FromXMLElementVisitor::measuredItemSize() const {
   uint32 size = 0;
-  uint64 emptyItems = 0;
   for (const DOMElement* item : XMLUtils::childElements(node_)) {
     const auto value = createValueFromNode(dataSubType_, *item, document_);
     if (value == nullptr || (size != 0 && value->serializedSize() != size)) throwUnequalItems();
     size = value->serializedSize();
-    if (size == 0) ++emptyItems;
   }
-  checkPadding(emptyItems, size);
   return size;
 }
 
 void FromXMLElementVisitor::readItems(CollectionElement& element) {
+  uint64 emptyItems = 0;
   for (const DOMElement* item : XMLUtils::childElements(node_)) {
-    element.append(createValueFromNode(dataSubType_, *item, document_));
+    auto value = createValueFromNode(dataSubType_, *item, document_);
+    if (value != nullptr && value->encodedSize() == 0) checkPadding(++emptyItems, element.value()->itemSize());
+    element.append(std::move(value));
   }
 }
 
