@@ -23,7 +23,8 @@ namespace {
 constexpr const char16_t* kRegistrationAuthorityURI = u"http://www.smpte-ra.org";
 constexpr const char16_t* kIdentifierPrefix = u"rp210:";
 
-/// The local tag that an unknown property was read under, or that its label has in the partition.
+/// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
+/// that says as little.
 Types::LocalTag localTagOf(const DOMElement& child, PartitionDictionary& tags) {
   if (const auto* tag = child.getAttributeNode(XMLBuilder::Vocabulary::kStaticLocalTag.data())) {
     return Types::LocalTag(nodeText(*tag), kDottedForm);
@@ -31,7 +32,7 @@ Types::LocalTag localTagOf(const DOMElement& child, PartitionDictionary& tags) {
   if (const auto* label = child.getAttributeNode(XMLBuilder::Vocabulary::kUniversalLabel.data())) {
     return tags.findOrGenerate(Types::UniversalLabel(nodeText(*label), kDottedForm));
   }
-  return Types::LocalTag();
+  return tags.generateUnlisted();
 }
 
 }  // namespace

@@ -67,6 +67,12 @@ class TagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
   PartitionDictionary& tags_;
 };
 
+/// What an unknown property is called may be a tag that the primer lists for nothing.
+void reserveTag(const Element& element, PartitionDictionary& tags) {
+  const auto* attribute = dynamic_cast<const MetaMetadata::UnknownAttribute*>(&element.metaAttribute());
+  if (attribute != nullptr) tags.reserve(attribute->localTag());
+}
+
 uint16 tagOf(const Element& element, PartitionDictionary& tags) {
   if (element.localTag() != 0) return element.localTag();
   TagFinder finder(tags);
@@ -123,7 +129,13 @@ void MetadataSet::createUnsetElements() {
 Element& MetadataSet::createInvalidElement(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute) {
   invalid_.push_back(makeElement(AttributeHandle(std::move(attribute)), nullptr));
   invalid_.back()->markPresent();
+  if (partition_ != nullptr) reserveTag(*invalid_.back(), partition_->partitionDictionary());
   return *invalid_.back();
+}
+
+void MetadataSet::setPartition(PartitionMetadata& partition) {
+  partition_ = &partition;
+  for (const auto& element : invalid_) reserveTag(*element, partition.partitionDictionary());
 }
 
 const Types::UUID* MetadataSet::instanceUID() const { return instanceUID_ ? &*instanceUID_ : nullptr; }

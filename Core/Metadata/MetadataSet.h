@@ -120,6 +120,7 @@ class MetadataSet {
   friend class SimpleElement;
   friend class SetReader;
 
+  void setPartition(PartitionMetadata& partition);
   void valueChanged(const SimpleElement& element);
   Elements::iterator position(const Types::UniversalLabel& label);
   void createUnsetElements();

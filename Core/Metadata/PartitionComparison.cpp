@@ -300,7 +300,11 @@ class Comparer {
     const auto& rightTargets = right_.findByInstanceUID(right);
     // Two references to nothing say no more than that one identifier is meant, which may be met again.
     const bool areDangling = leftTargets.empty() && rightTargets.empty();
-    if (areDangling ? identifiers_.enter(left, right) : identifiers_.maps(left, right)) return std::nullopt;
+    // All zeros mean no set at all, which no other identifier does.
+    const bool areOneKind = (left == Types::UUID()) == (right == Types::UUID());
+    const bool correspond =
+        areDangling ? areOneKind && identifiers_.enter(left, right) : identifiers_.maps(left, right);
+    if (correspond) return std::nullopt;
     const auto text = [](const Types::UUID& target, const PartitionMetadata::Sets& sets) {
       return textOf(target) + " (" + (sets.empty() ? "no set" : sets.front()->name()) + ")";
     };

@@ -38,7 +38,7 @@ const Types::UniversalLabel& PartitionDictionary::find(const Types::LocalTag& ta
 uint16 PartitionDictionary::tryFindTag(const Types::UniversalLabel& label, uint16 preferredTag) const {
   const auto found = tags_.find(versionless(label.key()));
   if (found != tags_.end()) return found->second;
-  return labels_.count(preferredTag) == 0 ? preferredTag : uint16{0};
+  return isFree(preferredTag) ? preferredTag : uint16{0};
 }
 
 Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel& label, uint16 preferredTag) {
@@ -49,11 +49,19 @@ Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel&
   return Types::LocalTag(tag);
 }
 
+Types::LocalTag PartitionDictionary::generateUnlisted() {
+  const Types::LocalTag tag(freeTag(0));
+  reserve(tag);
+  return tag;
+}
+
+void PartitionDictionary::reserve(const Types::LocalTag& tag) {
+  if (!tag.isStaticLocalTag() && tryFind(tag.value()) == nullptr) reserved_.insert(tag.value());
+}
+
 uint16 PartitionDictionary::freeTag(uint16 preferredTag) {
-  if (preferredTag != 0 && labels_.count(preferredTag) == 0) return preferredTag;
-  while (nextDynamicTag_ >= kFirstDynamicTag && labels_.count(static_cast<uint16>(nextDynamicTag_)) != 0) {
-    --nextDynamicTag_;
-  }
+  if (preferredTag != 0 && isFree(preferredTag)) return preferredTag;
+  while (nextDynamicTag_ >= kFirstDynamicTag && !isFree(static_cast<uint16>(nextDynamicTag_))) --nextDynamicTag_;
   if (nextDynamicTag_ >= kFirstDynamicTag) return static_cast<uint16>(nextDynamicTag_);
   throw Exceptions::InvalidLength("all dynamic local tags of the partition are taken", kSource, __LINE__);
 }

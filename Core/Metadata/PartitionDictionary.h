@@ -1,6 +1,7 @@
 #pragma once
 
 #include <unordered_map>
+#include <unordered_set>
 
 #include "Core/KLV/PrimerPack.h"
 #include "Core/MetaMetadata/Dictionary.h"
@@ -32,6 +33,13 @@ class PartitionDictionary {
   /// @throws InvalidLength when all 32,768 dynamic tags are taken.
   Types::LocalTag findOrGenerate(const Types::UniversalLabel& label, uint16 preferredTag = 0);
 
+  /// A free dynamic tag for a property of which not even a label is known: no other property gets it, and the primer
+  /// does not list it. @throws InvalidLength as above.
+  Types::LocalTag generateUnlisted();
+  /// Keeps a dynamic tag that the primer does not list from being given to another property. Other tags have their
+  /// meaning from the dictionary and are not reserved.
+  void reserve(const Types::LocalTag& tag);
+
   /// Appends an entry of a primer pack as it was read. A tag or label that is already mapped keeps its first mapping;
   /// the entry is kept all the same, for writing.
   void addPrimerEntry(const KLV::PrimerEntry& entry);
@@ -39,12 +47,14 @@ class PartitionDictionary {
   const Templates::vector<KLV::PrimerEntry>& primerEntries() const { return entries_; }
 
  private:
+  bool isFree(uint16 tag) const { return labels_.count(tag) == 0 && reserved_.count(tag) == 0; }
   uint16 freeTag(uint16 preferredTag);
 
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
   Templates::vector<KLV::PrimerEntry> entries_;
   std::unordered_map<uint16, Types::UniversalLabel> labels_;
   std::unordered_map<KLV::Key, uint16, KLV::KeyHash> tags_;  // by label without its version octet
+  std::unordered_set<uint16> reserved_;                      // dynamic tags of properties without label
   uint32 nextDynamicTag_ = 0xFFFF;
 };
 

@@ -68,7 +68,7 @@ MetadataSet* PartitionMetadata::createMetadataSet(const KLV::Key& key) {
 
 MetadataSet* PartitionMetadata::addMetadataSet(auto_ptr<MetadataSet> set) {
   MetadataSet* added = set.get();
-  added->partition_ = this;
+  added->setPartition(*this);
   added->ordinal_ = sets_.size();
   entries_.emplace_back(std::move(set));
   sets_.push_back(added);

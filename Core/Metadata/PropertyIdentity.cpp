@@ -17,10 +17,14 @@ class IdentityVisitor : public MetaMetadata::AbstractMetaAttributeVisitor {
 
   void visit(const UnknownAttribute& attribute) override {
     const auto& tag = attribute.localTag();
-    const auto* label = tag.isStaticLocalTag() ? nullptr : tags_.tryFind(tag.value());
-    if (label != nullptr) return set(PropertyIdentity::Kind::kUnknownLabel, *label);
-    identity_.kind = PropertyIdentity::Kind::kUnknownTag;
-    identity_.tag = tag.value();
+    if (tag.isStaticLocalTag()) {
+      identity_.kind = PropertyIdentity::Kind::kUnknownTag;
+      identity_.tag = tag.value();
+    } else if (const auto* label = tags_.tryFind(tag.value())) {
+      set(PropertyIdentity::Kind::kUnknownLabel, *label);
+    } else {
+      identity_.kind = PropertyIdentity::Kind::kUnlisted;
+    }
   }
   void visit(const MisplacedAttribute& attribute) override {
     set(PropertyIdentity::Kind::kMisplaced, attribute.metaElement()->key());

@@ -14,7 +14,8 @@ struct PropertyIdentity {
     kValid,
     kMisplaced,
     kUnknownLabel,  ///< unknown under a dynamic tag, which the partition's primer gives a label
-    kUnknownTag     ///< unknown under any other tag
+    kUnknownTag,    ///< unknown under a static tag
+    kUnlisted       ///< unknown under a dynamic tag that the primer does not list, which means nothing
   };
 
   /// @param tags  of the property's partition.
@@ -25,7 +26,7 @@ struct PropertyIdentity {
   }
 
   Kind kind = Kind::kValid;
-  MetaMetadata::LabelIdentity label{0, 0};  ///< all zero for `kUnknownTag`
+  MetaMetadata::LabelIdentity label{0, 0};  ///< all zero for the last two kinds
   uint16 tag = 0;                           ///< 0 but for `kUnknownTag`
 };
 

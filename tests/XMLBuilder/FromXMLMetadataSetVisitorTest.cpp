@@ -1,7 +1,9 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Metadata/SimpleElement.h"
+#include "Core/Platform/Strings.h"
 #include "XMLBuilder/FromXMLMetaAttributeVisitor.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
@@ -240,6 +242,10 @@ class Extension {
   uint16 localTag() const {
     return dynamic_cast<const MetaMetadata::UnknownAttribute&>(element().metaAttribute()).localTag().value();
   }
+  /// Whether the primer says nothing of that tag, and nothing is to be had from it.
+  bool isUnlisted() const {
+    return localTag() >= 0x8000 && partition_->partitionDictionary().tryFind(localTag()) == nullptr;
+  }
   const TestPartition& partition() const { return partition_; }
 
  private:
@@ -294,7 +300,7 @@ TEST(ExtensionImport, ReadsAnElementWhosePrefixOnlyTheSetDeclaresAsUnknown) {
   const Extension text("<p:Text>74</p:Text>", "{groups}", "{p}");
   EXPECT_TRUE(text.isUnknown());
   EXPECT_TRUE(holds(text.value(), Types::Unknown(Bytes{0x74})));
-  EXPECT_EQ(text.localTag(), 0);
+  EXPECT_TRUE(text.isUnlisted());
 }
 
 TEST(ExtensionImport, FindsAPropertyOfNoNamespaceForAPrefixThatTheRootDoesNotDeclare) {
@@ -370,7 +376,25 @@ TEST(ExtensionImport, ReadsAnUnknownPropertyWithoutTextAsOneWithoutValue) {
 TEST(ExtensionImport, LooksTagAndLabelUpByThePrefixGroups) {
   const Extension dark(R"(<groups:DarkElement StaticLocalTag="12.34" xmlns:g="urn:SMPTE:Groups:MXF"
                             g:UniversalLabel="no"/>)");
-  EXPECT_EQ(dark.localTag(), 0);
+  EXPECT_TRUE(dark.isUnlisted());
+}
+
+TEST(ExtensionImport, GivesUnknownPropertiesWithoutMarkTagsThatNothingElseHas) {
+  const auto partition = newPartition();
+  const auto& set =
+      imported(document(R"(<p:Preface><groups:ExtensionElements><groups:DarkElement groups:StaticLocalTag="FF.FF"/>
+                             <groups:DarkElement>01</groups:DarkElement><groups:DarkElement>02</groups:DarkElement>
+                             </groups:ExtensionElements></p:Preface>)"),
+               partition);
+  std::vector<uint16> tags;
+  for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) {
+    tags.push_back(dynamic_cast<const MetaMetadata::UnknownAttribute&>(at->metaAttribute()).localTag().value());
+  }
+  EXPECT_THAT(tags, testing::ElementsAre(0xffff, 0xfffe, 0xfffd));
+  auto& dictionary = partition->partitionDictionary();
+  EXPECT_THAT(dictionary.primerEntries(), testing::IsEmpty());
+  EXPECT_EQ(dictionary.findOrGenerate(Types::UniversalLabel(Utils::stringToWstring(kLabel), kDottedForm)).value(),
+            0xfffc);
 }
 
 TEST(ExtensionImport, RefusesWhatIsNoTagNoLabelAndNoHexadecimalText) {

@@ -88,6 +88,35 @@ TEST_F(PartitionDictionaryTest, TellsATagWithoutMakingOneUp) {
   EXPECT_THAT(tags_.primerEntries(), SizeIs(1));
 }
 
+TEST_F(PartitionDictionaryTest, GivesNoLabelATagThatIsReserved) {
+  tags_.reserve(LocalTag(0xffff));
+  EXPECT_EQ(tags_.findOrGenerate(labelNumber(1)), LocalTag(0xfffe));
+  EXPECT_EQ(tags_.findOrGenerate(labelNumber(2), 0xffff), LocalTag(0xfffd));
+  EXPECT_EQ(tags_.tryFindTag(labelNumber(3), 0xffff), 0);
+  EXPECT_EQ(tags_.tryFind(0xffff), nullptr);
+}
+
+TEST_F(PartitionDictionaryTest, ReservesNoStaticTag) {
+  tags_.reserve(LocalTag(0x4001));
+  EXPECT_EQ(tags_.findOrGenerate(labelNumber(1), 0x4001), LocalTag(0x4001));
+}
+
+TEST_F(PartitionDictionaryTest, KeepsItsWordForAReservedTagThatThePrimerListsAfterAll) {
+  tags_.reserve(LocalTag(0x8001));
+  tags_.addPrimerEntry({0x8001, labelNumber(1).key()});
+  EXPECT_EQ(tags_.findOrGenerate(labelNumber(1)), LocalTag(0x8001));
+}
+
+TEST_F(PartitionDictionaryTest, GeneratesTagsThatThePrimerDoesNotList) {
+  EXPECT_EQ(tags_.findOrGenerate(labelNumber(1)), LocalTag(0xffff));
+  EXPECT_EQ(tags_.generateUnlisted(), LocalTag(0xfffe));
+  EXPECT_EQ(tags_.generateUnlisted(), LocalTag(0xfffd));
+  EXPECT_EQ(tags_.findOrGenerate(labelNumber(2)), LocalTag(0xfffc));
+  EXPECT_THAT(tags_.primerEntries(), SizeIs(2));
+  for (uint32 i = 0xfffb; i >= 0x8000; --i) EXPECT_EQ(tags_.generateUnlisted().value(), i);
+  EXPECT_THROW(tags_.generateUnlisted(), Exceptions::InvalidLength);
+}
+
 TEST_F(PartitionDictionaryTest, KeepsTheFirstMappingAndEveryEntry) {
   tags_.addPrimerEntry({0x8001, labelNumber(1).key()});
   tags_.addPrimerEntry({0x8001, labelNumber(2).key()});

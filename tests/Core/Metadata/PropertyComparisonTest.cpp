@@ -146,6 +146,17 @@ TEST_F(ThingComparison, ReportsOneReferenceToNothingThatBecameTwo) {
   EXPECT_THAT(differences(), ElementsAre("mapping: Thing #2: Peer: #50 (no set) -> #151 (no set)"));
 }
 
+TEST_F(ThingComparison, ReportsAReferenceToNoSetAtAllThatBecameAnIdentifier) {
+  const auto refer = [](MetadataSet& thing, const Types::UUID& target) {
+    property<ReferenceElement>(thing, "Child").setUnverifiedReference(std::make_unique<Types::StrongReference>(target));
+  };
+  refer(*leftThing_, Types::UUID());
+  refer(*rightThing_, uid(150));
+  EXPECT_THAT(differences(), ElementsAre("mapping: Thing #2: Child: #0 (no set) -> #150 (no set)"));
+  refer(*rightThing_, Types::UUID());
+  EXPECT_THAT(differences(), IsEmpty());
+}
+
 TEST_F(ThingComparison, ReportsInstanceUIDsThatWereOneAndBecameTwo) {
   addSet(left_, "Other", 2);
   addSet(right_, "Other", 103);
@@ -194,13 +205,13 @@ TEST_F(ThingComparison, PairsUnknownPropertiesWithDynamicTagsByTheLabelsOfThePri
   EXPECT_THAT(insignificant(), ElementsAre("sets with properties in another order 1", "local tag numbers 2"));
 }
 
-TEST_F(ThingComparison, PairsUnknownPropertiesWithDynamicTagsThatNoPrimerListsByTag) {
+TEST_F(ThingComparison, PairsUnknownPropertiesWithDynamicTagsThatNoPrimerListsInOrder) {
   addUnknown(*leftThing_, 0x8001, hex("01"));
-  addUnknown(*rightThing_, 0x8001, hex("01"));
+  addUnknown(*rightThing_, 0xffff, hex("01"));
   addUnknown(*leftThing_, 0x8002, hex("02"));
-  addUnknown(*rightThing_, 0, hex("02"));
-  EXPECT_THAT(differences(), ElementsAre("missing property: Thing #2: unknown property 80.02: 02 -> ",
-                                         "added property: Thing #2: unknown property 00.00:  -> 02"));
+  addUnknown(*rightThing_, 0xfffe, hex("07"));
+  EXPECT_THAT(differences(), ElementsAre("value: Thing #2: unknown property 80.02: 02 -> 07"));
+  EXPECT_THAT(insignificant(), ElementsAre("local tag numbers 2"));
 }
 
 TEST_F(ThingComparison, DoesNotTakeAMisplacedPropertyForAValidOrUnknownOne) {

@@ -126,6 +126,15 @@ TEST_F(Serialization, EntersTheTagsOfNewPropertiesIntoThePrimer) {
   EXPECT_EQ(tags.primerEntries().size(), entries) << "a second time needs no new ones";
 }
 
+TEST_F(Serialization, GivesNewPropertiesNoTagOfAnUnknownOne) {
+  auto& read = readSet(partition_, "Thing", Items().item(0xffff, "AB"));
+  read.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(Types::LocalTag(0xfffe)));
+  auto& set = readSet(partition_, "Thing", Items());
+  setValue(set, "Dynamic", Types::UInt8(7));
+  EXPECT_EQ(hexOf(written(set, partition_)), hexOf(klv(keyOf("Thing"), hex("FFFD 0001 07"), 4)));
+  EXPECT_EQ(hexOf(written(read, partition_)), hexOf(klv(keyOf("Thing"), hex("FFFF 0001 AB  FFFE 0000"), 4)));
+}
+
 TEST_F(Serialization, WritesDarkParsedGroupsOctetForOctet) {
   const auto items = Items().item(0x1234, "AB").instanceUID(7);
   const auto& group = readSet(partition_, darkGroupKey(), items, 9);
