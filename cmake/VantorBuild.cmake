@@ -49,6 +49,7 @@ function(vantor_configure_library target name)
   set_target_properties(${target} PROPERTIES
     EXPORT_NAME ${name}
     POSITION_INDEPENDENT_CODE ON
+    INSTALL_RPATH "$ORIGIN"  # the libraries find each other wherever they are installed
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR})
   target_compile_features(${target} PUBLIC cxx_std_17)

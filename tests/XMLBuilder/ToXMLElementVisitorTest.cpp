@@ -91,6 +91,23 @@ TEST(CollectionExport, ItemElementsAreInThePropertysNamespaceWhichDecidesTheirFo
     </s377m:MetadataSets>)");
 }
 
+TEST(CollectionExport, ReferencesInACollectionOfValuesAreIdentifiers) {
+  for (const auto type : {arrayOf(kUUID), batchOf(kUUID)}) {
+    const auto partition = withItems(type);
+    partition.add("Preface", 1)
+        .item("Items", Types::StrongReference(uid(1)))
+        .item("Items", Types::WeakReference(uid(9)));
+    for (const auto flags : {kNested, kFlat}) {
+      EXPECT_XML(exported(partition, flags), R"(
+        <s377m:MetadataSets {p} {rp210} {s377m} {s422mTypes} {types}>
+          <p:Preface rp210:InstanceUID="{1}">
+            <p:Items><p:Element>{1}</p:Element><p:Element>{9}</p:Element></p:Items>
+          </p:Preface>
+        </s377m:MetadataSets>)");
+    }
+  }
+}
+
 TEST(CollectionExport, AnEmptyCollectionIsAnEmptyElementWhereEncodersHaveToWriteIt) {
   for (const auto type : collectionTypes()) {
     for (const uint32 requiredStatus : {0u, 1u, 2u, 3u, 4u}) {

@@ -1,8 +1,24 @@
 #include <cstdio>
 
+#include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Exceptions.h"
+#include "XML2Partition.h"
+#include "XMLBuilder.h"
 
 namespace {
+
+// Both families of functions have to be there, and what one writes the other reads.
+bool bringsASetThereAndBack() {
+  Vantor::PartitionMetadata partition(Vantor::builtInDictionary());
+  partition.createMetadataSet(Vantor::Structural::StructuralMetadataKeys::preface());
+  Vantor::wstring xml;
+  Vantor::XMLBuilder::partition2XML(&partition, true, false, Vantor::XMLUtils::EncodingType::kUTF8, xml);
+  Vantor::PartitionMetadata copy(Vantor::builtInDictionary());
+  const auto sets = Vantor::XML2Partition::getPartitionMetadataFromString(xml, &copy);
+  return sets.size() == 1 && sets.front()->name() == "Preface";
+}
 
 // The exception's type has to be the same one on both sides of the library's boundary.
 bool catchesWhatTheLibraryDefines() {
@@ -17,6 +33,7 @@ bool catchesWhatTheLibraryDefines() {
 
 int main() {
   if (!catchesWhatTheLibraryDefines()) return std::puts("a ParseError was not caught as a BaseException"), 1;
+  if (!bringsASetThereAndBack()) return std::puts("a set did not come back from its XML"), 1;
   std::puts("the installed package works");
   return 0;
 }
