@@ -12,6 +12,7 @@
 #include "Core/Metadata/PartitionComparison.h"
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/MXF/MXFBytes.h"
+#include "tests/SampleFiles.h"
 
 namespace Vantor::MXF {
 namespace {
@@ -32,6 +33,7 @@ const Sample kSamples[] = {
     {"ffmpeg-mpeg2-pipe-unfinished.mxf", 27, 0, {0, 6144, 23552}, false},
     {"gst-audio-ac3.mxf", 19, 0, {0, 3553, 6822}, true},
     {"bmx-as02-as02b.mxf", 43, 0, {0, 23163}, false},
+    {"bmx-imf-j2c.header.mxf", 14, 0, {0}, false},
     {"bmx-op1a-adm.header.mxf", 44, 0, {0}, false},
     {"bmx-op1a-timedtext.mxf", 21, 0, {0, 20184, 20441, 21377, 21600, 21825}, false},
     {"bmx-rdd9-embedxml.header.mxf", 58, 0, {0}, false},
@@ -42,13 +44,16 @@ const Sample kSamples[] = {
 class SampleFile : public testing::TestWithParam<Sample> {
  protected:
   Path path() const { return Path(VANTOR_TEST_DATA_DIR) / GetParam().file; }
-
-  Bytes bytes() const {
-    std::ifstream stream(path(), std::ios::binary);
-    const std::string all((std::istreambuf_iterator<char>(stream)), {});
-    return Bytes(all.begin(), all.end());
-  }
 };
+
+/// Every sample there is, whatever it holds.
+class AnySampleFile : public testing::TestWithParam<Path> {};
+
+Bytes bytesOf(const Path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  const std::string all((std::istreambuf_iterator<char>(stream)), {});
+  return Bytes(all.begin(), all.end());
+}
 
 /// The KLVs of a partition's header metadata with their keys and lengths, but for primer pack and fill.
 std::vector<Bytes> setsIn(const Bytes& file, const PartitionInfo& partition) {
@@ -91,10 +96,11 @@ TEST_P(SampleFile, HasItsSets) {
   EXPECT_EQ(static_cast<std::size_t>(metadata->darkEnd() - metadata->darkBegin()), GetParam().darkSets);
 }
 
-TEST_P(SampleFile, WritesEverySetWithTheBytesThatWereRead) {
-  const PartitionInfo header = readStructure(path()).partitions.front();
-  const auto metadata = readHeaderMetadata(path(), builtInDictionary());
-  const auto expected = setsIn(bytes(), header);
+TEST_P(AnySampleFile, WritesEverySetWithTheBytesThatWereRead) {
+  const PartitionInfo header = readStructure(GetParam()).partitions.front();
+  const auto metadata = readHeaderMetadata(GetParam(), builtInDictionary());
+  const auto expected = setsIn(bytesOf(GetParam()), header);
+  ASSERT_FALSE(expected.empty());
   ASSERT_EQ(metadata->entries().size(), expected.size());
   for (std::size_t i = 0; i < expected.size(); ++i) {
     EXPECT_EQ(written(metadata->entries()[i], metadata->partitionDictionary()), expected[i]) << "KLV " << i;
@@ -116,12 +122,12 @@ TEST_P(SampleFile, HasTheSameMetadataInItsFooterOrNone) {
   }
 }
 
-TEST_P(SampleFile, IsWrittenAgainAsTheSameSetsInTheSameOrder) {
+TEST_P(AnySampleFile, IsWrittenAgainAsTheSameSetsInTheSameOrder) {
   Bytes expected;
-  for (const auto& set : setsIn(bytes(), readStructure(path()).partitions.front())) {
+  for (const auto& set : setsIn(bytesOf(GetParam()), readStructure(GetParam()).partitions.front())) {
     expected.insert(expected.end(), set.begin(), set.end());
   }
-  const auto metadata = readHeaderMetadata(path(), builtInDictionary());
+  const auto metadata = readHeaderMetadata(GetParam(), builtInDictionary());
   DataIO::Memory::MemoryDataSink sink;
   writeHeaderMetadata(*metadata, SetOrder::kFile, sink);
 
@@ -159,7 +165,11 @@ TEST(HeaderMetadataWriter, WritesNoFileWithoutAPreface) {
   EXPECT_EQ(sink.serializedSize(), 0u);
 }
 
+TEST(SampleFiles, AreAllListedHere) { EXPECT_EQ(mxfFilesIn(VANTOR_TEST_DATA_DIR).size(), std::size(kSamples)); }
+
 INSTANTIATE_TEST_SUITE_P(Samples, SampleFile, testing::ValuesIn(kSamples));
+INSTANTIATE_TEST_SUITE_P(Samples, AnySampleFile, testing::ValuesIn(sampleFiles()),
+                         [](const auto& info) { return testNameOf(info.param); });
 
 }  // namespace
 }  // namespace Vantor::MXF

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Core/Platform/Path.h"
+
+namespace Vantor {
+
+/// The MXF files of a folder by name; none when there is no such folder.
+inline std::vector<Path> mxfFilesIn(const Path& folder) {
+  std::vector<Path> files;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    if (entry.path().extension() == ".mxf") files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+/// The files of tests/data and, where it exists, those of the folder `shared/samples` beside the repository.
+inline std::vector<Path> sampleFiles() {
+  auto files = mxfFilesIn(VANTOR_TEST_DATA_DIR);
+  for (auto& file : mxfFilesIn(VANTOR_SHARED_SAMPLES_DIR)) files.push_back(std::move(file));
+  return files;
+}
+
+/// Names a sample in the name of a test: by its folder and itself.
+inline std::string testNameOf(const Path& sample) {
+  std::string name = sample.parent_path().filename().string() + "_" + sample.stem().string();
+  for (char& character : name) {
+    if (std::isalnum(static_cast<unsigned char>(character)) == 0) character = '_';
+  }
+  return name;
+}
+
+}  // namespace Vantor
