@@ -1,11 +1,13 @@
 #include <atomic>
 #include <functional>
+#include <set>
 #include <thread>
 #include <vector>
 
 #include "Core/Platform/Exceptions.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/UnicodeString.h"
+#include "tests/XMLBuilder/ImportSupport.h"
 #include "tests/XMLBuilder/Support.h"
 
 VANTOR_AUTO_PTR_BEGIN
@@ -52,6 +54,30 @@ std::vector<std::string> exportedRepeatedly(const TestPartition& partition) {
   std::vector<std::string> texts;
   for (int round = 0; round < kRounds; ++round) texts.push_back(exported(partition, kAllFlags[round % 4]));
   return texts;
+}
+
+/// Partitions that a document was imported to, through each of the functions in turn.
+std::vector<TestPartition> importedRepeatedly(const std::string& text,
+                                              const SharedPtr<const MetaMetadata::Dictionary>& dictionary) {
+  std::vector<TestPartition> partitions;
+  for (int round = 0; round < kRounds; ++round) {
+    partitions.emplace_back(dictionary);
+    XML2Partition::importRaw(text, *partitions.back(), XML2Partition::kEntries[round % 3]);
+  }
+  return partitions;
+}
+
+/// Each holds what an import makes of the document when it is alone, under identifiers that no other one has.
+void expectEach(const std::vector<TestPartition>& partitions, const std::string& text) {
+  ASSERT_EQ(partitions.size(), static_cast<std::size_t>(kRounds));
+  const TestPartition alone(partitions.front()->partitionDictionary().dictionary());
+  XML2Partition::importRaw(text, *alone);
+  std::set<wstring> identifiers = {alone->sets().front()->instanceUID()->toString()};
+  for (const auto& partition : partitions) {
+    EXPECT_TRUE(identifiers.insert(partition->sets().front()->instanceUID()->toString()).second);
+    EXPECT_EQ(partition->entries().size(), alone->entries().size());
+    EXPECT_XML(XML2Partition::renumbered(exported(partition)), XML2Partition::renumbered(exported(alone)));
+  }
 }
 
 TEST(Threads, ExportTwoPartitionsAtOnceAsOneAfterTheOther) {
@@ -104,6 +130,51 @@ TEST(Threads, AreNotHeldUpByAnExportThatFails) {
                }});
   EXPECT_EQ(thrown, 3);
   EXPECT_EQ(texts, exportedRepeatedly(fine));
+}
+
+TEST(Threads, ImportToPartitionsOfOneDictionaryAtOnceAsOneAfterTheOther) {
+  const auto original = partitionOf(20);
+  const auto dictionary = original->partitionDictionary().dictionary();
+  const std::string nested = exported(original, kNested);
+  const std::string flat = exported(original, kFlat);
+  std::vector<TestPartition> ofNested;
+  std::vector<TestPartition> ofFlat;
+  runTogether({[&] { ofNested = importedRepeatedly(nested, dictionary); },
+               [&] { ofFlat = importedRepeatedly(flat, dictionary); }});
+  expectEach(ofNested, nested);
+  expectEach(ofFlat, flat);
+}
+
+TEST(Threads, ImportAndExportAtOnceWithOneDictionary) {
+  const auto original = partitionOf(20);
+  const auto dictionary = original->partitionDictionary().dictionary();
+  const std::string text = exported(original);
+  std::vector<TestPartition> partitions;
+  std::vector<std::string> texts;
+  runTogether(
+      {[&] { partitions = importedRepeatedly(text, dictionary); }, [&] { texts = exportedRepeatedly(original); }});
+  expectEach(partitions, text);
+  EXPECT_EQ(texts, exportedRepeatedly(original));
+}
+
+TEST(Threads, AreNotDisturbedByAnImportThatFails) {
+  const auto original = partitionOf(20);
+  const auto dictionary = original->partitionDictionary().dictionary();
+  const std::string text = exported(original);
+  std::vector<TestPartition> partitions;
+  int refused = 0;
+  runTogether({[&] { partitions = importedRepeatedly(text, dictionary); },
+               [&] {
+                 for (int round = 0; round < kRounds; ++round) {
+                   try {
+                     importedRepeatedly(text.substr(0, text.size() - 1), dictionary);
+                   } catch (const Exceptions::ParseError&) {
+                     ++refused;
+                   }
+                 }
+               }});
+  EXPECT_EQ(refused, kRounds);
+  expectEach(partitions, text);
 }
 
 TEST(Threads, ShareThePrefixAndTheNamespaceOfTheRoot) {
