@@ -199,7 +199,7 @@ std::vector<HostileDocument> paddings() {
   const std::string item = "<a>" + repeated("00", 65536) + "</a>";
   return {
       {"EmptyItemsToPad", preface("<p:Parts>" + repeated("<a><b/></a>", 65536) + item + "</p:Parts>"),
-       isRefused("InvalidLength", "65536 items without octets cannot be padded to 65536 octets each")},
+       isRefused("InvalidLength", "257 items without octets cannot be padded to 65536 octets each")},
   };
 }
 
