@@ -1,8 +1,3 @@
-// Offsets beyond 2 GiB where the system's default is narrower.
-#ifndef _FILE_OFFSET_BITS
-#define _FILE_OFFSET_BITS 64
-#endif
-
 #include "Core/DataIO/File.h"
 
 #include <cerrno>

@@ -31,8 +31,8 @@ Key Key::normalised() const {
 std::size_t KeyHash::operator()(const Key& key) const noexcept {
   // Keys share most of their first half, so both halves have to reach all bits of the result.
   constexpr uint64 kOdd = 0x9E3779B97F4A7C15;
-  const uint64 first = DataIO::readBigEndian<uint64>(key.rawBuffer());
-  const uint64 second = DataIO::readBigEndian<uint64>(key.rawBuffer() + 8);
+  const auto first = DataIO::readBigEndian<uint64>(key.rawBuffer());
+  const auto second = DataIO::readBigEndian<uint64>(key.rawBuffer() + 8);
   const uint64 mixed = ((first * kOdd) ^ second) * kOdd;
   return static_cast<std::size_t>(mixed ^ mixed >> 32);
 }

@@ -50,7 +50,7 @@ Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel&
 }
 
 Types::LocalTag PartitionDictionary::generateUnlisted() {
-  const Types::LocalTag tag(freeTag(0));
+  Types::LocalTag tag(freeTag(0));
   reserve(tag);
   return tag;
 }
