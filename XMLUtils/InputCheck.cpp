@@ -86,11 +86,55 @@ class LimitCheck {
     return false;
   }
 
-  /// As crude as the scanner: the internal subset ends at its first bracket, wherever that stands.
+  /// The scanner ends the internal subset at its first bracket, wherever that stands. Where the document type
+  /// declaration goes on, it would take the rest for the document.
   void skipDoctype() {
+    const auto start = at_;
     while (at_ < text_.count && text_[at_] != u'[' && text_[at_] != u'>') ++at_;
     if (skip(u"[")) skipPast(u"]");
     skipPast(u">");
+    const auto scannersEnd = at_;
+    at_ = start;
+    skipWholeDoctype();
+    if (at_ != scannersEnd) {
+      throw refusal(text_, start - 2, u"a document type declaration with ']', '[' or '>' in it is not supported",
+                    systemId_);
+    }
+  }
+
+  void skipWholeDoctype() {
+    for (bool isInSubset = false; at_ < text_.count; ++at_) {
+      if (isInSubset) {
+        skipDeclaration();
+        if (at_ < text_.count && text_[at_] == u']') isInSubset = false;
+      } else if (text_[at_] == u'[') {
+        isInSubset = true;
+      } else if (text_[at_] == u'>') {
+        ++at_;
+        return;
+      } else {
+        skipLiteral();
+      }
+    }
+  }
+
+  /// Of the internal subset, with comments and processing instructions.
+  void skipDeclaration() {
+    if (skip(u"<!--")) {
+      skipPast(u"-->");
+    } else if (skip(u"<?")) {
+      skipPast(u"?>");
+    } else if (skip(u"<!")) {
+      for (; at_ < text_.count && text_[at_] != u'>'; ++at_) skipLiteral();
+    }
+  }
+
+  /// Goes to the closing quote, if there is an opening one here.
+  void skipLiteral() {
+    const char16_t quote = text_[at_];
+    if (quote != u'"' && quote != u'\'') return;
+    do ++at_;
+    while (at_ < text_.count && text_[at_] != quote);
   }
 
   void skipStartTag() {

@@ -37,9 +37,9 @@ Holder<xercesc::DOMLSParser> createParser();
 /// kept: see `cleanEmptyTextNodes`.
 ///
 /// Input is not trusted. A document type declaration is skipped unread, so there are no entities but the five of XML,
-/// and a reference to another one is an error. Nothing outside the buffer is opened: no entity, no schema, no network.
-/// Elements that nest deeper than `kMaximumDepth` or have more attributes than the limits above are refused before
-/// anything is built.
+/// and a reference to another one is an error; one that has brackets or '>' where skipping would go wrong, in comments
+/// or literals, is refused. Nothing outside the buffer is opened: no entity, no schema, no network. Elements that nest
+/// deeper than `kMaximumDepth` or have more attributes than the limits above are refused before anything is built.
 ///
 /// @param buffer  read during the call only; null counts as empty.
 /// @param size    bytes.

@@ -27,8 +27,9 @@ class PartitionMetadata;
 ///         the failure stays in the partition.
 namespace XML2Partition {
 
-/// @param buffer     the document in any encoding that XML declares or a byte order mark tells; UTF-16 is recognised
-///                   without either. White space between elements is dropped.
+/// @param buffer     the document in UTF-8, UTF-16 (recognised without a byte order mark, too), or what its XML
+///                   declaration names: US-ASCII, ISO 8859 or a Windows code page from 1250 to 1258. White space
+///                   between elements is dropped.
 /// @param size       bytes.
 /// @param partition  receives the sets; its dictionary names them. Null gives an empty list.
 VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromBuffer(
