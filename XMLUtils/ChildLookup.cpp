@@ -1,6 +1,7 @@
 #include "XMLUtils/ChildLookup.h"
 
 #include <algorithm>
+#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMException.hpp>
@@ -34,6 +35,19 @@ void forEachChildElement(const DOMNode& context, Visit&& visit) {
 bool isNamed(const DOMElement& element, const wstring& uri, const wstring& name) {
   return xercesc::XMLString::equals(element.getLocalName(), name.c_str()) &&
          xercesc::XMLString::equals(element.getNamespaceURI(), uri.c_str());
+}
+
+/// What an element and those around it bind a prefix to; null when nothing does. The document's own look-up steps
+/// through all attributes of them all, which is what most of an import would be where there are many.
+const XMLCh* declaredNamespace(const DOMElement& element, const wstring& prefix) {
+  const wstring declaration = u"xmlns:" + prefix;
+  for (const DOMNode* node = &element; node != nullptr && node->getNodeType() == DOMNode::ELEMENT_NODE;
+       node = node->getParentNode()) {
+    if (node->getPrefix() != nullptr && prefix == node->getPrefix()) return node->getNamespaceURI();
+    const auto* attribute = static_cast<const DOMElement*>(node)->getAttributeNode(declaration.c_str());
+    if (attribute != nullptr) return attribute->getValue();
+  }
+  return nullptr;
 }
 
 bool isName(const wstring& text) { return xercesc::XMLChar1_0::isValidNCName(text.c_str(), text.size()); }
@@ -76,22 +90,41 @@ DOMElement* firstChildElement(const DOMNode& context) {
   return first;
 }
 
-ChildLookup::ChildLookup(const DOMNode& scope) : resolver_(scope.getOwnerDocument()->createNSResolver(&scope)) {}
+ChildLookup::ChildLookup(const DOMNode& scope) : scope_(scope) {}
 
 ChildLookup::~ChildLookup() = default;
+
+const xercesc::DOMXPathNSResolver& ChildLookup::resolver() {
+  if (resolver_.get() == nullptr) {
+    resolver_.reset(scope_.getOwnerDocument()->createNSResolver(&scope_));
+    for (const auto& binding : bindings_) {
+      if (binding.isAdded) resolver_->addNamespaceBinding(binding.prefix.c_str(), binding.uri.c_str());
+    }
+  }
+  return *resolver_;
+}
 
 const wstring& ChildLookup::namespaceOf(const wstring& prefix) {
   const auto known = std::find_if(bindings_.begin(), bindings_.end(),
                                   [&prefix](const Binding& binding) { return binding.prefix == prefix; });
   if (known != bindings_.end()) return known->uri;
-  bindings_.push_back({prefix, utf16ToWstring(resolver_->lookupNamespaceURI(prefix.c_str()))});
+  bindings_.push_back({prefix, lookUpNamespace(prefix), false});
   return bindings_.back().uri;
+}
+
+wstring ChildLookup::lookUpNamespace(const wstring& prefix) {
+  if (scope_.getNodeType() == DOMNode::ELEMENT_NODE && isName(prefix) && prefix.compare(0, 3, u"xml") != 0) {
+    return utf16ToWstring(declaredNamespace(static_cast<const DOMElement&>(scope_), prefix));
+  }
+  return utf16ToWstring(resolver().lookupNamespaceURI(prefix.c_str()));
 }
 
 void ChildLookup::bindIfUnbound(const wstring& prefix, const wstring& uri) {
   if (!namespaceOf(prefix).empty()) return;
-  resolver_->addNamespaceBinding(prefix.c_str(), uri.c_str());
-  bindings_.clear();
+  const auto binding = std::find_if(bindings_.begin(), bindings_.end(),
+                                    [&prefix](const Binding& each) { return each.prefix == prefix; });
+  *binding = {prefix, uri, true};
+  if (resolver_.get() != nullptr) resolver_->addNamespaceBinding(prefix.c_str(), uri.c_str());
 }
 
 bool ChildLookup::canWalk(const wstring& prefix, const wstring& name) {
@@ -127,7 +160,7 @@ DOMElement* ChildLookup::first(const DOMNode& context, const wstring& prefix, co
 
 std::vector<DOMElement*> ChildLookup::evaluate(const DOMNode& context, const wstring& expression) {
   auto* document = context.getOwnerDocument();
-  const Holder<xercesc::DOMXPathExpression> compiled(document->createExpression(expression.c_str(), resolver_.get()));
+  const Holder<xercesc::DOMXPathExpression> compiled(document->createExpression(expression.c_str(), &resolver()));
   // ITERATOR_RESULT is an extension of XQilla's, unknown to the interface.
   const auto type = static_cast<xercesc::DOMXPathResult::ResultType>(XPath2Result::ITERATOR_RESULT);
   const Holder<xercesc::DOMXPathResult> result(compiled->evaluate(&context, type, nullptr));

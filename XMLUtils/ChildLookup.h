@@ -53,10 +53,15 @@ class ChildLookup {
   struct Binding {
     wstring prefix;
     wstring uri;
+    bool isAdded;  // by `bindIfUnbound`
   };
+  wstring lookUpNamespace(const wstring& prefix);
+  /// The engine's own view of the scope, made when it is first needed.
+  const xercesc::DOMXPathNSResolver& resolver();
   /// Whether a walk answers as the engine does.
   bool canWalk(const wstring& prefix, const wstring& name);
 
+  const xercesc::DOMNode& scope_;
   Holder<xercesc::DOMXPathNSResolver> resolver_;
   std::vector<Binding> bindings_;  // as asked for; a document uses a handful
 };
