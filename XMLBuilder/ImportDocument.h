@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <unordered_map>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -57,7 +58,8 @@ class ImportDocument {
   XMLUtils::ChildLookup rootScope_;
   std::unordered_map<wstring, const MetaMetadata::MetaMetadataSet*, TextHash> sets_;
   std::unordered_map<wstring, const MetaMetadata::MetaElement*, TextHash> properties_;  // filled when first asked
-  std::unordered_map<wstring, wstring, TextHash> identifiers_;
+  std::map<wstring, wstring>
+      identifiers_;  // ordered: the texts are the document's choice, and hashes can be made to meet
 };
 
 }  // namespace Vantor::XML2Partition

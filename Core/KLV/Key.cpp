@@ -4,6 +4,7 @@
 
 #include "Core/DataIO/BigEndian.h"
 #include "Core/KLV/IdentifierText.h"
+#include "Core/Platform/SeededHash.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor::KLV {
@@ -29,12 +30,8 @@ Key Key::normalised() const {
 }
 
 std::size_t KeyHash::operator()(const Key& key) const noexcept {
-  // Keys share most of their first half, so both halves have to reach all bits of the result.
-  constexpr uint64 kOdd = 0x9E3779B97F4A7C15;
-  const auto first = DataIO::readBigEndian<uint64>(key.rawBuffer());
-  const auto second = DataIO::readBigEndian<uint64>(key.rawBuffer() + 8);
-  const uint64 mixed = ((first * kOdd) ^ second) * kOdd;
-  return static_cast<std::size_t>(mixed ^ mixed >> 32);
+  return static_cast<std::size_t>(Platform::seededHash(DataIO::readBigEndian<uint64>(key.rawBuffer()),
+                                                       DataIO::readBigEndian<uint64>(key.rawBuffer() + 8)));
 }
 
 }  // namespace Vantor::KLV

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <string_view>
 
 #include "Core/KLV/IdentifierText.h"
+#include "Core/Platform/SeededHash.h"
 #include "Core/Platform/StringForm.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/FixedSizeType.h"
@@ -46,13 +48,17 @@ class IdentifierType : public FixedSizeType<Derived> {
   }
 };
 
-/// Hashes the octets of an identifier (FNV-1a, 64 bits).
+/// Hashes the octets of an identifier, in another way in every process (`Platform::seededHash`).
 struct IdentifierHash {
   template <class Derived>
   std::size_t operator()(const IdentifierType<Derived>& identifier) const noexcept {
-    uint64 hash = 14695981039346656037u;
-    for (std::size_t n = 1; n <= IdentifierType<Derived>::kSize; ++n)
-      hash = (hash ^ identifier.octet(n)) * 1099511628211u;
+    constexpr std::size_t kSize = IdentifierType<Derived>::kSize;
+    uint64 hash = kSize;
+    for (std::size_t at = 0; at < kSize; at += sizeof(uint64)) {
+      uint64 piece = 0;
+      std::memcpy(&piece, identifier.rawBuffer() + at, std::min(sizeof piece, kSize - at));
+      hash = Platform::seededHash(hash, piece);
+    }
     return static_cast<std::size_t>(hash);
   }
 };

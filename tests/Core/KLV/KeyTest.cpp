@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <unordered_set>
 
+#include "Core/DataIO/BigEndian.h"
 #include "Core/Platform/Exceptions.h"
 
 namespace Vantor::KLV {
@@ -127,6 +128,22 @@ TEST(Key, HashesToFewerCollisionsThanAWeakHashWouldGive) {
   // Eight octets with 256 values each, of which one in each octet gives the unchanged key.
   EXPECT_EQ(keys.size(), 8u * 255 + 1);
   EXPECT_EQ(hashes.size(), keys.size());
+}
+
+TEST(Key, MeetsNoOtherInABucketBecauseAFileWantsItTo) {
+  // Under the multiplicative hash that was here before, all of these were one number.
+  constexpr uint64 kOdd = 0x9E3779B97F4A7C15;
+  std::unordered_set<Key> keys;
+  for (uint64 first = 1; first <= 4096; ++first) {
+    uint8 octets[Key::kSize];
+    DataIO::writeBigEndian<uint64>(octets, first);
+    DataIO::writeBigEndian<uint64>(octets + 8, 0x1234 ^ first * kOdd);
+    keys.insert(Key(octets));
+  }
+  std::size_t fullest = 0;
+  for (std::size_t i = 0; i < keys.bucket_count(); ++i) fullest = std::max(fullest, keys.bucket_size(i));
+  EXPECT_EQ(keys.size(), 4096u);
+  EXPECT_LT(fullest, 32u);
 }
 
 TEST(Key, NeedsNoHeapMemory) {
