@@ -3,6 +3,7 @@
 #include "Core/DataIO/Memory.h"
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
+#include "Core/KLV/LocalSet.h"
 #include "Core/KLV/PrimerPack.h"
 #include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/MXF/PartitionPack.h"
@@ -50,8 +51,26 @@ void requireSetKey(const KLV::Key& key) {
                                   kSource, __LINE__);
 }
 
-void requireSetKeys(const PartitionMetadata& partition) {
-  for (const auto& entry : partition.entries()) requireSetKey(*EntryView(entry).key);
+/// What a reader will take for a set that it knows has to read as one.
+void requireItems(const EntryView& entry, const MetaMetadata::Dictionary& dictionary) {
+  const auto* definition = entry.isDark() && KLV::isLocalSet(*entry.key) ? dictionary.findSet(*entry.key) : nullptr;
+  if (definition == nullptr) return;
+  try {
+    KLV::readLocalSet(KLV::localSetCoding(*entry.key), reinterpret_cast<const uint8*>(entry.octets.data()),
+                      entry.octets.size());
+  } catch (const Exceptions::ParseError& error) {
+    throw Exceptions::InvalidFormat(
+        "a dark set has the key of set " + definition->symbol() + ", but its value is none: " + error.message(),
+        kSource, __LINE__);
+  }
+}
+
+void requireReadableSets(const PartitionMetadata& partition) {
+  for (const auto& entry : partition.entries()) {
+    const EntryView view(entry);
+    requireSetKey(*view.key);
+    requireItems(view, *partition.partitionDictionary().dictionary());
+  }
 }
 
 void writeInFileOrder(PartitionMetadata& partition, DataIO::DataSink& sink) {
@@ -145,7 +164,7 @@ void writeRandomIndexPack(DataIO::DataSink& sink) {
 }  // namespace
 
 void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink) {
-  requireSetKeys(partition);
+  requireReadableSets(partition);
   // The sets go first into memory: writing them is what completes the primer that stands before them.
   MemoryDataSink sets;
   if (order == SetOrder::kFile) {

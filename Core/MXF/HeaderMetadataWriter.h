@@ -20,7 +20,8 @@ enum class SetOrder {
 /// Properties that have no local tag yet get one and are entered into the partition's primer.
 /// @throws InvalidLength when the dynamic tags do not suffice, or a primer or set has no length that KLV can tell;
 ///         InvalidFormat naming the key when a set that the dictionary does not know has one that is no set's, such as
-///         a partition pack's: readers would take it for that. Nothing is written then.
+///         a partition pack's: readers would take it for that, or the key of a set that it does know and a value that
+///         is no local set. Nothing is written then.
 void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink);
 
 /// Writes an MXF file that holds nothing but this header metadata: a header partition, closed and complete, KAG 1, and

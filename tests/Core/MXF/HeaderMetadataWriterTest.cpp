@@ -56,6 +56,25 @@ TEST_P(KeyOfAnUnknownSet, IsWritten) {
   EXPECT_TRUE(createdSetCanBeWritten());
 }
 
+TEST(DarkSetWithTheKeyOfAKnownSet, IsWrittenIfItReadsAsOne) {
+  const auto write = [](const Bytes& value) {
+    PartitionMetadata metadata(builtInDictionary());
+    metadata.addDarkMetadataSet(
+        std::make_unique<DarkMetadataSet>(Structural::StructuralMetadataKeys::preface(), uint8{4}, KLV::Value(value)));
+    MemoryDataSink sink;
+    writeHeaderMetadata(metadata, SetOrder::kFile, sink);
+    return sink.serializedSize();
+  };
+  EXPECT_GT(write(hex("7f01 0001 05")), 0u);
+  EXPECT_GT(write(Bytes()), 0u);
+  try {
+    write(hex("ff"));
+    FAIL() << "nothing was thrown";
+  } catch (const Exceptions::InvalidFormat& error) {
+    EXPECT_THAT(error.message(), testing::StartsWith("a dark set has the key of set Preface, but its value is none: "));
+  }
+}
+
 KLV::Key key(const char* octets) { return KLV::Key(hex(octets).data()); }
 
 INSTANTIATE_TEST_SUITE_P(
