@@ -13,6 +13,8 @@ using xercesc::DOMElement;
 
 DOMElement& extensionElements(ExportDocument& document, DOMElement& set) {
   if (DOMElement* found = findChildNamed(set, Vocabulary::kExtensionElements)) return *found;
+  // Readers look for the container only where the prefix is declared.
+  document.namespaces().insertIfUnbound(Vocabulary::kGroupsURI, Vocabulary::kGroupsPrefix);
   return *document.document().createElementNS(Vocabulary::kGroupsURI.data(), Vocabulary::kExtensionElements.data());
 }
 

@@ -24,15 +24,15 @@ constexpr const char16_t* kRegistrationAuthorityURI = u"http://www.smpte-ra.org"
 constexpr const char16_t* kIdentifierPrefix = u"rp210:";
 
 /// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
-/// that says as little.
-Types::LocalTag localTagOf(const DOMElement& child, PartitionDictionary& tags) {
+/// that says as little. @param unmarked  counts the properties of the set that have neither.
+Types::LocalTag localTagOf(const DOMElement& child, PartitionDictionary& tags, std::size_t& unmarked) {
   if (const auto* tag = child.getAttributeNode(XMLBuilder::Vocabulary::kStaticLocalTag.data())) {
     return Types::LocalTag(nodeText(*tag), kDottedForm);
   }
   if (const auto* label = child.getAttributeNode(XMLBuilder::Vocabulary::kUniversalLabel.data())) {
     return tags.findOrGenerate(Types::UniversalLabel(nodeText(*label), kDottedForm));
   }
-  return tags.generateUnlisted();
+  return tags.unlistedTag(unmarked++);
 }
 
 }  // namespace
@@ -104,8 +104,8 @@ void FromXMLMetadataSetVisitor::readExtension(const DOMElement& child, MetadataS
 }
 
 void FromXMLMetadataSetVisitor::readUnknown(const DOMElement& child, MetadataSet& set) {
-  Element& property = set.createInvalidElement(
-      std::make_unique<MetaMetadata::UnknownAttribute>(localTagOf(child, document_.partition().partitionDictionary())));
+  const auto tag = localTagOf(child, document_.partition().partitionDictionary(), unmarked_);
+  Element& property = set.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(tag));
   FromXMLElementVisitor reader(child, nullptr, document_);
   property.accept(reader);
 }

@@ -30,6 +30,7 @@ class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSet
   const xercesc::DOMElement& element_;
   ImportDocument& document_;
   XMLUtils::ChildLookup scope_;
+  std::size_t unmarked_ = 0;  // unknown properties with neither tag nor label
 };
 
 /// Makes a set for an element in the partition and fills it. @param onCreated  is given the set before it is filled.

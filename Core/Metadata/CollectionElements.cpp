@@ -78,7 +78,7 @@ auto_ptr<Types::Collection> BatchElement::makeCollection(int itemSize) const {
 }
 
 void ReferenceArrayElement::append(const MetadataSet* target) {
-  ArrayElement::append(makeReference(itemType(*this), *target));
+  ArrayElement::append(makeReference(itemType(*this), target));
 }
 void ReferenceArrayElement::appendUnverifiedReference(auto_ptr<Types::Reference> reference) {
   ArrayElement::append(std::move(reference));
@@ -93,7 +93,7 @@ void ReferenceArrayElement::appendTargets(ReferenceKinds kinds, std::vector<Type
 }
 
 void ReferenceBatchElement::append(const MetadataSet* target) {
-  BatchElement::append(makeReference(itemType(*this), *target));
+  BatchElement::append(makeReference(itemType(*this), target));
 }
 void ReferenceBatchElement::appendUnverifiedReference(auto_ptr<Types::Reference> reference) {
   BatchElement::append(std::move(reference));

@@ -65,7 +65,7 @@ class ReferenceArrayElement : public ArrayElement {
  public:
   using ArrayElement::append;
   using ArrayElement::ArrayElement;
-  /// Appends a reference to a set. @throws InvalidFormat when the set has no InstanceUID.
+  /// Appends a reference to a set. @throws InvalidFormat when there is no set (null), or it has no InstanceUID.
   void append(const MetadataSet* target);
   void appendUnverifiedReference(auto_ptr<Types::Reference> reference);
 
@@ -80,7 +80,7 @@ class ReferenceBatchElement : public BatchElement {
  public:
   using BatchElement::append;
   using BatchElement::BatchElement;
-  /// Appends a reference to a set. @throws InvalidFormat when the set has no InstanceUID.
+  /// Appends a reference to a set. @throws InvalidFormat when there is no set (null), or it has no InstanceUID.
   void append(const MetadataSet* target);
   void appendUnverifiedReference(auto_ptr<Types::Reference> reference);
 

@@ -172,7 +172,10 @@ class Comparer {
     const auto text = [](const EntryView& entry) {
       return octetsText(reinterpret_cast<const uint8*>(entry.octets.data()), entry.octets.size());
     };
-    report(*left.set, "octets", {Kind::kValue, text(left), text(right)});
+    Finding finding{Kind::kValue, text(left), text(right)};
+    // Shortened, both look the same.
+    if (finding.left == finding.right) finding.right += ", other octets behind that";
+    report(*left.set, "octets", std::move(finding));
   }
 
   void reportAddedSets() {
@@ -229,12 +232,21 @@ class Comparer {
                          const Element& right) {
     const auto leftTag = localTagOf(left, left_.partitionDictionary());
     count(Insignificant::kLocalTags, leftTag != localTagOf(right, right_.partitionDictionary()) ? 1 : 0);
+    count(Insignificant::kPrimerLabels, haveSameLabel(left, right) ? 0 : 1);
     auto finding = isInstanceUID(left, leftSet) && isInstanceUID(right, rightSet)
                        ? compareInstanceUIDs(*leftSet.instanceUID(), *rightSet.instanceUID())
                        : compareValues(left.wireValue(), right.wireValue());
     if (!finding) return;
     ++result_.differingProperties;
     report(leftSet, propertyName(left, left_.partitionDictionary()), std::move(*finding));
+  }
+
+  bool haveSameLabel(const Element& left, const Element& right) const {
+    const auto* leftLabel = unknownLabelOf(left, left_.partitionDictionary());
+    const auto* rightLabel = unknownLabelOf(right, right_.partitionDictionary());
+    if (leftLabel == nullptr || rightLabel == nullptr) return leftLabel == rightLabel;
+    return MetaMetadata::elementIdentity(leftLabel->rawBuffer()) ==
+           MetaMetadata::elementIdentity(rightLabel->rawBuffer());
   }
 
   std::optional<Finding> compareInstanceUIDs(const Types::UUID& left, const Types::UUID& right) const {

@@ -48,6 +48,7 @@ const char* name(PartitionDifference::Kind kind);
   X(kSetOrder, "sets in another order")                          \
   X(kPropertyOrder, "sets with properties in another order")     \
   X(kLocalTags, "local tag numbers")                             \
+  X(kPrimerLabels, "primer labels of unknown static tags")       \
   X(kEmptyCollections, "empty optional collections in one only") \
   X(kEmptyItemSizes, "item sizes of empty collections")          \
   X(kDarkKinds, "dark groups that came back as dark sets")       \

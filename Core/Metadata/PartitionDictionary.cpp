@@ -1,5 +1,7 @@
 #include "Core/Metadata/PartitionDictionary.h"
 
+#include <algorithm>
+
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 
@@ -49,20 +51,27 @@ Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel&
   return Types::LocalTag(tag);
 }
 
-Types::LocalTag PartitionDictionary::generateUnlisted() {
-  Types::LocalTag tag(freeTag(0));
-  reserve(tag);
-  return tag;
+Types::LocalTag PartitionDictionary::unlistedTag(std::size_t index) {
+  while (unlisted_.size() <= index && (unlisted_.empty() || hasFreeDynamicTag())) {
+    const uint16 tag = freeTag(0);
+    reserved_.insert(tag);
+    unlisted_.push_back(tag);
+  }
+  return Types::LocalTag(unlisted_[std::min(index, unlisted_.size() - 1)]);
 }
 
 void PartitionDictionary::reserve(const Types::LocalTag& tag) {
   if (!tag.isStaticLocalTag() && tryFind(tag.value()) == nullptr) reserved_.insert(tag.value());
 }
 
+bool PartitionDictionary::hasFreeDynamicTag() {
+  while (nextDynamicTag_ >= kFirstDynamicTag && !isFree(static_cast<uint16>(nextDynamicTag_))) --nextDynamicTag_;
+  return nextDynamicTag_ >= kFirstDynamicTag;
+}
+
 uint16 PartitionDictionary::freeTag(uint16 preferredTag) {
   if (preferredTag != 0 && isFree(preferredTag)) return preferredTag;
-  while (nextDynamicTag_ >= kFirstDynamicTag && !isFree(static_cast<uint16>(nextDynamicTag_))) --nextDynamicTag_;
-  if (nextDynamicTag_ >= kFirstDynamicTag) return static_cast<uint16>(nextDynamicTag_);
+  if (hasFreeDynamicTag()) return static_cast<uint16>(nextDynamicTag_);
   throw Exceptions::InvalidLength("all dynamic local tags of the partition are taken", kSource, __LINE__);
 }
 

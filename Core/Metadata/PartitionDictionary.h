@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "Core/KLV/PrimerPack.h"
 #include "Core/MetaMetadata/Dictionary.h"
@@ -33,9 +34,13 @@ class PartitionDictionary {
   /// @throws InvalidLength when all 32,768 dynamic tags are taken.
   Types::LocalTag findOrGenerate(const Types::UniversalLabel& label, uint16 preferredTag = 0);
 
-  /// A free dynamic tag for a property of which not even a label is known: no other property gets it, and the primer
-  /// does not list it. @throws InvalidLength as above.
-  Types::LocalTag generateUnlisted();
+  /// A dynamic tag that the primer does not list and no property with a label gets, for a property of which not even a
+  /// label is known.
+  /// @param index  which of these tags; so many are made as are asked for. When the dynamic tags are all taken, the
+  /// last
+  ///               that was made serves for all others.
+  /// @throws InvalidLength when not even one can be made.
+  Types::LocalTag unlistedTag(std::size_t index);
   /// Keeps a dynamic tag that the primer does not list from being given to another property. Other tags have their
   /// meaning from the dictionary and are not reserved.
   void reserve(const Types::LocalTag& tag);
@@ -48,12 +53,15 @@ class PartitionDictionary {
 
  private:
   bool isFree(uint16 tag) const { return labels_.count(tag) == 0 && reserved_.count(tag) == 0; }
+  /// Goes down to the next free one.
+  bool hasFreeDynamicTag();
   uint16 freeTag(uint16 preferredTag);
 
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
   Templates::vector<KLV::PrimerEntry> entries_;
   std::unordered_map<uint16, Types::UniversalLabel> labels_;
   std::unordered_map<KLV::Key, uint16, KLV::KeyHash> tags_;  // by label without its version octet
+  std::vector<uint16> unlisted_;                             // tags of `unlistedTag`
   std::unordered_set<uint16> reserved_;                      // dynamic tags of properties without label
   uint32 nextDynamicTag_ = 0xFFFF;
 };

@@ -17,11 +17,12 @@ class IdentityVisitor : public MetaMetadata::AbstractMetaAttributeVisitor {
 
   void visit(const UnknownAttribute& attribute) override {
     const auto& tag = attribute.localTag();
-    if (tag.isStaticLocalTag()) {
+    const auto* label = tags_.tryFind(tag.value());
+    if (label != nullptr && (!tag.isStaticLocalTag() || isOfAnother(tag, *label))) {
+      set(PropertyIdentity::Kind::kUnknownLabel, *label);
+    } else if (tag.isStaticLocalTag()) {
       identity_.kind = PropertyIdentity::Kind::kUnknownTag;
       identity_.tag = tag.value();
-    } else if (const auto* label = tags_.tryFind(tag.value())) {
-      set(PropertyIdentity::Kind::kUnknownLabel, *label);
     } else {
       identity_.kind = PropertyIdentity::Kind::kUnlisted;
     }
@@ -34,6 +35,12 @@ class IdentityVisitor : public MetaMetadata::AbstractMetaAttributeVisitor {
   }
 
  private:
+  /// Whether the dictionary knows a static tag as that of something else.
+  bool isOfAnother(const Types::LocalTag& tag, const Types::UniversalLabel& label) const {
+    const auto* definition = tags_.dictionary()->findElementByStaticTag(tag.value());
+    return definition != nullptr && !(MetaMetadata::elementIdentity(definition->key().rawBuffer()) ==
+                                      MetaMetadata::elementIdentity(label.rawBuffer()));
+  }
   void set(PropertyIdentity::Kind kind, const Types::UniversalLabel& label) {
     identity_.kind = kind;
     identity_.label = MetaMetadata::elementIdentity(label.rawBuffer());
@@ -96,6 +103,11 @@ std::string propertyName(const Element& property, const PartitionDictionary& tag
   NameVisitor visitor(tags);
   property.metaAttribute().accept(visitor);
   return std::move(visitor.name);
+}
+
+const Types::UniversalLabel* unknownLabelOf(const Element& property, const PartitionDictionary& tags) {
+  const auto* attribute = dynamic_cast<const MetaMetadata::UnknownAttribute*>(&property.metaAttribute());
+  return attribute == nullptr ? nullptr : tags.tryFind(attribute->localTag().value());
 }
 
 uint16 localTagOf(const Element& property, const PartitionDictionary& tags) {

@@ -13,7 +13,7 @@ struct PropertyIdentity {
   enum class Kind {
     kValid,
     kMisplaced,
-    kUnknownLabel,  ///< unknown under a dynamic tag, which the partition's primer gives a label
+    kUnknownLabel,  ///< unknown under a label of the primer, where the tag alone does not tell it
     kUnknownTag,    ///< unknown under a static tag
     kUnlisted       ///< unknown under a dynamic tag that the primer does not list, which means nothing
   };
@@ -36,6 +36,9 @@ struct PropertyIdentityHash {
 
 /// What messages call a property: its symbol, or for an unknown one its tag and what label the primer gives that.
 std::string propertyName(const Element& property, const PartitionDictionary& tags);
+
+/// The label that the primer gives for the tag of an unknown property; null for none, and for other properties.
+const Types::UniversalLabel* unknownLabelOf(const Element& property, const PartitionDictionary& tags);
 
 /// The local tag that a property has in its partition: as read, or else the one that a writer would choose; 0 when only
 /// writing would fix one.

@@ -12,10 +12,11 @@ constexpr const char* kSource = "Core/Metadata/ReferenceElement";
 
 }  // namespace
 
-auto_ptr<Types::Reference> makeReference(Types::Identifiers::Identifier kind, const MetadataSet& target) {
-  const Types::UUID* instanceUID = target.instanceUID();
+auto_ptr<Types::Reference> makeReference(Types::Identifiers::Identifier kind, const MetadataSet* target) {
+  if (target == nullptr) throw Exceptions::InvalidFormat("there is no set to refer to", kSource, __LINE__);
+  const Types::UUID* instanceUID = target->instanceUID();
   if (instanceUID == nullptr) {
-    throw Exceptions::InvalidFormat("set " + target.name() + " has no InstanceUID to refer to", kSource, __LINE__);
+    throw Exceptions::InvalidFormat("set " + target->name() + " has no InstanceUID to refer to", kSource, __LINE__);
   }
   if (kind == Types::Identifiers::kStrongReference) return std::make_unique<Types::StrongReference>(*instanceUID);
   if (kind == Types::Identifiers::kWeakReference) return std::make_unique<Types::WeakReference>(*instanceUID);
@@ -26,7 +27,7 @@ auto_ptr<Types::Reference> makeReference(Types::Identifiers::Identifier kind, co
 void ReferenceElement::set(const MetadataSet* target) {
   const auto* definition = metaAttribute().metaElement();
   const auto kind = definition == nullptr ? Types::Identifiers::kStrongReference : definition->dataType();
-  setUnverifiedReference(makeReference(kind, *target));
+  setUnverifiedReference(makeReference(kind, target));
 }
 
 void ReferenceElement::setUnverifiedReference(auto_ptr<Types::Reference> reference) {

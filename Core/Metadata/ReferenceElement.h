@@ -22,7 +22,7 @@ class ReferenceElement : public Element {
   bool isSkipped() const { return reference_ == nullptr; }
 
   /// Refers to a set by the InstanceUID that it has now, in the kind of reference that the definition asks for.
-  /// @throws InvalidFormat when the set has no InstanceUID.
+  /// @throws InvalidFormat when there is no set (null), or it has no InstanceUID.
   void set(const MetadataSet* target);
   /// Refers to an InstanceUID that no set may carry (yet).
   void setUnverifiedReference(auto_ptr<Types::Reference> reference);
@@ -40,7 +40,7 @@ class ReferenceElement : public Element {
 
 /// A reference of the given kind to the InstanceUID of a set.
 /// @param kind  kStrongReference or kWeakReference.
-/// @throws InvalidFormat when the set has no InstanceUID or the kind is neither.
-auto_ptr<Types::Reference> makeReference(Types::Identifiers::Identifier kind, const MetadataSet& target);
+/// @throws InvalidFormat when there is no set (null), it has no InstanceUID, or the kind is neither.
+auto_ptr<Types::Reference> makeReference(Types::Identifiers::Identifier kind, const MetadataSet* target);
 
 }  // namespace Vantor

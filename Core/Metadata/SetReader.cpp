@@ -2,9 +2,21 @@
 
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Metadata/SimpleElement.h"
+#include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Types/Unknown.h"
 
 namespace Vantor {
+
+namespace {
+
+/// Whether a property names its set or the set's generation: XML has one place for each, an attribute of the set.
+bool isIdentifier(const MetaMetadata::MetaElement& definition) {
+  const auto& key = definition.key().key();
+  return key.matches(Structural::StructuralMetadataKeys::instanceUID().key()) ||
+         key.matches(Structural::StructuralMetadataKeys::generationUID().key());
+}
+
+}  // namespace
 
 void SetReader::read(const KLV::LocalSetItem& item) {
   Element& element = place(item);
@@ -34,7 +46,7 @@ Element* SetReader::placeValid(const MetaMetadata::MetaAttribute& attribute, con
 }
 
 Element* SetReader::placeMisplaced(const MetaMetadata::MetaElement& definition, const KLV::LocalSetItem& item) {
-  if (!isSimple(definition)) return nullptr;
+  if (!isSimple(definition) || isIdentifier(definition)) return nullptr;
   auto value = decodeValue(definition, item.value, item.size);
   if (value == nullptr) return nullptr;
   Element& element = set_.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(&definition));

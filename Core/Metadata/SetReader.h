@@ -11,7 +11,8 @@ namespace Vantor {
 /// An item's tag means what the primer says; a static tag that the primer lacks means what the set's definition or else
 /// the dictionary says. A value becomes a property only if it decodes and is written back as the same bytes. Everything
 /// else is kept as an unknown property under its tag: what no definition knows, what does not decode, a second item of
-/// a property, and a collection or a reference that is misplaced (outside its own set it would lose its frame in XML).
+/// a property, and what is misplaced and has a frame in XML in its own set only: collections, references, and the
+/// identifiers of a set and its generation.
 class SetReader {
  public:
   SetReader(MetadataSet& set, const PartitionDictionary& tags) : set_(set), tags_(tags) {}

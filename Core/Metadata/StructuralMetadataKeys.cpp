@@ -14,4 +14,10 @@ const Types::UniversalLabel& StructuralMetadataKeys::instanceUID() {
   return label;
 }
 
+const Types::UniversalLabel& StructuralMetadataKeys::generationUID() {
+  static const Types::UniversalLabel label(KLV::Key(std::array<uint8, 16>{
+      0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x02, 0x05, 0x20, 0x07, 0x01, 0x08, 0x00, 0x00, 0x00}));
+  return label;
+}
+
 }  // namespace Vantor::Structural

@@ -11,6 +11,8 @@ struct StructuralMetadataKeys {
   static const KLV::Key& preface();
   /// The label of the InstanceUID property, 060e2b34.01010101.01011502.00000000.
   static const Types::UniversalLabel& instanceUID();
+  /// The label of the GenerationUID property, 060e2b34.01010102.05200701.08000000.
+  static const Types::UniversalLabel& generationUID();
 };
 
 }  // namespace Vantor::Structural

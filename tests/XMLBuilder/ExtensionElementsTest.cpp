@@ -40,9 +40,9 @@ TEST(ExtensionElements, AMisplacedPropertyKeepsItsNameInTheContainer) {
   setDecodedValue(preface.misplaced("Elsewhere"), Types::UInt32(7).clone());
   for (const auto& flags : {kNested, kFlat}) {
     EXPECT_XML(exported(partition, flags), R"(
-      <s377m:MetadataSets {p} xmlns:q="urn:q" {rp210} {s377m} {s422mTypes} {types}>
+      <s377m:MetadataSets {groups} {p} xmlns:q="urn:q" {rp210} {s377m} {s422mTypes} {types}>
         <p:Preface rp210:InstanceUID="{1}">
-          <groups:ExtensionElements {groups}><q:Elsewhere>7</q:Elsewhere></groups:ExtensionElements>
+          <groups:ExtensionElements><q:Elsewhere>7</q:Elsewhere></groups:ExtensionElements>
         </p:Preface>
       </s377m:MetadataSets>)");
   }
@@ -53,9 +53,9 @@ TEST(ExtensionElements, AMisplacedPropertyHasTheFormOfItsNamespace) {
   auto preface = partition.add("Preface", 1);
   setDecodedValue(preface.misplaced("Ratio"), Types::Rational(1, 2).clone());
   EXPECT_XML(exported(partition), R"(
-    <s377m:MetadataSets {p} {rp210} {s377m} {st377Types} {st434}>
+    <s377m:MetadataSets {groups} {p} {rp210} {s377m} {st377Types} {st434}>
       <p:Preface rp210:InstanceUID="{1}">
-        <groups:ExtensionElements {groups}>
+        <groups:ExtensionElements>
           <st434:Ratio>
             <st377Types:Numerator>1</st377Types:Numerator><st377Types:Denominator>2</st377Types:Denominator>
           </st434:Ratio>
@@ -173,9 +173,9 @@ TEST(ExtensionElements, AMisplacedPropertyWithoutValueIsAnEmptyElement) {
   const auto partition = somePartition();
   partition.add("Preface", 1).misplaced("Elsewhere");
   EXPECT_XML(exported(partition), R"(
-    <s377m:MetadataSets {p} xmlns:q="urn:q" {rp210} {s377m}>
+    <s377m:MetadataSets {groups} {p} xmlns:q="urn:q" {rp210} {s377m}>
       <p:Preface rp210:InstanceUID="{1}">
-        <groups:ExtensionElements {groups}><q:Elsewhere/></groups:ExtensionElements>
+        <groups:ExtensionElements><q:Elsewhere/></groups:ExtensionElements>
       </p:Preface>
     </s377m:MetadataSets>)");
 }

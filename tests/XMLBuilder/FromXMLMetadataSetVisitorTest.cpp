@@ -148,6 +148,7 @@ TEST(SetImport, KeepsTheFreshIdentifierOfASetWithoutOneAndEntersItNowhere) {
   const auto& sets = partition->sets();
   ASSERT_EQ(sets.size(), 3u);
   EXPECT_NE(*sets[0]->instanceUID(), *sets[1]->instanceUID());
+  EXPECT_NE(*sets[0]->instanceUID(), *sets[2]->instanceUID());
   const auto& reference = dynamic_cast<const Types::WeakReference&>(*valueOf(*sets[1], "Weak"));
   EXPECT_EQ(reference.target(), *sets[2]->instanceUID());
 }

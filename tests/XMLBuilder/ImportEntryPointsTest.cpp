@@ -393,7 +393,7 @@ TEST_F(ImportFailures, OfAnotherKindAreToldAsUnknownWithTheLineOfTheFunction) {
 TEST_F(ImportFailures, OfAStringBeforeItIsReadHaveTheLineOfItsOwnFunction) {
   if (kIsSanitized) GTEST_SKIP() << "a sanitizer needs more memory than the test allows";
   EXPECT_EXIT(importWithoutMemory(), ::testing::ExitedWithCode(0),
-              "ParseError \"Unknown error in Xerces or XQilla\" from XMLBuilder.XML2Partition:298");
+              "ParseError \"Unknown error in Xerces or XQilla\" from XMLBuilder.XML2Partition:298[^0-9]*$");
 }
 #endif
 

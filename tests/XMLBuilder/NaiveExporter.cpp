@@ -281,7 +281,10 @@ void NaiveExporter::writeSimple(const Element& property, const Types::SimpleData
 void NaiveExporter::writeExtension(const Element& property, const Types::SimpleDataType* value, DOMElement* element,
                                    DOMElement* set) {
   DOMElement* container = firstChildCalled(set, u"groups:ExtensionElements");
-  if (container == nullptr) container = create(kGroups, u"groups:ExtensionElements");
+  if (container == nullptr) {
+    bindUnlessBound(kGroups, u"groups");
+    container = create(kGroups, u"groups:ExtensionElements");
+  }
   const auto* unknown = dynamic_cast<const MetaMetadata::UnknownAttribute*>(&property.metaAttribute());
   const wstring uri = lookUp(u"groups");
   if (unknown != nullptr && unknown->localTag().value() < 0x8000) {

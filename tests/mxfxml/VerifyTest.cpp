@@ -60,7 +60,8 @@ TEST(Verify, FindsNothingInAFileThatComesBackWhole) {
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out,
             "not counted as differences: trailing NULs of strings 4, BER octet counts 25, sets in another order 3, "
-            "sets with properties in another order 16, local tag numbers 6, empty optional collections in one only 0, "
+            "sets with properties in another order 16, local tag numbers 6, primer labels of unknown static tags 0, "
+            "empty optional collections in one only 0, "
             "item sizes of empty collections 1, dark groups that came back as dark sets 0, keys that differ in octets "
             "6 or 8 0\n"
             "sets compared 27, different 0; properties compared 179, different 0\n");
@@ -85,7 +86,8 @@ TEST(Verify, PrintsEachDifferenceWithBothValues) {
             "value: MaterialPackage 41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7: CreationTime: "
             "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.005\n"
             "not counted as differences: trailing NULs of strings 0, BER octet counts 19, sets in another order 9, "
-            "sets with properties in another order 19, local tag numbers 0, empty optional collections in one only 0, "
+            "sets with properties in another order 19, local tag numbers 0, primer labels of unknown static tags 0, "
+            "empty optional collections in one only 0, "
             "item sizes of empty collections 0, dark groups that came back as dark sets 0, keys that differ in octets "
             "6 or 8 0\n"
             "sets compared 19, different 4; properties compared 115, different 6\n");

@@ -192,8 +192,15 @@ TEST_F(ReferenceElementTest, CannotReferToASetWithoutInstanceUID) {
   EXPECT_THROW(property<ReferenceBatchElement>(set_, "Children").append(&target), Exceptions::InvalidFormat);
 }
 
+TEST_F(ReferenceElementTest, CannotReferToNoSet) {
+  const MetadataSet* none = nullptr;
+  EXPECT_THROW(property<ReferenceElement>(set_, "Child").set(none), Exceptions::InvalidFormat);
+  EXPECT_THROW(property<ReferenceBatchElement>(set_, "Children").append(none), Exceptions::InvalidFormat);
+  EXPECT_THROW(property<ReferenceArrayElement>(set_, "Ordered").append(none), Exceptions::InvalidFormat);
+}
+
 TEST_F(ReferenceElementTest, IsNotMadeInAKindThatIsNone) {
-  EXPECT_THROW(makeReference(Types::Identifiers::kUUID, set_), Exceptions::InvalidFormat);
+  EXPECT_THROW(makeReference(Types::Identifiers::kUUID, &set_), Exceptions::InvalidFormat);
 }
 
 using CollectionElementTest = ElementTest;

@@ -109,12 +109,23 @@ TEST_F(PartitionDictionaryTest, KeepsItsWordForAReservedTagThatThePrimerListsAft
 
 TEST_F(PartitionDictionaryTest, GeneratesTagsThatThePrimerDoesNotList) {
   EXPECT_EQ(tags_.findOrGenerate(labelNumber(1)), LocalTag(0xffff));
-  EXPECT_EQ(tags_.generateUnlisted(), LocalTag(0xfffe));
-  EXPECT_EQ(tags_.generateUnlisted(), LocalTag(0xfffd));
+  EXPECT_EQ(tags_.unlistedTag(1), LocalTag(0xfffd));
+  EXPECT_EQ(tags_.unlistedTag(0), LocalTag(0xfffe));
+  EXPECT_EQ(tags_.unlistedTag(1), LocalTag(0xfffd));
   EXPECT_EQ(tags_.findOrGenerate(labelNumber(2)), LocalTag(0xfffc));
   EXPECT_THAT(tags_.primerEntries(), SizeIs(2));
-  for (uint32 i = 0xfffb; i >= 0x8000; --i) EXPECT_EQ(tags_.generateUnlisted().value(), i);
-  EXPECT_THROW(tags_.generateUnlisted(), Exceptions::InvalidLength);
+}
+
+TEST_F(PartitionDictionaryTest, RepeatsItsLastUnlistedTagWhenAllOthersAreTaken) {
+  EXPECT_EQ(tags_.unlistedTag(0x8000), LocalTag(0x8000));
+  EXPECT_EQ(tags_.unlistedTag(0x7ffe), LocalTag(0x8001));
+  EXPECT_EQ(tags_.unlistedTag(100000), LocalTag(0x8000));
+  EXPECT_THROW(tags_.findOrGenerate(labelNumber(1)), Exceptions::InvalidLength);
+}
+
+TEST_F(PartitionDictionaryTest, HasNoUnlistedTagWhenLabelsHaveAllOfThem) {
+  for (uint32 i = 0; i < 0x8000; ++i) tags_.findOrGenerate(labelNumber(i));
+  EXPECT_THROW(tags_.unlistedTag(0), Exceptions::InvalidLength);
 }
 
 TEST_F(PartitionDictionaryTest, KeepsTheFirstMappingAndEveryEntry) {
