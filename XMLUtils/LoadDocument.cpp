@@ -150,7 +150,7 @@ DOMDocument* load(const uint8* buffer, std::size_t size, const XMLCh* systemId, 
 
 Bytes readFile(const wstring& path) {
   constexpr std::size_t kChunk = std::size_t{1} << 20;
-  const auto name = std::filesystem::u8path(Vantor::Utils::wstringToString(path));
+  const auto name = Platform::pathFromWstring(path);
   std::error_code error;
   if (std::filesystem::exists(name, error) && !std::filesystem::is_regular_file(name, error)) {
     errno = std::filesystem::is_directory(name, error) ? EISDIR : EINVAL;  // a device or pipe may have no end

@@ -53,7 +53,7 @@ Holder<xercesc::DOMLSParser> createParser();
 xercesc::DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, xercesc::DOMLSParser& parser);
 
 /// Parses a document that stands in a file; otherwise as `loadDocumentFromBuffer`.
-/// @param path  NUL-terminated UTF-16, taken as the name itself and not as a URI; on POSIX the name is its UTF-8 form.
+/// @param path  NUL-terminated UTF-16, taken as the name itself and not as a URI; see `Platform::pathFromWstring`.
 /// @throws xercesc::SAXException naming the path and the system's reason when the file cannot be read.
 xercesc::DOMDocument* loadDocumentFromFile(const uint16* path, xercesc::DOMLSParser& parser);
 

@@ -30,8 +30,8 @@ class ExtensionRoundTrip : public testing::TestWithParam<bool> {
     comparison_ = comparePartitions(original_, copy_);
     std::vector<std::string> texts;
     for (const auto& difference : comparison_.differences) {
-      texts.push_back(std::string(name(difference.kind)) + ": " + difference.property + ": " + difference.left + " -> " +
-                      difference.right);
+      texts.push_back(std::string(name(difference.kind)) + ": " + difference.property + ": " + difference.left +
+                      " -> " + difference.right);
     }
     return texts;
   }
@@ -64,8 +64,13 @@ TEST_P(ExtensionRoundTrip, BringsBackIdentifiersOfGenerationsOutOfTheirPlace) {
 TEST_P(ExtensionRoundTrip, BringsBackUnknownPropertiesOfEveryKindOfTag) {
   addPrimerEntry(0x8001, "060e2b34 01010101 7f112233 44556677");
   addPrimerEntry(0x7f01, "060e2b34 01010101 7f112233 44556678");
-  addPreface(Items().instanceUID(1).item(0x8001, "01").item(0x8002, "02").item(0x7f01, "03").item(0x7f02, "04").item(
-      0x8003, "05"));
+  addPreface(Items()
+                 .instanceUID(1)
+                 .item(0x8001, "01")
+                 .item(0x8002, "02")
+                 .item(0x7f01, "03")
+                 .item(0x7f02, "04")
+                 .item(0x8003, "05"));
   EXPECT_THAT(differences(), IsEmpty());
   EXPECT_EQ(count(InsignificantDifference::kPrimerLabels), 1u) << "of 7F01, which XML tells without its label";
 }

@@ -29,6 +29,16 @@ TEST(Import, WritesAFileWhoseExportIsTheDocument) {
   EXPECT_EQ(withoutInstanceUIDs(readFile(folder.path("b.xml"))), withoutInstanceUIDs(readFile(folder.path("a.xml"))));
 }
 
+TEST(Import, TakesFileNamesOfAnyOctets) {
+  const ScratchFolder folder;
+  for (const char* name : {"\xc3\x9c \xf0\x9f\x8e\x9e.xml", "caf\xe9.xml"}) {
+    const auto input = folder.path(name);
+    ASSERT_EQ(run({"export", sample("op1a.mxf"), "-o", input}).exitCode, 0);
+    const auto imported = run({"import", input, "-o", folder.path("b.mxf")});
+    EXPECT_EQ(imported.exitCode, 0) << imported.err;
+  }
+}
+
 TEST(Import, TellsWhereADocumentIsDamagedAndLeavesNoFile) {
   const ScratchFolder folder;
   writeFile(folder.path("a.xml"), "<a>\n<b></a>");

@@ -4,7 +4,7 @@
 #include "Core/DataIO/File.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
-#include "Core/Platform/Strings.h"
+#include "Core/Platform/Path.h"
 #include "ErrorText.h"
 #include "XML2Partition.h"
 #include "XMLUtils/UnicodeString.h"
@@ -20,7 +20,7 @@ ImportCommand::ImportCommand(CLI::App& program)
 void ImportCommand::run() const {
   refuseSameFile(input(), output_);
   PartitionMetadata metadata(builtInDictionary());
-  const XMLUtils::UnicodeString path(Utils::stringToWstring(input().u8string()));
+  const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
   XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
   DataIO::File::AtomicFile file(output_);
   MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
