@@ -23,9 +23,7 @@ constexpr char16_t kFirstEscape = 0xDC00;
 constexpr char16_t kLowestEscaped = 0x80;
 constexpr char16_t kHighestEscaped = 0xFF;
 
-bool isEscape(char16_t unit) {
-  return unit >= kFirstEscape + kLowestEscaped && unit <= kFirstEscape + kHighestEscaped;
-}
+bool isEscape(char16_t unit) { return unit >= kFirstEscape + kLowestEscaped && unit <= kFirstEscape + kHighestEscaped; }
 bool isHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit < kFirstEscape; }
 
 }  // namespace
