@@ -103,38 +103,49 @@ class LimitCheck {
   }
 
   void skipWholeDoctype() {
-    for (bool isInSubset = false; at_ < text_.count; ++at_) {
+    bool isInSubset = false;
+    while (at_ < text_.count) {
+      if (isInSubset && skipMarkup()) continue;
+      const char16_t unit = text_[at_++];
       if (isInSubset) {
-        skipDeclaration();
-        if (at_ < text_.count && text_[at_] == u']') isInSubset = false;
-      } else if (text_[at_] == u'[') {
-        isInSubset = true;
-      } else if (text_[at_] == u'>') {
-        ++at_;
+        isInSubset = unit != u']';
+      } else if (unit == u'>') {
         return;
+      } else if (unit == u'[') {
+        isInSubset = true;
       } else {
-        skipLiteral();
+        skipLiteral(unit);
       }
     }
   }
 
-  /// Of the internal subset, with comments and processing instructions.
-  void skipDeclaration() {
+  /// A comment, a processing instruction or a declaration of the internal subset.
+  bool skipMarkup() {
     if (skip(u"<!--")) {
       skipPast(u"-->");
     } else if (skip(u"<?")) {
       skipPast(u"?>");
     } else if (skip(u"<!")) {
-      for (; at_ < text_.count && text_[at_] != u'>'; ++at_) skipLiteral();
+      skipDeclaration();
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  void skipDeclaration() {
+    while (at_ < text_.count) {
+      const char16_t unit = text_[at_++];
+      if (unit == u'>') return;
+      skipLiteral(unit);
     }
   }
 
-  /// Goes to the closing quote, if there is an opening one here.
-  void skipLiteral() {
-    const char16_t quote = text_[at_];
+  /// Goes past the closing quote, if this is an opening one.
+  void skipLiteral(char16_t quote) {
     if (quote != u'"' && quote != u'\'') return;
-    do ++at_;
-    while (at_ < text_.count && text_[at_] != quote);
+    while (at_ < text_.count && text_[at_++] != quote) {
+    }
   }
 
   void skipStartTag() {

@@ -63,8 +63,17 @@ TEST(UntrustedInput, CannotHideTagsFromTheCount) {
 TEST(UntrustedInput, MayHaveADocumentTypeWithAnInternalSubset) {
   for (const auto* doctype :
        {"<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA 'c'><!-- > --><?p > ?>]>",
-        "<!DOCTYPE a PUBLIC 'p' \"s\" [ ] >", "<!DOCTYPE a [<!ENTITY e '>'><!ENTITY f \"'>\">]>"}) {
+        "<!DOCTYPE a PUBLIC 'p' \"s\" [ ] >", "<!DOCTYPE a [<!ENTITY e '>'><!ENTITY f \"'>\">]>",
+        "<!DOCTYPE a [<?a?><!-- was: <!ENTITY owner's -->]>", "<!DOCTYPE a[<!----><!----><?p?><?p?>]>"}) {
     EXPECT_EQ(textOf(parsed(std::string(doctype) + "<a/>")), "<a/>") << doctype;
+  }
+}
+
+TEST(UntrustedInput, IsToldToEndTooEarlyWithinItsDocumentType) {
+  for (const auto* text : {"<!DOCTYPE a SYSTEM \"x", "<!DOCTYPE a [<!--", "<!DOCTYPE a [<?p",
+                           "<!DOCTYPE a [<!ENTITY e '", "<!DOCTYPE a [<!ENTITY", "<!DOCTYPE a [", "<!DOCTYPE", "<!"}) {
+    EXPECT_NE(refusal(text), "") << text;
+    EXPECT_THAT(refusal(text), Not(HasSubstr("is not supported"))) << text;
   }
 }
 
@@ -72,7 +81,9 @@ TEST(UntrustedInput, CannotPassPartOfItsDocumentTypeOffAsTheDocument) {
   for (const auto* doctype :
        {"<!DOCTYPE r [<!ENTITY e ']><evil/><?p '>]>", "<!DOCTYPE r [<!-- ]><evil/> -->]>",
         "<!DOCTYPE r [<?p ]><evil/>?>]>", "<!DOCTYPE r SYSTEM '>'>", "<!DOCTYPE r [<!-- see [1] -->]>",
-        "<!DOCTYPE r [<!-- ] -->", "<!DOCTYPE r [<!ENTITY e ']>"}) {
+        "<!DOCTYPE r [<!-- ] -->", "<!DOCTYPE r [<!ENTITY e ']>", "<!DOCTYPE r [<!--x--><!-- ]><evil/><?p -->]>",
+        "<!DOCTYPE r [<?x?><?p ]><evil/>?>]>", "<!DOCTYPE r [<?x?><!-- ]><evil/> -->]>",
+        "<!DOCTYPE r [<!ENTITY a 'b'><!ENTITY e ']><evil/><?p '>]>"}) {
     EXPECT_EQ(refusal(std::string("\n ") + doctype + "<r/><?q ?>"),
               "line 2, column 2: a document type declaration with ']', '[' or '>' in it is not supported")
         << doctype;
