@@ -10,7 +10,8 @@ namespace Vantor {
 namespace {
 
 constexpr const char* kSource = "Core/Metadata/PartitionDictionary";
-constexpr uint32 kFirstDynamicTag = 0x8000;  // ST 377-1: 0x8000 to 0xFFFF are allocated by the primer alone
+constexpr std::size_t kMostUnlistedTags = 256;  // so that labels find tags, too
+constexpr uint32 kFirstDynamicTag = 0x8000;     // ST 377-1: 0x8000 to 0xFFFF are allocated by the primer alone
 
 /// Octet 8 of a label is its version; two versions of a label are one property.
 KLV::Key versionless(const KLV::Key& label) {
@@ -52,7 +53,8 @@ Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel&
 }
 
 Types::LocalTag PartitionDictionary::unlistedTag(std::size_t index) {
-  while (unlisted_.size() <= index && (unlisted_.empty() || hasFreeDynamicTag())) {
+  const std::size_t wanted = std::min(index, kMostUnlistedTags - 1) + 1;
+  while (unlisted_.size() < wanted && (unlisted_.empty() || hasFreeDynamicTag())) {
     const uint16 tag = freeTag(0);
     reserved_.insert(tag);
     unlisted_.push_back(tag);

@@ -36,9 +36,8 @@ class PartitionDictionary {
 
   /// A dynamic tag that the primer does not list and no property with a label gets, for a property of which not even a
   /// label is known.
-  /// @param index  which of these tags; so many are made as are asked for. When the dynamic tags are all taken, the
-  /// last
-  ///               that was made serves for all others.
+  /// @param index  which of these tags; so many are made as are asked for, up to 256. The last that was made serves for
+  /// all others, as it does when the dynamic tags are all taken.
   /// @throws InvalidLength when not even one can be made.
   Types::LocalTag unlistedTag(std::size_t index);
   /// Keeps a dynamic tag that the primer does not list from being given to another property. Other tags have their

@@ -1,6 +1,7 @@
 #include "Core/Metadata/PropertyIdentity.h"
 
 #include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Platform/SeededHash.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor {
@@ -95,8 +96,10 @@ PropertyIdentity::PropertyIdentity(const Element& property, const PartitionDicti
 }
 
 std::size_t PropertyIdentityHash::operator()(const PropertyIdentity& identity) const noexcept {
-  constexpr std::size_t kPrime = 1000003;
-  return (identity.label.hash() * kPrime + identity.tag) * kPrime + static_cast<std::size_t>(identity.kind);
+  // The primer of a file chooses the labels.
+  const auto label = Platform::seededHash(identity.label.head, identity.label.tail);
+  const auto kindAndTag = static_cast<uint64>(identity.kind) << 16 | identity.tag;
+  return static_cast<std::size_t>(Platform::seededHash(label, kindAndTag));
 }
 
 std::string propertyName(const Element& property, const PartitionDictionary& tags) {

@@ -116,11 +116,19 @@ TEST_F(PartitionDictionaryTest, GeneratesTagsThatThePrimerDoesNotList) {
   EXPECT_THAT(tags_.primerEntries(), SizeIs(2));
 }
 
+TEST_F(PartitionDictionaryTest, RepeatsItsLastUnlistedTagAfter256) {
+  EXPECT_EQ(tags_.unlistedTag(254), LocalTag(0xff01));
+  EXPECT_EQ(tags_.unlistedTag(255), LocalTag(0xff00));
+  EXPECT_EQ(tags_.unlistedTag(256), LocalTag(0xff00));
+  EXPECT_EQ(tags_.unlistedTag(~std::size_t{0}), LocalTag(0xff00));
+  EXPECT_EQ(tags_.findOrGenerate(labelNumber(1)), LocalTag(0xfeff));
+}
+
 TEST_F(PartitionDictionaryTest, RepeatsItsLastUnlistedTagWhenAllOthersAreTaken) {
-  EXPECT_EQ(tags_.unlistedTag(0x8000), LocalTag(0x8000));
-  EXPECT_EQ(tags_.unlistedTag(0x7ffe), LocalTag(0x8001));
-  EXPECT_EQ(tags_.unlistedTag(100000), LocalTag(0x8000));
-  EXPECT_THROW(tags_.findOrGenerate(labelNumber(1)), Exceptions::InvalidLength);
+  for (uint32 i = 0; i < 0x7ffe; ++i) tags_.findOrGenerate(labelNumber(i));
+  EXPECT_EQ(tags_.unlistedTag(5), LocalTag(0x8000));
+  EXPECT_EQ(tags_.unlistedTag(0), LocalTag(0x8001));
+  EXPECT_EQ(tags_.unlistedTag(1), LocalTag(0x8000));
 }
 
 TEST_F(PartitionDictionaryTest, HasNoUnlistedTagWhenLabelsHaveAllOfThem) {
