@@ -58,8 +58,8 @@ class ImportDocument {
   XMLUtils::ChildLookup rootScope_;
   std::unordered_map<wstring, const MetaMetadata::MetaMetadataSet*, TextHash> sets_;
   std::unordered_map<wstring, const MetaMetadata::MetaElement*, TextHash> properties_;  // filled when first asked
-  std::map<wstring, wstring>
-      identifiers_;  // ordered: the texts are the document's choice, and hashes can be made to meet
+  // Ordered, because the texts are the document's choice, and hashes can be made to meet.
+  std::map<wstring, wstring> identifiers_;
 };
 
 }  // namespace Vantor::XML2Partition

@@ -104,13 +104,15 @@ const xercesc::DOMXPathNSResolver& ChildLookup::resolver() {
   return *resolver_;
 }
 
-const wstring& ChildLookup::namespaceOf(const wstring& prefix) {
+ChildLookup::Binding& ChildLookup::bindingOf(const wstring& prefix) {
   const auto known = std::find_if(bindings_.begin(), bindings_.end(),
                                   [&prefix](const Binding& binding) { return binding.prefix == prefix; });
-  if (known != bindings_.end()) return known->uri;
+  if (known != bindings_.end()) return *known;
   bindings_.push_back({prefix, lookUpNamespace(prefix), false});
-  return bindings_.back().uri;
+  return bindings_.back();
 }
+
+const wstring& ChildLookup::namespaceOf(const wstring& prefix) { return bindingOf(prefix).uri; }
 
 wstring ChildLookup::lookUpNamespace(const wstring& prefix) {
   if (scope_.getNodeType() == DOMNode::ELEMENT_NODE && isName(prefix) && prefix.compare(0, 3, u"xml") != 0) {
@@ -120,10 +122,10 @@ wstring ChildLookup::lookUpNamespace(const wstring& prefix) {
 }
 
 void ChildLookup::bindIfUnbound(const wstring& prefix, const wstring& uri) {
-  if (!namespaceOf(prefix).empty()) return;
-  const auto binding = std::find_if(bindings_.begin(), bindings_.end(),
-                                    [&prefix](const Binding& each) { return each.prefix == prefix; });
-  *binding = {prefix, uri, true};
+  Binding& binding = bindingOf(prefix);
+  if (!binding.uri.empty()) return;
+  binding.uri = uri;
+  binding.isAdded = true;
   if (resolver_.get() != nullptr) resolver_->addNamespaceBinding(prefix.c_str(), uri.c_str());
 }
 

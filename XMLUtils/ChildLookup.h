@@ -55,6 +55,8 @@ class ChildLookup {
     wstring uri;
     bool isAdded;  // by `bindIfUnbound`
   };
+  /// What the prefix means, looked up when it is first asked for.
+  Binding& bindingOf(const wstring& prefix);
   wstring lookUpNamespace(const wstring& prefix);
   /// The engine's own view of the scope, made when it is first needed.
   const xercesc::DOMXPathNSResolver& resolver();

@@ -73,6 +73,8 @@ std::string octetText(const uint8* octets, std::size_t size, std::size_t at) {
   return ", octet " + std::to_string(at) + " " + (at < size ? "is " + octetsText(octets + at, 1) : "is missing");
 }
 
+const uint8* octetsOf(const EntryView& entry) { return reinterpret_cast<const uint8*>(entry.octets.data()); }
+
 bool isEmptyOptional(const Element& property) {
   const auto* attribute = dynamic_cast<const MetaMetadata::MetaAttribute*>(&property.metaAttribute());
   const auto* collection = dynamic_cast<const CollectionElement*>(&property);
@@ -169,12 +171,11 @@ class Comparer {
 
   void compareDark(const EntryView& left, const EntryView& right) {
     if (left.octets == right.octets) return;
-    const auto text = [](const EntryView& entry) {
-      return octetsText(reinterpret_cast<const uint8*>(entry.octets.data()), entry.octets.size());
-    };
-    Finding finding{Kind::kValue, text(left), text(right)};
-    // Shortened, both look the same.
-    if (finding.left == finding.right) finding.right += ", other octets behind that";
+    Finding finding{Kind::kValue, octetsText(octetsOf(left), left.octets.size()),
+                    octetsText(octetsOf(right), right.octets.size())};
+    if (finding.left == finding.right) {
+      tellFirstOctet(octetsOf(left), left.octets.size(), octetsOf(right), right.octets.size(), finding);
+    }
     report(*left.set, "octets", std::move(finding));
   }
 
@@ -294,17 +295,19 @@ class Comparer {
       return std::nullopt;
     }
     Finding finding{Kind::kValue, valueText(left), valueText(right)};
-    if (finding.left == finding.right) tellFirstOctet(left, right, finding);
+    if (finding.left == finding.right) {
+      tellFirstOctet(left.rawBuffer(), left.encodedSize(), right.rawBuffer(), right.encodedSize(), finding);
+    }
     return finding;
   }
 
   /// Shortened, both values look the same.
-  static void tellFirstOctet(const SimpleDataType& left, const SimpleDataType& right, Finding& finding) {
-    const auto size = std::min(left.encodedSize(), right.encodedSize());
-    const auto differing = std::mismatch(left.rawBuffer(), left.rawBuffer() + size, right.rawBuffer());
-    const auto at = static_cast<std::size_t>(differing.first - left.rawBuffer());
-    finding.left += octetText(left.rawBuffer(), left.encodedSize(), at);
-    finding.right += octetText(right.rawBuffer(), right.encodedSize(), at);
+  static void tellFirstOctet(const uint8* left, std::size_t leftSize, const uint8* right, std::size_t rightSize,
+                             Finding& finding) {
+    const auto differing = std::mismatch(left, left + leftSize, right, right + rightSize);
+    const auto at = static_cast<std::size_t>(differing.first - left);
+    finding.left += octetText(left, leftSize, at);
+    finding.right += octetText(right, rightSize, at);
   }
 
   std::optional<Finding> compareReferences(const Types::UUID& left, const Types::UUID& right) {

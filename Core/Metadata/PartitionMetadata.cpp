@@ -98,10 +98,6 @@ void PartitionMetadata::instanceUIDChanged(MetadataSet& set, const Types::UUID* 
   }
 }
 
-std::size_t PartitionMetadata::UUIDHash::operator()(const Types::UUID& uuid) const {
-  return KLV::KeyHash()(KLV::Key(uuid.rawBuffer()));
-}
-
 void PartitionMetadata::addKLV(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size,
                                uint64 offset) {
   const auto* definition = KLV::isLocalSet(key) ? dictionary_.dictionary()->findSet(key) : nullptr;

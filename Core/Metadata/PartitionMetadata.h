@@ -79,10 +79,7 @@ class PartitionMetadata {
   Sets sets_;
   DarkSets darkSets_;
   std::unordered_map<KLV::Key, Sets, KLV::KeyHash> byKey_;
-  struct UUIDHash {
-    std::size_t operator()(const Types::UUID& uuid) const;
-  };
-  std::unordered_map<Types::UUID, Sets, UUIDHash> byInstanceUID_;
+  std::unordered_map<Types::UUID, Sets> byInstanceUID_;
 };
 
 }  // namespace Vantor

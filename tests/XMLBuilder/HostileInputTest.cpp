@@ -54,12 +54,17 @@ rlim_t addressSpace() {
   return pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
 }
 
-/// Tells what became of a document: the failure or the number of sets, what is exported, and how long that is as KLV.
-[[noreturn]] void importWithinLimits(const std::string& text, Entry entry) {
-  const auto partition = newPartition();
+/// Of this process, from now on.
+void limitProcess() {
   XMLUtils::Initializer::instance();
   limit(RLIMIT_CPU, kSeconds);
   if (!kIsSanitized) limit(RLIMIT_AS, addressSpace() + kOctets);
+}
+
+/// Tells what became of a document: the failure or the number of sets, what is exported, and how long that is as KLV.
+[[noreturn]] void importWithinLimits(const std::string& text, Entry entry) {
+  const auto partition = newPartition();
+  limitProcess();
   SetList sets;
   const auto failure = failureOf([&] { sets = importRaw(text, *partition, entry); });
   if (failure.kind == "nothing") {
@@ -249,9 +254,7 @@ TEST(HostileDocument, MayClaimAnEncodingThatNobodyReads) {
 /// Imports from a path in place of a document.
 [[noreturn]] void importWithinLimits(const wstring& path) {
   const auto partition = newPartition();
-  XMLUtils::Initializer::instance();
-  limit(RLIMIT_CPU, kSeconds);
-  if (!kIsSanitized) limit(RLIMIT_AS, addressSpace() + kOctets);
+  limitProcess();
   const XMLUtils::UnicodeString name(path);
   std::cerr << failureOf([&] { getPartitionMetadataFromFile(name.utf16(), &*partition); });
   std::_Exit(0);

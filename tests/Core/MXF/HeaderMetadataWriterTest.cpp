@@ -6,7 +6,6 @@
 #include "Core/DataIO/Memory.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/KLV/Keys.h"
-#include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
@@ -16,6 +15,13 @@ namespace Vantor::MXF {
 namespace {
 
 using DataIO::Memory::MemoryDataSink;
+
+TEST(HeaderMetadataWriter, WritesNoFileWithoutAPreface) {
+  PartitionMetadata metadata(builtInDictionary());
+  MemoryDataSink sink;
+  EXPECT_THROW(writeHeaderOnlyFile(metadata, SetOrder::kFile, sink), Exceptions::InvalidFormat);
+  EXPECT_EQ(sink.serializedSize(), 0u);
+}
 
 class SetThatTheDictionaryDoesNotKnow : public testing::TestWithParam<KLV::Key> {
  protected:

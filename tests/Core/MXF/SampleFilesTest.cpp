@@ -158,13 +158,6 @@ TEST_P(SampleFile, BecomesAFileOfItsHeaderMetadataAlone) {
   EXPECT_EQ(readBack->entries().size(), metadata->entries().size());
 }
 
-TEST(HeaderMetadataWriter, WritesNoFileWithoutAPreface) {
-  PartitionMetadata metadata(builtInDictionary());
-  DataIO::Memory::MemoryDataSink sink;
-  EXPECT_THROW(writeHeaderOnlyFile(metadata, SetOrder::kFile, sink), Exceptions::InvalidFormat);
-  EXPECT_EQ(sink.serializedSize(), 0u);
-}
-
 TEST(SampleFiles, AreAllListedHere) { EXPECT_EQ(mxfFilesIn(VANTOR_TEST_DATA_DIR).size(), std::size(kSamples)); }
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleFile, testing::ValuesIn(kSamples));
