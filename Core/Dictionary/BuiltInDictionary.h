@@ -1,18 +1,30 @@
 #pragma once
 
+#include "Core/Dictionary/Definitions.h"
 #include "Core/MetaMetadata/Dictionary.h"
+#include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor {
 
-/// The sets and properties of the SMPTE metadata registers that occur in MXF header metadata, with the legacy XML
-/// vocabulary. Part of the library: no file is read.
+/// The sets and properties of the SMPTE metadata registers that occur in MXF header metadata. Part of the library: no
+/// file is read.
 ///
-/// Built by the first caller, shared by all; any thread may call, at once with others. It lives until the process ends,
-/// and longer where the caller still holds a reference.
-SharedPtr<const MetaMetadata::Dictionary> builtInDictionary();
+/// Built by the first caller who asks for the vocabulary, shared by all; any thread may call, at once with others. It
+/// lives until the process ends, and longer where the caller still holds a reference.
+SharedPtr<const MetaMetadata::Dictionary> builtInDictionary(
+    MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy);
 
 /// What the first call of `builtInDictionary` does, once more: an equal dictionary that belongs to the caller alone.
-SharedPtr<const MetaMetadata::Dictionary> makeBuiltInDictionary();
+SharedPtr<const MetaMetadata::Dictionary> makeBuiltInDictionary(
+    MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy);
+
+/// The definitions that the built-in dictionary is made from, with their enumerations, to add others to. Labels are not
+/// among them.
+Definitions builtInDefinitions();
+
+/// The universal labels of the SMPTE labels register (ST 400), and nothing else. Read by the first caller; any thread
+/// may call.
+const Definitions& builtInLabels();
 
 }  // namespace Vantor

@@ -19,44 +19,21 @@ constexpr std::size_t kCodingOctet = 5;  // octet 6, counted from zero
 constexpr uint8 kAnyCoding = 0x7f;
 constexpr uint8 kLocalSetCoding = 0x53;  // 2-byte local tags, 2-byte lengths (ST 336)
 
-// A table, because a key's digits are beyond any branch prediction and a start of the process reads thousands of keys.
-constexpr std::array<int8, 256> digitValues() {
-  std::array<int8, 256> values{};
-  for (auto& value : values) value = -1;
-  for (int8 i = 0; i < 10; ++i) values['0' + i] = i;
-  for (int8 i = 0; i < 6; ++i) values['a' + i] = values['A' + i] = static_cast<int8>(10 + i);
-  return values;
-}
-constexpr auto kDigitValues = digitValues();
-
-std::array<uint8, KLV::Key::kSize> octetsOf(std::string_view text) {
-  std::array<uint8, KLV::Key::kSize> octets{};
-  std::size_t at = 0;
-  bool isKey = true;
-  for (auto& octet : octets) {
-    if (at < text.size() && text[at] == '.') ++at;
-    if (!(isKey = at + 2 <= text.size())) break;
-    const int value = kDigitValues[static_cast<uint8>(text[at])] * 16 | kDigitValues[static_cast<uint8>(text[at + 1])];
-    if (!(isKey = value >= 0)) break;
-    octet = static_cast<uint8>(value);
-    at += 2;
-  }
-  if (!isKey || at != text.size()) {
-    throw Exceptions::InvalidFormat("not a register key: " + std::string(text), kSource, __LINE__);
-  }
-  return octets;
-}
-
-SharedPtr<const ExtensionAttributes> vocabulary(const char16_t* uri, const char16_t* prefix) {
+SharedPtr<const ExtensionAttributes> sharedNames(const XMLNamespace& names) {
   auto attributes = std::make_shared<ExtensionAttributes>();
-  attributes->set(kXMLNamespaceURI, uri).set(kXMLDefaultPrefix, prefix);
+  attributes->set(kXMLNamespaceURI, wstring(names.uri)).set(kXMLDefaultPrefix, wstring(names.prefix));
   return attributes;
 }
 
-ExtensionAttributes withDefaults(const SharedPtr<const ExtensionAttributes>& vocabulary, std::string_view symbol,
+/// The name in XML that a definition gets.
+wstring tagNameOf(std::string_view symbol, const ExtensionAttributes& custom) {
+  return custom.has(kXMLTagName) ? custom.get(kXMLTagName) : wstring(symbol.begin(), symbol.end());
+}
+
+ExtensionAttributes withDefaults(const SharedPtr<const ExtensionAttributes>& names, wstring tagName,
                                  const ExtensionAttributes& custom) {
-  ExtensionAttributes extensions(vocabulary);
-  extensions.set(kXMLTagName, wstring(symbol.begin(), symbol.end()));
+  ExtensionAttributes extensions(names);
+  extensions.set(kXMLTagName, std::move(tagName));
   extensions.setAll(custom);
   return extensions;
 }
@@ -70,9 +47,13 @@ uint32 sizeOf(const List& list) {
 
 }  // namespace
 
-KLV::Key registerKey(std::string_view text) { return KLV::Key(octetsOf(text)); }
-
 struct DictionaryBuilder::State {
+  explicit State(Vocabulary vocabulary)
+      : vocabulary(vocabulary),
+        setNames(sharedNames(setNamespace(vocabulary))),
+        elementNames(sharedNames(elementNamespace(vocabulary, {}))),
+        identifierNames(sharedNames(kLegacyElements)) {}
+
   struct OwnAttribute {
     uint32 element;
     uint32 requiredStatus;
@@ -93,21 +74,35 @@ struct DictionaryBuilder::State {
   void indexStaticTags();
 
   SharedPtr<Dictionary> dictionary{new Dictionary};
-  SharedPtr<const ExtensionAttributes> setVocabulary = vocabulary(u"urn:SMPTE:S377M", u"s377m");
-  SharedPtr<const ExtensionAttributes> elementVocabulary = vocabulary(u"urn:SMPTE:RP210", u"rp210");
+  Vocabulary vocabulary;
+  SharedPtr<const ExtensionAttributes> setNames;
+  SharedPtr<const ExtensionAttributes> elementNames;
+  SharedPtr<const ExtensionAttributes> identifierNames;
   Templates::vector<PendingSet> sets;                           // beside dictionary->ownedSets_
   Templates::vector<OwnAttribute> attributes;                   // of all sets, each set's in one run
   Templates::vector<const ExtensionAttributes*> schemaIndexes;  // [n] tells the place n + 1
 };
 
-DictionaryBuilder::DictionaryBuilder() : state_(std::make_unique<State>()) {}
+DictionaryBuilder::DictionaryBuilder(Vocabulary vocabulary) : state_(std::make_unique<State>(vocabulary)) {}
 DictionaryBuilder::DictionaryBuilder(DictionaryBuilder&&) noexcept = default;
 DictionaryBuilder& DictionaryBuilder::operator=(DictionaryBuilder&&) noexcept = default;
 DictionaryBuilder::~DictionaryBuilder() = default;
 
+void DictionaryBuilder::reserve(std::size_t elements, std::size_t sets) {
+  auto& dictionary = *state_->dictionary;
+  dictionary.elements_.reserve(elements);
+  dictionary.elementsByLabel_.reserve(elements);
+  dictionary.sets_.reserve(sets);
+  dictionary.ownedSets_.reserve(sets);
+  dictionary.setsByKey_.reserve(sets);
+  dictionary.setsBySymbol_.reserve(sets);
+  state_->sets.reserve(sets);
+  state_->attributes.reserve(elements);
+}
+
 void DictionaryBuilder::addElement(std::string_view key, std::string_view symbol, DataType type,
                                    const ExtensionAttributes& extensionAttributes) {
-  addElement(Types::UniversalLabel(octetsOf(key)), symbol, type, extensionAttributes);
+  addElement(Types::UniversalLabel(registerKey(key)), symbol, type, extensionAttributes);
 }
 
 void DictionaryBuilder::addElement(const Types::UniversalLabel& label, std::string_view symbol, DataType type,
@@ -116,7 +111,9 @@ void DictionaryBuilder::addElement(const Types::UniversalLabel& label, std::stri
   const uint32 known = state_->findElement(label.rawBuffer());
   if (known != HashIndex::kNotFound && dictionary.elements_[known]->key() == label) return;
 
-  auto extensions = withDefaults(state_->elementVocabulary, symbol, extensionAttributes);
+  wstring tagName = tagNameOf(symbol, extensionAttributes);
+  const auto& names = isIdentifierName(tagName) ? state_->identifierNames : state_->elementNames;
+  auto extensions = withDefaults(names, std::move(tagName), extensionAttributes);
   const MetaElement* element =
       type.itemType == Types::Identifiers::kNone
           ? &dictionary.simpleElements_.emplace_back(label, std::string(symbol), type.type, std::move(extensions))
@@ -128,22 +125,28 @@ void DictionaryBuilder::addElement(const Types::UniversalLabel& label, std::stri
 
 void DictionaryBuilder::addSet(std::string_view key, std::string_view symbol, std::string_view parent, bool isConcrete,
                                const ExtensionAttributes& extensionAttributes) {
+  addSet(registerKey(key), symbol, parent, isConcrete, extensionAttributes);
+}
+
+void DictionaryBuilder::addSet(const KLV::Key& key, std::string_view symbol, std::string_view parent, bool isConcrete,
+                               const ExtensionAttributes& extensionAttributes) {
   auto& dictionary = *state_->dictionary;
-  auto octets = octetsOf(key);
+  std::array<uint8, KLV::Key::kSize> octets{};
+  std::copy_n(key.rawBuffer(), octets.size(), octets.begin());
   if (octets[kCodingOctet] == kAnyCoding) octets[kCodingOctet] = kLocalSetCoding;
 
   dictionary.setsByKey_.insert(groupIdentity(octets.data()).hash(), sizeOf(dictionary.sets_));
   dictionary.setsBySymbol_.insert(hashOfText(symbol), sizeOf(dictionary.sets_));
   dictionary.ownedSets_.emplace_back(
       new MetaMetadataSet(KLV::Key(octets), std::string(symbol), isConcrete,
-                          withDefaults(state_->setVocabulary, symbol, extensionAttributes)));
+                          withDefaults(state_->setNames, tagNameOf(symbol, extensionAttributes), extensionAttributes)));
   dictionary.sets_.push_back(dictionary.ownedSets_.back().get());
   state_->sets.push_back({std::string(parent), state_->attributes.size(), false});
 }
 
 void DictionaryBuilder::addAttribute(std::string_view elementKey, uint16 staticLocalTag, uint32 requiredStatus,
                                      const ExtensionAttributes& extensionAttributes) {
-  addAttribute(Types::UniversalLabel(octetsOf(elementKey)), staticLocalTag, requiredStatus, extensionAttributes);
+  addAttribute(Types::UniversalLabel(registerKey(elementKey)), staticLocalTag, requiredStatus, extensionAttributes);
 }
 
 void DictionaryBuilder::addAttribute(const Types::UniversalLabel& elementLabel, uint16 staticLocalTag,
@@ -165,7 +168,7 @@ void DictionaryBuilder::addAttribute(const Types::UniversalLabel& elementLabel, 
 SharedPtr<const Dictionary> DictionaryBuilder::build() {
   for (uint32 set = 0; set < state_->sets.size(); ++set) state_->complete(set);
   state_->indexStaticTags();
-  return std::exchange(state_, std::make_unique<State>())->dictionary;
+  return std::exchange(state_, std::make_unique<State>(state_->vocabulary))->dictionary;
 }
 
 uint32 DictionaryBuilder::State::findElement(const uint8* label) const {

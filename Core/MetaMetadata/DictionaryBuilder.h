@@ -1,19 +1,17 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/MetaMetadata/ExtensionAttributes.h"
+#include "Core/MetaMetadata/RegisterKey.h"
+#include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Types/Identifiers.h"
 
 namespace Vantor::MetaMetadata {
-
-/// Sixteen octets as the registers print them: 32 hexadecimal digits in either case, dots between octets ignored.
-/// Texts of keys below are of this form.
-/// @throws Exceptions::InvalidFormat naming the text when it is anything else.
-KLV::Key registerKey(std::string_view text);
 
 /// The type of a property: one of the value types, or an array or a batch of one.
 struct DataType {
@@ -36,18 +34,21 @@ constexpr DataType batchOf(DataType item) { return {Types::Identifiers::kBatch, 
 ///     builder.addSet("060e2b34.02530101.0d010101.01012f00", "Preface", "InterchangeObject");
 ///     const auto dictionary = builder.build();
 ///
-/// Unless told otherwise a definition gets the legacy XML vocabulary: its symbol as "XMLTagName", and as namespace and
-/// prefix "urn:SMPTE:S377M" and "s377m" for sets, "urn:SMPTE:RP210" and "rp210" for properties. A name that stands in
-/// the definition's own extension attributes, be its value empty, replaces the one from here.
+/// Unless told otherwise a definition gets its symbol as "XMLTagName" and the namespace and prefix of the vocabulary
+/// that the builder was made for. A name that stands in the definition's own extension attributes, be its value empty,
+/// replaces the one from here.
 class DictionaryBuilder {
  public:
   static constexpr uint32 kRequired = 0;
   static constexpr uint32 kOptional = 4;
 
-  DictionaryBuilder();
+  explicit DictionaryBuilder(Vocabulary vocabulary = Vocabulary::kLegacy);
   DictionaryBuilder(DictionaryBuilder&&) noexcept;
   DictionaryBuilder& operator=(DictionaryBuilder&&) noexcept;
   ~DictionaryBuilder();
+
+  /// Makes room for this many definitions; more are possible.
+  void reserve(std::size_t elements, std::size_t sets);
 
   /// Defines a property. Defining a key again changes nothing; a key that differs from an earlier one in octet 8 only
   /// makes a definition that is listed but not found.
@@ -61,6 +62,8 @@ class DictionaryBuilder {
   /// @param parent  the symbol of the set to inherit from, defined before or after; empty for a root.
   void addSet(std::string_view key, std::string_view symbol, std::string_view parent = {}, bool isConcrete = true,
               const ExtensionAttributes& extensionAttributes = {});
+  void addSet(const KLV::Key& key, std::string_view symbol, std::string_view parent, bool isConcrete,
+              const ExtensionAttributes& extensionAttributes);
 
   /// Lists a property in the set defined last.
   /// @param elementKey  of a property that is defined already; octet 8 is ignored unless it makes a difference.

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <string_view>
+
+#include "Core/KLV/Key.h"
+#include "Core/MetaMetadata/DictionaryBuilder.h"
+#include "Core/Platform/Containers.h"
+#include "Core/Platform/Types.h"
+#include "Core/Types/UniversalLabel.h"
+
+/// What a dictionary is made from, definition by definition. All texts are UTF-8 and belong to the `Definitions` that
+/// hold the definition.
+namespace Vantor {
+
+/// Where a definition was read: a place in the list of sources of its `Definitions`, and a line from 1.
+struct Origin {
+  uint32 source = 0;
+  uint32 line = 0;
+};
+
+/// What the values of a property are.
+struct PropertyType {
+  /// `kArray`, `kBatch`, or `kNone` for a single value.
+  Types::Identifiers::Identifier collection = Types::Identifiers::kNone;
+  /// The core type of the value or of every item. `kNone` for an enumeration that is not found yet.
+  Types::Identifiers::Identifier value = Types::Identifiers::kNone;
+  std::string_view enumeration;  ///< the name of the enumeration; empty for every other type
+  std::string_view target;       ///< the symbol of the set that a reference leads to; empty when that is not told
+
+  MetaMetadata::DataType dataType() const {
+    if (collection == Types::Identifiers::kNone) return value;
+    return {collection, value};
+  }
+  friend bool operator==(const PropertyType& left, const PropertyType& right) {
+    return left.collection == right.collection && left.value == right.value && left.enumeration == right.enumeration &&
+           left.target == right.target;
+  }
+};
+
+/// A number that has a name, in an enumeration.
+struct EnumerationValue {
+  int64 number = 0;
+  std::string_view name;
+  Origin origin;
+};
+
+/// An integer type whose numbers have names. Files and documents hold the numbers; the names are for people.
+struct EnumerationDefinition {
+  std::string_view name;
+  Types::Identifiers::Identifier base = Types::Identifiers::kNone;
+  Templates::vector<EnumerationValue> values;
+  Origin origin;
+};
+
+/// The namespace that a file chose for its definitions; without one they are in that of the vocabulary.
+struct ChosenNamespace {
+  std::string_view prefix;
+  std::string_view uri;
+};
+
+struct PropertyDefinition {
+  Types::UniversalLabel key;
+  std::string_view symbol;
+  std::string_view xmlName;  ///< the symbol unless told otherwise
+  PropertyType type;
+  uint32 chosenNamespace = 0;  ///< a place in `Definitions::namespaces()`; 0 is that of the vocabulary
+  Origin origin;
+};
+
+/// A property among those of a set.
+struct PropertyUse {
+  uint32 property = 0;  ///< a place in `Definitions::properties()`
+  uint16 staticLocalTag = 0;
+  uint32 requiredStatus = 0;
+  Origin origin;
+};
+
+struct SetDefinition {
+  KLV::Key key;
+  std::string_view symbol;
+  std::string_view xmlName;  ///< the symbol unless told otherwise
+  std::string_view parent;   ///< the symbol of the set to inherit from; empty for a root
+  bool isConcrete = true;
+  uint32 chosenNamespace = 0;                 ///< a place in `Definitions::namespaces()`; 0 is that of the vocabulary
+  Templates::vector<PropertyUse> properties;  ///< without inherited ones
+  Origin origin;
+};
+
+/// A universal label that means something by itself (SMPTE ST 400): an operational pattern, a coding, a kind of track.
+struct LabelDefinition {
+  Types::UniversalLabel key;
+  std::string_view symbol;
+  std::string_view name;
+  Origin origin;
+};
+
+}  // namespace Vantor

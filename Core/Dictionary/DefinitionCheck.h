@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "Core/Dictionary/Definitions.h"
+
+namespace Vantor {
+
+/// What of `Definitions` only shows when all of them are read.
+class DefinitionCheck {
+ public:
+  explicit DefinitionCheck(Definitions& definitions) : of_(definitions) {}
+
+  /// Completes the types of properties whose enumerations were read after them.
+  /// @throws Exceptions::InvalidFormat for the first thing that is wrong.
+  void run();
+
+ private:
+  void checkEnumerations() const;
+  void completeTypes() const;
+  void checkTarget(const PropertyDefinition& property) const;
+  void checkParents() const;
+  void checkPropertiesOfSets() const;
+  void checkSetNames() const;
+  void checkPropertyNames(MetaMetadata::Vocabulary vocabulary) const;
+  [[noreturn]] void refuse(const Origin& origin, const std::string& what, int line) const {
+    of_.refuse(origin, what, line);
+  }
+
+  Definitions& of_;
+};
+
+}  // namespace Vantor

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Core/Dictionary/Definition.h"
+#include "Core/MetaMetadata/Dictionary.h"
+#include "Core/MetaMetadata/HashIndex.h"
+#include "Core/MetaMetadata/Vocabulary.h"
+#include "Core/Platform/Path.h"
+
+namespace Vantor {
+
+/// Definitions of sets, properties, enumerations and labels, collected from any number of sources, to make dictionaries
+/// from. Not for use by several threads at once; the dictionaries that it makes do not depend on it.
+///
+///     Definitions definitions = builtInDefinitions();
+///     definitions.readFile("acme.dictionary");
+///     const auto dictionary = definitions.makeDictionary();
+///
+/// Definitions of one text may refer to those of any other, read before or after, so that references are checked when
+/// everything is read: by `check`, which `makeDictionary` calls. What `check` finds wrong, like everything that
+/// reading does, is an `Exceptions::InvalidFormat` whose message begins with the file and the line and says what to do.
+/// An object that has thrown while reading is good for nothing but its destruction.
+class Definitions {
+ public:
+  /// What becomes of a definition that an earlier source has already.
+  enum class Overlay : uint8 {
+    kRefuse,   ///< an error
+    kReplace,  ///< it gives way, in its place: a newer register against an older one
+  };
+
+  Definitions();
+  ~Definitions();
+  Definitions(Definitions&&) noexcept;
+  Definitions& operator=(Definitions&&) noexcept;
+
+  /// Reads a file of the dictionary format (docs/dictionary-format.md).
+  /// @throws Exceptions::IOError when it cannot be read; Exceptions::InvalidFormat for the first row that is wrong.
+  void readFile(const Path& path);
+
+  /// Reads a text of the dictionary format.
+  /// @param name  stands for the file in messages.
+  void readText(std::string text, std::string name, Overlay overlay = Overlay::kRefuse);
+
+  /// Reads a text of the dictionary format that was made from something else.
+  /// @param origins  tells of line n + 1, in [n], where it came from. Places in `sources()` come from `addSource`.
+  void readText(std::string text, Templates::vector<Origin> origins, Overlay overlay);
+
+  /// Reads a text that lives as long as the process and is known to be right: the built-in data. It is not checked
+  /// again unless something else is read, too.
+  void readTrusted(std::string_view text, std::string name);
+
+  /// Enters the name of a source; returns its place.
+  uint32 addSource(std::string name);
+
+  /// @throws Exceptions::InvalidFormat for what only shows when everything is read: unknown parents, types and targets,
+  ///         sets that inherit from themselves, names in XML and static local tags that clash.
+  void check();
+
+  /// A dictionary of these definitions, in order of definition. May be called again, for another vocabulary.
+  SharedPtr<const MetaMetadata::Dictionary> makeDictionary(
+      MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy);
+
+  const Templates::vector<SetDefinition>& sets() const { return sets_; }
+  const Templates::vector<PropertyDefinition>& properties() const { return properties_; }
+  const Templates::vector<EnumerationDefinition>& enumerations() const { return enumerations_; }
+  const Templates::vector<LabelDefinition>& labels() const { return labels_; }
+  const Templates::vector<ChosenNamespace>& namespaces() const { return namespaces_; }
+  const Templates::vector<std::string>& sources() const { return sources_; }
+
+  /// Each of these gives null when there is none. Octet 8 of a key is ignored, and octet 6 of a set's.
+  const SetDefinition* findSet(const KLV::Key& key) const;
+  const SetDefinition* findSet(std::string_view symbol) const;
+  const PropertyDefinition* findProperty(const Types::UniversalLabel& key) const;
+  const EnumerationDefinition* findEnumeration(std::string_view name) const;
+  const LabelDefinition* findLabel(const Types::UniversalLabel& key) const;
+  const LabelDefinition* findLabel(std::string_view symbol) const;
+
+ private:
+  friend class DefinitionReader;
+  friend class DefinitionCheck;
+  class Index;
+
+  /// Makes room for what a text of this size may hold.
+  void reserve(std::size_t textSize);
+  /// Keeps a text for as long as this object lives.
+  std::string_view keep(std::string text);
+  std::string where(const Origin& origin) const;
+  [[noreturn]] void refuse(const Origin& origin, const std::string& what, int line) const;
+
+  Templates::vector<auto_ptr<const std::string>> texts_;
+  Templates::vector<std::string> sources_;
+  Templates::vector<ChosenNamespace> namespaces_;
+  Templates::vector<SetDefinition> sets_;
+  Templates::vector<PropertyDefinition> properties_;
+  Templates::vector<EnumerationDefinition> enumerations_;
+  Templates::vector<LabelDefinition> labels_;
+  auto_ptr<Index> index_;
+  bool isChecked_ = true;
+};
+
+}  // namespace Vantor

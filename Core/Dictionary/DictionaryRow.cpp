@@ -1,0 +1,30 @@
+#include "Core/Dictionary/DictionaryRow.h"
+
+namespace Vantor {
+
+namespace {
+
+bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+
+}  // namespace
+
+DictionaryRow::DictionaryRow(std::string_view line) : isIndented_(!line.empty() && isSpace(line.front())), line_(line) {
+  while (!line_.empty() && isSpace(line_.back())) line_.remove_suffix(1);
+  for (std::size_t at = 0; at < line_.size();) {
+    while (isSpace(line_[at])) ++at;
+    if (count_ == 0 && line_[at] == '#') return;
+    std::size_t end = at;
+    while (end < line_.size() && !isSpace(line_[end])) ++end;
+    if (count_ < kMaxWords) words_[count_] = line_.substr(at, end - at);
+    ++count_;
+    at = end;
+  }
+}
+
+std::string_view DictionaryRow::from(std::size_t place) const {
+  const std::string_view word = (*this)[place];
+  if (word.empty()) return {};
+  return line_.substr(static_cast<std::size_t>(word.data() - line_.data()));
+}
+
+}  // namespace Vantor

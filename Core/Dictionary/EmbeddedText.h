@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+/// The data files of this folder, as the build put them into the library.
+namespace Vantor::Embedded {
+
+std::string_view smpteRegisters();
+std::string_view smpteLabels();
+
+}  // namespace Vantor::Embedded

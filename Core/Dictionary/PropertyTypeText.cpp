@@ -1,0 +1,140 @@
+#include "Core/Dictionary/PropertyTypeText.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace Vantor {
+
+namespace {
+
+using namespace Types::Identifiers;
+
+/// Sorted by name. Collections have a notation of their own; an `Unknown` value has no definition; a local tag and a
+/// data value have no form that would be read back.
+constexpr std::array<std::pair<std::string_view, Identifier>, 34> kPropertyTypes = {{
+    {"AUID", kAUID},
+    {"Boolean", kBoolean},
+    {"DataStream", kDataStream},
+    {"ISO7String", kISO7String},
+    {"ISO8String", kISO8String},
+    {"Int16", kInt16},
+    {"Int32", kInt32},
+    {"Int64", kInt64},
+    {"Int8", kInt8},
+    {"J2KCodingStyleDefault", kJ2KCodingStyleDefault},
+    {"J2KPictureComponent", kJ2KPictureComponent},
+    {"J2KQuantisationDefault", kJ2KQuantisationDefault},
+    {"Length", kLength},
+    {"Orientation", kOrientation},
+    {"Position", kPosition},
+    {"ProductVersion", kProductVersion},
+    {"RGBALayout", kRGBALayout},
+    {"Rational", kRational},
+    {"SignalStandard", kSignalStandard},
+    {"StrongReference", kStrongReference},
+    {"Timestamp", kTimestamp},
+    {"UInt16", kUInt16},
+    {"UInt32", kUInt32},
+    {"UInt64", kUInt64},
+    {"UInt8", kUInt8},
+    {"UMID32", kUMID32},
+    {"UMID64", kUMID64},
+    {"UTF16", kUTF16},
+    {"UTF16String", kUTF16String},
+    {"UTF8String", kUTF8String},
+    {"UUID", kUUID},
+    {"UniversalLabel", kUniversalLabel},
+    {"VersionType", kVersionType},
+    {"WeakReference", kWeakReference},
+}};
+
+/// Takes `name(` and `)` from around a text that has both.
+bool unwrap(std::string_view& text, std::string_view name) {
+  if (text.size() < name.size() + 2 || text.substr(0, name.size()) != name || text[name.size()] != '(' ||
+      text.back() != ')') {
+    return false;
+  }
+  text = text.substr(name.size() + 1, text.size() - name.size() - 2);
+  return true;
+}
+
+bool isWord(std::string_view text) { return !text.empty() && text.find_first_of("()") == std::string_view::npos; }
+
+void readItem(std::string_view text, PropertyType& type) {
+  if (unwrap(text, "StrongReference")) {
+    type.value = kStrongReference;
+    type.target = text;
+  } else if (unwrap(text, "WeakReference")) {
+    type.value = kWeakReference;
+    type.target = text;
+  } else {
+    type.value = propertyTypeNamed(text);
+    if (type.value == kNone) type.enumeration = text;
+  }
+}
+
+}  // namespace
+
+Identifier propertyTypeNamed(std::string_view name) {
+  const auto* const end = kPropertyTypes.data() + kPropertyTypes.size();
+  const auto* const found = std::lower_bound(
+      kPropertyTypes.data(), end, name, [](const auto& entry, std::string_view text) { return entry.first < text; });
+  return found != end && found->first == name ? found->second : kNone;
+}
+
+bool isEnumerable(Identifier type) {
+  switch (Types::Identifiers::typeSize(type)) {
+    case 1:
+      return type == kUInt8 || type == kInt8 || type == kSignalStandard || type == kOrientation;
+    case 2:
+      return type == kUInt16 || type == kInt16;
+    case 4:
+      return type == kUInt32 || type == kInt32;
+    case 8:
+      return type == kUInt64 || type == kInt64;
+    default:
+      return false;
+  }
+}
+
+bool fitsInto(Identifier type, int64 number) {
+  const bool isSigned = type == kInt8 || type == kInt16 || type == kInt32 || type == kInt64;
+  const uint32 bits = 8 * typeSize(type) - (isSigned ? 1 : 0);
+  if (number < 0) return isSigned && (bits >= 63 || number >= -(int64{1} << bits));
+  return bits >= 63 || number < int64{1} << bits;
+}
+
+std::optional<PropertyType> parsePropertyType(std::string_view text, std::string& whyNot) {
+  PropertyType type;
+  const std::string_view whole = text;
+  if (unwrap(text, "ArrayOf")) {
+    type.collection = kArray;
+  } else if (unwrap(text, "BatchOf")) {
+    type.collection = kBatch;
+  }
+  readItem(text, type);
+  const bool isNamed = type.value != kNone || isWord(type.enumeration);
+  const bool hasTarget = type.target.data() == nullptr || isWord(type.target);
+  if (!isNamed || !hasTarget) {
+    whyNot = "'" + std::string(whole) +
+             "' is no type; write a type's name, StrongReference(Set), WeakReference(Set), ArrayOf(...) or " +
+             "BatchOf(...)";
+    return std::nullopt;
+  }
+  if (type.collection != kNone && type.value != kNone && typeSize(type.value) == 0) {
+    whyNot =
+        "'" + std::string(whole) + "' has items of no fixed size, which nothing could tell apart; make it a DataStream";
+    return std::nullopt;
+  }
+  return type;
+}
+
+std::string textOf(const PropertyType& type) {
+  std::string text(type.enumeration.empty() ? std::string_view(name(type.value)) : type.enumeration);
+  if (!type.target.empty()) text += "(" + std::string(type.target) + ")";
+  if (type.collection != kNone) text = std::string(name(type.collection)) + "Of(" + text + ")";
+  return text;
+}
+
+}  // namespace Vantor

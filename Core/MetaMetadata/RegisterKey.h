@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Core/KLV/Key.h"
+
+namespace Vantor::MetaMetadata {
+
+/// Sixteen octets as the registers print them: 32 hexadecimal digits in either case, dots between octets ignored, with
+/// or without "urn:smpte:ul:" in front.
+/// @throws Exceptions::InvalidFormat naming the text when it is anything else.
+KLV::Key registerKey(std::string_view text);
+/// None when the text is anything else.
+std::optional<KLV::Key> parseRegisterKey(std::string_view text);
+
+/// As the registers print it: four groups of eight digits in lower case, dots between them.
+std::string registerText(const KLV::Key& key);
+
+}  // namespace Vantor::MetaMetadata
