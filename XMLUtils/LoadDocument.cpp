@@ -1,10 +1,7 @@
 #include "XMLUtils/LoadDocument.h"
 
-#include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <string_view>
-#include <system_error>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/Wrapper4InputSource.hpp>
@@ -18,6 +15,7 @@
 #include "XMLUtils/Escape.h"
 #include "XMLUtils/Initializer.h"
 #include "XMLUtils/InputCheck.h"
+#include "XMLUtils/InputFile.h"
 #include "XMLUtils/Strings.h"
 
 namespace Vantor::XMLUtils {
@@ -143,33 +141,6 @@ DOMDocument* load(const uint8* buffer, std::size_t size, const XMLCh* systemId, 
   return document;
 }
 
-[[noreturn]] void throwUnreadable(const wstring& path) {
-  const auto reason = Vantor::Utils::stringToWstring(std::generic_category().message(errno));
-  throw xercesc::SAXException((u"cannot read " + path + u": " + reason).c_str());
-}
-
-Bytes readFile(const wstring& path) {
-  constexpr std::size_t kChunk = std::size_t{1} << 20;
-  const auto name = Platform::pathFromWstring(path);
-  std::error_code error;
-  if (std::filesystem::exists(name, error) && !std::filesystem::is_regular_file(name, error)) {
-    errno = std::filesystem::is_directory(name, error) ? EISDIR : EINVAL;  // a device or pipe may have no end
-    throwUnreadable(path);
-  }
-  errno = 0;
-  std::ifstream file(name, std::ios::binary);
-  if (!file) throwUnreadable(path);
-  Bytes bytes;
-  while (file) {
-    const auto size = bytes.size();
-    bytes.resize(size + kChunk);
-    file.read(reinterpret_cast<char*>(bytes.data() + size), kChunk);
-    bytes.resize(size + static_cast<std::size_t>(file.gcount()));
-  }
-  if (file.bad()) throwUnreadable(path);
-  return bytes;
-}
-
 bool isBlank(const XMLCh* text) { return u16string_view(text).find_first_not_of(u" \t\r\n") == u16string_view::npos; }
 
 }  // namespace
@@ -188,7 +159,7 @@ DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, DOMLS
 
 DOMDocument* loadDocumentFromFile(const uint16* path, DOMLSParser& parser) {
   const auto name = utf16ToWstring(path);
-  const auto bytes = readFile(name);
+  const auto bytes = readInputFile(name);
   return load(bytes.data(), bytes.size(), name.c_str(), parser);
 }
 

@@ -17,8 +17,8 @@ TEST(Info, PrintsPartitionsAndSets) {
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out, R"(  size                 10608 bytes
   MXF version          1.2
-  operational pattern  OP1a  06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00
-  essence container    06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40.01
+  operational pattern  OP1a  06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00  MXF OP1a SingleItem SinglePackage MultiTrack Stream Internal
+  essence container    06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40.01  MXF-GC Frame-wrapped MPEG-ES AudioStream-0 SID
 
 partitions: 3, as the random index pack lists them
   no  kind    status           offset  header bytes  index bytes  index SID  body SID  body offset
@@ -48,7 +48,8 @@ misplaced properties: 0
 TEST(Info, CountsDarkSetsByKey) {
   const Result result = run({"info", sample("libmxf-writeaviddv50.header.mxf")});
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_THAT(result.out, AllOf(HasSubstr("OP-Atom  06.0E.2B.34.04.01.01.02.0D.01.02.01.10.02.00.00\n"),
+  EXPECT_THAT(result.out, AllOf(HasSubstr("OP-Atom  06.0E.2B.34.04.01.01.02.0D.01.02.01.10.02.00.00  "
+                                          "MXF-OP Atom N Tracks 1 SourceClip\n"),
                                 HasSubstr("sets in the header partition: 437\n"),
                                 HasSubstr("dark sets: 2\n"
                                           "  1  80.53.08.00.36.21.08.04.B3.B3.98.A5.1C.90.11.D4\n"

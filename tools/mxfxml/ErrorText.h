@@ -11,6 +11,12 @@ class CommandError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// What is wrong with a dictionary file. The text names the file, which is not the subcommand's input.
+class DictionaryError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// The message, in UTF-8, of the exception that is being handled: of the libraries, of Xerces or any other.
 /// To be called in a catch clause.
 std::string currentExceptionText();

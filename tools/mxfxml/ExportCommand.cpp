@@ -4,7 +4,6 @@
 
 #include "CommonOptions.h"
 #include "Core/DataIO/File.h"
-#include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "ErrorText.h"
 #include "StandardStreams.h"
@@ -35,6 +34,8 @@ ExportCommand::ExportCommand(CLI::App& program)
       ->type_name("ID|NAME");
   addEncoding();
   addPartition(app(), partition_);
+  dictionary_.addVocabulary(app());
+  dictionary_.addDictionary(app());
 }
 
 void ExportCommand::addEncoding() {
@@ -62,7 +63,7 @@ void ExportCommand::run() const {
 }
 
 std::string ExportCommand::document() const {
-  const auto metadata = MXF::readHeaderMetadata(input(), builtInDictionary(), partition_);
+  const auto metadata = MXF::readHeaderMetadata(input(), dictionary_.load(), partition_);
   const auto document =
       start_ ? XMLBuilder::partition2XML(metadata.get(), &findStartSet(*metadata, *start_), !flat_, structuralOnly_)
              : XMLBuilder::partition2XML(metadata.get(), !flat_, structuralOnly_);

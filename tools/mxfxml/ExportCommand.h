@@ -5,6 +5,7 @@
 
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
+#include "DictionaryOptions.h"
 #include "XMLUtils/EncodingType.h"
 
 namespace Vantor::Tool {
@@ -25,6 +26,7 @@ class ExportCommand final : public Command {
   std::optional<std::string> start_;
   XMLUtils::EncodingType encoding_ = XMLUtils::EncodingType::kUTF8Indented;
   MXF::PartitionChoice partition_;
+  DictionaryOptions dictionary_;
 };
 
 }  // namespace Vantor::Tool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Command.h"
+#include "DictionaryOptions.h"
 
 namespace Vantor::Tool {
 
@@ -12,6 +13,7 @@ class ImportCommand final : public Command {
 
  private:
   Path output_;
+  DictionaryOptions dictionary_;
 };
 
 }  // namespace Vantor::Tool

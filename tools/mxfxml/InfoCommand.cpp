@@ -6,10 +6,10 @@
 #include <string>
 
 #include "CommonOptions.h"
-#include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Platform/Strings.h"
+#include "DictionaryText.h"
 #include "OperationalPattern.h"
 #include "StandardStreams.h"
 #include "TextTable.h"
@@ -62,16 +62,24 @@ std::string nameOf(MXF::StructureSource source) {
 
 std::string textOf(const Types::UniversalLabel& label) { return Utils::wstringToString(label.toString(kDottedForm)); }
 
-std::string describeFile(const MXF::FileStructure& structure) {
+/// The label, and what the registers call it.
+std::string textOf(const Definitions& definitions, const Types::UniversalLabel& label) {
+  const std::string name = labelName(definitions, label);
+  return textOf(label) + (name.empty() ? "" : "  " + name);
+}
+
+std::string describeFile(const MXF::FileStructure& structure, const Definitions& definitions) {
   const MXF::PartitionPack& header = structure.partitions.front().pack;
   TextTable table({Align::kLeft, Align::kLeft});
   table.addRow({"size", std::to_string(structure.fileSize) + " bytes"});
   if (structure.runIn != 0) table.addRow({"run-in", std::to_string(structure.runIn) + " bytes"});
   if (structure.end != structure.fileSize) table.addRow({"sound up to", "offset " + std::to_string(structure.end)});
   table.addRow({"MXF version", std::to_string(header.majorVersion) + "." + std::to_string(header.minorVersion)});
-  table.addRow({"operational pattern",
-                operationalPatternName(header.operationalPattern) + "  " + textOf(header.operationalPattern)});
-  for (const auto& container : header.essenceContainers) table.addRow({"essence container", textOf(container)});
+  table.addRow({"operational pattern", operationalPatternName(header.operationalPattern) + "  " +
+                                           textOf(definitions, header.operationalPattern)});
+  for (const auto& container : header.essenceContainers) {
+    table.addRow({"essence container", textOf(definitions, container)});
+  }
   return table.text();
 }
 
@@ -150,12 +158,14 @@ InfoCommand::InfoCommand(CLI::App& program)
     : Command(program, "info", "Print the partitions of a file and the sets in the metadata of one of them") {
   addInput(app(), input(), "MXF file");
   addPartition(app(), partition_);
+  dictionary_.addDictionary(app());
 }
 
 void InfoCommand::run() const {
   const auto structure = MXF::readStructure(input());
-  const auto metadata = MXF::readHeaderMetadata(input(), builtInDictionary(), partition_);
-  writeStandardOutput(describeFile(structure) + describePartitions(structure) +
+  auto definitions = dictionary_.definitions();
+  const auto metadata = MXF::readHeaderMetadata(input(), definitions.makeDictionary(), partition_);
+  writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) +
                       describeMetadata(*metadata, partition_));
 }
 

@@ -2,6 +2,7 @@
 
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
+#include "DictionaryOptions.h"
 
 namespace Vantor::Tool {
 
@@ -13,6 +14,7 @@ class InfoCommand final : public Command {
 
  private:
   MXF::PartitionChoice partition_;
+  DictionaryOptions dictionary_;
 };
 
 }  // namespace Vantor::Tool

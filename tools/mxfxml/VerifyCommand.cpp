@@ -3,7 +3,6 @@
 #include <string>
 
 #include "CommonOptions.h"
-#include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Metadata/PartitionComparison.h"
 #include "ErrorText.h"
@@ -52,14 +51,17 @@ VerifyCommand::VerifyCommand(CLI::App& program)
   addInput(app(), input(), "MXF file");
   app().add_flag("--flat", flat_, "Write the targets of strong references beside the sets that refer to them");
   addPartition(app(), partition_);
+  dictionary_.addVocabulary(app());
+  dictionary_.addDictionary(app());
 }
 
 void VerifyCommand::run() const {
-  const auto metadata = MXF::readHeaderMetadata(input(), builtInDictionary(), partition_);
+  const auto dictionary = dictionary_.load();
+  const auto metadata = MXF::readHeaderMetadata(input(), dictionary, partition_);
   wstring document;
   XMLBuilder::partition2XML(metadata.get(), !flat_, false, XMLUtils::EncodingType::kUTF8, document);
   if (document.empty()) throw CommandError("the " + partition_.name() + " has no Preface to start from");
-  PartitionMetadata copy(builtInDictionary());
+  PartitionMetadata copy(dictionary);
   XML2Partition::getPartitionMetadataFromString(document, &copy);
   const auto comparison = comparePartitions(*metadata, copy);
   writeStandardOutput(describe(comparison));

@@ -2,6 +2,7 @@
 
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
+#include "DictionaryOptions.h"
 
 namespace Vantor::Tool {
 
@@ -15,6 +16,7 @@ class VerifyCommand final : public Command {
  private:
   bool flat_ = false;
   MXF::PartitionChoice partition_;
+  DictionaryOptions dictionary_;
 };
 
 }  // namespace Vantor::Tool

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "DictionaryCommand.h"
 #include "ErrorText.h"
 #include "ExitCode.h"
 #include "ExportCommand.h"
@@ -27,10 +28,13 @@ int runCommand(const Command& command) {
   try {
     command.run();
     return kSuccess;
+  } catch (const DictionaryError& error) {
+    printError(error.what());
   } catch (...) {
-    printError(command.input().u8string() + ": " + currentExceptionText());
-    return kFailure;
+    const std::string subject = command.input().empty() ? "" : command.input().u8string() + ": ";
+    printError(subject + currentExceptionText());
   }
+  return kFailure;
 }
 
 int refuse(const CLI::App& program, const std::string& reason) {
@@ -71,11 +75,12 @@ int run(std::vector<std::string> arguments) {
   describeProgram(program);
   const ExportCommand exportCommand(program);
   const ImportCommand importCommand(program);
-  const InfoCommand infoCommand(program);
   const VerifyCommand verifyCommand(program);
+  const InfoCommand infoCommand(program);
+  const DictionaryCommand dictionaryCommand(program);
   if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
   for (const Command* command :
-       std::vector<const Command*>{&exportCommand, &importCommand, &infoCommand, &verifyCommand}) {
+       std::vector<const Command*>{&exportCommand, &importCommand, &verifyCommand, &infoCommand, &dictionaryCommand}) {
     if (command->isChosen()) return runCommand(*command);
   }
   return kWrongUsage;  // not reached: the parser demanded one of them

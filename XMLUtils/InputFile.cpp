@@ -1,0 +1,44 @@
+#include "XMLUtils/InputFile.h"
+
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+#include <xercesc/sax/SAXException.hpp>
+
+#include "Core/Platform/Path.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::XMLUtils {
+
+namespace {
+
+[[noreturn]] void throwUnreadable(const wstring& path) {
+  const auto reason = Vantor::Utils::stringToWstring(std::generic_category().message(errno));
+  throw xercesc::SAXException((u"cannot read " + path + u": " + reason).c_str());
+}
+
+}  // namespace
+
+Bytes readInputFile(const wstring& path) {
+  constexpr std::size_t kChunk = std::size_t{1} << 20;
+  const auto name = Platform::pathFromWstring(path);
+  std::error_code error;
+  if (std::filesystem::exists(name, error) && !std::filesystem::is_regular_file(name, error)) {
+    errno = std::filesystem::is_directory(name, error) ? EISDIR : EINVAL;  // a device or pipe may have no end
+    throwUnreadable(path);
+  }
+  errno = 0;
+  std::ifstream file(name, std::ios::binary);
+  if (!file) throwUnreadable(path);
+  Bytes bytes;
+  while (file) {
+    const auto size = bytes.size();
+    bytes.resize(size + kChunk);
+    file.read(reinterpret_cast<char*>(bytes.data() + size), kChunk);
+    bytes.resize(size + static_cast<std::size_t>(file.gcount()));
+  }
+  if (file.bad()) throwUnreadable(path);
+  return bytes;
+}
+
+}  // namespace Vantor::XMLUtils

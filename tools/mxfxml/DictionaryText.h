@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "Core/Dictionary/Definitions.h"
+
+/// Definitions as text for people.
+namespace Vantor::Tool {
+
+/// Every set on a row: symbol, key, parent, and whether files hold sets of this very definition.
+std::string listOfSets(const Definitions& definitions);
+
+/// Everything that has this symbol or name in XML, this key, or this static local tag.
+/// @param wanted  a key as `parseRegisterKey` takes it, the dotted form of a label, four hexadecimal digits, or a name.
+/// @return empty when there is nothing.
+std::string descriptionOf(const Definitions& definitions, const std::string& wanted);
+
+/// The names that differ from this one by case only, for a message; empty when there are none.
+std::string similarNames(const Definitions& definitions, const std::string& wanted);
+
+/// The name of a label in the definitions, or else among the built-in ones; empty when neither has it.
+std::string labelName(const Definitions& definitions, const Types::UniversalLabel& label);
+
+}  // namespace Vantor::Tool
