@@ -1,5 +1,8 @@
 #include "XMLBuilder/CompoundValueFromXML.h"
 
+#include <limits>
+#include <vector>
+
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Strings.h"
@@ -10,6 +13,7 @@
 #include "Core/Types/RGBALayout.h"
 #include "Core/Types/Rational.h"
 #include "Core/Types/Timestamp.h"
+#include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/ValueFromXML.h"
 #include "XMLBuilder/Vocabulary.h"
@@ -29,16 +33,34 @@ void require(bool holds, const std::string& condition, const std::string& explan
   if (!holds) throw Exceptions::InvalidFormat(condition + ": " + explanation, kValueSource, line);
 }
 
+/// All children of a compound value with a name.
+std::vector<const DOMElement*> childrenNamed(const DOMNode& node, std::u16string_view prefix, const char16_t* name,
+                                             ImportDocument& document) {
+  if (document.isLossless()) {
+    return prefix == kTypesPrefix ? LosslessForms::typeChildren(node, name) : LosslessForms::s422MChildren(node, name);
+  }
+  const auto found = document.rootScope().all(node, wstring(prefix), name);
+  return {found.begin(), found.end()};
+}
+
+/// The first of them; null when there is none.
+const DOMElement* childNamed(const DOMNode& node, std::u16string_view prefix, const char16_t* name,
+                             ImportDocument& document) {
+  if (!document.isLossless()) return document.rootScope().first(node, wstring(prefix), name);
+  const auto found = childrenNamed(node, prefix, name, document);
+  return found.empty() ? nullptr : found.front();
+}
+
 /// The children of one compound value.
 class Fields {
  public:
   Fields(const DOMNode& node, std::u16string_view prefix, ImportDocument& document)
-      : node_(node), prefix_(prefix), blankText_(document.blankText()), lookup_(document.rootScope()) {}
+      : node_(node), prefix_(prefix), document_(document) {}
 
   /// The text of the first child with a name; empty when there is none.
   wstring text(const char16_t* name) const {
-    const DOMElement* child = lookup_.first(node_, prefix_, name);
-    return child == nullptr ? wstring() : nodeText(*child, blankText_);
+    const DOMElement* child = childNamed(node_, prefix_, name, document_);
+    return child == nullptr ? wstring() : nodeText(*child, document_.blankText());
   }
   /// The same for a child that must be there.
   wstring text(const char16_t* name, const std::string& variable, int line) const {
@@ -50,26 +72,33 @@ class Fields {
   /// A number as unsigned 32 bits, of which the low ones are kept.
   template <class Integer>
   Integer number(const char16_t* name) const {
-    return static_cast<Integer>(Platform::readDecimal<uint32>(text(name)));
+    return parse<Integer>(text(name), name);
   }
   template <class Integer>
   Integer number(const char16_t* name, const std::string& variable, int line) const {
-    return static_cast<Integer>(Platform::readDecimal<uint32>(text(name, variable, line)));
+    return parse<Integer>(text(name, variable, line), name);
   }
 
  private:
+  template <class Integer>
+  Integer parse(const wstring& text, const char16_t* name) const {
+    using Limits = std::numeric_limits<Integer>;
+    if (!document_.isLossless()) return static_cast<Integer>(Platform::readDecimal<uint32>(text));
+    return static_cast<Integer>(LosslessForms::number(text, Limits::min(), Limits::max(), name));
+  }
+
   const DOMNode& node_;
-  wstring prefix_;
-  BlankText blankText_;
-  XMLUtils::ChildLookup& lookup_;
+  std::u16string_view prefix_;
+  ImportDocument& document_;
 };
 
 wstring retrieveNodeName(const DOMNode& node) { return XMLUtils::utf16ToWstring(node.getLocalName()); }
 
 /// The element around a JPEG 2000 value.
-const DOMElement& findComponent(const DOMNode& node, const char16_t* name, const std::string& property, int line,
-                                ImportDocument& document) {
-  const auto* element = document.rootScope().first(node, wstring(kS422MTypesPrefix), name);
+const DOMNode& findComponent(const DOMNode& node, const char16_t* name, const std::string& property, int line,
+                             ImportDocument& document) {
+  const auto* element = childNamed(node, kS422MTypesPrefix, name, document);
+  if (element == nullptr && document.isLossless()) return node;  // the export writes none
   const auto symbol = Utils::wstringToString(name);
   const auto explanation = "No '" + symbol + "' element from '" + property + "' in XML metadata";
   require(element != nullptr, "domComponentElement != 0", explanation, line);
@@ -99,7 +128,7 @@ auto_ptr<Types::SimpleDataType> readProductVersion(const DOMNode& node, ImportDo
 auto_ptr<Types::SimpleDataType> readRGBALayout(const DOMNode& node, ImportDocument& document) {
   auto layout = std::make_unique<Types::RGBALayout>();
   uint32 index = 0;
-  for (const auto* component : document.rootScope().all(node, wstring(kTypesPrefix), u"RGBAComponent")) {
+  for (const auto* component : childrenNamed(node, kTypesPrefix, u"RGBAComponent", document)) {
     const Fields fields(*component, kTypesPrefix, document);
     const auto code = fields.number<uint8>(u"Code");
     layout->set(index++, {code, fields.number<uint8>(u"Depth")});
@@ -110,7 +139,9 @@ auto_ptr<Types::SimpleDataType> readRGBALayout(const DOMNode& node, ImportDocume
 auto_ptr<Types::SimpleDataType> readTimestamp(const DOMNode& node, ImportDocument& document) {
   const Fields fields(node, kTypesPrefix, document);
   const auto second = fields.number<uint8>(u"Second", "secondsValue", 374);
-  const auto milliSecond = fields.number<uint16>(u"mSec4", "milliValue", 377);
+  const auto fraction = fields.number<uint16>(u"mSec4", "milliValue", 377);
+  const auto milliSecond =
+      document.isLossless() ? static_cast<uint16>(LosslessForms::milliSeconds(fraction)) : fraction;
   const auto year = fields.number<uint16>(u"Year", "yearValue", 380);
   const auto month = fields.number<uint8>(u"Month", "monthValue", 383);
   const auto day = fields.number<uint8>(u"Day", "dayValue", 386);

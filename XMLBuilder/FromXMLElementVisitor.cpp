@@ -6,6 +6,8 @@
 #include "Core/Platform/Exceptions.h"
 #include "Core/Types/Factories.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/ImportReport.h"
+#include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/ValueFromXML.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/Strings.h"
@@ -67,7 +69,11 @@ FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& node, const
 
 void FromXMLElementVisitor::visit(SimpleElement& element) {
   auto value = createValueFromNode(dataType_, node_, document_);
-  if (value != nullptr) element.set(std::move(value), false);
+  if (value != nullptr) {
+    element.set(std::move(value), false);
+  } else if (document_.isLossless()) {
+    element.markPresent();  // it was written without a value
+  }
 }
 
 void FromXMLElementVisitor::visit(ArrayElement& element) {
@@ -113,7 +119,7 @@ void FromXMLElementVisitor::readReferences(References& element) {
 
 template <class References>
 void FromXMLElementVisitor::readMember(References& element, const DOMElement& item) {
-  if (namesReference(item.getNodeName())) {
+  if (standsForSet(item, item.getNodeName())) {
     auto reference = buildReference(dataSubType_, item);
     if (reference != nullptr) element.appendUnverifiedReference(std::move(reference));
   } else if (const auto* set = buildNestedSet(item)) {
@@ -133,8 +139,8 @@ void FromXMLElementVisitor::makeEmpty(References& element) {
 
 void FromXMLElementVisitor::visit(ReferenceElement& element) {
   const DOMElement* child = XMLUtils::firstChildElement(node_);
-  if (child == nullptr) return;
-  if (namesReference(child->getLocalName())) {
+  if (child == nullptr) return reportLostReference();
+  if (standsForSet(*child, child->getLocalName())) {
     auto reference = buildReference(dataType_, *child);
     if (reference != nullptr) element.setUnverifiedReference(std::move(reference));
   } else if (const auto* set = buildNestedSet(*child)) {
@@ -143,6 +149,7 @@ void FromXMLElementVisitor::visit(ReferenceElement& element) {
 }
 
 auto_ptr<Types::Reference> FromXMLElementVisitor::buildReference(Identifier type, const DOMElement& carrier) {
+  if (document_.isLossless()) return LosslessSets::buildReference(type, carrier, document_);
   const auto* attribute = carrier.getAttributes()->item(0);
   if (attribute == nullptr) return nullptr;
   const auto& identifier = document_.identifierFor(XMLUtils::utf16ToWstring(attribute->getNodeValue()), [] {
@@ -152,8 +159,32 @@ auto_ptr<Types::Reference> FromXMLElementVisitor::buildReference(Identifier type
 }
 
 const MetadataSet* FromXMLElementVisitor::buildNestedSet(const DOMElement& element) {
-  const auto* definition = document_.findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
+  const auto* definition = document_.isLossless() ? LosslessSets::findSet(element, document_)
+                                                  : document_.findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
   return definition == nullptr ? nullptr : importSet(element, *definition, document_, [](MetadataSet*) {});
+}
+
+bool FromXMLElementVisitor::standsForSet(const DOMElement& element, const XMLCh* name) const {
+  return document_.isLossless() ? LosslessForms::targetAttribute(element) != nullptr : namesReference(name);
+}
+
+void FromXMLElementVisitor::reportLostReference() const {
+  if (!document_.isLossless()) return;
+  document_.report().addUnread(ImportDiagnostic::Kind::kReference, node_, "the element names no set");
+}
+
+void readValue(Element& property, const xercesc::DOMNode& node, const MetaMetadata::MetaElement* definition,
+               ImportDocument& document) {
+  FromXMLElementVisitor reader(node, definition, document);
+  if (!document.isLossless()) return property.accept(reader);
+  const ImportReport::Reading reading(document.report(), definition);
+  try {
+    property.accept(reader);
+  } catch (const LosslessSets::Clash&) {
+    throw;
+  } catch (const Exceptions::BaseException& error) {
+    document.report().addUnread(ImportDiagnostic::Kind::kValue, node, error.message());
+  }
 }
 
 }  // namespace Vantor::XML2Partition

@@ -34,6 +34,10 @@ class FromXMLElementVisitor : public Metadata::Visitors::NonConstElementVisitor 
   uint32 measuredItemSize() const;
   void readItems(CollectionElement& element);
 
+  /// Whether an element of the property only names a set that is written elsewhere. @param name  the exact reader's
+  /// clue.
+  bool standsForSet(const xercesc::DOMElement& element, const XMLCh* name) const;
+  void reportLostReference() const;
   auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, const xercesc::DOMElement& carrier);
   const MetadataSet* buildNestedSet(const xercesc::DOMElement& element);
 
@@ -42,5 +46,10 @@ class FromXMLElementVisitor : public Metadata::Visitors::NonConstElementVisitor 
   Types::Identifiers::Identifier dataSubType_ = Types::Identifiers::kNone;
   ImportDocument& document_;
 };
+
+/// Gives a property the value that a node holds. A lossless import reports what it cannot read, and goes on.
+/// @param definition  null for an unknown property.
+void readValue(Element& property, const xercesc::DOMNode& node, const MetaMetadata::MetaElement* definition,
+               ImportDocument& document);
 
 }  // namespace Vantor::XML2Partition

@@ -6,6 +6,7 @@
 #include "Core/Metadata/SimpleElement.h"
 #include "XMLBuilder/FromXMLElementVisitor.h"
 #include "XMLBuilder/FromXMLMetaAttributeVisitor.h"
+#include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/Strings.h"
@@ -13,8 +14,10 @@
 namespace Vantor::XML2Partition {
 
 using MetaMetadata::kXMLDefaultPrefix;
+using MetaMetadata::kXMLNamespaceURI;
 using MetaMetadata::kXMLTagName;
 using xercesc::DOMElement;
+using xercesc::DOMNode;
 using XMLBuilder::Vocabulary::kGroupsPrefix;
 
 namespace {
@@ -39,9 +42,11 @@ Types::LocalTag localTagOf(const DOMElement& child, PartitionDictionary& tags, s
 
 void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
   // Asked before a property can bind the prefix.
-  const bool mayHaveExtensions = !scope_.namespaceOf(wstring(kGroupsPrefix)).empty();
+  const bool mayHaveExtensions = document_.isLossless() || !scope_.namespaceOf(wstring(kGroupsPrefix)).empty();
+  const LosslessSets::MaybeReading reading(document_, set);
   for (Element& property : set) readProperty(property, set);
   if (mayHaveExtensions) readExtensionElements(set);
+  if (children_) LosslessSets::reportUnread(*children_, document_);
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Element& property, MetadataSet& set) {
@@ -54,21 +59,26 @@ void FromXMLMetadataSetVisitor::readProperty(Element& property, MetadataSet& set
 
 void FromXMLMetadataSetVisitor::readChild(Element& property, const MetaMetadata::MetaElement& definition,
                                           const wstring& tag) {
+  const DOMElement* child = findChild(definition, tag);
+  if (child != nullptr) readValue(property, *child, &definition, document_);
+}
+
+const DOMElement* FromXMLMetadataSetVisitor::findChild(const MetaMetadata::MetaElement& definition,
+                                                       const wstring& tag) {
+  if (children_) return children_->take(definition.extensionAttribute(kXMLNamespaceURI), tag);
   const auto& prefix = definition.extensionAttribute(kXMLDefaultPrefix);
   scope_.bindIfUnbound(prefix, kRegistrationAuthorityURI);
-  const DOMElement* child = scope_.first(element_, prefix, tag);
-  if (child == nullptr) return;
-  FromXMLElementVisitor reader(*child, &definition, document_);
-  property.accept(reader);
+  return scope_.first(element_, prefix, tag);
 }
 
 void FromXMLMetadataSetVisitor::readIdentifier(Element& property, const MetaMetadata::MetaElement& definition,
                                                const wstring& tag, MetadataSet& set) {
-  const auto* attribute = element_.getAttributeNode((kIdentifierPrefix + tag).c_str());
+  const DOMNode* attribute = document_.isLossless() ? LosslessForms::identifierAttribute(element_, tag)
+                                                    : element_.getAttributeNode((kIdentifierPrefix + tag).c_str());
   if (attribute == nullptr) return;
-  if (tag == u"InstanceUID") return readInstanceUID(property, nodeText(*attribute), set);
-  FromXMLElementVisitor reader(*attribute, &definition, document_);
-  property.accept(reader);
+  if (tag != u"InstanceUID") return readValue(property, *attribute, &definition, document_);
+  if (document_.isLossless()) return LosslessSets::readInstanceUID(property, *attribute, set, element_, document_);
+  readInstanceUID(property, nodeText(*attribute), set);
 }
 
 void FromXMLMetadataSetVisitor::readInstanceUID(Element& property, const wstring& text, const MetadataSet& set) {
@@ -80,14 +90,22 @@ void FromXMLMetadataSetVisitor::readInstanceUID(Element& property, const wstring
 }
 
 void FromXMLMetadataSetVisitor::readExtensionElements(MetadataSet& set) {
-  const DOMElement* container = scope_.first(element_, wstring(kGroupsPrefix), u"ExtensionElements");
+  const DOMElement* container = findExtensionElements();
   if (container == nullptr) return;
   for (const DOMElement* child : XMLUtils::childElements(*container)) readExtension(*child, set);
+}
+
+const DOMElement* FromXMLMetadataSetVisitor::findExtensionElements() {
+  if (children_) return children_->take(XMLBuilder::Vocabulary::kGroupsURI, u"ExtensionElements");
+  return scope_.first(element_, wstring(kGroupsPrefix), u"ExtensionElements");
 }
 
 /// The name under which the dictionary may know an extension element. Prefixes count as the document element declares
 /// them, and a name without a colon is its own prefix.
 wstring FromXMLMetadataSetVisitor::extensionName(const DOMElement& child) const {
+  if (document_.isLossless()) {
+    return XMLUtils::utf16ToWstring(child.getNamespaceURI()) + u":" + XMLUtils::utf16ToWstring(child.getLocalName());
+  }
   const wstring name = XMLUtils::utf16ToWstring(child.getNodeName());
   const auto colon = name.find(u':');
   const wstring prefix = name.substr(0, colon);
@@ -98,16 +116,13 @@ wstring FromXMLMetadataSetVisitor::extensionName(const DOMElement& child) const 
 void FromXMLMetadataSetVisitor::readExtension(const DOMElement& child, MetadataSet& set) {
   const auto* definition = document_.findProperty(extensionName(child));
   if (definition == nullptr) return readUnknown(child, set);
-  Element& property = set.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(definition));
-  FromXMLElementVisitor reader(child, definition, document_);
-  property.accept(reader);
+  readValue(set.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(definition)), child, definition,
+            document_);
 }
 
 void FromXMLMetadataSetVisitor::readUnknown(const DOMElement& child, MetadataSet& set) {
   const auto tag = localTagOf(child, document_.partition().partitionDictionary(), unmarked_);
-  Element& property = set.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(tag));
-  FromXMLElementVisitor reader(child, nullptr, document_);
-  property.accept(reader);
+  readValue(set.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(tag)), child, nullptr, document_);
 }
 
 }  // namespace Vantor::XML2Partition

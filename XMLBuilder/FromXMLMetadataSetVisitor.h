@@ -1,7 +1,11 @@
 #pragma once
 
+#include <optional>
+
 #include "Core/Metadata/Visitors.h"
 #include "XMLBuilder/ImportDocument.h"
+#include "XMLBuilder/LosslessSets.h"
+#include "XMLBuilder/SetChildren.h"
 
 namespace Vantor::XML2Partition {
 
@@ -11,7 +15,9 @@ namespace Vantor::XML2Partition {
 class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSetVisitor {
  public:
   FromXMLMetadataSetVisitor(const xercesc::DOMElement& element, ImportDocument& document)
-      : element_(element), document_(document), scope_(element) {}
+      : element_(element), document_(document), scope_(element) {
+    if (document.isLossless()) children_.emplace(element);
+  }
 
   /// @throws what the values throw; the set keeps what was read before.
   void visit(MetadataSet& set) override;
@@ -22,6 +28,8 @@ class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSet
   void readIdentifier(Element& property, const MetaMetadata::MetaElement& definition, const wstring& tag,
                       MetadataSet& set);
   void readInstanceUID(Element& property, const wstring& text, const MetadataSet& set);
+  const xercesc::DOMElement* findChild(const MetaMetadata::MetaElement& definition, const wstring& tag);
+  const xercesc::DOMElement* findExtensionElements();
   void readExtensionElements(MetadataSet& set);
   void readExtension(const xercesc::DOMElement& child, MetadataSet& set);
   void readUnknown(const xercesc::DOMElement& child, MetadataSet& set);
@@ -30,13 +38,19 @@ class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSet
   const xercesc::DOMElement& element_;
   ImportDocument& document_;
   XMLUtils::ChildLookup scope_;
-  std::size_t unmarked_ = 0;  // unknown properties with neither tag nor label
+  std::optional<SetChildren> children_;  // of a lossless import
+  std::size_t unmarked_ = 0;             // unknown properties with neither tag nor label
 };
 
-/// Makes a set for an element in the partition and fills it. @param onCreated  is given the set before it is filled.
+/// Makes a set for an element in the partition and fills it. A lossless import returns the set that it has already,
+/// when the document has one a second time. @param onCreated  is given the set before it is filled, but no set that was
+/// there.
 template <class OnCreated>
 MetadataSet* importSet(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
                        ImportDocument& document, OnCreated&& onCreated) {
+  if (document.isLossless()) {
+    if (MetadataSet* known = LosslessSets::readCopy(element, definition, document)) return known;
+  }
   MetadataSet* set = document.partition().createMetadataSet(definition.key());
   onCreated(set);
   FromXMLMetadataSetVisitor visitor(element, document);

@@ -8,10 +8,12 @@ namespace Vantor::XML2Partition {
 using MetaMetadata::kXMLNamespaceURI;
 using MetaMetadata::kXMLTagName;
 
-ImportDocument::ImportDocument(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition)
+ImportDocument::ImportDocument(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition,
+                               ImportReport* report)
     : root_(root),
       blankText_(blankText),
       partition_(partition),
+      report_(report),
       dictionary_(partition.partitionDictionary().dictionary()),
       rootScope_(root) {
   for (auto at = dictionary_->metaMetadataSetBegin(); at != dictionary_->metaMetadataSetEnd(); ++at) {

@@ -11,6 +11,8 @@
 
 namespace Vantor::XML2Partition {
 
+class ImportReport;
+
 /// The sets that one import has made from the document, in its order.
 using ImportedSets = Templates::list<MetadataSet*, Platform::malloc_alloc>;
 
@@ -23,14 +25,20 @@ struct TextHash {
 /// which identifiers of the document stand for which of the partition. Lives for one call.
 class ImportDocument {
  public:
-  /// @param root  the document element.
-  ImportDocument(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition);
+  /// @param root    the document element.
+  /// @param report  of a lossless import; null for an exact one.
+  ImportDocument(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition,
+                 ImportReport* report = nullptr);
   ImportDocument(const ImportDocument&) = delete;
   ImportDocument& operator=(const ImportDocument&) = delete;
 
   PartitionMetadata& partition() { return partition_; }
   const xercesc::DOMElement& root() const { return root_; }
   BlankText blankText() const { return blankText_; }
+  /// Whether forms are read that the exact reader does not take; see `LosslessForms`.
+  bool isLossless() const { return report_ != nullptr; }
+  /// Of a lossless import only.
+  ImportReport& report() { return *report_; }
   /// Look-ups with the prefixes that the document element declares.
   XMLUtils::ChildLookup& rootScope() { return rootScope_; }
 
@@ -54,6 +62,7 @@ class ImportDocument {
   const xercesc::DOMElement& root_;
   BlankText blankText_;
   PartitionMetadata& partition_;
+  ImportReport* report_;
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
   XMLUtils::ChildLookup rootScope_;
   std::unordered_map<wstring, const MetaMetadata::MetaMetadataSet*, TextHash> sets_;

@@ -7,6 +7,7 @@
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
 #include "XMLBuilder/CompoundValueFromXML.h"
+#include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLUtils/Strings.h"
 #include "XMLUtils/UnicodeString.h"
@@ -161,6 +162,14 @@ CompoundReader compoundReader(Types::Identifiers::Identifier type) {
   return nullptr;
 }
 
+/// All of the node's text, comments aside, of which editors make several nodes.
+auto_ptr<Types::SimpleDataType> readLosslessly(Types::Identifiers::Identifier type, const DOMNode& node) {
+  const bool isAttribute = node.getNodeType() == DOMNode::ATTRIBUTE_NODE;
+  const auto text = LosslessForms::exactText(type, isAttribute ? nodeText(node) : textContent(node, BlankText::kKeep));
+  auto value = LosslessForms::readUncommon(type, text);
+  return value != nullptr ? std::move(value) : readText(type, node, text);
+}
+
 }  // namespace
 
 bool isHexDigit(char16_t unit) {
@@ -191,8 +200,9 @@ auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifi
                                                     ImportDocument& document) {
   const bool isAttribute = node.getNodeType() == DOMNode::ATTRIBUTE_NODE;
   const DOMNode* child = firstChild(node, document.blankText());
-  if (child == nullptr && !isAttribute) return nullptr;
+  if (child == nullptr && !isAttribute) return document.isLossless() ? LosslessForms::emptyValue(type) : nullptr;
   if (const auto read = compoundReader(type)) return read(node, document);
+  if (document.isLossless()) return readLosslessly(type, node);
   return readText(type, node, isAttribute ? nodeText(node) : textContent(*child, document.blankText()));
 }
 

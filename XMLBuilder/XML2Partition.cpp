@@ -7,6 +7,8 @@
 #include "Core/Platform/Exceptions.h"
 #include "XMLBuilder/DarkMetadataSetReader.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/ImportReport.h"
+#include "XMLBuilder/LosslessSets.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/Initializer.h"
 #include "XMLUtils/LoadDocument.h"
@@ -23,18 +25,30 @@ constexpr int kBufferLine = 282;
 constexpr int kStringLine = 298;
 constexpr int kFileLine = 313;
 
-ImportedSets importDocument(const xercesc::DOMDocument& parsed, BlankText blankText, PartitionMetadata& partition) {
-  const auto& root = *parsed.getDocumentElement();
-  ImportDocument document(root, blankText, partition);
+constexpr int kLosslessLine = __LINE__;
+
+const MetaMetadata::MetaMetadataSet* findRootSet(const xercesc::DOMElement& element, ImportDocument& document) {
+  if (!document.isLossless()) return document.findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
+  return element.getNodeName() == XMLBuilder::Vocabulary::kFloatingContainer ? nullptr
+                                                                             : LosslessSets::findSet(element, document);
+}
+
+ImportedSets importDocument(ImportDocument& document) {
+  const auto& root = document.root();
   ImportedSets imported;
   for (const auto* child : XMLUtils::childElements(root)) {
-    if (const auto* definition = document.findSet(XMLUtils::utf16ToWstring(child->getLocalName()))) {
+    if (const auto* definition = findRootSet(*child, document)) {
       importSet(*child, *definition, document, [&imported](MetadataSet* set) { imported.push_back(set); });
     } else if (child->getNodeName() == XMLBuilder::Vocabulary::kFloatingContainer) {
       readFloatingContainer(*child, document, imported);
     }
   }
   return imported;
+}
+
+ImportedSets importDocument(const xercesc::DOMDocument& parsed, BlankText blankText, PartitionMetadata& partition) {
+  ImportDocument document(*parsed.getDocumentElement(), blankText, partition);
+  return importDocument(document);
 }
 
 /// Parses with a parser that lives as long as the document is read.
@@ -76,6 +90,41 @@ ImportedSets getPartitionMetadataFromFile(const uint16* path, PartitionMetadata*
   };
   return XMLUtils::Utils::convertingExceptions([&] { return importWith(load, BlankText::kKeep, partition); }, kSource,
                                                kFileLine);
+}
+
+namespace {
+
+/// @param load  gives the document; it belongs to the parser.
+template <class Load>
+LosslessImport importLosslessly(Load&& load, PartitionMetadata* partition) {
+  LosslessImport result;
+  if (partition == nullptr) return result;
+  XMLUtils::ElementLines lines;
+  const auto parser = lines.createParser();
+  const xercesc::DOMDocument& parsed = load(*parser);
+  ImportReport report(result, lines);
+  ImportDocument document(*parsed.getDocumentElement(), BlankText::kKeep, *partition, &report);
+  result.sets = importDocument(document);
+  report.finish(*partition);
+  return result;
+}
+
+}  // namespace
+
+LosslessImport importLosslesslyFromBuffer(const uint8* buffer, uint32 size, PartitionMetadata* partition) {
+  const auto load = [buffer, size](xercesc::DOMLSParser& parser) -> const xercesc::DOMDocument& {
+    return *XMLUtils::loadDocumentFromBuffer(buffer, size, parser);
+  };
+  return XMLUtils::Utils::convertingExceptions([&] { return importLosslessly(load, partition); }, kSource,
+                                               kLosslessLine);
+}
+
+LosslessImport importLosslesslyFromFile(const uint16* path, PartitionMetadata* partition) {
+  const auto load = [path](xercesc::DOMLSParser& parser) -> const xercesc::DOMDocument& {
+    return *XMLUtils::loadDocumentFromFile(path, parser);
+  };
+  return XMLUtils::Utils::convertingExceptions([&] { return importLosslessly(load, partition); }, kSource,
+                                               kLosslessLine);
 }
 
 }  // namespace Vantor::XML2Partition

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "Core/Platform/Containers.h"
 #include "Export.h"
 
@@ -43,6 +46,57 @@ VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> g
 /// @param path  NUL-terminated UTF-16.
 VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromFile(
     const uint16* path, PartitionMetadata* partition);
+
+/// Something that a document says twice, or that cannot be what it stands for. What it is about was not read.
+struct ImportDiagnostic {
+  enum class Kind {
+    kUnknownElement,     ///< an element that is no set, or no property of its set, in its namespace
+    kSecondElement,      ///< one more element for a property
+    kValue,              ///< a text that is no value of its type: not a number, out of range, no identifier
+    kReference,          ///< a reference to a set that the document does not have, or to none at all
+    kDifferentCopy,      ///< a set that the document has twice, in two versions
+    kUnusableIdentifier  ///< an InstanceUID that is none; the set has a new one
+  };
+
+  Kind kind;
+  uint64 line;           ///< from 1; 0 when it is not known
+  std::string set;       ///< the symbol of the set, with its InstanceUID when it has one; empty outside of sets
+  std::string property;  ///< the symbol of the property; empty for the set itself
+  std::string message;   ///< what is wrong
+};
+
+/// A property that the document has, but not in a form that could be read.
+struct UnreadProperty {
+  MetadataSet* set;
+  std::string property;  ///< the symbol
+};
+
+/// What a lossless import made and what it could not.
+struct LosslessImport {
+  /// As the functions above return them.
+  Templates::list<MetadataSet*, Platform::malloc_alloc> sets;
+  /// In the order of the document, but for references to sets that it does not have, which come last.
+  std::vector<ImportDiagnostic> diagnostics;
+  std::vector<UnreadProperty> unread;
+};
+
+/// The way back that gives what was written, where the functions above keep to forms that lose a part of it:
+///
+/// - Sets keep the InstanceUIDs of the document, and dark groups theirs, so that references stay what they are. Two
+/// sets
+///   of different kinds with one InstanceUID are an error. A set that the document has twice is one set.
+/// - Fractions of a second are scaled back; JPEG 2000 values are read with and without an element around them; children
+///   of values are found in either vocabulary; an empty text is a text, and so is white space, in buffers, too.
+/// - Elements are found by namespace and name, whatever prefix the document gives the namespace.
+/// - What is said twice or cannot be is not read, and told in the diagnostics.
+///
+/// @param partition  receives the sets; its dictionary has to have the vocabulary of the document. Null gives nothing.
+/// @throws ParseError for a document that is not well-formed; InvalidFormat, naming both, for two sets of one
+///         InstanceUID. What was made before the failure stays in the partition.
+VANTOR_XMLBUILDER_EXPORT LosslessImport importLosslesslyFromBuffer(const uint8* buffer, uint32 size,
+                                                                   PartitionMetadata* partition);
+/// @param path  NUL-terminated UTF-16.
+VANTOR_XMLBUILDER_EXPORT LosslessImport importLosslesslyFromFile(const uint16* path, PartitionMetadata* partition);
 
 }  // namespace XML2Partition
 

@@ -19,10 +19,42 @@ std::string withoutInstanceUIDs(std::string xml) {
   return xml;
 }
 
-TEST(Import, WritesAFileWhoseExportIsTheDocument) {
+TEST(Import, KeepsTheInstanceUIDsOfTheDocument) {
+  const ScratchFolder folder;
+  for (const char* vocabulary : {"legacy", "st434-2014"}) {
+    const std::vector<std::string> chosen = {"--vocabulary", vocabulary};
+    ASSERT_EQ(run({"export", sample("gst-audio-ac3.mxf"), "-o", folder.path("a.xml"), chosen[0], chosen[1]}).exitCode,
+              0);
+    const auto imported = run({"import", folder.path("a.xml"), "-o", folder.path("b.mxf")});
+    EXPECT_EQ(imported.err, "");
+    ASSERT_EQ(imported.exitCode, 0);
+    EXPECT_EQ(run({"export", folder.path("b.mxf"), chosen[0], chosen[1]}).out, readFile(folder.path("a.xml")));
+  }
+}
+
+TEST(Import, WarnsOfWhatItLeavesOutAndFailsWhenThatIsAskedFor) {
+  const ScratchFolder folder;
+  const std::string path = folder.path("a.xml");
+  std::string document = run({"export", sample("op1a.mxf")}).out;
+  const std::string track = "<rp210:TrackID>1</rp210:TrackID>";
+  document.replace(document.find(track), track.size(), "<rp210:TrackID>one</rp210:TrackID>");
+  writeFile(path, document);
+  const std::string message = ": TrackID: 'one' is no whole number from 0 to 4294967295\n";
+  const auto imported = run({"import", path, "-o", folder.path("b.mxf")});
+  EXPECT_EQ(imported.exitCode, 0);
+  EXPECT_EQ(imported.err.rfind("mxfxml: " + path + ": warning: line ", 0), 0u) << imported.err;
+  EXPECT_NE(imported.err.find(message), std::string::npos) << imported.err;
+  const auto strict = run({"import", path, "-o", folder.path("c.mxf"), "--strict"});
+  EXPECT_EQ(strict.exitCode, 1);
+  EXPECT_NE(strict.err.find(message), std::string::npos) << strict.err;
+  EXPECT_NE(strict.err.find("1 thing is wrong with the document; nothing is written\n"), std::string::npos);
+  EXPECT_EQ(folder.files(), (std::vector<std::string>{"a.xml", "b.mxf"}));
+}
+
+TEST(ImportExactly, WritesAFileWhoseExportIsTheDocument) {
   const ScratchFolder folder;
   ASSERT_EQ(run({"export", sample("op1a.mxf"), "-o", folder.path("a.xml")}).exitCode, 0);
-  const auto imported = run({"import", folder.path("a.xml"), "-o", folder.path("b.mxf")});
+  const auto imported = run({"import", "--exact", folder.path("a.xml"), "-o", folder.path("b.mxf")});
   EXPECT_EQ(imported.err, "");
   ASSERT_EQ(imported.exitCode, 0);
   ASSERT_EQ(run({"export", folder.path("b.mxf"), "-o", folder.path("b.xml")}).exitCode, 0);

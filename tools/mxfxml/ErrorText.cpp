@@ -1,6 +1,7 @@
 #include "ErrorText.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <new>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
@@ -27,6 +28,10 @@ bool isControl(char character) {
 constexpr const char* kNoMemory = "there is not enough memory";
 
 }  // namespace
+
+void printMessage(const std::string& message) {
+  std::fputs((std::string(kProgramName) + ": " + oneLine(message) + "\n").c_str(), stderr);
+}
 
 std::string currentExceptionText() {
   try {

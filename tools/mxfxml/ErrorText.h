@@ -5,6 +5,8 @@
 
 namespace Vantor::Tool {
 
+inline constexpr const char* kProgramName = "mxfxml";
+
 /// What a subcommand cannot do, in words for the user.
 class CommandError : public std::runtime_error {
  public:
@@ -16,6 +18,9 @@ class DictionaryError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+/// Writes a line to standard error, after the program's name.
+void printMessage(const std::string& message);
 
 /// The message, in UTF-8, of the exception that is being handled: of the libraries, of Xerces or any other.
 /// To be called in a catch clause.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Command.h"
+#include "Core/Metadata/PartitionMetadata.h"
 #include "DictionaryOptions.h"
 
 namespace Vantor::Tool {
@@ -12,7 +13,12 @@ class ImportCommand final : public Command {
   void run() const override;
 
  private:
+  /// Reads the document into a partition, and tells on standard error what it could not read.
+  void read(PartitionMetadata& metadata) const;
+
   Path output_;
+  bool exact_ = false;
+  bool strict_ = false;
   DictionaryOptions dictionary_;
 };
 

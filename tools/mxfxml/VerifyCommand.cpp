@@ -5,11 +5,13 @@
 #include "CommonOptions.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Metadata/PartitionComparison.h"
+#include "DiagnosticText.h"
 #include "ErrorText.h"
 #include "StandardStreams.h"
 #include "XML2Partition.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/EncodingType.h"
+#include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
 
@@ -44,12 +46,27 @@ std::string describe(const PartitionComparison& comparison) {
   return text + insignificantLine(comparison) + "\n" + summaryLine(comparison) + "\n";
 }
 
+/// @return what the reader has to say, line by line.
+std::string readBack(const wstring& document, bool exactly, PartitionMetadata& copy) {
+  if (exactly) {
+    XML2Partition::getPartitionMetadataFromString(document, &copy);
+    return {};
+  }
+  const XMLUtils::UnicodeString text(document);
+  const auto import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
+                                                                static_cast<uint32>(text.utf16Size()), &copy);
+  std::string lines;
+  for (const auto& diagnostic : import.diagnostics) lines += "note: " + Tool::describe(diagnostic) + "\n";
+  return lines;
+}
+
 }  // namespace
 
 VerifyCommand::VerifyCommand(CLI::App& program)
     : Command(program, "verify", "Tell what of the metadata of a partition is lost on its way through XML and back") {
   addInput(app(), input(), "MXF file");
   app().add_flag("--flat", flat_, "Write the targets of strong references beside the sets that refer to them");
+  app().add_flag("--exact", exact_, "Read the XML to the letter of its exact form, with what that loses");
   addPartition(app(), partition_);
   dictionary_.addVocabulary(app());
   dictionary_.addDictionary(app());
@@ -62,9 +79,9 @@ void VerifyCommand::run() const {
   XMLBuilder::partition2XML(metadata.get(), !flat_, false, XMLUtils::EncodingType::kUTF8, document);
   if (document.empty()) throw CommandError("the " + partition_.name() + " has no Preface to start from");
   PartitionMetadata copy(dictionary);
-  XML2Partition::getPartitionMetadataFromString(document, &copy);
+  const std::string diagnostics = readBack(document, exact_, copy);
   const auto comparison = comparePartitions(*metadata, copy);
-  writeStandardOutput(describe(comparison));
+  writeStandardOutput(diagnostics + describe(comparison));
   if (!comparison.isEqual()) throw CommandError("the metadata of the " + partition_.name() + " comes back changed");
 }
 

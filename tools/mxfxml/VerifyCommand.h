@@ -15,6 +15,7 @@ class VerifyCommand final : public Command {
 
  private:
   bool flat_ = false;
+  bool exact_ = false;
   MXF::PartitionChoice partition_;
   DictionaryOptions dictionary_;
 };

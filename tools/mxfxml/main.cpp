@@ -1,6 +1,5 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,21 +17,15 @@ namespace Vantor::Tool {
 
 namespace {
 
-constexpr const char* kProgramName = "mxfxml";
-
-void printError(const std::string& message) {
-  std::fputs((std::string(kProgramName) + ": " + oneLine(message) + "\n").c_str(), stderr);
-}
-
 int runCommand(const Command& command) {
   try {
     command.run();
     return kSuccess;
   } catch (const DictionaryError& error) {
-    printError(error.what());
+    printMessage(error.what());
   } catch (...) {
     const std::string subject = command.input().empty() ? "" : command.input().u8string() + ": ";
-    printError(subject + currentExceptionText());
+    printMessage(subject + currentExceptionText());
   }
   return kFailure;
 }
@@ -40,7 +33,7 @@ int runCommand(const Command& command) {
 int refuse(const CLI::App& program, const std::string& reason) {
   std::string help = kProgramName;
   for (const CLI::App* chosen : program.get_subcommands()) help += " " + chosen->get_name();
-  printError(reason + "; see " + help + " --help");
+  printMessage(reason + "; see " + help + " --help");
   return kWrongUsage;
 }
 
@@ -91,7 +84,7 @@ int runProgram(std::vector<std::string> arguments) {
     prepareStandardStreams();
     return run(std::move(arguments));
   } catch (...) {
-    printError(currentExceptionText());
+    printMessage(currentExceptionText());
     return kFailure;
   }
 }

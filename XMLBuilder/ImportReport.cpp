@@ -1,0 +1,46 @@
+#include "XMLBuilder/ImportReport.h"
+
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::XML2Partition {
+
+std::string nameOf(const MetadataSet& set) {
+  const auto* instanceUID = set.instanceUID();
+  if (instanceUID == nullptr) return set.name();
+  return set.name() + " " + Utils::wstringToString(instanceUID->toString(kDottedForm));
+}
+
+ImportDiagnostic ImportReport::diagnostic(Kind kind, const xercesc::DOMNode& node, const std::string& message) const {
+  return {kind, lineOf(node), set_ == nullptr ? "" : nameOf(*set_), property_ == nullptr ? "" : property_->symbol(),
+          message};
+}
+
+void ImportReport::add(Kind kind, const xercesc::DOMNode& node, const std::string& message) {
+  result_.diagnostics.push_back(diagnostic(kind, node, message));
+}
+
+void ImportReport::addUnread(Kind kind, const xercesc::DOMNode& node, const std::string& message) {
+  add(kind, node, message);
+  if (set_ != nullptr && property_ != nullptr) result_.unread.push_back({set_, property_->symbol()});
+}
+
+const ImportReport::Source* ImportReport::find(const Types::UUID& instanceUID) const {
+  const auto found = sources_.find(instanceUID);
+  return found == sources_.end() ? nullptr : &found->second;
+}
+
+void ImportReport::refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling) {
+  if (isDangling) return;
+  const std::string text = Utils::wstringToString(target.toString(kDottedForm));
+  pointers_.push_back(
+      {target, diagnostic(Kind::kReference, node, "no set of the document has the InstanceUID " + text)});
+}
+
+void ImportReport::finish(const PartitionMetadata& partition) {
+  for (auto& pointer : pointers_) {
+    if (partition.findByInstanceUID(pointer.target).empty()) result_.diagnostics.push_back(std::move(pointer.place));
+  }
+}
+
+}  // namespace Vantor::XML2Partition

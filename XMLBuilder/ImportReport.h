@@ -1,0 +1,87 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+#include <xercesc/dom/DOMElement.hpp>
+
+#include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Metadata/MetadataSet.h"
+#include "Core/Types/UUID.h"
+#include "XML2Partition.h"
+#include "XMLUtils/ElementLines.h"
+
+namespace Vantor::XML2Partition {
+
+/// What a lossless import learns on its way through the document: which set stands where, and what could not be read.
+class ImportReport {
+ public:
+  using Kind = ImportDiagnostic::Kind;
+
+  ImportReport(LosslessImport& result, const XMLUtils::ElementLines& lines) : result_(result), lines_(lines) {}
+  ImportReport(const ImportReport&) = delete;
+  ImportReport& operator=(const ImportReport&) = delete;
+
+  /// What is read until the object goes; diagnostics name it.
+  class Reading {
+   public:
+    Reading(ImportReport& report, MetadataSet& set) : Reading(report, &set, nullptr) {}
+    Reading(ImportReport& report, const MetaMetadata::MetaElement* property) : Reading(report, report.set_, property) {}
+    ~Reading() {
+      report_.set_ = set_;
+      report_.property_ = property_;
+    }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+   private:
+    Reading(ImportReport& report, MetadataSet* set, const MetaMetadata::MetaElement* property)
+        : report_(report), set_(report.set_), property_(report.property_) {
+      report_.set_ = set;
+      report_.property_ = property;
+    }
+
+    ImportReport& report_;
+    MetadataSet* set_;
+    const MetaMetadata::MetaElement* property_;
+  };
+
+  void add(Kind kind, const xercesc::DOMNode& node, const std::string& message);
+  /// The same for something that leaves the property that is being read without what the document has for it.
+  void addUnread(Kind kind, const xercesc::DOMNode& node, const std::string& message);
+
+  /// A set of the document and the element that it was made from.
+  struct Source {
+    MetadataSet* set;
+    const xercesc::DOMElement* element;
+  };
+  /// Null when no set of the document has the InstanceUID so far.
+  const Source* find(const Types::UUID& instanceUID) const;
+  void enter(const Types::UUID& instanceUID, Source source) { sources_.emplace(instanceUID, source); }
+
+  /// Notes a reference, whose target may come later. @param isDangling  the document says itself that there is none.
+  void refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling);
+  /// Tells of the references whose targets never came.
+  void finish(const PartitionMetadata& partition);
+
+  uint64 lineOf(const xercesc::DOMNode& node) const { return lines_.lineOf(node); }
+
+ private:
+  struct Pointer {
+    Types::UUID target;
+    ImportDiagnostic place;
+  };
+  ImportDiagnostic diagnostic(Kind kind, const xercesc::DOMNode& node, const std::string& message) const;
+
+  LosslessImport& result_;
+  const XMLUtils::ElementLines& lines_;
+  MetadataSet* set_ = nullptr;
+  const MetaMetadata::MetaElement* property_ = nullptr;
+  std::unordered_map<Types::UUID, Source> sources_;
+  std::vector<Pointer> pointers_;
+};
+
+/// What messages call a set: its symbol and its InstanceUID.
+std::string nameOf(const MetadataSet& set);
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,227 @@
+#include "XMLBuilder/LosslessForms.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <string>
+#include <xercesc/dom/DOMAttr.hpp>
+
+#include "Core/MetaMetadata/Vocabulary.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Strings.h"
+#include "Core/Types/Types.h"
+#include "XMLBuilder/NodeText.h"
+#include "XMLBuilder/ValueFromXML.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/ChildLookup.h"
+
+namespace Vantor::XML2Partition::LosslessForms {
+
+using namespace Types::Identifiers;
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+
+namespace {
+
+constexpr const char* kSource = "XMLBuilder\\LosslessForms";
+constexpr std::size_t kShownUnits = 40;
+
+[[noreturn]] void refuse(const wstring& text, const std::string& what, int line) {
+  const wstring shown = text.size() <= kShownUnits ? text : text.substr(0, kShownUnits) + u"...";
+  throw Exceptions::InvalidFormat("'" + Utils::wstringToString(shown) + "' is " + what, kSource, line);
+}
+
+wstring trimmed(const wstring& text) {
+  constexpr const char16_t* kBlank = u" \t\n\r";
+  const auto begin = text.find_first_not_of(kBlank);
+  if (begin == wstring::npos) return {};
+  return text.substr(begin, text.find_last_not_of(kBlank) - begin + 1);
+}
+
+/// Whether the whole text is a decimal number from `least` to `most`.
+template <class Integer>
+bool isNumber(const wstring& text, Integer least, Integer most) {
+  const std::string digits = Platform::wstringToString(text);
+  Integer number{};
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  return error == std::errc() && end == digits.data() + digits.size() && number >= least && number <= most;
+}
+
+template <class Integer>
+wstring numberText(const wstring& text) {
+  using Limits = std::numeric_limits<Integer>;
+  wstring number = trimmed(text);
+  // No digit is a character here.
+  using Wide = std::conditional_t<std::is_signed_v<Integer>, int64, uint64>;
+  if (!isNumber<Wide>(number, Limits::min(), Limits::max())) {
+    refuse(text, "no whole number from " + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()),
+           __LINE__);
+  }
+  return number;
+}
+
+wstring booleanText(const wstring& text) {
+  const wstring word = trimmed(text);
+  if (word == u"0" || word == u"false") return u"0";
+  if (word == u"1" || word == u"true") return u"1";
+  refuse(text, "neither 0 nor 1, neither false nor true", __LINE__);
+}
+
+/// An identifier is one word; what is no identifier its type finds itself.
+wstring identifierText(const wstring& text) {
+  wstring word = trimmed(text);
+  if (firstToken(word) != word) refuse(text, "more than one identifier", __LINE__);
+  return word;
+}
+
+wstring hexText(const wstring& text) {
+  wstring digits;
+  std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
+               [](char16_t unit) { return unit != u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r'; });
+  return digits;
+}
+
+/// Texts of one octet a character.
+wstring narrowText(const wstring& text, char16_t last, const char* standard) {
+  if (std::any_of(text.begin(), text.end(), [last](char16_t unit) { return unit > last; })) {
+    refuse(text, std::string("no ") + standard + " text: it has characters that this encoding lacks", __LINE__);
+  }
+  return text;
+}
+
+wstring characterText(const wstring& text) {
+  if (text.size() != 1) refuse(text, "not one UTF-16 code unit", __LINE__);
+  return text;
+}
+
+bool isIn(const DOMNode& node, std::u16string_view uri) {
+  const auto* found = node.getNamespaceURI();
+  return found != nullptr && uri == found;
+}
+
+template <class IsOurs>
+std::vector<const DOMElement*> childrenNamed(const DOMNode& node, std::u16string_view name, IsOurs&& isOurs) {
+  std::vector<const DOMElement*> found;
+  for (const DOMElement* child : XMLUtils::childElements(node)) {
+    if (name == child->getLocalName() && isOurs(*child)) found.push_back(child);
+  }
+  return found;
+}
+
+}  // namespace
+
+wstring exactText(Identifier type, const wstring& text) {
+  switch (type) {
+    case kInt8:
+      return numberText<int8>(text);
+    case kInt16:
+      return numberText<int16>(text);
+    case kInt32:
+      return numberText<int32>(text);
+    case kInt64:
+    case kLength:
+    case kPosition:
+      return numberText<int64>(text);
+    case kUInt8:
+    case kOrientation:
+    case kSignalStandard:
+      return numberText<uint8>(text);
+    case kUInt16:
+    case kVersionType:
+      return numberText<uint16>(text);
+    case kUInt32:
+      return numberText<uint32>(text);
+    case kUInt64:
+      return numberText<uint64>(text);
+    case kBoolean:
+      return booleanText(text);
+    case kUUID:
+    case kAUID:
+    case kUniversalLabel:
+    case kUMID32:
+    case kUMID64:
+    case kLocalTag:
+      return identifierText(text);
+    case kDataStream:
+    case kDataValue:
+    case kUnknown:
+      return hexText(text);
+    case kISO7String:
+      return narrowText(text, 0x7f, "ISO 7-bit");
+    case kISO8String:
+      return narrowText(text, 0xff, "ISO 8-bit");
+    case kUTF16:
+      return characterText(text);
+    case kNone:
+    case kUTF16String:
+    case kUTF8String:
+    case kProductVersion:
+    case kRational:
+    case kTimestamp:
+    case kStrongReference:
+    case kWeakReference:
+    case kArray:
+    case kBatch:
+    case kRGBALayout:
+    case kJ2KPictureComponent:
+    case kJ2KCodingStyleDefault:
+    case kJ2KQuantisationDefault:
+      break;
+  }
+  return text;
+}
+
+auto_ptr<Types::SimpleDataType> emptyValue(Identifier type) {
+  if (type == kUTF16String) return std::make_unique<Types::UTF16String>(wstring());
+  if (type == kUTF8String) return std::make_unique<Types::UTF8String>(wstring());
+  if (type == kISO7String) return std::make_unique<Types::ISO7String>("");
+  if (type == kISO8String) return std::make_unique<Types::ISO8String>("");
+  if (type == kDataStream) return std::make_unique<Types::DataStream>(nullptr, 0);
+  if (type == kUnknown) return std::make_unique<Types::Unknown>(nullptr, 0);
+  return nullptr;
+}
+
+auto_ptr<Types::SimpleDataType> readUncommon(Identifier type, const wstring& text) {
+  if (type == kLocalTag) return std::make_unique<Types::LocalTag>(text, kDottedForm);
+  if (type != kDataValue) return nullptr;
+  const auto bytes = parseHexString(text);
+  return std::make_unique<Types::DataValue>(bytes.data(), bytes.size());
+}
+
+int64 number(const wstring& text, int64 least, int64 most, const char16_t* name) {
+  const wstring digits = trimmed(text);
+  if (!isNumber<int64>(digits, least, most)) {
+    refuse(text,
+           "no number from " + std::to_string(least) + " to " + std::to_string(most) + " for " +
+               Utils::wstringToString(wstring(name)),
+           __LINE__);
+  }
+  int64 number = 0;
+  const std::string ascii = Platform::wstringToString(digits);
+  std::from_chars(ascii.data(), ascii.data() + ascii.size(), number);
+  return number;
+}
+
+std::vector<const DOMElement*> typeChildren(const DOMNode& node, std::u16string_view name) {
+  return childrenNamed(node, name, [](const DOMElement& child) {
+    return isIn(child, XMLBuilder::Vocabulary::kTypesURI) || isIn(child, MetaMetadata::kST434Types.uri);
+  });
+}
+
+std::vector<const DOMElement*> s422MChildren(const DOMNode& node, std::u16string_view name) {
+  return childrenNamed(node, name,
+                       [](const DOMElement& child) { return isIn(child, XMLBuilder::Vocabulary::kS422MTypesURI); });
+}
+
+const DOMNode* identifierAttribute(const DOMElement& set, const wstring& name) {
+  return set.getAttributeNodeNS(wstring(MetaMetadata::kLegacyElements.uri).c_str(), name.c_str());
+}
+
+const DOMNode* targetAttribute(const DOMElement& element) {
+  static const wstring uri(XMLBuilder::Vocabulary::kTypesURI);
+  return element.getAttributeNodeNS(uri.c_str(), u"TargetInstance");
+}
+
+bool isDangling(const DOMElement& element) { return std::u16string_view(element.getLocalName()) == u"Dangling_REF"; }
+
+}  // namespace Vantor::XML2Partition::LosslessForms

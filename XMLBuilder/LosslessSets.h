@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <xercesc/dom/DOMElement.hpp>
+
+#include "Core/Metadata/Element.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Types/Reference.h"
+#include "XMLBuilder/ImportDocument.h"
+#include "XMLBuilder/ImportReport.h"
+#include "XMLBuilder/SetChildren.h"
+
+/// How a lossless import treats sets and references to them.
+namespace Vantor::XML2Partition::LosslessSets {
+
+/// Two sets of different kinds with one InstanceUID: nothing that could be left out.
+class Clash : public Exceptions::InvalidFormat {
+ public:
+  using InvalidFormat::InvalidFormat;
+};
+
+/// Names the set in diagnostics, for as long as the result lives; nothing in an exact import.
+class MaybeReading {
+ public:
+  MaybeReading(ImportDocument& document, MetadataSet& set) {
+    if (document.isLossless()) reading_.emplace(document.report(), set);
+  }
+
+ private:
+  std::optional<ImportReport::Reading> reading_;
+};
+
+/// The definition of an element that is a set in its namespace; null, and reported, for any other.
+const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element, ImportDocument& document);
+
+/// The set that was made already from another element of the same InstanceUID, compared with this one; null when this
+/// is the first. @throws Clash when it is a set of another kind.
+MetadataSet* readCopy(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
+                      ImportDocument& document);
+
+/// Gives the set the identifier that the document has.
+void readInstanceUID(Element& property, const xercesc::DOMNode& attribute, MetadataSet& set,
+                     const xercesc::DOMElement& element, ImportDocument& document);
+
+/// A reference to the set that an element names. Null for a type that is no reference.
+auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, const xercesc::DOMElement& carrier,
+                                          ImportDocument& document);
+
+/// Tells of the children of a set's element that nothing was read from.
+void reportUnread(const SetChildren& children, ImportDocument& document);
+
+}  // namespace Vantor::XML2Partition::LosslessSets

@@ -1,0 +1,46 @@
+#include "XMLUtils/ElementLines.h"
+
+#include <xercesc/dom/DOMAttr.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/parsers/DOMLSParserImpl.hpp>
+
+#include "XMLUtils/Initializer.h"
+
+namespace Vantor::XMLUtils {
+
+namespace {
+
+class LineParser : public xercesc::DOMLSParserImpl {
+ public:
+  explicit LineParser(ElementLines& lines) : lines_(lines) {}
+
+  void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
+                    const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count, bool isEmpty,
+                    bool isRoot) override {
+    DOMLSParserImpl::startElement(declaration, uri, prefix, attributes, count, isEmpty, isRoot);
+    lines_.enter(*getCurrentNode(), getScanner()->getLocator()->getLineNumber());
+  }
+
+ private:
+  ElementLines& lines_;
+};
+
+}  // namespace
+
+Holder<xercesc::DOMLSParser> ElementLines::createParser() {
+  Initializer::instance();
+  return Holder<xercesc::DOMLSParser>(new LineParser(*this));
+}
+
+uint64 ElementLines::lineOf(const xercesc::DOMNode& node) const {
+  const xercesc::DOMNode* at = &node;
+  if (at->getNodeType() == xercesc::DOMNode::ATTRIBUTE_NODE) {
+    at = static_cast<const xercesc::DOMAttr&>(node).getOwnerElement();
+  }
+  while (at != nullptr && at->getNodeType() != xercesc::DOMNode::ELEMENT_NODE) at = at->getParentNode();
+  const auto found = lines_.find(at);
+  return found == lines_.end() ? 0 : found->second;
+}
+
+}  // namespace Vantor::XMLUtils
