@@ -19,8 +19,13 @@ class DefinitionCheck {
   void checkEnumerations() const;
   void completeTypes() const;
   void checkTarget(const PropertyDefinition& property) const;
-  void checkParents() const;
-  void checkPropertiesOfSets() const;
+  void findParents();
+  void checkCircles() const;
+  /// Refuses what would make a dictionary too large for memory.
+  void checkExtent() const;
+  void checkPropertiesOf(uint32 set) const;
+  void checkRepetition(uint32 set, const PropertyUse& use, const PropertyUse& other, bool isInOneSet) const;
+  [[noreturn]] void refuseTag(uint32 set, const PropertyUse& use, const PropertyUse& other) const;
   void checkSetNames() const;
   void checkPropertyNames(MetaMetadata::Vocabulary vocabulary) const;
   [[noreturn]] void refuse(const Origin& origin, const std::string& what, int line) const {
@@ -28,6 +33,7 @@ class DefinitionCheck {
   }
 
   Definitions& of_;
+  Templates::vector<uint32> parents_;  // beside the sets: the places of their parents
 };
 
 }  // namespace Vantor

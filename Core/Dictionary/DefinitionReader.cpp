@@ -36,8 +36,6 @@ constexpr uint32 kFirstDynamicTag = 0x8000;
 constexpr std::array<std::string_view, 5> kStatuses = {"required", "encoder-required", "decoder-required",
                                                        "best-effort", "optional"};
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
-
 bool isNameStart(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
 bool isNameRest(char c) { return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; }
 bool isName(std::string_view text) {
@@ -50,27 +48,37 @@ bool isUniversalLabel(const KLV::Key& key) {
 
 std::string asText(std::u16string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
+/// More than any document should have; each new one is compared with all the others.
+constexpr std::size_t kMostNamespaces = 1000;
+
+/// Namespaces in XML: prefixes that begin with "xml", and these namespaces, mean something else than a dictionary says.
+bool isReservedPrefix(std::string_view prefix) {
+  const auto isLetter = [&](std::size_t at, char lower) { return (prefix[at] | 0x20) == lower; };
+  return prefix.size() >= 3 && isLetter(0, 'x') && isLetter(1, 'm') && isLetter(2, 'l');
+}
+bool isReservedNamespace(std::string_view uri) {
+  return uri == "http://www.w3.org/XML/1998/namespace" || uri == "http://www.w3.org/2000/xmlns/";
+}
+
 /// The namespaces that every document may have.
 struct FixedNamespace {
   std::string prefix;
   std::string uri;
 };
-const std::array<FixedNamespace, 11>& fixedNamespaces() {
+const std::array<FixedNamespace, 9>& fixedNamespaces() {
   using namespace MetaMetadata;
   static const auto from = [](const XMLNamespace& names) {
     return FixedNamespace{asText(names.prefix), asText(names.uri)};
   };
-  static const std::array<FixedNamespace, 11> fixed = {{from(kLegacySets),
-                                                        from(kLegacyElements),
-                                                        from(kST434Sets),
-                                                        from(kST434Elements),
-                                                        from(kST434Types),
-                                                        {"groups", "urn:SMPTE:Groups:MXF"},
-                                                        {"types", "urn:SMPTE:Types:MXF"},
-                                                        {"s422mTypes", "urn:SMPTE:S422MTypes:MXF"},
-                                                        {"xml", "http://www.w3.org/XML/1998/namespace"},
-                                                        {"xmlns", "http://www.w3.org/2000/xmlns/"},
-                                                        {"xs", "http://www.w3.org/2001/XMLSchema"}}};
+  static const std::array<FixedNamespace, 9> fixed = {{from(kLegacySets),
+                                                       from(kLegacyElements),
+                                                       from(kST434Sets),
+                                                       from(kST434Elements),
+                                                       from(kST434Types),
+                                                       {"groups", "urn:SMPTE:Groups:MXF"},
+                                                       {"types", "urn:SMPTE:Types:MXF"},
+                                                       {"s422mTypes", "urn:SMPTE:S422MTypes:MXF"},
+                                                       {"xs", "http://www.w3.org/2001/XMLSchema"}}};
   return fixed;
 }
 
@@ -131,7 +139,8 @@ void DefinitionReader::readHeading(const DictionaryRow& row) {
 }
 
 void DefinitionReader::readFormat(const DictionaryRow& row) {
-  if (row.isIndented() || row.size() != 2 || row[0] != "dictionary") refuse(kFormatShape, __LINE__);
+  if (row.isIndented()) refuse("there is white space before the row; " + std::string(kFormatShape), __LINE__);
+  if (row.size() != 2 || row[0] != "dictionary") refuse(kFormatShape, __LINE__);
   if (row[1] != "1") {
     refuse("the format " + quoted(row[1]) + " is not known; this version reads format 1", __LINE__);
   }
@@ -141,14 +150,23 @@ void DefinitionReader::readFormat(const DictionaryRow& row) {
 void DefinitionReader::readNamespace(const DictionaryRow& row) {
   expectWords(row, 4, 4, kNamespaceShape);
   const bool forSets = row[1] == "sets";
-  if (!forSets && row[1] != "properties") refuse(kNamespaceShape, __LINE__);
+  if (!forSets && row[1] != "properties") {
+    refuse(quoted(row[1]) + " is neither 'sets' nor 'properties'; " + kNamespaceShape, __LINE__);
+  }
   (forSets ? setNamespace_ : elementNamespace_) = addNamespace(nameOf(row[2], "a prefix"), row[3]);
 }
 
 uint32 DefinitionReader::addNamespace(std::string_view prefix, std::string_view uri) {
   const auto isPrintable = [](char c) { return c > ' ' && c < '\x7f'; };
   if (!std::all_of(uri.begin(), uri.end(), isPrintable)) {
-    refuse("the URI " + quoted(uri) + " has characters that are not ASCII; escape them as %XX", __LINE__);
+    refuse("the URI " + quoted(uri) + " has characters that are not printable ASCII; escape them as %XX", __LINE__);
+  }
+  if (isReservedPrefix(prefix) || isReservedNamespace(uri)) {
+    refuse("the prefix " + quoted(prefix) + " for " + quoted(uri) + " is reserved for XML itself; choose another",
+           __LINE__);
+  }
+  if (prefix.find("_REF") != std::string_view::npos) {
+    refuse("documents use names with '_REF' for references; choose another prefix than " + quoted(prefix), __LINE__);
   }
   const auto compare = [&](std::string_view knownPrefix, std::string_view knownURI) {
     if ((knownPrefix == prefix) == (knownURI == uri)) return;
@@ -160,6 +178,9 @@ uint32 DefinitionReader::addNamespace(std::string_view prefix, std::string_view 
   for (std::size_t place = 1; place < to_.namespaces_.size(); ++place) {
     compare(to_.namespaces_[place].prefix, to_.namespaces_[place].uri);
     if (to_.namespaces_[place].prefix == prefix) return static_cast<uint32>(place);
+  }
+  if (to_.namespaces_.size() > kMostNamespaces) {
+    refuse("there are " + std::to_string(kMostNamespaces) + " namespaces already; take one of them", __LINE__);
   }
   to_.namespaces_.push_back({prefix, uri});
   return static_cast<uint32>(to_.namespaces_.size() - 1);
@@ -174,7 +195,7 @@ void DefinitionReader::readSet(const DictionaryRow& row) {
   set.isConcrete = row[3] != "abstract";
   const std::size_t option = set.isConcrete ? 3 : 4;
   if (row.size() > option + 1) refuse("there are too many words; " + std::string(kSetShape), __LINE__);
-  set.xmlName = xmlNameOf(row[option], set.symbol);
+  set.xmlName = xmlNameOf(row[option], set.symbol, kSetShape);
   set.chosenNamespace = setNamespace_;
   set.origin = here();
   set_ = addSet(std::move(set));
@@ -274,19 +295,31 @@ void DefinitionReader::readLabel(const DictionaryRow& row) {
   label.symbol = nameOf(row[2], "a symbol");
   label.name = row.from(3);
   label.origin = here();
-  const uint32 known = to_.index_->findLabel(to_, label.key);
-  if (known == Definitions::Index::kNotFound) {
-    to_.labels_.push_back(label);
-    to_.index_->enterLabel(to_, static_cast<uint32>(to_.labels_.size() - 1));
-  } else if (mayReplace(earlierLabels_, known)) {
-    earlierLabels_[known] = false;
-    to_.labels_[known] = label;
-    to_.index_->enterLabel(to_, known);
-  } else {
-    refuse("the label is defined already, as " + std::string(to_.labels_[known].symbol) + " (" +
-               to_.where(to_.labels_[known].origin) + "); take one of the two away",
+  addLabel(label);
+}
+
+void DefinitionReader::addLabel(const LabelDefinition& definition) {
+  uint32 place = to_.index_->findLabel(to_, definition.key);
+  const uint32 named = to_.index_->findLabel(to_, definition.symbol);
+  if (place == Definitions::Index::kNotFound && mayReplace(earlierLabels_, named)) place = named;
+  if (place != Definitions::Index::kNotFound && !mayReplace(earlierLabels_, place)) {
+    refuse("the label is defined already, as " + std::string(to_.labels_[place].symbol) + " (" +
+               to_.where(to_.labels_[place].origin) + "); take one of the two away",
            __LINE__);
   }
+  if (named != Definitions::Index::kNotFound && named != place) {
+    refuse("there is a label " + std::string(definition.symbol) + " already (" + to_.where(to_.labels_[named].origin) +
+               "), with another key; choose another symbol",
+           __LINE__);
+  }
+  if (place == Definitions::Index::kNotFound) {
+    place = static_cast<uint32>(to_.labels_.size());
+    to_.labels_.push_back(definition);
+  } else {
+    earlierLabels_[place] = false;
+    to_.labels_[place] = definition;
+  }
+  to_.index_->enterLabel(to_, place);
 }
 
 void DefinitionReader::readProperty(const DictionaryRow& row) {
@@ -298,7 +331,7 @@ void DefinitionReader::readProperty(const DictionaryRow& row) {
   property.symbol = nameOf(row[2], "a symbol");
   property.type = typeOf(row[3]);
   use.requiredStatus = statusOf(row[4]);
-  property.xmlName = xmlNameOf(row[5], property.symbol);
+  property.xmlName = xmlNameOf(row[5], property.symbol, kPropertyShape);
   property.chosenNamespace = elementNamespace_;
   property.origin = use.origin = here();
   use.property = addProperty(std::move(property));
@@ -324,8 +357,10 @@ uint32 DefinitionReader::addProperty(PropertyDefinition definition) {
 
 void DefinitionReader::checkAgreement(const PropertyDefinition& known, const PropertyDefinition& here) const {
   const PropertyType &one = known.type, &other = here.type;
-  const bool isOneEnumeration = !one.enumeration.empty() && one.enumeration == other.enumeration;
-  const bool isOneValue = isOneEnumeration || (one.value != kNone && one.value == other.value);
+  // An enumeration may stand for the type that it is over, but not for another enumeration.
+  const bool isOneValue = one.enumeration.empty() || other.enumeration.empty()
+                              ? one.value != kNone && one.value == other.value
+                              : one.enumeration == other.enumeration;
   const bool isOneTarget = one.target == other.target || one.target.empty() || other.target.empty();
   if (one.collection == other.collection && isOneValue && isOneTarget && known.symbol == here.symbol &&
       known.xmlName == here.xmlName) {
@@ -394,12 +429,13 @@ uint32 DefinitionReader::statusOf(std::string_view word) const {
          __LINE__);
 }
 
-std::string_view DefinitionReader::xmlNameOf(std::string_view option, std::string_view symbol) const {
+std::string_view DefinitionReader::xmlNameOf(std::string_view option, std::string_view symbol,
+                                             const char* shape) const {
   if (option.empty()) return symbol;
   if (option.substr(0, kNameOption.size()) == kNameOption) {
     return nameOf(option.substr(kNameOption.size()), "a name in XML");
   }
-  refuse(quoted(option) + " is not expected here; after the columns only name=X may follow", __LINE__);
+  refuse(quoted(option) + " is not expected here; " + shape, __LINE__);
 }
 
 void DefinitionReader::expectWords(const DictionaryRow& row, std::size_t least, std::size_t most,

@@ -38,6 +38,7 @@ class DefinitionReader {
 
   uint32 addSet(SetDefinition definition);
   uint32 addProperty(PropertyDefinition definition);
+  void addLabel(const LabelDefinition& definition);
   void checkAgreement(const PropertyDefinition& known, const PropertyDefinition& here) const;
   uint32 addNamespace(std::string_view prefix, std::string_view uri);
 
@@ -49,7 +50,7 @@ class DefinitionReader {
   uint16 tagOf(std::string_view word) const;
   uint32 statusOf(std::string_view word) const;
   /// The word after `name=`, or the symbol when there is no such word.
-  std::string_view xmlNameOf(std::string_view option, std::string_view symbol) const;
+  std::string_view xmlNameOf(std::string_view option, std::string_view symbol, const char* shape) const;
   void expectWords(const DictionaryRow& row, std::size_t least, std::size_t most, const char* shape) const;
 
   /// Whether a definition is of an earlier text and may give way to one of this text; it may once.

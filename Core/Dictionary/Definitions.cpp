@@ -2,6 +2,7 @@
 
 #include <utf8.h>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -20,8 +21,16 @@ using MetaMetadata::ExtensionAttributes;
 
 constexpr const char* kSource = "Core/Dictionary/Definitions";
 
+/// The registers of SMPTE, labels included, take one megabyte.
+constexpr uint64 kLargestFile = uint64{64} << 20;
+
 std::string textOfFile(const Path& path) {
   DataIO::File::FileDataSource file(path);
+  if (file.size() > kLargestFile) {
+    throw Exceptions::InvalidFormat(path.u8string() + ": a dictionary file has " + std::to_string(kLargestFile) +
+                                        " octets at most; this is another file, or one to be split",
+                                    kSource, __LINE__);
+  }
   std::string text(file.size(), '\0');
   file.read(reinterpret_cast<uint8*>(text.data()), text.size());
   return text;
@@ -140,7 +149,9 @@ std::string_view Definitions::keep(std::string text) {
 }
 
 std::string Definitions::where(const Origin& origin) const {
-  return sources_[origin.source] + ":" + std::to_string(origin.line);
+  // Origins that a caller made up may name no source.
+  const std::string source = origin.source < sources_.size() ? sources_[origin.source] : "text";
+  return source + ":" + std::to_string(origin.line);
 }
 
 void Definitions::refuse(const Origin& origin, const std::string& what, int line) const {

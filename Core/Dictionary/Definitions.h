@@ -36,7 +36,8 @@ class Definitions {
   Definitions& operator=(Definitions&&) noexcept;
 
   /// Reads a file of the dictionary format (docs/dictionary-format.md).
-  /// @throws Exceptions::IOError when it cannot be read; Exceptions::InvalidFormat for the first row that is wrong.
+  /// @throws Exceptions::IOError when it cannot be read; Exceptions::InvalidFormat for the first row that is wrong, or
+  ///         when it is larger than any dictionary.
   void readFile(const Path& path);
 
   /// Reads a text of the dictionary format.
@@ -55,7 +56,8 @@ class Definitions {
   uint32 addSource(std::string name);
 
   /// @throws Exceptions::InvalidFormat for what only shows when everything is read: unknown parents, types and targets,
-  ///         sets that inherit from themselves, names in XML and static local tags that clash.
+  ///         sets that inherit from themselves or from too many, names in XML and static local tags that clash, more
+  ///         than fits into memory.
   void check();
 
   /// A dictionary of these definitions, in order of definition. May be called again, for another vocabulary.

@@ -4,6 +4,8 @@ namespace Vantor {
 
 namespace {
 
+constexpr std::size_t kMostQuoted = 100;  // octets
+
 bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 }  // namespace
@@ -25,6 +27,13 @@ std::string_view DictionaryRow::from(std::size_t place) const {
   const std::string_view word = (*this)[place];
   if (word.empty()) return {};
   return line_.substr(static_cast<std::size_t>(word.data() - line_.data()));
+}
+
+std::string quoted(std::string_view word) {
+  if (word.size() <= kMostQuoted) return "'" + std::string(word) + "'";
+  std::size_t end = kMostQuoted;
+  while (end > 0 && (static_cast<unsigned char>(word[end]) & 0xC0) == 0x80) --end;  // not within a character of UTF-8
+  return "'" + std::string(word.substr(0, end)) + "...'";
 }
 
 }  // namespace Vantor

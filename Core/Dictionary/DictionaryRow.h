@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace Vantor {
@@ -33,5 +34,8 @@ class DictionaryRow {
   bool isIndented_ = false;
   std::string_view line_;
 };
+
+/// A word as messages tell it, between single quotes. One that no row of a person has is cut.
+std::string quoted(std::string_view word);
 
 }  // namespace Vantor

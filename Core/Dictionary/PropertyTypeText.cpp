@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "Core/Dictionary/DictionaryRow.h"
+
 namespace Vantor {
 
 namespace {
@@ -117,14 +119,13 @@ std::optional<PropertyType> parsePropertyType(std::string_view text, std::string
   const bool isNamed = type.value != kNone || isWord(type.enumeration);
   const bool hasTarget = type.target.data() == nullptr || isWord(type.target);
   if (!isNamed || !hasTarget) {
-    whyNot = "'" + std::string(whole) +
-             "' is no type; write a type's name, StrongReference(Set), WeakReference(Set), ArrayOf(...) or " +
-             "BatchOf(...)";
+    whyNot = quoted(whole) +
+             " is no type; write a type's name, StrongReference(Set), WeakReference(Set), ArrayOf(...) " +
+             "or BatchOf(...)";
     return std::nullopt;
   }
   if (type.collection != kNone && type.value != kNone && typeSize(type.value) == 0) {
-    whyNot =
-        "'" + std::string(whole) + "' has items of no fixed size, which nothing could tell apart; make it a DataStream";
+    whyNot = quoted(whole) + " has items of no fixed size, which nothing could tell apart; make it a DataStream";
     return std::nullopt;
   }
   return type;
