@@ -73,6 +73,8 @@ std::string declarationOf(const std::string& prefix) {
       {"s422mTypes", "urn:SMPTE:S422MTypes:MXF"},
       {"st377Types", "http://www.smpte-ra.org/schemas/434/2014/types/377-1/2012"},
       {"st434", "http://www.smpte-ra.org/schemas/434/2014/elements/335/2012"},
+      {"st335", "http://www.smpte-ra.org/schemas/434/2014/elements/335/2012"},
+      {"st395", "http://www.smpte-ra.org/schemas/434/2014/groups/395/2012"},
       {"groups", "urn:SMPTE:Groups:MXF"}};
   return "xmlns:" + prefix + "=\"" + uris.at(prefix) + "\"";
 }

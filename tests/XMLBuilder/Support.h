@@ -148,7 +148,8 @@ std::string textOf(const xercesc::DOMNode& node);
 
 /// An XML text as tests write it, as `exported` gives it: a line break with the blanks after it is nothing beside a tag
 /// and one blank inside one; `{7}` is the dotted form of `uid(7)`; and `{types}` is the declaration of that prefix,
-/// for the prefixes p, rp210, s377m, types, s422mTypes, st377Types, st434 (`kSt434Elements`) and groups.
+/// for the prefixes p, rp210, s377m, types, s422mTypes, st377Types, st434 and st335 (both `kSt434Elements`), st395 and
+/// groups.
 std::string xml(const std::string& text);
 
 /// With a line break between adjacent tags, so that a difference shows as one of lines.
