@@ -26,6 +26,10 @@ constexpr NamedRegister kDefinitionRegisters[] = {
   throw Exceptions::InvalidFormat(what + "; give " + cure, kSource, line);
 }
 
+[[noreturn]] void throwMissingBeside(const std::string& given, const std::string& name) {
+  throwMissing(given + ": the " + name + " register is missing", name + ".xml of the same release, too", __LINE__);
+}
+
 void expectDefinitionRegisters(const Registers& registers) {
   std::string given;
   for (const auto& one : kDefinitionRegisters) {
@@ -33,9 +37,7 @@ void expectDefinitionRegisters(const Registers& registers) {
   }
   if (given.empty()) throwMissing("no register defines sets", "Groups.xml, Elements.xml and Types.xml", __LINE__);
   for (const auto& one : kDefinitionRegisters) {
-    if (!registers.file(one.kind).empty()) continue;
-    const std::string name = one.name;
-    throwMissing(given + ": the " + name + " register is missing", name + ".xml of the same release, too", __LINE__);
+    if (registers.file(one.kind).empty()) throwMissingBeside(given, one.name);
   }
 }
 
