@@ -1,9 +1,73 @@
 #include "XMLUtils/DictionaryFiles.h"
 
+#include <array>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include "Core/Dictionary/RegisterText.h"
+#include "XMLUtils/RegisterFile.h"
+
 namespace Vantor::XMLUtils {
 
+namespace {
+
+constexpr std::array<const char*, kRegisterKinds> kRegisterFiles = {"Groups.xml", "Elements.xml", "Types.xml",
+                                                                    "Labels.xml"};
+
+/// Whether the first character that is no white space begins markup. A dictionary file begins with a word, in UTF-8;
+/// XML may be in UTF-16.
+bool looksLikeXML(const Path& path) {
+  std::array<char, 256> start{};
+  std::ifstream file(path, std::ios::binary);
+  file.read(start.data(), start.size());
+  for (std::streamsize i = 0; i < file.gcount(); ++i) {
+    const auto octet = static_cast<unsigned char>(start[static_cast<std::size_t>(i)]);
+    const bool isPassedOver = octet <= ' ' || octet >= 0x80;  // white space, byte order marks, halves of UTF-16 units
+    if (!isPassedOver) return octet == '<';
+  }
+  return false;
+}
+
+/// The registers of a folder; Labels may be missing.
+void readFolder(const Path& folder, Registers& into) {
+  for (const char* name : kRegisterFiles) {
+    const Path file = folder / name;
+    if (name != kRegisterFiles.back() || std::filesystem::exists(file)) readRegister(file, into);
+  }
+}
+
+/// Puts a text that was made from registers over what is there.
+void overlay(DictionaryText text, const Registers& registers, Definitions& into) {
+  std::array<uint32, kRegisterKinds> sources{};
+  for (std::size_t kind = 0; kind < kRegisterKinds; ++kind) sources[kind] = into.addSource(registers.files[kind]);
+  for (auto& origin : text.origins) origin.source = sources.at(origin.source);
+  into.readText(std::move(text.text), std::move(text.origins), Definitions::Overlay::kReplace);
+}
+
+bool hasDefinitions(const Registers& registers) {
+  return !registers.file(RegisterKind::kGroups).empty() || !registers.file(RegisterKind::kElements).empty() ||
+         !registers.file(RegisterKind::kTypes).empty();
+}
+
+}  // namespace
+
 void readDictionaryFiles(const std::vector<Path>& files, Definitions& into) {
-  for (const auto& file : files) into.readFile(file);
+  Registers registers;
+  std::vector<Path> dictionaries;
+  for (const auto& file : files) {
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error)) {
+      readFolder(file, registers);
+    } else if (looksLikeXML(file)) {
+      readRegister(file, registers);
+    } else {
+      dictionaries.push_back(file);
+    }
+  }
+  if (hasDefinitions(registers)) overlay(definitionsText(registers), registers, into);
+  if (!registers.file(RegisterKind::kLabels).empty()) overlay(labelsText(registers), registers, into);
+  for (const auto& dictionary : dictionaries) into.readFile(dictionary);
 }
 
 }  // namespace Vantor::XMLUtils

@@ -1,0 +1,86 @@
+// Makes the built-in data from the XML registers of SMPTE, or tells whether it is what they make.
+
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "Core/DataIO/File.h"
+#include "Core/Dictionary/RegisterText.h"
+#include "Core/Platform/Path.h"
+#include "XMLUtils/RegisterFile.h"
+
+namespace Vantor {
+
+namespace {
+
+constexpr const char* kUsage =
+    "usage: generate-dictionary [--check] REGISTERS FOLDER\n"
+    "Writes SmpteRegisters.dictionary and SmpteLabels.dictionary into FOLDER, made from Groups.xml, Elements.xml,\n"
+    "Types.xml and Labels.xml of the folder REGISTERS. With --check nothing is written: the exit status tells whether\n"
+    "the files there are what the registers make (0) or not (1). It is 77 where there are no registers to check "
+    "with.\n";
+constexpr int kWrongUsage = 2;
+constexpr int kNotThere = 77;
+
+struct DataFile {
+  const char* name;
+  std::string text;
+};
+
+std::vector<DataFile> make(const Path& folder) {
+  Registers registers;
+  for (const char* name : {"Groups.xml", "Elements.xml", "Types.xml", "Labels.xml"}) {
+    XMLUtils::readRegister(folder / name, registers);
+  }
+  return {{"SmpteRegisters.dictionary", definitionsText(registers).text},
+          {"SmpteLabels.dictionary", labelsText(registers).text}};
+}
+
+bool isStored(const Path& path, const std::string& text) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string stored{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (stored == text) return true;
+  std::fprintf(stderr, "%s is not what the registers make; run scripts/generate-dictionary\n", path.u8string().c_str());
+  return false;
+}
+
+void store(const Path& path, const std::string& text) {
+  DataIO::File::AtomicFile file(path);
+  file.write(reinterpret_cast<const uint8*>(text.data()), text.size());
+  file.commit();
+}
+
+int run(std::vector<std::string> arguments) {
+  const bool isCheck = !arguments.empty() && arguments.front() == "--check";
+  if (isCheck) arguments.erase(arguments.begin());
+  if (arguments.size() != 2) {
+    std::fputs(kUsage, stderr);
+    return kWrongUsage;
+  }
+  const Path registers = std::filesystem::u8path(arguments[0]);
+  if (isCheck && !std::filesystem::exists(registers)) return kNotThere;
+  bool isSame = true;
+  for (const auto& file : make(registers)) {
+    const Path path = std::filesystem::u8path(arguments[1]) / file.name;
+    if (isCheck) {
+      isSame = isStored(path, file.text) && isSame;
+    } else {
+      store(path, file.text);
+    }
+  }
+  return isSame ? 0 : 1;
+}
+
+}  // namespace
+
+}  // namespace Vantor
+
+int main(int argc, char** argv) try {
+  return Vantor::run(std::vector<std::string>(argv + 1, argv + argc));
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "generate-dictionary: %s\n", error.what());
+  return 1;
+}
