@@ -176,9 +176,10 @@ Element& TestSet::misplaced(const char* property) {
 }
 
 Element& TestSet::element(const char* property) {
-  const auto* attribute = set_.definition()->findAttribute(elementNamed(dictionary_, property).key());
-  if (attribute == nullptr) throw std::logic_error(set_.name() + " has no property " + property);
-  return set_.createElement(*attribute);
+  for (const auto& attribute : set_.definition()->attributes()) {
+    if (attribute.metaElement()->symbol() == property) return set_.createElement(attribute);
+  }
+  throw std::logic_error(set_.name() + " has no property " + property);
 }
 
 TestSet TestPartition::add(const char* symbol, uint32 number) const {
