@@ -221,6 +221,44 @@ TEST_P(PrivateDictionary, BringsBackTheDarkButNotTheWayThereWhereItIsMissing) {
   EXPECT_THAT(found, Each(AnyOf(kIsOfAFraction, HasSubstr("Descriptor.SubDescriptors"))));
 }
 
+/// The partition that a lossless import makes of a document.
+class Lossless {
+ public:
+  Lossless(const std::string& document, const Dictionary& dictionary)
+      : partition_(dictionary),
+        import_(importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
+                                           static_cast<uint32>(document.size()), &partition_)) {}
+
+  const PartitionMetadata& partition() const { return partition_; }
+  std::vector<std::string> messages() const {
+    std::vector<std::string> texts;
+    for (const auto& diagnostic : import_.diagnostics) texts.push_back(diagnostic.message);
+    return texts;
+  }
+
+ private:
+  PartitionMetadata partition_;
+  LosslessImport import_;
+};
+
+TEST_P(PrivateDictionary, BringsBackEverythingLosslessly) {
+  const auto original = read(privateDictionary());
+  const Lossless copy(document(*original), privateDictionary());
+  EXPECT_THAT(copy.messages(), IsEmpty());
+  EXPECT_THAT(differences(*original, copy.partition()), IsEmpty());
+}
+
+/// Nested, a reference into the dark has no place in the document.
+TEST_P(PrivateDictionary, BringsBackTheDarkLosslesslyWhereItIsMissing) {
+  const auto original = read(publicDictionary());
+  const Lossless copy(document(*original), publicDictionary());
+  EXPECT_THAT(copy.messages(), IsEmpty());
+  EXPECT_EQ(darkSetsOf(copy.partition()), 10u);
+  const auto found = differences(*original, copy.partition());
+  EXPECT_THAT(found, SizeIs(GetParam().flags.nestStrongReferences ? 3 : 0));
+  EXPECT_THAT(found, Each(HasSubstr("Descriptor.SubDescriptors: [")));
+}
+
 MetadataSet& firstOf(const PartitionMetadata& partition, const char* symbol) {
   for (auto* set : partition.sets()) {
     if (set->definition() != nullptr && set->definition()->symbol() == symbol) return *set;
@@ -239,11 +277,8 @@ TEST_P(PrivateDictionary, AddsPropertiesToASetThatIsKnown) {
                                     "<s:ADMChannelMapping_REF types:TargetInstance=\"" +
                                     Utils::wstringToString(mapping.instanceUID()->toString(kDottedForm)) +
                                     "\"/></e:ADMMainMapping>")));
-  if (!isLegacy()) return;
-  PartitionMetadata copy(privateDictionary());
-  importRaw(text, copy);
-  EXPECT_THAT(differences(*original, copy), AllOf(SizeIs(6), Each(kIsOfAFraction)));
-  const auto bytes = writtenBytes(copy);
+  EXPECT_THAT(differences(*original, Lossless(text, privateDictionary()).partition()), IsEmpty());
+  const auto bytes = writtenBytes(*original);
   EXPECT_THAT(Utils::wstringToString(XMLBuilder::hexText(bytes.data(), bytes.size())),
               HasSubstr("060E2B34010101010F0E0D0C00010000"))
       << "in the primer";
@@ -299,6 +334,9 @@ TEST_P(PrivateNamespaces, ComeBack) {
   importRaw(exported(original, GetParam().flags), copy);
   EXPECT_EQ(copy.sets().size(), 4u);
   EXPECT_THAT(differences(*original, copy), IsEmpty());
+  const Lossless lossless(exported(original, GetParam().flags), dictionary());
+  EXPECT_THAT(lossless.messages(), IsEmpty());
+  EXPECT_THAT(differences(*original, lossless.partition()), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, PrivateNamespaces,
