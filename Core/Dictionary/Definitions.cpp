@@ -78,7 +78,7 @@ void Definitions::readText(std::string text, std::string name, Overlay overlay) 
   DefinitionReader(*this, overlay, source, nullptr).read(kept);
 }
 
-void Definitions::readText(std::string text, Templates::vector<Origin> origins, Overlay overlay) {
+void Definitions::readText(std::string text, const Templates::vector<Origin>& origins, Overlay overlay) {
   isChecked_ = false;
   const std::string_view kept = keep(std::move(text));
   DefinitionReader(*this, overlay, 0, &origins).read(kept);

@@ -46,7 +46,7 @@ class Definitions {
 
   /// Reads a text of the dictionary format that was made from something else.
   /// @param origins  tells of line n + 1, in [n], where it came from. Places in `sources()` come from `addSource`.
-  void readText(std::string text, Templates::vector<Origin> origins, Overlay overlay);
+  void readText(std::string text, const Templates::vector<Origin>& origins, Overlay overlay);
 
   /// Reads a text that lives as long as the process and is known to be right: the built-in data. It is not checked
   /// again unless something else is read, too.
