@@ -133,6 +133,16 @@ Element& MetadataSet::createInvalidElement(auto_ptr<MetaMetadata::AbstractMetaAt
   return *invalid_.back();
 }
 
+void MetadataSet::remove(const Element& element) {
+  const auto isIt = [&element](const auto& owned) { return owned.get() == &element; };
+  readOrder_.erase(std::remove(readOrder_.begin(), readOrder_.end(), &element), readOrder_.end());
+  if (definition_ != nullptr && &element.metaAttribute() == definition_->instanceUIDAttribute()) {
+    setInstanceUID(nullptr);
+  }
+  elements_.erase(std::remove_if(elements_.begin(), elements_.end(), isIt), elements_.end());
+  invalid_.erase(std::remove_if(invalid_.begin(), invalid_.end(), isIt), invalid_.end());
+}
+
 void MetadataSet::setPartition(PartitionMetadata& partition) {
   partition_ = &partition;
   for (const auto& element : invalid_) reserveTag(*element, partition.partitionDictionary());

@@ -94,6 +94,10 @@ class MetadataSet {
   /// definition tells; an unknown one is a `SimpleElement`. The set owns it.
   Element& createInvalidElement(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute);
 
+  /// Takes a property out, valid or not, with its value.
+  /// @param element  of this set; it is gone afterwards.
+  void remove(const Element& element);
+
   /// The present properties in the order of the definition, then the invalid ones as met.
   std::vector<const Element*> inDefinitionOrder() const;
   /// The present properties as they are written: those that were read in the order of the file, then the others in the
