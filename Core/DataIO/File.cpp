@@ -1,7 +1,6 @@
 #include "Core/DataIO/File.h"
 
 #include <cerrno>
-#include <cstring>
 #include <random>
 #include <string>
 #include <system_error>
@@ -20,27 +19,7 @@ constexpr uint64 kUnknownPosition = ~uint64{0};
 constexpr int kNameAttempts = 16;
 
 [[noreturn]] void throwIOError(const std::string& failure, const Path& path, const std::string& reason, int line) {
-  throw Exceptions::IOError(failure + " '" + path.u8string() + "': " + reason, kSourceName, line);
-}
-
-std::string systemReason(int error) { return error == 0 ? "unknown reason" : std::generic_category().message(error); }
-
-std::FILE* openStream(const Path& path, const char* mode) {
-  errno = 0;
-#ifdef _WIN32
-  return ::_wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
-#else
-  return std::fopen(path.c_str(), mode);
-#endif
-}
-
-bool seekStream(std::FILE* stream, uint64 offset) {
-  errno = 0;
-#ifdef _WIN32
-  return ::_fseeki64(stream, static_cast<__int64>(offset), SEEK_SET) == 0;
-#else
-  return ::fseeko(stream, static_cast<off_t>(offset), SEEK_SET) == 0;
-#endif
+  throw ioError(failure, path, reason, kSourceName, line);
 }
 
 /// Short, so that it fits wherever the target's own name fits.
@@ -61,6 +40,15 @@ Path fileToReplace(const Path& target) {
 }
 
 }  // namespace
+
+FileState stateOf(const Path& path) {
+  std::error_code error;
+  FileState state;
+  state.size = fs::file_size(path, error);
+  if (!error) state.modified = fs::last_write_time(path, error);
+  if (error) throwIOError("cannot tell the size and time of", path, error.message(), __LINE__);
+  return state;
+}
 
 FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   std::error_code error;
@@ -150,17 +138,27 @@ void AtomicFile::write(const uint8* from, std::size_t size) {
   position_ += size;
 }
 
-void AtomicFile::commit() {
+void AtomicFile::commit(Durability durability) {
   if (!stream_) throwIOError("cannot finish", target_, "it has been closed", __LINE__);
   // A write that failed earlier must not be forgotten just because closing succeeds.
   if (std::ferror(stream_.get()) != 0) throwIOError("cannot finish", target_, "a write failed", __LINE__);
+  const bool survivesPowerFailure = durability == Durability::kSurvivesPowerFailure;
+  if (survivesPowerFailure && !flushToDisk(stream_.get())) {
+    throwIOError("cannot finish", target_, systemReason(errno), __LINE__);
+  }
   errno = 0;
   if (std::fclose(stream_.release()) != 0) throwIOError("cannot finish", target_, systemReason(errno), __LINE__);
-  if (temporary_.empty()) return;
+  if (!temporary_.empty()) putInPlace(survivesPowerFailure);
+}
+
+void AtomicFile::putInPlace(bool survivesPowerFailure) {
   std::error_code error;
   fs::rename(temporary_, replaced_, error);
   if (error) throwIOError("cannot replace", target_, error.message(), __LINE__);
   temporary_.clear();
+  if (survivesPowerFailure && !flushFolder(replaced_.parent_path())) {
+    throwIOError("has been written, but a power failure may undo it:", target_, systemReason(errno), __LINE__);
+  }
 }
 
 }  // namespace Vantor::DataIO::File

@@ -1,21 +1,29 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdio>
-#include <memory>
+#include <filesystem>
 
 #include "Core/DataIO/DataSink.h"
 #include "Core/DataIO/DataSource.h"
+#include "Core/DataIO/Stream.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::DataIO::File {
 
-/// Closes a C stream; for owners that do not care whether closing fails.
-struct StreamCloser {
-  void operator()(std::FILE* stream) const noexcept { std::fclose(stream); }
+/// What tells whether a file was changed by somebody else.
+struct FileState {
+  uint64 size = 0;  ///< in bytes
+  std::filesystem::file_time_type modified;
+
+  friend bool operator==(const FileState& left, const FileState& right) {
+    return left.size == right.size && left.modified == right.modified;
+  }
+  friend bool operator!=(const FileState& left, const FileState& right) { return !(left == right); }
 };
-using Stream = std::unique_ptr<std::FILE, StreamCloser>;
+
+/// @throws Exceptions::IOError naming the path and the system's reason.
+FileState stateOf(const Path& path);
 
 /// Reads a file from any offset. The file is open for reading as long as the source lives.
 class FileDataSource : public DataSource {
@@ -44,9 +52,17 @@ class FileDataSource : public DataSource {
   uint64 streamPosition_ = 0;
 };
 
+/// What a file that was put in place is worth when the power fails.
+enum class Durability {
+  kAtomic,  ///< it is in place for all processes; the medium gets it when the system likes
+  /// The medium has either the old file or all of the new one, and the new one from the call's return on. Takes as long
+  /// as writing everything to the medium.
+  kSurvivesPowerFailure
+};
+
 /// Writes a file that appears whole or not at all: the bytes go to a temporary file in the target's folder, which
 /// commit() renames over the target. An existing target keeps its permissions, and where it is a symbolic link the file
-/// behind the link is replaced. The renaming is atomic for other processes; it is not a promise about power failures.
+/// behind the link is replaced. The renaming is atomic for other processes; for power failures see Durability.
 ///
 /// A target that is a device or a pipe cannot be replaced; it is written directly.
 class AtomicFile : public DataSink {
@@ -63,12 +79,14 @@ class AtomicFile : public DataSink {
   void write(const uint8* from, std::size_t size) override;
   uint64 position() const override { return position_; }
   /// Puts the file in place; nothing can be written afterwards.
-  /// @throws Exceptions::IOError when the last bytes or the renaming fail; the target is as it was before then.
-  void commit();
+  /// @throws Exceptions::IOError when the last bytes or the renaming fail; the target is as it was before then. Also
+  /// when the new name cannot be flushed to the medium, which the text tells; the target is the new file then.
+  void commit(Durability durability = Durability::kAtomic);
 
  private:
   void openDirectly();
   void openBeside();
+  void putInPlace(bool survivesPowerFailure);
 
   Path target_;     ///< as the caller named it
   Path replaced_;   ///< the file that commit() replaces

@@ -2,15 +2,13 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
-#include <iterator>
+#include <chrono>
 #include <memory>
-#include <random>
 #include <string>
-#include <vector>
 
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Exceptions.h"
+#include "tests/Core/DataIO/FolderTest.h"
 
 namespace Vantor::DataIO::File {
 namespace {
@@ -23,39 +21,13 @@ using testing::HasSubstr;
 using testing::StrEq;
 using testing::ThrowsMessage;
 
-std::string contents(const Path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
-void create(const Path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
-
 void write(AtomicFile& file, const std::string& text) {
   file.write(reinterpret_cast<const uint8*>(text.data()), text.size());
 }
 
-/// Each test has an empty folder of its own.
-class FileTest : public testing::Test {
- protected:
-  void SetUp() override {
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    std::random_device random;
-    folder_ = fs::temp_directory_path() / ("vantor-" + std::string(test->name()) + "-" + std::to_string(random()));
-    ASSERT_TRUE(fs::create_directory(folder_));
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  std::vector<std::string> names() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder_)) names.push_back(entry.path().filename().string());
-    return names;
-  }
-
-  Path folder_;
-};
-
-class FileDataSourceTest : public FileTest {};
-class AtomicFileTest : public FileTest {};
+class FileDataSourceTest : public FolderTest {};
+class AtomicFileTest : public FolderTest {};
+class FileStateTest : public FolderTest {};
 
 TEST_F(FileDataSourceTest, ReadsFromFrontToBackAndFromAnyOffset) {
   create(folder_ / "a", "0123456789");
@@ -180,6 +152,15 @@ TEST_F(AtomicFileTest, KeepsTheOldFileUntilTheCommitAndThenReplacesItWhole) {
   EXPECT_EQ(readBigEndian<uint8>(reader), 'o');
 }
 
+TEST_F(AtomicFileTest, PutsAFileInPlaceThatIsOnTheMedium) {
+  create(folder_ / "a", "old");
+  AtomicFile file(folder_ / "a");
+  write(file, "new");
+  file.commit(Durability::kSurvivesPowerFailure);
+  EXPECT_EQ(contents(folder_ / "a"), "new");
+  EXPECT_THAT(names(), testing::ElementsAre("a"));
+}
+
 TEST_F(AtomicFileTest, KeepsTheOldFileWhenItIsNotCommitted) {
   create(folder_ / "a", "old");
   { write(*std::make_unique<AtomicFile>(folder_ / "a"), "new"); }
@@ -262,10 +243,27 @@ TEST_F(AtomicFileTest, WritesDirectlyToADevice) {
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
-class FullDeviceTest : public FileTest {
+TEST_F(FileStateTest, TellsOtherSizesAndTimesApart) {
+  create(folder_ / "a", "text");
+  const FileState state = stateOf(folder_ / "a");
+  EXPECT_EQ(state.size, 4u);
+  EXPECT_EQ(stateOf(folder_ / "a"), state);
+  fs::last_write_time(folder_ / "a", state.modified + std::chrono::milliseconds(10));
+  EXPECT_NE(stateOf(folder_ / "a"), state);
+  fs::resize_file(folder_ / "a", 3);
+  fs::last_write_time(folder_ / "a", state.modified);
+  EXPECT_NE(stateOf(folder_ / "a"), state);
+}
+
+TEST_F(FileStateTest, NamesTheFileThatIsMissing) {
+  EXPECT_THAT([&] { stateOf(folder_ / "a"); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "a").u8string()), HasSubstr("No such file"))));
+}
+
+class FullDeviceTest : public FolderTest {
  protected:
   void SetUp() override {
-    FileTest::SetUp();
+    FolderTest::SetUp();
     if (!fs::is_character_file("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
   }
 };

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
+#include "Core/Platform/Types.h"
+
+/// C streams and folders as all platforms have them; for the files of this folder.
+namespace Vantor::DataIO::File {
+
+/// Closes a C stream; for owners that do not care whether closing fails.
+struct StreamCloser {
+  void operator()(std::FILE* stream) const noexcept { std::fclose(stream); }
+};
+using Stream = std::unique_ptr<std::FILE, StreamCloser>;
+
+/// `std::fopen` for every path; null and `errno` when it fails.
+std::FILE* openStream(const Path& path, const char* mode);
+/// Goes to an offset from the start; false and `errno` when it fails.
+bool seekStream(std::FILE* stream, uint64 offset);
+/// Has the system write what a stream was given to the medium; false and `errno` when it fails.
+bool flushToDisk(std::FILE* stream);
+/// Has the system write the names in a folder to the medium, so that a file that was created, renamed or removed there
+/// stays so; false and `errno` when it fails. Does nothing where folders cannot be flushed.
+bool flushFolder(const Path& folder);
+
+/// The text for a value of `errno`.
+std::string systemReason(int error);
+/// "<failure> '<path>': <reason>".
+Exceptions::IOError ioError(const std::string& failure, const Path& path, const std::string& reason,
+                            const char* sourceName, int line);
+
+}  // namespace Vantor::DataIO::File

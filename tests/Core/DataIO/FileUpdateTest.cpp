@@ -1,0 +1,81 @@
+#include "Core/DataIO/FileUpdate.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+
+#include "Core/Platform/Exceptions.h"
+#include "tests/Core/DataIO/FolderTest.h"
+
+namespace Vantor::DataIO::File {
+namespace {
+
+namespace fs = std::filesystem;
+using Exceptions::IOError;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::ThrowsMessage;
+
+const uint8* bytes(const char* text) { return reinterpret_cast<const uint8*>(text); }
+
+class FileUpdateTest : public FolderTest {};
+class NewFileTest : public FolderTest {};
+
+TEST_F(FileUpdateTest, OverwritesBytesAndLeavesTheOthers) {
+  create(folder_ / "a", "0123456789");
+  FileUpdate file(folder_ / "a");
+  EXPECT_EQ(file.size(), 10u);
+  file.write(7, bytes("xyz"), 3);
+  file.write(0, bytes("ab"), 2);
+  EXPECT_EQ(contents(folder_ / "a"), "ab23456xyz");  // with nothing left in a buffer
+  file.flush();
+}
+
+TEST_F(FileUpdateTest, NeverMakesAFileLonger) {
+  create(folder_ / "a", "0123456789");
+  FileUpdate file(folder_ / "a");
+  EXPECT_THAT([&] { file.write(8, bytes("xyz"), 3); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr("at byte offset 8: "), HasSubstr("go past its 10"))));
+  EXPECT_THROW(file.write(11, nullptr, 0), IOError);
+  EXPECT_THROW(file.write(~uint64{0}, bytes("xyz"), 3), IOError);
+  EXPECT_EQ(contents(folder_ / "a"), "0123456789");
+}
+
+TEST_F(FileUpdateTest, RefusesWhatIsNoFileThatMayBeWritten) {
+  create(folder_ / "a", "text");
+  fs::permissions(folder_ / "a", fs::perms::owner_read);
+  EXPECT_THAT([&] { FileUpdate file(folder_ / "a"); }, ThrowsMessage<IOError>(HasSubstr("it is read-only")));
+  EXPECT_THAT([&] { FileUpdate file(folder_ / "b"); }, ThrowsMessage<IOError>(HasSubstr("No such file")));
+  EXPECT_THAT([&] { FileUpdate file(folder_); }, ThrowsMessage<IOError>(HasSubstr("not a regular file")));
+  EXPECT_THAT(names(), ElementsAre("a"));
+}
+
+TEST_F(NewFileTest, IsThereAfterTheCommit) {
+  NewFile file(folder_ / "a");
+  file.write(bytes("text"), 4);
+  EXPECT_EQ(file.position(), 4u);
+  file.commit();
+  EXPECT_EQ(contents(folder_ / "a"), "text");
+}
+
+TEST_F(NewFileTest, IsRemovedWithoutACommit) {
+  { NewFile(folder_ / "a").write(bytes("text"), 4); }
+  EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(NewFileTest, LeavesAFileAloneThatExists) {
+  create(folder_ / "a", "text");
+  EXPECT_THAT([&] { NewFile file(folder_ / "a"); }, ThrowsMessage<IOError>(HasSubstr("File exists")));
+  EXPECT_EQ(contents(folder_ / "a"), "text");
+}
+
+TEST_F(NewFileTest, CanBeRemoved) {
+  create(folder_ / "a", "text");
+  removeFromDisk(folder_ / "a");
+  EXPECT_THAT(names(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace Vantor::DataIO::File

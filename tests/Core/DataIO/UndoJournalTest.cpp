@@ -1,0 +1,269 @@
+#include "Core/DataIO/UndoJournal.h"
+
+#include <gmock/gmock.h>
+
+#include <map>
+#include <stdexcept>
+#include <string>
+
+#include "Core/Platform/Exceptions.h"
+#include "tests/Core/DataIO/FolderTest.h"
+#include "tests/Core/DataIO/StoppedProcess.h"
+
+namespace Vantor::DataIO::File {
+namespace {
+
+namespace fs = std::filesystem;
+using Exceptions::IOError;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StrEq;
+using testing::ThrowsMessage;
+using testing::UnorderedElementsAre;
+
+const std::string kOld = "0123456789ABCDEFGHIJ";
+const std::string kNew = "01xxxx6789ABCDEFGyyy";
+const std::vector<Place> kPlaces = {{2, 4}, {17, 3}};
+
+/// In several writes, so that a change can be stopped in the midst of a place.
+void writeNew(FileUpdate& file) {
+  const auto* bytes = reinterpret_cast<const uint8*>(kNew.data());
+  for (const auto& place : kPlaces) {
+    for (uint64 at = place.offset; at < place.end(); ++at) file.write(at, bytes + at, 1);
+  }
+}
+
+class UndoJournalTest : public FolderTest {
+ protected:
+  void SetUp() override {
+    FolderTest::SetUp();
+    create(file_ = folder_ / "a.mxf", kOld);
+  }
+
+  void change(const std::function<void(FileUpdate&)>& change = writeNew) {
+    changeInPlace(file_, stateOf(file_), kPlaces, change);
+  }
+
+  /// A whole journal of the change, as a stopped process leaves it.
+  std::string journalOfStoppedChange() {
+    std::string bytes;
+    EXPECT_THROW(change([&](FileUpdate& file) {
+                   bytes = contents(journalPath(file.path()));
+                   throw std::runtime_error("stop");
+                 }),
+                 IOError);
+    return bytes;
+  }
+
+  Path file_;
+};
+
+std::string number(uint64 value, std::size_t size) {
+  std::string text;
+  for (std::size_t i = size; i-- > 0;) text += static_cast<char>(value >> 8 * i & 0xFFU);
+  return text;
+}
+
+TEST_F(UndoJournalTest, ChangesTheFileAndLeavesNothingBeside) {
+  change();
+  EXPECT_EQ(contents(file_), kNew);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+  EXPECT_EQ(recover(file_), Recovery::kNoJournal);
+  EXPECT_EQ(contents(file_), kNew);
+}
+
+TEST_F(UndoJournalTest, HasTheOldBytesBesideTheFileWhileItIsChanged) {
+  change([&](FileUpdate& file) {
+    EXPECT_EQ(file.path(), fs::canonical(file_));
+    EXPECT_THAT(names(), UnorderedElementsAre("a.mxf", "a.mxf.mxfxml-journal"));
+    const std::string bytes = contents(folder_ / "a.mxf.mxfxml-journal");
+    EXPECT_EQ(bytes.substr(0, bytes.size() - 8), "mxfxml-j" + number(1, 4) + number(2, 4) + number(20, 8) +  //
+                                                     number(2, 8) + number(4, 8) + "2345" +                  //
+                                                     number(17, 8) + number(3, 8) + "HIJ");
+    writeNew(file);
+  });
+  EXPECT_EQ(contents(file_), kNew);
+}
+
+TEST_F(UndoJournalTest, PutsTheOldBytesBackWhenTheChangeThrows) {
+  const auto halfAChange = [](FileUpdate& file) {
+    file.write(2, reinterpret_cast<const uint8*>("xx"), 2);
+    throw std::runtime_error("the other half is missing");
+  };
+  EXPECT_THAT([&] { change(halfAChange); },
+              ThrowsMessage<IOError>(StrEq("the other half is missing; the file is as it was")));
+  EXPECT_EQ(contents(file_), kOld);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(UndoJournalTest, TellsWhenTheOldBytesCannotBePutBack) {
+  const auto cutOff = [&](FileUpdate&) {
+    fs::resize_file(file_, 18);
+    throw std::runtime_error("failed");
+  };
+  EXPECT_THAT([&] { change(cutOff); },
+              ThrowsMessage<IOError>(HasSubstr("failed; recover the file before anything else, as that has failed: ")));
+  EXPECT_TRUE(hasJournal(file_));
+  EXPECT_THAT([&] { recover(file_); }, ThrowsMessage<IOError>(HasSubstr("it has 18 bytes, and had 20")));
+  create(file_, "01x" + kOld.substr(3));
+  EXPECT_EQ(recover(file_), Recovery::kRestored);
+  EXPECT_EQ(contents(file_), kOld);
+}
+
+TEST_F(UndoJournalTest, RefusesAFileWhoseChangeWasStopped) {
+  create(journalPath(file_), "mxfxml-j");
+  EXPECT_TRUE(hasJournal(file_));
+  EXPECT_THAT([&] { change(); }, ThrowsMessage<IOError>(HasSubstr("an earlier change was stopped; recover it first")));
+  EXPECT_EQ(contents(file_), kOld);
+}
+
+TEST_F(UndoJournalTest, RefusesAFileThatAnotherProgramChanged) {
+  const FileState state = stateOf(file_);
+  create(file_, kOld + "more");
+  EXPECT_THAT([&] { changeInPlace(file_, state, kPlaces, writeNew); },
+              ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile")));
+  EXPECT_EQ(contents(file_), kOld + "more");
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(UndoJournalTest, RefusesFilesWithFurtherNamesAndReadOnlyOnes) {
+  fs::create_hard_link(file_, folder_ / "b.mxf");
+  EXPECT_THAT([&] { change(); }, ThrowsMessage<IOError>(HasSubstr("it has 2 hard links")));
+  fs::remove(folder_ / "b.mxf");
+  fs::permissions(file_, fs::perms::owner_read);
+  EXPECT_THAT([&] { change(); }, ThrowsMessage<IOError>(AllOf(HasSubstr("a.mxf"), HasSubstr("it is read-only"))));
+  EXPECT_EQ(contents(file_), kOld);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(UndoJournalTest, FollowsSymbolicLinks) {
+  fs::create_directory(folder_ / "sub");
+  fs::rename(file_, folder_ / "sub" / "real.mxf");
+  fs::create_symlink(Path("sub") / "real.mxf", file_);
+  EXPECT_EQ(journalPath(file_), fs::canonical(folder_) / "sub" / "real.mxf.mxfxml-journal");
+  change();
+  EXPECT_TRUE(fs::is_symlink(file_));
+  EXPECT_EQ(contents(folder_ / "sub" / "real.mxf"), kNew);
+}
+
+TEST_F(UndoJournalTest, LeavesTheFileAsItIsWhenTheJournalIsNotWhole) {
+  const std::string whole = journalOfStoppedChange();
+  create(file_, kNew);
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    for (const std::string& half :
+         {whole.substr(0, size), whole.substr(0, size) + std::string(whole.size() - size, 0)}) {
+      if (half == whole) continue;  // its last byte may be zero
+      create(journalPath(file_), half);
+      EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << size;
+      EXPECT_EQ(contents(file_), kNew);
+      EXPECT_THAT(names(), ElementsAre("a.mxf"));
+    }
+  }
+}
+
+TEST_F(UndoJournalTest, BelievesNoJournalWithAChangedByte) {
+  const std::string whole = journalOfStoppedChange();
+  create(file_, kNew);
+  for (std::size_t at = 12; at < whole.size(); ++at) {
+    std::string changed = whole;
+    changed[at] ^= 0x01;
+    create(journalPath(file_), changed);
+    EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << at;
+    EXPECT_EQ(contents(file_), kNew);
+  }
+}
+
+TEST_F(UndoJournalTest, RemovesNoFileThatIsNoJournalOrALaterOne) {
+  for (const std::string& other : {std::string("notes"), "mxfxml-j" + number(2, 4) + "anything"}) {
+    create(journalPath(file_), other);
+    EXPECT_THROW(recover(file_), IOError);
+    EXPECT_EQ(contents(journalPath(file_)), other);
+  }
+}
+
+TEST_F(UndoJournalTest, RecoversOnceAndThenFindsNothingToDo) {
+  const std::string whole = journalOfStoppedChange();
+  create(file_, kNew);
+  create(journalPath(file_), whole);
+  EXPECT_EQ(recover(file_), Recovery::kRestored);
+  EXPECT_EQ(contents(file_), kOld);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+  EXPECT_EQ(recover(file_), Recovery::kNoJournal);
+}
+
+#ifdef __linux__
+
+/// What a killed change left, and what recover() said of it.
+enum class Outcome { kOldWithoutJournal, kNeverBegun, kRestored, kNewWithoutJournal };
+
+class KilledChangeTest : public UndoJournalTest {
+ protected:
+  Outcome recovered() {
+    const Recovery recovery = recover(file_);
+    const std::string bytes = contents(file_);
+    EXPECT_EQ(recover(file_), Recovery::kNoJournal);
+    EXPECT_THAT(names(), ElementsAre("a.mxf"));
+    if (recovery == Recovery::kNoJournal && bytes == kNew) return Outcome::kNewWithoutJournal;
+    EXPECT_EQ(bytes, kOld);
+    if (recovery == Recovery::kNoJournal) return Outcome::kOldWithoutJournal;
+    return recovery == Recovery::kRestored ? Outcome::kRestored : Outcome::kNeverBegun;
+  }
+};
+
+TEST_F(KilledChangeTest, IsUndoneOrDoneAtEverySystemCall) {
+  std::map<Outcome, int> outcomes;
+  Ending ending = Ending::kKilled;
+  for (int n = 1; ending == Ending::kKilled; ++n) {
+    create(file_, kOld);
+    ending = runUntilSystemCall(n, [&] { change(); });
+    if (ending == Ending::kNotTraceable) GTEST_SKIP() << "this system does not let a process trace its child";
+    ASSERT_NE(ending, Ending::kFailed);
+    ++outcomes[recovered()];
+  }
+  for (const auto outcome :
+       {Outcome::kOldWithoutJournal, Outcome::kNeverBegun, Outcome::kRestored, Outcome::kNewWithoutJournal}) {
+    EXPECT_GT(outcomes[outcome], 0) << static_cast<int>(outcome);
+  }
+}
+
+TEST_F(KilledChangeTest, IsRecoveredHoweverOftenTheRecoveryIsKilled) {
+  const std::string whole = journalOfStoppedChange();
+  create(file_, kNew);
+  create(journalPath(file_), whole);
+  Ending ending = Ending::kKilled;
+  for (int n = 1; ending == Ending::kKilled; ++n) {
+    ending = runUntilSystemCall(n, [&] { recover(file_); });
+    if (ending == Ending::kNotTraceable) GTEST_SKIP() << "this system does not let a process trace its child";
+    EXPECT_TRUE(hasJournal(file_) || contents(file_) == kOld) << n;
+  }
+  EXPECT_EQ(ending, Ending::kFinished);
+  EXPECT_EQ(contents(file_), kOld);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(UndoJournalTest, LeavesTheFileAloneWhenTheDiskHasNoRoomForTheJournal) {
+  EXPECT_EQ(runWithFileSizeLimit(40, [&] { change(); }), Ending::kFailed);
+  EXPECT_EQ(contents(file_), kOld);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(UndoJournalTest, GoesBackWhenTheDiskDoesNotTakeTheSecondPlace) {
+  const std::string padding(4096, '.');
+  create(file_, kOld + padding + "end");
+  const std::vector<Place> places = {{2, 4}, {kOld.size() + padding.size(), 3}};
+  const auto writeBoth = [&](FileUpdate& file) {
+    file.write(2, reinterpret_cast<const uint8*>("xxxx"), 4);
+    EXPECT_NE(contents(file_), kOld + padding + "end");
+    file.write(places[1].offset, reinterpret_cast<const uint8*>("yyy"), 3);
+  };
+  EXPECT_EQ(runWithFileSizeLimit(1024, [&] { changeInPlace(file_, stateOf(file_), places, writeBoth); }),
+            Ending::kFailed);
+  EXPECT_EQ(contents(file_), kOld + padding + "end");
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+#endif
+
+}  // namespace
+}  // namespace Vantor::DataIO::File
