@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <string>
 
 #include "Core/KLV/Keys.h"
@@ -223,6 +222,14 @@ FileStructure readStructure(FileDataSource& source) {
 FileStructure readStructure(const Path& path) {
   FileDataSource source(path);
   return readStructure(source);
+}
+
+std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 offset) {
+  const auto& partitions = structure.partitions;
+  const auto found = std::lower_bound(partitions.begin(), partitions.end(), offset,
+                                      [](const PartitionInfo& left, uint64 right) { return left.offset < right; });
+  if (found == partitions.end() || found->offset != offset) return std::nullopt;
+  return static_cast<std::size_t>(found - partitions.begin());
 }
 
 PartitionInfo findPartition(FileDataSource& source, const PartitionChoice& choice) {

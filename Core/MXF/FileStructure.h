@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "Core/DataIO/File.h"
@@ -43,6 +45,9 @@ struct FileStructure {
 /// damaged. Exceptions::IOError when the file cannot be read.
 FileStructure readStructure(const Path& path);
 FileStructure readStructure(DataIO::File::FileDataSource& source);
+
+/// The number of the partition whose pack stands at an offset in the file; none when no partition starts there.
+std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 offset);
 
 /// Finds one partition, with as little reading as that needs. The footer is where the header partition pack says, else
 /// where the random index pack says, else at the end of a walk.

@@ -43,16 +43,59 @@ std::vector<uint64> readEntries(const KLVHeader& pack, FileDataSource& source, u
   return offsets;
 }
 
-}  // namespace
+[[noreturn]] void throwParseError(uint64 offset, const std::string& message, int line) {
+  throw Exceptions::ParseError(DataIO::atOffset(offset) + message, "Core/MXF/RandomIndexPack", line);
+}
 
-std::vector<uint64> readRandomIndexPack(FileDataSource& source, uint64 runIn) {
+/// The pack at the end, or none, whatever is there.
+std::optional<KLVHeader> findSoundPack(FileDataSource& source) {
   try {
     const auto pack = findPack(source);
-    if (pack && fillsItsPlace(*pack, source)) return readEntries(*pack, source, runIn);
+    if (pack && fillsItsPlace(*pack, source)) return pack;
   } catch (const Exceptions::ParseError&) {
     // What looks like a pack and cannot be read is as good as none: there are other ways to the partitions.
   }
-  return {};
+  return std::nullopt;
+}
+
+void requireLength(const KLVHeader& pack) {
+  if (pack.length.value % kEntrySize == kOverallLengthSize) return;
+  throwParseError(pack.offset,
+                  "expected a random index pack, found one of " + std::to_string(pack.length.value) + " bytes",
+                  __LINE__);
+}
+
+}  // namespace
+
+std::vector<uint64> readRandomIndexPack(FileDataSource& source, uint64 runIn) {
+  const auto pack = findSoundPack(source);
+  return pack ? readEntries(*pack, source, runIn) : std::vector<uint64>();
+}
+
+std::optional<KLVHeader> findRandomIndexPack(FileDataSource& source, uint64 lastPackEnd) {
+  if (auto pack = findSoundPack(source)) return pack;
+  std::optional<KLVHeader> pack;
+  source.seek(lastPackEnd);
+  while (source.remaining() != 0 && peekKey(source) != KLV::Key()) {
+    const KLVHeader klv = readKLVHeader(source);
+    if (!valueFits(klv, source)) throwParseError(klv.offset, "expected a KLV, found one that is cut off", __LINE__);
+    if (KLV::isPartitionPack(klv.key)) throwParseError(klv.offset, "found a partition pack that none names", __LINE__);
+    if (KLV::isRandomIndexPack(klv.key)) {
+      if (pack) throwParseError(klv.offset, "found a second random index pack", __LINE__);
+      requireLength(pack.emplace(klv));
+    }
+    skipValue(klv, source);
+  }
+  return pack;
+}
+
+void readRandomIndexEntries(FileDataSource& source, const KLVHeader& pack,
+                            const std::function<void(uint32 bodySID, uint64 offset)>& take) {
+  source.seek(pack.valueOffset);
+  for (uint64 left = pack.length.value / kEntrySize; left != 0; --left) {
+    const auto bodySID = readBigEndian<uint32>(source);
+    take(bodySID, readBigEndian<uint64>(source));
+  }
 }
 
 }  // namespace Vantor::MXF

@@ -200,6 +200,16 @@ TEST(FileStructure, WalksThroughEmptyKLVs) {
   EXPECT_THAT(offsetsOf(structureOf(bytes)), ElementsAre(0, footer));
 }
 
+TEST(FileStructure, TellsWhichPartitionStartsAtAnOffset) {
+  const FileStructure structure = structureOf(zeros(5) + threePartitions());
+  EXPECT_EQ(partitionAt(structure, 5), 0u);
+  EXPECT_EQ(partitionAt(structure, 5 + kBody), 1u);
+  EXPECT_EQ(partitionAt(structure, 5 + kFooter), 2u);
+  for (const uint64 offset : {uint64{0}, kBody, kFooter + 6, ~uint64{0}}) {
+    EXPECT_EQ(partitionAt(structure, offset), std::nullopt);
+  }
+}
+
 TEST(FindPartition, GivesTheHeaderByNameAndByNumber) {
   EXPECT_EQ(find(threePartitions(), PartitionChoice::header()).offset, 0u);
   EXPECT_EQ(find(threePartitions(), PartitionChoice::number(0)).offset, 0u);

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Core/Platform/Exceptions.h"
 #include "tests/Core/MXF/MXFBytes.h"
 
 namespace Vantor::MXF {
@@ -52,6 +53,50 @@ TEST(RandomIndexPack, IsNotBelievedWhenItsOffsetsDoNotRiseWithinTheFile) {
   EXPECT_THAT(offsetsIn(zeros(100) + randomIndexPack({0, 100})), IsEmpty());
   EXPECT_THAT(offsetsIn(zeros(100) + randomIndexPack({0, 0xffffffffffffffff})), IsEmpty());
   EXPECT_THAT(offsetsIn(zeros(100) + randomIndexPack({0, 50}), 60), IsEmpty());
+}
+
+/// Where the pack stands among KLVs that follow a partition pack; none when there is none.
+std::optional<uint64> placeIn(const Bytes& bytes) {
+  const TemporaryFile file(zeros(100) + bytes);
+  DataIO::File::FileDataSource source(file.path());
+  const auto pack = findRandomIndexPack(source, 100);
+  return pack ? std::optional<uint64>(pack->offset - 100) : std::nullopt;
+}
+
+TEST(FindRandomIndexPack, FindsItAtTheEndWhateverIsBefore) {
+  EXPECT_EQ(placeIn(Bytes(33, 0xff) + randomIndexPack({0, 50})), 33u);
+  EXPECT_EQ(placeIn(randomIndexPack({50, 0, 9999})), 0u);
+}
+
+TEST(FindRandomIndexPack, FindsItAmongKLVsWithZerosBehind) {
+  EXPECT_EQ(placeIn(fill(10) + randomIndexPack({0, 50}) + zeros(99)), 30u);
+  EXPECT_EQ(placeIn(fill(10) + randomIndexPack({0, 50}) + fill(5)), 30u);
+  EXPECT_EQ(placeIn(fill(10) + zeros(16) + randomIndexPack({0, 50}) + zeros(1)), std::nullopt);
+}
+
+TEST(FindRandomIndexPack, FindsNoneWhereNoneIs) {
+  EXPECT_EQ(placeIn({}), std::nullopt);
+  EXPECT_EQ(placeIn(fill(10) + setWithUID(kPreface, 1)), std::nullopt);
+}
+
+TEST(FindRandomIndexPack, RefusesWhatCannotBeFollowed) {
+  const Bytes pack = randomIndexPack({0, 50});
+  EXPECT_THROW(placeIn(pack + Bytes(40, 0xff)), Exceptions::ParseError);
+  EXPECT_THROW(placeIn(pack + klvHeader(KLV::fillKey(), 1)), Exceptions::ParseError);
+  EXPECT_THROW(placeIn(pack + partition({})), Exceptions::ParseError);
+  EXPECT_THROW(placeIn(pack + pack + fill(1)), Exceptions::ParseError);
+  EXPECT_THROW(placeIn(klv(KLV::randomIndexPackKey(), zeros(15))), Exceptions::ParseError);
+}
+
+TEST(FindRandomIndexPack, LeadsToItsEntriesWhateverTheySay) {
+  const TemporaryFile file(randomIndexPack({70, 0, ~uint64{0}}));
+  DataIO::File::FileDataSource source(file.path());
+  std::vector<uint64> offsets;
+  readRandomIndexEntries(source, *findRandomIndexPack(source, 0), [&](uint32 bodySID, uint64 offset) {
+    EXPECT_EQ(bodySID, 1u);
+    offsets.push_back(offset);
+  });
+  EXPECT_THAT(offsets, ElementsAre(70, 0, ~uint64{0}));
 }
 
 }  // namespace

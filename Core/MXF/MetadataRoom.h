@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "Core/DataIO/File.h"
+#include "Core/MXF/FileStructure.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::MXF {
+
+/// The bytes of a partition that belong to its header metadata (ST 377-1): from the primer pack's key, which stands
+/// behind the partition pack and any fill, as far as HeaderByteCount counts, so with fill behind the sets.
+struct MetadataRoom {
+  uint64 offset = 0;  ///< of the primer pack, from the start of the file
+  uint64 size = 0;    ///< in bytes
+  uint64 end() const { return offset + size; }
+};
+
+/// Finds the room of a partition's header metadata. Reads keys and lengths up to what follows it, but no values.
+/// @param number  the partition's, in file order; within the structure.
+/// @return none when the partition has no header metadata.
+/// @throws Exceptions::ParseError with the offset when HeaderByteCount cannot be trusted with a change: it does not end
+/// between two KLVs of this partition, takes in what is no header metadata, or sets follow behind it; or when it is not
+/// a primer pack that stands at the start. Exceptions::IOError when KLVs in the partition say where others stand in the
+/// file, so that they would be wrong after a change: the object directory of OP-Atom files of one manufacturer.
+std::optional<MetadataRoom> findMetadataRoom(DataIO::File::FileDataSource& source, const FileStructure& structure,
+                                             std::size_t number);
+
+}  // namespace Vantor::MXF

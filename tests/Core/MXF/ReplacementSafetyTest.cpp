@@ -1,0 +1,141 @@
+#include "Core/MXF/ReplacementSafety.h"
+
+#include <gmock/gmock.h>
+
+#include "Core/Platform/Exceptions.h"
+#include "tests/Core/MXF/WholeFile.h"
+#include "tests/SampleFiles.h"
+
+namespace Vantor::MXF {
+namespace {
+
+using Exceptions::IOError;
+using Exceptions::ParseError;
+using KLV::PartitionKind;
+using KLV::PartitionStatus;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+const Bytes kEssence = klv(kPictureElement, Bytes(50, 0x55));  // 70 bytes
+
+void refuse(const Path& path) {
+  DataIO::File::FileDataSource source(path);
+  refuseUnsafe(source, readStructure(source));
+}
+
+void refuse(const Bytes& bytes) { refuse(TemporaryFile(bytes).path()); }
+
+FileSpec threePartitions() {
+  FileSpec spec;
+  spec.partitions.resize(3);
+  spec.partitions[0].kind = PartitionKind::kHeader;
+  spec.partitions[0].metadata = metadataOfSize(200, 1);
+  spec.partitions[1].essence = kEssence;
+  spec.partitions[1].bodySID = 1;
+  spec.partitions[2].kind = PartitionKind::kFooter;
+  spec.partitions[2].metadata = metadataOfSize(300, 1);
+  return spec;
+}
+
+// Where the partitions of `threePartitions()` start.
+constexpr uint64 kBody = kPackSize + 200;
+constexpr uint64 kFooter = kBody + kPackSize + 70;
+
+TEST(ReplacementSafety, HasNothingAgainstSoundFiles) {
+  FileSpec spec = threePartitions();
+  for (const bool hasRandomIndexPack : {true, false}) {
+    spec.hasRandomIndexPack = hasRandomIndexPack;
+    EXPECT_NO_THROW(refuse(fileOf(spec)));
+    spec.runIn = 30;
+    EXPECT_NO_THROW(refuse(fileOf(spec)));
+  }
+}
+
+TEST(ReplacementSafety, HasNothingAgainstAClosedFileWithoutFooter) {
+  FileSpec spec = threePartitions();
+  spec.partitions.pop_back();
+  EXPECT_NO_THROW(refuse(fileOf(spec)));
+}
+
+TEST(ReplacementSafety, RefusesAnOpenHeaderOnlyWithoutAFooter) {
+  for (const auto status : {PartitionStatus::kOpenIncomplete, PartitionStatus::kOpenComplete}) {
+    FileSpec spec = threePartitions();
+    spec.partitions[0].status = status;
+    EXPECT_NO_THROW(refuse(fileOf(spec)));
+    spec.partitions.pop_back();
+    EXPECT_THAT([&] { refuse(fileOf(spec)); },
+                ThrowsMessage<IOError>(HasSubstr("its header partition is open and it has no footer partition")));
+  }
+}
+
+TEST(ReplacementSafety, RefusesAFileThatIsCutOffAnywhere) {
+  FileSpec spec = threePartitions();
+  spec.hasRandomIndexPack = false;
+  const Bytes whole = fileOf(spec);
+  for (std::size_t size = kPackSize; size < whole.size(); ++size) {
+    EXPECT_THROW(refuse(slice(whole, 0, size)), ParseError) << size;
+  }
+  EXPECT_THAT(
+      [&] { refuse(slice(whole, 0, kFooter)); },
+      ThrowsMessage<ParseError>(HasSubstr("names a footer partition at 486, where the file, which has 486 bytes")));
+}
+
+TEST(ReplacementSafety, RefusesDamagedPartitionPacks) {
+  Bytes bytes = fileOf(threePartitions());
+  bytes[kBody + kPackSize - 1] ^= 0xff;  // the essence containers' item size, and below their count
+  bytes[kBody + kPackSize - 5] ^= 0xff;
+  EXPECT_THAT([&] { refuse(bytes); },
+              ThrowsMessage<ParseError>(HasSubstr("at byte offset 308: the pack of partition 1 cannot be read")));
+}
+
+TEST(ReplacementSafety, RefusesBytesThatCannotBeFollowed) {
+  FileSpec spec = threePartitions();
+  spec.hasRandomIndexPack = false;
+  spec.partitions[1].essence = kEssence + Bytes(40, 0xff);
+  Bytes bytes = fileOf(spec);
+  bytes[20 + 24 + 7] ^= 0xff;  // the header's link to the footer, so that only a walk could lead there
+  EXPECT_THAT([&] { refuse(bytes); }, ThrowsMessage<ParseError>(HasSubstr("cannot be followed to its end")));
+}
+
+TEST(ReplacementSafety, LetsZerosStandBehindTheFileButNothingElse) {
+  FileSpec spec = threePartitions();
+  const Bytes whole = fileOf(spec);
+  EXPECT_NO_THROW(refuse(whole + zeros(100)));
+  EXPECT_THROW(refuse(whole + Bytes(100, 0x20)), ParseError);
+}
+
+TEST(ReplacementSafety, RefusesARandomIndexPackThatListsWhatIsNotThere) {
+  FileSpec spec = threePartitions();
+  spec.hasRandomIndexPack = false;
+  EXPECT_NO_THROW(refuse(fileOf(spec) + randomIndexPack({0, kFooter})));
+  EXPECT_THAT(
+      [&] {
+        refuse(fileOf(spec) + randomIndexPack({0, kBody + 1, kFooter}));
+      },
+      ThrowsMessage<ParseError>(HasSubstr("the random index pack lists a partition at 309, where none is")));
+  EXPECT_THROW(refuse(fileOf(spec) + klv(KLV::randomIndexPackKey(), Bytes(17, 0))), ParseError);
+}
+
+TEST(ReplacementSafety, LooksAtTheHeaderMetadataOfEveryPartition) {
+  FileSpec spec = threePartitions();
+  spec.partitions[2].metadata = spec.partitions[2].metadata + klv(kForeign, {1});
+  EXPECT_THAT([&] { refuse(fileOf(spec)); },
+              ThrowsMessage<IOError>(HasSubstr("in partition 2 tells where sets stand")));
+}
+
+class SafetyOfSamplesTest : public testing::TestWithParam<Path> {};
+
+TEST_P(SafetyOfSamplesTest, IsThatOfWholeFiles) {
+  if (GetParam().stem().extension() == ".header") {
+    EXPECT_THROW(refuse(GetParam()), ParseError);
+  } else {
+    EXPECT_NO_THROW(refuse(GetParam()));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, SafetyOfSamplesTest, testing::ValuesIn(sampleFiles()),
+                         [](const auto& info) { return testNameOf(info.param); });
+
+}  // namespace
+}  // namespace Vantor::MXF
