@@ -25,9 +25,8 @@ inline void create(const Path& path, const std::string& text) { std::ofstream(pa
 class FolderTest : public testing::Test {
  protected:
   void SetUp() override {
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     std::random_device random;
-    const std::string name = "vantor-" + std::string(test->name()) + "-" + std::to_string(random());
+    const std::string name = "vantor-" + std::to_string(random()) + "-" + std::to_string(random());
     folder_ = std::filesystem::temp_directory_path() / name;
     ASSERT_TRUE(std::filesystem::create_directory(folder_));
   }

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <vector>
+
+#include "Core/DataIO/DataSink.h"
+#include "Core/DataIO/File.h"
+#include "Core/MXF/FileStructure.h"
+#include "Core/MXF/HeaderMetadataReplacement.h"
+#include "Core/MXF/KLVHeader.h"
+#include "Core/MXF/ReplacementPlan.h"
+#include "Core/Platform/Containers.h"
+
+namespace Vantor::MXF {
+
+/// Writes one copy of a file with other header metadata; see rewrite(). What it is given outlives it.
+class FileRewriter {
+ public:
+  /// Computes where everything will be.
+  /// @throws Exceptions::InvalidLength as sizeInCopy().
+  FileRewriter(DataIO::File::FileDataSource& source, const FileStructure& structure,
+               const std::vector<PlannedReplacement>& replacements);
+
+  /// @throws what source, output and progress throw.
+  void write(DataIO::DataSink& output, const Progress& progress);
+
+ private:
+  /// What becomes of one partition.
+  struct Target {
+    uint64 offset = 0;  ///< of its pack in the copy, run-in included
+    const PlannedReplacement* replacement = nullptr;
+    uint64 metadataSize = 0;  ///< with the fill behind them, as sizeInCopy(); of no meaning without replacement
+  };
+
+  void writePartition(std::size_t number);
+  void writePack(std::size_t number);
+  void writeReplacement(const Target& target);
+  void writeRandomIndexPack(const KLVHeader& pack);
+  void copyTo(uint64 end);
+
+  DataIO::File::FileDataSource& source_;
+  const FileStructure& structure_;
+  std::vector<Target> targets_;
+  uint64 total_ = 0;  ///< the copy's size
+  Bytes buffer_;
+  DataIO::DataSink* output_ = nullptr;  ///< while write() runs
+};
+
+}  // namespace Vantor::MXF

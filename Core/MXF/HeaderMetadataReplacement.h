@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <vector>
+
+#include "Core/DataIO/DataSink.h"
+#include "Core/Platform/Containers.h"
+#include "Core/Platform/Path.h"
+#include "Core/Platform/Types.h"
+
+/// Puts other header metadata into the partitions of an existing MXF file. All else of the file stays as it is:
+/// essence, index tables, generic streams, dark KLVs outside of header metadata, the statuses, labels and versions of
+/// the partition packs. Metadata that repeat others are not looked at: whoever replaces those of the header partition
+/// decides about the footer partition's, too.
+///
+/// All functions here read the file's structure anew and refuse what refuseUnsafe() refuses. They throw Exceptions:
+/// ParseError with the offset when the file is damaged; InvalidFormat naming the partition when a replacement is not
+/// what it should be; IOError naming the file when it must not be changed, cannot be, or is changed by another program
+/// meanwhile.
+namespace Vantor::MXF {
+
+/// New header metadata for one partition, which has some already.
+struct MetadataReplacement {
+  std::size_t partition = 0;  ///< its number in file order; 0 is the header partition
+  Bytes bytes;                ///< a primer pack, then sets, as writeHeaderMetadata() writes them; no fill behind them
+};
+using MetadataReplacements = std::vector<MetadataReplacement>;
+
+/// The largest KAG size to which a partition is padded, in bytes; a larger one is taken for damage.
+constexpr uint64 kMaxKAGSize = uint64{1} << 20;
+
+/// Called with how many bytes of how many are written, at most about a hundred times, the last time with all of them.
+/// What it throws ends the work, and goes on to the caller.
+using Progress = std::function<void(uint64 done, uint64 total)>;
+
+/// Whether every replacement takes exactly the room of the header metadata that it replaces, fill behind these
+/// included, or leaves at least the 17 bytes of a fill item.
+bool fits(const Path& file, const MetadataReplacements& replacements);
+
+/// Writes the replacements, and fill behind them, into their places, and nothing else; takes no longer for a large
+/// file. A process or machine that stops leaves a journal beside the file, from which DataIO::File::recover() puts back
+/// the old bytes; see Core/DataIO/UndoJournal.h.
+/// @throws Exceptions::InvalidLength naming partition, size and room when a replacement does not fit, IOError also for
+/// what DataIO::File::changeInPlace() refuses. The file is as it was then.
+void replaceInPlace(const Path& file, const MetadataReplacements& replacements);
+
+/// Writes a copy of the file with the replacements. The copying takes a few MiB of memory, whatever the file's size.
+///
+/// Metadata that fit keep their room. Otherwise their partition becomes longer or shorter by a multiple of its KAG
+/// size, so that what stood on that grid stands on it again. The partition packs and the random index pack get the
+/// offsets and counts of the copy; a footer partition that they did not name stays unnamed. The run-in is kept.
+/// @param output  gets the copy from its first byte on; what is in it after an exception is no MXF file.
+/// @throws Exceptions::IOError when the original has another size or time at the end than it had at the start, or has
+/// the journal of a stopped change; InvalidLength when the KAG size of a partition that has to grow is over
+/// kMaxKAGSize; also what the output throws.
+void rewrite(const Path& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
+             const Progress& progress = {});
+
+/// The same into a file, which appears whole or not at all and has then reached the medium; it may be the original.
+/// The target is refused, too, when it has the journal of a stopped change.
+void rewrite(const Path& original, const MetadataReplacements& replacements, const Path& target,
+             const Progress& progress = {});
+
+}  // namespace Vantor::MXF
