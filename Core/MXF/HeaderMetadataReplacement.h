@@ -57,8 +57,9 @@ void replaceInPlace(const Path& file, const MetadataReplacements& replacements);
 void rewrite(const Path& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
              const Progress& progress = {});
 
-/// The same into a file, which appears whole or not at all and has then reached the medium; it may be the original.
-/// The target is refused, too, when it has the journal of a stopped change.
+/// The same into a file, which appears whole or not at all and has then reached the medium; it may be the original,
+/// whose other hard links then keep the old file. The target is refused, too, when it has the journal of a stopped
+/// change.
 void rewrite(const Path& original, const MetadataReplacements& replacements, const Path& target,
              const Progress& progress = {});
 

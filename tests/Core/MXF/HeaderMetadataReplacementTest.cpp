@@ -2,17 +2,10 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <chrono>
-#include <cstdlib>
-#include <stdexcept>
-#include <utility>
-
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/Platform/Exceptions.h"
-#include "tests/Core/DataIO/FolderTest.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
-#include "tests/Core/MXF/WholeFile.h"
+#include "tests/Core/MXF/ReplacementTest.h"
 #include "tests/SampleFiles.h"
 
 namespace Vantor::MXF {
@@ -27,56 +20,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 
-constexpr uint64 kOldSize = 600;
-
-Bytes essence(uint8 octet) { return klv(kPictureElement, Bytes(3000, octet)); }
-
-/// A header with metadata and an index table, two bodies, the second with metadata that repeat, a generic stream, and a
-/// footer with metadata and an index table.
-FileSpec fivePartitions(uint32 kag = 1, uint64 spare = 0) {
-  FileSpec spec;
-  spec.partitions.resize(5);
-  for (auto& partition : spec.partitions) partition.kag = kag;
-  spec.partitions[0].kind = KLV::PartitionKind::kHeader;
-  spec.partitions[0].status = KLV::PartitionStatus::kOpenComplete;
-  spec.partitions[0].indexTable = indexTable();
-  spec.partitions[1].essence = essence(1);
-  spec.partitions[1].bodySID = 1;
-  spec.partitions[2].essence = essence(2);
-  spec.partitions[2].bodySID = 2;
-  spec.partitions[3].status = KLV::PartitionStatus::kGenericStream;
-  spec.partitions[3].essence = klv(keyOf("06.0E.2B.34.01.01.01.0C.0D.01.05.09.01.00.00.00"), Bytes(77, 3));
-  spec.partitions[3].bodySID = 3;
-  spec.partitions[4].kind = KLV::PartitionKind::kFooter;
-  spec.partitions[4].indexTable = indexTable();
-  for (const std::size_t i : {0, 2, 4}) {
-    spec.partitions[i].metadata = metadataOfSize(kOldSize, 1);
-    spec.partitions[i].spare = spare;
-  }
-  return spec;
-}
-
-MetadataReplacement replacement(std::size_t partition, std::size_t size) {
-  return {partition, metadataOfSize(size, static_cast<uint8>(0x20 + partition))};
-}
-
-/// From where to where the header metadata of a partition go, with the fill behind them.
-MetadataRoom roomOf(const Path& path, std::size_t number) {
-  FileDataSource source(path);
-  return *findMetadataRoom(source, readStructure(source), number);
-}
-
-class ReplacementTest : public FolderTest {
- protected:
-  Path write(const FileSpec& spec, const char* name = "a.mxf") { return write(fileOf(spec), name); }
-  Path write(const Bytes& bytes, const char* name = "a.mxf") {
-    create(folder_ / name, std::string(bytes.begin(), bytes.end()));
-    return folder_ / name;
-  }
-};
-
 class InPlaceTest : public ReplacementTest {};
-class RewriteTest : public ReplacementTest {};
 
 TEST_F(InPlaceTest, WritesMetadataAndFillAndNothingElse) {
   for (const uint64 spare : {0, 17, 18, 19, 20, 21, 300, 70000}) {
@@ -180,189 +124,6 @@ TEST_F(InPlaceTest, TakesNoTimeOrMemoryForEssence) {
   EXPECT_EQ(roomOf(file, 0).size, kOldSize);
 }
 
-/// Layouts and sizes of new metadata, all in all.
-struct RewriteCase {
-  uint32 kag;
-  std::size_t runIn;
-  bool hasRandomIndexPack;
-};
-
-void PrintTo(const RewriteCase& one, std::ostream* out) {
-  *out << "KAG " << one.kag << ", run-in " << one.runIn << ", random index pack " << one.hasRandomIndexPack;
-}
-
-class RewriteCaseTest : public ReplacementTest, public testing::WithParamInterface<RewriteCase> {
- protected:
-  FileSpec spec() const {
-    FileSpec spec = fivePartitions(GetParam().kag);
-    spec.runIn = GetParam().runIn;
-    spec.hasRandomIndexPack = GetParam().hasRandomIndexPack;
-    return spec;
-  }
-
-  /// What `scripts/check-partitions` has to say, nothing when all is well.
-  std::string complaint(const Path& file, const Path& original) const {
-    const Path script = Path(VANTOR_TEST_DATA_DIR) / ".." / ".." / "scripts" / "check-partitions";
-    const std::string output = (folder_ / "output").string();
-    const std::string command = "python3 '" + script.string() + "' '" + file.string() + "' --original '" +
-                                original.string() + "' > '" + output + "' 2>&1";
-    return std::system(command.c_str()) == 0 ? "" : contents(output);
-  }
-};
-
-TEST_P(RewriteCaseTest, IsTheFileThatHadBeenWrittenWithTheNewMetadata) {
-  const Path file = write(spec());
-  const std::size_t room = roomOf(file, 0).size;
-  for (const std::size_t size : {room + 1, room + 512, room + 10000, room - 1, room - 16}) {
-    for (const std::vector<std::size_t>& where : {std::vector<std::size_t>{0}, {0, 2, 4}}) {
-      FileSpec expected = spec();
-      MetadataReplacements replacements;
-      for (const std::size_t partition : where) {
-        replacements.push_back(replacement(partition, size));
-        expected.partitions[partition].metadata = replacements.back().bytes;
-      }
-      DataIO::Memory::MemoryDataSink sink;
-      rewrite(file, replacements, sink);
-      EXPECT_EQ(sink.take(), fileOf(expected)) << size << " bytes for " << where.size() << " from " << where[0];
-    }
-  }
-}
-
-TEST_P(RewriteCaseTest, IsInOrderForAWitness) {
-  if (std::system("python3 --version > /dev/null 2>&1") != 0) GTEST_SKIP() << "there is no Python";
-  const Path file = write(spec());
-  const Path copy = folder_ / "b.mxf";
-  ASSERT_EQ(complaint(file, file), "");
-  rewrite(file, {replacement(0, 5000), replacement(2, kOldSize - 3), replacement(4, 3001)}, copy);
-  EXPECT_EQ(complaint(copy, file), "");
-  EXPECT_EQ(metadataIn(copy, 0), replacement(0, 5000).bytes);
-  EXPECT_EQ(metadataIn(copy, 2), replacement(2, kOldSize - 3).bytes);
-  EXPECT_EQ(metadataIn(copy, 4), replacement(4, 3001).bytes);
-}
-
-INSTANTIATE_TEST_SUITE_P(Layouts, RewriteCaseTest,
-                         testing::Values(RewriteCase{0, 0, true}, RewriteCase{1, 0, true}, RewriteCase{1, 11, false},
-                                         RewriteCase{256, 0, false}, RewriteCase{256, 4096, true},
-                                         RewriteCase{512, 0, true}, RewriteCase{512, 77, true},
-                                         RewriteCase{4096, 65535, false}));
-
-TEST_F(RewriteTest, IsWhatReplacingInPlaceWritesWhereThatIsPossible) {
-  const MetadataReplacements replacements = {replacement(0, 300), replacement(4, 620)};
-  for (const uint32 kag : {1, 512}) {
-    const Path file = write(fivePartitions(kag, 200));
-    rewrite(file, replacements, folder_ / "b.mxf");
-    replaceInPlace(file, replacements);
-    EXPECT_EQ(bytesOf(folder_ / "b.mxf"), bytesOf(file));
-  }
-}
-
-TEST_F(RewriteTest, CopiesTheFileWithoutReplacements) {
-  const Path file = write(fivePartitions(512));
-  rewrite(file, {}, folder_ / "b.mxf");
-  EXPECT_EQ(bytesOf(folder_ / "b.mxf"), bytesOf(file));
-}
-
-TEST_F(RewriteTest, MayHaveTheOriginalAsItsTarget) {
-  const Path file = write(fivePartitions(512));
-  rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
-  rewrite(file, {replacement(0, 5000)}, file);
-  EXPECT_EQ(bytesOf(file), bytesOf(folder_ / "b.mxf"));
-  EXPECT_THAT(names(), testing::UnorderedElementsAre("a.mxf", "b.mxf"));
-}
-
-TEST_F(RewriteTest, LeavesLinksToAFooterOutThatWereNotThere) {
-  FileSpec spec = fivePartitions();
-  Bytes bytes = fileOf(spec);
-  const auto forget = [&](uint64 pack) { std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(pack) + 44, 8, 0); };
-  FileDataSource source(write(spec));
-  const FileStructure structure = readStructure(source);
-  for (std::size_t i = 0; i < 4; ++i) forget(structure.partitions[i].offset);
-  const Path file = write(bytes);
-  rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
-  const FileStructure copied = readStructure(folder_ / "b.mxf");
-  ASSERT_EQ(copied.partitions.size(), 5u);
-  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(copied.partitions[i].pack.footerPartition, 0u);
-  EXPECT_EQ(copied.partitions[4].pack.footerPartition, copied.partitions[4].offset);
-}
-
-TEST_F(RewriteTest, RepairsLinksBetweenPartitions) {
-  Bytes bytes = fileOf(fivePartitions());
-  const FileStructure structure = readStructure(write(bytes));
-  for (std::size_t i = 1; i < 5; ++i) bytes[structure.partitions[i].offset + 20 + 16 + 7] ^= 0x55;  // PreviousPartition
-  const Path file = write(bytes);
-  ASSERT_EQ(readStructure(file).source, StructureSource::kWalk);
-  rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
-  EXPECT_EQ(readStructure(folder_ / "b.mxf").source, StructureSource::kRandomIndexPack);
-}
-
-TEST_F(RewriteTest, FindsARandomIndexPackWithZerosBehindIt) {
-  const Path file = write(fileOf(fivePartitions()) + zeros(100));
-  rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
-  FileSpec expected = fivePartitions();
-  expected.partitions[0].metadata = replacement(0, 5000).bytes;
-  EXPECT_EQ(bytesOf(folder_ / "b.mxf"), fileOf(expected) + zeros(100));
-}
-
-TEST_F(RewriteTest, RefusesAKAGThatIsNone) {
-  Bytes bytes = fileOf(fivePartitions());
-  bytes[20 + 4] = 0xff;
-  const Path file = write(bytes);
-  EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf"); },
-              ThrowsMessage<InvalidLength>(HasSubstr("partition 0 cannot be padded to a KAG of 4278190081 bytes")));
-  EXPECT_NO_THROW(rewrite(file, {replacement(0, kOldSize)}, folder_ / "b.mxf"));
-}
-
-TEST_F(RewriteTest, TellsHowFarItIs) {
-  const Path file = write(fivePartitions(512));
-  std::vector<uint64> done;
-  uint64 all = 0;
-  rewrite(file, {replacement(0, 500000)}, folder_ / "b.mxf", [&](uint64 bytes, uint64 total) {
-    done.push_back(bytes);
-    all = total;
-  });
-  EXPECT_EQ(all, fs::file_size(folder_ / "b.mxf"));
-  EXPECT_EQ(done.back(), all);
-  EXPECT_TRUE(std::is_sorted(done.begin(), done.end()));
-  EXPECT_EQ(std::count(done.begin(), done.end(), all), 1);
-  EXPECT_GT(done.size(), 2u);
-  EXPECT_LE(done.size(), 102u);
-}
-
-TEST_F(RewriteTest, LeavesNoOutputWhenTheOriginalIsChangedMeanwhile) {
-  const Path file = write(fivePartitions());
-  const auto time = fs::last_write_time(file);
-  const auto refused = [&](const std::function<void()>& change) {
-    bool isDone = false;
-    const auto changeOnce = [&](uint64, uint64) {
-      if (!std::exchange(isDone, true)) change();
-    };
-    EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf", changeOnce); },
-                ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile")));
-    EXPECT_THAT(names(), ElementsAre("a.mxf"));
-  };
-  refused([&] { fs::last_write_time(file, time + std::chrono::seconds(5)); });
-  refused([&] {
-    fs::resize_file(file, fs::file_size(file) + 1);
-    fs::last_write_time(file, time + std::chrono::seconds(5));
-  });
-}
-
-TEST_F(RewriteTest, IsStoppedByAnExceptionOfTheProgress) {
-  const Path file = write(fivePartitions());
-  const auto stop = [](uint64, uint64) { throw std::runtime_error("stop"); };
-  EXPECT_THROW(rewrite(file, {}, folder_ / "b.mxf", stop), std::runtime_error);
-  EXPECT_THAT(names(), ElementsAre("a.mxf"));
-}
-
-TEST_F(RewriteTest, RefusesFilesWithTheJournalOfAStoppedChange) {
-  const Path file = write(fivePartitions());
-  const Path other = write(fivePartitions(), "b.mxf");
-  create(DataIO::File::journalPath(other), "mxfxml-j");
-  const auto refusal = ThrowsMessage<IOError>(HasSubstr("b.mxf': an earlier change of it was stopped"));
-  EXPECT_THAT([&] { rewrite(other, {}, folder_ / "c.mxf"); }, refusal);
-  EXPECT_THAT([&] { rewrite(file, {}, other); }, refusal);
-}
-
 #ifdef __linux__
 
 TEST_F(InPlaceTest, IsUndoneOrDoneWhenItIsKilledAtAnyOfManySystemCalls) {
@@ -386,48 +147,6 @@ TEST_F(InPlaceTest, IsUndoneOrDoneWhenItIsKilledAtAnyOfManySystemCalls) {
   EXPECT_EQ(bytesOf(file), expected);
   EXPECT_GT(kills, 30);
   EXPECT_GT(restored, 2);
-}
-
-TEST_F(RewriteTest, LeavesNoOutputOnAFullDisk) {
-  const Path file = write(fivePartitions());
-  EXPECT_EQ(runWithFileSizeLimit(4000, [&] { rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf"); }),
-            Ending::kFailed);
-  EXPECT_EQ(runWithFileSizeLimit(4000, [&] { rewrite(file, {replacement(0, 5000)}, file); }), Ending::kFailed);
-  EXPECT_EQ(bytesOf(file), fileOf(fivePartitions()));
-  EXPECT_THAT(names(), ElementsAre("a.mxf"));
-}
-
-/// Takes all bytes and counts them.
-class CountingSink : public DataIO::DataSink {
- public:
-  void write(const uint8*, std::size_t size) override { size_ += size; }
-  uint64 position() const override { return size_; }
-
- private:
-  uint64 size_ = 0;
-};
-
-TEST_F(RewriteTest, TakesMemoryForBuffersButNotForTheFile) {
-  FileSpec spec = fivePartitions(512);
-  spec.partitions.pop_back();
-  spec.partitions[0].status = KLV::PartitionStatus::kClosedComplete;
-  spec.hasRandomIndexPack = false;
-  const uint64 length = uint64{64} << 20;
-  const Bytes start = fileOf(spec) + klvHeader(kPictureElement, length);
-  const Path file = write(start);
-  fs::resize_file(file, start.size() + length);
-  const auto usedMemory = [] {
-    struct rusage usage {};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss;  // in KiB
-  };
-  const auto rewriteInLittleMemory = [&] {
-    const auto before = usedMemory();
-    CountingSink sink;
-    rewrite(file, {replacement(0, 5000)}, sink);
-    if (sink.position() < length || usedMemory() - before > 8 << 10) throw std::runtime_error("too much");
-  };
-  EXPECT_EQ(runWithFileSizeLimit(RLIM_INFINITY, rewriteInLittleMemory), Ending::kFinished);
 }
 
 #endif

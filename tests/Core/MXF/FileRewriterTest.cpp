@@ -1,0 +1,297 @@
+#include "Core/MXF/FileRewriter.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <stdexcept>
+#include <utility>
+
+#include "Core/DataIO/UndoJournal.h"
+#include "Core/Platform/Exceptions.h"
+#include "tests/Core/DataIO/StoppedProcess.h"
+#include "tests/Core/MXF/ReplacementTest.h"
+
+namespace Vantor::MXF {
+namespace {
+
+namespace fs = std::filesystem;
+using DataIO::File::FileDataSource;
+using Exceptions::InvalidLength;
+using Exceptions::IOError;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+class RewriteTest : public ReplacementTest {};
+
+/// Layouts and sizes of new metadata, all in all.
+struct RewriteCase {
+  uint32 kag;
+  std::size_t runIn;
+  bool hasRandomIndexPack;
+};
+
+void PrintTo(const RewriteCase& one, std::ostream* out) {
+  *out << "KAG " << one.kag << ", run-in " << one.runIn << ", random index pack " << one.hasRandomIndexPack;
+}
+
+class RewriteCaseTest : public ReplacementTest, public testing::WithParamInterface<RewriteCase> {
+ protected:
+  FileSpec spec() const {
+    FileSpec spec = fivePartitions(GetParam().kag);
+    spec.runIn = GetParam().runIn;
+    spec.hasRandomIndexPack = GetParam().hasRandomIndexPack;
+    return spec;
+  }
+
+  /// What `scripts/check-partitions` has to say, nothing when all is well.
+  std::string complaint(const Path& file, const Path& original) const {
+    const Path script = Path(VANTOR_TEST_DATA_DIR) / ".." / ".." / "scripts" / "check-partitions";
+    const std::string output = (folder_ / "output").string();
+    const std::string command = "python3 '" + script.string() + "' '" + file.string() + "' --original '" +
+                                original.string() + "' > '" + output + "' 2>&1";
+    return std::system(command.c_str()) == 0 ? "" : contents(output);
+  }
+};
+
+TEST_P(RewriteCaseTest, IsTheFileThatHadBeenWrittenWithTheNewMetadata) {
+  const Path file = write(spec());
+  const std::size_t room = roomOf(file, 0).size;
+  for (const std::size_t size : {room + 1, room + 512, room + 10000, room - 1, room - 16}) {
+    for (const std::vector<std::size_t>& where : {std::vector<std::size_t>{0}, {0, 2, 4}}) {
+      FileSpec expected = spec();
+      MetadataReplacements replacements;
+      for (const std::size_t partition : where) {
+        replacements.push_back(replacement(partition, size));
+        expected.partitions[partition].metadata = replacements.back().bytes;
+      }
+      DataIO::Memory::MemoryDataSink sink;
+      rewrite(file, replacements, sink);
+      EXPECT_EQ(sink.take(), fileOf(expected)) << size << " bytes for " << where.size() << " from " << where[0];
+    }
+  }
+}
+
+TEST_P(RewriteCaseTest, IsInOrderForAWitness) {
+  if (std::system("python3 --version > /dev/null 2>&1") != 0) GTEST_SKIP() << "there is no Python";
+  const Path file = write(spec());
+  const Path copy = folder_ / "b.mxf";
+  ASSERT_EQ(complaint(file, file), "");
+  rewrite(file, {replacement(0, 5000), replacement(2, kOldSize - 3), replacement(4, 3001)}, copy);
+  EXPECT_EQ(complaint(copy, file), "");
+  EXPECT_EQ(metadataIn(copy, 0), replacement(0, 5000).bytes);
+  EXPECT_EQ(metadataIn(copy, 2), replacement(2, kOldSize - 3).bytes);
+  EXPECT_EQ(metadataIn(copy, 4), replacement(4, 3001).bytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(Layouts, RewriteCaseTest,
+                         testing::Values(RewriteCase{0, 0, true}, RewriteCase{1, 0, true}, RewriteCase{1, 11, false},
+                                         RewriteCase{256, 0, false}, RewriteCase{256, 4096, true},
+                                         RewriteCase{512, 0, true}, RewriteCase{512, 77, true},
+                                         RewriteCase{4096, 65535, false}));
+
+TEST_F(RewriteTest, IsWhatReplacingInPlaceWritesWhereThatIsPossible) {
+  const MetadataReplacements replacements = {replacement(0, 300), replacement(4, 620)};
+  for (const uint32 kag : {1, 512}) {
+    const Path file = write(fivePartitions(kag, 200));
+    rewrite(file, replacements, folder_ / "b.mxf");
+    replaceInPlace(file, replacements);
+    EXPECT_EQ(bytesOf(folder_ / "b.mxf"), bytesOf(file));
+  }
+}
+
+TEST_F(RewriteTest, CopiesTheFileWithoutReplacements) {
+  const Path file = write(fivePartitions(512));
+  rewrite(file, {}, folder_ / "b.mxf");
+  EXPECT_EQ(bytesOf(folder_ / "b.mxf"), bytesOf(file));
+}
+
+TEST_F(RewriteTest, MayHaveTheOriginalAsItsTarget) {
+  const Path file = write(fivePartitions(512));
+  rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
+  rewrite(file, {replacement(0, 5000)}, file);
+  EXPECT_EQ(bytesOf(file), bytesOf(folder_ / "b.mxf"));
+  EXPECT_THAT(names(), testing::UnorderedElementsAre("a.mxf", "b.mxf"));
+}
+
+TEST_F(RewriteTest, LeavesLinksToAFooterOutThatWereNotThere) {
+  FileSpec spec = fivePartitions();
+  Bytes bytes = fileOf(spec);
+  const auto forget = [&](uint64 pack) { std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(pack) + 44, 8, 0); };
+  FileDataSource source(write(spec));
+  const FileStructure structure = readStructure(source);
+  for (std::size_t i = 0; i < 4; ++i) forget(structure.partitions[i].offset);
+  const Path file = write(bytes);
+  rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
+  const FileStructure copied = readStructure(folder_ / "b.mxf");
+  ASSERT_EQ(copied.partitions.size(), 5u);
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(copied.partitions[i].pack.footerPartition, 0u);
+  EXPECT_EQ(copied.partitions[4].pack.footerPartition, copied.partitions[4].offset);
+}
+
+TEST_F(RewriteTest, RepairsLinksBetweenPartitions) {
+  Bytes bytes = fileOf(fivePartitions());
+  const FileStructure structure = readStructure(write(bytes));
+  for (std::size_t i = 1; i < 5; ++i) bytes[structure.partitions[i].offset + 20 + 16 + 7] ^= 0x55;  // PreviousPartition
+  const Path file = write(bytes);
+  ASSERT_EQ(readStructure(file).source, StructureSource::kWalk);
+  rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
+  EXPECT_EQ(readStructure(folder_ / "b.mxf").source, StructureSource::kRandomIndexPack);
+}
+
+TEST_F(RewriteTest, FindsARandomIndexPackWithZerosBehindIt) {
+  const Path file = write(fileOf(fivePartitions()) + zeros(100));
+  rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
+  FileSpec expected = fivePartitions();
+  expected.partitions[0].metadata = replacement(0, 5000).bytes;
+  EXPECT_EQ(bytesOf(folder_ / "b.mxf"), fileOf(expected) + zeros(100));
+}
+
+/// The bytes that say what is where: partition packs, fill behind them, primer packs and the random index pack.
+std::vector<std::size_t> structuralBytes(const Path& path) {
+  std::vector<std::size_t> bytes;
+  const FileStructure structure = readStructure(path);
+  const auto add = [&](uint64 from, uint64 to) {
+    for (; from < to; ++from) bytes.push_back(static_cast<std::size_t>(from));
+  };
+  for (const auto& partition : structure.partitions) add(partition.offset, partition.packEnd + 24);
+  add(structure.fileSize - 100, structure.fileSize);
+  return bytes;
+}
+
+TEST_F(RewriteTest, RefusesADamagedFileOrMakesOneThatCanBeRead) {
+  const Bytes sound = fileOf(fivePartitions());
+  const auto places = structuralBytes(write(sound));
+  int copies = 0;
+  int refusals = 0;
+  for (std::size_t i = 0; i < places.size(); i += 3) {
+    Bytes bytes = sound;
+    bytes[places[i]] ^= i % 2 == 0 ? 0x01 : 0xff;
+    const Path file = write(bytes);
+    DataIO::Memory::MemoryDataSink sink;
+    try {
+      rewrite(file, {replacement(0, 5000), replacement(4, 700)}, sink);
+    } catch (const Exceptions::BaseException&) {
+      ++refusals;
+      continue;
+    }
+    ++copies;
+    const FileStructure copied = readStructure(write(sink.take(), "b.mxf"));
+    EXPECT_EQ(copied.partitions.size(), readStructure(file).partitions.size()) << "damage at " << places[i];
+    EXPECT_NE(copied.source, StructureSource::kWalk) << "damage at " << places[i];
+    EXPECT_EQ(metadataIn(folder_ / "b.mxf", 0), replacement(0, 5000).bytes) << "damage at " << places[i];
+  }
+  EXPECT_GT(copies, 20);
+  EXPECT_GT(refusals, 20);
+}
+
+TEST_F(RewriteTest, RefusesAKAGThatIsNone) {
+  Bytes bytes = fileOf(fivePartitions());
+  bytes[20 + 4] = 0xff;
+  const Path file = write(bytes);
+  EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf"); },
+              ThrowsMessage<InvalidLength>(HasSubstr("partition 0 cannot be padded to a KAG of 4278190081 bytes")));
+  EXPECT_NO_THROW(rewrite(file, {replacement(0, kOldSize)}, folder_ / "b.mxf"));
+}
+
+TEST_F(RewriteTest, TellsHowFarItIs) {
+  const Path file = write(fivePartitions(512));
+  std::vector<uint64> done;
+  uint64 all = 0;
+  rewrite(file, {replacement(0, 500000)}, folder_ / "b.mxf", [&](uint64 bytes, uint64 total) {
+    done.push_back(bytes);
+    all = total;
+  });
+  EXPECT_EQ(all, fs::file_size(folder_ / "b.mxf"));
+  EXPECT_EQ(done.back(), all);
+  EXPECT_TRUE(std::is_sorted(done.begin(), done.end()));
+  EXPECT_EQ(std::count(done.begin(), done.end(), all), 1);
+  EXPECT_GT(done.size(), 2u);
+  EXPECT_LE(done.size(), 102u);
+}
+
+TEST_F(RewriteTest, LeavesNoOutputWhenTheOriginalIsChangedMeanwhile) {
+  const Path file = write(fivePartitions());
+  const auto time = fs::last_write_time(file);
+  const auto refused = [&](const std::function<void()>& change) {
+    bool isDone = false;
+    const auto changeOnce = [&](uint64, uint64) {
+      if (!std::exchange(isDone, true)) change();
+    };
+    EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf", changeOnce); },
+                ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile")));
+    EXPECT_THAT(names(), ElementsAre("a.mxf"));
+  };
+  refused([&] { fs::last_write_time(file, time + std::chrono::seconds(5)); });
+  refused([&] {
+    fs::resize_file(file, fs::file_size(file) + 1);
+    fs::last_write_time(file, time + std::chrono::seconds(5));
+  });
+}
+
+TEST_F(RewriteTest, IsStoppedByAnExceptionOfTheProgress) {
+  const Path file = write(fivePartitions());
+  const auto stop = [](uint64, uint64) { throw std::runtime_error("stop"); };
+  EXPECT_THROW(rewrite(file, {}, folder_ / "b.mxf", stop), std::runtime_error);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(RewriteTest, RefusesFilesWithTheJournalOfAStoppedChange) {
+  const Path file = write(fivePartitions());
+  const Path other = write(fivePartitions(), "b.mxf");
+  create(DataIO::File::journalPath(other), "mxfxml-j");
+  const auto refusal = ThrowsMessage<IOError>(HasSubstr("b.mxf': an earlier change of it was stopped"));
+  EXPECT_THAT([&] { rewrite(other, {}, folder_ / "c.mxf"); }, refusal);
+  EXPECT_THAT([&] { rewrite(file, {}, other); }, refusal);
+}
+
+#ifdef __linux__
+
+TEST_F(RewriteTest, LeavesNoOutputOnAFullDisk) {
+  const Path file = write(fivePartitions());
+  EXPECT_EQ(runWithFileSizeLimit(4000, [&] { rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf"); }),
+            Ending::kFailed);
+  EXPECT_EQ(runWithFileSizeLimit(4000, [&] { rewrite(file, {replacement(0, 5000)}, file); }), Ending::kFailed);
+  EXPECT_EQ(bytesOf(file), fileOf(fivePartitions()));
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+/// Takes all bytes and counts them.
+class CountingSink : public DataIO::DataSink {
+ public:
+  void write(const uint8*, std::size_t size) override { size_ += size; }
+  uint64 position() const override { return size_; }
+
+ private:
+  uint64 size_ = 0;
+};
+
+TEST_F(RewriteTest, TakesMemoryForBuffersButNotForTheFile) {
+  FileSpec spec = fivePartitions(512);
+  spec.partitions.pop_back();
+  spec.partitions[0].status = KLV::PartitionStatus::kClosedComplete;
+  spec.hasRandomIndexPack = false;
+  const uint64 length = uint64{64} << 20;
+  const Bytes start = fileOf(spec) + klvHeader(kPictureElement, length);
+  const Path file = write(start);
+  fs::resize_file(file, start.size() + length);
+  const auto usedMemory = [] {
+    struct rusage usage {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;  // in KiB
+  };
+  const auto rewriteInLittleMemory = [&] {
+    const auto before = usedMemory();
+    CountingSink sink;
+    rewrite(file, {replacement(0, 5000)}, sink);
+    if (sink.position() < length || usedMemory() - before > 8 << 10) throw std::runtime_error("too much");
+  };
+  EXPECT_EQ(runWithFileSizeLimit(RLIM_INFINITY, rewriteInLittleMemory), Ending::kFinished);
+}
+
+#endif
+
+}  // namespace
+}  // namespace Vantor::MXF

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+#include "Core/MXF/HeaderMetadataReplacement.h"
+#include "tests/Core/DataIO/FolderTest.h"
+#include "tests/Core/MXF/WholeFile.h"
+
+/// What the tests of replaced header metadata have in common.
+namespace Vantor::MXF {
+
+/// Of the header metadata in `fivePartitions()`.
+constexpr uint64 kOldSize = 600;
+
+inline Bytes essence(uint8 octet) { return klv(kPictureElement, Bytes(3000, octet)); }
+
+/// A header with metadata and an index table, two bodies, the second with metadata that repeat, a generic stream, and a
+/// footer with metadata and an index table.
+inline FileSpec fivePartitions(uint32 kag = 1, uint64 spare = 0) {
+  FileSpec spec;
+  spec.partitions.resize(5);
+  for (auto& partition : spec.partitions) partition.kag = kag;
+  spec.partitions[0].kind = KLV::PartitionKind::kHeader;
+  spec.partitions[0].status = KLV::PartitionStatus::kOpenComplete;
+  spec.partitions[0].indexTable = indexTable();
+  spec.partitions[1].essence = essence(1);
+  spec.partitions[1].bodySID = 1;
+  spec.partitions[2].essence = essence(2);
+  spec.partitions[2].bodySID = 2;
+  spec.partitions[3].status = KLV::PartitionStatus::kGenericStream;
+  spec.partitions[3].essence = klv(keyOf("06.0E.2B.34.01.01.01.0C.0D.01.05.09.01.00.00.00"), Bytes(77, 3));
+  spec.partitions[3].bodySID = 3;
+  spec.partitions[4].kind = KLV::PartitionKind::kFooter;
+  spec.partitions[4].indexTable = indexTable();
+  for (const std::size_t i : {0, 2, 4}) {
+    spec.partitions[i].metadata = metadataOfSize(kOldSize, 1);
+    spec.partitions[i].spare = spare;
+  }
+  return spec;
+}
+
+inline MetadataReplacement replacement(std::size_t partition, std::size_t size) {
+  return {partition, metadataOfSize(size, static_cast<uint8>(0x20 + partition))};
+}
+
+/// From where to where the header metadata of a partition go, with the fill behind them.
+inline MetadataRoom roomOf(const Path& path, std::size_t number) {
+  DataIO::File::FileDataSource source(path);
+  return *findMetadataRoom(source, readStructure(source), number);
+}
+
+class ReplacementTest : public FolderTest {
+ protected:
+  Path write(const FileSpec& spec, const char* name = "a.mxf") { return write(fileOf(spec), name); }
+  Path write(const Bytes& bytes, const char* name = "a.mxf") {
+    create(folder_ / name, std::string(bytes.begin(), bytes.end()));
+    return folder_ / name;
+  }
+};
+
+}  // namespace Vantor::MXF
