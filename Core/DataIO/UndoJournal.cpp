@@ -13,6 +13,7 @@ namespace Vantor::DataIO::File {
 namespace {
 
 namespace fs = std::filesystem;
+using Exceptions::IOError;
 
 constexpr const char* kSourceName = "Core/DataIO/UndoJournal";
 constexpr const char* kSuffix = ".mxfxml-journal";
@@ -71,7 +72,12 @@ void writePlace(DataSink& sink, FileDataSource& old, const Place& place) {
   forEachPiece(old, place.size, [&](uint64, const uint8* piece, std::size_t size) { sink.write(piece, size); });
 }
 
-void writeJournal(const Path& realFile, const std::vector<Place>& places) {
+void requireState(const Path& file, const FileState& expected) {
+  if (stateOf(file) == expected) return;
+  throwIOError("cannot change", file, "another program has changed it meanwhile; begin anew", __LINE__);
+}
+
+void writeJournal(const Path& realFile, const FileState& expected, const std::vector<Place>& places) {
   FileDataSource old(realFile);
   NewFile file(journalOf(realFile));
   std::error_code ignored;
@@ -82,6 +88,7 @@ void writeJournal(const Path& realFile, const std::vector<Place>& places) {
   writeBigEndian<uint64>(sink, old.size());
   for (const auto& place : places) writePlace(sink, old, place);
   writeBigEndian<uint64>(file, sink.check());
+  requireState(realFile, expected);
   file.commit();
 }
 
@@ -157,17 +164,12 @@ bool putBack(const Path& journalFile, FileUpdate& file) {
   if (journal->fileSize != file.size()) {
     throwIOError("cannot recover", file.path(),
                  "it has " + std::to_string(file.size()) + " bytes, and had " + std::to_string(journal->fileSize) +
-                     " when its journal was written",
+                     " when its journal was written; to keep it as it is, remove the journal",
                  __LINE__);
   }
   for (const auto& saved : journal->places) putBack(source, saved, file);
   file.flush();
   return true;
-}
-
-void requireState(const Path& file, const FileState& expected) {
-  if (stateOf(file) == expected) return;
-  throwIOError("cannot change", file, "another program has changed it meanwhile; begin anew", __LINE__);
 }
 
 void requireOneName(const Path& file) {
@@ -186,16 +188,25 @@ void requireNoJournal(const Path& realFile) {
                __LINE__);
 }
 
+void endChange(const Path& realFile) {
+  try {
+    removeFromDisk(journalOf(realFile));
+  } catch (const IOError& error) {
+    throwIOError("has been changed, but has its journal still:", realFile,
+                 error.message() + "; remove the journal to keep the change, or recover the file to undo it", __LINE__);
+  }
+}
+
 /// After a change threw: goes back, and tells how that went.
 [[noreturn]] void undo(FileUpdate& file, const std::string& failure, int line) {
   try {
     putBack(journalOf(file.path()), file);
     removeFromDisk(journalOf(file.path()));
   } catch (const std::exception& error) {
-    throw Exceptions::IOError(failure + "; recover the file before anything else, as that has failed: " + error.what(),
-                              kSourceName, line);
+    throw IOError(failure + "; recover the file before anything else, as that has failed: " + error.what(), kSourceName,
+                  line);
   }
-  throw Exceptions::IOError(failure + "; the file is as it was", kSourceName, line);
+  throw IOError(failure + "; the file is as it was", kSourceName, line);
 }
 
 }  // namespace
@@ -210,15 +221,14 @@ void changeInPlace(const Path& file, const FileState& expected, const std::vecto
   requireNoJournal(update.path());
   requireOneName(update.path());
   requireState(update.path(), expected);
-  writeJournal(update.path(), places);
+  writeJournal(update.path(), expected, places);
   try {
-    requireState(update.path(), expected);
     change(update);
     update.flush();
   } catch (const std::exception& error) {
     undo(update, error.what(), __LINE__);
   }
-  removeFromDisk(journalOf(update.path()));
+  endChange(update.path());
 }
 
 Recovery recover(const Path& file) {

@@ -38,7 +38,8 @@ bool hasJournal(const Path& file);
 /// @param expected  the state of the file that the change was made for.
 /// @throws Exceptions::IOError when the file has a journal, a further hard link, another state than expected, is not to
 /// be written, or the journal cannot be written: nothing of the file is changed then. Also when the file cannot be
-/// written, and the text tells whether the old bytes were put back or recover() is due.
+/// written, and the text tells whether the old bytes were put back or recover() is due; and when the journal of a
+/// change that is done cannot be removed, which the text tells, too.
 void changeInPlace(const Path& file, const FileState& expected, const std::vector<Place>& places,
                    const std::function<void(FileUpdate&)>& change);
 

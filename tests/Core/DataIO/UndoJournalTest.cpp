@@ -111,6 +111,18 @@ TEST_F(UndoJournalTest, TellsWhenTheOldBytesCannotBePutBack) {
   EXPECT_EQ(contents(file_), kOld);
 }
 
+TEST_F(UndoJournalTest, TellsWhenTheChangeIsDoneButTheJournalCannotBeRemoved) {
+  const auto obstruct = [&](FileUpdate& file) {
+    writeNew(file);
+    fs::remove(journalPath(file_));
+    fs::create_directories(journalPath(file_) / "sub");
+  };
+  EXPECT_THAT([&] { change(obstruct); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr("has been changed, but has its journal still: "),
+                                           HasSubstr("remove the journal to keep the change"))));
+  EXPECT_EQ(contents(file_), kNew);
+}
+
 TEST_F(UndoJournalTest, RefusesAFileWhoseChangeWasStopped) {
   create(journalPath(file_), "mxfxml-j");
   EXPECT_TRUE(hasJournal(file_));
