@@ -15,6 +15,7 @@ class Command {
   Command& operator=(const Command&) = delete;
 
   bool isChosen() const { return app_->parsed(); }
+  std::string name() const { return app_->get_name(); }
   /// The file that messages are about.
   const Path& input() const { return input_; }
   /// Does the whole task. Nothing was written to an output when it throws, except where the output itself failed or

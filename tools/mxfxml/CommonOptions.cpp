@@ -43,6 +43,11 @@ void addPartition(CLI::App& command, MXF::PartitionChoice& choice) {
       ->check(whyNoPartition);
 }
 
+void addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice, const std::string& description) {
+  const auto take = [&choice](const std::string& text) { choice = MXF::PartitionChoice::parse(text); };
+  command.add_option_function<std::string>("--partition", take, description)->type_name("WHICH")->check(whyNoPartition);
+}
+
 std::string describe(const MXF::PartitionChoice& choice) {
   return choice.kind() == MXF::PartitionChoice::Kind::kNumber ? choice.name() : "the " + choice.name();
 }

@@ -19,6 +19,9 @@ void addOutput(CLI::App& command, std::optional<Path>& output);
 /// --partition header|footer|N; left as it is when the option is not given.
 void addPartition(CLI::App& command, MXF::PartitionChoice& choice);
 
+/// The same, where no choice means something else than the header partition.
+void addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice, const std::string& description);
+
 /// How text tells of the chosen partition: "the header partition", "the footer partition" or "partition 2".
 std::string describe(const MXF::PartitionChoice& choice);
 

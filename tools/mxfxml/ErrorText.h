@@ -13,6 +13,12 @@ class CommandError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Options that do not go together, in words for the user.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// What is wrong with a dictionary file. The text names the file, which is not the subcommand's input.
 class DictionaryError : public std::runtime_error {
  public:

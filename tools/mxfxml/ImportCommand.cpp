@@ -6,47 +6,108 @@
 #include "Core/Platform/Path.h"
 #include "DiagnosticText.h"
 #include "ErrorText.h"
-#include "XML2Partition.h"
+#include "MetadataEdit.h"
+#include "ProgressBar.h"
+#include "StandardStreams.h"
 #include "XMLUtils/DocumentVocabulary.h"
 #include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
 
 ImportCommand::ImportCommand(CLI::App& program)
-    : Command(program, "import", "Write the header metadata of an XML document as an MXF file") {
+    : Command(program, "import", "Write the header metadata of an XML document as an MXF file, or into one") {
   addInput(app(), input(), "XML file");
-  app().add_option("-o,--output", output_, "Write to this file")->required()->type_name("OUTPUT.mxf");
+  addTarget();
+  addWayOfReading();
+  dictionary_.addDictionary(app());
+}
+
+void ImportCommand::addTarget() {
+  const auto take = [this](const std::string& text) { output_ = std::filesystem::u8path(text); };
+  auto* output =
+      app().add_option_function<std::string>("-o,--output", take, "Write to this file")->type_name("OUTPUT.mxf");
+  const auto takeInto = [this](const std::string& text) { into_ = std::filesystem::u8path(text); };
+  auto* into = app()
+                   .add_option_function<std::string>("--into", takeInto,
+                                                     "Write a copy of this file with what was edited since it was\n"
+                                                     "exported; all else in it stays as it is")
+                   ->type_name("ORIGINAL.mxf");
+  app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
+  addPartition(app(), partition_,
+               "The partition that was exported: header, footer or a number;\n"
+               "with --into, only it is changed. Without it, the header\n"
+               "partition and all that repeat its metadata are");
+}
+
+void ImportCommand::addWayOfReading() {
   auto* exact = app().add_flag("--exact", exact_, "Read the XML to the letter of its exact form, with what that loses");
   app()
       .add_flag("--strict", strict_,
                 "Fail where the document says something twice or that cannot be,\ninstead of "
                 "leaving it out with a warning")
       ->excludes(exact);
-  dictionary_.addDictionary(app());
+  exact->excludes("--into");
 }
 
 void ImportCommand::run() const {
-  refuseSameFile(input(), output_);
+  if (!output_ && !inPlace_) throw UsageError("-o is required, or --into with --in-place");
+  if (output_) refuseSameFile(input(), *output_);
+  if (into_) {
+    editFile();
+  } else {
+    writeHeaderOnly();
+  }
+}
+
+SharedPtr<const MetaMetadata::Dictionary> ImportCommand::dictionary() const {
   const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
   const auto vocabulary = XMLUtils::vocabularyOfFile(path.utf16());
-  PartitionMetadata metadata(dictionary_.load(vocabulary.value_or(MetaMetadata::Vocabulary::kLegacy)));
+  return dictionary_.load(vocabulary.value_or(MetaMetadata::Vocabulary::kLegacy));
+}
+
+void ImportCommand::writeHeaderOnly() const {
+  PartitionMetadata metadata(dictionary());
   read(metadata);
-  DataIO::File::AtomicFile file(output_);
+  DataIO::File::AtomicFile file(*output_);
   MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
   file.commit();
 }
 
-void ImportCommand::read(PartitionMetadata& metadata) const {
+void ImportCommand::editFile() const {
+  const auto definitions = dictionary();
+  PartitionMetadata edited(definitions);
+  const auto import = read(edited);
+  try {
+    MetadataEdit edit(*into_, definitions, partition_);
+    edit.apply(edited, import);
+    for (const auto& remark : edit.remarks()) printMessage(into_->u8string() + ": " + remark);
+    write(edit);
+  } catch (...) {
+    throw CommandError(into_->u8string() + ": " + currentExceptionText());
+  }
+}
+
+void ImportCommand::write(const MetadataEdit& edit) const {
+  if (inPlace_) {
+    edit.writeInPlace(progressBar());
+  } else {
+    edit.writeCopy(*output_, progressBar());
+  }
+  writeStandardOutput(edit.summary() + "\n");
+}
+
+XML2Partition::LosslessImport ImportCommand::read(PartitionMetadata& metadata) const {
   const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
   if (exact_) {
-    XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
-    return;
+    XML2Partition::LosslessImport import;
+    import.sets = XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
+    return import;
   }
-  const auto import = XML2Partition::importLosslesslyFromFile(path.utf16(), &metadata);
+  auto import = XML2Partition::importLosslesslyFromFile(path.utf16(), &metadata);
   for (const auto& diagnostic : import.diagnostics) {
     printMessage(input().u8string() + ": " + (strict_ ? "" : "warning: ") + describe(diagnostic));
   }
-  if (!strict_ || import.diagnostics.empty()) return;
+  if (!strict_ || import.diagnostics.empty()) return import;
   const auto count = std::to_string(import.diagnostics.size());
   throw CommandError(count + (count == "1" ? " thing is" : " things are") +
                      " wrong with the document; nothing is written");

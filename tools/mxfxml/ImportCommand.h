@@ -1,22 +1,40 @@
 #pragma once
 
+#include <optional>
+
 #include "Command.h"
+#include "Core/MXF/PartitionChoice.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "DictionaryOptions.h"
+#include "XML2Partition.h"
 
 namespace Vantor::Tool {
 
-/// `mxfxml import`: writes the header metadata of an XML document as an MXF file that holds nothing else.
+class MetadataEdit;
+
+/// `mxfxml import`: writes the header metadata of an XML document as an MXF file that holds nothing else, or puts what
+/// was edited in it into the file that it was exported from.
 class ImportCommand final : public Command {
  public:
   explicit ImportCommand(CLI::App& program);
   void run() const override;
 
  private:
+  void addTarget();
+  void addWayOfReading();
+  /// Writes a file with nothing but the metadata.
+  void writeHeaderOnly() const;
+  /// Puts the metadata into a file that is there.
+  void editFile() const;
+  void write(const MetadataEdit& edit) const;
+  SharedPtr<const MetaMetadata::Dictionary> dictionary() const;
   /// Reads the document into a partition, and tells on standard error what it could not read.
-  void read(PartitionMetadata& metadata) const;
+  XML2Partition::LosslessImport read(PartitionMetadata& metadata) const;
 
-  Path output_;
+  std::optional<Path> output_;
+  std::optional<Path> into_;
+  bool inPlace_ = false;
+  std::optional<MXF::PartitionChoice> partition_;
   bool exact_ = false;
   bool strict_ = false;
   DictionaryOptions dictionary_;

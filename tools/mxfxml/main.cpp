@@ -21,6 +21,9 @@ int runCommand(const Command& command) {
   try {
     command.run();
     return kSuccess;
+  } catch (const UsageError& error) {
+    printMessage(std::string(error.what()) + "; see " + kProgramName + " " + command.name() + " --help");
+    return kWrongUsage;
   } catch (const DictionaryError& error) {
     printMessage(error.what());
   } catch (...) {

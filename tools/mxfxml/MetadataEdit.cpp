@@ -1,0 +1,122 @@
+#include "MetadataEdit.h"
+
+#include <algorithm>
+
+#include "CommonOptions.h"
+#include "Core/DataIO/Memory.h"
+#include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/MXF/HeaderMetadataWriter.h"
+#include "Core/Metadata/PartitionComparison.h"
+#include "Core/Metadata/StructuralMetadataKeys.h"
+#include "ErrorText.h"
+#include "XMLBuilder.h"
+#include "XMLUtils/EncodingType.h"
+#include "XMLUtils/UnicodeString.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+/// What a document of a partition gives that nobody has edited.
+std::unique_ptr<PartitionMetadata> throughXML(PartitionMetadata& partition, bool isNested) {
+  wstring document;
+  XMLBuilder::partition2XML(&partition, isNested, false, XMLUtils::EncodingType::kUTF8, document);
+  if (document.empty()) throw CommandError("the metadata in the file have no Preface");
+  const XMLUtils::UnicodeString text(document);
+  auto copy = std::make_unique<PartitionMetadata>(partition.partitionDictionary().dictionary());
+  XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
+                                            static_cast<uint32>(text.utf16Size()), copy.get());
+  return copy;
+}
+
+std::string counted(std::size_t count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+bool hasPreface(const PartitionMetadata& partition) {
+  return !partition.find(Structural::StructuralMetadataKeys::preface()).empty();
+}
+
+}  // namespace
+
+MetadataEdit::MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                           std::optional<MXF::PartitionChoice> partition)
+    : file_(std::move(file)),
+      dictionary_(std::move(dictionary)),
+      partition_(partition),
+      structure_(MXF::readStructure(file_)),
+      original_(MXF::readHeaderMetadata(file_, dictionary_, partition_.value_or(MXF::PartitionChoice()))) {
+  forms_.push_back(throughXML(*original_, false));
+  forms_.push_back(throughXML(*original_, true));
+}
+
+void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) {
+  for (const auto& unread : import.unread) {
+    if (const auto* instanceUID = unread.set->instanceUID()) {
+      rules_.untouched.insert(MergeRules::keyOf(*instanceUID, unread.property));
+    }
+  }
+  rules_.mayRemove = import.diagnostics.empty() && hasPreface(edited);
+  replace(numberOfPartition(), *original_, edited, &summary_);
+  if (!partition_) replaceRepetitions(edited);
+}
+
+std::size_t MetadataEdit::numberOfPartition() const {
+  const auto choice = partition_.value_or(MXF::PartitionChoice());
+  if (choice.kind() == MXF::PartitionChoice::Kind::kNumber) return choice.number();
+  if (choice.kind() == MXF::PartitionChoice::Kind::kHeader) return 0;
+  const auto& all = structure_.partitions;
+  const auto footer = std::find_if(all.begin(), all.end(), [](const MXF::PartitionInfo& partition) {
+    return partition.pack.kind == KLV::PartitionKind::kFooter;
+  });
+  return static_cast<std::size_t>(footer - all.begin());
+}
+
+void MetadataEdit::replace(std::size_t partition, const PartitionMetadata& original, const PartitionMetadata& edited,
+                           MergeSummary* summary) {
+  MergeSummary done;
+  const auto merged = mergeEdits(original, {forms_[0].get(), forms_[1].get()}, edited, rules_, &done);
+  if (summary != nullptr) *summary = done;
+  if (done.isUnchanged()) return;
+  DataIO::Memory::MemoryDataSink sink;
+  MXF::writeHeaderMetadata(*merged, MXF::SetOrder::kFile, sink);
+  replacements_.push_back({partition, Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize())});
+}
+
+void MetadataEdit::replaceRepetitions(const PartitionMetadata& edited) {
+  for (std::size_t i = 1; i < structure_.partitions.size(); ++i) {
+    const auto& partition = structure_.partitions[i];
+    if (partition.damaged || partition.pack.headerByteCount == 0) continue;
+    const auto metadata =
+        MXF::readHeaderMetadata(file_, dictionary_, MXF::PartitionChoice::number(static_cast<uint32>(i)));
+    if (comparePartitions(*original_, *metadata).isEqual()) {
+      replace(i, *metadata, edited, nullptr);
+    } else {
+      remarks_.push_back("partition " + std::to_string(i) +
+                         " has other metadata than the header partition, and keeps them; --partition " +
+                         std::to_string(i) + " edits them");
+    }
+  }
+}
+
+std::string MetadataEdit::summary() const {
+  if (summary_.isUnchanged()) return "nothing is edited";
+  std::string text = counted(summary_.changedSets, "set") + " changed";
+  text += " (" + std::to_string(summary_.changedProperties) +
+          (summary_.changedProperties == 1 ? " property" : " properties") + "), ";
+  text += std::to_string(summary_.addedSets) + " added, " + std::to_string(summary_.removedSets) + " removed, in " +
+          counted(replacements_.size(), "partition");
+  return text;
+}
+
+void MetadataEdit::writeInPlace(const MXF::Progress& progress) const {
+  if (replacements_.empty()) return;
+  if (MXF::fits(file_, replacements_)) return MXF::replaceInPlace(file_, replacements_);
+  MXF::rewrite(file_, replacements_, file_, progress);
+}
+
+void MetadataEdit::writeCopy(const Path& target, const MXF::Progress& progress) const {
+  MXF::rewrite(file_, replacements_, target, progress);
+}
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Core/MXF/FileStructure.h"
+#include "Core/MXF/HeaderMetadataReplacement.h"
+#include "Core/MXF/PartitionChoice.h"
+#include "Core/Metadata/PartitionMerge.h"
+#include "XML2Partition.h"
+
+namespace Vantor::Tool {
+
+/// The metadata of one partition of an MXF file, and how edits of them come back into the file.
+class MetadataEdit {
+ public:
+  /// @param partition  the one that was edited; none for the header partition and all that repeat its metadata.
+  /// @throws what reading the file throws.
+  MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
+               std::optional<MXF::PartitionChoice> partition);
+
+  /// As they are in the file.
+  const PartitionMetadata& metadata() const { return *original_; }
+
+  /// Merges what an edited document gives. @param import  what its reader could not read is left as it is.
+  void apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import);
+
+  /// What was edited, in a line.
+  std::string summary() const;
+  /// What the user should know besides, each in a line.
+  const std::vector<std::string>& remarks() const { return remarks_; }
+
+  /// Puts the edits into the file itself, whose other bytes stay where they are if there is room; otherwise the file is
+  /// written anew. Does nothing when nothing was edited.
+  void writeInPlace(const MXF::Progress& progress) const;
+  /// Writes a copy of the file with the edits.
+  void writeCopy(const Path& target, const MXF::Progress& progress) const;
+
+ private:
+  void replace(std::size_t partition, const PartitionMetadata& original, const PartitionMetadata& edited,
+               MergeSummary* summary);
+  void replaceRepetitions(const PartitionMetadata& edited);
+  std::size_t numberOfPartition() const;
+
+  Path file_;
+  SharedPtr<const MetaMetadata::Dictionary> dictionary_;
+  std::optional<MXF::PartitionChoice> partition_;
+  MXF::FileStructure structure_;
+  std::unique_ptr<PartitionMetadata> original_;
+  std::vector<std::unique_ptr<PartitionMetadata>> forms_;  // what the document gave before it was edited
+  MergeRules rules_;
+  MergeSummary summary_;
+  MXF::MetadataReplacements replacements_;
+  std::vector<std::string> remarks_;
+};
+
+}  // namespace Vantor::Tool
