@@ -14,10 +14,10 @@
 /// the partition packs. Metadata that repeat others are not looked at: whoever replaces those of the header partition
 /// decides about the footer partition's, too.
 ///
-/// All functions here read the file's structure anew and refuse what refuseUnsafe() refuses. They throw Exceptions:
-/// ParseError with the offset when the file is damaged; InvalidFormat naming the partition when a replacement is not
-/// what it should be; IOError naming the file when it must not be changed, cannot be, or is changed by another program
-/// meanwhile.
+/// All functions here read the file's structure anew and refuse what refuseUnsafe() of ReplacementSafety.h refuses.
+/// They throw Exceptions: ParseError with the offset when the file is damaged; InvalidFormat naming the partition when
+/// a replacement is not what it should be; IOError naming the file when it must not be changed, cannot be, or is
+/// changed by another program meanwhile.
 namespace Vantor::MXF {
 
 /// New header metadata for one partition, which has some already.

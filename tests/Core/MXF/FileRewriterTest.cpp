@@ -39,11 +39,11 @@ void PrintTo(const RewriteCase& one, std::ostream* out) {
 
 class RewriteCaseTest : public ReplacementTest, public testing::WithParamInterface<RewriteCase> {
  protected:
-  FileSpec spec() const {
-    FileSpec spec = fivePartitions(GetParam().kag);
-    spec.runIn = GetParam().runIn;
-    spec.hasRandomIndexPack = GetParam().hasRandomIndexPack;
-    return spec;
+  FileLayout layout() const {
+    FileLayout layout = fivePartitions(GetParam().kag);
+    layout.runIn = GetParam().runIn;
+    layout.hasRandomIndexPack = GetParam().hasRandomIndexPack;
+    return layout;
   }
 
   /// What `scripts/check-partitions` has to say, nothing when all is well.
@@ -57,11 +57,11 @@ class RewriteCaseTest : public ReplacementTest, public testing::WithParamInterfa
 };
 
 TEST_P(RewriteCaseTest, IsTheFileThatHadBeenWrittenWithTheNewMetadata) {
-  const Path file = write(spec());
+  const Path file = write(layout());
   const std::size_t room = roomOf(file, 0).size;
   for (const std::size_t size : {room + 1, room + 512, room + 10000, room - 1, room - 16}) {
     for (const std::vector<std::size_t>& where : {std::vector<std::size_t>{0}, {0, 2, 4}}) {
-      FileSpec expected = spec();
+      FileLayout expected = layout();
       MetadataReplacements replacements;
       for (const std::size_t partition : where) {
         replacements.push_back(replacement(partition, size));
@@ -76,7 +76,7 @@ TEST_P(RewriteCaseTest, IsTheFileThatHadBeenWrittenWithTheNewMetadata) {
 
 TEST_P(RewriteCaseTest, IsInOrderForAWitness) {
   if (std::system("python3 --version > /dev/null 2>&1") != 0) GTEST_SKIP() << "there is no Python";
-  const Path file = write(spec());
+  const Path file = write(layout());
   const Path copy = folder_ / "b.mxf";
   ASSERT_EQ(complaint(file, file), "");
   rewrite(file, {replacement(0, 5000), replacement(2, kOldSize - 3), replacement(4, 3001)}, copy);
@@ -117,10 +117,10 @@ TEST_F(RewriteTest, MayHaveTheOriginalAsItsTarget) {
 }
 
 TEST_F(RewriteTest, LeavesLinksToAFooterOutThatWereNotThere) {
-  FileSpec spec = fivePartitions();
-  Bytes bytes = fileOf(spec);
+  FileLayout layout = fivePartitions();
+  Bytes bytes = fileOf(layout);
   const auto forget = [&](uint64 pack) { std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(pack) + 44, 8, 0); };
-  FileDataSource source(write(spec));
+  FileDataSource source(write(layout));
   const FileStructure structure = readStructure(source);
   for (std::size_t i = 0; i < 4; ++i) forget(structure.partitions[i].offset);
   const Path file = write(bytes);
@@ -144,7 +144,7 @@ TEST_F(RewriteTest, RepairsLinksBetweenPartitions) {
 TEST_F(RewriteTest, FindsARandomIndexPackWithZerosBehindIt) {
   const Path file = write(fileOf(fivePartitions()) + zeros(100));
   rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
-  FileSpec expected = fivePartitions();
+  FileLayout expected = fivePartitions();
   expected.partitions[0].metadata = replacement(0, 5000).bytes;
   EXPECT_EQ(bytesOf(folder_ / "b.mxf"), fileOf(expected) + zeros(100));
 }
@@ -269,12 +269,12 @@ class CountingSink : public DataIO::DataSink {
 };
 
 TEST_F(RewriteTest, TakesMemoryForBuffersButNotForTheFile) {
-  FileSpec spec = fivePartitions(512);
-  spec.partitions.pop_back();
-  spec.partitions[0].status = KLV::PartitionStatus::kClosedComplete;
-  spec.hasRandomIndexPack = false;
+  FileLayout layout = fivePartitions(512);
+  layout.partitions.pop_back();
+  layout.partitions[0].status = KLV::PartitionStatus::kClosedComplete;
+  layout.hasRandomIndexPack = false;
   const uint64 length = uint64{64} << 20;
-  const Bytes start = fileOf(spec) + klvHeader(kPictureElement, length);
+  const Bytes start = fileOf(layout) + klvHeader(kPictureElement, length);
   const Path file = write(start);
   fs::resize_file(file, start.size() + length);
   const auto usedMemory = [] {

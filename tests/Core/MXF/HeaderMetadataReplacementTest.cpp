@@ -106,15 +106,15 @@ TEST_F(InPlaceTest, RefusesFilesThatMustNotBeWritten) {
 }
 
 TEST_F(InPlaceTest, TakesNoTimeOrMemoryForEssence) {
-  FileSpec spec = fivePartitions();
-  Bytes start = fileOf(spec);
+  FileLayout layout = fivePartitions();
+  Bytes start = fileOf(layout);
   const Path file = write(start);
   // The last KLV becomes one of 60 GiB, most of it a hole.
   const uint64 length = uint64{60} << 30;
-  spec.hasRandomIndexPack = false;
-  spec.partitions.pop_back();
-  spec.partitions[0].status = KLV::PartitionStatus::kClosedComplete;
-  start = fileOf(spec) + klvHeader(kForeign, length, 9);
+  layout.hasRandomIndexPack = false;
+  layout.partitions.pop_back();
+  layout.partitions[0].status = KLV::PartitionStatus::kClosedComplete;
+  start = fileOf(layout) + klvHeader(kForeign, length, 9);
   write(start);
   std::error_code error;
   fs::resize_file(file, start.size() + length, error);

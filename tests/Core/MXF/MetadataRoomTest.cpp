@@ -103,5 +103,14 @@ TEST(MetadataRoom, IsRefusedWhereAListTellsWhereSetsStand) {
   }
 }
 
+TEST(MetadataRoom, IsRefusedInASampleWithSuchAList) {
+  DataIO::File::FileDataSource source(Path(VANTOR_TEST_DATA_DIR) / "libmxf-writeaviddv50.header.mxf");
+  const FileStructure structure = readStructure(source);
+  EXPECT_THAT(
+      [&] { findMetadataRoom(source, structure, 0); },
+      ThrowsMessage<IOError>(AllOf(HasSubstr("at byte offset 5120: "), HasSubstr("header.mxf': the KLV with key"),
+                                   HasSubstr("in partition 0 tells where sets stand in the file"))));
+}
+
 }  // namespace
 }  // namespace Vantor::MXF

@@ -26,16 +26,16 @@ void refuse(const Path& path) {
 
 void refuse(const Bytes& bytes) { refuse(TemporaryFile(bytes).path()); }
 
-FileSpec threePartitions() {
-  FileSpec spec;
-  spec.partitions.resize(3);
-  spec.partitions[0].kind = PartitionKind::kHeader;
-  spec.partitions[0].metadata = metadataOfSize(200, 1);
-  spec.partitions[1].essence = kEssence;
-  spec.partitions[1].bodySID = 1;
-  spec.partitions[2].kind = PartitionKind::kFooter;
-  spec.partitions[2].metadata = metadataOfSize(300, 1);
-  return spec;
+FileLayout threePartitions() {
+  FileLayout layout;
+  layout.partitions.resize(3);
+  layout.partitions[0].kind = PartitionKind::kHeader;
+  layout.partitions[0].metadata = metadataOfSize(200, 1);
+  layout.partitions[1].essence = kEssence;
+  layout.partitions[1].bodySID = 1;
+  layout.partitions[2].kind = PartitionKind::kFooter;
+  layout.partitions[2].metadata = metadataOfSize(300, 1);
+  return layout;
 }
 
 // Where the partitions of `threePartitions()` start.
@@ -43,36 +43,36 @@ constexpr uint64 kBody = kPackSize + 200;
 constexpr uint64 kFooter = kBody + kPackSize + 70;
 
 TEST(ReplacementSafety, HasNothingAgainstSoundFiles) {
-  FileSpec spec = threePartitions();
+  FileLayout layout = threePartitions();
   for (const bool hasRandomIndexPack : {true, false}) {
-    spec.hasRandomIndexPack = hasRandomIndexPack;
-    EXPECT_NO_THROW(refuse(fileOf(spec)));
-    spec.runIn = 30;
-    EXPECT_NO_THROW(refuse(fileOf(spec)));
+    layout.hasRandomIndexPack = hasRandomIndexPack;
+    EXPECT_NO_THROW(refuse(fileOf(layout)));
+    layout.runIn = 30;
+    EXPECT_NO_THROW(refuse(fileOf(layout)));
   }
 }
 
 TEST(ReplacementSafety, HasNothingAgainstAClosedFileWithoutFooter) {
-  FileSpec spec = threePartitions();
-  spec.partitions.pop_back();
-  EXPECT_NO_THROW(refuse(fileOf(spec)));
+  FileLayout layout = threePartitions();
+  layout.partitions.pop_back();
+  EXPECT_NO_THROW(refuse(fileOf(layout)));
 }
 
 TEST(ReplacementSafety, RefusesAnOpenHeaderOnlyWithoutAFooter) {
   for (const auto status : {PartitionStatus::kOpenIncomplete, PartitionStatus::kOpenComplete}) {
-    FileSpec spec = threePartitions();
-    spec.partitions[0].status = status;
-    EXPECT_NO_THROW(refuse(fileOf(spec)));
-    spec.partitions.pop_back();
-    EXPECT_THAT([&] { refuse(fileOf(spec)); },
+    FileLayout layout = threePartitions();
+    layout.partitions[0].status = status;
+    EXPECT_NO_THROW(refuse(fileOf(layout)));
+    layout.partitions.pop_back();
+    EXPECT_THAT([&] { refuse(fileOf(layout)); },
                 ThrowsMessage<IOError>(HasSubstr("its header partition is open and it has no footer partition")));
   }
 }
 
 TEST(ReplacementSafety, RefusesAFileThatIsCutOffAnywhere) {
-  FileSpec spec = threePartitions();
-  spec.hasRandomIndexPack = false;
-  const Bytes whole = fileOf(spec);
+  FileLayout layout = threePartitions();
+  layout.hasRandomIndexPack = false;
+  const Bytes whole = fileOf(layout);
   for (std::size_t size = kPackSize; size < whole.size(); ++size) {
     EXPECT_THROW(refuse(slice(whole, 0, size)), ParseError) << size;
   }
@@ -90,37 +90,37 @@ TEST(ReplacementSafety, RefusesDamagedPartitionPacks) {
 }
 
 TEST(ReplacementSafety, RefusesBytesThatCannotBeFollowed) {
-  FileSpec spec = threePartitions();
-  spec.hasRandomIndexPack = false;
-  spec.partitions[1].essence = kEssence + Bytes(40, 0xff);
-  Bytes bytes = fileOf(spec);
+  FileLayout layout = threePartitions();
+  layout.hasRandomIndexPack = false;
+  layout.partitions[1].essence = kEssence + Bytes(40, 0xff);
+  Bytes bytes = fileOf(layout);
   bytes[20 + 24 + 7] ^= 0xff;  // the header's link to the footer, so that only a walk could lead there
   EXPECT_THAT([&] { refuse(bytes); }, ThrowsMessage<ParseError>(HasSubstr("cannot be followed to its end")));
 }
 
 TEST(ReplacementSafety, LetsZerosStandBehindTheFileButNothingElse) {
-  FileSpec spec = threePartitions();
-  const Bytes whole = fileOf(spec);
+  FileLayout layout = threePartitions();
+  const Bytes whole = fileOf(layout);
   EXPECT_NO_THROW(refuse(whole + zeros(100)));
   EXPECT_THROW(refuse(whole + Bytes(100, 0x20)), ParseError);
 }
 
 TEST(ReplacementSafety, RefusesARandomIndexPackThatListsWhatIsNotThere) {
-  FileSpec spec = threePartitions();
-  spec.hasRandomIndexPack = false;
-  EXPECT_NO_THROW(refuse(fileOf(spec) + randomIndexPack({0, kFooter})));
+  FileLayout layout = threePartitions();
+  layout.hasRandomIndexPack = false;
+  EXPECT_NO_THROW(refuse(fileOf(layout) + randomIndexPack({0, kFooter})));
   EXPECT_THAT(
       [&] {
-        refuse(fileOf(spec) + randomIndexPack({0, kBody + 1, kFooter}));
+        refuse(fileOf(layout) + randomIndexPack({0, kBody + 1, kFooter}));
       },
       ThrowsMessage<ParseError>(HasSubstr("the random index pack lists a partition at 309, where none is")));
-  EXPECT_THROW(refuse(fileOf(spec) + klv(KLV::randomIndexPackKey(), Bytes(17, 0))), ParseError);
+  EXPECT_THROW(refuse(fileOf(layout) + klv(KLV::randomIndexPackKey(), Bytes(17, 0))), ParseError);
 }
 
 TEST(ReplacementSafety, LooksAtTheHeaderMetadataOfEveryPartition) {
-  FileSpec spec = threePartitions();
-  spec.partitions[2].metadata = spec.partitions[2].metadata + klv(kForeign, {1});
-  EXPECT_THAT([&] { refuse(fileOf(spec)); },
+  FileLayout layout = threePartitions();
+  layout.partitions[2].metadata = layout.partitions[2].metadata + klv(kForeign, {1});
+  EXPECT_THAT([&] { refuse(fileOf(layout)); },
               ThrowsMessage<IOError>(HasSubstr("in partition 2 tells where sets stand")));
 }
 

@@ -18,27 +18,27 @@ inline Bytes essence(uint8 octet) { return klv(kPictureElement, Bytes(3000, octe
 
 /// A header with metadata and an index table, two bodies, the second with metadata that repeat, a generic stream, and a
 /// footer with metadata and an index table.
-inline FileSpec fivePartitions(uint32 kag = 1, uint64 spare = 0) {
-  FileSpec spec;
-  spec.partitions.resize(5);
-  for (auto& partition : spec.partitions) partition.kag = kag;
-  spec.partitions[0].kind = KLV::PartitionKind::kHeader;
-  spec.partitions[0].status = KLV::PartitionStatus::kOpenComplete;
-  spec.partitions[0].indexTable = indexTable();
-  spec.partitions[1].essence = essence(1);
-  spec.partitions[1].bodySID = 1;
-  spec.partitions[2].essence = essence(2);
-  spec.partitions[2].bodySID = 2;
-  spec.partitions[3].status = KLV::PartitionStatus::kGenericStream;
-  spec.partitions[3].essence = klv(keyOf("06.0E.2B.34.01.01.01.0C.0D.01.05.09.01.00.00.00"), Bytes(77, 3));
-  spec.partitions[3].bodySID = 3;
-  spec.partitions[4].kind = KLV::PartitionKind::kFooter;
-  spec.partitions[4].indexTable = indexTable();
+inline FileLayout fivePartitions(uint32 kag = 1, uint64 spare = 0) {
+  FileLayout layout;
+  layout.partitions.resize(5);
+  for (auto& partition : layout.partitions) partition.kag = kag;
+  layout.partitions[0].kind = KLV::PartitionKind::kHeader;
+  layout.partitions[0].status = KLV::PartitionStatus::kOpenComplete;
+  layout.partitions[0].indexTable = indexTable();
+  layout.partitions[1].essence = essence(1);
+  layout.partitions[1].bodySID = 1;
+  layout.partitions[2].essence = essence(2);
+  layout.partitions[2].bodySID = 2;
+  layout.partitions[3].status = KLV::PartitionStatus::kGenericStream;
+  layout.partitions[3].essence = klv(keyOf("06.0E.2B.34.01.01.01.0C.0D.01.05.09.01.00.00.00"), Bytes(77, 3));
+  layout.partitions[3].bodySID = 3;
+  layout.partitions[4].kind = KLV::PartitionKind::kFooter;
+  layout.partitions[4].indexTable = indexTable();
   for (const std::size_t i : {0, 2, 4}) {
-    spec.partitions[i].metadata = metadataOfSize(kOldSize, 1);
-    spec.partitions[i].spare = spare;
+    layout.partitions[i].metadata = metadataOfSize(kOldSize, 1);
+    layout.partitions[i].spare = spare;
   }
-  return spec;
+  return layout;
 }
 
 inline MetadataReplacement replacement(std::size_t partition, std::size_t size) {
@@ -53,7 +53,7 @@ inline MetadataRoom roomOf(const Path& path, std::size_t number) {
 
 class ReplacementTest : public FolderTest {
  protected:
-  Path write(const FileSpec& spec, const char* name = "a.mxf") { return write(fileOf(spec), name); }
+  Path write(const FileLayout& layout, const char* name = "a.mxf") { return write(fileOf(layout), name); }
   Path write(const Bytes& bytes, const char* name = "a.mxf") {
     create(folder_ / name, std::string(bytes.begin(), bytes.end()));
     return folder_ / name;

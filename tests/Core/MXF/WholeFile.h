@@ -13,7 +13,7 @@
 /// Whole MXF files of several partitions, which are laid out by a way of their own, and looking into them.
 namespace Vantor::MXF {
 
-struct PartitionSpec {
+struct PartitionLayout {
   KLV::PartitionKind kind = KLV::PartitionKind::kBody;
   KLV::PartitionStatus status = KLV::PartitionStatus::kClosedComplete;
   uint32 kag = 1;
@@ -24,8 +24,8 @@ struct PartitionSpec {
   Bytes essence = {};
 };
 
-struct FileSpec {
-  std::vector<PartitionSpec> partitions;
+struct FileLayout {
+  std::vector<PartitionLayout> partitions;
   std::size_t runIn = 0;
   bool hasRandomIndexPack = true;
 };
@@ -44,51 +44,51 @@ inline Bytes padding(std::size_t position, uint32 kag, uint64 spare = 0) {
 }
 
 /// One partition and what its pack counts.
-inline Bytes partitionBytes(const PartitionSpec& spec, PartitionPack pack) {
-  Bytes body = padding(kPackSize, spec.kag);
+inline Bytes partitionBytes(const PartitionLayout& layout, PartitionPack pack) {
+  Bytes body = padding(kPackSize, layout.kag);
   const auto add = [&](const Bytes& part, uint64 spare) {
     const std::size_t before = body.size();
     if (part.empty()) return std::size_t{0};
     body = body + part;
-    body = body + padding(kPackSize + body.size(), spec.kag, spare);
+    body = body + padding(kPackSize + body.size(), layout.kag, spare);
     return body.size() - before;
   };
-  pack.kind = spec.kind;
-  pack.status = spec.status;
-  pack.kagSize = spec.kag;
-  pack.bodySID = spec.bodySID;
-  pack.headerByteCount = add(spec.metadata, spec.spare);
-  pack.indexByteCount = add(spec.indexTable, 0);
-  add(spec.essence, 0);
+  pack.kind = layout.kind;
+  pack.status = layout.status;
+  pack.kagSize = layout.kag;
+  pack.bodySID = layout.bodySID;
+  pack.headerByteCount = add(layout.metadata, layout.spare);
+  pack.indexByteCount = add(layout.indexTable, 0);
+  add(layout.essence, 0);
   return partition(pack) + body;
 }
 
-inline Bytes randomIndexOf(const FileSpec& spec, const std::vector<uint64>& offsets) {
+inline Bytes randomIndexOf(const FileLayout& layout, const std::vector<uint64>& offsets) {
   Bytes value;
   for (std::size_t i = 0; i < offsets.size(); ++i) {
-    value = value + bigEndian(spec.partitions[i].bodySID) + bigEndian(offsets[i]);
+    value = value + bigEndian(layout.partitions[i].bodySID) + bigEndian(offsets[i]);
   }
   return klv(KLV::randomIndexPackKey(), value + bigEndian(static_cast<uint32>(20 + value.size() + 4)));
 }
 
-inline Bytes fileOf(const FileSpec& spec) {
+inline Bytes fileOf(const FileLayout& layout) {
   std::vector<uint64> offsets;
   uint64 end = 0;
-  for (const auto& one : spec.partitions) {
+  for (const auto& one : layout.partitions) {
     offsets.push_back(end);
     end += partitionBytes(one, {}).size();
   }
-  const bool hasFooter = spec.partitions.back().kind == KLV::PartitionKind::kFooter;
-  Bytes file(spec.runIn, 0x41);
+  const bool hasFooter = layout.partitions.back().kind == KLV::PartitionKind::kFooter;
+  Bytes file(layout.runIn, 0x41);
   for (std::size_t i = 0; i < offsets.size(); ++i) {
     PartitionPack pack;
     pack.thisPartition = offsets[i];
     pack.previousPartition = i == 0 ? 0 : offsets[i - 1];
     pack.footerPartition = hasFooter ? offsets.back() : 0;
-    pack.bodyOffset = spec.partitions[i].bodySID * 1000;
-    file = file + partitionBytes(spec.partitions[i], pack);
+    pack.bodyOffset = layout.partitions[i].bodySID * 1000;
+    file = file + partitionBytes(layout.partitions[i], pack);
   }
-  return spec.hasRandomIndexPack ? file + randomIndexOf(spec, offsets) : file;
+  return layout.hasRandomIndexPack ? file + randomIndexOf(layout, offsets) : file;
 }
 
 /// A primer pack and a set with a value of so many bytes: 100 bytes and more.
