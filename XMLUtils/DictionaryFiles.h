@@ -8,8 +8,8 @@
 namespace Vantor::XMLUtils {
 
 /// Adds the definitions of files to others: dictionary files (docs/dictionary-format.md), the XML registers that SMPTE
-/// publishes, or folders that hold Groups.xml, Elements.xml and Types.xml and perhaps Labels.xml. What a file is is
-/// told by its content.
+/// publishes, or folders that hold Groups.xml, Elements.xml and Types.xml and perhaps Labels.xml. The content of a
+/// file tells what it is.
 ///
 /// Registers come first, whatever the order of the files, and what they define takes the place of what is there; they
 /// need each other, so that groups, elements and types have to be there together. The dictionary files follow in their

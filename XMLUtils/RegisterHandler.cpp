@@ -55,7 +55,7 @@ void RegisterHandler::startElement(const XMLCh* const, const XMLCh* const localN
       if (isInEntry_) entry_.begin(here());
       return;
     case kFieldDepth:
-      if (isInEntry_) text_ = entry_.textOf(name);
+      if (isInEntry_) beginField(entry_, name);
       isInItems_ = isInEntry_ && name == kShapes[static_cast<std::size_t>(kind_)].items;
       return;
     case kItemDepth:
@@ -63,7 +63,7 @@ void RegisterHandler::startElement(const XMLCh* const, const XMLCh* const localN
       if (isInItem_) item_.begin(here());
       return;
     case kItemFieldDepth:
-      if (isInItem_) text_ = item_.textOf(name);
+      if (isInItem_) beginField(item_, name);
       return;
     default:
       return;
@@ -100,6 +100,15 @@ void RegisterHandler::fatalError(const xercesc::SAXParseException& exception) {
       file_ + ":" + std::to_string(exception.getLineNumber()) + ":" + std::to_string(exception.getColumnNumber()) +
           ": this is no XML that can be read: " + messageOf(exception) + "; give the file as SMPTE publishes it",
       kSource, __LINE__);
+}
+
+void RegisterHandler::beginField(RegisterFields& fields, u16string_view name) {
+  text_ = fields.textOf(name);
+  if (text_ == nullptr || text_->empty()) return;
+  throw Exceptions::InvalidFormat(file_ + ":" + std::to_string(here().line) + ": there is one " +
+                                      Vantor::Utils::wstringToString(wstring(name)) +
+                                      " already; give the file as SMPTE publishes it",
+                                  kSource, __LINE__);
 }
 
 void RegisterHandler::startRoot(u16string_view name) {

@@ -46,6 +46,7 @@ class RegisterHandler : public xercesc::DefaultHandler {
   static const std::array<Shape, kRegisterKinds> kShapes;
 
   void startRoot(std::u16string_view name);
+  void beginField(RegisterFields& fields, std::u16string_view name);
   [[noreturn]] void refuse(const std::string& what, int line) const;
   Origin here() const;
 

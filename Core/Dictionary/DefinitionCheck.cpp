@@ -41,6 +41,10 @@ std::string asText(std::u16string_view ascii) { return {ascii.begin(), ascii.end
 
 }  // namespace
 
+void DefinitionCheck::refuse(const Origin& origin, const std::string& what, int line) const {
+  of_.refuse(origin, what, "Core/Dictionary/DefinitionCheck", line);
+}
+
 void DefinitionCheck::run() {
   checkEnumerations();
   completeTypes();
@@ -221,7 +225,7 @@ void DefinitionCheck::checkPropertyNames(MetaMetadata::Vocabulary vocabulary) co
     const std::string uri = property.chosenNamespace == 0 ? asText(MetaMetadata::elementNamespace(vocabulary, name).uri)
                                                           : std::string(chosen.uri);
     const auto [known, isNew] = names.emplace(uri + " " + std::string(property.xmlName), &property);
-    if (isNew) continue;
+    if (isNew || known->second->key == property.key) continue;  // the same one: a newer edition gave it another key
     const auto [first, second] = inOrder(*known->second, property);
     refuse(second.origin,
            std::string(second.symbol) + " has the name of " + std::string(first.symbol) + " (" +

@@ -33,6 +33,9 @@ class Definitions::Index {
   uint32 findEnumeration(const Definitions& in, std::string_view name) const {
     return findNamed(enumerations_, in.enumerations_, name, &EnumerationDefinition::name);
   }
+  uint32 findNamespace(const Definitions& in, std::string_view text, std::string_view ChosenNamespace::*field) const {
+    return findNamed(namespaces_, in.namespaces_, text, field);
+  }
   uint32 findLabel(const Definitions& in, const Types::UniversalLabel& key) const {
     return findKeyed(labels_, in.labels_, key);
   }
@@ -52,6 +55,12 @@ class Definitions::Index {
   }
   void enterEnumeration(const Definitions& in, uint32 place) {
     enumerations_.insert(MetaMetadata::hashOfText(in.enumerations_[place].name), place);
+  }
+  /// By prefix and by URI.
+  void enterNamespace(const Definitions& in, uint32 place) {
+    const auto& chosen = in.namespaces_[place];
+    namespaces_.insert(MetaMetadata::hashOfText(chosen.prefix), place);
+    namespaces_.insert(MetaMetadata::hashOfText(chosen.uri), place);
   }
   void enterLabel(const Definitions& in, uint32 place) {
     const auto& label = in.labels_[place];
@@ -78,6 +87,7 @@ class Definitions::Index {
   MetaMetadata::HashIndex setsBySymbol_;
   MetaMetadata::HashIndex properties_;
   MetaMetadata::HashIndex enumerations_;
+  MetaMetadata::HashIndex namespaces_;
   MetaMetadata::HashIndex labels_;
   MetaMetadata::HashIndex labelsBySymbol_;
 };

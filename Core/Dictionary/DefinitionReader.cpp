@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "Core/Dictionary/DefinitionIndex.h"
@@ -105,6 +106,39 @@ void DefinitionReader::read(std::string_view text) {
     line_ = 1;
     refuse(kFormatShape, __LINE__);
   }
+  if (overlay_ == Definitions::Overlay::kReplace) completeOverlay();
+}
+
+void DefinitionReader::completeOverlay() {
+  for (uint32 place = 0; place < to_.sets_.size(); ++place) {
+    const auto& set = to_.sets_[place];
+    const uint32 first = to_.index_->findSet(to_, set.symbol);
+    if (first == place) continue;
+    const auto& other = to_.sets_[first];
+    const bool isLater = place >= earlierSets_.size() || !earlierSets_[place];
+    to_.refuse(isLater ? set.origin : other.origin,
+               "there is a set " + std::string(set.symbol) + " already (" +
+                   to_.where(isLater ? other.origin : set.origin) + "), with another key; choose another symbol",
+               "Core/Dictionary/DefinitionReader", __LINE__);
+  }
+  replaceRenewedProperties();
+}
+
+// A newer register may give a property another key. Whatever still uses the older definition uses the newer one then,
+// which stands in both places.
+void DefinitionReader::replaceRenewedProperties() {
+  std::unordered_map<std::string_view, uint32> newer;
+  for (uint32 place = 0; place < to_.properties_.size(); ++place) {
+    const bool isOld = place < earlierProperties_.size() && earlierProperties_[place];
+    if (!isOld && to_.properties_[place].chosenNamespace == 0) newer.emplace(to_.properties_[place].xmlName, place);
+  }
+  for (uint32 place = 0; place < earlierProperties_.size(); ++place) {
+    auto& property = to_.properties_[place];
+    const auto found = newer.find(property.xmlName);
+    if (earlierProperties_[place] && property.chosenNamespace == 0 && found != newer.end()) {
+      property = to_.properties_[found->second];
+    }
+  }
 }
 
 void DefinitionReader::readRow(const DictionaryRow& row) {
@@ -165,24 +199,29 @@ uint32 DefinitionReader::addNamespace(std::string_view prefix, std::string_view 
     refuse("the prefix " + quoted(prefix) + " for " + quoted(uri) + " is reserved for XML itself; choose another",
            __LINE__);
   }
+  for (const auto& fixed : fixedNamespaces()) {
+    if (fixed.prefix != prefix && fixed.uri != uri) continue;
+    refuse("the prefix " + quoted(prefix) + " for " + quoted(uri) + " clashes with '" + fixed.prefix + "' for '" +
+               fixed.uri + "', which documents have for what is built in; choose another of your own",
+           __LINE__);
+  }
   if (prefix.find("_REF") != std::string_view::npos) {
     refuse("documents use names with '_REF' for references; choose another prefix than " + quoted(prefix), __LINE__);
   }
-  const auto compare = [&](std::string_view knownPrefix, std::string_view knownURI) {
-    if ((knownPrefix == prefix) == (knownURI == uri)) return;
-    refuse("the prefix " + quoted(prefix) + " for " + quoted(uri) + " clashes with " + quoted(knownPrefix) + " for " +
-               quoted(knownURI) + "; a document needs one prefix for each namespace, choose another",
+  const uint32 byPrefix = to_.index_->findNamespace(to_, prefix, &ChosenNamespace::prefix);
+  const uint32 byURI = to_.index_->findNamespace(to_, uri, &ChosenNamespace::uri);
+  if (byPrefix != byURI) {
+    const auto& known = to_.namespaces_[byPrefix != Definitions::Index::kNotFound ? byPrefix : byURI];
+    refuse("the prefix " + quoted(prefix) + " for " + quoted(uri) + " clashes with " + quoted(known.prefix) + " for " +
+               quoted(known.uri) + "; a document needs one prefix for each namespace, choose another",
            __LINE__);
-  };
-  for (const auto& fixed : fixedNamespaces()) compare(fixed.prefix, fixed.uri);
-  for (std::size_t place = 1; place < to_.namespaces_.size(); ++place) {
-    compare(to_.namespaces_[place].prefix, to_.namespaces_[place].uri);
-    if (to_.namespaces_[place].prefix == prefix) return static_cast<uint32>(place);
   }
+  if (byPrefix != Definitions::Index::kNotFound) return byPrefix;
   if (to_.namespaces_.size() > kMostNamespaces) {
     refuse("there are " + std::to_string(kMostNamespaces) + " namespaces already; take one of them", __LINE__);
   }
   to_.namespaces_.push_back({prefix, uri});
+  to_.index_->enterNamespace(to_, static_cast<uint32>(to_.namespaces_.size() - 1));
   return static_cast<uint32>(to_.namespaces_.size() - 1);
 }
 
@@ -213,7 +252,8 @@ uint32 DefinitionReader::addSet(SetDefinition definition) {
                "); to add properties to that set, write: extend " + std::string(known.symbol),
            __LINE__);
   }
-  if (named != Definitions::Index::kNotFound && named != place) {
+  // One that gives way may get another symbol yet; `checkOverlay` looks again.
+  if (named != Definitions::Index::kNotFound && named != place && !mayReplace(earlierSets_, named)) {
     refuse("there is a set " + std::string(definition.symbol) + " already (" + to_.where(to_.sets_[named].origin) +
                "), with another key; choose another symbol",
            __LINE__);
@@ -362,8 +402,11 @@ void DefinitionReader::checkAgreement(const PropertyDefinition& known, const Pro
                               ? one.value != kNone && one.value == other.value
                               : one.enumeration == other.enumeration;
   const bool isOneTarget = one.target == other.target || one.target.empty() || other.target.empty();
-  if (one.collection == other.collection && isOneValue && isOneTarget && known.symbol == here.symbol &&
-      known.xmlName == here.xmlName) {
+  // A property keeps its namespace where another file lists it; two files cannot both choose one.
+  const bool isOneNamespace =
+      known.chosenNamespace == here.chosenNamespace || known.chosenNamespace == 0 || here.chosenNamespace == 0;
+  if (isOneNamespace && one.collection == other.collection && isOneValue && isOneTarget &&
+      known.symbol == here.symbol && known.xmlName == here.xmlName) {
     return;
   }
   const std::string name = known.xmlName == known.symbol ? "" : " name=" + std::string(known.xmlName);
@@ -448,7 +491,9 @@ bool DefinitionReader::mayReplace(Templates::vector<bool>& earlier, uint32 place
   return overlay_ == Definitions::Overlay::kReplace && place < earlier.size() && earlier[place];
 }
 
-void DefinitionReader::refuse(const std::string& what, int line) const { to_.refuse(here(), what, line); }
+void DefinitionReader::refuse(const std::string& what, int line) const {
+  to_.refuse(here(), what, "Core/Dictionary/DefinitionReader", line);
+}
 
 Origin DefinitionReader::here() const {
   if (origins_ != nullptr && line_ <= origins_->size()) return (*origins_)[line_ - 1];

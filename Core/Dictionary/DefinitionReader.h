@@ -26,6 +26,9 @@ class DefinitionReader {
   enum class Section : uint8 { kNone, kSet, kEnumeration };
 
   void readRow(const DictionaryRow& row);
+  /// What has to wait until all of a text that replaces others is read.
+  void completeOverlay();
+  void replaceRenewedProperties();
   void readHeading(const DictionaryRow& row);
   void readFormat(const DictionaryRow& row);
   void readNamespace(const DictionaryRow& row);

@@ -72,13 +72,17 @@ void Definitions::readText(std::string text, std::string name, Overlay overlay) 
   const auto bad = std::min(nul, static_cast<std::size_t>(invalid - kept.begin()));
   if (bad < kept.size()) {
     const auto line = static_cast<uint32>(1 + std::count(kept.begin(), kept.begin() + bad, '\n'));
-    refuse({source, line}, "this is no text in UTF-8; save the file in that encoding", __LINE__);
+    refuse({source, line}, "this is no text in UTF-8; save the file in that encoding", kSource, __LINE__);
   }
   if (utf8::starts_with_bom(kept.begin(), kept.end())) kept.remove_prefix(3);
   DefinitionReader(*this, overlay, source, nullptr).read(kept);
 }
 
 void Definitions::readText(std::string text, const Templates::vector<Origin>& origins, Overlay overlay) {
+  registerSources_.resize(sources_.size());
+  for (const auto& origin : origins) {
+    if (origin.source < registerSources_.size()) registerSources_[origin.source] = true;
+  }
   isChecked_ = false;
   const std::string_view kept = keep(std::move(text));
   DefinitionReader(*this, overlay, 0, &origins).read(kept);
@@ -154,8 +158,17 @@ std::string Definitions::where(const Origin& origin) const {
   return source + ":" + std::to_string(origin.line);
 }
 
-void Definitions::refuse(const Origin& origin, const std::string& what, int line) const {
-  throw Exceptions::InvalidFormat(where(origin) + ": " + what, kSource, line);
+bool Definitions::isRegister(const Origin& origin) const {
+  return origin.source < registerSources_.size() && registerSources_[origin.source];
+}
+
+void Definitions::refuse(const Origin& origin, const std::string& what, const char* source, int line) const {
+  std::string text = what;
+  const auto advice = text.rfind("; ");
+  if (isRegister(origin) && advice != std::string::npos) {
+    text = text.substr(0, advice) + "; the register cannot be used as it is, take another edition";
+  }
+  throw Exceptions::InvalidFormat(where(origin) + ": " + text, source, line);
 }
 
 }  // namespace Vantor

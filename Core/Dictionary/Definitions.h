@@ -45,7 +45,9 @@ class Definitions {
   void readText(std::string text, std::string name, Overlay overlay = Overlay::kRefuse);
 
   /// Reads a text of the dictionary format that was made from something else.
-  /// @param origins  tells of line n + 1, in [n], where it came from. Places in `sources()` come from `addSource`.
+  /// @param origins  tells of line n + 1, in [n], where it came from. Places in `sources()` come from `addSource`;
+  /// nobody
+  ///        edits these sources as dictionary files, so that messages do not say how.
   void readText(std::string text, const Templates::vector<Origin>& origins, Overlay overlay);
 
   /// Reads a text that lives as long as the process and is known to be right: the built-in data. It is not checked
@@ -89,10 +91,14 @@ class Definitions {
   /// Keeps a text for as long as this object lives.
   std::string_view keep(std::string text);
   std::string where(const Origin& origin) const;
-  [[noreturn]] void refuse(const Origin& origin, const std::string& what, int line) const;
+  /// @param what  what is wrong; what to do about it follows behind "; ".
+  /// @param source, line  where the library says so.
+  [[noreturn]] void refuse(const Origin& origin, const std::string& what, const char* source, int line) const;
+  bool isRegister(const Origin& origin) const;
 
   Templates::vector<auto_ptr<const std::string>> texts_;
   Templates::vector<std::string> sources_;
+  Templates::vector<bool> registerSources_;  // beside the sources: those whose rows were made from something else
   Templates::vector<ChosenNamespace> namespaces_;
   Templates::vector<SetDefinition> sets_;
   Templates::vector<PropertyDefinition> properties_;

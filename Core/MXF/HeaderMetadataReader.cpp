@@ -80,8 +80,10 @@ class Reader {
 
   void addValue(const KLVHeader& klv, const KLV::Value& value) {
     if (KLV::isPrimerPack(klv.key)) {
+      auto& tags = metadata_->partitionDictionary();
+      if (tags.primerEntries().empty()) tags.setPrimerCoding(klv.key, klv.length.octets);
       for (const auto& entry : KLV::readPrimerPack(value.rawBuffer(), value.serializedSize(), klv.valueOffset)) {
-        metadata_->partitionDictionary().addPrimerEntry(entry);
+        tags.addPrimerEntry(entry);
       }
     } else {
       metadata_->addKLV(klv.key, klv.length.octets, value.rawBuffer(), value.serializedSize(), klv.valueOffset);

@@ -38,9 +38,10 @@ Types::UniversalLabel essenceContainersLabel() {
   return label({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05, 0x01, 0x02, 0x02, 0x10, 0x02, 0x01, 0x00, 0x00});
 }
 
-void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink& value) {
+void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink& value,
+              uint8 lengthOctets = kLengthOctets) {
   sink.write(key.rawBuffer(), KLV::Key::kSize);
-  KLV::writeBERLength(sink, value.serializedSize(), kLengthOctets);
+  KLV::writeBERLength(sink, value.serializedSize(), lengthOctets);
   sink.write(value.rawBuffer(), value.serializedSize());
 }
 
@@ -173,8 +174,9 @@ void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::D
     writeInSerializationOrder(partition, sets);
   }
   MemoryDataSink primer;
-  KLV::writePrimerPack(primer, partition.partitionDictionary().primerEntries());
-  writeKLV(sink, KLV::primerPackKey(), primer);
+  const auto& tags = partition.partitionDictionary();
+  KLV::writePrimerPack(primer, tags.primerEntries());
+  writeKLV(sink, tags.primerKey(), primer, tags.primerLengthOctets());
   sink.write(sets.rawBuffer(), sets.serializedSize());
 }
 

@@ -4,6 +4,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "Core/KLV/Keys.h"
 #include "Core/KLV/PrimerPack.h"
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/Platform/Types.h"
@@ -47,6 +48,13 @@ class PartitionDictionary {
   /// Appends an entry of a primer pack as it was read. A tag or label that is already mapped keeps its first mapping;
   /// the entry is kept all the same, for writing.
   void addPrimerEntry(const KLV::PrimerEntry& entry);
+  /// The key of the primer pack and the octets of its length field: as read, else those of ST 377-1 and 4.
+  const KLV::Key& primerKey() const { return primerKey_; }
+  uint8 primerLengthOctets() const { return primerLengthOctets_; }
+  void setPrimerCoding(const KLV::Key& key, uint8 lengthOctets) {
+    primerKey_ = key;
+    primerLengthOctets_ = lengthOctets;
+  }
   /// The primer's entries: as read, then the generated ones.
   const Templates::vector<KLV::PrimerEntry>& primerEntries() const { return entries_; }
 
@@ -57,6 +65,8 @@ class PartitionDictionary {
   uint16 freeTag(uint16 preferredTag);
 
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
+  KLV::Key primerKey_ = KLV::primerPackKey();
+  uint8 primerLengthOctets_ = 4;
   Templates::vector<KLV::PrimerEntry> entries_;
   std::unordered_map<uint16, Types::UniversalLabel> labels_;
   std::unordered_map<KLV::Key, uint16, KLV::KeyHash> tags_;  // by label without its version octet

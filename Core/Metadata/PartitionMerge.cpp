@@ -90,6 +90,7 @@ class Merge {
         result_(std::make_unique<PartitionMetadata>(original.partitionDictionary().dictionary())) {}
 
   auto_ptr<PartitionMetadata> run(MergeSummary* summary) {
+    result_->partitionDictionary().setPrimerCoding(originalTags_.primerKey(), originalTags_.primerLengthOctets());
     for (const auto& entry : original_.partitionDictionary().primerEntries()) {
       result_->partitionDictionary().addPrimerEntry(entry);
     }

@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#ifdef __unix__
+#include <sys/stat.h>
+#endif
+
 #include <fstream>
 #include <random>
 
@@ -211,6 +215,35 @@ TEST(DictionaryFiles, ThatAreNotThereAreAnError) {
   const Folder empty;
   EXPECT_THAT(messageOf({empty.path()}), HasSubstr("Groups.xml"));
 }
+
+TEST(DictionaryFiles, DefineNoLabelThatIsBuiltIn) {
+  const Folder folder;
+  const std::string text = "dictionary 1\nlabel 060e2b34.04010101.0d010201.01010900 Mine My own\n";
+  const Path file = folder.write("own.dictionary", text);
+  EXPECT_EQ(messageOf({file}),
+            file.u8string() +
+                ":2: the label MXFOP1aSingleItemSinglePackageMultiTrackStreamInternal is built in, as "
+                "'MXF OP1a SingleItem SinglePackage MultiTrack Stream Internal'; take the row away, "
+                "or choose another key and symbol");
+}
+
+#ifdef __unix__
+TEST(DictionaryFiles, AreNotWaitedForWhereTheyAreNoFiles) {
+  const Folder folder;
+  const Path pipe = folder.path() / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(messageOf({pipe}), "cannot read '" + pipe.u8string() + "': it is no file");
+}
+
+TEST(DictionaryFiles, AreRefusedWhenTheyAreTooLarge) {
+  const Folder folder;
+  const Path file = folder.write("large.xml", "<GroupsRegister/>");
+  std::filesystem::resize_file(file, (std::uintmax_t{64} << 20) + 1);
+  EXPECT_EQ(
+      messageOf({file}),
+      file.u8string() + ": a register or dictionary file has 64 MiB at most; this is another file, or one to be split");
+}
+#endif
 
 }  // namespace
 }  // namespace Vantor::XMLUtils

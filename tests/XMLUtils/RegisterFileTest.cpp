@@ -302,6 +302,11 @@ TEST(RegisterFile, RefusesAnEntryThatLacksWhatTellsIt) {
             "Register.xml:4: a property has no UL; add that of its element");
 }
 
+TEST(RegisterFile, RefusesAFieldThatIsThereTwice) {
+  EXPECT_EQ(refusal(groupsOf("<Entry><Symbol>Timer</Symbol>\n<Symbol>Clock</Symbol></Entry>")),
+            "Register.xml:4: there is one Symbol already; give the file as SMPTE publishes it");
+}
+
 TEST(RegisterFile, RefusesFieldsThatCannotBeUnderstood) {
   const auto* noUL = " is no UL; write urn:smpte:ul: and four groups of eight hexadecimal digits, dots between them";
   EXPECT_EQ(refusal(groupsOf(groupWith("<Parent>urn:smpte:ul:060e2b34</Parent>"))),

@@ -86,6 +86,12 @@ enumeration LayoutType of UInt8
   EXPECT_EQ(run({"dictionary", "urn:smpte:ul:060e2b34.01010101.04010301.04000000"}).out, byName.out);
 }
 
+TEST(Dictionary, TakesNamesAndTagsAsTheyAreWrittenElsewhere) {
+  EXPECT_EQ(run({"dictionary", "s377m:GPITrigger"}).out, run({"dictionary", "GPITrigger"}).out);
+  EXPECT_EQ(run({"dictionary", "st335:FrameLayout"}).out, run({"dictionary", "FrameLayout"}).out);
+  EXPECT_EQ(run({"dictionary", "0x320C"}).out, run({"dictionary", "320c"}).out);
+}
+
 TEST(Dictionary, ShowsASetByTheKeyOfAnyCoding) {
   EXPECT_EQ(run({"dictionary", "060e2b34.02530101.0d010101.01010700"}).out, run({"dictionary", "GPITrigger"}).out);
 }

@@ -131,6 +131,14 @@ std::optional<uint16> tagFrom(std::string_view text) {
   return isTag ? std::optional(static_cast<uint16>(tag)) : std::nullopt;
 }
 
+/// A name as documents have it, or a tag as programmers write it, without what stands in front.
+std::string withoutPrefix(const std::string& text) {
+  if (MetaMetadata::parseRegisterKey(text)) return text;
+  const auto colon = text.find(':');
+  if (colon != std::string::npos) return text.substr(colon + 1);
+  return text.rfind("0x", 0) == 0 ? text.substr(2) : text;
+}
+
 /// Collects descriptions, an empty row between any two.
 class Findings {
  public:
@@ -197,8 +205,9 @@ std::string listOfSets(const Definitions& definitions) {
   return "sets: " + std::to_string(definitions.sets().size()) + "\n" + table.text();
 }
 
-std::string descriptionOf(const Definitions& definitions, const std::string& wanted) {
+std::string descriptionOf(const Definitions& definitions, const std::string& asked) {
   Findings found;
+  const std::string wanted = withoutPrefix(asked);
   if (const auto key = MetaMetadata::parseRegisterKey(wanted)) {
     findByKey(definitions, *key, found);
     return found.text();

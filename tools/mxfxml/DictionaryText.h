@@ -11,9 +11,10 @@ namespace Vantor::Tool {
 std::string listOfSets(const Definitions& definitions);
 
 /// Everything that has this symbol or name in XML, this key, or this static local tag.
-/// @param wanted  a key as `parseRegisterKey` takes it, the dotted form of a label, four hexadecimal digits, or a name.
+/// @param asked  a key as `parseRegisterKey` takes it, four hexadecimal digits, perhaps behind "0x", or a name, with or
+///        without a prefix.
 /// @return empty when there is nothing.
-std::string descriptionOf(const Definitions& definitions, const std::string& wanted);
+std::string descriptionOf(const Definitions& definitions, const std::string& asked);
 
 /// The names that differ from this one by case only, for a message; empty when there are none.
 std::string similarNames(const Definitions& definitions, const std::string& wanted);

@@ -455,13 +455,37 @@ constexpr BadText kBadTexts[] = {
     {"NamespacePrefixOfTheDocument",
      "dictionary 1\n"
      "namespace sets types urn:acme\n",
-     "bad.dictionary:2: the prefix 'types' for 'urn:acme' clashes with 'types' for 'urn:SMPTE:Types:MXF'; "
-     "a document needs one prefix for each namespace, choose another"},
+     "bad.dictionary:2: the prefix 'types' for 'urn:acme' clashes with 'types' for "
+     "'urn:SMPTE:Types:MXF', which documents have for what is built in; choose another of your own"},
     {"NamespaceURIOfTheDocument",
      "dictionary 1\n"
      "namespace sets acme urn:SMPTE:S377M\n",
      "bad.dictionary:2: the prefix 'acme' for 'urn:SMPTE:S377M' clashes with 's377m' for "
-     "'urn:SMPTE:S377M'; a document needs one prefix for each namespace, choose another"},
+     "'urn:SMPTE:S377M', which documents have for what is built in; choose another of your own"},
+    {"NamespaceOfAVocabulary",
+     "dictionary 1\n"
+     "namespace sets st395 http://www.smpte-ra.org/schemas/434/2014/groups/395/2012\n",
+     "bad.dictionary:2: the prefix 'st395' for 'http://www.smpte-ra.org/schemas/434/2014/groups/395/2012' clashes with "
+     "'st395' for 'http://www.smpte-ra.org/schemas/434/2014/groups/395/2012', which documents have for what is built "
+     "in; choose another of your own"},
+    {"NamespaceOfContainers",
+     "dictionary 1\n"
+     "namespace properties groups urn:SMPTE:Groups:MXF\n",
+     "bad.dictionary:2: the prefix 'groups' for 'urn:SMPTE:Groups:MXF' clashes with 'groups' for "
+     "'urn:SMPTE:Groups:MXF', which documents have for what is built in; choose another of your own"},
+    {"PropertyInTwoNamespaces",
+     "dictionary 1\n"
+     "060e2b34.02530101.0f0e0d0c.00000001 Shot -\n"
+     "namespace properties acme urn:acme\n"
+     "extend Shot\n"
+     "  - 060e2b34.01010101.0f0e0d0c.00000001 Grade UInt8 optional\n"
+     "060e2b34.02530101.0f0e0d0c.00000002 Take -\n"
+     "namespace properties other urn:other\n"
+     "extend Take\n"
+     "  - 060e2b34.01010101.0f0e0d0c.00000001 Grade UInt8 optional\n",
+     "bad.dictionary:9: the key is that of the property Grade UInt8 (bad.dictionary:5); write it as it stands there, "
+     "or "
+     "take another key"},
     {"NamespacePrefixOfAnother",
      "dictionary 1\n"
      "namespace sets acme urn:acme\n"

@@ -308,7 +308,7 @@ TEST(Definitions, KeepANamespaceForOneTextAndShareItWithAnother) {
                                     "060e2b34.02530101.0f0e0d0c.00000002  Plain  -\n"
                                     "namespace sets acme urn:acme\n"
                                     "060e2b34.02530101.0f0e0d0c.00000003  Take  -\n"
-                                    "namespace sets s377m urn:SMPTE:S377M\n"
+                                    "namespace sets other urn:other\n"
                                     "060e2b34.02530101.0f0e0d0c.00000004  Old  -\n");
   EXPECT_EQ(definitions.findSet("AcmeShot")->chosenNamespace, 1u);
   EXPECT_EQ(definitions.findSet("Plain")->chosenNamespace, 0u);
@@ -316,7 +316,7 @@ TEST(Definitions, KeepANamespaceForOneTextAndShareItWithAnother) {
   EXPECT_EQ(definitions.findSet("Old")->chosenNamespace, 2u);
   ASSERT_EQ(definitions.namespaces().size(), 3u);
   EXPECT_EQ(definitions.namespaces()[1].prefix, "acme");
-  EXPECT_EQ(definitions.namespaces()[2].uri, "urn:SMPTE:S377M");
+  EXPECT_EQ(definitions.namespaces()[2].uri, "urn:other");
 }
 
 TEST(Definitions, LetPropertiesOfOneNameBeInTwoNamespaces) {

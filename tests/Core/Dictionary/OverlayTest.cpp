@@ -147,5 +147,45 @@ TEST(Overlay, IsCheckedWithWhatIsLeftOfTheOlderText) {
             "or '-'");
 }
 
+TEST(Overlay, LetsTwoSetsSwapTheirSymbols) {
+  auto definitions = replaced(R"(
+060e2b34.02530101.0f0e0d0c.00000001  Take  Shot
+060e2b34.02530101.0f0e0d0c.00000002  Shot  -
+)");
+  const auto dictionary = definitions.makeDictionary();
+  EXPECT_EQ(dictionary->findSet(registerKey("060e2b34.02530101.0f0e0d0c.00000001"))->symbol(), "Take");
+  EXPECT_EQ(dictionary->findSet(registerKey("060e2b34.02530101.0f0e0d0c.00000002"))->symbol(), "Shot");
+}
+
+TEST(Overlay, IsRefusedWhenTwoSetsHaveOneSymbolInTheEnd) {
+  EXPECT_EQ(refusedByNewer("060e2b34.02530101.0f0e0d0c.00000001  Take  -\n"),
+            "newer.dictionary:2: there is a set Take already (first.dictionary:9), with another key; choose another "
+            "symbol");
+}
+
+TEST(Overlay, GivesAPropertyAnotherKeyInSetsThatItDoesNotMentionToo) {
+  auto definitions = replaced(R"(
+060e2b34.02530101.0f0e0d0c.00000003  Cut  -
+  -  060e2b34.01010101.0f0e0d0c.00000009  Director  UTF16String  optional
+)");
+  const auto dictionary = definitions.makeDictionary();
+  const auto& shot = *dictionary->findSetBySymbol("Shot");
+  ASSERT_THAT(propertySymbols(shot), ElementsAre("Director", "Grade"));
+  EXPECT_EQ(shot.attributes()[0].metaElement()->key(), label("060e2b34.01010101.0f0e0d0c.00000009"));
+  EXPECT_EQ(shot.attributes()[0].metaElement(), dictionary->findSetBySymbol("Cut")->attributes()[0].metaElement());
+  EXPECT_EQ(dictionary->findElement(label("060e2b34.01010101.0f0e0d0c.00000001")), nullptr);
+}
+
+TEST(Overlay, ThatCameFromSomethingElseGivesNoAdviceOnHowToWriteIt) {
+  Definitions definitions = readRows(kOlder);
+  const uint32 source = definitions.addSource("Groups.xml");
+  const auto message = refusalOf([&] {
+    definitions.readText("dictionary 1\n060e2b34.02530101.0f0e0d0c.00000003  Cut  -  open\n",
+                         {{source, 1}, {source, 77}}, Definitions::Overlay::kReplace);
+  });
+  EXPECT_EQ(message,
+            "Groups.xml:77: 'open' is not expected here; the register cannot be used as it is, take another edition");
+}
+
 }  // namespace
 }  // namespace Vantor

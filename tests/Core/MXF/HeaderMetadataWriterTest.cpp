@@ -23,6 +23,16 @@ TEST(HeaderMetadataWriter, WritesNoFileWithoutAPreface) {
   EXPECT_EQ(sink.serializedSize(), 0u);
 }
 
+TEST(HeaderMetadataWriter, CodesThePrimerPackAsItWasRead) {
+  PartitionMetadata metadata(builtInDictionary());
+  auto key = hex("060E2B34020501030D01020101050100");  // another version in octet 8
+  metadata.partitionDictionary().setPrimerCoding(KLV::Key(key.data()), 3);
+  MemoryDataSink sink;
+  writeHeaderMetadata(metadata, SetOrder::kFile, sink);
+  EXPECT_EQ(Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()),
+            hex("060E2B34020501030D01020101050100 820008 0000000000000012"));
+}
+
 class SetThatTheDictionaryDoesNotKnow : public testing::TestWithParam<KLV::Key> {
  protected:
   /// Whether header metadata with it can be written. Nothing is, otherwise, and the message names the key.
