@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "DictionaryCommand.h"
+#include "DiffCommand.h"
 #include "ErrorText.h"
 #include "ExitCode.h"
 #include "ExportCommand.h"
 #include "ImportCommand.h"
 #include "InfoCommand.h"
+#include "RecoverCommand.h"
 #include "StandardStreams.h"
 #include "VerifyCommand.h"
 
@@ -73,10 +75,13 @@ int run(std::vector<std::string> arguments) {
   const ImportCommand importCommand(program);
   const VerifyCommand verifyCommand(program);
   const InfoCommand infoCommand(program);
+  const DiffCommand diffCommand(program);
+  const RecoverCommand recoverCommand(program);
   const DictionaryCommand dictionaryCommand(program);
   if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
   for (const Command* command :
-       std::vector<const Command*>{&exportCommand, &importCommand, &verifyCommand, &infoCommand, &dictionaryCommand}) {
+       std::vector<const Command*>{&exportCommand, &importCommand, &verifyCommand, &infoCommand, &diffCommand,
+                                   &recoverCommand, &dictionaryCommand}) {
     if (command->isChosen()) return runCommand(*command);
   }
   return kWrongUsage;  // not reached: the parser demanded one of them

@@ -1,0 +1,84 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Program.h"
+#include "ScratchFolder.h"
+
+namespace Vantor::Tool {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kSample = "gst-audio-ac3.mxf";
+constexpr const char* kEqual = "sets compared 19, different 0; properties compared 115, different 0\n";
+
+TEST(Diff, FindsNothingBetweenAFileAndItsExports) {
+  const ScratchFolder folder;
+  for (const auto& options : std::vector<std::vector<std::string>>{
+           {}, {"--flat"}, {"--vocabulary", "st434-2014"}, {"--encoding", "utf-16"}}) {
+    std::vector<std::string> arguments = {"export", sample(kSample), "-o", folder.path("a.xml")};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    ASSERT_EQ(run(arguments).exitCode, 0);
+    for (const auto& [left, right] :
+         {std::pair(sample(kSample), folder.path("a.xml")), std::pair(folder.path("a.xml"), sample(kSample)),
+          std::pair(folder.path("a.xml"), folder.path("a.xml"))}) {
+      const Result result = run({"diff", left, right});
+      EXPECT_EQ(result.exitCode, 0) << result.err;
+      EXPECT_THAT(result.out, EndsWith(kEqual));
+    }
+  }
+}
+
+TEST(Diff, PrintsWhatDiffersAndFails) {
+  const ScratchFolder folder;
+  std::string xml = run({"export", sample(kSample)}).out;
+  const std::string track = "<rp210:TrackID>1<";
+  writeFile(folder.path("a.xml"), xml.replace(xml.find(track), track.size(), "<rp210:TrackID>7<"));
+  const Result result = run({"diff", sample(kSample), folder.path("a.xml")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "mxfxml: " + sample(kSample) + ": differs from " + folder.path("a.xml") + "\n");
+  EXPECT_THAT(result.out, AllOf(StartsWith("value: TimelineTrack "), HasSubstr(": TrackID: 1 -> 7\n"),
+                                EndsWith("sets compared 19, different 1; properties compared 115, different 1\n")));
+}
+
+TEST(Diff, PrintsOtherInstanceUIDsUnlessToldNotTo) {
+  const ScratchFolder folder;
+  ASSERT_EQ(run({"export", sample("op1a.mxf"), "-o", folder.path("a.xml")}).exitCode, 0);
+  ASSERT_EQ(run({"import", "--exact", folder.path("a.xml"), "-o", folder.path("b.mxf")}).exitCode, 0);
+  const Result result = run({"diff", sample("op1a.mxf"), folder.path("b.mxf")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.out, HasSubstr("identifier: Preface: AD.AB.44.24.2F.25.4D.C7.92.FF.00.0B.00.00.00.00 -> "));
+  EXPECT_EQ(run({"diff", "--ignore-ids", sample("op1a.mxf"), folder.path("b.mxf")}).exitCode, 0);
+}
+
+TEST(Diff, FailsWhereAFileCannotBeRead) {
+  EXPECT_EQ(run({"diff", sample(kSample), "/nonexistent"}).exitCode, 1);
+  EXPECT_EQ(run({"diff", sample(kSample)}).exitCode, 2);
+}
+
+TEST(Recover, FindsNothingToDoWhereNoChangeWasStopped) {
+  const ScratchFolder folder;
+  std::filesystem::copy_file(sample(kSample), folder.path("a.mxf"));
+  const Result result = run({"recover", folder.path("a.mxf")});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.out, "no change of the file was stopped; there is nothing to put back\n");
+  EXPECT_EQ(readFile(folder.path("a.mxf")), readFile(sample(kSample)));
+}
+
+TEST(Recover, RemovesAJournalThatWasNotFinished) {
+  const ScratchFolder folder;
+  std::filesystem::copy_file(sample(kSample), folder.path("a.mxf"));
+  writeFile(folder.path("a.mxf.mxfxml-journal"), "mxfxml-j");
+  const Result result = run({"recover", folder.path("a.mxf")});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(result.out, "the change was stopped before it touched the file; its journal is removed\n");
+  EXPECT_EQ(folder.files(), std::vector<std::string>{"a.mxf"});
+}
+
+}  // namespace
+}  // namespace Vantor::Tool

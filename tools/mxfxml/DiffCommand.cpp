@@ -1,0 +1,89 @@
+#include "DiffCommand.h"
+
+#include <array>
+#include <fstream>
+
+#include "CommonOptions.h"
+#include "ComparisonText.h"
+#include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Metadata/SetPairing.h"
+#include "Core/Platform/Strings.h"
+#include "DiagnosticText.h"
+#include "ErrorText.h"
+#include "StandardStreams.h"
+#include "XML2Partition.h"
+#include "XMLUtils/DocumentVocabulary.h"
+#include "XMLUtils/UnicodeString.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+/// Whether the first octet that is no white space, and no part of a byte order mark or a UTF-16 unit, begins markup. An
+/// MXF file begins with a key or with a run-in, which is no XML.
+bool isXML(const Path& path) {
+  std::array<char, 64> start{};
+  std::ifstream file(path, std::ios::binary);
+  file.read(start.data(), start.size());
+  for (std::streamsize i = 0; i < file.gcount(); ++i) {
+    const auto octet = static_cast<unsigned char>(start[static_cast<std::size_t>(i)]);
+    const bool isMark = octet == 0xEF || octet == 0xBB || octet == 0xBF || octet == 0xFE || octet == 0xFF;
+    if (octet != 0 && octet != ' ' && octet != '\t' && octet != '\r' && octet != '\n' && !isMark) return octet == '<';
+  }
+  return false;
+}
+
+std::string textOf(const Types::UUID* instanceUID) {
+  return instanceUID == nullptr ? "nothing" : Utils::wstringToString(instanceUID->toString());
+}
+
+/// The sets whose InstanceUIDs are not the same, a line for each.
+std::string identifierLines(const PartitionMetadata& left, const PartitionMetadata& right) {
+  const SetPairing pairing(left, right);
+  std::string lines;
+  for (const auto& [one, other] : pairing.setPairs()) {
+    const auto *before = one->instanceUID(), *after = other->instanceUID();
+    const bool isSame = before == nullptr || after == nullptr ? before == after : *before == *after;
+    if (!isSame) lines += "identifier: " + one->name() + ": " + textOf(before) + " -> " + textOf(after) + "\n";
+  }
+  return lines;
+}
+
+}  // namespace
+
+DiffCommand::DiffCommand(CLI::App& program)
+    : Command(program, "diff", "Tell what the header metadata of two files, MXF or XML, say differently") {
+  addInput(app(), input(), "MXF or XML file");
+  const auto take = [this](const std::string& text) { other_ = std::filesystem::u8path(text); };
+  app()
+      .add_option_function<std::string>("OTHER", take, "MXF or XML file to compare it with")
+      ->required()
+      ->type_name("");
+  app().add_flag("--ignore-ids", ignoreIdentifiers_, "Take InstanceUIDs for names that each file chooses");
+  addPartition(app(), partition_);
+  dictionary_.addDictionary(app());
+}
+
+void DiffCommand::run() const {
+  const auto left = read(input());
+  const auto right = read(other_);
+  const auto comparison = comparePartitions(*left, *right);
+  const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
+  writeStandardOutput(identifiers + describe(comparison));
+  if (!comparison.isEqual() || !identifiers.empty()) throw CommandError("differs from " + other_.u8string());
+}
+
+std::unique_ptr<PartitionMetadata> DiffCommand::read(const Path& file) const {
+  if (!isXML(file)) return MXF::readHeaderMetadata(file, dictionary_.load(), partition_);
+  const XMLUtils::UnicodeString path(Platform::pathToWstring(file));
+  const auto vocabulary = XMLUtils::vocabularyOfFile(path.utf16());
+  auto metadata =
+      std::make_unique<PartitionMetadata>(dictionary_.load(vocabulary.value_or(MetaMetadata::Vocabulary::kLegacy)));
+  const auto import = XML2Partition::importLosslesslyFromFile(path.utf16(), metadata.get());
+  for (const auto& diagnostic : import.diagnostics) {
+    printMessage(file.u8string() + ": warning: " + describe(diagnostic));
+  }
+  return metadata;
+}
+
+}  // namespace Vantor::Tool

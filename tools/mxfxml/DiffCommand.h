@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "Command.h"
+#include "Core/MXF/PartitionChoice.h"
+#include "Core/Metadata/PartitionMetadata.h"
+#include "DictionaryOptions.h"
+
+namespace Vantor::Tool {
+
+/// `mxfxml diff`: prints what the header metadata of two files, MXF or XML, tell differently. Fails after printing when
+/// there is such a thing.
+class DiffCommand final : public Command {
+ public:
+  explicit DiffCommand(CLI::App& program);
+  void run() const override;
+
+ private:
+  std::unique_ptr<PartitionMetadata> read(const Path& file) const;
+
+  Path other_;
+  bool ignoreIdentifiers_ = false;
+  MXF::PartitionChoice partition_;
+  DictionaryOptions dictionary_;
+};
+
+}  // namespace Vantor::Tool
