@@ -22,7 +22,7 @@ class MetadataEdit {
                std::optional<MXF::PartitionChoice> partition);
 
   /// As they are in the file.
-  const PartitionMetadata& metadata() const { return *original_; }
+  PartitionMetadata& metadata() { return *original_; }
 
   /// Merges what an edited document gives. @param import  what its reader could not read is left as it is.
   void apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import);

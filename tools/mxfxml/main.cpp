@@ -12,6 +12,7 @@
 #include "ImportCommand.h"
 #include "InfoCommand.h"
 #include "RecoverCommand.h"
+#include "SetCommand.h"
 #include "StandardStreams.h"
 #include "VerifyCommand.h"
 
@@ -75,13 +76,14 @@ int run(std::vector<std::string> arguments) {
   const ImportCommand importCommand(program);
   const VerifyCommand verifyCommand(program);
   const InfoCommand infoCommand(program);
+  const SetCommand setCommand(program);
   const DiffCommand diffCommand(program);
   const RecoverCommand recoverCommand(program);
   const DictionaryCommand dictionaryCommand(program);
   if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
   for (const Command* command :
-       std::vector<const Command*>{&exportCommand, &importCommand, &verifyCommand, &infoCommand, &diffCommand,
-                                   &recoverCommand, &dictionaryCommand}) {
+       std::vector<const Command*>{&exportCommand, &importCommand, &verifyCommand, &infoCommand, &setCommand,
+                                   &diffCommand, &recoverCommand, &dictionaryCommand}) {
     if (command->isChosen()) return runCommand(*command);
   }
   return kWrongUsage;  // not reached: the parser demanded one of them
