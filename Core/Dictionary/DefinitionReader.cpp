@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "Core/Dictionary/CharacterClass.h"
 #include "Core/Dictionary/DefinitionIndex.h"
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/MetaMetadata/RegisterKey.h"
@@ -37,10 +38,10 @@ constexpr uint32 kFirstDynamicTag = 0x8000;
 constexpr std::array<std::string_view, 5> kStatuses = {"required", "encoder-required", "decoder-required",
                                                        "best-effort", "optional"};
 
-bool isNameStart(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
-bool isNameRest(char c) { return isNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; }
 bool isName(std::string_view text) {
-  return !text.empty() && isNameStart(text.front()) && std::all_of(text.begin(), text.end(), isNameRest);
+  const auto isRest = [](char c) { return CharacterClass::is(c, CharacterClass::kName); };
+  return !text.empty() && CharacterClass::is(text.front(), CharacterClass::kNameStart) &&
+         std::all_of(text.begin(), text.end(), isRest);
 }
 
 bool isUniversalLabel(const KLV::Key& key) {

@@ -1,25 +1,28 @@
 #include "Core/Dictionary/DictionaryRow.h"
 
+#include "Core/Dictionary/CharacterClass.h"
+
 namespace Vantor {
 
 namespace {
 
 constexpr std::size_t kMostQuoted = 100;  // octets
 
-bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool isSpace(char c) { return CharacterClass::is(c, CharacterClass::kSpace); }
 
 }  // namespace
 
 DictionaryRow::DictionaryRow(std::string_view line) : isIndented_(!line.empty() && isSpace(line.front())), line_(line) {
   while (!line_.empty() && isSpace(line_.back())) line_.remove_suffix(1);
-  for (std::size_t at = 0; at < line_.size();) {
-    while (isSpace(line_[at])) ++at;
-    if (count_ == 0 && line_[at] == '#') return;
-    std::size_t end = at;
-    while (end < line_.size() && !isSpace(line_[end])) ++end;
-    if (count_ < kMaxWords) words_[count_] = line_.substr(at, end - at);
+  const char* at = line_.data();
+  const char* const end = at + line_.size();
+  while (at != end) {
+    while (isSpace(*at)) ++at;  // the last character is none
+    if (count_ == 0 && *at == '#') return;
+    const char* const word = at;
+    while (at != end && !isSpace(*at)) ++at;
+    if (count_ < kMaxWords) words_[count_] = std::string_view(word, static_cast<std::size_t>(at - word));
     ++count_;
-    at = end;
   }
 }
 
