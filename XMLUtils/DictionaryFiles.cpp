@@ -63,7 +63,7 @@ void overlay(DictionaryText text, const Registers& registers, Definitions& into)
   std::array<uint32, kRegisterKinds> sources{};
   for (std::size_t kind = 0; kind < kRegisterKinds; ++kind) sources[kind] = into.addSource(registers.files[kind]);
   for (auto& origin : text.origins) origin.source = sources.at(origin.source);
-  into.readText(std::move(text.text), std::move(text.origins), Definitions::Overlay::kReplace);
+  into.readText(std::move(text.text), text.origins, Definitions::Overlay::kReplace);
 }
 
 /// The labels that are built in are no part of other definitions, and are defined once all the same.

@@ -19,7 +19,6 @@ namespace {
 using Align = TextTable::Align;
 using MetaMetadata::registerText;
 using MetaMetadata::Vocabulary;
-using MetaMetadata::XMLNamespace;
 
 std::string asText(std::u16string_view ascii) { return {ascii.begin(), ascii.end()}; }
 

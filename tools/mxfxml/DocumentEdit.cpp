@@ -73,7 +73,7 @@ DOMElement& emptyProperty(DOMElement& set, const MetaMetadata::MetaElement& defi
 }  // namespace
 
 DocumentEdit::DocumentEdit(PartitionMetadata& metadata)
-    : metadata_(metadata), document_(XMLBuilder::partition2XML(&metadata, false, false).release()) {
+    : document_(XMLBuilder::partition2XML(&metadata, false, false).release()) {
   if (document_ == nullptr) throw CommandError("the metadata in the file have no Preface");
 }
 

@@ -28,7 +28,6 @@ class DocumentEdit {
  private:
   xercesc::DOMElement& elementOf(const MetadataSet& set) const;
 
-  PartitionMetadata& metadata_;
   std::unique_ptr<xercesc::DOMNode> document_;
 };
 
