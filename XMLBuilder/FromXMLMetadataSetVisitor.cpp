@@ -26,13 +26,18 @@ namespace {
 constexpr const char16_t* kRegistrationAuthorityURI = u"http://www.smpte-ra.org";
 constexpr const char16_t* kIdentifierPrefix = u"rp210:";
 
+const DOMNode* markOf(const DOMElement& child, std::u16string_view name, const ImportDocument& document) {
+  return document.isLossless() ? LosslessForms::groupsAttribute(child, name) : child.getAttributeNode(name.data());
+}
+
 /// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
 /// that says as little. @param unmarked  counts the properties of the set that have neither.
-Types::LocalTag localTagOf(const DOMElement& child, PartitionDictionary& tags, std::size_t& unmarked) {
-  if (const auto* tag = child.getAttributeNode(XMLBuilder::Vocabulary::kStaticLocalTag.data())) {
+Types::LocalTag localTagOf(const DOMElement& child, ImportDocument& document, std::size_t& unmarked) {
+  auto& tags = document.partition().partitionDictionary();
+  if (const auto* tag = markOf(child, XMLBuilder::Vocabulary::kStaticLocalTag, document)) {
     return Types::LocalTag(nodeText(*tag), kDottedForm);
   }
-  if (const auto* label = child.getAttributeNode(XMLBuilder::Vocabulary::kUniversalLabel.data())) {
+  if (const auto* label = markOf(child, XMLBuilder::Vocabulary::kUniversalLabel, document)) {
     return tags.findOrGenerate(Types::UniversalLabel(nodeText(*label), kDottedForm));
   }
   return tags.unlistedTag(unmarked++);
@@ -121,7 +126,7 @@ void FromXMLMetadataSetVisitor::readExtension(const DOMElement& child, MetadataS
 }
 
 void FromXMLMetadataSetVisitor::readUnknown(const DOMElement& child, MetadataSet& set) {
-  const auto tag = localTagOf(child, document_.partition().partitionDictionary(), unmarked_);
+  const auto tag = localTagOf(child, document_, unmarked_);
   readValue(set.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(tag)), child, nullptr, document_);
 }
 

@@ -217,6 +217,16 @@ const DOMNode* identifierAttribute(const DOMElement& set, const wstring& name) {
   return set.getAttributeNodeNS(wstring(MetaMetadata::kLegacyElements.uri).c_str(), name.c_str());
 }
 
+bool isGroupsElement(const DOMElement& element, std::u16string_view name) {
+  return isIn(element, XMLBuilder::Vocabulary::kGroupsURI) &&
+         element.getLocalName() == XMLBuilder::Vocabulary::localName(name);
+}
+
+const DOMNode* groupsAttribute(const DOMElement& element, std::u16string_view name) {
+  return element.getAttributeNodeNS(XMLBuilder::Vocabulary::kGroupsURI.data(),
+                                    wstring(XMLBuilder::Vocabulary::localName(name)).c_str());
+}
+
 const DOMNode* targetAttribute(const DOMElement& element) {
   static const wstring uri(XMLBuilder::Vocabulary::kTypesURI);
   return element.getAttributeNodeNS(uri.c_str(), u"TargetInstance");

@@ -34,6 +34,12 @@ std::vector<const xercesc::DOMElement*> s422MChildren(const xercesc::DOMNode& no
 /// The attribute of a set's element that holds one of its identifiers; null when there is none.
 const xercesc::DOMNode* identifierAttribute(const xercesc::DOMElement& set, const wstring& name);
 
+/// Whether an element is one of those that hold what no dictionary names, under any prefix.
+/// @param name  one of the vocabulary's; its prefix does not count.
+bool isGroupsElement(const xercesc::DOMElement& element, std::u16string_view name);
+/// An attribute of theirs; null when there is none.
+const xercesc::DOMNode* groupsAttribute(const xercesc::DOMElement& element, std::u16string_view name);
+
 /// The attribute that says which set is meant, in an element that stands for a set; null in every other element.
 const xercesc::DOMNode* targetAttribute(const xercesc::DOMElement& element);
 /// Whether such an element says that there is no set.

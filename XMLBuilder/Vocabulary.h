@@ -44,6 +44,11 @@ inline constexpr std::u16string_view kMultipleTargets = u"MULTIPLE_METADATASETS"
 /// Follows a property's prefix in the names of its items.
 inline constexpr std::u16string_view kItem = u"Element";
 
+/// The part of a qualified name that is not its prefix.
+constexpr std::u16string_view localName(std::u16string_view qualifiedName) {
+  return qualifiedName.substr(qualifiedName.find(u':') + 1);
+}
+
 /// Namespaces in XML: the namespace of `xmlns` attributes themselves.
 inline constexpr std::u16string_view kXmlnsURI = u"http://www.w3.org/2000/xmlns/";
 

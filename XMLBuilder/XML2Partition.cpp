@@ -8,6 +8,7 @@
 #include "XMLBuilder/DarkMetadataSetReader.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "XMLBuilder/ImportReport.h"
+#include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/LosslessSets.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/Initializer.h"
@@ -27,10 +28,14 @@ constexpr int kFileLine = 313;
 
 constexpr int kLosslessLine = __LINE__;
 
+bool isFloatingContainer(const xercesc::DOMElement& element, const ImportDocument& document) {
+  constexpr auto kName = XMLBuilder::Vocabulary::kFloatingContainer;
+  return document.isLossless() ? LosslessForms::isGroupsElement(element, kName) : element.getNodeName() == kName;
+}
+
 const MetaMetadata::MetaMetadataSet* findRootSet(const xercesc::DOMElement& element, ImportDocument& document) {
   if (!document.isLossless()) return document.findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
-  return element.getNodeName() == XMLBuilder::Vocabulary::kFloatingContainer ? nullptr
-                                                                             : LosslessSets::findSet(element, document);
+  return isFloatingContainer(element, document) ? nullptr : LosslessSets::findSet(element, document);
 }
 
 ImportedSets importDocument(ImportDocument& document) {
@@ -39,7 +44,7 @@ ImportedSets importDocument(ImportDocument& document) {
   for (const auto* child : XMLUtils::childElements(root)) {
     if (const auto* definition = findRootSet(*child, document)) {
       importSet(*child, *definition, document, [&imported](MetadataSet* set) { imported.push_back(set); });
-    } else if (child->getNodeName() == XMLBuilder::Vocabulary::kFloatingContainer) {
+    } else if (isFloatingContainer(*child, document)) {
       readFloatingContainer(*child, document, imported);
     }
   }

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/Platform/Strings.h"
+#include "tests/XMLBuilder/ImportSupport.h"
+
+/// What the tests of the lossless import share: small documents, and what an import makes and tells of them.
+namespace Vantor::XML2Partition {
+
+inline constexpr const char* kPrefaceUID = "01.01.01.01.01.01.01.01.01.01.01.01.01.01.01.01";
+inline constexpr const char* kStorageUID = "02.02.02.02.02.02.02.02.02.02.02.02.02.02.02.02";
+
+/// A document in the legacy vocabulary, one element to a line; the content starts at line 2.
+inline std::string documentOf(const std::string& content) {
+  return "<s377m:MetadataSets xmlns:s377m='urn:SMPTE:S377M' xmlns:rp210='urn:SMPTE:RP210' "
+         "xmlns:types='urn:SMPTE:Types:MXF' xmlns:groups='urn:SMPTE:Groups:MXF' "
+         "xmlns:s422mTypes='urn:SMPTE:S422MTypes:MXF'>\n" +
+         content + "\n</s377m:MetadataSets>";
+}
+inline std::string prefaceWith(const std::string& content) {
+  return documentOf("<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>\n" + content +
+                    "\n</s377m:Preface>");
+}
+inline std::string identificationWith(const std::string& content) {
+  return documentOf("<s377m:Identification>\n" + content + "\n</s377m:Identification>");
+}
+
+/// A partition with the built-in dictionary, filled from a document.
+class Imported {
+ public:
+  explicit Imported(const std::string& text, MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy)
+      : partition_(builtInDictionary(vocabulary)),
+        result_(importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.data()),
+                                           static_cast<uint32>(text.size()), &partition_)) {}
+
+  PartitionMetadata& partition() { return partition_; }
+  MetadataSet& first() { return *partition_.sets().front(); }
+  const LosslessImport& result() const { return result_; }
+  std::vector<std::string> messages() const {
+    std::vector<std::string> texts;
+    for (const auto& one : result_.diagnostics) {
+      texts.push_back(std::to_string(one.line) + "|" + one.set + "|" + one.property + "|" + one.message);
+    }
+    return texts;
+  }
+  std::vector<ImportDiagnostic::Kind> kinds() const {
+    std::vector<ImportDiagnostic::Kind> found;
+    for (const auto& one : result_.diagnostics) found.push_back(one.kind);
+    return found;
+  }
+
+ private:
+  PartitionMetadata partition_;
+  LosslessImport result_;
+};
+
+template <class T>
+const T& valueAs(MetadataSet& set, const std::string& symbol) {
+  const auto* value = valueOf(set, symbol);
+  if (value == nullptr) throw std::logic_error("no value: " + symbol);
+  return dynamic_cast<const T&>(*value);
+}
+
+}  // namespace Vantor::XML2Partition
