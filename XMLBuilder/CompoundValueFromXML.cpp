@@ -36,9 +36,7 @@ void require(bool holds, const std::string& condition, const std::string& explan
 /// All children of a compound value with a name.
 std::vector<const DOMElement*> childrenNamed(const DOMNode& node, std::u16string_view prefix, const char16_t* name,
                                              ImportDocument& document) {
-  if (document.isLossless()) {
-    return prefix == kTypesPrefix ? LosslessForms::typeChildren(node, name) : LosslessForms::s422MChildren(node, name);
-  }
+  if (document.isLossless()) return LosslessForms::fieldsNamed(node, prefix, name);
   const auto found = document.rootScope().all(node, wstring(prefix), name);
   return {found.begin(), found.end()};
 }
@@ -54,13 +52,17 @@ const DOMElement* childNamed(const DOMNode& node, std::u16string_view prefix, co
 /// The children of one compound value.
 class Fields {
  public:
-  Fields(const DOMNode& node, std::u16string_view prefix, ImportDocument& document)
-      : node_(node), prefix_(prefix), document_(document) {}
+  /// @param names  all that the value may have; a lossless import takes no other and none twice.
+  Fields(const DOMNode& node, std::u16string_view prefix, LosslessForms::FieldNames names, ImportDocument& document)
+      : node_(node), prefix_(prefix), document_(document) {
+    if (document.isLossless()) LosslessForms::checkFields(node, prefix, names);
+  }
 
   /// The text of the first child with a name; empty when there is none.
   wstring text(const char16_t* name) const {
     const DOMElement* child = childNamed(node_, prefix_, name, document_);
-    return child == nullptr ? wstring() : nodeText(*child, document_.blankText());
+    if (child == nullptr) return {};
+    return document_.isLossless() ? LosslessForms::plainText(*child) : nodeText(*child, document_.blankText());
   }
   /// The same for a child that must be there.
   wstring text(const char16_t* name, const std::string& variable, int line) const {
@@ -77,6 +79,12 @@ class Fields {
   template <class Integer>
   Integer number(const char16_t* name, const std::string& variable, int line) const {
     return parse<Integer>(text(name, variable, line), name);
+  }
+  /// Bytes in hexadecimal digits.
+  Bytes hex(const char16_t* name, const std::string& variable, int line) const {
+    const bool mayBeEmpty = document_.isLossless() && childNamed(node_, prefix_, name, document_) != nullptr;
+    if (!mayBeEmpty) return parseHexString(text(name, variable, line));
+    return parseHexString(LosslessForms::exactText(Types::Identifiers::kDataValue, text(name)));
   }
 
  private:
@@ -98,7 +106,10 @@ wstring retrieveNodeName(const DOMNode& node) { return XMLUtils::utf16ToWstring(
 const DOMNode& findComponent(const DOMNode& node, const char16_t* name, const std::string& property, int line,
                              ImportDocument& document) {
   const auto* element = childNamed(node, kS422MTypesPrefix, name, document);
-  if (element == nullptr && document.isLossless()) return node;  // the export writes none
+  if (document.isLossless()) {
+    if (element == nullptr) return node;  // the export writes none
+    LosslessForms::checkFields(node, kS422MTypesPrefix, {name});
+  }
   const auto symbol = Utils::wstringToString(name);
   const auto explanation = "No '" + symbol + "' element from '" + property + "' in XML metadata";
   require(element != nullptr, "domComponentElement != 0", explanation, line);
@@ -110,13 +121,13 @@ const DOMNode& findComponent(const DOMNode& node, const char16_t* name, const st
 }  // namespace
 
 auto_ptr<Types::SimpleDataType> readRational(const DOMNode& node, ImportDocument& document) {
-  const Fields fields(node, kTypesPrefix, document);
+  const Fields fields(node, kTypesPrefix, {u"Numerator", u"Denominator"}, document);
   const auto numerator = fields.number<int32>(u"Numerator");
   return std::make_unique<Types::Rational>(numerator, fields.number<int32>(u"Denominator"));
 }
 
 auto_ptr<Types::SimpleDataType> readProductVersion(const DOMNode& node, ImportDocument& document) {
-  const Fields fields(node, kTypesPrefix, document);
+  const Fields fields(node, kTypesPrefix, {u"Major", u"Minor", u"Patch", u"Build", u"Release"}, document);
   const auto major = fields.number<uint16>(u"Major");
   const auto minor = fields.number<uint16>(u"Minor");
   const auto patch = fields.number<uint16>(u"Patch");
@@ -126,10 +137,11 @@ auto_ptr<Types::SimpleDataType> readProductVersion(const DOMNode& node, ImportDo
 }
 
 auto_ptr<Types::SimpleDataType> readRGBALayout(const DOMNode& node, ImportDocument& document) {
+  if (document.isLossless()) LosslessForms::checkRepeatedFields(node, kTypesPrefix, {u"RGBAComponent"});
   auto layout = std::make_unique<Types::RGBALayout>();
   uint32 index = 0;
   for (const auto* component : childrenNamed(node, kTypesPrefix, u"RGBAComponent", document)) {
-    const Fields fields(*component, kTypesPrefix, document);
+    const Fields fields(*component, kTypesPrefix, {u"Code", u"Depth"}, document);
     const auto code = fields.number<uint8>(u"Code");
     layout->set(index++, {code, fields.number<uint8>(u"Depth")});
   }
@@ -137,11 +149,12 @@ auto_ptr<Types::SimpleDataType> readRGBALayout(const DOMNode& node, ImportDocume
 }
 
 auto_ptr<Types::SimpleDataType> readTimestamp(const DOMNode& node, ImportDocument& document) {
-  const Fields fields(node, kTypesPrefix, document);
+  const Fields fields(node, kTypesPrefix, {u"Year", u"Month", u"Day", u"Hour", u"Minute", u"Second", u"mSec4"},
+                      document);
   const auto second = fields.number<uint8>(u"Second", "secondsValue", 374);
-  const auto fraction = fields.number<uint16>(u"mSec4", "milliValue", 377);
-  const auto milliSecond =
-      document.isLossless() ? static_cast<uint16>(LosslessForms::milliSeconds(fraction)) : fraction;
+  const auto milliSecond = document.isLossless()
+                               ? LosslessForms::milliSeconds(fields.number<uint8>(u"mSec4", "milliValue", 377))
+                               : fields.number<uint16>(u"mSec4", "milliValue", 377);
   const auto year = fields.number<uint16>(u"Year", "yearValue", 380);
   const auto month = fields.number<uint8>(u"Month", "monthValue", 383);
   const auto day = fields.number<uint8>(u"Day", "dayValue", 386);
@@ -152,7 +165,7 @@ auto_ptr<Types::SimpleDataType> readTimestamp(const DOMNode& node, ImportDocumen
 
 auto_ptr<Types::SimpleDataType> readJ2KPictureComponent(const DOMNode& node, ImportDocument& document) {
   const Fields fields(findComponent(node, u"J2KPictureComponent", "PictureComponentSizing", 255, document),
-                      kS422MTypesPrefix, document);
+                      kS422MTypesPrefix, {u"Ssizi", u"XRSizi", u"YRSizi"}, document);
   const auto sSizi = fields.number<uint8>(u"Ssizi", "sSiziValue", 259);
   const auto xRSizi = fields.number<uint8>(u"XRSizi", "xRSiziValue", 262);
   return std::make_unique<Types::J2KPictureComponent>(sSizi, xRSizi,
@@ -161,18 +174,18 @@ auto_ptr<Types::SimpleDataType> readJ2KPictureComponent(const DOMNode& node, Imp
 
 auto_ptr<Types::SimpleDataType> readJ2KCodingStyleDefault(const DOMNode& node, ImportDocument& document) {
   const Fields fields(findComponent(node, u"J2KCodingStyleDefault", "CodingStyleDefault", 296, document),
-                      kS422MTypesPrefix, document);
+                      kS422MTypesPrefix, {u"Scod", u"SGcod", u"Spcod"}, document);
   const auto scod = fields.number<uint8>(u"Scod", "scodValue", 300);
   const auto sGcod = fields.number<uint32>(u"SGcod", "sGcodValue", 303);
-  const auto spcod = parseHexString(fields.text(u"Spcod", "spcodValue", 306));
+  const auto spcod = fields.hex(u"Spcod", "spcodValue", 306);
   return std::make_unique<Types::J2KCodingStyleDefault>(scod, sGcod, spcod.data(), spcod.size());
 }
 
 auto_ptr<Types::SimpleDataType> readJ2KQuantisationDefault(const DOMNode& node, ImportDocument& document) {
   const Fields fields(findComponent(node, u"J2KQuantisationDefault", "QuantisationDefault", 337, document),
-                      kS422MTypesPrefix, document);
+                      kS422MTypesPrefix, {u"Sqcd", u"SPgcd"}, document);
   const auto sqcd = fields.number<uint8>(u"Sqcd", "sqcdValue", 341);
-  const auto sPgcd = parseHexString(fields.text(u"SPgcd", "sPgcdValue", 344));
+  const auto sPgcd = fields.hex(u"SPgcd", "sPgcdValue", 344);
   return std::make_unique<Types::J2KQuantisationDefault>(sqcd, sPgcd.data(), sPgcd.size());
 }
 

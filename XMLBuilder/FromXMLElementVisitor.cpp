@@ -69,21 +69,26 @@ FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& node, const
 
 void FromXMLElementVisitor::visit(SimpleElement& element) {
   auto value = createValueFromNode(dataType_, node_, document_);
-  if (value != nullptr) {
-    element.set(std::move(value), false);
-  } else if (document_.isLossless()) {
-    element.markPresent();  // it was written without a value
-  }
+  if (value != nullptr) element.set(std::move(value), false);
 }
 
-void FromXMLElementVisitor::visit(ArrayElement& element) {
-  element.set(std::make_unique<Types::Array>(itemSize()));
-  readItems(element);
+void FromXMLElementVisitor::visit(ArrayElement& element) { readCollection<Types::Array>(element); }
+
+void FromXMLElementVisitor::visit(BatchElement& element) { readCollection<Types::Batch>(element); }
+
+/// A lossless import leaves a property alone of which it cannot read every item.
+template <class Collection>
+void FromXMLElementVisitor::readCollection(CollectionElement& element) {
+  refuseText();
+  auto owned = std::make_unique<Collection>(itemSize());
+  auto& collection = *owned;
+  if (!document_.isLossless()) element.set(std::move(owned));
+  readItems(collection);
+  if (owned != nullptr) element.set(std::move(owned));
 }
 
-void FromXMLElementVisitor::visit(BatchElement& element) {
-  element.set(std::make_unique<Types::Batch>(itemSize()));
-  readItems(element);
+void FromXMLElementVisitor::refuseText() const {
+  if (document_.isLossless()) LosslessForms::refuseText(node_);
 }
 
 int FromXMLElementVisitor::itemSize() const {
@@ -101,17 +106,18 @@ uint32 FromXMLElementVisitor::measuredItemSize() const {
   return size;
 }
 
-void FromXMLElementVisitor::readItems(CollectionElement& element) {
+void FromXMLElementVisitor::readItems(Types::Collection& collection) {
   uint64 emptyItems = 0;
   for (const DOMElement* item : XMLUtils::childElements(node_)) {
     auto value = createValueFromNode(dataSubType_, *item, document_);
-    if (value != nullptr && value->encodedSize() == 0) checkPadding(++emptyItems, element.value()->itemSize());
-    element.append(std::move(value));
+    if (value != nullptr && value->encodedSize() == 0) checkPadding(++emptyItems, collection.itemSize());
+    collection.append(std::move(value));
   }
 }
 
 template <class References>
 void FromXMLElementVisitor::readReferences(References& element) {
+  refuseText();
   const auto items = XMLUtils::childElements(node_);
   for (const DOMElement* item : items) readMember(element, *item);
   if (items.empty()) makeEmpty(element);
@@ -138,8 +144,10 @@ void FromXMLElementVisitor::makeEmpty(References& element) {
 }
 
 void FromXMLElementVisitor::visit(ReferenceElement& element) {
+  refuseText();
   const DOMElement* child = XMLUtils::firstChildElement(node_);
   if (child == nullptr) return reportLostReference();
+  reportFurtherReferences(*child);
   if (standsForSet(*child, child->getLocalName())) {
     auto reference = buildReference(dataType_, *child);
     if (reference != nullptr) element.setUnverifiedReference(std::move(reference));
@@ -171,6 +179,14 @@ bool FromXMLElementVisitor::standsForSet(const DOMElement& element, const XMLCh*
 void FromXMLElementVisitor::reportLostReference() const {
   if (!document_.isLossless()) return;
   document_.report().addUnread(ImportDiagnostic::Kind::kReference, node_, "the element names no set");
+}
+
+void FromXMLElementVisitor::reportFurtherReferences(const DOMElement& first) const {
+  if (!document_.isLossless()) return;
+  for (const auto* next = first.getNextElementSibling(); next != nullptr; next = next->getNextElementSibling()) {
+    document_.report().add(ImportDiagnostic::Kind::kSecondElement, *next,
+                           "the property refers to one set, and has that already; this one is not read");
+  }
 }
 
 void readValue(Element& property, const xercesc::DOMNode& node, const MetaMetadata::MetaElement* definition,

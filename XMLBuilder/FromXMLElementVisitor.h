@@ -30,14 +30,18 @@ class FromXMLElementVisitor : public Metadata::Visitors::NonConstElementVisitor 
   void readMember(References& element, const xercesc::DOMElement& item);
   template <class References>
   void makeEmpty(References& element);
+  void refuseText() const;
   int itemSize() const;
   uint32 measuredItemSize() const;
-  void readItems(CollectionElement& element);
+  template <class Collection>
+  void readCollection(CollectionElement& element);
+  void readItems(Types::Collection& collection);
 
   /// Whether an element of the property only names a set that is written elsewhere. @param name  the exact reader's
   /// clue.
   bool standsForSet(const xercesc::DOMElement& element, const XMLCh* name) const;
   void reportLostReference() const;
+  void reportFurtherReferences(const xercesc::DOMElement& first) const;
   auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, const xercesc::DOMElement& carrier);
   const MetadataSet* buildNestedSet(const xercesc::DOMElement& element);
 

@@ -27,7 +27,7 @@ wstring attributeOf(const DOMElement& element, std::u16string_view name) {
 Content contentOf(const DOMElement& element) {
   const auto key =
       LosslessForms::exactText(Types::Identifiers::kUniversalLabel, attributeOf(element, XMLBuilder::Vocabulary::kKey));
-  const auto octets = LosslessForms::exactText(Types::Identifiers::kUnknown, textContent(element, BlankText::kKeep));
+  const auto octets = LosslessForms::exactText(Types::Identifiers::kUnknown, LosslessForms::plainText(element));
   return {KLV::Key(key, kDottedForm), parseHexString(octets)};
 }
 

@@ -14,6 +14,7 @@
 #include "XMLBuilder/ValueFromXML.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/ChildLookup.h"
+#include "XMLUtils/Strings.h"
 
 namespace Vantor::XML2Partition::LosslessForms {
 
@@ -99,14 +100,16 @@ bool isIn(const DOMNode& node, std::u16string_view uri) {
   return found != nullptr && uri == found;
 }
 
-template <class IsOurs>
-std::vector<const DOMElement*> childrenNamed(const DOMNode& node, std::u16string_view name, IsOurs&& isOurs) {
-  std::vector<const DOMElement*> found;
-  for (const DOMElement* child : XMLUtils::childElements(node)) {
-    if (name == child->getLocalName() && isOurs(*child)) found.push_back(child);
-  }
-  return found;
+bool isField(const DOMElement& child, std::u16string_view prefix) {
+  if (prefix == XMLBuilder::Vocabulary::kS422MTypesPrefix) return isIn(child, XMLBuilder::Vocabulary::kS422MTypesURI);
+  return isIn(child, XMLBuilder::Vocabulary::kTypesURI) || isIn(child, MetaMetadata::kST434Types.uri);
 }
+
+bool isTextNode(const DOMNode& node) {
+  return node.getNodeType() == DOMNode::TEXT_NODE || node.getNodeType() == DOMNode::CDATA_SECTION_NODE;
+}
+
+wstring nameOf(const DOMElement& element) { return XMLUtils::utf16ToWstring(element.getNodeName()); }
 
 }  // namespace
 
@@ -171,14 +174,41 @@ wstring exactText(Identifier type, const wstring& text) {
   return text;
 }
 
+wstring plainText(const DOMNode& node) {
+  if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return nodeText(node);
+  if (const DOMElement* child = XMLUtils::firstChildElement(node)) {
+    refuse(nameOf(*child), "an element within a value that has none", __LINE__);
+  }
+  return textContent(node, BlankText::kKeep);
+}
+
+bool hasText(const DOMNode& node) {
+  for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
+    if (isTextNode(*child) && !trimmed(XMLUtils::utf16ToWstring(child->getNodeValue())).empty()) return true;
+  }
+  return false;
+}
+
+void refuseText(const DOMNode& node) {
+  for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
+    if (!isTextNode(*child)) continue;
+    const wstring text = trimmed(XMLUtils::utf16ToWstring(child->getNodeValue()));
+    if (!text.empty()) refuse(text, "text where only elements are expected", __LINE__);
+  }
+}
+
 auto_ptr<Types::SimpleDataType> emptyValue(Identifier type) {
   if (type == kUTF16String) return std::make_unique<Types::UTF16String>(wstring());
   if (type == kUTF8String) return std::make_unique<Types::UTF8String>(wstring());
   if (type == kISO7String) return std::make_unique<Types::ISO7String>("");
   if (type == kISO8String) return std::make_unique<Types::ISO8String>("");
   if (type == kDataStream) return std::make_unique<Types::DataStream>(nullptr, 0);
+  if (type == kDataValue) return std::make_unique<Types::DataValue>(nullptr, 0);
   if (type == kUnknown) return std::make_unique<Types::Unknown>(nullptr, 0);
-  return nullptr;
+  if (type == kUTF16) return std::make_unique<Types::UTF16>(uint16{0});  // a NUL is written as nothing
+  throw Exceptions::InvalidFormat(
+      std::string("the element is empty, and a ") + Types::Identifiers::name(type) + " has no empty value", kSource,
+      __LINE__);
 }
 
 auto_ptr<Types::SimpleDataType> readUncommon(Identifier type, const wstring& text) {
@@ -202,15 +232,29 @@ int64 number(const wstring& text, int64 least, int64 most, const char16_t* name)
   return number;
 }
 
-std::vector<const DOMElement*> typeChildren(const DOMNode& node, std::u16string_view name) {
-  return childrenNamed(node, name, [](const DOMElement& child) {
-    return isIn(child, XMLBuilder::Vocabulary::kTypesURI) || isIn(child, MetaMetadata::kST434Types.uri);
-  });
+std::vector<const DOMElement*> fieldsNamed(const DOMNode& node, std::u16string_view prefix, std::u16string_view name) {
+  std::vector<const DOMElement*> found;
+  for (const DOMElement* child : XMLUtils::childElements(node)) {
+    if (name == child->getLocalName() && isField(*child, prefix)) found.push_back(child);
+  }
+  return found;
 }
 
-std::vector<const DOMElement*> s422MChildren(const DOMNode& node, std::u16string_view name) {
-  return childrenNamed(node, name,
-                       [](const DOMElement& child) { return isIn(child, XMLBuilder::Vocabulary::kS422MTypesURI); });
+void checkRepeatedFields(const DOMNode& node, std::u16string_view prefix, FieldNames names) {
+  refuseText(node);
+  for (const DOMElement* child : XMLUtils::childElements(node)) {
+    const auto hasName = [child](std::u16string_view name) { return name == child->getLocalName(); };
+    if (isField(*child, prefix) && std::any_of(names.begin(), names.end(), hasName)) continue;
+    refuse(nameOf(*child), "no part of the value", __LINE__);
+  }
+}
+
+void checkFields(const DOMNode& node, std::u16string_view prefix, FieldNames names) {
+  checkRepeatedFields(node, prefix, names);
+  for (const char16_t* name : names) {
+    const auto found = fieldsNamed(node, prefix, name);
+    if (found.size() > 1) refuse(nameOf(*found[1]), "there a second time", __LINE__);
+  }
 }
 
 const DOMNode* identifierAttribute(const DOMElement& set, const wstring& name) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <initializer_list>
+#include <string_view>
 #include <vector>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -13,8 +15,18 @@ namespace Vantor::XML2Partition::LosslessForms {
 /// @throws InvalidFormat saying why the text is no value of the type.
 wstring exactText(Types::Identifiers::Identifier type, const wstring& text);
 
-/// The value of an element that holds nothing: an empty text or stream of bytes; null for types that have no such
-/// value.
+/// The text of an attribute, or of an element without others within: all of it, comments aside, of which editors make
+/// several nodes.
+/// @throws InvalidFormat naming an element within.
+wstring plainText(const xercesc::DOMNode& node);
+
+/// Whether text other than white space stands directly within an element.
+bool hasText(const xercesc::DOMNode& node);
+/// @throws InvalidFormat when it does: the element is to hold elements alone.
+void refuseText(const xercesc::DOMNode& node);
+
+/// The value of an element that holds nothing: an empty text or stream of bytes.
+/// @throws InvalidFormat for types that have no such value.
 auto_ptr<Types::SimpleDataType> emptyValue(Types::Identifiers::Identifier type);
 
 /// A value of the types that the exact reader has no form for although they are written as text: null for every other.
@@ -25,11 +37,17 @@ auto_ptr<Types::SimpleDataType> readUncommon(Types::Identifiers::Identifier type
 int64 number(const wstring& text, int64 least, int64 most, const char16_t* name);
 
 /// From the unit of ST 377-1, 1/250 of a second, in which fractions are written, to milliseconds.
-constexpr int64 milliSeconds(int64 quarters) { return quarters * 4; }
+constexpr uint16 milliSeconds(uint8 quarters) { return static_cast<uint16>(quarters * 4); }
 
 /// The children of a compound value: in either vocabulary, under any prefix.
-std::vector<const xercesc::DOMElement*> typeChildren(const xercesc::DOMNode& node, std::u16string_view name);
-std::vector<const xercesc::DOMElement*> s422MChildren(const xercesc::DOMNode& node, std::u16string_view name);
+/// @param prefix  the one that stands for their namespace in documents of ours.
+std::vector<const xercesc::DOMElement*> fieldsNamed(const xercesc::DOMNode& node, std::u16string_view prefix,
+                                                    std::u16string_view name);
+using FieldNames = std::initializer_list<const char16_t*>;
+/// @throws InvalidFormat for anything within a compound value but one child of each name at most.
+void checkFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names);
+/// The same where children may come more than once.
+void checkRepeatedFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names);
 
 /// The attribute of a set's element that holds one of its identifiers; null when there is none.
 const xercesc::DOMNode* identifierAttribute(const xercesc::DOMElement& set, const wstring& name);

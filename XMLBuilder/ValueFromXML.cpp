@@ -162,12 +162,13 @@ CompoundReader compoundReader(Types::Identifiers::Identifier type) {
   return nullptr;
 }
 
-/// All of the node's text, comments aside, of which editors make several nodes.
 auto_ptr<Types::SimpleDataType> readLosslessly(Types::Identifiers::Identifier type, const DOMNode& node) {
-  const bool isAttribute = node.getNodeType() == DOMNode::ATTRIBUTE_NODE;
-  const auto text = LosslessForms::exactText(type, isAttribute ? nodeText(node) : textContent(node, BlankText::kKeep));
+  const auto text = LosslessForms::exactText(type, LosslessForms::plainText(node));
   auto value = LosslessForms::readUncommon(type, text);
-  return value != nullptr ? std::move(value) : readText(type, node, text);
+  if (value == nullptr) value = readText(type, node, text);
+  if (value != nullptr) return value;
+  throw Exceptions::InvalidFormat(std::string("documents have no form for a ") + Types::Identifiers::name(type),
+                                  kValueSource, __LINE__);
 }
 
 }  // namespace

@@ -63,13 +63,6 @@ TEST(LosslessImport, JoinsTextThatCommentsAndSectionsCutUp) {
             wstring(u"ac<d>"));
 }
 
-TEST(LosslessImport, KeepsAPropertyThatWasWrittenWithoutAValue) {
-  Imported document(prefaceWith("<rp210:ByteOrder/>"));
-  EXPECT_TRUE(property(document.first(), "ByteOrder").isPresent());
-  EXPECT_EQ(valueOf(document.first(), "ByteOrder"), nullptr);
-  EXPECT_FALSE(property(document.first(), "ObjectModelVersion").isPresent());
-}
-
 TEST(LosslessImport, KeepsInstanceUIDsAndReferences) {
   Imported document(prefaceWith("<rp210:ContentStorageObject><s377m:ContentStorage rp210:InstanceUID='" +
                                 std::string(kStorageUID) + "'/></rp210:ContentStorageObject>"));
