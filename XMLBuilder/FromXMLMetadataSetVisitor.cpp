@@ -30,15 +30,20 @@ const DOMNode* markOf(const DOMElement& child, std::u16string_view name, const I
   return document.isLossless() ? LosslessForms::groupsAttribute(child, name) : child.getAttributeNode(name.data());
 }
 
+wstring markText(const DOMNode& mark, const ImportDocument& document) {
+  const wstring text = nodeText(mark);
+  return document.isLossless() ? LosslessForms::exactText(Types::Identifiers::kUniversalLabel, text) : text;
+}
+
 /// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
 /// that says as little. @param unmarked  counts the properties of the set that have neither.
 Types::LocalTag localTagOf(const DOMElement& child, ImportDocument& document, std::size_t& unmarked) {
   auto& tags = document.partition().partitionDictionary();
   if (const auto* tag = markOf(child, XMLBuilder::Vocabulary::kStaticLocalTag, document)) {
-    return Types::LocalTag(nodeText(*tag), kDottedForm);
+    return Types::LocalTag(markText(*tag, document), kDottedForm);
   }
   if (const auto* label = markOf(child, XMLBuilder::Vocabulary::kUniversalLabel, document)) {
-    return tags.findOrGenerate(Types::UniversalLabel(nodeText(*label), kDottedForm));
+    return tags.findOrGenerate(Types::UniversalLabel(markText(*label, document), kDottedForm));
   }
   return tags.unlistedTag(unmarked++);
 }
@@ -119,15 +124,36 @@ wstring FromXMLMetadataSetVisitor::extensionName(const DOMElement& child) const 
 }
 
 void FromXMLMetadataSetVisitor::readExtension(const DOMElement& child, MetadataSet& set) {
-  const auto* definition = document_.findProperty(extensionName(child));
-  if (definition == nullptr) return readUnknown(child, set);
-  readValue(set.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(definition)), child, definition,
-            document_);
+  if (const auto* definition = document_.findProperty(extensionName(child))) {
+    readInvalid(std::make_unique<MetaMetadata::MisplacedAttribute>(definition), child, set);
+  } else if (document_.isLossless()) {
+    readUnknownLosslessly(child, set);
+  } else {
+    readUnknown(child, set);
+  }
 }
 
 void FromXMLMetadataSetVisitor::readUnknown(const DOMElement& child, MetadataSet& set) {
   const auto tag = localTagOf(child, document_, unmarked_);
-  readValue(set.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(tag)), child, nullptr, document_);
+  readInvalid(std::make_unique<MetaMetadata::UnknownAttribute>(tag), child, set);
+}
+
+void FromXMLMetadataSetVisitor::readUnknownLosslessly(const DOMElement& child, MetadataSet& set) {
+  if (!LosslessSets::isUnknownProperty(child, document_)) return;
+  try {
+    readUnknown(child, set);
+  } catch (const Exceptions::BaseException& error) {
+    document_.report().add(ImportDiagnostic::Kind::kValue, child, error.message());
+  }
+}
+
+void FromXMLMetadataSetVisitor::readInvalid(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute,
+                                            const DOMElement& child, MetadataSet& set) {
+  const auto* definition = attribute->metaElement();
+  Element& property = set.createInvalidElement(std::move(attribute));
+  readValue(property, child, definition, document_);
+  // What could not be read was reported, and is not in the set.
+  if (document_.isLossless() && property.wireValue() == nullptr) set.remove(property);
 }
 
 }  // namespace Vantor::XML2Partition

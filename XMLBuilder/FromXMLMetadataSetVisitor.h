@@ -33,6 +33,9 @@ class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSet
   void readExtensionElements(MetadataSet& set);
   void readExtension(const xercesc::DOMElement& child, MetadataSet& set);
   void readUnknown(const xercesc::DOMElement& child, MetadataSet& set);
+  void readUnknownLosslessly(const xercesc::DOMElement& child, MetadataSet& set);
+  void readInvalid(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute, const xercesc::DOMElement& child,
+                   MetadataSet& set);
   wstring extensionName(const xercesc::DOMElement& child) const;
 
   const xercesc::DOMElement& element_;

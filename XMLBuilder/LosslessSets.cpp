@@ -42,6 +42,16 @@ std::optional<Types::UUID> instanceUIDOf(const DOMElement& element) {
   }
 }
 
+std::optional<Types::UUID> targetOf(const DOMElement& carrier, ImportDocument& document) {
+  const auto text = nodeText(*LosslessForms::targetAttribute(carrier));
+  try {
+    return Types::UUID(LosslessForms::exactText(Types::Identifiers::kUUID, text), kDottedForm);
+  } catch (const Exceptions::InvalidFormat& error) {
+    document.report().addUnread(Kind::kValue, carrier, error.message());
+    return std::nullopt;
+  }
+}
+
 /// What an element of a reference leads to, as text.
 wstring targetOf(const DOMElement& item) {
   const auto* target = LosslessForms::targetAttribute(item);
@@ -143,12 +153,19 @@ void readInstanceUID(Element& property, const DOMNode& attribute, MetadataSet& s
 
 auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, const DOMElement& carrier,
                                           ImportDocument& document) {
-  const auto& attribute = *LosslessForms::targetAttribute(carrier);
-  const Types::UUID target(LosslessForms::exactText(Types::Identifiers::kUUID, nodeText(attribute)), kDottedForm);
-  document.report().refer(target, carrier, LosslessForms::isDangling(carrier));
-  if (type == Types::Identifiers::kStrongReference) return std::make_unique<Types::StrongReference>(target);
-  if (type == Types::Identifiers::kWeakReference) return std::make_unique<Types::WeakReference>(target);
+  const auto target = targetOf(carrier, document);
+  if (!target) return nullptr;
+  document.report().refer(*target, carrier, LosslessForms::isDangling(carrier));
+  if (type == Types::Identifiers::kStrongReference) return std::make_unique<Types::StrongReference>(*target);
+  if (type == Types::Identifiers::kWeakReference) return std::make_unique<Types::WeakReference>(*target);
   return nullptr;
+}
+
+bool isUnknownProperty(const DOMElement& element, ImportDocument& document) {
+  if (LosslessForms::isGroupsElement(element, XMLBuilder::Vocabulary::kDarkElement)) return true;
+  document.report().add(Kind::kUnknownElement, element,
+                        "there is no property " + nameOf(element) + " in " + namespaceOf(element));
+  return false;
 }
 
 void reportUnread(const SetChildren& children, ImportDocument& document) {

@@ -42,9 +42,14 @@ MetadataSet* readCopy(const xercesc::DOMElement& element, const MetaMetadata::Me
 void readInstanceUID(Element& property, const xercesc::DOMNode& attribute, MetadataSet& set,
                      const xercesc::DOMElement& element, ImportDocument& document);
 
-/// A reference to the set that an element names. Null for a type that is no reference.
+/// A reference to the set that an element names. Null for a type that is no reference, and, reported, when the element
+/// names none.
 auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, const xercesc::DOMElement& carrier,
                                           ImportDocument& document);
+
+/// Whether an extension element that no property of the dictionary is called after is an unknown property; any other is
+/// reported.
+bool isUnknownProperty(const xercesc::DOMElement& element, ImportDocument& document);
 
 /// Tells of the children of a set's element that nothing was read from.
 void reportUnread(const SetChildren& children, ImportDocument& document);

@@ -131,5 +131,54 @@ TEST(LosslessImport, TellsOfAReferenceMoreThanThereCanBe) {
   EXPECT_THAT(document.kinds(), ElementsAre(Kind::kSecondElement));
 }
 
+TEST(LosslessImport, ReadsTheReferencesBesideOneThatIsNone) {
+  Imported document(
+      prefaceWith("<rp210:IdentificationList><s377m:Identification_REF types:TargetInstance='x'/>"
+                  "<s377m:Identification/></rp210:IdentificationList>"));
+  EXPECT_THAT(document.messages(), ElementsAre("3|Preface " + std::string(kPrefaceUID) +
+                                               "|IdentificationList|'x' is not the text of a UUID"));
+  const auto* references = valueOf(document.first(), "IdentificationList");
+  ASSERT_NE(references, nullptr);
+  EXPECT_EQ(dynamic_cast<const Types::Collection&>(*references).size(), 1u);
+  EXPECT_EQ(document.result().unread.size(), 1u);
+}
+
+// Properties that are in no definition of their set.
+
+std::vector<std::string> invalidOf(MetadataSet& set) {
+  std::vector<std::string> names;
+  for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) {
+    const auto* definition = at->metaAttribute().metaElement();
+    names.push_back(definition == nullptr ? "" : definition->symbol());
+  }
+  return names;
+}
+
+std::string extensionsWith(const std::string& content) {
+  return prefaceWith("<groups:ExtensionElements>" + content + "</groups:ExtensionElements>");
+}
+
+TEST(LosslessImport, LeavesExtensionElementsThatItCannotReadOutOfTheSet) {
+  Imported document(
+      extensionsWith("<rp210:TrackID>x</rp210:TrackID><rp210:Origin/>\n"
+                     "<groups:DarkElement groups:StaticLocalTag='12.34'>0G</groups:DarkElement>"
+                     "<groups:DarkElement groups:StaticLocalTag='12.3G'>00</groups:DarkElement>\n"
+                     "<rp210:EssenceTrackNumber>1</rp210:EssenceTrackNumber>"));
+  const std::string set = "|Preface " + std::string(kPrefaceUID) + "|";
+  EXPECT_THAT(document.messages(),
+              ElementsAre("3" + set + "TrackID|'x' is no whole number from 0 to 4294967295",
+                          "3" + set + "Origin|the element is empty, and a Position has no empty value",
+                          "4" + set + "|Value contains non Hexadecimal characters",
+                          "4" + set + "|'12.3G' is not the text of a LocalTag"));
+  EXPECT_THAT(invalidOf(document.first()), ElementsAre("EssenceTrackNumber"));
+}
+
+TEST(LosslessImport, TellsOfExtensionElementsThatNoDictionaryHas) {
+  Imported document(extensionsWith("<rp210:TrackNumbr>01</rp210:TrackNumbr>"));
+  EXPECT_THAT(document.messages(), ElementsAre("3|Preface " + std::string(kPrefaceUID) +
+                                               "||there is no property TrackNumbr in the namespace urn:SMPTE:RP210"));
+  EXPECT_THAT(invalidOf(document.first()), IsEmpty());
+}
+
 }  // namespace
 }  // namespace Vantor::XML2Partition
