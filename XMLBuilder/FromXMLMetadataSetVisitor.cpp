@@ -56,7 +56,9 @@ void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
   const LosslessSets::MaybeReading reading(document_, set);
   for (Element& property : set) readProperty(property, set);
   if (mayHaveExtensions) readExtensionElements(set);
-  if (children_) LosslessSets::reportUnread(*children_, document_);
+  if (!children_) return;
+  LosslessSets::reportUnreadAttributes(element_, *set.definition(), document_);
+  LosslessSets::reportUnread(*children_, document_);
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Element& property, MetadataSet& set) {

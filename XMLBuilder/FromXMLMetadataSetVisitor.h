@@ -4,6 +4,7 @@
 
 #include "Core/Metadata/Visitors.h"
 #include "XMLBuilder/ImportDocument.h"
+#include "XMLBuilder/LosslessCopies.h"
 #include "XMLBuilder/LosslessSets.h"
 #include "XMLBuilder/SetChildren.h"
 
@@ -52,7 +53,7 @@ template <class OnCreated>
 MetadataSet* importSet(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
                        ImportDocument& document, OnCreated&& onCreated) {
   if (document.isLossless()) {
-    if (MetadataSet* known = LosslessSets::readCopy(element, definition, document)) return known;
+    if (MetadataSet* known = LosslessCopies::read(element, definition, document)) return known;
   }
   MetadataSet* set = document.partition().createMetadataSet(definition.key());
   onCreated(set);

@@ -25,7 +25,7 @@ void ImportReport::addUnread(Kind kind, const xercesc::DOMNode& node, const std:
   if (set_ != nullptr && property_ != nullptr) result_.unread.push_back({set_, property_->symbol()});
 }
 
-const ImportReport::Source* ImportReport::find(const Types::UUID& instanceUID) const {
+ImportReport::Source* ImportReport::find(const Types::UUID& instanceUID) {
   const auto found = sources_.find(instanceUID);
   return found == sources_.end() ? nullptr : &found->second;
 }

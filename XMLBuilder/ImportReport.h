@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "Core/Metadata/MetadataSet.h"
 #include "Core/Types/UUID.h"
 #include "XML2Partition.h"
+#include "XMLBuilder/SetChildren.h"
 #include "XMLUtils/ElementLines.h"
 
 namespace Vantor::XML2Partition {
@@ -54,10 +56,11 @@ class ImportReport {
   struct Source {
     MetadataSet* set;
     const xercesc::DOMElement* element;
+    std::optional<SetChildren> children = std::nullopt;  ///< of the element; listed when a copy of it is met
   };
   /// Null when no set of the document has the InstanceUID so far.
-  const Source* find(const Types::UUID& instanceUID) const;
-  void enter(const Types::UUID& instanceUID, Source source) { sources_.emplace(instanceUID, source); }
+  Source* find(const Types::UUID& instanceUID);
+  void enter(const Types::UUID& instanceUID, Source source) { sources_.emplace(instanceUID, std::move(source)); }
 
   /// Notes a reference, whose target may come later. @param isDangling  the document says itself that there is none.
   void refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling);

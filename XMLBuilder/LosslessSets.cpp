@@ -1,14 +1,15 @@
 #include "XMLBuilder/LosslessSets.h"
 
+#include <algorithm>
 #include <string>
-#include <vector>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "Core/MetaMetadata/MetaMetadataSet.h"
+#include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Metadata/SimpleElement.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/StrongReference.h"
 #include "Core/Types/WeakReference.h"
-#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/Vocabulary.h"
@@ -22,24 +23,31 @@ using Kind = ImportDiagnostic::Kind;
 
 namespace {
 
-constexpr const char* kSource = "XMLBuilder\\LosslessSets";
+constexpr std::u16string_view kXMLURI = u"http://www.w3.org/XML/1998/namespace";
+constexpr std::u16string_view kSchemaInstanceURI = u"http://www.w3.org/2001/XMLSchema-instance";
 
-std::string nameOf(const DOMElement& element) {
-  return Utils::wstringToString(XMLUtils::utf16ToWstring(element.getLocalName()));
+std::string nameOf(const DOMNode& node) {
+  return Utils::wstringToString(XMLUtils::utf16ToWstring(node.getLocalName()));
 }
-std::string namespaceOf(const DOMElement& element) {
-  const auto uri = Utils::wstringToString(XMLUtils::utf16ToWstring(element.getNamespaceURI()));
+std::string namespaceOf(const DOMNode& node) {
+  const auto uri = Utils::wstringToString(XMLUtils::utf16ToWstring(node.getNamespaceURI()));
   return uri.empty() ? "no namespace" : "the namespace " + uri;
 }
 
-std::optional<Types::UUID> instanceUIDOf(const DOMElement& element) {
-  const auto* attribute = LosslessForms::identifierAttribute(element, u"InstanceUID");
-  if (attribute == nullptr) return std::nullopt;
-  try {
-    return Types::UUID(LosslessForms::exactText(Types::Identifiers::kUUID, nodeText(*attribute)), kDottedForm);
-  } catch (const Exceptions::InvalidFormat&) {
-    return std::nullopt;  // reported when the set is filled
-  }
+/// Whether an attribute says something of the document and nothing of the set.
+bool isOfXML(const DOMNode& attribute) {
+  const wstring uri = XMLUtils::utf16ToWstring(attribute.getNamespaceURI());
+  return uri == XMLBuilder::Vocabulary::kXmlnsURI || uri == kXMLURI || uri == kSchemaInstanceURI;
+}
+
+bool isIdentifier(const DOMNode& attribute, const MetaMetadata::MetaMetadataSet& definition) {
+  const wstring name = XMLUtils::utf16ToWstring(attribute.getLocalName());
+  if (!MetaMetadata::isIdentifierName(name)) return false;
+  if (XMLUtils::utf16ToWstring(attribute.getNamespaceURI()) != MetaMetadata::kLegacyElements.uri) return false;
+  const auto& properties = definition.attributes();
+  return std::any_of(properties.begin(), properties.end(), [&name](const MetaMetadata::MetaAttribute& property) {
+    return property.metaElement()->extensionAttribute(MetaMetadata::kXMLTagName) == name;
+  });
 }
 
 std::optional<Types::UUID> targetOf(const DOMElement& carrier, ImportDocument& document) {
@@ -52,59 +60,17 @@ std::optional<Types::UUID> targetOf(const DOMElement& carrier, ImportDocument& d
   }
 }
 
-/// What an element of a reference leads to, as text.
-wstring targetOf(const DOMElement& item) {
-  const auto* target = LosslessForms::targetAttribute(item);
-  if (target == nullptr) target = LosslessForms::identifierAttribute(item, u"InstanceUID");
-  return target == nullptr ? wstring() : nodeText(*target);
-}
+}  // namespace
 
-bool isReference(const MetaMetadata::MetaElement& property) {
-  const auto* collection = MetaMetadata::asCollection(property);
-  const auto type = collection == nullptr ? property.dataType() : collection->dataSubType();
-  return type == Types::Identifiers::kStrongReference || type == Types::Identifiers::kWeakReference;
-}
-
-/// Everything that a property's element tells: its text, or the sets that it leads to.
-wstring contentOf(const DOMElement& element, bool isReferenceElement) {
-  if (!isReferenceElement) return textContent(element, BlankText::kIgnore);
-  wstring targets;
-  for (const DOMElement* item : XMLUtils::childElements(element)) targets += targetOf(*item) + u" ";
-  return targets;
-}
-
-/// Makes the sets that only this copy has within.
-void readNestedSets(const DOMElement& property, ImportDocument& document) {
-  for (const DOMElement* item : XMLUtils::childElements(property)) {
-    if (LosslessForms::targetAttribute(*item) != nullptr) continue;
-    if (const auto* definition = findSet(*item, document)) {
-      importSet(*item, *definition, document, [](MetadataSet*) {});
-    }
+std::optional<Types::UUID> instanceUIDOf(const DOMElement& element) {
+  const auto* attribute = LosslessForms::identifierAttribute(element, u"InstanceUID");
+  if (attribute == nullptr) return std::nullopt;
+  try {
+    return Types::UUID(LosslessForms::exactText(Types::Identifiers::kUUID, nodeText(*attribute)), kDottedForm);
+  } catch (const Exceptions::InvalidFormat&) {
+    return std::nullopt;  // reported when the set is filled
   }
 }
-
-void compareProperty(const MetaMetadata::MetaElement& property, SetChildren& first, SetChildren& copy,
-                     const DOMElement& copyElement, ImportDocument& document) {
-  const auto& tag = property.extensionAttribute(MetaMetadata::kXMLTagName);
-  const auto& uri = property.extensionAttribute(MetaMetadata::kXMLNamespaceURI);
-  const DOMElement* left = first.take(uri, tag);
-  const DOMElement* right = copy.take(uri, tag);
-  const bool leads = isReference(property);
-  if (right != nullptr && leads) readNestedSets(*right, document);
-  if (left == nullptr && right == nullptr) return;
-  // A set that was written before is left out of the references to it.
-  const bool isAbridged = leads && left != nullptr && right != nullptr &&
-                          (left->getFirstElementChild() == nullptr || right->getFirstElementChild() == nullptr);
-  if (isAbridged || (left != nullptr && right != nullptr && contentOf(*left, leads) == contentOf(*right, leads)))
-    return;
-  const ImportReport::Reading reading(document.report(), &property);
-  document.report().add(Kind::kDifferentCopy, right == nullptr ? copyElement : *right,
-                        "another copy of the set, at line " +
-                            std::to_string(document.report().lineOf(left == nullptr ? copyElement : *left)) +
-                            ", has something else, and counts");
-}
-
-}  // namespace
 
 const MetaMetadata::MetaMetadataSet* findSet(const DOMElement& element, ImportDocument& document) {
   const auto* definition = document.findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
@@ -115,26 +81,6 @@ const MetaMetadata::MetaMetadataSet* findSet(const DOMElement& element, ImportDo
   document.report().addUnread(Kind::kUnknownElement, element,
                               "there is no set " + nameOf(element) + " in " + namespaceOf(element));
   return nullptr;
-}
-
-MetadataSet* readCopy(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
-                      ImportDocument& document) {
-  const auto instanceUID = instanceUIDOf(element);
-  const auto* known = instanceUID ? document.report().find(*instanceUID) : nullptr;
-  if (known == nullptr) return nullptr;
-  if (known->set->definition() != &definition) {
-    throw Clash("line " + std::to_string(document.report().lineOf(element)) + ": the " + definition.symbol() +
-                    " has the InstanceUID of the " + XML2Partition::nameOf(*known->set) + " at line " +
-                    std::to_string(document.report().lineOf(*known->element)) + "; give one of them another",
-                kSource, __LINE__);
-  }
-  const ImportReport::Reading reading(document.report(), *known->set);
-  SetChildren first(*known->element);
-  SetChildren copy(element);
-  for (const auto& attribute : definition.attributes()) {
-    compareProperty(*attribute.metaElement(), first, copy, element, document);
-  }
-  return known->set;
 }
 
 void readInstanceUID(Element& property, const DOMNode& attribute, MetadataSet& set, const DOMElement& element,
@@ -178,6 +124,18 @@ void reportUnread(const SetChildren& children, ImportDocument& document) {
                             "the set has no property " + nameOf(*child.element) + " in " + namespaceOf(*child.element) +
                                 "; the element is not read");
     }
+  }
+}
+
+void reportUnreadAttributes(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
+                            ImportDocument& document) {
+  const auto& attributes = *element.getAttributes();
+  for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
+    const DOMNode& attribute = *attributes.item(i);
+    if (isOfXML(attribute) || isIdentifier(attribute, definition)) continue;
+    document.report().add(
+        Kind::kUnknownElement, attribute,
+        "the set has no attribute " + nameOf(attribute) + " in " + namespaceOf(attribute) + "; it is not read");
   }
 }
 

@@ -13,7 +13,7 @@
 /// How a lossless import treats sets and references to them.
 namespace Vantor::XML2Partition::LosslessSets {
 
-/// Two sets of different kinds with one InstanceUID: nothing that could be left out.
+/// Two different sets with one InstanceUID: nothing that could be left out.
 class Clash : public Exceptions::InvalidFormat {
  public:
   using InvalidFormat::InvalidFormat;
@@ -33,10 +33,8 @@ class MaybeReading {
 /// The definition of an element that is a set in its namespace; null, and reported, for any other.
 const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element, ImportDocument& document);
 
-/// The set that was made already from another element of the same InstanceUID, compared with this one; null when this
-/// is the first. @throws Clash when it is a set of another kind.
-MetadataSet* readCopy(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
-                      ImportDocument& document);
+/// The InstanceUID of a set's element; none when it has none, or something that is none.
+std::optional<Types::UUID> instanceUIDOf(const xercesc::DOMElement& element);
 
 /// Gives the set the identifier that the document has.
 void readInstanceUID(Element& property, const xercesc::DOMNode& attribute, MetadataSet& set,
@@ -53,5 +51,8 @@ bool isUnknownProperty(const xercesc::DOMElement& element, ImportDocument& docum
 
 /// Tells of the children of a set's element that nothing was read from.
 void reportUnread(const SetChildren& children, ImportDocument& document);
+/// Tells of its attributes but for its identifiers and what belongs to XML itself.
+void reportUnreadAttributes(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
+                            ImportDocument& document);
 
 }  // namespace Vantor::XML2Partition::LosslessSets

@@ -1,21 +1,23 @@
 #pragma once
 
+#include <map>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 #include <xercesc/dom/DOMElement.hpp>
 
-#include "XMLBuilder/ImportDocument.h"
-
 namespace Vantor::XML2Partition {
 
-/// The child elements of a set's element, found by namespace and name and ticked off once they are read.
+/// The child elements of a set's element, found by namespace and name and ticked off once they are read. Lives as long
+/// as the document.
 class SetChildren {
  public:
   explicit SetChildren(const xercesc::DOMElement& element);
 
-  /// The first child of that name, ticked off; null when there is none.
-  const xercesc::DOMElement* take(std::u16string_view uri, const wstring& name);
+  /// The first child of that name; null when there is none.
+  const xercesc::DOMElement* find(std::u16string_view uri, std::u16string_view name) const;
+  /// The same, ticked off.
+  const xercesc::DOMElement* take(std::u16string_view uri, std::u16string_view name);
 
   struct Unread {
     const xercesc::DOMElement* element;
@@ -29,8 +31,11 @@ class SetChildren {
     const xercesc::DOMElement* element;
     bool isTaken = false;
   };
+  using Name = std::pair<std::u16string_view, std::u16string_view>;
+
   std::vector<Child> children_;
-  std::unordered_multimap<wstring, std::size_t, TextHash> byName_;
+  // Ordered, because the names are the document's choice, and hashes can be made to meet.
+  std::map<Name, std::size_t> firsts_;  // of each name in a namespace
 };
 
 }  // namespace Vantor::XML2Partition

@@ -50,7 +50,7 @@ VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> g
 /// Something that a document says twice, or that cannot be what it stands for. What it is about was not read.
 struct ImportDiagnostic {
   enum class Kind {
-    kUnknownElement,     ///< an element that is no set, or no property of its set, in its namespace
+    kUnknownElement,     ///< an element or attribute that is no set, or no property of its set, in its namespace
     kSecondElement,      ///< one more element for a property
     kValue,              ///< a text that is no value of its type: not a number, out of range, no identifier
     kReference,          ///< a reference to a set that the document does not have, or to none at all

@@ -119,52 +119,6 @@ TEST(LosslessImport, TakesABooleanInWords) {
   }
 }
 
-// A set that the document has twice.
-
-TEST(LosslessImport, MakesOneSetOfTwoCopies) {
-  const std::string preface = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) +
-                              "'><rp210:ByteOrder>1</rp210:ByteOrder></s377m:Preface>";
-  Imported document(documentOf(preface + "<groups:FloatingDarkMetadata>" + preface + "</groups:FloatingDarkMetadata>"));
-  EXPECT_EQ(document.partition().sets().size(), 1u);
-  EXPECT_THAT(document.messages(), IsEmpty());
-}
-
-TEST(LosslessImport, TellsWhereACopyDiffersAndKeepsTheFirst) {
-  const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>\n";
-  Imported document(documentOf(start + "<rp210:ByteOrder>1</rp210:ByteOrder></s377m:Preface>\n" + start +
-                               "<rp210:ByteOrder>2</rp210:ByteOrder></s377m:Preface>"));
-  EXPECT_EQ(document.partition().sets().size(), 1u);
-  EXPECT_EQ(valueAs<Types::Int16>(document.first(), "ByteOrder").value(), 1);
-  EXPECT_THAT(document.messages(),
-              ElementsAre("5|Preface " + std::string(kPrefaceUID) +
-                          "|ByteOrder|another copy of the set, at line 3, has something else, and counts"));
-  EXPECT_THAT(document.kinds(), ElementsAre(Kind::kDifferentCopy));
-}
-
-TEST(LosslessImport, MakesSetsThatOnlyTheSecondCopyHasWithin) {
-  const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>";
-  const std::string target = "'" + std::string(kStorageUID) + "'";
-  Imported document(documentOf(start + "<rp210:ContentStorageObject><s377m:ContentStorage_REF types:TargetInstance=" +
-                               target + "/></rp210:ContentStorageObject></s377m:Preface>" + start +
-                               "<rp210:ContentStorageObject><s377m:ContentStorage rp210:InstanceUID=" + target +
-                               "/></rp210:ContentStorageObject></s377m:Preface>"));
-  EXPECT_EQ(document.partition().sets().size(), 2u);
-  EXPECT_THAT(document.messages(), IsEmpty());
-}
-
-TEST(LosslessImport, RefusesTwoKindsOfSetsWithOneInstanceUID) {
-  const std::string text = documentOf("<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) +
-                                      "'/>\n<s377m:ContentStorage rp210:InstanceUID='" + kPrefaceUID + "'/>");
-  PartitionMetadata partition(builtInDictionary());
-  const auto failure = failureOf([&] {
-    importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.data()), static_cast<uint32>(text.size()),
-                               &partition);
-  });
-  EXPECT_EQ(failure.kind, "InvalidFormat");
-  EXPECT_EQ(failure.message, "line 3: the ContentStorage has the InstanceUID of the Preface " +
-                                 std::string(kPrefaceUID) + " at line 2; give one of them another");
-}
-
 // What a document cannot mean.
 
 struct Mistake {
@@ -229,6 +183,21 @@ INSTANTIATE_TEST_SUITE_P(
                 "</groups:ExtensionElements>",
                 kSet + "|Value contains non Hexadecimal characters"}),
     [](const testing::TestParamInfo<Mistake>& mistake) { return std::string(mistake.param.name); });
+
+TEST(LosslessImport, TellsOfAttributesThatAreNoIdentifiersOfTheSet) {
+  Imported document(
+      documentOf("<s377m:Preface xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:nil='false' "
+                 "xml:space='preserve' rp210:GenerationUID='" +
+                 std::string(kStorageUID) + "' note='x' InstanceUID='" + kPrefaceUID + "' rp210:TrackID='1'/>"));
+  const std::string told = "the set has no attribute ";
+  std::vector<std::string> messages;
+  for (const auto& one : document.result().diagnostics) messages.push_back(one.message);
+  EXPECT_THAT(messages,
+              testing::UnorderedElementsAre(told + "note in no namespace; it is not read",
+                                            told + "InstanceUID in no namespace; it is not read",
+                                            told + "TrackID in the namespace urn:SMPTE:RP210; it is not read"));
+  EXPECT_THAT(document.kinds(), testing::Each(Kind::kUnknownElement));
+}
 
 TEST(LosslessImport, LeavesAPropertyThatItCannotReadUnsetAndListsIt) {
   Imported document(prefaceWith("<rp210:ByteOrder>x</rp210:ByteOrder>"));

@@ -1,0 +1,186 @@
+#include "XMLBuilder/LosslessCopies.h"
+
+#include <xercesc/dom/DOMCharacterData.hpp>
+
+#include "Core/Metadata/ElementFactory.h"
+#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/LosslessForms.h"
+#include "XMLBuilder/LosslessSets.h"
+#include "XMLBuilder/NodeText.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::XML2Partition::LosslessCopies {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+
+namespace {
+
+constexpr const char* kSource = "XMLBuilder\\LosslessCopies";
+
+std::u16string_view viewOf(const XMLCh* text) { return text == nullptr ? std::u16string_view() : text; }
+
+bool isSameName(const DOMElement& left, const DOMElement& right) {
+  return viewOf(left.getLocalName()) == viewOf(right.getLocalName()) &&
+         viewOf(left.getNamespaceURI()) == viewOf(right.getNamespaceURI());
+}
+
+wstring markOf(const DOMElement& element, std::u16string_view name) {
+  const auto* mark = LosslessForms::groupsAttribute(element, name);
+  return mark == nullptr ? wstring() : nodeText(*mark);
+}
+
+/// What makes unknown properties of one name different ones.
+bool hasSameMarks(const DOMElement& left, const DOMElement& right) {
+  return markOf(left, XMLBuilder::Vocabulary::kStaticLocalTag) ==
+             markOf(right, XMLBuilder::Vocabulary::kStaticLocalTag) &&
+         markOf(left, XMLBuilder::Vocabulary::kUniversalLabel) ==
+             markOf(right, XMLBuilder::Vocabulary::kUniversalLabel);
+}
+
+/// Whether a text is that of an element without others within. Looks at no more of the element than the text is long:
+/// long texts may have many copies.
+bool hasText(const DOMElement& element, std::u16string_view text) {
+  for (const DOMNode* child = element.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
+    if (child->getNodeType() != DOMNode::TEXT_NODE && child->getNodeType() != DOMNode::CDATA_SECTION_NODE) continue;
+    const auto& data = static_cast<const xercesc::DOMCharacterData&>(*child);
+    if (data.getLength() > text.size()) return false;
+    if (text.compare(0, data.getLength(), data.getData(), data.getLength()) != 0) return false;
+    text.remove_prefix(data.getLength());
+  }
+  return text.empty();
+}
+
+bool isSame(const DOMElement& left, const DOMElement& right);
+
+/// Whether two elements hold the same, element by element; stops where they do not.
+bool hasSameContent(const DOMElement& left, const DOMElement& right) {
+  const auto *leftItem = left.getFirstElementChild(), *rightItem = right.getFirstElementChild();
+  if (leftItem == nullptr && rightItem == nullptr) return hasText(left, textContent(right, BlankText::kKeep));
+  while (leftItem != nullptr && rightItem != nullptr && isSame(*leftItem, *rightItem)) {
+    leftItem = leftItem->getNextElementSibling();
+    rightItem = rightItem->getNextElementSibling();
+  }
+  return leftItem == nullptr && rightItem == nullptr && LosslessForms::hasText(left) == LosslessForms::hasText(right);
+}
+
+bool isSame(const DOMElement& left, const DOMElement& right) {
+  return isSameName(left, right) && hasSameMarks(left, right) && hasSameContent(left, right);
+}
+
+/// What an element of a reference leads to, as text; empty for a set without an InstanceUID, which is no other's copy.
+wstring targetOf(const DOMElement& item) {
+  const auto* target = LosslessForms::targetAttribute(item);
+  if (target == nullptr) target = LosslessForms::identifierAttribute(item, u"InstanceUID");
+  return target == nullptr ? wstring() : nodeText(*target);
+}
+
+/// Whether two elements lead to the same sets, one by one.
+bool hasSameTargets(const DOMElement& left, const DOMElement& right) {
+  const auto *leftItem = left.getFirstElementChild(), *rightItem = right.getFirstElementChild();
+  // A set that was written before is left out of the references to it.
+  if (leftItem == nullptr || rightItem == nullptr) return true;
+  while (leftItem != nullptr && rightItem != nullptr) {
+    const wstring target = targetOf(*rightItem);
+    if (target.empty() || target != targetOf(*leftItem)) return false;
+    leftItem = leftItem->getNextElementSibling();
+    rightItem = rightItem->getNextElementSibling();
+  }
+  return leftItem == nullptr && rightItem == nullptr;
+}
+
+/// Compares one copy of a set with the first.
+class Comparison {
+ public:
+  Comparison(const DOMElement& copy, ImportReport::Source& first, ImportDocument& document)
+      : copy_(copy), copyChildren_(copy), first_(first), document_(document) {
+    if (!first.children) first.children.emplace(*first.element);
+  }
+
+  void run(const MetaMetadata::MetaMetadataSet& definition) {
+    for (const auto& attribute : definition.attributes()) compareProperty(*attribute.metaElement());
+    compareExtensions();
+    LosslessSets::reportUnreadAttributes(copy_, definition, document_);
+    LosslessSets::reportUnread(copyChildren_, document_);
+  }
+
+ private:
+  void compareProperty(const MetaMetadata::MetaElement& property) {
+    const auto& tag = property.extensionAttribute(MetaMetadata::kXMLTagName);
+    if (MetaMetadata::isIdentifierName(tag)) return compareIdentifier(property, tag);
+    const auto& uri = property.extensionAttribute(MetaMetadata::kXMLNamespaceURI);
+    const DOMElement* right = copyChildren_.take(uri, tag);
+    compare(first_.children->find(uri, tag), right, &property);
+    if (right != nullptr && isReference(property)) readNestedSets(*right);
+  }
+
+  void compareExtensions() {
+    const auto name = XMLBuilder::Vocabulary::localName(XMLBuilder::Vocabulary::kExtensionElements);
+    compare(first_.children->find(XMLBuilder::Vocabulary::kGroupsURI, name),
+            copyChildren_.take(XMLBuilder::Vocabulary::kGroupsURI, name), nullptr);
+  }
+
+  /// @param property  null for extension elements.
+  void compare(const DOMElement* left, const DOMElement* right, const MetaMetadata::MetaElement* property) {
+    if (left == nullptr && right == nullptr) return;
+    const bool areReferences = property != nullptr && isReference(*property);
+    const bool isInBoth = left != nullptr && right != nullptr;
+    if (isInBoth && (areReferences ? hasSameTargets(*left, *right) : hasSameContent(*left, *right))) return;
+    report(left == nullptr ? *first_.element : *left, right == nullptr ? copy_ : *right, property);
+  }
+
+  /// Sets without one InstanceUID are no copies.
+  void compareIdentifier(const MetaMetadata::MetaElement& property, const wstring& tag) {
+    const auto* left = LosslessForms::identifierAttribute(*first_.element, tag);
+    const auto* right = LosslessForms::identifierAttribute(copy_, tag);
+    if (tag == u"InstanceUID" || (left == nullptr && right == nullptr)) return;
+    if (left != nullptr && right != nullptr && nodeText(*left) == nodeText(*right)) return;
+    report(*first_.element, copy_, &property);
+  }
+
+  void report(const DOMElement& first, const DOMElement& copy, const MetaMetadata::MetaElement* property) {
+    const ImportReport::Reading reading(document_.report(), property);
+    document_.report().add(ImportDiagnostic::Kind::kDifferentCopy, copy,
+                           "another copy of the set, at line " + std::to_string(document_.report().lineOf(first)) +
+                               ", has something else, and counts");
+  }
+
+  /// Makes the sets that only this copy has within. Nothing would refer to those without an InstanceUID.
+  void readNestedSets(const DOMElement& property) {
+    for (const DOMElement* item : XMLUtils::childElements(property)) {
+      if (LosslessForms::targetAttribute(*item) != nullptr || !LosslessSets::instanceUIDOf(*item)) continue;
+      if (const auto* definition = LosslessSets::findSet(*item, document_)) {
+        importSet(*item, *definition, document_, [](MetadataSet*) {});
+      }
+    }
+  }
+
+  const DOMElement& copy_;
+  SetChildren copyChildren_;
+  ImportReport::Source& first_;
+  ImportDocument& document_;
+};
+
+}  // namespace
+
+void refuse(const DOMElement& element, const std::string& name, const ImportReport::Source& known,
+            const ImportReport& report) {
+  throw LosslessSets::Clash("line " + std::to_string(report.lineOf(element)) + ": the " + name +
+                                " has the InstanceUID of the " + XML2Partition::nameOf(*known.set) + " at line " +
+                                std::to_string(report.lineOf(*known.element)) + "; give one of them another",
+                            kSource, __LINE__);
+}
+
+MetadataSet* read(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
+                  ImportDocument& document) {
+  const auto instanceUID = LosslessSets::instanceUIDOf(element);
+  auto* known = instanceUID ? document.report().find(*instanceUID) : nullptr;
+  if (known == nullptr) return nullptr;
+  if (known->set->definition() != &definition) refuse(element, definition.symbol(), *known, document.report());
+  const ImportReport::Reading reading(document.report(), *known->set);
+  Comparison(element, *known, document).run(definition);
+  return known->set;
+}
+
+}  // namespace Vantor::XML2Partition::LosslessCopies

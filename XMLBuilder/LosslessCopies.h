@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "Core/MetaMetadata/MetaMetadataSet.h"
+#include "XMLBuilder/ImportDocument.h"
+#include "XMLBuilder/ImportReport.h"
+
+/// Sets that a document has more than once, as one that nests sets has those of several owners.
+namespace Vantor::XML2Partition::LosslessCopies {
+
+/// The set that was made already from another element of the same InstanceUID; null when this is the first.
+///
+/// Where this element says something else than the first, that is reported, and the first counts; only the sets that it
+/// has within are read. Takes time in proportion to this element, whatever the first one has.
+/// @throws LosslessSets::Clash when it is a set of another kind.
+MetadataSet* read(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
+                  ImportDocument& document);
+
+/// @throws LosslessSets::Clash naming both sets and their lines.
+[[noreturn]] void refuse(const xercesc::DOMElement& element, const std::string& name, const ImportReport::Source& known,
+                         const ImportReport& report);
+
+}  // namespace Vantor::XML2Partition::LosslessCopies
