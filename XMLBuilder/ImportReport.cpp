@@ -1,5 +1,7 @@
 #include "XMLBuilder/ImportReport.h"
 
+#include <algorithm>
+
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Strings.h"
 
@@ -38,6 +40,9 @@ void ImportReport::refer(const Types::UUID& target, const xercesc::DOMNode& node
 }
 
 void ImportReport::finish(const PartitionMetadata& partition) {
+  // Sets are read property by property, in whichever order the document has these.
+  std::stable_sort(result_.diagnostics.begin(), result_.diagnostics.end(),
+                   [](const auto& left, const auto& right) { return left.line < right.line; });
   for (auto& pointer : pointers_) {
     if (partition.findByInstanceUID(pointer.target).empty()) result_.diagnostics.push_back(std::move(pointer.place));
   }

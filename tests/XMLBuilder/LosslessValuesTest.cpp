@@ -143,6 +143,15 @@ TEST(LosslessImport, ReadsTheReferencesBesideOneThatIsNone) {
   EXPECT_EQ(document.result().unread.size(), 1u);
 }
 
+TEST(LosslessImport, TellsEverythingInTheOrderOfTheDocument) {
+  Imported document(
+      documentOf("<s377m:TimelineTrack><rp210:Foo/>\n<rp210:TrackName>a<b/></rp210:TrackName>\n"
+                 "<rp210:TrackID>x</rp210:TrackID>\n<rp210:EditRate/></s377m:TimelineTrack>"));
+  std::vector<uint64> lines;
+  for (const auto& one : document.result().diagnostics) lines.push_back(one.line);
+  EXPECT_THAT(lines, ElementsAre(2u, 3u, 4u, 5u));
+}
+
 // Properties that are in no definition of their set.
 
 std::vector<std::string> invalidOf(MetadataSet& set) {
