@@ -1,8 +1,10 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -62,6 +64,12 @@ class ImportReport {
   Source* find(const Types::UUID& instanceUID);
   void enter(const Types::UUID& instanceUID, Source source) { sources_.emplace(instanceUID, std::move(source)); }
 
+  /// The key and octets of a set of which no more is known than these.
+  using DarkContent = std::pair<KLV::Key, Bytes>;
+  /// Whether the document had such a set with an InstanceUID.
+  bool hasDark(const DarkContent& content) const { return dark_.count(content) != 0; }
+  void enterDark(DarkContent content) { dark_.insert(std::move(content)); }
+
   /// Notes a reference, whose target may come later. @param isDangling  the document says itself that there is none.
   void refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling);
   /// Tells of the references whose targets never came.
@@ -81,6 +89,7 @@ class ImportReport {
   MetadataSet* set_ = nullptr;
   const MetaMetadata::MetaElement* property_ = nullptr;
   std::unordered_map<Types::UUID, Source> sources_;
+  std::set<DarkContent> dark_;
   std::vector<Pointer> pointers_;
 };
 

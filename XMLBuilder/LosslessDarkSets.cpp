@@ -1,12 +1,17 @@
 #include "XMLBuilder/LosslessDarkSets.h"
 
+#include "Core/KLV/BERLength.h"
+#include "Core/KLV/Keys.h"
+#include "Core/KLV/LocalSet.h"
 #include "Core/Platform/Exceptions.h"
-#include "Core/Platform/Numbers.h"
 #include "XMLBuilder/ImportReport.h"
+#include "XMLBuilder/LosslessCopies.h"
 #include "XMLBuilder/LosslessForms.h"
+#include "XMLBuilder/LosslessSets.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/ValueFromXML.h"
 #include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/ChildLookup.h"
 
 namespace Vantor::XML2Partition::LosslessDarkSets {
 
@@ -14,10 +19,7 @@ using xercesc::DOMElement;
 
 namespace {
 
-struct Content {
-  KLV::Key key;
-  Bytes octets;
-};
+using Content = ImportReport::DarkContent;
 
 wstring attributeOf(const DOMElement& element, std::u16string_view name) {
   const auto* attribute = LosslessForms::groupsAttribute(element, name);
@@ -31,9 +33,44 @@ Content contentOf(const DOMElement& element) {
   return {KLV::Key(key, kDottedForm), parseHexString(octets)};
 }
 
-void add(const Content& content, const DOMElement& element, ImportDocument& document) {
-  const auto octets = Platform::readDecimal<int32>(attributeOf(element, XMLBuilder::Vocabulary::kBEROctetCount));
-  document.partition().addKLV(content.key, static_cast<uint8>(octets), content.octets.data(), content.octets.size(), 0);
+/// Octets of the length field; 0, the writer's choice, when the document does not say or says something else, which is
+/// reported.
+uint8 lengthOctets(const DOMElement& element, ImportDocument& document) {
+  const auto* attribute = LosslessForms::groupsAttribute(element, XMLBuilder::Vocabulary::kBEROctetCount);
+  if (attribute == nullptr) return 0;
+  try {
+    return static_cast<uint8>(LosslessForms::number(nodeText(*attribute), 0, KLV::kMaxBEROctets, u"BEROctetCount"));
+  } catch (const Exceptions::InvalidFormat& error) {
+    document.report().add(ImportDiagnostic::Kind::kValue, *attribute,
+                          "dark metadata: " + error.message() + "; the writer is free to choose");
+    return 0;
+  }
+}
+
+/// Enters a set that can be referred to.
+void enter(MetadataSet& set, Content content, const DOMElement& element, ImportReport& report) {
+  if (set.instanceUID() == nullptr) return;
+  if (const auto* known = report.find(*set.instanceUID())) LosslessCopies::refuse(element, set.name(), *known, report);
+  report.enter(*set.instanceUID(), {&set, &element});
+  report.enterDark(std::move(content));
+}
+
+void add(Content content, const DOMElement& element, ImportDocument& document) {
+  const uint8 octets = lengthOctets(element, document);
+  if (document.report().hasDark(content)) return;  // a copy
+  auto& partition = document.partition();
+  const auto before = partition.sets().size();
+  partition.addKLV(content.first, octets, content.second.data(), content.second.size(), 0);
+  if (partition.sets().size() == before) return;
+  enter(*partition.sets().back(), std::move(content), element, document.report());
+}
+
+void reserveTagsOf(const Content& set, PartitionDictionary& tags) {
+  if (!KLV::isLocalSet(set.first)) return;
+  const auto coding = KLV::localSetCoding(set.first);
+  for (const auto& item : KLV::readLocalSet(coding, set.second.data(), set.second.size())) {
+    tags.reserve(Types::LocalTag(item.tag));
+  }
 }
 
 }  // namespace
@@ -42,9 +79,22 @@ bool isDarkSet(const DOMElement& element) {
   return LosslessForms::isGroupsElement(element, XMLBuilder::Vocabulary::kDarkMetadata);
 }
 
+void reserveTags(const DOMElement& container, ImportDocument& document) {
+  for (const DOMElement* child : XMLUtils::childElements(container)) {
+    if (!isDarkSet(*child)) continue;
+    try {
+      reserveTagsOf(contentOf(*child), document.partition().partitionDictionary());
+    } catch (const Exceptions::BaseException&) {
+      // It has the form of no local set, or of nothing at all, which is told when it is read.
+    }
+  }
+}
+
 void read(const DOMElement& element, ImportDocument& document) {
   try {
     add(contentOf(element), element, document);
+  } catch (const LosslessSets::Clash&) {
+    throw;
   } catch (const Exceptions::BaseException& error) {
     document.report().addUnread(ImportDiagnostic::Kind::kValue, element, "dark metadata: " + error.message());
   }

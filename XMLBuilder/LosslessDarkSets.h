@@ -9,8 +9,13 @@ namespace Vantor::XML2Partition::LosslessDarkSets {
 
 bool isDarkSet(const xercesc::DOMElement& element);
 
+/// Keeps the dynamic local tags within the dark sets of a floating container from being given to properties. What they
+/// mean stood in the primer of the file; the document has it not.
+void reserveTags(const xercesc::DOMElement& container, ImportDocument& document);
+
 /// Makes a set of an element's octets as a file reader does it, so that references find what has the form of a local
-/// set. What is no dark set is reported.
+/// set; one with an InstanceUID that the document has twice is one set. What is no dark set is reported.
+/// @throws LosslessSets::Clash when another set of the document has its InstanceUID.
 void read(const xercesc::DOMElement& element, ImportDocument& document);
 
 }  // namespace Vantor::XML2Partition::LosslessDarkSets

@@ -8,6 +8,7 @@
 #include "XMLBuilder/DarkMetadataSetReader.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "XMLBuilder/ImportReport.h"
+#include "XMLBuilder/LosslessDarkSets.h"
 #include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/LosslessSets.h"
 #include "XMLBuilder/Vocabulary.h"
@@ -38,10 +39,17 @@ const MetaMetadata::MetaMetadataSet* findRootSet(const xercesc::DOMElement& elem
   return isFloatingContainer(element, document) ? nullptr : LosslessSets::findSet(element, document);
 }
 
+/// Before properties are given tags.
+void reserveDarkTags(ImportDocument& document) {
+  for (const auto* child : XMLUtils::childElements(document.root())) {
+    if (isFloatingContainer(*child, document)) LosslessDarkSets::reserveTags(*child, document);
+  }
+}
+
 ImportedSets importDocument(ImportDocument& document) {
-  const auto& root = document.root();
+  if (document.isLossless()) reserveDarkTags(document);
   ImportedSets imported;
-  for (const auto* child : XMLUtils::childElements(root)) {
+  for (const auto* child : XMLUtils::childElements(document.root())) {
     if (const auto* definition = findRootSet(*child, document)) {
       importSet(*child, *definition, document, [&imported](MetadataSet* set) { imported.push_back(set); });
     } else if (isFloatingContainer(*child, document)) {
