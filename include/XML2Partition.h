@@ -20,13 +20,11 @@ class PartitionMetadata;
 ///
 /// The sets belong to the partition. No lock is taken: calls may run at once on different partitions.
 ///
-/// @return the sets made from children of the root and of the floating container, in document order; sets nested in
-/// them
-///         and dark sets are not listed.
-/// @throws ParseError for anything that the XML parser or an XPath look-up reports, such as text that is not
-/// well-formed
-///         or a document without the prefixes of its values; its message starts with the kind of the failure.
-///         InvalidFormat and InvalidLength for values that are not what their property demands. What was made before
+/// @return the sets made from children of the root and of the floating container, in document order. Sets nested in
+///         them and dark sets are not listed.
+/// @throws ParseError for anything that the XML parser or an XPath look-up reports, such as a text that is no XML or a
+///         document without the prefixes of its values; its message starts with the kind of the failure.
+/// @throws InvalidFormat and InvalidLength for values that are not what their property demands. What was made before
 ///         the failure stays in the partition.
 namespace XML2Partition {
 
@@ -82,13 +80,17 @@ struct LosslessImport {
 
 /// The way back that gives what was written, where the functions above keep to forms that lose a part of it:
 ///
-/// - Sets keep the InstanceUIDs of the document, and dark groups theirs, so that references stay what they are. Two
-/// sets
-///   of different kinds with one InstanceUID are an error. A set that the document has twice is one set.
-/// - Fractions of a second are scaled back; JPEG 2000 values are read with and without an element around them; children
-///   of values are found in either vocabulary; an empty text is a text, and so is white space, in buffers, too.
-/// - Elements are found by namespace and name, whatever prefix the document gives the namespace.
+/// - Sets keep the InstanceUIDs of the document, and dark groups theirs, so that references stay what they are.
+/// - A set that the document has twice is one set.
+/// - Two kinds of sets with one InstanceUID are an error, and so are a dark group and anything else with one.
+/// - Fractions of a second are scaled back.
+/// - JPEG 2000 values are read with and without an element around them.
+/// - Children of values are found in either vocabulary.
+/// - An empty text is a text, and so is white space, in buffers, too.
+/// - Elements and attributes are found by namespace and name, whatever prefix the document gives the namespace.
 /// - What is said twice or cannot be is not read, and told in the diagnostics.
+///
+/// What the local tags in dark sets mean is in no document. None of these tags is given to anything else.
 ///
 /// @param partition  receives the sets; its dictionary has to have the vocabulary of the document. Null gives nothing.
 /// @throws ParseError for a document that is not well-formed; InvalidFormat, naming both, for two sets of one
