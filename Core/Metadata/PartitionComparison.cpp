@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "Core/KLV/BERLength.h"
+#include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/EntryView.h"
@@ -12,6 +13,7 @@
 #include "Core/Metadata/PropertyPairing.h"
 #include "Core/Metadata/SetPairing.h"
 #include "Core/Metadata/ValueText.h"
+#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor {
@@ -71,6 +73,18 @@ std::string textOf(const Types::UUID& identifier) { return Utils::wstringToStrin
 
 std::string octetText(const uint8* octets, std::size_t size, std::size_t at) {
   return ", octet " + std::to_string(at) + " " + (at < size ? "is " + octetsText(octets + at, 1) : "is missing");
+}
+
+/// Null when nothing tells what a local tag means.
+const Types::UniversalLabel* meaningOf(uint16 tag, const PartitionDictionary& tags) {
+  if (const auto* label = tags.tryFind(tag)) return label;
+  const auto* definition = tags.dictionary()->findElementByStaticTag(tag);
+  return definition == nullptr ? nullptr : &definition->key();
+}
+
+bool isSameLabel(const Types::UniversalLabel* left, const Types::UniversalLabel* right) {
+  if (left == nullptr || right == nullptr) return left == right;
+  return MetaMetadata::elementIdentity(left->rawBuffer()) == MetaMetadata::elementIdentity(right->rawBuffer());
 }
 
 const uint8* octetsOf(const EntryView& entry) { return reinterpret_cast<const uint8*>(entry.octets.data()); }
@@ -170,13 +184,26 @@ class Comparer {
   }
 
   void compareDark(const EntryView& left, const EntryView& right) {
-    if (left.octets == right.octets) return;
+    if (left.octets == right.octets) return countLabels(left);
     Finding finding{Kind::kValue, octetsText(octetsOf(left), left.octets.size()),
                     octetsText(octetsOf(right), right.octets.size())};
     if (finding.left == finding.right) {
       tellFirstOctet(octetsOf(left), left.octets.size(), octetsOf(right), right.octets.size(), finding);
     }
     report(*left.set, "octets", std::move(finding));
+  }
+
+  void countLabels(const EntryView& dark) {
+    if (!KLV::isLocalSet(*dark.key)) return;
+    try {
+      for (const auto& item : KLV::readLocalSet(KLV::localSetCoding(*dark.key), octetsOf(dark), dark.octets.size())) {
+        const auto* leftLabel = meaningOf(item.tag, left_.partitionDictionary());
+        const auto* rightLabel = meaningOf(item.tag, right_.partitionDictionary());
+        count(Insignificant::kDarkLabels, isSameLabel(leftLabel, rightLabel) ? 0 : 1);
+      }
+    } catch (const Exceptions::ParseError&) {
+      // Its key is that of a local set, but nobody promised that it is one.
+    }
   }
 
   void reportAddedSets() {
@@ -243,11 +270,8 @@ class Comparer {
   }
 
   bool haveSameLabel(const Element& left, const Element& right) const {
-    const auto* leftLabel = unknownLabelOf(left, left_.partitionDictionary());
-    const auto* rightLabel = unknownLabelOf(right, right_.partitionDictionary());
-    if (leftLabel == nullptr || rightLabel == nullptr) return leftLabel == rightLabel;
-    return MetaMetadata::elementIdentity(leftLabel->rawBuffer()) ==
-           MetaMetadata::elementIdentity(rightLabel->rawBuffer());
+    return isSameLabel(unknownLabelOf(left, left_.partitionDictionary()),
+                       unknownLabelOf(right, right_.partitionDictionary()));
   }
 
   std::optional<Finding> compareInstanceUIDs(const Types::UUID& left, const Types::UUID& right) const {

@@ -41,6 +41,8 @@ const char* name(PartitionDifference::Kind kind);
 /// - a collection without items that the definition does not demand, in one of the sets only
 /// - collections without items, with another item size
 /// - dark KLVs that are a dark parsed group here and a dark set there
+/// - items of equal dark KLVs whose local tags mean another label in the other partition, or none: by its primer, and
+///   static tags by its dictionary where the primer is silent
 /// - sets whose keys differ in octet 6, the coding, or octet 8, the version
 #define VANTOR_FOR_EACH_INSIGNIFICANT_DIFFERENCE(X)              \
   X(kTrailingNULs, "trailing NULs of strings")                   \
@@ -52,6 +54,7 @@ const char* name(PartitionDifference::Kind kind);
   X(kEmptyCollections, "empty optional collections in one only") \
   X(kEmptyItemSizes, "item sizes of empty collections")          \
   X(kDarkKinds, "dark groups that came back as dark sets")       \
+  X(kDarkLabels, "labels of local tags in dark sets")            \
   X(kKeyOctets, "keys that differ in octets 6 or 8")
 
 enum class InsignificantDifference {
@@ -84,7 +87,7 @@ struct PartitionComparison {
 /// static tag or when their dynamic tags mean one label in their primers. Values are compared by type and octets,
 /// references by whether their targets are partners, InstanceUIDs by whether each always stands for the same one of the
 /// other partition. Only what `InsignificantDifference` lists is passed over, and counted. Of the primers, only what
-/// they say of the properties' tags is compared.
+/// they say of the tags of properties and of items in dark KLVs is compared.
 ///
 /// Takes time in proportion to the partitions' sizes (the order of n sets: n log n). Any number of threads may compare.
 PartitionComparison comparePartitions(const PartitionMetadata& left, const PartitionMetadata& right);

@@ -114,6 +114,41 @@ TEST_F(InsignificantDifferences, CountItemSizesOfEmptyCollections) {
   EXPECT_THAT(insignificant(), ElementsAre("item sizes of empty collections 1"));
 }
 
+TEST_F(InsignificantDifferences, CountLabelsOfLocalTagsInDarkSets) {
+  for (auto* partition : {&left_, &right_}) {
+    readSet(*partition, darkGroupKey(),
+            Items().instanceUID(9).item(0x8001, "01").item(0x8002, "02").item(0x8003, "03").item(0x7f01, "04"));
+  }
+  left_.partitionDictionary().addPrimerEntry({0x8001, labelOf("Dynamic").key()});
+  left_.partitionDictionary().addPrimerEntry({0x8002, labelOf("Dynamic").key()});
+  left_.partitionDictionary().addPrimerEntry({0x7f01, labelOf("Number").key()});
+  right_.partitionDictionary().addPrimerEntry({0x8002, labelOf("ForeignDynamic").key()});
+  EXPECT_THAT(differences(), IsEmpty());
+  EXPECT_THAT(insignificant(), ElementsAre("labels of local tags in dark sets 3"));
+  right_.partitionDictionary().addPrimerEntry({0x8001, labelOf("Dynamic").key()});
+  right_.partitionDictionary().addPrimerEntry({0x7f01, labelOf("Number").key()});
+  EXPECT_THAT(differences(), IsEmpty());
+  EXPECT_THAT(insignificant(), ElementsAre("labels of local tags in dark sets 1"));
+}
+
+TEST_F(InsignificantDifferences, DoNotIncludeStaticTagsInDarkSetsThatTheDictionaryExplains) {
+  for (auto* partition : {&left_, &right_}) readSet(*partition, darkGroupKey(), Items().item(0x4001, "00000001"));
+  left_.partitionDictionary().addPrimerEntry({0x4001, labelOf("Number").key()});
+  EXPECT_THAT(differences(), IsEmpty());
+  EXPECT_THAT(insignificant(), IsEmpty());
+}
+
+TEST_F(InsignificantDifferences, DoNotIncludeTagsInDarkSetsThatAreNoLocalSets) {
+  for (auto* partition : {&left_, &right_}) {
+    for (const auto& key : {darkGroupKey(), darkSetKey()}) {
+      partition->addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, uint8{4}, KLV::Value(hex("8001 0001"))));
+    }
+  }
+  left_.partitionDictionary().addPrimerEntry({0x8001, labelOf("Dynamic").key()});
+  EXPECT_THAT(differences(), IsEmpty());
+  EXPECT_THAT(insignificant(), IsEmpty());
+}
+
 TEST_F(InsignificantDifferences, CountKeysOfAnotherCodingOrVersion) {
   auto octets = hex(hexOf(keyOf("Other").rawBuffer(), KLV::Key::kSize));
   octets[5] = 0x13;
