@@ -32,6 +32,17 @@ TEST(Import, KeepsTheInstanceUIDsOfTheDocument) {
   }
 }
 
+TEST(Import, WarnsThatTheLocalTagsOfDarkSetsLoseTheirMeaning) {
+  const ScratchFolder folder;
+  const std::string path = folder.path("a.xml");
+  ASSERT_EQ(run({"export", sample("bmx-op1a-adm.header.mxf"), "--flat", "-o", path}).exitCode, 0);
+  const auto imported = run({"import", path, "-o", folder.path("b.mxf")});
+  EXPECT_EQ(imported.exitCode, 0);
+  EXPECT_EQ(imported.err, "mxfxml: " + path +
+                              ": warning: documents do not hold what 28 local tags in dark sets stand for; importing "
+                              "--into the original file keeps it\n");
+}
+
 TEST(Import, WarnsOfWhatItLeavesOutAndFailsWhenThatIsAskedFor) {
   const ScratchFolder folder;
   const std::string path = folder.path("a.xml");

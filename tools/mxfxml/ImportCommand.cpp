@@ -2,6 +2,7 @@
 
 #include "CommonOptions.h"
 #include "Core/DataIO/File.h"
+#include "Core/KLV/LocalSet.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/Platform/Path.h"
 #include "DiagnosticText.h"
@@ -13,6 +14,25 @@
 #include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
+
+namespace {
+
+/// How many items of dark groups have a tag that each file explains in its primer pack, which is not in the document.
+std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
+  constexpr uint16 kFirstDynamicTag = 0x8000;  // ST 377-1
+  std::size_t count = 0;
+  for (const MetadataSet* set : metadata.sets()) {
+    const auto* group = dynamic_cast<const DarkParsedGroup*>(set);
+    if (group == nullptr) continue;
+    const Bytes& value = group->value();
+    for (const auto& item : KLV::readLocalSet(KLV::localSetCoding(group->key()), value.data(), value.size())) {
+      if (item.tag >= kFirstDynamicTag && metadata.partitionDictionary().tryFind(item.tag) == nullptr) ++count;
+    }
+  }
+  return count;
+}
+
+}  // namespace
 
 ImportCommand::ImportCommand(CLI::App& program)
     : Command(program, "import", "Write the header metadata of an XML document as an MXF file, or into one") {
@@ -68,6 +88,11 @@ SharedPtr<const MetaMetadata::Dictionary> ImportCommand::dictionary() const {
 void ImportCommand::writeHeaderOnly() const {
   PartitionMetadata metadata(dictionary());
   read(metadata);
+  const auto lost = tagsWithoutLabels(metadata);
+  if (lost != 0) {
+    printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
+                 " local tags in dark sets stand for; importing --into the original file keeps it");
+  }
   DataIO::File::AtomicFile file(*output_);
   MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
   file.commit();
