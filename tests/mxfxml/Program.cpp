@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <filesystem>
 #include <stdexcept>
 
@@ -59,7 +60,7 @@ int waitFor(pid_t child) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
-int spawn(std::vector<std::string> command, const FileActions& actions) {
+pid_t start(std::vector<std::string> command, const FileActions& actions) {
   std::vector<char*> arguments;
   for (std::string& argument : command) arguments.push_back(argument.data());
   arguments.push_back(nullptr);
@@ -67,7 +68,7 @@ int spawn(std::vector<std::string> command, const FileActions& actions) {
   if (posix_spawn(&child, arguments[0], actions.get(), nullptr, arguments.data(), environ) != 0) {
     throw std::runtime_error("cannot start " + command[0]);
   }
-  return waitFor(child);
+  return child;
 }
 
 Result runCommand(const std::vector<std::string>& command, Out out, Err err) {
@@ -83,22 +84,70 @@ Result runCommand(const std::vector<std::string>& command, Out out, Err err) {
   if (out == Out::kClosed) actions.close(STDOUT_FILENO);
   if (err == Err::kCaptured) actions.open(STDERR_FILENO, errPath, O_WRONLY | O_CREAT);
   if (err == Err::kClosed) actions.close(STDERR_FILENO);
-  const int exitCode = spawn(command, actions);
+  const int exitCode = waitFor(start(command, actions));
   return {exitCode, out == Out::kCaptured ? readFile(outPath) : "", err == Err::kCaptured ? readFile(errPath) : ""};
+}
+
+pid_t startCaptured(const std::vector<std::string>& command, const ScratchFolder& streams) {
+  FileActions actions;
+  actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  actions.open(STDOUT_FILENO, streams.path("stdout"), O_WRONLY | O_CREAT);
+  actions.open(STDERR_FILENO, streams.path("stderr"), O_WRONLY | O_CREAT);
+  return start(command, actions);
+}
+
+std::vector<std::string> programWith(const std::vector<std::string>& arguments) {
+  std::vector<std::string> command = {VANTOR_MXFXML};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  return command;
 }
 
 }  // namespace
 
 Result run(const std::vector<std::string>& arguments, Out out, Err err) {
-  std::vector<std::string> command = {VANTOR_MXFXML};
-  command.insert(command.end(), arguments.begin(), arguments.end());
-  return runCommand(command, out, err);
+  return runCommand(programWith(arguments), out, err);
 }
 
 Result runLimited(const std::string& limit, const std::vector<std::string>& arguments) {
   std::vector<std::string> command = {"/bin/sh", "-c", limit + " && exec \"$0\" \"$@\"", VANTOR_MXFXML};
   command.insert(command.end(), arguments.begin(), arguments.end());
   return runCommand(command, Out::kCaptured, Err::kCaptured);
+}
+
+StartedProgram::StartedProgram(const std::vector<std::string>& arguments)
+    : streams_(std::make_unique<ScratchFolder>()), process_(startCaptured(programWith(arguments), *streams_)) {}
+
+StartedProgram::~StartedProgram() {
+  if (!isWaitedFor_) kill();
+}
+
+bool StartedProgram::hasEnded() const {
+  siginfo_t ended{};
+  return ::waitid(P_PID, static_cast<id_t>(process_), &ended, WEXITED | WNOHANG | WNOWAIT) != 0 || ended.si_pid != 0;
+}
+
+void StartedProgram::waitUntil(const std::function<bool()>& condition) const {
+  while (!condition() && !hasEnded()) {
+  }
+}
+
+void StartedProgram::kill() {
+  ::kill(process_, SIGKILL);
+  ::waitpid(process_, nullptr, 0);
+  isWaitedFor_ = true;
+}
+
+void StartedProgram::stop() const {
+  siginfo_t stopped{};
+  ::kill(process_, SIGSTOP);
+  ::waitid(P_PID, static_cast<id_t>(process_), &stopped, WSTOPPED | WEXITED | WNOWAIT);
+}
+
+Result StartedProgram::resume() {
+  ::kill(process_, SIGCONT);
+  isWaitedFor_ = true;
+  const int exitCode = waitFor(process_);
+  return {exitCode, readFile(streams_->path("stdout")), readFile(streams_->path("stderr"))};
 }
 
 std::string sample(const std::string& name) { return std::string(VANTOR_TEST_DATA_DIR) + "/" + name; }

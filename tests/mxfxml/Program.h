@@ -1,9 +1,15 @@
 #pragma once
 
+#include <sys/types.h>
+
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace Vantor::Tool {
+
+class ScratchFolder;
 
 /// What one run of the program left.
 struct Result {
@@ -21,6 +27,31 @@ Result run(const std::vector<std::string>& arguments, Out out = Out::kCaptured, 
 
 /// The same by a shell that sets a limit first, such as "ulimit -f 1".
 Result runLimited(const std::string& limit, const std::vector<std::string>& arguments);
+
+/// A run of mxfxml that is interfered with. One that nobody waited for is killed.
+class StartedProgram {
+ public:
+  explicit StartedProgram(const std::vector<std::string>& arguments);
+  ~StartedProgram();
+  StartedProgram(const StartedProgram&) = delete;
+  StartedProgram& operator=(const StartedProgram&) = delete;
+
+  /// Returns as soon as the condition holds, or the program has ended.
+  void waitUntil(const std::function<bool()>& condition) const;
+  /// Kills it, as far as it has not ended, and waits for its end.
+  void kill();
+  /// Holds it until it is resumed.
+  void stop() const;
+  /// Lets it go on, and waits for its end.
+  Result resume();
+
+ private:
+  bool hasEnded() const;
+
+  std::unique_ptr<ScratchFolder> streams_;
+  pid_t process_;
+  bool isWaitedFor_ = false;
+};
 
 /// The path of a file of tests/data.
 std::string sample(const std::string& name);

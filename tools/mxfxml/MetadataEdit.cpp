@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "CommonOptions.h"
+#include "Core/DataIO/FileUpdate.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
@@ -32,6 +33,9 @@ std::unique_ptr<PartitionMetadata> throughXML(PartitionMetadata& partition, bool
 std::string counted(std::size_t count, const std::string& what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
+
+/// Replacing takes no permission for the file that is replaced.
+void requireWritable(const Path& file) { const DataIO::File::FileUpdate update(file); }
 
 bool hasPreface(const PartitionMetadata& partition) {
   return !partition.find(Structural::StructuralMetadataKeys::preface()).empty();
@@ -112,6 +116,7 @@ std::string MetadataEdit::summary() const {
 void MetadataEdit::writeInPlace(const MXF::Progress& progress) const {
   if (replacements_.empty()) return;
   if (MXF::fits(file_, replacements_)) return MXF::replaceInPlace(file_, replacements_);
+  requireWritable(file_);
   MXF::rewrite(file_, replacements_, file_, progress);
 }
 
