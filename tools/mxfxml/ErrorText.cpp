@@ -25,6 +25,14 @@ bool isControl(char character) {
   return octet < 0x20 || octet == 0x7F;
 }
 
+/// Messages of the XML parser start with the name that the compiler gives the kind of their exception, which tells a
+/// user nothing.
+std::string withoutKind(const std::string& message) {
+  const auto end = message.find(": ");
+  const bool hasKind = end != std::string::npos && message.substr(0, end).find("xercesc_") != std::string::npos;
+  return hasKind ? message.substr(end + 2) : message;
+}
+
 constexpr const char* kNoMemory = "there is not enough memory";
 
 }  // namespace
@@ -47,7 +55,7 @@ std::string currentExceptionText() {
   } catch (const std::bad_alloc&) {
     return kNoMemory;
   } catch (const std::exception& exception) {
-    return exception.what();
+    return withoutKind(exception.what());
   } catch (...) {
     return "an error of an unknown kind";
   }

@@ -9,6 +9,7 @@
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/Metadata/PartitionComparison.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
+#include "Core/Platform/Strings.h"
 #include "ErrorText.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/EncodingType.h"
@@ -41,6 +42,42 @@ bool hasPreface(const PartitionMetadata& partition) {
   return !partition.find(Structural::StructuralMetadataKeys::preface()).empty();
 }
 
+const Types::UUID* prefaceUID(const PartitionMetadata& partition) {
+  const auto& prefaces = partition.find(Structural::StructuralMetadataKeys::preface());
+  return prefaces.empty() ? nullptr : prefaces.front()->instanceUID();
+}
+
+std::string dotted(const Types::UUID& identifier) { return Utils::wstringToString(identifier.toString(kDottedForm)); }
+
+bool sharesASet(const PartitionMetadata& left, const PartitionMetadata& right) {
+  return std::any_of(left.sets().begin(), left.sets().end(), [&](const MetadataSet* set) {
+    return set->instanceUID() != nullptr && !right.findByInstanceUID(*set->instanceUID()).empty();
+  });
+}
+
+/// Such a set would be added to those that are there.
+void requireInstanceUIDs(const XML2Partition::LosslessImport& import) {
+  for (const auto& diagnostic : import.diagnostics) {
+    if (diagnostic.kind != XML2Partition::ImportDiagnostic::Kind::kUnusableIdentifier) continue;
+    throw CommandError("a set whose InstanceUID cannot be read cannot be told from a new one; nothing is written");
+  }
+}
+
+/// A document of another file would replace everything.
+void requireSameMetadata(const PartitionMetadata& edited, const PartitionMetadata& original) {
+  if (edited.entries().empty()) throw CommandError("the document has no set that could be read; nothing is written");
+  const auto *found = prefaceUID(edited), *expected = prefaceUID(original);
+  if (found != nullptr && expected != nullptr && !(*found == *expected)) {
+    throw CommandError("the document is not one of these metadata: the InstanceUID of its Preface is not " +
+                       dotted(*expected) + "; edit an export of this file and partition");
+  }
+  if (!edited.sets().empty() && !sharesASet(edited, original)) {
+    throw CommandError(
+        "the document is not one of these metadata: no InstanceUID in it is one of theirs; edit an export of this file "
+        "and partition");
+  }
+}
+
 }  // namespace
 
 MetadataEdit::MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
@@ -55,6 +92,8 @@ MetadataEdit::MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> 
 }
 
 void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) {
+  requireInstanceUIDs(import);
+  requireSameMetadata(edited, *original_);
   for (const auto& unread : import.unread) {
     if (const auto* instanceUID = unread.set->instanceUID()) {
       rules_.untouched.insert(MergeRules::keyOf(*instanceUID, unread.property));

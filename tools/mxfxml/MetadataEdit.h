@@ -25,6 +25,8 @@ class MetadataEdit {
   PartitionMetadata& metadata() { return *original_; }
 
   /// Merges what an edited document gives. @param import  what its reader could not read is left as it is.
+  /// @throws CommandError when the document cannot be one of these metadata: it has no set, another Preface, or an
+  /// InstanceUID that cannot be read.
   void apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import);
 
   /// What was edited, in a line.
