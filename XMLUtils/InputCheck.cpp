@@ -1,6 +1,7 @@
 #include "XMLUtils/InputCheck.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -199,6 +200,36 @@ void checkLimitsOf(const Text& text, const XMLCh* systemId) {
   LimitCheck<Text>(text, systemId).run();
 }
 
+/// How many octets continue a character of UTF-8 behind its first one.
+std::size_t octetsBehind(uint8 first) {
+  if (first < 0xC0) return 0;
+  if (first < 0xE0) return 1;
+  return first < 0xF0 ? 2 : 3;
+}
+
+/// Where the first character starts that is none in UTF-8, as those of other 8-bit encodings seldom are; none when
+/// there is no such. The parser names neither its line nor what to do. What else UTF-8 forbids is left to it.
+std::optional<std::size_t> findForeignCharacter(const Octets& text) {
+  std::size_t start = 0;
+  std::size_t due = 0;
+  for (std::size_t i = 0; i < text.count; ++i) {
+    const uint8 octet = text.bytes[i];
+    const bool continues = (octet & 0xC0) == 0x80;
+    if (due == 0) start = i;
+    if (continues != (due != 0) || octet >= 0xF8) return start;
+    due = continues ? due - 1 : octetsBehind(octet);
+  }
+  return std::nullopt;
+}
+
+void checkUTF8(const Octets& text, const XMLCh* systemId) {
+  const auto found = findForeignCharacter(text);
+  if (!found) return;
+  throw refusal(text, *found,
+                u"a character is not in UTF-8; save the text as UTF-8, or name its encoding in the XML declaration",
+                systemId);
+}
+
 bool startsText(uint8 octet) { return octet == '<' || octet == ' ' || octet == '\t' || octet == '\r' || octet == '\n'; }
 
 /// The first two bytes are a byte order mark, or the first code unit of a document, which is a bracket or white space.
@@ -264,7 +295,9 @@ Input recognise(const uint8* bytes, std::size_t size) {
 void checkLimits(const Input& input, const XMLCh* systemId) {
   if (input.encoding == u"UTF-16LE") return checkLimitsOf(Units<0>{input.bytes, input.size / 2}, systemId);
   if (input.encoding == u"UTF-16BE") return checkLimitsOf(Units<1>{input.bytes, input.size / 2}, systemId);
-  checkLimitsOf(Octets{input.bytes, input.size}, systemId);
+  const Octets text{input.bytes, input.size};
+  if (input.encoding == u"UTF-8") checkUTF8(text, systemId);
+  checkLimitsOf(text, systemId);
 }
 
 }  // namespace Vantor::XMLUtils

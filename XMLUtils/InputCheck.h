@@ -22,7 +22,8 @@ struct Input {
 Input recognise(const uint8* bytes, std::size_t size);
 
 /// Refuses a document beyond `kMaximumDepth` or `kMaximumAttributes` before a parser spends time and memory on it.
-/// Looks at nothing but where comments, sections, instructions and tags start and end; a document that is not
+/// Text of another encoding that goes for UTF-8 is refused, too. Besides that,
+/// looks at nothing but where comments, sections, instructions and tags start and end; a document that is not
 /// well-formed is left to the parser, which stops at the first error.
 /// @throws xercesc::SAXParseException
 void checkLimits(const Input& input, const XMLCh* systemId);

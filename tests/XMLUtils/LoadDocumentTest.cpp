@@ -68,7 +68,7 @@ TEST(LoadDocument, TakesOctetsThatCallThemselvesUtf16ForUtf8) {
 TEST(LoadDocument, RefusesEncodingsThatItCannotCheck) {
   EXPECT_EQ(refusal(std::string("<?xml version='1.0' encoding='UTF-7'?><a/>")),
             "line 1, column 1: encoding 'UTF-7' is not supported");
-  EXPECT_THAT(refusal(std::string("\x4C\x6F\xA7\x94\x93")), StartsWith("line 1, column 1: "));
+  EXPECT_THAT(refusal(std::string("\x4C\x6F\xA7\x94\x93")), StartsWith("line 1, column 3: a character is not in UTF-8;"));
   EXPECT_THAT(refusal(std::string("<\0\0\0a\0\0\0/\0\0\0>\0\0\0", 16)), StartsWith("line 1, column "));
 }
 
@@ -85,6 +85,14 @@ TEST(LoadDocument, RefusesWhatIsCutOrFollowedByMore) {
     EXPECT_THAT(refusal(std::string(text)), StartsWith("line 1, column ")) << text;
   }
   EXPECT_THAT(refusal(littleEndian(u"<a/>") + "x"), HasSubstr("ends within a code unit"));
+}
+
+TEST(LoadDocument, TellsWhereTextIsNotInTheEncodingThatItGoesFor) {
+  const std::string message =
+      ": a character is not in UTF-8; save the text as UTF-8, or name its encoding in the XML declaration";
+  EXPECT_EQ(refusal("<a>\n<b>\xc3\xbc f\xfcr</b></a>"), "line 2, column 8" + message);
+  EXPECT_EQ(refusal("<a>\x80</a>"), "line 1, column 4" + message);
+  EXPECT_EQ(refusal("<a>\xf8\x88\x80\x80\x80</a>"), "line 1, column 4" + message);
 }
 
 TEST(LoadDocument, TakesNullForAnEmptyBuffer) {

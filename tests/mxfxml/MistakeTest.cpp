@@ -325,7 +325,8 @@ const Mistake kMistakes[] = {
     {"Latin 1 that says UTF-8",
      replaced("Timecode track", "Zeitspur f\xfcr alle"),
      {},
-     "line 1, column 1: exceeded byte limit at byte '\xef\xbf\xbd' in a 6-byte sequence"},
+     "line 22, column 44: a character is not in UTF-8; save the text as UTF-8, or name its encoding in the XML "
+     "declaration"},
     {"unknown encoding",
      replaced("encoding=\"UTF-8\"", "encoding=\"KOI8-R\""),
      {},
