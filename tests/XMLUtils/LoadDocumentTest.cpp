@@ -68,7 +68,8 @@ TEST(LoadDocument, TakesOctetsThatCallThemselvesUtf16ForUtf8) {
 TEST(LoadDocument, RefusesEncodingsThatItCannotCheck) {
   EXPECT_EQ(refusal(std::string("<?xml version='1.0' encoding='UTF-7'?><a/>")),
             "line 1, column 1: encoding 'UTF-7' is not supported");
-  EXPECT_THAT(refusal(std::string("\x4C\x6F\xA7\x94\x93")), StartsWith("line 1, column 3: a character is not in UTF-8;"));
+  EXPECT_THAT(refusal(std::string("\x4C\x6F\xA7\x94\x93")),
+              StartsWith("line 1, column 3: a character is not in UTF-8;"));
   EXPECT_THAT(refusal(std::string("<\0\0\0a\0\0\0/\0\0\0>\0\0\0", 16)), StartsWith("line 1, column "));
 }
 
