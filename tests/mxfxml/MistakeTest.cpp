@@ -112,6 +112,10 @@ const Mistake kMistakes[] = {
      {"line 43: " + kTrack +
       "Origin: '9223372036854775808' is no whole number from -9223372036854775808 to 9223372036854775807"},
      ""},
+    {"empty number",
+     replaced("<rp210:TrackID>1<", "<rp210:TrackID><"),
+     {"line 21: " + kTrack + "TrackID: the element is empty, and a UInt32 has no empty value"},
+     ""},
     {"number behind a number",
      replaced("<rp210:TrackID>1<", "<rp210:TrackID>1 2<"),
      {"line 21: " + kTrack + "TrackID: '1 2' is no whole number from 0 to 4294967295"},
@@ -174,6 +178,12 @@ const Mistake kMistakes[] = {
      replaced(" types:TargetInstance=\"41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7\"/>", "/>"),
      {"line 226: " + kPreface + "PrimaryPackage: there is no set MaterialPackage_REF in the namespace urn:SMPTE:S377M"},
      ""},
+    {"reference to no identifier",
+     replaced("<s377m:MaterialPackage_REF types:TargetInstance=\"41.B3",
+              "<s377m:MaterialPackage_REF types:TargetInstance=\"the source package"),
+     {"line 226: " + kPreface +
+      "PrimaryPackage: 'the source package.1A.F9.95.F2.4B.72.AE....' is more than one identifier"},
+     ""},
     {"reference without element",
      replaced("<s377m:MaterialPackage_REF types:TargetInstance=\"41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7\"/>",
               ""),
@@ -181,7 +191,8 @@ const Mistake kMistakes[] = {
      ""},
     {"wrong namespace of properties",
      replaced("urn:SMPTE:RP210", "urn:smpte:rp210"),
-     {"line 4: Preface NEW: the set has no property FileLastModified in the namespace urn:smpte:rp210; the element is "
+     {"line 3: Preface NEW: the set has no attribute InstanceUID in the namespace urn:smpte:rp210; it is not read",
+      "line 4: Preface NEW: the set has no property FileLastModified in the namespace urn:smpte:rp210; the element is "
       "not read",
       "line 13: Preface NEW: the set has no property ContentStorageObject in the namespace urn:smpte:rp210; the "
       "element is not read",
@@ -277,7 +288,12 @@ const Mistake kMistakes[] = {
      ""},
     {"set where a value goes",
      replaced("<rp210:TrackID>1<", "<rp210:TrackID><s377m:Filler/><"),
-     {"line 21: " + kTrack + "TrackID: '' is no whole number from 0 to 4294967295"},
+     {"line 21: " + kTrack + "TrackID: 's377m:Filler' is an element within a value that has none"},
+     ""},
+    {"value where a set goes",
+     replaced("<rp210:EssenceDataObjects>\n          ", "<rp210:EssenceDataObjects>none"),
+     {"line 181: ContentStorage A6.0F.89.4D.52.68.48.07.A3.31.60.A2.2E.D0.95.5F: EssenceDataObjects: 'none' is text "
+      "where only elements are expected"},
      ""},
     {"InstanceUID without its last octet",
      replaced(".10.9C.37.4D\">", ".10.9C.37\">"),
@@ -307,7 +323,7 @@ const Mistake kMistakes[] = {
      ""},
     {"rate as text",
      replaced("<types:Numerator>48000</types:Numerator>", "48000/1"),
-     {"line 39: " + kTrack + "EditRate: '' is no number from -2147483648 to 2147483647 for Numerator"},
+     {"line 39: " + kTrack + "EditRate: '48000/1' is text where only elements are expected"},
      ""},
     {"root of another kind",
      only("<?xml version=\"1.0\"?>\n<html><body/></html>\n"),
@@ -359,7 +375,7 @@ const Mistake kMistakes[] = {
      "line 2, column 137: attribute 'xmlns:rp210' is already specified for element 's377m:MetadataSets'"},
     {"namespace of types that is no other",
      replaced("<types:Numerator>48000<", "<types:Numerator xmlns:types=\"urn:SMPTE:Types\">48000<"),
-     {"line 39: " + kTrack + "EditRate: '' is no number from -2147483648 to 2147483647 for Numerator"},
+     {"line 39: " + kTrack + "EditRate: 'types:Numerator' is no part of the value"},
      ""},
 };
 
