@@ -121,17 +121,27 @@ class Merge {
     if (before == nullptr) return keep(set);
     const auto* after = findOnly(after_, *instanceUID);
     if (after == nullptr) {
-      rules_.mayRemove ? void(++summary_.removedSets) : keep(set);
+      rules_.mayRemove && !isMissingInAForm(*instanceUID) ? void(++summary_.removedSets) : keep(set);
     } else if (asGroup(&set) != nullptr || asGroup(after) != nullptr) {
-      mergeGroup(set, *before, *after);
+      mergeGroup(set, *after);
     } else {
       mergeProperties(set, *before, *after);
     }
   }
 
-  void mergeGroup(const MetadataSet& set, const MetadataSet& before, const MetadataSet& after) {
-    const auto *left = asGroup(&before), *right = asGroup(&after);
-    if (left != nullptr && right != nullptr && left->value() == right->value()) return keep(set);
+  /// Whether a document that nobody edited may lack the set.
+  bool isMissingInAForm(const Types::UUID& instanceUID) const {
+    return std::any_of(before_.begin(), before_.end(),
+                       [&](const PartitionMetadata* form) { return findOnly(*form, instanceUID) == nullptr; });
+  }
+
+  void mergeGroup(const MetadataSet& set, const MetadataSet& after) {
+    const auto* edited = asGroup(&after);
+    const bool isUnedited = std::any_of(before_.begin(), before_.end(), [&](const PartitionMetadata* form) {
+      const auto* group = asGroup(findOnly(*form, *set.instanceUID()));
+      return group != nullptr && edited != nullptr && group->value() == edited->value();
+    });
+    if (isUnedited) return keep(set);
     ++summary_.changedSets;
     ++summary_.changedProperties;
     addSet(after);

@@ -152,6 +152,52 @@ TEST(EditedFile, KeepsWhatADocumentOfAPartDoesNotHave) {
   EXPECT_EQ(nameIn(edit.exported(edit.copy())), "Ed");
 }
 
+/// A whole file with descriptive and dark sets: a header partition that says that it is all there is.
+std::string wholeFile(const std::string& name) {
+  std::string bytes = readFile(sample(name));
+  bytes[13] = 2;
+  bytes[14] = 4;                               // a header partition, closed and complete (ST 377-1)
+  bytes.replace(44, 8, std::string(8, '\0'));  // which names no footer partition
+  return bytes;
+}
+
+TEST(EditedFile, KeepsSetsThatAnExportOfStructuralOnesLeavesOut) {
+  for (const char* name : {"bmx-rdd9-embedxml.header.mxf", "bmx-op1a-adm.header.mxf"}) {
+    const ScratchFolder folder;
+    const std::string original = folder.path("a.mxf"), document = folder.path("a.xml"), copy = folder.path("b.mxf");
+    writeFile(original, wholeFile(name));
+    for (const std::string form : {"--flat", "--structural-only"}) {
+      ASSERT_EQ(run({"export", original, "--structural-only", form, "-o", document}).exitCode, 0);
+      const Result result = run({"import", document, "--into", original, "-o", copy});
+      EXPECT_EQ(result.out, "nothing is edited\n") << name << form << result.err;
+      EXPECT_EQ(readFile(copy), readFile(original)) << name << form;
+    }
+  }
+}
+
+TEST(EditedFile, IsTheOriginalWhicheverOfTheDictionariesMadeTheDocument) {
+  const ScratchFolder folder;
+  const std::string original = folder.path("a.mxf"), document = folder.path("a.xml"), copy = folder.path("b.mxf");
+  writeFile(original, wholeFile("bmx-op1a-adm.header.mxf"));
+  const std::vector<std::string> definitions = {"--dictionary", sample("adm.dictionary")};
+  for (const std::string form : {"--flat", "--encoding"}) {
+    std::vector<std::string> make = {"export", original, "-o", document, form};
+    if (form == "--encoding") make.push_back("utf-8");
+    ASSERT_EQ(run(make).exitCode, 0);
+    const Result result = run({"import", document, "--into", original, "-o", copy, definitions[0], definitions[1]});
+    EXPECT_EQ(result.out, "nothing is edited\n") << form << result.err;
+    EXPECT_EQ(readFile(copy), readFile(original)) << form;
+  }
+}
+
+TEST(EditedFile, IsNotReadBesideAJournal) {
+  const Edit edit;
+  writeFile(edit.original() + ".mxfxml-journal", "mxfxml-j");
+  const Result result = edit.inPlace();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("a change of the file was stopped half-way; mxfxml recover "));
+}
+
 TEST(EditedFile, KeepsWhatCouldNotBeRead) {
   const Edit edit;
   edit.replace("<rp210:TrackID>1<", "<rp210:TrackID>one<");

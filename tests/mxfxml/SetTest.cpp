@@ -78,6 +78,8 @@ TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
             "'Preface' sets nothing; write Set.Property=VALUE, or Set[2].Property=VALUE for the second set of "
             "that name"},
            {"Preface=1", "'Preface=1' sets nothing; write"},
+           {"Track[.TrackID=1", "'Track[.TrackID=1' sets nothing; write"},
+           {"Identification.ApplicationName=a\xff", "is no text in UTF-8"},
            {"Track[0].TrackID=1", "'Track[0].TrackID=1' sets nothing; write"},
            {"Prefce.ByteOrder=1", "there is no set 'Prefce'"},
            {"Preface.ByteOrdr=1", "a Preface has no property 'ByteOrdr'; see mxfxml dictionary Preface"},

@@ -18,10 +18,11 @@ namespace {
 std::optional<std::size_t> takeNumber(std::string& set, const std::string& text) {
   const auto bracket = set.find('[');
   if (bracket == std::string::npos) return std::nullopt;
+  if (set.back() != ']') refuse(text);
   std::size_t number = 0;
   const char* const end = set.data() + set.size() - 1;
   const auto [stop, error] = std::from_chars(set.data() + bracket + 1, end, number);
-  if (set.back() != ']' || error != std::errc() || stop != end || number == 0) refuse(text);
+  if (error != std::errc() || stop != end || number == 0) refuse(text);
   set.resize(bracket);
   return number;
 }

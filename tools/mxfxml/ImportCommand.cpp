@@ -79,14 +79,13 @@ void ImportCommand::run() const {
   }
 }
 
-SharedPtr<const MetaMetadata::Dictionary> ImportCommand::dictionary() const {
+MetaMetadata::Vocabulary ImportCommand::vocabulary() const {
   const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-  const auto vocabulary = XMLUtils::vocabularyOfFile(path.utf16());
-  return dictionary_.load(vocabulary.value_or(MetaMetadata::Vocabulary::kLegacy));
+  return XMLUtils::vocabularyOfFile(path.utf16()).value_or(MetaMetadata::Vocabulary::kLegacy);
 }
 
 void ImportCommand::writeHeaderOnly() const {
-  PartitionMetadata metadata(dictionary());
+  PartitionMetadata metadata(dictionary_.load(vocabulary()));
   read(metadata);
   const auto lost = tagsWithoutLabels(metadata);
   if (lost != 0) {
@@ -99,11 +98,12 @@ void ImportCommand::writeHeaderOnly() const {
 }
 
 void ImportCommand::editFile() const {
-  const auto definitions = dictionary();
+  const auto chosen = vocabulary();
+  const auto definitions = dictionary_.load(chosen);
   PartitionMetadata edited(definitions);
   const auto import = read(edited);
   try {
-    MetadataEdit edit(*into_, definitions, partition_);
+    MetadataEdit edit(*into_, definitions, dictionary_.plain(chosen), partition_);
     edit.apply(edited, import);
     for (const auto& remark : edit.remarks()) printMessage(into_->u8string() + ": " + remark);
     write(edit);

@@ -27,7 +27,7 @@ class ImportCommand final : public Command {
   /// Puts the metadata into a file that is there.
   void editFile() const;
   void write(const MetadataEdit& edit) const;
-  SharedPtr<const MetaMetadata::Dictionary> dictionary() const;
+  MetaMetadata::Vocabulary vocabulary() const;
   /// Reads the document into a partition, and tells on standard error what it could not read.
   XML2Partition::LosslessImport read(PartitionMetadata& metadata) const;
 

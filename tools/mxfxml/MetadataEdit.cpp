@@ -5,6 +5,7 @@
 #include "CommonOptions.h"
 #include "Core/DataIO/FileUpdate.h"
 #include "Core/DataIO/Memory.h"
+#include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/Metadata/PartitionComparison.h"
@@ -20,12 +21,13 @@ namespace Vantor::Tool {
 namespace {
 
 /// What a document of a partition gives that nobody has edited.
-std::unique_ptr<PartitionMetadata> throughXML(PartitionMetadata& partition, bool isNested) {
+std::unique_ptr<PartitionMetadata> throughXML(PartitionMetadata& partition, bool isNested, bool isStructuralOnly,
+                                              const SharedPtr<const MetaMetadata::Dictionary>& dictionary) {
   wstring document;
-  XMLBuilder::partition2XML(&partition, isNested, false, XMLUtils::EncodingType::kUTF8, document);
+  XMLBuilder::partition2XML(&partition, isNested, isStructuralOnly, XMLUtils::EncodingType::kUTF8, document);
   if (document.empty()) throw CommandError("the metadata in the file have no Preface");
   const XMLUtils::UnicodeString text(document);
-  auto copy = std::make_unique<PartitionMetadata>(partition.partitionDictionary().dictionary());
+  auto copy = std::make_unique<PartitionMetadata>(dictionary);
   XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
                                             static_cast<uint32>(text.utf16Size()), copy.get());
   return copy;
@@ -81,14 +83,36 @@ void requireSameMetadata(const PartitionMetadata& edited, const PartitionMetadat
 }  // namespace
 
 MetadataEdit::MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                           const SharedPtr<const MetaMetadata::Dictionary>& plain,
                            std::optional<MXF::PartitionChoice> partition)
-    : file_(std::move(file)),
-      dictionary_(std::move(dictionary)),
-      partition_(partition),
-      structure_(MXF::readStructure(file_)),
-      original_(MXF::readHeaderMetadata(file_, dictionary_, partition_.value_or(MXF::PartitionChoice()))) {
-  forms_.push_back(throughXML(*original_, false));
-  forms_.push_back(throughXML(*original_, true));
+    : file_(std::move(file)), dictionary_(std::move(dictionary)), partition_(partition) {
+  if (DataIO::File::hasJournal(file_)) {
+    throw CommandError("a change of the file was stopped half-way; mxfxml recover " + file_.u8string() + " undoes it");
+  }
+  const auto choice = partition_.value_or(MXF::PartitionChoice());
+  structure_ = MXF::readStructure(file_);
+  original_ = MXF::readHeaderMetadata(file_, dictionary_, choice);
+  for (const bool isNested : {false, true}) forms_.push_back(throughXML(*original_, isNested, false, dictionary_));
+  if (plain == nullptr) return;
+  const auto other = MXF::readHeaderMetadata(file_, plain, choice);
+  for (const bool isNested : {false, true}) forms_.push_back(throughXML(*other, isNested, false, dictionary_));
+}
+
+void MetadataEdit::addStructuralForms(const PartitionMetadata& edited) {
+  auto flat = throughXML(*original_, false, true, dictionary_);
+  auto nested = throughXML(*original_, true, true, dictionary_);
+  const auto has = [](const PartitionMetadata& partition, const MetadataSet& set) {
+    return set.instanceUID() != nullptr && !partition.findByInstanceUID(*set.instanceUID()).empty();
+  };
+  const auto& sets = forms_.front()->sets();
+  const auto isLeftOut = [&](const MetadataSet* set) { return !has(*flat, *set) || !has(*nested, *set); };
+  // A document of all sets has at least one that no structural form has, unless they were all taken out.
+  const auto isBeyondForms = [&](const MetadataSet* set) {
+    return !has(*flat, *set) && !has(*nested, *set) && has(edited, *set);
+  };
+  if (std::none_of(sets.begin(), sets.end(), isLeftOut) || std::any_of(sets.begin(), sets.end(), isBeyondForms)) return;
+  forms_.push_back(std::move(flat));
+  forms_.push_back(std::move(nested));
 }
 
 void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) {
@@ -100,6 +124,7 @@ void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::L
     }
   }
   rules_.mayRemove = import.diagnostics.empty() && hasPreface(edited);
+  addStructuralForms(edited);
   replace(numberOfPartition(), *original_, edited, &summary_);
   if (!partition_) replaceRepetitions(edited);
 }
@@ -118,7 +143,9 @@ std::size_t MetadataEdit::numberOfPartition() const {
 void MetadataEdit::replace(std::size_t partition, const PartitionMetadata& original, const PartitionMetadata& edited,
                            MergeSummary* summary) {
   MergeSummary done;
-  const auto merged = mergeEdits(original, {forms_[0].get(), forms_[1].get()}, edited, rules_, &done);
+  std::vector<const PartitionMetadata*> before;
+  for (const auto& form : forms_) before.push_back(form.get());
+  const auto merged = mergeEdits(original, before, edited, rules_, &done);
   if (summary != nullptr) *summary = done;
   if (done.isUnchanged()) return;
   DataIO::Memory::MemoryDataSink sink;

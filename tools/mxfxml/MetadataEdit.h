@@ -16,10 +16,13 @@ namespace Vantor::Tool {
 /// The metadata of one partition of an MXF file, and how edits of them come back into the file.
 class MetadataEdit {
  public:
-  /// @param partition  the one that was edited; none for the header partition and all that repeat its metadata.
+  /// @param dictionary  that the document was read with.
+  /// @param plain       the same without the user's definitions, which the document may have been made with; null when
+  ///                    there are none.
+  /// @param partition   the one that was edited; none for the header partition and all that repeat its metadata.
   /// @throws what reading the file throws.
   MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-               std::optional<MXF::PartitionChoice> partition);
+               const SharedPtr<const MetaMetadata::Dictionary>& plain, std::optional<MXF::PartitionChoice> partition);
 
   /// As they are in the file.
   PartitionMetadata& metadata() { return *original_; }
@@ -41,6 +44,8 @@ class MetadataEdit {
   void writeCopy(const Path& target, const MXF::Progress& progress) const;
 
  private:
+  /// Adds what documents of structural sets only give, if the edited one may be such a document.
+  void addStructuralForms(const PartitionMetadata& edited);
   void replace(std::size_t partition, const PartitionMetadata& original, const PartitionMetadata& edited,
                MergeSummary* summary);
   void replaceRepetitions(const PartitionMetadata& edited);

@@ -47,6 +47,11 @@ const MetadataSet& findSet(const PartitionMetadata& metadata, const Assignment& 
                      "], or choose one with --start");
 }
 
+void requireUTF8(const std::string& text) {
+  if (Utils::wstringToString(Utils::stringToWstring(text)) == text) return;
+  throw CommandError("'" + Utils::wstringToString(Utils::stringToWstring(text)) + "' is no text in UTF-8");
+}
+
 /// Reads the edited document; what is wrong with a value ends the command.
 XML2Partition::LosslessImport readEdited(const std::string& document, PartitionMetadata& edited) {
   auto import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
@@ -83,9 +88,10 @@ SetCommand::SetCommand(CLI::App& program)
 void SetCommand::run() const {
   if (output_) refuseSameFile(input(), *output_);
   const auto definitions = dictionary_.load();
-  MetadataEdit edit(input(), definitions, partition_);
+  MetadataEdit edit(input(), definitions, nullptr, partition_);
   DocumentEdit document(edit.metadata());
   for (const auto& text : assignments_) {
+    requireUTF8(text);
     const auto assignment = Assignment::parse(text);
     document.apply(findSet(edit.metadata(), assignment, start_), assignment);
   }
