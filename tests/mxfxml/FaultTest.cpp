@@ -209,7 +209,7 @@ TEST_F(FaultTest, RefusesAFileWhoseChangeWasKilledUntilItIsRecovered) {
   ASSERT_TRUE(wasStopped);
   const Result refused = run(inPlace());
   EXPECT_EQ(refused.exitCode, 1);
-  EXPECT_THAT(refused.err, HasSubstr("an earlier change was stopped; recover it first"));
+  EXPECT_THAT(refused.err, HasSubstr("a change of the file was stopped half-way"));
   EXPECT_EQ(run(intoCopy()).exitCode, 1);
   EXPECT_THAT(folder_.files(), ElementsAre("edited.xml", "original.mxf", "original.mxf.mxfxml-journal"));
   DataIO::File::recover(original());
