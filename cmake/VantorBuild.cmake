@@ -37,7 +37,7 @@ endfunction()
 # For targets that need not be fast: no optimisation, which takes most of the time that compiling them takes.
 function(vantor_compile_quickly target)
   if(NOT MSVC)
-    target_compile_options(${target} PRIVATE -O0 $<$<BOOL:${VANTOR_SANITIZE}>:-g0>)
+    target_compile_options(${target} PRIVATE -O0)
   endif()
 endfunction()
 
