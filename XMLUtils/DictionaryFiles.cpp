@@ -1,13 +1,13 @@
 #include "XMLUtils/DictionaryFiles.h"
 
 #include <array>
-#include <fstream>
 #include <system_error>
 #include <utility>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Dictionary/RegisterText.h"
 #include "Core/Platform/Exceptions.h"
+#include "XMLUtils/InputFile.h"
 #include "XMLUtils/RegisterFile.h"
 
 namespace Vantor::XMLUtils {
@@ -34,20 +34,6 @@ void checkFile(const Path& path) {
                                         "another file, or one to be split",
                                     kSource, __LINE__);
   }
-}
-
-/// Whether the first character that is no white space begins markup. A dictionary file begins with a word, in UTF-8;
-/// XML may be in UTF-16.
-bool looksLikeXML(const Path& path) {
-  std::array<char, 256> start{};
-  std::ifstream file(path, std::ios::binary);
-  file.read(start.data(), start.size());
-  for (std::streamsize i = 0; i < file.gcount(); ++i) {
-    const auto octet = static_cast<unsigned char>(start[static_cast<std::size_t>(i)]);
-    const bool isPassedOver = octet <= ' ' || octet >= 0x80;  // white space, byte order marks, halves of UTF-16 units
-    if (!isPassedOver) return octet == '<';
-  }
-  return false;
 }
 
 /// The registers of a folder; Labels may be missing.

@@ -1,5 +1,6 @@
 #include "XMLUtils/InputFile.h"
 
+#include <array>
 #include <cerrno>
 #include <fstream>
 #include <system_error>
@@ -18,6 +19,18 @@ namespace {
 }
 
 }  // namespace
+
+bool looksLikeXML(const Path& path) {
+  std::array<char, 256> start{};
+  std::ifstream file(path, std::ios::binary);
+  file.read(start.data(), start.size());
+  for (std::streamsize i = 0; i < file.gcount(); ++i) {
+    const auto octet = static_cast<unsigned char>(start[static_cast<std::size_t>(i)]);
+    const bool isMark = octet == 0xEF || octet == 0xBB || octet == 0xBF || octet == 0xFE || octet == 0xFF;
+    if (octet != 0 && octet != ' ' && octet != '\t' && octet != '\r' && octet != '\n' && !isMark) return octet == '<';
+  }
+  return false;
+}
 
 Bytes readInputFile(const wstring& path) {
   constexpr std::size_t kChunk = std::size_t{1} << 20;

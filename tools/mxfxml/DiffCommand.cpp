@@ -1,8 +1,5 @@
 #include "DiffCommand.h"
 
-#include <array>
-#include <fstream>
-
 #include "CommonOptions.h"
 #include "ComparisonText.h"
 #include "Core/MXF/HeaderMetadataReader.h"
@@ -13,25 +10,12 @@
 #include "StandardStreams.h"
 #include "XML2Partition.h"
 #include "XMLUtils/DocumentVocabulary.h"
+#include "XMLUtils/InputFile.h"
 #include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
 
 namespace {
-
-/// Whether the first octet that is no white space, and no part of a byte order mark or a UTF-16 unit, begins markup. An
-/// MXF file begins with a key or with a run-in, which is no XML.
-bool isXML(const Path& path) {
-  std::array<char, 64> start{};
-  std::ifstream file(path, std::ios::binary);
-  file.read(start.data(), start.size());
-  for (std::streamsize i = 0; i < file.gcount(); ++i) {
-    const auto octet = static_cast<unsigned char>(start[static_cast<std::size_t>(i)]);
-    const bool isMark = octet == 0xEF || octet == 0xBB || octet == 0xBF || octet == 0xFE || octet == 0xFF;
-    if (octet != 0 && octet != ' ' && octet != '\t' && octet != '\r' && octet != '\n' && !isMark) return octet == '<';
-  }
-  return false;
-}
 
 std::string textOf(const Types::UUID* instanceUID) {
   return instanceUID == nullptr ? "nothing" : Utils::wstringToString(instanceUID->toString());
@@ -74,7 +58,7 @@ void DiffCommand::run() const {
 }
 
 std::unique_ptr<PartitionMetadata> DiffCommand::read(const Path& file) const {
-  if (!isXML(file)) return MXF::readHeaderMetadata(file, dictionary_.load(), partition_);
+  if (!XMLUtils::looksLikeXML(file)) return MXF::readHeaderMetadata(file, dictionary_.load(), partition_);
   const XMLUtils::UnicodeString path(Platform::pathToWstring(file));
   const auto vocabulary = XMLUtils::vocabularyOfFile(path.utf16());
   auto metadata =

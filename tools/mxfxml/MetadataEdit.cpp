@@ -99,12 +99,13 @@ MetadataEdit::MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> 
 }
 
 void MetadataEdit::addStructuralForms(const PartitionMetadata& edited) {
-  auto flat = throughXML(*original_, false, true, dictionary_);
-  auto nested = throughXML(*original_, true, true, dictionary_);
   const auto has = [](const PartitionMetadata& partition, const MetadataSet& set) {
     return set.instanceUID() != nullptr && !partition.findByInstanceUID(*set.instanceUID()).empty();
   };
   const auto& sets = forms_.front()->sets();
+  if (std::all_of(sets.begin(), sets.end(), [&](const MetadataSet* set) { return has(edited, *set); })) return;
+  auto flat = throughXML(*original_, false, true, dictionary_);
+  auto nested = throughXML(*original_, true, true, dictionary_);
   const auto isLeftOut = [&](const MetadataSet* set) { return !has(*flat, *set) || !has(*nested, *set); };
   // A document of all sets has at least one that no structural form has, unless they were all taken out.
   const auto isBeyondForms = [&](const MetadataSet* set) {

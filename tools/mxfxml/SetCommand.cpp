@@ -18,18 +18,6 @@ namespace Vantor::Tool {
 
 namespace {
 
-std::vector<const MetadataSet*> setsNamed(const PartitionMetadata& metadata, const std::string& name) {
-  const wstring tag = Utils::stringToWstring(name);
-  std::vector<const MetadataSet*> found;
-  for (const MetadataSet* set : metadata.sets()) {
-    const auto* definition = set->definition();
-    if (definition == nullptr) continue;
-    const bool isIt = definition->symbol() == name || definition->extensionAttribute(MetaMetadata::kXMLTagName) == tag;
-    if (isIt) found.push_back(set);
-  }
-  return found;
-}
-
 /// The set that an assignment is about.
 const MetadataSet& findSet(const PartitionMetadata& metadata, const Assignment& assignment,
                            const std::optional<std::string>& start) {

@@ -1,6 +1,5 @@
 #include "StartSet.h"
 
-#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -22,13 +21,20 @@ std::optional<Types::UUID> instanceUIDFrom(const wstring& text) {
   return std::nullopt;
 }
 
-bool isNamed(const MetadataSet& set, const std::string& symbol, const wstring& tagName) {
-  const auto* definition = set.definition();
-  return definition != nullptr &&
-         (definition->symbol() == symbol || definition->extensionAttribute(MetaMetadata::kXMLTagName) == tagName);
-}
-
 }  // namespace
+
+std::vector<const MetadataSet*> setsNamed(const PartitionMetadata& partition, const std::string& name) {
+  const wstring tagName = Utils::stringToWstring(name);
+  std::vector<const MetadataSet*> found;
+  for (const MetadataSet* set : partition.sets()) {
+    const auto* definition = set->definition();
+    if (definition == nullptr) continue;
+    const bool isIt =
+        definition->symbol() == name || definition->extensionAttribute(MetaMetadata::kXMLTagName) == tagName;
+    if (isIt) found.push_back(set);
+  }
+  return found;
+}
 
 const MetadataSet& findStartSet(const PartitionMetadata& partition, const std::string& text) {
   const wstring wide = Utils::stringToWstring(text);
@@ -37,11 +43,9 @@ const MetadataSet& findStartSet(const PartitionMetadata& partition, const std::s
     if (sets.empty()) throw CommandError("no set of the partition has the InstanceUID '" + text + "'");
     return *sets.front();
   }
-  const auto& sets = partition.sets();
-  const auto found =
-      std::find_if(sets.begin(), sets.end(), [&](const MetadataSet* set) { return isNamed(*set, text, wide); });
-  if (found == sets.end()) throw CommandError("no set of the partition is named '" + text + "'");
-  return **found;
+  const auto found = setsNamed(partition, text);
+  if (found.empty()) throw CommandError("no set of the partition is named '" + text + "'");
+  return *found.front();
 }
 
 }  // namespace Vantor::Tool

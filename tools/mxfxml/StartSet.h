@@ -1,10 +1,15 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "Core/Metadata/PartitionMetadata.h"
 
 namespace Vantor::Tool {
+
+/// The sets of a kind, in file order.
+/// @param name  their symbol in the register or their name in XML.
+std::vector<const MetadataSet*> setsNamed(const PartitionMetadata& partition, const std::string& name);
 
 /// Finds the set that the user means.
 /// @param text  an InstanceUID, as "urn:uuid:...", as dotted pairs or as the bare 8-4-4-4-12 digits of a UUID; or else
