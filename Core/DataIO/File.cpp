@@ -47,7 +47,13 @@ FileState stateOf(const Path& path) {
   state.size = fs::file_size(path, error);
   if (!error) state.modified = fs::last_write_time(path, error);
   if (error) throwIOError("cannot tell the size and time of", path, error.message(), __LINE__);
+  state.identity = identityOf(path);
   return state;
+}
+
+void requireState(const Path& path, const FileState& expected, const char* failure) {
+  if (stateOf(path) == expected) return;
+  throwIOError(failure, path, "another program has changed it meanwhile; begin anew", __LINE__);
 }
 
 FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
@@ -103,7 +109,7 @@ AtomicFile::AtomicFile(const Path& target) : target_(target), replaced_(fileToRe
     openDirectly();
   } else {
     openBeside();
-    if (fs::exists(status)) fs::permissions(temporary_, status.permissions(), error);
+    if (fs::exists(status)) copyAttributes(replaced_, temporary_);
   }
 }
 
@@ -138,7 +144,7 @@ void AtomicFile::write(const uint8* from, std::size_t size) {
   position_ += size;
 }
 
-void AtomicFile::commit(Durability durability) {
+void AtomicFile::commit(Durability durability, const std::function<void()>& lastCheck) {
   if (!stream_) throwIOError("cannot finish", target_, "it has been closed", __LINE__);
   // A write that failed earlier must not be forgotten just because closing succeeds.
   if (std::ferror(stream_.get()) != 0) throwIOError("cannot finish", target_, "a write failed", __LINE__);
@@ -148,6 +154,7 @@ void AtomicFile::commit(Durability durability) {
   }
   errno = 0;
   if (std::fclose(stream_.release()) != 0) throwIOError("cannot finish", target_, systemReason(errno), __LINE__);
+  if (lastCheck) lastCheck();
   if (!temporary_.empty()) putInPlace(survivesPowerFailure);
 }
 

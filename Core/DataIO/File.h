@@ -2,28 +2,36 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 
 #include "Core/DataIO/DataSink.h"
 #include "Core/DataIO/DataSource.h"
+#include "Core/DataIO/FileAttributes.h"
 #include "Core/DataIO/Stream.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::DataIO::File {
 
-/// What tells whether a file was changed by somebody else.
+/// What tells whether a file was changed by somebody else, or another one has got its name. Two changes within a tick
+/// of the file system's clock (a few ms) that leave the size alone look like one.
 struct FileState {
-  uint64 size = 0;  ///< in bytes
-  std::filesystem::file_time_type modified;
+  uint64 size = 0;                           ///< in bytes
+  std::filesystem::file_time_type modified;  ///< as fine as the file system has it, at best in ns
+  FileIdentity identity;
 
   friend bool operator==(const FileState& left, const FileState& right) {
-    return left.size == right.size && left.modified == right.modified;
+    return left.size == right.size && left.modified == right.modified && left.identity == right.identity;
   }
   friend bool operator!=(const FileState& left, const FileState& right) { return !(left == right); }
 };
 
+/// Of the file behind symbolic links.
 /// @throws Exceptions::IOError naming the path and the system's reason.
 FileState stateOf(const Path& path);
+/// @param failure  what cannot be done with the file in another state, such as "cannot change".
+/// @throws Exceptions::IOError naming the path when it is in another state.
+void requireState(const Path& path, const FileState& expected, const char* failure);
 
 /// Reads a file from any offset. The file is open for reading as long as the source lives.
 class FileDataSource : public DataSource {
@@ -61,8 +69,9 @@ enum class Durability {
 };
 
 /// Writes a file that appears whole or not at all: the bytes go to a temporary file in the target's folder, which
-/// commit() renames over the target. An existing target keeps its permissions, and where it is a symbolic link the file
-/// behind the link is replaced. The renaming is atomic for other processes; for power failures see Durability.
+/// commit() renames over the target. The new file has what copyAttributes() can give it of an existing target, which
+/// was another file: other hard links of that keep the old bytes. Where the target is a symbolic link, the file behind
+/// the link is replaced. The renaming is atomic for other processes; for power failures see Durability.
 ///
 /// A target that is a device or a pipe cannot be replaced; it is written directly.
 class AtomicFile : public DataSink {
@@ -79,9 +88,11 @@ class AtomicFile : public DataSink {
   void write(const uint8* from, std::size_t size) override;
   uint64 position() const override { return position_; }
   /// Puts the file in place; nothing can be written afterwards.
+  /// @param lastCheck  called when all bytes are written, and are on the medium if that is asked for, directly before
+  ///                   the renaming. What it throws goes on to the caller, and the target is as it was before.
   /// @throws Exceptions::IOError when the last bytes or the renaming fail; the target is as it was before then. Also
   /// when the new name cannot be flushed to the medium, which the text tells; the target is the new file then.
-  void commit(Durability durability = Durability::kAtomic);
+  void commit(Durability durability = Durability::kAtomic, const std::function<void()>& lastCheck = {});
 
  private:
   void openDirectly();

@@ -72,11 +72,6 @@ void writePlace(DataSink& sink, FileDataSource& old, const Place& place) {
   forEachPiece(old, place.size, [&](uint64, const uint8* piece, std::size_t size) { sink.write(piece, size); });
 }
 
-void requireState(const Path& file, const FileState& expected) {
-  if (stateOf(file) == expected) return;
-  throwIOError("cannot change", file, "another program has changed it meanwhile; begin anew", __LINE__);
-}
-
 void writeJournal(const Path& realFile, const FileState& expected, const std::vector<Place>& places) {
   FileDataSource old(realFile);
   NewFile file(journalOf(realFile));
@@ -88,7 +83,7 @@ void writeJournal(const Path& realFile, const FileState& expected, const std::ve
   writeBigEndian<uint64>(sink, old.size());
   for (const auto& place : places) writePlace(sink, old, place);
   writeBigEndian<uint64>(file, sink.check());
-  requireState(realFile, expected);
+  requireState(realFile, expected, "cannot change");
   file.commit();
 }
 
@@ -170,15 +165,6 @@ bool putBack(const Path& journalFile, FileUpdate& file) {
   for (const auto& saved : journal->places) putBack(source, saved, file);
   file.flush();
   return true;
-}
-
-void requireOneName(const Path& file) {
-  std::error_code error;
-  const auto names = fs::hard_link_count(file, error);
-  if (error) throwIOError("cannot tell the hard links of", file, error.message(), __LINE__);
-  if (names == 1) return;
-  throwIOError("cannot change", file,
-               "it has " + std::to_string(names) + " hard links, and what the others name would change, too", __LINE__);
 }
 
 void requireNoJournal(const Path& realFile) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "Core/Platform/Containers.h"
@@ -161,6 +162,22 @@ TEST_F(AtomicFileTest, PutsAFileInPlaceThatIsOnTheMedium) {
   EXPECT_THAT(names(), testing::ElementsAre("a"));
 }
 
+TEST_F(AtomicFileTest, IsWholeButNotInPlaceAtTheLastCheck) {
+  create(folder_ / "a", "old");
+  for (const auto durability : {Durability::kAtomic, Durability::kSurvivesPowerFailure}) {
+    AtomicFile file(folder_ / "a");
+    write(file, "new");
+    const auto refuse = [&] {
+      EXPECT_EQ(contents(folder_ / "a"), "old");
+      for (const auto& name : names()) EXPECT_EQ(contents(folder_ / name), name == "a" ? "old" : "new");
+      throw std::runtime_error("refused");
+    };
+    EXPECT_THROW(file.commit(durability, refuse), std::runtime_error);
+    EXPECT_EQ(contents(folder_ / "a"), "old");
+  }
+  EXPECT_THAT(names(), testing::ElementsAre("a"));
+}
+
 TEST_F(AtomicFileTest, KeepsTheOldFileWhenItIsNotCommitted) {
   create(folder_ / "a", "old");
   { write(*std::make_unique<AtomicFile>(folder_ / "a"), "new"); }
@@ -253,6 +270,21 @@ TEST_F(FileStateTest, TellsOtherSizesAndTimesApart) {
   fs::resize_file(folder_ / "a", 3);
   fs::last_write_time(folder_ / "a", state.modified);
   EXPECT_NE(stateOf(folder_ / "a"), state);
+}
+
+TEST_F(FileStateTest, TellsAnotherFileOfTheSameSizeAndTime) {
+  create(folder_ / "a", "text");
+  create(folder_ / "b", "TEXT");
+  fs::create_symlink("a", folder_ / "link");
+  const FileState state = stateOf(folder_ / "link");
+  EXPECT_EQ(stateOf(folder_ / "a"), state);
+  EXPECT_NO_THROW(requireState(folder_ / "link", state, "cannot change"));
+  fs::last_write_time(folder_ / "b", state.modified);
+  fs::rename(folder_ / "b", folder_ / "a");
+  EXPECT_NE(stateOf(folder_ / "link"), state);
+  EXPECT_THAT([&] { requireState(folder_ / "link", state, "cannot change"); },
+              ThrowsMessage<IOError>(StrEq("cannot change '" + (folder_ / "link").u8string() +
+                                           "': another program has changed it meanwhile; begin anew")));
 }
 
 TEST_F(FileStateTest, NamesTheFileThatIsMissing) {

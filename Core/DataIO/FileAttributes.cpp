@@ -1,0 +1,107 @@
+#include "Core/DataIO/FileAttributes.h"
+
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "Core/DataIO/Stream.h"
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
+
+namespace Vantor::DataIO::File {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kSourceName = "Core/DataIO/FileAttributes";
+
+#ifdef _WIN32
+
+void copyOwner(const Path&, const Path&) {}
+
+#else
+
+/// Only an administrator gives files away, but everybody may give them to a group of theirs.
+void copyOwner(const Path& from, const Path& to) {
+  struct stat status {};
+  if (::stat(from.c_str(), &status) != 0) return;
+  constexpr auto kSameOwner = static_cast<uid_t>(-1);
+  const bool isGiven =
+      ::chown(to.c_str(), status.st_uid, status.st_gid) == 0 || ::chown(to.c_str(), kSameOwner, status.st_gid) == 0;
+  static_cast<void>(isGiven);
+}
+
+#endif
+
+#ifdef __linux__
+
+void copyExtendedAttribute(const Path& from, const Path& to, const char* name) {
+  const ssize_t size = ::getxattr(from.c_str(), name, nullptr, 0);
+  if (size < 0) return;
+  std::vector<char> value(static_cast<std::size_t>(size) + 1);  // its data is never null
+  const ssize_t read = ::getxattr(from.c_str(), name, value.data(), value.size());
+  if (read >= 0) ::setxattr(to.c_str(), name, value.data(), static_cast<std::size_t>(read), 0);
+}
+
+void copyExtendedAttributes(const Path& from, const Path& to) {
+  const ssize_t size = ::listxattr(from.c_str(), nullptr, 0);
+  if (size <= 0) return;
+  std::vector<char> names(static_cast<std::size_t>(size));
+  const ssize_t end = ::listxattr(from.c_str(), names.data(), names.size());
+  for (ssize_t at = 0; at < end; at += static_cast<ssize_t>(std::strlen(&names[static_cast<std::size_t>(at)])) + 1) {
+    copyExtendedAttribute(from, to, &names[static_cast<std::size_t>(at)]);
+  }
+}
+
+#else
+
+void copyExtendedAttributes(const Path&, const Path&) {}
+
+#endif
+
+}  // namespace
+
+#ifdef _WIN32
+
+FileIdentity identityOf(const Path&) { return {}; }
+
+#else
+
+FileIdentity identityOf(const Path& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return {};
+  return {static_cast<uint64>(status.st_dev), static_cast<uint64>(status.st_ino)};
+}
+
+#endif
+
+void copyAttributes(const Path& from, const Path& to) {
+  copyOwner(from, to);
+  copyExtendedAttributes(from, to);
+  // Last: another owner takes bits of them away, and attributes cannot be written to a file that is read-only.
+  std::error_code error;
+  const auto permissions = fs::status(from, error).permissions();
+  if (!error) fs::permissions(to, permissions, error);
+}
+
+void requireOneName(const Path& path) {
+  std::error_code error;
+  const auto names = fs::hard_link_count(path, error);
+  if (error) throw ioError("cannot tell the hard links of", path, error.message(), kSourceName, __LINE__);
+  if (names == 1) return;
+  throw ioError("cannot change", path,
+                "it has " + std::to_string(names) +
+                    " hard links, and its other names would change, too, or be parted from it; write to another file",
+                kSourceName, __LINE__);
+}
+
+}  // namespace Vantor::DataIO::File
