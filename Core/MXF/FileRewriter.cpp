@@ -21,33 +21,6 @@ constexpr std::size_t kPreviousPartition = 16;
 constexpr std::size_t kFooterPartition = 24;
 constexpr std::size_t kHeaderByteCount = 32;
 
-/// Tells of every hundredth of the whole that it passes on.
-class ReportingSink : public DataIO::DataSink {
- public:
-  ReportingSink(DataIO::DataSink& sink, uint64 total, const Progress& progress)
-      : sink_(sink), total_(total), progress_(progress) {}
-
-  void write(const uint8* from, std::size_t size) override {
-    sink_.write(from, size);
-    written_ += size;
-    if (progress_ && written_ >= next_) report();
-  }
-  uint64 position() const override { return sink_.position(); }
-
- private:
-  void report() {
-    progress_(written_, total_);
-    const uint64 step = std::max<uint64>(total_ / 100, 1);
-    next_ = std::max(written_ + 1, std::min(written_ + step, total_));
-  }
-
-  DataIO::DataSink& sink_;
-  uint64 total_;
-  const Progress& progress_;
-  uint64 written_ = 0;
-  uint64 next_ = 1;
-};
-
 }  // namespace
 
 FileRewriter::FileRewriter(FileDataSource& source, const FileStructure& structure,
@@ -66,9 +39,8 @@ FileRewriter::FileRewriter(FileDataSource& source, const FileStructure& structur
   total_ += shift;
 }
 
-void FileRewriter::write(DataIO::DataSink& output, const Progress& progress) {
-  ReportingSink reporting(output, total_, progress);
-  output_ = &reporting;
+void FileRewriter::write(DataIO::DataSink& output) {
+  output_ = &output;
   buffer_.resize(kBufferSize);
   const auto randomIndexPack = findRandomIndexPack(source_, structure_.partitions.back().packEnd);
   source_.seek(0);

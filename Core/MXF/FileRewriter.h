@@ -5,7 +5,6 @@
 #include "Core/DataIO/DataSink.h"
 #include "Core/DataIO/File.h"
 #include "Core/MXF/FileStructure.h"
-#include "Core/MXF/HeaderMetadataReplacement.h"
 #include "Core/MXF/KLVHeader.h"
 #include "Core/MXF/ReplacementPlan.h"
 #include "Core/Platform/Containers.h"
@@ -20,8 +19,10 @@ class FileRewriter {
   FileRewriter(DataIO::File::FileDataSource& source, const FileStructure& structure,
                const std::vector<PlannedReplacement>& replacements);
 
-  /// @throws what source, output and progress throw.
-  void write(DataIO::DataSink& output, const Progress& progress);
+  /// Of the copy, in bytes.
+  uint64 size() const { return total_; }
+  /// @throws what source and output throw.
+  void write(DataIO::DataSink& output);
 
  private:
   /// What becomes of one partition.
@@ -40,7 +41,7 @@ class FileRewriter {
   DataIO::File::FileDataSource& source_;
   const FileStructure& structure_;
   std::vector<Target> targets_;
-  uint64 total_ = 0;  ///< the copy's size
+  uint64 total_ = 0;
   Bytes buffer_;
   DataIO::DataSink* output_ = nullptr;  ///< while write() runs
 };

@@ -1,9 +1,11 @@
 #include "Core/MXF/HeaderMetadataReplacement.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/FileUpdate.h"
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/FileRewriter.h"
 #include "Core/MXF/FileStructure.h"
@@ -16,11 +18,17 @@ namespace Vantor::MXF {
 namespace {
 
 using DataIO::File::FileDataSource;
+using DataIO::File::FileState;
 using DataIO::File::FileUpdate;
 
 constexpr const char* kSourceName = "Core/MXF/HeaderMetadataReplacement";
+constexpr uint64 kBufferSize = uint64{1} << 20;
+/// Bytes from one call of the progress to the next, at most.
+constexpr uint64 kProgressStep = uint64{2} << 20;
 
-std::vector<PlannedReplacement> plan(const Path& file, const MetadataReplacements& replacements) {
+std::vector<PlannedReplacement> plan(const Path& file, const FileState& expected,
+                                     const MetadataReplacements& replacements) {
+  DataIO::File::requireState(file, expected, "cannot change");
   FileDataSource source(file);
   return planReplacements(source, readStructure(source), replacements);
 }
@@ -61,48 +69,104 @@ void requireNoJournal(const Path& file) {
                               __LINE__);
 }
 
-void requireState(const Path& file, const DataIO::File::FileState& expected) {
-  if (DataIO::File::stateOf(file) == expected) return;
-  throw DataIO::File::ioError("cannot copy", file, "another program has changed it meanwhile", kSourceName, __LINE__);
+/// Renaming over a file takes no permission for it, and would part it from its other names.
+void requireReplaceable(const Path& original, const Path& target) {
+  std::error_code error;
+  if (!std::filesystem::equivalent(original, target, error)) return;
+  const FileUpdate writable(target);
+  DataIO::File::requireOneName(target);
+}
+
+/// Tells how many bytes it passes on; not of the last one.
+class ReportingSink : public DataIO::DataSink {
+ public:
+  ReportingSink(DataIO::DataSink& sink, uint64 total, const Progress& progress)
+      : sink_(sink), total_(total), progress_(progress) {}
+
+  void write(const uint8* from, std::size_t size) override {
+    sink_.write(from, size);
+    written_ += size;
+    if (progress_ && written_ >= next_ && written_ < total_) report();
+  }
+  uint64 position() const override { return sink_.position(); }
+
+ private:
+  void report() {
+    progress_(written_, total_);
+    next_ = written_ + std::clamp<uint64>(total_ / 100, 1, kProgressStep);
+  }
+
+  DataIO::DataSink& sink_;
+  uint64 total_;
+  const Progress& progress_;
+  uint64 written_ = 0;
+  uint64 next_ = 1;
+};
+
+uint64 copyBytes(FileDataSource& source, DataIO::DataSink& output, const Progress& progress) {
+  ReportingSink reporting(output, source.size(), progress);
+  Bytes buffer(kBufferSize);
+  while (source.remaining() != 0) {
+    const auto size = static_cast<std::size_t>(std::min<uint64>(source.remaining(), buffer.size()));
+    source.read(buffer.data(), size);
+    reporting.write(buffer.data(), size);
+  }
+  return source.size();
+}
+
+/// Returns the size of the copy, with which the progress has not been called yet.
+uint64 writeCopy(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
+                 DataIO::DataSink& output, const Progress& progress) {
+  requireNoJournal(original);
+  DataIO::File::requireState(original, expected, "cannot copy");
+  FileDataSource source(original);
+  if (replacements.empty()) return copyBytes(source, output, progress);
+  const FileStructure structure = readStructure(source);
+  const auto planned = planReplacements(source, structure, replacements);
+  FileRewriter rewriter(source, structure, planned);
+  ReportingSink reporting(output, rewriter.size(), progress);
+  rewriter.write(reporting);
+  return rewriter.size();
+}
+
+void endCopy(const Path& original, const FileState& expected, uint64 size, const Progress& progress) {
+  if (progress) progress(size, size);
+  requireNoJournal(original);
+  DataIO::File::requireState(original, expected, "cannot copy");
 }
 
 }  // namespace
 
-bool fits(const Path& file, const MetadataReplacements& replacements) {
-  const auto planned = plan(file, replacements);
+bool fits(const Path& file, const FileState& expected, const MetadataReplacements& replacements) {
+  const auto planned = plan(file, expected, replacements);
   return std::all_of(planned.begin(), planned.end(), [](const PlannedReplacement& one) { return one.fits(); });
 }
 
-void replaceInPlace(const Path& file, const MetadataReplacements& replacements) {
-  const auto state = DataIO::File::stateOf(file);
-  const auto planned = plan(file, replacements);
+void replaceInPlace(const Path& file, const FileState& expected, const MetadataReplacements& replacements) {
+  const auto planned = plan(file, expected, replacements);
   std::vector<DataIO::File::Place> places;
   for (const auto& replacement : planned) {
     requireRoom(replacement);
     places.push_back({replacement.room.offset, replacement.room.size});
   }
-  DataIO::File::changeInPlace(file, state, places, [&](FileUpdate& update) {
+  DataIO::File::changeInPlace(file, expected, places, [&](FileUpdate& update) {
     for (const auto& replacement : planned) writeInto(update, replacement);
   });
 }
 
-void rewrite(const Path& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
-             const Progress& progress) {
-  requireNoJournal(original);
-  const auto state = DataIO::File::stateOf(original);
-  FileDataSource source(original);
-  const FileStructure structure = readStructure(source);
-  const auto planned = planReplacements(source, structure, replacements);
-  FileRewriter(source, structure, planned).write(output, progress);
-  requireState(original, state);
+void rewrite(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
+             DataIO::DataSink& output, const Progress& progress) {
+  const uint64 size = writeCopy(original, expected, replacements, output, progress);
+  endCopy(original, expected, size, progress);
 }
 
-void rewrite(const Path& original, const MetadataReplacements& replacements, const Path& target,
-             const Progress& progress) {
+void rewrite(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
+             const Path& target, const Progress& progress) {
   requireNoJournal(target);  // it would be taken for one of the new file
+  requireReplaceable(original, target);
   DataIO::File::AtomicFile file(target);
-  rewrite(original, replacements, file, progress);
-  file.commit(DataIO::File::Durability::kSurvivesPowerFailure);
+  const uint64 size = writeCopy(original, expected, replacements, file, progress);
+  file.commit(DataIO::File::Durability::kSurvivesPowerFailure, [&] { endCopy(original, expected, size, progress); });
 }
 
 }  // namespace Vantor::MXF

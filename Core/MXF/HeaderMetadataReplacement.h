@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Core/DataIO/DataSink.h"
+#include "Core/DataIO/File.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
@@ -14,10 +15,11 @@
 /// the partition packs. Metadata that repeat others are not looked at: whoever replaces those of the header partition
 /// decides about the footer partition's, too.
 ///
-/// All functions here read the file's structure anew and refuse what refuseUnsafe() of ReplacementSafety.h refuses.
-/// They throw Exceptions: ParseError with the offset when the file is damaged; InvalidFormat naming the partition when
-/// a replacement is not what it should be; IOError naming the file when it must not be changed, cannot be, or is
-/// changed by another program meanwhile.
+/// All functions here get the state that the file had before the caller first read what became the replacements, and
+/// refuse a file that has another one. They read its structure anew and refuse what refuseUnsafe() of
+/// ReplacementSafety.h refuses. They throw Exceptions: ParseError with the offset when the file is damaged;
+/// InvalidFormat naming the partition when a replacement is not what it should be; IOError naming the file when it must
+/// not be changed, cannot be, or was changed by another program since.
 namespace Vantor::MXF {
 
 /// New header metadata for one partition, which has some already.
@@ -30,37 +32,42 @@ using MetadataReplacements = std::vector<MetadataReplacement>;
 /// The largest KAG size to which a partition is padded, in bytes; a larger one is taken for damage.
 constexpr uint64 kMaxKAGSize = uint64{1} << 20;
 
-/// Called with how many bytes of how many are written, at most about a hundred times, the last time with all of them.
-/// What it throws ends the work, and goes on to the caller.
+/// Called with how many bytes of how many are written: whenever there are a hundredth more, in large files 2 MiB more,
+/// and a last time with all of them, where a file is written directly before it is put in place. What it throws ends
+/// the work, and goes on to the caller.
 using Progress = std::function<void(uint64 done, uint64 total)>;
 
 /// Whether every replacement takes exactly the room of the header metadata that it replaces, fill behind these
 /// included, or leaves at least the 17 bytes of a fill item.
-bool fits(const Path& file, const MetadataReplacements& replacements);
+bool fits(const Path& file, const DataIO::File::FileState& expected, const MetadataReplacements& replacements);
 
 /// Writes the replacements, and fill behind them, into their places, and nothing else; takes no longer for a large
 /// file. A process or machine that stops leaves a journal beside the file, from which DataIO::File::recover() puts back
 /// the old bytes; see Core/DataIO/UndoJournal.h.
 /// @throws Exceptions::InvalidLength naming partition, size and room when a replacement does not fit, IOError also for
 /// what DataIO::File::changeInPlace() refuses. The file is as it was then.
-void replaceInPlace(const Path& file, const MetadataReplacements& replacements);
+void replaceInPlace(const Path& file, const DataIO::File::FileState& expected,
+                    const MetadataReplacements& replacements);
 
 /// Writes a copy of the file with the replacements. The copying takes a few MiB of memory, whatever the file's size.
 ///
 /// Metadata that fit keep their room. Otherwise their partition becomes longer or shorter by a multiple of its KAG
 /// size, so that what stood on that grid stands on it again. The partition packs and the random index pack get the
-/// offsets and counts of the copy; a footer partition that they did not name stays unnamed. The run-in is kept.
+/// offsets and counts of the copy, also where those of the original were wrong; a footer partition that they did not
+/// name stays unnamed. The run-in is kept.
+///
+/// Without replacements the copy has the bytes of the original, whatever these are: refuseUnsafe() is not asked.
 /// @param output  gets the copy from its first byte on; what is in it after an exception is no MXF file.
-/// @throws Exceptions::IOError when the original has another size or time at the end than it had at the start, or has
-/// the journal of a stopped change; InvalidLength when the KAG size of a partition that has to grow is over
-/// kMaxKAGSize; also what the output throws.
-void rewrite(const Path& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
-             const Progress& progress = {});
+/// @throws Exceptions::IOError also when the original has another state at the end, or the journal of a stopped change;
+/// InvalidLength when the KAG size of a partition that has to grow is over kMaxKAGSize; also what the output throws.
+void rewrite(const Path& original, const DataIO::File::FileState& expected, const MetadataReplacements& replacements,
+             DataIO::DataSink& output, const Progress& progress = {});
 
-/// The same into a file, which appears whole or not at all and has then reached the medium; it may be the original,
-/// whose other hard links then keep the old file. The target is refused, too, when it has the journal of a stopped
-/// change.
-void rewrite(const Path& original, const MetadataReplacements& replacements, const Path& target,
-             const Progress& progress = {});
+/// The same into a file, which appears whole or not at all and has then reached the medium; DataIO::File::AtomicFile
+/// tells what it keeps of a file that was there. It may be the original, under any of its names, unless that has
+/// several hard links or is not to be written. The target is refused, too, when it has the journal of a stopped change.
+/// The original's state is looked at a last time directly before the copy is put in place.
+void rewrite(const Path& original, const DataIO::File::FileState& expected, const MetadataReplacements& replacements,
+             const Path& target, const Progress& progress = {});
 
 }  // namespace Vantor::MXF

@@ -280,6 +280,21 @@ TEST_F(FaultTest, ChangesNoFileThatIsMarkedAsReadOnly) {
   }
 }
 
+TEST_F(FaultTest, ChangesNoFileWithFurtherNames) {
+  const std::string other = folder_.path("other.mxf");
+  fs::create_hard_link(original(), other);
+  for (const std::size_t size : {2, 12000}) {  // within the room and beyond
+    edit(std::string(size, 'x'));
+    const Result result = run(inPlace());
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("cannot change '" + original() + "': it has 2 hard links, and its other names"));
+    EXPECT_TRUE(readFile(original()) == old_);
+    EXPECT_TRUE(fs::equivalent(original(), other));
+    EXPECT_EQ(run(intoCopy()).exitCode, 0);
+    fs::remove(copy());
+  }
+}
+
 TEST_F(FaultTest, MayHaveTheOriginalAsItsOutput) {
   editBeyondRoom();
   const std::string expected = this->expected();

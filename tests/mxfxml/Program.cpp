@@ -88,11 +88,14 @@ Result runCommand(const std::vector<std::string>& command, Out out, Err err) {
   return {exitCode, out == Out::kCaptured ? readFile(outPath) : "", err == Err::kCaptured ? readFile(errPath) : ""};
 }
 
-pid_t startCaptured(const std::vector<std::string>& command, const ScratchFolder& streams) {
+/// @param err  a descriptor, or -1: a file in the folder.
+pid_t startCaptured(const std::vector<std::string>& command, const ScratchFolder& streams, int err) {
   FileActions actions;
   actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
   actions.open(STDOUT_FILENO, streams.path("stdout"), O_WRONLY | O_CREAT);
-  actions.open(STDERR_FILENO, streams.path("stderr"), O_WRONLY | O_CREAT);
+  writeFile(streams.path("stderr"), "");
+  if (err < 0) actions.open(STDERR_FILENO, streams.path("stderr"), O_WRONLY);
+  if (err >= 0) actions.duplicate(err, STDERR_FILENO);
   return start(command, actions);
 }
 
@@ -114,8 +117,10 @@ Result runLimited(const std::string& limit, const std::vector<std::string>& argu
   return runCommand(command, Out::kCaptured, Err::kCaptured);
 }
 
-StartedProgram::StartedProgram(const std::vector<std::string>& arguments)
-    : streams_(std::make_unique<ScratchFolder>()), process_(startCaptured(programWith(arguments), *streams_)) {}
+StartedProgram::StartedProgram(const std::vector<std::string>& arguments) : StartedProgram(arguments, -1) {}
+
+StartedProgram::StartedProgram(const std::vector<std::string>& arguments, int err)
+    : streams_(std::make_unique<ScratchFolder>()), process_(startCaptured(programWith(arguments), *streams_, err)) {}
 
 StartedProgram::~StartedProgram() {
   if (!isWaitedFor_) kill();
@@ -142,6 +147,8 @@ void StartedProgram::stop() const {
   ::kill(process_, SIGSTOP);
   ::waitid(P_PID, static_cast<id_t>(process_), &stopped, WSTOPPED | WEXITED | WNOWAIT);
 }
+
+void StartedProgram::send(int signal) const { ::kill(process_, signal); }
 
 Result StartedProgram::resume() {
   ::kill(process_, SIGCONT);

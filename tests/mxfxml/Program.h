@@ -32,6 +32,8 @@ Result runLimited(const std::string& limit, const std::vector<std::string>& argu
 class StartedProgram {
  public:
   explicit StartedProgram(const std::vector<std::string>& arguments);
+  /// @param err  a descriptor, where standard error leads; results have none of it then.
+  StartedProgram(const std::vector<std::string>& arguments, int err);
   ~StartedProgram();
   StartedProgram(const StartedProgram&) = delete;
   StartedProgram& operator=(const StartedProgram&) = delete;
@@ -42,6 +44,7 @@ class StartedProgram {
   void kill();
   /// Holds it until it is resumed.
   void stop() const;
+  void send(int signal) const;
   /// Lets it go on, and waits for its end.
   Result resume();
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "CommonOptions.h"
-#include "Core/DataIO/FileUpdate.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/HeaderMetadataReader.h"
@@ -36,9 +35,6 @@ std::unique_ptr<PartitionMetadata> throughXML(PartitionMetadata& partition, bool
 std::string counted(std::size_t count, const std::string& what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
-
-/// Replacing takes no permission for the file that is replaced.
-void requireWritable(const Path& file) { const DataIO::File::FileUpdate update(file); }
 
 bool hasPreface(const PartitionMetadata& partition) {
   return !partition.find(Structural::StructuralMetadataKeys::preface()).empty();
@@ -89,6 +85,7 @@ MetadataEdit::MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> 
   if (DataIO::File::hasJournal(file_)) {
     throw CommandError("a change of the file was stopped half-way; mxfxml recover " + file_.u8string() + " undoes it");
   }
+  state_ = DataIO::File::stateOf(file_);
   const auto choice = partition_.value_or(MXF::PartitionChoice());
   structure_ = MXF::readStructure(file_);
   original_ = MXF::readHeaderMetadata(file_, dictionary_, choice);
@@ -182,13 +179,12 @@ std::string MetadataEdit::summary() const {
 
 void MetadataEdit::writeInPlace(const MXF::Progress& progress) const {
   if (replacements_.empty()) return;
-  if (MXF::fits(file_, replacements_)) return MXF::replaceInPlace(file_, replacements_);
-  requireWritable(file_);
-  MXF::rewrite(file_, replacements_, file_, progress);
+  if (MXF::fits(file_, state_, replacements_)) return MXF::replaceInPlace(file_, state_, replacements_);
+  MXF::rewrite(file_, state_, replacements_, file_, progress);
 }
 
 void MetadataEdit::writeCopy(const Path& target, const MXF::Progress& progress) const {
-  MXF::rewrite(file_, replacements_, target, progress);
+  MXF::rewrite(file_, state_, replacements_, target, progress);
 }
 
 }  // namespace Vantor::Tool

@@ -38,9 +38,10 @@ class MetadataEdit {
   const std::vector<std::string>& remarks() const { return remarks_; }
 
   /// Puts the edits into the file itself, whose other bytes stay where they are if there is room; otherwise the file is
-  /// written anew. Does nothing when nothing was edited.
+  /// written anew. Does nothing when nothing was edited. This and writeCopy() refuse a file that was changed since the
+  /// constructor began to read it.
   void writeInPlace(const MXF::Progress& progress) const;
-  /// Writes a copy of the file with the edits.
+  /// Writes a copy of the file with the edits; with the same bytes when nothing was edited.
   void writeCopy(const Path& target, const MXF::Progress& progress) const;
 
  private:
@@ -52,6 +53,7 @@ class MetadataEdit {
   std::size_t numberOfPartition() const;
 
   Path file_;
+  DataIO::File::FileState state_;  // before the first look into the file
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
   std::optional<MXF::PartitionChoice> partition_;
   MXF::FileStructure structure_;

@@ -108,12 +108,46 @@ TEST_F(RewriteTest, CopiesTheFileWithoutReplacements) {
   EXPECT_EQ(bytesOf(folder_ / "b.mxf"), bytesOf(file));
 }
 
+TEST_F(RewriteTest, CopiesAnyBytesWithoutReplacements) {
+  Bytes wrongLinks = fileOf(fivePartitions());
+  wrongLinks[kPackSize + kOldSize + 5] ^= 0x55;
+  for (const std::size_t field : {8, 16, 24}) wrongLinks[20 + field + 7] ^= 0x55;
+  FileLayout withDirectory = fivePartitions();
+  withDirectory.partitions[0].metadata = withDirectory.partitions[0].metadata + klv(kForeign, Bytes(50, 1));
+  for (const Bytes& bytes :
+       {wrongLinks, fileOf(withDirectory), slice(fileOf(fivePartitions()), 0, 3000), Bytes(3 << 20, 0x55), Bytes()}) {
+    const Path file = write(bytes);
+    std::vector<uint64> done;
+    rewrite(file, {}, folder_ / "b.mxf", [&](uint64 size, uint64) { done.push_back(size); });
+    EXPECT_EQ(bytesOf(folder_ / "b.mxf"), bytes);
+    EXPECT_EQ(done.back(), bytes.size());
+  }
+}
+
 TEST_F(RewriteTest, MayHaveTheOriginalAsItsTarget) {
   const Path file = write(fivePartitions(512));
   rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
   rewrite(file, {replacement(0, 5000)}, file);
   EXPECT_EQ(bytesOf(file), bytesOf(folder_ / "b.mxf"));
   EXPECT_THAT(names(), testing::UnorderedElementsAre("a.mxf", "b.mxf"));
+}
+
+TEST_F(RewriteTest, RefusesAnOriginalAsItsTargetThatIsReadOnlyOrHasFurtherNames) {
+  const Path file = write(fivePartitions());
+  fs::create_hard_link(file, folder_ / "b.mxf");
+  fs::create_symlink("a.mxf", folder_ / "link.mxf");
+  bool isBegun = false;
+  for (const char* name : {"a.mxf", "b.mxf", "link.mxf"}) {
+    EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / name, [&](uint64, uint64) { isBegun = true; }); },
+                ThrowsMessage<IOError>(HasSubstr("it has 2 hard links")));
+  }
+  EXPECT_FALSE(isBegun);
+  EXPECT_NO_THROW(rewrite(file, {replacement(0, 5000)}, folder_ / "c.mxf"));
+  fs::remove(folder_ / "b.mxf");
+  fs::permissions(file, fs::perms::owner_read);
+  EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / "link.mxf"); },
+              ThrowsMessage<IOError>(HasSubstr("it is read-only")));
+  EXPECT_EQ(bytesOf(file), fileOf(fivePartitions()));
 }
 
 TEST_F(RewriteTest, LeavesLinksToAFooterOutThatWereNotThere) {
@@ -231,6 +265,33 @@ TEST_F(RewriteTest, LeavesNoOutputWhenTheOriginalIsChangedMeanwhile) {
   });
 }
 
+TEST_F(RewriteTest, RefusesAnOriginalThatWasChangedSinceItsMetadataWereRead) {
+  const Path file = write(fivePartitions());
+  const auto state = DataIO::File::stateOf(file);
+  write(fivePartitions(), "b.mxf");
+  fs::last_write_time(folder_ / "b.mxf", state.modified);
+  fs::rename(folder_ / "b.mxf", file);
+  for (const auto& replacements : {MetadataReplacements(), MetadataReplacements{replacement(0, 5000)}}) {
+    const auto refusal = ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile; begin anew"));
+    EXPECT_THAT([&] { rewrite(file, state, replacements, folder_ / "c.mxf"); }, refusal);
+    EXPECT_THAT([&] { rewrite(file, state, replacements, file); }, refusal);
+    DataIO::Memory::MemoryDataSink sink;
+    EXPECT_THAT([&] { rewrite(file, state, replacements, sink); }, refusal);
+  }
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(RewriteTest, RefusesAnOriginalThatIsChangedWhileTheLastBytesGoToTheMedium) {
+  const Path file = write(fivePartitions());
+  const auto changeAtLast = [&](uint64 done, uint64 total) {
+    if (done == total) create(file, "more");
+  };
+  EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, file, changeAtLast); },
+              ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile")));
+  EXPECT_EQ(contents(file), "more");
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
 TEST_F(RewriteTest, IsStoppedByAnExceptionOfTheProgress) {
   const Path file = write(fivePartitions());
   const auto stop = [](uint64, uint64) { throw std::runtime_error("stop"); };
@@ -268,13 +329,34 @@ class CountingSink : public DataIO::DataSink {
   uint64 size_ = 0;
 };
 
-TEST_F(RewriteTest, TakesMemoryForBuffersButNotForTheFile) {
+/// The start of a file that ends with an essence element of this length.
+Bytes startOfLargeFile(uint64 length) {
   FileLayout layout = fivePartitions(512);
   layout.partitions.pop_back();
   layout.partitions[0].status = KLV::PartitionStatus::kClosedComplete;
   layout.hasRandomIndexPack = false;
+  return fileOf(layout) + klvHeader(kPictureElement, length, 9);
+}
+
+TEST_F(RewriteTest, TellsHowFarItIsEveryFewMebibytes) {
+  const uint64 length = uint64{300} << 20;
+  const Bytes start = startOfLargeFile(length);
+  const Path file = write(start);
+  fs::resize_file(file, start.size() + length);
+  for (const auto& replacements : {MetadataReplacements(), MetadataReplacements{replacement(0, 5000)}}) {
+    uint64 last = 0;
+    CountingSink sink;
+    rewrite(file, replacements, sink, [&](uint64 done, uint64) {
+      EXPECT_LE(done - last, uint64{3} << 20);
+      last = done;
+    });
+    EXPECT_EQ(last, sink.position());
+  }
+}
+
+TEST_F(RewriteTest, TakesMemoryForBuffersButNotForTheFile) {
   const uint64 length = uint64{64} << 20;
-  const Bytes start = fileOf(layout) + klvHeader(kPictureElement, length);
+  const Bytes start = startOfLargeFile(length);
   const Path file = write(start);
   fs::resize_file(file, start.size() + length);
   const auto usedMemory = [] {

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
@@ -103,6 +105,19 @@ TEST_F(InPlaceTest, RefusesFilesThatMustNotBeWritten) {
   EXPECT_THAT([&] { replaceInPlace(file, {replacement(0, kOldSize)}); },
               ThrowsMessage<IOError>(HasSubstr("2 hard links")));
   EXPECT_EQ(bytesOf(file), fileOf(fivePartitions()));
+}
+
+TEST_F(InPlaceTest, RefusesAFileThatWasChangedSinceItsMetadataWereRead) {
+  const Path file = write(fivePartitions(512));
+  const auto state = DataIO::File::stateOf(file);
+  replaceInPlace(file, {replacement(4, 500)});
+  fs::last_write_time(file, state.modified + std::chrono::seconds(1));  // however coarse the clock is
+  const Bytes changed = bytesOf(file);
+  const auto refusal = ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile; begin anew"));
+  EXPECT_THAT([&] { fits(file, state, {replacement(0, 500)}); }, refusal);
+  EXPECT_THAT([&] { replaceInPlace(file, state, {replacement(0, 500)}); }, refusal);
+  EXPECT_EQ(bytesOf(file), changed);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
 }
 
 TEST_F(InPlaceTest, TakesNoTimeOrMemoryForEssence) {

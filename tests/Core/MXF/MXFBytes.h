@@ -62,8 +62,8 @@ inline Bytes partitionPackValue(const PartitionPack& pack) {
   return value;
 }
 
-inline Bytes partition(const PartitionPack& pack) {
-  return klv(KLV::partitionPackKey(pack.kind, pack.status), partitionPackValue(pack));
+inline Bytes partition(const PartitionPack& pack, uint8 berOctets = 4) {
+  return klv(KLV::partitionPackKey(pack.kind, pack.status), partitionPackValue(pack), berOctets);
 }
 
 /// The size of a partition pack without essence containers, as `partition()` writes it.

@@ -41,6 +41,19 @@ inline FileLayout fivePartitions(uint32 kag = 1, uint64 spare = 0) {
   return layout;
 }
 
+/// For files that nobody else changes.
+inline bool fits(const Path& file, const MetadataReplacements& replacements) {
+  return fits(file, DataIO::File::stateOf(file), replacements);
+}
+inline void replaceInPlace(const Path& file, const MetadataReplacements& replacements) {
+  replaceInPlace(file, DataIO::File::stateOf(file), replacements);
+}
+template <class Output>
+void rewrite(const Path& original, const MetadataReplacements& replacements, Output&& output,
+             const Progress& progress = {}) {
+  rewrite(original, DataIO::File::stateOf(original), replacements, output, progress);
+}
+
 inline MetadataReplacement replacement(std::size_t partition, std::size_t size) {
   return {partition, metadataOfSize(size, static_cast<uint8>(0x20 + partition))};
 }

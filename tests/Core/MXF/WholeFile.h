@@ -22,6 +22,7 @@ struct PartitionLayout {
   uint64 spare = 0;     ///< the size of a fill item behind them, as far as the KAG demands no larger one
   Bytes indexTable = {};
   Bytes essence = {};
+  uint8 berOctets = 4;  ///< of the length fields of pack and fill; fill that is too small for 9 has the customary ones
 };
 
 struct FileLayout {
@@ -30,27 +31,30 @@ struct FileLayout {
   bool hasRandomIndexPack = true;
 };
 
-inline Bytes fillOf(uint64 size) {
+inline Bytes fillOf(uint64 size, uint8 berOctets = 4) {
+  const uint64 header = KLV::Key::kSize + berOctets;
+  if (berOctets != 4 && size >= header) return klv(KLV::fillKey(), zeros(size - header), berOctets);
   DataIO::Memory::MemoryDataSink sink;
   writeFill(sink, size);
   return sink.take();
 }
 
 /// Fill up to the next multiple of the KAG size, of at least `spare` bytes.
-inline Bytes padding(std::size_t position, uint32 kag, uint64 spare = 0) {
+inline Bytes padding(std::size_t position, uint32 kag, uint64 spare = 0, uint8 berOctets = 4) {
   uint64 size = spare;
   while ((kag > 1 && (position + size) % kag != 0) || !canFill(size)) ++size;
-  return fillOf(size);
+  return fillOf(size, berOctets);
 }
 
 /// One partition and what its pack counts.
 inline Bytes partitionBytes(const PartitionLayout& layout, PartitionPack pack) {
-  Bytes body = padding(kPackSize, layout.kag);
+  const std::size_t packSize = kPackSize - 4 + layout.berOctets;
+  Bytes body = padding(packSize, layout.kag, 0, layout.berOctets);
   const auto add = [&](const Bytes& part, uint64 spare) {
     const std::size_t before = body.size();
     if (part.empty()) return std::size_t{0};
     body = body + part;
-    body = body + padding(kPackSize + body.size(), layout.kag, spare);
+    body = body + padding(packSize + body.size(), layout.kag, spare, layout.berOctets);
     return body.size() - before;
   };
   pack.kind = layout.kind;
@@ -60,7 +64,7 @@ inline Bytes partitionBytes(const PartitionLayout& layout, PartitionPack pack) {
   pack.headerByteCount = add(layout.metadata, layout.spare);
   pack.indexByteCount = add(layout.indexTable, 0);
   add(layout.essence, 0);
-  return partition(pack) + body;
+  return partition(pack, layout.berOctets) + body;
 }
 
 inline Bytes randomIndexOf(const FileLayout& layout, const std::vector<uint64>& offsets) {

@@ -1,0 +1,113 @@
+#ifdef __linux__
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <stdexcept>
+#include <utility>
+
+#include "Program.h"
+#include "ScratchFolder.h"
+#include "tests/Core/MXF/WholeFile.h"
+
+/// Two edits of one file at a time.
+namespace Vantor::Tool {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+/// A pipe with room for so many bytes before who writes more has to wait.
+class NarrowPipe {
+ public:
+  explicit NarrowPipe(std::size_t room) {
+    if (::pipe2(ends_.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
+    const int size = ::fcntl(ends_[1], F_SETPIPE_SZ, 1);
+    if (size <= static_cast<int>(room)) throw std::runtime_error("the pipe is too small");
+    const std::string filling(static_cast<std::size_t>(size) - room, '.');
+    if (::write(ends_[1], filling.data(), filling.size()) < 0) throw std::runtime_error("write");
+    full_ = size;
+  }
+  ~NarrowPipe() {
+    for (const int end : ends_) ::close(end);
+  }
+  NarrowPipe(const NarrowPipe&) = delete;
+  NarrowPipe& operator=(const NarrowPipe&) = delete;
+
+  int writer() const { return ends_[1]; }
+  bool isFull() const {
+    int size = 0;
+    return ::ioctl(ends_[0], FIONREAD, &size) == 0 && size >= full_;
+  }
+  /// Everything up to the end of the last writer, the filling first.
+  std::string readAll() {
+    ::close(std::exchange(ends_[1], -1));
+    std::string all;
+    std::array<char, 4096> some{};
+    for (ssize_t size = 1; size > 0;) {
+      size = ::read(ends_[0], some.data(), some.size());
+      if (size > 0) all.append(some.data(), static_cast<std::size_t>(size));
+    }
+    return all;
+  }
+
+ private:
+  std::array<int, 2> ends_{};
+  int full_ = 0;
+};
+
+/// A header partition, and two others with metadata of their own, each of which gets a line on standard error when the
+/// first is edited.
+std::string fileWithThreeMetadata() {
+  MXF::FileLayout layout;
+  layout.partitions.resize(3);
+  layout.partitions[0].kind = KLV::PartitionKind::kHeader;
+  layout.partitions[2].kind = KLV::PartitionKind::kFooter;
+  for (auto& partition : layout.partitions) {
+    partition.metadata = MXF::metadataIn(sample("gst-audio-ac3.mxf"), 0);
+    partition.spare = 4096;
+  }
+  layout.partitions[0].metadata[layout.partitions[0].metadata.size() - 1] ^= 0x01;
+  const Bytes bytes = MXF::fileOf(layout);
+  return {bytes.begin(), bytes.end()};
+}
+
+std::string setting(std::size_t size) { return "Identification.ApplicationName=" + std::string(size, 'x'); }
+
+TEST(SecondEdit, IsNotLostToAFirstThatEndsLater) {
+  for (const std::size_t size : {2, 12000}) {  // within the room and beyond
+    for (const bool inPlace : {true, false}) {
+      const ScratchFolder folder;
+      const std::string file = folder.path("a.mxf"), copy = folder.path("b.mxf");
+      writeFile(file, fileWithThreeMetadata());
+      std::vector<std::string> arguments = {"set", file, setting(size)};
+      if (!inPlace) arguments.insert(arguments.end(), {"-o", copy});
+      const std::string firstLine = "mxfxml: " + file +
+                                    ": partition 1 has other metadata than the header partition, and keeps them; "
+                                    "--partition 1 edits them\n";
+      // It reads the file and then waits before its second line, until the second edit is done.
+      NarrowPipe err(firstLine.size());
+      StartedProgram first(arguments, err.writer());
+      first.waitUntil([&] { return err.isFull(); });
+      ASSERT_EQ(run({"set", file, setting(7), "--partition", "footer"}).exitCode, 0);
+      const std::string expected = readFile(file);
+      const std::string messages = err.readAll();
+      EXPECT_EQ(first.resume().exitCode, 1);
+      EXPECT_THAT(messages, HasSubstr(firstLine));
+      EXPECT_THAT(messages, EndsWith("another program has changed it meanwhile; begin anew\n"));
+      EXPECT_TRUE(readFile(file) == expected);
+      EXPECT_THAT(folder.files(), ElementsAre("a.mxf"));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace Vantor::Tool
+
+#endif
