@@ -117,8 +117,6 @@ Result runLimited(const std::string& limit, const std::vector<std::string>& argu
   return runCommand(command, Out::kCaptured, Err::kCaptured);
 }
 
-StartedProgram::StartedProgram(const std::vector<std::string>& arguments) : StartedProgram(arguments, -1) {}
-
 StartedProgram::StartedProgram(const std::vector<std::string>& arguments, int err)
     : streams_(std::make_unique<ScratchFolder>()), process_(startCaptured(programWith(arguments), *streams_, err)) {}
 

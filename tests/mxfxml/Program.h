@@ -31,9 +31,8 @@ Result runLimited(const std::string& limit, const std::vector<std::string>& argu
 /// A run of mxfxml that is interfered with. One that nobody waited for is killed.
 class StartedProgram {
  public:
-  explicit StartedProgram(const std::vector<std::string>& arguments);
-  /// @param err  a descriptor, where standard error leads; results have none of it then.
-  StartedProgram(const std::vector<std::string>& arguments, int err);
+  /// @param err  a descriptor, where standard error leads, and results have none of it then; -1: it is captured.
+  explicit StartedProgram(const std::vector<std::string>& arguments, int err = -1);
   ~StartedProgram();
   StartedProgram(const StartedProgram&) = delete;
   StartedProgram& operator=(const StartedProgram&) = delete;

@@ -11,6 +11,7 @@
 #include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Strings.h"
 #include "ErrorText.h"
+#include "Interruption.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/EncodingType.h"
 #include "XMLUtils/UnicodeString.h"
@@ -179,12 +180,14 @@ std::string MetadataEdit::summary() const {
 
 void MetadataEdit::writeInPlace(const MXF::Progress& progress) const {
   if (replacements_.empty()) return;
+  Interruption interruption;
   if (MXF::fits(file_, state_, replacements_)) return MXF::replaceInPlace(file_, state_, replacements_);
-  MXF::rewrite(file_, state_, replacements_, file_, progress);
+  MXF::rewrite(file_, state_, replacements_, file_, interruption.stopping(progress));
 }
 
 void MetadataEdit::writeCopy(const Path& target, const MXF::Progress& progress) const {
-  MXF::rewrite(file_, state_, replacements_, target, progress);
+  Interruption interruption;
+  MXF::rewrite(file_, state_, replacements_, target, interruption.stopping(progress));
 }
 
 }  // namespace Vantor::Tool

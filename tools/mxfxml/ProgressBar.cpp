@@ -1,7 +1,9 @@
 #include "ProgressBar.h"
 
 #include <cstdio>
+#include <memory>
 #include <string>
+#include <utility>
 #ifdef _WIN32
 #include <io.h>
 #else
@@ -22,16 +24,38 @@ bool isTerminal() {
 #endif
 }
 
-void show(uint64 done, uint64 total) {
-  const double part = total == 0 ? 1 : static_cast<double>(done) / static_cast<double>(total);
-  const auto full = static_cast<std::size_t>(part * kWidth);
-  const std::string bar = std::string(full, '#') + std::string(kWidth - full, '.');
-  std::fprintf(stderr, "\r[%s] %3d %%%s", bar.c_str(), static_cast<int>(part * 100), done == total ? "\n" : "");
-  std::fflush(stderr);
-}
+class Bar {
+ public:
+  Bar() = default;
+  /// What is written next has a line of its own, also behind a bar that did not come to its end.
+  ~Bar() {
+    if (percent_ >= 0) std::fputs("\n", stderr);
+  }
+  Bar(const Bar&) = delete;
+  Bar& operator=(const Bar&) = delete;
+
+  void show(uint64 done, uint64 total) {
+    const int percent =
+        done == total ? 100 : static_cast<int>(100.0 * static_cast<double>(done) / static_cast<double>(total));
+    if (std::exchange(percent_, percent) != percent) draw();
+  }
+
+ private:
+  void draw() const {
+    const std::size_t full = kWidth * static_cast<std::size_t>(percent_) / 100;
+    const std::string bar = std::string(full, '#') + std::string(kWidth - full, '.');
+    std::fprintf(stderr, "\r[%s] %3d %%", bar.c_str(), percent_);
+    std::fflush(stderr);
+  }
+
+  int percent_ = -1;  // none is shown
+};
 
 }  // namespace
 
-MXF::Progress progressBar() { return isTerminal() ? MXF::Progress(show) : MXF::Progress(); }
+MXF::Progress progressBar() {
+  if (!isTerminal()) return {};
+  return [bar = std::make_shared<Bar>()](uint64 done, uint64 total) { bar->show(done, total); };
+}
 
 }  // namespace Vantor::Tool
