@@ -164,7 +164,7 @@ void AtomicFile::putInPlace(bool survivesPowerFailure) {
   if (error) throwIOError("cannot replace", target_, error.message(), __LINE__);
   temporary_.clear();
   if (survivesPowerFailure && !flushFolder(replaced_.parent_path())) {
-    throwIOError("has been written, but a power failure may undo it:", target_, systemReason(errno), __LINE__);
+    throwIOError("the file has been written, but a power failure may undo it:", target_, systemReason(errno), __LINE__);
   }
 }
 

@@ -42,6 +42,12 @@ FileUpdate::FileUpdate(const Path& path) : path_(path) {
   if (error) throwIOError("cannot tell the size of", path_, error.message(), __LINE__);
 }
 
+void FileUpdate::lock() {
+  if (!lockFile(stream_.get())) {
+    throwIOError("cannot change", path_, "another program is changing it at the moment; try again later", __LINE__);
+  }
+}
+
 void FileUpdate::write(uint64 offset, const uint8* from, std::size_t size) {
   if (offset > size_ || size > size_ - offset) {
     throwIOError(atOffset(offset) + "cannot change", path_,

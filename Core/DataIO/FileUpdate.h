@@ -21,6 +21,9 @@ class FileUpdate {
   const Path& path() const { return path_; }
   /// The file's size when it was opened, in bytes.
   uint64 size() const { return size_; }
+  /// Has the file for this object alone, among those that ask for that, as long as it lives.
+  /// @throws Exceptions::IOError when another object, of this process or another one, has it.
+  void lock();
   /// @throws Exceptions::IOError when the bytes would go past the file's size, and nothing is written then, or when the
   /// system does not take them; how many it took is open then.
   void write(uint64 offset, const uint8* from, std::size_t size);

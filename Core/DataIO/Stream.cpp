@@ -6,8 +6,10 @@
 
 #ifdef _WIN32
 #include <io.h>
+#include <sys/locking.h>
 #else
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 #endif
 
@@ -39,6 +41,18 @@ bool flushToDisk(std::FILE* stream) {
 #else
   // EINVAL: what is behind the stream, such as a pipe, has no medium.
   return ::fsync(::fileno(stream)) == 0 || errno == EINVAL;
+#endif
+}
+
+bool lockFile(std::FILE* stream) {
+  errno = 0;
+#ifdef _WIN32
+  constexpr __int64 kBehindEveryFile = __int64{1} << 62;  // a locked byte cannot be read by others
+  const int descriptor = ::_fileno(stream);
+  return ::_lseeki64(descriptor, kBehindEveryFile, SEEK_SET) < 0 || ::_locking(descriptor, _LK_NBLCK, 1) == 0 ||
+         errno != EACCES;
+#else
+  return ::flock(::fileno(stream), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 #endif
 }
 

@@ -23,6 +23,10 @@ std::FILE* openStream(const Path& path, const char* mode);
 bool seekStream(std::FILE* stream, uint64 offset);
 /// Has the system write what a stream was given to the medium; false and `errno` when it fails.
 bool flushToDisk(std::FILE* stream);
+/// Locks the file behind a stream against other streams that would, until it is closed or the process ends; whoever
+/// does not ask for the lock is not hindered. False when another stream has it. True, too, where the file system has no
+/// locks.
+bool lockFile(std::FILE* stream);
 /// Has the system write the names in a folder to the medium, so that a file that was created, renamed or removed there
 /// stays so; false and `errno` when it fails. Does nothing where folders cannot be flushed.
 bool flushFolder(const Path& folder);

@@ -37,6 +37,12 @@ Path realPath(const Path& file) {
 
 Path journalOf(Path realFile) { return realFile += kSuffix; }
 
+/// There is none where it would have too long a name.
+bool isThere(const Path& journal) {
+  std::error_code error;
+  return fs::exists(journal, error);
+}
+
 /// Hands over the next bytes of a source in pieces: `use(offset among these bytes, piece, its size)`.
 template <class Use>
 void forEachPiece(DataSource& source, uint64 size, Use&& use) {
@@ -168,7 +174,7 @@ bool putBack(const Path& journalFile, FileUpdate& file) {
 }
 
 void requireNoJournal(const Path& realFile) {
-  if (!fs::exists(journalOf(realFile))) return;
+  if (!isThere(journalOf(realFile))) return;
   throwIOError("cannot change", realFile,
                "an earlier change was stopped; recover it first, from '" + journalOf(realFile).u8string() + "'",
                __LINE__);
@@ -178,7 +184,7 @@ void endChange(const Path& realFile) {
   try {
     removeFromDisk(journalOf(realFile));
   } catch (const IOError& error) {
-    throwIOError("has been changed, but has its journal still:", realFile,
+    throwIOError("the file has been changed, but has its journal still:", realFile,
                  error.message() + "; remove the journal to keep the change, or recover the file to undo it", __LINE__);
   }
 }
@@ -199,11 +205,12 @@ void endChange(const Path& realFile) {
 
 Path journalPath(const Path& file) { return journalOf(realPath(file)); }
 
-bool hasJournal(const Path& file) { return fs::exists(journalPath(file)); }
+bool hasJournal(const Path& file) { return isThere(journalPath(file)); }
 
 void changeInPlace(const Path& file, const FileState& expected, const std::vector<Place>& places,
                    const std::function<void(FileUpdate&)>& change) {
   FileUpdate update(realPath(file));
+  update.lock();  // before looking for a journal, so that nobody takes ours for one of a stopped change
   requireNoJournal(update.path());
   requireOneName(update.path());
   writeJournal(update.path(), expected, places);
@@ -219,8 +226,10 @@ void changeInPlace(const Path& file, const FileState& expected, const std::vecto
 Recovery recover(const Path& file) {
   const Path real = realPath(file);
   const Path journal = journalOf(real);
-  if (!fs::exists(journal)) return Recovery::kNoJournal;
+  if (!isThere(journal)) return Recovery::kNoJournal;
   FileUpdate update(real);
+  update.lock();
+  if (!isThere(journal)) return Recovery::kNoJournal;  // of a change that was under way, and is done
   const bool isRestored = putBack(journal, update);
   removeFromDisk(journal);
   return isRestored ? Recovery::kRestored : Recovery::kNeverBegun;

@@ -16,7 +16,8 @@
 /// 64-bit size; for each place 64 bits of offset, 64 bits of length and the old bytes; a 64-bit check (CRC-64 of
 /// ECMA-182) of all of this.
 ///
-/// One process at a time may change or recover a file; a second one that would change it is refused.
+/// One process at a time changes or recovers a file, which it locks for that; a second one is refused. Where the file
+/// system has no locks, a change is still refused while there is a journal, but a recovery must not meet a change.
 namespace Vantor::DataIO::File {
 
 /// A run of bytes in a file.
@@ -36,10 +37,10 @@ bool hasJournal(const Path& file);
 /// Changes bytes of a file by a function, which writes nowhere but in these places. When anything throws, the old bytes
 /// are put back before it goes on.
 /// @param expected  the state of the file that the change was made for.
-/// @throws Exceptions::IOError when the file has a journal, a further hard link, another state than expected, is not to
-/// be written, or the journal cannot be written: nothing of the file is changed then. Also when the file cannot be
-/// written, and the text tells whether the old bytes were put back or recover() is due; and when the journal of a
-/// change that is done cannot be removed, which the text tells, too.
+/// @throws Exceptions::IOError when the file is being changed or has a journal, a further hard link, another state than
+/// expected, is not to be written, or the journal cannot be written: nothing of the file is changed then. Also when the
+/// file cannot be written, and the text tells whether the old bytes were put back or recover() is due; and when the
+/// journal of a change that is done cannot be removed, which the text tells, too.
 void changeInPlace(const Path& file, const FileState& expected, const std::vector<Place>& places,
                    const std::function<void(FileUpdate&)>& change);
 
@@ -51,8 +52,8 @@ enum class Recovery {
 };
 
 /// Undoes a change that was stopped before its end. It may be stopped itself and called again.
-/// @throws Exceptions::IOError when the file is missing, cannot be written or has another size than the change found,
-/// or the journal is not one that this version knows; file and journal stay as they are then.
+/// @throws Exceptions::IOError when the file is missing, is being changed, cannot be written or has another size than
+/// the change found, or the journal is not one that this version knows; file and journal stay as they are then.
 Recovery recover(const Path& file);
 
 }  // namespace Vantor::DataIO::File

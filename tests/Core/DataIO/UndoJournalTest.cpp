@@ -2,9 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/DataIO/FolderTest.h"
@@ -84,6 +86,30 @@ TEST_F(UndoJournalTest, HasTheOldBytesBesideTheFileWhileItIsChanged) {
     writeNew(file);
   });
   EXPECT_EQ(contents(file_), kNew);
+}
+
+TEST_F(UndoJournalTest, RefusesAFileThatIsBeingChanged) {
+  change([&](FileUpdate& file) {
+    const std::string journal = contents(journalPath(file_));
+    for (const auto& second : std::vector<std::function<void()>>{[&] { recover(file_); }, [&] { change(); }}) {
+      EXPECT_THAT(second, ThrowsMessage<IOError>(HasSubstr("another program is changing it at the moment")));
+      EXPECT_EQ(contents(journalPath(file_)), journal);
+      EXPECT_EQ(contents(file_), kOld);
+    }
+    writeNew(file);
+  });
+  EXPECT_EQ(contents(file_), kNew);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(UndoJournalTest, LooksForNoJournalThatWouldHaveTooLongAName) {
+  const Path longName = folder_ / std::string(250, 'x');
+  fs::rename(file_, longName);
+  EXPECT_FALSE(hasJournal(longName));
+  EXPECT_EQ(recover(longName), Recovery::kNoJournal);
+  EXPECT_THAT([&] { changeInPlace(longName, stateOf(longName), kPlaces, writeNew); },
+              ThrowsMessage<IOError>(HasSubstr("File name too long")));
+  EXPECT_EQ(contents(longName), kOld);
 }
 
 TEST_F(UndoJournalTest, PutsTheOldBytesBackWhenTheChangeThrows) {
