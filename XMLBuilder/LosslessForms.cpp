@@ -207,8 +207,8 @@ auto_ptr<Types::SimpleDataType> emptyValue(Identifier type) {
   if (type == kUnknown) return std::make_unique<Types::Unknown>(nullptr, 0);
   if (type == kUTF16) return std::make_unique<Types::UTF16>(uint16{0});  // a NUL is written as nothing
   throw Exceptions::InvalidFormat(
-      std::string("the element is empty, and a ") + Types::Identifiers::name(type) + " has no empty value", kSource,
-      __LINE__);
+      std::string("the element is empty, and the type ") + Types::Identifiers::name(type) + " has no empty value",
+      kSource, __LINE__);
 }
 
 auto_ptr<Types::SimpleDataType> readUncommon(Identifier type, const wstring& text) {

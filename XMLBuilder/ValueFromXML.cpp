@@ -167,7 +167,7 @@ auto_ptr<Types::SimpleDataType> readLosslessly(Types::Identifiers::Identifier ty
   auto value = LosslessForms::readUncommon(type, text);
   if (value == nullptr) value = readText(type, node, text);
   if (value != nullptr) return value;
-  throw Exceptions::InvalidFormat(std::string("documents have no form for a ") + Types::Identifiers::name(type),
+  throw Exceptions::InvalidFormat(std::string("documents have no form for the type ") + Types::Identifiers::name(type),
                                   kValueSource, __LINE__);
 }
 

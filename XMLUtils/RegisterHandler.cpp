@@ -124,8 +124,8 @@ void RegisterHandler::startRoot(u16string_view name) {
   kind_ = static_cast<RegisterKind>(kind);
   found_.files[kind] = file_;
   if (into_.files[kind].empty()) return;
-  refuse("this is a " + Vantor::Utils::wstringToString(wstring(name)) + ", as " + into_.files[kind] +
-             " is; give one of the two",
+  refuse("the root element is " + Vantor::Utils::wstringToString(wstring(name)) + ", as in " + into_.files[kind] +
+             "; give one of the two",
          __LINE__);
 }
 

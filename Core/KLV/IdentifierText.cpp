@@ -99,7 +99,8 @@ bool parseUmidUrn(std::u16string_view text, uint8* bytes, std::size_t size) {
 void throwInvalidText(std::u16string_view text, const char* type, const char* file, int line) {
   std::string shown = Utils::wstringToString(wstring(text.substr(0, kShownUnits)));
   if (text.size() > kShownUnits) shown += "...";
-  throw Exceptions::InvalidFormat("'" + shown + "' is not the text of a " + type, file, line);
+  const std::string article = *type == 'A' ? "an " : "a ";  // "UUID" and its like start with a consonant
+  throw Exceptions::InvalidFormat("'" + shown + "' is not the text of " + article + type, file, line);
 }
 
 }  // namespace Vantor::KLV

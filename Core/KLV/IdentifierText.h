@@ -23,7 +23,8 @@ bool parseUlUrn(std::u16string_view text, uint8* bytes);
 bool parseUuidUrn(std::u16string_view text, uint8* bytes);
 bool parseUmidUrn(std::u16string_view text, uint8* bytes, std::size_t size);
 
-/// @throws Exceptions::InvalidFormat "'<text>' is not the text of a <type>"; the text is cut after 200 code units.
+/// @throws Exceptions::InvalidFormat "'<text>' is not the text of a <type>", or "an AUID"; the text is cut after 200
+/// code units.
 [[noreturn]] void throwInvalidText(std::u16string_view text, const char* type, const char* file, int line);
 
 }  // namespace Vantor::KLV

@@ -157,7 +157,7 @@ INSTANTIATE_TEST_SUITE_P(
                 kSet + "ObjectModelVersion|'-1' is no whole number from 0 to 4294967295"},
         Mistake{"AnIdentifierThatLacksAnOctet",
                 "<rp210:OperationalPattern>06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09</rp210:OperationalPattern>",
-                kSet + "OperationalPattern|'06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09' is not the text of a AUID"},
+                kSet + "OperationalPattern|'06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09' is not the text of an AUID"},
         Mistake{"TwoIdentifiers", "<rp210:OperationalPattern>a b</rp210:OperationalPattern>",
                 kSet + "OperationalPattern|'a b' is more than one identifier"},
         Mistake{"AFieldThatIsNoNumber",

@@ -48,14 +48,14 @@ INSTANTIATE_TEST_SUITE_P(
     LosslessImport, UnreadableValue,
     testing::Values(
         Unreadable{"AnEmptyNumber", "TimelineTrack", "TrackID", "",
-                   "the element is empty, and a UInt32 has no empty value"},
+                   "the element is empty, and the type UInt32 has no empty value"},
         Unreadable{"AnEmptyRational", "TimelineTrack", "EditRate", "",
-                   "the element is empty, and a Rational has no empty value"},
+                   "the element is empty, and the type Rational has no empty value"},
         Unreadable{"AnEmptyIdentifier", "Preface", "OperationalPattern", "",
-                   "the element is empty, and a AUID has no empty value"},
+                   "the element is empty, and the type AUID has no empty value"},
         Unreadable{"ABlankNumber", "TimelineTrack", "TrackID", " ", "' ' is no whole number from 0 to 4294967295"},
         Unreadable{"AnEmptyItem", "SourceClip", "ChannelIDs", "<rp210:Element>1</rp210:Element><rp210:Element/>",
-                   "the element is empty, and a UInt32 has no empty value"},
+                   "the element is empty, and the type UInt32 has no empty value"},
         Unreadable{"AnItemThatIsNoNumber", "CDCIDescriptor", "VideoLineMap",
                    "<rp210:Element>1</rp210:Element><rp210:Element>x</rp210:Element>",
                    "'x' is no whole number from -2147483648 to 2147483647"},
@@ -176,7 +176,7 @@ TEST(LosslessImport, LeavesExtensionElementsThatItCannotReadOutOfTheSet) {
   const std::string set = "|Preface " + std::string(kPrefaceUID) + "|";
   EXPECT_THAT(document.messages(),
               ElementsAre("3" + set + "TrackID|'x' is no whole number from 0 to 4294967295",
-                          "3" + set + "Origin|the element is empty, and a Position has no empty value",
+                          "3" + set + "Origin|the element is empty, and the type Position has no empty value",
                           "4" + set + "|Value contains non Hexadecimal characters",
                           "4" + set + "|'12.3G' is not the text of a LocalTag"));
   EXPECT_THAT(invalidOf(document.first()), ElementsAre("EssenceTrackNumber"));

@@ -255,7 +255,7 @@ TEST(RegisterFile, RefusesTheSameKindTwice) {
   Registers registers;
   registers.file(RegisterKind::kGroups) = "Groups.xml";
   EXPECT_EQ(refusal(groupsOf(groupWith("")), registers),
-            "Register.xml:1: this is a GroupsRegister, as Groups.xml is; give one of the two");
+            "Register.xml:1: the root element is GroupsRegister, as in Groups.xml; give one of the two");
 }
 
 TEST(RegisterFile, RefusesADocumentThatIsNoRegister) {
