@@ -211,14 +211,15 @@ TEST(Export, TellsWhereAFileStopsBeingMXF) {
 TEST(Export, TellsWhyAFileCannotBeRead) {
   const ScratchFolder folder;
   const std::string missing = folder.path("missing.mxf");
-  expectFailure({"export", missing}, "cannot open '" + missing + "': No such file or directory");
-  expectFailure({"export", folder.path().string()}, "cannot read '" + folder.path().string() + "': Is a directory");
+  EXPECT_EQ(run({"export", missing}).err, "mxfxml: cannot open '" + missing + "': No such file or directory\n");
+  EXPECT_EQ(run({"export", folder.path().string()}).err,
+            "mxfxml: cannot read '" + folder.path().string() + "': Is a directory\n");
 }
 
 TEST(Export, ReportsAFileNameWithControlCharactersOnOneLine) {
   const Result result = run({"export", "no\nsuch\x1b[31mfile"});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.err, "mxfxml: no?such?[31mfile: cannot open 'no?such?[31mfile': No such file or directory\n");
+  EXPECT_EQ(result.err, "mxfxml: cannot open 'no?such?[31mfile': No such file or directory\n");
 }
 
 TEST(Export, TakesFileNamesOutsideASCII) {

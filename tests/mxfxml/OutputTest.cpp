@@ -11,14 +11,17 @@ namespace Vantor::Tool {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
-void expectFailure(const Result& result, const std::string& input, const std::string& message) {
+void expectFailure(const Result& result, const std::string& message) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "mxfxml: " + input + ": " + message + "\n");
+  EXPECT_EQ(result.err, "mxfxml: " + message + "\n");
 }
 
 TEST(Output, AFileGetsTheSameBytesAsStandardOutput) {
@@ -61,8 +64,8 @@ TEST(Output, AnExistingFileStaysWhenTheNewOneGrowsTooLarge) {
   writeFile(folder.path("out.xml"), "precious");
   const Result result = runLimited("ulimit -f 1", {"export", sample("op1a.mxf"), "-o", folder.path("out.xml")});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.err, StartsWith("mxfxml: " + sample("op1a.mxf") + ": "));
-  EXPECT_THAT(result.err, HasSubstr("'" + folder.path("out.xml") + "': File too large\n"));
+  EXPECT_THAT(result.err,
+              AllOf(StartsWith("mxfxml: "), EndsWith("'" + folder.path("out.xml") + "': File too large\n")));
   EXPECT_EQ(readFile(folder.path("out.xml")), "precious");
   EXPECT_THAT(folder.files(), ElementsAre("out.xml"));
 }
@@ -70,14 +73,14 @@ TEST(Output, AnExistingFileStaysWhenTheNewOneGrowsTooLarge) {
 TEST(Output, AFullDeviceIsAFailure) {
   const Result result = run({"export", sample("op1a.mxf"), "-o", "/dev/full"});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.err, StartsWith("mxfxml: " + sample("op1a.mxf") + ": "));
-  EXPECT_THAT(result.err, HasSubstr("'/dev/full': No space left on device\n"));
+  EXPECT_THAT(result.err, AllOf(StartsWith("mxfxml: "), EndsWith("'/dev/full': No space left on device\n"),
+                                Not(HasSubstr("op1a.mxf"))));
 }
 
 TEST(Output, AFolderThatCannotBeWrittenToIsAFailure) {
   const ScratchFolder folder;
   const std::string output = folder.path("missing/out.xml");
-  expectFailure(run({"export", sample("op1a.mxf"), "-o", output}), sample("op1a.mxf"),
+  expectFailure(run({"export", sample("op1a.mxf"), "-o", output}),
                 "cannot create a temporary file to write '" + output + "': No such file or directory");
   EXPECT_THAT(folder.files(), ElementsAre());
 }
@@ -87,14 +90,14 @@ TEST(Output, AFolderWithoutPermissionIsAFailure) {
   const ScratchFolder folder;
   fs::permissions(folder.path(), fs::perms::owner_read | fs::perms::owner_exec);
   const std::string output = folder.path("out.xml");
-  expectFailure(run({"export", sample("op1a.mxf"), "-o", output}), sample("op1a.mxf"),
+  expectFailure(run({"export", sample("op1a.mxf"), "-o", output}),
                 "cannot create a temporary file to write '" + output + "': Permission denied");
   fs::permissions(folder.path(), fs::perms::owner_all);
 }
 
 TEST(Output, AFolderIsNoOutput) {
   const ScratchFolder folder;
-  expectFailure(run({"export", sample("op1a.mxf"), "-o", folder.path().string()}), sample("op1a.mxf"),
+  expectFailure(run({"export", sample("op1a.mxf"), "-o", folder.path().string()}),
                 "cannot write '" + folder.path().string() + "': Is a directory");
 }
 
@@ -106,7 +109,8 @@ TEST(Output, TheInputIsNoOutput) {
   fs::create_symlink(input, folder.path("link.xml"));
   fs::create_hard_link(input, folder.path("twin.xml"));
   for (const std::string& output : {input, folder.path("./in.mxf"), folder.path("link.xml"), folder.path("twin.xml")}) {
-    expectFailure(run({"export", input, "-o", output}), input, "the output '" + output + "' is the input itself");
+    expectFailure(run({"export", input, "-o", output}),
+                  (output == input ? "" : input + ": ") + "the output '" + output + "' is the input itself");
     EXPECT_EQ(readFile(input), bytes);
   }
 }
@@ -114,22 +118,21 @@ TEST(Output, TheInputIsNoOutput) {
 TEST(Output, AMissingInputIsNotTakenForAMissingOutput) {
   const ScratchFolder folder;
   const std::string missing = folder.path("missing.mxf");
-  expectFailure(run({"export", missing, "-o", missing}), missing,
-                "cannot open '" + missing + "': No such file or directory");
+  expectFailure(run({"export", missing, "-o", missing}), "cannot open '" + missing + "': No such file or directory");
 }
 
 TEST(Output, AFullStandardOutputIsAFailure) {
-  expectFailure(run({"export", sample("op1a.mxf")}, Out::kFullDevice), sample("op1a.mxf"),
+  expectFailure(run({"export", sample("op1a.mxf")}, Out::kFullDevice),
                 "cannot write to standard output: No space left on device");
 }
 
 TEST(Output, APipeThatNobodyReadsIsAFailure) {
-  expectFailure(run({"export", sample("op1a.mxf")}, Out::kPipeWithoutReader), sample("op1a.mxf"),
+  expectFailure(run({"export", sample("op1a.mxf")}, Out::kPipeWithoutReader),
                 "cannot write to standard output: Broken pipe");
 }
 
 TEST(Output, AClosedStandardOutputIsAFailure) {
-  expectFailure(run({"export", sample("op1a.mxf")}, Out::kClosed), sample("op1a.mxf"),
+  expectFailure(run({"export", sample("op1a.mxf")}, Out::kClosed),
                 "cannot write to standard output: Bad file descriptor");
 }
 

@@ -182,7 +182,7 @@ TEST(Verify, FailsWhereThereIsNothingToVerify) {
   const Result missing = run({"verify", folder.path("no.mxf")});
   EXPECT_EQ(missing.exitCode, 1);
   EXPECT_EQ(missing.out, "");
-  EXPECT_THAT(missing.err, testing::StartsWith("mxfxml: " + folder.path("no.mxf") + ": "));
+  EXPECT_THAT(missing.err, testing::StartsWith("mxfxml: cannot open '" + folder.path("no.mxf") + "': "));
 }
 
 TEST(Verify, RefusesWrongUsage) {

@@ -62,7 +62,7 @@ Definitions DictionaryOptions::definitions() const {
     definitions.check();
     return definitions;
   } catch (...) {
-    throw DictionaryError(currentExceptionText());
+    throw OtherFileError(currentExceptionText());
   }
 }
 

@@ -21,7 +21,7 @@ class DictionaryOptions {
   MetaMetadata::Vocabulary vocabulary() const { return vocabulary_; }
 
   /// The built-in dictionary, or one with the definitions of the chosen files beside.
-  /// @throws DictionaryError naming the file and the row that is wrong.
+  /// @throws OtherFileError naming the file and the row that is wrong.
   SharedPtr<const MetaMetadata::Dictionary> load() const { return load(vocabulary_); }
   SharedPtr<const MetaMetadata::Dictionary> load(MetaMetadata::Vocabulary vocabulary) const;
 

@@ -8,6 +8,7 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 #include "XMLUtils/Strings.h"
 
@@ -31,6 +32,24 @@ std::string withoutKind(const std::string& message) {
   const auto end = message.find(": ");
   const bool hasKind = end != std::string::npos && message.substr(0, end).find("xercesc_") != std::string::npos;
   return hasKind ? message.substr(end + 2) : message;
+}
+
+bool names(const std::string& message, const std::string& file) {
+  return message.find("'" + file + "'") != std::string::npos || message.find(" " + file + ": ") != std::string::npos;
+}
+
+/// Whether the message of the exception that is being handled tells which file it is about. What goes wrong at the
+/// system tells the path that the system was given, in quotes.
+bool currentExceptionNames(const std::string& message, const std::string& file) {
+  try {
+    throw;
+  } catch (const OtherFileError&) {
+    return true;
+  } catch (const Exceptions::IOError&) {
+    return message.find('\'') != std::string::npos;
+  } catch (...) {
+    return names(message, file);
+  }
 }
 
 constexpr const char* kNoMemory = "there is not enough memory";
@@ -59,6 +78,11 @@ std::string currentExceptionText() {
   } catch (...) {
     return "an error of an unknown kind";
   }
+}
+
+std::string currentExceptionText(const Path& file) {
+  const std::string text = currentExceptionText();
+  return file.empty() || currentExceptionNames(text, file.u8string()) ? text : file.u8string() + ": " + text;
 }
 
 std::string oneLine(std::string text) {

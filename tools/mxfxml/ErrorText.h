@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "Core/Platform/Path.h"
+
 namespace Vantor::Tool {
 
 inline constexpr const char* kProgramName = "mxfxml";
@@ -19,8 +21,8 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What is wrong with a dictionary file. The text names the file, which is not the subcommand's input.
-class DictionaryError : public std::runtime_error {
+/// What is wrong with a file, or a stream, that is not the subcommand's input. The text names it.
+class OtherFileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
@@ -31,6 +33,10 @@ void printMessage(const std::string& message);
 /// The message, in UTF-8, of the exception that is being handled: of the libraries, of Xerces or any other.
 /// To be called in a catch clause.
 std::string currentExceptionText();
+
+/// The same with the name of a file in front, which is at fault unless the message names one itself.
+/// @param file  may be empty.
+std::string currentExceptionText(const Path& file);
 
 /// The text with every control character replaced by a question mark, so that a message with a file name of any kind
 /// stays on one line.

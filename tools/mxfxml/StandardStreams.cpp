@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <system_error>
 
-#include "Core/Platform/Exceptions.h"
+#include "ErrorText.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -47,8 +47,7 @@ void writeStandardOutput(const std::string& bytes) {
   errno = 0;
   const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
   if (isWritten && std::fflush(stdout) == 0) return;
-  throw Exceptions::IOError("cannot write to standard output: " + std::generic_category().message(errno),
-                            "tools/mxfxml/StandardStreams", __LINE__);
+  throw OtherFileError("cannot write to standard output: " + std::generic_category().message(errno));
 }
 
 }  // namespace Vantor::Tool

@@ -10,7 +10,7 @@ namespace Vantor::Tool {
 void prepareStandardStreams();
 
 /// Writes everything and makes sure that the system took it.
-/// @throws Exceptions::IOError with the system's reason, such as a full disk, a closed pipe or a closed stream.
+/// @throws OtherFileError with the system's reason, such as a full disk, a closed pipe or a closed stream.
 void writeStandardOutput(const std::string& bytes);
 
 }  // namespace Vantor::Tool

@@ -27,11 +27,8 @@ int runCommand(const Command& command) {
   } catch (const UsageError& error) {
     printMessage(std::string(error.what()) + "; see " + kProgramName + " " + command.name() + " --help");
     return kWrongUsage;
-  } catch (const DictionaryError& error) {
-    printMessage(error.what());
   } catch (...) {
-    const std::string subject = command.input().empty() ? "" : command.input().u8string() + ": ";
-    printMessage(subject + currentExceptionText());
+    printMessage(currentExceptionText(command.input()));
   }
   return kFailure;
 }
