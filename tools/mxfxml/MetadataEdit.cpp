@@ -10,6 +10,7 @@
 #include "Core/Metadata/PartitionComparison.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Strings.h"
+#include "DocumentSize.h"
 #include "ErrorText.h"
 #include "Interruption.h"
 #include "XMLBuilder.h"
@@ -29,7 +30,7 @@ std::unique_ptr<PartitionMetadata> throughXML(PartitionMetadata& partition, bool
   const XMLUtils::UnicodeString text(document);
   auto copy = std::make_unique<PartitionMetadata>(dictionary);
   XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
-                                            static_cast<uint32>(text.utf16Size()), copy.get());
+                                            documentSize(text.utf16Size()), copy.get());
   return copy;
 }
 
