@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Program.h"
 #include "ScratchFolder.h"
@@ -41,6 +44,28 @@ TEST(Import, WarnsThatTheLocalTagsOfDarkSetsLoseTheirMeaning) {
   EXPECT_EQ(imported.err, "mxfxml: " + path +
                               ": warning: documents do not hold what 28 local tags in dark sets stand for; importing "
                               "--into the original file keeps it\n");
+}
+
+TEST(Import, WarnsOfAValueThatManyReadersCannotRead) {
+  const ScratchFolder folder;
+  std::string document = run({"export", sample("op1a.mxf")}).out;
+  const std::string name = "<rp210:ApplicationName>";
+  const auto at = document.find(name) + name.size();
+  document.replace(at, document.find('<', at) - at, std::string(40000, 'x'));
+  writeFile(folder.path("a.xml"), document);
+  for (const auto& [target, file] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+           {{"-o", folder.path("b.mxf")}, folder.path("a.xml")},
+           {{"--into", sample("op1a.mxf"), "-o", folder.path("b.mxf")}, sample("op1a.mxf")}}) {
+    std::vector<std::string> arguments = {"import", folder.path("a.xml")};
+    arguments.insert(arguments.end(), target.begin(), target.end());
+    const Result result = run(arguments);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.err.rfind("mxfxml: " + file + ": warning: set Identification ", 0), 0u) << result.err;
+    EXPECT_NE(result.err.find(": a value of 80000 bytes needs BER-coded lengths, which many readers do not know\n"),
+              std::string::npos)
+        << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
+  }
 }
 
 TEST(Import, WarnsOfWhatItLeavesOutAndFailsWhenThatIsAskedFor) {

@@ -7,6 +7,7 @@
 #include "Core/Platform/Path.h"
 #include "DiagnosticText.h"
 #include "ErrorText.h"
+#include "LongValues.h"
 #include "MetadataEdit.h"
 #include "ProgressBar.h"
 #include "StandardStreams.h"
@@ -92,6 +93,7 @@ void ImportCommand::writeHeaderOnly() const {
     printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
                  " local tags in dark sets stand for; importing --into the original file keeps it");
   }
+  for (const auto& warning : warningsOfLongValues(metadata)) printMessage(input().u8string() + ": " + warning);
   DataIO::File::AtomicFile file(*output_);
   MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
   file.commit();

@@ -13,6 +13,7 @@
 #include "DocumentSize.h"
 #include "ErrorText.h"
 #include "Interruption.h"
+#include "LongValues.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/EncodingType.h"
 #include "XMLUtils/UnicodeString.h"
@@ -148,6 +149,7 @@ void MetadataEdit::replace(std::size_t partition, const PartitionMetadata& origi
   const auto merged = mergeEdits(original, before, edited, rules_, &done);
   if (summary != nullptr) *summary = done;
   if (done.isUnchanged()) return;
+  if (summary != nullptr) remarks_ = warningsOfLongValues(*merged);
   DataIO::Memory::MemoryDataSink sink;
   MXF::writeHeaderMetadata(*merged, MXF::SetOrder::kFile, sink);
   replacements_.push_back({partition, Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize())});

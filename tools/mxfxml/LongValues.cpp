@@ -1,0 +1,47 @@
+#include "LongValues.h"
+
+#include <algorithm>
+
+#include "Core/KLV/Keys.h"
+#include "Core/KLV/LocalSet.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+constexpr std::size_t kMostInTwoBytes = 0xFFFF;
+
+bool hasTwoByteLengths(const KLV::Key& key) {
+  return KLV::isLocalSet(key) && KLV::localSetCoding(key) == KLV::LocalSetCoding::kTwoByteLengths;
+}
+
+std::size_t sizeOf(const Element& property) {
+  return property.wireValue() == nullptr ? 0 : property.wireValue()->encodedSize();
+}
+
+std::size_t largestValueOf(const MetadataSet& set) {
+  std::size_t largest = 0;
+  for (const Element* property : set.inDefinitionOrder()) largest = std::max(largest, sizeOf(*property));
+  return largest;
+}
+
+std::string nameOf(const MetadataSet& set) {
+  const auto* instanceUID = set.instanceUID();
+  return set.name() + (instanceUID == nullptr ? "" : " " + Utils::wstringToString(instanceUID->toString(kDottedForm)));
+}
+
+}  // namespace
+
+std::vector<std::string> warningsOfLongValues(const PartitionMetadata& metadata) {
+  std::vector<std::string> warnings;
+  for (const MetadataSet* set : metadata.sets()) {
+    const std::size_t size = hasTwoByteLengths(set->key()) ? largestValueOf(*set) : 0;
+    if (size <= kMostInTwoBytes) continue;
+    warnings.push_back("warning: set " + nameOf(*set) + ": a value of " + std::to_string(size) +
+                       " bytes needs BER-coded lengths, which many readers do not know");
+  }
+  return warnings;
+}
+
+}  // namespace Vantor::Tool
