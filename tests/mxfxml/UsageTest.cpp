@@ -69,7 +69,10 @@ TEST(Usage, RefusesBadValuesOfOptions) {
         "--partition: '" + std::string(text) +
             "' names no partition: expected 'header', 'footer' or a number from 0; see mxfxml info --help");
   }
-  expectUsageError({"export", "a.mxf", "-o", ""}, "--output: the file name is empty; see mxfxml export --help");
+  for (const std::string command : {"export", "import", "set"}) {
+    expectUsageError({command, "a.mxf", "-o", ""},
+                     "--output: the file name is empty; see mxfxml " + command + " --help");
+  }
 }
 
 TEST(Usage, RefusesAnOptionWithoutItsValueOrGivenTwice) {

@@ -26,11 +26,10 @@ void addInput(CLI::App& command, Path& input, const std::string& description) {
   command.add_option_function<std::string>("INPUT", take, description)->required()->type_name("")->check(whyNoFileName);
 }
 
-void addOutput(CLI::App& command, std::optional<Path>& output) {
-  const auto take = [&output](const std::string& text) { output = std::filesystem::u8path(text); };
-  command.add_option_function<std::string>("-o,--output", take, "Write to this file instead of standard output")
-      ->type_name("FILE")
-      ->check(whyNoFileName);
+CLI::Option* addFile(CLI::App& command, const std::string& name, std::optional<Path>& file,
+                     const std::string& description) {
+  const auto take = [&file](const std::string& text) { file = std::filesystem::u8path(text); };
+  return command.add_option_function<std::string>(name, take, description)->type_name("FILE")->check(whyNoFileName);
 }
 
 void addPartition(CLI::App& command, MXF::PartitionChoice& choice) {

@@ -13,8 +13,9 @@ namespace Vantor::Tool {
 /// A required file name in the place of the first positional argument.
 void addInput(CLI::App& command, Path& input, const std::string& description);
 
-/// -o, --output; none stands for standard output.
-void addOutput(CLI::App& command, std::optional<Path>& output);
+/// An option with the name of a file, such as "-o,--output"; left as it is when the option is not given.
+CLI::Option* addFile(CLI::App& command, const std::string& name, std::optional<Path>& file,
+                     const std::string& description);
 
 /// --partition header|footer|N; left as it is when the option is not given.
 void addPartition(CLI::App& command, MXF::PartitionChoice& choice);

@@ -26,7 +26,7 @@ void writeFile(const Path& path, const std::string& bytes) {
 ExportCommand::ExportCommand(CLI::App& program)
     : Command(program, "export", "Write the header metadata of a partition as XML") {
   addInput(app(), input(), "MXF file");
-  addOutput(app(), output_);
+  addFile(app(), "-o,--output", output_, "Write to this file instead of standard output");
   app().add_flag("--flat", flat_, "Write sets beside those that refer to them, not inside");
   app().add_flag("--structural-only", structuralOnly_, "Leave out references to sets that are not structural");
   app()

@@ -44,14 +44,10 @@ ImportCommand::ImportCommand(CLI::App& program)
 }
 
 void ImportCommand::addTarget() {
-  const auto take = [this](const std::string& text) { output_ = std::filesystem::u8path(text); };
-  auto* output =
-      app().add_option_function<std::string>("-o,--output", take, "Write to this file")->type_name("OUTPUT.mxf");
-  const auto takeInto = [this](const std::string& text) { into_ = std::filesystem::u8path(text); };
-  auto* into = app()
-                   .add_option_function<std::string>("--into", takeInto,
-                                                     "Write a copy of this file with what was edited since it was\n"
-                                                     "exported; all else in it stays as it is")
+  auto* output = addFile(app(), "-o,--output", output_, "Write to this file")->type_name("OUTPUT.mxf");
+  auto* into = addFile(app(), "--into", into_,
+                       "Write a copy of this file with what was edited since it was\n"
+                       "exported; all else in it stays as it is")
                    ->type_name("ORIGINAL.mxf");
   app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
   addPartition(app(), partition_,

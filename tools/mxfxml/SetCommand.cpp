@@ -63,9 +63,7 @@ SetCommand::SetCommand(CLI::App& program)
   app()
       .add_option("--start", start_, "Which of several sets of one name is meant: the one with this\nInstanceUID")
       ->type_name("ID");
-  const auto take = [this](const std::string& text) { output_ = std::filesystem::u8path(text); };
-  app()
-      .add_option_function<std::string>("-o,--output", take, "Write a copy to this file instead of changing the file")
+  addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
       ->type_name("OUTPUT.mxf");
   addPartition(app(), partition_,
                "header, footer or a number: change this partition only.\nWithout it, the header partition and all that "
