@@ -9,9 +9,12 @@
 namespace Vantor::Tool {
 namespace {
 
+using testing::ContainsRegex;
 using testing::HasSubstr;
 
 constexpr const char* kSample = "gst-audio-ac3.mxf";  // its header and footer partitions have the same metadata
+
+constexpr const char* kFirstTrack = "8D.9D.AD.D1.E1.B5.47.63.93.E4.7F.25.1B.C8.BF.00";
 
 /// A file that properties are set in.
 class SetFile {
@@ -38,7 +41,7 @@ TEST(Set, ChangesPropertiesAndNothingElse) {
       file.set({"Identification.ApplicationName=\xC3\x84 & <b>", "TimelineTrack[2].EditRate=30000/1001"});
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.out, "2 sets changed (2 properties), 0 added, 0 removed, in 2 partitions\n");
+  EXPECT_EQ(result.out, "2 sets changed (2 properties), 0 added, 0 removed; written to 2 partitions\n");
   const std::string diff = file.diff();
   EXPECT_THAT(diff, HasSubstr(": ApplicationName: \"GStreamer Multimedia Framework\" -> \"\xC3\x84 & <b>\"\n"));
   EXPECT_THAT(diff, HasSubstr(": EditRate: 48000/256 -> 30000/1001\n"));
@@ -54,9 +57,143 @@ TEST(Set, AddsAPropertyThatWasNotThere) {
 
 TEST(Set, TakesTheSetThatAnInstanceUIDNames) {
   const SetFile file;
-  const std::string first = "8D.9D.AD.D1.E1.B5.47.63.93.E4.7F.25.1B.C8.BF.00";
+  const std::string first = kFirstTrack;
   EXPECT_EQ(file.set({"TimelineTrack.TrackID=9", "--start", first}).exitCode, 0);
   EXPECT_THAT(file.diff(), HasSubstr("value: TimelineTrack " + first + ": TrackID: 2 -> 9\n"));
+}
+
+TEST(Set, TakesNoNumberBesideAnInstanceUID) {
+  for (const auto& arguments :
+       std::vector<std::vector<std::string>>{{"TimelineTrack[2].TrackID=9", "--start", kFirstTrack},
+                                             {"--remove", "TimelineTrack[2].TrackID", "--start", kFirstTrack}}) {
+    const SetFile file;
+    const Result result = file.set(arguments);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.err, std::string("mxfxml: the number in TimelineTrack[2].TrackID and --start ") + kFirstTrack +
+                              " both choose a set; give one of them; see mxfxml set --help\n");
+    EXPECT_TRUE(file.isUntouched());
+  }
+}
+
+TEST(Set, WritesNothingWhenOneOfSeveralAssignmentsIsWrong) {
+  for (const std::string wrong : {"Preface.ByteOrder=x", "Preface.ByteOrdr=1", "Preface"}) {
+    for (const bool isFirst : {false, true}) {
+      const SetFile file;
+      const std::string right = "Identification.ApplicationName=Ed";
+      EXPECT_EQ(file.set({isFirst ? wrong : right, isFirst ? right : wrong}).exitCode, 1);
+      EXPECT_TRUE(file.isUntouched());
+      EXPECT_EQ(file.files(), std::vector<std::string>{"a.mxf"});
+    }
+  }
+}
+
+TEST(Set, TakesPropertiesOut) {
+  const SetFile file;
+  const Result result = file.set({"--remove", "Identification.ApplicationName", "--remove",
+                                  "TimelineTrack[2].EssenceTrackNumber", "TimelineTrack[1].TrackID=9"});
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out, "3 sets changed (3 properties), 0 added, 0 removed; written to 2 partitions\n");
+  const std::string diff = file.diff();
+  EXPECT_THAT(diff, ContainsRegex("missing property: Identification .*: ApplicationName: \"GStreamer"));
+  EXPECT_THAT(diff, ContainsRegex("missing property: TimelineTrack .*: EssenceTrackNumber: "));
+  EXPECT_THAT(diff, HasSubstr("properties compared 115, different 3\n"));
+}
+
+TEST(Set, TakesAPropertyOutOfTheSetThatAnInstanceUIDNames) {
+  const SetFile file;
+  EXPECT_EQ(file.set({"--remove", "TimelineTrack.EssenceTrackNumber", "--start", kFirstTrack}).exitCode, 0);
+  EXPECT_THAT(file.diff(),
+              HasSubstr(std::string("missing property: TimelineTrack ") + kFirstTrack + ": EssenceTrackNumber: "));
+}
+
+TEST(Set, TakesReferencesOutAndKeepsTheirTargets) {
+  const SetFile file;
+  EXPECT_EQ(file.set({"--remove", "Preface.IdentificationList"}).out,
+            "1 set changed (1 property), 0 added, 0 removed; written to 2 partitions\n");
+  EXPECT_THAT(file.diff(), HasSubstr("sets compared 19, different 1; properties compared 115, different 1\n"));
+}
+
+TEST(Set, DoesNothingForAPropertyThatIsNotThere) {
+  const SetFile file;
+  EXPECT_EQ(file.set({"--remove", "Preface.ByteOrder"}).out, "nothing is edited\n");
+  EXPECT_TRUE(file.isUntouched());
+}
+
+TEST(Set, TakesNothingOutThatCannotBe) {
+  for (const auto& [removal, reason] : std::vector<std::pair<std::string, std::string>>{
+           {"Preface",
+            "'Preface' names no property; write Set.Property, or Set[2].Property for the second set of that "
+            "name"},
+           {"Preface.ByteOrder=1", "'Preface.ByteOrder=1' names no property; write"},
+           {"Preface.InstanceUID", "InstanceUID is an identifier, which cannot be taken out"},
+           {"Identification.GenerationUID", "GenerationUID is an identifier, which cannot be taken out"},
+           {"Preface.ByteOrdr", "the set Preface has no property 'ByteOrdr'; see mxfxml dictionary Preface"},
+           {"TimelineTrack.TrackName", "there are 4 sets 'TimelineTrack'; write TimelineTrack[1] to"}}) {
+    const SetFile file;
+    const Result result = file.set({"--remove", removal});
+    EXPECT_EQ(result.exitCode, 1) << removal;
+    EXPECT_THAT(result.err, HasSubstr(reason)) << removal;
+    EXPECT_TRUE(file.isUntouched()) << removal;
+  }
+}
+
+TEST(Set, MakesATextEmpty) {
+  const SetFile file;
+  EXPECT_EQ(file.set({"Identification.ApplicationName="}).exitCode, 0);
+  EXPECT_THAT(file.diff(), HasSubstr(": ApplicationName: \"GStreamer Multimedia Framework\" -> \"\"\n"));
+}
+
+/// A copy of the file in which octets have become others, everywhere.
+void replaceAll(const SetFile& file, const std::string& from, const std::string& to) {
+  std::string bytes = readFile(file.path());
+  ASSERT_NE(bytes.find(from), std::string::npos);
+  for (auto at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at + 1)) {
+    bytes.replace(at, from.size(), to);
+  }
+  writeFile(file.path(), bytes);
+}
+
+TEST(Set, EditsNoSetWhoseInstanceUIDAnotherHas) {
+  const SetFile file;
+  const std::string second = "\x79\x4E\xDE\x7C\x04\xC7\x43\x42\x80\xEE\xFA\x59\x53\xB7\x25\xB3";
+  replaceAll(file, second, "\x8D\x9D\xAD\xD1\xE1\xB5\x47\x63\x93\xE4\x7F\x25\x1B\xC8\xBF" + std::string(1, 0));
+  const std::string before = readFile(file.path());
+  for (const auto& arguments : std::vector<std::vector<std::string>>{
+           {"TimelineTrack[1].TrackID=9"}, {"TimelineTrack.TrackID=9", "--start", kFirstTrack}}) {
+    const Result result = file.set(arguments);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": 2 sets have the InstanceUID " + kFirstTrack +
+                              ", so that none of them can be edited\n");
+    EXPECT_EQ(readFile(file.path()), before);
+  }
+}
+
+TEST(Set, EditsNoSetWithoutInstanceUID) {
+  const SetFile file;
+  const std::string item("\x3C\x0A\0\x10\x85\x43\xAA\xCE", 8);  // local tag and length; the value starts 85.43
+  replaceAll(file, item, std::string("\x3C\x7F\0\x10\x85\x43\xAA\xCE", 8));
+  const Result result = file.set({"Identification.ApplicationName=Ed"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": the set Identification has no InstanceUID, which edits need\n");
+}
+
+constexpr const char* kIdentification = "Identification 85.43.AA.CE.4F.14.40.97.80.CE.25.A8.1C.87.90.74";
+
+TEST(Set, WarnsOfAValueThatManyReadersCannotRead) {
+  const SetFile file;
+  const std::string longest(32767, 'x'), longer(32768, 'x');
+  EXPECT_EQ(file.set({"Identification.ApplicationName=" + longest}).err, "");
+  const Result result = file.set({"Identification.ApplicationName=" + longer});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": warning: set " + kIdentification +
+                            ": a value of 65536 bytes needs BER-coded lengths, which many readers do not know\n");
+}
+
+TEST(Set, DoesNotWarnAgainOfASetThatHadSuchAValue) {
+  const SetFile file;
+  ASSERT_EQ(file.set({"Identification.ApplicationName=" + std::string(40000, 'x')}).exitCode, 0);
+  EXPECT_EQ(file.set({"Identification.ApplicationSupplierName=Ed"}).err, "");
+  EXPECT_EQ(file.set({"Identification.ApplicationName=" + std::string(50000, 'y')}).err, "");
 }
 
 TEST(Set, WritesACopyWhenAskedTo) {
@@ -82,14 +219,19 @@ TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
            {"Identification.ApplicationName=a\xff", "is no text in UTF-8"},
            {"Track[0].TrackID=1", "'Track[0].TrackID=1' sets nothing; write"},
            {"Prefce.ByteOrder=1", "there is no set 'Prefce'"},
-           {"Preface.ByteOrdr=1", "a Preface has no property 'ByteOrdr'; see mxfxml dictionary Preface"},
+           {"Preface.ByteOrdr=1", "the set Preface has no property 'ByteOrdr'; see mxfxml dictionary Preface"},
            {"TimelineTrack.TrackID=1",
             "there are 4 sets 'TimelineTrack'; write TimelineTrack[1] to TimelineTrack[4], or "
             "choose one with --start"},
            {"TimelineTrack[5].TrackID=1", "there are 4 sets 'TimelineTrack'; write"},
            {"Preface.ByteOrder=x", ": ByteOrder: 'x' is no whole number from -32768 to 32767"},
            {"TimelineTrack[1].EditRate=25", "'25' is no rational; write it as 25/1"},
-           {"Preface.InstanceUID=1", "the value of InstanceID cannot be told in one word; edit an export instead"},
+           {"Preface.ByteOrder=",
+            "the value of ByteOrder cannot be empty; to take the property out, give --remove Preface.ByteOrder\n"},
+           {"TimelineTrack[2].EditRate=",
+            "the value of EditRate cannot be empty; to take the property out, give --remove "
+            "TimelineTrack[2].EditRate\n"},
+           {"Preface.InstanceUID=1", "the value of InstanceUID cannot be told in one word; edit an export instead"},
            {"Preface.FileLastModified=now", "the value of FileLastModified cannot be told in one word"},
            {"Preface.EssenceContainers=a", "the value of EssenceContainers cannot be told in one word"}}) {
     const SetFile file;
@@ -101,7 +243,11 @@ TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
   }
 }
 
-TEST(Set, NeedsSomethingToSet) { EXPECT_EQ(run({"set", sample(kSample)}).exitCode, 2); }
+TEST(Set, NeedsSomethingToDo) {
+  const Result result = run({"set", sample(kSample)});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(result.err, "mxfxml: Set.Property=VALUE or --remove is required; see mxfxml set --help\n");
+}
 
 }  // namespace
 }  // namespace Vantor::Tool

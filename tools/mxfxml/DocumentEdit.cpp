@@ -26,7 +26,7 @@ const MetaMetadata::MetaElement& definitionOf(const MetadataSet& set, const std:
       return definition;
     }
   }
-  throw CommandError("a " + set.name() + " has no property '" + name + "'; see mxfxml dictionary " + set.name());
+  throw CommandError("the set " + set.name() + " has no property '" + name + "'; see mxfxml dictionary " + set.name());
 }
 
 /// Whether a value is one text in a document.
@@ -35,6 +35,30 @@ bool isText(const MetaMetadata::MetaElement& definition) {
   const auto type = definition.dataType();
   return isSimple(definition) && type != kTimestamp && type != kProductVersion && type != kRGBALayout &&
          type != kJ2KPictureComponent && type != kJ2KCodingStyleDefault && type != kJ2KQuantisationDefault;
+}
+
+bool isIdentifier(const MetaMetadata::MetaElement& definition) {
+  return MetaMetadata::isIdentifierName(definition.extensionAttribute(MetaMetadata::kXMLTagName));
+}
+
+bool mayBeEmpty(const MetaMetadata::MetaElement& definition) {
+  using namespace Types::Identifiers;
+  for (const auto type : {kUTF16String, kUTF8String, kISO7String, kISO8String, kDataStream, kDataValue, kUnknown}) {
+    if (definition.dataType() == type) return true;
+  }
+  return false;
+}
+
+/// @throws CommandError when a value cannot become that of a property.
+void requireOneWord(const MetaMetadata::MetaElement& definition, const Assignment& assignment) {
+  const auto& target = assignment.target;
+  if (isIdentifier(definition) || !isText(definition)) {
+    throw CommandError("the value of " + target.property + " cannot be told in one word; edit an export instead");
+  }
+  if (assignment.value.empty() && !mayBeEmpty(definition)) {
+    throw CommandError("the value of " + target.property +
+                       " cannot be empty; to take the property out, give --remove " + target.text);
+  }
 }
 
 void appendText(DOMElement& element, const std::string& text) {
@@ -55,15 +79,24 @@ void appendRational(DOMElement& property, const std::string& text) {
   appendField(property, u"st377Types:Denominator", text.substr(slash + 1));
 }
 
-/// The child that holds a property, emptied; a new one where there is none.
-DOMElement& emptyProperty(DOMElement& set, const MetaMetadata::MetaElement& definition) {
+/// The child that holds a property; null where there is none.
+DOMElement* findProperty(DOMElement& set, const MetaMetadata::MetaElement& definition) {
   const auto& uri = definition.extensionAttribute(MetaMetadata::kXMLNamespaceURI);
   const auto& tag = definition.extensionAttribute(MetaMetadata::kXMLTagName);
   for (DOMElement* child : XMLUtils::childElements(set)) {
-    if (uri != child->getNamespaceURI() || tag != child->getLocalName()) continue;
+    if (uri == child->getNamespaceURI() && tag == child->getLocalName()) return child;
+  }
+  return nullptr;
+}
+
+/// The same, emptied; a new one where there is none.
+DOMElement& emptyProperty(DOMElement& set, const MetaMetadata::MetaElement& definition) {
+  if (DOMElement* child = findProperty(set, definition)) {
     while (auto* content = child->getFirstChild()) child->removeChild(content)->release();
     return *child;
   }
+  const auto& uri = definition.extensionAttribute(MetaMetadata::kXMLNamespaceURI);
+  const auto& tag = definition.extensionAttribute(MetaMetadata::kXMLTagName);
   const wstring name = definition.extensionAttribute(MetaMetadata::kXMLDefaultPrefix) + u":" + tag;
   auto& child = *set.getOwnerDocument()->createElementNS(uri.c_str(), name.c_str());
   set.appendChild(&child);
@@ -73,37 +106,51 @@ DOMElement& emptyProperty(DOMElement& set, const MetaMetadata::MetaElement& defi
 }  // namespace
 
 DocumentEdit::DocumentEdit(PartitionMetadata& metadata)
-    : document_(XMLBuilder::partition2XML(&metadata, false, false).release()) {
+    : metadata_(metadata), document_(XMLBuilder::partition2XML(&metadata, false, false).release()) {
   if (document_ == nullptr) throw CommandError("the metadata in the file have no Preface");
 }
 
 DocumentEdit::~DocumentEdit() = default;
 
+wstring DocumentEdit::identifierOf(const MetadataSet& set) const {
+  const auto* instanceUID = set.instanceUID();
+  if (instanceUID == nullptr) throw CommandError("the set " + set.name() + " has no InstanceUID, which edits need");
+  wstring text = instanceUID->toString(kDottedForm);
+  const auto count = metadata_.findByInstanceUID(*instanceUID).size();
+  if (count == 1) return text;
+  throw CommandError(std::to_string(count) + " sets have the InstanceUID " + Utils::wstringToString(text) +
+                     ", so that none of them can be edited");
+}
+
 DOMElement& DocumentEdit::elementOf(const MetadataSet& set) const {
-  const wstring wanted = set.instanceUID() == nullptr ? wstring() : set.instanceUID()->toString(kDottedForm);
+  const wstring wanted = identifierOf(set);
   auto& root = *static_cast<xercesc::DOMDocument&>(*document_).getDocumentElement();
   // Without nesting, a set is a child of the root or of the container of floating sets.
   for (DOMElement* child : XMLUtils::childElements(root)) {
-    if (!wanted.empty() && wanted == child->getAttribute(u"rp210:InstanceUID")) return *child;
+    if (wanted == child->getAttribute(u"rp210:InstanceUID")) return *child;
     for (DOMElement* floating : XMLUtils::childElements(*child)) {
-      if (!wanted.empty() && wanted == floating->getAttribute(u"rp210:InstanceUID")) return *floating;
+      if (wanted == floating->getAttribute(u"rp210:InstanceUID")) return *floating;
     }
   }
   throw CommandError("the set " + set.name() + " has no InstanceUID that an export shows");
 }
 
 void DocumentEdit::apply(const MetadataSet& set, const Assignment& assignment) {
-  const auto& definition = definitionOf(set, assignment.property);
-  const bool isRational = isSimple(definition) && definition.dataType() == Types::Identifiers::kRational;
-  if (MetaMetadata::isIdentifierName(definition.extensionAttribute(MetaMetadata::kXMLTagName)) || !isText(definition)) {
-    throw CommandError("the value of " + definition.symbol() + " cannot be told in one word; edit an export instead");
-  }
+  const auto& definition = definitionOf(set, assignment.target.property);
+  requireOneWord(definition, assignment);
   DOMElement& property = emptyProperty(elementOf(set), definition);
-  if (isRational) {
+  if (definition.dataType() == Types::Identifiers::kRational) {
     appendRational(property, assignment.value);
   } else if (!assignment.value.empty()) {
     appendText(property, assignment.value);
   }
+}
+
+void DocumentEdit::remove(const MetadataSet& set, const std::string& property) {
+  const auto& definition = definitionOf(set, property);
+  if (isIdentifier(definition)) throw CommandError(property + " is an identifier, which cannot be taken out");
+  auto& element = elementOf(set);
+  if (DOMElement* found = findProperty(element, definition)) element.removeChild(found)->release();
 }
 
 std::string DocumentEdit::text() const {

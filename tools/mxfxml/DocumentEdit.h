@@ -12,6 +12,7 @@ namespace Vantor::Tool {
 /// An export that is edited without an editor.
 class DocumentEdit {
  public:
+  /// @param metadata  lives as long as this object.
   explicit DocumentEdit(PartitionMetadata& metadata);
   ~DocumentEdit();
   DocumentEdit(const DocumentEdit&) = delete;
@@ -19,15 +20,23 @@ class DocumentEdit {
 
   /// Gives the property of a set another value. A rational is written "25/1"; properties with other values of several
   /// parts, collections and references take none.
-  /// @throws CommandError when there is no such set or property, or no such value.
+  /// @param set  of the metadata.
+  /// @throws CommandError when the set has no such property or no InstanceUID of its own, or the property no such
+  /// value.
   void apply(const MetadataSet& set, const Assignment& assignment);
+
+  /// Takes a property out, and leaves the sets that it refers to; does nothing where the set does not have it.
+  /// @throws CommandError as above, and for the identifiers of sets.
+  void remove(const MetadataSet& set, const std::string& property);
 
   /// The document as UTF-8.
   std::string text() const;
 
  private:
+  wstring identifierOf(const MetadataSet& set) const;
   xercesc::DOMElement& elementOf(const MetadataSet& set) const;
 
+  const PartitionMetadata& metadata_;
   std::unique_ptr<xercesc::DOMNode> document_;
 };
 

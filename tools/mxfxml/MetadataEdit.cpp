@@ -176,8 +176,8 @@ std::string MetadataEdit::summary() const {
   std::string text = counted(summary_.changedSets, "set") + " changed";
   text += " (" + std::to_string(summary_.changedProperties) +
           (summary_.changedProperties == 1 ? " property" : " properties") + "), ";
-  text += std::to_string(summary_.addedSets) + " added, " + std::to_string(summary_.removedSets) + " removed, in " +
-          counted(replacements_.size(), "partition");
+  text += std::to_string(summary_.addedSets) + " added, " + std::to_string(summary_.removedSets) +
+          " removed; written to " + counted(replacements_.size(), "partition");
   return text;
 }
 

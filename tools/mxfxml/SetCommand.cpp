@@ -2,37 +2,37 @@
 
 #include <algorithm>
 
-#include "Assignment.h"
 #include "CommonOptions.h"
 #include "Core/Platform/Strings.h"
 #include "DiagnosticText.h"
 #include "DocumentEdit.h"
+#include "DocumentSize.h"
 #include "ErrorText.h"
 #include "MetadataEdit.h"
 #include "ProgressBar.h"
 #include "StandardStreams.h"
 #include "StartSet.h"
+#include "StoppedChange.h"
 #include "XML2Partition.h"
 
 namespace Vantor::Tool {
 
 namespace {
 
-/// The set that an assignment is about.
-const MetadataSet& findSet(const PartitionMetadata& metadata, const Assignment& assignment,
+/// The set that a user means.
+const MetadataSet& findSet(const PartitionMetadata& metadata, const PropertyChoice& choice,
                            const std::optional<std::string>& start) {
-  const auto sets = setsNamed(metadata, assignment.set);
-  if (sets.empty()) throw CommandError("there is no set '" + assignment.set + "'");
+  const auto sets = setsNamed(metadata, choice.set);
+  if (sets.empty()) throw CommandError("there is no set '" + choice.set + "'");
   if (start) {
     const auto& chosen = findStartSet(metadata, *start);
     if (std::find(sets.begin(), sets.end(), &chosen) != sets.end()) return chosen;
-    throw CommandError("the set '" + *start + "' is no " + assignment.set);
+    throw CommandError("the set '" + *start + "' is no " + choice.set);
   }
-  if (!assignment.number && sets.size() == 1) return *sets.front();
-  if (assignment.number && *assignment.number <= sets.size()) return *sets[*assignment.number - 1];
-  throw CommandError("there are " + std::to_string(sets.size()) + " sets '" + assignment.set + "'; write " +
-                     assignment.set + "[1] to " + assignment.set + "[" + std::to_string(sets.size()) +
-                     "], or choose one with --start");
+  if (!choice.number && sets.size() == 1) return *sets.front();
+  if (choice.number && *choice.number <= sets.size()) return *sets[*choice.number - 1];
+  throw CommandError("there are " + std::to_string(sets.size()) + " sets '" + choice.set + "'; write " + choice.set +
+                     "[1] to " + choice.set + "[" + std::to_string(sets.size()) + "], or choose one with --start");
 }
 
 void requireUTF8(const std::string& text) {
@@ -43,7 +43,7 @@ void requireUTF8(const std::string& text) {
 /// Reads the edited document; what is wrong with a value ends the command.
 XML2Partition::LosslessImport readEdited(const std::string& document, PartitionMetadata& edited) {
   auto import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
-                                                          static_cast<uint32>(document.size()), &edited);
+                                                          documentSize(document.size()), &edited);
   if (import.diagnostics.empty()) return import;
   auto diagnostic = import.diagnostics.front();
   diagnostic.line = 0;  // of a document that nobody sees
@@ -57,9 +57,13 @@ SetCommand::SetCommand(CLI::App& program)
   addInput(app(), input(), "MXF file");
   app()
       .add_option("Set.Property=VALUE", assignments_,
-                  "What the property of a set is to be; Set[2] is the second\nset of that name in the file")
-      ->required()
+                  "What the property of a set is to be; Set[2] is the second\nset of that name in the file. "
+                  "An empty VALUE is an empty text")
       ->type_name("");
+  app()
+      .add_option("--remove", removals_, "Take a property out of a set; may be given several times")
+      ->type_name("Set.Property")
+      ->allow_extra_args(false);
   app()
       .add_option("--start", start_, "Which of several sets of one name is meant: the one with this\nInstanceUID")
       ->type_name("ID");
@@ -71,19 +75,49 @@ SetCommand::SetCommand(CLI::App& program)
   dictionary_.addDictionary(app());
 }
 
-void SetCommand::run() const {
-  if (output_) refuseSameFile(input(), *output_);
-  const auto definitions = dictionary_.load();
-  MetadataEdit edit(input(), definitions, nullptr, partition_);
-  DocumentEdit document(edit.metadata());
+std::vector<Assignment> SetCommand::assignments() const {
+  std::vector<Assignment> parsed;
   for (const auto& text : assignments_) {
     requireUTF8(text);
-    const auto assignment = Assignment::parse(text);
-    document.apply(findSet(edit.metadata(), assignment, start_), assignment);
+    parsed.push_back(Assignment::parse(text));
+    requireOneChoice(parsed.back().target);
   }
+  return parsed;
+}
+
+std::vector<PropertyChoice> SetCommand::removals() const {
+  std::vector<PropertyChoice> parsed;
+  for (const auto& text : removals_) {
+    requireUTF8(text);
+    parsed.push_back(PropertyChoice::parse(text));
+    requireOneChoice(parsed.back());
+  }
+  return parsed;
+}
+
+void SetCommand::requireOneChoice(const PropertyChoice& choice) const {
+  if (!start_ || !choice.number) return;
+  throw UsageError("the number in " + choice.text + " and --start " + *start_ + " both choose a set; give one of them");
+}
+
+void SetCommand::run() const {
+  if (assignments_.empty() && removals_.empty()) throw UsageError("Set.Property=VALUE or --remove is required");
+  const auto given = assignments();
+  const auto unwanted = removals();
+  if (output_) refuseSameFile(input(), *output_);
+  const auto definitions = dictionary_.load();
+  undoStoppedChange(input());
+  MetadataEdit edit(input(), definitions, nullptr, partition_);
+  DocumentEdit document(edit.metadata());
+  for (const auto& one : given) document.apply(findSet(edit.metadata(), one.target, start_), one);
+  for (const auto& one : unwanted) document.remove(findSet(edit.metadata(), one, start_), one.property);
   PartitionMetadata edited(definitions);
   const auto import = readEdited(document.text(), edited);
   edit.apply(edited, import);
+  write(edit);
+}
+
+void SetCommand::write(const MetadataEdit& edit) const {
   for (const auto& remark : edit.remarks()) printMessage(input().u8string() + ": " + remark);
   if (output_) {
     edit.writeCopy(*output_, progressBar());

@@ -1,0 +1,47 @@
+#include "StoppedChange.h"
+
+#include "Core/Platform/Exceptions.h"
+#include "ErrorText.h"
+
+namespace Vantor::Tool {
+
+using DataIO::File::Recovery;
+
+std::string describe(Recovery recovery) {
+  switch (recovery) {
+    case Recovery::kNoJournal:
+      return "no change of the file was stopped; there is nothing to put back";
+    case Recovery::kRestored:
+      return "the file is as it was before the change that was stopped";
+    case Recovery::kNeverBegun:
+      return "the change was stopped before it touched the file; its journal is removed";
+  }
+  return "";
+}
+
+namespace {
+
+Recovery recover(const Path& file) {
+  try {
+    return DataIO::File::recover(file);
+  } catch (const Exceptions::IOError& error) {
+    throw OtherFileError("a change that was stopped half-way cannot be undone: " + error.message());
+  }
+}
+
+}  // namespace
+
+void undoStoppedChange(const Path& file) {
+  const auto recovery = recover(file);
+  if (recovery == Recovery::kNoJournal) return;
+  printMessage(file.u8string() + ": " +
+               (recovery == Recovery::kRestored ? "a change that was stopped half-way is undone" : describe(recovery)));
+}
+
+void refuseStoppedChange(const Path& file) {
+  if (!DataIO::File::hasJournal(file)) return;
+  throw OtherFileError(file.u8string() + ": a change of the file was stopped half-way; mxfxml recover " +
+                       file.u8string() + " undoes it");
+}
+
+}  // namespace Vantor::Tool
