@@ -12,6 +12,7 @@ namespace {
 using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kSample = "gst-audio-ac3.mxf";
@@ -59,6 +60,38 @@ TEST(Diff, PrintsOtherInstanceUIDsUnlessToldNotTo) {
 TEST(Diff, FailsWhereAFileCannotBeRead) {
   EXPECT_EQ(run({"diff", sample(kSample), "/nonexistent"}).exitCode, 1);
   EXPECT_EQ(run({"diff", sample(kSample)}).exitCode, 2);
+}
+
+TEST(Diff, NamesTheFileThatCannotBeReadAndNoOther) {
+  const ScratchFolder folder;
+  writeFile(folder.path("a.xml"), "<a>");
+  for (const auto& [left, right] :
+       {std::pair(sample(kSample), folder.path("a.xml")), std::pair(folder.path("a.xml"), sample(kSample))}) {
+    const Result result = run({"diff", left, right});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, AllOf(StartsWith("mxfxml: " + folder.path("a.xml") + ": line 1"), Not(HasSubstr(kSample))));
+  }
+  EXPECT_EQ(run({"diff", sample(kSample), "/nonexistent"}).err,
+            "mxfxml: cannot open '/nonexistent': No such file or directory\n");
+}
+
+TEST(Diff, TakesWhatADocumentCannotMeanForAWarningOrAnError) {
+  const ScratchFolder folder;
+  std::string xml = run({"export", sample(kSample)}).out;
+  const std::string track = "<rp210:TrackID>1</rp210:TrackID>";
+  writeFile(folder.path("a.xml"), xml.replace(xml.find(track), 0, "<rp210:TrackID>one</rp210:TrackID>"));
+  const std::string start = "mxfxml: " + folder.path("a.xml") + ": ";
+  const Result warned = run({"diff", sample(kSample), folder.path("a.xml")});
+  EXPECT_THAT(warned.err, StartsWith(start + "warning: line 21: "));
+  EXPECT_THAT(warned.out, HasSubstr("sets compared "));
+  for (const auto& [left, right] :
+       {std::pair(sample(kSample), folder.path("a.xml")), std::pair(folder.path("a.xml"), sample(kSample))}) {
+    const Result result = run({"diff", "--strict", left, right});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, AllOf(StartsWith(start + "line 21: "), HasSubstr("\n" + start),
+                                  EndsWith(" wrong with the document\n"), Not(HasSubstr(kSample))));
+  }
 }
 
 TEST(Recover, FindsNothingToDoWhereNoChangeWasStopped) {

@@ -236,7 +236,8 @@ TEST(EditedFile, IsOnlyEditedWithOptionsThatGoTogether) {
            {{"import", "a.xml", "--into", "a.mxf"}, "-o is required, or --into with --in-place"},
            {{"import", "a.xml", "--in-place"}, "--in-place requires --into"},
            {{"import", "a.xml", "--into", "a.mxf", "--in-place", "-o", "b.mxf"}, "--output excludes --in-place"},
-           {{"import", "a.xml", "--into", "a.mxf", "-o", "b.mxf", "--exact"}, "--into excludes --exact"}}) {
+           {{"import", "a.xml", "--into", "a.mxf", "-o", "b.mxf", "--exact"},
+            "--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these"}}) {
     const Result result = run(arguments);
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.err, "mxfxml: " + reason + "; see mxfxml import --help\n");

@@ -177,6 +177,23 @@ TEST(VerifyExactly, FailsWithTheImportsMessageWhereTheImportFails) {
                             "'PictureComponentSizing' in XML metadata\n");
 }
 
+TEST(Verify, TakesWhatTheReaderHasToSayForAnErrorWhenThatIsAskedFor) {
+  const ScratchFolder folder;
+  std::string bytes = readFile(sample("gst-audio-ac3.mxf"));
+  const std::string one = "\x79\x4E\xDE\x7C\x04\xC7\x43\x42\x80\xEE\xFA\x59\x53\xB7\x25\xB3";
+  const std::string other("\x8D\x9D\xAD\xD1\xE1\xB5\x47\x63\x93\xE4\x7F\x25\x1B\xC8\xBF\x00", 16);
+  for (auto at = bytes.find(one); at != std::string::npos; at = bytes.find(one)) bytes.replace(at, one.size(), other);
+  writeFile(folder.path("a.mxf"), bytes);  // two sets of one InstanceUID
+  const Result lenient = run({"verify", folder.path("a.mxf")});
+  EXPECT_THAT(lenient.out, HasSubstr("note: line 1: TimelineTrack "));
+  EXPECT_THAT(lenient.err, EndsWith(": the metadata of the header partition comes back changed\n"));
+  const Result strict = run({"verify", folder.path("a.mxf"), "--strict"});
+  EXPECT_EQ(strict.exitCode, 1);
+  EXPECT_EQ(strict.out, lenient.out);
+  EXPECT_EQ(strict.err, "mxfxml: " + folder.path("a.mxf") + ": 4 things are wrong with the document\n");
+  EXPECT_EQ(run({"verify", sample("gst-audio-ac3.mxf"), "--strict"}).exitCode, 0);
+}
+
 TEST(Verify, FailsWhereThereIsNothingToVerify) {
   const ScratchFolder folder;
   const Result missing = run({"verify", folder.path("no.mxf")});

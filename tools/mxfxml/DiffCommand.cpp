@@ -8,6 +8,7 @@
 #include "DiagnosticText.h"
 #include "ErrorText.h"
 #include "StandardStreams.h"
+#include "StoppedChange.h"
 #include "XML2Partition.h"
 #include "XMLUtils/DocumentVocabulary.h"
 #include "XMLUtils/InputFile.h"
@@ -43,6 +44,9 @@ DiffCommand::DiffCommand(CLI::App& program)
       .add_option_function<std::string>("OTHER", take, "MXF or XML file to compare it with")
       ->required()
       ->type_name("");
+  app().add_flag("--strict", strict_,
+                 "Fail where a document says something twice or that cannot be,\ninstead of leaving it out with a "
+                 "warning");
   app().add_flag("--ignore-ids", ignoreIdentifiers_, "Take InstanceUIDs for names that each file chooses");
   addPartition(app(), partition_);
   dictionary_.addDictionary(app());
@@ -50,23 +54,35 @@ DiffCommand::DiffCommand(CLI::App& program)
 
 void DiffCommand::run() const {
   const auto left = read(input());
-  const auto right = read(other_);
+  const auto right = readOther();
   const auto comparison = comparePartitions(*left, *right);
   const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
   writeStandardOutput(identifiers + describe(comparison));
   if (!comparison.isEqual() || !identifiers.empty()) throw CommandError("differs from " + other_.u8string());
 }
 
+std::unique_ptr<PartitionMetadata> DiffCommand::readOther() const {
+  try {
+    return read(other_);
+  } catch (...) {
+    throw OtherFileError(currentExceptionText(other_));
+  }
+}
+
 std::unique_ptr<PartitionMetadata> DiffCommand::read(const Path& file) const {
-  if (!XMLUtils::looksLikeXML(file)) return MXF::readHeaderMetadata(file, dictionary_.load(), partition_);
+  if (XMLUtils::looksLikeXML(file)) return readDocument(file);
+  refuseStoppedChange(file);
+  return MXF::readHeaderMetadata(file, dictionary_.load(), partition_);
+}
+
+std::unique_ptr<PartitionMetadata> DiffCommand::readDocument(const Path& file) const {
   const XMLUtils::UnicodeString path(Platform::pathToWstring(file));
   const auto vocabulary = XMLUtils::vocabularyOfFile(path.utf16());
   auto metadata =
       std::make_unique<PartitionMetadata>(dictionary_.load(vocabulary.value_or(MetaMetadata::Vocabulary::kLegacy)));
   const auto import = XML2Partition::importLosslesslyFromFile(path.utf16(), metadata.get());
-  for (const auto& diagnostic : import.diagnostics) {
-    printMessage(file.u8string() + ": warning: " + describe(diagnostic));
-  }
+  printDiagnostics(file, import.diagnostics, strict_);
+  if (strict_ && !import.diagnostics.empty()) throw CommandError(countOf(import.diagnostics));
   return metadata;
 }
 

@@ -18,9 +18,12 @@ class DiffCommand final : public Command {
 
  private:
   std::unique_ptr<PartitionMetadata> read(const Path& file) const;
+  std::unique_ptr<PartitionMetadata> readOther() const;
+  std::unique_ptr<PartitionMetadata> readDocument(const Path& file) const;
 
   Path other_;
   bool ignoreIdentifiers_ = false;
+  bool strict_ = false;
   MXF::PartitionChoice partition_;
   DictionaryOptions dictionary_;
 };

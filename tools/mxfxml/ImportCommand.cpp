@@ -63,12 +63,14 @@ void ImportCommand::addWayOfReading() {
                 "Fail where the document says something twice or that cannot be,\ninstead of "
                 "leaving it out with a warning")
       ->excludes(exact);
-  exact->excludes("--into");
 }
 
 void ImportCommand::run() const {
   if (!output_ && !inPlace_) throw UsageError("-o is required, or --into with --in-place");
   if (output_) refuseSameFile(input(), *output_);
+  if (into_ && exact_) {
+    throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
+  }
   if (into_) {
     editFile();
   } else {
@@ -127,9 +129,7 @@ XML2Partition::LosslessImport ImportCommand::read(PartitionMetadata& metadata) c
     return import;
   }
   auto import = XML2Partition::importLosslesslyFromFile(path.utf16(), &metadata);
-  for (const auto& diagnostic : import.diagnostics) {
-    printMessage(input().u8string() + ": " + (strict_ ? "" : "warning: ") + describe(diagnostic));
-  }
+  printDiagnostics(input(), import.diagnostics, strict_);
   if (!strict_ || import.diagnostics.empty()) return import;
   const auto count = std::to_string(import.diagnostics.size());
   throw CommandError(count + (count == "1" ? " thing is" : " things are") +

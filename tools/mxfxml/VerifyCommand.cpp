@@ -7,8 +7,10 @@
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Metadata/PartitionComparison.h"
 #include "DiagnosticText.h"
+#include "DocumentSize.h"
 #include "ErrorText.h"
 #include "StandardStreams.h"
+#include "StoppedChange.h"
 #include "XML2Partition.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/EncodingType.h"
@@ -18,17 +20,21 @@ namespace Vantor::Tool {
 
 namespace {
 
-/// @return what the reader has to say, line by line.
-std::string readBack(const wstring& document, bool exactly, PartitionMetadata& copy) {
+/// @return what the reader has to say.
+Diagnostics readBack(const wstring& document, bool exactly, PartitionMetadata& copy) {
   if (exactly) {
     XML2Partition::getPartitionMetadataFromString(document, &copy);
     return {};
   }
   const XMLUtils::UnicodeString text(document);
-  const auto import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
-                                                                static_cast<uint32>(text.utf16Size()), &copy);
+  return XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
+                                                   documentSize(text.utf16Size()), &copy)
+      .diagnostics;
+}
+
+std::string linesOf(const Diagnostics& diagnostics) {
   std::string lines;
-  for (const auto& diagnostic : import.diagnostics) lines += "note: " + Tool::describe(diagnostic) + "\n";
+  for (const auto& diagnostic : diagnostics) lines += "note: " + Tool::describe(diagnostic) + "\n";
   return lines;
 }
 
@@ -38,22 +44,28 @@ VerifyCommand::VerifyCommand(CLI::App& program)
     : Command(program, "verify", "Tell what of the metadata of a partition is lost on its way through XML and back") {
   addInput(app(), input(), "MXF file");
   app().add_flag("--flat", flat_, "Write the targets of strong references beside the sets that refer to them");
-  app().add_flag("--exact", exact_, "Read the XML to the letter of its exact form, with what that loses");
+  auto* exact = app().add_flag("--exact", exact_, "Read the XML to the letter of its exact form, with what that loses");
+  app()
+      .add_flag("--strict", strict_,
+                "Fail, too, where the document says something twice or that\ncannot be, although nothing is lost")
+      ->excludes(exact);
   addPartition(app(), partition_);
   dictionary_.addVocabulary(app());
   dictionary_.addDictionary(app());
 }
 
 void VerifyCommand::run() const {
+  refuseStoppedChange(input());
   const auto dictionary = dictionary_.load();
   const auto metadata = MXF::readHeaderMetadata(input(), dictionary, partition_);
   wstring document;
   XMLBuilder::partition2XML(metadata.get(), !flat_, false, XMLUtils::EncodingType::kUTF8, document);
   if (document.empty()) throw CommandError("the " + partition_.name() + " has no Preface to start from");
   PartitionMetadata copy(dictionary);
-  const std::string diagnostics = readBack(document, exact_, copy);
+  const auto diagnostics = readBack(document, exact_, copy);
   const auto comparison = comparePartitions(*metadata, copy);
-  writeStandardOutput(diagnostics + describe(comparison));
+  writeStandardOutput(linesOf(diagnostics) + describe(comparison));
+  if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics));
   if (!comparison.isEqual()) throw CommandError("the metadata of the " + partition_.name() + " comes back changed");
 }
 

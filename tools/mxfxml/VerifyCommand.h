@@ -16,6 +16,7 @@ class VerifyCommand final : public Command {
  private:
   bool flat_ = false;
   bool exact_ = false;
+  bool strict_ = false;
   MXF::PartitionChoice partition_;
   DictionaryOptions dictionary_;
 };
