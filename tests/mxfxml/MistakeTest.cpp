@@ -210,12 +210,12 @@ const Mistake kMistakes[] = {
       "is not read",
       "line 232: Preface NEW: the set has no property DescriptiveSchemes in the namespace urn:smpte:rp210; the element "
       "is not read"},
-     "ORIGINAL: the document is not one of these metadata: the InstanceUID of its Preface is not "
+     "cannot be put into ORIGINAL: the document is not one of these metadata: the InstanceUID of its Preface is not "
      "69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C; edit an export of this file and partition"},
     {"wrong namespace of sets",
      replaced("urn:SMPTE:S377M", "urn:SMPTE:S377"),
      {"line 3: there is no set Preface in the namespace urn:SMPTE:S377"},
-     "ORIGINAL: the document has no set that could be read; nothing is written"},
+     "cannot be put into ORIGINAL: the document has no set that could be read; nothing is written"},
     {"set of another vocabulary",
      both(replaced("xmlns:types=",
                    "xmlns:st395=\"http://www.smpte-ra.org/schemas/434/2014/groups/395/2012\" xmlns:types="),
@@ -299,7 +299,8 @@ const Mistake kMistakes[] = {
      replaced(".10.9C.37.4D\">", ".10.9C.37\">"),
      {"line 28: Timecode NEW: '74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37' is no InstanceUID; the set is given a new "
       "one, which nothing refers to"},
-     "ORIGINAL: a set whose InstanceUID cannot be read cannot be told from a new one; nothing is written"},
+     "cannot be put into ORIGINAL: a set whose InstanceUID cannot be read cannot be told from a new one; nothing is "
+     "written"},
     {"two sets of two kinds and one InstanceUID",
      replaced("B0.05.E2.81.B8.73.40.93.AB.98.BE.C2.68.45.04.53", "74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D"),
      {},
@@ -328,11 +329,11 @@ const Mistake kMistakes[] = {
     {"root of another kind",
      only("<?xml version=\"1.0\"?>\n<html><body/></html>\n"),
      {"line 2: there is no set body in no namespace"},
-     "ORIGINAL: the document has no set that could be read; nothing is written"},
+     "cannot be put into ORIGINAL: the document has no set that could be read; nothing is written"},
     {"root alone",
      only("<s377m:MetadataSets xmlns:s377m=\"urn:SMPTE:S377M\"/>\n"),
      {},
-     "ORIGINAL: the document has no set that could be read; nothing is written"},
+     "cannot be put into ORIGINAL: the document has no set that could be read; nothing is written"},
     {"empty file", only(""), {}, "line 1, column 1: invalid document structure"},
     {"blank file", only(" \n"), {}, "line 2, column 1: invalid document structure"},
     {"text that is no XML", only("Hello\n"), {}, "line 1, column 1: invalid document structure"},
@@ -422,10 +423,11 @@ class MistakeTest : public testing::TestWithParam<Mistake> {
   const std::string document_;
 };
 
-/// A refusal that is about the file to edit names it.
+/// With the path of the file to edit.
 std::string withFile(std::string refusal) {
-  const std::string start = "ORIGINAL";
-  return refusal.rfind(start, 0) == 0 ? refusal.replace(0, start.size(), sample(kSample)) : refusal;
+  const std::string original = "ORIGINAL";
+  const auto at = refusal.find(original);
+  return at == std::string::npos ? refusal : refusal.replace(at, original.size(), sample(kSample));
 }
 
 TEST_P(MistakeTest, IsToldAndKeepsNothingElseFromBeingPutBack) {
@@ -462,7 +464,7 @@ TEST(DocumentOfAnotherFile, ReplacesNothing) {
            {"part.xml", "no InstanceUID in it is one of theirs"}}) {
     const Result result = run({"import", folder.path(name), "--into", sample(kSample), "-o", folder.path("copy.mxf")});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.err, "mxfxml: " + folder.path(name) + ": " + sample(kSample) +
+    EXPECT_EQ(result.err, "mxfxml: " + folder.path(name) + ": cannot be put into " + sample(kSample) +
                               ": the document is not one of these metadata: " + reason +
                               "; edit an export of this file and partition\n");
     EXPECT_THAT(folder.files(), testing::ElementsAre("part.xml", "whole.xml"));

@@ -8,6 +8,7 @@
 #include "ErrorText.h"
 #include "StandardStreams.h"
 #include "StartSet.h"
+#include "StoppedChange.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/DomToBuffer.h"
 
@@ -54,6 +55,8 @@ void ExportCommand::addEncoding() {
 
 void ExportCommand::run() const {
   if (output_) refuseSameFile(input(), *output_);
+  refuseStoppedChange(input());
+  if (output_) refuseStoppedChange(*output_);
   const std::string bytes = document();
   if (output_) {
     writeFile(*output_, bytes);

@@ -11,6 +11,7 @@
 #include "MetadataEdit.h"
 #include "ProgressBar.h"
 #include "StandardStreams.h"
+#include "StoppedChange.h"
 #include "XMLUtils/DocumentVocabulary.h"
 #include "XMLUtils/UnicodeString.h"
 
@@ -67,10 +68,10 @@ void ImportCommand::addWayOfReading() {
 
 void ImportCommand::run() const {
   if (!output_ && !inPlace_) throw UsageError("-o is required, or --into with --in-place");
-  if (output_) refuseSameFile(input(), *output_);
   if (into_ && exact_) {
     throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
   }
+  if (output_) refuseSameFile(input(), *output_);
   if (into_) {
     editFile();
   } else {
@@ -84,6 +85,7 @@ MetaMetadata::Vocabulary ImportCommand::vocabulary() const {
 }
 
 void ImportCommand::writeHeaderOnly() const {
+  refuseStoppedChange(*output_);
   PartitionMetadata metadata(dictionary_.load(vocabulary()));
   read(metadata);
   const auto lost = tagsWithoutLabels(metadata);
@@ -103,16 +105,26 @@ void ImportCommand::editFile() const {
   PartitionMetadata edited(definitions);
   const auto import = read(edited);
   try {
+    undoStoppedChange(*into_);
     MetadataEdit edit(*into_, definitions, dictionary_.plain(chosen), partition_);
-    edit.apply(edited, import);
-    for (const auto& remark : edit.remarks()) printMessage(into_->u8string() + ": " + remark);
+    apply(edit, edited, import);
     write(edit);
   } catch (...) {
-    throw CommandError(into_->u8string() + ": " + currentExceptionText());
+    throw OtherFileError(currentExceptionText(*into_));
+  }
+}
+
+void ImportCommand::apply(MetadataEdit& edit, const PartitionMetadata& edited,
+                          const XML2Partition::LosslessImport& import) const {
+  try {
+    edit.apply(edited, import);
+  } catch (const CommandError& error) {
+    throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.what());
   }
 }
 
 void ImportCommand::write(const MetadataEdit& edit) const {
+  for (const auto& remark : edit.remarks()) printMessage(into_->u8string() + ": " + remark);
   if (inPlace_) {
     edit.writeInPlace(progressBar());
   } else {
@@ -131,9 +143,7 @@ XML2Partition::LosslessImport ImportCommand::read(PartitionMetadata& metadata) c
   auto import = XML2Partition::importLosslesslyFromFile(path.utf16(), &metadata);
   printDiagnostics(input(), import.diagnostics, strict_);
   if (!strict_ || import.diagnostics.empty()) return import;
-  const auto count = std::to_string(import.diagnostics.size());
-  throw CommandError(count + (count == "1" ? " thing is" : " things are") +
-                     " wrong with the document; nothing is written");
+  throw CommandError(countOf(import.diagnostics) + "; nothing is written");
 }
 
 }  // namespace Vantor::Tool

@@ -26,6 +26,7 @@ class ImportCommand final : public Command {
   void writeHeaderOnly() const;
   /// Puts the metadata into a file that is there.
   void editFile() const;
+  void apply(MetadataEdit& edit, const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) const;
   void write(const MetadataEdit& edit) const;
   MetaMetadata::Vocabulary vocabulary() const;
   /// Reads the document into a partition, and tells on standard error what it could not read.

@@ -12,6 +12,7 @@
 #include "DictionaryText.h"
 #include "OperationalPattern.h"
 #include "StandardStreams.h"
+#include "StoppedChange.h"
 #include "TextTable.h"
 
 namespace Vantor::Tool {
@@ -162,6 +163,7 @@ InfoCommand::InfoCommand(CLI::App& program)
 }
 
 void InfoCommand::run() const {
+  refuseStoppedChange(input());
   const auto structure = MXF::readStructure(input());
   auto definitions = dictionary_.definitions();
   const auto metadata = MXF::readHeaderMetadata(input(), definitions.makeDictionary(), partition_);

@@ -1,0 +1,193 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "Core/DataIO/UndoJournal.h"
+#include "Program.h"
+#include "ScratchFolder.h"
+
+/// What commands do with a file that a change in place left half-way, with its journal beside it.
+namespace Vantor::Tool {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr const char* kSample = "gst-audio-ac3.mxf";  // its header and footer partitions have the same metadata
+const std::string kName("\0G\0S\0t", 6);              // starts the name of its writer, in UTF-16
+
+class StoppedChangeTest : public testing::Test {
+ protected:
+  StoppedChangeTest() { fs::copy_file(sample(kSample), path()); }
+
+  std::string path() const { return folder_.path("a.mxf"); }
+  std::string journal() const { return path() + ".mxfxml-journal"; }
+  std::string document() const { return folder_.path("a.xml"); }
+  std::string copy() const { return folder_.path("b.mxf"); }
+
+  /// Changes the name in the header partition, and calls back while the journal stands beside the file.
+  void change(const std::function<void()>& meanwhile) const {
+    const std::string name("\0X\0Y\0Z", 6);
+    const uint64 at = readFile(path()).find(kName);
+    DataIO::File::changeInPlace(path(), DataIO::File::stateOf(path()), {{at, name.size()}}, [&](auto& file) {
+      file.write(at, reinterpret_cast<const uint8*>(name.data()), name.size());
+      meanwhile();
+    });
+  }
+
+  /// Leaves file and journal as a process does that is killed.
+  void stopAChange() const {
+    std::string changed, saved;
+    const auto stop = [&] {
+      changed = readFile(path());
+      saved = readFile(journal());
+      throw std::runtime_error("stop");
+    };
+    EXPECT_ANY_THROW(change(stop));
+    EXPECT_NE(changed, readFile(sample(kSample)));
+    writeFile(path(), changed);
+    writeFile(journal(), saved);
+  }
+
+  /// An export in which a track has another number.
+  void writeEditedDocument() const {
+    std::string xml = run({"export", sample(kSample)}).out;
+    const std::string track = "<rp210:TrackID>1<";
+    writeFile(document(), xml.replace(xml.find(track), track.size(), "<rp210:TrackID>9<"));
+  }
+
+  /// What the whole original becomes by the edited document.
+  std::string expected() const {
+    const ScratchFolder elsewhere;
+    const std::string target = elsewhere.path("expected.mxf");
+    EXPECT_EQ(run({"import", document(), "--into", sample(kSample), "-o", target}).exitCode, 0);
+    return readFile(target);
+  }
+
+  /// The command changes neither file nor journal, and leaves nothing else.
+  void expectRefusal(const std::vector<std::string>& command, const std::string& message) const {
+    const auto before = std::pair(readFile(path()), readFile(journal()));
+    const auto files = folder_.files();
+    const Result result = run(command);
+    EXPECT_EQ(result.exitCode, 1) << command[0];
+    EXPECT_EQ(result.out, "") << command[0];
+    EXPECT_EQ(result.err, "mxfxml: " + message + "\n");
+    EXPECT_TRUE(std::pair(readFile(path()), readFile(journal())) == before) << command[0];
+    EXPECT_EQ(folder_.files(), files);
+  }
+  std::string refusal() const {
+    return path() + ": a change of the file was stopped half-way; mxfxml recover " + path() + " undoes it";
+  }
+  std::string undone() const { return "mxfxml: " + path() + ": a change that was stopped half-way is undone\n"; }
+
+  const ScratchFolder folder_;
+};
+
+TEST_F(StoppedChangeTest, IsUndoneBeforeAPropertyIsSet) {
+  stopAChange();
+  const Result result = run({"set", path(), "Preface.ByteOrder=18761"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err, undone());
+  EXPECT_THAT(run({"diff", sample(kSample), path()}).out,
+              HasSubstr("sets compared 19, different 1; properties compared 116, different 1\n"));
+  EXPECT_THAT(folder_.files(), ElementsAre("a.mxf"));
+}
+
+TEST_F(StoppedChangeTest, IsUndoneBeforeADocumentIsPutIn) {
+  writeEditedDocument();
+  stopAChange();
+  const Result result = run({"import", document(), "--into", path(), "--in-place"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err, undone());
+  EXPECT_TRUE(readFile(path()) == expected());
+  EXPECT_THAT(folder_.files(), ElementsAre("a.mxf", "a.xml"));
+}
+
+TEST_F(StoppedChangeTest, IsUndoneBeforeACopyIsMade) {
+  writeEditedDocument();
+  stopAChange();
+  const Result result = run({"import", document(), "--into", path(), "-o", copy()});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err, undone());
+  EXPECT_TRUE(readFile(copy()) == expected());
+  EXPECT_TRUE(readFile(path()) == readFile(sample(kSample)));
+  EXPECT_THAT(folder_.files(), ElementsAre("a.mxf", "a.xml", "b.mxf"));
+}
+
+TEST_F(StoppedChangeTest, IsTouchedByNoCommandThatOnlyReads) {
+  stopAChange();
+  for (const std::string command : {"export", "verify", "info"}) expectRefusal({command, path()}, refusal());
+  expectRefusal({"diff", path(), sample(kSample)}, refusal());
+  expectRefusal({"diff", sample(kSample), path()}, refusal());
+}
+
+TEST_F(StoppedChangeTest, IsNotUndoneByACommandThatIsWrong) {
+  stopAChange();
+  expectRefusal({"set", path(), "Preface"},
+                path() +
+                    ": 'Preface' sets nothing; write Set.Property=VALUE, or Set[2].Property=VALUE for the second "
+                    "set of that name");
+}
+
+TEST_F(StoppedChangeTest, LeavesAFileAloneThatHasAnotherSizeOrIsReadOnly) {
+  writeEditedDocument();
+  stopAChange();
+  const std::string whole = readFile(path());
+  const std::string start = "a change that was stopped half-way cannot be undone: cannot ";
+  const std::string real = fs::canonical(path()).string();
+  writeFile(path(), whole + "more");
+  for (const auto& command : std::vector<std::vector<std::string>>{
+           {"set", path(), "Preface.ByteOrder=1"}, {"import", document(), "--into", path(), "-o", copy()}}) {
+    expectRefusal(command, start + "recover '" + real + "': it has 10612 bytes, and had 10608 when its journal was " +
+                               "written; to keep it as it is, remove the journal");
+  }
+  writeFile(path(), whole);
+  fs::permissions(path(), fs::perms::owner_read);
+  expectRefusal({"set", path(), "Preface.ByteOrder=1"}, start + "change '" + real + "': it is read-only");
+}
+
+TEST_F(StoppedChangeTest, HadNotBegunWhereItsJournalIsNotWhole) {
+  writeFile(journal(), "mxfxml-j");
+  expectRefusal({"export", path()}, refusal());
+  const Result result = run({"set", path(), "Preface.ByteOrder=18761"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err,
+            "mxfxml: " + path() + ": the change was stopped before it touched the file; its journal is removed\n");
+  EXPECT_THAT(folder_.files(), ElementsAre("a.mxf"));
+}
+
+TEST_F(StoppedChangeTest, IsToldFromOneThatIsUnderWay) {
+  change([&] {
+    const std::string busy = "cannot change '" + fs::canonical(path()).string() +
+                             "': another program is changing it at the moment; try again later";
+    expectRefusal({"recover", path()}, busy);
+    expectRefusal({"set", path(), "Preface.ByteOrder=1"},
+                  "a change that was stopped half-way cannot be undone: " + busy);
+    expectRefusal({"export", path()}, refusal());
+  });
+  EXPECT_NE(readFile(path()).find(kName), readFile(sample(kSample)).find(kName));
+  EXPECT_THAT(folder_.files(), ElementsAre("a.mxf"));
+}
+
+TEST_F(StoppedChangeTest, KeepsItsFileFromBeingReplaced) {
+  writeEditedDocument();
+  stopAChange();
+  expectRefusal({"import", document(), "-o", path()}, refusal());
+  expectRefusal({"export", sample(kSample), "-o", path()}, refusal());
+  expectRefusal({"set", sample(kSample), "Preface.ByteOrder=1", "-o", path()},
+                "cannot take '" + path() + "': an earlier change of it was stopped; recover it first");
+}
+
+TEST_F(StoppedChangeTest, IsNotLookedForWhereItsJournalWouldHaveTooLongAName) {
+  const std::string longName = folder_.path(std::string(250, 'x'));
+  fs::rename(path(), longName);
+  EXPECT_EQ(run({"export", longName}).exitCode, 0);
+  EXPECT_EQ(run({"recover", longName}).exitCode, 0);
+  EXPECT_EQ(run({"set", longName, "Preface.ByteOrder=1", "-o", copy()}).exitCode, 0);
+}
+
+}  // namespace
+}  // namespace Vantor::Tool
