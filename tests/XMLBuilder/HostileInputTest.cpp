@@ -10,6 +10,7 @@
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "XMLUtils/Initializer.h"
+#include "tests/Sanitized.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
 /// Documents that ask for more than they are worth. Each is imported in a process of its own that may compute for a

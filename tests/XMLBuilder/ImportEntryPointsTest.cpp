@@ -19,6 +19,7 @@
 #include "Core/Platform/Strings.h"
 #include "XMLUtils/Initializer.h"
 #include "XMLUtils/Strings.h"
+#include "tests/Sanitized.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
 #ifdef __linux__

@@ -21,15 +21,6 @@ using XMLBuilder::XMLName;
 
 using SetList = Templates::list<MetadataSet*, Platform::malloc_alloc>;
 
-/// Whether the process takes memory for a sanitizer, so that how much it takes tells nothing.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr bool kIsSanitized = true;
-#elif defined(__has_feature)
-inline constexpr bool kIsSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
-#else
-inline constexpr bool kIsSanitized = false;
-#endif
-
 /// A file with some bytes in it, removed with the object.
 class TemporaryFile {
  public:

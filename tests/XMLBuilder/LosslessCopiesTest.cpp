@@ -3,6 +3,7 @@
 
 #include <chrono>
 
+#include "tests/Sanitized.h"
 #include "tests/XMLBuilder/LosslessSupport.h"
 
 /// Sets that a document has twice: they are one, and what the copies have different is told.

@@ -95,7 +95,7 @@ void expectEdits(const MXF::FileLayout& layout) {
     const EditedLayout file(layout);
     const Result result = file.set(assignment);
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed, in 2 partitions\n");
+    EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed; written to 2 partitions\n");
     file.expectSound();
     EXPECT_THAT(file.difference(), HasSubstr(kOneDifference));
     EXPECT_THAT(file.difference("footer"), HasSubstr(kOneDifference));
@@ -139,7 +139,7 @@ TEST(EditedLayout, MayHaveMetadataInTheFooterOnly) {
     const EditedLayout file(layout);
     EXPECT_THAT(file.set(assignment).err, HasSubstr("the partition has no header metadata"));
     const Result result = file.set(assignment, {"--partition", "footer"});
-    EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed, in 1 partition\n") << result.err;
+    EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed; written to 1 partition\n") << result.err;
     file.expectSound();
     EXPECT_THAT(file.difference("footer"), HasSubstr(kOneDifference));
   }

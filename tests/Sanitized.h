@@ -1,0 +1,16 @@
+#pragma once
+
+namespace Vantor {
+
+/// Whether the process was built for a sanitizer. It takes memory for that, so that how much it takes tells nothing,
+/// and several times as long: tests whose size is to show how cost grows, or that go through thousands of random cases,
+/// need fewer there.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool kIsSanitized = true;
+#elif defined(__has_feature)
+inline constexpr bool kIsSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
+#else
+inline constexpr bool kIsSanitized = false;
+#endif
+
+}  // namespace Vantor
