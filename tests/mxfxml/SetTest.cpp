@@ -218,7 +218,7 @@ TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
            {"Track[.TrackID=1", "'Track[.TrackID=1' sets nothing; write"},
            {"Identification.ApplicationName=a\xff", "is no text in UTF-8"},
            {"Track[0].TrackID=1", "'Track[0].TrackID=1' sets nothing; write"},
-           {"Prefce.ByteOrder=1", "there is no set 'Prefce'"},
+           {"Prefce.ByteOrder=1", "there is no set 'Prefce'; mxfxml info lists the sets"},
            {"Preface.ByteOrdr=1", "the set Preface has no property 'ByteOrdr'; see mxfxml dictionary Preface"},
            {"TimelineTrack.TrackID=1",
             "there are 4 sets 'TimelineTrack'; write TimelineTrack[1] to TimelineTrack[4], or "

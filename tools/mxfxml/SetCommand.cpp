@@ -23,7 +23,7 @@ namespace {
 const MetadataSet& findSet(const PartitionMetadata& metadata, const PropertyChoice& choice,
                            const std::optional<std::string>& start) {
   const auto sets = setsNamed(metadata, choice.set);
-  if (sets.empty()) throw CommandError("there is no set '" + choice.set + "'");
+  if (sets.empty()) throw CommandError("there is no set '" + choice.set + "'; mxfxml info lists the sets");
   if (start) {
     const auto& chosen = findStartSet(metadata, *start);
     if (std::find(sets.begin(), sets.end(), &chosen) != sets.end()) return chosen;
