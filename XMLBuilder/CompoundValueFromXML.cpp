@@ -33,6 +33,12 @@ void require(bool holds, const std::string& condition, const std::string& explan
   if (!holds) throw Exceptions::InvalidFormat(condition + ": " + explanation, kValueSource, line);
 }
 
+/// What a lossless import says of a part that is not there, or holds nothing.
+[[noreturn]] void throwMissing(const char16_t* name, int line) {
+  throw Exceptions::InvalidFormat(
+      Utils::wstringToString(wstring(name)) + " is missing or empty, and the value needs it", kValueSource, line);
+}
+
 /// All children of a compound value with a name.
 std::vector<const DOMElement*> childrenNamed(const DOMNode& node, std::u16string_view prefix, const char16_t* name,
                                              ImportDocument& document) {
@@ -67,6 +73,7 @@ class Fields {
   /// The same for a child that must be there.
   wstring text(const char16_t* name, const std::string& variable, int line) const {
     wstring found = text(name);
+    if (document_.isLossless() && found.empty()) throwMissing(name, line);
     require(!found.empty(), "!" + variable + ".empty ()",
             "No '" + Utils::wstringToString(name) + "' element in XML metadata", line);
     return found;
@@ -92,6 +99,7 @@ class Fields {
   Integer parse(const wstring& text, const char16_t* name) const {
     using Limits = std::numeric_limits<Integer>;
     if (!document_.isLossless()) return static_cast<Integer>(Platform::readDecimal<uint32>(text));
+    if (text.empty()) throwMissing(name, __LINE__);
     return static_cast<Integer>(LosslessForms::number(text, Limits::min(), Limits::max(), name));
   }
 

@@ -57,6 +57,7 @@ void readFloatingDarkSet(const xercesc::DOMElement& element, ImportDocument& doc
 }  // namespace
 
 void readFloatingContainer(const xercesc::DOMElement& container, ImportDocument& document, ImportedSets& imported) {
+  if (document.isLossless()) LosslessSets::reportText(container, document);
   for (const auto* child : XMLUtils::childElements(container)) {
     const auto* definition = findFloatingSet(*child, document);
     if (definition == nullptr) {

@@ -26,8 +26,10 @@ constexpr const char* kUnequalItems =
 
 constexpr uint64 kMostPadding = uint64{1} << 24;
 
-[[noreturn]] void throwUnequalItems() {
-  throw Exceptions::InvalidLength(std::string(kUnequalItems), kValueSource, kItemSizeLine);
+[[noreturn]] void throwUnequalItems(const ImportDocument& document) {
+  const std::string text =
+      document.isLossless() ? "the items are not all of one size, which they have to be" : kUnequalItems;
+  throw Exceptions::InvalidLength(text, kValueSource, kItemSizeLine);
 }
 
 /// Items without octets take the room of the others: a short document must not ask for gigabytes that way.
@@ -100,7 +102,7 @@ uint32 FromXMLElementVisitor::measuredItemSize() const {
   uint32 size = 0;
   for (const DOMElement* item : XMLUtils::childElements(node_)) {
     const auto value = createValueFromNode(dataSubType_, *item, document_);
-    if (value == nullptr || (size != 0 && value->serializedSize() != size)) throwUnequalItems();
+    if (value == nullptr || (size != 0 && value->serializedSize() != size)) throwUnequalItems(document_);
     size = value->serializedSize();
   }
   return size;
@@ -169,7 +171,9 @@ auto_ptr<Types::Reference> FromXMLElementVisitor::buildReference(Identifier type
 const MetadataSet* FromXMLElementVisitor::buildNestedSet(const DOMElement& element) {
   const auto* definition = document_.isLossless() ? LosslessSets::findSet(element, document_)
                                                   : document_.findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
-  return definition == nullptr ? nullptr : importSet(element, *definition, document_, [](MetadataSet*) {});
+  if (definition == nullptr) return nullptr;
+  if (document_.isLossless()) document_.report().countNested();
+  return importSet(element, *definition, document_, [](MetadataSet*) {});
 }
 
 bool FromXMLElementVisitor::standsForSet(const DOMElement& element, const XMLCh* name) const {

@@ -57,6 +57,7 @@ void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
   for (Element& property : set) readProperty(property, set);
   if (mayHaveExtensions) readExtensionElements(set);
   if (!children_) return;
+  LosslessSets::reportText(element_, document_);
   LosslessSets::reportUnreadAttributes(element_, *set.definition(), document_);
   LosslessSets::reportUnread(*children_, document_);
 }
@@ -87,7 +88,10 @@ void FromXMLMetadataSetVisitor::readIdentifier(Element& property, const MetaMeta
                                                const wstring& tag, MetadataSet& set) {
   const DOMNode* attribute = document_.isLossless() ? LosslessForms::identifierAttribute(element_, tag)
                                                     : element_.getAttributeNode((kIdentifierPrefix + tag).c_str());
-  if (attribute == nullptr) return;
+  if (attribute == nullptr) {
+    if (document_.isLossless() && tag == u"InstanceUID") document_.report().enterUnnamed(set, element_);
+    return;
+  }
   if (tag != u"InstanceUID") return readValue(property, *attribute, &definition, document_);
   if (document_.isLossless()) return LosslessSets::readInstanceUID(property, *attribute, set, element_, document_);
   readInstanceUID(property, nodeText(*attribute), set);
@@ -104,6 +108,7 @@ void FromXMLMetadataSetVisitor::readInstanceUID(Element& property, const wstring
 void FromXMLMetadataSetVisitor::readExtensionElements(MetadataSet& set) {
   const DOMElement* container = findExtensionElements();
   if (container == nullptr) return;
+  if (document_.isLossless()) LosslessSets::reportText(*container, document_);
   for (const DOMElement* child : XMLUtils::childElements(*container)) readExtension(*child, set);
 }
 

@@ -4,6 +4,7 @@
 
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Strings.h"
+#include "XMLUtils/Strings.h"
 
 namespace Vantor::XML2Partition {
 
@@ -25,6 +26,16 @@ void ImportReport::add(Kind kind, const xercesc::DOMNode& node, const std::strin
 void ImportReport::addUnread(Kind kind, const xercesc::DOMNode& node, const std::string& message) {
   add(kind, node, message);
   if (set_ != nullptr && property_ != nullptr) result_.unread.push_back({set_, property_->symbol()});
+}
+
+void ImportReport::addUnknown(const xercesc::DOMNode& node, const std::string& message) {
+  add(Kind::kUnknownElement, node, message);
+  result_.diagnostics.back().uri = Utils::wstringToString(XMLUtils::utf16ToWstring(node.getNamespaceURI()));
+}
+
+void ImportReport::addUnknownUnread(const xercesc::DOMNode& node, const std::string& message) {
+  addUnread(Kind::kUnknownElement, node, message);
+  result_.diagnostics.back().uri = Utils::wstringToString(XMLUtils::utf16ToWstring(node.getNamespaceURI()));
 }
 
 ImportReport::Source* ImportReport::find(const Types::UUID& instanceUID) {

@@ -53,6 +53,9 @@ class ImportReport {
   void add(Kind kind, const xercesc::DOMNode& node, const std::string& message);
   /// The same for something that leaves the property that is being read without what the document has for it.
   void addUnread(Kind kind, const xercesc::DOMNode& node, const std::string& message);
+  /// The same for an element or attribute that its namespace does not have.
+  void addUnknown(const xercesc::DOMNode& node, const std::string& message);
+  void addUnknownUnread(const xercesc::DOMNode& node, const std::string& message);
 
   /// A set of the document and the element that it was made from.
   struct Source {
@@ -71,7 +74,18 @@ class ImportReport {
   void enterDark(DarkContent content) { dark_.insert(std::move(content)); }
 
   /// Notes a reference, whose target may come later. @param isDangling  the document says itself that there is none.
+  ///
+  /// Two strong references to one set are no diagnostic, although each says that it owns the set: files have them, such
+  /// as those of a writer whose floating root set refers strongly to the Preface, and an unedited document would never
+  /// be without one then.
   void refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling);
+  /// Counts a set within the property that refers to it, or a strong reference to one elsewhere.
+  void countNested() { ++result_.references.nested; }
+  void countPointer() { ++result_.references.pointers; }
+  /// Notes a set whose element has no InstanceUID.
+  void enterUnnamed(MetadataSet& set, const xercesc::DOMElement& element) {
+    result_.unnamed.push_back({&set, lineOf(element)});
+  }
   /// Tells of the references whose targets never came.
   void finish(const PartitionMetadata& partition);
 

@@ -101,6 +101,7 @@ class Comparison {
   void run(const MetaMetadata::MetaMetadataSet& definition) {
     for (const auto& attribute : definition.attributes()) compareProperty(*attribute.metaElement());
     compareExtensions();
+    LosslessSets::reportText(copy_, document_);
     LosslessSets::reportUnreadAttributes(copy_, definition, document_);
     LosslessSets::reportUnread(copyChildren_, document_);
   }

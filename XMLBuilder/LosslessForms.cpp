@@ -27,9 +27,13 @@ namespace {
 constexpr const char* kSource = "XMLBuilder\\LosslessForms";
 constexpr std::size_t kShownUnits = 40;
 
-[[noreturn]] void refuse(const wstring& text, const std::string& what, int line) {
+std::string quoted(const wstring& text) {
   const wstring shown = text.size() <= kShownUnits ? text : text.substr(0, kShownUnits) + u"...";
-  throw Exceptions::InvalidFormat("'" + Utils::wstringToString(shown) + "' is " + what, kSource, line);
+  return "'" + Utils::wstringToString(shown) + "'";
+}
+
+[[noreturn]] void refuse(const wstring& text, const std::string& what, int line) {
+  throw Exceptions::InvalidFormat(quoted(text) + " is " + what, kSource, line);
 }
 
 wstring trimmed(const wstring& text) {
@@ -79,6 +83,10 @@ wstring hexText(const wstring& text) {
   wstring digits;
   std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
                [](char16_t unit) { return unit != u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r'; });
+  if (!std::all_of(digits.begin(), digits.end(), isHexDigit)) {
+    refuse(text, "no run of octets: these are hexadecimal digits, two to an octet", __LINE__);
+  }
+  if (digits.size() % 2 != 0) refuse(text, "no run of octets: the last of them lacks its second digit", __LINE__);
   return digits;
 }
 
@@ -189,12 +197,18 @@ bool hasText(const DOMNode& node) {
   return false;
 }
 
-void refuseText(const DOMNode& node) {
+std::string strayText(const DOMNode& node) {
   for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
     if (!isTextNode(*child)) continue;
     const wstring text = trimmed(XMLUtils::utf16ToWstring(child->getNodeValue()));
-    if (!text.empty()) refuse(text, "text where only elements are expected", __LINE__);
+    if (!text.empty()) return quoted(text) + " is text where only elements are expected";
   }
+  return {};
+}
+
+void refuseText(const DOMNode& node) {
+  const auto text = strayText(node);
+  if (!text.empty()) throw Exceptions::InvalidFormat(text, kSource, __LINE__);
 }
 
 auto_ptr<Types::SimpleDataType> emptyValue(Identifier type) {

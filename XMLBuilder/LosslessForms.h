@@ -22,6 +22,8 @@ wstring plainText(const xercesc::DOMNode& node);
 
 /// Whether text other than white space stands directly within an element.
 bool hasText(const xercesc::DOMNode& node);
+/// That text, as messages say it; empty for none.
+std::string strayText(const xercesc::DOMNode& node);
 /// @throws InvalidFormat when it does: the element is to hold elements alone.
 void refuseText(const xercesc::DOMNode& node);
 

@@ -34,6 +34,15 @@ std::string namespaceOf(const DOMNode& node) {
   return uri.empty() ? "no namespace" : "the namespace " + uri;
 }
 
+std::string textOf(std::u16string_view text) { return Utils::wstringToString(wstring(text)); }
+
+/// Elements that stand for a set elsewhere are named after it and this suffix, which no set's name has.
+bool isPointer(const DOMElement& element) {
+  constexpr auto kSuffix = XMLBuilder::Vocabulary::kReferenceSuffix;
+  const std::u16string_view name = element.getLocalName();
+  return name.size() > kSuffix.size() && name.substr(name.size() - kSuffix.size()) == kSuffix;
+}
+
 /// Whether an attribute says something of the document and nothing of the set.
 bool isOfXML(const DOMNode& attribute) {
   const wstring uri = XMLUtils::utf16ToWstring(attribute.getNamespaceURI());
@@ -78,8 +87,14 @@ const MetaMetadata::MetaMetadataSet* findSet(const DOMElement& element, ImportDo
                                    definition->extensionAttribute(MetaMetadata::kXMLNamespaceURI)) {
     return definition;
   }
-  document.report().addUnread(Kind::kUnknownElement, element,
-                              "there is no set " + nameOf(element) + " in " + namespaceOf(element));
+  if (isPointer(element)) {
+    document.report().addUnread(Kind::kReference, element,
+                                "the reference " + nameOf(element) +
+                                    " does not say to which set: it has no attribute " +
+                                    "TargetInstance in the namespace " + textOf(XMLBuilder::Vocabulary::kTypesURI));
+  } else {
+    document.report().addUnknownUnread(element, "there is no set " + nameOf(element) + " in " + namespaceOf(element));
+  }
   return nullptr;
 }
 
@@ -102,16 +117,32 @@ auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, c
   const auto target = targetOf(carrier, document);
   if (!target) return nullptr;
   document.report().refer(*target, carrier, LosslessForms::isDangling(carrier));
-  if (type == Types::Identifiers::kStrongReference) return std::make_unique<Types::StrongReference>(*target);
+  const bool isStrong = type == Types::Identifiers::kStrongReference;
+  if (isStrong && !LosslessForms::isDangling(carrier)) document.report().countPointer();
+  if (isStrong) return std::make_unique<Types::StrongReference>(*target);
   if (type == Types::Identifiers::kWeakReference) return std::make_unique<Types::WeakReference>(*target);
   return nullptr;
 }
 
 bool isUnknownProperty(const DOMElement& element, ImportDocument& document) {
   if (LosslessForms::isGroupsElement(element, XMLBuilder::Vocabulary::kDarkElement)) return true;
-  document.report().add(Kind::kUnknownElement, element,
-                        "there is no property " + nameOf(element) + " in " + namespaceOf(element));
+  document.report().addUnknown(element, "there is no property " + nameOf(element) + " in " + namespaceOf(element));
   return false;
+}
+
+void reportText(const DOMElement& element, ImportDocument& document) {
+  const auto text = LosslessForms::strayText(element);
+  if (!text.empty()) document.report().add(Kind::kUnknownElement, element, text + "; it is not read");
+}
+
+void reportRoot(ImportDocument& document) {
+  constexpr std::u16string_view kName = u"MetadataSets";
+  const DOMElement& root = document.root();
+  const wstring uri = XMLUtils::utf16ToWstring(root.getNamespaceURI());
+  if (kName == root.getLocalName() && uri == XMLBuilder::Vocabulary::kRootURI) return;
+  document.report().addUnknown(root, "the root element is " + nameOf(root) + " in " + namespaceOf(root) + ", not " +
+                                         textOf(kName) + " in the namespace " +
+                                         textOf(XMLBuilder::Vocabulary::kRootURI));
 }
 
 void reportUnread(const SetChildren& children, ImportDocument& document) {
@@ -120,9 +151,8 @@ void reportUnread(const SetChildren& children, ImportDocument& document) {
       document.report().add(Kind::kSecondElement, *child.element,
                             "there is one " + nameOf(*child.element) + " already; this one is not read");
     } else {
-      document.report().add(Kind::kUnknownElement, *child.element,
-                            "the set has no property " + nameOf(*child.element) + " in " + namespaceOf(*child.element) +
-                                "; the element is not read");
+      document.report().addUnknown(*child.element, "the set has no property " + nameOf(*child.element) + " in " +
+                                                       namespaceOf(*child.element) + "; the element is not read");
     }
   }
 }
@@ -133,9 +163,8 @@ void reportUnreadAttributes(const DOMElement& element, const MetaMetadata::MetaM
   for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
     const DOMNode& attribute = *attributes.item(i);
     if (isOfXML(attribute) || isIdentifier(attribute, definition)) continue;
-    document.report().add(
-        Kind::kUnknownElement, attribute,
-        "the set has no attribute " + nameOf(attribute) + " in " + namespaceOf(attribute) + "; it is not read");
+    document.report().addUnknown(attribute, "the set has no attribute " + nameOf(attribute) + " in " +
+                                                namespaceOf(attribute) + "; it is not read");
   }
 }
 

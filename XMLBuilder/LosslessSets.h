@@ -30,7 +30,8 @@ class MaybeReading {
   std::optional<ImportReport::Reading> reading_;
 };
 
-/// The definition of an element that is a set in its namespace; null, and reported, for any other.
+/// The definition of an element that is a set in its namespace; null, and reported, for any other: an unknown set, or a
+/// reference that does not say to which.
 const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element, ImportDocument& document);
 
 /// The InstanceUID of a set's element; none when it has none, or something that is none.
@@ -49,6 +50,10 @@ auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, c
 /// reported.
 bool isUnknownProperty(const xercesc::DOMElement& element, ImportDocument& document);
 
+/// Tells of text in an element that is to hold elements alone: the root, a container or a set.
+void reportText(const xercesc::DOMElement& element, ImportDocument& document);
+/// Tells of a root that is another element than that of every document.
+void reportRoot(ImportDocument& document);
 /// Tells of the children of a set's element that nothing was read from.
 void reportUnread(const SetChildren& children, ImportDocument& document);
 /// Tells of its attributes but for its identifiers and what belongs to XML itself.

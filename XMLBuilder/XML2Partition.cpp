@@ -46,8 +46,14 @@ void reserveDarkTags(ImportDocument& document) {
   }
 }
 
+void prepareLossless(ImportDocument& document) {
+  LosslessSets::reportRoot(document);
+  LosslessSets::reportText(document.root(), document);
+  reserveDarkTags(document);
+}
+
 ImportedSets importDocument(ImportDocument& document) {
-  if (document.isLossless()) reserveDarkTags(document);
+  if (document.isLossless()) prepareLossless(document);
   ImportedSets imported;
   for (const auto* child : XMLUtils::childElements(document.root())) {
     if (const auto* definition = findRootSet(*child, document)) {

@@ -45,10 +45,12 @@ VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> g
 VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromFile(
     const uint16* path, PartitionMetadata* partition);
 
-/// Something that a document says twice, or that cannot be what it stands for. What it is about was not read.
+/// Something that a document says twice, or that cannot be what it stands for. What it is about was not read, but for a
+/// root element of another name, whose content is.
 struct ImportDiagnostic {
   enum class Kind {
-    kUnknownElement,     ///< an element or attribute that is no set, or no property of its set, in its namespace
+    kUnknownElement,     ///< an element or attribute that is no set, or no property of its set, in its namespace; text
+                         ///< beside sets or properties; a root that is no `MetadataSets`
     kSecondElement,      ///< one more element for a property
     kValue,              ///< a text that is no value of its type: not a number, out of range, no identifier
     kReference,          ///< a reference to a set that the document does not have, or to none at all
@@ -61,12 +63,27 @@ struct ImportDiagnostic {
   std::string set;       ///< the symbol of the set, with its InstanceUID when it has one; empty outside of sets
   std::string property;  ///< the symbol of the property; empty for the set itself
   std::string message;   ///< what is wrong
+  std::string uri = {};  ///< the namespace of an element or attribute that is unknown in it; empty for none
 };
 
 /// A property that the document has, but not in a form that could be read.
 struct UnreadProperty {
   MetadataSet* set;
   std::string property;  ///< the symbol
+};
+
+/// A set whose element has no InstanceUID. That is no mistake in itself: files have such sets, and where a document
+/// nests sets, a set that is new needs none. Nothing else in a document can refer to it.
+struct UnnamedSet {
+  MetadataSet* set;  ///< with an InstanceUID that was made up
+  uint64 line;       ///< from 1; 0 when it is not known
+};
+
+/// How a document has the sets that strong references lead to. One form is nearly alone in most documents: it tells
+/// whether a document nests sets.
+struct ReferenceForms {
+  std::size_t nested = 0;    ///< within the property that refers to the set
+  std::size_t pointers = 0;  ///< elsewhere in the document; references that say that there is no set do not count
 };
 
 /// What a lossless import made and what it could not.
@@ -76,6 +93,8 @@ struct LosslessImport {
   /// In the order of the document, but for references to sets that it does not have, which come last.
   std::vector<ImportDiagnostic> diagnostics;
   std::vector<UnreadProperty> unread;
+  std::vector<UnnamedSet> unnamed;
+  ReferenceForms references;
 };
 
 /// The way back that gives what was written, where the functions above keep to forms that lose a part of it:

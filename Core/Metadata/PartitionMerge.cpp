@@ -2,51 +2,49 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
 #include "Core/DataIO/Memory.h"
+#include "Core/Metadata/CollectionElements.h"
+#include "Core/Metadata/DocumentDifference.h"
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Metadata/PropertyIdentity.h"
 #include "Core/Metadata/PropertyPairing.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Metadata/ReferenceMerge.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Factories.h"
 
 namespace Vantor {
 
+using namespace DocumentDifference;
+
 namespace {
 
 constexpr const char* kSource = "Core/Metadata/PartitionMerge";
 
-Bytes octetsOf(const Element& property) {
-  const auto* value = property.wireValue();
-  if (value == nullptr) return {};
-  return Bytes(value->rawBuffer(), value->rawBuffer() + value->encodedSize());
+std::string textOf(const Types::UUID& identifier) { return Utils::wstringToString(identifier.toString(kDottedForm)); }
+
+std::string nameOf(const MetadataSet& set) {
+  return set.instanceUID() == nullptr ? set.name() : set.name() + " " + textOf(*set.instanceUID());
 }
 
-/// Both are read from documents: where these say the same, the values are the same.
-bool isSame(const Element* left, const Element* right) {
-  if (left == nullptr || right == nullptr) return left == right;
-  const auto *leftValue = left->wireValue(), *rightValue = right->wireValue();
-  if (leftValue == nullptr || rightValue == nullptr) return leftValue == rightValue;
-  return leftValue->identifier() == rightValue->identifier() && octetsOf(*left) == octetsOf(*right);
+ReferenceTargets targetsOf(const Element* property) {
+  ReferenceTargets targets;
+  if (property != nullptr) property->appendTargets({true}, targets);
+  return targets;
 }
 
-/// The set with an InstanceUID, where there is only one.
-const MetadataSet* findOnly(const PartitionMetadata& partition, const Types::UUID& instanceUID) {
-  const auto& found = partition.findByInstanceUID(instanceUID);
-  return found.size() == 1 ? found.front() : nullptr;
+ReferenceTargets allTargetsOf(const MetadataSet& set) {
+  ReferenceTargets targets;
+  for (const Element* property : set.inDefinitionOrder()) property->appendTargets({true}, targets);
+  return targets;
 }
 
-const DarkParsedGroup* asGroup(const MetadataSet* set) { return dynamic_cast<const DarkParsedGroup*>(set); }
-
-/// Gives a property of one partition the value that one of another partition has.
-void copyValue(const Element& from, Element& to) {
+/// Gives a property the value that some octets stand for.
+void setOctets(Element& to, const Bytes& octets) {
   const auto* definition = to.metaAttribute().metaElement();
-  const Bytes octets = octetsOf(from);
-  to.markPresent();
-  if (from.wireValue() == nullptr) return setDecodedValue(to, nullptr);
   auto value = definition == nullptr
                    ? Types::Factories::fromBytes(Types::Identifiers::kUnknown, octets.data(), octets.size())
                    : decodeValue(*definition, octets.data(), octets.size());
@@ -58,35 +56,85 @@ void copyValue(const Element& from, Element& to) {
   setDecodedValue(to, std::move(value));
 }
 
-/// What is to be done to one property.
-struct PropertyEdit {
-  const Element* before;  ///< null for one that is added
-  const Element* after;   ///< null for one that is taken out
-};
-
-/// The edits of one set.
-std::vector<PropertyEdit> editsOf(const MetadataSet& before, const PartitionDictionary& beforeTags,
-                                  const MetadataSet& after, const PartitionDictionary& afterTags) {
-  std::vector<PropertyEdit> edits;
-  for (const auto& pair : pairProperties(before, beforeTags, after, afterTags)) {
-    if (!isSame(pair.left, pair.right)) edits.push_back({pair.left, pair.right});
-  }
-  return edits;
+/// Gives a property of one partition the value that one of another partition has.
+void copyValue(const Element& from, Element& to) {
+  to.markPresent();
+  if (from.wireValue() == nullptr) return setDecodedValue(to, nullptr);
+  setOctets(to, octetsOf(from));
 }
 
-/// KLVs that are told by what they hold.
-using DarkKey = std::pair<KLV::Key, Bytes>;
+void setTargets(const ReferenceTargets& targets, Element& property) {
+  DataIO::Memory::MemoryDataSink sink;
+  const auto writeNumber = [&sink](uint32 number) {
+    for (int shift = 24; shift >= 0; shift -= 8) {
+      const auto octet = static_cast<uint8>(number >> shift);
+      sink.write(&octet, 1);
+    }
+  };
+  // A collection starts with the number and the size of its items (ST 377-1).
+  writeNumber(static_cast<uint32>(targets.size()));
+  writeNumber(Types::UUID::kSize);
+  for (const auto& target : targets) sink.write(target.rawBuffer(), Types::UUID::kSize);
+  setOctets(property, Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()));
+}
+
+/// The tag that a property of a document has in the file, as far as the document tells; 0 for none.
+uint16 tagInOctets(const Element& property, const PartitionDictionary& tags) {
+  return property.localTag() != 0 ? property.localTag() : PropertyIdentity(property, tags).tag;
+}
+
+/// The properties of an edited set that stand for those of the documents.
+class Places {
+ public:
+  Places(const MetadataSet& set, const PartitionDictionary& tags) : set_(set), tags_(tags) {}
+
+  /// @param before, after  null for a property that the document does not have.
+  const Element* find(const PropertyPair& pair, const MetadataSet& before, const PartitionDictionary& beforeTags,
+                      const MetadataSet& after, const PartitionDictionary& afterTags) {
+    const Element* wanted = pair.left != nullptr ? pair.left : pair.right;
+    const auto& wantedTags = pair.left != nullptr ? beforeTags : afterTags;
+    enter(pair.left != nullptr ? before : after, wantedTags);
+    const auto found = places_.find(wanted);
+    return found != places_.end() ? found->second : findByTag(*wanted, wantedTags);
+  }
+
+ private:
+  void enter(const MetadataSet& set, const PartitionDictionary& tags) {
+    if (!entered_.insert(&set).second) return;
+    for (const auto& pair : pairProperties(set_, tags_, set, tags)) {
+      if (pair.left != nullptr && pair.right != nullptr) places_.emplace(pair.right, pair.left);
+    }
+  }
+
+  /// A document that was made without the definition of a property has it as an unknown one, and one that was made
+  /// without the definition of a set has the octets of all of it, with the tags of the file.
+  const Element* findByTag(const Element& unknown, const PartitionDictionary& unknownTags) const {
+    const auto* label = unknownLabelOf(unknown, unknownTags);
+    const auto tag = label != nullptr ? tags_.tryFindTag(*label) : tagInOctets(unknown, unknownTags);
+    if (tag == 0) return nullptr;
+    const auto all = set_.inDefinitionOrder();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [tag](const Element* property) { return property->localTag() == tag; });
+    return found == all.end() ? nullptr : *found;
+  }
+
+  const MetadataSet& set_;
+  const PartitionDictionary& tags_;
+  std::set<const MetadataSet*> entered_;
+  std::unordered_map<const Element*, const Element*> places_;
+};
 
 class Merge {
  public:
-  Merge(const PartitionMetadata& original, const std::vector<const PartitionMetadata*>& before,
-        const PartitionMetadata& after, const MergeRules& rules)
+  Merge(const PartitionMetadata& original, const UneditedDocuments& documents, const DocumentContent& edited,
+        const MergeRules& rules)
       : original_(original),
-        before_(before),
-        after_(after),
+        documents_(documents),
+        edited_(edited),
+        after_(*edited.partition),
         rules_(rules),
         originalTags_(original.partitionDictionary()),
-        afterTags_(after.partitionDictionary()),
+        afterTags_(after_.partitionDictionary()),
         result_(std::make_unique<PartitionMetadata>(original.partitionDictionary().dictionary())) {}
 
   auto_ptr<PartitionMetadata> run(MergeSummary* summary) {
@@ -104,102 +152,168 @@ class Merge {
     }
     addNewSets();
     for (const auto& [key, octets] : addedDark_) addDark(key, octets);
-    if (summary != nullptr) *summary = summary_;
+    refuseHiddenReferences();
+    tellUntakenUnnamed();
+    if (summary != nullptr) *summary = std::move(summary_);
     return std::move(result_);
   }
 
  private:
-  const PartitionMetadata& fullest() const { return *before_.front(); }
+  const PartitionMetadata& shown() const { return *documents_.shown.partition; }
+  const PartitionMetadata& full() const { return *documents_.full.partition; }
+
   void keep(const MetadataSet& set) { append(set, originalTags_, *result_); }
 
   void mergeSet(const MetadataSet& set) {
     const auto* instanceUID = set.instanceUID();
-    if (instanceUID == nullptr && asGroup(&set) != nullptr) return mergeDark(*asGroup(&set));
-    const auto* before = instanceUID == nullptr || findOnly(original_, *instanceUID) == nullptr
-                             ? nullptr
-                             : findOnly(fullest(), *instanceUID);
-    if (before == nullptr) return keep(set);
+    if (instanceUID == nullptr) return asGroup(&set) != nullptr ? mergeDark(*asGroup(&set)) : keep(set);
+    if (findOnly(original_, *instanceUID) == nullptr) return keepOneOfSeveral(set);
+    const bool isShown = findOnly(shown(), *instanceUID) != nullptr;
     const auto* after = findOnly(after_, *instanceUID);
-    if (after == nullptr) {
-      rules_.mayRemove && !isMissingInAForm(*instanceUID) ? void(++summary_.removedSets) : keep(set);
-    } else if (asGroup(&set) != nullptr || asGroup(after) != nullptr) {
-      mergeGroup(set, *after);
+    if (after == nullptr) return isShown ? takeOut(set) : keep(set);
+    mergeSet(set, *after, isShown ? documents_.shown : documents_.full);
+  }
+
+  void mergeSet(const MetadataSet& set, const MetadataSet& after, const DocumentContent& unedited) {
+    const auto* before = findOnly(*unedited.partition, *set.instanceUID());
+    if (before == nullptr) {
+      summary_.untaken.push_back({nameOf(set), "an unedited document does not have it"});
+      keep(set);
+    } else if (asGroup(&set) != nullptr || asGroup(&after) != nullptr) {
+      mergeGroup(set, *before, after);
+    } else if (before->definition() != after.definition()) {
+      summary_.untaken.push_back({nameOf(set), "the document has a " + after.name() + " with its InstanceUID"});
+      keep(set);
     } else {
-      mergeProperties(set, *before, *after);
+      mergeProperties(set, unedited, *before, after);
     }
   }
 
-  /// Whether a document that nobody edited may lack the set.
-  bool isMissingInAForm(const Types::UUID& instanceUID) const {
-    return std::any_of(before_.begin(), before_.end(),
-                       [&](const PartitionMetadata* form) { return findOnly(*form, instanceUID) == nullptr; });
+  void takeOut(const MetadataSet& set) {
+    if (rules_.mayRemove) {
+      ++summary_.removedSets;
+      removed_.emplace(*set.instanceUID(), &set);
+    } else {
+      summary_.kept.push_back({nameOf(set), ""});
+      keep(set);
+    }
   }
 
-  void mergeGroup(const MetadataSet& set, const MetadataSet& after) {
-    const auto* edited = asGroup(&after);
-    const bool isUnedited = std::any_of(before_.begin(), before_.end(), [&](const PartitionMetadata* form) {
-      const auto* group = asGroup(findOnly(*form, *set.instanceUID()));
-      return group != nullptr && edited != nullptr && group->value() == edited->value();
-    });
-    if (isUnedited) return keep(set);
+  /// Which of the sets with one InstanceUID is meant, nobody can tell.
+  void keepOneOfSeveral(const MetadataSet& set) {
+    keep(set);
+    const auto& all = original_.findByInstanceUID(*set.instanceUID());
+    const auto* before = findOnly(shown(), *set.instanceUID());
+    if (&set != all.front() || before == nullptr) return;
+    const auto* after = findOnly(after_, *set.instanceUID());
+    if (after != nullptr && areSame(*before, shown().partitionDictionary(), *after, afterTags_)) return;
+    if (after == nullptr && !rules_.mayRemove) return summary_.kept.push_back({nameOf(set), ""});
+    summary_.untaken.push_back({nameOf(set), "another set has the same InstanceUID"});
+  }
+
+  void mergeGroup(const MetadataSet& set, const MetadataSet& before, const MetadataSet& after) {
+    const auto *group = asGroup(&before), *edited = asGroup(&after);
+    if (group != nullptr && edited != nullptr && group->value() == edited->value()) return keep(set);
     ++summary_.changedSets;
     ++summary_.changedProperties;
     addSet(after);
   }
 
-  void mergeProperties(const MetadataSet& set, const MetadataSet& before, const MetadataSet& after) {
-    auto edits = editsOf(before, fullest().partitionDictionary(), after, afterTags_);
-    const auto isNoEdit = [&](const PropertyEdit& edit) { return !isEdit(edit, *set.instanceUID(), after); };
-    edits.erase(std::remove_if(edits.begin(), edits.end(), isNoEdit), edits.end());
+  void mergeProperties(const MetadataSet& set, const DocumentContent& unedited, const MetadataSet& before,
+                       const MetadataSet& after) {
     keep(set);
-    if (edits.empty()) return;
-    ++summary_.changedSets;
-    summary_.changedProperties += edits.size();
-    apply(edits, before, *result_->sets().back());
+    MetadataSet& merged = *result_->sets().back();
+    refuseLostReferences(merged, unedited, after);
+    const auto& beforeTags = unedited.partition->partitionDictionary();
+    Places places(merged, originalTags_);
+    std::vector<std::pair<PropertyPair, const Element*>> edits;
+    for (const auto& pair : differingProperties(before, beforeTags, after, afterTags_)) {
+      if (mayChange(pair, merged)) edits.emplace_back(pair, places.find(pair, before, beforeTags, after, afterTags_));
+    }
+    std::size_t changed = 0;
+    for (const auto& [pair, place] : edits) changed += apply(pair, place, merged) ? 1 : 0;
+    summary_.changedProperties += changed;
+    if (changed != 0) ++summary_.changedSets;
   }
 
-  /// Whether what differs from the fullest form differs from all of them, and may be changed at all.
-  bool isEdit(const PropertyEdit& edit, const Types::UUID& instanceUID, const MetadataSet& after) const {
-    if (edit.after == nullptr && !rules_.mayRemove) return false;
-    const auto* definition = (edit.before == nullptr ? edit.after : edit.before)->metaAttribute().metaElement();
-    if (definition != nullptr && rules_.untouched.count(MergeRules::keyOf(instanceUID, definition->symbol())) != 0) {
-      return false;
-    }
-    return std::none_of(before_.begin() + 1, before_.end(), [&](const PartitionMetadata* form) {
-      const auto* set = findOnly(*form, instanceUID);
-      return set != nullptr && isSameIn(*form, *set, edit, after);
-    });
+  bool mayChange(const PropertyPair& edit, const MetadataSet& set) {
+    const Element& property = edit.left == nullptr ? *edit.right : *edit.left;
+    const auto* definition = property.metaAttribute().metaElement();
+    const auto key = definition == nullptr ? "" : DocumentContent::keyOf(*set.instanceUID(), definition->symbol());
+    if (definition != nullptr && edited_.unread.count(key) != 0) return false;
+    if (edit.right != nullptr || rules_.mayRemove) return true;
+    summary_.kept.push_back({nameOf(set), propertyName(property, shown().partitionDictionary())});
+    return false;
   }
 
-  /// Whether another form of the unedited document has what the edited one has.
-  bool isSameIn(const PartitionMetadata& form, const MetadataSet& set, const PropertyEdit& edit,
-                const MetadataSet& after) const {
-    const auto pairs = pairProperties(set, form.partitionDictionary(), after, afterTags_);
-    if (edit.after != nullptr) {
-      return std::any_of(pairs.begin(), pairs.end(), [&](const PropertyPair& pair) {
-        return pair.right == edit.after && isSame(pair.left, pair.right);
-      });
+  /// @param place  the property of the merged set; null when it has none.
+  /// @return whether that changes the set.
+  bool apply(const PropertyPair& edit, const Element* place, MetadataSet& set) {
+    if (place == nullptr && edit.right == nullptr) return false;
+    if (place != nullptr && isSame(place, edit.right)) return false;
+    if (place != nullptr && isToldAs(*place, edit)) {
+      const auto all = targetsOf(place), shown = targetsOf(edit.left);
+      if (all != shown) return applyReferences(edit, *place, all, shown, set);
     }
-    const PropertyIdentity removed(*edit.before, fullest().partitionDictionary());
-    return std::none_of(pairs.begin(), pairs.end(), [&](const PropertyPair& pair) {
-      return pair.left != nullptr && PropertyIdentity(*pair.left, form.partitionDictionary()) == removed;
-    });
+    if (edit.right == nullptr) {
+      set.remove(*place);
+    } else {
+      // The set belongs to the result, whose properties may change.
+      copyValue(*edit.right, place == nullptr ? addProperty(*edit.right, set) : const_cast<Element&>(*place));
+    }
+    return true;
   }
 
-  void apply(const std::vector<PropertyEdit>& edits, const MetadataSet& before, MetadataSet& set) {
-    std::unordered_map<const Element*, const Element*> places;  // by the property before
-    for (const auto& pair :
-         pairProperties(set, result_->partitionDictionary(), before, fullest().partitionDictionary())) {
-      if (pair.right != nullptr) places[pair.right] = pair.left;
+  /// Whether the document has the property under its definition, not as octets of an unknown one.
+  static bool isToldAs(const Element& place, const PropertyPair& edit) {
+    const Element& told = edit.right == nullptr ? *edit.left : *edit.right;
+    return told.metaAttribute().metaElement() == place.metaAttribute().metaElement();
+  }
+
+  /// Of references that the document does not all show.
+  bool applyReferences(const PropertyPair& edit, const Element& place, const ReferenceTargets& all,
+                       const ReferenceTargets& shown, const MetadataSet& set) {
+    const bool isCollection = dynamic_cast<const CollectionElement*>(&place) != nullptr;
+    const auto merged = isCollection && edit.right != nullptr ? mergeReferences(all, shown, targetsOf(edit.right))
+                                                              : std::optional<ReferenceTargets>();
+    if (!merged) refuse(set, place);
+    if (*merged == all) return false;
+    setTargets(*merged, const_cast<Element&>(place));
+    return true;
+  }
+
+  /// An element that refers to nothing is what documents have for a reference that they do not show. When it is gone,
+  /// the user has something in mind.
+  void refuseLostReferences(const MetadataSet& set, const DocumentContent& unedited, const MetadataSet& after) const {
+    if (unedited.unread.empty()) return;
+    for (const Element* property : set.inDefinitionOrder()) {
+      const auto* definition = property->metaAttribute().metaElement();
+      if (definition == nullptr || !isReference(*definition)) continue;
+      const auto key = DocumentContent::keyOf(*set.instanceUID(), definition->symbol());
+      const auto* edited = after.find(definition->key());
+      const bool isGone = edited == nullptr || !edited->isPresent();
+      if (unedited.unread.count(key) != 0 && edited_.unread.count(key) == 0 && isGone) refuse(set, *property);
     }
-    for (const auto& edit : edits) {
-      const auto found = places.find(edit.before);
-      const Element* place = found == places.end() ? nullptr : found->second;
-      if (edit.after == nullptr) {
-        if (place != nullptr) set.remove(*place);
-      } else {
-        // The set belongs to the result, whose properties may change.
-        copyValue(*edit.after, place == nullptr ? addProperty(*edit.after, set) : const_cast<Element&>(*place));
+  }
+
+  [[noreturn]] void refuse(const MetadataSet& set, const Element& property) const {
+    throw UnclearEdit("the " + nameOf(set) + ": " + propertyName(property, originalTags_) +
+                          " was edited, and refers to sets that the document does not show there",
+                      kSource, __LINE__);
+  }
+
+  /// What the document shows of references to sets that were taken out, it means.
+  void refuseHiddenReferences() const {
+    if (removed_.empty()) return;
+    for (const MetadataSet* set : result_->sets()) {
+      const auto* after = set->instanceUID() == nullptr ? nullptr : findOnly(after_, *set->instanceUID());
+      const auto shown = after == nullptr ? ReferenceTargets() : allTargetsOf(*after);
+      for (const auto& target : allTargetsOf(*set)) {
+        const auto removed = removed_.find(target);
+        if (removed == removed_.end() || std::find(shown.begin(), shown.end(), target) != shown.end()) continue;
+        throw UnclearEdit("the " + nameOf(*removed->second) + " was taken out, and the " + nameOf(*set) +
+                              " refers to it, which the document does not show there",
+                          kSource, __LINE__);
       }
     }
   }
@@ -222,16 +336,15 @@ class Merge {
   Types::LocalTag tagFor(const Element& property) {
     auto& tags = result_->partitionDictionary();
     if (const auto* label = unknownLabelOf(property, afterTags_)) return tags.findOrGenerate(*label);
-    const PropertyIdentity identity(property, afterTags_);
-    if (identity.kind == PropertyIdentity::Kind::kUnknownTag) return Types::LocalTag(identity.tag);
+    if (const auto tag = tagInOctets(property, afterTags_)) return Types::LocalTag(tag);
     return tags.unlistedTag(unlisted_++);
   }
 
   void addNewSets() {
     for (const MetadataSet* set : after_.sets()) {
       const auto* instanceUID = set->instanceUID();
-      if (instanceUID == nullptr || !original_.findByInstanceUID(*instanceUID).empty() ||
-          !fullest().findByInstanceUID(*instanceUID).empty() || isNameless(*set)) {
+      if (instanceUID == nullptr || edited_.unnamed.count(set) != 0 ||
+          !original_.findByInstanceUID(*instanceUID).empty() || !full().findByInstanceUID(*instanceUID).empty()) {
         continue;
       }
       ++summary_.addedSets;
@@ -239,11 +352,24 @@ class Merge {
     }
   }
 
-  /// Whether the set may be one that has no InstanceUID in the file, and got another one at every reading.
-  bool isNameless(const MetadataSet& set) const {
-    const auto& sets = original_.find(set.key());
-    return std::any_of(sets.begin(), sets.end(),
-                       [](const MetadataSet* known) { return known->instanceUID() == nullptr; });
+  /// Sets without InstanceUID are told by what they say; one that says something else is nobody's.
+  void tellUntakenUnnamed() {
+    std::map<std::string, int64> balance;
+    std::map<std::string, std::string> names;
+    const auto count = [&](const DocumentContent& document, int64 by) {
+      for (const MetadataSet* set : document.unnamed) {
+        const auto content = contentOf(*set, document.partition->partitionDictionary());
+        balance[content] += by;
+        names[content] = set->name();
+      }
+    };
+    count(documents_.shown, -1);
+    count(edited_, 1);
+    std::set<std::string> untaken;
+    for (const auto& [content, difference] : balance) {
+      if (difference != 0) untaken.insert(names.at(content));
+    }
+    for (const auto& name : untaken) summary_.untaken.push_back({name, "it has no InstanceUID"});
   }
 
   void addSet(const MetadataSet& set) {
@@ -257,25 +383,17 @@ class Merge {
 
   // Dark KLVs: what is there before but not after is replaced by what is there after but not before.
 
-  template <class Add>
-  static void forEachDark(const PartitionMetadata& partition, Add&& add) {
-    for (auto at = partition.darkBegin(); at != partition.darkEnd(); ++at) {
-      const auto& value = (*at)->value();
-      add(DarkKey((*at)->key(), Bytes(value.rawBuffer(), value.rawBuffer() + value.serializedSize())));
-    }
-    for (const MetadataSet* set : partition.sets()) {
-      const auto* group = asGroup(set);
-      if (group != nullptr && group->instanceUID() == nullptr) add(DarkKey(group->key(), group->value()));
-    }
-  }
-
   void compareDark() {
-    std::map<DarkKey, int64> balance;
-    forEachDark(fullest(), [&](DarkKey key) { --balance[std::move(key)]; });
-    forEachDark(after_, [&](DarkKey key) { ++balance[std::move(key)]; });
-    for (auto& [key, count] : balance) {
-      for (; count < 0; ++count) ++removedDark_[key];
-      for (; count > 0; --count) addedDark_.emplace(key.first, key.second);
+    const auto after = countDark(after_), inFull = countDark(full());
+    const auto countIn = [](const DarkCounts& counts, const DarkKey& key) {
+      const auto found = counts.find(key);
+      return found == counts.end() ? int64{0} : found->second;
+    };
+    for (const auto& [key, count] : countDark(shown())) {
+      if (count > countIn(after, key)) removedDark_[key] = count - countIn(after, key);
+    }
+    for (const auto& [key, count] : after) {
+      for (int64 i = countIn(inFull, key); i < count; ++i) addedDark_.emplace(key.first, key.second);
     }
   }
 
@@ -283,9 +401,12 @@ class Merge {
   void mergeDark(const Set& set) {
     const auto removed = removedDark_.find(DarkKey(set.key(), octetsOfValue(set)));
     if (removed == removedDark_.end() || removed->second == 0) return append(set, *result_);
-    const auto replacement = addedDark_.find(set.key());
-    if (replacement == addedDark_.end() && !rules_.mayRemove) return append(set, *result_);
     --removed->second;
+    const auto replacement = addedDark_.find(set.key());
+    if (replacement == addedDark_.end() && !rules_.mayRemove) {
+      summary_.kept.push_back({"dark set " + Utils::wstringToString(set.key().toString()), ""});
+      return append(set, *result_);
+    }
     if (replacement == addedDark_.end()) return void(++summary_.removedSets);
     ++summary_.changedSets;
     ++summary_.changedProperties;
@@ -314,7 +435,8 @@ class Merge {
   }
 
   const PartitionMetadata& original_;
-  const std::vector<const PartitionMetadata*>& before_;
+  const UneditedDocuments& documents_;
+  const DocumentContent& edited_;
   const PartitionMetadata& after_;
   const MergeRules& rules_;
   PartitionDictionary originalTags_;  // a copy: writing may enter tags
@@ -322,20 +444,52 @@ class Merge {
   auto_ptr<PartitionMetadata> result_;
   MergeSummary summary_;
   std::size_t unlisted_ = 0;
-  std::map<DarkKey, uint64> removedDark_;
+  std::unordered_map<Types::UUID, const MetadataSet*> removed_;
+  std::map<DarkKey, int64> removedDark_;
   std::multimap<KLV::Key, Bytes> addedDark_;
 };
 
-}  // namespace
-
-std::string MergeRules::keyOf(const Types::UUID& instanceUID, const std::string& symbol) {
-  return Utils::wstringToString(instanceUID.toString(kDottedForm)) + " " + symbol;
+std::size_t countEditsOfSet(const MetadataSet& before, const PartitionDictionary& beforeTags, const MetadataSet* after,
+                            const PartitionDictionary& afterTags) {
+  if (after == nullptr) return 1;
+  if (asGroup(&before) == nullptr && asGroup(after) == nullptr) {
+    return differingProperties(before, beforeTags, *after, afterTags).size();
+  }
+  return areSame(before, beforeTags, *after, afterTags) ? 0 : 1;
 }
 
-auto_ptr<PartitionMetadata> mergeEdits(const PartitionMetadata& original,
-                                       const std::vector<const PartitionMetadata*>& before,
-                                       const PartitionMetadata& after, const MergeRules& rules, MergeSummary* summary) {
-  return Merge(original, before, after, rules).run(summary);
+std::size_t countDarkEdits(const PartitionMetadata& before, const PartitionMetadata& after) {
+  auto balance = countDark(before);
+  for (const auto& [key, count] : countDark(after)) balance[key] -= count;
+  std::size_t edits = 0;
+  for (const auto& [key, count] : balance) edits += static_cast<std::size_t>(count < 0 ? -count : count);
+  return edits;
+}
+
+}  // namespace
+
+std::string DocumentContent::keyOf(const Types::UUID& instanceUID, const std::string& symbol) {
+  return textOf(instanceUID) + " " + symbol;
+}
+
+auto_ptr<PartitionMetadata> mergeEdits(const PartitionMetadata& original, const UneditedDocuments& documents,
+                                       const DocumentContent& edited, const MergeRules& rules, MergeSummary* summary) {
+  return Merge(original, documents, edited, rules).run(summary);
+}
+
+std::size_t countEdits(const DocumentContent& unedited, const DocumentContent& edited) {
+  const PartitionMetadata &before = *unedited.partition, &after = *edited.partition;
+  const auto &beforeTags = before.partitionDictionary(), &afterTags = after.partitionDictionary();
+  std::size_t edits = countDarkEdits(before, after);
+  for (const MetadataSet* set : before.sets()) {
+    if (set->instanceUID() == nullptr || unedited.unnamed.count(set) != 0) continue;
+    edits += countEditsOfSet(*set, beforeTags, findOnly(after, *set->instanceUID()), afterTags);
+  }
+  for (const MetadataSet* set : after.sets()) {
+    if (set->instanceUID() == nullptr || edited.unnamed.count(set) != 0) continue;
+    if (before.findByInstanceUID(*set->instanceUID()).empty()) ++edits;
+  }
+  return edits;
 }
 
 }  // namespace Vantor

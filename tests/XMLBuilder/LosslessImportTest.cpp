@@ -164,7 +164,10 @@ INSTANTIATE_TEST_SUITE_P(
                 "<rp210:FileLastModified><types:Second>x</types:Second></rp210:FileLastModified>",
                 kSet + "FileLastModified|'x' is no number from 0 to 255 for Second"},
         Mistake{"AMissingField", "<rp210:FileLastModified><types:Second>1</types:Second></rp210:FileLastModified>",
-                kSet + "FileLastModified|!milliValue.empty (): No 'mSec4' element in XML metadata"},
+                kSet + "FileLastModified|mSec4 is missing or empty, and the value needs it"},
+        Mistake{"AnEmptyField",
+                "<rp210:FileLastModified><types:Second>1</types:Second><types:mSec4/></rp210:FileLastModified>",
+                kSet + "FileLastModified|mSec4 is missing or empty, and the value needs it"},
         Mistake{"AReferenceToNoSet",
                 "<rp210:ContentStorageObject><s377m:ContentStorage_REF types:TargetInstance='" +
                     std::string(kStorageUID) + "'/></rp210:ContentStorageObject>",
@@ -181,7 +184,17 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"UnknownBytesThatAreNoHexadecimalDigits",
                 "<groups:ExtensionElements><groups:DarkElement groups:StaticLocalTag='12.34'>0G</groups:DarkElement>"
                 "</groups:ExtensionElements>",
-                kSet + "|Value contains non Hexadecimal characters"}),
+                kSet + "|'0G' is no run of octets: these are hexadecimal digits, two to an octet"},
+        Mistake{"UnknownBytesOfWhichTheLastIsHalf",
+                "<groups:ExtensionElements><groups:DarkElement groups:StaticLocalTag='12.34'>012</groups:DarkElement>"
+                "</groups:ExtensionElements>",
+                kSet + "|'012' is no run of octets: the last of them lacks its second digit"},
+        Mistake{"AReferenceThatDoesNotSayWhereTo",
+                "<rp210:ContentStorageObject><s377m:Content_REF/></rp210:ContentStorageObject>",
+                kSet + "ContentStorageObject|the reference Content_REF does not say to which set: it has no attribute "
+                       "TargetInstance in the namespace urn:SMPTE:Types:MXF"},
+        Mistake{"TextBesideExtensionElements", "<groups:ExtensionElements>text</groups:ExtensionElements>",
+                kSet + "|'text' is text where only elements are expected; it is not read"}),
     [](const testing::TestParamInfo<Mistake>& mistake) { return std::string(mistake.param.name); });
 
 TEST(LosslessImport, TellsOfAttributesThatAreNoIdentifiersOfTheSet) {
@@ -220,6 +233,71 @@ TEST(LosslessImport, TellsOfRootElementsThatAreNoSets) {
   EXPECT_THAT(document.messages(), ElementsAre("2|||there is no set Prefce in the namespace urn:SMPTE:S377M",
                                                "3|||there is no set note in the namespace urn:example"));
   EXPECT_TRUE(document.partition().sets().empty());
+}
+
+TEST(LosslessImport, TellsOfTextBesideSetsAndProperties) {
+  const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>";
+  Imported document(documentOf("root\n" + start + "first<rp210:ByteOrder>1</rp210:ByteOrder></s377m:Preface>\n" +
+                               start +
+                               "<rp210:ByteOrder>1</rp210:ByteOrder><![CDATA[second]]></s377m:Preface>\n"
+                               "<groups:FloatingDarkMetadata>third<!-- fourth --></groups:FloatingDarkMetadata>"));
+  const std::string set = "Preface " + std::string(kPrefaceUID);
+  const std::string why = " is text where only elements are expected; it is not read";
+  EXPECT_THAT(document.messages(), ElementsAre("1|||'root'" + why, "3|" + set + "||'first'" + why,
+                                               "4|" + set + "||'second'" + why, "5|||'third'" + why));
+  EXPECT_THAT(document.kinds(), testing::Each(Kind::kUnknownElement));
+}
+
+TEST(LosslessImport, TellsOfARootOfAnotherNameAndReadsWhatIsInIt) {
+  for (const std::string root : {"Metadatasets xmlns='urn:SMPTE:S377M'", "MetadataSets"}) {
+    Imported document("<" + root + "><s377m:Preface xmlns:s377m='urn:SMPTE:S377M'/></" +
+                      root.substr(0, root.find(' ')) + ">");
+    EXPECT_THAT(document.kinds(), ElementsAre(Kind::kUnknownElement));
+    EXPECT_THAT(document.messages()[0],
+                HasSubstr("1|||the root element is " + root.substr(0, root.find(' ')) + " in "));
+    EXPECT_THAT(document.messages()[0], HasSubstr(", not MetadataSets in the namespace urn:SMPTE:S377M"));
+    EXPECT_EQ(document.partition().sets().size(), 1u);
+  }
+}
+
+TEST(LosslessImport, GivesTheNamespaceOfWhatItDoesNotKnow) {
+  Imported document(
+      prefaceWith("<a:Order xmlns:a='urn:a'/><Order/><rp210:ContentStorageObject><b:Set xmlns:b='urn:b'/>"
+                  "</rp210:ContentStorageObject><rp210:ByteOrder>x</rp210:ByteOrder>"));
+  std::vector<std::string> uris;
+  for (const auto& one : document.result().diagnostics) uris.push_back(one.uri);
+  EXPECT_THAT(uris, testing::UnorderedElementsAre("urn:a", "", "urn:b", ""));
+}
+
+TEST(LosslessImport, ListsSetsWithoutInstanceUID) {
+  Imported document(prefaceWith("<rp210:ContentStorageObject>\n<s377m:ContentStorage/></rp210:ContentStorageObject>"));
+  EXPECT_THAT(document.messages(), IsEmpty());
+  ASSERT_EQ(document.result().unnamed.size(), 1u);
+  EXPECT_EQ(document.result().unnamed[0].set, document.partition().sets()[1]);
+  EXPECT_EQ(document.result().unnamed[0].line, 4u);
+}
+
+TEST(LosslessImport, CountsHowStrongReferencesAreWritten) {
+  const std::string target = " types:TargetInstance='" + std::string(kStorageUID) + "'/>";
+  Imported nested(prefaceWith("<rp210:ContentStorageObject><s377m:ContentStorage rp210:InstanceUID='" +
+                              std::string(kStorageUID) + "'><rp210:Packages><s377m:Dangling_REF" + target +
+                              "</rp210:Packages></s377m:ContentStorage></rp210:ContentStorageObject>"));
+  EXPECT_EQ(nested.result().references.nested, 1u);
+  EXPECT_EQ(nested.result().references.pointers, 0u) << "either form has references to nothing";
+  Imported flat(prefaceWith("<rp210:ContentStorageObject><s377m:ContentStorage_REF" + target +
+                            "</rp210:ContentStorageObject><rp210:PrimaryPackage><s377m:SourcePackage_REF" + target +
+                            "</rp210:PrimaryPackage>"));
+  EXPECT_EQ(flat.result().references.nested, 0u);
+  EXPECT_EQ(flat.result().references.pointers, 1u) << "either form has weak references";
+}
+
+TEST(LosslessImport, TakesTwoStrongReferencesToOneSet) {
+  const std::string reference = "<s377m:TimelineTrack_REF types:TargetInstance='" + std::string(kStorageUID) + "'/>";
+  const std::string tracks = "<rp210:PackageTracks>" + reference + "</rp210:PackageTracks>";
+  Imported document(documentOf("<s377m:MaterialPackage>" + tracks + "</s377m:MaterialPackage><s377m:SourcePackage>" +
+                               tracks + "</s377m:SourcePackage><s377m:TimelineTrack rp210:InstanceUID='" + kStorageUID +
+                               "'/>"));
+  EXPECT_THAT(document.messages(), IsEmpty()) << "files have such references";
 }
 
 TEST(LosslessImport, GivesNothingForNothing) {

@@ -177,7 +177,7 @@ TEST(LosslessImport, LeavesExtensionElementsThatItCannotReadOutOfTheSet) {
   EXPECT_THAT(document.messages(),
               ElementsAre("3" + set + "TrackID|'x' is no whole number from 0 to 4294967295",
                           "3" + set + "Origin|the element is empty, and the type Position has no empty value",
-                          "4" + set + "|Value contains non Hexadecimal characters",
+                          "4" + set + "|'0G' is no run of octets: these are hexadecimal digits, two to an octet",
                           "4" + set + "|'12.3G' is not the text of a LocalTag"));
   EXPECT_THAT(invalidOf(document.first()), ElementsAre("EssenceTrackNumber"));
 }

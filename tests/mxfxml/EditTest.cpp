@@ -1,10 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
-#include "Program.h"
-#include "ScratchFolder.h"
+#include "Edit.h"
 
 /// Header metadata that are exported, edited and put back into a copy of the file, or into the file itself.
 namespace Vantor::Tool {
@@ -16,40 +13,9 @@ using testing::StartsWith;
 
 constexpr const char* kSample = "gst-audio-ac3.mxf";  // 10,608 bytes; metadata in the header and the footer partition
 
-/// A copy of the sample, its export, and what editing it gives.
-class Edit {
+class SampleEdit : public Edit {
  public:
-  explicit Edit(std::vector<std::string> exportOptions = {}) {
-    std::filesystem::copy_file(sample(kSample), original());
-    exportOptions.insert(exportOptions.begin(), {"export", original(), "-o", document()});
-    EXPECT_EQ(run(exportOptions).exitCode, 0);
-  }
-
-  std::string original() const { return folder_.path("original.mxf"); }
-  std::string document() const { return folder_.path("edited.xml"); }
-  std::string copy() const { return folder_.path("copy.mxf"); }
-  std::vector<std::string> files() const { return folder_.files(); }
-
-  void replace(const std::string& text, const std::string& by) const {
-    std::string xml = readFile(document());
-    const auto at = xml.find(text);
-    ASSERT_NE(at, std::string::npos) << text;
-    writeFile(document(), xml.replace(at, text.size(), by));
-  }
-  Result intoCopy(std::vector<std::string> options = {}) const {
-    options.insert(options.begin(), {"import", document(), "--into", original(), "-o", copy()});
-    return run(options);
-  }
-  Result inPlace(std::vector<std::string> options = {}) const {
-    options.insert(options.begin(), {"import", document(), "--into", original(), "--in-place"});
-    return run(options);
-  }
-  std::string exported(const std::string& file, const std::string& partition = "header") const {
-    return run({"export", file, "--partition", partition}).out;
-  }
-
- private:
-  ScratchFolder folder_;
+  explicit SampleEdit(std::vector<std::string> exportOptions = {}) : Edit(sample(kSample), std::move(exportOptions)) {}
 };
 
 constexpr const char* kName = "<rp210:ApplicationName>";
@@ -63,7 +29,7 @@ std::string nameIn(const std::string& xml) {
 TEST(EditedFile, IsTheOriginalWhenNothingWasEdited) {
   for (const auto& options : std::vector<std::vector<std::string>>{
            {}, {"--flat"}, {"--vocabulary", "st434-2014"}, {"--vocabulary", "st434-2014", "--flat"}}) {
-    const Edit edit(options);
+    const SampleEdit edit(options);
     const Result result = edit.intoCopy();
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.out, "nothing is edited\n");
@@ -74,7 +40,7 @@ TEST(EditedFile, IsTheOriginalWhenNothingWasEdited) {
 }
 
 TEST(EditedFile, HasTheEditInEveryPartitionThatRepeatsTheMetadata) {
-  const Edit edit;
+  const SampleEdit edit;
   const std::string name = nameIn(readFile(edit.document()));
   edit.replace(kName + name, kName + std::string("Ed"));
   const Result result = edit.intoCopy();
@@ -86,7 +52,7 @@ TEST(EditedFile, HasTheEditInEveryPartitionThatRepeatsTheMetadata) {
 }
 
 TEST(EditedFile, HasTheEditInTheChosenPartitionOnly) {
-  const Edit edit;
+  const SampleEdit edit;
   edit.replace(kName + nameIn(readFile(edit.document())), kName + std::string("Ed"));
   const Result result = edit.intoCopy({"--partition", "header"});
   EXPECT_EQ(result.exitCode, 0) << result.err;
@@ -95,7 +61,7 @@ TEST(EditedFile, HasTheEditInTheChosenPartitionOnly) {
 }
 
 TEST(EditedFile, KeepsPartitionsWithOtherMetadataAndTellsSo) {
-  const Edit edit;
+  const SampleEdit edit;
   edit.replace(kName + nameIn(readFile(edit.document())), kName + std::string("Ed"));
   ASSERT_EQ(edit.inPlace({"--partition", "header"}).exitCode, 0);
   edit.replace(kName + std::string("Ed"), kName + std::string("Again"));
@@ -108,7 +74,7 @@ TEST(EditedFile, KeepsPartitionsWithOtherMetadataAndTellsSo) {
 }
 
 TEST(EditedFile, IsWrittenAnewWhereTheMetadataHaveNoRoom) {
-  const Edit edit;
+  const SampleEdit edit;
   edit.replace(kName + nameIn(readFile(edit.document())), kName + std::string(6000, 'x'));
   ASSERT_EQ(edit.intoCopy().exitCode, 0);
   EXPECT_EQ(edit.exported(edit.copy()), readFile(edit.document()));
@@ -120,7 +86,7 @@ TEST(EditedFile, IsWrittenAnewWhereTheMetadataHaveNoRoom) {
 }
 
 TEST(EditedFile, KeepsEveryOtherByteInPlace) {
-  const Edit edit;
+  const SampleEdit edit;
   const std::string before = readFile(edit.original());
   edit.replace("<rp210:TrackID>1<", "<rp210:TrackID>7<");
   const Result result = edit.inPlace({"--partition", "header"});
@@ -133,7 +99,7 @@ TEST(EditedFile, KeepsEveryOtherByteInPlace) {
 }
 
 TEST(EditedFile, LosesWhatWasTakenOutAndGetsWhatWasAdded) {
-  const Edit edit;
+  const SampleEdit edit;
   edit.replace("<rp210:ApplicationName>" + nameIn(readFile(edit.document())) + "</rp210:ApplicationName>", "");
   edit.replace("<rp210:FormatVersion>", "<rp210:ByteOrder>18761</rp210:ByteOrder><rp210:FormatVersion>");
   const Result result = edit.intoCopy();
@@ -145,20 +111,11 @@ TEST(EditedFile, LosesWhatWasTakenOutAndGetsWhatWasAdded) {
 }
 
 TEST(EditedFile, KeepsWhatADocumentOfAPartDoesNotHave) {
-  const Edit edit({"--start", "Identification"});
+  const SampleEdit edit({"--start", "Identification"});
   edit.replace(kName + nameIn(readFile(edit.document())), kName + std::string("Ed"));
   const Result result = edit.intoCopy();
   EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed; written to 2 partitions\n") << result.err;
   EXPECT_EQ(nameIn(edit.exported(edit.copy())), "Ed");
-}
-
-/// A whole file with descriptive and dark sets: a header partition that says that it is all there is.
-std::string wholeFile(const std::string& name) {
-  std::string bytes = readFile(sample(name));
-  bytes[13] = 2;
-  bytes[14] = 4;                               // a header partition, closed and complete (ST 377-1)
-  bytes.replace(44, 8, std::string(8, '\0'));  // which names no footer partition
-  return bytes;
 }
 
 TEST(EditedFile, KeepsSetsThatAnExportOfStructuralOnesLeavesOut) {
@@ -171,6 +128,8 @@ TEST(EditedFile, KeepsSetsThatAnExportOfStructuralOnesLeavesOut) {
       const Result result = run({"import", document, "--into", original, "-o", copy});
       EXPECT_EQ(result.out, "nothing is edited\n") << name << form << result.err;
       EXPECT_EQ(readFile(copy), readFile(original)) << name << form;
+      EXPECT_THAT(result.err, testing::MatchesRegex("(mxfxml: [^ ]+: the document is one of structural sets; [0-9]+ "
+                                                    "sets? that such a document leaves out (is|are) kept\n)?"));
     }
   }
 }
@@ -191,7 +150,7 @@ TEST(EditedFile, IsTheOriginalWhicheverOfTheDictionariesMadeTheDocument) {
 }
 
 TEST(EditedFile, KeepsWhatCouldNotBeRead) {
-  const Edit edit;
+  const SampleEdit edit;
   edit.replace("<rp210:TrackID>1<", "<rp210:TrackID>one<");
   const Result result = edit.intoCopy();
   EXPECT_EQ(result.exitCode, 0);
@@ -200,8 +159,78 @@ TEST(EditedFile, KeepsWhatCouldNotBeRead) {
   EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
 }
 
+TEST(EditedFile, KeepsAllThatADocumentWithAMistakeLacksAndTellsHowMuch) {
+  const SampleEdit edit;
+  edit.replace("<rp210:TrackID>1<", "<rp210:TrackID>one<");
+  edit.cut("<rp210:ApplicationSupplierName>", "</rp210:FileModificationDate>");
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.out, "nothing is edited\n");
+  EXPECT_THAT(edit.remarks(result),
+              HasSubstr("6 properties that the document lacks are kept, since parts of it could not be read; --strict "
+                        "refuses such documents\n"));
+  EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
+}
+
+const std::string kItemOfInstanceUID("\x3c\x0a\x00\x10", 4);  // local tag and length (ST 377-1)
+
+/// The sample in which some octets of InstanceUIDs are others wherever they occur.
+std::string changedSample(const std::string& from, const std::string& to) {
+  std::string bytes = readFile(sample(kSample));
+  for (auto at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at + 1)) {
+    bytes.replace(at, to.size(), to);
+  }
+  return bytes;
+}
+
+TEST(EditedFile, KeepsASetThatSharesItsInstanceUIDAndTellsOfTheEdit) {
+  const ScratchFolder folder;
+  writeFile(folder.path("changed.mxf"),
+            changedSample(kItemOfInstanceUID + "\xFC\x1A\xAE\xAC\xDE\x38\x4E\xA6\x85\xC5\x8A\x73\x06\x23\x40\xB0",
+                          kItemOfInstanceUID + "\x8B\xA4\xE1\x37\x37\x4E\x42\xEB\x9E\x4D\xA4\x6E\x41\x69\xC5\xDD"));
+  const Edit edit(folder.path("changed.mxf"), {});
+  EXPECT_EQ(edit.intoCopy().out, "nothing is edited\n");
+  EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
+  edit.replace("<rp210:ComponentLength>4<", "<rp210:ComponentLength>5<");
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.out, "nothing is edited\n");
+  EXPECT_THAT(edit.remarks(result), HasSubstr("an edit of the Sequence 8B.A4.E1.37.37.4E.42.EB.9E.4D.A4.6E.41.69.C5.DD "
+                                              "was not taken: another set has the same InstanceUID\n"));
+}
+
+TEST(EditedFile, KeepsASetWithoutInstanceUIDAndTellsOfTheEdit) {
+  const ScratchFolder folder;
+  writeFile(folder.path("changed.mxf"), changedSample(kItemOfInstanceUID + "\x85\x43", "\x3c\x0b"));
+  const Edit edit(folder.path("changed.mxf"), {});
+  const Result unedited = edit.intoCopy({"--strict"});
+  EXPECT_EQ(unedited.out, "nothing is edited\n");
+  EXPECT_EQ(unedited.err, "");
+  EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
+  edit.replace("<rp210:ApplicationName>", "<rp210:ApplicationName>Ed ");
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.out, "nothing is edited\n");
+  EXPECT_EQ(edit.remarks(result), "an edit of the Identification was not taken: it has no InstanceUID\n");
+}
+
+TEST(EditedFile, KeepsASetWhoseKindHasNoInstanceUIDAndTellsOfTheEdit) {
+  const ScratchFolder folder;
+  writeFile(folder.path("whole.mxf"), wholeFile("bmx-op1a-adm.header.mxf"));
+  writeFile(folder.path("own.dictionary"),
+            "dictionary 1\n060e2b34.02530101.0d010101.01018110  Streams  -\n"
+            "  -  060e2b34.0101010e.04020308.06000000  StreamNumbers  ArrayOf(UInt32)  required\n");
+  const Edit edit(folder.path("whole.mxf"), {"--dictionary", folder.path("own.dictionary")});
+  const std::vector<std::string> options = {"--dictionary", folder.path("own.dictionary")};
+  EXPECT_EQ(edit.intoCopy(options).out, "nothing is edited\n");
+  EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
+  const std::string xml = readFile(edit.document());
+  const auto item = xml.find(":Element>", xml.find(":StreamNumbers>")) + std::string(":Element>").size();
+  writeFile(edit.document(), xml.substr(0, item) + "9" + xml.substr(item));
+  const Result result = edit.intoCopy(options);
+  EXPECT_EQ(result.out, "nothing is edited\n");
+  EXPECT_EQ(edit.remarks(result), "an edit of the Streams was not taken: it has no InstanceUID\n");
+}
+
 TEST(EditedFile, IsNotWrittenWhenTheDocumentIsWrongAndThatCounts) {
-  const Edit edit;
+  const SampleEdit edit;
   edit.replace("<rp210:TrackID>1<", "<rp210:TrackID>one<");
   EXPECT_EQ(edit.intoCopy({"--strict"}).exitCode, 1);
   EXPECT_EQ(edit.inPlace({"--strict"}).exitCode, 1);

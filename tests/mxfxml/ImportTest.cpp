@@ -119,7 +119,7 @@ TEST(Import, TellsWhereADocumentIsDamagedAndLeavesNoFile) {
 
 TEST(Import, RefusesADocumentWithoutPreface) {
   const ScratchFolder folder;
-  writeFile(folder.path("a.xml"), "<a/>");
+  writeFile(folder.path("a.xml"), "<a:MetadataSets xmlns:a='urn:SMPTE:S377M'/>");
   const auto imported = run({"import", folder.path("a.xml"), "-o", folder.path("b.mxf")});
   EXPECT_EQ(imported.exitCode, 1);
   EXPECT_EQ(imported.err, "mxfxml: " + folder.path("a.xml") + ": the header metadata has no Preface\n");

@@ -34,6 +34,16 @@ std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
   return count;
 }
 
+/// What goes wrong with a file that is not the command's input is told with its name.
+template <class Action>
+void namingFile(const Path& file, Action&& action) {
+  try {
+    action();
+  } catch (...) {
+    throw OtherFileError(currentExceptionText(file));
+  }
+}
+
 }  // namespace
 
 ImportCommand::ImportCommand(CLI::App& program)
@@ -87,7 +97,7 @@ MetaMetadata::Vocabulary ImportCommand::vocabulary() const {
 void ImportCommand::writeHeaderOnly() const {
   refuseStoppedChange(*output_);
   PartitionMetadata metadata(dictionary_.load(vocabulary()));
-  read(metadata);
+  tell(read(metadata).diagnostics);
   const auto lost = tagsWithoutLabels(metadata);
   if (lost != 0) {
     printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
@@ -103,21 +113,24 @@ void ImportCommand::editFile() const {
   const auto chosen = vocabulary();
   const auto definitions = dictionary_.load(chosen);
   PartitionMetadata edited(definitions);
-  const auto import = read(edited);
-  try {
+  auto import = read(edited);
+  std::optional<MetadataEdit> edit;
+  namingFile(*into_, [&] {
     undoStoppedChange(*into_);
-    MetadataEdit edit(*into_, definitions, dictionary_.plain(chosen), partition_);
-    apply(edit, edited, import);
-    write(edit);
-  } catch (...) {
-    throw OtherFileError(currentExceptionText(*into_));
-  }
+    edit.emplace(*into_, definitions, dictionary_.plain(chosen), partition_);
+    edit->takeForm(edited, import);
+  });
+  tell(import.diagnostics);
+  namingFile(*into_, [&] {
+    apply(*edit, edited, import);
+    write(*edit);
+  });
 }
 
 void ImportCommand::apply(MetadataEdit& edit, const PartitionMetadata& edited,
                           const XML2Partition::LosslessImport& import) const {
   try {
-    edit.apply(edited, import);
+    edit.apply(edited, import, MetadataEdit::Origin::kGuessed);
   } catch (const CommandError& error) {
     throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.what());
   }
@@ -140,10 +153,12 @@ XML2Partition::LosslessImport ImportCommand::read(PartitionMetadata& metadata) c
     import.sets = XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
     return import;
   }
-  auto import = XML2Partition::importLosslesslyFromFile(path.utf16(), &metadata);
-  printDiagnostics(input(), import.diagnostics, strict_);
-  if (!strict_ || import.diagnostics.empty()) return import;
-  throw CommandError(countOf(import.diagnostics) + "; nothing is written");
+  return XML2Partition::importLosslesslyFromFile(path.utf16(), &metadata);
+}
+
+void ImportCommand::tell(const Diagnostics& diagnostics) const {
+  printDiagnostics(input(), diagnostics, strict_);
+  if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics) + "; nothing is written");
 }
 
 }  // namespace Vantor::Tool

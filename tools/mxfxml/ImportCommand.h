@@ -5,6 +5,7 @@
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 #include "XML2Partition.h"
 
@@ -29,8 +30,10 @@ class ImportCommand final : public Command {
   void apply(MetadataEdit& edit, const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) const;
   void write(const MetadataEdit& edit) const;
   MetaMetadata::Vocabulary vocabulary() const;
-  /// Reads the document into a partition, and tells on standard error what it could not read.
+  /// Reads the document into a partition.
   XML2Partition::LosslessImport read(PartitionMetadata& metadata) const;
+  /// Tells on standard error what could not be read. @throws CommandError when that is to end the command.
+  void tell(const Diagnostics& diagnostics) const;
 
   std::optional<Path> output_;
   std::optional<Path> into_;

@@ -1,39 +1,26 @@
 #include "MetadataEdit.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "CommonOptions.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
+#include "Core/Metadata/DocumentDifference.h"
 #include "Core/Metadata/PartitionComparison.h"
+#include "Core/Metadata/SetPairing.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Strings.h"
-#include "DocumentSize.h"
 #include "ErrorText.h"
 #include "Interruption.h"
 #include "LongValues.h"
-#include "XMLBuilder.h"
-#include "XMLUtils/EncodingType.h"
-#include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
 
 namespace {
-
-/// What a document of a partition gives that nobody has edited.
-std::unique_ptr<PartitionMetadata> throughXML(PartitionMetadata& partition, bool isNested, bool isStructuralOnly,
-                                              const SharedPtr<const MetaMetadata::Dictionary>& dictionary) {
-  wstring document;
-  XMLBuilder::partition2XML(&partition, isNested, isStructuralOnly, XMLUtils::EncodingType::kUTF8, document);
-  if (document.empty()) throw CommandError("the metadata in the file have no Preface");
-  const XMLUtils::UnicodeString text(document);
-  auto copy = std::make_unique<PartitionMetadata>(dictionary);
-  XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
-                                            documentSize(text.utf16Size()), copy.get());
-  return copy;
-}
 
 std::string counted(std::size_t count, const std::string& what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
@@ -50,10 +37,14 @@ const Types::UUID* prefaceUID(const PartitionMetadata& partition) {
 
 std::string dotted(const Types::UUID& identifier) { return Utils::wstringToString(identifier.toString(kDottedForm)); }
 
+/// Whether a partition has a set with the InstanceUID of another, which has one.
+bool has(const PartitionMetadata& partition, const MetadataSet& set) {
+  return !partition.findByInstanceUID(*set.instanceUID()).empty();
+}
+
 bool sharesASet(const PartitionMetadata& left, const PartitionMetadata& right) {
-  return std::any_of(left.sets().begin(), left.sets().end(), [&](const MetadataSet* set) {
-    return set->instanceUID() != nullptr && !right.findByInstanceUID(*set->instanceUID()).empty();
-  });
+  return std::any_of(left.sets().begin(), left.sets().end(),
+                     [&](const MetadataSet* set) { return set->instanceUID() != nullptr && has(right, *set); });
 }
 
 /// Such a set would be added to those that are there.
@@ -79,95 +70,197 @@ void requireSameMetadata(const PartitionMetadata& edited, const PartitionMetadat
   }
 }
 
+/// The file, unless a change of it was stopped.
+Path withoutJournal(const Path& file) {
+  if (!DataIO::File::hasJournal(file)) return file;
+  throw CommandError("a change of the file was stopped half-way; mxfxml recover " + file.u8string() + " undoes it");
+}
+
+/// Whether the other partition has the same set under the same InstanceUID.
+bool hasSame(const MetadataSet& set, const PartitionMetadata& partition, const PartitionMetadata& other) {
+  const auto* found = DocumentDifference::findOnly(other, *set.instanceUID());
+  return found != nullptr &&
+         DocumentDifference::areSame(set, partition.partitionDictionary(), *found, other.partitionDictionary());
+}
+
+/// Whether the sets of two partitions that say the same have the same InstanceUIDs.
+bool haveSameIdentifiers(const PartitionMetadata& left, const PartitionMetadata& right) {
+  const SetPairing pairing(left, right);
+  const auto& pairs = pairing.setPairs();
+  return std::all_of(pairs.begin(), pairs.end(), [&](const SetPairing::SetPair& pair) {
+    const auto *leftUID = pair.first->instanceUID(), *rightUID = pair.second->instanceUID();
+    if (leftUID == nullptr || rightUID == nullptr) return leftUID == rightUID;
+    // Of sets that say the same and that nothing refers to, any may be paired with any.
+    return *leftUID == *rightUID || hasSame(*pair.first, left, right);
+  });
+}
+
+using Diagnostic = XML2Partition::ImportDiagnostic;
+
+/// A document of a part, or one that nests sets, has references that lead to nothing in it.
+void dropKnownReferences(const std::vector<Diagnostic>& known, std::vector<Diagnostic>& diagnostics) {
+  const auto nameOf = [](const Diagnostic& one) { return one.set + "\n" + one.property + "\n" + one.message; };
+  std::unordered_set<std::string> names;
+  for (const auto& one : known) names.insert(nameOf(one));
+  const auto isKnown = [&](const Diagnostic& one) {
+    return one.kind == Diagnostic::Kind::kReference && names.count(nameOf(one)) != 0;
+  };
+  diagnostics.erase(std::remove_if(diagnostics.begin(), diagnostics.end(), isKnown), diagnostics.end());
+}
+
+/// A set that lacks its InstanceUID would be taken for a new one, and the one that it is for taken out.
+void addLostIdentifiers(const XML2Partition::LosslessImport& unedited, XML2Partition::LosslessImport& import) {
+  std::unordered_map<std::string, std::size_t> without;  // how many sets of a kind have none in the file
+  for (const auto& unnamed : unedited.unnamed) ++without[unnamed.set->name()];
+  for (const auto& unnamed : import.unnamed) {
+    auto& left = without[unnamed.set->name()];
+    if (left != 0) {
+      --left;
+      continue;
+    }
+    import.diagnostics.push_back(
+        {Diagnostic::Kind::kUnusableIdentifier, unnamed.line, unnamed.set->name(), "",
+         "the set has no rp210:InstanceUID; one of the file needs its own, one that is new needs a new one"});
+  }
+}
+
 }  // namespace
 
-MetadataEdit::MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                           const SharedPtr<const MetaMetadata::Dictionary>& plain,
+MetadataEdit::MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                           SharedPtr<const MetaMetadata::Dictionary> plain,
                            std::optional<MXF::PartitionChoice> partition)
-    : file_(std::move(file)), dictionary_(std::move(dictionary)), partition_(partition) {
-  if (DataIO::File::hasJournal(file_)) {
-    throw CommandError("a change of the file was stopped half-way; mxfxml recover " + file_.u8string() + " undoes it");
-  }
-  state_ = DataIO::File::stateOf(file_);
-  const auto choice = partition_.value_or(MXF::PartitionChoice());
-  structure_ = MXF::readStructure(file_);
-  original_ = MXF::readHeaderMetadata(file_, dictionary_, choice);
-  for (const bool isNested : {false, true}) forms_.push_back(throughXML(*original_, isNested, false, dictionary_));
-  if (plain == nullptr) return;
-  const auto other = MXF::readHeaderMetadata(file_, plain, choice);
-  for (const bool isNested : {false, true}) forms_.push_back(throughXML(*other, isNested, false, dictionary_));
+    : file_(withoutJournal(file)),
+      state_(DataIO::File::stateOf(file_)),
+      dictionary_(std::move(dictionary)),
+      plain_(std::move(plain)),
+      partition_(partition),
+      structure_(MXF::readStructure(file_)),
+      forms_(file_, partition_.value_or(MXF::PartitionChoice()), dictionary_, plain_) {}
+
+void MetadataEdit::takeForm(const PartitionMetadata& edited, XML2Partition::LosslessImport& import) {
+  unedited_ = forms_.choose(contentOf(edited, import), import);
+  dropKnownReferences(unedited_.document->import.diagnostics, import.diagnostics);
+  addLostIdentifiers(unedited_.document->import, import);
 }
 
-void MetadataEdit::addStructuralForms(const PartitionMetadata& edited) {
-  const auto has = [](const PartitionMetadata& partition, const MetadataSet& set) {
-    return set.instanceUID() != nullptr && !partition.findByInstanceUID(*set.instanceUID()).empty();
-  };
-  const auto& sets = forms_.front()->sets();
-  if (std::all_of(sets.begin(), sets.end(), [&](const MetadataSet* set) { return has(edited, *set); })) return;
-  auto flat = throughXML(*original_, false, true, dictionary_);
-  auto nested = throughXML(*original_, true, true, dictionary_);
-  const auto isLeftOut = [&](const MetadataSet* set) { return !has(*flat, *set) || !has(*nested, *set); };
-  // A document of all sets has at least one that no structural form has, unless they were all taken out.
-  const auto isBeyondForms = [&](const MetadataSet* set) {
-    return !has(*flat, *set) && !has(*nested, *set) && has(edited, *set);
-  };
-  if (std::none_of(sets.begin(), sets.end(), isLeftOut) || std::any_of(sets.begin(), sets.end(), isBeyondForms)) return;
-  forms_.push_back(std::move(flat));
-  forms_.push_back(std::move(nested));
-}
-
-void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) {
+void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import, Origin origin) {
   requireInstanceUIDs(import);
-  requireSameMetadata(edited, *original_);
-  for (const auto& unread : import.unread) {
-    if (const auto* instanceUID = unread.set->instanceUID()) {
-      rules_.untouched.insert(MergeRules::keyOf(*instanceUID, unread.property));
-    }
+  requireSameMetadata(edited, metadata());
+  const auto content = contentOf(edited, import);
+  const bool isOfKnownPart = hasPreface(edited) || unedited_.start != nullptr;
+  rules_.mayRemove = import.diagnostics.empty() && isOfKnownPart;
+  summary_ = replace(numberOfPartition(), metadata(), content);
+  tellPart(edited);
+  if (isOfKnownPart) {
+    tellKept("parts of it could not be read", "; --strict refuses such documents");
+  } else {
+    tellKept("it has no Preface and starts with a set that is new", "");
   }
-  rules_.mayRemove = import.diagnostics.empty() && hasPreface(edited);
-  addStructuralForms(edited);
-  replace(numberOfPartition(), *original_, edited, &summary_);
-  if (!partition_) replaceRepetitions(edited);
+  tellUntaken();
+  if (!partition_) replaceRepetitions(content, import, origin);
 }
 
+/// The same partition that reading the metadata takes.
 std::size_t MetadataEdit::numberOfPartition() const {
   const auto choice = partition_.value_or(MXF::PartitionChoice());
-  if (choice.kind() == MXF::PartitionChoice::Kind::kNumber) return choice.number();
-  if (choice.kind() == MXF::PartitionChoice::Kind::kHeader) return 0;
-  const auto& all = structure_.partitions;
-  const auto footer = std::find_if(all.begin(), all.end(), [](const MXF::PartitionInfo& partition) {
-    return partition.pack.kind == KLV::PartitionKind::kFooter;
-  });
-  return static_cast<std::size_t>(footer - all.begin());
+  DataIO::File::FileDataSource source(file_);
+  const auto offset = MXF::findPartition(source, choice).offset;
+  if (const auto number = MXF::partitionAt(structure_, offset)) return *number;
+  throw CommandError(describe(choice) + " at byte offset " + std::to_string(offset) +
+                     " is not among the partitions that the file lists");
 }
 
-void MetadataEdit::replace(std::size_t partition, const PartitionMetadata& original, const PartitionMetadata& edited,
-                           MergeSummary* summary) {
+MergeSummary MetadataEdit::replace(std::size_t partition, const PartitionMetadata& original,
+                                   const DocumentContent& edited) {
+  const auto shown = unedited_.document->content(), full = forms_.full()->content();
   MergeSummary done;
-  std::vector<const PartitionMetadata*> before;
-  for (const auto& form : forms_) before.push_back(form.get());
-  const auto merged = mergeEdits(original, before, edited, rules_, &done);
-  if (summary != nullptr) *summary = done;
-  if (done.isUnchanged()) return;
-  if (summary != nullptr) remarks_ = warningsOfLongValues(*merged);
+  std::unique_ptr<PartitionMetadata> merged;
+  try {
+    merged = mergeEdits(original, {shown, full}, edited, rules_, &done);
+  } catch (const UnclearEdit& error) {
+    throw CommandError(std::string(error.what()) + "; edit an export of all sets with --flat");
+  }
+  if (done.isUnchanged()) return done;
+  if (replacements_.empty()) remarks_ = warningsOfLongValues(*merged);
   DataIO::Memory::MemoryDataSink sink;
   MXF::writeHeaderMetadata(*merged, MXF::SetOrder::kFile, sink);
   replacements_.push_back({partition, Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize())});
+  return done;
 }
 
-void MetadataEdit::replaceRepetitions(const PartitionMetadata& edited) {
+void MetadataEdit::replaceRepetitions(const DocumentContent& edited, const XML2Partition::LosslessImport& import,
+                                      Origin origin) {
   for (std::size_t i = 1; i < structure_.partitions.size(); ++i) {
     const auto& partition = structure_.partitions[i];
     if (partition.damaged || partition.pack.headerByteCount == 0) continue;
-    const auto metadata =
-        MXF::readHeaderMetadata(file_, dictionary_, MXF::PartitionChoice::number(static_cast<uint32>(i)));
-    if (comparePartitions(*original_, *metadata).isEqual()) {
-      replace(i, *metadata, edited, nullptr);
+    DocumentForms other(file_, MXF::PartitionChoice::number(static_cast<uint32>(i)), dictionary_, plain_);
+    if (!comparePartitions(metadata(), other.original()).isEqual()) {
+      if (origin == Origin::kGuessed) requireCloserToHeader(other, i, edited, import);
+      tellOther(i, "has other metadata than the header partition", "edits them");
+    } else if (!haveSameIdentifiers(metadata(), other.original())) {
+      tellOther(i, "has the metadata of the header partition under other InstanceUIDs",
+                "edits them, in an export of them");
     } else {
-      remarks_.push_back("partition " + std::to_string(i) +
-                         " has other metadata than the header partition, and keeps them; --partition " +
-                         std::to_string(i) + " edits them");
+      replace(i, other.original(), edited);
     }
+  }
+}
+
+void MetadataEdit::tellOther(std::size_t partition, const std::string& difference, const std::string& help) {
+  const auto number = std::to_string(partition);
+  remarks_.push_back("partition " + number + " " + difference + ", and keeps them; --partition " + number + " " + help);
+}
+
+void MetadataEdit::requireCloserToHeader(DocumentForms& other, std::size_t partition, const DocumentContent& edited,
+                                         const XML2Partition::LosslessImport& import) const {
+  if (unedited_.edits == 0 || !other.hasPreface()) return;
+  const auto edits = other.choose(edited, import).edits;
+  if (edits >= unedited_.edits) return;
+  const auto number = std::to_string(partition);
+  throw CommandError("the document has " + counted(edits, "difference") + " from an export of partition " + number +
+                     ", and " + std::to_string(unedited_.edits) +
+                     " from one of the header partition; tell which it was, with --partition " + number +
+                     " or --partition header");
+}
+
+void MetadataEdit::tellPart(const PartitionMetadata& edited) {
+  if (unedited_.start == nullptr && !unedited_.isStructuralOnly) return;
+  const auto& full = *forms_.full();
+  const auto unnamed = full.content().unnamed;
+  const auto& sets = full.metadata->sets();
+  const auto count = static_cast<std::size_t>(std::count_if(sets.begin(), sets.end(), [&](const MetadataSet* set) {
+    if (set->instanceUID() == nullptr || unnamed.count(set) != 0) return false;
+    return !has(*unedited_.document->metadata, *set) && !has(edited, *set);
+  }));
+  if (count == 0) return;
+  const auto* start = unedited_.start;
+  const std::string kind = unedited_.isStructuralOnly ? "is one of structural sets" : "has no Preface";
+  remarks_.push_back("the document " + kind + (start == nullptr ? "" : " and starts with the " + start->name()) + "; " +
+                     counted(count, "set") + " that such a document leaves out " + (count == 1 ? "is" : "are") +
+                     " kept");
+}
+
+void MetadataEdit::tellKept(const std::string& reason, const std::string& help) {
+  constexpr std::size_t kMostNamed = 5;
+  const auto& kept = summary_.kept;
+  if (kept.empty()) return;
+  const auto sets = static_cast<std::size_t>(
+      std::count_if(kept.begin(), kept.end(), [](const MergePlace& place) { return place.property.empty(); }));
+  const auto properties = kept.size() - sets;
+  std::string text = sets == 0 ? "" : counted(sets, "set");
+  if (sets != 0 && properties != 0) text += " and ";
+  if (properties != 0) text += std::to_string(properties) + (properties == 1 ? " property" : " properties");
+  text += std::string(" that the document lacks ") + (kept.size() == 1 ? "is" : "are") + " kept, since " + reason;
+  remarks_.push_back(text + (kept.size() > kMostNamed ? help : ""));
+  if (kept.size() > kMostNamed) return;
+  for (const auto& place : kept) {
+    remarks_.push_back("kept: the " + (place.property.empty() ? "" : place.property + " of the ") + place.set);
+  }
+}
+
+void MetadataEdit::tellUntaken() {
+  for (const auto& untaken : summary_.untaken) {
+    remarks_.push_back("an edit of the " + untaken.set + " was not taken: " + untaken.reason);
   }
 }
 

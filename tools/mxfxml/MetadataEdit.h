@@ -9,6 +9,7 @@
 #include "Core/MXF/HeaderMetadataReplacement.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/Metadata/PartitionMerge.h"
+#include "DocumentForms.h"
 #include "XML2Partition.h"
 
 namespace Vantor::Tool {
@@ -21,16 +22,25 @@ class MetadataEdit {
   ///                    there are none.
   /// @param partition   the one that was edited; none for the header partition and all that repeat its metadata.
   /// @throws what reading the file throws.
-  MetadataEdit(Path file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-               const SharedPtr<const MetaMetadata::Dictionary>& plain, std::optional<MXF::PartitionChoice> partition);
+  MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
+               SharedPtr<const MetaMetadata::Dictionary> plain, std::optional<MXF::PartitionChoice> partition);
 
   /// As they are in the file.
-  PartitionMetadata& metadata() { return *original_; }
+  PartitionMetadata& metadata() { return forms_.original(); }
+
+  /// Finds out what kind of document was edited. To be called before `apply`.
+  /// @param import  loses the diagnostics of references that an unedited document has as well, and gets one of the kind
+  ///                kUnusableIdentifier for every set that lacks its InstanceUID.
+  void takeForm(const PartitionMetadata& edited, XML2Partition::LosslessImport& import);
+
+  /// Whether it is known which partition a document was exported from: the one that was chosen.
+  enum class Origin { kKnown, kGuessed };
 
   /// Merges what an edited document gives. @param import  what its reader could not read is left as it is.
   /// @throws CommandError when the document cannot be one of these metadata: it has no set, another Preface, or an
-  /// InstanceUID that cannot be read.
-  void apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import);
+  /// InstanceUID that cannot be read; when nobody can tell what an edit means, or, where the origin is guessed, when
+  /// the document is closer to those of another partition.
+  void apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import, Origin origin);
 
   /// What was edited, in a line.
   std::string summary() const;
@@ -45,20 +55,25 @@ class MetadataEdit {
   void writeCopy(const Path& target, const MXF::Progress& progress) const;
 
  private:
-  /// Adds what documents of structural sets only give, if the edited one may be such a document.
-  void addStructuralForms(const PartitionMetadata& edited);
-  void replace(std::size_t partition, const PartitionMetadata& original, const PartitionMetadata& edited,
-               MergeSummary* summary);
-  void replaceRepetitions(const PartitionMetadata& edited);
+  MergeSummary replace(std::size_t partition, const PartitionMetadata& original, const DocumentContent& edited);
+  void replaceRepetitions(const DocumentContent& edited, const XML2Partition::LosslessImport& import, Origin origin);
+  void requireCloserToHeader(DocumentForms& other, std::size_t partition, const DocumentContent& edited,
+                             const XML2Partition::LosslessImport& import) const;
   std::size_t numberOfPartition() const;
+  void tellOther(std::size_t partition, const std::string& difference, const std::string& help);
+  void tellPart(const PartitionMetadata& edited);
+  /// @param help  told where there is too much to name it.
+  void tellKept(const std::string& reason, const std::string& help);
+  void tellUntaken();
 
   Path file_;
   DataIO::File::FileState state_;  // before the first look into the file
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
+  SharedPtr<const MetaMetadata::Dictionary> plain_;
   std::optional<MXF::PartitionChoice> partition_;
   MXF::FileStructure structure_;
-  std::unique_ptr<PartitionMetadata> original_;
-  std::vector<std::unique_ptr<PartitionMetadata>> forms_;  // what the document gave before it was edited
+  DocumentForms forms_;
+  DocumentForms::Choice unedited_{};  // what the document was before it was edited
   MergeRules rules_;
   MergeSummary summary_;
   MXF::MetadataReplacements replacements_;

@@ -41,9 +41,10 @@ void requireUTF8(const std::string& text) {
 }
 
 /// Reads the edited document; what is wrong with a value ends the command.
-XML2Partition::LosslessImport readEdited(const std::string& document, PartitionMetadata& edited) {
+XML2Partition::LosslessImport readEdited(const std::string& document, PartitionMetadata& edited, MetadataEdit& edit) {
   auto import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
                                                           documentSize(document.size()), &edited);
+  edit.takeForm(edited, import);
   if (import.diagnostics.empty()) return import;
   auto diagnostic = import.diagnostics.front();
   diagnostic.line = 0;  // of a document that nobody sees
@@ -112,8 +113,8 @@ void SetCommand::run() const {
   for (const auto& one : given) document.apply(findSet(edit.metadata(), one.target, start_), one);
   for (const auto& one : unwanted) document.remove(findSet(edit.metadata(), one, start_), one.property);
   PartitionMetadata edited(definitions);
-  const auto import = readEdited(document.text(), edited);
-  edit.apply(edited, import);
+  const auto import = readEdited(document.text(), edited, edit);
+  edit.apply(edited, import, MetadataEdit::Origin::kKnown);
   write(edit);
 }
 

@@ -7,9 +7,12 @@
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
+#include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Metadata/PartitionComparison.h"
+#include "Core/Metadata/ReferenceElement.h"
 #include "Core/Metadata/SimpleElement.h"
+#include "Core/Platform/Strings.h"
 #include "Core/Types/Factories.h"
 #include "Core/Types/Types.h"
 #include "tests/Core/Metadata/TestPartition.h"
@@ -44,6 +47,8 @@ Element& propertyNamed(MetadataSet& set, const std::string& symbol) {
   throw std::out_of_range(symbol);
 }
 
+std::string uidOf(const MetadataSet& set) { return Utils::wstringToString(set.instanceUID()->toString(kDottedForm)); }
+
 void setText(PartitionMetadata& partition, const std::string& set, const std::string& property, const wstring& text) {
   dynamic_cast<SimpleElement&>(propertyNamed(setNamed(partition, set), property))
       .set(std::make_unique<Types::UTF16String>(text), true);
@@ -52,8 +57,10 @@ void setText(PartitionMetadata& partition, const std::string& set, const std::st
 /// One file, read three times: as it is, and as what two documents of it would give.
 class PartitionMerge : public testing::Test {
  protected:
-  auto_ptr<PartitionMetadata> merge(const MergeRules& rules = {}) {
-    return mergeEdits(*original_, {before_.get()}, *after_, rules, &summary_);
+  auto_ptr<PartitionMetadata> merge(const MergeRules& rules = {}) { return mergeDocument({after_.get()}, rules); }
+  auto_ptr<PartitionMetadata> mergeDocument(const DocumentContent& edited, const MergeRules& rules = {}) {
+    const DocumentContent before{before_.get()};
+    return mergeEdits(*original_, {before, before}, edited, rules, &summary_);
   }
   std::size_t differences(const PartitionMetadata& merged) const {
     return comparePartitions(*original_, merged).differences.size();
@@ -71,7 +78,9 @@ TEST(PartitionMergeOfSamples, GivesTheSameBytesWhenNothingWasEdited) {
     const auto before = readSample(file);
     const auto after = readSample(file);
     MergeSummary summary;
-    const auto merged = mergeEdits(*original, {before.get()}, *after, {}, &summary);
+    const DocumentContent unedited{before.get()};
+    const auto merged = mergeEdits(*original, {unedited, unedited}, {after.get()}, {}, &summary);
+    EXPECT_EQ(countEdits(unedited, {after.get()}), 0u) << file;
     EXPECT_TRUE(summary.isUnchanged()) << file;
     EXPECT_EQ(written(*merged), written(*original)) << file;
   }
@@ -119,18 +128,20 @@ TEST_F(PartitionMerge, AddsAndTakesOutProperties) {
 TEST_F(PartitionMerge, TakesNothingOutWhenItMayNot) {
   auto& identification = setNamed(*after_, "Identification");
   identification.remove(propertyNamed(identification, "ApplicationName"));
-  MergeRules rules;
-  rules.mayRemove = false;
-  const auto merged = merge(rules);
+  const auto merged = merge({false});
   EXPECT_TRUE(summary_.isUnchanged());
   EXPECT_EQ(written(*merged), written(*original_));
+  ASSERT_EQ(summary_.kept.size(), 1u);
+  EXPECT_EQ(summary_.kept[0].set, "Identification " + uidOf(identification));
+  EXPECT_EQ(summary_.kept[0].property, "ApplicationName");
 }
 
 TEST_F(PartitionMerge, LeavesWhatCouldNotBeRead) {
   setText(*after_, "Identification", "ApplicationName", u"Ed");
-  MergeRules rules;
-  rules.untouched.insert(MergeRules::keyOf(*setNamed(*original_, "Identification").instanceUID(), "ApplicationName"));
-  EXPECT_EQ(differences(*merge(rules)), 0u);
+  DocumentContent edited{after_.get()};
+  edited.unread.insert(
+      DocumentContent::keyOf(*setNamed(*original_, "Identification").instanceUID(), "ApplicationName"));
+  EXPECT_EQ(differences(*mergeDocument(edited)), 0u);
 }
 
 TEST_F(PartitionMerge, AddsNewSetsAtTheEndAndTakesMissingOnesOut) {
@@ -144,31 +155,168 @@ TEST_F(PartitionMerge, AddsNewSetsAtTheEndAndTakesMissingOnesOut) {
   EXPECT_EQ(*merged->sets().back()->instanceUID(), *added->instanceUID());
 }
 
-TEST_F(PartitionMerge, TakesOutSetsThatTheEditedPartitionLacks) {
-  PartitionMetadata fewer(builtInDictionary());
-  for (const auto& entry : original_->partitionDictionary().primerEntries()) {
-    fewer.partitionDictionary().addPrimerEntry(entry);
+/// A partition without the sets of one name.
+std::unique_ptr<PartitionMetadata> without(const std::string& name, const PartitionMetadata& original) {
+  auto fewer = std::make_unique<PartitionMetadata>(builtInDictionary());
+  for (const auto& entry : original.partitionDictionary().primerEntries()) {
+    fewer->partitionDictionary().addPrimerEntry(entry);
   }
-  for (const auto* set : original_->sets()) {
-    if (set->name() == "Identification") continue;
+  for (const auto* set : original.sets()) {
+    if (set->name() == name) continue;
     DataIO::Memory::MemoryDataSink sink;
-    auto tags = original_->partitionDictionary();
+    auto tags = original.partitionDictionary();
     set->serialize(sink, tags);
     const auto head = KLV::Key::kSize + set->berLength();
-    fewer.addKLV(set->key(), set->berLength(), sink.rawBuffer() + head, sink.serializedSize() - head, 0);
+    fewer->addKLV(set->key(), set->berLength(), sink.rawBuffer() + head, sink.serializedSize() - head, 0);
   }
-  const auto merged = mergeEdits(*original_, {before_.get()}, fewer, {}, &summary_);
+  return fewer;
+}
+
+/// Makes a list of references shorter.
+void removeReference(PartitionMetadata& partition, const std::string& set, const std::string& property, uint32 index) {
+  dynamic_cast<CollectionElement&>(propertyNamed(setNamed(partition, set), property)).removeAt(index);
+}
+
+TEST_F(PartitionMerge, TakesOutSetsThatTheEditedPartitionLacks) {
+  for (auto* partition : {before_.get(), after_.get()}) removeReference(*partition, "Preface", "IdentificationList", 0);
+  removeReference(*original_, "Preface", "IdentificationList", 0);
+  after_ = without("Identification", *after_);
+  const auto merged = merge();
   EXPECT_EQ(summary_.removedSets, 1u);
   EXPECT_EQ(summary_.changedSets, 0u);
   EXPECT_EQ(merged->sets().size(), original_->sets().size() - 1);
 }
 
-TEST_F(PartitionMerge, TakesWhatAnyFormOfTheDocumentHasForUnedited) {
-  const auto other = readSample();
-  setText(*other, "Identification", "ApplicationName", u"as another form tells it");
-  setText(*after_, "Identification", "ApplicationName", u"as another form tells it");
-  const auto merged = mergeEdits(*original_, {before_.get(), other.get()}, *after_, {}, &summary_);
+TEST_F(PartitionMerge, KeepsSetsThatTheFormOfTheDocumentLacks) {
+  const auto fewer = without("Identification", *original_);
+  const DocumentContent shown{fewer.get()}, full{before_.get()};
+  const auto merged = mergeEdits(*original_, {shown, full}, shown, {}, &summary_);
   EXPECT_TRUE(summary_.isUnchanged());
+  EXPECT_EQ(written(*merged), written(*original_));
+  setText(*after_, "Identification", "ApplicationName", u"Ed");
+  mergeEdits(*original_, {shown, full}, {after_.get()}, {}, &summary_);
+  EXPECT_EQ(summary_.changedSets, 1u) << "the user has brought it in";
+  EXPECT_EQ(summary_.changedProperties, 1u);
+}
+
+TEST_F(PartitionMerge, PutsReferencesBackThatTheFormOfTheDocumentDoesNotShow) {
+  const auto packages = [this](PartitionMetadata& partition) {
+    std::vector<Types::UUID> targets;
+    propertyNamed(setNamed(partition, "ContentStorage"), "Packages").appendTargets({true}, targets);
+    return targets;
+  };
+  const auto all = packages(*original_);
+  ASSERT_EQ(all.size(), 2u);
+  removeReference(*before_, "ContentStorage", "Packages", 0);
+  removeReference(*after_, "ContentStorage", "Packages", 0);
+  EXPECT_EQ(packages(*merge()), all);
+  EXPECT_TRUE(summary_.isUnchanged());
+
+  removeReference(*after_, "ContentStorage", "Packages", 0);
+  EXPECT_EQ(packages(*merge()), std::vector<Types::UUID>{all[0]});
+  EXPECT_EQ(summary_.changedProperties, 1u);
+
+  propertyNamed(setNamed(*after_, "ContentStorage"), "Packages");
+  auto& storage = setNamed(*after_, "ContentStorage");
+  storage.remove(propertyNamed(storage, "Packages"));
+  EXPECT_THAT([&] { merge(); },
+              testing::ThrowsMessage<UnclearEdit>(testing::HasSubstr(
+                  ": Packages was edited, and refers to sets that the document does not show there")));
+}
+
+TEST_F(PartitionMerge, RefusesToReplaceASingleReferenceThatTheDocumentDoesNotShow) {
+  for (auto* partition : {before_.get(), after_.get()}) {
+    auto& preface = setNamed(*partition, "Preface");
+    preface.remove(propertyNamed(preface, "ContentStorageObject"));
+  }
+  EXPECT_EQ(written(*merge()), written(*original_));
+  auto& reference = propertyNamed(setNamed(*after_, "Preface"), "ContentStorageObject");
+  dynamic_cast<ReferenceElement&>(reference).set(&setNamed(*after_, "Preface"));
+  EXPECT_THAT([&] { merge(); },
+              testing::ThrowsMessage<UnclearEdit>(testing::HasSubstr(": ContentStorageObject was edited, and refers")));
+  dynamic_cast<ReferenceElement&>(reference).set(&setNamed(*after_, "ContentStorage"));
+  EXPECT_EQ(written(*merge()), written(*original_)) << "the same reference is no edit";
+}
+
+TEST_F(PartitionMerge, RefusesToTakeOutASetThatAReferenceLeadsToWhichTheDocumentDoesNotShow) {
+  for (auto* partition : {before_.get(), after_.get()}) removeReference(*partition, "Preface", "IdentificationList", 0);
+  after_ = without("Identification", *after_);
+  EXPECT_THAT([&] { merge(); },
+              testing::ThrowsMessage<UnclearEdit>(testing::AllOf(
+                  testing::StartsWith("the Identification " + uidOf(setNamed(*original_, "Identification")) +
+                                      " was taken out, and the Preface "),
+                  testing::HasSubstr(" refers to it, which the document does not show there"))));
+}
+
+/// Gives a second set of a partition the InstanceUID of another.
+void shareInstanceUID(PartitionMetadata& partition) {
+  auto& copy = *partition.createMetadataSet(setNamed(partition, "Identification").key());
+  dynamic_cast<SimpleElement&>(propertyNamed(copy, "InstanceID"))
+      .set(std::make_unique<Types::UUID>(*setNamed(partition, "Identification").instanceUID()), true);
+}
+
+TEST_F(PartitionMerge, TellsOfAnEditOfASetThatSharesItsInstanceUID) {
+  shareInstanceUID(*original_);
+  EXPECT_TRUE(merge() != nullptr && summary_.untaken.empty());
+  setText(*after_, "Identification", "ApplicationName", u"Ed");
+  const auto merged = merge();
+  EXPECT_TRUE(summary_.isUnchanged());
+  ASSERT_EQ(summary_.untaken.size(), 1u);
+  EXPECT_EQ(summary_.untaken[0].set, "Identification " + uidOf(setNamed(*original_, "Identification")));
+  EXPECT_EQ(summary_.untaken[0].reason, "another set has the same InstanceUID");
+  EXPECT_EQ(written(*merged), written(*original_));
+}
+
+TEST_F(PartitionMerge, TellsOfAnEditOfASetWithoutInstanceUID) {
+  auto& identification = setNamed(*original_, "Identification");
+  identification.remove(propertyNamed(identification, "InstanceID"));
+  const auto unnamed = [](PartitionMetadata& partition) {
+    auto& set = setNamed(partition, "Identification");
+    dynamic_cast<SimpleElement&>(propertyNamed(set, "InstanceID"))
+        .set(std::make_unique<Types::UUID>(Types::Factories::UID::generateUUID()), true);
+    removeReference(partition, "Preface", "IdentificationList", 0);
+    return DocumentContent{&partition, {&set}};
+  };
+  removeReference(*original_, "Preface", "IdentificationList", 0);
+  const auto before = unnamed(*before_), after = unnamed(*after_);
+  mergeEdits(*original_, {before, before}, after, {}, &summary_);
+  EXPECT_TRUE(summary_.isUnchanged());
+  EXPECT_TRUE(summary_.untaken.empty());
+  setText(*after_, "Identification", "ApplicationName", u"Ed");
+  mergeEdits(*original_, {before, before}, after, {}, &summary_);
+  EXPECT_TRUE(summary_.isUnchanged());
+  ASSERT_EQ(summary_.untaken.size(), 1u);
+  EXPECT_EQ(summary_.untaken[0].set, "Identification");
+  EXPECT_EQ(summary_.untaken[0].reason, "it has no InstanceUID");
+}
+
+TEST_F(PartitionMerge, FindsAPropertyByItsTagThatTheDocumentHasAsAnUnknownOne) {
+  const auto makeUnknown = [](PartitionMetadata& partition, const std::string& octets) {
+    auto& identification = setNamed(partition, "Identification");
+    identification.remove(propertyNamed(identification, "ApplicationName"));
+    const Bytes value = hex(octets);
+    setDecodedValue(identification.createInvalidElement(
+                        std::make_unique<MetaMetadata::UnknownAttribute>(Types::LocalTag(uint16{0x3c02}))),
+                    Types::Factories::fromBytes(Types::Identifiers::kUnknown, value.data(), value.size()));
+  };
+  makeUnknown(*before_, "0041");
+  makeUnknown(*after_, "0042");
+  const auto merged = merge();
+  EXPECT_EQ(summary_.changedProperties, 1u);
+  auto& identification = setNamed(*merged, "Identification");
+  EXPECT_EQ(identification.inDefinitionOrder().size(),
+            setNamed(*original_, "Identification").inDefinitionOrder().size());
+  EXPECT_EQ(propertyNamed(identification, "ApplicationName").wireValue()->encodedSize(), 2u);
+  EXPECT_EQ(propertyNamed(identification, "ApplicationName").wireValue()->rawBuffer()[1], 0x42);
+}
+
+TEST_F(PartitionMerge, CountsTheEditsOfADocument) {
+  setText(*after_, "Identification", "ApplicationName", u"Ed");
+  setText(*after_, "Identification", "ApplicationPlatform", u"Acme");
+  EXPECT_EQ(countEdits({before_.get()}, {after_.get()}), 2u);
+  const auto fewer = without("Sequence", *after_);
+  EXPECT_EQ(countEdits({before_.get()}, {fewer.get()}), 2u + original_->sets().size() - fewer->sets().size());
+  EXPECT_EQ(countEdits({fewer.get()}, {after_.get()}), original_->sets().size() - fewer->sets().size());
 }
 
 TEST_F(PartitionMerge, ReplacesDarkKLVsByKey) {

@@ -1,0 +1,175 @@
+#include <gmock/gmock.h>
+
+#include "Edit.h"
+
+/// Edits of references in documents that do not show all of them.
+namespace Vantor::Tool {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+std::string uid(const std::string& octet) { return "01.00.00.00.00.00.00.00.00.00.00.00.00.00.00." + octet; }
+std::string set(const std::string& name, const std::string& octet, const std::string& content) {
+  return "<s377m:" + name + " rp210:InstanceUID='" + uid(octet) + "'>" + content + "</s377m:" + name + ">\n";
+}
+std::string property(const std::string& name, const std::string& content) {
+  return "<rp210:" + name + ">" + content + "</rp210:" + name + ">";
+}
+std::string pointer(const std::string& name, const std::string& octet) {
+  return "<s377m:" + name + "_REF types:TargetInstance=\"" + uid(octet) + "\"/>";
+}
+std::string track(const std::string& octet, const std::string& sequence) {
+  return set("TimelineTrack", octet,
+             property("TrackID", octet) + property("TrackSegment", pointer("Sequence", sequence)));
+}
+std::string tracks(const std::string& first, const std::string& second) {
+  return property("PackageTracks", pointer("TimelineTrack", first) + pointer("TimelineTrack", second));
+}
+
+/// Both packages own track 11, and tracks 11 and 12 own sequence 21. Nested, each is shown where it comes first.
+std::string twoOwners() {
+  return "<s377m:MetadataSets xmlns:s377m='urn:SMPTE:S377M' xmlns:rp210='urn:SMPTE:RP210' "
+         "xmlns:types='urn:SMPTE:Types:MXF'>\n" +
+         set("Preface", "01",
+             property("ContentStorageObject", pointer("ContentStorage", "02")) +
+                 property("OperationalPattern", "06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00")) +
+         set("ContentStorage", "02",
+             property("Packages", pointer("MaterialPackage", "03") + pointer("SourcePackage", "04"))) +
+         set("MaterialPackage", "03", tracks("11", "12")) + set("SourcePackage", "04", tracks("11", "13")) +
+         track("11", "21") + track("12", "21") + track("13", "22") + set("Sequence", "21", "") +
+         set("Sequence", "22", "") + "</s377m:MetadataSets>";
+}
+
+class OwnersEdit : public Edit {
+ public:
+  explicit OwnersEdit(std::vector<std::string> options = {}) : Edit(FileOf(twoOwners()).file(), std::move(options)) {}
+};
+
+/// What an export of a file has of the source package.
+std::string sourcePackage(const std::string& flat) {
+  const std::string end = "</s377m:SourcePackage>";
+  const auto at = flat.find("<s377m:SourcePackage ");
+  std::string text = flat.substr(at, flat.find(end) - at);
+  text.erase(std::remove(text.begin(), text.end(), '\n'), text.end());
+  while (text.find("  ") != std::string::npos) text.erase(text.find("  "), 1);
+  return text;
+}
+
+TEST(EditedReferences, AreAllThereWhenNothingWasEdited) {
+  for (const auto& form : std::vector<std::vector<std::string>>{{}, {"--flat"}}) {
+    const OwnersEdit edit(form);
+    const Result result = edit.intoCopy({"--strict"});
+    EXPECT_EQ(result.out, "nothing is edited\n");
+    EXPECT_EQ(result.err, "") << "an empty element is what a nested document has for a set that it has elsewhere";
+    EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
+  }
+}
+
+TEST(EditedReferences, KeepTheOnesThatANestedDocumentDoesNotShow) {
+  const OwnersEdit edit;
+  edit.replace("<s377m:TimelineTrack rp210:InstanceUID=\"" + uid("13"),
+               "<s377m:TimelineTrack rp210:InstanceUID=\"" + uid("14") +
+                   "\"/><s377m:TimelineTrack rp210:InstanceUID=\"" + uid("13"));
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.out, "1 set changed (1 property), 1 added, 0 removed; written to 1 partition\n") << result.err;
+  EXPECT_THAT(sourcePackage(edit.flat(edit.copy())),
+              HasSubstr(pointer("TimelineTrack", "11") + " " + pointer("TimelineTrack", "14") + " " +
+                        pointer("TimelineTrack", "13")));
+}
+
+TEST(EditedReferences, KeepThoseWhoseNeighboursWereTakenOut) {
+  const OwnersEdit edit;
+  edit.cut("<s377m:TimelineTrack rp210:InstanceUID=\"" + uid("13"), "</s377m:TimelineTrack>");
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 2 removed; written to 1 partition\n") << result.err;
+  EXPECT_THAT(sourcePackage(edit.flat(edit.copy())), HasSubstr(pointer("TimelineTrack", "11") + " </rp210"));
+}
+
+TEST(EditedReferences, AreRefusedWhereNobodyCanTellWhatIsMeant) {
+  const std::string flat = "; edit an export of all sets with --flat\n";
+  const OwnersEdit single;
+  single.replace("<rp210:TrackSegment/>", "");
+  Result result = single.intoCopy();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(single.remarks(result), "cannot be put into ORIGINAL: the TimelineTrack " + uid("12") +
+                                        ": TrackSegment was edited, and refers to sets that the document does not show "
+                                        "there" +
+                                        flat);
+  const OwnersEdit another;
+  another.replace("<rp210:TrackSegment/>",
+                  "<rp210:TrackSegment>" + pointer("Sequence", "22") + "</rp210:TrackSegment>");
+  EXPECT_THAT(another.intoCopy().err, HasSubstr(": TrackSegment was edited, and refers to sets"));
+  const OwnersEdit owner;
+  owner.cut("<s377m:TimelineTrack rp210:InstanceUID=\"" + uid("11"), "</s377m:TimelineTrack>");
+  result = owner.intoCopy();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(
+      owner.remarks(result),
+      testing::MatchesRegex("cannot be put into ORIGINAL: the (TimelineTrack|Sequence) .* was taken out, and the .* "
+                            "refers to it, which the document does not show there; edit "
+                            "an export of all sets with --flat\n"));
+  EXPECT_EQ(owner.files(), (std::vector<std::string>{"edited.xml", "original.mxf"}));
+}
+
+TEST(EditedReferences, TakeTheSameReferenceForNoEdit) {
+  const OwnersEdit edit;
+  edit.replace("<rp210:TrackSegment/>", "<rp210:TrackSegment>" + pointer("Sequence", "21") + "</rp210:TrackSegment>");
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.out, "nothing is edited\n") << result.err;
+  EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
+}
+
+TEST(EditedReferences, AreTakenOutOfAFlatDocumentAlsoWhereANestedOneWouldNotShowThem) {
+  const OwnersEdit edit({"--flat"});
+  const std::string xml = readFile(edit.document());
+  const auto at = xml.find(pointer("TimelineTrack", "11"), xml.find("<s377m:SourcePackage "));
+  writeFile(edit.document(), std::string(xml).erase(at, pointer("TimelineTrack", "11").size()));
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed; written to 1 partition\n") << result.err;
+  EXPECT_THAT(sourcePackage(edit.flat(edit.copy())), Not(HasSubstr(uid("11"))));
+}
+
+/// In the nested form, the reference to each dark group is nothing at all.
+TEST(EditedReferences, KeepTheOnesToDarkSets) {
+  const ScratchFolder folder;
+  writeFile(folder.path("whole.mxf"), wholeFile("bmx-op1a-adm.header.mxf"));
+  const Edit edit(folder.path("whole.mxf"), {});
+  const std::string before = edit.flat(edit.original());
+  edit.replace("<rp210:SubDescriptors/>", "<rp210:SubDescriptors><s377m:STLDescriptor rp210:InstanceUID=\"" +
+                                              uid("31") + "\"/></rp210:SubDescriptors>");
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.out, "1 set changed (1 property), 1 added, 0 removed; written to 1 partition\n") << result.err;
+  const std::string after = edit.flat(edit.copy()), dangling = "<s377m:Dangling_REF ";
+  const auto count = [&dangling](const std::string& text) {
+    std::size_t number = 0;
+    for (auto at = text.find(dangling); at != std::string::npos; at = text.find(dangling, at + 1)) ++number;
+    return number;
+  };
+  EXPECT_EQ(count(before), 6u);
+  EXPECT_EQ(count(after), 6u);
+  edit.replace("<rp210:SubDescriptors/>", "");
+  EXPECT_THAT(edit.intoCopy().err, HasSubstr(": SubDescriptors was edited, and refers to sets that the document does "
+                                             "not show there; edit an export of all sets with --flat\n"));
+}
+
+/// Sets that the dictionary knows, and the document has as octets and hides the references to.
+TEST(EditedReferences, ComeBackFromADocumentThatWasMadeWithoutTheDefinitions) {
+  const ScratchFolder folder;
+  writeFile(folder.path("whole.mxf"), wholeFile("bmx-op1a-adm.header.mxf"));
+  for (const auto& form : std::vector<std::vector<std::string>>{{}, {"--flat"}}) {
+    const Edit edit(folder.path("whole.mxf"), form);
+    std::string xml = readFile(edit.document());
+    const auto octet = xml.find("</groups:DarkMetadata>") - 1;
+    xml[octet] = xml[octet] == '0' ? '1' : '0';
+    writeFile(edit.document(), xml);
+    const Result result = edit.intoCopy({"--dictionary", sample("adm.dictionary")});
+    EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed; written to 1 partition\n") << result.err;
+    std::vector<std::string> again = {"export", edit.copy()};
+    again.insert(again.end(), form.begin(), form.end());
+    EXPECT_TRUE(run(again).out == xml);
+  }
+}
+
+}  // namespace
+}  // namespace Vantor::Tool
