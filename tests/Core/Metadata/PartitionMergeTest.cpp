@@ -200,7 +200,7 @@ TEST_F(PartitionMerge, KeepsSetsThatTheFormOfTheDocumentLacks) {
 }
 
 TEST_F(PartitionMerge, PutsReferencesBackThatTheFormOfTheDocumentDoesNotShow) {
-  const auto packages = [this](PartitionMetadata& partition) {
+  const auto packages = [](PartitionMetadata& partition) {
     std::vector<Types::UUID> targets;
     propertyNamed(setNamed(partition, "ContentStorage"), "Packages").appendTargets({true}, targets);
     return targets;
