@@ -11,7 +11,6 @@
 #include "Core/Metadata/EntryView.h"
 #include "Core/Metadata/PropertyIdentity.h"
 #include "Core/Metadata/PropertyPairing.h"
-#include "Core/Metadata/SetPairing.h"
 #include "Core/Metadata/ValueText.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
@@ -137,8 +136,8 @@ struct Finding {
 
 class Comparer {
  public:
-  Comparer(const PartitionMetadata& left, const PartitionMetadata& right)
-      : left_(left), right_(right), pairing_(left, right) {
+  Comparer(const PartitionMetadata& left, const PartitionMetadata& right, Pairing pairing)
+      : left_(left), right_(right), areNamesShared_(pairing == Pairing::kByIdentifier), pairing_(left, right, pairing) {
     for (const auto& [leftSet, rightSet] : pairing_.setPairs()) {
       if (leftSet->instanceUID() != nullptr && rightSet->instanceUID() != nullptr) {
         identifiers_.enter(*leftSet->instanceUID(), *rightSet->instanceUID());
@@ -339,10 +338,7 @@ class Comparer {
     const auto& rightTargets = right_.findByInstanceUID(right);
     // Two references to nothing say no more than that one identifier is meant, which may be met again.
     const bool areDangling = leftTargets.empty() && rightTargets.empty();
-    // All zeros mean no set at all, which no other identifier does.
-    const bool areOneKind = (left == Types::UUID()) == (right == Types::UUID());
-    const bool correspond =
-        areDangling ? areOneKind && identifiers_.enter(left, right) : identifiers_.maps(left, right);
+    const bool correspond = areDangling ? areDanglingEqual(left, right) : identifiers_.maps(left, right);
     if (correspond) return std::nullopt;
     const auto text = [](const Types::UUID& target, const PartitionMetadata::Sets& sets) {
       return textOf(target) + " (" + (sets.empty() ? "no set" : sets.front()->name()) + ")";
@@ -350,8 +346,16 @@ class Comparer {
     return Finding{areDangling ? Kind::kMapping : Kind::kReference, text(left, leftTargets), text(right, rightTargets)};
   }
 
+  bool areDanglingEqual(const Types::UUID& left, const Types::UUID& right) {
+    if (areNamesShared_) return left == right;
+    // All zeros mean no set at all, which no other identifier does.
+    const bool areOneKind = (left == Types::UUID()) == (right == Types::UUID());
+    return areOneKind && identifiers_.enter(left, right);
+  }
+
   const PartitionMetadata& left_;
   const PartitionMetadata& right_;
+  bool areNamesShared_;
   SetPairing pairing_;
   IdentifierMap identifiers_;
   PartitionComparison result_;
@@ -388,8 +392,8 @@ const char* name(InsignificantDifference kind) {
   return kNames[static_cast<std::size_t>(kind)];
 }
 
-PartitionComparison comparePartitions(const PartitionMetadata& left, const PartitionMetadata& right) {
-  return Comparer(left, right).run();
+PartitionComparison comparePartitions(const PartitionMetadata& left, const PartitionMetadata& right, Pairing pairing) {
+  return Comparer(left, right, pairing).run();
 }
 
 }  // namespace Vantor

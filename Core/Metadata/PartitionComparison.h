@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/SetPairing.h"
 
 namespace Vantor {
 
@@ -86,10 +87,12 @@ struct PartitionComparison {
 /// Valid and misplaced properties are the same property when they have one label, unknown ones when they have one
 /// static tag or when their dynamic tags mean one label in their primers. Values are compared by type and octets,
 /// references by whether their targets are partners, InstanceUIDs by whether each always stands for the same one of the
-/// other partition. Only what `InsignificantDifference` lists is passed over, and counted. Of the primers, only what
-/// they say of the tags of properties and of items in dark KLVs is compared.
+/// other partition; with `Pairing::kByIdentifier`, references to sets that neither partition has are equal when they
+/// name one InstanceUID. Only what `InsignificantDifference` lists is passed over, and counted. Of the primers, only
+/// what they say of the tags of properties and of items in dark KLVs is compared.
 ///
 /// Takes time in proportion to the partitions' sizes (the order of n sets: n log n). Any number of threads may compare.
-PartitionComparison comparePartitions(const PartitionMetadata& left, const PartitionMetadata& right);
+PartitionComparison comparePartitions(const PartitionMetadata& left, const PartitionMetadata& right,
+                                      Pairing pairing = Pairing::kByPlace);
 
 }  // namespace Vantor

@@ -102,13 +102,24 @@ std::vector<const MetadataSet*> SetPairing::Side::freeSets() const {
   return sets;
 }
 
-SetPairing::SetPairing(const PartitionMetadata& left, const PartitionMetadata& right) : left_(left), right_(right) {
+SetPairing::SetPairing(const PartitionMetadata& left, const PartitionMetadata& right, Pairing pairing)
+    : left_(left), right_(right) {
+  if (pairing == Pairing::kByIdentifier) pairByIdentifier();
   pairFirstSets();
   follow(0, kStrong);
   follow(0, kStrongAndWeak);
   pairOwnersByValue();
   pairByKey();
   pairDark();
+}
+
+void SetPairing::pairByIdentifier() {
+  for (const MetadataSet* set : left_.partition.sets()) {
+    if (set->instanceUID() == nullptr) continue;
+    const auto& lefts = left_.partition.findByInstanceUID(*set->instanceUID());
+    const auto& rights = right_.partition.findByInstanceUID(*set->instanceUID());
+    if (lefts.size() == 1 && rights.size() == 1) pair(*set, *rights.front());
+  }
 }
 
 void SetPairing::pairFirstSets() {

@@ -10,6 +10,13 @@
 
 namespace Vantor {
 
+/// By what sets of two partitions find one another.
+enum class Pairing {
+  kByPlace,      ///< by what refers to them; InstanceUIDs are names that each partition chooses
+  kByIdentifier  ///< by InstanceUID, where it is that of one set in each partition and both are of one kind; then by
+                 ///< place
+};
+
 /// Finds for each KLV of one partition the one of another partition that stands for the same thing.
 ///
 /// The Prefaces are partners, and whatever partners refer to by the same property, item by item: first along strong
@@ -25,7 +32,7 @@ class SetPairing {
 
   static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
-  SetPairing(const PartitionMetadata& left, const PartitionMetadata& right);
+  SetPairing(const PartitionMetadata& left, const PartitionMetadata& right, Pairing pairing = Pairing::kByPlace);
 
   /// For each entry of the left partition the place of its partner among the right partition's entries, or `kNone`.
   const std::vector<std::size_t>& partnersOfLeft() const { return left_.partners; }
@@ -49,6 +56,7 @@ class SetPairing {
     std::vector<std::size_t> partners;
   };
 
+  void pairByIdentifier();
   void pairFirstSets();
   void pairOwnersByValue();
   void pairByKey();

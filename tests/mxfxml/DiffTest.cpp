@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
-#include "Program.h"
-#include "ScratchFolder.h"
+#include "Edit.h"
 
 namespace Vantor::Tool {
 namespace {
@@ -55,6 +55,36 @@ TEST(Diff, PrintsOtherInstanceUIDsUnlessToldNotTo) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.out, HasSubstr("identifier: Preface: AD.AB.44.24.2F.25.4D.C7.92.FF.00.0B.00.00.00.00 -> "));
   EXPECT_EQ(run({"diff", "--ignore-ids", sample("op1a.mxf"), folder.path("b.mxf")}).exitCode, 0);
+}
+
+/// What a flat export of the sample has for the tracks of its material package.
+const std::string kFirstTrack =
+    "<s377m:TimelineTrack_REF types:TargetInstance=\"79.4E.DE.7C.04.C7.43.42.80.EE.FA.59.53.B7.25.B3\"/>";
+const std::string kSecondTrack =
+    "<s377m:TimelineTrack_REF types:TargetInstance=\"DA.87.E0.C7.73.4F.44.E9.B7.42.6D.EE.B5.EF.08.2F\"/>";
+
+/// Puts an edit of references back and looks what is told of it.
+void expectOneProperty(const Edit& edit, const std::string& property) {
+  ASSERT_EQ(edit.intoCopy().exitCode, 0);
+  const Result result = run({"diff", edit.original(), edit.copy()});
+  EXPECT_THAT(result.out, AllOf(StartsWith("reference: MaterialPackage "), HasSubstr(": " + property),
+                                EndsWith("sets compared 19, different 1; properties compared 115, different 1\n")));
+  EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 3) << result.out;
+  EXPECT_NE(run({"diff", "--ignore-ids", edit.original(), edit.copy()}).out, result.out);
+}
+
+TEST(Diff, ShowsAReferenceThatWasTakenOutAsOneProperty) {
+  const Edit edit(sample(kSample), {"--flat"});
+  edit.replace(kFirstTrack, "");
+  expectOneProperty(edit, "PackageTracks: [79.4E.DE.7C.");
+}
+
+TEST(Diff, ShowsReferencesThatWereSwappedAsOneProperty) {
+  const Edit edit(sample(kSample), {"--flat"});
+  edit.replace(kFirstTrack, "@");
+  edit.replace(kSecondTrack, kFirstTrack);
+  edit.replace("@", kSecondTrack);
+  expectOneProperty(edit, "PackageTracks[0]: 79.4E.DE.7C.");
 }
 
 TEST(Diff, FailsWhereAFileCannotBeRead) {

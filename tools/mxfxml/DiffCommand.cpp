@@ -22,9 +22,9 @@ std::string textOf(const Types::UUID* instanceUID) {
   return instanceUID == nullptr ? "nothing" : Utils::wstringToString(instanceUID->toString());
 }
 
-/// The sets whose InstanceUIDs are not the same, a line for each.
+/// The sets that stand in one place and whose InstanceUIDs are not the same, a line for each.
 std::string identifierLines(const PartitionMetadata& left, const PartitionMetadata& right) {
-  const SetPairing pairing(left, right);
+  const SetPairing pairing(left, right, Pairing::kByIdentifier);
   std::string lines;
   for (const auto& [one, other] : pairing.setPairs()) {
     const auto *before = one->instanceUID(), *after = other->instanceUID();
@@ -47,7 +47,8 @@ DiffCommand::DiffCommand(CLI::App& program)
   app().add_flag("--strict", strict_,
                  "Fail where a document says something twice or that cannot be,\ninstead of leaving it out with a "
                  "warning");
-  app().add_flag("--ignore-ids", ignoreIdentifiers_, "Take InstanceUIDs for names that each file chooses");
+  app().add_flag("--ignore-ids", ignoreIdentifiers_,
+                 "Take InstanceUIDs for names that each file chooses,\nand pair sets by what refers to them");
   addPartition(app(), partition_);
   dictionary_.addDictionary(app());
 }
@@ -55,7 +56,8 @@ DiffCommand::DiffCommand(CLI::App& program)
 void DiffCommand::run() const {
   const auto left = read(input());
   const auto right = readOther();
-  const auto comparison = comparePartitions(*left, *right);
+  const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
+  const auto comparison = comparePartitions(*left, *right, pairing);
   const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
   writeStandardOutput(identifiers + describe(comparison));
   if (!comparison.isEqual() || !identifiers.empty()) throw CommandError("differs from " + other_.u8string());

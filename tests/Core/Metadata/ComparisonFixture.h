@@ -18,7 +18,7 @@ class PartitionComparisonTest : public testing::Test {
  protected:
   /// Each difference as "kind: set #number: property: left -> right", where #number stands for `uid(number)`.
   std::vector<std::string> differences() {
-    comparison_ = comparePartitions(left_, right_);
+    comparison_ = comparePartitions(left_, right_, pairing_);
     std::vector<std::string> texts;
     for (const auto& difference : comparison_.differences) {
       std::string text = std::string(name(difference.kind)) + ": " + difference.set + " " + difference.instanceUID;
@@ -58,6 +58,7 @@ class PartitionComparisonTest : public testing::Test {
 
   PartitionMetadata left_{testDictionary()};
   PartitionMetadata right_{testDictionary()};
+  Pairing pairing_ = Pairing::kByPlace;
   MetadataSet* leftThing_ = nullptr;
   MetadataSet* rightThing_ = nullptr;
   PartitionComparison comparison_;
