@@ -173,11 +173,24 @@ void refuse(const DOMElement& element, const std::string& name, const ImportRepo
                             kSource, __LINE__);
 }
 
+void refuse(const DOMElement& element, const std::string& name, const MetadataSet& known, const ImportReport& report) {
+  throw LosslessSets::Clash("line " + std::to_string(report.lineOf(element)) + ": the " + name +
+                                " has the InstanceUID of the " + XML2Partition::nameOf(known) +
+                                " that the partition has already; give one of them another, or import into a new "
+                                "partition",
+                            kSource, __LINE__);
+}
+
 MetadataSet* read(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
                   ImportDocument& document) {
   const auto instanceUID = LosslessSets::instanceUIDOf(element);
-  auto* known = instanceUID ? document.report().find(*instanceUID) : nullptr;
-  if (known == nullptr) return nullptr;
+  if (!instanceUID) return nullptr;
+  auto* known = document.report().find(*instanceUID);
+  if (known == nullptr) {
+    const auto& others = document.partition().findByInstanceUID(*instanceUID);
+    if (!others.empty()) refuse(element, definition.symbol(), *others.front(), document.report());
+    return nullptr;
+  }
   if (known->set->definition() != &definition) refuse(element, definition.symbol(), *known, document.report());
   const ImportReport::Reading reading(document.report(), *known->set);
   Comparison(element, *known, document).run(definition);

@@ -13,12 +13,16 @@ namespace Vantor::XML2Partition::LosslessCopies {
 ///
 /// Where this element says something else than the first, that is reported, and the first counts; only the sets that it
 /// has within are read. Takes time in proportion to this element, whatever the first one has.
-/// @throws LosslessSets::Clash when it is a set of another kind.
+/// @throws LosslessSets::Clash when it is a set of another kind, and for the first when the partition had a set of the
+/// InstanceUID before the import.
 MetadataSet* read(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
                   ImportDocument& document);
 
 /// @throws LosslessSets::Clash naming both sets and their lines.
 [[noreturn]] void refuse(const xercesc::DOMElement& element, const std::string& name, const ImportReport::Source& known,
+                         const ImportReport& report);
+/// @throws LosslessSets::Clash naming both sets, one of which is in the partition and not of the document.
+[[noreturn]] void refuse(const xercesc::DOMElement& element, const std::string& name, const MetadataSet& known,
                          const ImportReport& report);
 
 }  // namespace Vantor::XML2Partition::LosslessCopies

@@ -47,10 +47,13 @@ uint8 lengthOctets(const DOMElement& element, ImportDocument& document) {
   }
 }
 
-/// Enters a set that can be referred to.
-void enter(MetadataSet& set, Content content, const DOMElement& element, ImportReport& report) {
+/// Enters a set that can be referred to, and that is the partition's last.
+void enter(MetadataSet& set, Content content, const DOMElement& element, ImportDocument& document) {
   if (set.instanceUID() == nullptr) return;
+  auto& report = document.report();
   if (const auto* known = report.find(*set.instanceUID())) LosslessCopies::refuse(element, set.name(), *known, report);
+  const auto& all = document.partition().findByInstanceUID(*set.instanceUID());
+  if (all.front() != &set) LosslessCopies::refuse(element, set.name(), *all.front(), report);
   report.enter(*set.instanceUID(), {&set, &element});
   report.enterDark(std::move(content));
 }
@@ -62,7 +65,7 @@ void add(Content content, const DOMElement& element, ImportDocument& document) {
   const auto before = partition.sets().size();
   partition.addKLV(content.first, octets, content.second.data(), content.second.size(), 0);
   if (partition.sets().size() == before) return;
-  enter(*partition.sets().back(), std::move(content), element, document.report());
+  enter(*partition.sets().back(), std::move(content), element, document);
 }
 
 void reserveTagsOf(const Content& set, PartitionDictionary& tags) {

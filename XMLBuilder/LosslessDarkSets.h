@@ -15,7 +15,7 @@ void reserveTags(const xercesc::DOMElement& container, ImportDocument& document)
 
 /// Makes a set of an element's octets as a file reader does it, so that references find what has the form of a local
 /// set; one with an InstanceUID that the document has twice is one set. What is no dark set is reported.
-/// @throws LosslessSets::Clash when another set of the document has its InstanceUID.
+/// @throws LosslessSets::Clash when another set of the document, or of the partition, has its InstanceUID.
 void read(const xercesc::DOMElement& element, ImportDocument& document);
 
 }  // namespace Vantor::XML2Partition::LosslessDarkSets

@@ -23,6 +23,28 @@ TEST(LosslessCopies, MakesOneSetOfTwoCopies) {
   EXPECT_THAT(document.messages(), IsEmpty());
 }
 
+TEST(LosslessCopies, AreNoneOfSetsThatThePartitionHadBefore) {
+  const std::string text = prefaceWith("<rp210:ByteOrder>1</rp210:ByteOrder>");
+  for (const auto entry : kLosslessEntries) {
+    PartitionMetadata partition(builtInDictionary());
+    importLosslessly(text, partition);
+    const auto failure = failureOf([&] { importLosslessly(text, partition, entry); });
+    EXPECT_EQ(failure.kind, "InvalidFormat");
+    EXPECT_EQ(failure.message, "line 2: the Preface has the InstanceUID of the Preface " + std::string(kPrefaceUID) +
+                                   " that the partition has already; give one of them another, or import into a new "
+                                   "partition");
+    EXPECT_EQ(partition.sets().size(), 1u);
+  }
+}
+
+TEST(LosslessCopies, LetAPartitionHaveTheSetsOfTwoDocuments) {
+  PartitionMetadata partition(builtInDictionary());
+  importLosslessly(prefaceWith(""), partition);
+  const std::string storage = "<s377m:ContentStorage rp210:InstanceUID='" + std::string(kStorageUID) + "'/>";
+  EXPECT_THAT(importLosslessly(documentOf(storage + "<s377m:Preface/>"), partition).diagnostics, IsEmpty());
+  EXPECT_EQ(partition.sets().size(), 3u);
+}
+
 TEST(LosslessCopies, TellsWhereACopyDiffersAndKeepsTheFirst) {
   const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>\n";
   Imported document(documentOf(start + "<rp210:ByteOrder>1</rp210:ByteOrder></s377m:Preface>\n" + start +

@@ -119,6 +119,23 @@ TEST(LosslessDarkSets, MustNotHaveTheInstanceUIDOfAnotherSet) {
                                                                  " at line 3; give one of them another");
 }
 
+TEST(LosslessDarkSets, MustNotHaveTheInstanceUIDOfASetThatThePartitionHadBefore) {
+  const std::string why = " that the partition has already; give one of them another, or import into a new partition";
+  const std::string known = "<s377m:ContentStorage rp210:InstanceUID='" + std::string(kStorageUID) + "'/>\n";
+  const auto secondFailure = [](const std::string& first, const std::string& second) {
+    PartitionMetadata partition(builtInDictionary());
+    importLosslessly(floating(first), partition);
+    return XML2Partition::failureOf([&] { importLosslessly(floating(second), partition); });
+  };
+  const std::string group = std::string(kGroupKey) + " " + kStorageUID;
+  EXPECT_EQ(secondFailure(darkSet(kIdentified), darkSet(kIdentified)).message,
+            "line 3: the " + std::string(kGroupKey) + " has the InstanceUID of the " + group + why);
+  EXPECT_EQ(
+      secondFailure(known, darkSet(kIdentified)).message,
+      "line 3: the " + std::string(kGroupKey) + " has the InstanceUID of the ContentStorage " + kStorageUID + why);
+  EXPECT_EQ(secondFailure(darkSet(kIdentified), known).kind, "InvalidFormat");
+}
+
 /// Local tags within dark sets mean what the primer of their file said: no property may come by one of them.
 TEST(LosslessDarkSets, KeepTheLocalTagsWithinFromProperties) {
   const std::string label = "06.0E.2B.34.01.01.01.01.0F.00.00.00.00.00.00.01";

@@ -25,13 +25,27 @@ inline std::string identificationWith(const std::string& content) {
   return documentOf("<s377m:Identification>\n" + content + "\n</s377m:Identification>");
 }
 
+/// The two exported functions.
+enum class LosslessEntry { kBuffer, kFile };
+inline constexpr LosslessEntry kLosslessEntries[] = {LosslessEntry::kBuffer, LosslessEntry::kFile};
+
+inline LosslessImport importLosslessly(const std::string& text, PartitionMetadata& partition,
+                                       LosslessEntry entry = LosslessEntry::kBuffer) {
+  if (entry == LosslessEntry::kBuffer) {
+    return importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.data()), static_cast<uint32>(text.size()),
+                                      &partition);
+  }
+  const TemporaryFile file(text);
+  return importLosslesslyFromFile(file.unicodePath().utf16(), &partition);
+}
+
 /// A partition with the built-in dictionary, filled from a document.
 class Imported {
  public:
-  explicit Imported(const std::string& text, MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy)
-      : partition_(builtInDictionary(vocabulary)),
-        result_(importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.data()),
-                                           static_cast<uint32>(text.size()), &partition_)) {}
+  explicit Imported(const std::string& text, MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy,
+                    LosslessEntry entry = LosslessEntry::kBuffer)
+      : partition_(builtInDictionary(vocabulary)), result_(importLosslessly(text, partition_, entry)) {}
+  Imported(const std::string& text, LosslessEntry entry) : Imported(text, MetaMetadata::Vocabulary::kLegacy, entry) {}
 
   PartitionMetadata& partition() { return partition_; }
   MetadataSet& first() { return *partition_.sets().front(); }
