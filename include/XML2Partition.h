@@ -45,8 +45,9 @@ VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> g
 VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromFile(
     const uint16* path, PartitionMetadata* partition);
 
-/// Something that a document says twice, or that cannot be what it stands for. What it is about was not read, but for a
-/// root element of another name, whose content is.
+/// Something that a document says twice, or that cannot be what it stands for. It was not read, with three exceptions:
+/// a reference to a set that the document does not have is kept, a set with an InstanceUID that is none gets a new one,
+/// and a root element of another name is read as if it had the right one.
 struct ImportDiagnostic {
   enum class Kind {
     kUnknownElement,     ///< an element or attribute that is no set, or no property of its set, in its namespace; text
@@ -101,13 +102,14 @@ struct LosslessImport {
 ///
 /// - Sets keep the InstanceUIDs of the document, and dark groups theirs, so that references stay what they are.
 /// - A set that the document has twice is one set.
-/// - Two kinds of sets with one InstanceUID are an error, and so are a dark group and anything else with one.
+/// - Two kinds of sets with one InstanceUID are an error, and so are a dark group and anything else with one, and a set
+///   of the document and one that the partition had before.
 /// - Fractions of a second are scaled back.
 /// - JPEG 2000 values are read with and without an element around them.
 /// - Children of values are found in either vocabulary.
 /// - An empty text is a text, and so is white space, in buffers, too.
 /// - Elements and attributes are found by namespace and name, whatever prefix the document gives the namespace.
-/// - What is said twice or cannot be is not read, and told in the diagnostics.
+/// - What is said twice or cannot be is told in the diagnostics: see `ImportDiagnostic`.
 ///
 /// What the local tags in dark sets mean is in no document. None of these tags is given to anything else.
 ///

@@ -47,14 +47,33 @@ TEST(LosslessImport, ReadsJPEG2000ValuesWithAndWithoutAnElementAroundThem) {
   }
 }
 
-TEST(LosslessImport, KeepsEmptyAndBlankTexts) {
-  Imported document(
-      identificationWith("<rp210:ApplicationName/><rp210:ApplicationVersionString> \n "
-                         "</rp210:ApplicationVersionString>"));
-  EXPECT_EQ(Platform::utf16ToWstring(valueAs<Types::UTF16String>(document.first(), "ApplicationName").value()),
-            wstring());
-  EXPECT_EQ(Platform::utf16ToWstring(valueAs<Types::UTF16String>(document.first(), "ApplicationVersionString").value()),
-            wstring(u" \n "));
+wstring textOf(MetadataSet& set, const std::string& property) {
+  return Platform::utf16ToWstring(valueAs<Types::UTF16String>(set, property).value());
+}
+
+TEST(LosslessImport, KeepsEmptyAndBlankTextsOfBuffersAndFiles) {
+  const std::string text = identificationWith(
+      "<rp210:ApplicationName/><rp210:ApplicationSupplierName></rp210:ApplicationSupplierName>\n"
+      "<rp210:ApplicationVersionString> \n </rp210:ApplicationVersionString>");
+  for (const auto entry : kLosslessEntries) {
+    Imported document(text, entry);
+    EXPECT_THAT(document.messages(), IsEmpty());
+    EXPECT_EQ(textOf(document.first(), "ApplicationName"), wstring());
+    EXPECT_EQ(textOf(document.first(), "ApplicationSupplierName"), wstring());
+    EXPECT_EQ(textOf(document.first(), "ApplicationVersionString"), wstring(u" \n "));
+  }
+}
+
+TEST(LosslessImport, TellsOfBuffersAndFilesWithTheSameLines) {
+  const std::string text = prefaceWith(
+      "<rp210:ByteOrder>x</rp210:ByteOrder>\n\n<rp210:ObjectModelVersion>1</rp210:ObjectModelVersion>\n"
+      "<rp210:ObjectModelVersion>2</rp210:ObjectModelVersion>");
+  const std::string set = "|Preface " + std::string(kPrefaceUID) + "|";
+  for (const auto entry : kLosslessEntries) {
+    EXPECT_THAT(Imported(text, entry).messages(),
+                ElementsAre("3" + set + "ByteOrder|'x' is no whole number from -32768 to 32767",
+                            "6" + set + "|there is one ObjectModelVersion already; this one is not read"));
+  }
 }
 
 TEST(LosslessImport, JoinsTextThatCommentsAndSectionsCutUp) {

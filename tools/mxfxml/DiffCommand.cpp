@@ -45,8 +45,7 @@ DiffCommand::DiffCommand(CLI::App& program)
       ->required()
       ->type_name("");
   app().add_flag("--strict", strict_,
-                 "Fail where a document says something twice or that cannot be,\ninstead of leaving it out with a "
-                 "warning");
+                 "Fail where a document says something twice or that cannot be,\nwhich is a warning otherwise");
   app().add_flag("--ignore-ids", ignoreIdentifiers_,
                  "Take InstanceUIDs for names that each file chooses,\nand pair sets by what refers to them");
   addPartition(app(), partition_);

@@ -71,8 +71,7 @@ void ImportCommand::addWayOfReading() {
   auto* exact = app().add_flag("--exact", exact_, "Read the XML to the letter of its exact form, with what that loses");
   app()
       .add_flag("--strict", strict_,
-                "Fail where the document says something twice or that cannot be,\ninstead of "
-                "leaving it out with a warning")
+                "Fail where the document says something twice or that cannot be,\nwhich is a warning otherwise")
       ->excludes(exact);
 }
 
