@@ -141,10 +141,12 @@ class Comparison {
   }
 
   void report(const DOMElement& first, const DOMElement& copy, const MetaMetadata::MetaElement* property) {
-    const ImportReport::Reading reading(document_.report(), property);
-    document_.report().add(ImportDiagnostic::Kind::kDifferentCopy, copy,
-                           "another copy of the set, at line " + std::to_string(document_.report().lineOf(first)) +
-                               ", has something else, and counts");
+    auto& report = document_.report();
+    const ImportReport::Reading reading(report, property);
+    const auto line = report.lineOf(first);
+    const std::string place = line == report.lineOf(copy) ? "" : ", at line " + std::to_string(line) + ",";
+    report.add(ImportDiagnostic::Kind::kDifferentCopy, copy,
+               "another copy of the set" + place + " has something else, and counts");
   }
 
   /// Makes the sets that only this copy has within. Nothing would refer to those without an InstanceUID.

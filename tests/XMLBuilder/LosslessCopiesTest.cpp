@@ -57,6 +57,14 @@ TEST(LosslessCopies, TellsWhereACopyDiffersAndKeepsTheFirst) {
   EXPECT_THAT(document.kinds(), ElementsAre(Kind::kDifferentCopy));
 }
 
+TEST(LosslessCopies, TellsNoLineOfACopyOnTheSameLine) {
+  const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>";
+  Imported document(documentOf(start + "<rp210:ByteOrder>1</rp210:ByteOrder></s377m:Preface>" + start +
+                               "<rp210:ByteOrder>2</rp210:ByteOrder></s377m:Preface>"));
+  EXPECT_THAT(document.messages(), ElementsAre("2|Preface " + std::string(kPrefaceUID) +
+                                               "|ByteOrder|another copy of the set has something else, and counts"));
+}
+
 TEST(LosslessCopies, MakesSetsThatOnlyTheSecondCopyHasWithin) {
   const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>";
   const std::string target = "'" + std::string(kStorageUID) + "'";

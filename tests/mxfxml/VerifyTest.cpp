@@ -185,7 +185,7 @@ TEST(Verify, TakesWhatTheReaderHasToSayForAnErrorWhenThatIsAskedFor) {
   for (auto at = bytes.find(one); at != std::string::npos; at = bytes.find(one)) bytes.replace(at, one.size(), other);
   writeFile(folder.path("a.mxf"), bytes);  // two sets of one InstanceUID
   const Result lenient = run({"verify", folder.path("a.mxf")});
-  EXPECT_THAT(lenient.out, HasSubstr("note: line 1: TimelineTrack "));
+  EXPECT_THAT(lenient.out, AllOf(HasSubstr("note: TimelineTrack "), Not(HasSubstr("line "))));
   EXPECT_THAT(lenient.err, EndsWith(": the metadata of the header partition comes back changed\n"));
   const Result strict = run({"verify", folder.path("a.mxf"), "--strict"});
   EXPECT_EQ(strict.exitCode, 1);

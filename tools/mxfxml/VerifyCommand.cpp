@@ -34,7 +34,10 @@ Diagnostics readBack(const wstring& document, bool exactly, PartitionMetadata& c
 
 std::string linesOf(const Diagnostics& diagnostics) {
   std::string lines;
-  for (const auto& diagnostic : diagnostics) lines += "note: " + Tool::describe(diagnostic) + "\n";
+  for (auto diagnostic : diagnostics) {
+    diagnostic.line = 0;  // of a document that nobody sees
+    lines += "note: " + Tool::describe(diagnostic) + "\n";
+  }
   return lines;
 }
 
