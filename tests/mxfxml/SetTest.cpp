@@ -76,11 +76,12 @@ TEST(Set, TakesNoNumberBesideAnInstanceUID) {
 }
 
 TEST(Set, WritesNothingWhenOneOfSeveralAssignmentsIsWrong) {
-  for (const std::string wrong : {"Preface.ByteOrder=x", "Preface.ByteOrdr=1", "Preface"}) {
+  for (const auto& [wrong, exitCode] : std::vector<std::pair<std::string, int>>{
+           {"Preface.ByteOrder=x", 1}, {"Preface.ByteOrdr=1", 1}, {"Preface", 2}}) {
     for (const bool isFirst : {false, true}) {
       const SetFile file;
       const std::string right = "Identification.ApplicationName=Ed";
-      EXPECT_EQ(file.set({isFirst ? wrong : right, isFirst ? right : wrong}).exitCode, 1);
+      EXPECT_EQ(file.set({isFirst ? wrong : right, isFirst ? right : wrong}).exitCode, exitCode);
       EXPECT_TRUE(file.isUntouched());
       EXPECT_EQ(file.files(), std::vector<std::string>{"a.mxf"});
     }
@@ -121,10 +122,6 @@ TEST(Set, DoesNothingForAPropertyThatIsNotThere) {
 
 TEST(Set, TakesNothingOutThatCannotBe) {
   for (const auto& [removal, reason] : std::vector<std::pair<std::string, std::string>>{
-           {"Preface",
-            "'Preface' names no property; write Set.Property, or Set[2].Property for the second set of that "
-            "name"},
-           {"Preface.ByteOrder=1", "'Preface.ByteOrder=1' names no property; write"},
            {"Preface.InstanceUID", "InstanceUID is an identifier, which cannot be taken out"},
            {"Identification.GenerationUID", "GenerationUID is an identifier, which cannot be taken out"},
            {"Preface.ByteOrdr", "the set Preface has no property 'ByteOrdr'; see mxfxml dictionary Preface"},
@@ -211,13 +208,6 @@ TEST(Set, DoesNothingForAValueThatIsThereAlready) {
 
 TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
   for (const auto& [assignment, reason] : std::vector<std::pair<std::string, std::string>>{
-           {"Preface",
-            "'Preface' sets nothing; write Set.Property=VALUE, or Set[2].Property=VALUE for the second set of "
-            "that name"},
-           {"Preface=1", "'Preface=1' sets nothing; write"},
-           {"Track[.TrackID=1", "'Track[.TrackID=1' sets nothing; write"},
-           {"Identification.ApplicationName=a\xff", "is no text in UTF-8"},
-           {"Track[0].TrackID=1", "'Track[0].TrackID=1' sets nothing; write"},
            {"Prefce.ByteOrder=1", "there is no set 'Prefce'; mxfxml info lists the sets"},
            {"Preface.ByteOrdr=1", "the set Preface has no property 'ByteOrdr'; see mxfxml dictionary Preface"},
            {"TimelineTrack.TrackID=1",
@@ -240,6 +230,51 @@ TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
     EXPECT_THAT(result.err, HasSubstr(reason)) << assignment;
     EXPECT_TRUE(file.isUntouched()) << assignment;
     EXPECT_EQ(file.files(), std::vector<std::string>{"a.mxf"});
+  }
+}
+
+void expectUsageError(const std::vector<std::string>& arguments, const std::string& message) {
+  const SetFile file;
+  const Result result = file.set(arguments);
+  EXPECT_EQ(result.exitCode, 2) << message;
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "mxfxml: " + message + "; see mxfxml set --help\n");
+  EXPECT_TRUE(file.isUntouched());
+  EXPECT_EQ(file.files(), std::vector<std::string>{"a.mxf"});
+}
+
+TEST(Set, TakesArgumentsOfAnotherShapeForWrongUsage) {
+  for (const std::string text : {"Preface", "Preface=1", "Track[.TrackID=1", "Track[0].TrackID=1", ".TrackID=1"}) {
+    expectUsageError({text},
+                     "'" + text +
+                         "' sets nothing; write Set.Property=VALUE, or Set[2].Property=VALUE for the second set "
+                         "of that name");
+  }
+  for (const std::string text : {"Preface", "Preface.", "Preface.ByteOrder=1", "Track[x].TrackID"}) {
+    expectUsageError({"--remove", text}, "'" + text +
+                                             "' names no property; write Set.Property, or Set[2].Property for the "
+                                             "second set of that name");
+  }
+  expectUsageError({"Identification.ApplicationName=a\xff"},
+                   "'Identification.ApplicationName=a\xef\xbf\xbd' is no text in UTF-8");
+}
+
+TEST(Set, TakesNoTwoValuesForAProperty) {
+  for (const std::string second : {"TimelineTrack[2].TrackID=9", "TimelineTrack[2].TrackID=8"}) {
+    expectUsageError({"TimelineTrack[2].TrackID=8", "TimelineTrack[1].TrackID=7", second},
+                     "TimelineTrack[2].TrackID is given a value twice");
+  }
+  expectUsageError({"Preface.ByteOrder=1", "Preface[1].ByteOrder=2"}, "Preface[1].ByteOrder is given a value twice");
+}
+
+TEST(Set, TakesNoPropertyOutThatItGivesAValue) {
+  expectUsageError({"Preface.ByteOrder=1", "--remove", "Preface.ByteOrder"},
+                   "Preface.ByteOrder is given a value and taken out at once");
+}
+
+TEST(Set, TakesNoNameForAnInstanceUID) {
+  for (const std::string text : {"TimelineTrack", "8D.9D.AD.D1", ""}) {
+    expectUsageError({"TimelineTrack.TrackID=9", "--start", text}, "--start: '" + text + "' is no InstanceUID");
   }
 }
 

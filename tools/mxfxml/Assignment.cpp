@@ -37,8 +37,8 @@ std::optional<PropertyChoice> choiceFrom(const std::string& text) {
 
 PropertyChoice PropertyChoice::parse(const std::string& text) {
   if (auto choice = choiceFrom(text)) return *choice;
-  throw CommandError("'" + text +
-                     "' names no property; write Set.Property, or Set[2].Property for the second set of that name");
+  throw UsageError("'" + text +
+                   "' names no property; write Set.Property, or Set[2].Property for the second set of that name");
 }
 
 Assignment Assignment::parse(const std::string& text) {
@@ -46,9 +46,9 @@ Assignment Assignment::parse(const std::string& text) {
   if (equals != std::string::npos) {
     if (auto target = choiceFrom(text.substr(0, equals))) return {*target, text.substr(equals + 1)};
   }
-  throw CommandError("'" + text +
-                     "' sets nothing; write Set.Property=VALUE, or Set[2].Property=VALUE for the second set "
-                     "of that name");
+  throw UsageError("'" + text +
+                   "' sets nothing; write Set.Property=VALUE, or Set[2].Property=VALUE for the second set "
+                   "of that name");
 }
 
 }  // namespace Vantor::Tool

@@ -12,7 +12,7 @@ struct PropertyChoice {
   std::optional<std::size_t> number;  ///< from 1, in file order; none for the only set of that name
   std::string property;
 
-  /// @throws CommandError naming the text when it has another shape.
+  /// @throws UsageError naming the text when it has another shape.
   static PropertyChoice parse(const std::string& text);
 };
 
@@ -21,7 +21,7 @@ struct Assignment {
   PropertyChoice target;
   std::string value;  ///< UTF-8, perhaps empty
 
-  /// @throws CommandError naming the text when it has another shape.
+  /// @throws UsageError naming the text when it has another shape.
   static Assignment parse(const std::string& text);
 };
 

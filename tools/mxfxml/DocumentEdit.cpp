@@ -138,6 +138,9 @@ DOMElement& DocumentEdit::elementOf(const MetadataSet& set) const {
 void DocumentEdit::apply(const MetadataSet& set, const Assignment& assignment) {
   const auto& definition = definitionOf(set, assignment.target.property);
   requireOneWord(definition, assignment);
+  if (!assigned_.emplace(&set, &definition).second) {
+    throw UsageError(assignment.target.text + " is given a value twice");
+  }
   DOMElement& property = emptyProperty(elementOf(set), definition);
   if (definition.dataType() == Types::Identifiers::kRational) {
     appendRational(property, assignment.value);
@@ -146,9 +149,12 @@ void DocumentEdit::apply(const MetadataSet& set, const Assignment& assignment) {
   }
 }
 
-void DocumentEdit::remove(const MetadataSet& set, const std::string& property) {
-  const auto& definition = definitionOf(set, property);
-  if (isIdentifier(definition)) throw CommandError(property + " is an identifier, which cannot be taken out");
+void DocumentEdit::remove(const MetadataSet& set, const PropertyChoice& choice) {
+  const auto& definition = definitionOf(set, choice.property);
+  if (isIdentifier(definition)) throw CommandError(choice.property + " is an identifier, which cannot be taken out");
+  if (assigned_.count({&set, &definition}) != 0) {
+    throw UsageError(choice.text + " is given a value and taken out at once");
+  }
   auto& element = elementOf(set);
   if (DOMElement* found = findProperty(element, definition)) element.removeChild(found)->release();
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <xercesc/dom/DOMDocument.hpp>
 
 #include "Assignment.h"
@@ -22,12 +24,12 @@ class DocumentEdit {
   /// parts, collections and references take none.
   /// @param set  of the metadata.
   /// @throws CommandError when the set has no such property or no InstanceUID of its own, or the property no such
-  /// value.
+  /// value; UsageError when it was given one before.
   void apply(const MetadataSet& set, const Assignment& assignment);
 
   /// Takes a property out, and leaves the sets that it refers to; does nothing where the set does not have it.
-  /// @throws CommandError as above, and for the identifiers of sets.
-  void remove(const MetadataSet& set, const std::string& property);
+  /// @throws CommandError as above, and for the identifiers of sets; UsageError when it was given a value before.
+  void remove(const MetadataSet& set, const PropertyChoice& choice);
 
   /// The document as UTF-8.
   std::string text() const;
@@ -38,6 +40,7 @@ class DocumentEdit {
 
   const PartitionMetadata& metadata_;
   std::unique_ptr<xercesc::DOMNode> document_;
+  std::set<std::pair<const MetadataSet*, const MetaMetadata::MetaElement*>> assigned_;
 };
 
 }  // namespace Vantor::Tool

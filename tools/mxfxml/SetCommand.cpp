@@ -37,7 +37,11 @@ const MetadataSet& findSet(const PartitionMetadata& metadata, const PropertyChoi
 
 void requireUTF8(const std::string& text) {
   if (Utils::wstringToString(Utils::stringToWstring(text)) == text) return;
-  throw CommandError("'" + Utils::wstringToString(Utils::stringToWstring(text)) + "' is no text in UTF-8");
+  throw UsageError("'" + Utils::wstringToString(Utils::stringToWstring(text)) + "' is no text in UTF-8");
+}
+
+std::string whyNoInstanceUID(const std::string& text) {
+  return isInstanceUID(text) ? "" : "'" + text + "' is no InstanceUID";
 }
 
 /// Reads the edited document; what is wrong with a value ends the command.
@@ -67,7 +71,8 @@ SetCommand::SetCommand(CLI::App& program)
       ->allow_extra_args(false);
   app()
       .add_option("--start", start_, "Which of several sets of one name is meant: the one with this\nInstanceUID")
-      ->type_name("ID");
+      ->type_name("ID")
+      ->check(whyNoInstanceUID);
   addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
       ->type_name("OUTPUT.mxf");
   addPartition(app(), partition_,
@@ -111,7 +116,7 @@ void SetCommand::run() const {
   MetadataEdit edit(input(), definitions, nullptr, partition_);
   DocumentEdit document(edit.metadata());
   for (const auto& one : given) document.apply(findSet(edit.metadata(), one.target, start_), one);
-  for (const auto& one : unwanted) document.remove(findSet(edit.metadata(), one, start_), one.property);
+  for (const auto& one : unwanted) document.remove(findSet(edit.metadata(), one, start_), one);
   PartitionMetadata edited(definitions);
   const auto import = readEdited(document.text(), edited, edit);
   edit.apply(edited, import, MetadataEdit::Origin::kKnown);

@@ -36,6 +36,8 @@ std::vector<const MetadataSet*> setsNamed(const PartitionMetadata& partition, co
   return found;
 }
 
+bool isInstanceUID(const std::string& text) { return instanceUIDFrom(Utils::stringToWstring(text)).has_value(); }
+
 const MetadataSet& findStartSet(const PartitionMetadata& partition, const std::string& text) {
   const wstring wide = Utils::stringToWstring(text);
   if (const auto instanceUID = instanceUIDFrom(wide)) {
