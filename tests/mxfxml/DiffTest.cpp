@@ -87,6 +87,17 @@ TEST(Diff, ShowsReferencesThatWereSwappedAsOneProperty) {
   expectOneProperty(edit, "PackageTracks[0]: 79.4E.DE.7C.");
 }
 
+TEST(Diff, TakesThePartitionOfWhicheverFileIsNoDocument) {
+  const ScratchFolder folder;
+  ASSERT_EQ(run({"export", sample(kSample), "--partition", "footer", "-o", folder.path("a.xml")}).exitCode, 0);
+  EXPECT_EQ(run({"diff", sample(kSample), folder.path("a.xml"), "--partition", "footer"}).exitCode, 0);
+  EXPECT_EQ(run({"diff", folder.path("a.xml"), sample(kSample), "--partition", "2"}).exitCode, 0);
+  EXPECT_EQ(run({"diff", folder.path("a.xml"), sample(kSample), "--partition", "9"}).exitCode, 1);
+  const Result result = run({"diff", folder.path("a.xml"), folder.path("a.xml"), "--partition", "footer"});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(result.err, "mxfxml: --partition is for MXF files, and neither file is one; see mxfxml diff --help\n");
+}
+
 TEST(Diff, FailsWhereAFileCannotBeRead) {
   EXPECT_EQ(run({"diff", sample(kSample), "/nonexistent"}).exitCode, 1);
   EXPECT_EQ(run({"diff", sample(kSample)}).exitCode, 2);

@@ -255,6 +255,7 @@ TEST(EditedFile, IsOnlyEditedWithOptionsThatGoTogether) {
            {{"import", "a.xml"}, "-o is required, or --into with --in-place"},
            {{"import", "a.xml", "--into", "a.mxf"}, "-o is required, or --into with --in-place"},
            {{"import", "a.xml", "--in-place"}, "--in-place requires --into"},
+           {{"import", "a.xml", "-o", "b.mxf", "--partition", "footer"}, "--partition requires --into"},
            {{"import", "a.xml", "--into", "a.mxf", "--in-place", "-o", "b.mxf"}, "--output excludes --in-place"},
            {{"import", "a.xml", "--into", "a.mxf", "-o", "b.mxf", "--exact"},
             "--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these"}}) {

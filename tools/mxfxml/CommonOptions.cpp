@@ -17,13 +17,17 @@ std::string whyNoPartition(const std::string& text) {
   return {};
 }
 
-std::string whyNoFileName(const std::string& text) { return text.empty() ? "the file name is empty" : ""; }
-
 }  // namespace
 
+std::string whyNoFileName(const std::string& text) { return text.empty() ? "the file name is empty" : ""; }
+
+void addFileArgument(CLI::App& command, const std::string& name, Path& file, const std::string& description) {
+  const auto take = [&file](const std::string& text) { file = std::filesystem::u8path(text); };
+  command.add_option_function<std::string>(name, take, description)->required()->type_name("")->check(whyNoFileName);
+}
+
 void addInput(CLI::App& command, Path& input, const std::string& description) {
-  const auto take = [&input](const std::string& text) { input = std::filesystem::u8path(text); };
-  command.add_option_function<std::string>("INPUT", take, description)->required()->type_name("")->check(whyNoFileName);
+  addFileArgument(command, "INPUT", input, description);
 }
 
 CLI::Option* addFile(CLI::App& command, const std::string& name, std::optional<Path>& file,
@@ -42,9 +46,12 @@ void addPartition(CLI::App& command, MXF::PartitionChoice& choice) {
       ->check(whyNoPartition);
 }
 
-void addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice, const std::string& description) {
+CLI::Option* addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice,
+                          const std::string& description) {
   const auto take = [&choice](const std::string& text) { choice = MXF::PartitionChoice::parse(text); };
-  command.add_option_function<std::string>("--partition", take, description)->type_name("WHICH")->check(whyNoPartition);
+  return command.add_option_function<std::string>("--partition", take, description)
+      ->type_name("WHICH")
+      ->check(whyNoPartition);
 }
 
 std::string describe(const MXF::PartitionChoice& choice) {

@@ -10,7 +10,10 @@
 /// Options that several subcommands have. Each variable is filled during parsing and has to live that long.
 namespace Vantor::Tool {
 
-/// A required file name in the place of the first positional argument.
+/// A required file name in the place of the next positional argument.
+void addFileArgument(CLI::App& command, const std::string& name, Path& file, const std::string& description);
+
+/// The same in the place of the first one.
 void addInput(CLI::App& command, Path& input, const std::string& description);
 
 /// An option with the name of a file, such as "-o,--output"; left as it is when the option is not given.
@@ -20,8 +23,12 @@ CLI::Option* addFile(CLI::App& command, const std::string& name, std::optional<P
 /// --partition header|footer|N; left as it is when the option is not given.
 void addPartition(CLI::App& command, MXF::PartitionChoice& choice);
 
-/// The same, where no choice means something else than the header partition.
-void addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice, const std::string& description);
+/// The same, where no choice means something else than the header partition, or where it matters whether there is one.
+CLI::Option* addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice,
+                          const std::string& description);
+
+/// Why a text is no name of a file; empty when it may be one.
+std::string whyNoFileName(const std::string& text);
 
 /// How text tells of the chosen partition: "the header partition", "the footer partition" or "partition 2".
 std::string describe(const MXF::PartitionChoice& choice);

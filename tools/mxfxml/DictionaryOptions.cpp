@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "CommonOptions.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "ErrorText.h"
 #include "XMLUtils/DictionaryFiles.h"
@@ -35,7 +36,8 @@ void DictionaryOptions::addDictionary(CLI::App& command) {
           "Add the definitions of this file: a dictionary file, or\nSMPTE's registers in XML, one file each or their "
           "folder;\nmay be given several times")
       ->type_name("FILE")
-      ->allow_extra_args(false);
+      ->allow_extra_args(false)
+      ->check(whyNoFileName);
 }
 
 void DictionaryOptions::addVocabulary(CLI::App& command) {

@@ -39,20 +39,21 @@ std::string identifierLines(const PartitionMetadata& left, const PartitionMetada
 DiffCommand::DiffCommand(CLI::App& program)
     : Command(program, "diff", "Tell what the header metadata of two files, MXF or XML, say differently") {
   addInput(app(), input(), "MXF or XML file");
-  const auto take = [this](const std::string& text) { other_ = std::filesystem::u8path(text); };
-  app()
-      .add_option_function<std::string>("OTHER", take, "MXF or XML file to compare it with")
-      ->required()
-      ->type_name("");
+  addFileArgument(app(), "OTHER", other_, "MXF or XML file to compare it with");
   app().add_flag("--strict", strict_,
                  "Fail where a document says something twice or that cannot be,\nwhich is a warning otherwise");
   app().add_flag("--ignore-ids", ignoreIdentifiers_,
                  "Take InstanceUIDs for names that each file chooses,\nand pair sets by what refers to them");
-  addPartition(app(), partition_);
+  addPartition(app(), partition_,
+               "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
+               "partition");
   dictionary_.addDictionary(app());
 }
 
 void DiffCommand::run() const {
+  if (partition_ && XMLUtils::looksLikeXML(input()) && XMLUtils::looksLikeXML(other_)) {
+    throw UsageError("--partition is for MXF files, and neither file is one");
+  }
   const auto left = read(input());
   const auto right = readOther();
   const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
@@ -73,7 +74,7 @@ std::unique_ptr<PartitionMetadata> DiffCommand::readOther() const {
 std::unique_ptr<PartitionMetadata> DiffCommand::read(const Path& file) const {
   if (XMLUtils::looksLikeXML(file)) return readDocument(file);
   refuseStoppedChange(file);
-  return MXF::readHeaderMetadata(file, dictionary_.load(), partition_);
+  return MXF::readHeaderMetadata(file, dictionary_.load(), partition_.value_or(MXF::PartitionChoice()));
 }
 
 std::unique_ptr<PartitionMetadata> DiffCommand::readDocument(const Path& file) const {

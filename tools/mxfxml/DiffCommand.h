@@ -24,7 +24,7 @@ class DiffCommand final : public Command {
   Path other_;
   bool ignoreIdentifiers_ = false;
   bool strict_ = false;
-  MXF::PartitionChoice partition_;
+  std::optional<MXF::PartitionChoice> partition_;
   DictionaryOptions dictionary_;
 };
 

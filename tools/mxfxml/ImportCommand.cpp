@@ -63,8 +63,9 @@ void ImportCommand::addTarget() {
   app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
   addPartition(app(), partition_,
                "The partition that was exported: header, footer or a number;\n"
-               "with --into, only it is changed. Without it, the header\n"
-               "partition and all that repeat its metadata are");
+               "only it is changed. Without it, the header partition and all\n"
+               "that repeat its metadata are")
+      ->needs(into);
 }
 
 void ImportCommand::addWayOfReading() {
