@@ -66,6 +66,15 @@ TEST(EditedReferences, AreAllThereWhenNothingWasEdited) {
   }
 }
 
+TEST(EditedReferences, OfSeveralOwnersAreWhatVerifyFindsNestedDocumentsToLose) {
+  const OwnersEdit edit;
+  const Result nested = run({"verify", edit.original()});
+  EXPECT_EQ(nested.exitCode, 1);
+  EXPECT_THAT(nested.out, HasSubstr("reference: SourcePackage " + uid("04") + ": PackageTracks: [" + uid("11") + ", " +
+                                    uid("13") + "] -> [" + uid("13") + "]\n"));
+  EXPECT_EQ(run({"verify", "--flat", edit.original()}).exitCode, 0);
+}
+
 TEST(EditedReferences, KeepTheOnesThatANestedDocumentDoesNotShow) {
   const OwnersEdit edit;
   edit.replace("<s377m:TimelineTrack rp210:InstanceUID=\"" + uid("13"),
