@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
