@@ -180,6 +180,19 @@ void requireNoJournal(const Path& realFile) {
                __LINE__);
 }
 
+void requireFile(const Path& realFile) {
+  std::error_code error;
+  const auto status = fs::status(realFile, error);
+  if (fs::is_regular_file(status)) return;
+  const Path journal = journalOf(realFile);
+  throwIOError("cannot recover", realFile,
+               fs::exists(status) ? "it is no regular file"
+               : isThere(journal)
+                   ? "the file is gone; put it back, or remove '" + journal.u8string() + "', which has old bytes of it"
+                   : "there is no such file",
+               __LINE__);
+}
+
 void endChange(const Path& realFile) {
   try {
     removeFromDisk(journalOf(realFile));
@@ -226,6 +239,7 @@ void changeInPlace(const Path& file, const FileState& expected, const std::vecto
 Recovery recover(const Path& file) {
   const Path real = realPath(file);
   const Path journal = journalOf(real);
+  requireFile(real);
   if (!isThere(journal)) return Recovery::kNoJournal;
   FileUpdate update(real);
   update.lock();

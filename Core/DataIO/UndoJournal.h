@@ -52,8 +52,9 @@ enum class Recovery {
 };
 
 /// Undoes a change that was stopped before its end. It may be stopped itself and called again.
-/// @throws Exceptions::IOError when the file is missing, is being changed, cannot be written or has another size than
-/// the change found, or the journal is not one that this version knows; file and journal stay as they are then.
+/// @throws Exceptions::IOError when the file is missing, also where its journal is not, or no regular one, is being
+/// changed, cannot be written or has another size than the change found, or the journal is not one that this version
+/// knows; file and journal stay as they are then.
 Recovery recover(const Path& file);
 
 }  // namespace Vantor::DataIO::File

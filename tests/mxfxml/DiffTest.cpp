@@ -135,24 +135,5 @@ TEST(Diff, TakesWhatADocumentCannotMeanForAWarningOrAnError) {
   }
 }
 
-TEST(Recover, FindsNothingToDoWhereNoChangeWasStopped) {
-  const ScratchFolder folder;
-  std::filesystem::copy_file(sample(kSample), folder.path("a.mxf"));
-  const Result result = run({"recover", folder.path("a.mxf")});
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.out, "no change of the file was stopped; there is nothing to put back\n");
-  EXPECT_EQ(readFile(folder.path("a.mxf")), readFile(sample(kSample)));
-}
-
-TEST(Recover, RemovesAJournalThatWasNotFinished) {
-  const ScratchFolder folder;
-  std::filesystem::copy_file(sample(kSample), folder.path("a.mxf"));
-  writeFile(folder.path("a.mxf.mxfxml-journal"), "mxfxml-j");
-  const Result result = run({"recover", folder.path("a.mxf")});
-  EXPECT_EQ(result.exitCode, 0) << result.err;
-  EXPECT_EQ(result.out, "the change was stopped before it touched the file; its journal is removed\n");
-  EXPECT_EQ(folder.files(), std::vector<std::string>{"a.mxf"});
-}
-
 }  // namespace
 }  // namespace Vantor::Tool

@@ -2,11 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <stdexcept>
 
-#include "Core/DataIO/UndoJournal.h"
 #include "Program.h"
-#include "ScratchFolder.h"
+#include "StoppedSample.h"
 
 /// What commands do with a file that a change in place left half-way, with its journal beside it.
 namespace Vantor::Tool {
@@ -16,41 +14,10 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-constexpr const char* kSample = "gst-audio-ac3.mxf";  // its header and footer partitions have the same metadata
-const std::string kName("\0G\0S\0t", 6);              // starts the name of its writer, in UTF-16
-
-class StoppedChangeTest : public testing::Test {
+class StoppedChangeTest : public testing::Test, protected StoppedSample {
  protected:
-  StoppedChangeTest() { fs::copy_file(sample(kSample), path()); }
-
-  std::string path() const { return folder_.path("a.mxf"); }
-  std::string journal() const { return path() + ".mxfxml-journal"; }
   std::string document() const { return folder_.path("a.xml"); }
   std::string copy() const { return folder_.path("b.mxf"); }
-
-  /// Changes the name in the header partition, and calls back while the journal stands beside the file.
-  void change(const std::function<void()>& meanwhile) const {
-    const std::string name("\0X\0Y\0Z", 6);
-    const uint64 at = readFile(path()).find(kName);
-    DataIO::File::changeInPlace(path(), DataIO::File::stateOf(path()), {{at, name.size()}}, [&](auto& file) {
-      file.write(at, reinterpret_cast<const uint8*>(name.data()), name.size());
-      meanwhile();
-    });
-  }
-
-  /// Leaves file and journal as a process does that is killed.
-  void stopAChange() const {
-    std::string changed, saved;
-    const auto stop = [&] {
-      changed = readFile(path());
-      saved = readFile(journal());
-      throw std::runtime_error("stop");
-    };
-    EXPECT_ANY_THROW(change(stop));
-    EXPECT_NE(changed, readFile(sample(kSample)));
-    writeFile(path(), changed);
-    writeFile(journal(), saved);
-  }
 
   /// An export in which a track has another number.
   void writeEditedDocument() const {
@@ -82,8 +49,6 @@ class StoppedChangeTest : public testing::Test {
     return path() + ": a change of the file was stopped half-way; mxfxml recover " + path() + " undoes it";
   }
   std::string undone() const { return "mxfxml: " + path() + ": a change that was stopped half-way is undone\n"; }
-
-  const ScratchFolder folder_;
 };
 
 TEST_F(StoppedChangeTest, IsUndoneBeforeAPropertyIsSet) {

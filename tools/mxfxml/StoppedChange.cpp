@@ -32,8 +32,10 @@ Recovery recover(const Path& file) {
 }  // namespace
 
 void undoStoppedChange(const Path& file) {
+  // A file that is missing is for those to tell who open it.
+  if (!DataIO::File::hasJournal(file)) return;
   const auto recovery = recover(file);
-  if (recovery == Recovery::kNoJournal) return;
+  if (recovery == Recovery::kNoJournal) return;  // of a change that was under way, and is done
   printMessage(file.u8string() + ": " +
                (recovery == Recovery::kRestored ? "a change that was stopped half-way is undone" : describe(recovery)));
 }

@@ -33,9 +33,10 @@ inline Ending endingOf(int status) {
 
 }  // namespace Detail
 
-/// Kills the work when it enters or leaves a system call for the n-th time; it may finish before. Nothing of it is
+/// Kills the work when it enters or leaves a system call and that is due; it may finish before. Nothing of it is
 /// written then but what it had written before this call.
-inline Ending runUntilSystemCall(int n, const std::function<void()>& work) {
+/// @param isDue  asked at each of them, while the work is held.
+inline Ending runUntilSystemCall(const std::function<bool()>& isDue, const std::function<void()>& work) {
   const pid_t child = ::fork();
   if (child == 0) {
     if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(2);
@@ -46,14 +47,19 @@ inline Ending runUntilSystemCall(int n, const std::function<void()>& work) {
   ::waitpid(child, &status, 0);
   if (WIFEXITED(status)) return Ending::kNotTraceable;
   ::ptrace(PTRACE_SETOPTIONS, child, nullptr, static_cast<long>(PTRACE_O_EXITKILL));
-  for (int i = 0; i < n; ++i) {
+  do {
     ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
     ::waitpid(child, &status, 0);
     if (!WIFSTOPPED(status)) return Detail::endingOf(status);
-  }
+  } while (!isDue());
   ::kill(child, SIGKILL);
   ::waitpid(child, &status, 0);
   return Ending::kKilled;
+}
+
+/// The same for the n-th time.
+inline Ending runUntilSystemCall(int n, const std::function<void()>& work) {
+  return runUntilSystemCall([n]() mutable { return --n <= 0; }, work);
 }
 
 /// Lets the work write no file beyond so many bytes, as on a disk that is full.

@@ -232,6 +232,19 @@ TEST_F(UndoJournalTest, RecoversOnceAndThenFindsNothingToDo) {
 
 #ifdef __linux__
 
+TEST_F(UndoJournalTest, RecoversNoFileThatIsMissing) {
+  const std::string journal = journalOfStoppedChange();
+  fs::remove(file_);
+  EXPECT_THAT([&] { recover(file_); }, ThrowsMessage<IOError>(HasSubstr("a.mxf': there is no such file")));
+  EXPECT_THAT([&] { recover(folder_); }, ThrowsMessage<IOError>(HasSubstr("': it is no regular file")));
+  create(journalPath(file_), journal);
+  EXPECT_THAT([&] { recover(file_); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr("a.mxf': the file is gone; put it back, or remove '"),
+                                           HasSubstr("a.mxf.mxfxml-journal', which has old bytes of it"))));
+  EXPECT_EQ(contents(journalPath(file_)), journal);
+  EXPECT_FALSE(fs::exists(file_));
+}
+
 /// What a killed change left, and what recover() said of it.
 enum class Outcome { kOldWithoutJournal, kNeverBegun, kRestored, kNewWithoutJournal };
 

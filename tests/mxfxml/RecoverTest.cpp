@@ -1,0 +1,66 @@
+#include <gmock/gmock.h>
+
+#include "StoppedSample.h"
+
+namespace Vantor::Tool {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+
+class Recover : public testing::Test, protected StoppedSample {
+ protected:
+  Result recovered() const { return run({"recover", path()}); }
+  bool isAsItWas() const { return readFile(path()) == readFile(sample(kSample)); }
+};
+
+TEST_F(Recover, UndoesAChangeThatWasStoppedOnce) {
+  stopAChange();
+  ASSERT_FALSE(isAsItWas());
+  const Result result = recovered();
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.out, "the file is as it was before the change that was stopped\n");
+  EXPECT_EQ(result.err, "");
+  EXPECT_TRUE(isAsItWas());
+  EXPECT_THAT(folder_.files(), ElementsAre("a.mxf"));
+  EXPECT_EQ(recovered().out, "no change of the file was stopped; there is nothing to put back\n");
+}
+
+TEST_F(Recover, FindsNothingToDoWhereNoChangeWasStopped) {
+  const Result result = recovered();
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.out, "no change of the file was stopped; there is nothing to put back\n");
+  EXPECT_TRUE(isAsItWas());
+}
+
+TEST_F(Recover, RemovesAJournalThatWasNotFinished) {
+  writeFile(journal(), "mxfxml-j");
+  const Result result = recovered();
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(result.out, "the change was stopped before it touched the file; its journal is removed\n");
+  EXPECT_TRUE(isAsItWas());
+  EXPECT_THAT(folder_.files(), ElementsAre("a.mxf"));
+}
+
+TEST_F(Recover, FailsWhereThereIsNoSuchFile) {
+  stopAChange();
+  const std::string saved = readFile(journal());
+  fs::remove(path());
+  const Result gone = recovered();
+  EXPECT_EQ(gone.exitCode, 1);
+  EXPECT_EQ(gone.out, "");
+  EXPECT_EQ(gone.err, "mxfxml: cannot recover '" + path() + "': the file is gone; put it back, or remove '" + path() +
+                          ".mxfxml-journal', which has old bytes of it\n");
+  EXPECT_EQ(readFile(journal()), saved);
+  fs::remove(journal());
+  const Result missing = recovered();
+  EXPECT_EQ(missing.exitCode, 1);
+  EXPECT_EQ(missing.out, "");
+  EXPECT_EQ(missing.err, "mxfxml: cannot recover '" + path() + "': there is no such file\n");
+  EXPECT_THAT(folder_.files(), ElementsAre());
+  EXPECT_EQ(run({"set", path(), "Preface.ByteOrder=1"}).err,
+            "mxfxml: cannot tell the size and time of '" + path() + "': No such file or directory\n");
+}
+
+}  // namespace
+}  // namespace Vantor::Tool
