@@ -8,11 +8,7 @@
 
 namespace Vantor::XML2Partition {
 
-std::string nameOf(const MetadataSet& set) {
-  const auto* instanceUID = set.instanceUID();
-  if (instanceUID == nullptr) return set.name();
-  return set.name() + " " + Utils::wstringToString(instanceUID->toString(kDottedForm));
-}
+std::string nameOf(const MetadataSet& set) { return set.fullName(); }
 
 ImportDiagnostic ImportReport::diagnostic(Kind kind, const xercesc::DOMNode& node, const std::string& message) const {
   return {kind, lineOf(node), set_ == nullptr ? "" : nameOf(*set_), property_ == nullptr ? "" : property_->symbol(),

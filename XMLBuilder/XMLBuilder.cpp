@@ -9,7 +9,6 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "Core/Metadata/PartitionMetadata.h"
-#include "Core/Metadata/StructuralMetadataKeys.h"
 #include "XMLBuilder/DarkMetadataSetWriter.h"
 #include "XMLBuilder/ExportDocument.h"
 #include "XMLBuilder/Names.h"
@@ -130,9 +129,8 @@ std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition, bool
   XMLUtils::Initializer::instance();
   if (partition == nullptr) return std::auto_ptr<xercesc::DOMNode>();
   auto frame = createFrame();
-  const auto& prefaces = partition->find(Structural::StructuralMetadataKeys::preface());
-  const MetadataSet* start = prefaces.empty() ? nullptr : prefaces.front();
-  return writeDocument(*partition, start, {nestStrongReferences, excludeNonStructural}, std::move(frame));
+  return writeDocument(*partition, partition->preface(), {nestStrongReferences, excludeNonStructural},
+                       std::move(frame));
 }
 
 std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition, const MetadataSet* start,

@@ -9,7 +9,6 @@
 #include "Core/MXF/PartitionPack.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/EntryView.h"
-#include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 
@@ -92,8 +91,7 @@ void writeInSerializationOrder(PartitionMetadata& partition, DataIO::DataSink& s
 }
 
 const MetadataSet& findPreface(const PartitionMetadata& partition) {
-  const auto& prefaces = partition.find(Structural::StructuralMetadataKeys::preface());
-  if (!prefaces.empty()) return *prefaces.front();
+  if (const auto* preface = partition.preface()) return *preface;
   throw Exceptions::InvalidFormat("the header metadata has no Preface", kSource, __LINE__);
 }
 

@@ -1,5 +1,8 @@
 #include "Core/Metadata/DocumentDifference.h"
 
+#include <algorithm>
+
+#include "Core/KLV/BERLength.h"
 #include "Core/Metadata/PropertyIdentity.h"
 
 namespace Vantor::DocumentDifference {
@@ -57,17 +60,62 @@ std::string contentOf(const MetadataSet& set, const PartitionDictionary& tags) {
   return content;
 }
 
-DarkCounts countDark(const PartitionMetadata& partition) {
-  DarkCounts counts;
+uint8 writtenLengthOctets(uint8 octets, uint64 size) {
+  return octets == 0 || octets > KLV::kMaxBEROctets ? uint8{0} : KLV::berOctets(size, octets);
+}
+
+bool hasOtherLengthOctets(const MetadataSet& before, const MetadataSet& after) {
+  const auto octetsOf = [](const MetadataSet& set) {
+    const auto* group = asGroup(&set);
+    return writtenLengthOctets(set.berLength(), group == nullptr ? 0 : group->value().size());
+  };
+  return octetsOf(after) != 0 && octetsOf(after) != octetsOf(before);
+}
+
+DarkKLVs darkKLVsOf(const PartitionMetadata& partition) {
+  DarkKLVs all;
+  const auto add = [&all](const KLV::Key& key, uint8 octets, Bytes value) {
+    octets = writtenLengthOctets(octets, value.size());
+    all[{key, std::move(value)}].push_back(octets);
+  };
   for (auto at = partition.darkBegin(); at != partition.darkEnd(); ++at) {
     const auto& value = (*at)->value();
-    ++counts[{(*at)->key(), Bytes(value.rawBuffer(), value.rawBuffer() + value.serializedSize())}];
+    add((*at)->key(), (*at)->berLength(), Bytes(value.rawBuffer(), value.rawBuffer() + value.serializedSize()));
   }
   for (const MetadataSet* set : partition.sets()) {
     const auto* group = asGroup(set);
-    if (group != nullptr && group->instanceUID() == nullptr) ++counts[{group->key(), group->value()}];
+    if (group != nullptr && group->instanceUID() == nullptr) add(group->key(), group->berLength(), group->value());
   }
-  return counts;
+  return all;
+}
+
+namespace {
+
+/// Takes out what is in both.
+void removeCommon(LengthOctets& left, LengthOctets& right) {
+  const auto isInRight = [&right](uint8 octets) {
+    const auto found = std::find(right.begin(), right.end(), octets);
+    if (found == right.end()) return false;
+    right.erase(found);
+    return true;
+  };
+  left.erase(std::remove_if(left.begin(), left.end(), isInRight), left.end());
+}
+
+}  // namespace
+
+DarkDifference compareDark(LengthOctets before, LengthOctets after) {
+  removeCommon(before, after);
+  // What says nothing of its length field stands for any.
+  std::stable_partition(after.begin(), after.end(), [](uint8 octets) { return octets == 0; });
+  DarkDifference difference;
+  const auto pairs = std::min(before.size(), after.size());
+  for (std::size_t i = 0; i < pairs; ++i) {
+    if (after[i] != 0) difference.recoded.emplace_back(before[i], after[i]);
+  }
+  difference.removed.assign(before.begin() + static_cast<std::ptrdiff_t>(pairs), before.end());
+  difference.added.assign(after.begin() + static_cast<std::ptrdiff_t>(pairs), after.end());
+  return difference;
 }
 
 }  // namespace Vantor::DocumentDifference

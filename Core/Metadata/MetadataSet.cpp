@@ -91,6 +91,8 @@ std::string MetadataSet::name() const {
   return definition_ != nullptr ? definition_->symbol() : Utils::wstringToString(key_.toString());
 }
 
+std::string MetadataSet::fullName() const { return instanceUID_ ? name() + " " + instanceUID_->dottedText() : name(); }
+
 MetadataSet::Elements::iterator MetadataSet::position(const Types::UniversalLabel& label) {
   return std::lower_bound(
       elements_.begin(), elements_.end(), label,

@@ -70,6 +70,8 @@ class MetadataSet {
   const MetaMetadata::MetaMetadataSet* definition() const { return definition_; }
   /// What messages call the set: its symbol, or its key when it has no definition.
   std::string name() const;
+  /// The same with the InstanceUID behind it, for a set that has one.
+  std::string fullName() const;
 
   void accept(Metadata::Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
   void accept(Metadata::Visitors::NonConstMetadataSetVisitor& visitor) { visitor.visit(*this); }

@@ -68,7 +68,7 @@ bool hasSameOctets(const SimpleDataType& left, const SimpleDataType& right) {
 }
 
 std::string textOf(const SimpleDataType* value) { return value == nullptr ? kNoValue : valueText(*value); }
-std::string textOf(const Types::UUID& identifier) { return Utils::wstringToString(identifier.toString(kDottedForm)); }
+std::string textOf(const Types::UUID& identifier) { return identifier.dottedText(); }
 
 std::string octetText(const uint8* octets, std::size_t size, std::size_t at) {
   return ", octet " + std::to_string(at) + " " + (at < size ? "is " + octetsText(octets + at, 1) : "is missing");

@@ -47,6 +47,11 @@ const PartitionMetadata::Sets& PartitionMetadata::find(const KLV::Key& key) cons
   return found == byKey_.end() ? none : found->second;
 }
 
+MetadataSet* PartitionMetadata::preface() const {
+  const auto& prefaces = find(Structural::StructuralMetadataKeys::preface());
+  return prefaces.empty() ? nullptr : prefaces.front();
+}
+
 const PartitionMetadata::Sets& PartitionMetadata::findByInstanceUID(const Types::UUID& instanceUID) const {
   static const Sets none;
   const auto found = byInstanceUID_.find(instanceUID);

@@ -41,6 +41,8 @@ class PartitionMetadata {
 
   /// Every set with a key, octets 6 and 8 ignored, in file order.
   const Sets& find(const KLV::Key& key) const;
+  /// The Preface, the first one of several; null when there is none.
+  MetadataSet* preface() const;
   /// Every set that carries an InstanceUID, in file order.
   const Sets& findByInstanceUID(const Types::UUID& instanceUID) const;
 

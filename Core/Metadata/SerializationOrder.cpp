@@ -1,7 +1,6 @@
 #include <unordered_set>
 
 #include "Core/Metadata/PartitionMetadata.h"
-#include "Core/Metadata/StructuralMetadataKeys.h"
 
 namespace Vantor {
 
@@ -72,8 +71,7 @@ uint32 PartitionMetadata::calculateSerializationOrder(std::vector<const Metadata
   order.clear();
   const ReferenceKinds kinds{followWeak};
   DepthFirstWalk walk(*this, kinds, order);
-  const auto& prefaces = find(Structural::StructuralMetadataKeys::preface());
-  if (!prefaces.empty()) walk.from(prefaces.front());
+  if (const auto* start = preface()) walk.from(start);
   if (!withUnreached) return 0;
 
   const std::size_t reached = order.size();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "Core/KLV/IdentifierText.h"
@@ -39,6 +40,8 @@ class IdentifierType : public FixedSizeType<Derived> {
   virtual wstring toString(StringRepresentationEncodingType form = kDottedForm) const {
     return Derived::formatText(this->octets_.data(), form);
   }
+  /// The dotted form in UTF-8, for messages.
+  std::string dottedText() const { return Utils::wstringToString(toString(kDottedForm)); }
 
   /// @param n  counted from 1, as the standards count.
   uint8 octet(std::size_t n) const { return this->octets_[n - 1]; }

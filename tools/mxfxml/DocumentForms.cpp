@@ -5,7 +5,6 @@
 
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/HeaderMetadataReader.h"
-#include "Core/Metadata/StructuralMetadataKeys.h"
 #include "DocumentSize.h"
 #include "ErrorText.h"
 #include "XMLBuilder.h"
@@ -15,11 +14,6 @@
 namespace Vantor::Tool {
 
 namespace {
-
-const MetadataSet* prefaceOf(const PartitionMetadata& partition) {
-  const auto& prefaces = partition.find(Structural::StructuralMetadataKeys::preface());
-  return prefaces.empty() ? nullptr : prefaces.front();
-}
 
 /// The set of a partition that has the InstanceUID of one of another; null when there is none.
 const MetadataSet* counterpartOf(const MetadataSet& set, const PartitionMetadata& partition) {
@@ -60,7 +54,7 @@ DocumentForms::DocumentForms(Path file, const MXF::PartitionChoice& partition,
       plain_(std::move(plain)),
       original_(MXF::readHeaderMetadata(file_, dictionary_, partition)) {}
 
-bool DocumentForms::hasPreface() const { return prefaceOf(*original_) != nullptr; }
+bool DocumentForms::hasPreface() const { return original_->preface() != nullptr; }
 
 PartitionMetadata& DocumentForms::plainOriginal() {
   if (plainOriginal_ == nullptr) plainOriginal_ = MXF::readHeaderMetadata(file_, plain_, partition_);
@@ -74,7 +68,7 @@ std::shared_ptr<const ReadDocument> DocumentForms::full() {
 
 std::shared_ptr<const ReadDocument> DocumentForms::make(const Form& form) {
   PartitionMetadata& partition = form.isPlain ? plainOriginal() : *original_;
-  const auto* start = form.start == nullptr ? prefaceOf(partition) : counterpartOf(*form.start, partition);
+  const auto* start = form.start == nullptr ? partition.preface() : counterpartOf(*form.start, partition);
   if (start == nullptr) throw CommandError("the metadata in the file have no Preface");
   wstring document;
   XMLBuilder::partition2XML(&partition, start, form.isNested, form.isStructuralOnly, XMLUtils::EncodingType::kUTF8,
@@ -105,8 +99,8 @@ std::vector<const MetadataSet*> DocumentForms::startsOf(const DocumentContent& e
                                                         const XML2Partition::LosslessImport& import) const {
   std::vector<const MetadataSet*> starts;
   const auto* first = import.sets.empty() ? nullptr : counterpartOf(*import.sets.front(), *original_);
-  if (first == prefaceOf(*original_)) first = nullptr;
-  if (prefaceOf(*edited.partition) != nullptr || first == nullptr) starts.push_back(nullptr);
+  if (first == original_->preface()) first = nullptr;
+  if (edited.partition->preface() != nullptr || first == nullptr) starts.push_back(nullptr);
   if (first != nullptr) starts.push_back(first);
   return starts;
 }

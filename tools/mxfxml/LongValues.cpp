@@ -4,7 +4,6 @@
 
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
-#include "Core/Platform/Strings.h"
 
 namespace Vantor::Tool {
 
@@ -26,11 +25,6 @@ std::size_t largestValueOf(const MetadataSet& set) {
   return largest;
 }
 
-std::string nameOf(const MetadataSet& set) {
-  const auto* instanceUID = set.instanceUID();
-  return set.name() + (instanceUID == nullptr ? "" : " " + Utils::wstringToString(instanceUID->toString(kDottedForm)));
-}
-
 }  // namespace
 
 std::vector<std::string> warningsOfLongValues(const PartitionMetadata& metadata) {
@@ -38,7 +32,7 @@ std::vector<std::string> warningsOfLongValues(const PartitionMetadata& metadata)
   for (const MetadataSet* set : metadata.sets()) {
     const std::size_t size = hasTwoByteLengths(set->key()) ? largestValueOf(*set) : 0;
     if (size <= kMostInTwoBytes) continue;
-    warnings.push_back("warning: set " + nameOf(*set) + ": a value of " + std::to_string(size) +
+    warnings.push_back("warning: set " + set->fullName() + ": a value of " + std::to_string(size) +
                        " bytes needs BER-coded lengths, which many readers do not know");
   }
   return warnings;

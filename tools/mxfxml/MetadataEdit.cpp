@@ -6,17 +6,15 @@
 
 #include "CommonOptions.h"
 #include "Core/DataIO/Memory.h"
-#include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/Metadata/DocumentDifference.h"
 #include "Core/Metadata/PartitionComparison.h"
 #include "Core/Metadata/SetPairing.h"
-#include "Core/Metadata/StructuralMetadataKeys.h"
-#include "Core/Platform/Strings.h"
 #include "ErrorText.h"
 #include "Interruption.h"
 #include "LongValues.h"
+#include "StoppedChange.h"
 
 namespace Vantor::Tool {
 
@@ -26,16 +24,10 @@ std::string counted(std::size_t count, const std::string& what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-bool hasPreface(const PartitionMetadata& partition) {
-  return !partition.find(Structural::StructuralMetadataKeys::preface()).empty();
-}
-
 const Types::UUID* prefaceUID(const PartitionMetadata& partition) {
-  const auto& prefaces = partition.find(Structural::StructuralMetadataKeys::preface());
-  return prefaces.empty() ? nullptr : prefaces.front()->instanceUID();
+  const auto* preface = partition.preface();
+  return preface == nullptr ? nullptr : preface->instanceUID();
 }
-
-std::string dotted(const Types::UUID& identifier) { return Utils::wstringToString(identifier.toString(kDottedForm)); }
 
 /// Whether a partition has a set with the InstanceUID of another, which has one.
 bool has(const PartitionMetadata& partition, const MetadataSet& set) {
@@ -61,7 +53,7 @@ void requireSameMetadata(const PartitionMetadata& edited, const PartitionMetadat
   const auto *found = prefaceUID(edited), *expected = prefaceUID(original);
   if (found != nullptr && expected != nullptr && !(*found == *expected)) {
     throw CommandError("the document is not one of these metadata: the InstanceUID of its Preface is not " +
-                       dotted(*expected) + "; edit an export of this file and partition");
+                       expected->dottedText() + "; edit an export of this file and partition");
   }
   if (!edited.sets().empty() && !sharesASet(edited, original)) {
     throw CommandError(
@@ -71,9 +63,9 @@ void requireSameMetadata(const PartitionMetadata& edited, const PartitionMetadat
 }
 
 /// The file, unless a change of it was stopped.
-Path withoutJournal(const Path& file) {
-  if (!DataIO::File::hasJournal(file)) return file;
-  throw CommandError("a change of the file was stopped half-way; mxfxml recover " + file.u8string() + " undoes it");
+const Path& withoutStoppedChange(const Path& file) {
+  refuseStoppedChange(file);
+  return file;
 }
 
 /// Whether the other partition has the same set under the same InstanceUID.
@@ -129,7 +121,7 @@ void addLostIdentifiers(const XML2Partition::LosslessImport& unedited, XML2Parti
 MetadataEdit::MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
                            SharedPtr<const MetaMetadata::Dictionary> plain,
                            std::optional<MXF::PartitionChoice> partition)
-    : file_(withoutJournal(file)),
+    : file_(withoutStoppedChange(file)),
       state_(DataIO::File::stateOf(file_)),
       dictionary_(std::move(dictionary)),
       plain_(std::move(plain)),
@@ -147,7 +139,7 @@ void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::L
   requireInstanceUIDs(import);
   requireSameMetadata(edited, metadata());
   const auto content = contentOf(edited, import);
-  const bool isOfKnownPart = hasPreface(edited) || unedited_.start != nullptr;
+  const bool isOfKnownPart = edited.preface() != nullptr || unedited_.start != nullptr;
   rules_.mayRemove = import.diagnostics.empty() && isOfKnownPart;
   summary_ = replace(numberOfPartition(), metadata(), content);
   tellPart(edited);

@@ -216,7 +216,6 @@ TEST_F(PartitionMerge, PutsReferencesBackThatTheFormOfTheDocumentDoesNotShow) {
   EXPECT_EQ(packages(*merge()), std::vector<Types::UUID>{all[0]});
   EXPECT_EQ(summary_.changedProperties, 1u);
 
-  propertyNamed(setNamed(*after_, "ContentStorage"), "Packages");
   auto& storage = setNamed(*after_, "ContentStorage");
   storage.remove(propertyNamed(storage, "Packages"));
   EXPECT_THAT([&] { merge(); },
@@ -331,6 +330,33 @@ TEST_F(PartitionMerge, ReplacesDarkKLVsByKey) {
   EXPECT_EQ(summary_.changedSets, 1u);
   ASSERT_EQ(merged->darkEnd() - merged->darkBegin(), 1);
   EXPECT_EQ((*merged->darkBegin())->value().rawBuffer()[0], 0x03);
+}
+
+TEST_F(PartitionMerge, EditsLengthFieldsAlsoWhereThePartitionHasOthersThanTheDocument) {
+  const KLV::Key key(hex("060E2B34010101010F00000000000001").data());
+  const auto add = [&key](PartitionMetadata& partition, std::initializer_list<uint8> lengthOctets) {
+    for (const uint8 octets : lengthOctets) {
+      partition.addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, octets, KLV::Value(hex("0102"))));
+    }
+  };
+  const auto mergedOctets = [this] {
+    std::vector<int> octets;
+    const auto merged = merge();
+    for (auto at = merged->darkBegin(); at != merged->darkEnd(); ++at) octets.push_back((*at)->berLength());
+    return octets;
+  };
+  add(*original_, {3, 5});
+  add(*before_, {3, 4});
+  add(*after_, {9, 3});
+  EXPECT_EQ(countEdits({before_.get()}, {after_.get()}), 1u);
+  EXPECT_EQ(mergedOctets(), (std::vector<int>{3, 9}));
+  EXPECT_EQ(summary_.changedSets, 1u);
+  add(*original_, {9});
+  add(*before_, {6});
+  add(*after_, {0});
+  EXPECT_EQ(countEdits({before_.get()}, {after_.get()}), 1u) << "a document need not say it";
+  EXPECT_EQ(mergedOctets(), (std::vector<int>{3, 5, 9}));
+  EXPECT_TRUE(summary_.isUnchanged()) << "the one that was edited is so already";
 }
 
 }  // namespace
