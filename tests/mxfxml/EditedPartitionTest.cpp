@@ -126,6 +126,8 @@ TEST(EditedPart, IsNoEditInFilesWithDescriptiveAndDarkSets) {
                                                                   {"--structural-only", "--flat"},
                                                                   {"--start", "SourcePackage"},
                                                                   {"--start", "MaterialPackage", "--flat"},
+                                                                  {"--start", "Timecode"},  // which refers to nothing
+                                                                  {"--start", "Timecode", "--flat"},
                                                                   {"--start", "ContentStorage", "--structural-only"}}) {
       edit.exportAgain(form);
       const Result result = edit.intoCopy({"--strict"});
