@@ -89,9 +89,8 @@ class Fields {
   }
   /// Bytes in hexadecimal digits.
   Bytes hex(const char16_t* name, const std::string& variable, int line) const {
-    const bool mayBeEmpty = document_.isLossless() && childNamed(node_, prefix_, name, document_) != nullptr;
-    if (!mayBeEmpty) return parseHexString(text(name, variable, line));
-    return parseHexString(LosslessForms::exactText(Types::Identifiers::kDataValue, text(name)));
+    const bool isThere = document_.isLossless() && childNamed(node_, prefix_, name, document_) != nullptr;
+    return isThere ? LosslessForms::bytes(text(name)) : parseHexString(text(name, variable, line));
   }
 
  private:

@@ -232,6 +232,8 @@ auto_ptr<Types::SimpleDataType> readUncommon(Identifier type, const wstring& tex
   return std::make_unique<Types::DataValue>(bytes.data(), bytes.size());
 }
 
+Bytes bytes(const wstring& text) { return parseHexString(exactText(kDataValue, text)); }
+
 int64 number(const wstring& text, int64 least, int64 most, const char16_t* name) {
   const wstring digits = trimmed(text);
   if (!isNumber<int64>(digits, least, most)) {

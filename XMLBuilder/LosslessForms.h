@@ -34,6 +34,11 @@ auto_ptr<Types::SimpleDataType> emptyValue(Types::Identifiers::Identifier type);
 /// A value of the types that the exact reader has no form for although they are written as text: null for every other.
 auto_ptr<Types::SimpleDataType> readUncommon(Types::Identifiers::Identifier type, const wstring& text);
 
+/// The bytes that a compound value has in one of its children, in hexadecimal digits; an empty one has none, which the
+/// exact reader does not take.
+/// @throws InvalidFormat for any other text.
+Bytes bytes(const wstring& text);
+
 /// The number that a compound value has in one of its children.
 /// @throws InvalidFormat unless it is one from `least` to `most`; naming the child.
 int64 number(const wstring& text, int64 least, int64 most, const char16_t* name);
