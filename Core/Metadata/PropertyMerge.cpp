@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "Core/DataIO/Memory.h"
@@ -60,6 +61,17 @@ void setTargets(const ReferenceTargets& targets, Element& property) {
 /// The tag that a property of a document has in the file, as far as the document tells; 0 for none.
 uint16 tagInOctets(const Element& property, const PartitionDictionary& tags) {
   return property.localTag() != 0 ? property.localTag() : PropertyIdentity(property, tags).tag;
+}
+
+bool isCollection(const Element& property) { return dynamic_cast<const CollectionElement*>(&property) != nullptr; }
+
+/// Takes those for not shown that the edited document lacks, so that they stay. Returns whether there are any.
+bool keepLacking(ReferenceTargets& shown, const ReferenceTargets& edited) {
+  const std::unordered_set<Types::UUID> there(edited.begin(), edited.end());
+  const auto end = std::remove_if(shown.begin(), shown.end(), [&](const auto& one) { return there.count(one) == 0; });
+  const bool isAny = end != shown.end();
+  shown.erase(end, shown.end());
+  return isAny;
 }
 
 std::string keyOf(const MetadataSet& set, const MetaMetadata::MetaElement& definition) {
@@ -144,7 +156,7 @@ std::size_t PropertyMerge::merge(const DocumentContent& unedited, const Metadata
     edits.emplace_back(pair, places.find(pair, before, beforeTags, after, editedTags_));
   }
   std::size_t changed = 0;
-  for (const auto& [pair, place] : edits) changed += apply(pair, place, merged) ? 1 : 0;
+  for (const auto& [pair, place] : edits) changed += apply(pair, place, merged, summary) ? 1 : 0;
   return changed;
 }
 
@@ -164,11 +176,11 @@ bool PropertyMerge::mayChange(const PropertyPair& edit, const DocumentContent& u
 
 /// @param place  the property of the merged set; null when it has none.
 /// @return whether that changes the set.
-bool PropertyMerge::apply(const PropertyPair& edit, Element* place, MetadataSet& set) {
+bool PropertyMerge::apply(const PropertyPair& edit, Element* place, MetadataSet& set, MergeSummary& summary) {
   if (place == nullptr && edit.right == nullptr) return false;
   if (place != nullptr && isSame(place, edit.right)) return false;
-  if (place != nullptr && isToldAs(*place, edit) && targetsOf(place) != targetsOf(edit.left)) {
-    return applyReferences(edit, *place, set);
+  if (place != nullptr && isToldAs(*place, edit) && !isWholeEdit(edit, *place)) {
+    return applyReferences(edit, *place, set, summary);
   }
   if (edit.right == nullptr) {
     set.remove(*place);
@@ -178,13 +190,23 @@ bool PropertyMerge::apply(const PropertyPair& edit, Element* place, MetadataSet&
   return true;
 }
 
-/// Of references that the document does not all show.
-bool PropertyMerge::applyReferences(const PropertyPair& edit, Element& place, const MetadataSet& set) const {
-  const auto all = targetsOf(&place);
-  const bool isCollection = dynamic_cast<const CollectionElement*>(&place) != nullptr;
-  const auto merged = isCollection && edit.right != nullptr
-                          ? mergeReferences(all, targetsOf(edit.left), targetsOf(edit.right))
-                          : std::optional<ReferenceTargets>();
+/// Whether all references before the edit are known, and those that it lacks may be taken out.
+bool PropertyMerge::isWholeEdit(const PropertyPair& edit, const Element& place) const {
+  const auto shown = targetsOf(edit.left);
+  if (targetsOf(&place) != shown) return false;
+  return rules_.mayRemove || shown.empty() || edit.right == nullptr || !isCollection(place);
+}
+
+/// Of references that the document does not all show, or that are to stay where it has others.
+bool PropertyMerge::applyReferences(const PropertyPair& edit, Element& place, const MetadataSet& set,
+                                    MergeSummary& summary) const {
+  const auto all = targetsOf(&place), after = targetsOf(edit.right);
+  auto shown = targetsOf(edit.left);
+  if (!rules_.mayRemove && keepLacking(shown, after)) {
+    summary.kept.push_back({set.fullName(), propertyName(place, originalTags_)});
+  }
+  const auto merged = isCollection(place) && edit.right != nullptr ? mergeReferences(all, shown, after)
+                                                                   : std::optional<ReferenceTargets>();
   if (!merged) refuse(set, place);
   if (*merged == all) return false;
   setTargets(*merged, place);

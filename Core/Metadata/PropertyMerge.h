@@ -32,8 +32,9 @@ class PropertyMerge {
  private:
   bool mayChange(const PropertyPair& edit, const DocumentContent& unedited, const MetadataSet& set,
                  MergeSummary& summary) const;
-  bool apply(const PropertyPair& edit, Element* place, MetadataSet& set);
-  bool applyReferences(const PropertyPair& edit, Element& place, const MetadataSet& set) const;
+  bool apply(const PropertyPair& edit, Element* place, MetadataSet& set, MergeSummary& summary);
+  bool isWholeEdit(const PropertyPair& edit, const Element& place) const;
+  bool applyReferences(const PropertyPair& edit, Element& place, const MetadataSet& set, MergeSummary& summary) const;
   void refuseLostReferences(const MetadataSet& set, const DocumentContent& unedited, const MetadataSet& after) const;
   [[noreturn]] void refuse(const MetadataSet& set, const Element& property) const;
   Element& addProperty(const Element& property, MetadataSet& set);

@@ -54,6 +54,11 @@ void setText(PartitionMetadata& partition, const std::string& set, const std::st
       .set(std::make_unique<Types::UTF16String>(text), true);
 }
 
+/// Makes a list of references shorter.
+void removeReference(PartitionMetadata& partition, const std::string& set, const std::string& property, uint32 index) {
+  dynamic_cast<CollectionElement&>(propertyNamed(setNamed(partition, set), property)).removeAt(index);
+}
+
 /// One file, read three times: as it is, and as what two documents of it would give.
 class PartitionMerge : public testing::Test {
  protected:
@@ -136,6 +141,32 @@ TEST_F(PartitionMerge, TakesNothingOutWhenItMayNot) {
   EXPECT_EQ(summary_.kept[0].property, "ApplicationName");
 }
 
+TEST_F(PartitionMerge, TakesNoReferencesOutWhenItMayNot) {
+  removeReference(*after_, "ContentStorage", "Packages", 0);
+  const auto merged = merge({false});
+  EXPECT_TRUE(summary_.isUnchanged());
+  EXPECT_EQ(written(*merged), written(*original_));
+  ASSERT_EQ(summary_.kept.size(), 1u);
+  EXPECT_EQ(summary_.kept[0].set, "ContentStorage " + uidOf(setNamed(*after_, "ContentStorage")));
+  EXPECT_EQ(summary_.kept[0].property, "Packages");
+}
+
+TEST_F(PartitionMerge, GivesNoPropertyATagThatADarkSetHas) {
+  constexpr uint16 kHighest = 0xffff;  // the first dynamic tag that is given away
+  const KLV::Key key(hex("060E2B34025301010F00000000000001").data());
+  for (auto* partition : {original_.get(), before_.get(), after_.get()}) {
+    readSet(*partition, key, Items().instanceUID(7).item(kHighest, "01"));
+  }
+  ASSERT_EQ(original_->partitionDictionary().tryFind(kHighest), nullptr);
+  dynamic_cast<SimpleElement&>(propertyNamed(setNamed(*after_, "Preface"), "IsRIPPresent"))
+      .set(std::make_unique<Types::Boolean>(true), true);
+  const auto merged = merge();
+  written(*merged);
+  const auto& tags = merged->partitionDictionary();
+  EXPECT_EQ(tags.tryFind(kHighest), nullptr);
+  EXPECT_EQ(tags.primerEntries().size(), original_->partitionDictionary().primerEntries().size() + 1);
+}
+
 TEST_F(PartitionMerge, LeavesWhatCouldNotBeRead) {
   setText(*after_, "Identification", "ApplicationName", u"Ed");
   DocumentContent edited{after_.get()};
@@ -170,11 +201,6 @@ std::unique_ptr<PartitionMetadata> without(const std::string& name, const Partit
     fewer->addKLV(set->key(), set->berLength(), sink.rawBuffer() + head, sink.serializedSize() - head, 0);
   }
   return fewer;
-}
-
-/// Makes a list of references shorter.
-void removeReference(PartitionMetadata& partition, const std::string& set, const std::string& property, uint32 index) {
-  dynamic_cast<CollectionElement&>(propertyNamed(setNamed(partition, set), property)).removeAt(index);
 }
 
 TEST_F(PartitionMerge, TakesOutSetsThatTheEditedPartitionLacks) {
