@@ -1,11 +1,8 @@
 #include "Core/DataIO/UndoJournal.h"
 
-#include <algorithm>
-#include <array>
-#include <optional>
 #include <string>
 
-#include "Core/DataIO/Crc64.h"
+#include "Core/DataIO/JournalFormat.h"
 #include "Core/Platform/Containers.h"
 
 namespace Vantor::DataIO::File {
@@ -17,11 +14,6 @@ using Exceptions::IOError;
 
 constexpr const char* kSourceName = "Core/DataIO/UndoJournal";
 constexpr const char* kSuffix = ".mxfxml-journal";
-/// A name, and the version of the format in 32 bits.
-constexpr std::array<uint8, 12> kStart = {'m', 'x', 'f', 'x', 'm', 'l', '-', 'j', 0, 0, 0, 1};
-constexpr std::size_t kMagicSize = 8;
-constexpr uint64 kCheckSize = sizeof(uint64);
-constexpr uint64 kBufferSize = uint64{1} << 20;
 
 [[noreturn]] void throwIOError(const std::string& failure, const Path& path, const std::string& reason, int line) {
   throw ioError(failure, path, reason, kSourceName, line);
@@ -43,132 +35,44 @@ bool isThere(const Path& journal) {
   return fs::exists(journal, error);
 }
 
-/// Hands over the next bytes of a source in pieces: `use(offset among these bytes, piece, its size)`.
-template <class Use>
-void forEachPiece(DataSource& source, uint64 size, Use&& use) {
-  Bytes buffer(static_cast<std::size_t>(std::min(size, kBufferSize)));
-  for (uint64 done = 0; done < size;) {
-    const auto piece = static_cast<std::size_t>(std::min<uint64>(size - done, buffer.size()));
-    source.read(buffer.data(), piece);
-    use(done, buffer.data(), piece);
-    done += piece;
-  }
-}
-
-/// Adds what it writes to a check.
-class CheckedSink : public DataSink {
- public:
-  explicit CheckedSink(DataSink& sink) : sink_(sink) {}
-  void write(const uint8* from, std::size_t size) override {
-    sink_.write(from, size);
-    check_.add(from, size);
-  }
-  uint64 position() const override { return sink_.position(); }
-  uint64 check() const { return check_.value(); }
-
- private:
-  DataSink& sink_;
-  Crc64 check_;
-};
-
-void writePlace(DataSink& sink, FileDataSource& old, const Place& place) {
-  writeBigEndian<uint64>(sink, place.offset);
-  writeBigEndian<uint64>(sink, place.size);
-  old.seek(place.offset);
-  forEachPiece(old, place.size, [&](uint64, const uint8* piece, std::size_t size) { sink.write(piece, size); });
-}
-
-void writeJournal(const Path& realFile, const FileState& expected, const std::vector<Place>& places) {
-  FileDataSource old(realFile);
-  NewFile file(journalOf(realFile));
-  std::error_code ignored;
-  fs::permissions(journalOf(realFile), fs::status(realFile).permissions(), ignored);
-  CheckedSink sink(file);
-  sink.write(kStart.data(), kStart.size());
-  writeBigEndian<uint32>(sink, static_cast<uint32>(places.size()));
-  writeBigEndian<uint64>(sink, old.size());
-  for (const auto& place : places) writePlace(sink, old, place);
-  writeBigEndian<uint64>(file, sink.check());
-  requireState(realFile, expected, "cannot change");
-  file.commit();
-}
-
-struct Journal {
-  struct SavedPlace {
-    Place place;
-    uint64 journalOffset = 0;  ///< of the old bytes
-  };
-  uint64 fileSize = 0;
-  std::vector<SavedPlace> places;
-};
-
-/// Whether the whole start of a journal stands there, and not only what was of it when its writing was stopped; a file
-/// system may have known its length by then, and have zeros in the place of bytes.
-/// @throws Exceptions::IOError when it is something else, which is not ours to remove.
-bool hasStart(FileDataSource& source) {
-  std::array<uint8, kStart.size()> start{};
-  source.read(start.data(), static_cast<std::size_t>(std::min<uint64>(source.size(), start.size())));
-  const auto [wrong, expected] = std::mismatch(start.begin(), start.end(), kStart.begin());
-  if (std::all_of(wrong, start.end(), [](uint8 octet) { return octet == 0; })) return wrong == start.end();
-  throwIOError("cannot recover by", source.path(),
-               static_cast<std::size_t>(expected - kStart.begin()) < kMagicSize
-                   ? "it is no journal; move it away"
-                   : "it is a journal of another version of this program",
-               __LINE__);
-}
-
-bool hasRightCheck(FileDataSource& source) {
-  if (source.size() < kStart.size() + kCheckSize) return false;
-  Crc64 check;
-  source.seek(0);
-  forEachPiece(source, source.size() - kCheckSize,
-               [&](uint64, const uint8* piece, std::size_t size) { check.add(piece, size); });
-  return readBigEndian<uint64>(source) == check.value();
-}
-
-/// None when the journal is not whole.
-std::optional<Journal> readJournal(FileDataSource& source) {
-  if (!hasStart(source) || !hasRightCheck(source)) return std::nullopt;
-  source.seek(kStart.size());
-  const auto count = readBigEndian<uint32>(source);
-  Journal journal;
-  journal.fileSize = readBigEndian<uint64>(source);
-  for (uint32 i = 0; i < count; ++i) {
-    Journal::SavedPlace saved;
-    saved.place.offset = readBigEndian<uint64>(source);
-    saved.place.size = readBigEndian<uint64>(source);
-    saved.journalOffset = source.position();
-    source.skip(saved.place.size);
-    journal.places.push_back(saved);
-  }
-  return journal;
-}
-
 /// Writes only what differs, so that bytes which were never changed need not be writable.
-void putBack(FileDataSource& journal, const Journal::SavedPlace& saved, FileUpdate& file) {
-  FileDataSource present(file.path());
-  Bytes presentBytes;
-  present.seek(saved.place.offset);
-  journal.seek(saved.journalOffset);
-  forEachPiece(journal, saved.place.size, [&](uint64 at, const uint8* old, std::size_t size) {
-    presentBytes.resize(size);
-    present.read(presentBytes.data(), size);
-    if (!std::equal(old, old + size, presentBytes.begin())) file.write(saved.place.offset + at, old, size);
-  });
+void putBack(FileDataSource& journal, const Journal::Place& place, FileDataSource& present, FileUpdate& file) {
+  for (uint64 done = 0; done < place.size;) {
+    const Bytes old = someBytes(journal, place.oldBytes + done, place.size - done);
+    const uint64 offset = place.offset + done;
+    if (someBytes(present, offset, old.size()) != old) file.write(offset, old.data(), old.size());
+    done += old.size();
+  }
 }
 
-/// Returns false, and does nothing, when the journal is not whole.
+[[noreturn]] void refuseRecovery(const FileUpdate& file, const std::string& reason, int line) {
+  throwIOError("cannot recover", file.path(),
+               reason + "; to keep it as it is, remove the journal '" + journalOf(file.path()).u8string() + "'", line);
+}
+
+void requireFileOf(const Journal& journal, FileDataSource& source, FileDataSource& present, const FileUpdate& file) {
+  if (journal.fileSize != file.size()) {
+    refuseRecovery(file,
+                   "it has " + std::to_string(file.size()) + " bytes, and had " + std::to_string(journal.fileSize) +
+                       " when its journal was written",
+                   __LINE__);
+  }
+  if (!isFileOf(journal, source, present)) {
+    refuseRecovery(file, "it is not the file whose change was stopped, or was changed since", __LINE__);
+  }
+}
+
+/// Returns false, and does nothing, when the change had not begun to write the file.
 bool putBack(const Path& journalFile, FileUpdate& file) {
   FileDataSource source(journalFile);
+  FileDataSource present(file.path());
   const auto journal = readJournal(source);
-  if (!journal) return false;
-  if (journal->fileSize != file.size()) {
-    throwIOError("cannot recover", file.path(),
-                 "it has " + std::to_string(file.size()) + " bytes, and had " + std::to_string(journal->fileSize) +
-                     " when its journal was written; to keep it as it is, remove the journal",
-                 __LINE__);
+  if (!journal) {
+    if (hasNothingElse(source, present)) return false;
+    refuseRecovery(file, "its journal is damaged, and the file may be half changed", __LINE__);
   }
-  for (const auto& saved : journal->places) putBack(source, saved, file);
+  requireFileOf(*journal, source, present, file);
+  for (const auto& place : journal->places) putBack(source, place, present, file);
   file.flush();
   return true;
 }
@@ -191,6 +95,10 @@ void requireFile(const Path& realFile) {
                    ? "the file is gone; put it back, or remove '" + journal.u8string() + "', which has old bytes of it"
                    : "there is no such file",
                __LINE__);
+}
+
+void writeAll(const std::vector<NewBytes>& changes, FileUpdate& file) {
+  for (const auto& change : changes) file.write(change.offset, change.bytes.data(), change.bytes.size());
 }
 
 void endChange(const Path& realFile) {
@@ -220,15 +128,16 @@ Path journalPath(const Path& file) { return journalOf(realPath(file)); }
 
 bool hasJournal(const Path& file) { return isThere(journalPath(file)); }
 
-void changeInPlace(const Path& file, const FileState& expected, const std::vector<Place>& places,
-                   const std::function<void(FileUpdate&)>& change) {
+void changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
+                   const std::function<void(FileUpdate&)>& write) {
   FileUpdate update(realPath(file));
   update.lock();  // before looking for a journal, so that nobody takes ours for one of a stopped change
   requireNoJournal(update.path());
   requireOneName(update.path());
-  writeJournal(update.path(), expected, places);
+  writeJournal(journalOf(update.path()), update.path(), expected, changes);
   try {
-    change(update);
+    if (write) write(update);
+    if (!write) writeAll(changes, update);
     update.flush();
   } catch (const std::exception& error) {
     undo(update, error.what(), __LINE__);

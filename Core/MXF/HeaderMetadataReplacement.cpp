@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <system_error>
 
 #include "Core/DataIO/FileUpdate.h"
+#include "Core/DataIO/Memory.h"
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/FileRewriter.h"
 #include "Core/MXF/FileStructure.h"
@@ -33,21 +35,6 @@ std::vector<PlannedReplacement> plan(const Path& file, const FileState& expected
   return planReplacements(source, readStructure(source), replacements);
 }
 
-/// Writes to a file from an offset on.
-class UpdateSink : public DataIO::DataSink {
- public:
-  UpdateSink(FileUpdate& file, uint64 offset) : file_(file), offset_(offset) {}
-  void write(const uint8* from, std::size_t size) override {
-    file_.write(offset_, from, size);
-    offset_ += size;
-  }
-  uint64 position() const override { return offset_; }
-
- private:
-  FileUpdate& file_;
-  uint64 offset_;
-};
-
 void requireRoom(const PlannedReplacement& replacement) {
   if (replacement.fits()) return;
   throw Exceptions::InvalidLength("the header metadata of partition " + std::to_string(replacement.partition) +
@@ -57,10 +44,12 @@ void requireRoom(const PlannedReplacement& replacement) {
                                   kSourceName, __LINE__);
 }
 
-void writeInto(FileUpdate& file, const PlannedReplacement& replacement) {
-  UpdateSink sink(file, replacement.room.offset);
+/// The new metadata, with fill up to the end of their room.
+DataIO::File::NewBytes newBytes(const PlannedReplacement& replacement) {
+  DataIO::Memory::MemoryDataSink sink(static_cast<std::size_t>(replacement.room.size));
   sink.write(replacement.bytes->data(), replacement.bytes->size());
   writeFill(sink, replacement.room.size - replacement.bytes->size());
+  return {replacement.room.offset, sink.take()};
 }
 
 void requireNoJournal(const Path& file) {
@@ -144,14 +133,10 @@ bool fits(const Path& file, const FileState& expected, const MetadataReplacement
 
 void replaceInPlace(const Path& file, const FileState& expected, const MetadataReplacements& replacements) {
   const auto planned = plan(file, expected, replacements);
-  std::vector<DataIO::File::Place> places;
-  for (const auto& replacement : planned) {
-    requireRoom(replacement);
-    places.push_back({replacement.room.offset, replacement.room.size});
-  }
-  DataIO::File::changeInPlace(file, expected, places, [&](FileUpdate& update) {
-    for (const auto& replacement : planned) writeInto(update, replacement);
-  });
+  for (const auto& replacement : planned) requireRoom(replacement);
+  std::vector<DataIO::File::NewBytes> changes;
+  std::transform(planned.begin(), planned.end(), std::back_inserter(changes), newBytes);
+  DataIO::File::changeInPlace(file, expected, changes);
 }
 
 void rewrite(const Path& original, const FileState& expected, const MetadataReplacements& replacements,

@@ -107,11 +107,37 @@ TEST_F(StoppedChangeTest, LeavesAFileAloneThatHasAnotherSizeOrIsReadOnly) {
   for (const auto& command : std::vector<std::vector<std::string>>{
            {"set", path(), "Preface.ByteOrder=1"}, {"import", document(), "--into", path(), "-o", copy()}}) {
     expectRefusal(command, start + "recover '" + real + "': it has 10612 bytes, and had 10608 when its journal was " +
-                               "written; to keep it as it is, remove the journal");
+                               "written; to keep it as it is, remove the journal '" + real + ".mxfxml-journal'");
   }
   writeFile(path(), whole);
   fs::permissions(path(), fs::perms::owner_read);
   expectRefusal({"set", path(), "Preface.ByteOrder=1"}, start + "change '" + real + "': it is read-only");
+}
+
+TEST_F(StoppedChangeTest, IsNotUndoneInAnotherFileOfThatNameAndSize) {
+  stopAChange();
+  const std::string changed = readFile(path());
+  const std::string real = fs::canonical(path()).string();
+  for (const std::size_t at : {changed.find(std::string("\0X\0Y\0Z", 6)) + 1, std::size_t{40}, changed.size() - 1}) {
+    std::string other = changed;
+    other[at] ^= 0x20;
+    fs::remove(path());
+    writeFile(path(), other);
+    expectRefusal({"set", path(), "Preface.ByteOrder=1"},
+                  "a change that was stopped half-way cannot be undone: cannot recover '" + real +
+                      "': it is not the file whose change was stopped, or was changed since; to keep it as it is, " +
+                      "remove the journal '" + real + ".mxfxml-journal'");
+  }
+}
+
+TEST_F(StoppedChangeTest, IsNotTakenForOneThatHadNotBegunWhereItsJournalIsDamaged) {
+  stopAChange();
+  writeFile(journal(), readFile(journal()).substr(0, readFile(journal()).size() - 1));
+  const std::string real = fs::canonical(path()).string();
+  expectRefusal({"set", path(), "Preface.ByteOrder=1"},
+                "a change that was stopped half-way cannot be undone: cannot recover '" + real +
+                    "': its journal is damaged, and the file may be half changed; to keep it as it " +
+                    "is, remove the journal '" + real + ".mxfxml-journal'");
 }
 
 TEST_F(StoppedChangeTest, HadNotBegunWhereItsJournalIsNotWhole) {

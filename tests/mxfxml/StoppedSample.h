@@ -24,9 +24,10 @@ class StoppedSample {
   /// Changes the name in the header partition, and calls back while the journal stands beside the file.
   void change(const std::function<void()>& meanwhile) const {
     const std::string name("\0X\0Y\0Z", 6);
+    const Bytes bytes(name.begin(), name.end());
     const uint64 at = readFile(path()).find(kName);
-    DataIO::File::changeInPlace(path(), DataIO::File::stateOf(path()), {{at, name.size()}}, [&](auto& file) {
-      file.write(at, reinterpret_cast<const uint8*>(name.data()), name.size());
+    DataIO::File::changeInPlace(path(), DataIO::File::stateOf(path()), {{at, bytes}}, [&](auto& file) {
+      file.write(at, bytes.data(), bytes.size());
       meanwhile();
     });
   }

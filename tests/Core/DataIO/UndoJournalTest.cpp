@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "Core/DataIO/Crc64.h"
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
@@ -26,13 +27,15 @@ using testing::UnorderedElementsAre;
 
 const std::string kOld = "0123456789ABCDEFGHIJ";
 const std::string kNew = "01xxxx6789ABCDEFGyyy";
-const std::vector<Place> kPlaces = {{2, 4}, {17, 3}};
+
+Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
+
+const std::vector<NewBytes> kChanges = {{2, bytesOf("xxxx")}, {17, bytesOf("yyy")}};
 
 /// In several writes, so that a change can be stopped in the midst of a place.
 void writeNew(FileUpdate& file) {
-  const auto* bytes = reinterpret_cast<const uint8*>(kNew.data());
-  for (const auto& place : kPlaces) {
-    for (uint64 at = place.offset; at < place.end(); ++at) file.write(at, bytes + at, 1);
+  for (const auto& change : kChanges) {
+    for (std::size_t i = 0; i < change.bytes.size(); ++i) file.write(change.offset + i, &change.bytes[i], 1);
   }
 }
 
@@ -44,7 +47,7 @@ class UndoJournalTest : public FolderTest {
   }
 
   void change(const std::function<void(FileUpdate&)>& change = writeNew) {
-    changeInPlace(file_, stateOf(file_), kPlaces, change);
+    changeInPlace(file_, stateOf(file_), kChanges, change);
   }
 
   /// A whole journal of the change, as a stopped process leaves it.
@@ -68,21 +71,32 @@ std::string number(uint64 value, std::size_t size) {
 }
 
 TEST_F(UndoJournalTest, ChangesTheFileAndLeavesNothingBeside) {
-  change();
+  changeInPlace(file_, stateOf(file_), kChanges);
   EXPECT_EQ(contents(file_), kNew);
   EXPECT_THAT(names(), ElementsAre("a.mxf"));
   EXPECT_EQ(recover(file_), Recovery::kNoJournal);
   EXPECT_EQ(contents(file_), kNew);
 }
 
-TEST_F(UndoJournalTest, HasTheOldBytesBesideTheFileWhileItIsChanged) {
+/// What stands for a file of less than a sample.
+std::string surroundings(const std::string& blanked) {
+  Crc64 check;
+  for (int i = 0; i < 16; ++i) check.add(reinterpret_cast<const uint8*>(blanked.data()), blanked.size());
+  return number(check.value(), 8);
+}
+
+TEST_F(UndoJournalTest, HasOldAndNewBytesBesideTheFileWhileItIsChanged) {
   change([&](FileUpdate& file) {
     EXPECT_EQ(file.path(), fs::canonical(file_));
     EXPECT_THAT(names(), UnorderedElementsAre("a.mxf", "a.mxf.mxfxml-journal"));
     const std::string bytes = contents(folder_ / "a.mxf.mxfxml-journal");
-    EXPECT_EQ(bytes.substr(0, bytes.size() - 8), "mxfxml-j" + number(1, 4) + number(2, 4) + number(20, 8) +  //
-                                                     number(2, 8) + number(4, 8) + "2345" +                  //
-                                                     number(17, 8) + number(3, 8) + "HIJ");
+    EXPECT_EQ(bytes.substr(0, bytes.size() - 8), "mxfxml-j" + number(2, 4) + number(2, 4) + number(20, 8) +  //
+                                                     surroundings({"01\0\0\0\0"
+                                                                   "6789ABCDEFG\0\0\0",
+                                                                   20}) +  //
+                                                     number(2, 8) +
+                                                     number(4, 8) + "2345xxxx" +  //
+                                                     number(17, 8) + number(3, 8) + "HIJyyy");
     writeNew(file);
   });
   EXPECT_EQ(contents(file_), kNew);
@@ -107,7 +121,7 @@ TEST_F(UndoJournalTest, LooksForNoJournalThatWouldHaveTooLongAName) {
   fs::rename(file_, longName);
   EXPECT_FALSE(hasJournal(longName));
   EXPECT_EQ(recover(longName), Recovery::kNoJournal);
-  EXPECT_THAT([&] { changeInPlace(longName, stateOf(longName), kPlaces, writeNew); },
+  EXPECT_THAT([&] { changeInPlace(longName, stateOf(longName), kChanges); },
               ThrowsMessage<IOError>(HasSubstr("File name too long")));
   EXPECT_EQ(contents(longName), kOld);
 }
@@ -159,7 +173,7 @@ TEST_F(UndoJournalTest, RefusesAFileWhoseChangeWasStopped) {
 TEST_F(UndoJournalTest, RefusesAFileThatAnotherProgramChanged) {
   const FileState state = stateOf(file_);
   create(file_, kOld + "more");
-  EXPECT_THAT([&] { changeInPlace(file_, state, kPlaces, writeNew); },
+  EXPECT_THAT([&] { changeInPlace(file_, state, kChanges); },
               ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile")));
   EXPECT_EQ(contents(file_), kOld + "more");
   EXPECT_THAT(names(), ElementsAre("a.mxf"));
@@ -185,35 +199,131 @@ TEST_F(UndoJournalTest, FollowsSymbolicLinks) {
   EXPECT_EQ(contents(folder_ / "sub" / "real.mxf"), kNew);
 }
 
-TEST_F(UndoJournalTest, LeavesTheFileAsItIsWhenTheJournalIsNotWhole) {
+/// The starts of a journal, as they are and with zeros up to its length.
+std::vector<std::string> halvesOf(const std::string& journal) {
+  std::vector<std::string> halves;
+  for (std::size_t size = 0; size < journal.size(); ++size) {
+    halves.push_back(journal.substr(0, size));
+    halves.push_back(journal.substr(0, size) + std::string(journal.size() - size, 0));
+    if (halves.back() == journal) halves.pop_back();  // its last byte may be zero
+  }
+  return halves;
+}
+
+TEST_F(UndoJournalTest, RemovesAJournalThatIsNotWholeBesideAFileThatHasTheOldBytes) {
+  for (const std::string& half : halvesOf(journalOfStoppedChange())) {
+    create(journalPath(file_), half);
+    EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << half.size();
+    EXPECT_EQ(contents(file_), kOld);
+    EXPECT_THAT(names(), ElementsAre("a.mxf"));
+  }
+}
+
+TEST_F(UndoJournalTest, KeepsAJournalThatIsNotWholeAndHasBytesThatTheFileHasNoMore) {
+  const std::size_t firstOldByte = 8 + 4 + 4 + 8 + 8 + 8 + 8;
+  for (const std::string& half : halvesOf(journalOfStoppedChange())) {
+    create(file_, kNew);
+    create(journalPath(file_), half);
+    if (half.size() <= firstOldByte || half[firstOldByte] == 0) {
+      EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << half.size();
+    } else {
+      EXPECT_THAT([&] { recover(file_); }, ThrowsMessage<IOError>(HasSubstr("its journal is damaged")));
+      EXPECT_EQ(contents(journalPath(file_)), half);
+    }
+    EXPECT_EQ(contents(file_), kNew);
+    create(file_, kOld);
+    fs::remove(journalPath(file_));
+  }
+}
+
+TEST_F(UndoJournalTest, KeepsAJournalWithAChangedByteBesideAFileThatIsChanged) {
   const std::string whole = journalOfStoppedChange();
-  create(file_, kNew);
-  for (std::size_t size = 0; size < whole.size(); ++size) {
-    for (const std::string& half :
-         {whole.substr(0, size), whole.substr(0, size) + std::string(whole.size() - size, 0)}) {
-      if (half == whole) continue;  // its last byte may be zero
-      create(journalPath(file_), half);
-      EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << size;
-      EXPECT_EQ(contents(file_), kNew);
-      EXPECT_THAT(names(), ElementsAre("a.mxf"));
+  for (const std::string& present : {kNew, "01x" + kOld.substr(3), kOld.substr(0, 17) + "yyy"}) {
+    create(file_, present);
+    for (std::size_t at = 12; at < whole.size(); ++at) {
+      std::string changed = whole;
+      changed[at] ^= 0x01;
+      create(journalPath(file_), changed);
+      EXPECT_THAT([&] { recover(file_); }, ThrowsMessage<IOError>(HasSubstr("its journal is damaged"))) << at;
+      EXPECT_EQ(contents(journalPath(file_)), changed);
+      EXPECT_EQ(contents(file_), present);
     }
   }
 }
 
-TEST_F(UndoJournalTest, BelievesNoJournalWithAChangedByte) {
+TEST_F(UndoJournalTest, NeverWritesByAJournalWithAChangedByte) {
   const std::string whole = journalOfStoppedChange();
-  create(file_, kNew);
-  for (std::size_t at = 12; at < whole.size(); ++at) {
+  for (std::size_t at = 32; at < whole.size(); ++at) {
     std::string changed = whole;
     changed[at] ^= 0x01;
     create(journalPath(file_), changed);
-    EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << at;
-    EXPECT_EQ(contents(file_), kNew);
+    try {
+      EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << at;
+    } catch (const IOError& error) {
+      EXPECT_THAT(error.message(), HasSubstr("its journal is damaged")) << at;
+    }
+    EXPECT_EQ(contents(file_), kOld);
   }
 }
 
+TEST_F(UndoJournalTest, PutsBackWhateverMixOfOldAndNewBytesWasWritten) {
+  const std::string whole = journalOfStoppedChange();
+  const std::vector<std::size_t> changed = {2, 3, 4, 5, 17, 18, 19};
+  for (unsigned mix = 0; mix < 1U << changed.size(); ++mix) {
+    std::string present = kOld;
+    for (std::size_t i = 0; i < changed.size(); ++i) {
+      if ((mix >> i & 1U) != 0) present[changed[i]] = kNew[changed[i]];
+    }
+    fs::remove(file_);  // a copy will do
+    create(file_, present);
+    create(journalPath(file_), whole);
+    EXPECT_EQ(recover(file_), Recovery::kRestored);
+    EXPECT_EQ(contents(file_), kOld);
+  }
+}
+
+TEST_F(UndoJournalTest, IsBelievedForNoOtherFileOfTheSameSize) {
+  const std::string whole = journalOfStoppedChange();
+  create(journalPath(file_), whole);
+  for (const std::string& start : {kOld, kNew}) {
+    for (std::size_t at = 0; at < start.size(); ++at) {
+      std::string other = start;
+      other[at] = '#';
+      create(file_, other);
+      EXPECT_THAT(
+          [&] { recover(file_); },
+          ThrowsMessage<IOError>(
+              AllOf(HasSubstr("it is not the file whose change was stopped, or was changed since; to keep it as it is"),
+                    HasSubstr("remove the journal '" + journalPath(file_).u8string() + "'"))))
+          << at;
+      EXPECT_EQ(contents(file_), other);
+      EXPECT_EQ(contents(journalPath(file_)), whole);
+    }
+  }
+}
+
+TEST_F(UndoJournalTest, TellsLargeFilesApartByTheirStartTheirEndAndWhatIsBetween) {
+  const std::string large = kOld + std::string(1 << 20, '.');
+  create(file_, large);
+  const std::string whole = journalOfStoppedChange();
+  const uint64 last = large.size() - 8192;
+  for (const uint64 at :
+       {uint64{20}, last - last / 15 * 14 + 8191, last - last / 15 * 7, last, uint64{large.size() - 1}}) {
+    std::string other = large;
+    other[at] = '#';
+    create(file_, other);
+    create(journalPath(file_), whole);
+    EXPECT_THROW(recover(file_), IOError) << at;
+    EXPECT_EQ(contents(file_), other);
+  }
+  create(file_, kNew + std::string(1 << 20, '.'));
+  EXPECT_EQ(recover(file_), Recovery::kRestored);
+  EXPECT_EQ(contents(file_), large);
+}
+
 TEST_F(UndoJournalTest, RemovesNoFileThatIsNoJournalOrALaterOne) {
-  for (const std::string& other : {std::string("notes"), "mxfxml-j" + number(2, 4) + "anything"}) {
+  for (const std::string& other :
+       {std::string("notes"), "mxfxml-j" + number(1, 4) + "anything", "mxfxml-j" + number(3, 4) + "anything"}) {
     create(journalPath(file_), other);
     EXPECT_THROW(recover(file_), IOError);
     EXPECT_EQ(contents(journalPath(file_)), other);
@@ -302,13 +412,13 @@ TEST_F(UndoJournalTest, LeavesTheFileAloneWhenTheDiskHasNoRoomForTheJournal) {
 TEST_F(UndoJournalTest, GoesBackWhenTheDiskDoesNotTakeTheSecondPlace) {
   const std::string padding(4096, '.');
   create(file_, kOld + padding + "end");
-  const std::vector<Place> places = {{2, 4}, {kOld.size() + padding.size(), 3}};
+  const std::vector<NewBytes> changes = {{2, bytesOf("xxxx")}, {kOld.size() + padding.size(), bytesOf("yyy")}};
   const auto writeBoth = [&](FileUpdate& file) {
     file.write(2, reinterpret_cast<const uint8*>("xxxx"), 4);
     EXPECT_NE(contents(file_), kOld + padding + "end");
-    file.write(places[1].offset, reinterpret_cast<const uint8*>("yyy"), 3);
+    file.write(changes[1].offset, reinterpret_cast<const uint8*>("yyy"), 3);
   };
-  EXPECT_EQ(runWithFileSizeLimit(1024, [&] { changeInPlace(file_, stateOf(file_), places, writeBoth); }),
+  EXPECT_EQ(runWithFileSizeLimit(1024, [&] { changeInPlace(file_, stateOf(file_), changes, writeBoth); }),
             Ending::kFailed);
   EXPECT_EQ(contents(file_), kOld + padding + "end");
   EXPECT_THAT(names(), ElementsAre("a.mxf"));
