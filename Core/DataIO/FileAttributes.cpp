@@ -40,6 +40,10 @@ void copyOwner(const Path& from, const Path& to) {
   static_cast<void>(isGiven);
 }
 
+FileIdentity identityIn(const struct stat& status) {
+  return {static_cast<uint64>(status.st_dev), static_cast<uint64>(status.st_ino)};
+}
+
 #endif
 
 #ifdef __linux__
@@ -74,12 +78,18 @@ void copyExtendedAttributes(const Path&, const Path&) {}
 
 FileIdentity identityOf(const Path&) { return {}; }
 
+FileIdentity identityOf(std::FILE*) { return {}; }
+
 #else
 
 FileIdentity identityOf(const Path& path) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) return {};
-  return {static_cast<uint64>(status.st_dev), static_cast<uint64>(status.st_ino)};
+  return ::stat(path.c_str(), &status) == 0 ? identityIn(status) : FileIdentity();
+}
+
+FileIdentity identityOf(std::FILE* stream) {
+  struct stat status {};
+  return ::fstat(::fileno(stream), &status) == 0 ? identityIn(status) : FileIdentity();
 }
 
 #endif

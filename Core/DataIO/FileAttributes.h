@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdio>
+
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
@@ -18,6 +20,8 @@ struct FileIdentity {
 
 /// Of the file behind symbolic links; zeros also when there is none.
 FileIdentity identityOf(const Path& path);
+/// Of the file behind a stream, whatever has its name by now.
+FileIdentity identityOf(std::FILE* stream);
 
 /// Gives a file what another one has: owner and group (POSIX), extended attributes with access control lists among them
 /// (Linux), permissions. What the system cannot do, or the user may not, is left out: the group may come without the

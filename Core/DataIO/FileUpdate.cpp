@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Core/DataIO/DataSource.h"
+#include "Core/DataIO/FileAttributes.h"
 
 namespace Vantor::DataIO::File {
 
@@ -45,6 +46,9 @@ FileUpdate::FileUpdate(const Path& path) : path_(path) {
 void FileUpdate::lock() {
   if (!lockFile(stream_.get())) {
     throwIOError("cannot change", path_, "another program is changing it at the moment; try again later", __LINE__);
+  }
+  if (!(identityOf(stream_.get()) == identityOf(path_))) {
+    throwIOError("cannot change", path_, "another program has replaced it meanwhile; begin anew", __LINE__);
   }
 }
 

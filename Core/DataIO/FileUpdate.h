@@ -22,7 +22,9 @@ class FileUpdate {
   /// The file's size when it was opened, in bytes.
   uint64 size() const { return size_; }
   /// Has the file for this object alone, among those that ask for that, as long as it lives.
-  /// @throws Exceptions::IOError when another object, of this process or another one, has it.
+  /// Whoever replaces the file by another one has to hold the lock until that is done.
+  /// @throws Exceptions::IOError when another object, of this process or another one, has it, or when the path leads to
+  /// another file by now.
   void lock();
   /// @throws Exceptions::IOError when the bytes would go past the file's size, and nothing is written then, or when the
   /// system does not take them; how many it took is open then.

@@ -27,6 +27,12 @@ bool flushToDisk(std::FILE* stream);
 /// does not ask for the lock is not hindered. False when another stream has it. True, too, where the file system has no
 /// locks.
 bool lockFile(std::FILE* stream);
+/// Whether another file can be renamed over one that is open, or only over one that is closed.
+#ifdef _WIN32
+constexpr bool kReplacesOpenFiles = false;
+#else
+constexpr bool kReplacesOpenFiles = true;
+#endif
 /// Has the system write the names in a folder to the medium, so that a file that was created, renamed or removed there
 /// stays so; false and `errno` when it fails. Does nothing where folders cannot be flushed.
 bool flushFolder(const Path& folder);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -58,12 +59,14 @@ void requireNoJournal(const Path& file) {
                               __LINE__);
 }
 
-/// Renaming over a file takes no permission for it, and would part it from its other names.
-void requireReplaceable(const Path& original, const Path& target) {
+/// The original, to be locked, if the target is this; renaming over a file takes no permission for it, and would part
+/// it from its other names.
+std::optional<FileUpdate> openToReplace(const Path& original, const Path& target) {
   std::error_code error;
-  if (!std::filesystem::equivalent(original, target, error)) return;
-  const FileUpdate writable(target);
+  if (!std::filesystem::equivalent(original, target, error)) return std::nullopt;
+  FileUpdate writable(target);
   DataIO::File::requireOneName(target);
+  return writable;
 }
 
 /// Tells how many bytes it passes on; not of the last one.
@@ -148,10 +151,16 @@ void rewrite(const Path& original, const FileState& expected, const MetadataRepl
 void rewrite(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
              const Path& target, const Progress& progress) {
   requireNoJournal(target);  // it would be taken for one of the new file
-  requireReplaceable(original, target);
+  auto replaced = openToReplace(original, target);
   DataIO::File::AtomicFile file(target);
   const uint64 size = writeCopy(original, expected, replacements, file, progress);
-  file.commit(DataIO::File::Durability::kSurvivesPowerFailure, [&] { endCopy(original, expected, size, progress); });
+  // Of two edits, the one that gets the lock later finds the file changed; it is held until the renaming is done.
+  const auto lastCheck = [&] {
+    if (replaced) replaced->lock();
+    endCopy(original, expected, size, progress);
+    if (!DataIO::File::kReplacesOpenFiles) replaced.reset();
+  };
+  file.commit(DataIO::File::Durability::kSurvivesPowerFailure, lastCheck);
 }
 
 }  // namespace Vantor::MXF

@@ -107,6 +107,29 @@ TEST(SecondEdit, IsNotLostToAFirstThatEndsLater) {
   }
 }
 
+constexpr int kRounds = 40;
+
+/// Two edits of different properties that begin at once.
+TEST(SecondEdit, IsRefusedOrKeepsTheFirstWhenBothBeginAtOnce) {
+  int refused = 0;
+  for (int i = 0; i < kRounds; ++i) {
+    const ScratchFolder folder;
+    const std::string file = folder.path("a.mxf");
+    std::filesystem::copy_file(sample("op1a.mxf"), file);
+    const std::string name(i % 4 == 1 ? 2 : 12000, 'n'),
+        supplier(i % 4 == 3 ? 2 : 12000, 's');  // mostly beyond the room
+    StartedProgram first({"set", file, "Identification.ApplicationName=" + name});
+    StartedProgram second({"set", file, "Identification.ApplicationSupplierName=" + supplier});
+    const Result one = first.resume(), other = second.resume();
+    const std::string xml = run({"export", file}).out;
+    EXPECT_EQ(one.exitCode == 0, xml.find(">" + name + "<") != std::string::npos) << one.err << other.err;
+    EXPECT_EQ(other.exitCode == 0, xml.find(">" + supplier + "<") != std::string::npos) << one.err << other.err;
+    EXPECT_THAT(folder.files(), ElementsAre("a.mxf"));
+    refused += one.exitCode + other.exitCode;
+  }
+  EXPECT_GT(refused, 0);  // or none ever met another
+}
+
 }  // namespace
 }  // namespace Vantor::Tool
 

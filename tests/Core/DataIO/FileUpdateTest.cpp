@@ -52,6 +52,32 @@ TEST_F(FileUpdateTest, RefusesWhatIsNoFileThatMayBeWritten) {
   EXPECT_THAT(names(), ElementsAre("a"));
 }
 
+TEST_F(FileUpdateTest, IsLockedForOneObjectAtATime) {
+  create(folder_ / "a", "text");
+  FileUpdate second(folder_ / "a");
+  {
+    FileUpdate first(folder_ / "a");
+    first.lock();
+    EXPECT_THAT([&] { second.lock(); }, ThrowsMessage<IOError>(HasSubstr("another program is changing it")));
+  }
+  EXPECT_NO_THROW(second.lock());
+}
+
+#ifndef _WIN32
+
+TEST_F(FileUpdateTest, LocksNoFileThatHasBeenReplacedSinceItWasOpened) {
+  create(folder_ / "a", "old");
+  create(folder_ / "b", "new");
+  FileUpdate file(folder_ / "a");
+  fs::rename(folder_ / "b", folder_ / "a");
+  EXPECT_THAT([&] { file.lock(); }, ThrowsMessage<IOError>(HasSubstr("another program has replaced it meanwhile")));
+  FileUpdate gone(folder_ / "a");
+  fs::remove(folder_ / "a");
+  EXPECT_THAT([&] { gone.lock(); }, ThrowsMessage<IOError>(HasSubstr("another program has replaced it meanwhile")));
+}
+
+#endif
+
 TEST_F(NewFileTest, IsThereAfterTheCommit) {
   NewFile file(folder_ / "a");
   file.write(bytes("text"), 4);

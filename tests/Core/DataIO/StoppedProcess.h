@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <functional>
+#include <optional>
 
 /// Runs work in a child process and stops it there: killed, or with no more room for files.
 namespace Vantor {
@@ -31,12 +32,11 @@ inline Ending endingOf(int status) {
   return WEXITSTATUS(status) == 0 ? Ending::kFinished : Ending::kFailed;
 }
 
-}  // namespace Detail
-
-/// Kills the work when it enters or leaves a system call and that is due; it may finish before. Nothing of it is
-/// written then but what it had written before this call.
+/// Starts the work and holds it when it enters or leaves a system call and that is due; `ending` is how it ended when
+/// it did so before.
 /// @param isDue  asked at each of them, while the work is held.
-inline Ending runUntilSystemCall(const std::function<bool()>& isDue, const std::function<void()>& work) {
+inline pid_t startUntilSystemCall(const std::function<bool()>& isDue, const std::function<void()>& work,
+                                  std::optional<Ending>& ending) {
   const pid_t child = ::fork();
   if (child == 0) {
     if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(2);
@@ -45,21 +45,55 @@ inline Ending runUntilSystemCall(const std::function<bool()>& isDue, const std::
   }
   int status = 0;
   ::waitpid(child, &status, 0);
-  if (WIFEXITED(status)) return Ending::kNotTraceable;
-  ::ptrace(PTRACE_SETOPTIONS, child, nullptr, static_cast<long>(PTRACE_O_EXITKILL));
-  do {
+  if (WIFEXITED(status)) ending = Ending::kNotTraceable;
+  if (!ending) ::ptrace(PTRACE_SETOPTIONS, child, nullptr, static_cast<long>(PTRACE_O_EXITKILL));
+  while (!ending) {
     ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
     ::waitpid(child, &status, 0);
-    if (!WIFSTOPPED(status)) return Detail::endingOf(status);
-  } while (!isDue());
+    if (!WIFSTOPPED(status)) {
+      ending = endingOf(status);
+    } else if (isDue()) {
+      break;
+    }
+  }
+  return child;
+}
+
+/// Due at the n-th time.
+inline std::function<bool()> atCall(int n) {
+  return [n]() mutable { return --n <= 0; };
+}
+
+}  // namespace Detail
+
+/// Kills the work when it enters or leaves a system call and that is due; it may finish before. Nothing of it is
+/// written then but what it had written before this call.
+/// @param isDue  asked at each of them, while the work is held.
+inline Ending runUntilSystemCall(const std::function<bool()>& isDue, const std::function<void()>& work) {
+  std::optional<Ending> ending;
+  const pid_t child = Detail::startUntilSystemCall(isDue, work, ending);
+  if (ending) return *ending;
   ::kill(child, SIGKILL);
-  ::waitpid(child, &status, 0);
+  ::waitpid(child, nullptr, 0);
   return Ending::kKilled;
 }
 
 /// The same for the n-th time.
 inline Ending runUntilSystemCall(int n, const std::function<void()>& work) {
-  return runUntilSystemCall([n]() mutable { return --n <= 0; }, work);
+  return runUntilSystemCall(Detail::atCall(n), work);
+}
+
+/// Holds the work when it enters or leaves a system call for the n-th time, until something else is done; that is not
+/// done when the work finishes before.
+inline Ending runHeldAtSystemCall(int n, const std::function<void()>& work, const std::function<void()>& meanwhile) {
+  std::optional<Ending> ending;
+  const pid_t child = Detail::startUntilSystemCall(Detail::atCall(n), work, ending);
+  if (ending) return *ending;
+  meanwhile();
+  ::ptrace(PTRACE_DETACH, child, nullptr, nullptr);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return Detail::endingOf(status);
 }
 
 /// Lets the work write no file beyond so many bytes, as on a disk that is full.

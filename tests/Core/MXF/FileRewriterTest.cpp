@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <map>
 #include <stdexcept>
 #include <utility>
 
@@ -292,6 +293,32 @@ TEST_F(RewriteTest, RefusesAnOriginalThatIsChangedWhileTheLastBytesGoToTheMedium
   EXPECT_THAT(names(), ElementsAre("a.mxf"));
 }
 
+TEST_F(RewriteTest, ReplacesNoOriginalThatAnotherOneIsReplacing) {
+  const Path file = write(fivePartitions());
+  const Bytes old = bytesOf(file);
+  DataIO::File::FileUpdate other(file);
+  other.lock();
+  EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, file); },
+              ThrowsMessage<IOError>(HasSubstr("another program is changing it at the moment; try again later")));
+  EXPECT_EQ(bytesOf(file), old);
+  EXPECT_NO_THROW(rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf"));
+  EXPECT_THAT(names(), testing::UnorderedElementsAre("a.mxf", "b.mxf"));
+}
+
+TEST_F(RewriteTest, HoldsTheLockFromTheLastLookOnUntilTheOriginalIsReplaced) {
+  const Path file = write(fivePartitions());
+  DataIO::File::FileUpdate other(file);
+  bool isLocked = false;
+  const auto tryAtLast = [&](uint64 done, uint64 total) {
+    if (done < total) return;
+    EXPECT_THROW(other.lock(), IOError);
+    isLocked = true;
+  };
+  rewrite(file, {replacement(0, 5000)}, file, tryAtLast);
+  EXPECT_TRUE(isLocked);
+  EXPECT_THAT([&] { other.lock(); }, ThrowsMessage<IOError>(HasSubstr("another program has replaced it meanwhile")));
+}
+
 TEST_F(RewriteTest, IsStoppedByAnExceptionOfTheProgress) {
   const Path file = write(fivePartitions());
   const auto stop = [](uint64, uint64) { throw std::runtime_error("stop"); };
@@ -317,6 +344,35 @@ TEST_F(RewriteTest, LeavesNoOutputOnAFullDisk) {
   EXPECT_EQ(runWithFileSizeLimit(4000, [&] { rewrite(file, {replacement(0, 5000)}, file); }), Ending::kFailed);
   EXPECT_EQ(bytesOf(file), fileOf(fivePartitions()));
   EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+TEST_F(RewriteTest, LosesNoneOfTwoEditsWhereverTheSecondMeetsTheFirst) {
+  std::map<bool, int> times;  // by whether the second was done
+  bool isHeld = true;
+  for (int n = 1; isHeld; n += 2) {
+    const Path file = write(fivePartitions());
+    isHeld = false;
+    bool isSecondDone = true;
+    const auto editSecond = [&] {
+      isHeld = true;
+      try {
+        rewrite(file, {replacement(4, 5000)}, file);
+      } catch (const IOError&) {
+        isSecondDone = false;
+      }
+    };
+    const auto state = DataIO::File::stateOf(file);
+    const auto editFirst = [&] { rewrite(file, state, {replacement(0, 5000)}, file, {}); };
+    const Ending ending = runHeldAtSystemCall(n, editFirst, editSecond);
+    if (ending == Ending::kNotTraceable) GTEST_SKIP() << "this system does not let a process trace its child";
+    if (!isHeld) break;
+    EXPECT_EQ(roomOf(file, 0).size >= 5000, ending == Ending::kFinished) << n;
+    EXPECT_EQ(roomOf(file, 4).size >= 5000, isSecondDone) << n;
+    EXPECT_THAT(names(), ElementsAre("a.mxf")) << n;
+    ++times[isSecondDone];
+  }
+  EXPECT_GT(times[true], 0);
+  EXPECT_GT(times[false], 0);
 }
 
 /// Takes all bytes and counts them.
