@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "Core/DataIO/FileUpdate.h"
 #include "Core/Platform/Exceptions.h"
 
 namespace Vantor::DataIO::File {
@@ -17,6 +18,7 @@ namespace fs = std::filesystem;
 constexpr const char* kSourceName = "Core/DataIO/File";
 constexpr uint64 kUnknownPosition = ~uint64{0};
 constexpr int kNameAttempts = 16;
+constexpr int kMostLinks = 40;
 
 [[noreturn]] void throwIOError(const std::string& failure, const Path& path, const std::string& reason, int line) {
   throw ioError(failure, path, reason, kSourceName, line);
@@ -30,14 +32,23 @@ std::string temporaryName() {
   return name + ".tmp";
 }
 
+/// Where symbolic links lead to, also when nothing is there yet.
 Path fileToReplace(const Path& target) {
   std::error_code error;
-  Path behindLinks = fs::is_symlink(fs::symlink_status(target, error)) ? fs::canonical(target, error) : Path();
-  if (!behindLinks.empty()) return behindLinks;
-  // Absolute, so that a later change of the working folder does not move the target.
-  Path absolute = fs::absolute(target, error);
-  return error ? target : absolute;
+  Path file = fs::absolute(target, error);  // so that a later change of the working folder does not move the target
+  if (error) return target;
+  for (int links = 0; fs::is_symlink(fs::symlink_status(file, error)); ++links) {
+    if (links == kMostLinks) throwIOError("cannot write", target, systemReason(ELOOP), __LINE__);
+    const Path next = fs::read_symlink(file, error);
+    if (error) throwIOError("cannot write", target, error.message(), __LINE__);
+    file = file.parent_path() / next;
+  }
+  Path behindLinks = fs::canonical(file, error);
+  return error ? file : behindLinks;
 }
+
+/// Renaming over a file would take no permission for it.
+void requireWritable(const Path& target) { FileUpdate{target}; }
 
 }  // namespace
 
@@ -108,6 +119,7 @@ AtomicFile::AtomicFile(const Path& target) : target_(target), replaced_(fileToRe
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     openDirectly();
   } else {
+    if (fs::exists(status)) requireWritable(target_);
     openBeside();
     if (fs::exists(status)) copyAttributes(replaced_, temporary_);
   }

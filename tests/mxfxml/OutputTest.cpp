@@ -101,6 +101,32 @@ TEST(Output, AFolderIsNoOutput) {
                 "cannot write '" + folder.path().string() + "': Is a directory");
 }
 
+TEST(Output, AReadOnlyFileIsReplacedByNoCommand) {
+  const ScratchFolder folder;
+  const std::string document = folder.path("in.xml"), output = folder.path("out");
+  ASSERT_EQ(run({"export", sample("op1a.mxf"), "-o", document}).exitCode, 0);
+  writeFile(output, "precious");
+  fs::permissions(output, fs::perms::owner_read | fs::perms::group_read);
+  for (const auto& command :
+       std::vector<std::vector<std::string>>{{"export", sample("op1a.mxf"), "-o", output},
+                                             {"import", document, "-o", output},
+                                             {"import", document, "--into", sample("op1a.mxf"), "-o", output},
+                                             {"set", sample("op1a.mxf"), "Preface.ByteOrder=1", "-o", output}}) {
+    expectFailure(run(command), "cannot change '" + output + "': it is read-only");
+    EXPECT_EQ(readFile(output), "precious");
+    EXPECT_THAT(folder.files(), ElementsAre("in.xml", "out"));
+  }
+}
+
+TEST(Output, GoesToWhereASymbolicLinkLeads) {
+  const ScratchFolder folder;
+  fs::create_symlink("real.xml", folder.path("link.xml"));
+  EXPECT_EQ(run({"export", sample("op1a.mxf"), "-o", folder.path("link.xml")}).exitCode, 0);
+  EXPECT_TRUE(fs::is_symlink(folder.path("link.xml")));
+  EXPECT_EQ(readFile(folder.path("real.xml")), run({"export", sample("op1a.mxf")}).out);
+  EXPECT_THAT(folder.files(), ElementsAre("link.xml", "real.xml"));
+}
+
 TEST(Output, TheInputIsNoOutput) {
   const ScratchFolder folder;
   const std::string input = folder.path("in.mxf");

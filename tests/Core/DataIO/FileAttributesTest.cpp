@@ -75,13 +75,20 @@ TEST_F(FileAttributesTest, OfAnyNameAndLengthStayWithAFileThatIsReplaced) {
   const std::string file = folder_ / "a";
   if (::setxattr(file.c_str(), "user.note", "reel 7", 6, 0) != 0) GTEST_SKIP() << "there are no extended attributes";
   ASSERT_EQ(::setxattr(file.c_str(), "user.empty", "", 0, 0), 0);
-  fs::permissions(folder_ / "a", fs::perms::owner_read);  // which they are to be written before
   replace(folder_ / "a");
   std::string note(100, 0);
   EXPECT_EQ(::getxattr(file.c_str(), "user.note", note.data(), note.size()), 6);
   EXPECT_EQ(note.substr(0, 6), "reel 7");
   EXPECT_EQ(::getxattr(file.c_str(), "user.empty", nullptr, 0), 0);
-  EXPECT_EQ(fs::status(folder_ / "a").permissions(), fs::perms::owner_read);
+}
+
+TEST_F(FileAttributesTest, AreCopiedFromAFileThatIsReadOnly) {
+  create(folder_ / "b", "new");
+  if (::setxattr((folder_ / "a").c_str(), "user.note", "reel 7", 6, 0) != 0) GTEST_SKIP() << "there are none";
+  fs::permissions(folder_ / "a", fs::perms::owner_read);  // which they are to be written before
+  copyAttributes(folder_ / "a", folder_ / "b");
+  EXPECT_EQ(::getxattr((folder_ / "b").c_str(), "user.note", nullptr, 0), 6);
+  EXPECT_EQ(fs::status(folder_ / "b").permissions(), fs::perms::owner_read);
 }
 
 #endif

@@ -211,6 +211,41 @@ TEST_F(AtomicFileTest, ReplacesTheFileBehindASymbolicLink) {
   EXPECT_EQ(contents(folder_ / "sub" / "real"), "new");
 }
 
+TEST_F(AtomicFileTest, CreatesTheFileBehindSymbolicLinksThatLeadToNothingYet) {
+  fs::create_directory(folder_ / "sub");
+  fs::create_symlink(Path("sub") / "second", folder_ / "first");
+  fs::create_symlink("real", folder_ / "sub" / "second");
+  AtomicFile file(folder_ / "first");
+  write(file, "new");
+  file.commit();
+  EXPECT_TRUE(fs::is_symlink(folder_ / "first"));
+  EXPECT_TRUE(fs::is_symlink(folder_ / "sub" / "second"));
+  EXPECT_EQ(contents(folder_ / "sub" / "real"), "new");
+}
+
+TEST_F(AtomicFileTest, RefusesSymbolicLinksThatLeadNowhere) {
+  fs::create_symlink(Path("missing") / "real", folder_ / "link");
+  fs::create_symlink("loop", folder_ / "loop");
+  EXPECT_THAT([&] { AtomicFile file(folder_ / "link"); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "link").u8string()), HasSubstr("No such file"))));
+  EXPECT_THAT([&] { AtomicFile file(folder_ / "loop"); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "loop").u8string()), HasSubstr("symbolic links"))));
+  EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
+  EXPECT_TRUE(fs::is_symlink(folder_ / "loop"));
+}
+
+TEST_F(AtomicFileTest, RefusesAnExistingFileThatIsReadOnly) {
+  create(folder_ / "a", "precious");
+  fs::create_symlink("a", folder_ / "link");
+  fs::permissions(folder_ / "a", fs::perms::owner_read);
+  for (const Path& target : {folder_ / "a", folder_ / "link"}) {
+    EXPECT_THAT([&] { AtomicFile file(target); },
+                ThrowsMessage<IOError>(StrEq("cannot change '" + target.u8string() + "': it is read-only")));
+  }
+  EXPECT_EQ(contents(folder_ / "a"), "precious");
+  EXPECT_THAT(names(), testing::UnorderedElementsAre("a", "link"));
+}
+
 TEST_F(AtomicFileTest, NamesTheTargetWhoseFolderDoesNotExist) {
   const Path target = folder_ / "missing" / "a";
   EXPECT_THAT([&] { AtomicFile file(target); },
