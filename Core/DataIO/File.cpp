@@ -156,28 +156,26 @@ void AtomicFile::write(const uint8* from, std::size_t size) {
   position_ += size;
 }
 
-void AtomicFile::commit(Durability durability, const std::function<void()>& lastCheck) {
+Durability AtomicFile::commit(Durability durability, const std::function<void()>& lastCheck) {
   if (!stream_) throwIOError("cannot finish", target_, "it has been closed", __LINE__);
   // A write that failed earlier must not be forgotten just because closing succeeds.
   if (std::ferror(stream_.get()) != 0) throwIOError("cannot finish", target_, "a write failed", __LINE__);
-  const bool survivesPowerFailure = durability == Durability::kSurvivesPowerFailure;
-  if (survivesPowerFailure && !flushToDisk(stream_.get())) {
+  if (durability == Durability::kSurvivesPowerFailure && !flushToDisk(stream_.get())) {
     throwIOError("cannot finish", target_, systemReason(errno), __LINE__);
   }
   errno = 0;
   if (std::fclose(stream_.release()) != 0) throwIOError("cannot finish", target_, systemReason(errno), __LINE__);
   if (lastCheck) lastCheck();
-  if (!temporary_.empty()) putInPlace(survivesPowerFailure);
+  return temporary_.empty() ? durability : putInPlace(durability);
 }
 
-void AtomicFile::putInPlace(bool survivesPowerFailure) {
+Durability AtomicFile::putInPlace(Durability durability) {
   std::error_code error;
   fs::rename(temporary_, replaced_, error);
   if (error) throwIOError("cannot replace", target_, error.message(), __LINE__);
   temporary_.clear();
-  if (survivesPowerFailure && !flushFolder(replaced_.parent_path())) {
-    throwIOError("the file has been written, but a power failure may undo it:", target_, systemReason(errno), __LINE__);
-  }
+  const bool isFlushed = durability == Durability::kAtomic || flushFolder(replaced_.parent_path());
+  return isFlushed ? durability : Durability::kAtomic;
 }
 
 }  // namespace Vantor::DataIO::File

@@ -91,14 +91,15 @@ class AtomicFile : public DataSink {
   /// Puts the file in place; nothing can be written afterwards.
   /// @param lastCheck  called when all bytes are written, and are on the medium if that is asked for, directly before
   ///                   the renaming. What it throws goes on to the caller, and the target is as it was before.
-  /// @throws Exceptions::IOError when the last bytes or the renaming fail; the target is as it was before then. Also
-  /// when the new name cannot be flushed to the medium, which the text tells; the target is the new file then.
-  void commit(Durability durability = Durability::kAtomic, const std::function<void()>& lastCheck = {});
+  /// @return what was asked for, or kAtomic where the file is in place but its new name cannot be flushed to the
+  /// medium, as in a folder that the user may not read.
+  /// @throws Exceptions::IOError when the last bytes or the renaming fail; the target is as it was before then.
+  Durability commit(Durability durability = Durability::kAtomic, const std::function<void()>& lastCheck = {});
 
  private:
   void openDirectly();
   void openBeside();
-  void putInPlace(bool survivesPowerFailure);
+  Durability putInPlace(Durability durability);
 
   Path target_;     ///< as the caller named it
   Path replaced_;   ///< the file that commit() replaces

@@ -148,8 +148,9 @@ void rewrite(const Path& original, const FileState& expected, const MetadataRepl
   endCopy(original, expected, size, progress);
 }
 
-void rewrite(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
-             const Path& target, const Progress& progress) {
+DataIO::File::Durability rewrite(const Path& original, const FileState& expected,
+                                 const MetadataReplacements& replacements, const Path& target,
+                                 const Progress& progress) {
   requireNoJournal(target);  // it would be taken for one of the new file
   auto replaced = openToReplace(original, target);
   DataIO::File::AtomicFile file(target);
@@ -160,7 +161,7 @@ void rewrite(const Path& original, const FileState& expected, const MetadataRepl
     endCopy(original, expected, size, progress);
     if (!DataIO::File::kReplacesOpenFiles) replaced.reset();
   };
-  file.commit(DataIO::File::Durability::kSurvivesPowerFailure, lastCheck);
+  return file.commit(DataIO::File::Durability::kSurvivesPowerFailure, lastCheck);
 }
 
 }  // namespace Vantor::MXF

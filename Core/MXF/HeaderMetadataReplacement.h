@@ -67,7 +67,9 @@ void rewrite(const Path& original, const DataIO::File::FileState& expected, cons
 /// tells what it keeps of a file that was there. It may be the original, under any of its names, unless that has
 /// several hard links or is not to be written. The target is refused, too, when it has the journal of a stopped change.
 /// The original's state is looked at a last time directly before the copy is put in place.
-void rewrite(const Path& original, const DataIO::File::FileState& expected, const MetadataReplacements& replacements,
-             const Path& target, const Progress& progress = {});
+/// @return whether the name of the new file has reached the medium, too.
+DataIO::File::Durability rewrite(const Path& original, const DataIO::File::FileState& expected,
+                                 const MetadataReplacements& replacements, const Path& target,
+                                 const Progress& progress = {});
 
 }  // namespace Vantor::MXF

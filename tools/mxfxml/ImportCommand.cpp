@@ -10,8 +10,8 @@
 #include "LongValues.h"
 #include "MetadataEdit.h"
 #include "ProgressBar.h"
-#include "StandardStreams.h"
 #include "StoppedChange.h"
+#include "Summary.h"
 #include "XMLUtils/DocumentVocabulary.h"
 #include "XMLUtils/UnicodeString.h"
 
@@ -138,12 +138,8 @@ void ImportCommand::apply(MetadataEdit& edit, const PartitionMetadata& edited,
 
 void ImportCommand::write(const MetadataEdit& edit) const {
   for (const auto& remark : edit.remarks()) printMessage(into_->u8string() + ": " + remark);
-  if (inPlace_) {
-    edit.writeInPlace(progressBar());
-  } else {
-    edit.writeCopy(*output_, progressBar());
-  }
-  writeStandardOutput(edit.summary() + "\n");
+  const auto durability = inPlace_ ? edit.writeInPlace(progressBar()) : edit.writeCopy(*output_, progressBar());
+  tellDone(edit.summary(), inPlace_ ? *into_ : *output_, durability);
 }
 
 XML2Partition::LosslessImport ImportCommand::read(PartitionMetadata& metadata) const {

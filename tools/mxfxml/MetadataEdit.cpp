@@ -266,16 +266,20 @@ std::string MetadataEdit::summary() const {
   return text;
 }
 
-void MetadataEdit::writeInPlace(const MXF::Progress& progress) const {
-  if (replacements_.empty()) return;
+DataIO::File::Durability MetadataEdit::writeInPlace(const MXF::Progress& progress) const {
+  constexpr auto kDone = DataIO::File::Durability::kSurvivesPowerFailure;
+  if (replacements_.empty()) return kDone;
   Interruption interruption;
-  if (MXF::fits(file_, state_, replacements_)) return MXF::replaceInPlace(file_, state_, replacements_);
-  MXF::rewrite(file_, state_, replacements_, file_, interruption.stopping(progress));
+  if (MXF::fits(file_, state_, replacements_)) {
+    MXF::replaceInPlace(file_, state_, replacements_);
+    return kDone;
+  }
+  return MXF::rewrite(file_, state_, replacements_, file_, interruption.stopping(progress));
 }
 
-void MetadataEdit::writeCopy(const Path& target, const MXF::Progress& progress) const {
+DataIO::File::Durability MetadataEdit::writeCopy(const Path& target, const MXF::Progress& progress) const {
   Interruption interruption;
-  MXF::rewrite(file_, state_, replacements_, target, interruption.stopping(progress));
+  return MXF::rewrite(file_, state_, replacements_, target, interruption.stopping(progress));
 }
 
 }  // namespace Vantor::Tool

@@ -49,10 +49,11 @@ class MetadataEdit {
 
   /// Puts the edits into the file itself, whose other bytes stay where they are if there is room; otherwise the file is
   /// written anew. Does nothing when nothing was edited. This and writeCopy() refuse a file that was changed since the
-  /// constructor began to read it, and end without a trace when a signal stops the copying.
-  void writeInPlace(const MXF::Progress& progress) const;
+  /// constructor began to read it, and end without a trace when a signal stops the copying. They return what
+  /// MXF::rewrite() does.
+  DataIO::File::Durability writeInPlace(const MXF::Progress& progress) const;
   /// Writes a copy of the file with the edits; with the same bytes when nothing was edited.
-  void writeCopy(const Path& target, const MXF::Progress& progress) const;
+  DataIO::File::Durability writeCopy(const Path& target, const MXF::Progress& progress) const;
 
  private:
   MergeSummary replace(std::size_t partition, const PartitionMetadata& original, const DocumentContent& edited);

@@ -10,9 +10,9 @@
 #include "ErrorText.h"
 #include "MetadataEdit.h"
 #include "ProgressBar.h"
-#include "StandardStreams.h"
 #include "StartSet.h"
 #include "StoppedChange.h"
+#include "Summary.h"
 #include "XML2Partition.h"
 
 namespace Vantor::Tool {
@@ -125,12 +125,8 @@ void SetCommand::run() const {
 
 void SetCommand::write(const MetadataEdit& edit) const {
   for (const auto& remark : edit.remarks()) printMessage(input().u8string() + ": " + remark);
-  if (output_) {
-    edit.writeCopy(*output_, progressBar());
-  } else {
-    edit.writeInPlace(progressBar());
-  }
-  writeStandardOutput(edit.summary() + "\n");
+  const auto durability = output_ ? edit.writeCopy(*output_, progressBar()) : edit.writeInPlace(progressBar());
+  tellDone(edit.summary(), output_.value_or(input()), durability);
 }
 
 }  // namespace Vantor::Tool

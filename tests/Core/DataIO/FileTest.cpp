@@ -10,6 +10,7 @@
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/DataIO/FolderTest.h"
+#include "tests/Core/DataIO/StoppedProcess.h"
 
 namespace Vantor::DataIO::File {
 namespace {
@@ -157,7 +158,7 @@ TEST_F(AtomicFileTest, PutsAFileInPlaceThatIsOnTheMedium) {
   create(folder_ / "a", "old");
   AtomicFile file(folder_ / "a");
   write(file, "new");
-  file.commit(Durability::kSurvivesPowerFailure);
+  EXPECT_EQ(file.commit(Durability::kSurvivesPowerFailure), Durability::kSurvivesPowerFailure);
   EXPECT_EQ(contents(folder_ / "a"), "new");
   EXPECT_THAT(names(), testing::ElementsAre("a"));
 }
@@ -326,6 +327,27 @@ TEST_F(FileStateTest, NamesTheFileThatIsMissing) {
   EXPECT_THAT([&] { stateOf(folder_ / "a"); },
               ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "a").u8string()), HasSubstr("No such file"))));
 }
+
+#ifdef __linux__
+
+TEST_F(AtomicFileTest, TellsWhereTheNameOfTheNewFileMayNotLast) {
+  constexpr uid_t kNobody = 65534;
+  const Path folder = folder_ / "sub";
+  fs::create_directory(folder);
+  fs::permissions(folder, fs::perms::owner_write | fs::perms::owner_exec);
+  ASSERT_TRUE(::geteuid() != 0 || ::chown(folder.c_str(), kNobody, kNobody) == 0);
+  const auto writeFile = [&] {
+    if (::geteuid() == 0 && ::setuid(kNobody) != 0) ::_exit(1);
+    AtomicFile file(folder / "a");
+    write(file, "new");
+    if (file.commit(Durability::kSurvivesPowerFailure) != Durability::kAtomic) ::_exit(1);
+  };
+  EXPECT_EQ(runWithFileSizeLimit(4096, writeFile), Ending::kFinished);
+  fs::permissions(folder, fs::perms::owner_all);
+  EXPECT_EQ(contents(folder / "a"), "new");
+}
+
+#endif
 
 class FullDeviceTest : public FolderTest {
  protected:
