@@ -32,19 +32,28 @@ std::string temporaryName() {
   return name + ".tmp";
 }
 
-/// Where symbolic links lead to, also when nothing is there yet.
-Path fileToReplace(const Path& target) {
+/// Where symbolic links lead that lead to nothing yet.
+Path behindDanglingLinks(const Path& target) {
   std::error_code error;
-  Path file = fs::absolute(target, error);  // so that a later change of the working folder does not move the target
-  if (error) return target;
+  Path file = target;
   for (int links = 0; fs::is_symlink(fs::symlink_status(file, error)); ++links) {
     if (links == kMostLinks) throwIOError("cannot write", target, systemReason(ELOOP), __LINE__);
     const Path next = fs::read_symlink(file, error);
     if (error) throwIOError("cannot write", target, error.message(), __LINE__);
     file = file.parent_path() / next;
   }
-  Path behindLinks = fs::canonical(file, error);
-  return error ? file : behindLinks;
+  return file;
+}
+
+Path fileToReplace(const Path& target) {
+  std::error_code error;
+  const bool isThere = fs::exists(target, error);
+  const Path file = isThere ? fs::canonical(target, error) : behindDanglingLinks(target);
+  // What is open may be there without a name that could be found, such as a pipe that is standard output.
+  const Path named = error && isThere ? target : file;
+  // Absolute, so that a later change of the working folder does not move the target.
+  const Path absolute = fs::absolute(named, error);
+  return error ? named : absolute;
 }
 
 /// Renaming over a file would take no permission for it.

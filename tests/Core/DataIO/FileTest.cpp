@@ -330,6 +330,19 @@ TEST_F(FileStateTest, NamesTheFileThatIsMissing) {
 
 #ifdef __linux__
 
+TEST_F(AtomicFileTest, WritesToAPipeThatIsKnownByItsDescriptorOnly) {
+  int ends[2] = {};
+  ASSERT_EQ(::pipe(ends), 0);
+  AtomicFile file("/proc/self/fd/" + std::to_string(ends[1]));
+  write(file, "text");
+  file.commit();
+  char bytes[8] = {};
+  EXPECT_EQ(::read(ends[0], bytes, sizeof bytes), 4);
+  EXPECT_STREQ(bytes, "text");
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
 TEST_F(AtomicFileTest, TellsWhereTheNameOfTheNewFileMayNotLast) {
   constexpr uid_t kNobody = 65534;
   const Path folder = folder_ / "sub";
