@@ -13,9 +13,12 @@ namespace Vantor::XMLUtils {
 
 namespace {
 
-[[noreturn]] void throwUnreadable(const wstring& path) {
-  const auto reason = Vantor::Utils::stringToWstring(std::generic_category().message(errno));
+[[noreturn]] void throwUnreadable(const wstring& path, const wstring& reason) {
   throw xercesc::SAXException((u"cannot read " + path + u": " + reason).c_str());
+}
+
+[[noreturn]] void throwUnreadable(const wstring& path) {
+  throwUnreadable(path, Vantor::Utils::stringToWstring(std::generic_category().message(errno)));
 }
 
 }  // namespace
@@ -37,8 +40,9 @@ Bytes readInputFile(const wstring& path) {
   const auto name = Platform::pathFromWstring(path);
   std::error_code error;
   if (std::filesystem::exists(name, error) && !std::filesystem::is_regular_file(name, error)) {
-    errno = std::filesystem::is_directory(name, error) ? EISDIR : EINVAL;  // a device or pipe may have no end
-    throwUnreadable(path);
+    errno = EISDIR;
+    if (std::filesystem::is_directory(name, error)) throwUnreadable(path);
+    throwUnreadable(path, u"it is no regular file, and a pipe or device may have no end; save it to a file first");
   }
   errno = 0;
   std::ifstream file(name, std::ios::binary);

@@ -48,7 +48,10 @@ class FirstError : public xercesc::DOMErrorHandler {
   }
 
   void throwIfAny(const XMLCh* systemId) const {
-    if (hasFailed_) throw parseException(message_, systemId, line_, column_);
+    if (!hasFailed_) return;
+    const bool isEntity = message_.find(u"entity '") == 0 && message_.find(u"' not found") != wstring::npos;
+    const wstring help = isEntity ? u"; document type declarations, which define entities, are not read" : u"";
+    throw parseException(message_ + help, systemId, line_, column_);
   }
 
  private:

@@ -1,4 +1,7 @@
 #include <gtest/gtest.h>
+#ifdef __unix__
+#include <sys/stat.h>
+#endif
 
 #include <algorithm>
 #include <string>
@@ -21,6 +24,18 @@ std::string withoutInstanceUIDs(std::string xml) {
   }
   return xml;
 }
+
+#ifdef __unix__
+TEST(Import, RefusesAPipeAndSaysWhatToDo) {
+  const ScratchFolder folder;
+  const std::string pipe = folder.path("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const auto result = run({"import", pipe, "-o", folder.path("b.mxf")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "mxfxml: cannot read " + pipe +
+                            ": it is no regular file, and a pipe or device may have no end; save it to a file first\n");
+}
+#endif
 
 TEST(Import, KeepsTheInstanceUIDsOfTheDocument) {
   const ScratchFolder folder;
