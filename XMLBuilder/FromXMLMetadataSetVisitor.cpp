@@ -53,13 +53,14 @@ Types::LocalTag localTagOf(const DOMElement& child, ImportDocument& document, st
 void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
   // Asked before a property can bind the prefix.
   const bool mayHaveExtensions = document_.isLossless() || !scope_.namespaceOf(wstring(kGroupsPrefix)).empty();
+  if (document_.isLossless()) LosslessSets::enterUnnamed(set, element_, document_);
   const LosslessSets::MaybeReading reading(document_, set);
   for (Element& property : set) readProperty(property, set);
   if (mayHaveExtensions) readExtensionElements(set);
   if (!children_) return;
   LosslessSets::reportText(element_, document_);
   LosslessSets::reportUnreadAttributes(element_, *set.definition(), document_);
-  LosslessSets::reportUnread(*children_, document_);
+  LosslessSets::reportUnread(*children_, *set.definition(), document_);
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Element& property, MetadataSet& set) {
@@ -88,10 +89,7 @@ void FromXMLMetadataSetVisitor::readIdentifier(Element& property, const MetaMeta
                                                const wstring& tag, MetadataSet& set) {
   const DOMNode* attribute = document_.isLossless() ? LosslessForms::identifierAttribute(element_, tag)
                                                     : element_.getAttributeNode((kIdentifierPrefix + tag).c_str());
-  if (attribute == nullptr) {
-    if (document_.isLossless() && tag == u"InstanceUID") document_.report().enterUnnamed(set, element_);
-    return;
-  }
+  if (attribute == nullptr) return;
   if (tag != u"InstanceUID") return readValue(property, *attribute, &definition, document_);
   if (document_.isLossless()) return LosslessSets::readInstanceUID(property, *attribute, set, element_, document_);
   readInstanceUID(property, nodeText(*attribute), set);
@@ -142,7 +140,19 @@ void FromXMLMetadataSetVisitor::readExtension(const DOMElement& child, MetadataS
 
 void FromXMLMetadataSetVisitor::readUnknown(const DOMElement& child, MetadataSet& set) {
   const auto tag = localTagOf(child, document_, unmarked_);
-  readInvalid(std::make_unique<MetaMetadata::UnknownAttribute>(tag), child, set);
+  const Element* property = readInvalid(std::make_unique<MetaMetadata::UnknownAttribute>(tag), child, set);
+  if (document_.isLossless() && property != nullptr) reportSecond(*property, tag.value(), child, set);
+}
+
+/// Files have properties twice: then all but the first are unknown ones.
+void FromXMLMetadataSetVisitor::reportSecond(const Element& property, uint16 tag, const DOMElement& child,
+                                             const MetadataSet& set) {
+  const auto* known = LosslessSets::knownProperty(tag, set, element_, document_);
+  const bool isFirst = unknownTags_.insert(tag).second;
+  if (known == nullptr && isFirst) return;
+  const std::string what = known != nullptr ? "the property " + known->symbol() : "a property of its tag";
+  document_.report().addUnconfirmed(ImportDiagnostic::Kind::kSecondElement, child,
+                                    "the set has " + what + " already; this one is not read", &property);
 }
 
 void FromXMLMetadataSetVisitor::readUnknownLosslessly(const DOMElement& child, MetadataSet& set) {
@@ -154,13 +164,15 @@ void FromXMLMetadataSetVisitor::readUnknownLosslessly(const DOMElement& child, M
   }
 }
 
-void FromXMLMetadataSetVisitor::readInvalid(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute,
-                                            const DOMElement& child, MetadataSet& set) {
+const Element* FromXMLMetadataSetVisitor::readInvalid(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute,
+                                                      const DOMElement& child, MetadataSet& set) {
   const auto* definition = attribute->metaElement();
   Element& property = set.createInvalidElement(std::move(attribute));
   readValue(property, child, definition, document_);
   // What could not be read was reported, and is not in the set.
-  if (document_.isLossless() && property.wireValue() == nullptr) set.remove(property);
+  if (!document_.isLossless() || property.wireValue() != nullptr) return &property;
+  set.remove(property);
+  return nullptr;
 }
 
 }  // namespace Vantor::XML2Partition

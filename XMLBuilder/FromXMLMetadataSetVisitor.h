@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <unordered_set>
 
 #include "Core/Metadata/Visitors.h"
 #include "XMLBuilder/ImportDocument.h"
@@ -35,8 +36,10 @@ class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSet
   void readExtension(const xercesc::DOMElement& child, MetadataSet& set);
   void readUnknown(const xercesc::DOMElement& child, MetadataSet& set);
   void readUnknownLosslessly(const xercesc::DOMElement& child, MetadataSet& set);
-  void readInvalid(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute, const xercesc::DOMElement& child,
-                   MetadataSet& set);
+  void reportSecond(const Element& property, uint16 tag, const xercesc::DOMElement& child, const MetadataSet& set);
+  /// The property; null for one that could not be read and is not in the set.
+  const Element* readInvalid(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute, const xercesc::DOMElement& child,
+                             MetadataSet& set);
   wstring extensionName(const xercesc::DOMElement& child) const;
 
   const xercesc::DOMElement& element_;
@@ -44,6 +47,7 @@ class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSet
   XMLUtils::ChildLookup scope_;
   std::optional<SetChildren> children_;  // of a lossless import
   std::size_t unmarked_ = 0;             // unknown properties with neither tag nor label
+  std::unordered_set<uint16> unknownTags_;
 };
 
 /// Makes a set for an element in the partition and fills it. A lossless import returns the set that it has already,

@@ -10,9 +10,19 @@ namespace Vantor::XML2Partition {
 
 std::string nameOf(const MetadataSet& set) { return set.fullName(); }
 
+/// Without an InstanceUID that was made up.
+std::string ImportReport::setName() const {
+  if (set_ == nullptr) return {};
+  return unnamed_.count(set_) != 0 ? set_->name() : nameOf(*set_);
+}
+
 ImportDiagnostic ImportReport::diagnostic(Kind kind, const xercesc::DOMNode& node, const std::string& message) const {
-  return {kind, lineOf(node), set_ == nullptr ? "" : nameOf(*set_), property_ == nullptr ? "" : property_->symbol(),
-          message};
+  return {kind, lineOf(node), setName(), property_ == nullptr ? "" : property_->symbol(), message};
+}
+
+void ImportReport::addUnconfirmed(Kind kind, const xercesc::DOMNode& node, const std::string& message,
+                                  const Element* property) {
+  result_.unconfirmed.push_back({diagnostic(kind, node, message), property == nullptr ? nullptr : set_, property});
 }
 
 void ImportReport::add(Kind kind, const xercesc::DOMNode& node, const std::string& message) {
@@ -32,6 +42,7 @@ void ImportReport::addUnknown(const xercesc::DOMNode& node, const std::string& m
 void ImportReport::addUnknownUnread(const xercesc::DOMNode& node, const std::string& message) {
   addUnread(Kind::kUnknownElement, node, message);
   result_.diagnostics.back().uri = Utils::wstringToString(XMLUtils::utf16ToWstring(node.getNamespaceURI()));
+  result_.diagnostics.back().isSet = true;
 }
 
 ImportReport::Source* ImportReport::find(const Types::UUID& instanceUID) {
@@ -40,10 +51,9 @@ ImportReport::Source* ImportReport::find(const Types::UUID& instanceUID) {
 }
 
 void ImportReport::refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling) {
-  if (isDangling) return;
   const std::string text = Utils::wstringToString(target.toString(kDottedForm));
   pointers_.push_back(
-      {target, diagnostic(Kind::kReference, node, "no set of the document has the InstanceUID " + text)});
+      {target, isDangling, diagnostic(Kind::kReference, node, "no set of the document has the InstanceUID " + text)});
 }
 
 void ImportReport::finish(const PartitionMetadata& partition) {
@@ -51,7 +61,12 @@ void ImportReport::finish(const PartitionMetadata& partition) {
   std::stable_sort(result_.diagnostics.begin(), result_.diagnostics.end(),
                    [](const auto& left, const auto& right) { return left.line < right.line; });
   for (auto& pointer : pointers_) {
-    if (partition.findByInstanceUID(pointer.target).empty()) result_.diagnostics.push_back(std::move(pointer.place));
+    if (!partition.findByInstanceUID(pointer.target).empty()) continue;
+    if (pointer.isDangling) {
+      result_.unconfirmed.push_back({std::move(pointer.place)});
+    } else {
+      result_.diagnostics.push_back(std::move(pointer.place));
+    }
   }
 }
 

@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 #include <xercesc/dom/DOMElement.hpp>
@@ -55,6 +56,7 @@ class ImportReport {
   void addUnread(Kind kind, const xercesc::DOMNode& node, const std::string& message);
   /// The same for an element or attribute that its namespace does not have.
   void addUnknown(const xercesc::DOMNode& node, const std::string& message);
+  /// The same where a set is expected.
   void addUnknownUnread(const xercesc::DOMNode& node, const std::string& message);
 
   /// A set of the document and the element that it was made from.
@@ -73,6 +75,15 @@ class ImportReport {
   bool hasDark(const DarkContent& content) const { return dark_.count(content) != 0; }
   void enterDark(DarkContent content) { dark_.insert(std::move(content)); }
 
+  /// Notes something that only the file can tell to be right or wrong, in the set that is being read.
+  /// @param property  of that set; null when it is about something else.
+  void addUnconfirmed(Kind kind, const xercesc::DOMNode& node, const std::string& message,
+                      const Element* property = nullptr);
+  /// Notes a set that the dictionary does not have.
+  void enterUnknown(const Types::UUID& instanceUID) {
+    result_.unknownSets.push_back(instanceUID.toString(kDottedForm));
+  }
+
   /// Notes a reference, whose target may come later. @param isDangling  the document says itself that there is none.
   ///
   /// Two strong references to one set are no diagnostic, although each says that it owns the set: files have them, such
@@ -85,6 +96,7 @@ class ImportReport {
   /// Notes a set whose element has no InstanceUID.
   void enterUnnamed(MetadataSet& set, const xercesc::DOMElement& element) {
     result_.unnamed.push_back({&set, lineOf(element)});
+    unnamed_.insert(&set);
   }
   /// Tells of the references whose targets never came.
   void finish(const PartitionMetadata& partition);
@@ -94,8 +106,10 @@ class ImportReport {
  private:
   struct Pointer {
     Types::UUID target;
+    bool isDangling;
     ImportDiagnostic place;
   };
+  std::string setName() const;
   ImportDiagnostic diagnostic(Kind kind, const xercesc::DOMNode& node, const std::string& message) const;
 
   LosslessImport& result_;
@@ -105,6 +119,7 @@ class ImportReport {
   std::unordered_map<Types::UUID, Source> sources_;
   std::set<DarkContent> dark_;
   std::vector<Pointer> pointers_;
+  std::unordered_set<const MetadataSet*> unnamed_;
 };
 
 /// What messages call a set: its symbol and its InstanceUID.

@@ -103,7 +103,7 @@ class Comparison {
     compareExtensions();
     LosslessSets::reportText(copy_, document_);
     LosslessSets::reportUnreadAttributes(copy_, definition, document_);
-    LosslessSets::reportUnread(copyChildren_, document_);
+    LosslessSets::reportUnread(copyChildren_, definition, document_);
   }
 
  private:

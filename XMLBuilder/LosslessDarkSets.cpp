@@ -4,6 +4,7 @@
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Strings.h"
 #include "XMLBuilder/ImportReport.h"
 #include "XMLBuilder/LosslessCopies.h"
 #include "XMLBuilder/LosslessForms.h"
@@ -58,13 +59,21 @@ void enter(MetadataSet& set, Content content, const DOMElement& element, ImportD
   report.enterDark(std::move(content));
 }
 
+/// Files have such sets, too.
+void reportNoLocalSet(const Content& content, const DOMElement& element, ImportReport& report) {
+  if (!KLV::isLocalSet(content.first)) return;
+  report.addUnconfirmed(ImportDiagnostic::Kind::kValue, element,
+                        "dark metadata: the octets are no local set, which the key " +
+                            Utils::wstringToString(content.first.toString()) + " says that they are");
+}
+
 void add(Content content, const DOMElement& element, ImportDocument& document) {
   const uint8 octets = lengthOctets(element, document);
   if (document.report().hasDark(content)) return;  // a copy
   auto& partition = document.partition();
   const auto before = partition.sets().size();
   partition.addKLV(content.first, octets, content.second.data(), content.second.size(), 0);
-  if (partition.sets().size() == before) return;
+  if (partition.sets().size() == before) return reportNoLocalSet(content, element, document.report());
   enter(*partition.sets().back(), std::move(content), element, document);
 }
 

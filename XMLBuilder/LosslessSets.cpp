@@ -59,6 +59,21 @@ bool isIdentifier(const DOMNode& attribute, const MetaMetadata::MetaMetadataSet&
   });
 }
 
+/// The property of a set that an element is named after; null for extension elements.
+const MetaMetadata::MetaElement* propertyOf(const DOMElement& element,
+                                            const MetaMetadata::MetaMetadataSet& definition) {
+  const wstring name = XMLUtils::utf16ToWstring(element.getLocalName());
+  const wstring uri = XMLUtils::utf16ToWstring(element.getNamespaceURI());
+  for (const auto& attribute : definition.attributes()) {
+    const auto& property = *attribute.metaElement();
+    if (property.extensionAttribute(MetaMetadata::kXMLTagName) == name &&
+        property.extensionAttribute(MetaMetadata::kXMLNamespaceURI) == uri) {
+      return &property;
+    }
+  }
+  return nullptr;
+}
+
 std::optional<Types::UUID> targetOf(const DOMElement& carrier, ImportDocument& document) {
   const auto text = nodeText(*LosslessForms::targetAttribute(carrier));
   try {
@@ -94,8 +109,15 @@ const MetaMetadata::MetaMetadataSet* findSet(const DOMElement& element, ImportDo
                                     "TargetInstance in the namespace " + textOf(XMLBuilder::Vocabulary::kTypesURI));
   } else {
     document.report().addUnknownUnread(element, "there is no set " + nameOf(element) + " in " + namespaceOf(element));
+    if (const auto instanceUID = instanceUIDOf(element)) document.report().enterUnknown(*instanceUID);
   }
   return nullptr;
+}
+
+void enterUnnamed(MetadataSet& set, const DOMElement& element, ImportDocument& document) {
+  const bool hasIdentifier = set.definition()->instanceUIDAttribute() != nullptr;
+  if (!hasIdentifier || LosslessForms::identifierAttribute(element, u"InstanceUID") != nullptr) return;
+  document.report().enterUnnamed(set, element);
 }
 
 void readInstanceUID(Element& property, const DOMNode& attribute, MetadataSet& set, const DOMElement& element,
@@ -130,6 +152,22 @@ bool isUnknownProperty(const DOMElement& element, ImportDocument& document) {
   return false;
 }
 
+const MetaMetadata::MetaElement* knownProperty(uint16 tag, const MetadataSet& set, const DOMElement& element,
+                                               ImportDocument& document) {
+  const auto* label = document.partition().partitionDictionary().tryFind(tag);
+  const auto& definition = *set.definition();
+  const auto* attribute =
+      label == nullptr ? definition.findAttributeByStaticTag(tag) : definition.findAttribute(*label);
+  if (attribute == nullptr) return nullptr;
+  const auto& known = *attribute->metaElement();
+  // Sets without an InstanceUID have one that was made up.
+  if (attribute == definition.instanceUIDAttribute()) {
+    return LosslessForms::identifierAttribute(element, u"InstanceUID") == nullptr ? nullptr : &known;
+  }
+  const auto* property = set.find(known.key());
+  return property != nullptr && property->wireValue() != nullptr ? &known : nullptr;
+}
+
 void reportText(const DOMElement& element, ImportDocument& document) {
   const auto text = LosslessForms::strayText(element);
   if (!text.empty()) document.report().add(Kind::kUnknownElement, element, text + "; it is not read");
@@ -145,11 +183,13 @@ void reportRoot(ImportDocument& document) {
                                          textOf(XMLBuilder::Vocabulary::kRootURI));
 }
 
-void reportUnread(const SetChildren& children, ImportDocument& document) {
+void reportUnread(const SetChildren& children, const MetaMetadata::MetaMetadataSet& definition,
+                  ImportDocument& document) {
   for (const auto& child : children.unread()) {
     if (child.isSecond) {
-      document.report().add(Kind::kSecondElement, *child.element,
-                            "there is one " + nameOf(*child.element) + " already; this one is not read");
+      const ImportReport::Reading reading(document.report(), propertyOf(*child.element, definition));
+      document.report().addUnread(Kind::kSecondElement, *child.element,
+                                  "there is one " + nameOf(*child.element) + " already; this one is not read");
     } else {
       document.report().addUnknown(*child.element, "the set has no property " + nameOf(*child.element) + " in " +
                                                        namespaceOf(*child.element) + "; the element is not read");

@@ -37,6 +37,9 @@ const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element,
 /// The InstanceUID of a set's element; none when it has none, or something that is none.
 std::optional<Types::UUID> instanceUIDOf(const xercesc::DOMElement& element);
 
+/// Notes a set that could have an InstanceUID and whose element has none.
+void enterUnnamed(MetadataSet& set, const xercesc::DOMElement& element, ImportDocument& document);
+
 /// Gives the set the identifier that the document has.
 void readInstanceUID(Element& property, const xercesc::DOMNode& attribute, MetadataSet& set,
                      const xercesc::DOMElement& element, ImportDocument& document);
@@ -50,12 +53,19 @@ auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, c
 /// reported.
 bool isUnknownProperty(const xercesc::DOMElement& element, ImportDocument& document);
 
+/// The property of a set that an unknown one stands for, too, by its local tag; null when the document gives the set no
+/// such property. @param element  of the set, which has been read.
+const MetaMetadata::MetaElement* knownProperty(uint16 tag, const MetadataSet& set, const xercesc::DOMElement& element,
+                                               ImportDocument& document);
+
 /// Tells of text in an element that is to hold elements alone: the root, a container or a set.
 void reportText(const xercesc::DOMElement& element, ImportDocument& document);
 /// Tells of a root that is another element than that of every document.
 void reportRoot(ImportDocument& document);
-/// Tells of the children of a set's element that nothing was read from.
-void reportUnread(const SetChildren& children, ImportDocument& document);
+/// Tells of the children of a set's element that nothing was read from. Of two that stand for one property, nobody
+/// knows which is meant: it counts as unread.
+void reportUnread(const SetChildren& children, const MetaMetadata::MetaMetadataSet& definition,
+                  ImportDocument& document);
 /// Tells of its attributes but for its identifiers and what belongs to XML itself.
 void reportUnreadAttributes(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
                             ImportDocument& document);

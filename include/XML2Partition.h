@@ -8,6 +8,7 @@
 
 namespace Vantor {
 
+class Element;
 class MetadataSet;
 class PartitionMetadata;
 
@@ -65,6 +66,7 @@ struct ImportDiagnostic {
   std::string property;  ///< the symbol of the property; empty for the set itself
   std::string message;   ///< what is wrong
   std::string uri = {};  ///< the namespace of an element or attribute that is unknown in it; empty for none
+  bool isSet = false;    ///< whether an unknown element stands where a set is expected
 };
 
 /// A property that the document has, but not in a form that could be read.
@@ -87,6 +89,16 @@ struct ReferenceForms {
   std::size_t pointers = 0;  ///< elsewhere in the document; references that say that there is no set do not count
 };
 
+/// Something that is right where the file has it so, which is not in the document, and a mistake where it was edited:
+/// - a reference that says itself that there is no set, and of which the document has none;
+/// - a dark set that has the key of a local set and other octets;
+/// - an unknown property that the set has already, under a name or as another unknown one.
+struct Unconfirmed {
+  ImportDiagnostic diagnostic;  ///< to be told when it is a mistake
+  MetadataSet* set = nullptr;   ///< with the unknown property; null for the others
+  const Element* property = nullptr;
+};
+
 /// What a lossless import made and what it could not.
 struct LosslessImport {
   /// As the functions above return them.
@@ -96,6 +108,9 @@ struct LosslessImport {
   std::vector<UnreadProperty> unread;
   std::vector<UnnamedSet> unnamed;
   ReferenceForms references;
+  std::vector<Unconfirmed> unconfirmed;
+  /// The InstanceUIDs, in dotted form, of elements that stand for sets that the dictionary does not have.
+  std::vector<wstring> unknownSets;
 };
 
 /// The way back that gives what was written, where the functions above keep to forms that lose a part of it:

@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"AnElementInNoNamespace", "<ByteOrder>1</ByteOrder>",
                 kSet + "|the set has no property ByteOrder in no namespace; the element is not read"},
         Mistake{"ASecondElement", "<rp210:ByteOrder>1</rp210:ByteOrder><rp210:ByteOrder>2</rp210:ByteOrder>",
-                kSet + "|there is one ByteOrder already; this one is not read"},
+                kSet + "ByteOrder|there is one ByteOrder already; this one is not read"},
         Mistake{"LettersInANumber", "<rp210:ByteOrder>12abc</rp210:ByteOrder>",
                 kSet + "ByteOrder|'12abc' is no whole number from -32768 to 32767"},
         Mistake{"ANumberOutOfRange", "<rp210:ByteOrder>32768</rp210:ByteOrder>",
