@@ -84,6 +84,29 @@ TEST(EditedPartition, IsTheHeaderOneWhereTheDocumentIsCloserToThat) {
             "partition 2 has other metadata than the header partition, and keeps them; --partition 2 edits them\n");
 }
 
+TEST(EditedPartition, IsToBeNamedWhereTheDocumentIsAsCloseToAnotherAsToTheHeader) {
+  const Edit edit(sample(kSample), {"--partition", "footer"});
+  rename(edit);
+  EXPECT_EQ(edit.inPlace({"--partition", "footer"}).exitCode, 0);
+  rename(edit);
+  const Result refused = edit.intoCopy();
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_THAT(edit.remarks(refused),
+              HasSubstr("the document has 1 difference from an export of partition 2, and 1 from "
+                        "one of the header partition; tell which it was, with --partition 2 or "
+                        "--partition header\n"));
+  EXPECT_EQ(edit.intoCopy({"--partition", "footer"}).exitCode, 0);
+}
+
+/// Both exports are the same.
+TEST(EditedPartition, IsTheHeaderOneWhereTheOthersDifferInWhatTheDocumentDoesNotShow) {
+  const TwoVersions edit({"--start", "Identification"});
+  rename(edit);
+  const Result result = edit.intoCopy();
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_THAT(result.err, HasSubstr("partition 2 has other metadata than the header partition, and keeps them"));
+}
+
 TEST(EditedPartition, IsTheHeaderOneForSingleValues) {
   const TwoVersions edit({});
   const Result result =

@@ -162,6 +162,36 @@ TEST(EditedReferences, KeepTheOnesToDarkSets) {
                                              "not show there; edit an export of all sets with --flat\n"));
 }
 
+/// In the flat form, they say that there is no set.
+TEST(EditedReferences, AreToldWhereTheirDarkSetsAreGone) {
+  const ScratchFolder folder;
+  writeFile(folder.path("whole.mxf"), wholeFile("bmx-op1a-adm.header.mxf"));
+  const std::string start = "8A.E2.A7.0F", told = ": SubDescriptors: no set of the document has the InstanceUID ";
+  const auto refused = [](const Edit& edit, const std::string& message) {
+    EXPECT_EQ(edit.intoCopy({"--strict"}).exitCode, 1);
+    const Result result = edit.intoCopy();
+    EXPECT_THAT(result.err, HasSubstr(message));
+    EXPECT_THAT(result.out, testing::AnyOf("nothing is edited\n", HasSubstr(" 0 removed"))) << result.err;
+  };
+  const Edit unedited(folder.path("whole.mxf"), {"--flat"});
+  EXPECT_EQ(unedited.intoCopy({"--strict"}).out, "nothing is edited\n");
+  const Edit removed(folder.path("whole.mxf"), {"--flat"});
+  removed.cut("<groups:DarkMetadata ", "</groups:DarkMetadata>");
+  refused(removed, told + start);
+  const Edit mistyped(folder.path("whole.mxf"), {"--flat"});
+  mistyped.replace("TargetInstance=\"" + start, "TargetInstance=\"8A.E2.A7.0E");
+  refused(mistyped, told + "8A.E2.A7.0E");
+  const Edit renamed(folder.path("whole.mxf"), {"--flat"});
+  renamed.replace(">3C0A00108AE2A70F", ">3C0A00108AE2A70E");
+  refused(renamed, told + start);
+  const Edit damaged(folder.path("whole.mxf"), {"--flat"});
+  damaged.replace(">3C0A00108AE2A70F", ">3C0A0F108AE2A70F");
+  refused(damaged, told + start);
+  refused(damaged,
+          "dark metadata: the octets are no local set, which the key 06.0E.2B.34.02.53.01.01.0D.01.01.01.01."
+          "01.81.0D says that they are\n");
+}
+
 /// Sets that the dictionary knows, and the document has as octets and hides the references to.
 TEST(EditedReferences, ComeBackFromADocumentThatWasMadeWithoutTheDefinitions) {
   const ScratchFolder folder;

@@ -22,7 +22,8 @@ std::string describe(const XML2Partition::ImportDiagnostic& diagnostic) {
   if (!diagnostic.set.empty()) text += diagnostic.set + ": ";
   if (!diagnostic.property.empty()) text += diagnostic.property + ": ";
   text += diagnostic.message;
-  if (isPrivate(diagnostic.uri)) text += "; --dictionary FILE adds definitions";
+  // Definitions of a user's own may have the namespaces of the built-in ones.
+  if (diagnostic.isSet || isPrivate(diagnostic.uri)) text += "; --dictionary FILE adds definitions";
   return oneLine(text);
 }
 

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <limits>
+#include <unordered_set>
 
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Metadata/DocumentDifference.h"
 #include "DocumentSize.h"
 #include "ErrorText.h"
 #include "XMLBuilder.h"
@@ -20,6 +22,50 @@ const MetadataSet* counterpartOf(const MetadataSet& set, const PartitionMetadata
   if (set.instanceUID() == nullptr) return nullptr;
   const auto& found = partition.findByInstanceUID(*set.instanceUID());
   return found.empty() ? nullptr : found.front();
+}
+
+/// Whether a set of an edited document has a property as a whole document has it and a part of that leaves it out.
+bool hasLeftOutProperty(const MetadataSet& edited, const PartitionDictionary& editedTags, const MetadataSet& whole,
+                        const PartitionDictionary& wholeTags, const MetadataSet& part,
+                        const PartitionDictionary& partTags) {
+  std::unordered_set<const Element*> same;
+  for (const auto& pair : pairProperties(edited, editedTags, whole, wholeTags)) {
+    if (pair.left != nullptr && DocumentDifference::isSame(pair.left, pair.right)) same.insert(pair.right);
+  }
+  const auto pairs = pairProperties(part, partTags, whole, wholeTags);
+  return std::any_of(pairs.begin(), pairs.end(),
+                     [&same](const PropertyPair& pair) { return pair.left == nullptr && same.count(pair.right) != 0; });
+}
+
+/// The same for a set that all three may have.
+bool hasLeftOut(const MetadataSet& whole, const PartitionMetadata& wholeSets, const PartitionMetadata& partSets,
+                const PartitionMetadata& editedSets) {
+  using DocumentDifference::findOnly;
+  if (whole.instanceUID() == nullptr) return false;
+  const auto* edited = findOnly(editedSets, *whole.instanceUID());
+  if (edited == nullptr) return false;
+  if (partSets.findByInstanceUID(*whole.instanceUID()).empty()) return true;
+  const auto* part = findOnly(partSets, *whole.instanceUID());
+  // Most sets are in the part as they are; to tell that takes the least time.
+  return part != nullptr && part->inDefinitionOrder().size() < whole.inDefinitionOrder().size() &&
+         hasLeftOutProperty(*edited, editedSets.partitionDictionary(), whole, wholeSets.partitionDictionary(), *part,
+                            partSets.partitionDictionary());
+}
+
+/// Whether an edited document shows something that a whole document has and a part of that leaves out.
+bool showsMore(const DocumentContent& edited, const DocumentContent& whole, const DocumentContent& part) {
+  const auto& sets = whole.partition->sets();
+  if (std::any_of(sets.begin(), sets.end(), [&](const MetadataSet* set) {
+        return whole.unnamed.count(set) == 0 && hasLeftOut(*set, *whole.partition, *part.partition, *edited.partition);
+      })) {
+    return true;
+  }
+  const auto inEdited = DocumentDifference::countDark(*edited.partition);
+  const auto inPart = DocumentDifference::countDark(*part.partition);
+  const auto inWhole = DocumentDifference::countDark(*whole.partition);
+  return std::any_of(inWhole.begin(), inWhole.end(), [&](const DocumentDifference::DarkCounts::value_type& dark) {
+    return inPart.count(dark.first) == 0 && inEdited.count(dark.first) != 0;
+  });
 }
 
 /// In which of the two forms a document can be: the one that most of its references have.
@@ -56,6 +102,16 @@ DocumentForms::DocumentForms(Path file, const MXF::PartitionChoice& partition,
 
 bool DocumentForms::hasPreface() const { return original_->preface() != nullptr; }
 
+void DocumentForms::requireReadable() const {
+  for (const MetadataSet* set : original_->sets()) {
+    if (set->instanceUID() == nullptr) continue;
+    const auto& first = *original_->findByInstanceUID(*set->instanceUID()).front();
+    if (&first == set || (set->definition() != nullptr && set->definition() == first.definition())) continue;
+    throw CommandError("the metadata in the file cannot be edited: the " + first.name() + " and the " + set->name() +
+                       " have one InstanceUID, " + set->instanceUID()->dottedText());
+  }
+}
+
 PartitionMetadata& DocumentForms::plainOriginal() {
   if (plainOriginal_ == nullptr) plainOriginal_ = MXF::readHeaderMetadata(file_, plain_, partition_);
   return *plainOriginal_;
@@ -75,22 +131,16 @@ std::shared_ptr<const ReadDocument> DocumentForms::make(const Form& form) {
                             document);
   const XMLUtils::UnicodeString text(document);
   auto read = std::make_shared<ReadDocument>(dictionary_);
+  requireReadable();
   read->import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
                                                            documentSize(text.utf16Size()), read->metadata.get());
   return read;
 }
 
-std::vector<DocumentForms::Form> DocumentForms::formsOf(bool isNested, const MetadataSet* start) const {
+bool DocumentForms::hasOtherSets() const {
   const auto& sets = original_->sets();
-  const bool hasOthers = std::any_of(sets.begin(), sets.end(),
-                                     [](const MetadataSet* set) { return !KLV::isStructuralMetadataSet(set->key()); });
-  std::vector<Form> forms;
-  for (const bool isPlain : {false, true}) {
-    if (isPlain && plain_ == nullptr) continue;
-    forms.push_back({isPlain, isNested, false, start});
-    if (hasOthers) forms.push_back({isPlain, isNested, true, start});
-  }
-  return forms;
+  return std::any_of(sets.begin(), sets.end(),
+                     [](const MetadataSet* set) { return !KLV::isStructuralMetadataSet(set->key()); });
 }
 
 /// A document without a Preface starts from the first set in it, as far as that is one of the original. One that has a
@@ -105,18 +155,47 @@ std::vector<const MetadataSet*> DocumentForms::startsOf(const DocumentContent& e
   return starts;
 }
 
+std::vector<DocumentForms::Form> DocumentForms::formsOf(const DocumentContent& edited,
+                                                        const XML2Partition::LosslessImport& import) const {
+  const auto starts = scope_ == Scope::kAll ? std::vector<const MetadataSet*>{nullptr} : startsOf(edited, import);
+  std::vector<Form> forms;
+  for (const auto* start : starts) {
+    for (const bool isNested : nestingsOf(import.references)) {
+      forms.push_back({false, isNested, false, start});
+      if (plain_ != nullptr) forms.push_back({true, isNested, false, start});
+    }
+  }
+  return forms;
+}
+
+bool DocumentForms::mayBeStructuralOnly(const ReadDocument& whole, const ReadDocument& part,
+                                        const DocumentContent& edited,
+                                        const XML2Partition::LosslessImport& import) const {
+  if (scope_ == Scope::kStructural) return true;
+  const auto& unknown = import.unknownSets;
+  const bool hasUnknown = std::any_of(unknown.begin(), unknown.end(), [&](const wstring& instanceUID) {
+    const auto& found = original_->findByInstanceUID(Types::UUID(instanceUID, kDottedForm));
+    return !found.empty() && !KLV::isStructuralMetadataSet(found.front()->key());
+  });
+  return !hasUnknown && !showsMore(edited, whole.content(), part.content());
+}
+
 DocumentForms::Choice DocumentForms::choose(const DocumentContent& edited,
                                             const XML2Partition::LosslessImport& import) {
   Choice best{nullptr, std::numeric_limits<std::size_t>::max()};
-  for (const auto* start : startsOf(edited, import)) {
-    for (const bool isNested : nestingsOf(import.references)) {
-      for (const auto& form : formsOf(isNested, start)) {
-        if (best.edits == 0) return best;
-        const auto document = form.isFull() ? full() : make(form);
-        const auto edits = countEdits(document->content(), edited);
-        if (edits < best.edits) best = {document, edits, start, form.isStructuralOnly};
-      }
-    }
+  const auto take = [&](const std::shared_ptr<const ReadDocument>& document, const Form& form) {
+    const auto edits = countEdits(document->content(), edited);
+    if (edits < best.edits) best = {document, edits, form.start, form.isStructuralOnly};
+  };
+  const bool hasParts = hasOtherSets() && scope_ != Scope::kAll;
+  for (const auto& form : formsOf(edited, import)) {
+    const auto whole = documentOf(form);
+    if (!hasParts || scope_ != Scope::kStructural) take(whole, form);
+    if (best.edits == 0) return best;
+    if (!hasParts) continue;
+    const Form partForm{form.isPlain, form.isNested, true, form.start};
+    const auto part = documentOf(partForm);
+    if (mayBeStructuralOnly(*whole, *part, edited, import)) take(part, partForm);
   }
   return best;
 }

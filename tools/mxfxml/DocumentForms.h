@@ -43,8 +43,20 @@ class DocumentForms {
   PartitionMetadata& original() { return *original_; }
   /// Whether there can be any document.
   bool hasPreface() const;
+  /// @throws CommandError when two different sets share an InstanceUID: no document with both can be read.
+  void requireReadable() const;
 
-  /// What came closest to an edited document.
+  /// Which sets a document is an export of.
+  enum class Scope {
+    kGuessed,    ///< what the document itself tells
+    kAll,        ///< all sets of the metadata
+    kStructural  ///< structural ones
+  };
+  /// Chosen by the user; guessed until then.
+  void setScope(Scope scope) { scope_ = scope; }
+
+  /// What came closest to an edited document. One that shows something that an export of structural sets leaves out is
+  /// none, however close it is.
   struct Choice {
     std::shared_ptr<const ReadDocument> document;
     std::size_t edits;                   ///< how many places differ
@@ -64,13 +76,21 @@ class DocumentForms {
     const MetadataSet* start = nullptr;  ///< of the original; null for the Preface
     bool isFull() const { return !isPlain && !isNested && !isStructuralOnly && start == nullptr; }
   };
-  std::vector<Form> formsOf(bool isNested, const MetadataSet* start) const;
+  /// The forms, without those of structural sets.
+  std::vector<Form> formsOf(const DocumentContent& edited, const XML2Partition::LosslessImport& import) const;
+  /// Whether there is anything that an export of structural sets can leave out.
+  bool hasOtherSets() const;
+  bool mayBeStructuralOnly(const ReadDocument& whole, const ReadDocument& part, const DocumentContent& edited,
+                           const XML2Partition::LosslessImport& import) const;
   std::vector<const MetadataSet*> startsOf(const DocumentContent& edited,
                                            const XML2Partition::LosslessImport& import) const;
   std::shared_ptr<const ReadDocument> make(const Form& form);
   PartitionMetadata& plainOriginal();
 
+  std::shared_ptr<const ReadDocument> documentOf(const Form& form) { return form.isFull() ? full() : make(form); }
+
   Path file_;
+  Scope scope_ = Scope::kGuessed;
   MXF::PartitionChoice partition_;
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
   SharedPtr<const MetaMetadata::Dictionary> plain_;

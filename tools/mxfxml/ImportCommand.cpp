@@ -61,6 +61,16 @@ void ImportCommand::addTarget() {
                        "exported; all else in it stays as it is")
                    ->type_name("ORIGINAL.mxf");
   app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
+  auto* whole = app()
+                    .add_flag("--whole", isWhole_,
+                              "The document is an export of all sets: what it lacks was taken\nout. Without this, the "
+                              "document itself tells")
+                    ->needs(into);
+  app()
+      .add_flag("--structural-only", isStructuralOnly_,
+                "The document was exported so: sets that it leaves out are kept")
+      ->needs(into)
+      ->excludes(whole);
   addPartition(app(), partition_,
                "The partition that was exported: header, footer or a number;\n"
                "only it is changed. Without it, the header partition and all\n"
@@ -118,7 +128,7 @@ void ImportCommand::editFile() const {
   namingFile(*into_, [&] {
     undoStoppedChange(*into_);
     edit.emplace(*into_, definitions, dictionary_.plain(chosen), partition_);
-    edit->takeForm(edited, import);
+    edit->takeForm(edited, import, scope());
   });
   tell(import.diagnostics);
   namingFile(*into_, [&] {
@@ -140,6 +150,11 @@ void ImportCommand::write(const MetadataEdit& edit) const {
   for (const auto& remark : edit.remarks()) printMessage(into_->u8string() + ": " + remark);
   const auto durability = inPlace_ ? edit.writeInPlace(progressBar()) : edit.writeCopy(*output_, progressBar());
   tellDone(edit.summary(), inPlace_ ? *into_ : *output_, durability);
+}
+
+DocumentForms::Scope ImportCommand::scope() const {
+  if (isWhole_) return DocumentForms::Scope::kAll;
+  return isStructuralOnly_ ? DocumentForms::Scope::kStructural : DocumentForms::Scope::kGuessed;
 }
 
 XML2Partition::LosslessImport ImportCommand::read(PartitionMetadata& metadata) const {

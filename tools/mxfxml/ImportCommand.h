@@ -7,6 +7,7 @@
 #include "Core/Metadata/PartitionMetadata.h"
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
+#include "DocumentForms.h"
 #include "XML2Partition.h"
 
 namespace Vantor::Tool {
@@ -30,6 +31,7 @@ class ImportCommand final : public Command {
   void apply(MetadataEdit& edit, const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) const;
   void write(const MetadataEdit& edit) const;
   MetaMetadata::Vocabulary vocabulary() const;
+  DocumentForms::Scope scope() const;
   /// Reads the document into a partition.
   XML2Partition::LosslessImport read(PartitionMetadata& metadata) const;
   /// Tells on standard error what could not be read. @throws CommandError when that is to end the command.
@@ -38,6 +40,8 @@ class ImportCommand final : public Command {
   std::optional<Path> output_;
   std::optional<Path> into_;
   bool inPlace_ = false;
+  bool isWhole_ = false;
+  bool isStructuralOnly_ = false;
   std::optional<MXF::PartitionChoice> partition_;
   bool exact_ = false;
   bool strict_ = false;

@@ -87,17 +87,59 @@ bool haveSameIdentifiers(const PartitionMetadata& left, const PartitionMetadata&
   });
 }
 
+/// The sets that strong references of a partition lead to.
+std::unordered_set<Types::UUID> ownedBy(const PartitionMetadata& partition) {
+  std::vector<Types::UUID> targets;
+  for (const MetadataSet* set : partition.sets()) {
+    for (const Element& property : *set) property.appendTargets({false}, targets);
+  }
+  return {targets.begin(), targets.end()};
+}
+
 using Diagnostic = XML2Partition::ImportDiagnostic;
 
-/// A document of a part, or one that nests sets, has references that lead to nothing in it.
-void dropKnownReferences(const std::vector<Diagnostic>& known, std::vector<Diagnostic>& diagnostics) {
-  const auto nameOf = [](const Diagnostic& one) { return one.set + "\n" + one.property + "\n" + one.message; };
+/// A message without the numbers of lines, which an edit moves.
+std::string withoutLines(const std::string& message) {
+  constexpr const char* kDigits = "0123456789";
+  const std::string kLine = "line ";
+  std::string text = message;
+  for (auto at = text.find(kLine); at != std::string::npos; at = text.find(kLine, at)) {
+    at += kLine.size();
+    text.erase(at, text.find_first_not_of(kDigits, at) - at);
+  }
+  return text;
+}
+
+std::string nameOf(const Diagnostic& one) {
+  return std::to_string(static_cast<int>(one.kind)) + "\n" + one.set + "\n" + one.property + "\n" +
+         withoutLines(one.message);
+}
+
+/// What is wrong with the unedited document is so in the file, or because of the form of the document. A set with an
+/// InstanceUID that is none would be added to those that are there all the same.
+void dropKnown(const std::vector<Diagnostic>& known, std::vector<Diagnostic>& diagnostics) {
   std::unordered_set<std::string> names;
   for (const auto& one : known) names.insert(nameOf(one));
   const auto isKnown = [&](const Diagnostic& one) {
-    return one.kind == Diagnostic::Kind::kReference && names.count(nameOf(one)) != 0;
+    return one.kind != Diagnostic::Kind::kUnusableIdentifier && names.count(nameOf(one)) != 0;
   };
   diagnostics.erase(std::remove_if(diagnostics.begin(), diagnostics.end(), isKnown), diagnostics.end());
+}
+
+/// Takes for mistakes what the unedited document does not have as often.
+void addUnconfirmed(const XML2Partition::LosslessImport& unedited, XML2Partition::LosslessImport& import) {
+  std::unordered_map<std::string, std::size_t> known;
+  for (const auto& one : unedited.unconfirmed) ++known[nameOf(one.diagnostic)];
+  for (auto& one : import.unconfirmed) {
+    auto& left = known[nameOf(one.diagnostic)];
+    if (left != 0) {
+      --left;
+      continue;
+    }
+    import.diagnostics.push_back(std::move(one.diagnostic));
+    if (one.property != nullptr) one.set->remove(*one.property);
+  }
+  import.unconfirmed.clear();
 }
 
 /// A set that lacks its InstanceUID would be taken for a new one, and the one that it is for taken out.
@@ -127,11 +169,17 @@ MetadataEdit::MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dicti
       plain_(std::move(plain)),
       partition_(partition),
       structure_(MXF::readStructure(file_)),
-      forms_(file_, partition_.value_or(MXF::PartitionChoice()), dictionary_, plain_) {}
+      forms_(file_, partition_.value_or(MXF::PartitionChoice()), dictionary_, plain_) {
+  forms_.requireReadable();
+}
 
-void MetadataEdit::takeForm(const PartitionMetadata& edited, XML2Partition::LosslessImport& import) {
+void MetadataEdit::takeForm(const PartitionMetadata& edited, XML2Partition::LosslessImport& import,
+                            DocumentForms::Scope scope) {
+  scope_ = scope;
+  forms_.setScope(scope);
   unedited_ = forms_.choose(contentOf(edited, import), import);
-  dropKnownReferences(unedited_.document->import.diagnostics, import.diagnostics);
+  dropKnown(unedited_.document->import.diagnostics, import.diagnostics);
+  addUnconfirmed(unedited_.document->import, import);
   addLostIdentifiers(unedited_.document->import, import);
 }
 
@@ -142,6 +190,7 @@ void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::L
   const bool isOfKnownPart = edited.preface() != nullptr || unedited_.start != nullptr;
   rules_.mayRemove = import.diagnostics.empty() && isOfKnownPart;
   summary_ = replace(numberOfPartition(), metadata(), content);
+  requireClearScope(edited);
   tellPart(edited);
   if (isOfKnownPart) {
     tellKept("parts of it could not be read", "; --strict refuses such documents");
@@ -206,8 +255,12 @@ void MetadataEdit::tellOther(std::size_t partition, const std::string& differenc
 void MetadataEdit::requireCloserToHeader(DocumentForms& other, std::size_t partition, const DocumentContent& edited,
                                          const XML2Partition::LosslessImport& import) const {
   if (unedited_.edits == 0 || !other.hasPreface()) return;
-  const auto edits = other.choose(edited, import).edits;
-  if (edits >= unedited_.edits) return;
+  other.setScope(scope_);
+  const auto choice = other.choose(edited, import);
+  const auto edits = choice.edits;
+  if (edits > unedited_.edits) return;
+  const bool isSame = countEdits(choice.document->content(), unedited_.document->content()) == 0;
+  if (edits == unedited_.edits && isSame) return;  // nothing in the document is otherwise in the other partition
   const auto number = std::to_string(partition);
   throw CommandError("the document has " + counted(edits, "difference") + " from an export of partition " + number +
                      ", and " + std::to_string(unedited_.edits) +
@@ -215,21 +268,41 @@ void MetadataEdit::requireCloserToHeader(DocumentForms& other, std::size_t parti
                      " or --partition header");
 }
 
-void MetadataEdit::tellPart(const PartitionMetadata& edited) {
-  if (unedited_.start == nullptr && !unedited_.isStructuralOnly) return;
+std::size_t MetadataEdit::countLeftOut(const PartitionMetadata& edited) {
   const auto& full = *forms_.full();
   const auto unnamed = full.content().unnamed;
   const auto& sets = full.metadata->sets();
-  const auto count = static_cast<std::size_t>(std::count_if(sets.begin(), sets.end(), [&](const MetadataSet* set) {
+  return static_cast<std::size_t>(std::count_if(sets.begin(), sets.end(), [&](const MetadataSet* set) {
     if (set->instanceUID() == nullptr || unnamed.count(set) != 0) return false;
     return !has(*unedited_.document->metadata, *set) && !has(edited, *set);
   }));
+}
+
+/// A set that nothing in the document refers to belongs to what an export of structural sets leaves out: to take it out
+/// and keep that may be half of what was meant.
+void MetadataEdit::requireClearScope(const PartitionMetadata& edited) {
+  if (scope_ != DocumentForms::Scope::kGuessed || !unedited_.isStructuralOnly || summary_.removedSets == 0) return;
+  const auto& shown = *unedited_.document->metadata;
+  const auto owned = ownedBy(shown);
+  const bool isClear = std::all_of(shown.sets().begin(), shown.sets().end(), [&](const MetadataSet* set) {
+    return set->instanceUID() == nullptr || owned.count(*set->instanceUID()) != 0 || has(edited, *set);
+  });
+  if (isClear) return;
+  throw CommandError("the document is one of structural sets, in which case " + counted(countLeftOut(edited), "set") +
+                     " that it leaves out would be kept, or one of all sets, "
+                     "of which they were taken out; tell which it was, with --structural-only or --whole");
+}
+
+void MetadataEdit::tellPart(const PartitionMetadata& edited) {
+  if (unedited_.start == nullptr && !unedited_.isStructuralOnly) return;
+  const auto count = countLeftOut(edited);
   if (count == 0) return;
   const auto* start = unedited_.start;
   const std::string kind = unedited_.isStructuralOnly ? "is one of structural sets" : "has no Preface";
+  const bool isGuessed = start == nullptr && scope_ == DocumentForms::Scope::kGuessed;
   remarks_.push_back("the document " + kind + (start == nullptr ? "" : " and starts with the " + start->name()) + "; " +
                      counted(count, "set") + " that such a document leaves out " + (count == 1 ? "is" : "are") +
-                     " kept");
+                     " kept" + (isGuessed ? "; --whole takes out what the document lacks" : ""));
 }
 
 void MetadataEdit::tellKept(const std::string& reason, const std::string& help) {

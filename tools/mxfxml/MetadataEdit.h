@@ -21,7 +21,7 @@ class MetadataEdit {
   /// @param plain       the same without the user's definitions, which the document may have been made with; null when
   ///                    there are none.
   /// @param partition   the one that was edited; none for the header partition and all that repeat its metadata.
-  /// @throws what reading the file throws.
+  /// @throws CommandError when two different sets share an InstanceUID; what reading the file throws.
   MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
                SharedPtr<const MetaMetadata::Dictionary> plain, std::optional<MXF::PartitionChoice> partition);
 
@@ -29,17 +29,19 @@ class MetadataEdit {
   PartitionMetadata& metadata() { return forms_.original(); }
 
   /// Finds out what kind of document was edited. To be called before `apply`.
-  /// @param import  loses the diagnostics of references that an unedited document has as well, and gets one of the kind
-  ///                kUnusableIdentifier for every set that lacks its InstanceUID.
-  void takeForm(const PartitionMetadata& edited, XML2Partition::LosslessImport& import);
+  /// @param import  loses the diagnostics that an unedited document has as well, and gets those of what only the file
+  ///                could confirm and does not: an unknown property among that leaves its set. It also gets one of the
+  ///                kind kUnusableIdentifier for every set that lacks its InstanceUID.
+  /// @param scope   what the user says of the document.
+  void takeForm(const PartitionMetadata& edited, XML2Partition::LosslessImport& import, DocumentForms::Scope scope);
 
   /// Whether it is known which partition a document was exported from: the one that was chosen.
   enum class Origin { kKnown, kGuessed };
 
   /// Merges what an edited document gives. @param import  what its reader could not read is left as it is.
   /// @throws CommandError when the document cannot be one of these metadata: it has no set, another Preface, or an
-  /// InstanceUID that cannot be read; when nobody can tell what an edit means, or, where the origin is guessed, when
-  /// the document is closer to those of another partition.
+  /// InstanceUID that cannot be read; when nobody can tell what an edit means or which sets the document is an export
+  /// of, or, where the origin is guessed, when the document is as close to those of another partition.
   void apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import, Origin origin);
 
   /// What was edited, in a line.
@@ -62,6 +64,9 @@ class MetadataEdit {
                              const XML2Partition::LosslessImport& import) const;
   std::size_t numberOfPartition() const;
   void tellOther(std::size_t partition, const std::string& difference, const std::string& help);
+  /// How many sets neither the edited document shows nor one in its form that nobody has edited.
+  std::size_t countLeftOut(const PartitionMetadata& edited);
+  void requireClearScope(const PartitionMetadata& edited);
   void tellPart(const PartitionMetadata& edited);
   /// @param help  told where there is too much to name it.
   void tellKept(const std::string& reason, const std::string& help);
@@ -74,6 +79,7 @@ class MetadataEdit {
   std::optional<MXF::PartitionChoice> partition_;
   MXF::FileStructure structure_;
   DocumentForms forms_;
+  DocumentForms::Scope scope_ = DocumentForms::Scope::kGuessed;
   DocumentForms::Choice unedited_{};  // what the document was before it was edited
   MergeRules rules_;
   MergeSummary summary_;

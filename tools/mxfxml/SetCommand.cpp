@@ -48,7 +48,7 @@ std::string whyNoInstanceUID(const std::string& text) {
 XML2Partition::LosslessImport readEdited(const std::string& document, PartitionMetadata& edited, MetadataEdit& edit) {
   auto import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
                                                           documentSize(document.size()), &edited);
-  edit.takeForm(edited, import);
+  edit.takeForm(edited, import, DocumentForms::Scope::kAll);
   if (import.diagnostics.empty()) return import;
   auto diagnostic = import.diagnostics.front();
   diagnostic.line = 0;  // of a document that nobody sees
