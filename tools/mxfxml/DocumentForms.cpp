@@ -157,7 +157,8 @@ std::vector<const MetadataSet*> DocumentForms::startsOf(const DocumentContent& e
 
 std::vector<DocumentForms::Form> DocumentForms::formsOf(const DocumentContent& edited,
                                                         const XML2Partition::LosslessImport& import) const {
-  const auto starts = scope_ == Scope::kAll ? std::vector<const MetadataSet*>{nullptr} : startsOf(edited, import);
+  const bool isFromPreface = scope_ == Scope::kAll && prefaceOf(*edited.partition) != nullptr;
+  const auto starts = isFromPreface ? std::vector<const MetadataSet*>{nullptr} : startsOf(edited, import);
   std::vector<Form> forms;
   for (const auto* start : starts) {
     for (const bool isNested : nestingsOf(import.references)) {

@@ -49,7 +49,7 @@ class DocumentForms {
   /// Which sets a document is an export of.
   enum class Scope {
     kGuessed,    ///< what the document itself tells
-    kAll,        ///< all sets of the metadata
+    kAll,        ///< all sets; one with a Preface starts from that
     kStructural  ///< structural ones
   };
   /// Chosen by the user; guessed until then.

@@ -288,9 +288,11 @@ void MetadataEdit::requireClearScope(const PartitionMetadata& edited) {
     return set->instanceUID() == nullptr || owned.count(*set->instanceUID()) != 0 || has(edited, *set);
   });
   if (isClear) return;
-  throw CommandError("the document is one of structural sets, in which case " + counted(countLeftOut(edited), "set") +
-                     " that it leaves out would be kept, or one of all sets, "
-                     "of which they were taken out; tell which it was, with --structural-only or --whole");
+  const auto count = countLeftOut(edited);
+  throw CommandError("the document is one of structural sets, in which case " + counted(count, "set") +
+                     " that it leaves out would be kept, or one of all sets, of which " +
+                     (count == 1 ? "it was" : "they were") +
+                     " taken out; tell which it was, with --structural-only or --whole");
 }
 
 void MetadataEdit::tellPart(const PartitionMetadata& edited) {
