@@ -39,10 +39,10 @@ void ImportReport::addUnknown(const xercesc::DOMNode& node, const std::string& m
   result_.diagnostics.back().uri = Utils::wstringToString(XMLUtils::utf16ToWstring(node.getNamespaceURI()));
 }
 
-void ImportReport::addUnknownUnread(const xercesc::DOMNode& node, const std::string& message) {
+void ImportReport::addUnknownUnread(const xercesc::DOMNode& node, const std::string& message, bool isNewSet) {
   addUnread(Kind::kUnknownElement, node, message);
   result_.diagnostics.back().uri = Utils::wstringToString(XMLUtils::utf16ToWstring(node.getNamespaceURI()));
-  result_.diagnostics.back().isSet = true;
+  result_.diagnostics.back().isNewSet = isNewSet;
 }
 
 ImportReport::Source* ImportReport::find(const Types::UUID& instanceUID) {

@@ -57,7 +57,7 @@ class ImportReport {
   /// The same for an element or attribute that its namespace does not have.
   void addUnknown(const xercesc::DOMNode& node, const std::string& message);
   /// The same where a set is expected.
-  void addUnknownUnread(const xercesc::DOMNode& node, const std::string& message);
+  void addUnknownUnread(const xercesc::DOMNode& node, const std::string& message, bool isNewSet);
 
   /// A set of the document and the element that it was made from.
   struct Source {

@@ -108,7 +108,8 @@ const MetaMetadata::MetaMetadataSet* findSet(const DOMElement& element, ImportDo
                                     " does not say to which set: it has no attribute " +
                                     "TargetInstance in the namespace " + textOf(XMLBuilder::Vocabulary::kTypesURI));
   } else {
-    document.report().addUnknownUnread(element, "there is no set " + nameOf(element) + " in " + namespaceOf(element));
+    document.report().addUnknownUnread(element, "there is no set " + nameOf(element) + " in " + namespaceOf(element),
+                                       definition == nullptr);
     if (const auto instanceUID = instanceUIDOf(element)) document.report().enterUnknown(*instanceUID);
   }
   return nullptr;

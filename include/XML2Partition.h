@@ -61,12 +61,12 @@ struct ImportDiagnostic {
   };
 
   Kind kind;
-  uint64 line;           ///< from 1; 0 when it is not known
-  std::string set;       ///< the symbol of the set, with its InstanceUID when it has one; empty outside of sets
-  std::string property;  ///< the symbol of the property; empty for the set itself
-  std::string message;   ///< what is wrong
-  std::string uri = {};  ///< the namespace of an element or attribute that is unknown in it; empty for none
-  bool isSet = false;    ///< whether an unknown element stands where a set is expected
+  uint64 line;            ///< from 1; 0 when it is not known
+  std::string set;        ///< the symbol of the set, with its InstanceUID when it has one; empty outside of sets
+  std::string property;   ///< the symbol of the property; empty for the set itself
+  std::string message;    ///< what is wrong
+  std::string uri = {};   ///< the namespace of an element or attribute that is unknown in it; empty for none
+  bool isNewSet = false;  ///< whether an unknown element stands for a set of which the dictionary has not even the name
 };
 
 /// A property that the document has, but not in a form that could be read.

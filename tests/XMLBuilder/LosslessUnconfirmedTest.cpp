@@ -120,7 +120,8 @@ TEST(LosslessDiagnostics, TellTheInstanceUIDsOfUnknownSets) {
   ASSERT_THAT(document.result().unknownSets, SizeIs(1));
   EXPECT_EQ(Utils::wstringToString(document.result().unknownSets.front()), kPrefaceUID);
   ASSERT_THAT(document.result().diagnostics, SizeIs(2));
-  EXPECT_TRUE(document.result().diagnostics.front().isSet);
+  EXPECT_TRUE(document.result().diagnostics.front().isNewSet);
+  EXPECT_FALSE(Imported(documentOf("<Preface/>")).result().diagnostics.front().isNewSet);
 }
 
 }  // namespace

@@ -96,7 +96,7 @@ const Mistake kMistakes[] = {
                    "<s377m:Tomcode rp210:InstanceUID=\"74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D\">"),
           replaced("</s377m:Timecode>", "</s377m:Tomcode>")),
      {"line 28: Sequence 8B.A4.E1.37.37.4E.42.EB.9E.4D.A4.6E.41.69.C5.DD: ComponentObjects: there is no set Tomcode in "
-      "the namespace urn:SMPTE:S377M"},
+      "the namespace urn:SMPTE:S377M; --dictionary FILE adds definitions"},
      "",
      kept("set", kTheTimecode)},
     {"letters in a number",
@@ -182,7 +182,7 @@ const Mistake kMistakes[] = {
      ""},
     {"duplicate property",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<rp210:TrackID>1</rp210:TrackID><rp210:TrackID>9</rp210:TrackID>"),
-     {"line 21: " + kTrack + "there is one TrackID already; this one is not read"},
+     {"line 21: " + kTrack + "TrackID: there is one TrackID already; this one is not read"},
      ""},
     {"dangling reference",
      replaced("MaterialPackage_REF types:TargetInstance=\"41", "MaterialPackage_REF types:TargetInstance=\"FF"),
@@ -210,24 +210,24 @@ const Mistake kMistakes[] = {
      ""},
     {"wrong namespace of properties",
      replaced("urn:SMPTE:RP210", "urn:smpte:rp210"),
-     {"line 3: Preface NEW: the set has no attribute InstanceUID in the namespace urn:smpte:rp210; it is not read",
-      "line 4: Preface NEW: the set has no property FileLastModified in the namespace urn:smpte:rp210; the element is "
+     {"line 3: Preface: the set has no attribute InstanceUID in the namespace urn:smpte:rp210; it is not read",
+      "line 4: Preface: the set has no property FileLastModified in the namespace urn:smpte:rp210; the element is "
       "not read",
-      "line 13: Preface NEW: the set has no property ContentStorageObject in the namespace urn:smpte:rp210; the "
+      "line 13: Preface: the set has no property ContentStorageObject in the namespace urn:smpte:rp210; the "
       "element is not read",
-      "line 190: Preface NEW: the set has no property FormatVersion in the namespace urn:smpte:rp210; the element is "
+      "line 190: Preface: the set has no property FormatVersion in the namespace urn:smpte:rp210; the element is "
       "not read",
-      "line 191: Preface NEW: the set has no property IdentificationList in the namespace urn:smpte:rp210; the element "
+      "line 191: Preface: the set has no property IdentificationList in the namespace urn:smpte:rp210; the element "
       "is not read",
-      "line 224: Preface NEW: the set has no property ObjectModelVersion in the namespace urn:smpte:rp210; the element "
+      "line 224: Preface: the set has no property ObjectModelVersion in the namespace urn:smpte:rp210; the element "
       "is not read",
-      "line 225: Preface NEW: the set has no property PrimaryPackage in the namespace urn:smpte:rp210; the element is "
+      "line 225: Preface: the set has no property PrimaryPackage in the namespace urn:smpte:rp210; the element is "
       "not read",
-      "line 228: Preface NEW: the set has no property OperationalPattern in the namespace urn:smpte:rp210; the element "
+      "line 228: Preface: the set has no property OperationalPattern in the namespace urn:smpte:rp210; the element "
       "is not read",
-      "line 229: Preface NEW: the set has no property EssenceContainers in the namespace urn:smpte:rp210; the element "
+      "line 229: Preface: the set has no property EssenceContainers in the namespace urn:smpte:rp210; the element "
       "is not read",
-      "line 232: Preface NEW: the set has no property DescriptiveSchemes in the namespace urn:smpte:rp210; the element "
+      "line 232: Preface: the set has no property DescriptiveSchemes in the namespace urn:smpte:rp210; the element "
       "is not read",
       "line 3: Preface: " + kNoInstanceUID},
      kNotToldFromANewOne},
@@ -348,7 +348,7 @@ const Mistake kMistakes[] = {
      kNotToldFromANewOne},
     {"InstanceUID without its prefix",
      replaced(" rp210:InstanceUID=\"74.", " InstanceUID=\"74."),
-     {"line 28: Timecode NEW: the set has no attribute InstanceUID in no namespace; it is not read",
+     {"line 28: Timecode: the set has no attribute InstanceUID in no namespace; it is not read",
       "line 28: Timecode: " + kNoInstanceUID},
      kNotToldFromANewOne},
     {"new set without InstanceUID",
@@ -422,7 +422,7 @@ const Mistake kMistakes[] = {
     {"entity that nobody declared",
      replaced("Timecode track", "Time&nbsp;code"),
      {},
-     "line 22, column 44: entity 'nbsp' not found"},
+     "line 22, column 44: entity 'nbsp' not found; document type declarations, which define entities, are not read"},
     {"blank before the declaration",
      replaced("<?xml ", " <?xml "),
      {},

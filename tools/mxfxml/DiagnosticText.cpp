@@ -23,7 +23,8 @@ std::string describe(const XML2Partition::ImportDiagnostic& diagnostic) {
   if (!diagnostic.property.empty()) text += diagnostic.property + ": ";
   text += diagnostic.message;
   // Definitions of a user's own may have the namespaces of the built-in ones.
-  if (diagnostic.isSet || isPrivate(diagnostic.uri)) text += "; --dictionary FILE adds definitions";
+  if ((diagnostic.isNewSet && !diagnostic.uri.empty()) || isPrivate(diagnostic.uri))
+    text += "; --dictionary FILE adds definitions";
   return oneLine(text);
 }
 
