@@ -60,10 +60,10 @@ bool showsMore(const DocumentContent& edited, const DocumentContent& whole, cons
       })) {
     return true;
   }
-  const auto inEdited = DocumentDifference::countDark(*edited.partition);
-  const auto inPart = DocumentDifference::countDark(*part.partition);
-  const auto inWhole = DocumentDifference::countDark(*whole.partition);
-  return std::any_of(inWhole.begin(), inWhole.end(), [&](const DocumentDifference::DarkCounts::value_type& dark) {
+  const auto inEdited = DocumentDifference::darkKLVsOf(*edited.partition);
+  const auto inPart = DocumentDifference::darkKLVsOf(*part.partition);
+  const auto inWhole = DocumentDifference::darkKLVsOf(*whole.partition);
+  return std::any_of(inWhole.begin(), inWhole.end(), [&](const DocumentDifference::DarkKLVs::value_type& dark) {
     return inPart.count(dark.first) == 0 && inEdited.count(dark.first) != 0;
   });
 }
@@ -157,7 +157,7 @@ std::vector<const MetadataSet*> DocumentForms::startsOf(const DocumentContent& e
 
 std::vector<DocumentForms::Form> DocumentForms::formsOf(const DocumentContent& edited,
                                                         const XML2Partition::LosslessImport& import) const {
-  const bool isFromPreface = scope_ == Scope::kAll && prefaceOf(*edited.partition) != nullptr;
+  const bool isFromPreface = scope_ == Scope::kAll && edited.partition->preface() != nullptr;
   const auto starts = isFromPreface ? std::vector<const MetadataSet*>{nullptr} : startsOf(edited, import);
   std::vector<Form> forms;
   for (const auto* start : starts) {

@@ -1,6 +1,7 @@
 #include "MetadataEdit.h"
 
 #include <algorithm>
+#include <regex>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -98,16 +99,10 @@ std::unordered_set<Types::UUID> ownedBy(const PartitionMetadata& partition) {
 
 using Diagnostic = XML2Partition::ImportDiagnostic;
 
-/// A message without the numbers of lines, which an edit moves.
+/// A message without the lines that it names: an edit moves them, and a document in one line has none to tell apart.
 std::string withoutLines(const std::string& message) {
-  constexpr const char* kDigits = "0123456789";
-  const std::string kLine = "line ";
-  std::string text = message;
-  for (auto at = text.find(kLine); at != std::string::npos; at = text.find(kLine, at)) {
-    at += kLine.size();
-    text.erase(at, text.find_first_not_of(kDigits, at) - at);
-  }
-  return text;
+  static const std::regex line(",? at line [0-9]+,?");
+  return std::regex_replace(message, line, "");
 }
 
 std::string nameOf(const Diagnostic& one) {
