@@ -14,6 +14,7 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/Fill.h"
 #include "Core/MXF/ReplacementPlan.h"
+#include "Core/MXF/ReplacementSafety.h"
 #include "Core/Platform/Exceptions.h"
 
 namespace Vantor::MXF {
@@ -115,6 +116,7 @@ uint64 writeCopy(const Path& original, const FileState& expected, const Metadata
   if (replacements.empty()) return copyBytes(source, output, progress);
   const FileStructure structure = readStructure(source);
   const auto planned = planReplacements(source, structure, replacements);
+  refuseUnlisted(source, structure);
   FileRewriter rewriter(source, structure, planned);
   ReportingSink reporting(output, rewriter.size(), progress);
   rewriter.write(reporting);

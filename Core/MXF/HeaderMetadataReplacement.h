@@ -17,7 +17,9 @@
 ///
 /// All functions here get the state that the file had before the caller first read what became the replacements, and
 /// refuse a file that has another one. They read its structure anew and refuse what refuseUnsafe() of
-/// ReplacementSafety.h refuses. They throw Exceptions: ParseError with the offset when the file is damaged;
+/// ReplacementSafety.h refuses; rewrite(), where things move, also what refuseUnlisted() refuses. A change in place
+/// does not look for partitions that the file does not list: that would take long in a large file, and they stay right,
+/// but keep the metadata that they have. They throw Exceptions: ParseError with the offset when the file is damaged;
 /// InvalidFormat naming the partition when a replacement is not what it should be; IOError naming the file when it must
 /// not be changed, cannot be, or was changed by another program since.
 namespace Vantor::MXF {
@@ -56,7 +58,7 @@ void replaceInPlace(const Path& file, const DataIO::File::FileState& expected,
 /// offsets and counts of the copy, also where those of the original were wrong; a footer partition that they did not
 /// name stays unnamed. The run-in is kept.
 ///
-/// Without replacements the copy has the bytes of the original, whatever these are: refuseUnsafe() is not asked.
+/// Without replacements the copy has the bytes of the original, whatever these are: nothing is refused.
 /// @param output  gets the copy from its first byte on; what is in it after an exception is no MXF file.
 /// @throws Exceptions::IOError also when the original has another state at the end, or the journal of a stopped change;
 /// InvalidLength when the KAG size of a partition that has to grow is over kMaxKAGSize; also what the output throws.

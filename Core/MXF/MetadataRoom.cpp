@@ -22,6 +22,8 @@ constexpr KLV::Key kObjectDirectory({0x96, 0x13, 0xb3, 0x8a, 0x87, 0x34, 0x87, 0
 constexpr KLV::Key kRootOfDirectory({0x80, 0x53, 0x08, 0x00, 0x36, 0x21, 0x08, 0x04,  //
                                      0xb3, 0xb3, 0x98, 0xa5, 0x1c, 0x90, 0x11, 0xd4});
 
+std::string nameOf(std::size_t partition) { return "partition " + std::to_string(partition); }
+
 class RoomFinder {
  public:
   RoomFinder(FileDataSource& source, const FileStructure& structure, std::size_t number)
@@ -34,11 +36,15 @@ class RoomFinder {
     source_.seek(partition_.packEnd);
     skipFill(source_);
     const bool hasPrimer = source_.position() < partitionEnd_ && KLV::isPrimerPack(peekKey(source_));
-    if (partition_.pack.headerByteCount == 0 && !hasPrimer) return std::nullopt;
+    if (partition_.pack.headerByteCount == 0 && !hasPrimer) {
+      skipToEssence();
+      return std::nullopt;
+    }
     if (!hasPrimer) throwParseError("expected the primer pack of " + name() + ", found another key", __LINE__);
     const MetadataRoom room{source_.position(), partition_.pack.headerByteCount};
     requireWholeKLVs(room);
     requireNoSetsBehind();
+    skipToEssence();
     return room;
   }
 
@@ -66,20 +72,24 @@ class RoomFinder {
     }
   }
 
+  /// What is among the essence, which may be long, is looked for by refuseUnlisted().
+  void skipToEssence() {
+    while (source_.position() < partitionEnd_) {
+      const KLV::Key key = peekKey(source_);
+      if (endsHeaderMetadata(key) && !KLV::isIndexTableSegment(key)) return;
+      skipKLV();
+    }
+  }
+
   /// Returns whether the KLV is whole.
   bool skipKLV() {
     const KLVHeader klv = readKLVHeader(source_);
-    if (klv.key == kObjectDirectory || klv.key == kRootOfDirectory) {
-      throw DataIO::File::ioError(DataIO::atOffset(klv.offset) + "cannot replace header metadata in", source_.path(),
-                                  "the KLV with key " + Utils::wstringToString(klv.key.toString()) + " in " + name() +
-                                      " tells where sets stand in the file, which would be wrong then",
-                                  kSourceName, __LINE__);
-    }
+    refuseDirectory(source_, klv, number_);
     skipValue(klv, source_);
     return valueFits(klv, source_);
   }
 
-  std::string name() const { return "partition " + std::to_string(number_); }
+  std::string name() const { return nameOf(number_); }
 
   [[noreturn]] void throwWrongCount(const MetadataRoom& room, int line) const {
     throwParseError(name() + " counts " + std::to_string(room.size) + " bytes of header metadata from byte offset " +
@@ -102,6 +112,14 @@ class RoomFinder {
 std::optional<MetadataRoom> findMetadataRoom(FileDataSource& source, const FileStructure& structure,
                                              std::size_t number) {
   return RoomFinder(source, structure, number).find();
+}
+
+void refuseDirectory(const FileDataSource& source, const KLVHeader& klv, std::size_t partition) {
+  if (klv.key != kObjectDirectory && klv.key != kRootOfDirectory) return;
+  throw DataIO::File::ioError(DataIO::atOffset(klv.offset) + "cannot replace header metadata in", source.path(),
+                              "the KLV with key " + Utils::wstringToString(klv.key.toString()) + " in " +
+                                  nameOf(partition) + " tells where sets stand in the file, which would be wrong then",
+                              kSourceName, __LINE__);
 }
 
 }  // namespace Vantor::MXF

@@ -5,6 +5,7 @@
 
 #include "Core/DataIO/File.h"
 #include "Core/MXF/FileStructure.h"
+#include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::MXF {
@@ -17,14 +18,20 @@ struct MetadataRoom {
   uint64 end() const { return offset + size; }
 };
 
-/// Finds the room of a partition's header metadata. Reads keys and lengths up to what follows it, but no values.
+/// Finds the room of a partition's header metadata. Reads keys and lengths up to the essence, but no values; also in a
+/// partition without header metadata.
 /// @param number  the partition's, in file order; within the structure.
 /// @return none when the partition has no header metadata.
 /// @throws Exceptions::ParseError with the offset when HeaderByteCount cannot be trusted with a change: it does not end
 /// between two KLVs of this partition, takes in what is no header metadata, or sets follow behind it; or when it is not
-/// a primer pack that stands at the start. Exceptions::IOError when KLVs in the partition say where others stand in the
-/// file, so that they would be wrong after a change: the object directory of OP-Atom files of one manufacturer.
+/// a primer pack that stands at the start. Exceptions::IOError when KLVs before the essence say where others stand in
+/// the file, so that they would be wrong after a change: the object directory of OP-Atom files of one manufacturer.
 std::optional<MetadataRoom> findMetadataRoom(DataIO::File::FileDataSource& source, const FileStructure& structure,
                                              std::size_t number);
+
+/// Has nothing against a KLV that does not say where others stand in the file; see findMetadataRoom().
+/// @param partition  the number of its partition, for the message.
+/// @throws Exceptions::IOError with the offset when it does.
+void refuseDirectory(const DataIO::File::FileDataSource& source, const KLVHeader& klv, std::size_t partition);
 
 }  // namespace Vantor::MXF

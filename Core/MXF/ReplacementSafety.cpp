@@ -3,7 +3,7 @@
 #include <string>
 
 #include "Core/KLV/Keys.h"
-#include "Core/MXF/MetadataRoom.h"
+#include "Core/MXF/KLVHeader.h"
 #include "Core/MXF/RandomIndexPack.h"
 #include "Core/Platform/Exceptions.h"
 
@@ -61,13 +61,60 @@ void requireIndexedPartitions(FileDataSource& source, const FileStructure& struc
   });
 }
 
+void requireKnown(const FileDataSource& source, const KLVHeader& klv, std::size_t partition) {
+  if (KLV::isPartitionPack(klv.key)) {
+    throwParseError(klv.offset,
+                    "a partition pack stands in partition " + std::to_string(partition) +
+                        " that the file does not list, and what it says would be wrong in a file that is written anew",
+                    __LINE__);
+  }
+  if (KLV::isRandomIndexPack(klv.key)) {
+    throwParseError(
+        klv.offset,
+        "a random index pack stands in partition " + std::to_string(partition) + ", and another one behind it",
+        __LINE__);
+  }
+  refuseDirectory(source, klv, partition);
+}
+
+/// Goes from KLV to KLV of a partition.
+/// @param mayEndEarly  with zeros.
+void requireKnown(FileDataSource& source, std::size_t partition, uint64 end, bool mayEndEarly) {
+  while (source.position() < end) {
+    if (mayEndEarly && peekKey(source) == KLV::Key()) return;
+    const KLVHeader klv = readKLVHeader(source);
+    const bool isWhole = klv.valueOffset <= end && klv.length.value <= end - klv.valueOffset;
+    if (klv.key == KLV::Key() || !isWhole) {
+      throwParseError(klv.offset,
+                      "expected a KLV in partition " + std::to_string(partition) + ", which ends at " +
+                          std::to_string(end) + "; what cannot be followed may hide a partition",
+                      __LINE__);
+    }
+    requireKnown(source, klv, partition);
+    skipValue(klv, source);
+  }
+}
+
 }  // namespace
 
-void refuseUnsafe(FileDataSource& source, const FileStructure& structure) {
+std::vector<std::optional<MetadataRoom>> refuseUnsafe(FileDataSource& source, const FileStructure& structure) {
   requireEveryByte(structure);
   requireFooter(source, structure);
-  for (std::size_t i = 0; i < structure.partitions.size(); ++i) findMetadataRoom(source, structure, i);
+  std::vector<std::optional<MetadataRoom>> rooms;
+  for (std::size_t i = 0; i < structure.partitions.size(); ++i) rooms.push_back(findMetadataRoom(source, structure, i));
   requireIndexedPartitions(source, structure);
+  return rooms;
+}
+
+void refuseUnlisted(FileDataSource& source, const FileStructure& structure) {
+  const auto& partitions = structure.partitions;
+  const auto randomIndexPack = findRandomIndexPack(source, partitions.back().packEnd);
+  for (std::size_t i = 0; i < partitions.size(); ++i) {
+    const bool isLast = i + 1 == partitions.size();
+    const uint64 behindLast = randomIndexPack ? randomIndexPack->offset : structure.fileSize;
+    source.seek(partitions[i].packEnd);
+    requireKnown(source, i, isLast ? behindLast : partitions[i + 1].offset, isLast && !randomIndexPack);
+  }
 }
 
 }  // namespace Vantor::MXF

@@ -166,6 +166,37 @@ TEST(EditedLayout, HasRightLinksBetweenPartitionsWhenItIsWrittenWithAnEdit) {
   file.expectSound();
 }
 
+/// A partition pack behind the essence, which neither a link nor the random index pack leads to.
+MXF::FileLayout withUnlistedPartition() {
+  MXF::FileLayout layout = threePartitions();
+  MXF::PartitionPack pack;
+  pack.kind = KLV::PartitionKind::kBody;
+  layout.partitions[1].essence = layout.partitions[1].essence + MXF::partition(pack);
+  return layout;
+}
+
+TEST(EditedLayout, IsWrittenAnewOnlyWhereAllPartitionsAreListed) {
+  const EditedLayout file(withUnlistedPartition());
+  const std::string before = readFile(file.original());
+  for (const auto& result : {file.set(kBeyondRoom), file.set(kWithinRoom), file.setInPlace(kBeyondRoom)}) {
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("a partition pack stands in partition 1 that the file does not list"));
+    EXPECT_TRUE(readFile(file.original()) == before);
+    EXPECT_EQ(file.files().size(), 1u);
+  }
+}
+
+TEST(EditedLayout, KeepsUnlistedPartitionsWhereTheyAreInAnEditInPlace) {
+  const EditedLayout file(withUnlistedPartition());
+  const std::string before = readFile(file.original());
+  EXPECT_EQ(file.setInPlace(kWithinRoom).exitCode, 0);
+  const std::string after = readFile(file.original());
+  ASSERT_EQ(after.size(), before.size());
+  const auto partitions = MXF::readStructure(file.original()).partitions;
+  const auto from = partitions[1].offset, size = partitions[2].packEnd - from;
+  EXPECT_TRUE(after.substr(from, size) == before.substr(from, size));
+}
+
 TEST(EditedLayout, HasItsOwnBytesWithoutAnEditWhateverTheyAre) {
   MXF::FileLayout withDirectory = threePartitions();
   withDirectory.partitions[0].metadata = withDirectory.partitions[0].metadata + MXF::klv(MXF::kForeign, Bytes(50, 1));

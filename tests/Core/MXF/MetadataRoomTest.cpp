@@ -103,6 +103,17 @@ TEST(MetadataRoom, IsRefusedWhereAListTellsWhereSetsStand) {
   }
 }
 
+TEST(MetadataRoom, IsRefusedWhereSuchAListStandsOutsideOfHeaderMetadata) {
+  const Bytes list = klv(kForeign, Bytes(10, 1));
+  const Bytes essence = klv(kPictureElement, Bytes(9, 1));
+  for (const auto& before : {Bytes(), fill(30), indexTable(), indexTable() + fill(3) + indexTable()}) {
+    const auto refusal = ThrowsMessage<IOError>(HasSubstr("in partition 0 tells where sets stand"));
+    EXPECT_THAT([&] { roomIn(file(200, kMetadata + before + list)); }, refusal);
+    EXPECT_THAT([&] { roomIn(file(0, before + list)); }, refusal);
+    EXPECT_FALSE(roomIn(file(0, before + essence + list)).has_value());
+  }
+}
+
 TEST(MetadataRoom, IsRefusedInASampleWithSuchAList) {
   DataIO::File::FileDataSource source(Path(VANTOR_TEST_DATA_DIR) / "libmxf-writeaviddv50.header.mxf");
   const FileStructure structure = readStructure(source);

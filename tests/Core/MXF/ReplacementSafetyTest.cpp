@@ -124,6 +124,82 @@ TEST(ReplacementSafety, LooksAtTheHeaderMetadataOfEveryPartition) {
               ThrowsMessage<IOError>(HasSubstr("in partition 2 tells where sets stand")));
 }
 
+void refuseUnlistedIn(const Path& path) {
+  DataIO::File::FileDataSource source(path);
+  refuseUnlisted(source, readStructure(source));
+}
+
+/// The file, of which refuseUnsafe() thinks nothing bad, is refused with such a message.
+template <class Exception>
+void expectUnlisted(const Bytes& bytes, const std::string& message) {
+  const TemporaryFile file(bytes);
+  EXPECT_NO_THROW(refuse(file.path()));
+  EXPECT_THAT([&] { refuseUnlistedIn(file.path()); }, ThrowsMessage<Exception>(HasSubstr(message)));
+}
+
+/// `threePartitions()` with further bytes behind the essence, of which the structure tells nothing.
+FileLayout layoutWith(const Bytes& further) {
+  FileLayout layout = threePartitions();
+  layout.partitions[1].essence = kEssence + further;
+  return layout;
+}
+
+Bytes bodyPack() {
+  PartitionPack pack;
+  pack.kind = PartitionKind::kBody;
+  return partition(pack);
+}
+
+TEST(UnlistedPartitions, AreNoneInSoundFiles) {
+  FileLayout layout = threePartitions();
+  layout.runIn = 30;
+  for (const bool hasRandomIndexPack : {true, false}) {
+    layout.hasRandomIndexPack = hasRandomIndexPack;
+    for (const std::size_t behind : {0, 5, 100}) {
+      EXPECT_NO_THROW(refuseUnlistedIn(TemporaryFile(fileOf(layout) + zeros(behind)).path()));
+    }
+  }
+}
+
+TEST(UnlistedPartitions, AreRefusedWhereListAndLinksSkipThem) {
+  FileLayout layout = layoutWith(bodyPack());
+  for (const bool hasRandomIndexPack : {true, false}) {
+    layout.hasRandomIndexPack = hasRandomIndexPack;
+    expectUnlisted<ParseError>(fileOf(layout), "at byte offset " + std::to_string(kFooter) +
+                                                   ": a partition pack stands in partition 1 that the file does not");
+  }
+}
+
+TEST(UnlistedPartitions, AreRefusedBehindTheLastOneThatIsListed) {
+  FileLayout layout = threePartitions();
+  const Bytes footer = slice(fileOf(layout), kFooter, kFooter + kPackSize + 300);
+  layout.partitions.pop_back();
+  layout.hasRandomIndexPack = false;
+  expectUnlisted<ParseError>(fileOf(layout) + footer + randomIndexPack({0, kBody}),
+                             "at byte offset " + std::to_string(kFooter) + ": a partition pack stands in partition 1");
+}
+
+TEST(UnlistedPartitions, AreThoseOfASecondFileBehindTheFirst) {
+  const Bytes one = fileOf(threePartitions());
+  expectUnlisted<ParseError>(one + one, "at byte offset " + std::to_string(kFooter + kPackSize + 300) +
+                                            ": a random index pack stands in partition 2, and another one behind it");
+}
+
+TEST(UnlistedPartitions, MayBeWhereKLVsCannotBeFollowed) {
+  for (const Bytes& bytes : {zeros(40), klvHeader(kPictureElement, 5000), Bytes(30, 0x55)}) {
+    const TemporaryFile file(fileOf(layoutWith(bytes)));
+    EXPECT_NO_THROW(refuse(file.path()));
+    EXPECT_THROW(refuseUnlistedIn(file.path()), ParseError);
+  }
+  expectUnlisted<ParseError>(fileOf(layoutWith(zeros(40))), "at byte offset " + std::to_string(kFooter) +
+                                                                ": expected a KLV in partition 1, which ends at " +
+                                                                std::to_string(kFooter + 40));
+}
+
+TEST(UnlistedPartitions, AreRefusedAsAreListsOfSetsAmongTheEssence) {
+  expectUnlisted<IOError>(fileOf(layoutWith(klv(kForeign, {1}))), "in partition 1 tells where sets stand in the file");
+}
+
 class SafetyOfSamplesTest : public testing::TestWithParam<Path> {};
 
 TEST_P(SafetyOfSamplesTest, IsThatOfWholeFiles) {
@@ -131,6 +207,7 @@ TEST_P(SafetyOfSamplesTest, IsThatOfWholeFiles) {
     EXPECT_THROW(refuse(GetParam()), ParseError);
   } else {
     EXPECT_NO_THROW(refuse(GetParam()));
+    EXPECT_NO_THROW(refuseUnlistedIn(GetParam()));
   }
 }
 
