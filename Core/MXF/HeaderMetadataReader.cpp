@@ -128,4 +128,11 @@ std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
   return Reader(source, std::move(dictionary)).read(partition);
 }
 
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const PartitionInfo& partition) {
+  FileDataSource source(path);
+  return Reader(source, std::move(dictionary)).read(partition);
+}
+
 }  // namespace Vantor::MXF

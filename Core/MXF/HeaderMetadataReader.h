@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Core/MXF/FileStructure.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
@@ -34,5 +35,9 @@ constexpr uint64 kMaxSetSize = uint64{1} << 30;
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice = PartitionChoice::header());
+/// The same of a partition that readStructure() or findPartition() found in the file, and without finding it again.
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const PartitionInfo& partition);
 
 }  // namespace Vantor::MXF

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "Core/DataIO/DataSink.h"
@@ -26,8 +28,15 @@ namespace Vantor::MXF {
 
 /// New header metadata for one partition, which has some already.
 struct MetadataReplacement {
-  std::size_t partition = 0;  ///< its number in file order; 0 is the header partition
-  Bytes bytes;                ///< a primer pack, then sets, as writeHeaderMetadata() writes them; no fill behind them
+  MetadataReplacement(std::size_t number, Bytes metadata)
+      : partition(number), bytes(std::make_shared<const Bytes>(std::move(metadata))) {}
+  /// For partitions that get the same bytes.
+  MetadataReplacement(std::size_t number, SharedPtr<const Bytes> metadata)
+      : partition(number), bytes(std::move(metadata)) {}
+
+  std::size_t partition;  ///< its number in file order; 0 is the header partition
+  /// A primer pack, then sets, as writeHeaderMetadata() writes them; no fill behind them. Never null.
+  SharedPtr<const Bytes> bytes;
 };
 using MetadataReplacements = std::vector<MetadataReplacement>;
 

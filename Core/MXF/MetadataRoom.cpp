@@ -1,10 +1,12 @@
 #include "Core/MXF/MetadataRoom.h"
 
+#include <algorithm>
 #include <string>
 
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/MXF/KLVHeader.h"
+#include "Core/Platform/Containers.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 
@@ -15,6 +17,7 @@ namespace {
 using DataIO::File::FileDataSource;
 
 constexpr const char* kSourceName = "Core/MXF/MetadataRoom";
+constexpr uint64 kPieceSize = uint64{1} << 16;
 
 /// The KLVs of one manufacturer's files that hold offsets in the file: of all sets, and of that list.
 constexpr KLV::Key kObjectDirectory({0x96, 0x13, 0xb3, 0x8a, 0x87, 0x34, 0x87, 0x46,  //
@@ -112,6 +115,32 @@ class RoomFinder {
 std::optional<MetadataRoom> findMetadataRoom(FileDataSource& source, const FileStructure& structure,
                                              std::size_t number) {
   return RoomFinder(source, structure, number).find();
+}
+
+MetadataRoom withoutFill(FileDataSource& source, const MetadataRoom& room) {
+  uint64 end = room.offset;
+  source.seek(room.offset);
+  while (source.position() < room.end()) {
+    const KLVHeader klv = readKLVHeader(source);
+    skipValue(klv, source);
+    if (!KLV::isFill(klv.key)) end = source.position();
+  }
+  return {room.offset, end - room.offset};
+}
+
+bool haveSameBytes(FileDataSource& source, const MetadataRoom& left, const MetadataRoom& right) {
+  if (left.size != right.size) return false;
+  Bytes one(static_cast<std::size_t>(std::min(left.size, kPieceSize))), other(one.size());
+  for (uint64 done = 0; done < left.size;) {
+    const auto piece = static_cast<std::size_t>(std::min<uint64>(left.size - done, one.size()));
+    source.seek(left.offset + done);
+    source.read(one.data(), piece);
+    source.seek(right.offset + done);
+    source.read(other.data(), piece);
+    if (!std::equal(one.begin(), one.begin() + static_cast<std::ptrdiff_t>(piece), other.begin())) return false;
+    done += piece;
+  }
+  return true;
 }
 
 void refuseDirectory(const FileDataSource& source, const KLVHeader& klv, std::size_t partition) {

@@ -29,6 +29,12 @@ struct MetadataRoom {
 std::optional<MetadataRoom> findMetadataRoom(DataIO::File::FileDataSource& source, const FileStructure& structure,
                                              std::size_t number);
 
+/// The same without the fill at its end, however much that is.
+MetadataRoom withoutFill(DataIO::File::FileDataSource& source, const MetadataRoom& room);
+
+/// Whether the same bytes stand in two rooms. Reads them in small pieces.
+bool haveSameBytes(DataIO::File::FileDataSource& source, const MetadataRoom& left, const MetadataRoom& right);
+
 /// Has nothing against a KLV that does not say where others stand in the file; see findMetadataRoom().
 /// @param partition  the number of its partition, for the message.
 /// @throws Exceptions::IOError with the offset when it does.

@@ -33,7 +33,7 @@ KLV::Key readKey(DataIO::DataSource& source) {
 
 /// The bytes as a reader of the file will go through them.
 void requireKLVs(const MetadataReplacement& replacement) {
-  DataIO::Memory::MemoryDataSource source(replacement.bytes.data(), replacement.bytes.size());
+  DataIO::Memory::MemoryDataSource source(replacement.bytes->data(), replacement.bytes->size());
   if (!KLV::isPrimerPack(readKey(source)))
     throwInvalid(replacement.partition, "the new ones have no primer pack", __LINE__);
   source.skip(KLV::readBERLength(source).value);
@@ -55,17 +55,14 @@ void requireMetadata(const MetadataReplacement& replacement) {
   }
 }
 
-PlannedReplacement plan(FileDataSource& source, const FileStructure& structure,
-                        const MetadataReplacement& replacement) {
-  if (replacement.partition >= structure.partitions.size()) {
-    throwInvalid(replacement.partition,
-                 "the file has " + std::to_string(structure.partitions.size()) + " partitions, counted from 0",
+PlannedReplacement plan(const std::vector<std::optional<MetadataRoom>>& rooms, const MetadataReplacement& replacement) {
+  if (replacement.partition >= rooms.size()) {
+    throwInvalid(replacement.partition, "the file has " + std::to_string(rooms.size()) + " partitions, counted from 0",
                  __LINE__);
   }
-  requireMetadata(replacement);
-  const auto room = findMetadataRoom(source, structure, replacement.partition);
+  const auto& room = rooms[replacement.partition];
   if (!room) throwInvalid(replacement.partition, "it has none", __LINE__);
-  return {replacement.partition, *room, &replacement.bytes};
+  return {replacement.partition, *room, replacement.bytes.get()};
 }
 
 }  // namespace
@@ -74,9 +71,14 @@ bool PlannedReplacement::fits() const { return bytes->size() <= room.size && can
 
 std::vector<PlannedReplacement> planReplacements(FileDataSource& source, const FileStructure& structure,
                                                  const MetadataReplacements& replacements) {
-  refuseUnsafe(source, structure);
+  const auto rooms = refuseUnsafe(source, structure);
   std::vector<PlannedReplacement> planned;
-  for (const auto& replacement : replacements) planned.push_back(plan(source, structure, replacement));
+  const Bytes* checked = nullptr;
+  for (const auto& replacement : replacements) {
+    if (replacement.bytes.get() != checked) requireMetadata(replacement);
+    checked = replacement.bytes.get();
+    planned.push_back(plan(rooms, replacement));
+  }
   std::sort(planned.begin(), planned.end(), [](const PlannedReplacement& left, const PlannedReplacement& right) {
     return left.partition < right.partition;
   });

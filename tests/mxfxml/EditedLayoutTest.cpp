@@ -166,6 +166,48 @@ TEST(EditedLayout, HasRightLinksBetweenPartitionsWhenItIsWrittenWithAnEdit) {
   file.expectSound();
 }
 
+/// A header, and many body partitions that repeat its metadata with other fill behind them.
+MXF::FileLayout manyPartitions(std::size_t count) {
+  MXF::FileLayout layout = threePartitions();
+  MXF::PartitionLayout body = layout.partitions[0];
+  body.kind = KLV::PartitionKind::kBody;
+  body.spare = 1000;
+  layout.partitions.insert(layout.partitions.begin() + 1, count, body);
+  return layout;
+}
+
+TEST(EditedLayout, TakesNoLongTimeForManyPartitionsThatRepeatTheMetadata) {
+#ifdef VANTOR_SANITIZED
+  const std::string seconds = "60";
+#else
+  const std::string seconds = "5";
+#endif
+  const EditedLayout file(manyPartitions(2000));
+  for (const auto& assignment : {kWithinRoom, kBeyondRoom}) {
+    const Result result = runLimited("ulimit -t " + seconds, {"set", file.original(), assignment, "-o", file.copy()});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed; written to 2002 partitions\n");
+    for (const auto& partition : {"0", "1", "2000"}) EXPECT_THAT(file.difference(partition), HasSubstr(kOneDifference));
+  }
+}
+
+TEST(EditedLayout, KeepsOtherMetadataOfPartitionsAmongThoseThatRepeat) {
+  MXF::FileLayout layout = manyPartitions(6);
+  const EditedLayout other(layout);
+  ASSERT_EQ(other.set(kBeyondRoom).exitCode, 0);
+  for (const std::size_t i : {3, 4, 6}) layout.partitions[i].metadata = MXF::metadataIn(other.copy(), 0);
+  const EditedLayout file(layout);
+  const Result result = file.set(kWithinRoom);
+  EXPECT_EQ(result.out, "1 set changed (1 property), 0 added, 0 removed; written to 5 partitions\n");
+  for (std::size_t i = 0; i < layout.partitions.size(); ++i) {
+    const bool isOther = i == 3 || i == 4 || i == 6;
+    EXPECT_EQ(result.err.find("partition " + std::to_string(i) + " has other metadata") != std::string::npos, isOther);
+    if (layout.partitions[i].metadata.empty()) continue;
+    const Bytes found = MXF::metadataIn(file.copy(), i);
+    EXPECT_TRUE(isOther ? found == layout.partitions[i].metadata : found == MXF::metadataIn(file.copy(), 0)) << i;
+  }
+}
+
 /// A partition pack behind the essence, which neither a link nor the random index pack leads to.
 MXF::FileLayout withUnlistedPartition() {
   MXF::FileLayout layout = threePartitions();

@@ -91,7 +91,7 @@ DocumentContent contentOf(const PartitionMetadata& metadata, const XML2Partition
   return content;
 }
 
-DocumentForms::DocumentForms(Path file, const MXF::PartitionChoice& partition,
+DocumentForms::DocumentForms(Path file, const MXF::PartitionInfo& partition,
                              SharedPtr<const MetaMetadata::Dictionary> dictionary,
                              SharedPtr<const MetaMetadata::Dictionary> plain)
     : file_(std::move(file)),

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Core/MXF/PartitionChoice.h"
+#include "Core/MXF/FileStructure.h"
 #include "Core/Metadata/PartitionMerge.h"
 #include "Core/Platform/Path.h"
 #include "XML2Partition.h"
@@ -36,7 +36,7 @@ class DocumentForms {
   /// @param plain       the same without the user's definitions, which the document may have been made with; null when
   ///                    there are none.
   /// @throws what reading the file throws.
-  DocumentForms(Path file, const MXF::PartitionChoice& partition, SharedPtr<const MetaMetadata::Dictionary> dictionary,
+  DocumentForms(Path file, const MXF::PartitionInfo& partition, SharedPtr<const MetaMetadata::Dictionary> dictionary,
                 SharedPtr<const MetaMetadata::Dictionary> plain);
 
   /// As they are in the file.
@@ -91,7 +91,7 @@ class DocumentForms {
 
   Path file_;
   Scope scope_ = Scope::kGuessed;
-  MXF::PartitionChoice partition_;
+  MXF::PartitionInfo partition_;
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
   SharedPtr<const MetaMetadata::Dictionary> plain_;
   std::unique_ptr<PartitionMetadata> original_;

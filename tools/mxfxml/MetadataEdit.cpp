@@ -15,6 +15,7 @@
 #include "ErrorText.h"
 #include "Interruption.h"
 #include "LongValues.h"
+#include "MetadataRepetitions.h"
 #include "StoppedChange.h"
 
 namespace Vantor::Tool {
@@ -153,6 +154,12 @@ void addLostIdentifiers(const XML2Partition::LosslessImport& unedited, XML2Parti
   }
 }
 
+/// Which of the partitions reading the metadata takes.
+MXF::PartitionInfo partitionIn(const Path& file, const MXF::PartitionChoice& choice) {
+  DataIO::File::FileDataSource source(file);
+  return MXF::findPartition(source, choice);
+}
+
 }  // namespace
 
 MetadataEdit::MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
@@ -164,7 +171,7 @@ MetadataEdit::MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dicti
       plain_(std::move(plain)),
       partition_(partition),
       structure_(MXF::readStructure(file_)),
-      forms_(file_, partition_.value_or(MXF::PartitionChoice()), dictionary_, plain_) {
+      forms_(file_, partitionIn(file_, partition_.value_or(MXF::PartitionChoice())), dictionary_, plain_) {
   forms_.requireReadable();
 }
 
@@ -184,7 +191,8 @@ void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::L
   const auto content = contentOf(edited, import);
   const bool isOfKnownPart = edited.preface() != nullptr || unedited_.start != nullptr;
   rules_.mayRemove = import.diagnostics.empty() && isOfKnownPart;
-  summary_ = replace(numberOfPartition(), metadata(), content);
+  const auto number = numberOfPartition();
+  if (auto bytes = merge(metadata(), content, summary_)) replacements_.emplace_back(number, std::move(bytes));
   requireClearScope(edited);
   tellPart(edited);
   if (isOfKnownPart) {
@@ -196,50 +204,59 @@ void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::L
   if (!partition_) replaceRepetitions(content, import, origin);
 }
 
-/// The same partition that reading the metadata takes.
 std::size_t MetadataEdit::numberOfPartition() const {
   const auto choice = partition_.value_or(MXF::PartitionChoice());
-  DataIO::File::FileDataSource source(file_);
-  const auto offset = MXF::findPartition(source, choice).offset;
+  const auto offset = partitionIn(file_, choice).offset;
   if (const auto number = MXF::partitionAt(structure_, offset)) return *number;
   throw CommandError(describe(choice) + " at byte offset " + std::to_string(offset) +
                      " is not among the partitions that the file lists");
 }
 
-MergeSummary MetadataEdit::replace(std::size_t partition, const PartitionMetadata& original,
-                                   const DocumentContent& edited) {
+SharedPtr<const Bytes> MetadataEdit::merge(const PartitionMetadata& original, const DocumentContent& edited,
+                                           MergeSummary& done) {
   const auto shown = unedited_.document->content(), full = forms_.full()->content();
-  MergeSummary done;
   std::unique_ptr<PartitionMetadata> merged;
   try {
     merged = mergeEdits(original, {shown, full}, edited, rules_, &done);
   } catch (const UnclearEdit& error) {
     throw CommandError(std::string(error.what()) + "; edit an export of all sets with --flat");
   }
-  if (done.isUnchanged()) return done;
+  if (done.isUnchanged()) return nullptr;
   if (replacements_.empty()) remarks_ = warningsOfLongValues(*merged);
   DataIO::Memory::MemoryDataSink sink;
   MXF::writeHeaderMetadata(*merged, MXF::SetOrder::kFile, sink);
-  replacements_.push_back({partition, Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize())});
-  return done;
+  return std::make_shared<const Bytes>(sink.take());
 }
 
 void MetadataEdit::replaceRepetitions(const DocumentContent& edited, const XML2Partition::LosslessImport& import,
                                       Origin origin) {
+  MetadataRepetitions repetitions(file_, structure_);
+  const SharedPtr<const Bytes> ofHeader = replacements_.empty() ? nullptr : replacements_.front().bytes;
+  Repetition last;
   for (std::size_t i = 1; i < structure_.partitions.size(); ++i) {
     const auto& partition = structure_.partitions[i];
     if (partition.damaged || partition.pack.headerByteCount == 0) continue;
-    DocumentForms other(file_, MXF::PartitionChoice::number(static_cast<uint32>(i)), dictionary_, plain_);
-    if (!comparePartitions(metadata(), other.original()).isEqual()) {
-      if (origin == Origin::kGuessed) requireCloserToHeader(other, i, edited, import);
-      tellOther(i, "has other metadata than the header partition", "edits them");
-    } else if (!haveSameIdentifiers(metadata(), other.original())) {
-      tellOther(i, "has the metadata of the header partition under other InstanceUIDs",
-                "edits them, in an export of them");
-    } else {
-      replace(i, other.original(), edited);
-    }
+    const auto like = repetitions.like(i);
+    if (like == MetadataRepetitions::Like::kNone) last = repetitionIn(i, edited, import, origin);
+    const Repetition found = like == MetadataRepetitions::Like::kHeader ? Repetition{ofHeader} : last;
+    if (found.bytes != nullptr) replacements_.emplace_back(i, found.bytes);
+    if (!found.difference.empty()) tellOther(i, found.difference, found.help);
   }
+}
+
+MetadataEdit::Repetition MetadataEdit::repetitionIn(std::size_t partition, const DocumentContent& edited,
+                                                    const XML2Partition::LosslessImport& import, Origin origin) {
+  MergeSummary repeated;
+  DocumentForms other(file_, structure_.partitions[partition], dictionary_, plain_);
+  if (!comparePartitions(metadata(), other.original()).isEqual()) {
+    if (origin == Origin::kGuessed) requireCloserToHeader(other, partition, edited, import);
+    return {nullptr, "has other metadata than the header partition", "edits them"};
+  }
+  if (!haveSameIdentifiers(metadata(), other.original())) {
+    return {nullptr, "has the metadata of the header partition under other InstanceUIDs",
+            "edits them, in an export of them"};
+  }
+  return {merge(other.original(), edited, repeated)};
 }
 
 void MetadataEdit::tellOther(std::size_t partition, const std::string& difference, const std::string& help) {

@@ -58,10 +58,21 @@ class MetadataEdit {
   DataIO::File::Durability writeCopy(const Path& target, const MXF::Progress& progress) const;
 
  private:
-  MergeSummary replace(std::size_t partition, const PartitionMetadata& original, const DocumentContent& edited);
+  /// How the metadata of another partition repeat those of the header partition.
+  struct Repetition {
+    SharedPtr<const Bytes> bytes = {};  ///< what replaces them; null when nothing does
+    std::string difference = {};        ///< empty when they are the same
+    std::string help = {};              ///< what the option for the partition would do
+  };
+
+  /// Returns the bytes of the edited metadata; null when nothing is edited.
+  SharedPtr<const Bytes> merge(const PartitionMetadata& original, const DocumentContent& edited, MergeSummary& done);
   void replaceRepetitions(const DocumentContent& edited, const XML2Partition::LosslessImport& import, Origin origin);
+  Repetition repetitionIn(std::size_t partition, const DocumentContent& edited,
+                          const XML2Partition::LosslessImport& import, Origin origin);
   void requireCloserToHeader(DocumentForms& other, std::size_t partition, const DocumentContent& edited,
                              const XML2Partition::LosslessImport& import) const;
+  /// The same partition that reading the metadata takes.
   std::size_t numberOfPartition() const;
   void tellOther(std::size_t partition, const std::string& difference, const std::string& help);
   /// How many sets neither the edited document shows nor one in its form that nobody has edited.

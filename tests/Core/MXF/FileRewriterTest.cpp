@@ -66,7 +66,7 @@ TEST_P(RewriteCaseTest, IsTheFileThatHadBeenWrittenWithTheNewMetadata) {
       MetadataReplacements replacements;
       for (const std::size_t partition : where) {
         replacements.push_back(replacement(partition, size));
-        expected.partitions[partition].metadata = replacements.back().bytes;
+        expected.partitions[partition].metadata = *replacements.back().bytes;
       }
       DataIO::Memory::MemoryDataSink sink;
       rewrite(file, replacements, sink);
@@ -82,9 +82,9 @@ TEST_P(RewriteCaseTest, IsInOrderForAWitness) {
   ASSERT_EQ(complaint(file, file), "");
   rewrite(file, {replacement(0, 5000), replacement(2, kOldSize - 3), replacement(4, 3001)}, copy);
   EXPECT_EQ(complaint(copy, file), "");
-  EXPECT_EQ(metadataIn(copy, 0), replacement(0, 5000).bytes);
-  EXPECT_EQ(metadataIn(copy, 2), replacement(2, kOldSize - 3).bytes);
-  EXPECT_EQ(metadataIn(copy, 4), replacement(4, 3001).bytes);
+  EXPECT_EQ(metadataIn(copy, 0), *replacement(0, 5000).bytes);
+  EXPECT_EQ(metadataIn(copy, 2), *replacement(2, kOldSize - 3).bytes);
+  EXPECT_EQ(metadataIn(copy, 4), *replacement(4, 3001).bytes);
 }
 
 INSTANTIATE_TEST_SUITE_P(Layouts, RewriteCaseTest,
@@ -180,7 +180,7 @@ TEST_F(RewriteTest, FindsARandomIndexPackWithZerosBehindIt) {
   const Path file = write(fileOf(fivePartitions()) + zeros(100));
   rewrite(file, {replacement(0, 5000)}, folder_ / "b.mxf");
   FileLayout expected = fivePartitions();
-  expected.partitions[0].metadata = replacement(0, 5000).bytes;
+  expected.partitions[0].metadata = *replacement(0, 5000).bytes;
   EXPECT_EQ(bytesOf(folder_ / "b.mxf"), fileOf(expected) + zeros(100));
 }
 
@@ -216,7 +216,7 @@ TEST_F(RewriteTest, RefusesADamagedFileOrMakesOneThatCanBeRead) {
     const FileStructure copied = readStructure(write(sink.take(), "b.mxf"));
     EXPECT_EQ(copied.partitions.size(), readStructure(file).partitions.size()) << "damage at " << places[i];
     EXPECT_NE(copied.source, StructureSource::kWalk) << "damage at " << places[i];
-    EXPECT_EQ(metadataIn(folder_ / "b.mxf", 0), replacement(0, 5000).bytes) << "damage at " << places[i];
+    EXPECT_EQ(metadataIn(folder_ / "b.mxf", 0), *replacement(0, 5000).bytes) << "damage at " << places[i];
   }
   EXPECT_GT(copies, 20);
   EXPECT_GT(refusals, 20);

@@ -365,5 +365,21 @@ TEST_F(LargeFile, IsWalkedWithoutReadingFillAndEssence) {
   EXPECT_LT(*bytesRead() - *before, 256u * 1024);
 }
 
+TEST(HeaderMetadataReader, ReadsAPartitionThatWasFoundBefore) {
+  const Path file = Path(VANTOR_TEST_DATA_DIR) / "gst-audio-ac3.mxf";
+  const auto dictionary = builtInDictionary();
+  const auto partitions = readStructure(file).partitions;
+  ASSERT_GT(partitions.size(), 1u);
+  for (std::size_t i = 0; i < partitions.size(); ++i) {
+    if (partitions[i].pack.headerByteCount == 0) {
+      EXPECT_THROW(readHeaderMetadata(file, dictionary, partitions[i]), Exceptions::ParseError);
+    } else {
+      const auto choice = PartitionChoice::number(static_cast<uint32>(i));
+      EXPECT_EQ(readHeaderMetadata(file, dictionary, partitions[i])->entries().size(),
+                readHeaderMetadata(file, dictionary, choice)->entries().size());
+    }
+  }
+}
+
 }  // namespace
 }  // namespace Vantor::MXF

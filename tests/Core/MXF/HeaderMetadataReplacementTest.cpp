@@ -38,7 +38,7 @@ TEST_F(InPlaceTest, WritesMetadataAndFillAndNothingElse) {
     ASSERT_EQ(room.size, kOldSize + spare);
     ASSERT_TRUE(fits(file, {replacement(2, kOldSize)}));
     replaceInPlace(file, {replacement(2, kOldSize)});
-    EXPECT_EQ(bytesOf(file), slice(old, 0, room.offset) + replacement(2, kOldSize).bytes + fillOf(spare) +
+    EXPECT_EQ(bytesOf(file), slice(old, 0, room.offset) + *replacement(2, kOldSize).bytes + fillOf(spare) +
                                  slice(old, room.end(), old.size()));
     EXPECT_THAT(names(), ElementsAre("a.mxf"));
   }
@@ -59,7 +59,7 @@ TEST_F(InPlaceTest, FitsByAnyRemainderThatFillCanTake) {
   for (const std::size_t remainder : {0, 17, 18, 19, 20, 21, 145, 146, 400}) {
     EXPECT_TRUE(fits(file, {replacement(0, room - remainder)}));
     replaceInPlace(file, {replacement(0, room - remainder)});
-    EXPECT_EQ(metadataIn(file, 0), replacement(0, room - remainder).bytes);
+    EXPECT_EQ(metadataIn(file, 0), *replacement(0, room - remainder).bytes);
     EXPECT_EQ(roomOf(file, 0).size, room);
   }
 }
@@ -69,7 +69,18 @@ TEST_F(InPlaceTest, ReplacesInSeveralPartitionsWhateverTheOrderGiven) {
   const MetadataReplacements replacements = {replacement(4, 650), replacement(0, 500), replacement(2, 112)};
   EXPECT_TRUE(fits(file, replacements));
   replaceInPlace(file, replacements);
-  for (const auto& one : replacements) EXPECT_EQ(metadataIn(file, one.partition), one.bytes);
+  for (const auto& one : replacements) EXPECT_EQ(metadataIn(file, one.partition), *one.bytes);
+}
+
+TEST_F(InPlaceTest, TakesBytesThatSeveralPartitionsShare) {
+  const Path file = write(fivePartitions(512));
+  const auto shared = std::make_shared<const Bytes>(metadataOfSize(500, 7));
+  const MetadataReplacements replacements = {{0, shared}, {2, shared}, {4, shared}};
+  rewrite(file, replacements, folder_ / "b.mxf");
+  replaceInPlace(file, replacements);
+  for (const std::size_t partition : {0, 2, 4}) EXPECT_EQ(metadataIn(file, partition), *shared);
+  EXPECT_EQ(bytesOf(folder_ / "b.mxf"), bytesOf(file));
+  EXPECT_EQ(shared.use_count(), 4);
 }
 
 TEST_F(InPlaceTest, ReplacesNothingWhenOneOfThemDoesNotFit) {
@@ -92,7 +103,7 @@ TEST_F(InPlaceTest, RefusesReplacementsThatAreNoHeaderMetadata) {
   refused({{5, good}}, "partition 5 cannot be replaced: the file has 5 partitions");
   refused({{1, good}}, "partition 1 cannot be replaced: it has none");
   refused({{0, good}, {4, good}, {0, good}}, "partition 0 cannot be replaced: twice");
-  refused({{0, {}}}, "expected 16 more bytes, found 0");
+  refused({{0, Bytes()}}, "expected 16 more bytes, found 0");
   refused({{0, setWithUID(kPreface, 1)}}, "the new ones have no primer pack");
   refused({{0, slice(good, 0, good.size() - 1)}}, "the new ones are no KLVs: at byte offset");
   refused({{0, good + indexTable()}}, "byte 600 of the new ones has a key of another part of MXF");
@@ -248,7 +259,7 @@ TEST_P(ReplacedSampleTest, HasRoomForLargerMetadataAfterARewrite) {
   const auto larger = largerMetadata(20000);
   EXPECT_FALSE(fits(file(), larger));
   rewrite(GetParam(), larger, file());
-  for (const auto& one : larger) EXPECT_EQ(metadataIn(file(), one.partition), one.bytes);
+  for (const auto& one : larger) EXPECT_EQ(metadataIn(file(), one.partition), *one.bytes);
   const FileStructure structure = readStructure(file());
   EXPECT_EQ(structure.source, StructureSource::kRandomIndexPack);
   EXPECT_EQ(structure.partitions.size(), readStructure(GetParam()).partitions.size());

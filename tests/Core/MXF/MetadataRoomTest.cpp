@@ -123,5 +123,32 @@ TEST(MetadataRoom, IsRefusedInASampleWithSuchAList) {
                                    HasSubstr("in partition 0 tells where sets stand in the file"))));
 }
 
+TEST(MetadataRoom, HasAnEndWithoutTheFill) {
+  const auto check = [](const Bytes& metadata, uint64 expected) {
+    const TemporaryFile bytes(file(metadata.size(), metadata));
+    DataIO::File::FileDataSource source(bytes.path());
+    const auto room = withoutFill(source, *findMetadataRoom(source, readStructure(source), 0));
+    EXPECT_EQ(room.offset, kPackSize);
+    EXPECT_EQ(room.size, expected);
+  };
+  check(kMetadata, 200);
+  check(kMetadata + fill(30) + fill(0), 200);
+  check(kMetadata + fill(30) + setWithUID(kPreface, 3) + fill(9), 200 + 50 + 40);
+}
+
+TEST(MetadataRoom, HasTheSameBytesAsAnotherOrNot) {
+  const std::size_t size = 200000;
+  const Bytes bytes = metadataOfSize(size, 1);
+  Bytes other = bytes;
+  other.back() ^= 1;
+  const TemporaryFile file(bytes + bytes + other);
+  DataIO::File::FileDataSource source(file.path());
+  const MetadataRoom first{0, size};
+  EXPECT_TRUE(haveSameBytes(source, first, {size, size}));
+  EXPECT_FALSE(haveSameBytes(source, first, {2 * size, size}));
+  EXPECT_TRUE(haveSameBytes(source, {0, size - 1}, {2 * size, size - 1}));
+  EXPECT_FALSE(haveSameBytes(source, first, {size, size - 1}));
+}
+
 }  // namespace
 }  // namespace Vantor::MXF
