@@ -72,7 +72,7 @@ TEST(LosslessImport, TellsOfBuffersAndFilesWithTheSameLines) {
   for (const auto entry : kLosslessEntries) {
     EXPECT_THAT(Imported(text, entry).messages(),
                 ElementsAre("3" + set + "ByteOrder|'x' is no whole number from -32768 to 32767",
-                            "6" + set + "|there is one ObjectModelVersion already; this one is not read"));
+                            "6" + set + "ObjectModelVersion|there is one ObjectModelVersion already; this one is not read"));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <unordered_set>
+#include <utility>
 
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/HeaderMetadataReader.h"
@@ -129,7 +130,7 @@ std::shared_ptr<const ReadDocument> DocumentForms::make(const Form& form) {
   wstring document;
   XMLBuilder::partition2XML(&partition, start, form.isNested, form.isStructuralOnly, XMLUtils::EncodingType::kUTF8,
                             document);
-  const XMLUtils::UnicodeString text(document);
+  const XMLUtils::UnicodeString text(std::move(document));
   auto read = std::make_shared<ReadDocument>(dictionary_);
   requireReadable();
   read->import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
