@@ -70,9 +70,10 @@ TEST(LosslessImport, TellsOfBuffersAndFilesWithTheSameLines) {
       "<rp210:ObjectModelVersion>2</rp210:ObjectModelVersion>");
   const std::string set = "|Preface " + std::string(kPrefaceUID) + "|";
   for (const auto entry : kLosslessEntries) {
-    EXPECT_THAT(Imported(text, entry).messages(),
-                ElementsAre("3" + set + "ByteOrder|'x' is no whole number from -32768 to 32767",
-                            "6" + set + "ObjectModelVersion|there is one ObjectModelVersion already; this one is not read"));
+    EXPECT_THAT(
+        Imported(text, entry).messages(),
+        ElementsAre("3" + set + "ByteOrder|'x' is no whole number from -32768 to 32767",
+                    "6" + set + "ObjectModelVersion|there is one ObjectModelVersion already; this one is not read"));
   }
 }
 
