@@ -40,7 +40,8 @@ bool areSame(const MetadataSet& left, const PartitionDictionary& leftTags, const
   if (leftGroup == nullptr && rightGroup == nullptr) {
     return left.definition() == right.definition() && differingProperties(left, leftTags, right, rightTags).empty();
   }
-  return leftGroup != nullptr && rightGroup != nullptr && leftGroup->value() == rightGroup->value();
+  return leftGroup != nullptr && rightGroup != nullptr && leftGroup->key() == rightGroup->key() &&
+         leftGroup->value() == rightGroup->value();
 }
 
 std::string contentOf(const MetadataSet& set, const PartitionDictionary& tags) {

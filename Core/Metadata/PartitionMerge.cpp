@@ -196,9 +196,8 @@ void Merge::keepOneOfSeveral(const MetadataSet& set) {
 }
 
 void Merge::mergeGroup(const MetadataSet& set, const MetadataSet& before, const MetadataSet& after) {
-  const auto *group = asGroup(&before), *edited = asGroup(&after);
   const bool isRecoded = hasOtherLengthOctets(before, after);
-  const bool isSame = group != nullptr && edited != nullptr && group->value() == edited->value();
+  const bool isSame = areSame(before, originalTags_, after, after_.partitionDictionary());
   auto& merged = isSame ? keep(set) : addSet(after);
   if (isSame && !isRecoded) return;
   merged.setBerLength(isRecoded ? after.berLength() : set.berLength());

@@ -127,6 +127,12 @@ TEST_F(EditedDarkSets, WithAnInstanceUIDGetTheLengthFieldOfTheDocumentToo) {
   EXPECT_TRUE(run({"export", edit_.copy()}).out == readFile(edit_.document()));
 }
 
+TEST_F(EditedDarkSets, WithAnInstanceUIDGetTheKeyOfTheDocument) {
+  edit_.replace("01.01.01.01.01.81.0D\">", "01.01.01.01.01.81.0C\">");
+  expect(kOneChanged);
+  EXPECT_TRUE(run({"export", edit_.copy()}).out == readFile(edit_.document()));
+}
+
 TEST_F(EditedDarkSets, WithAnInstanceUIDKeepTheirLengthFieldsWhereTheDocumentSaysNothingOfThem) {
   edit_.replace(kCount, "");
   expect("nothing is edited");
@@ -142,6 +148,14 @@ TEST_F(EditedDarkSets, ThatADictionaryNamesGetTheLengthFieldOfTheDocumentToo) {
   const Result result = edit_.intoCopy({"--dictionary", sample("adm.dictionary")});
   EXPECT_EQ(result.out, kOneChanged + "\n") << result.err;
   EXPECT_TRUE(run({"export", edit_.copy()}).out == readFile(edit_.document()));
+}
+
+TEST_F(EditedDarkSets, AreRefusedWhereADictionaryDoesNotTakeWhatTheDocumentHas) {
+  edit_.replace("0AFFF5000461786D6C<", "0BFFF500056178006D6C<");  // five octets of a property that has four
+  const Result result = edit_.intoCopy({"--dictionary", sample("adm.dictionary")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(edit_.remarks(result),
+            "cannot be put into ORIGINAL: the property RIFFChunkCode cannot have a value of 5 octets\n");
 }
 
 TEST_F(EditedDarkSets, AreUneditedWhereTheLengthFieldWouldHaveToBeLonger) {

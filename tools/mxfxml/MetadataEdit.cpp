@@ -220,6 +220,8 @@ SharedPtr<const Bytes> MetadataEdit::merge(const PartitionMetadata& original, co
     merged = mergeEdits(original, {shown, full}, edited, rules_, &done);
   } catch (const UnclearEdit& error) {
     throw CommandError(std::string(error.what()) + "; edit an export of all sets with --flat");
+  } catch (const Exceptions::InvalidFormat& error) {
+    throw CommandError(error.message());
   }
   if (done.isUnchanged()) return nullptr;
   if (replacements_.empty()) remarks_ = warningsOfLongValues(*merged);
