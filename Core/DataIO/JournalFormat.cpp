@@ -74,6 +74,7 @@ uint64 checkSurroundings(FileDataSource& file, const std::vector<Journal::Place>
 
 std::vector<Journal::Place> placesOf(const std::vector<NewBytes>& changes) {
   std::vector<Journal::Place> places;
+  places.reserve(changes.size());
   for (const auto& change : changes) places.push_back({change.offset, change.bytes.size(), 0});
   return places;
 }
