@@ -8,12 +8,10 @@
 
 namespace Vantor::XML2Partition {
 
-std::string nameOf(const MetadataSet& set) { return set.fullName(); }
-
 /// Without an InstanceUID that was made up.
 std::string ImportReport::setName() const {
   if (set_ == nullptr) return {};
-  return unnamed_.count(set_) != 0 ? set_->name() : nameOf(*set_);
+  return unnamed_.count(set_) != 0 ? set_->name() : set_->fullName();
 }
 
 ImportDiagnostic ImportReport::diagnostic(Kind kind, const xercesc::DOMNode& node, const std::string& message) const {

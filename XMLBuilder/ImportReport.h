@@ -122,7 +122,4 @@ class ImportReport {
   std::unordered_set<const MetadataSet*> unnamed_;
 };
 
-/// What messages call a set: its symbol and its InstanceUID.
-std::string nameOf(const MetadataSet& set);
-
 }  // namespace Vantor::XML2Partition

@@ -170,14 +170,14 @@ class Comparison {
 void refuse(const DOMElement& element, const std::string& name, const ImportReport::Source& known,
             const ImportReport& report) {
   throw LosslessSets::Clash("line " + std::to_string(report.lineOf(element)) + ": the " + name +
-                                " has the InstanceUID of the " + XML2Partition::nameOf(*known.set) + " at line " +
+                                " has the InstanceUID of the " + known.set->fullName() + " at line " +
                                 std::to_string(report.lineOf(*known.element)) + "; give one of them another",
                             kSource, __LINE__);
 }
 
 void refuse(const DOMElement& element, const std::string& name, const MetadataSet& known, const ImportReport& report) {
   throw LosslessSets::Clash("line " + std::to_string(report.lineOf(element)) + ": the " + name +
-                                " has the InstanceUID of the " + XML2Partition::nameOf(known) +
+                                " has the InstanceUID of the " + known.fullName() +
                                 " that the partition has already; give one of them another, or import into a new "
                                 "partition",
                             kSource, __LINE__);

@@ -2,7 +2,7 @@
 
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
-#include "Core/KLV/LocalSet.h"
+#include "Core/Metadata/DarkTags.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 #include "XMLBuilder/ImportReport.h"
@@ -77,14 +77,6 @@ void add(Content content, const DOMElement& element, ImportDocument& document) {
   enter(*partition.sets().back(), std::move(content), element, document);
 }
 
-void reserveTagsOf(const Content& set, PartitionDictionary& tags) {
-  if (!KLV::isLocalSet(set.first)) return;
-  const auto coding = KLV::localSetCoding(set.first);
-  for (const auto& item : KLV::readLocalSet(coding, set.second.data(), set.second.size())) {
-    tags.reserve(Types::LocalTag(item.tag));
-  }
-}
-
 }  // namespace
 
 bool isDarkSet(const DOMElement& element) {
@@ -95,9 +87,10 @@ void reserveTags(const DOMElement& container, ImportDocument& document) {
   for (const DOMElement* child : XMLUtils::childElements(container)) {
     if (!isDarkSet(*child)) continue;
     try {
-      reserveTagsOf(contentOf(*child), document.partition().partitionDictionary());
+      const auto [key, octets] = contentOf(*child);
+      reserveDarkTags(key, octets.data(), octets.size(), document.partition().partitionDictionary());
     } catch (const Exceptions::BaseException&) {
-      // It has the form of no local set, or of nothing at all, which is told when it is read.
+      // It has the form of nothing at all, which is told when it is read.
     }
   }
 }

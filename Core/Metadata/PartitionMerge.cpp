@@ -8,9 +8,8 @@
 
 #include "Core/DataIO/Memory.h"
 #include "Core/KLV/BERLength.h"
-#include "Core/KLV/Keys.h"
-#include "Core/KLV/LocalSet.h"
 #include "Core/Metadata/DarkMerge.h"
+#include "Core/Metadata/DarkTags.h"
 #include "Core/Metadata/DocumentDifference.h"
 #include "Core/Metadata/PropertyMerge.h"
 
@@ -33,25 +32,14 @@ bool isNamed(const MetadataSet& set, const DocumentContent& document) {
   return set.instanceUID() != nullptr && document.unnamed.count(&set) == 0;
 }
 
-/// What the dynamic tags in a set mean of which nothing but the octets is known, the primer tells or nobody.
-void reserveTags(const KLV::Key& key, const uint8* octets, std::size_t size, PartitionDictionary& tags) {
-  if (!KLV::isLocalSet(key)) return;
-  try {
-    for (const auto& item : KLV::readLocalSet(KLV::localSetCoding(key), octets, size)) {
-      tags.reserve(Types::LocalTag(item.tag));
-    }
-  } catch (const Exceptions::BaseException&) {
-    // It is no local set but by its key.
-  }
-}
-
-void reserveDarkTags(const PartitionMetadata& partition, PartitionDictionary& tags) {
+void reserveTagsOfDark(const PartitionMetadata& partition, PartitionDictionary& tags) {
   for (const MetadataSet* set : partition.sets()) {
-    if (const auto* group = asGroup(set)) reserveTags(group->key(), group->value().data(), group->value().size(), tags);
+    if (const auto* group = asGroup(set))
+      reserveDarkTags(group->key(), group->value().data(), group->value().size(), tags);
   }
   for (auto at = partition.darkBegin(); at != partition.darkEnd(); ++at) {
     const auto& value = (*at)->value();
-    reserveTags((*at)->key(), value.rawBuffer(), value.serializedSize(), tags);
+    reserveDarkTags((*at)->key(), value.rawBuffer(), value.serializedSize(), tags);
   }
 }
 
@@ -111,7 +99,7 @@ auto_ptr<PartitionMetadata> Merge::makeResult() const {
   auto& tags = result->partitionDictionary();
   tags.setPrimerCoding(originalTags_.primerKey(), originalTags_.primerLengthOctets());
   for (const auto& entry : originalTags_.primerEntries()) tags.addPrimerEntry(entry);
-  for (const auto* partition : {&original_, &after_}) reserveDarkTags(*partition, tags);
+  for (const auto* partition : {&original_, &after_}) reserveTagsOfDark(*partition, tags);
   return result;
 }
 

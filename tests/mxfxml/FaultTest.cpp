@@ -18,6 +18,7 @@
 #include "Core/DataIO/UndoJournal.h"
 #include "Program.h"
 #include "ScratchFolder.h"
+#include "TemporaryFile.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
 #include "tests/Core/MXF/WholeFile.h"
 
@@ -103,16 +104,6 @@ class FaultTest : public testing::Test {
     return false;
   }
 
-  /// How much of the new file is written; 0 when there is none yet, or no more.
-  uint64 temporarySize() const {
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder_.path())) {
-      const auto size = fs::file_size(entry.path(), error);
-      if (!error && entry.path().extension() == ".tmp") return size;
-    }
-    return 0;
-  }
-
   void waitForMoment(int kill, Moments& moments, const StartedProgram& program) const;
 
   /// How long the run takes that is to be killed.
@@ -137,7 +128,7 @@ class FaultTest : public testing::Test {
 /// Some of the kills are to meet the writing of the new file, however fast the machine is.
 void FaultTest::waitForMoment(int kill, Moments& moments, const StartedProgram& program) const {
   if (kill % 3 != 0) return std::this_thread::sleep_for(moments.next());
-  program.waitUntil([&] { return temporarySize() > 0; });
+  program.waitUntil([&] { return temporarySize(folder_.path()) > 0; });
 }
 
 TEST_F(FaultTest, LeavesTheOriginalAndAWholeCopyOrNoneWhenItIsKilled) {
@@ -207,7 +198,7 @@ TEST_F(FaultTest, TellsWhenAnotherProgramChangesTheOriginalMeanwhile) {
       fs::remove(copy());
       writeFile(original(), old_);
       StartedProgram program(arguments);
-      program.waitUntil([&] { return temporarySize() > kEssenceSize / 3; });
+      program.waitUntil([&] { return temporarySize(folder_.path()) > kEssenceSize / 3; });
       program.stop();
       std::ofstream(original(), std::ios::binary | std::ios::app) << "more";
       result = program.resume();

@@ -11,6 +11,7 @@
 #include "Core/DataIO/UndoJournal.h"
 #include "Program.h"
 #include "ScratchFolder.h"
+#include "TemporaryFile.h"
 #include "tests/Core/MXF/WholeFile.h"
 
 /// What a user leaves who interrupts the program while it puts edits into a file.
@@ -53,19 +54,10 @@ class InterruptionTest : public testing::Test {
     return start;
   }
 
-  uint64 temporarySize() const {
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder_.path())) {
-      const auto size = fs::file_size(entry.path(), error);
-      if (!error && entry.path().extension() == ".tmp") return size;
-    }
-    return 0;
-  }
-
   /// Runs the program until some of the copy is written, and then with a signal to its end.
   Result runInterrupted(const std::vector<std::string>& arguments, int signal, int err = -1) const {
     StartedProgram program(arguments, err);
-    program.waitUntil([&] { return temporarySize() > kWritten; });
+    program.waitUntil([&] { return temporarySize(folder_.path()) > kWritten; });
     program.stop();
     program.send(signal);
     return program.resume();

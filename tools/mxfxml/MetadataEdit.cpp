@@ -171,7 +171,8 @@ MetadataEdit::MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dicti
       plain_(std::move(plain)),
       partition_(partition),
       structure_(MXF::readStructure(file_)),
-      forms_(file_, partitionIn(file_, partition_.value_or(MXF::PartitionChoice())), dictionary_, plain_) {
+      chosen_(partitionIn(file_, partition_.value_or(MXF::PartitionChoice()))),
+      forms_(file_, chosen_, dictionary_, plain_) {
   forms_.requireReadable();
 }
 
@@ -205,10 +206,9 @@ void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::L
 }
 
 std::size_t MetadataEdit::numberOfPartition() const {
+  if (const auto number = MXF::partitionAt(structure_, chosen_.offset)) return *number;
   const auto choice = partition_.value_or(MXF::PartitionChoice());
-  const auto offset = partitionIn(file_, choice).offset;
-  if (const auto number = MXF::partitionAt(structure_, offset)) return *number;
-  throw CommandError(describe(choice) + " at byte offset " + std::to_string(offset) +
+  throw CommandError(describe(choice) + " at byte offset " + std::to_string(chosen_.offset) +
                      " is not among the partitions that the file lists");
 }
 

@@ -89,6 +89,7 @@ class MetadataEdit {
   SharedPtr<const MetaMetadata::Dictionary> plain_;
   std::optional<MXF::PartitionChoice> partition_;
   MXF::FileStructure structure_;
+  MXF::PartitionInfo chosen_;  // which of the partitions reading the metadata takes
   DocumentForms forms_;
   DocumentForms::Scope scope_ = DocumentForms::Scope::kGuessed;
   DocumentForms::Choice unedited_{};  // what the document was before it was edited
