@@ -2,6 +2,8 @@
 
 #include <exception>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Core/Platform/Types.h"
 
@@ -21,10 +23,21 @@ class BaseException : public std::exception {
   const std::string& file() const noexcept { return file_; }
   int line() const noexcept { return line_; }
 
+  /// What the message was made of, for programs: a format of libfmt and the arguments of its fields. Empty where the
+  /// exception was made with a message.
+  const std::string& format() const noexcept { return format_; }
+  const std::vector<std::string>& arguments() const noexcept { return arguments_; }
+  void setDetails(std::string format, std::vector<std::string> arguments) {
+    format_ = std::move(format);
+    arguments_ = std::move(arguments);
+  }
+
  private:
   std::string message_;
   std::string file_;
   int line_;
+  std::string format_;
+  std::vector<std::string> arguments_;
 };
 
 /// Input that is not what its format demands: damaged KLV or XML.

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Core/Comparison/PartitionComparison.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/KLV/LocalSet.h"
-#include "Core/Metadata/PartitionComparison.h"
 #include "XML2Partition.h"
 #include "XMLBuilder.h"
 #include "tests/Core/Metadata/TestPartition.h"

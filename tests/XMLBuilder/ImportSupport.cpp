@@ -5,8 +5,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "Core/Comparison/ValueText.h"
 #include "Core/MetaMetadata/MetaElement.h"
-#include "Core/Metadata/ValueText.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor::XML2Partition {

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Core/Comparison/PartitionComparison.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
-#include "Core/Metadata/PartitionComparison.h"
 #include "Core/Platform/Strings.h"
 #include "XMLBuilder.h"
 #include "tests/SampleFiles.h"

@@ -3,12 +3,12 @@
 #include <fstream>
 #include <iterator>
 
+#include "Core/Comparison/PartitionComparison.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/Metadata/EntryView.h"
-#include "Core/Metadata/PartitionComparison.h"
 #include "Core/Metadata/ReferenceElement.h"
 #include "Core/Platform/Strings.h"
 #include "XMLBuilder/HexText.h"

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Core/Metadata/PartitionComparison.h"
+#include "Core/Comparison/PartitionComparison.h"
 
 namespace Vantor::Tool {
 

@@ -2,8 +2,8 @@
 
 #include "CommonOptions.h"
 #include "ComparisonText.h"
+#include "Core/Comparison/SetPairing.h"
 #include "Core/MXF/HeaderMetadataReader.h"
-#include "Core/Metadata/SetPairing.h"
 #include "Core/Platform/Strings.h"
 #include "DiagnosticText.h"
 #include "ErrorText.h"

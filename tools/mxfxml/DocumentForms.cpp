@@ -5,9 +5,9 @@
 #include <unordered_set>
 #include <utility>
 
+#include "Core/Comparison/DocumentDifference.h"
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/HeaderMetadataReader.h"
-#include "Core/Metadata/DocumentDifference.h"
 #include "DocumentSize.h"
 #include "ErrorText.h"
 #include "XMLBuilder.h"

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "Core/MXF/FileStructure.h"
-#include "Core/Metadata/PartitionMerge.h"
 #include "Core/Platform/Path.h"
+#include "Edit/PartitionMerge.h"
 #include "XML2Partition.h"
 
 namespace Vantor::Tool {

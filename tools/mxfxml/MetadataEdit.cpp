@@ -6,12 +6,12 @@
 #include <unordered_set>
 
 #include "CommonOptions.h"
+#include "Core/Comparison/DocumentDifference.h"
+#include "Core/Comparison/PartitionComparison.h"
+#include "Core/Comparison/SetPairing.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
-#include "Core/Metadata/DocumentDifference.h"
-#include "Core/Metadata/PartitionComparison.h"
-#include "Core/Metadata/SetPairing.h"
 #include "ErrorText.h"
 #include "Interruption.h"
 #include "LongValues.h"

@@ -8,8 +8,8 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataReplacement.h"
 #include "Core/MXF/PartitionChoice.h"
-#include "Core/Metadata/PartitionMerge.h"
 #include "DocumentForms.h"
+#include "Edit/PartitionMerge.h"
 #include "XML2Partition.h"
 
 namespace Vantor::Tool {

@@ -4,8 +4,8 @@
 
 #include "CommonOptions.h"
 #include "ComparisonText.h"
+#include "Core/Comparison/PartitionComparison.h"
 #include "Core/MXF/HeaderMetadataReader.h"
-#include "Core/Metadata/PartitionComparison.h"
 #include "DiagnosticText.h"
 #include "DocumentSize.h"
 #include "ErrorText.h"

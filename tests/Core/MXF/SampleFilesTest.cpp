@@ -4,12 +4,12 @@
 #include <iterator>
 #include <string>
 
+#include "Core/Comparison/PartitionComparison.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/MXF/RandomIndexPack.h"
-#include "Core/Metadata/PartitionComparison.h"
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/MXF/MXFBytes.h"
 #include "tests/SampleFiles.h"

@@ -1,4 +1,4 @@
-#include "Core/Metadata/ValueText.h"
+#include "Core/Comparison/ValueText.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include <map>
 #include <utility>
 
-#include "Core/Metadata/DocumentDifference.h"
-#include "Core/Metadata/PartitionMerge.h"
+#include "Core/Comparison/DocumentDifference.h"
+#include "Edit/PartitionMerge.h"
 
 namespace Vantor {
 

@@ -1,7 +1,7 @@
-#include "Core/Metadata/PropertyPairing.h"
+#include "Core/Comparison/PropertyPairing.h"
 
-#include "Core/Metadata/FirstComeQueue.h"
-#include "Core/Metadata/PropertyIdentity.h"
+#include "Core/Comparison/FirstComeQueue.h"
+#include "Core/Comparison/PropertyIdentity.h"
 
 namespace Vantor {
 

@@ -1,4 +1,4 @@
-#include "Core/Metadata/PartitionMerge.h"
+#include "Edit/PartitionMerge.h"
 
 #include <algorithm>
 #include <map>
@@ -6,12 +6,12 @@
 #include <unordered_map>
 #include <utility>
 
+#include "Core/Comparison/DocumentDifference.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/KLV/BERLength.h"
-#include "Core/Metadata/DarkMerge.h"
 #include "Core/Metadata/DarkTags.h"
-#include "Core/Metadata/DocumentDifference.h"
-#include "Core/Metadata/PropertyMerge.h"
+#include "Edit/DarkMerge.h"
+#include "Edit/PropertyMerge.h"
 
 namespace Vantor {
 
@@ -19,7 +19,7 @@ using namespace DocumentDifference;
 
 namespace {
 
-constexpr const char* kSource = "Core/Metadata/PartitionMerge";
+constexpr const char* kSource = "Edit/PartitionMerge";
 
 ReferenceTargets allTargetsOf(const MetadataSet& set) {
   ReferenceTargets targets;

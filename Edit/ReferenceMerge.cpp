@@ -1,4 +1,4 @@
-#include "Core/Metadata/ReferenceMerge.h"
+#include "Edit/ReferenceMerge.h"
 
 #include <algorithm>
 #include <list>

@@ -1,9 +1,9 @@
-#include "Core/Metadata/DocumentDifference.h"
+#include "Core/Comparison/DocumentDifference.h"
 
 #include <algorithm>
 
+#include "Core/Comparison/PropertyIdentity.h"
 #include "Core/KLV/BERLength.h"
-#include "Core/Metadata/PropertyIdentity.h"
 
 namespace Vantor::DocumentDifference {
 

@@ -1,4 +1,4 @@
-#include "Core/Metadata/PropertyMerge.h"
+#include "Edit/PropertyMerge.h"
 
 #include <algorithm>
 #include <optional>
@@ -7,11 +7,11 @@
 #include <unordered_set>
 #include <utility>
 
+#include "Core/Comparison/DocumentDifference.h"
+#include "Core/Comparison/PropertyIdentity.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/Metadata/CollectionElements.h"
-#include "Core/Metadata/DocumentDifference.h"
 #include "Core/Metadata/ElementFactory.h"
-#include "Core/Metadata/PropertyIdentity.h"
 #include "Core/Types/Factories.h"
 
 namespace Vantor {
@@ -20,7 +20,7 @@ using namespace DocumentDifference;
 
 namespace {
 
-constexpr const char* kSource = "Core/Metadata/PropertyMerge";
+constexpr const char* kSource = "Edit/PropertyMerge";
 
 /// Gives a property the value that some octets stand for.
 void setOctets(Element& to, const Bytes& octets) {

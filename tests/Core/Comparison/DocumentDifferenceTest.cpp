@@ -1,4 +1,4 @@
-#include "Core/Metadata/DocumentDifference.h"
+#include "Core/Comparison/DocumentDifference.h"
 
 #include <gmock/gmock.h>
 

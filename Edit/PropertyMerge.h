@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Core/Metadata/PartitionMerge.h"
-#include "Core/Metadata/PropertyPairing.h"
-#include "Core/Metadata/ReferenceMerge.h"
+#include "Core/Comparison/PropertyPairing.h"
+#include "Edit/PartitionMerge.h"
+#include "Edit/ReferenceMerge.h"
 
 namespace Vantor {
 

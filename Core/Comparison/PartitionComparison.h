@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "Core/Comparison/SetPairing.h"
 #include "Core/Metadata/PartitionMetadata.h"
-#include "Core/Metadata/SetPairing.h"
 
 namespace Vantor {
 

@@ -1,17 +1,17 @@
-#include "Core/Metadata/PartitionComparison.h"
+#include "Core/Comparison/PartitionComparison.h"
 
 #include <algorithm>
 #include <optional>
 #include <unordered_map>
 
+#include "Core/Comparison/PropertyIdentity.h"
+#include "Core/Comparison/PropertyPairing.h"
+#include "Core/Comparison/ValueText.h"
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/EntryView.h"
-#include "Core/Metadata/PropertyIdentity.h"
-#include "Core/Metadata/PropertyPairing.h"
-#include "Core/Metadata/ValueText.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "Core/Comparison/PropertyPairing.h"
 #include "Core/Metadata/PartitionMetadata.h"
-#include "Core/Metadata/PropertyPairing.h"
 
 /// How the contents of two documents differ, of one partition before and after an edit.
 namespace Vantor::DocumentDifference {

@@ -1,4 +1,4 @@
-#include "Core/Metadata/DarkMerge.h"
+#include "Edit/DarkMerge.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Core/Metadata/PartitionComparison.h"
+#include "Core/Comparison/PartitionComparison.h"
 #include "Core/Platform/Strings.h"
 #include "tests/Core/Metadata/TestPartition.h"
 

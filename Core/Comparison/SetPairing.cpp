@@ -1,13 +1,13 @@
-#include "Core/Metadata/SetPairing.h"
+#include "Core/Comparison/SetPairing.h"
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 
+#include "Core/Comparison/FirstComeQueue.h"
+#include "Core/Comparison/PropertyIdentity.h"
+#include "Core/Comparison/PropertyPairing.h"
 #include "Core/Metadata/EntryView.h"
-#include "Core/Metadata/FirstComeQueue.h"
-#include "Core/Metadata/PropertyIdentity.h"
-#include "Core/Metadata/PropertyPairing.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
 
 namespace Vantor {

@@ -1,4 +1,4 @@
-#include "Core/Metadata/PropertyIdentity.h"
+#include "Core/Comparison/PropertyIdentity.h"
 
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Platform/SeededHash.h"

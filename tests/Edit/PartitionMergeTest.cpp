@@ -1,15 +1,15 @@
-#include "Core/Metadata/PartitionMerge.h"
+#include "Edit/PartitionMerge.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Core/Comparison/PartitionComparison.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ElementFactory.h"
-#include "Core/Metadata/PartitionComparison.h"
 #include "Core/Metadata/ReferenceElement.h"
 #include "Core/Metadata/SimpleElement.h"
 #include "Core/Platform/Strings.h"

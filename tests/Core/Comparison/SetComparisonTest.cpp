@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/Core/Metadata/ComparisonFixture.h"
+#include "tests/Core/Comparison/ComparisonFixture.h"
 #include "tests/Sanitized.h"
 
 namespace Vantor {
