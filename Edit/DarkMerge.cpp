@@ -4,9 +4,7 @@
 
 #include "Core/Platform/Strings.h"
 
-namespace Vantor {
-
-using namespace DocumentDifference;
+namespace Vantor::Edit {
 
 namespace {
 
@@ -16,13 +14,12 @@ const LengthOctets& find(const DarkKLVs& all, const DarkKey& key) {
   return found == all.end() ? kNone : found->second;
 }
 
-/// A partition may repeat another one with other length fields than the document tells, and has edits of its own KLVs.
-void applyTo(const LengthOctets& original, const LengthOctets& before, DarkDifference& edits) {
-  for (const auto& difference : compareDark(before, original).recoded) {
-    const auto told = difference.first, own = difference.second;
+/// Ours may have the KLVs of base with other length fields.
+void applyTo(const LengthOctets& ours, const LengthOctets& base, DarkDifference& edits) {
+  for (const auto& [ofBase, own] : compareDark(base, ours).recoded) {
     const auto recoded = std::find_if(edits.recoded.begin(), edits.recoded.end(),
-                                      [told](const auto& pair) { return pair.first == told; });
-    const auto removed = std::find(edits.removed.begin(), edits.removed.end(), told);
+                                      [wanted = ofBase](const auto& pair) { return pair.first == wanted; });
+    const auto removed = std::find(edits.removed.begin(), edits.removed.end(), ofBase);
     if (recoded != edits.recoded.end()) {
       recoded->first = own;
     } else if (removed != edits.removed.end()) {
@@ -35,88 +32,50 @@ void append(const KLV::Key& key, uint8 lengthOctets, const Bytes& value, Partiti
   to.addKLV(key, lengthOctets, value.data(), value.size(), 0);
 }
 
-void countChange(MergeSummary& summary) {
-  ++summary.changedSets;
-  ++summary.changedProperties;
-}
-
 }  // namespace
 
-struct DarkMerge::KLVView {
-  DarkKey identity;
-  uint8 lengthOctets;
-  const KLV::Key& key() const { return identity.first; }
-  const Bytes& value() const { return identity.second; }
-};
-
-DarkMerge::DarkMerge(const PartitionMetadata& original, const UneditedDocuments& documents,
-                     const PartitionMetadata& edited, const MergeRules& rules)
-    : mayRemove_(rules.mayRemove) {
-  const auto originals = darkKLVsOf(original), shown = darkKLVsOf(*documents.shown.partition);
-  const auto full = darkKLVsOf(*documents.full.partition), all = darkKLVsOf(edited);
-  for (const auto& [key, before] : shown) {
-    if (all.count(key) != 0) continue;
-    applyTo(find(originals, key), before, edits_[key] = compareDark(before, {}));
-  }
-  for (const auto& [key, after] : all) {
-    // The user may have brought in what the form of the document leaves out.
-    const bool isShown = after.size() <= find(shown, key).size();
-    const auto& before = find(isShown ? shown : full, key);
+DarkMerge::DarkMerge(const PartitionMetadata& ours, const PartitionMetadata& base, const Theirs& theirs)
+    : mayRemove_(theirs.mayRemove) {
+  const auto ofOurs = darkKLVsOf(ours), ofBase = darkKLVsOf(base);
+  auto ofTheirs = darkKLVsOf(theirs.partition);
+  for (const auto& [key, octets] : ofBase) ofTheirs[key];  // so that each key is met
+  for (const auto& [key, after] : ofTheirs) {
+    const auto& before = find(ofBase, key);
     auto edits = compareDark(before, after);
-    if (!isShown) edits.removed.clear();
+    if (edits.removed.empty() && edits.added.empty() && edits.recoded.empty()) continue;
+    isUnchanged_ = false;
     for (const uint8 octets : edits.added) added_.emplace(key.first, Coded(octets, key.second));
-    applyTo(find(originals, key), before, edits);
+    applyTo(find(ofOurs, key), before, edits);
     edits_[key] = std::move(edits);
   }
 }
 
-void DarkMerge::merge(const DarkMetadataSet& set, PartitionMetadata& result, MergeSummary& summary) {
-  const auto& value = set.value();
-  const Bytes octets(value.rawBuffer(), value.rawBuffer() + value.serializedSize());
-  merge(KLVView{{set.key(), octets}, set.berLength()}, result, summary);
-}
-
-void DarkMerge::merge(const DarkParsedGroup& set, PartitionMetadata& result, MergeSummary& summary) {
-  merge(KLVView{{set.key(), set.value()}, set.berLength()}, result, summary);
-}
-
-void DarkMerge::merge(const KLVView& klv, PartitionMetadata& result, MergeSummary& summary) {
-  auto& edits = edits_[klv.identity];
+void DarkMerge::merge(const KLV::Key& key, uint8 lengthOctets, const Bytes& value, PartitionMetadata& ours,
+                      MergeReport& report) {
+  auto& edits = edits_[{key, value}];
   const auto recoded = std::find_if(edits.recoded.begin(), edits.recoded.end(),
-                                    [&klv](const auto& pair) { return pair.first == klv.lengthOctets; });
-  const auto removed = std::find(edits.removed.begin(), edits.removed.end(), klv.lengthOctets);
+                                    [lengthOctets](const auto& pair) { return pair.first == lengthOctets; });
   if (recoded != edits.recoded.end()) {
-    if (recoded->second != klv.lengthOctets) countChange(summary);
-    append(klv.key(), recoded->second, klv.value(), result);
+    append(key, recoded->second, value, ours);
     edits.recoded.erase(recoded);
-  } else if (removed != edits.removed.end()) {
-    edits.removed.erase(removed);
-    replace(klv, result, summary);
-  } else {
-    append(klv.key(), klv.lengthOctets, klv.value(), result);
+    return;
   }
-}
-
-void DarkMerge::replace(const KLVView& klv, PartitionMetadata& result, MergeSummary& summary) {
-  const auto replacement = added_.find(klv.key());
+  const auto removed = std::find(edits.removed.begin(), edits.removed.end(), lengthOctets);
+  if (removed == edits.removed.end()) return append(key, lengthOctets, value, ours);
+  edits.removed.erase(removed);
+  const auto replacement = added_.find(key);
   if (replacement != added_.end()) {
-    countChange(summary);
-    const auto& [octets, value] = replacement->second;
-    append(klv.key(), octets == 0 ? klv.lengthOctets : octets, value, result);
+    const auto& [octets, newValue] = replacement->second;
+    append(key, octets == 0 ? lengthOctets : octets, newValue, ours);
     added_.erase(replacement);
-  } else if (mayRemove_) {
-    ++summary.removedSets;
-  } else {
-    summary.kept.push_back({"dark set " + Utils::wstringToString(klv.key().toString()), ""});
-    append(klv.key(), klv.lengthOctets, klv.value(), result);
+  } else if (!mayRemove_) {
+    report.kept.push_back({"dark set " + Utils::wstringToString(key.toString()), ""});
+    append(key, lengthOctets, value, ours);
   }
 }
 
-void DarkMerge::addNew(PartitionMetadata& result, MergeSummary& summary) const {
-  for (const auto& [key, coded] : added_) {
-    ++summary.addedSets;
-    append(key, coded.first, coded.second, result);
-  }
+void DarkMerge::addNew(PartitionMetadata& ours) const {
+  for (const auto& [key, coded] : added_) append(key, coded.first, coded.second, ours);
 }
 
-}  // namespace Vantor
+}  // namespace Vantor::Edit

@@ -1,90 +1,74 @@
 #include "Edit/PropertyMerge.h"
 
 #include <algorithm>
-#include <optional>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
-#include "Core/Comparison/DocumentDifference.h"
 #include "Core/Comparison/PropertyIdentity.h"
-#include "Core/DataIO/Memory.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ElementFactory.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
+#include "Core/Types/References.h"
+#include "Edit/ReferenceMerge.h"
 
-namespace Vantor {
-
-using namespace DocumentDifference;
+namespace Vantor::Edit {
 
 namespace {
 
-constexpr const char* kSource = "Edit/PropertyMerge";
+using Types::Identifiers::kStrongReference;
 
-/// Gives a property the value that some octets stand for.
-void setOctets(Element& to, const Bytes& octets) {
-  const auto* definition = to.metaAttribute().metaElement();
-  auto value = definition == nullptr
-                   ? Types::Factories::fromBytes(Types::Identifiers::kUnknown, octets.data(), octets.size())
-                   : decodeValue(*definition, octets.data(), octets.size());
-  if (value == nullptr) {
-    throw Exceptions::InvalidFormat("the property " + (definition == nullptr ? "" : definition->symbol()) +
-                                        " cannot have a value of " + std::to_string(octets.size()) + " octets",
-                                    kSource, __LINE__);
-  }
-  setDecodedValue(to, std::move(value));
-}
-
-/// Gives a property of one partition the value that one of another partition has.
-void copyValue(const Element& from, Element& to) {
-  to.markPresent();
-  if (from.wireValue() == nullptr) return setDecodedValue(to, nullptr);
-  setOctets(to, octetsOf(from));
-}
-
-void setTargets(const ReferenceTargets& targets, Element& property) {
-  DataIO::Memory::MemoryDataSink sink;
-  const auto writeNumber = [&sink](uint32 number) {
-    for (int shift = 24; shift >= 0; shift -= 8) {
-      const auto octet = static_cast<uint8>(number >> shift);
-      sink.write(&octet, 1);
-    }
-  };
-  // A collection starts with the number and the size of its items (ST 377-1).
-  writeNumber(static_cast<uint32>(targets.size()));
-  writeNumber(Types::UUID::kSize);
-  for (const auto& target : targets) sink.write(target.rawBuffer(), Types::UUID::kSize);
-  setOctets(property, Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()));
-}
-
-/// The tag that a property of a document has in the file, as far as the document tells; 0 for none.
-uint16 tagInOctets(const Element& property, const PartitionDictionary& tags) {
-  return property.localTag() != 0 ? property.localTag() : PropertyIdentity(property, tags).tag;
+Types::Identifiers::Identifier referenceType(const MetaMetadata::MetaElement& definition) {
+  const auto* collection = MetaMetadata::asCollection(definition);
+  return collection == nullptr ? definition.dataType() : collection->dataSubType();
 }
 
 bool isCollection(const Element& property) { return dynamic_cast<const CollectionElement*>(&property) != nullptr; }
 
-/// Takes those for not shown that the edited document lacks, so that they stay. Returns whether there are any.
-bool keepLacking(ReferenceTargets& shown, const ReferenceTargets& edited) {
-  const std::unordered_set<Types::UUID> there(edited.begin(), edited.end());
+/// @param property  null for none.
+ReferenceTargets targetsOf(const Element* property) {
+  ReferenceTargets targets;
+  if (property != nullptr) property->appendTargets({true}, targets);
+  return targets;
+}
+
+auto_ptr<Types::SimpleDataType> clonedValue(const Element& property) {
+  return property.wireValue() == nullptr ? nullptr : property.wireValue()->clone();
+}
+
+/// The collection of a property with other targets.
+auto_ptr<Types::SimpleDataType> collectionOf(const ReferenceTargets& targets, const Element& property) {
+  auto value = property.wireValue()->clone();
+  auto& collection = static_cast<Types::Collection&>(*value);
+  while (collection.size() != 0) collection.removeAt(collection.size() - 1);
+  const bool isStrong = referenceType(*property.metaAttribute().metaElement()) == kStrongReference;
+  for (const auto& target : targets) {
+    if (isStrong) {
+      collection.append(std::make_unique<Types::StrongReference>(target));
+    } else {
+      collection.append(std::make_unique<Types::WeakReference>(target));
+    }
+  }
+  return value;
+}
+
+/// Treats references that the edit omits as not shown, so that they stay. Returns whether there are any.
+bool keepOmitted(ReferenceTargets& shown, const ReferenceTargets& theirs) {
+  const std::unordered_set<Types::UUID> there(theirs.begin(), theirs.end());
   const auto end = std::remove_if(shown.begin(), shown.end(), [&](const auto& one) { return there.count(one) == 0; });
   const bool isAny = end != shown.end();
   shown.erase(end, shown.end());
   return isAny;
 }
 
-std::string keyOf(const MetadataSet& set, const MetaMetadata::MetaElement& definition) {
-  return DocumentContent::keyOf(*set.instanceUID(), definition.symbol());
+/// The local tag that an unknown property has in its KLV; 0 for none.
+uint16 tagInOctets(const Element& property, const PartitionDictionary& tags) {
+  return property.localTag() != 0 ? property.localTag() : PropertyIdentity(property, tags).tag;
 }
 
-/// Whether the document has the property under its definition, not as octets of an unknown one.
-bool isToldAs(const Element& place, const PropertyPair& edit) {
-  const Element& told = edit.right == nullptr ? *edit.left : *edit.right;
-  return told.metaAttribute().metaElement() == place.metaAttribute().metaElement();
-}
-
-/// The properties of an edited set that stand for those of the documents.
+/// The properties of a set of ours that stand for those of base and theirs.
 class Places {
  public:
   Places(MetadataSet& set, const PartitionDictionary& tags) : set_(set), tags_(tags) {
@@ -92,12 +76,13 @@ class Places {
     for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) own_.emplace(&*at, &*at);
   }
 
-  /// @param before, after  null for a property that the document does not have.
-  Element* find(const PropertyPair& pair, const MetadataSet& before, const PartitionDictionary& beforeTags,
-                const MetadataSet& after, const PartitionDictionary& afterTags) {
+  Element* find(const PropertyPair& pair, const MetadataSet& base, const PartitionDictionary& baseTags,
+                const MetadataSet& theirs, const PartitionDictionary& theirTags) {
     const Element* wanted = pair.left != nullptr ? pair.left : pair.right;
-    const auto& wantedTags = pair.left != nullptr ? beforeTags : afterTags;
-    enter(pair.left != nullptr ? before : after, wantedTags);
+    const auto& wantedTags = pair.left != nullptr ? baseTags : theirTags;
+    const auto own = own_.find(wanted);
+    if (own != own_.end()) return own->second;  // the base is ours
+    enter(pair.left != nullptr ? base : theirs, wantedTags);
     const auto found = places_.find(wanted);
     return found != places_.end() ? found->second : findByTag(*wanted, wantedTags);
   }
@@ -110,8 +95,7 @@ class Places {
     }
   }
 
-  /// A document that was made without the definition of a property has it as an unknown one, and one that was made
-  /// without the definition of a set has the octets of all of it, with the tags of the file.
+  /// What one state has as an unknown property may be a known one in the other.
   Element* findByTag(const Element& unknown, const PartitionDictionary& unknownTags) const {
     const auto* label = unknownLabelOf(unknown, unknownTags);
     const auto tag = label != nullptr ? tags_.tryFindTag(*label) : tagInOctets(unknown, unknownTags);
@@ -131,129 +115,118 @@ class Places {
 
 }  // namespace
 
-ReferenceTargets targetsOf(const Element* property) {
-  ReferenceTargets targets;
-  if (property != nullptr) property->appendTargets({true}, targets);
-  return targets;
-}
+PropertyMerge::PropertyMerge(PartitionMetadata& ours, const PartitionMetadata& base, const Theirs& theirs,
+                             const Scope& scope, MergeReport& report)
+    : ours_(ours),
+      baseTags_(base.partitionDictionary()),
+      theirs_(theirs),
+      theirTags_(theirs.partition.partitionDictionary()),
+      scope_(scope),
+      report_(report) {}
 
-PropertyMerge::PropertyMerge(const PartitionDictionary& originalTags, const DocumentContent& edited,
-                             const MergeRules& rules, PartitionMetadata& result)
-    : edited_(edited),
-      rules_(rules),
-      originalTags_(originalTags),
-      editedTags_(edited.partition->partitionDictionary()),
-      result_(result) {}
-
-std::size_t PropertyMerge::merge(const DocumentContent& unedited, const MetadataSet& before, const MetadataSet& after,
-                                 MetadataSet& merged, MergeSummary& summary) {
-  refuseLostReferences(merged, unedited, after);
-  const auto& beforeTags = unedited.partition->partitionDictionary();
-  Places places(merged, originalTags_);
-  std::vector<std::pair<PropertyPair, Element*>> edits;
-  for (const auto& pair : differingProperties(before, beforeTags, after, editedTags_)) {
-    if (!mayChange(pair, unedited, merged, summary)) continue;
-    edits.emplace_back(pair, places.find(pair, before, beforeTags, after, editedTags_));
+std::vector<PropertyEdit> PropertyMerge::plan(const MetadataSet& base, const MetadataSet& theirs, MetadataSet& ours) {
+  std::vector<PropertyEdit> edits;
+  const auto fidelity = scope_.isLetter() ? Fidelity::kLetter : Fidelity::kWhole;
+  const auto pairs = differingProperties(base, baseTags_, theirs, theirTags_, fidelity);
+  if (pairs.empty()) return edits;
+  Places places(ours, ours_.partitionDictionary());
+  for (const auto& pair : pairs) {
+    if (!mayChange(pair, ours)) continue;
+    Element* place = places.find(pair, base, baseTags_, theirs, theirTags_);
+    if (place == nullptr && pair.right == nullptr) continue;
+    if (place != nullptr && (areSame(place, pair.right) || planReferences(pair, *place, ours, edits))) continue;
+    auto value = pair.right == nullptr ? nullptr
+                 : place == nullptr    ? clonedValue(*pair.right)
+                                       : valueFor(*place, *pair.right, ours);
+    edits.push_back({place, pair.right, std::move(value)});
   }
-  std::size_t changed = 0;
-  for (const auto& [pair, place] : edits) changed += apply(pair, place, merged, summary) ? 1 : 0;
-  return changed;
+  return edits;
 }
 
-void PropertyMerge::copyAll(const MetadataSet& after, MetadataSet& to) {
-  for (const Element* property : after.inDefinitionOrder()) copyValue(*property, addProperty(*property, to));
-}
-
-bool PropertyMerge::mayChange(const PropertyPair& edit, const DocumentContent& unedited, const MetadataSet& set,
-                              MergeSummary& summary) const {
+bool PropertyMerge::mayChange(const PropertyPair& edit, const MetadataSet& set) {
   const Element& property = edit.left == nullptr ? *edit.right : *edit.left;
   const auto* definition = property.metaAttribute().metaElement();
-  if (definition != nullptr && edited_.unread.count(keyOf(set, *definition)) != 0) return false;
-  if (edit.right != nullptr || rules_.mayRemove) return true;
-  summary.kept.push_back({set.fullName(), propertyName(property, unedited.partition->partitionDictionary())});
+  const bool isUnread = definition != nullptr && set.instanceUID() != nullptr &&
+                        theirs_.unread.count(Theirs::keyOf(*set.instanceUID(), definition->symbol())) != 0;
+  if (isUnread) return false;
+  if (edit.right != nullptr || theirs_.mayRemove || !targetsOf(edit.left).empty()) return true;
+  report_.kept.push_back({set.fullName(), propertyName(property, baseTags_)});
   return false;
 }
 
-/// @param place  the property of the merged set; null when it has none.
-/// @return whether that changes the set.
-bool PropertyMerge::apply(const PropertyPair& edit, Element* place, MetadataSet& set, MergeSummary& summary) {
-  if (place == nullptr && edit.right == nullptr) return false;
-  if (place != nullptr && isSame(place, edit.right)) return false;
-  if (place != nullptr && isToldAs(*place, edit) && !isWholeEdit(edit, *place)) {
-    return applyReferences(edit, *place, set, summary);
+/// Handles a property of which references are hidden, or are to stay. Returns false for any other.
+bool PropertyMerge::planReferences(const PropertyPair& edit, Element& place, const MetadataSet& set,
+                                   std::vector<PropertyEdit>& edits) {
+  const auto all = targetsOf(&place), theirs = targetsOf(edit.right);
+  const auto* definition = place.metaAttribute().metaElement();
+  if (all.empty() || definition == nullptr) return false;
+  const bool isStrong = referenceType(*definition) == kStrongReference;
+  const std::unordered_set<Types::UUID> there(theirs.begin(), theirs.end());
+  ReferenceTargets shown;
+  std::copy_if(all.begin(), all.end(), std::back_inserter(shown),
+               [&](const Types::UUID& target) { return there.count(target) != 0 || !scope_.hides(target, isStrong); });
+  if (!theirs_.mayRemove && keepOmitted(shown, theirs)) {
+    report_.kept.push_back({set.fullName(), propertyName(place, ours_.partitionDictionary())});
   }
-  if (edit.right == nullptr) {
-    set.remove(*place);
-  } else {
-    copyValue(*edit.right, place == nullptr ? addProperty(*edit.right, set) : *place);
-  }
+  if (shown.size() == all.size()) return false;
+  if (!isCollection(place)) return theirs.empty();
+  const auto merged = mergeReferences(all, shown, theirs);
+  if (merged != all) edits.push_back({&place, &place, collectionOf(merged, place)});
   return true;
 }
 
-/// Whether all references before the edit are known, and those that it lacks may be taken out.
-bool PropertyMerge::isWholeEdit(const PropertyPair& edit, const Element& place) const {
-  const auto shown = targetsOf(edit.left);
-  if (targetsOf(&place) != shown) return false;
-  return rules_.mayRemove || shown.empty() || edit.right == nullptr || !isCollection(place);
-}
-
-/// Of references that the document does not all show, or that are to stay where it has others.
-bool PropertyMerge::applyReferences(const PropertyPair& edit, Element& place, const MetadataSet& set,
-                                    MergeSummary& summary) const {
-  const auto all = targetsOf(&place), after = targetsOf(edit.right);
-  auto shown = targetsOf(edit.left);
-  if (!rules_.mayRemove && keepLacking(shown, after)) {
-    summary.kept.push_back({set.fullName(), propertyName(place, originalTags_)});
+auto_ptr<Types::SimpleDataType> PropertyMerge::valueFor(const Element& place, const Element& theirs,
+                                                        const MetadataSet& set) const {
+  const auto* definition = place.metaAttribute().metaElement();
+  if (definition == theirs.metaAttribute().metaElement() || theirs.wireValue() == nullptr) return clonedValue(theirs);
+  const auto& octets = *theirs.wireValue();
+  auto value = definition == nullptr
+                   ? Types::Factories::fromBytes(Types::Identifiers::kUnknown, octets.rawBuffer(), octets.encodedSize())
+                   : decodeValue(*definition, octets.rawBuffer(), octets.encodedSize());
+  if (value == nullptr) {
+    Exceptions::raise<Exceptions::InvalidFormat>("{}: {} cannot have a value of {} octets", set.fullName(),
+                                                 definition->symbol(), octets.encodedSize());
   }
-  const auto merged = isCollection(place) && edit.right != nullptr ? mergeReferences(all, shown, after)
-                                                                   : std::optional<ReferenceTargets>();
-  if (!merged) refuse(set, place);
-  if (*merged == all) return false;
-  setTargets(*merged, place);
-  return true;
+  return value;
 }
 
-/// An element that refers to nothing is what documents have for a reference that they do not show. When it is gone, the
-/// user has something in mind.
-void PropertyMerge::refuseLostReferences(const MetadataSet& set, const DocumentContent& unedited,
-                                         const MetadataSet& after) const {
-  if (unedited.unread.empty()) return;
-  for (const Element* property : set.inDefinitionOrder()) {
-    const auto* definition = property->metaAttribute().metaElement();
-    if (definition == nullptr || !isReference(*definition)) continue;
-    const auto key = keyOf(set, *definition);
-    const auto* edited = after.find(definition->key());
-    const bool isGone = edited == nullptr || !edited->isPresent();
-    if (unedited.unread.count(key) != 0 && edited_.unread.count(key) == 0 && isGone) refuse(set, *property);
+void PropertyMerge::apply(std::vector<PropertyEdit> edits, MetadataSet& ours) {
+  for (auto& edit : edits) {
+    if (edit.theirs == nullptr) {
+      ours.remove(*edit.place);
+      continue;
+    }
+    Element& place = edit.place != nullptr ? *edit.place : addProperty(*edit.theirs, ours);
+    place.markPresent();
+    setDecodedValue(place, std::move(edit.value));
   }
 }
 
-void PropertyMerge::refuse(const MetadataSet& set, const Element& property) const {
-  throw UnclearEdit("the " + set.fullName() + ": " + propertyName(property, originalTags_) +
-                        " was edited, and refers to sets that the document does not show there",
-                    kSource, __LINE__);
+void PropertyMerge::copyAll(const MetadataSet& theirs, MetadataSet& ours) {
+  std::vector<PropertyEdit> edits;
+  for (const Element* property : theirs.inDefinitionOrder())
+    edits.push_back({nullptr, property, clonedValue(*property)});
+  apply(std::move(edits), ours);
 }
 
-Element& PropertyMerge::addProperty(const Element& property, MetadataSet& set) {
-  const auto& dictionary = *result_.partitionDictionary().dictionary();
-  const auto* definition = property.metaAttribute().metaElement();
+Element& PropertyMerge::addProperty(const Element& theirs, MetadataSet& set) {
+  const auto* definition = theirs.metaAttribute().metaElement();
   if (definition == nullptr) {
-    return set.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(tagFor(property)));
+    return set.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(tagFor(theirs)));
   }
   const auto* attribute = set.definition()->findAttribute(definition->key());
-  if (attribute != nullptr && PropertyIdentity(property, editedTags_).kind == PropertyIdentity::Kind::kValid) {
+  if (attribute != nullptr && PropertyIdentity(theirs, theirTags_).kind == PropertyIdentity::Kind::kValid) {
     return set.createElement(*attribute);
   }
-  const auto* known = dictionary.findElement(definition->key());
-  return set.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(known));
+  return set.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(definition));
 }
 
-/// Under which tag the result has an unknown property of the edited partition.
-Types::LocalTag PropertyMerge::tagFor(const Element& property) {
-  auto& tags = result_.partitionDictionary();
-  if (const auto* label = unknownLabelOf(property, editedTags_)) return tags.findOrGenerate(*label);
-  if (const auto tag = tagInOctets(property, editedTags_)) return Types::LocalTag(tag);
+/// The tag that an unknown property of theirs gets in ours.
+Types::LocalTag PropertyMerge::tagFor(const Element& theirs) {
+  auto& tags = ours_.partitionDictionary();
+  if (const auto* label = unknownLabelOf(theirs, theirTags_)) return tags.findOrGenerate(*label);
+  if (const auto tag = tagInOctets(theirs, theirTags_)) return Types::LocalTag(tag);
   return tags.unlistedTag(unlisted_++);
 }
 
-}  // namespace Vantor
+}  // namespace Vantor::Edit

@@ -1,51 +1,47 @@
 #pragma once
 
-#include "Core/Comparison/PropertyPairing.h"
-#include "Edit/PartitionMerge.h"
-#include "Edit/ReferenceMerge.h"
+#include <vector>
 
-namespace Vantor {
+#include "Edit/Merge.h"
 
-/// The references of a property, which may be null: then there are none.
-ReferenceTargets targetsOf(const Element* property);
+namespace Vantor::Edit {
 
-/// Brings the edits of properties to the sets of a merged partition.
+/// One edit of a property of a set of ours, worked out and not applied yet.
+struct PropertyEdit {
+  Element* place = nullptr;               ///< the property of ours; null for one to be added
+  const Element* theirs = nullptr;        ///< null for one to be removed
+  auto_ptr<Types::SimpleDataType> value;  ///< its new value; null for none
+};
+
+/// Works out and applies the edits of properties.
 class PropertyMerge {
  public:
-  /// @param originalTags  of the partition that is merged.
-  /// @param result        outlives this, as the others do.
-  PropertyMerge(const PartitionDictionary& originalTags, const DocumentContent& edited, const MergeRules& rules,
-                PartitionMetadata& result);
+  /// All arguments outlive this.
+  PropertyMerge(PartitionMetadata& ours, const PartitionMetadata& base, const Theirs& theirs, const Scope& scope,
+                MergeReport& report);
 
-  /// @param unedited       the document with the set before the edit.
-  /// @param before, after  the set in the documents.
-  /// @param merged         the set of the result, as it is in the original.
-  /// @param summary        gets what stays because nothing may be removed.
-  /// @return how many properties were changed.
-  /// @throws UnclearEdit, Exceptions::InvalidFormat as `mergeEdits`.
-  std::size_t merge(const DocumentContent& unedited, const MetadataSet& before, const MetadataSet& after,
-                    MetadataSet& merged, MergeSummary& summary);
-
-  /// Gives a set of the result all properties that one of the edited document has.
-  void copyAll(const MetadataSet& after, MetadataSet& to);
+  /// @param base, theirs  the set in these states.
+  /// @throws Exceptions::InvalidFormat as `merge`.
+  std::vector<PropertyEdit> plan(const MetadataSet& base, const MetadataSet& theirs, MetadataSet& ours);
+  void apply(std::vector<PropertyEdit> edits, MetadataSet& ours);
+  /// Adds all properties of a set of theirs to a new set of ours.
+  void copyAll(const MetadataSet& theirs, MetadataSet& ours);
 
  private:
-  bool mayChange(const PropertyPair& edit, const DocumentContent& unedited, const MetadataSet& set,
-                 MergeSummary& summary) const;
-  bool apply(const PropertyPair& edit, Element* place, MetadataSet& set, MergeSummary& summary);
-  bool isWholeEdit(const PropertyPair& edit, const Element& place) const;
-  bool applyReferences(const PropertyPair& edit, Element& place, const MetadataSet& set, MergeSummary& summary) const;
-  void refuseLostReferences(const MetadataSet& set, const DocumentContent& unedited, const MetadataSet& after) const;
-  [[noreturn]] void refuse(const MetadataSet& set, const Element& property) const;
-  Element& addProperty(const Element& property, MetadataSet& set);
-  Types::LocalTag tagFor(const Element& property);
+  bool mayChange(const PropertyPair& edit, const MetadataSet& set);
+  bool planReferences(const PropertyPair& edit, Element& place, const MetadataSet& set,
+                      std::vector<PropertyEdit>& edits);
+  auto_ptr<Types::SimpleDataType> valueFor(const Element& place, const Element& theirs, const MetadataSet& set) const;
+  Element& addProperty(const Element& theirs, MetadataSet& set);
+  Types::LocalTag tagFor(const Element& theirs);
 
-  const DocumentContent& edited_;
-  const MergeRules& rules_;
-  const PartitionDictionary& originalTags_;
-  const PartitionDictionary& editedTags_;
-  PartitionMetadata& result_;
+  PartitionMetadata& ours_;
+  const PartitionDictionary& baseTags_;
+  const Theirs& theirs_;
+  const PartitionDictionary& theirTags_;
+  const Scope& scope_;
+  MergeReport& report_;
   std::size_t unlisted_ = 0;
 };
 
-}  // namespace Vantor
+}  // namespace Vantor::Edit

@@ -1,32 +1,11 @@
 #include "Edit/ReferenceMerge.h"
 
-#include <algorithm>
 #include <list>
 #include <unordered_map>
 
-namespace Vantor {
+namespace Vantor::Edit {
 
 namespace {
-
-/// Which of the original's references are shown; none when the shown ones are not among them in this order.
-std::optional<std::vector<bool>> findShown(const ReferenceTargets& original, const ReferenceTargets& shown) {
-  std::vector<bool> isShown(original.size());
-  std::size_t next = 0;
-  for (std::size_t i = 0; i < original.size(); ++i) {
-    isShown[i] = next < shown.size() && original[i] == shown[next];
-    if (isShown[i]) ++next;
-  }
-  if (next != shown.size()) return std::nullopt;
-  return isShown;
-}
-
-/// How many more of each target the edited document has than the unedited one.
-std::unordered_map<Types::UUID, int64> countAdded(const ReferenceTargets& shown, const ReferenceTargets& edited) {
-  std::unordered_map<Types::UUID, int64> added;
-  for (const auto& target : edited) ++added[target];
-  for (const auto& target : shown) --added[target];
-  return added;
-}
 
 /// The result while it grows; finds places by target.
 class Row {
@@ -56,24 +35,19 @@ class Row {
 
 }  // namespace
 
-std::optional<ReferenceTargets> mergeReferences(const ReferenceTargets& original, const ReferenceTargets& shown,
-                                                const ReferenceTargets& edited) {
-  const auto isShown = findShown(original, shown);
-  if (!isShown) return std::nullopt;
-  auto added = countAdded(shown, edited);
-  Row row(edited);
-  for (std::size_t i = 0; i < original.size(); ++i) {
-    const auto extra = added.find(original[i]);
-    if ((*isShown)[i]) {
-      row.moveBehind(original[i]);
-    } else if (extra != added.end() && extra->second > 0) {
-      --extra->second;
-      row.moveBehind(original[i]);
+ReferenceTargets mergeReferences(const ReferenceTargets& all, const ReferenceTargets& shown,
+                                 const ReferenceTargets& theirs) {
+  Row row(theirs);
+  std::size_t next = 0;
+  for (const auto& target : all) {
+    if (next < shown.size() && target == shown[next]) {
+      ++next;
+      row.moveBehind(target);
     } else {
-      row.insert(original[i]);
+      row.insert(target);
     }
   }
   return row.targets();
 }
 
-}  // namespace Vantor
+}  // namespace Vantor::Edit

@@ -18,16 +18,20 @@ PartitionChoice PartitionChoice::parse(std::string_view text) {
       "Core/MXF/PartitionChoice", __LINE__);
 }
 
-std::string PartitionChoice::name() const {
+std::string PartitionChoice::text() const {
   switch (kind_) {
     case Kind::kHeader:
-      return "header partition";
+      return "header";
     case Kind::kFooter:
-      return "footer partition";
+      return "footer";
     case Kind::kNumber:
       break;
   }
-  return "partition " + std::to_string(number_);
+  return std::to_string(number_);
+}
+
+std::string PartitionChoice::name() const {
+  return kind_ == Kind::kNumber ? "partition " + text() : text() + " partition";
 }
 
 }  // namespace Vantor::MXF

@@ -25,6 +25,8 @@ class PartitionChoice {
   Kind kind() const { return kind_; }
   /// The number; 0 unless the partition is chosen by its number.
   uint32 number() const { return number_; }
+  /// What `parse` reads: "header", "footer" or the number.
+  std::string text() const;
   /// How messages name the partition: "header partition", "footer partition" or "partition 2".
   std::string name() const;
 

@@ -1,6 +1,7 @@
 #include "Core/Metadata/PartitionMetadata.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
@@ -85,6 +86,14 @@ MetadataSet* PartitionMetadata::addMetadataSet(auto_ptr<MetadataSet> set) {
 void PartitionMetadata::addDarkMetadataSet(auto_ptr<DarkMetadataSet> set) {
   darkSets_.push_back(set.get());
   entries_.emplace_back(std::move(set));
+}
+
+std::vector<PartitionMetadata::Entry> PartitionMetadata::releaseEntries() {
+  sets_.clear();
+  darkSets_.clear();
+  byKey_.clear();
+  byInstanceUID_.clear();
+  return std::exchange(entries_, {});
 }
 
 void PartitionMetadata::instanceUIDChanged(MetadataSet& set, const Types::UUID* before, const Types::UUID* after) {

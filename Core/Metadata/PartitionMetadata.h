@@ -52,6 +52,10 @@ class PartitionMetadata {
   MetadataSet* addMetadataSet(auto_ptr<MetadataSet> set);
   void addDarkMetadataSet(auto_ptr<DarkMetadataSet> set);
 
+  /// Takes all sets and dark sets out, in the order of the file; the primer stays. For putting them back in another
+  /// order, or some of them.
+  std::vector<Entry> releaseEntries();
+
   /// Adds one KLV of the header metadata at the end. A known local set becomes a set; every property whose value does
   /// not decode, or would be written back as other bytes, is kept in it as unknown. An unknown local set becomes a
   /// `DarkParsedGroup`, anything else a `DarkMetadataSet`. Primer entries are added first (`partitionDictionary`).

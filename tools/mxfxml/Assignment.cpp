@@ -1,6 +1,6 @@
 #include "Assignment.h"
 
-#include <charconv>
+#include <optional>
 
 #include "ErrorText.h"
 
@@ -8,37 +8,19 @@ namespace Vantor::Tool {
 
 namespace {
 
-/// Takes "[2]" from the end of a set's name. Returns false when there is a bracket, but no such end.
-bool takeNumber(PropertyChoice& choice) {
-  const auto bracket = choice.set.find('[');
-  if (bracket == std::string::npos) return true;
-  if (choice.set.back() != ']') return false;
-  std::size_t number = 0;
-  const char* const end = choice.set.data() + choice.set.size() - 1;
-  const auto [stop, error] = std::from_chars(choice.set.data() + bracket + 1, end, number);
-  if (error != std::errc() || stop != end || number == 0) return false;
-  choice.number = number;
-  choice.set.resize(bracket);
-  return true;
-}
-
 std::optional<PropertyChoice> choiceFrom(const std::string& text) {
-  const auto point = text.find('.');
-  if (point == std::string::npos || text.find('=') != std::string::npos) return std::nullopt;
-  PropertyChoice choice;
-  choice.text = text;
-  choice.set = text.substr(0, point);
-  choice.property = text.substr(point + 1);
-  if (choice.set.empty() || choice.property.empty() || !takeNumber(choice) || choice.set.empty()) return std::nullopt;
-  return choice;
+  const auto point = text.rfind('.');  // identifiers of sets have points, too
+  if (point == std::string::npos || point == 0 || point + 1 == text.size()) return std::nullopt;
+  return PropertyChoice{text, text.substr(0, point), text.substr(point + 1)};
 }
 
 }  // namespace
 
 PropertyChoice PropertyChoice::parse(const std::string& text) {
-  if (auto choice = choiceFrom(text)) return *choice;
+  auto choice = text.find('=') == std::string::npos ? choiceFrom(text) : std::nullopt;
+  if (choice) return *choice;
   throw UsageError("'" + text +
-                   "' names no property; write Set.Property, or Set[2].Property for the second set of that name");
+                   "' is no property; write Set.Property, or Set[2].Property for the second set of a name");
 }
 
 Assignment Assignment::parse(const std::string& text) {
@@ -46,9 +28,9 @@ Assignment Assignment::parse(const std::string& text) {
   if (equals != std::string::npos) {
     if (auto target = choiceFrom(text.substr(0, equals))) return {*target, text.substr(equals + 1)};
   }
-  throw UsageError("'" + text +
-                   "' sets nothing; write Set.Property=VALUE, or Set[2].Property=VALUE for the second set "
-                   "of that name");
+  throw UsageError(
+      "'" + text +
+      "' is no assignment; write Set.Property=VALUE, or Set[2].Property=VALUE for the second set of a name");
 }
 
 }  // namespace Vantor::Tool

@@ -8,29 +8,40 @@ namespace Vantor::Tool {
 
 namespace {
 
-/// Whether a namespace is none of those that the built-in definitions and documents have, as far as its start tells.
+using Kind = LosslessXML::Diagnostic::Kind;
+
+/// Whether a namespace is none of those of the built-in definitions and of documents, as far as its start shows.
 bool isPrivate(std::string uri) {
   for (char& character : uri) character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
   const auto starts = [&uri](const std::string& text) { return uri.compare(0, text.size(), text) == 0; };
   return !uri.empty() && !starts("urn:smpte:") && !starts("http://www.smpte-ra.org");
 }
 
+/// Whether definitions of the user's own may be what is missing. They may have the namespaces of the built-in ones.
+bool lacksDefinition(const LosslessXML::Diagnostic& diagnostic) {
+  switch (diagnostic.kind) {
+    case Kind::kUnknownSet:
+      return !diagnostic.arguments[1].empty();
+    case Kind::kSetOfOtherNamespace:
+    case Kind::kUnknownProperty:
+    case Kind::kUnknownExtension:
+    case Kind::kUnknownAttribute:
+      return isPrivate(diagnostic.arguments[1]);
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
-std::string describe(const XML2Partition::ImportDiagnostic& diagnostic) {
-  std::string text = diagnostic.line == 0 ? "" : "line " + std::to_string(diagnostic.line) + ": ";
-  if (!diagnostic.set.empty()) text += diagnostic.set + ": ";
-  if (!diagnostic.property.empty()) text += diagnostic.property + ": ";
-  text += diagnostic.message;
-  // Definitions of a user's own may have the namespaces of the built-in ones.
-  if ((diagnostic.isNewSet && !diagnostic.uri.empty()) || isPrivate(diagnostic.uri))
-    text += "; --dictionary FILE adds definitions";
-  return oneLine(text);
+std::string describeForUser(const LosslessXML::Diagnostic& diagnostic) {
+  const auto text = LosslessXML::describe(diagnostic);
+  return oneLine(lacksDefinition(diagnostic) ? text + "; --dictionary FILE adds definitions" : text);
 }
 
 void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict) {
   for (const auto& diagnostic : diagnostics) {
-    printMessage(document.u8string() + ": " + (isStrict ? "" : "warning: ") + describe(diagnostic));
+    printMessage(document.u8string() + ": " + (isStrict ? "" : "warning: ") + describeForUser(diagnostic));
   }
 }
 

@@ -4,16 +4,16 @@
 #include <vector>
 
 #include "Core/Platform/Path.h"
-#include "XML2Partition.h"
+#include "LosslessXML.h"
 
 namespace Vantor::Tool {
 
-/// One line: where in the document, which set and property, and what is wrong.
-std::string describe(const XML2Partition::ImportDiagnostic& diagnostic);
+using Diagnostics = std::vector<LosslessXML::Diagnostic>;
 
-using Diagnostics = std::vector<XML2Partition::ImportDiagnostic>;
+/// One line, with the option that may help.
+std::string describeForUser(const LosslessXML::Diagnostic& diagnostic);
 
-/// Writes a line for each diagnostic of a document to standard error: a warning, or with `--strict` what is wrong.
+/// Writes a line for each diagnostic of a document to standard error: a warning, or with `--strict` an error.
 void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict);
 
 /// "2 things are wrong with the document".

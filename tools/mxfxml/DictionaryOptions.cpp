@@ -53,10 +53,6 @@ SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::load(Vocabulary voc
   return files_.empty() ? builtInDictionary(vocabulary) : definitions().makeDictionary(vocabulary);
 }
 
-SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::plain(Vocabulary vocabulary) const {
-  return files_.empty() ? nullptr : builtInDictionary(vocabulary);
-}
-
 Definitions DictionaryOptions::definitions() const {
   try {
     auto definitions = builtInDefinitions();

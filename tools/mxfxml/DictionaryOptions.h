@@ -25,9 +25,6 @@ class DictionaryOptions {
   SharedPtr<const MetaMetadata::Dictionary> load() const { return load(vocabulary_); }
   SharedPtr<const MetaMetadata::Dictionary> load(MetaMetadata::Vocabulary vocabulary) const;
 
-  /// The built-in dictionary where files were given that add to it; null otherwise.
-  SharedPtr<const MetaMetadata::Dictionary> plain(MetaMetadata::Vocabulary vocabulary) const;
-
   /// The definitions themselves. @throws as above.
   Definitions definitions() const;
 

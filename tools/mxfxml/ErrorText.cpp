@@ -26,29 +26,16 @@ bool isControl(char character) {
   return octet < 0x20 || octet == 0x7F;
 }
 
-/// Messages of the XML parser start with the name that the compiler gives the kind of their exception, which tells a
-/// user nothing.
-std::string withoutKind(const std::string& message) {
-  const auto end = message.find(": ");
-  const bool hasKind = end != std::string::npos && message.substr(0, end).find("xercesc_") != std::string::npos;
-  return hasKind ? message.substr(end + 2) : message;
-}
-
-bool names(const std::string& message, const std::string& file) {
-  return message.find("'" + file + "'") != std::string::npos || message.find(" " + file + ": ") != std::string::npos;
-}
-
-/// Whether the message of the exception that is being handled tells which file it is about. What goes wrong at the
-/// system tells the path that the system was given, in quotes.
-bool currentExceptionNames(const std::string& message, const std::string& file) {
+/// Whether the exception that is being handled names the file that it is about.
+bool currentExceptionNamesItsFile() {
   try {
     throw;
   } catch (const OtherFileError&) {
     return true;
   } catch (const Exceptions::IOError&) {
-    return message.find('\'') != std::string::npos;
+    return true;
   } catch (...) {
-    return names(message, file);
+    return false;
   }
 }
 
@@ -74,7 +61,7 @@ std::string currentExceptionText() {
   } catch (const std::bad_alloc&) {
     return kNoMemory;
   } catch (const std::exception& exception) {
-    return withoutKind(exception.what());
+    return exception.what();
   } catch (...) {
     return "an error of an unknown kind";
   }
@@ -82,7 +69,7 @@ std::string currentExceptionText() {
 
 std::string currentExceptionText(const Path& file) {
   const std::string text = currentExceptionText();
-  return file.empty() || currentExceptionNames(text, file.u8string()) ? text : file.u8string() + ": " + text;
+  return file.empty() || currentExceptionNamesItsFile() ? text : file.u8string() + ": " + text;
 }
 
 std::string oneLine(std::string text) {

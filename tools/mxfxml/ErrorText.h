@@ -9,7 +9,7 @@ namespace Vantor::Tool {
 
 inline constexpr const char* kProgramName = "mxfxml";
 
-/// What a subcommand cannot do, in words for the user.
+/// Why a subcommand fails, in words for the user.
 class CommandError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -21,7 +21,7 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What is wrong with a file, or a stream, that is not the subcommand's input. The text names it.
+/// An error in a file or stream that is not the subcommand's input. The text names it.
 class OtherFileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -34,7 +34,7 @@ void printMessage(const std::string& message);
 /// To be called in a catch clause.
 std::string currentExceptionText();
 
-/// The same with the name of a file in front, which is at fault unless the message names one itself.
+/// The same with the name of a file in front, unless the exception names its file itself: every IOError does.
 /// @param file  may be empty.
 std::string currentExceptionText(const Path& file);
 

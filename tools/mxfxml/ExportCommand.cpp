@@ -6,8 +6,8 @@
 #include "Core/DataIO/File.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "ErrorText.h"
+#include "LosslessXML.h"
 #include "StandardStreams.h"
-#include "StartSet.h"
 #include "StoppedChange.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/DomToBuffer.h"
@@ -33,6 +33,7 @@ ExportCommand::ExportCommand(CLI::App& program)
   app()
       .add_option("--start", start_, "Start from the set with this InstanceUID, or\nfrom the first with this name")
       ->type_name("ID|NAME");
+  app().add_flag("--exact", exact_, "Write the exact form to the letter, with what that loses");
   addEncoding();
   addPartition(app(), partition_);
   dictionary_.addVocabulary(app());
@@ -67,13 +68,26 @@ void ExportCommand::run() const {
 
 std::string ExportCommand::document() const {
   const auto metadata = MXF::readHeaderMetadata(input(), dictionary_.load(), partition_);
-  const auto document =
-      start_ ? XMLBuilder::partition2XML(metadata.get(), &findStartSet(*metadata, *start_), !flat_, structuralOnly_)
-             : XMLBuilder::partition2XML(metadata.get(), !flat_, structuralOnly_);
-  if (document.get() == nullptr) throw CommandError(describe(partition_) + " has no Preface to start from");
-  std::string bytes;
-  XMLUtils::domToBytes(document.get(), bytes, encoding_);
-  return bytes;
+  const MetadataSet* start = start_ ? &findStart(*metadata) : metadata->preface();
+  if (start == nullptr) throw CommandError(describe(partition_) + " has no Preface to start from");
+  if (exact_) {
+    const auto document = XMLBuilder::partition2XML(metadata.get(), start, !flat_, structuralOnly_);
+    std::string bytes;
+    XMLUtils::domToBytes(document.get(), bytes, encoding_);
+    return bytes;
+  }
+  LosslessXML::ExportOptions options;
+  options.nestStrongReferences = !flat_;
+  options.excludeNonStructural = structuralOnly_;
+  options.start = start_ ? start : nullptr;
+  options.partition = partition_.text();
+  return LosslessXML::exportBytes(*metadata, options, encoding_);
+}
+
+const MetadataSet& ExportCommand::findStart(const PartitionMetadata& metadata) const {
+  const auto found = metadata.findAll(*start_);
+  if (found.empty()) throw CommandError("no set of the partition is named '" + *start_ + "', or has this InstanceUID");
+  return found[0];
 }
 
 }  // namespace Vantor::Tool

@@ -5,6 +5,7 @@
 
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
+#include "Core/Metadata/PartitionMetadata.h"
 #include "DictionaryOptions.h"
 #include "XMLUtils/EncodingType.h"
 
@@ -19,10 +20,12 @@ class ExportCommand final : public Command {
  private:
   void addEncoding();
   std::string document() const;
+  const MetadataSet& findStart(const PartitionMetadata& metadata) const;
 
   std::optional<Path> output_;
   bool flat_ = false;
   bool structuralOnly_ = false;
+  bool exact_ = false;
   std::optional<std::string> start_;
   XMLUtils::EncodingType encoding_ = XMLUtils::EncodingType::kUTF8Indented;
   MXF::PartitionChoice partition_;

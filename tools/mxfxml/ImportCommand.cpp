@@ -4,15 +4,15 @@
 #include "Core/DataIO/File.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
-#include "Core/Platform/Path.h"
 #include "DiagnosticText.h"
+#include "Edit/File.h"
+#include "EditText.h"
 #include "ErrorText.h"
-#include "LongValues.h"
-#include "MetadataEdit.h"
+#include "Interruption.h"
 #include "ProgressBar.h"
 #include "StoppedChange.h"
 #include "Summary.h"
-#include "XMLUtils/DocumentVocabulary.h"
+#include "XML2Partition.h"
 #include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
@@ -34,7 +34,7 @@ std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
   return count;
 }
 
-/// What goes wrong with a file that is not the command's input is told with its name.
+/// Names the file in the errors of an action on it, where it is not the input.
 template <class Action>
 void namingFile(const Path& file, Action&& action) {
   try {
@@ -44,12 +44,24 @@ void namingFile(const Path& file, Action&& action) {
   }
 }
 
+MetaMetadata::Vocabulary vocabularyOf(const LosslessXML::Document& document) {
+  return document.vocabulary().value_or(MetaMetadata::Vocabulary::kLegacy);
+}
+
+/// The partition that a document was exported from; none for the header partition.
+std::optional<MXF::PartitionChoice> partitionOf(const LosslessXML::Document& document) {
+  const auto& description = document.description();
+  if (!description || description->partition == "header") return std::nullopt;
+  return MXF::PartitionChoice::parse(description->partition);
+}
+
 }  // namespace
 
 ImportCommand::ImportCommand(CLI::App& program)
     : Command(program, "import", "Write the header metadata of an XML document as an MXF file, or into one") {
   addInput(app(), input(), "XML file");
   addTarget();
+  addDescription();
   addWayOfReading();
   dictionary_.addDictionary(app());
 }
@@ -61,20 +73,30 @@ void ImportCommand::addTarget() {
                        "exported; all else in it stays as it is")
                    ->type_name("ORIGINAL.mxf");
   app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
-  auto* whole = app()
-                    .add_flag("--whole", isWhole_,
-                              "The document is an export of all sets: what it lacks was taken\nout. Without this, the "
-                              "document itself tells")
-                    ->needs(into);
+  app()
+      .add_flag("--expect-unchanged", expectsUnchanged_,
+                "Fail where the file has changed since the export, which is a\nwarning otherwise")
+      ->needs(into);
+  app()
+      .add_flag("--merge-anyway", mergesAnyway_, "Merge the document although it and the file have other packages")
+      ->needs(into);
+}
+
+void ImportCommand::addDescription() {
+  auto* into = app().get_option("--into");
   app()
       .add_flag("--structural-only", isStructuralOnly_,
-                "The document was exported so: sets that it leaves out are kept")
-      ->needs(into)
-      ->excludes(whole);
+                "The document, which does not describe itself, was exported so:\nsets that it leaves out are kept")
+      ->needs(into);
+  app()
+      .add_option("--start", start_,
+                  "The document, which does not describe itself, starts from this\nset; other sets are kept")
+      ->type_name("ID|NAME")
+      ->needs(into);
   addPartition(app(), partition_,
                "The partition that was exported: header, footer or a number;\n"
-               "only it is changed. Without it, the header partition and all\n"
-               "that repeat its metadata are")
+               "only it is changed. Without it, what the document describes;\n"
+               "with the header partition, all that repeat its metadata")
       ->needs(into);
 }
 
@@ -82,7 +104,7 @@ void ImportCommand::addWayOfReading() {
   auto* exact = app().add_flag("--exact", exact_, "Read the XML to the letter of its exact form, with what that loses");
   app()
       .add_flag("--strict", strict_,
-                "Fail where the document says something twice or that cannot be,\nwhich is a warning otherwise")
+                "Fail where the document has something twice or that cannot be,\nwhich is a warning otherwise")
       ->excludes(exact);
 }
 
@@ -99,75 +121,68 @@ void ImportCommand::run() const {
   }
 }
 
-MetaMetadata::Vocabulary ImportCommand::vocabulary() const {
-  const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-  return XMLUtils::vocabularyOfFile(path.utf16()).value_or(MetaMetadata::Vocabulary::kLegacy);
-}
-
 void ImportCommand::writeHeaderOnly() const {
   refuseStoppedChange(*output_);
-  PartitionMetadata metadata(dictionary_.load(vocabulary()));
-  tell(read(metadata).diagnostics);
+  const auto document = LosslessXML::Document::fromFile(input());
+  PartitionMetadata metadata(dictionary_.load(vocabularyOf(document)));
+  if (exact_) {
+    const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
+    XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
+  } else {
+    report(document.import(metadata).diagnostics);
+  }
   const auto lost = tagsWithoutLabels(metadata);
   if (lost != 0) {
     printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
                  " local tags in dark sets stand for; importing --into the original file keeps it");
   }
-  for (const auto& warning : warningsOfLongValues(metadata)) printMessage(input().u8string() + ": " + warning);
+  Edit::SaveReport longValues;
+  longValues.longValues = Edit::longValuesOf(metadata);
+  printRemarks(input(), longValues);
   DataIO::File::AtomicFile file(*output_);
   MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
   file.commit();
 }
 
 void ImportCommand::editFile() const {
-  const auto chosen = vocabulary();
-  const auto definitions = dictionary_.load(chosen);
-  PartitionMetadata edited(definitions);
-  auto import = read(edited);
-  std::optional<MetadataEdit> edit;
+  const auto document = LosslessXML::Document::fromFile(input());
+  const auto definitions = dictionary_.load(vocabularyOf(document));
+  std::unique_ptr<Edit::File> file;
   namingFile(*into_, [&] {
     undoStoppedChange(*into_);
-    edit.emplace(*into_, definitions, dictionary_.plain(chosen), partition_);
-    edit->takeForm(edited, import, scope());
+    file = std::make_unique<Edit::File>(*into_, definitions, partition_ ? partition_ : partitionOf(document));
   });
-  tell(import.diagnostics);
-  namingFile(*into_, [&] {
-    apply(*edit, edited, import);
-    write(*edit);
-  });
+  merge(document, *file);
+  namingFile(*into_, [&] { save(*file); });
 }
 
-void ImportCommand::apply(MetadataEdit& edit, const PartitionMetadata& edited,
-                          const XML2Partition::LosslessImport& import) const {
+void ImportCommand::merge(const LosslessXML::Document& document, Edit::File& file) const {
   try {
-    edit.apply(edited, import, MetadataEdit::Origin::kGuessed);
-  } catch (const CommandError& error) {
-    throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.what());
+    const auto edited = file.read(document, {isStructuralOnly_, start_, mergesAnyway_, expectsUnchanged_});
+    report(edited.import.diagnostics);
+    if (edited.isOfEarlierState) {
+      printMessage(into_->u8string() +
+                   ": warning: the file has changed since the document was exported; the document is compared with "
+                   "the file as it is now");
+    }
+    printRemarks(*into_, file.merge(edited));
+  } catch (const Edit::DocumentOfOtherFile& error) {
+    throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message() +
+                         "; --merge-anyway merges it all the same");
+  } catch (const Exceptions::InvalidFormat& error) {
+    throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message());
   }
 }
 
-void ImportCommand::write(const MetadataEdit& edit) const {
-  for (const auto& remark : edit.remarks()) printMessage(into_->u8string() + ": " + remark);
-  const auto durability = inPlace_ ? edit.writeInPlace(progressBar()) : edit.writeCopy(*output_, progressBar());
-  tellDone(edit.summary(), inPlace_ ? *into_ : *output_, durability);
+void ImportCommand::save(Edit::File& file) const {
+  Interruption interruption;
+  const auto progress = interruption.stopping(progressBar());
+  const auto report = inPlace_ ? file.save(progress) : file.saveCopy(*output_, progress);
+  printRemarks(*into_, report);
+  tellDone(summaryOf(report), inPlace_ ? *into_ : *output_, report.durability);
 }
 
-DocumentForms::Scope ImportCommand::scope() const {
-  if (isWhole_) return DocumentForms::Scope::kAll;
-  return isStructuralOnly_ ? DocumentForms::Scope::kStructural : DocumentForms::Scope::kGuessed;
-}
-
-XML2Partition::LosslessImport ImportCommand::read(PartitionMetadata& metadata) const {
-  const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-  if (exact_) {
-    XML2Partition::LosslessImport import;
-    import.sets = XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
-    return import;
-  }
-  return XML2Partition::importLosslesslyFromFile(path.utf16(), &metadata);
-}
-
-void ImportCommand::tell(const Diagnostics& diagnostics) const {
+void ImportCommand::report(const std::vector<LosslessXML::Diagnostic>& diagnostics) const {
   printDiagnostics(input(), diagnostics, strict_);
   if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics) + "; nothing is written");
 }

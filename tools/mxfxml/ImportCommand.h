@@ -1,21 +1,21 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
-#include "Core/Metadata/PartitionMetadata.h"
-#include "DiagnosticText.h"
 #include "DictionaryOptions.h"
-#include "DocumentForms.h"
-#include "XML2Partition.h"
+#include "LosslessXML.h"
+
+namespace Vantor::Edit {
+class File;
+}
 
 namespace Vantor::Tool {
 
-class MetadataEdit;
-
-/// `mxfxml import`: writes the header metadata of an XML document as an MXF file that holds nothing else, or puts what
-/// was edited in it into the file that it was exported from.
+/// `mxfxml import`: writes the header metadata of an XML document as an MXF file that holds nothing else, or merges the
+/// edits of a document into the file that it was exported from.
 class ImportCommand final : public Command {
  public:
   explicit ImportCommand(CLI::App& program);
@@ -23,25 +23,21 @@ class ImportCommand final : public Command {
 
  private:
   void addTarget();
+  void addDescription();
   void addWayOfReading();
-  /// Writes a file with nothing but the metadata.
   void writeHeaderOnly() const;
-  /// Puts the metadata into a file that is there.
   void editFile() const;
-  void apply(MetadataEdit& edit, const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) const;
-  void write(const MetadataEdit& edit) const;
-  MetaMetadata::Vocabulary vocabulary() const;
-  DocumentForms::Scope scope() const;
-  /// Reads the document into a partition.
-  XML2Partition::LosslessImport read(PartitionMetadata& metadata) const;
-  /// Tells on standard error what could not be read. @throws CommandError when that is to end the command.
-  void tell(const Diagnostics& diagnostics) const;
+  void merge(const LosslessXML::Document& document, Edit::File& file) const;
+  void save(Edit::File& file) const;
+  void report(const std::vector<LosslessXML::Diagnostic>& diagnostics) const;
 
   std::optional<Path> output_;
   std::optional<Path> into_;
   bool inPlace_ = false;
-  bool isWhole_ = false;
   bool isStructuralOnly_ = false;
+  std::string start_;
+  bool mergesAnyway_ = false;
+  bool expectsUnchanged_ = false;
   std::optional<MXF::PartitionChoice> partition_;
   bool exact_ = false;
   bool strict_ = false;

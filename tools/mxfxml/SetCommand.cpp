@@ -1,59 +1,41 @@
 #include "SetCommand.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "CommonOptions.h"
 #include "Core/Platform/Strings.h"
-#include "DiagnosticText.h"
-#include "DocumentEdit.h"
-#include "DocumentSize.h"
+#include "Edit/File.h"
+#include "EditText.h"
 #include "ErrorText.h"
-#include "MetadataEdit.h"
+#include "Interruption.h"
 #include "ProgressBar.h"
-#include "StartSet.h"
 #include "StoppedChange.h"
 #include "Summary.h"
-#include "XML2Partition.h"
 
 namespace Vantor::Tool {
 
 namespace {
-
-/// The set that a user means.
-const MetadataSet& findSet(const PartitionMetadata& metadata, const PropertyChoice& choice,
-                           const std::optional<std::string>& start) {
-  const auto sets = setsNamed(metadata, choice.set);
-  if (sets.empty()) throw CommandError("there is no set '" + choice.set + "'; mxfxml info lists the sets");
-  if (start) {
-    const auto& chosen = findStartSet(metadata, *start);
-    if (std::find(sets.begin(), sets.end(), &chosen) != sets.end()) return chosen;
-    throw CommandError("the set '" + *start + "' is no " + choice.set);
-  }
-  if (!choice.number && sets.size() == 1) return *sets.front();
-  if (choice.number && *choice.number <= sets.size()) return *sets[*choice.number - 1];
-  throw CommandError("there are " + std::to_string(sets.size()) + " sets '" + choice.set + "'; write " + choice.set +
-                     "[1] to " + choice.set + "[" + std::to_string(sets.size()) + "], or choose one with --start");
-}
 
 void requireUTF8(const std::string& text) {
   if (Utils::wstringToString(Utils::stringToWstring(text)) == text) return;
   throw UsageError("'" + Utils::wstringToString(Utils::stringToWstring(text)) + "' is no text in UTF-8");
 }
 
-std::string whyNoInstanceUID(const std::string& text) {
-  return isInstanceUID(text) ? "" : "'" + text + "' is no InstanceUID";
-}
+/// No property is given twice: the second value would replace the first.
+class Once {
+ public:
+  void require(const MetadataSet& set, const PropertyChoice& choice) {
+    const auto* property = set.find(choice.property);
+    if (property != nullptr && !given_.insert(property).second) {
+      throw UsageError(choice.text + " is given more than once");
+    }
+  }
 
-/// Reads the edited document; what is wrong with a value ends the command.
-XML2Partition::LosslessImport readEdited(const std::string& document, PartitionMetadata& edited, MetadataEdit& edit) {
-  auto import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
-                                                          documentSize(document.size()), &edited);
-  edit.takeForm(edited, import, DocumentForms::Scope::kAll);
-  if (import.diagnostics.empty()) return import;
-  auto diagnostic = import.diagnostics.front();
-  diagnostic.line = 0;  // of a document that nobody sees
-  throw CommandError(describe(diagnostic));
-}
+ private:
+  std::set<const Element*> given_;
+};
 
 }  // namespace
 
@@ -71,8 +53,7 @@ SetCommand::SetCommand(CLI::App& program)
       ->allow_extra_args(false);
   app()
       .add_option("--start", start_, "Which of several sets of one name is meant: the one with this\nInstanceUID")
-      ->type_name("ID")
-      ->check(whyNoInstanceUID);
+      ->type_name("ID");
   addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
       ->type_name("OUTPUT.mxf");
   addPartition(app(), partition_,
@@ -86,7 +67,6 @@ std::vector<Assignment> SetCommand::assignments() const {
   for (const auto& text : assignments_) {
     requireUTF8(text);
     parsed.push_back(Assignment::parse(text));
-    requireOneChoice(parsed.back().target);
   }
   return parsed;
 }
@@ -96,14 +76,17 @@ std::vector<PropertyChoice> SetCommand::removals() const {
   for (const auto& text : removals_) {
     requireUTF8(text);
     parsed.push_back(PropertyChoice::parse(text));
-    requireOneChoice(parsed.back());
   }
   return parsed;
 }
 
-void SetCommand::requireOneChoice(const PropertyChoice& choice) const {
-  if (!start_ || !choice.number) return;
-  throw UsageError("the number in " + choice.text + " and --start " + *start_ + " both choose a set; give one of them");
+MetadataSet& SetCommand::find(const PartitionMetadata& metadata, const PropertyChoice& choice) const {
+  if (!start_) return metadata.find(choice.set);
+  auto& chosen = metadata.find(*start_);
+  for (auto& set : metadata.findAll(choice.set)) {
+    if (&set == &chosen) return set;
+  }
+  throw CommandError("the set '" + *start_ + "' is no " + choice.set);
 }
 
 void SetCommand::run() const {
@@ -113,20 +96,32 @@ void SetCommand::run() const {
   if (output_) refuseSameFile(input(), *output_);
   const auto definitions = dictionary_.load();
   undoStoppedChange(input());
-  MetadataEdit edit(input(), definitions, nullptr, partition_);
-  DocumentEdit document(edit.metadata());
-  for (const auto& one : given) document.apply(findSet(edit.metadata(), one.target, start_), one);
-  for (const auto& one : unwanted) document.remove(findSet(edit.metadata(), one, start_), one);
-  PartitionMetadata edited(definitions);
-  const auto import = readEdited(document.text(), edited, edit);
-  edit.apply(edited, import, MetadataEdit::Origin::kKnown);
-  write(edit);
+  Edit::File file(input(), definitions, partition_);
+  edit(file.metadata(), given, unwanted);
+  save(file);
 }
 
-void SetCommand::write(const MetadataEdit& edit) const {
-  for (const auto& remark : edit.remarks()) printMessage(input().u8string() + ": " + remark);
-  const auto durability = output_ ? edit.writeCopy(*output_, progressBar()) : edit.writeInPlace(progressBar());
-  tellDone(edit.summary(), output_.value_or(input()), durability);
+void SetCommand::edit(PartitionMetadata& metadata, const std::vector<Assignment>& given,
+                      const std::vector<PropertyChoice>& unwanted) const {
+  Once once;
+  for (const auto& one : given) {
+    auto& set = find(metadata, one.target);
+    once.require(set, one.target);
+    set.set(one.target.property, Utils::stringToWstring(one.value));
+  }
+  for (const auto& one : unwanted) {
+    auto& set = find(metadata, one);
+    once.require(set, one);
+    set.remove(one.property);
+  }
+}
+
+void SetCommand::save(Edit::File& file) const {
+  Interruption interruption;
+  const auto progress = interruption.stopping(progressBar());
+  const auto report = output_ ? file.saveCopy(*output_, progress) : file.save(progress);
+  printRemarks(input(), report);
+  tellDone(summaryOf(report), output_.value_or(input()), report.durability);
 }
 
 }  // namespace Vantor::Tool

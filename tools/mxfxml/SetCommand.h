@@ -7,13 +7,16 @@
 #include "Assignment.h"
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
+#include "Core/Metadata/PartitionMetadata.h"
 #include "DictionaryOptions.h"
+
+namespace Vantor::Edit {
+class File;
+}
 
 namespace Vantor::Tool {
 
-class MetadataEdit;
-
-/// `mxfxml set`: gives properties other values or takes them out, as an edited export that is put back would.
+/// `mxfxml set`: changes values of properties, or removes properties.
 class SetCommand final : public Command {
  public:
   explicit SetCommand(CLI::App& program);
@@ -22,8 +25,10 @@ class SetCommand final : public Command {
  private:
   std::vector<Assignment> assignments() const;
   std::vector<PropertyChoice> removals() const;
-  void requireOneChoice(const PropertyChoice& choice) const;
-  void write(const MetadataEdit& edit) const;
+  MetadataSet& find(const PartitionMetadata& metadata, const PropertyChoice& choice) const;
+  void edit(PartitionMetadata& metadata, const std::vector<Assignment>& given,
+            const std::vector<PropertyChoice>& unwanted) const;
+  void save(Edit::File& file) const;
 
   std::vector<std::string> assignments_;
   std::vector<std::string> removals_;

@@ -7,36 +7,23 @@
 #include "Core/Comparison/PartitionComparison.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "DiagnosticText.h"
-#include "DocumentSize.h"
 #include "ErrorText.h"
+#include "LosslessXML.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 #include "XML2Partition.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/EncodingType.h"
-#include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
 
 namespace {
 
-/// @return what the reader has to say.
-Diagnostics readBack(const wstring& document, bool exactly, PartitionMetadata& copy) {
-  if (exactly) {
-    XML2Partition::getPartitionMetadataFromString(document, &copy);
-    return {};
-  }
-  const XMLUtils::UnicodeString text(document);
-  return XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
-                                                   documentSize(text.utf16Size()), &copy)
-      .diagnostics;
-}
-
 std::string linesOf(const Diagnostics& diagnostics) {
   std::string lines;
   for (auto diagnostic : diagnostics) {
-    diagnostic.line = 0;  // of a document that nobody sees
-    lines += "note: " + Tool::describe(diagnostic) + "\n";
+    diagnostic.place.line = 0;  // of a document in memory
+    lines += "note: " + describeForUser(diagnostic) + "\n";
   }
   return lines;
 }
@@ -61,15 +48,32 @@ void VerifyCommand::run() const {
   refuseStoppedChange(input());
   const auto dictionary = dictionary_.load();
   const auto metadata = MXF::readHeaderMetadata(input(), dictionary, partition_);
-  wstring document;
-  XMLBuilder::partition2XML(metadata.get(), !flat_, false, XMLUtils::EncodingType::kUTF8, document);
-  if (document.empty()) throw CommandError("the " + partition_.name() + " has no Preface to start from");
   PartitionMetadata copy(dictionary);
-  const auto diagnostics = readBack(document, exact_, copy);
+  const auto diagnostics = exact_ ? roundTripExactly(*metadata, copy) : roundTrip(*metadata, copy);
   const auto comparison = comparePartitions(*metadata, copy);
   writeStandardOutput(linesOf(diagnostics) + describe(comparison));
   if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics));
   if (!comparison.isEqual()) throw CommandError("the metadata of the " + partition_.name() + " comes back changed");
+}
+
+Diagnostics VerifyCommand::roundTrip(PartitionMetadata& metadata, PartitionMetadata& copy) const {
+  LosslessXML::ExportOptions options;
+  options.nestStrongReferences = !flat_;
+  const auto document = LosslessXML::exportBytes(metadata, options, XMLUtils::EncodingType::kUTF8);
+  requireDocument(!document.empty());
+  return LosslessXML::Document::fromBytes(document.data(), document.size()).import(copy).diagnostics;
+}
+
+Diagnostics VerifyCommand::roundTripExactly(PartitionMetadata& metadata, PartitionMetadata& copy) const {
+  wstring document;
+  XMLBuilder::partition2XML(&metadata, !flat_, false, XMLUtils::EncodingType::kUTF8, document);
+  requireDocument(!document.empty());
+  XML2Partition::getPartitionMetadataFromString(document, &copy);
+  return {};
+}
+
+void VerifyCommand::requireDocument(bool isThere) const {
+  if (!isThere) throw CommandError("the " + partition_.name() + " has no Preface to start from");
 }
 
 }  // namespace Vantor::Tool

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <vector>
+
 #include "Command.h"
 #include "Core/MXF/PartitionChoice.h"
+#include "Core/Metadata/PartitionMetadata.h"
 #include "DictionaryOptions.h"
+#include "LosslessXML.h"
 
 namespace Vantor::Tool {
 
@@ -14,6 +18,11 @@ class VerifyCommand final : public Command {
   void run() const override;
 
  private:
+  /// Writes the metadata as XML in memory and reads them into the copy.
+  std::vector<LosslessXML::Diagnostic> roundTrip(PartitionMetadata& metadata, PartitionMetadata& copy) const;
+  std::vector<LosslessXML::Diagnostic> roundTripExactly(PartitionMetadata& metadata, PartitionMetadata& copy) const;
+  void requireDocument(bool isThere) const;
+
   bool flat_ = false;
   bool exact_ = false;
   bool strict_ = false;

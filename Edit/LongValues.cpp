@@ -1,11 +1,11 @@
-#include "LongValues.h"
+#include "Edit/LongValues.h"
 
 #include <algorithm>
 
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
 
-namespace Vantor::Tool {
+namespace Vantor::Edit {
 
 namespace {
 
@@ -27,15 +27,13 @@ std::size_t largestValueOf(const MetadataSet& set) {
 
 }  // namespace
 
-std::vector<std::string> warningsOfLongValues(const PartitionMetadata& metadata) {
-  std::vector<std::string> warnings;
+std::vector<LongValue> longValuesOf(const PartitionMetadata& metadata) {
+  std::vector<LongValue> found;
   for (const MetadataSet* set : metadata.sets()) {
     const std::size_t size = hasTwoByteLengths(set->key()) ? largestValueOf(*set) : 0;
-    if (size <= kMostInTwoBytes) continue;
-    warnings.push_back("warning: set " + set->fullName() + ": a value of " + std::to_string(size) +
-                       " bytes needs BER-coded lengths, which many readers do not know");
+    if (size > kMostInTwoBytes) found.push_back({set->fullName(), size});
   }
-  return warnings;
+  return found;
 }
 
-}  // namespace Vantor::Tool
+}  // namespace Vantor::Edit

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::Edit {
+
+/// How header metadata changed, KLV by KLV.
+struct Changes {
+  std::size_t changedSets = 0;
+  std::size_t changedProperties = 0;  ///< of changed sets; at least one for each
+  std::size_t addedSets = 0;
+  std::size_t removedSets = 0;
+
+  bool isNone() const { return changedSets + addedSets + removedSets == 0; }
+};
+
+/// Compares two states of header metadata: primer packs, sets and fill, as they are in a file or were written. Sets
+/// with the same octets are unchanged, in whatever order they stand; others are paired by InstanceUID, and those
+/// without one by their key.
+/// @throws Exceptions::ParseError where the octets are no KLVs.
+Changes changesBetween(const Bytes& before, const Bytes& after,
+                       const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
+
+/// The sets of such a state, with the rows of its primer packs.
+std::unique_ptr<PartitionMetadata> parseMetadata(const Bytes& state,
+                                                 const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
+
+}  // namespace Vantor::Edit

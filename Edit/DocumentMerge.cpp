@@ -1,0 +1,139 @@
+#include "Edit/DocumentMerge.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "Core/Metadata/PartitionDigest.h"
+#include "Core/Platform/Raise.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::Edit {
+
+namespace {
+
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
+using LosslessXML::Diagnostic;
+
+/// The package identifiers of a partition, as octets in file order.
+std::vector<std::string> packagesOf(const PartitionMetadata& partition) {
+  std::vector<std::string> packages;
+  for (const MetadataSet* set : partition.sets()) {
+    const auto* property = set->find("PackageID");
+    const auto* value = property == nullptr ? nullptr : property->wireValue();
+    if (value != nullptr)
+      packages.emplace_back(reinterpret_cast<const char*>(value->rawBuffer()), value->encodedSize());
+  }
+  return packages;
+}
+
+std::string umidText(const std::string& octets) {
+  if (octets.size() != Types::UMID32::kSize) return "of " + std::to_string(octets.size()) + " octets";
+  return Utils::wstringToString(Types::UMID32(reinterpret_cast<const uint8*>(octets.data())).toString(kDottedForm));
+}
+
+void requireSharedPackage(const PartitionMetadata& theirs, const PartitionMetadata& ours) {
+  const auto ofTheirs = packagesOf(theirs), ofOurs = packagesOf(ours);
+  if (ofTheirs.empty() || ofOurs.empty()) return;
+  const std::unordered_set<std::string> known(ofOurs.begin(), ofOurs.end());
+  if (std::any_of(ofTheirs.begin(), ofTheirs.end(), [&](const auto& one) { return known.count(one) != 0; })) return;
+  raise<DocumentOfOtherFile>("the document is of another file: it has the package {}, the file has the package {}",
+                             umidText(ofTheirs.front()), umidText(ofOurs.front()));
+}
+
+void requireSharedSet(const PartitionMetadata& theirs, const PartitionMetadata& ours) {
+  const auto& sets = theirs.sets();
+  const bool shares = std::any_of(sets.begin(), sets.end(), [&](const MetadataSet* set) {
+    return set->instanceUID() != nullptr && !ours.findByInstanceUID(*set->instanceUID()).empty();
+  });
+  if (sets.empty() || shares) return;
+  raise<DocumentOfOtherFile>("the document is of another file or partition: none of its InstanceUIDs is in the file");
+}
+
+/// Sets of two kinds with one InstanceUID cannot be in one document.
+void requireDistinctSets(const PartitionMetadata& ours) {
+  for (const MetadataSet* set : ours.sets()) {
+    if (set->instanceUID() == nullptr) continue;
+    const auto& first = *ours.findByInstanceUID(*set->instanceUID()).front();
+    if (&first == set || (set->definition() != nullptr && set->definition() == first.definition())) continue;
+    raise<InvalidFormat>("no document of the file can be merged: the {} and the {} have one InstanceUID, {}",
+                         first.name(), set->name(), set->instanceUID()->dottedText());
+  }
+}
+
+DocumentForm formOf(const LosslessXML::Document& document, const PartitionMetadata& ours, const MergeOptions& options) {
+  DocumentForm form;
+  if (const auto& description = document.description()) {
+    form.isNested = description->isNested;
+    form.isStructuralOnly = description->isStructuralOnly;
+    form.start = description->start;
+    return form;
+  }
+  form.isNested = document.isNested();
+  form.isStructuralOnly = options.isStructuralOnly;
+  form.isAssumed = true;
+  if (options.start.empty()) return form;
+  const auto& start = ours.find(options.start);
+  if (start.instanceUID() == nullptr) raise<InvalidFormat>("the {} has no InstanceUID", start.name());
+  form.start = *start.instanceUID();
+  return form;
+}
+
+/// A document that lacks the set that it starts from would remove everything.
+void requireStart(const PartitionMetadata& theirs, const PartitionMetadata& ours, const DocumentForm& form) {
+  if (theirs.entries().empty()) raise<InvalidFormat>("the document has no set that could be read");
+  if (form.start || theirs.preface() != nullptr || ours.preface() == nullptr) return;
+  if (!form.isAssumed) raise<InvalidFormat>("the document has no Preface, which no file can be without");
+  raise<InvalidFormat>("the document has no Preface, and does not describe what it is an export of");
+}
+
+void requireIdentifiedSets(const std::vector<Diagnostic>& diagnostics) {
+  for (const auto& diagnostic : diagnostics) {
+    if (diagnostic.kind != Diagnostic::Kind::kInvalidInstanceUID &&
+        diagnostic.kind != Diagnostic::Kind::kMissingInstanceUID) {
+      continue;
+    }
+    raise<InvalidFormat>("a set without a valid InstanceUID is no set of the file and no new one");
+  }
+}
+
+void copyPrimer(const PartitionDictionary& from, PartitionDictionary& to) {
+  to.setPrimerCoding(from.primerKey(), from.primerLengthOctets());
+  for (const auto& entry : from.primerEntries()) to.addPrimerEntry(entry);
+}
+
+}  // namespace
+
+EditedDocument readDocument(const LosslessXML::Document& document, const PartitionMetadata& ours,
+                            const MergeOptions& options) {
+  requireDistinctSets(ours);
+  const auto& dictionary = ours.partitionDictionary().dictionary();
+  EditedDocument edited{std::make_unique<PartitionMetadata>(dictionary), {}, formOf(document, ours, options)};
+  copyPrimer(ours.partitionDictionary(), edited.partition->partitionDictionary());
+  edited.import = document.import(*edited.partition, &ours);
+  requireStart(*edited.partition, ours, edited.form);
+  const auto& description = document.description();
+  if (description && description->digest == digestOf(ours)) return edited;
+  if (!options.mergesOtherFile) {
+    requireSharedPackage(*edited.partition, ours);
+    requireSharedSet(*edited.partition, ours);
+  }
+  edited.isOfEarlierState = description.has_value();
+  if (edited.isOfEarlierState && options.expectsUnchanged) {
+    raise<FileHasChanged>("the file has changed since the document was exported");
+  }
+  return edited;
+}
+
+MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours) {
+  requireIdentifiedSets(edited.import.diagnostics);
+  Theirs theirs{*edited.partition};
+  theirs.mayRemove = edited.import.diagnostics.empty();
+  for (const auto& unread : edited.import.unread) {
+    const auto* instanceUID = unread.set->instanceUID();
+    if (instanceUID != nullptr) theirs.unread.insert(Theirs::keyOf(*instanceUID, unread.property));
+  }
+  return merge(ours, ours, theirs, Scope(ours, *edited.partition, edited.form));
+}
+
+}  // namespace Vantor::Edit

@@ -1,0 +1,85 @@
+#include "EditText.h"
+
+#include <algorithm>
+
+#include "ErrorText.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+constexpr std::size_t kMostNamed = 5;
+
+std::string counted(std::size_t count, const char* one, const char* several) {
+  return std::to_string(count) + " " + (count == 1 ? one : several);
+}
+std::string sets(std::size_t count) { return counted(count, "set", "sets"); }
+std::string properties(std::size_t count) { return counted(count, "property", "properties"); }
+
+std::string reasonOf(const Edit::RejectedEdit& edit) {
+  using Reason = Edit::RejectedEdit::Reason;
+  switch (edit.reason) {
+    case Reason::kSharedInstanceUID:
+      return "another set has the same InstanceUID";
+    case Reason::kNoInstanceUID:
+      return "it has no InstanceUID";
+    case Reason::kOtherKind:
+      return "the document has a " + edit.theirs + " with its InstanceUID";
+  }
+  return "";
+}
+
+std::string keptText(const std::vector<Edit::MergePlace>& kept) {
+  const auto count = static_cast<std::size_t>(
+      std::count_if(kept.begin(), kept.end(), [](const Edit::MergePlace& place) { return place.property.empty(); }));
+  std::string text = count == 0 ? "" : sets(count);
+  if (count != 0 && count != kept.size()) text += " and ";
+  if (count != kept.size()) text += properties(kept.size() - count);
+  text += std::string(" that the document lacks ") + (kept.size() == 1 ? "is" : "are") +
+          " kept, since parts of it could not be read";
+  return kept.size() > kMostNamed ? text + "; --strict refuses such documents" : text;
+}
+
+std::string remarkOn(const Edit::UneditedPartition& partition) {
+  const auto number = std::to_string(partition.number);
+  const std::string start = "partition " + number + " has ";
+  switch (partition.reason) {
+    case Edit::UneditedPartition::Reason::kOtherMetadata:
+      return start + "other metadata than the header partition, and keeps them; --partition " + number + " edits them";
+    case Edit::UneditedPartition::Reason::kOtherInstanceUIDs:
+      return start + "the metadata of the header partition under other InstanceUIDs, and keeps them; --partition " +
+             number + " edits them, in an export of them";
+  }
+  return "";
+}
+
+}  // namespace
+
+std::string summaryOf(const Edit::SaveReport& report) {
+  const auto& changes = report.changes;
+  if (changes.isNone()) return "nothing is edited";
+  return sets(changes.changedSets) + " changed (" + properties(changes.changedProperties) + "), " +
+         std::to_string(changes.addedSets) + " added, " + std::to_string(changes.removedSets) +
+         " removed; written to " + counted(report.partitions, "partition", "partitions");
+}
+
+void printRemarks(const Path& file, const Edit::MergeReport& report) {
+  const auto print = [&file](const std::string& remark) { printMessage(file.u8string() + ": " + remark); };
+  const auto& kept = report.kept;
+  if (!kept.empty()) print(keptText(kept));
+  for (std::size_t i = 0; kept.size() <= kMostNamed && i < kept.size(); ++i) {
+    print("kept: the " + (kept[i].property.empty() ? "" : kept[i].property + " of the ") + kept[i].set);
+  }
+  for (const auto& edit : report.rejected) print("an edit of the " + edit.set + " is rejected: " + reasonOf(edit));
+}
+
+void printRemarks(const Path& file, const Edit::SaveReport& report) {
+  const auto print = [&file](const std::string& remark) { printMessage(file.u8string() + ": " + remark); };
+  for (const auto& value : report.longValues) {
+    print("warning: set " + value.set + ": a value of " + std::to_string(value.size) +
+          " bytes needs BER-coded lengths, which many readers do not know");
+  }
+  for (const auto& partition : report.unedited) print(remarkOn(partition));
+}
+
+}  // namespace Vantor::Tool
