@@ -50,10 +50,8 @@ std::string keyAndValues(const MetadataSet& set, const PartitionDictionary& tags
   std::string text;
   append(text, set.key().normalised().rawBuffer(), KLV::Key::kSize);
   for (const Element* property : set.inDefinitionOrder()) {
-    const bool isInstanceUID =
-        set.definition() != nullptr && &property->metaAttribute() == set.definition()->instanceUIDAttribute();
     const auto* value = property->wireValue();
-    if (isInstanceUID || value == nullptr || !targetsOf(*property, kStrongAndWeak).empty()) continue;
+    if (set.isInstanceUID(*property) || value == nullptr || !targetsOf(*property, kStrongAndWeak).empty()) continue;
     text += propertyName(*property, tags) + '=' + std::to_string(value->encodedSize()) + ':';
     append(text, value->rawBuffer(), value->encodedSize());
   }

@@ -1,6 +1,7 @@
 #include "Core/MetaMetadata/Dictionary.h"
 
 #include "Core/MetaMetadata/LabelHash.h"
+#include "Core/Platform/Strings.h"
 
 namespace Vantor::MetaMetadata {
 
@@ -9,6 +10,17 @@ namespace {
 template <class T>
 T* at(const Templates::vector<T*>& list, uint32 place) {
   return place == HashIndex::kNotFound ? nullptr : list[place];
+}
+
+template <class Definitions>
+void indexByName(const Definitions& definitions, HashIndex& index) {
+  index.reserve(definitions.size());
+  for (uint32 place = 0; place < definitions.size(); ++place) {
+    const auto& symbol = definitions[place]->symbol();
+    const auto tagName = Utils::wstringToString(definitions[place]->extensionAttribute(kXMLTagName));
+    index.insert(hashOfText(symbol), place);
+    if (!tagName.empty() && tagName != symbol) index.insert(hashOfText(tagName), place);
+  }
 }
 
 }  // namespace
@@ -37,6 +49,36 @@ const MetaElement* Dictionary::findElement(const Types::UniversalLabel& label) c
 
 const MetaElement* Dictionary::findElementByStaticTag(uint16 tag) const {
   return at(elements_, elementsByStaticTag_.find(tag, [](uint32) { return true; }));
+}
+
+void Dictionary::indexNames() const {
+  std::call_once(namesIndexed_, [this] {
+    indexByName(sets_, setsByName_);
+    indexByName(elements_, elementsByName_);
+  });
+}
+
+std::vector<const MetaMetadataSet*> Dictionary::findSetsByName(std::string_view name) const {
+  indexNames();
+  std::vector<const MetaMetadataSet*> found;
+  setsByName_.find(hashOfText(name), [&](uint32 candidate) {
+    if (sets_[candidate]->isNamed(name)) found.push_back(sets_[candidate]);
+    return false;
+  });
+  return found;
+}
+
+const MetaAttribute* Dictionary::findAttributeByName(const MetaMetadataSet& set, std::string_view name) const {
+  indexNames();
+  const MetaAttribute* found = nullptr;
+  elementsByName_.find(hashOfText(name), [&](uint32 candidate) {
+    const auto& element = *elements_[candidate];
+    const auto* attribute = element.isNamed(name) ? set.findAttribute(element.key()) : nullptr;
+    if (attribute == nullptr || attribute->metaElement() != &element) return false;
+    if (found == nullptr || element.symbol() == name) found = attribute;
+    return element.symbol() == name;
+  });
+  return found;
 }
 
 }  // namespace Vantor::MetaMetadata

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <deque>
+#include <mutex>
 #include <string_view>
+#include <vector>
 
 #include "Core/KLV/Key.h"
 #include "Core/MetaMetadata/HashIndex.h"
@@ -40,12 +42,19 @@ class Dictionary {
   /// A property that has this static local tag in some set. 0 is no tag.
   const MetaElement* findElementByStaticTag(uint16 tag) const;
 
+  /// Every set that has this name (`MetaMetadataSet::isNamed`), in order of definition.
+  std::vector<const MetaMetadataSet*> findSetsByName(std::string_view name) const;
+  /// The property of that name among those of a set, by symbol before tag name; null when the set lists none.
+  /// @param set  of this dictionary.
+  const MetaAttribute* findAttributeByName(const MetaMetadataSet& set, std::string_view name) const;
+
  private:
   friend class DictionaryBuilder;
   template <class T>
   using Pool = std::deque<T, Platform::StdAllocator<T>>;
 
   Dictionary();
+  void indexNames() const;
 
   Pool<MetaElement> simpleElements_;
   Pool<MetaCollectionElement> collectionElements_;
@@ -57,6 +66,10 @@ class Dictionary {
   HashIndex setsBySymbol_;
   HashIndex elementsByLabel_;
   HashIndex elementsByStaticTag_;
+  // Made by the first look-up by name: most processes need none.
+  mutable std::once_flag namesIndexed_;
+  mutable HashIndex setsByName_;
+  mutable HashIndex elementsByName_;
 };
 
 }  // namespace Vantor::MetaMetadata

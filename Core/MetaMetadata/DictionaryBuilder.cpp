@@ -6,15 +6,17 @@
 #include <utility>
 
 #include "Core/MetaMetadata/LabelHash.h"
-#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Numbers.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor::MetaMetadata {
 
 namespace {
 
-constexpr const char* kSource = "Core/MetaMetadata/DictionaryBuilder";
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
+
 constexpr std::size_t kCodingOctet = 5;  // octet 6, counted from zero
 constexpr uint8 kAnyCoding = 0x7f;
 constexpr uint8 kLocalSetCoding = 0x53;  // 2-byte local tags, 2-byte lengths (ST 336)
@@ -138,7 +140,7 @@ void DictionaryBuilder::addSet(const KLV::Key& key, std::string_view symbol, std
   dictionary.setsByKey_.insert(groupIdentity(octets.data()).hash(), sizeOf(dictionary.sets_));
   dictionary.setsBySymbol_.insert(hashOfText(symbol), sizeOf(dictionary.sets_));
   dictionary.ownedSets_.emplace_back(
-      new MetaMetadataSet(KLV::Key(octets), std::string(symbol), isConcrete,
+      new MetaMetadataSet(dictionary, KLV::Key(octets), std::string(symbol), isConcrete,
                           withDefaults(state_->setNames, tagNameOf(symbol, extensionAttributes), extensionAttributes)));
   dictionary.sets_.push_back(dictionary.ownedSets_.back().get());
   state_->sets.push_back({std::string(parent), state_->attributes.size(), false});
@@ -152,13 +154,12 @@ void DictionaryBuilder::addAttribute(std::string_view elementKey, uint16 staticL
 void DictionaryBuilder::addAttribute(const Types::UniversalLabel& elementLabel, uint16 staticLocalTag,
                                      uint32 requiredStatus, const ExtensionAttributes& extensionAttributes) {
   if (state_->sets.empty()) {
-    throw Exceptions::InvalidFormat("a property before the first set: " + textOf(elementLabel), kSource, __LINE__);
+    raise<InvalidFormat>("a property before the first set: {}", textOf(elementLabel));
   }
   const uint32 element = state_->findElement(elementLabel.rawBuffer());
   if (element == HashIndex::kNotFound) {
-    throw Exceptions::InvalidFormat("set " + state_->dictionary->sets_.back()->symbol() +
-                                        " lists a property that is not defined: " + textOf(elementLabel),
-                                    kSource, __LINE__);
+    raise<InvalidFormat>("set {} lists a property that is not defined: {}", state_->dictionary->sets_.back()->symbol(),
+                         textOf(elementLabel));
   }
   auto& extensions = state_->dictionary->attributeExtensions_;
   ExtensionAttributes* custom = extensionAttributes.isEmpty() ? nullptr : &extensions.emplace_back(extensionAttributes);
@@ -189,9 +190,7 @@ uint32 DictionaryBuilder::State::findParent(uint32 set) const {
   const uint32 place = dictionary->setsBySymbol_.find(
       hashOfText(parent), [&](uint32 candidate) { return dictionary->sets_[candidate]->symbol() == parent; });
   if (place == HashIndex::kNotFound) {
-    throw Exceptions::InvalidFormat(
-        "set " + dictionary->sets_[set]->symbol() + " inherits from " + parent + ", which is not defined", kSource,
-        __LINE__);
+    raise<InvalidFormat>("set {} inherits from {}, which is not defined", dictionary->sets_[set]->symbol(), parent);
   }
   return place;
 }
@@ -200,8 +199,7 @@ void DictionaryBuilder::State::complete(uint32 set) {
   Templates::vector<uint32> waiting;
   for (uint32 next = set; next != HashIndex::kNotFound && !sets[next].complete; next = findParent(next)) {
     if (waiting.size() == sets.size()) {
-      throw Exceptions::InvalidFormat("set " + dictionary->sets_[set]->symbol() + " inherits from itself", kSource,
-                                      __LINE__);
+      raise<InvalidFormat>("set {} inherits from itself", dictionary->sets_[set]->symbol());
     }
     waiting.push_back(next);
   }

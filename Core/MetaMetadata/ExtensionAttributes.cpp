@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Core/Platform/Strings.h"
+
 namespace Vantor::MetaMetadata {
 
 const wstring& ExtensionAttributes::get(std::u16string_view name) const {
@@ -16,6 +18,11 @@ const wstring* ExtensionAttributes::find(std::u16string_view name) const {
     if (std::u16string_view(entry.name) == name) return &entry.value;
   }
   return shared_ == nullptr ? nullptr : shared_->find(name);
+}
+
+bool ExtensionAttributes::isTagName(std::string_view name) const {
+  const wstring& tagName = get(kXMLTagName);
+  return !tagName.empty() && Utils::wstringToString(tagName) == name;
 }
 
 ExtensionAttributes& ExtensionAttributes::set(std::u16string_view name, wstring value) {

@@ -29,6 +29,8 @@ class ExtensionAttributes {
   const wstring& get(std::u16string_view name) const;
   /// Whether the name is set, be it to an empty text.
   bool has(std::u16string_view name) const { return find(name) != nullptr; }
+  /// Whether that is the tag name, which is not empty.
+  bool isTagName(std::string_view name) const;
   bool isEmpty() const { return !tagName_ && entries_.empty() && shared_ == nullptr; }
 
   /// Sets or replaces a value; hides the shared base's value of that name. Returns this object, for chains.

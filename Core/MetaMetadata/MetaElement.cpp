@@ -13,6 +13,10 @@ MetaElement::MetaElement(const Types::UniversalLabel& key, std::string symbol, T
 
 MetaElement::~MetaElement() = default;
 
+bool MetaElement::isNamed(std::string_view name) const {
+  return symbol_ == name || extensionAttributes_.isTagName(name);
+}
+
 MetaCollectionElement::MetaCollectionElement(const Types::UniversalLabel& key, std::string symbol,
                                              Types::Identifiers::Identifier dataType,
                                              Types::Identifiers::Identifier dataSubType,

@@ -22,6 +22,8 @@ class MetaElement {
   /// As registered, version octet included.
   const Types::UniversalLabel& key() const { return key_; }
   const std::string& symbol() const { return symbol_; }
+  /// Whether that is the symbol or the tag name.
+  bool isNamed(std::string_view name) const;
   /// `kArray` or `kBatch` exactly for a `MetaCollectionElement`.
   Types::Identifiers::Identifier dataType() const { return dataType_; }
   /// Empty when there is none of that name.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Core/MetaMetadata/Dictionary.h"
 #include "Core/MetaMetadata/LabelHash.h"
 #include "Core/MetaMetadata/MetaElement.h"
 
@@ -16,9 +17,10 @@ constexpr uint8 kInstanceUID[KLV::Key::kSize] = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0
 
 }  // namespace
 
-MetaMetadataSet::MetaMetadataSet(const KLV::Key& key, std::string symbol, bool concrete,
+MetaMetadataSet::MetaMetadataSet(const Dictionary& dictionary, const KLV::Key& key, std::string symbol, bool concrete,
                                  ExtensionAttributes extensionAttributes)
-    : key_(key),
+    : dictionary_(dictionary),
+      key_(key),
       symbol_(std::move(symbol)),
       concrete_(concrete),
       extensionAttributes_(std::move(extensionAttributes)) {}
@@ -33,6 +35,14 @@ const MetaAttribute* MetaMetadataSet::findByLabel(const uint8* label) const {
 
 const MetaAttribute* MetaMetadataSet::findAttribute(const Types::UniversalLabel& label) const {
   return findByLabel(label.rawBuffer());
+}
+
+const MetaAttribute* MetaMetadataSet::findAttribute(std::string_view name) const {
+  return dictionary_.findAttributeByName(*this, name);
+}
+
+bool MetaMetadataSet::isNamed(std::string_view name) const {
+  return symbol_ == name || extensionAttributes_.isTagName(name);
 }
 
 const MetaAttribute* MetaMetadataSet::findAttributeByStaticTag(uint16 tag) const {

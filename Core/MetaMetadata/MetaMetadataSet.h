@@ -13,6 +13,8 @@
 
 namespace Vantor::MetaMetadata {
 
+class Dictionary;
+
 /// The definition of a metadata set (SMPTE ST 395).
 /// Belongs to its `Dictionary` and lives as long; never changes, so any thread may read it.
 class MetaMetadataSet {
@@ -24,6 +26,8 @@ class MetaMetadataSet {
   /// version as registered.
   const KLV::Key& key() const { return key_; }
   const std::string& symbol() const { return symbol_; }
+  /// Whether that is the symbol or the tag name.
+  bool isNamed(std::string_view name) const;
   /// Empty when there is none of that name.
   const wstring& extensionAttribute(std::u16string_view name) const { return extensionAttributes_.get(name); }
   /// The set that this one inherits properties from; null for a root.
@@ -37,6 +41,8 @@ class MetaMetadataSet {
   const Templates::vector<MetaAttribute>& attributes() const { return attributes_; }
   /// Null when the set does not list the property. Octet 8 of the label, its version, is ignored.
   const MetaAttribute* findAttribute(const Types::UniversalLabel& label) const;
+  /// The property with that symbol or else that tag name; null when the set lists none.
+  const MetaAttribute* findAttribute(std::string_view name) const;
   /// Null when no property of this set has that static tag; the first one when several have. 0 is no tag.
   const MetaAttribute* findAttributeByStaticTag(uint16 tag) const;
   /// The property that identifies an instance of the set (ST 377-1 Instance UID); null when the set has none.
@@ -44,7 +50,8 @@ class MetaMetadataSet {
 
  private:
   friend class DictionaryBuilder;
-  MetaMetadataSet(const KLV::Key& key, std::string symbol, bool concrete, ExtensionAttributes extensionAttributes);
+  MetaMetadataSet(const Dictionary& dictionary, const KLV::Key& key, std::string symbol, bool concrete,
+                  ExtensionAttributes extensionAttributes);
 
   const MetaAttribute* findByLabel(const uint8* label) const;
   /// Takes over the parent's attributes, which have to be complete, before any own one is appended.
@@ -52,6 +59,7 @@ class MetaMetadataSet {
   /// Returns false, and changes nothing, when there is an attribute with that label already.
   bool append(const MetaAttribute& attribute);
 
+  const Dictionary& dictionary_;
   KLV::Key key_;
   std::string symbol_;
   bool concrete_;

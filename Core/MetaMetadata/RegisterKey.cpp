@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MetaMetadata {
 
@@ -40,8 +40,7 @@ std::optional<KLV::Key> parseRegisterKey(std::string_view text) {
 
 KLV::Key registerKey(std::string_view text) {
   if (const auto key = parseRegisterKey(text)) return *key;
-  throw Exceptions::InvalidFormat("not a register key: " + std::string(text), "Core/MetaMetadata/RegisterKey",
-                                  __LINE__);
+  Exceptions::raise<Exceptions::InvalidFormat>("not a register key: {}", text);
 }
 
 std::string registerText(const KLV::Key& key) {

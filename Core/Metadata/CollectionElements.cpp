@@ -3,13 +3,11 @@
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Metadata/MetadataSet.h"
 #include "Core/Metadata/ReferenceElement.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor {
 
 namespace {
-
-constexpr const char* kSource = "Core/Metadata/CollectionElements";
 
 Types::Identifiers::Identifier itemType(const Element& element) {
   const auto* definition = element.metaAttribute().metaElement();
@@ -58,9 +56,7 @@ void CollectionElement::append(auto_ptr<Types::SimpleDataType> item) {
 
 void CollectionElement::removeAt(uint32 index) {
   if (index >= size()) {
-    throw Exceptions::InvalidLength(
-        "there is no item " + std::to_string(index) + " to remove; the collection has " + std::to_string(size()),
-        kSource, __LINE__);
+    Exceptions::raise<Exceptions::InvalidLength>("there is no item {} to remove; the collection has {}", index, size());
   }
   collection_->removeAt(index);
 }

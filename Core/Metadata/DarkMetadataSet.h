@@ -19,8 +19,11 @@ class DarkMetadataSet {
   void serialize(DataIO::DataSink& sink) const;
 
  private:
+  friend class PartitionMetadata;
+
   KLV::Key key_;
   uint8 berLength_;
+  bool isRemoved_ = false;
   KLV::Value value_;
 };
 

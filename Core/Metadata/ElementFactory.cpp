@@ -3,14 +3,13 @@
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ReferenceElement.h"
 #include "Core/Metadata/SimpleElement.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
+#include "Core/Types/ValueText.h"
 
 namespace Vantor {
 
 namespace {
-
-constexpr const char* kSource = "Core/Metadata/ElementFactory";
 
 using Types::Identifiers::Identifier;
 
@@ -34,9 +33,8 @@ template <class To>
 auto_ptr<To> downcast(auto_ptr<Types::SimpleDataType> value) {
   auto* wanted = dynamic_cast<To*>(value.get());
   if (wanted == nullptr && value != nullptr) {
-    throw Exceptions::InvalidFormat(std::string("a property of another type cannot hold a value of type ") +
-                                        Types::Identifiers::name(value->identifier()),
-                                    kSource, __LINE__);
+    Exceptions::raise<Exceptions::InvalidFormat>("a property of another type cannot hold a value of type {}",
+                                                 Types::Identifiers::name(value->identifier()));
   }
   value.release();  // NOLINT(bugprone-unused-return-value): it is `wanted`
   return auto_ptr<To>(wanted);
@@ -88,6 +86,13 @@ auto_ptr<Types::SimpleDataType> decodeValue(const MetaMetadata::MetaElement& def
     return Types::Factories::collectionFromBytes(collection->dataType(), collection->dataSubType(), bytes, size);
   }
   return Types::Factories::fromBytes(definition.dataType(), bytes, size);
+}
+
+auto_ptr<Types::SimpleDataType> valueFromText(const MetaMetadata::MetaElement& definition, std::u16string_view text) {
+  if (const auto* collection = MetaMetadata::asCollection(definition)) {
+    return Types::collectionFromText(collection->dataType(), collection->dataSubType(), text);
+  }
+  return Types::valueFromText(definition.dataType(), text);
 }
 
 void setDecodedValue(Element& element, auto_ptr<Types::SimpleDataType> value) {

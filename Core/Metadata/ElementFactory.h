@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Metadata/Element.h"
 
@@ -17,6 +19,10 @@ auto_ptr<Element> makeElement(AttributeHandle attribute, MetadataSet* owner);
 /// The value of a property of this definition; null when the bytes do not decode or would be written back as others.
 auto_ptr<Types::SimpleDataType> decodeValue(const MetaMetadata::MetaElement& definition, const uint8* bytes,
                                             std::size_t size);
+
+/// The value of a property of this definition from its text (Core/Types/ValueText.h).
+/// @throws InvalidFormat saying what the type accepts.
+auto_ptr<Types::SimpleDataType> valueFromText(const MetaMetadata::MetaElement& definition, std::u16string_view text);
 
 /// Gives a property a value of its definition's type, as `decodeValue` makes it.
 void setDecodedValue(Element& element, auto_ptr<Types::SimpleDataType> value);

@@ -138,23 +138,25 @@ Element& MetadataSet::createInvalidElement(auto_ptr<MetaMetadata::AbstractMetaAt
 void MetadataSet::remove(const Element& element) {
   const auto isIt = [&element](const auto& owned) { return owned.get() == &element; };
   readOrder_.erase(std::remove(readOrder_.begin(), readOrder_.end(), &element), readOrder_.end());
-  if (definition_ != nullptr && &element.metaAttribute() == definition_->instanceUIDAttribute()) {
-    setInstanceUID(nullptr);
-  }
+  if (isInstanceUID(element)) setInstanceUID(nullptr);
   elements_.erase(std::remove_if(elements_.begin(), elements_.end(), isIt), elements_.end());
   invalid_.erase(std::remove_if(invalid_.begin(), invalid_.end(), isIt), invalid_.end());
 }
 
-void MetadataSet::setPartition(PartitionMetadata& partition) {
-  partition_ = &partition;
-  for (const auto& element : invalid_) reserveTag(*element, partition.partitionDictionary());
+void MetadataSet::setPartition(PartitionMetadata* partition) {
+  partition_ = partition;
+  if (partition == nullptr) return;
+  for (const auto& element : invalid_) reserveTag(*element, partition->partitionDictionary());
+}
+
+bool MetadataSet::isInstanceUID(const Element& element) const {
+  return definition_ != nullptr && &element.metaAttribute() == definition_->instanceUIDAttribute();
 }
 
 const Types::UUID* MetadataSet::instanceUID() const { return instanceUID_ ? &*instanceUID_ : nullptr; }
 
 void MetadataSet::valueChanged(const SimpleElement& element) {
-  if (definition_ == nullptr || &element.metaAttribute() != definition_->instanceUIDAttribute()) return;
-  setInstanceUID(dynamic_cast<const Types::UUID*>(element.value()));
+  if (isInstanceUID(element)) setInstanceUID(dynamic_cast<const Types::UUID*>(element.value()));
 }
 
 void MetadataSet::setInstanceUID(const Types::UUID* instanceUID) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "Core/MetaMetadata/MetaMetadataSet.h"
 #include "Core/Metadata/Element.h"
 #include "Core/Platform/Containers.h"
+#include "Core/Platform/Numbers.h"
 #include "Core/Types/LocalTag.h"
 #include "Core/Types/UUID.h"
 
@@ -89,6 +91,65 @@ class MetadataSet {
   Element* find(const Types::UniversalLabel& label);
   const Element* find(const Types::UniversalLabel& label) const;
 
+  /// @name Properties by name
+  /// A property goes by its symbol in the register or by its tag name, such as "EditRate". A set has the properties
+  /// that its definition lists; a misplaced property that is there goes by its name too.
+  ///
+  ///     track.set("EditRate", Types::Rational(25, 1));
+  ///     track.set("TrackID", 2);
+  ///     track.set("TrackName", u"V1");
+  ///     track.set("Sequence", sequence);
+  ///     const auto rate = track.get<Types::Rational>("EditRate");
+  ///
+  /// A changed property keeps its local tag, its length octets and its place in the order of the file; a value that is
+  /// there already changes nothing. Every function throws InvalidFormat naming the set and the property when the set
+  /// can have no such property, or no such value; the set stays as it was.
+  /// @{
+
+  /// The property, unset ones included; null when the set has none. Does not throw.
+  Element* find(std::string_view property);
+  const Element* find(std::string_view property) const;
+  /// Whether the property is present, be it without a value. Does not throw.
+  bool has(std::string_view property) const;
+
+  /// The value. @throws InvalidFormat also when the property has no value, or one of another type.
+  template <class Value>
+  const Value& get(std::string_view property) const {
+    return static_cast<const Value&>(requiredValue(property, Value::kIdentifier));
+  }
+  /// The value; null when the property has none. @throws InvalidFormat when it is of another type.
+  template <class Value>
+  const Value* tryGet(std::string_view property) const {
+    return static_cast<const Value*>(valueOfType(property, Value::kIdentifier));
+  }
+  /// The value as text (Core/Types/ValueText.h). @throws InvalidFormat also when the property has no value.
+  wstring text(std::string_view property) const;
+
+  /// Sets a value, a copy of it, whose type is that of the definition.
+  /// @return whether that changed the set.
+  bool set(std::string_view property, const Types::SimpleDataType& value);
+  /// Sets a value from its text (Core/Types/ValueText.h). Not for the InstanceUID, by which others refer to the set.
+  bool set(std::string_view property, std::u16string_view text);
+  /// Sets a property of one of the integer types, or a Boolean.
+  template <class Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
+  bool set(std::string_view property, Integer number) {
+    static_assert(!std::is_same_v<Integer, char> && !std::is_same_v<Integer, char16_t>, "give a text: u\"A\"");
+    if constexpr (std::is_same_v<Integer, bool>) return setNumber(property, number ? u"1" : u"0");
+    if constexpr (!std::is_same_v<Integer, bool>) return setNumber(property, Platform::toDecimal(number));
+  }
+  /// Refers to a set. @throws InvalidFormat also when the target has no InstanceUID.
+  bool set(std::string_view property, const MetadataSet& target);
+
+  /// Adds an item to a collection, which is made if need be.
+  void append(std::string_view property, const Types::SimpleDataType& item);
+  /// Adds a reference. @throws InvalidFormat also when the target has no InstanceUID.
+  void append(std::string_view property, const MetadataSet& target);
+
+  /// Takes a property out with its value. Not for the InstanceUID, by which others refer to the set.
+  /// @return false when the property is not present.
+  bool remove(std::string_view property);
+  /// @}
+
   /// Adds a valid property without a value, or returns the one that is there.
   /// @param attribute  one of the definition's attributes.
   Element& createElement(const MetaMetadata::MetaAttribute& attribute);
@@ -106,6 +167,8 @@ class MetadataSet {
   /// order of the definition.
   std::vector<const Element*> inWritingOrder() const;
 
+  /// Whether a property of this set is the one that holds its InstanceUID.
+  bool isInstanceUID(const Element& element) const;
   /// The set's InstanceUID; null when the property is missing or has no value.
   const Types::UUID* instanceUID() const;
 
@@ -126,7 +189,15 @@ class MetadataSet {
   friend class SimpleElement;
   friend class SetReader;
 
-  void setPartition(PartitionMetadata& partition);
+  const MetaMetadata::MetaElement& definitionOf(std::string_view property) const;
+  const Types::SimpleDataType* valueOfType(std::string_view property, Types::Identifiers::Identifier type) const;
+  const Types::SimpleDataType& requiredValue(std::string_view property, Types::Identifiers::Identifier type) const;
+  Element& createElement(std::string_view property);
+  const MetaMetadata::MetaAttribute* attributeOfTag(uint16 tag) const;
+  void refuseInstanceUID(std::string_view property, const char* verb) const;
+  bool setNumber(std::string_view property, const wstring& digits);
+
+  void setPartition(PartitionMetadata* partition);
   void valueChanged(const SimpleElement& element);
   Elements::iterator position(const Types::UniversalLabel& label);
   void createUnsetElements();
@@ -136,8 +207,8 @@ class MetadataSet {
   Elements elements_;                       // by label
   Elements invalid_;                        // as met
   std::vector<const Element*> readOrder_;   // as they stood in the file
-  PartitionMetadata* partition_ = nullptr;  // told of InstanceUIDs
-  std::size_t ordinal_ = 0;                 // the set's place among the partition's sets
+  PartitionMetadata* partition_ = nullptr;  // whose index follows the InstanceUID; null for a removed set
+  std::size_t ordinal_ = 0;                 // ascends along the partition's sets
   std::optional<Types::UUID> instanceUID_;
   uint8 berLength_ = 4;
 };

@@ -2,14 +2,12 @@
 
 #include <algorithm>
 
-#include "Core/Platform/Exceptions.h"
-#include "Core/Platform/Strings.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor {
 
 namespace {
 
-constexpr const char* kSource = "Core/Metadata/PartitionDictionary";
 constexpr std::size_t kMostUnlistedTags = 256;  // so that labels find tags, too
 constexpr uint32 kFirstDynamicTag = 0x8000;     // ST 377-1: 0x8000 to 0xFFFF are allocated by the primer alone
 
@@ -33,9 +31,7 @@ const Types::UniversalLabel* PartitionDictionary::tryFind(uint16 tag) const {
 
 const Types::UniversalLabel& PartitionDictionary::find(const Types::LocalTag& tag) const {
   if (const auto* label = tryFind(tag.value())) return *label;
-  throw Exceptions::NotFoundInPrimer(
-      "local tag " + Utils::wstringToString(tag.toString(kDottedForm)) + " is not in the primer pack", kSource,
-      __LINE__);
+  Exceptions::raise<Exceptions::NotFoundInPrimer>("local tag {} is not in the primer pack", tag.toString(kDottedForm));
 }
 
 uint16 PartitionDictionary::tryFindTag(const Types::UniversalLabel& label, uint16 preferredTag) const {
@@ -74,7 +70,7 @@ bool PartitionDictionary::hasFreeDynamicTag() {
 uint16 PartitionDictionary::freeTag(uint16 preferredTag) {
   if (preferredTag != 0 && isFree(preferredTag)) return preferredTag;
   if (hasFreeDynamicTag()) return static_cast<uint16>(nextDynamicTag_);
-  throw Exceptions::InvalidLength("all dynamic local tags of the partition are taken", kSource, __LINE__);
+  Exceptions::raise<Exceptions::InvalidLength>("all dynamic local tags of the partition are taken");
 }
 
 void PartitionDictionary::addPrimerEntry(const KLV::PrimerEntry& entry) {

@@ -9,14 +9,16 @@
 #include "Core/Metadata/SetReader.h"
 #include "Core/Metadata/SimpleElement.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
 
 namespace Vantor {
 
 namespace {
 
-constexpr const char* kSource = "Core/Metadata/PartitionMetadata";
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
+
 constexpr uint16 kInstanceUIDTag = 0x3c0a;  // ST 377-1
 
 bool isInstanceUID(const KLV::LocalSetItem& item, const PartitionDictionary& tags) {
@@ -35,6 +37,11 @@ std::optional<Types::UUID> findInstanceUID(const Templates::vector<KLV::LocalSet
   return std::nullopt;
 }
 
+template <class List, class Predicate>
+void eraseIf(List& list, Predicate predicate) {
+  list.erase(std::remove_if(list.begin(), list.end(), predicate), list.end());
+}
+
 }  // namespace
 
 PartitionMetadata::PartitionMetadata(SharedPtr<const MetaMetadata::Dictionary> dictionary)
@@ -45,7 +52,12 @@ PartitionMetadata::~PartitionMetadata() = default;
 const PartitionMetadata::Sets& PartitionMetadata::find(const KLV::Key& key) const {
   static const Sets none;
   const auto found = byKey_.find(key.normalised());
-  return found == byKey_.end() ? none : found->second;
+  if (found == byKey_.end()) return none;
+  if (hasRemoved_.load(std::memory_order_acquire)) {
+    const std::lock_guard<std::mutex> lock(compacting_);
+    dropRemoved(found->second);
+  }
+  return found->second.sets;
 }
 
 MetadataSet* PartitionMetadata::preface() const {
@@ -72,13 +84,22 @@ MetadataSet* PartitionMetadata::createMetadataSet(const KLV::Key& key) {
   return addMetadataSet(std::move(set));
 }
 
+MetadataSet& PartitionMetadata::createMetadataSet(std::string_view name) {
+  const auto definitions = dictionary_.dictionary()->findSetsByName(name);
+  if (definitions.empty()) raise<InvalidFormat>("the dictionary has no set '{}'", name);
+  const auto concrete = std::find_if(definitions.begin(), definitions.end(),
+                                     [](const auto* definition) { return definition->isConcrete(); });
+  if (concrete == definitions.end()) raise<InvalidFormat>("{} is abstract: files hold no such sets", name);
+  return *createMetadataSet((*concrete)->key());
+}
+
 MetadataSet* PartitionMetadata::addMetadataSet(auto_ptr<MetadataSet> set) {
   MetadataSet* added = set.get();
-  added->setPartition(*this);
-  added->ordinal_ = sets_.size();
+  added->setPartition(this);
+  added->ordinal_ = nextOrdinal_++;
   entries_.emplace_back(std::move(set));
   sets_.push_back(added);
-  byKey_[added->key().normalised()].push_back(added);
+  byKey_[added->key().normalised()].sets.push_back(added);
   instanceUIDChanged(*added, nullptr, added->instanceUID());
   return added;
 }
@@ -89,11 +110,49 @@ void PartitionMetadata::addDarkMetadataSet(auto_ptr<DarkMetadataSet> set) {
 }
 
 std::vector<PartitionMetadata::Entry> PartitionMetadata::releaseEntries() {
+  compacted();
   sets_.clear();
   darkSets_.clear();
   byKey_.clear();
   byInstanceUID_.clear();
   return std::exchange(entries_, {});
+}
+
+void PartitionMetadata::remove(MetadataSet& set) {
+  if (set.partition_ != this) return;
+  instanceUIDChanged(set, set.instanceUID(), nullptr);
+  byKey_[set.key().normalised()].hasRemoved = true;
+  set.setPartition(nullptr);
+  hasRemoved_.store(true, std::memory_order_release);
+}
+
+void PartitionMetadata::remove(DarkMetadataSet& set) {
+  set.isRemoved_ = true;
+  hasRemoved_.store(true, std::memory_order_release);
+}
+
+void PartitionMetadata::dropRemoved(KeySets& sets) {
+  if (!sets.hasRemoved) return;
+  eraseIf(sets.sets, [](const MetadataSet* set) { return set->partition_ == nullptr; });
+  sets.hasRemoved = false;
+}
+
+void PartitionMetadata::compact() const {
+  const std::lock_guard<std::mutex> lock(compacting_);
+  if (!hasRemoved_.load(std::memory_order_relaxed)) return;
+  const auto isRemovedSet = [](const MetadataSet* set) { return set->partition_ == nullptr; };
+  const auto isRemovedDark = [](const DarkMetadataSet* set) { return set->isRemoved_; };
+  for (const MetadataSet* set : sets_) {
+    if (isRemovedSet(set)) dropRemoved(byKey_.at(set->key().normalised()));
+  }
+  eraseIf(sets_, isRemovedSet);
+  eraseIf(darkSets_, isRemovedDark);
+  // Last, for this destroys the sets.
+  eraseIf(entries_, [&](const Entry& entry) {
+    const auto* set = std::get_if<auto_ptr<MetadataSet>>(&entry);
+    return set != nullptr ? isRemovedSet(set->get()) : isRemovedDark(std::get<auto_ptr<DarkMetadataSet>>(entry).get());
+  });
+  hasRemoved_.store(false, std::memory_order_release);
 }
 
 void PartitionMetadata::instanceUIDChanged(MetadataSet& set, const Types::UUID* before, const Types::UUID* after) {
@@ -130,7 +189,7 @@ void PartitionMetadata::addKnownSet(const KLV::Key& key, const MetaMetadata::Met
     SetReader reader(*set, dictionary_);
     for (const auto& item : KLV::readLocalSet(KLV::localSetCoding(key), value, size, offset)) reader.read(item);
   } catch (const Exceptions::ParseError& error) {
-    throw Exceptions::ParseError("set " + definition.symbol() + ": " + error.message(), kSource, __LINE__);
+    Exceptions::raise<Exceptions::ParseError>("set {}: {}", definition.symbol(), error.message());
   }
   addMetadataSet(std::move(set));
 }

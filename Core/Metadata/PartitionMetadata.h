@@ -1,6 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <iterator>
+#include <mutex>
+#include <string_view>
 #include <unordered_map>
 #include <variant>
 #include <vector>
@@ -11,6 +14,43 @@
 #include "Core/Platform/Containers.h"
 
 namespace Vantor {
+
+/// Sets of a partition, to walk over: `for (auto& track : metadata.findAll("TimelineTrack")) ...`.
+class FoundSets {
+ public:
+  class iterator {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = MetadataSet;
+    using difference_type = std::ptrdiff_t;
+    using reference = MetadataSet&;
+    using pointer = MetadataSet*;
+
+    explicit iterator(MetadataSet* const* at = nullptr) : at_(at) {}
+    reference operator*() const { return **at_; }
+    pointer operator->() const { return *at_; }
+    iterator& operator++() {
+      ++at_;
+      return *this;
+    }
+    iterator operator++(int) { return iterator(at_++); }
+    bool operator==(const iterator& other) const { return at_ == other.at_; }
+    bool operator!=(const iterator& other) const { return at_ != other.at_; }
+
+   private:
+    MetadataSet* const* at_;
+  };
+
+  explicit FoundSets(std::vector<MetadataSet*> sets) : sets_(std::move(sets)) {}
+  iterator begin() const { return iterator(sets_.data()); }
+  iterator end() const { return iterator(sets_.data() + sets_.size()); }
+  std::size_t size() const { return sets_.size(); }
+  bool empty() const { return sets_.empty(); }
+  MetadataSet& operator[](std::size_t index) const { return *sets_[index]; }
+
+ private:
+  std::vector<MetadataSet*> sets_;
+};
 
 /// The header metadata of one partition: its sets, its dark sets and its primer, in the order of the file.
 ///
@@ -32,12 +72,12 @@ class PartitionMetadata {
   const PartitionDictionary& partitionDictionary() const { return dictionary_; }
 
   /// The sets, dark parsed groups included, in file order.
-  const Sets& sets() const { return sets_; }
+  const Sets& sets() const { return compacted().sets_; }
   /// The dark sets, in file order.
-  DarkSets::const_iterator darkBegin() const { return darkSets_.begin(); }
-  DarkSets::const_iterator darkEnd() const { return darkSets_.end(); }
+  DarkSets::const_iterator darkBegin() const { return compacted().darkSets_.begin(); }
+  DarkSets::const_iterator darkEnd() const { return compacted().darkSets_.end(); }
   /// Sets and dark sets as they follow one another in the file.
-  const std::vector<Entry>& entries() const { return entries_; }
+  const std::vector<Entry>& entries() const { return compacted().entries_; }
 
   /// Every set with a key, octets 6 and 8 ignored, in file order.
   const Sets& find(const KLV::Key& key) const;
@@ -46,15 +86,38 @@ class PartitionMetadata {
   /// Every set that carries an InstanceUID, in file order.
   const Sets& findByInstanceUID(const Types::UUID& instanceUID) const;
 
+  /// The set that a text names:
+  ///
+  ///     "TimelineTrack"      the only set of that kind, by its symbol in the register or its tag name
+  ///     "TimelineTrack[2]"   the second one, in file order
+  ///     "06.0E.2B.34...."    the set with that InstanceUID, or else the only one with that key; also
+  ///     "urn:smpte:ul:..." "urn:uuid:..."       the set with that InstanceUID; also the bare 8-4-4-4-12 digits
+  ///
+  /// @throws InvalidFormat when there is no such set, and naming the choices when there are several.
+  MetadataSet& find(std::string_view name) const;
+  /// The same; null when there is none.
+  MetadataSet* tryFind(std::string_view name) const;
+  /// All sets that the text names, in file order.
+  FoundSets findAll(std::string_view name) const;
+
   /// Adds a set at the end with every property of its definition, unset but for the InstanceUID, which is a new random
   /// one. A key that the dictionary does not know gives a set without definition and properties.
   MetadataSet* createMetadataSet(const KLV::Key& key);
+  /// The same for a kind of sets, by its symbol in the register or its tag name.
+  /// @throws InvalidFormat when the dictionary has no such set, or files hold none of that kind.
+  MetadataSet& createMetadataSet(std::string_view name);
   MetadataSet* addMetadataSet(auto_ptr<MetadataSet> set);
   void addDarkMetadataSet(auto_ptr<DarkMetadataSet> set);
 
   /// Takes all sets and dark sets out, in the order of the file; the primer stays. For putting them back in another
   /// order, or some of them.
   std::vector<Entry> releaseEntries();
+  /// Takes a set out; references to it stay as they are. A loop over `sets()`, `entries()` or `findAll()` may remove
+  /// any sets and find others on the way. The object lives until one of `sets()`, `entries()` and `darkBegin()` is
+  /// called again.
+  /// @param set  of this partition.
+  void remove(MetadataSet& set);
+  void remove(DarkMetadataSet& set);
 
   /// Adds one KLV of the header metadata at the end. A known local set becomes a set; every property whose value does
   /// not decode, or would be written back as other bytes, is kept in it as unknown. An unknown local set becomes a
@@ -75,17 +138,35 @@ class PartitionMetadata {
  private:
   friend class MetadataSet;
 
+  /// Sets with one key, in file order; removed ones until the next look-up.
+  struct KeySets {
+    Sets sets;
+    bool hasRemoved = false;
+  };
+
+  /// This partition without the removed sets.
+  const PartitionMetadata& compacted() const {
+    if (hasRemoved_.load(std::memory_order_acquire)) compact();
+    return *this;
+  }
+  void compact() const;
+  Sets setsNamed(std::string_view name) const;
+  static void dropRemoved(KeySets& sets);
   void addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition, uint8 berOctets,
                    const uint8* value, std::size_t size, uint64 offset);
   bool addDarkParsedGroup(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size);
   void instanceUIDChanged(MetadataSet& set, const Types::UUID* before, const Types::UUID* after);
 
   PartitionDictionary dictionary_;
-  std::vector<Entry> entries_;
-  Sets sets_;
-  DarkSets darkSets_;
-  std::unordered_map<KLV::Key, Sets, KLV::KeyHash> byKey_;
+  // Removals are marked, and carried out together by the next look at the lists, so that many cost little.
+  mutable std::mutex compacting_;
+  mutable std::atomic<bool> hasRemoved_{false};
+  mutable std::vector<Entry> entries_;
+  mutable Sets sets_;
+  mutable DarkSets darkSets_;
+  mutable std::unordered_map<KLV::Key, KeySets, KLV::KeyHash> byKey_;
   std::unordered_map<Types::UUID, Sets> byInstanceUID_;
+  std::size_t nextOrdinal_ = 0;
 };
 
 }  // namespace Vantor

@@ -2,26 +2,20 @@
 
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Metadata/MetadataSet.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor {
 
-namespace {
-
-constexpr const char* kSource = "Core/Metadata/ReferenceElement";
-
-}  // namespace
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
 
 auto_ptr<Types::Reference> makeReference(Types::Identifiers::Identifier kind, const MetadataSet* target) {
-  if (target == nullptr) throw Exceptions::InvalidFormat("there is no set to refer to", kSource, __LINE__);
+  if (target == nullptr) raise<InvalidFormat>("there is no set to refer to");
   const Types::UUID* instanceUID = target->instanceUID();
-  if (instanceUID == nullptr) {
-    throw Exceptions::InvalidFormat("set " + target->name() + " has no InstanceUID to refer to", kSource, __LINE__);
-  }
+  if (instanceUID == nullptr) raise<InvalidFormat>("set {} has no InstanceUID to refer to", target->name());
   if (kind == Types::Identifiers::kStrongReference) return std::make_unique<Types::StrongReference>(*instanceUID);
   if (kind == Types::Identifiers::kWeakReference) return std::make_unique<Types::WeakReference>(*instanceUID);
-  throw Exceptions::InvalidFormat(std::string(Types::Identifiers::name(kind)) + " is no kind of reference", kSource,
-                                  __LINE__);
+  raise<InvalidFormat>("{} is no kind of reference", Types::Identifiers::name(kind));
 }
 
 void ReferenceElement::set(const MetadataSet* target) {

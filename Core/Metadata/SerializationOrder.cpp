@@ -76,7 +76,7 @@ uint32 PartitionMetadata::calculateSerializationOrder(std::vector<const Metadata
 
   const std::size_t reached = order.size();
   std::vector<const MetadataSet*> unreached;
-  for (const MetadataSet* set : sets_) {
+  for (const MetadataSet* set : sets()) {
     if (!walk.hasReached(set)) unreached.push_back(set);
   }
   const auto inner = referredTo(unreached, *this, kinds);

@@ -2,21 +2,18 @@
 
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Metadata/MetadataSet.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor {
 
 namespace {
 
-constexpr const char* kSource = "Core/Metadata/SimpleElement";
-
 void checkType(const MetaMetadata::AbstractMetaAttribute& attribute, const Types::SimpleDataType& value) {
   const auto* definition = attribute.metaElement();
   if (definition == nullptr || definition->dataType() == value.identifier()) return;
-  throw Exceptions::InvalidFormat("property " + definition->symbol() + " takes " +
-                                      Types::Identifiers::name(definition->dataType()) + ", not " +
-                                      Types::Identifiers::name(value.identifier()),
-                                  kSource, __LINE__);
+  Exceptions::raise<Exceptions::InvalidFormat>("property {} takes {}, not {}", definition->symbol(),
+                                               Types::Identifiers::name(definition->dataType()),
+                                               Types::Identifiers::name(value.identifier()));
 }
 
 }  // namespace

@@ -1,20 +1,20 @@
 #include "Core/Types/Collection.h"
 
 #include <algorithm>
-#include <string>
 #include <utility>
 
 #include "Core/DataIO/BigEndian.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
 
 namespace Vantor::Types {
 
 namespace {
 
+using Exceptions::InvalidLength;
+using Exceptions::raise;
 using Items = Templates::vector<auto_ptr<SimpleDataType>>;
 
-constexpr char kFile[] = "Core/Types/Collection";
 constexpr std::size_t kHeaderSize = 2 * sizeof(uint32);
 
 Items cloneAll(const Items& items) {
@@ -26,17 +26,12 @@ Items cloneAll(const Items& items) {
 
 void requireIndex(uint32 index, std::size_t items) {
   if (index < items) return;
-  throw Exceptions::InvalidLength(
-      "A collection of " + std::to_string(items) + " items has none at index " + std::to_string(index), kFile,
-      __LINE__);
+  raise<InvalidLength>("A collection of {} items has none at index {}", items, index);
 }
 
 void requireItemSize(uint32 size, uint32 itemSize) {
   if (size == itemSize) return;
-  throw Exceptions::InvalidLength("An item of " + std::to_string(size) +
-                                      " octets does not fit a collection of items of " + std::to_string(itemSize) +
-                                      " octets",
-                                  kFile, __LINE__);
+  raise<InvalidLength>("An item of {} octets does not fit a collection of items of {} octets", size, itemSize);
 }
 
 /// Doubles the room when it is not enough, so that adding items one by one stays linear.
@@ -47,9 +42,7 @@ void makeRoom(Bytes& octets, std::size_t size) {
 }  // namespace
 
 Collection::Collection(int itemSize) : itemSize_(static_cast<uint32>(itemSize)), octets_(kHeaderSize) {
-  if (itemSize < 0) {
-    throw Exceptions::InvalidLength("An item cannot have " + std::to_string(itemSize) + " octets", kFile, __LINE__);
-  }
+  if (itemSize < 0) raise<InvalidLength>("An item cannot have {} octets", itemSize);
   writeHeader();
 }
 

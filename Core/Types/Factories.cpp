@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Types/Types.h"
 
 #if defined(_WIN32)
@@ -60,8 +60,8 @@ Octets randomOctets() {
 Octets randomOctets() {
   Octets octets{};
   if (getentropy(octets.data(), octets.size()) != 0) {
-    throw Exceptions::IOError("The system gives no random octets: " + std::generic_category().message(errno),
-                              "Core/Types/Factories", __LINE__);
+    Exceptions::raise<Exceptions::IOError>("The system gives no random octets: {}",
+                                           std::generic_category().message(errno));
   }
   return octets;
 }

@@ -1,8 +1,6 @@
 #include "Core/Types/RGBALayout.h"
 
-#include <string>
-
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::Types {
 
@@ -10,8 +8,7 @@ namespace {
 
 void requireComponent(uint32 index) {
   if (index < RGBALayout::kComponents) return;
-  throw Exceptions::InvalidLength("An RGBA layout has 8 components, none at index " + std::to_string(index),
-                                  "Core/Types/RGBALayout", __LINE__);
+  Exceptions::raise<Exceptions::InvalidLength>("An RGBA layout has 8 components, none at index {}", index);
 }
 
 }  // namespace

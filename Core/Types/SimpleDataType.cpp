@@ -2,10 +2,9 @@
 
 #include <cstring>
 #include <limits>
-#include <string>
 
 #include "Core/DataIO/DataSink.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::Types {
 
@@ -21,8 +20,7 @@ void SimpleDataType::serialize(DataIO::DataSink& sink) const { sink.write(rawBuf
 
 void SimpleDataType::requireEncodable(uint64 octets) {
   if (octets <= std::numeric_limits<uint32>::max()) return;
-  throw Exceptions::InvalidLength("A value cannot have " + std::to_string(octets) + " octets, 4294967295 at most",
-                                  "Core/Types/SimpleDataType", __LINE__);
+  Exceptions::raise<Exceptions::InvalidLength>("A value cannot have {} octets, 4294967295 at most", octets);
 }
 
 const uint8* SimpleDataType::addressOf(const Bytes& octets) {

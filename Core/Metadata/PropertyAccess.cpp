@@ -1,0 +1,198 @@
+#include <algorithm>
+
+#include "Core/Metadata/CollectionElements.h"
+#include "Core/Metadata/ElementFactory.h"
+#include "Core/Metadata/MetadataSet.h"
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/ReferenceElement.h"
+#include "Core/Platform/Raise.h"
+#include "Core/Types/ValueText.h"
+
+namespace Vantor {
+
+namespace {
+
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
+using MetaMetadata::MetaElement;
+using Types::Identifiers::Identifier;
+
+std::string typeName(const MetaElement& definition) {
+  const std::string name = Types::Identifiers::name(definition.dataType());
+  const auto* collection = MetaMetadata::asCollection(definition);
+  return collection == nullptr ? name : name + " of " + Types::Identifiers::name(collection->dataSubType());
+}
+
+bool isOfType(const Types::SimpleDataType& value, const MetaElement& definition) {
+  if (value.identifier() != definition.dataType()) return false;
+  const auto* type = MetaMetadata::asCollection(definition);
+  if (type == nullptr) return true;
+  const auto& collection = static_cast<const Types::Collection&>(value);
+  for (uint32 i = 0; i < collection.size(); ++i) {
+    if (collection.at(i).identifier() != type->dataSubType()) return false;
+  }
+  return true;
+}
+
+bool isInteger(Identifier type) {
+  using namespace Types::Identifiers;
+  constexpr Identifier kIntegers[] = {kInt8,   kInt16,  kInt32,    kInt64,       kUInt8,          kUInt16, kUInt32,
+                                      kUInt64, kLength, kPosition, kOrientation, kSignalStandard, kBoolean};
+  return std::find(std::begin(kIntegers), std::end(kIntegers), type) != std::end(kIntegers);
+}
+
+}  // namespace
+
+const Element* MetadataSet::find(std::string_view property) const {
+  return const_cast<MetadataSet*>(this)->find(property);
+}
+
+Element* MetadataSet::find(std::string_view property) {
+  const auto* attribute = definition_ == nullptr ? nullptr : definition_->findAttribute(property);
+  if (attribute != nullptr) return find(attribute->metaElement()->key());
+  for (const auto& element : invalid_) {
+    const auto* definition = element->metaAttribute().metaElement();
+    if (definition != nullptr && definition->isNamed(property)) return element.get();
+  }
+  return nullptr;
+}
+
+bool MetadataSet::has(std::string_view property) const {
+  const auto* element = find(property);
+  return element != nullptr && element->isPresent();
+}
+
+const MetaElement& MetadataSet::definitionOf(std::string_view property) const {
+  if (const auto* element = find(property)) return *element->metaAttribute().metaElement();
+  const auto* attribute = definition_ == nullptr ? nullptr : definition_->findAttribute(property);
+  if (attribute == nullptr) raise<InvalidFormat>("{} has no property '{}'", fullName(), property);
+  return *attribute->metaElement();
+}
+
+const Types::SimpleDataType* MetadataSet::valueOfType(std::string_view property, Identifier type) const {
+  const auto& definition = definitionOf(property);
+  const auto* element = find(property);
+  const auto* value = element == nullptr ? nullptr : element->wireValue();
+  const auto found = value == nullptr ? definition.dataType() : value->identifier();
+  if (found == type) return value;
+  raise<InvalidFormat>("{} of {} is of type {}, not {}", property, fullName(), Types::Identifiers::name(found),
+                       Types::Identifiers::name(type));
+}
+
+const Types::SimpleDataType& MetadataSet::requiredValue(std::string_view property, Identifier type) const {
+  if (const auto* value = valueOfType(property, type)) return *value;
+  raise<InvalidFormat>("{} of {} has no value", property, fullName());
+}
+
+wstring MetadataSet::text(std::string_view property) const {
+  definitionOf(property);
+  const auto* element = find(property);
+  const auto* value = element == nullptr ? nullptr : element->wireValue();
+  if (value == nullptr) raise<InvalidFormat>("{} of {} has no value", property, fullName());
+  return Types::textOfValue(*value);
+}
+
+/// What an unknown property holds under the tag of a property is a value of it that does not decode. The new property
+/// takes its place.
+Element& MetadataSet::createElement(std::string_view property) {
+  if (Element* there = find(property)) return *there;
+  const auto& attribute = *definition_->findAttribute(property);
+  Element& created = createElement(attribute);
+  const auto unknown = std::find_if(invalid_.begin(), invalid_.end(), [&](const auto& element) {
+    return element->localTag() != 0 && element->metaAttribute().metaElement() == nullptr &&
+           attributeOfTag(element->localTag()) == &attribute;
+  });
+  if (unknown == invalid_.end()) return created;
+  created.setLocalTag((*unknown)->localTag());
+  created.setLengthOctets((*unknown)->lengthOctets());
+  std::replace(readOrder_.begin(), readOrder_.end(), static_cast<const Element*>(unknown->get()),
+               static_cast<const Element*>(&created));
+  invalid_.erase(unknown);
+  return created;
+}
+
+const MetaMetadata::MetaAttribute* MetadataSet::attributeOfTag(uint16 tag) const {
+  const auto* label = partition_ == nullptr ? nullptr : partition_->partitionDictionary().tryFind(tag);
+  return label == nullptr ? definition_->findAttributeByStaticTag(tag) : definition_->findAttribute(*label);
+}
+
+bool MetadataSet::set(std::string_view property, const Types::SimpleDataType& value) {
+  const auto& definition = definitionOf(property);
+  if (!isOfType(value, definition)) {
+    raise<InvalidFormat>("{} of {} takes {}, not {}", property, fullName(), typeName(definition),
+                         Types::Identifiers::name(value.identifier()));
+  }
+  const auto* element = find(property);
+  const auto* before = element == nullptr ? nullptr : element->wireValue();
+  if (before != nullptr && before->equals(value)) return false;
+  setDecodedValue(createElement(property), value.clone());
+  return true;
+}
+
+bool MetadataSet::set(std::string_view property, std::u16string_view text) {
+  const auto& definition = definitionOf(property);
+  refuseInstanceUID(property, "be set from a text");
+  auto_ptr<Types::SimpleDataType> value;
+  try {
+    value = valueFromText(definition, text);
+  } catch (const Exceptions::BaseException& error) {
+    raise<InvalidFormat>("{} of {}: {}", property, fullName(), error.message());
+  }
+  // A text does not tell how many NULs end a value.
+  if (has(property) && find(property)->wireValue() != nullptr && this->text(property) == Types::textOfValue(*value)) {
+    return false;
+  }
+  setDecodedValue(createElement(property), std::move(value));
+  return true;
+}
+
+bool MetadataSet::setNumber(std::string_view property, const wstring& digits) {
+  const auto& definition = definitionOf(property);
+  if (isInteger(definition.dataType())) return set(property, digits);
+  raise<InvalidFormat>("{} of {} takes {}, not an integer", property, fullName(), typeName(definition));
+}
+
+bool MetadataSet::set(std::string_view property, const MetadataSet& target) {
+  const auto& definition = definitionOf(property);
+  if (!isReference(definition) || MetaMetadata::asCollection(definition) != nullptr) {
+    raise<InvalidFormat>("{} of {} takes {}, not a reference to a set", property, fullName(), typeName(definition));
+  }
+  return set(property, *makeReference(definition.dataType(), &target));
+}
+
+void MetadataSet::append(std::string_view property, const Types::SimpleDataType& item) {
+  const auto& definition = definitionOf(property);
+  const auto* collection = MetaMetadata::asCollection(definition);
+  if (collection == nullptr || collection->dataSubType() != item.identifier()) {
+    raise<InvalidFormat>("{} of {} is of type {} and takes no item of type {}", property, fullName(),
+                         typeName(definition), Types::Identifiers::name(item.identifier()));
+  }
+  static_cast<CollectionElement&>(createElement(property)).append(item.clone());
+}
+
+void MetadataSet::append(std::string_view property, const MetadataSet& target) {
+  const auto& definition = definitionOf(property);
+  const auto* collection = MetaMetadata::asCollection(definition);
+  if (collection == nullptr || !isReference(definition)) {
+    raise<InvalidFormat>("{} of {} is of type {}, not a collection of references", property, fullName(),
+                         typeName(definition));
+  }
+  append(property, *makeReference(collection->dataSubType(), &target));
+}
+
+void MetadataSet::refuseInstanceUID(std::string_view property, const char* verb) const {
+  const auto* attribute = definition_ == nullptr ? nullptr : definition_->instanceUIDAttribute();
+  if (attribute == nullptr || &definitionOf(property) != attribute->metaElement()) return;
+  raise<InvalidFormat>("the {} of {} cannot {}: references to the set would break", property, fullName(), verb);
+}
+
+bool MetadataSet::remove(std::string_view property) {
+  definitionOf(property);
+  refuseInstanceUID(property, "be removed");
+  const auto* element = find(property);
+  if (element == nullptr || !element->isPresent()) return false;
+  remove(*element);
+  return true;
+}
+
+}  // namespace Vantor
