@@ -6,6 +6,7 @@
 #include "Core/Metadata/PartitionDigest.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
+#include "Core/Types/UMID32.h"
 
 namespace Vantor::Edit {
 
