@@ -14,6 +14,8 @@ using Types::Identifiers::Identifier;
 
 /// The components of a pixel layout that the exact form of a value has.
 constexpr uint32 kComponentsShown = 5;
+/// The octets of the length field of a set that was made.
+constexpr uint8 kDefaultLengthOctets = 4;
 
 bool isText(Identifier type) {
   return type == Types::Identifiers::kUTF16String || type == Types::Identifiers::kUTF8String ||
@@ -138,7 +140,7 @@ uint8 writtenLengthOctets(uint8 octets, uint64 size) {
 }
 
 bool hasOtherLengthOctets(const MetadataSet& before, const MetadataSet& after) {
-  if (!wasReadFromKLV(after)) return false;
+  if (after.berLength() == kDefaultLengthOctets && !wasReadFromKLV(after)) return false;
   const auto octetsOf = [](const MetadataSet& set) {
     const auto* group = asGroup(&set);
     return writtenLengthOctets(set.berLength(), group == nullptr ? 0 : group->value().size());

@@ -1,4 +1,4 @@
-#include "Edit/PartitionMerge.h"
+#include "Edit/Merge.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 #include "tests/Core/Metadata/TestPartition.h"
 #include "tests/SampleFiles.h"
 
-namespace Vantor {
+namespace Vantor::Edit {
 namespace {
 
 constexpr const char* kSample = VANTOR_TEST_DATA_DIR "/gst-audio-ac3.mxf";
@@ -59,218 +59,168 @@ void removeReference(PartitionMetadata& partition, const std::string& set, const
   dynamic_cast<CollectionElement&>(propertyNamed(setNamed(partition, set), property)).removeAt(index);
 }
 
-/// One file, read three times: as it is, and as what two documents of it would give.
-class PartitionMerge : public testing::Test {
+/// One file, read twice: as it is, and as the edited state.
+class MergeTest : public testing::Test {
  protected:
-  auto_ptr<PartitionMetadata> merge(const MergeRules& rules = {}) { return mergeDocument({after_.get()}, rules); }
-  auto_ptr<PartitionMetadata> mergeDocument(const DocumentContent& edited, const MergeRules& rules = {}) {
-    const DocumentContent before{before_.get()};
-    return mergeEdits(*original_, {before, before}, edited, rules, &summary_);
+  /// Merges into a base that is ours itself.
+  void merge(bool mayRemove = true) { mergeInto(*ours_, mayRemove); }
+  void mergeInto(const PartitionMetadata& base, bool mayRemove = true) {
+    report_ = Edit::merge(*ours_, base, {*theirs_, {}, mayRemove}, Scope(base));
   }
-  std::size_t differences(const PartitionMetadata& merged) const {
-    return comparePartitions(*original_, merged).differences.size();
-  }
+  std::vector<PartitionDifference> differences() const { return comparePartitions(*readSample(), *ours_).differences; }
+  bool isUnchanged() const { return written(*ours_) == written(*readSample()); }
 
-  std::unique_ptr<PartitionMetadata> original_ = readSample();
-  std::unique_ptr<PartitionMetadata> before_ = readSample();
-  std::unique_ptr<PartitionMetadata> after_ = readSample();
-  MergeSummary summary_;
+  std::unique_ptr<PartitionMetadata> ours_ = readSample();
+  std::unique_ptr<PartitionMetadata> theirs_ = readSample();
+  MergeReport report_;
 };
 
-TEST(PartitionMergeOfSamples, GivesTheSameBytesWhenNothingWasEdited) {
+TEST(MergeOfSamples, GivesTheSameBytesWhenNothingWasEdited) {
   for (const auto& file : sampleFiles()) {
-    const auto original = readSample(file);
-    const auto before = readSample(file);
-    const auto after = readSample(file);
-    MergeSummary summary;
-    const DocumentContent unedited{before.get()};
-    const auto merged = mergeEdits(*original, {unedited, unedited}, {after.get()}, {}, &summary);
-    EXPECT_EQ(countEdits(unedited, {after.get()}), 0u) << file;
-    EXPECT_TRUE(summary.isUnchanged()) << file;
-    EXPECT_EQ(written(*merged), written(*original)) << file;
+    const auto ours = readSample(file), base = readSample(file), theirs = readSample(file);
+    const Bytes before = written(*ours);
+    for (const auto* one : {ours.get(), base.get()}) {
+      const auto report = merge(*ours, *one, {*theirs}, Scope(*one));
+      EXPECT_TRUE(report.kept.empty() && report.rejected.empty()) << file;
+      EXPECT_EQ(written(*ours), before) << file;
+    }
   }
 }
 
-TEST_F(PartitionMerge, ChangesOnePropertyAndKeepsItsTag) {
-  setText(*after_, "Identification", "ApplicationName", u"Ed");
-  const auto merged = merge();
-  EXPECT_EQ(summary_.changedSets, 1u);
-  EXPECT_EQ(summary_.changedProperties, 1u);
-  EXPECT_EQ(differences(*merged), 1u);
-  EXPECT_EQ(propertyNamed(setNamed(*merged, "Identification"), "ApplicationName").localTag(), 0x3c02);
+TEST_F(MergeTest, ChangesOnePropertyAndKeepsItsTagAndPlace) {
+  setText(*theirs_, "Identification", "ApplicationName", u"Ed");
+  const auto order = setNamed(*ours_, "Identification").inWritingOrder();
+  merge();
+  EXPECT_EQ(differences().size(), 1u);
+  EXPECT_EQ(propertyNamed(setNamed(*ours_, "Identification"), "ApplicationName").localTag(), 0x3c02);
+  EXPECT_EQ(setNamed(*ours_, "Identification").inWritingOrder(), order);
 }
 
-TEST_F(PartitionMerge, KeepsWhatTheDocumentCannotSayOfAnEditedSet) {
-  // A NUL behind the text, which no document tells.
+TEST_F(MergeTest, KeepsFinalNULsThatTheEditLacks) {
   const Bytes octets = hex("00610000");
-  auto& supplier = propertyNamed(setNamed(*original_, "Identification"), "ApplicationSupplierName");
+  auto& supplier = propertyNamed(setNamed(*ours_, "Identification"), "ApplicationSupplierName");
   setDecodedValue(supplier,
                   Types::Factories::fromBytes(Types::Identifiers::kUTF16String, octets.data(), octets.size()));
-  setText(*before_, "Identification", "ApplicationSupplierName", u"a");
-  setText(*after_, "Identification", "ApplicationSupplierName", u"a");
-  setText(*after_, "Identification", "ApplicationName", u"Ed");
-  const auto merged = merge();
-  const auto* kept = propertyNamed(setNamed(*merged, "Identification"), "ApplicationSupplierName").wireValue();
+  setText(*theirs_, "Identification", "ApplicationSupplierName", u"a");
+  setText(*theirs_, "Identification", "ApplicationName", u"Ed");
+  merge();
+  const auto* kept = propertyNamed(setNamed(*ours_, "Identification"), "ApplicationSupplierName").wireValue();
   EXPECT_EQ(Bytes(kept->rawBuffer(), kept->rawBuffer() + kept->encodedSize()), octets);
-  EXPECT_EQ(differences(*merged), 1u);
+  EXPECT_EQ(differences().size(), 2u);
 }
 
-TEST_F(PartitionMerge, AddsAndTakesOutProperties) {
-  auto& identification = setNamed(*after_, "Identification");
+TEST_F(MergeTest, AddsAndRemovesProperties) {
+  auto& identification = setNamed(*theirs_, "Identification");
   identification.remove(propertyNamed(identification, "ApplicationName"));
-  setText(*after_, "Identification", "ApplicationPlatform", u"Acme");
-  setText(*before_, "Identification", "ApplicationPlatform", u"Other");
-  const auto merged = merge();
-  EXPECT_EQ(summary_.changedProperties, 2u);
-  std::vector<std::string> present;
-  for (const auto* property : setNamed(*merged, "Identification").inDefinitionOrder()) {
-    present.push_back(property->metaAttribute().metaElement()->symbol());
-  }
-  EXPECT_THAT(present, testing::Not(testing::Contains("ApplicationName")));
-  EXPECT_THAT(present, testing::Contains("ApplicationPlatform"));
-}
-
-TEST_F(PartitionMerge, TakesNothingOutWhenItMayNot) {
-  auto& identification = setNamed(*after_, "Identification");
-  identification.remove(propertyNamed(identification, "ApplicationName"));
-  const auto merged = merge({false});
-  EXPECT_TRUE(summary_.isUnchanged());
-  EXPECT_EQ(written(*merged), written(*original_));
-  ASSERT_EQ(summary_.kept.size(), 1u);
-  EXPECT_EQ(summary_.kept[0].set, "Identification " + uidOf(identification));
-  EXPECT_EQ(summary_.kept[0].property, "ApplicationName");
-}
-
-TEST_F(PartitionMerge, TakesNoReferencesOutWhenItMayNot) {
-  removeReference(*after_, "ContentStorage", "Packages", 0);
-  const auto merged = merge({false});
-  EXPECT_TRUE(summary_.isUnchanged());
-  EXPECT_EQ(written(*merged), written(*original_));
-  ASSERT_EQ(summary_.kept.size(), 1u);
-  EXPECT_EQ(summary_.kept[0].set, "ContentStorage " + uidOf(setNamed(*after_, "ContentStorage")));
-  EXPECT_EQ(summary_.kept[0].property, "Packages");
-}
-
-TEST_F(PartitionMerge, GivesNoPropertyATagThatADarkSetHas) {
-  constexpr uint16 kHighest = 0xffff;  // the first dynamic tag that is given away
-  const KLV::Key key(hex("060E2B34025301010F00000000000001").data());
-  for (auto* partition : {original_.get(), before_.get(), after_.get()}) {
-    readSet(*partition, key, Items().instanceUID(7).item(kHighest, "01"));
-  }
-  ASSERT_EQ(original_->partitionDictionary().tryFind(kHighest), nullptr);
-  dynamic_cast<SimpleElement&>(propertyNamed(setNamed(*after_, "Preface"), "IsRIPPresent"))
+  setText(*theirs_, "Identification", "URL", u"a");
+  auto& preface = setNamed(*theirs_, "Preface");
+  dynamic_cast<SimpleElement&>(propertyNamed(preface, "IsRIPPresent"))
       .set(std::make_unique<Types::Boolean>(true), true);
-  const auto merged = merge();
-  written(*merged);
-  const auto& tags = merged->partitionDictionary();
-  EXPECT_EQ(tags.tryFind(kHighest), nullptr);
-  EXPECT_EQ(tags.primerEntries().size(), original_->partitionDictionary().primerEntries().size() + 1);
+  merge();
+  EXPECT_FALSE(setNamed(*ours_, "Identification").has("ApplicationName"));
+  EXPECT_TRUE(setNamed(*ours_, "Preface").get<Types::Boolean>("IsRIPPresent").value());
+  EXPECT_EQ(differences().size(), 2u);
 }
 
-TEST_F(PartitionMerge, LeavesWhatCouldNotBeRead) {
-  setText(*after_, "Identification", "ApplicationName", u"Ed");
-  DocumentContent edited{after_.get()};
-  edited.unread.insert(
-      DocumentContent::keyOf(*setNamed(*original_, "Identification").instanceUID(), "ApplicationName"));
-  EXPECT_EQ(differences(*mergeDocument(edited)), 0u);
+TEST_F(MergeTest, RemovesNothingWhenItMayNot) {
+  auto& identification = setNamed(*theirs_, "Identification");
+  identification.remove(propertyNamed(identification, "ApplicationName"));
+  merge(false);
+  EXPECT_TRUE(isUnchanged());
+  ASSERT_EQ(report_.kept.size(), 1u);
+  EXPECT_EQ(report_.kept[0].set, "Identification " + uidOf(identification));
+  EXPECT_EQ(report_.kept[0].property, "ApplicationName");
 }
 
-TEST_F(PartitionMerge, AddsNewSetsAtTheEndAndTakesMissingOnesOut) {
-  auto* added = after_->createMetadataSet(builtInDictionary()->findSetBySymbol("NetworkLocator")->key());
-  dynamic_cast<SimpleElement&>(propertyNamed(*added, "URL"))
-      .set(std::make_unique<Types::UTF16String>(wstring(u"a")), true);
-  const auto merged = merge();
-  EXPECT_EQ(summary_.addedSets, 1u);
-  ASSERT_EQ(merged->sets().size(), original_->sets().size() + 1);
-  EXPECT_EQ(merged->sets().back()->name(), "NetworkLocator");
-  EXPECT_EQ(*merged->sets().back()->instanceUID(), *added->instanceUID());
+TEST_F(MergeTest, RemovesNoReferencesWhenItMayNot) {
+  removeReference(*theirs_, "ContentStorage", "Packages", 0);
+  merge(false);
+  EXPECT_TRUE(isUnchanged());
+  ASSERT_EQ(report_.kept.size(), 1u);
+  EXPECT_EQ(report_.kept[0].set, "ContentStorage " + uidOf(setNamed(*theirs_, "ContentStorage")));
+  EXPECT_EQ(report_.kept[0].property, "Packages");
 }
 
-/// A partition without the sets of one name.
-std::unique_ptr<PartitionMetadata> without(const std::string& name, const PartitionMetadata& original) {
-  auto fewer = std::make_unique<PartitionMetadata>(builtInDictionary());
-  for (const auto& entry : original.partitionDictionary().primerEntries()) {
-    fewer->partitionDictionary().addPrimerEntry(entry);
+TEST_F(MergeTest, LeavesWhatCouldNotBeRead) {
+  setText(*theirs_, "Identification", "ApplicationName", u"Ed");
+  Theirs theirs{*theirs_};
+  theirs.unread.insert(Theirs::keyOf(*setNamed(*ours_, "Identification").instanceUID(), "ApplicationName"));
+  Edit::merge(*ours_, *ours_, theirs, Scope(*ours_));
+  EXPECT_TRUE(isUnchanged());
+}
+
+TEST_F(MergeTest, AddsNewSetsAtTheEnd) {
+  auto& added = theirs_->createMetadataSet("NetworkLocator");
+  added.set("URL", u"a");
+  const auto count = ours_->sets().size();
+  merge();
+  ASSERT_EQ(ours_->sets().size(), count + 1);
+  EXPECT_EQ(ours_->sets().back()->name(), "NetworkLocator");
+  EXPECT_EQ(*ours_->sets().back()->instanceUID(), *added.instanceUID());
+  EXPECT_EQ(ours_->sets().back()->text("URL"), u"a");
+}
+
+TEST_F(MergeTest, RemovesSetsThatTheEditLacks) {
+  removeReference(*theirs_, "Preface", "IdentificationList", 0);
+  theirs_->remove(setNamed(*theirs_, "Identification"));
+  const auto count = ours_->sets().size();
+  merge();
+  EXPECT_EQ(ours_->sets().size(), count - 1);
+  EXPECT_EQ(ours_->tryFind("Identification"), nullptr);
+}
+
+TEST_F(MergeTest, KeepsSetsThatTheScopeDoesNotShow) {
+  const auto& timecode = *ours_->find("Timecode").instanceUID();
+  DocumentForm form;
+  form.start = timecode;
+  for (MetadataSet* set : std::vector<MetadataSet*>(theirs_->sets())) {
+    if (!(*set->instanceUID() == timecode)) theirs_->remove(*set);
   }
-  for (const auto* set : original.sets()) {
-    if (set->name() == name) continue;
-    DataIO::Memory::MemoryDataSink sink;
-    auto tags = original.partitionDictionary();
-    set->serialize(sink, tags);
-    const auto head = KLV::Key::kSize + set->berLength();
-    fewer->addKLV(set->key(), set->berLength(), sink.rawBuffer() + head, sink.serializedSize() - head, 0);
+  theirs_->find("Timecode").set("StartTimecode", 90000);
+  Edit::merge(*ours_, *ours_, {*theirs_}, Scope(*ours_, *theirs_, form));
+  EXPECT_EQ(differences().size(), 1u);
+}
+
+TEST_F(MergeTest, RefusesToRemoveATargetOfASetThatTheScopeDoesNotShow) {
+  const auto& sequence = *ours_->findByInstanceUID(*ours_->find("Sequence[1]").instanceUID()).front();
+  DocumentForm form;
+  form.start = *sequence.instanceUID();
+  for (MetadataSet* set : std::vector<MetadataSet*>(theirs_->sets())) {
+    if (set->name() != "Identification") theirs_->remove(*set);
   }
-  return fewer;
+  const Bytes before = written(*ours_);
+  EXPECT_THAT([&] { Edit::merge(*ours_, *ours_, {*theirs_}, Scope(*ours_, *theirs_, form)); },
+              testing::ThrowsMessage<Exceptions::InvalidFormat>(
+                  testing::AllOf(testing::StartsWith("the document omits the "),
+                                 testing::HasSubstr(" refers to it, which the document does not show"))));
+  EXPECT_EQ(written(*ours_), before);
 }
 
-TEST_F(PartitionMerge, TakesOutSetsThatTheEditedPartitionLacks) {
-  for (auto* partition : {before_.get(), after_.get()}) removeReference(*partition, "Preface", "IdentificationList", 0);
-  removeReference(*original_, "Preface", "IdentificationList", 0);
-  after_ = without("Identification", *after_);
-  const auto merged = merge();
-  EXPECT_EQ(summary_.removedSets, 1u);
-  EXPECT_EQ(summary_.changedSets, 0u);
-  EXPECT_EQ(merged->sets().size(), original_->sets().size() - 1);
-}
-
-TEST_F(PartitionMerge, KeepsSetsThatTheFormOfTheDocumentLacks) {
-  const auto fewer = without("Identification", *original_);
-  const DocumentContent shown{fewer.get()}, full{before_.get()};
-  const auto merged = mergeEdits(*original_, {shown, full}, shown, {}, &summary_);
-  EXPECT_TRUE(summary_.isUnchanged());
-  EXPECT_EQ(written(*merged), written(*original_));
-  setText(*after_, "Identification", "ApplicationName", u"Ed");
-  mergeEdits(*original_, {shown, full}, {after_.get()}, {}, &summary_);
-  EXPECT_EQ(summary_.changedSets, 1u) << "the user has brought it in";
-  EXPECT_EQ(summary_.changedProperties, 1u);
-}
-
-TEST_F(PartitionMerge, PutsReferencesBackThatTheFormOfTheDocumentDoesNotShow) {
+TEST_F(MergeTest, KeepsReferencesThatTheLetterOfTheNestedFormHides) {
   const auto packages = [](PartitionMetadata& partition) {
     std::vector<Types::UUID> targets;
     propertyNamed(setNamed(partition, "ContentStorage"), "Packages").appendTargets({true}, targets);
     return targets;
   };
-  const auto all = packages(*original_);
+  const auto all = packages(*ours_);
   ASSERT_EQ(all.size(), 2u);
-  removeReference(*before_, "ContentStorage", "Packages", 0);
-  removeReference(*after_, "ContentStorage", "Packages", 0);
-  EXPECT_EQ(packages(*merge()), all);
-  EXPECT_TRUE(summary_.isUnchanged());
-
-  removeReference(*after_, "ContentStorage", "Packages", 0);
-  EXPECT_EQ(packages(*merge()), std::vector<Types::UUID>{all[0]});
-  EXPECT_EQ(summary_.changedProperties, 1u);
-
-  auto& storage = setNamed(*after_, "ContentStorage");
-  storage.remove(propertyNamed(storage, "Packages"));
-  EXPECT_THAT([&] { merge(); },
-              testing::ThrowsMessage<UnclearEdit>(testing::HasSubstr(
-                  ": Packages was edited, and refers to sets that the document does not show there")));
+  DocumentForm form;
+  form.isAssumed = true;
+  removeReference(*theirs_, "ContentStorage", "Packages", 0);
+  Edit::merge(*ours_, *ours_, {*theirs_}, Scope(*ours_, *theirs_, form));
+  EXPECT_EQ(packages(*ours_), all) << "their set is elsewhere in the document";
+  form.isAssumed = false;
+  Edit::merge(*ours_, *ours_, {*theirs_}, Scope(*ours_, *theirs_, form));
+  EXPECT_EQ(packages(*ours_), std::vector<Types::UUID>{all[1]}) << "every reference is shown";
 }
 
-TEST_F(PartitionMerge, RefusesToReplaceASingleReferenceThatTheDocumentDoesNotShow) {
-  for (auto* partition : {before_.get(), after_.get()}) {
-    auto& preface = setNamed(*partition, "Preface");
-    preface.remove(propertyNamed(preface, "ContentStorageObject"));
-  }
-  EXPECT_EQ(written(*merge()), written(*original_));
-  auto& reference = propertyNamed(setNamed(*after_, "Preface"), "ContentStorageObject");
-  dynamic_cast<ReferenceElement&>(reference).set(&setNamed(*after_, "Preface"));
-  EXPECT_THAT([&] { merge(); },
-              testing::ThrowsMessage<UnclearEdit>(testing::HasSubstr(": ContentStorageObject was edited, and refers")));
-  dynamic_cast<ReferenceElement&>(reference).set(&setNamed(*after_, "ContentStorage"));
-  EXPECT_EQ(written(*merge()), written(*original_)) << "the same reference is no edit";
-}
-
-TEST_F(PartitionMerge, RefusesToTakeOutASetThatAReferenceLeadsToWhichTheDocumentDoesNotShow) {
-  for (auto* partition : {before_.get(), after_.get()}) removeReference(*partition, "Preface", "IdentificationList", 0);
-  after_ = without("Identification", *after_);
-  EXPECT_THAT([&] { merge(); },
-              testing::ThrowsMessage<UnclearEdit>(testing::AllOf(
-                  testing::StartsWith("the Identification " + uidOf(setNamed(*original_, "Identification")) +
-                                      " was taken out, and the Preface "),
-                  testing::HasSubstr(" refers to it, which the document does not show there"))));
+TEST_F(MergeTest, ReplacesASingleReferenceAlsoWhereTheFormMayHideIt) {
+  DocumentForm form;
+  form.isAssumed = true;
+  auto& reference = propertyNamed(setNamed(*theirs_, "Preface"), "ContentStorageObject");
+  dynamic_cast<ReferenceElement&>(reference).set(&setNamed(*theirs_, "Preface"));
+  Edit::merge(*ours_, *ours_, {*theirs_}, Scope(*ours_, *theirs_, form));
+  EXPECT_EQ(differences().size(), 1u);
 }
 
 /// Gives a second set of a partition the InstanceUID of another.
@@ -280,42 +230,74 @@ void shareInstanceUID(PartitionMetadata& partition) {
       .set(std::make_unique<Types::UUID>(*setNamed(partition, "Identification").instanceUID()), true);
 }
 
-TEST_F(PartitionMerge, TellsOfAnEditOfASetThatSharesItsInstanceUID) {
-  shareInstanceUID(*original_);
-  EXPECT_TRUE(merge() != nullptr && summary_.untaken.empty());
-  setText(*after_, "Identification", "ApplicationName", u"Ed");
-  const auto merged = merge();
-  EXPECT_TRUE(summary_.isUnchanged());
-  ASSERT_EQ(summary_.untaken.size(), 1u);
-  EXPECT_EQ(summary_.untaken[0].set, "Identification " + uidOf(setNamed(*original_, "Identification")));
-  EXPECT_EQ(summary_.untaken[0].reason, "another set has the same InstanceUID");
-  EXPECT_EQ(written(*merged), written(*original_));
+TEST_F(MergeTest, RejectsAnEditOfASetThatSharesItsInstanceUID) {
+  shareInstanceUID(*ours_);
+  const Bytes before = written(*ours_);
+  merge();
+  EXPECT_TRUE(report_.rejected.empty());
+  setText(*theirs_, "Identification", "ApplicationName", u"Ed");
+  merge();
+  ASSERT_EQ(report_.rejected.size(), 1u);
+  EXPECT_EQ(report_.rejected[0].set, "Identification " + uidOf(setNamed(*ours_, "Identification")));
+  EXPECT_EQ(report_.rejected[0].reason, RejectedEdit::Reason::kSharedInstanceUID);
+  EXPECT_EQ(written(*ours_), before);
 }
 
-TEST_F(PartitionMerge, TellsOfAnEditOfASetWithoutInstanceUID) {
-  auto& identification = setNamed(*original_, "Identification");
-  identification.remove(propertyNamed(identification, "InstanceID"));
-  const auto unnamed = [](PartitionMetadata& partition) {
-    auto& set = setNamed(partition, "Identification");
-    dynamic_cast<SimpleElement&>(propertyNamed(set, "InstanceID"))
-        .set(std::make_unique<Types::UUID>(Types::Factories::UID::generateUUID()), true);
-    removeReference(partition, "Preface", "IdentificationList", 0);
-    return DocumentContent{&partition, {&set}};
-  };
-  removeReference(*original_, "Preface", "IdentificationList", 0);
-  const auto before = unnamed(*before_), after = unnamed(*after_);
-  mergeEdits(*original_, {before, before}, after, {}, &summary_);
-  EXPECT_TRUE(summary_.isUnchanged());
-  EXPECT_TRUE(summary_.untaken.empty());
-  setText(*after_, "Identification", "ApplicationName", u"Ed");
-  mergeEdits(*original_, {before, before}, after, {}, &summary_);
-  EXPECT_TRUE(summary_.isUnchanged());
-  ASSERT_EQ(summary_.untaken.size(), 1u);
-  EXPECT_EQ(summary_.untaken[0].set, "Identification");
-  EXPECT_EQ(summary_.untaken[0].reason, "it has no InstanceUID");
+TEST_F(MergeTest, RejectsAnEditOfASetWithoutInstanceUID) {
+  for (auto* partition : {ours_.get(), theirs_.get()}) {
+    auto& identification = setNamed(*partition, "Identification");
+    identification.remove(propertyNamed(identification, "InstanceID"));
+  }
+  const Bytes before = written(*ours_);
+  merge();
+  EXPECT_TRUE(report_.rejected.empty());
+  setText(*theirs_, "Identification", "ApplicationName", u"Ed");
+  merge();
+  ASSERT_EQ(report_.rejected.size(), 1u);
+  EXPECT_EQ(report_.rejected[0].set, "Identification");
+  EXPECT_EQ(report_.rejected[0].reason, RejectedEdit::Reason::kNoInstanceUID);
+  EXPECT_EQ(written(*ours_), before);
 }
 
-TEST_F(PartitionMerge, FindsAPropertyByItsTagThatTheDocumentHasAsAnUnknownOne) {
+TEST_F(MergeTest, RejectsASetOfAnotherKind) {
+  const auto instanceUID = *ours_->find("Identification").instanceUID();
+  theirs_->remove(theirs_->find("Identification"));
+  theirs_->createMetadataSet("NetworkLocator").set("InstanceID", instanceUID);
+  merge();
+  ASSERT_EQ(report_.rejected.size(), 1u);
+  EXPECT_EQ(report_.rejected[0].reason, RejectedEdit::Reason::kOtherKind);
+  EXPECT_EQ(report_.rejected[0].theirs, "NetworkLocator");
+  EXPECT_TRUE(isUnchanged());
+}
+
+TEST_F(MergeTest, GivesNoPropertyATagThatADarkSetHas) {
+  constexpr uint16 kHighest = 0xffff;  // the first dynamic tag that is given away
+  const KLV::Key key(hex("060E2B34025301010F00000000000001").data());
+  readSet(*theirs_, key, Items().instanceUID(7).item(kHighest, "01"));
+  ASSERT_EQ(ours_->partitionDictionary().tryFind(kHighest), nullptr);
+  theirs_->find("Preface").set("IsRIPPresent", true);
+  const auto rows = ours_->partitionDictionary().primerEntries().size();
+  merge();
+  written(*ours_);
+  EXPECT_EQ(ours_->partitionDictionary().tryFind(kHighest), nullptr);
+  EXPECT_EQ(ours_->partitionDictionary().primerEntries().size(), rows + 1);
+}
+
+TEST_F(MergeTest, MergesIntoAPartitionThatRepeatsTheBaseInItsOwnOrder) {
+  const auto base = readSample();
+  auto entries = ours_->releaseEntries();
+  for (auto at = entries.rbegin(); at != entries.rend(); ++at) {
+    ours_->addMetadataSet(std::move(std::get<auto_ptr<MetadataSet>>(*at)));
+  }
+  setText(*theirs_, "Identification", "ApplicationName", u"Ed");
+  const std::string last = ours_->sets().back()->name();
+  mergeInto(*base);
+  EXPECT_EQ(differences().size(), 1u);
+  EXPECT_EQ(ours_->sets().back()->name(), last);
+}
+
+TEST_F(MergeTest, FindsAPropertyByItsTagThatTheEditHasAsAnUnknownOne) {
+  const auto base = readSample();
   const auto makeUnknown = [](PartitionMetadata& partition, const std::string& octets) {
     auto& identification = setNamed(partition, "Identification");
     identification.remove(propertyNamed(identification, "ApplicationName"));
@@ -324,66 +306,45 @@ TEST_F(PartitionMerge, FindsAPropertyByItsTagThatTheDocumentHasAsAnUnknownOne) {
                         std::make_unique<MetaMetadata::UnknownAttribute>(Types::LocalTag(uint16{0x3c02}))),
                     Types::Factories::fromBytes(Types::Identifiers::kUnknown, value.data(), value.size()));
   };
-  makeUnknown(*before_, "0041");
-  makeUnknown(*after_, "0042");
-  const auto merged = merge();
-  EXPECT_EQ(summary_.changedProperties, 1u);
-  auto& identification = setNamed(*merged, "Identification");
-  EXPECT_EQ(identification.inDefinitionOrder().size(),
-            setNamed(*original_, "Identification").inDefinitionOrder().size());
-  EXPECT_EQ(propertyNamed(identification, "ApplicationName").wireValue()->encodedSize(), 2u);
-  EXPECT_EQ(propertyNamed(identification, "ApplicationName").wireValue()->rawBuffer()[1], 0x42);
+  makeUnknown(*base, "0041");
+  makeUnknown(*theirs_, "0042");
+  mergeInto(*base);
+  EXPECT_EQ(ours_->find("Identification").text("ApplicationName"), u"B");
+  makeUnknown(*theirs_, "42");
+  EXPECT_THAT([&] { mergeInto(*base); }, testing::ThrowsMessage<Exceptions::InvalidFormat>(
+                                             testing::HasSubstr(": ApplicationName cannot have a value of 1 octets")));
 }
 
-TEST_F(PartitionMerge, CountsTheEditsOfADocument) {
-  setText(*after_, "Identification", "ApplicationName", u"Ed");
-  setText(*after_, "Identification", "ApplicationPlatform", u"Acme");
-  EXPECT_EQ(countEdits({before_.get()}, {after_.get()}), 2u);
-  const auto fewer = without("Sequence", *after_);
-  EXPECT_EQ(countEdits({before_.get()}, {fewer.get()}), 2u + original_->sets().size() - fewer->sets().size());
-  EXPECT_EQ(countEdits({fewer.get()}, {after_.get()}), original_->sets().size() - fewer->sets().size());
-}
-
-TEST_F(PartitionMerge, ReplacesDarkKLVsByKey) {
+TEST_F(MergeTest, ReplacesDarkKLVsInTheirPlaceByKey) {
   const KLV::Key key(hex("060E2B34010101010F00000000000001").data());
   const auto dark = [&key](const std::string& octets) {
     return std::make_unique<DarkMetadataSet>(key, uint8{4}, KLV::Value(hex(octets)));
   };
-  original_->addDarkMetadataSet(dark("0102"));
-  before_->addDarkMetadataSet(dark("0102"));
-  after_->addDarkMetadataSet(dark("0304"));
-  const auto merged = merge();
-  EXPECT_EQ(summary_.changedSets, 1u);
-  ASSERT_EQ(merged->darkEnd() - merged->darkBegin(), 1);
-  EXPECT_EQ((*merged->darkBegin())->value().rawBuffer()[0], 0x03);
+  ours_->addDarkMetadataSet(dark("0102"));
+  shareInstanceUID(*ours_);
+  theirs_->addDarkMetadataSet(dark("0304"));
+  merge();
+  ASSERT_EQ(ours_->darkEnd() - ours_->darkBegin(), 1);
+  EXPECT_EQ((*ours_->darkBegin())->value().rawBuffer()[0], 0x03);
+  EXPECT_TRUE(std::holds_alternative<auto_ptr<MetadataSet>>(ours_->entries().back()));
 }
 
-TEST_F(PartitionMerge, EditsLengthFieldsAlsoWhereThePartitionHasOthersThanTheDocument) {
+TEST_F(MergeTest, EditsLengthFieldsAlsoWhereOursHasOthersThanTheBase) {
+  const auto base = readSample();
   const KLV::Key key(hex("060E2B34010101010F00000000000001").data());
   const auto add = [&key](PartitionMetadata& partition, std::initializer_list<uint8> lengthOctets) {
     for (const uint8 octets : lengthOctets) {
       partition.addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, octets, KLV::Value(hex("0102"))));
     }
   };
-  const auto mergedOctets = [this] {
-    std::vector<int> octets;
-    const auto merged = merge();
-    for (auto at = merged->darkBegin(); at != merged->darkEnd(); ++at) octets.push_back((*at)->berLength());
-    return octets;
-  };
-  add(*original_, {3, 5});
-  add(*before_, {3, 4});
-  add(*after_, {9, 3});
-  EXPECT_EQ(countEdits({before_.get()}, {after_.get()}), 1u);
-  EXPECT_EQ(mergedOctets(), (std::vector<int>{3, 9}));
-  EXPECT_EQ(summary_.changedSets, 1u);
-  add(*original_, {9});
-  add(*before_, {6});
-  add(*after_, {0});
-  EXPECT_EQ(countEdits({before_.get()}, {after_.get()}), 1u) << "a document need not say it";
-  EXPECT_EQ(mergedOctets(), (std::vector<int>{3, 5, 9}));
-  EXPECT_TRUE(summary_.isUnchanged()) << "the one that was edited is so already";
+  add(*ours_, {3, 5});
+  add(*base, {3, 4});
+  add(*theirs_, {9, 3});
+  mergeInto(*base);
+  std::vector<int> octets;
+  for (auto at = ours_->darkBegin(); at != ours_->darkEnd(); ++at) octets.push_back((*at)->berLength());
+  EXPECT_EQ(octets, (std::vector<int>{3, 9}));
 }
 
 }  // namespace
-}  // namespace Vantor
+}  // namespace Vantor::Edit
