@@ -36,11 +36,6 @@ QualifiedName setName(const MetaMetadata::MetaMetadataSet& definition, Namespace
 /// @param definition  null for a property that the dictionary does not know: "groups:DarkElement".
 PropertyName propertyName(const MetaMetadata::MetaElement* definition, NamespaceMap& namespaces);
 
-/// The namespace that a property's element is created in: the definition's, or the one that the document has for the
-/// name's prefix.
-const wstring& propertyURI(const PropertyName& name, const MetaMetadata::MetaElement* definition,
-                           const NamespaceMap& namespaces);
-
 /// The qualified name of a set, "groups:DarkMetadata" for one without definition; registers nothing.
 wstring qualifiedSetName(const MetadataSet& set);
 

@@ -28,7 +28,8 @@ namespace XMLBuilder {
 
 VANTOR_AUTO_PTR_BEGIN
 
-/// Builds the document from the partition's Preface, the first one if there are several.
+/// Builds the document from the partition's Preface, the first one if there are several. `LosslessXML` has a form that
+/// hides nothing.
 /// @param partition             may be null.
 /// @param nestStrongReferences  true writes the target of a strong reference inside the property that refers to it,
 ///                              false writes it beside the referring set and a pointer in the property.
@@ -36,9 +37,8 @@ VANTOR_AUTO_PTR_BEGIN
 ///                              descriptive metadata, are left out where they are referred to.
 /// @return the document, owned by the caller; destroying the node destroys all of it. Empty when the partition is null
 ///         or has no Preface.
-/// @throws NestingTooDeep when strong references nest more than 1,000 deep, naming the set; other exceptions of the
-/// core
-///         library, the XML utility library and Xerces. Nothing is left behind.
+/// @throws NestingTooDeep when nested references lead more than 1,000 sets deep, naming the set; other exceptions of
+///         the core library, the XML utility library and Xerces. Nothing is left behind.
 VANTOR_XMLBUILDER_EXPORT std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition,
                                                                        bool nestStrongReferences,
                                                                        bool excludeNonStructural);
