@@ -10,7 +10,7 @@ namespace Vantor::XMLBuilder {
 
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkMetadataSet& set);
 
-/// The same for one that references can find.
+/// The same for a local set, which references can lead to.
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkParsedGroup& set);
 
 }  // namespace Vantor::XMLBuilder

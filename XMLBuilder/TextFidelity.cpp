@@ -43,7 +43,7 @@ bool isRestored(const Types::SimpleDataType& value) {
       return !isBlank(static_cast<const Types::UTF16&>(value));
     case kISO7String:
       return isAscii(static_cast<const Types::ISO7String&>(value));
-    case kArray:  // of collections: the text does not tell one from the next
+    case kArray:  // within a collection: the text shows no bounds
     case kBatch:
     case kNone:
       return false;
