@@ -2,8 +2,6 @@
 
 #include <xercesc/dom/DOMText.hpp>
 
-#include "Core/DataIO/Memory.h"
-#include "Core/KLV/BERLength.h"
 #include "Core/Platform/Numbers.h"
 #include "XMLBuilder/HexText.h"
 #include "XMLBuilder/Names.h"
@@ -33,19 +31,6 @@ void appendHex(ExportDocument& document, xercesc::DOMElement& element, const uin
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkMetadataSet& set) {
   auto& element = appendElement(document, parent, set.key(), set.berLength());
   appendHex(document, element, set.value().rawBuffer(), set.value().serializedSize());
-}
-
-void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const MetadataSet& set,
-                          const PartitionMetadata& partition) {
-  // Writing may enter tags into the primer; the partition is only read, so they go into a copy.
-  PartitionDictionary tags = partition.partitionDictionary();
-  DataIO::Memory::MemoryDataSink sink;
-  set.serialize(sink, tags);
-  DataIO::Memory::MemoryDataSource source(sink.rawBuffer(), sink.serializedSize());
-  source.skip(KLV::Key::kSize);
-  KLV::readBERLength(source);
-  auto& element = appendElement(document, parent, set.key(), set.berLength());
-  appendHex(document, element, sink.rawBuffer() + source.position(), source.remaining());
 }
 
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkParsedGroup& set) {

@@ -1,21 +1,16 @@
 #pragma once
 
 #include "Core/Metadata/DarkMetadataSet.h"
-#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/MetadataSet.h"
 #include "XMLBuilder/ExportDocument.h"
 
-/// Writes sets that the dictionary does not know as "groups:DarkMetadata" elements: key and count of length octets as
+/// Writes sets of which only the bytes are known as "groups:DarkMetadata" elements: key and count of length octets as
 /// attributes, the value's bytes as hexadecimal text.
 namespace Vantor::XMLBuilder {
 
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkMetadataSet& set);
 
-/// The same for a set of the model that has no definition. Properties without local tags are given some for the text,
-/// but not in the partition.
-void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const MetadataSet& set,
-                          const PartitionMetadata& partition);
-
-/// The same for one that keeps its bytes as they were read.
+/// The same for a local set, which references can lead to.
 void writeDarkMetadataSet(ExportDocument& document, xercesc::DOMElement& parent, const DarkParsedGroup& set);
 
 }  // namespace Vantor::XMLBuilder

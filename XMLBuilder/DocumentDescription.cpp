@@ -5,9 +5,11 @@
 #include <charconv>
 #include <map>
 
+#include "Core/DataIO/BigEndian.h"
 #include "Core/KLV/IdentifierText.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
+#include "XMLBuilder/HexText.h"
 
 namespace Vantor::XMLBuilder {
 
@@ -30,15 +32,9 @@ bool isPartitionName(const std::string& name) {
 }
 
 wstring digestText(uint64 digest) {
-  std::array<char, kDigestDigits> digits{};
-  digits.fill('0');
-  std::array<char, kDigestDigits> significant{};
-  const char* const end = std::to_chars(significant.data(), significant.data() + kDigestDigits, digest, 16).ptr;
-  std::copy_backward(static_cast<const char*>(significant.data()), end, digits.data() + kDigestDigits);
-  wstring text(digits.begin(), digits.end());
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char16_t digit) { return digit >= u'a' ? static_cast<char16_t>(digit - u'a' + u'A') : digit; });
-  return text;
+  std::array<uint8, kDigestDigits / 2> octets{};
+  DataIO::writeBigEndian<uint64>(octets.data(), digest);
+  return hexText(octets.data(), octets.size());
 }
 
 std::optional<uint64> digestFrom(const wstring& text) {

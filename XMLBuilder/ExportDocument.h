@@ -7,8 +7,8 @@
 
 namespace Vantor::XMLBuilder {
 
-/// What the writers of one document share: the document, the namespaces that they use, and the one element for all
-/// that is not reached from the start set. Lives for one call; the document is somebody else's.
+/// What the writers of one document share: the document, the namespaces in use, and the one container for what the
+/// start set does not lead to. Lives for one call; the caller owns the document.
 class ExportDocument {
  public:
   explicit ExportDocument(xercesc::DOMDocument& document) : document_(document) {}
@@ -24,8 +24,8 @@ class ExportDocument {
   /// The same, moved to the last place among the root's children.
   xercesc::DOMElement& lastFloatingContainer();
 
-  /// To be told of every set element: one that a dictionary gave the container's name is found as the container, so
-  /// that from then on it has to be looked for.
+  /// Called for every set element. A dictionary may give a set the container's name: its element is then found as the
+  /// container, as in a search of the document.
   void noteSetElement(const wstring& qualifiedName);
 
  private:

@@ -1,8 +1,8 @@
 #include "XMLBuilder/ExtensionElements.h"
 
-#include "Core/Platform/Exceptions.h"
-#include "Core/Types/SimpleDataType.h"
-#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
+#include "Core/Comparison/PropertyIdentity.h"
+#include "Core/MetaMetadata/MetaElement.h"
+#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
@@ -11,43 +11,49 @@ namespace {
 
 using xercesc::DOMElement;
 
-DOMElement& extensionElements(ExportDocument& document, DOMElement& set) {
+DOMElement& findOrCreate(ExportDocument& document, DOMElement& set) {
   if (DOMElement* found = findChildNamed(set, Vocabulary::kExtensionElements)) return *found;
   // Readers look for the container only where the prefix is declared.
   document.namespaces().insertIfUnbound(Vocabulary::kGroupsURI, Vocabulary::kGroupsPrefix);
   return *document.document().createElementNS(Vocabulary::kGroupsURI.data(), Vocabulary::kExtensionElements.data());
 }
 
-void markUniversalLabel(DOMElement& property, const wstring& uri, const Types::LocalTag& tag,
-                        const PartitionDictionary& tags) {
-  try {
-    setAttribute(property, uri, Vocabulary::kUniversalLabel, tags.find(tag).toString(kDottedForm));
-  } catch (const Exceptions::NotFoundInPrimer&) {
-    // The tag means nothing outside this file then, and the value alone is kept.
-  }
+void markTag(DOMElement& property, const Types::LocalTag& tag, const ExportPass& pass) {
+  setAttribute(property, groupsURI(pass), Vocabulary::kStaticLocalTag, tag.toString(kDottedForm));
 }
 
-void mark(DOMElement& property, const wstring& uri, const Types::LocalTag& tag, const PartitionDictionary& tags) {
-  if (!tag.isStaticLocalTag()) return markUniversalLabel(property, uri, tag, tags);
-  setAttribute(property, uri, Vocabulary::kStaticLocalTag, tag.toString(kDottedForm));
+void markLabel(DOMElement& property, const Types::UniversalLabel& label, const ExportPass& pass) {
+  setAttribute(property, groupsURI(pass), Vocabulary::kUniversalLabel, label.toString(kDottedForm));
 }
 
 }  // namespace
 
-void writeExtensionElement(ExportDocument& document, DOMElement& set, DOMElement& property,
-                           const ToXMLMetaAttributeVisitor& attribute, const Types::SimpleDataType* value,
-                           const PartitionDictionary& tags) {
-  DOMElement& container = extensionElements(document, set);
-  if (attribute.metaElement() == nullptr) {
-    mark(property, document.namespaces().uriOf(Vocabulary::kGroupsPrefix),
-         Types::LocalTag(attribute.localTag(), kDottedForm), tags);
-  }
-  container.appendChild(&property);
-  if (value != nullptr) {
-    ToXMLBaseTypeVisitor writer(property, document.namespaces());
-    value->accept(writer);
-  }
+DOMElement& lastExtensionElements(ExportDocument& document, DOMElement& set) {
+  DOMElement& container = findOrCreate(document, set);
   set.appendChild(&container);
+  return container;
+}
+
+wstring groupsURI(const ExportPass& pass) {
+  const auto& bound = pass.document.namespaces().uriOf(Vocabulary::kGroupsPrefix);
+  return pass.rules.isLossless || bound.empty() ? wstring(Vocabulary::kGroupsURI) : bound;
+}
+
+void markUnknown(DOMElement& property, const Element& element, const ExportPass& pass) {
+  const auto& tags = pass.partition.partitionDictionary();
+  const Types::LocalTag tag(ToXMLMetaAttributeVisitor(element.metaAttribute()).localTag(), kDottedForm);
+  if (tag.isStaticLocalTag()) return markTag(property, tag, pass);
+  // Without a label the tag means nothing outside its file, and the value alone is kept.
+  if (const auto* label = tags.tryFind(tag.value())) markLabel(property, *label, pass);
+}
+
+void markKnown(DOMElement& property, const Element& element, const ExportPass& pass) {
+  const auto* attribute = dynamic_cast<const MetaMetadata::MetaAttribute*>(&element.metaAttribute());
+  const Types::LocalTag tag(localTagOf(element, pass.partition.partitionDictionary()));
+  const bool isStatic =
+      attribute != nullptr && attribute->staticLocalTag() != 0 && tag.value() == attribute->staticLocalTag();
+  if (isStatic) return markTag(property, tag, pass);
+  markLabel(property, element.metaAttribute().metaElement()->key(), pass);
 }
 
 }  // namespace Vantor::XMLBuilder

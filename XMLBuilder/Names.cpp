@@ -42,11 +42,6 @@ PropertyName propertyName(const MetaMetadata::MetaElement* definition, Namespace
   return name;
 }
 
-const wstring& propertyURI(const PropertyName& name, const MetaMetadata::MetaElement* definition,
-                           const NamespaceMap& namespaces) {
-  return definition != nullptr ? definition->extensionAttribute(kXMLNamespaceURI) : namespaces.uriOf(name.prefix);
-}
-
 wstring qualifiedSetName(const MetadataSet& set) {
   const auto* definition = set.definition();
   if (definition == nullptr) return qualify(Vocabulary::kGroupsPrefix, Vocabulary::kDarkMetadata);

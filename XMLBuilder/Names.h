@@ -4,7 +4,7 @@
 #include "Core/Metadata/MetadataSet.h"
 #include "XMLBuilder/NamespaceMap.h"
 
-/// How sets and properties are called in XML: by the extension attributes of their definitions, taken as they are.
+/// Names of sets and properties in XML: the extension attributes of their definitions, unchecked.
 namespace Vantor::XMLBuilder {
 
 /// A qualified name and the namespace that it belongs to.
@@ -36,16 +36,11 @@ QualifiedName setName(const MetaMetadata::MetaMetadataSet& definition, Namespace
 /// @param definition  null for a property that the dictionary does not know: "groups:DarkElement".
 PropertyName propertyName(const MetaMetadata::MetaElement* definition, NamespaceMap& namespaces);
 
-/// The namespace that a property's element is created in: the definition's, or the one that the document has for the
-/// name's prefix.
-const wstring& propertyURI(const PropertyName& name, const MetaMetadata::MetaElement* definition,
-                           const NamespaceMap& namespaces);
-
 /// The qualified name of a set, "groups:DarkMetadata" for one without definition; registers nothing.
 wstring qualifiedSetName(const MetadataSet& set);
 
 /// The name of an element that points at a set, followed by "_REF".
-/// @param targets  how many sets carry the InstanceUID; other than one, no name tells which is meant.
+/// @param targets  how many sets carry the InstanceUID; only one can be referred to by its name.
 wstring referenceName(const MetadataSet& target, std::size_t targets);
 
 }  // namespace Vantor::XMLBuilder

@@ -9,7 +9,7 @@
 namespace Vantor::XMLBuilder {
 
 /// The namespaces that the elements of one document use, each with the prefix that the root declares for it.
-/// Ordered by URI, code unit by code unit. The first prefix that a URI is entered with stays.
+/// Ordered by URI, code unit by code unit. A URI keeps the first prefix that it is entered with.
 class NamespaceMap {
  public:
   using Entries = std::map<wstring, wstring, std::less<>>;

@@ -7,8 +7,10 @@
 
 namespace Vantor::XMLBuilder {
 
-void appendPointer(ExportDocument& document, xercesc::DOMElement& property, const QualifiedName& name,
-                   const Types::Reference& reference) {
+namespace {
+
+void append(ExportDocument& document, xercesc::DOMElement& property, const QualifiedName& name,
+            const Types::Reference& reference) {
   document.namespaces().insertIfUnbound(Vocabulary::kTypesURI, Vocabulary::kTypesPrefix);
   auto* pointer = document.document().createElementNS(name.uri.c_str(), name.name.c_str());
   property.appendChild(pointer);
@@ -19,9 +21,18 @@ void appendPointer(ExportDocument& document, xercesc::DOMElement& property, cons
   reference.accept(writer);
 }
 
+}  // namespace
+
+void appendPointer(ExportDocument& document, xercesc::DOMElement& property, const Types::Reference& reference,
+                   const MetadataSet& target, std::size_t targets) {
+  if (target.definition() == nullptr) return appendDangling(document, property, reference);
+  const auto& uri = target.definition()->extensionAttribute(MetaMetadata::kXMLNamespaceURI);
+  append(document, property, {referenceName(target, targets), uri}, reference);
+}
+
 void appendDangling(ExportDocument& document, xercesc::DOMElement& property, const Types::Reference& reference) {
   const QualifiedName name{wstring(Vocabulary::kDangling), document.namespaces().uriOf(Vocabulary::kRootPrefix)};
-  appendPointer(document, property, name, reference);
+  append(document, property, name, reference);
 }
 
 }  // namespace Vantor::XMLBuilder

@@ -7,11 +7,12 @@
 /// The elements that stand for the target of a reference, with its InstanceUID in the attribute "types:TargetInstance".
 namespace Vantor::XMLBuilder {
 
-/// Appends an element that points at a set. @param name  the element's qualified name and namespace.
-void appendPointer(ExportDocument& document, xercesc::DOMElement& property, const QualifiedName& name,
-                   const Types::Reference& reference);
+/// Appends a pointer to a set, named after it; "s377m:Dangling_REF" for a set without definition, which has no name.
+/// @param targets  how many sets carry the InstanceUID.
+void appendPointer(ExportDocument& document, xercesc::DOMElement& property, const Types::Reference& reference,
+                   const MetadataSet& target, std::size_t targets);
 
-/// Appends "s377m:Dangling_REF": no set, or none with a name, carries the InstanceUID.
+/// Appends "s377m:Dangling_REF": no set carries the InstanceUID.
 void appendDangling(ExportDocument& document, xercesc::DOMElement& property, const Types::Reference& reference);
 
 }  // namespace Vantor::XMLBuilder

@@ -3,44 +3,45 @@
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ReferenceElement.h"
 #include "Core/Metadata/SimpleElement.h"
-#include "XMLBuilder/ToXMLMetadataSetVisitor.h"
+#include "XMLBuilder/ExportPass.h"
+#include "XMLBuilder/Names.h"
 
 namespace Vantor::XMLBuilder {
 
-/// Writes one property of a set into the set's element. Serves one property: the members of a collection of references,
-/// which arrive one by one, share the one element that is made for it.
+/// Writes one property of a set into the set's element: among its children, or into "groups:ExtensionElements" when
+/// the set does not define it. Serves one property: the members of a collection of references, which arrive one by one,
+/// share the one element that is made for it.
 class ToXMLElementVisitor : public Metadata::Visitors::ElementVisitor {
  public:
-  ToXMLElementVisitor(PartitionMetadata& partition, xercesc::DOMElement& setElement, ReferenceOptions options,
-                      ExportDocument& document, WrittenSets& written)
-      : partition_(partition), setElement_(setElement), options_(options), document_(document), written_(written) {}
+  /// @param targets  receives the sets that are to be written behind the set; only where references do not nest.
+  ToXMLElementVisitor(xercesc::DOMElement& setElement, const ExportPass& pass, std::vector<const MetadataSet*>& targets)
+      : setElement_(setElement), pass_(pass), targets_(targets) {}
 
   /// The collection itself writes nothing; its members do.
   void visit(const ReferenceBatchElement&) override {}
   void visit(const ReferenceArrayElement&) override {}
   void visit(const ReferenceElement& element) override;
-  void visit(const BatchElement& element) override;
-  void visit(const ArrayElement& element) override;
+  void visit(const BatchElement& element) override { writeCollection(element); }
+  void visit(const ArrayElement& element) override { writeCollection(element); }
   void visit(const SimpleElement& element) override;
 
  private:
-  xercesc::DOMElement& createPropertyElement(const Element& element);
+  PropertyName nameOf(const MetaMetadata::MetaElement* definition);
+  xercesc::DOMElement& createElement(const PropertyName& name);
+  void appendPropertyElement(xercesc::DOMElement& property, const Element& element);
+  void writeValue(xercesc::DOMElement& target, const Types::SimpleDataType& value);
+  void writeAttribute(const SimpleElement& element, const PropertyName& name);
   void writeCollection(const CollectionElement& element);
-  void writeItem(const Types::SimpleDataType& item, const wstring& name, const wstring& uri,
-                 xercesc::DOMElement& property);
-  void writeAttribute(const SimpleElement& element, const wstring& name, const wstring& uri);
+  bool needsBytes(const Element& element) const;
+  void writeBytes(const Element& element);
 
   bool writeReference(const Types::Reference& reference, xercesc::DOMElement& property);
-  void writeBeside(const Types::Reference& reference, const PartitionMetadata::Sets& targets, bool isStructural,
+  void writeBeside(const Types::Reference& reference, const PartitionMetadata::Sets& targets,
                    xercesc::DOMElement& property);
 
-  void writeDark(const MetadataSet& set);
-
-  PartitionMetadata& partition_;
   xercesc::DOMElement& setElement_;
-  ReferenceOptions options_;
-  ExportDocument& document_;
-  WrittenSets& written_;
+  const ExportPass& pass_;
+  std::vector<const MetadataSet*>& targets_;
   xercesc::DOMElement* referenceProperty_ = nullptr;
 };
 

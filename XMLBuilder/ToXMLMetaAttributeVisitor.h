@@ -6,13 +6,13 @@
 
 namespace Vantor::XMLBuilder {
 
-/// Tells what a property of a set is to its document.
+/// Classifies a property of a set for the writers.
 class ToXMLMetaAttributeVisitor : public MetaMetadata::AbstractMetaAttributeVisitor {
  public:
   enum class Kind {
-    kKnown = 0,      ///< in its own set
-    kMisplaced = 1,  ///< known, but as a property of another set
-    kUnknown = 2     ///< nothing but its local tag is known
+    kKnown = 0,      ///< its set defines it
+    kMisplaced = 1,  ///< only other sets define it
+    kUnknown = 2     ///< only its local tag is known
   };
 
   explicit ToXMLMetaAttributeVisitor(const MetaMetadata::AbstractMetaAttribute& attribute) { attribute.accept(*this); }
@@ -24,7 +24,7 @@ class ToXMLMetaAttributeVisitor : public MetaMetadata::AbstractMetaAttributeVisi
   Kind kind() const { return kind_; }
   /// The property's definition; null when there is none.
   const MetaMetadata::MetaElement* metaElement() const { return metaElement_; }
-  /// The place of a known property among its set's; empty for every other, and for a definition without one.
+  /// The place of a known property in its set, if the definition has one; empty for every other.
   const wstring& schemaIndex() const { return schemaIndex_; }
   /// The local tag of an unknown property, dotted; empty for every other.
   const wstring& localTag() const { return localTag_; }

@@ -2,41 +2,40 @@
 
 #include <vector>
 
-#include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Metadata/Visitors.h"
-#include "XMLBuilder/ExportDocument.h"
-#include "XMLBuilder/WrittenSets.h"
+#include "XMLBuilder/ExportPass.h"
 
 namespace Vantor::XMLBuilder {
 
-/// How references are written; see `partition2XML`.
-struct ReferenceOptions {
-  bool nestStrongReferences;
-  bool excludeNonStructural;
-};
-
 /// Writes one set as a child element of a parent, with its properties and what they refer to, unless the set was
 /// written before in this pass. A dark parsed group goes into the document's floating container instead.
+///
+/// Where strong references nest, every target has a visitor of its own. Where they do not, this one writes all that
+/// the set leads to, each set behind the one that refers to it first, and a chain of any length costs heap instead of
+/// stack.
 class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
  public:
-  ToXMLMetadataSetVisitor(xercesc::DOMNode& parent, PartitionMetadata& partition, ReferenceOptions options,
-                          ExportDocument& document, WrittenSets& written)
-      : parent_(parent), partition_(partition), options_(options), document_(document), written_(written) {}
+  ToXMLMetadataSetVisitor(xercesc::DOMNode& parent, const ExportPass& pass) : parent_(parent), pass_(pass) {}
 
   /// @throws NestingTooDeep naming the set.
   void visit(const MetadataSet& set) override;
 
  private:
-  void writeKnownSet(const MetadataSet& set);
-  void writeDarkGroup(const DarkParsedGroup& group);
+  /// A set whose properties are being written.
+  struct Frame {
+    xercesc::DOMElement* element;
+    std::vector<const Element*> properties;   // left to write, the next one last
+    std::vector<const MetadataSet*> targets;  // left to write before the next property, the next one last
+  };
+
+  void open(const MetadataSet& set);
+  void writeNext();
   xercesc::DOMElement& appendSetElement(const MetaMetadata::MetaMetadataSet& definition);
-  void writeProperty(const Element& property, xercesc::DOMElement& element);
+  void writeDarkGroup(const MetadataSet& set);
 
   xercesc::DOMNode& parent_;
-  PartitionMetadata& partition_;
-  ReferenceOptions options_;
-  ExportDocument& document_;
-  WrittenSets& written_;
+  ExportPass pass_;
+  std::vector<Frame> frames_;
 };
 
 }  // namespace Vantor::XMLBuilder

@@ -2,21 +2,25 @@
 
 #include "Core/Types/StrongReference.h"
 #include "Core/Types/WeakReference.h"
-#include "XMLBuilder/Names.h"
 #include "XMLBuilder/ReferencePointers.h"
+#include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 
 namespace Vantor::XMLBuilder {
 
-void ToXMLReferenceVisitor::visit(const Types::StrongReference&) {
-  ToXMLMetadataSetVisitor writer(property_, partition_, {true, excludeNonStructural_}, document_, written_);
-  target_.accept(writer);
+void ToXMLReferenceVisitor::visit(const Types::StrongReference& reference) {
+  const MetadataSet& target = *targets_.front();
+  const bool isElsewhere = target.definition() == nullptr || pass_.written.contains(target);
+  ToXMLMetadataSetVisitor writer(property_, pass_);
+  target.accept(writer);
+  if (isElsewhere && pass_.rules.isLossless) {
+    appendPointer(pass_.document, property_, reference, target, targets_.size());
+  }
 }
 
 void ToXMLReferenceVisitor::visit(const Types::WeakReference& reference) {
-  if (target_.definition() == nullptr) return;
-  const QualifiedName name{referenceName(target_, 1),
-                           target_.definition()->extensionAttribute(MetaMetadata::kXMLNamespaceURI)};
-  appendPointer(document_, property_, name, reference);
+  const MetadataSet& target = *targets_.front();
+  if (target.definition() == nullptr && !pass_.rules.isLossless) return;
+  appendPointer(pass_.document, property_, reference, target, 1);
 }
 
 }  // namespace Vantor::XMLBuilder

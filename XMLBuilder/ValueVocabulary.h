@@ -4,11 +4,11 @@
 
 namespace Vantor::XMLBuilder {
 
-/// What the child elements of compound values are called, and in which form identifiers are spelt: one set of names for
-/// properties in the legacy namespaces, one for those of SMPTE ST 434:2014. Texts are NUL-terminated.
+/// Names of the child elements of compound values, and the form of identifiers: one instance for properties in the
+/// legacy namespaces, one for those of SMPTE ST 434:2014. Texts are NUL-terminated.
 ///
-/// Two peculiarities belong to the form: the components of an RGBA layout keep the prefix "types" in both sets though
-/// their namespace changes, and the JPEG 2000 names are the same in both.
+/// Two peculiarities are part of the form: the components of an RGBA layout keep the prefix "types" in either instance
+/// though their namespace changes, and the JPEG 2000 names are the same in both.
 struct ValueVocabulary {
   StringRepresentationEncodingType identifierForm;
   const char16_t* typesURI;

@@ -9,7 +9,7 @@ namespace Vantor::XMLBuilder {
 /// The sets that one pass over a partition has written. Each is written once, which also ends circles of references.
 class WrittenSets {
  public:
-  /// How many references may lead from the set that a pass starts with to a set that is written inside or after it.
+  /// How many references may lead from the set that a pass starts with to a set that is written inside it.
   static constexpr unsigned kMaximumDepth = 1000;
 
   /// Counts one set as being written for as long as it lives.

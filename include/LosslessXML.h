@@ -18,32 +18,44 @@ namespace Vantor {
 class MetadataSet;
 class PartitionMetadata;
 
-/// The XML of header metadata that loses nothing on its way there and back, and that says what it is an export of.
+/// The XML of header metadata that loses nothing on its way there and back, in documents that describe themselves.
 ///
-/// Documents have the form that `XMLBuilder::partition2XML` writes, but for what that form would not show: see
-/// `exportDocument`. The reader takes documents of either kind.
+/// Documents have the form of `XMLBuilder::partition2XML`, except for what that form hides: see `exportDocument`. The
+/// reader takes documents of either kind.
 namespace LosslessXML {
 
-/// What a document says of itself, in a processing instruction before its root:
+/// What a document is an export of, in a processing instruction before its root:
 /// `<?mxfxml form="nested" sets="all" partition="header" vocabulary="legacy" metadata="0123456789ABCDEF"?>`.
 struct Description {
   bool isNested = true;           ///< form="nested" or form="flat"
   bool isStructuralOnly = false;  ///< sets="all" or sets="structural"
-  /// start="urn:uuid:..." or the like: the InstanceUID of the set that the document starts from; none for the Preface.
+  /// start="urn:uuid:...": the InstanceUID of the set that the document starts from; none for the Preface.
   std::optional<Types::UUID> start = {};
   std::string partition = "header";  ///< which partition of the file: "header", "footer" or its number
   MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy;
-  uint64 digest = 0;  ///< `Vantor::digestOf` all metadata of the partition, whatever the document leaves out
+  uint64 digest = 0;  ///< `digestOf` the whole partition, including what the document leaves out
 };
 
 struct ExportOptions {
   bool nestStrongReferences = true;
   bool excludeNonStructural = false;
   const MetadataSet* start = nullptr;  ///< null for the Preface
-  std::string partition = "header";    ///< what the description names; nothing else depends on it
+  /// Which partition of a file this is: "header", "footer" or a number. Stated in the description, and not used.
+  std::string partition = "header";
 };
 
-/// A document, owned by the caller: destroying the node destroys all of it. Empty when there is no set to start from.
+/// Builds the document that `XMLBuilder::partition2XML` builds, with these differences:
+/// - A processing instruction `mxfxml` before the root describes the document; one that starts from a set other than
+///   the Preface and without InstanceUID has none.
+/// - Where references nest, a reference whose target is a dark parsed group or stands elsewhere in the document has the
+///   pointer that it has where they do not. References to what `excludeNonStructural` leaves out are left out.
+/// - A value whose text would read back as other octets is written as its bytes, as an unknown property is: in
+///   "groups:ExtensionElements", marked with its tag or label. Final NULs of a text do not count.
+/// - A collection without items is an empty element, whether it is required or not.
+///
+/// @return the document, owned by the caller: destroying the node destroys all of it. Empty when there is no set to
+///         start from.
+/// @throws as `partition2XML`; InvalidFormat when `options.partition` names no partition, and what `digestOf` throws.
 VANTOR_XMLBUILDER_EXPORT std::unique_ptr<xercesc::DOMNode> exportDocument(PartitionMetadata& partition,
                                                                           const ExportOptions& options);
 
@@ -61,7 +73,7 @@ struct Place {
 /// Something that a document has twice, or that cannot be what it stands for. `describe` has the English.
 struct Diagnostic {
   enum class Kind {
-    kUnknownElement,     ///< placeholder: the kinds are listed by what they are, each with its arguments
+    kUnknownElement,  ///< placeholder: the kinds are listed by what they are, each with its arguments
   };
   Kind kind;
   Place place;

@@ -18,27 +18,27 @@ class UnicodeString;
 
 /// The header metadata of one MXF partition as an XML document.
 ///
-/// The root `s377m:MetadataSets` holds the element of the start set with everything that it refers to strongly, and
-/// then, when there is anything to put there, one `groups:FloatingDarkMetadata` element with the dark sets and the sets
-/// that the Preface does not reach. Elements are named by the dictionary's extension attributes.
+/// The root `s377m:MetadataSets` holds the element of the start set with everything that it refers to strongly, then
+/// one `groups:FloatingDarkMetadata` element for dark sets and for sets that the Preface does not lead to, if there are
+/// any. Elements are named by the dictionary's extension attributes.
 ///
-/// Any number of threads may call at once. The functions that build a document wait for each other (one lock for the
-/// process); turning it into text runs in parallel. The partition is only read, and must not be changed meanwhile.
+/// Any number of threads may call at once. Documents are built one at a time (one lock for the process) and turned into
+/// text in parallel. The partition is only read, and must not be changed meanwhile.
 namespace XMLBuilder {
 
 VANTOR_AUTO_PTR_BEGIN
 
-/// Builds the document from the partition's Preface, the first one if there are several.
+/// Builds the document from the partition's Preface, the first one if there are several. `LosslessXML` has a form that
+/// hides nothing.
 /// @param partition             may be null.
 /// @param nestStrongReferences  true writes the target of a strong reference inside the property that refers to it,
 ///                              false writes it beside the referring set and a pointer in the property.
-/// @param excludeNonStructural  whether the targets of references that are no structural metadata (ST 377-1), such as
-///                              descriptive metadata, are left out where they are referred to.
+/// @param excludeNonStructural  leaves out the targets of references that are not structural metadata (ST 377-1), such
+///                              as descriptive metadata, where they are referred to.
 /// @return the document, owned by the caller; destroying the node destroys all of it. Empty when the partition is null
 ///         or has no Preface.
-/// @throws NestingTooDeep when strong references nest more than 1,000 deep, naming the set; other exceptions of the
-/// core
-///         library, the XML utility library and Xerces. Nothing is left behind.
+/// @throws NestingTooDeep when nested references lead more than 1,000 sets deep, naming the set; other exceptions of
+///         the core library, the XML utility library and Xerces. Nothing is left behind.
 VANTOR_XMLBUILDER_EXPORT std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition,
                                                                        bool nestStrongReferences,
                                                                        bool excludeNonStructural);

@@ -9,7 +9,7 @@ namespace Vantor {
 
 namespace {
 
-/// Whether a property names its set or the set's generation: XML has one place for each, an attribute of the set.
+/// Whether a property identifies a set or its generation, which it does in its own set alone.
 bool isIdentifier(const MetaMetadata::MetaElement& definition) {
   const auto& key = definition.key().key();
   return key.matches(Structural::StructuralMetadataKeys::instanceUID().key()) ||
@@ -46,7 +46,7 @@ Element* SetReader::placeValid(const MetaMetadata::MetaAttribute& attribute, con
 }
 
 Element* SetReader::placeMisplaced(const MetaMetadata::MetaElement& definition, const KLV::LocalSetItem& item) {
-  if (!isSimple(definition) || isIdentifier(definition)) return nullptr;
+  if (isIdentifier(definition)) return nullptr;
   auto value = decodeValue(definition, item.value, item.size);
   if (value == nullptr) return nullptr;
   Element& element = set_.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(&definition));

@@ -8,11 +8,11 @@ namespace Vantor {
 
 /// Reads the items of one local set into a set of the model.
 ///
-/// An item's tag means what the primer says; a static tag that the primer lacks means what the set's definition or else
-/// the dictionary says. A value becomes a property only if it decodes and is written back as the same bytes. Everything
-/// else is kept as an unknown property under its tag: what no definition knows, what does not decode, a second item of
-/// a property, and what is misplaced and has a frame in XML in its own set only: collections, references, and the
-/// identifiers of a set and its generation.
+/// An item's tag means what the primer lists for it; a static tag that the primer lacks means what the set's definition
+/// lists for it, or else the dictionary. A value becomes a property, misplaced where the definition does not list it,
+/// only if it decodes and is written back as the same bytes. Everything else becomes an unknown property under its tag:
+/// what no definition lists, what does not decode, a second item of a property, and misplaced identifiers of a set or
+/// its generation.
 class SetReader {
  public:
   SetReader(MetadataSet& set, const PartitionDictionary& tags) : set_(set), tags_(tags) {}

@@ -83,13 +83,18 @@ class RandomPartition {
 
   void addInvalid(TestSet& set) {
     const Types::Unknown bytes(Bytes(below(3), 0x5f));
-    switch (below(4)) {
+    switch (below(6)) {
       case 0:
         return static_cast<void>(set.unknown(static_cast<uint16>(below(4))));
       case 1:
         return static_cast<void>(set.unknown(static_cast<uint16>(0x8000 + below(4)), bytes));
       case 2:
         return setDecodedValue(set.misplaced("Number"), Types::UInt32(below(9)).clone());
+      case 3:
+        return dynamic_cast<CollectionElement&>(set.misplaced("Numbers")).append(Types::UInt32(below(9)).clone());
+      case 4:
+        return dynamic_cast<CollectionElement&>(set.misplaced("Strongs"))
+            .append(Types::StrongReference(uid(anyNumber())).clone());
       default:
         return setDecodedValue(set.misplaced("Strong"), Types::StrongReference(uid(anyNumber())).clone());
     }

@@ -1,6 +1,5 @@
 #include "XMLBuilder/DarkMetadataSetWriter.h"
 
-#include "Core/Metadata/ElementFactory.h"
 #include "Core/Platform/Strings.h"
 #include "tests/XMLBuilder/Support.h"
 
@@ -11,8 +10,7 @@ using MetaMetadata::registerKey;
 
 TestPartition withPreface() {
   TestDictionary dictionary;
-  dictionary.property("Elsewhere", Types::Identifiers::kUInt8).set("Preface").set("A", {"Elsewhere"});
-  TestPartition partition(dictionary);
+  TestPartition partition(dictionary.set("Preface"));
   partition.add("Preface", 1);
   return partition;
 }
@@ -98,22 +96,6 @@ TEST(DarkSetExport, ALocalSetThatIsDamagedIsADarkSetWithAllItsBytes) {
           groups:Key="06.0E.2B.34.02.53.01.01.0E.7F.7F.7F.00.00.01.00">ABCD0003EF0F</groups:DarkMetadata>
       </groups:FloatingDarkMetadata>
     </s377m:MetadataSets>)");
-}
-
-TEST(DarkSetExport, ASetWithoutDefinitionThatIsNotParsedIsSerialisedWithTagsThatThePartitionDoesNotKeep) {
-  const auto partition = withPreface();
-  MetadataSet* set = partition->createMetadataSet(registerKey(kDarkGroupKey));
-  TestSet testSet(*set, *partition->partitionDictionary().dictionary());
-  testSet.unknown(0x8001, Types::Unknown(Bytes{0xaa}));
-  auto& elsewhere = testSet.misplaced("Elsewhere");
-  setDecodedValue(elsewhere, Types::UInt8(7).clone());
-  TestDocument document;
-  ExportDocument exportDocument(*document);
-  writeDarkMetadataSet(exportDocument, document.element(), *set, *partition);
-  EXPECT_XML(textOf(*document.element().getFirstChild()), R"(
-    <groups:DarkMetadata {groups} groups:BEROctetCount="4"
-      groups:Key="06.0E.2B.34.02.53.01.01.0E.7F.7F.7F.00.00.01.00">80010001AAFFFF000107</groups:DarkMetadata>)");
-  EXPECT_TRUE(partition->partitionDictionary().primerEntries().empty());
 }
 
 TEST(DarkSetExport, ALargeDarkSetKeepsEveryByte) {

@@ -4,7 +4,7 @@
 #include <xercesc/dom/DOMText.hpp>
 
 #include "Core/Metadata/ElementFactory.h"
-#include "Core/Platform/Exceptions.h"
+#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "tests/XMLBuilder/Support.h"
 
 namespace Vantor::XMLBuilder {
@@ -153,6 +153,20 @@ TEST(ExtensionElements, EverySetHasItsOwnContainer) {
     </s377m:MetadataSets>)");
 }
 
+TEST(ExtensionElements, AnUnknownPropertyIsWrittenWhereItsNamespaceHasAnotherPrefix) {
+  TestDictionary dictionary;
+  TestPartition partition(dictionary.set("Preface", {}, {u"g", u"urn:SMPTE:Groups:MXF"}));
+  partition.add("Preface", 1).unknown(0x7fff, Types::Unknown(Bytes{0x0f}));
+  EXPECT_XML(exported(partition), R"(
+    <s377m:MetadataSets xmlns:g="urn:SMPTE:Groups:MXF" {rp210} {s377m} {s422mTypes} {types}>
+      <g:Preface rp210:InstanceUID="{1}">
+        <groups:ExtensionElements {groups}>
+          <groups:DarkElement groups:StaticLocalTag="7F.FF">0F</groups:DarkElement>
+        </groups:ExtensionElements>
+      </g:Preface>
+    </s377m:MetadataSets>)");
+}
+
 TEST(ExtensionElements, AnUnknownPropertyWithoutValueIsAnEmptyElementWithItsMark) {
   const auto partition = somePartition();
   partition.addPrimerEntry(0x8000, kLabel);
@@ -192,15 +206,11 @@ TEST(ExtensionElements, AnUnknownPropertyOfNoOctetsIsAnEmptyElement) {
 }
 
 TEST(ExtensionElements, AContainerMovesBehindEverythingWrittenBefore) {
-  const auto partition = somePartition();
   TestDocument document;
   ExportDocument exportDocument(*document);
-  exportDocument.namespaces().insert(u"urn:SMPTE:Groups:MXF", u"groups");  // naming a property does this
-  const MetaMetadata::UnknownAttribute attribute{Types::LocalTag(0x0001)};
   const auto write = [&] {
-    auto* property = document->createElementNS(u"urn:p", u"p:X");
-    writeExtensionElement(exportDocument, document.element(), *property, ToXMLMetaAttributeVisitor(attribute), nullptr,
-                          partition->partitionDictionary());
+    auto& container = lastExtensionElements(exportDocument, document.element());
+    container.appendChild(document->createElementNS(u"urn:p", u"p:X"));
   };
   document.element().appendChild(document->createTextNode(u"text"));
   write();

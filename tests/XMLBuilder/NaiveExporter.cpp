@@ -111,11 +111,16 @@ class NaiveElementVisitor : public Metadata::Visitors::ElementVisitor {
       const auto name = exporter_.nameOf(element.metaAttribute().metaElement());
       property_ = exporter_.create(name.uri, name.qualified);
     }
-    if (!exporter_.writeReference(*element.value(), property_, set_, written_)) return;
-    if (property_->getParentNode() == nullptr) set_->appendChild(property_);
+    // What stands beside the set is written after the property, what nests in the property before it gets its place.
+    if (!exporter_.nest_) place(element);
+    if (exporter_.writeReference(*element.value(), property_, set_, written_)) place(element);
   }
 
  private:
+  void place(const ReferenceElement& element) {
+    if (property_->getParentNode() == nullptr) exporter_.place(element, property_, set_);
+  }
+
   NaiveExporter& exporter_;
   DOMElement* set_;
   NaiveExporter::Register& written_;
@@ -280,11 +285,7 @@ void NaiveExporter::writeSimple(const Element& property, const Types::SimpleData
 
 void NaiveExporter::writeExtension(const Element& property, const Types::SimpleDataType* value, DOMElement* element,
                                    DOMElement* set) {
-  DOMElement* container = firstChildCalled(set, u"groups:ExtensionElements");
-  if (container == nullptr) {
-    bindUnlessBound(kGroups, u"groups");
-    container = create(kGroups, u"groups:ExtensionElements");
-  }
+  place(property, element, set);
   const auto* unknown = dynamic_cast<const MetaMetadata::UnknownAttribute*>(&property.metaAttribute());
   const wstring uri = lookUp(u"groups");
   if (unknown != nullptr && unknown->localTag().value() < 0x8000) {
@@ -296,8 +297,20 @@ void NaiveExporter::writeExtension(const Element& property, const Types::SimpleD
       break;
     }
   }
-  container->appendChild(element);
   if (value != nullptr) writeValue(element, *value);
+}
+
+void NaiveExporter::place(const Element& property, DOMElement* element, DOMElement* set) {
+  if (dynamic_cast<const MetaMetadata::MetaAttribute*>(&property.metaAttribute()) != nullptr) {
+    set->appendChild(element);
+    return;
+  }
+  DOMElement* container = firstChildCalled(set, u"groups:ExtensionElements");
+  if (container == nullptr) {
+    bindUnlessBound(kGroups, u"groups");
+    container = create(kGroups, u"groups:ExtensionElements");
+  }
+  container->appendChild(element);
   set->appendChild(container);
 }
 
@@ -308,7 +321,7 @@ void NaiveExporter::writeCollection(const Element& property, const Types::Collec
   if (isEmpty && !isRequired) return;
   const Name name = nameOf(property.metaAttribute().metaElement());
   DOMElement* element = create(name.uri, name.qualified);
-  set->appendChild(element);
+  place(property, element, set);
   for (uint32 i = 0; !isEmpty && i < items->size(); ++i) {
     DOMElement* item = create(name.uri, name.prefix + u":Element");
     element->appendChild(item);

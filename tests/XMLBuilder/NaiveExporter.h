@@ -56,6 +56,8 @@ class NaiveExporter {
   void writeSimple(const Element& property, const Types::SimpleDataType* value, xercesc::DOMElement* set);
   void writeExtension(const Element& property, const Types::SimpleDataType* value, xercesc::DOMElement* element,
                       xercesc::DOMElement* set);
+  /// Where the property belongs: among the set's children, or in the container of those that it does not define.
+  void place(const Element& property, xercesc::DOMElement* element, xercesc::DOMElement* set);
   void writeCollection(const Element& property, const Types::Collection* items, xercesc::DOMElement* set);
   bool writeReference(const Types::Reference& reference, xercesc::DOMElement* property, xercesc::DOMElement* set,
                       Register& written);

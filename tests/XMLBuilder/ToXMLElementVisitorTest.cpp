@@ -229,30 +229,36 @@ TEST(ReferenceCollectionExport, APropertyWhoseMembersAreAllLeftOutLeavesNoTrace)
   EXPECT_XML(exported(partition, kNestedStructural), kNothing);
 }
 
-TEST(CollectionExport, AMisplacedCollectionStandsInItsSetLikeOneOfItsOwn) {
+TEST(CollectionExport, AMisplacedCollectionStandsAmongTheExtensions) {
   for (const auto type : {arrayOf(kUInt8), batchOf(kUInt8)}) {
     const auto partition = withMisplacedItems(type);
     dynamic_cast<CollectionElement&>(*partition->sets()[0]->invalidBegin()).append(Types::UInt8(7).clone());
     EXPECT_XML(exported(partition), R"(
-      <s377m:MetadataSets {p} {rp210} {s377m} {s422mTypes} {types}>
-        <p:Preface rp210:InstanceUID="{1}"><p:Items><p:Element>7</p:Element></p:Items></p:Preface>
+      <s377m:MetadataSets {groups} {p} {rp210} {s377m} {s422mTypes} {types}>
+        <p:Preface rp210:InstanceUID="{1}">
+          <groups:ExtensionElements><p:Items><p:Element>7</p:Element></p:Items></groups:ExtensionElements>
+        </p:Preface>
       </s377m:MetadataSets>)");
   }
 }
 
-TEST(ReferenceCollectionExport, AMisplacedCollectionStandsInItsSetLikeOneOfItsOwn) {
+TEST(ReferenceCollectionExport, AMisplacedCollectionStandsAmongTheExtensions) {
   for (const auto type : {arrayOf(kStrongReference), batchOf(kStrongReference)}) {
     const auto partition = withMisplacedItems(type);
     dynamic_cast<CollectionElement&>(*partition->sets()[0]->invalidBegin())
         .append(std::make_unique<Types::StrongReference>(uid(2)));
     partition.add("A", 2);
     EXPECT_XML(exported(partition, kNested), R"(
-      <s377m:MetadataSets {p} {rp210} {s377m}>
-        <p:Preface rp210:InstanceUID="{1}"><p:Items><p:A rp210:InstanceUID="{2}"/></p:Items></p:Preface>
+      <s377m:MetadataSets {groups} {p} {rp210} {s377m}>
+        <p:Preface rp210:InstanceUID="{1}">
+          <groups:ExtensionElements><p:Items><p:A rp210:InstanceUID="{2}"/></p:Items></groups:ExtensionElements>
+        </p:Preface>
       </s377m:MetadataSets>)");
     EXPECT_XML(exported(partition, kFlat), R"(
-      <s377m:MetadataSets {p} {rp210} {s377m} {types}>
-        <p:Preface rp210:InstanceUID="{1}"><p:Items><p:A_REF types:TargetInstance="{2}"/></p:Items></p:Preface>
+      <s377m:MetadataSets {groups} {p} {rp210} {s377m} {types}>
+        <p:Preface rp210:InstanceUID="{1}">
+          <groups:ExtensionElements><p:Items><p:A_REF types:TargetInstance="{2}"/></p:Items></groups:ExtensionElements>
+        </p:Preface>
         <p:A rp210:InstanceUID="{2}"/>
       </s377m:MetadataSets>)");
   }

@@ -301,7 +301,7 @@ TEST(ReferenceExport, TheContainerMovesBehindTheSiblingsThatWereWrittenBeforeADa
     </s377m:MetadataSets>)");
 }
 
-TEST(ReferenceExport, AMisplacedReferenceIsWrittenLikeOneInItsOwnSet) {
+TEST(ReferenceExport, AMisplacedReferenceStandsAmongTheExtensions) {
   TestDictionary dictionary;
   dictionary.property("Prop", kStrongReference).set("Preface").set("Target", {"Prop"}, {u"q", u"urn:q"});
   TestPartition partition(dictionary);
@@ -310,8 +310,10 @@ TEST(ReferenceExport, AMisplacedReferenceIsWrittenLikeOneInItsOwnSet) {
       .setUnverifiedReference(std::make_unique<Types::StrongReference>(uid(2)));
   partition.add("Target", 2);
   EXPECT_XML(exported(partition), R"(
-    <s377m:MetadataSets {p} xmlns:q="urn:q" {rp210} {s377m}>
-      <p:Preface rp210:InstanceUID="{1}"><p:Prop><q:Target rp210:InstanceUID="{2}"/></p:Prop></p:Preface>
+    <s377m:MetadataSets {groups} {p} xmlns:q="urn:q" {rp210} {s377m}>
+      <p:Preface rp210:InstanceUID="{1}">
+        <groups:ExtensionElements><p:Prop><q:Target rp210:InstanceUID="{2}"/></p:Prop></groups:ExtensionElements>
+      </p:Preface>
     </s377m:MetadataSets>)");
 }
 
@@ -321,7 +323,8 @@ TEST(ToXMLReferenceVisitor, WritesNothingForOtherValues) {
   TestDocument document;
   ExportDocument exportDocument(*document);
   WrittenSets written;
-  ToXMLReferenceVisitor visitor(*partition, *target, document.element(), false, exportDocument, written);
+  const ExportPass pass{*partition, {true, false}, exportDocument, written};
+  ToXMLReferenceVisitor visitor(partition->findByInstanceUID(*target->instanceUID()), document.element(), pass);
   uid(2).accept(visitor);
   Types::UInt8(2).accept(visitor);
   EXPECT_XML(textOf(document.element()), R"(<p:Prop {p}/>)");

@@ -141,13 +141,22 @@ TEST_F(SetReaderTest, ReadsASimplePropertyOfAnotherSetAsMisplaced) {
   EXPECT_TRUE(element.wireValue()->equals(Types::UInt16(258)));
 }
 
-TEST_F(SetReaderTest, KeepsMisplacedReferencesCollectionsAndUndecodableValuesAsUnknown) {
-  const MetadataSet& set =
-      read(Items().item(0x5002, hexOf(uid(1))).item(0x5003, "00000001 00000002 0001").item(0x5001, "01"));
+TEST_F(SetReaderTest, ReadsReferencesAndCollectionsOfAnotherSetAsMisplaced) {
+  const MetadataSet& set = read(Items().item(0x5002, hexOf(uid(1))).item(0x5003, "00000001 00000002 0001"));
+  ASSERT_THAT(invalidOf(set), SizeIs(2));
+  EXPECT_EQ(invalidOf(set)[0]->metaAttribute().metaElement(), &definitionOf("ForeignChild"));
+  EXPECT_TRUE(
+      dynamic_cast<const ReferenceElement&>(*invalidOf(set)[0]).value()->equals(Types::StrongReference(uid(1))));
+  EXPECT_EQ(invalidOf(set)[1]->metaAttribute().metaElement(), &definitionOf("ForeignNumbers"));
+  EXPECT_TRUE(dynamic_cast<const ArrayElement&>(*invalidOf(set)[1]).value()->at(0).equals(Types::UInt16(1)));
+}
+
+TEST_F(SetReaderTest, KeepsMisplacedValuesThatDoNotDecodeAsUnknown) {
+  const MetadataSet& set = read(Items().item(0x5001, "01").item(0x5002, "01").item(0x5003, "00000002 00000002 0001"));
   ASSERT_THAT(invalidOf(set), SizeIs(3));
-  EXPECT_EQ(unknownText(*invalidOf(set)[0]), "5002 " + hexOf(uid(1)));
-  EXPECT_EQ(unknownText(*invalidOf(set)[1]), "5003 00000001000000020001");
-  EXPECT_EQ(unknownText(*invalidOf(set)[2]), "5001 01");
+  EXPECT_EQ(unknownText(*invalidOf(set)[0]), "5001 01");
+  EXPECT_EQ(unknownText(*invalidOf(set)[1]), "5002 01");
+  EXPECT_EQ(unknownText(*invalidOf(set)[2]), "5003 00000002000000020001");
 }
 
 TEST_F(SetReaderTest, KeepsTwoMisplacedItemsOfAProperty) {
