@@ -50,7 +50,7 @@ void parse(const Bytes& bytes, RegisterHandler& handler) {
   constexpr uint8 kNothing = 0;
   Initializer::instance();  // first, as sources and exceptions take their memory from Xerces
   const auto input = recognise(bytes.empty() ? &kNothing : bytes.data(), bytes.size());
-  checkLimits(input, u"");
+  checkLimits(input);
   xercesc::MemBufInputSource source(input.bytes, input.size, u"", false);
   source.setEncoding(input.encoding.c_str());
   const auto reader = createReader();
