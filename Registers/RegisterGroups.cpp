@@ -9,8 +9,6 @@ namespace Vantor::Registers {
 
 namespace {
 
-constexpr uint32 kNone = RegisterIndex::kNotFound;
-
 /// Octet 6 of the keys of local sets with 2-byte tags and lengths (ST 336), as the register writes it.
 constexpr std::string_view kLocalSetCoding = "53";
 
@@ -24,6 +22,9 @@ constexpr Elsewhere kAcquisitionSets = {{0x0c, 0x02, 0x01}, 3};    // in ancilla
 constexpr Elsewhere kIndexTables = {{0x0d, 0x01, 0x02, 0x01}, 4};  // in the index segments of partitions (ST 377-1)
 
 constexpr std::size_t kPrefixOctets = 8;
+
+/// As many as `Definitions::check` allows a set.
+constexpr std::size_t kMostAncestors = 100;
 
 bool isOf(const Elsewhere& elsewhere, const KLV::Key& key) {
   return std::equal(elsewhere.octets.begin(), elsewhere.octets.begin() + elsewhere.count,
@@ -54,20 +55,33 @@ bool isDefinitionRoot(const KLV::Key& key) {
 
 }  // namespace
 
-RegisterGroups::RegisterGroups(const Entries& entries) : entries_(entries), index_(entries.groups, entries) {
-  findParents();
-  findDefinitions();
-  findHeaderMetadata();
+RegisterGroups::RegisterGroups(const Entries& entries)
+    : entries_(entries), index_(entries.groups, entries), isHeaderMetadata_(entries.groups.size(), false) {
+  for (const auto& group : entries_.groups) {
+    if (!hasWord(group.klvSyntax, kLocalSetCoding) || isElsewhere(group.key)) continue;
+    // One that is marked has marked its ancestors already, which also ends circles.
+    for (const auto* at = &group; at != nullptr && !isHeaderMetadata(*at); at = parentOf(*at)) {
+      isHeaderMetadata_[placeOf(*at)] = true;
+      if (!at->parent || find(*at->parent) != nullptr) continue;
+      entries_.refuse(
+          at->origin,
+          "{} has the parent {}, which is no group of the register; name one that is, or take the parent away",
+          at->symbol, MetaMetadata::registerText(*at->parent));
+    }
+  }
 }
 
 const GroupEntry* RegisterGroups::find(const KLV::Key& key) const {
   const uint32 place = index_.find(key);
-  return place == kNone ? nullptr : &entries_.groups[place];
+  return place == RegisterIndex::kNotFound ? nullptr : &entries_.groups[place];
 }
 
-const GroupEntry* RegisterGroups::parentOf(const GroupEntry& group) const {
-  const uint32 place = parents_[placeOf(group)];
-  return place == kNone ? nullptr : &entries_.groups[place];
+bool RegisterGroups::isDefinition(const GroupEntry& group) const {
+  const auto* at = &group;
+  for (std::size_t i = 0; at != nullptr && i < kMostAncestors; ++i, at = parentOf(*at)) {
+    if (isDefinitionRoot(at->key)) return true;
+  }
+  return false;
 }
 
 Templates::vector<const GroupEntry*> RegisterGroups::headerMetadata() const {
@@ -77,54 +91,6 @@ Templates::vector<const GroupEntry*> RegisterGroups::headerMetadata() const {
   }
   std::sort(found.begin(), found.end(), [](const auto* left, const auto* right) { return left->key < right->key; });
   return found;
-}
-
-void RegisterGroups::findParents() {
-  parents_.assign(entries_.groups.size(), kNone);
-  for (const auto& group : entries_.groups) {
-    if (!group.parent) continue;
-    parents_[placeOf(group)] = index_.find(*group.parent);
-    if (parents_[placeOf(group)] != kNone) continue;
-    entries_.refuse(
-        group.origin,
-        "{} has the parent {}, which is no group of the register; name one that is, or take the parent away",
-        group.symbol, MetaMetadata::registerText(*group.parent));
-  }
-  // Groups that are followed upwards together have one number: one that is met again inherits from itself.
-  Templates::vector<uint32> rounds(parents_.size(), 0);
-  for (uint32 start = 0; start < parents_.size(); ++start) {
-    const std::size_t first = downwards_.size();
-    uint32 at = start;
-    for (; at != kNone && rounds[at] == 0; at = parents_[at]) {
-      rounds[at] = start + 1;
-      downwards_.push_back(at);
-    }
-    if (at != kNone && rounds[at] == start + 1) {
-      const auto& group = entries_.groups[downwards_.back()];
-      entries_.refuse(group.origin,
-                      "{} inherits from itself, by way of {}; give one of the groups between them another parent",
-                      group.symbol, entries_.groups[at].symbol);
-    }
-    std::reverse(downwards_.begin() + static_cast<std::ptrdiff_t>(first), downwards_.end());
-  }
-}
-
-void RegisterGroups::findDefinitions() {
-  isDefinition_.assign(parents_.size(), false);
-  for (const uint32 place : downwards_) {
-    const bool inherits = parents_[place] != kNone && isDefinition_[parents_[place]];
-    isDefinition_[place] = inherits || isDefinitionRoot(entries_.groups[place].key);
-  }
-}
-
-void RegisterGroups::findHeaderMetadata() {
-  isHeaderMetadata_.assign(parents_.size(), false);
-  for (std::size_t i = downwards_.size(); i-- > 0;) {
-    const uint32 place = downwards_[i];
-    const auto& group = entries_.groups[place];
-    if (hasWord(group.klvSyntax, kLocalSetCoding) && !isElsewhere(group.key)) isHeaderMetadata_[place] = true;
-    if (isHeaderMetadata_[place] && parents_[place] != kNone) isHeaderMetadata_[parents_[place]] = true;
-  }
 }
 
 }  // namespace Vantor::Registers

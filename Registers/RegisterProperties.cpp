@@ -76,7 +76,7 @@ const ElementEntry& RegisterProperties::elementOf(const GroupEntry& group, const
                   MetaMetadata::registerText(property.element), group.symbol, entries_.file(RegisterKind::kElements));
 }
 
-RegisteredType RegisterProperties::carrierOf(const ElementEntry& element) {
+RegisteredType RegisterProperties::carrierOf(const ElementEntry& element) const {
   RegisteredType type;
   if (element.type) type = registeredTypeOf(element);
   const auto* rule = ruleOf(element.key);
@@ -90,8 +90,8 @@ RegisteredType RegisterProperties::carrierOf(const ElementEntry& element) {
   return type;
 }
 
-const RegisteredType& RegisterProperties::registeredTypeOf(const ElementEntry& element) {
-  if (const auto* type = types_.find(*element.type)) return *type;
+RegisteredType RegisterProperties::registeredTypeOf(const ElementEntry& element) const {
+  if (auto type = types_.find(*element.type)) return *type;
   entries_.refuse(element.origin, "the type {} of {} is not in {}; give the Types register of the same release",
                   MetaMetadata::registerText(*element.type), element.symbol, entries_.file(RegisterKind::kTypes));
 }

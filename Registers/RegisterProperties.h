@@ -36,8 +36,8 @@ class RegisterProperties {
 
  private:
   const ElementEntry& elementOf(const GroupEntry& group, const GroupProperty& property) const;
-  RegisteredType carrierOf(const ElementEntry& element);
-  const RegisteredType& registeredTypeOf(const ElementEntry& element);
+  RegisteredType carrierOf(const ElementEntry& element) const;
+  RegisteredType registeredTypeOf(const ElementEntry& element) const;
   bool leadsToDefinition(const RegisteredType& type) const;
   PropertyType typeOf(const RegisteredType& carrier);
 

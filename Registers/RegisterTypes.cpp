@@ -68,6 +68,9 @@ Identifier integerOf(const TypeEntry& entry) {
   }
 }
 
+/// More than any chain of types in the registers has.
+constexpr std::size_t kLongestChain = 100;
+
 RegisteredType single(Identifier value) {
   RegisteredType type;
   type.value = value;
@@ -132,44 +135,25 @@ RegisteredType typeOf(const TypeEntry& entry, const RegisteredType& base) {
 
 }  // namespace
 
-RegisterTypes::RegisterTypes(const Entries& entries)
-    : entries_(entries),
-      index_(entries.types, entries),
-      states_(entries.types.size(), State::kNew),
-      resolved_(entries.types.size()) {}
-
-const RegisteredType* RegisterTypes::find(const KLV::Key& key) {
+std::optional<RegisteredType> RegisterTypes::find(const KLV::Key& key) const {
   const uint32 place = index_.find(key);
-  return place == RegisterIndex::kNotFound ? nullptr : &resolve(place);
+  if (place == RegisterIndex::kNotFound) return std::nullopt;
+  return resolve(entries_.types[place], 0);
 }
 
-const RegisteredType& RegisterTypes::resolve(uint32 place) {
-  Templates::vector<uint32> waiting;  // each for the one after it
-  uint32 at = place;
-  while (states_[at] == State::kNew) {
-    const auto& entry = entries_.types[at];
-    waiting.push_back(at);
-    states_[at] = isDerived(entry) ? State::kOpen : State::kDone;
-    if (states_[at] == State::kOpen) at = baseOf(entry);
+RegisteredType RegisterTypes::resolve(const TypeEntry& entry, std::size_t depth) const {
+  if (!isDerived(entry)) return typeOf(entry, {});
+  if (depth == kLongestChain) {
+    entries_.refuse(entry.origin,
+                    "the type {} is made of itself, or of more than {} types in a row; give it another base",
+                    entry.symbol, kLongestChain);
   }
-  if (states_[at] == State::kOpen) refuseCircle(waiting.back(), at);
-  for (; !waiting.empty(); waiting.pop_back()) {
-    resolved_[waiting.back()] = typeOf(entries_.types[waiting.back()], resolved_[at]);
-    at = waiting.back();
-    states_[at] = State::kDone;
-  }
-  return resolved_[place];
+  return typeOf(entry, resolve(baseOf(entry), depth + 1));
 }
 
-void RegisterTypes::refuseCircle(uint32 place, uint32 base) const {
-  const auto& entry = entries_.types[place];
-  entries_.refuse(entry.origin, "the type {} is made of itself, by way of {}; give one of them another base",
-                  entry.symbol, entries_.types[base].symbol);
-}
-
-uint32 RegisterTypes::baseOf(const TypeEntry& entry) const {
+const TypeEntry& RegisterTypes::baseOf(const TypeEntry& entry) const {
   const uint32 place = entry.base ? index_.find(*entry.base) : RegisterIndex::kNotFound;
-  if (place != RegisterIndex::kNotFound) return place;
+  if (place != RegisterIndex::kNotFound) return entries_.types[place];
   const std::string base = entry.base ? "of " + MetaMetadata::registerText(*entry.base) : "of nothing";
   entries_.refuse(entry.origin,
                   "the type {} is made {}, which is no type of the register; name one that is as its base",

@@ -18,30 +18,24 @@ struct RegisteredType {
   std::optional<KLV::Key> target;          ///< the group that a reference leads to
 };
 
-/// Finds what carries the types of a register. A type is looked at when it, or one that is made of it, is first asked
-/// for; types that nobody asks for may be wrong.
+/// Finds what carries the types of a register. Types that nobody asks for may be wrong.
 class RegisterTypes {
  public:
   /// @param entries  stay where they are, unchanged, for as long as this object lives.
   /// @throws Exceptions::InvalidFormat when two types have one key.
-  explicit RegisterTypes(const Entries& entries);
+  explicit RegisterTypes(const Entries& entries) : entries_(entries), index_(entries.types, entries) {}
 
-  /// @return null when the register has no such type; otherwise valid as long as this object.
+  /// @return none when the register has no such type.
   /// @throws Exceptions::InvalidFormat when the type is made of none, of one that the register does not have, or of
-  ///         itself; the object is good for nothing but its destruction then.
-  const RegisteredType* find(const KLV::Key& key);
+  ///         itself.
+  std::optional<RegisteredType> find(const KLV::Key& key) const;
 
  private:
-  enum class State : uint8 { kNew, kOpen, kDone };
-
-  const RegisteredType& resolve(uint32 place);
-  [[noreturn]] void refuseCircle(uint32 place, uint32 base) const;
-  uint32 baseOf(const TypeEntry& entry) const;
+  RegisteredType resolve(const TypeEntry& entry, std::size_t depth) const;
+  const TypeEntry& baseOf(const TypeEntry& entry) const;
 
   const Entries& entries_;
   RegisterIndex index_;
-  Templates::vector<State> states_;
-  Templates::vector<RegisteredType> resolved_;
 };
 
 }  // namespace Vantor::Registers

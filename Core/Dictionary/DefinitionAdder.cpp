@@ -41,6 +41,18 @@ bool isSetKey(const KLV::Key& key) {
 
 bool isPropertyKey(const KLV::Key& key) { return isUniversalLabel(key) && key.octet(5) == 0x01; }
 
+/// Puts a definition behind the others, or into the place of one that gives way.
+template <class Definition>
+uint32 put(Definition definition, uint32 place, Templates::vector<Definition>& list, Templates::vector<bool>& earlier) {
+  if (place == kNotFound) {
+    list.push_back(std::move(definition));
+    return static_cast<uint32>(list.size() - 1);
+  }
+  earlier[place] = false;
+  list[place] = std::move(definition);
+  return place;
+}
+
 }  // namespace
 
 DefinitionAdder::DefinitionAdder(Definitions& definitions, Definitions::Overlay overlay) : to_(definitions) {
@@ -80,13 +92,7 @@ uint32 DefinitionAdder::addSet(SetDefinition set) {
   if (named != kNotFound && named != place && !mayReplace(earlierSets_, named)) {
     to_.refuse(set.origin, kOtherKey, kChooseSymbol, "set", set.symbol, to_.where(to_.sets_[named].origin));
   }
-  if (place == kNotFound) {
-    place = static_cast<uint32>(to_.sets_.size());
-    to_.sets_.push_back(std::move(set));
-  } else {
-    earlierSets_[place] = false;
-    to_.sets_[place] = std::move(set);
-  }
+  place = put(std::move(set), place, to_.sets_, earlierSets_);
   to_.index_->enterSet(to_, place);
   return place;
 }
@@ -111,19 +117,13 @@ void DefinitionAdder::addProperty(uint32 set, PropertyDefinition property, Prope
 
 uint32 DefinitionAdder::placeOf(PropertyDefinition property) {
   const uint32 known = to_.index_->findProperty(to_, property.key);
-  if (known == kNotFound) {
-    const auto place = static_cast<uint32>(to_.properties_.size());
-    to_.properties_.push_back(std::move(property));
-    to_.index_->enterProperty(to_, place);
-    return place;
-  }
-  if (mayReplace(earlierProperties_, known)) {
-    earlierProperties_[known] = false;
-    to_.properties_[known] = std::move(property);
-  } else {
+  if (known != kNotFound && !mayReplace(earlierProperties_, known)) {
     checkAgreement(to_.properties_[known], property);
+    return known;
   }
-  return known;
+  const uint32 place = put(std::move(property), known, to_.properties_, earlierProperties_);
+  if (known == kNotFound) to_.index_->enterProperty(to_, place);
+  return place;
 }
 
 void DefinitionAdder::checkAgreement(const PropertyDefinition& known, const PropertyDefinition& here) const {
@@ -151,18 +151,13 @@ uint32 DefinitionAdder::addEnumeration(EnumerationDefinition enumeration) {
   if (propertyTypeNamed(enumeration.name) != kNone) {
     to_.refuse(enumeration.origin, "{} is the name of a type", "choose another", quotedWord(enumeration.name));
   }
-  uint32 place = to_.index_->findEnumeration(to_, enumeration.name);
-  if (place == kNotFound) {
-    place = static_cast<uint32>(to_.enumerations_.size());
-    to_.enumerations_.push_back(std::move(enumeration));
-    to_.index_->enterEnumeration(to_, place);
-  } else if (mayReplace(earlierEnumerations_, place)) {
-    earlierEnumerations_[place] = false;
-    to_.enumerations_[place] = std::move(enumeration);
-  } else {
+  const uint32 known = to_.index_->findEnumeration(to_, enumeration.name);
+  if (known != kNotFound && !mayReplace(earlierEnumerations_, known)) {
     to_.refuse(enumeration.origin, "there is an enumeration {} already ({})", "choose another name",
-               quotedWord(enumeration.name), to_.where(to_.enumerations_[place].origin));
+               quotedWord(enumeration.name), to_.where(to_.enumerations_[known].origin));
   }
+  const uint32 place = put(std::move(enumeration), known, to_.enumerations_, earlierEnumerations_);
+  if (known == kNotFound) to_.index_->enterEnumeration(to_, place);
   return place;
 }
 
@@ -197,14 +192,7 @@ void DefinitionAdder::addLabel(const LabelDefinition& label) {
   if (named != kNotFound && named != place) {
     to_.refuse(label.origin, kOtherKey, kChooseSymbol, "label", label.symbol, to_.where(to_.labels_[named].origin));
   }
-  if (place == kNotFound) {
-    place = static_cast<uint32>(to_.labels_.size());
-    to_.labels_.push_back(label);
-  } else {
-    earlierLabels_[place] = false;
-    to_.labels_[place] = label;
-  }
-  to_.index_->enterLabel(to_, place);
+  to_.index_->enterLabel(to_, put(label, place, to_.labels_, earlierLabels_));
 }
 
 void DefinitionAdder::finish() {

@@ -82,10 +82,10 @@ TEST_F(PublishedRegisters, AreReadToTheLastEntry) {
 }
 
 TEST_F(PublishedRegisters, HaveTheTypesThatCarryThoseOfEveryProperty) {
-  RegisterTypes types(registers());
+  const RegisterTypes types(registers());
   for (const auto& row : tableIn(folder() / "type_resolution.tsv")) {
-    const auto* type = types.find(MetaMetadata::registerKey(row.at("type_key")));
-    ASSERT_NE(type, nullptr) << row.at("symbol");
+    const auto type = types.find(MetaMetadata::registerKey(row.at("type_key")));
+    ASSERT_TRUE(type.has_value()) << row.at("symbol");
     EXPECT_EQ(told(type->collection, type->value), toldByTable(row.at("resolved"))) << row.at("symbol");
   }
 }
