@@ -78,7 +78,7 @@ std::optional<Vocabulary> vocabularyOf(const uint8* buffer, std::size_t size) {
   Initializer::instance();
   try {
     const auto input = recognise(buffer, size);
-    checkLimits(input, u"");
+    checkLimits(input);
     return find(input);
   } catch (const xercesc::SAXException&) {
   } catch (const xercesc::XMLException&) {

@@ -1,11 +1,18 @@
 #include "XMLUtils/InputCheck.h"
 
+#include <utf8.h>
+
 #include <algorithm>
-#include <optional>
+#include <iterator>
+#include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/TransService.hpp>
 
 #include "Core/Platform/Numbers.h"
+#include "XMLUtils/Initializer.h"
 #include "XMLUtils/LoadDocument.h"
 
 namespace Vantor::XMLUtils {
@@ -33,8 +40,12 @@ struct Units {
   }
 };
 
+xercesc::SAXParseException refusalAt(uint64 line, uint64 column, const wstring& message) {
+  return {message.c_str(), u"", u"", line, column};
+}
+
 template <class Text>
-xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstring& message, const XMLCh* systemId) {
+xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstring& message) {
   uint64 line = 1;
   std::size_t lineStart = 0;
   for (std::size_t i = 0; i < at; ++i) {
@@ -43,14 +54,14 @@ xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstri
     ++line;
     lineStart = i + 1;
   }
-  return parseException(message, systemId, line, at - lineStart + 1);
+  return refusalAt(line, at - lineStart + 1, message);
 }
 
 /// Steps from one piece of markup to the next, the way Xerces' WFXMLScanner does.
 template <class Text>
 class LimitCheck {
  public:
-  LimitCheck(const Text& text, const XMLCh* systemId) : text_(text), systemId_(systemId) {}
+  explicit LimitCheck(const Text& text) : text_(text) {}
 
   void run() {
     while (skipPast(u"<")) {
@@ -98,8 +109,7 @@ class LimitCheck {
     at_ = start;
     skipWholeDoctype();
     if (at_ != scannersEnd) {
-      throw refusal(text_, start - 2, u"a document type declaration with ']', '[' or '>' in it is not supported",
-                    systemId_);
+      throw refusal(text_, start - 2, u"a document type declaration with ']', '[' or '>' in it is not supported");
     }
   }
 
@@ -185,49 +195,31 @@ class LimitCheck {
   }
 
   [[noreturn]] void refuse(std::size_t at, u16string_view before, std::size_t limit, u16string_view after) const {
-    throw refusal(text_, at, wstring(before).append(Platform::toDecimal(limit)).append(after), systemId_);
+    throw refusal(text_, at, wstring(before).append(Platform::toDecimal(limit)).append(after));
   }
 
   Text text_;
-  const XMLCh* systemId_;
   std::size_t at_ = 0;
   std::vector<std::size_t> attributes_;  // of each element that is open
   std::size_t attributesInScope_ = 0;
 };
 
 template <class Text>
-void checkLimitsOf(const Text& text, const XMLCh* systemId) {
-  LimitCheck<Text>(text, systemId).run();
-}
-
-/// How many octets continue a character of UTF-8 behind its first one.
-std::size_t octetsBehind(uint8 first) {
-  if (first < 0xC0) return 0;
-  if (first < 0xE0) return 1;
-  return first < 0xF0 ? 2 : 3;
-}
-
-/// Where the first character starts that is none in UTF-8, as those of other 8-bit encodings seldom are; none when
-/// there is no such. The parser names neither its line nor what to do. What else UTF-8 forbids is left to it.
-std::optional<std::size_t> findForeignCharacter(const Octets& text) {
-  std::size_t start = 0;
-  std::size_t due = 0;
+void checkText(const Text& text) {
+  // Behind the root, the parser would take a NUL for the end of the document.
   for (std::size_t i = 0; i < text.count; ++i) {
-    const uint8 octet = text.bytes[i];
-    const bool continues = (octet & 0xC0) == 0x80;
-    if (due == 0) start = i;
-    if (continues != (due != 0) || octet >= 0xF8) return start;
-    due = continues ? due - 1 : octetsBehind(octet);
+    if (text[i] == 0) throw refusal(text, i, u"XML has no NUL character; remove it");
   }
-  return std::nullopt;
+  LimitCheck<Text>(text).run();
 }
 
-void checkUTF8(const Octets& text, const XMLCh* systemId) {
-  const auto found = findForeignCharacter(text);
-  if (!found) return;
-  throw refusal(text, *found,
-                u"a character is not in UTF-8; save the text as UTF-8, or name its encoding in the XML declaration",
-                systemId);
+/// The parser decodes ahead of its place, so that the line of its own message can be thousands off.
+void checkUTF8(const Octets& text) {
+  const uint8* const invalid = utf8::find_invalid(text.bytes, text.bytes + text.count);
+  const auto at = static_cast<std::size_t>(invalid - text.bytes);
+  if (at == text.count) return;
+  throw refusal(text, at,
+                u"a character is not in UTF-8; save the text as UTF-8, or name its encoding in the XML declaration");
 }
 
 bool startsText(uint8 octet) { return octet == '<' || octet == ' ' || octet == '\t' || octet == '\r' || octet == '\n'; }
@@ -242,12 +234,12 @@ bool isBigEndian(const uint8* bytes) {
 
 /// Xerces would pass over half a code unit at the end, which a cut document leaves.
 Input utf16(const uint8* bytes, std::size_t size, bool isMarked, u16string_view encoding) {
-  if (size % 2 != 0) throw parseException(u"UTF-16 text ends within a code unit", u"", 1, 1);
+  if (size % 2 != 0) throw refusalAt(1, 1, u"UTF-16 text ends within a code unit");
   const std::size_t mark = isMarked ? 2 : 0;
   return {bytes + mark, size - mark, wstring(encoding)};
 }
 
-/// The encoding that an XML declaration names, in upper case; empty when there is none.
+/// The encoding that an XML declaration names; empty when there is none.
 wstring declaredEncoding(const uint8* bytes, std::size_t size) {
   constexpr std::size_t kLongestDeclaration = 256;
   const wstring text(bytes, bytes + std::min(size, kLongestDeclaration));
@@ -257,32 +249,60 @@ wstring declaredEncoding(const uint8* bytes, std::size_t size) {
   const auto open = text.find_first_of(u"\"'", name);
   const auto close = text.find_first_of(u"\"'", open == kNone ? open : open + 1);
   if (close == kNone || close > end) return {};
-  wstring encoding = text.substr(open + 1, close - open - 1);
-  for (char16_t& unit : encoding) {
-    if (unit >= u'a' && unit <= u'z') unit = static_cast<char16_t>(unit - u'a' + u'A');
-  }
-  return encoding;
+  return text.substr(open + 1, close - open - 1);
 }
 
-bool startsWith(const wstring& text, u16string_view start) { return text.compare(0, start.size(), start) == 0; }
+/// Upper case without punctuation, in which the names of encodings vary: "ISO_8859-1" is "ISO88591".
+wstring comparable(const wstring& name) {
+  wstring text;
+  for (const char16_t unit : name) {
+    if (unit >= u'a' && unit <= u'z') {
+      text += static_cast<char16_t>(unit - u'a' + u'A');
+    } else if (unit != u'-' && unit != u'_' && unit != u' ') {
+      text += unit;
+    }
+  }
+  return text;
+}
+
+/// The name that the parser knows the encoding by; empty when `checkLimits` cannot look at such text.
+wstring encodingNamed(const wstring& declared) {
+  constexpr std::pair<u16string_view, u16string_view> kFamilies[] = {
+      {u"ISO8859", u"ISO-8859-"}, {u"WINDOWS125", u"WINDOWS-125"}, {u"CP125", u"WINDOWS-125"}};
+  // The parts of ISO 8859 that are the Latin alphabets 1 to 10.
+  constexpr u16string_view kLatin[] = {u"1", u"2", u"3", u"4", u"9", u"10", u"13", u"14", u"15", u"16"};
+  const wstring name = comparable(declared);
+  if (name == u"ASCII" || name == u"USASCII") return u"US-ASCII";
+  for (const auto& [start, known] : kFamilies) {
+    if (name.compare(0, start.size(), start) == 0) return wstring(known) + name.substr(start.size());
+  }
+  for (std::size_t i = 0; i < std::size(kLatin); ++i) {
+    const auto number = Platform::toDecimal(i + 1);
+    if (name == u"LATIN" + number || name == u"L" + number) return u"ISO-8859-" + wstring(kLatin[i]);
+  }
+  return {};
+}
+
+bool hasTranscoder(const wstring& encoding) {
+  constexpr XMLSize_t kBlock = 1024;
+  Initializer::instance();
+  xercesc::XMLTransService::Codes ignored;
+  const std::unique_ptr<xercesc::XMLTranscoder> transcoder(
+      xercesc::XMLPlatformUtils::fgTransService->makeNewTranscoderFor(encoding.c_str(), ignored, kBlock));
+  return transcoder != nullptr;
+}
 
 /// 8-bit text that calls itself UTF-16 has been converted since, and UTF-8 is what it was converted to.
 wstring octetEncoding(const uint8* bytes, std::size_t size) {
-  auto declared = declaredEncoding(bytes, size);
-  if (declared.empty() || declared == u"UTF8" || startsWith(declared, u"UTF-16")) return u"UTF-8";
-  for (const u16string_view known : {u"UTF-8", u"US-ASCII", u"ASCII", u"ISO-8859-", u"ISO_8859-1", u"WINDOWS-125"}) {
-    if (startsWith(declared, known)) return declared;
-  }
-  throw parseException(u"encoding '" + declared + u"' is not supported", u"", 1, 1);
+  const auto declared = declaredEncoding(bytes, size);
+  const auto name = comparable(declared);
+  if (name.empty() || name == u"UTF8" || name.compare(0, 5, u"UTF16") == 0) return u"UTF-8";
+  auto encoding = encodingNamed(declared);
+  if (!encoding.empty() && hasTranscoder(encoding)) return encoding;
+  throw refusalAt(1, 1, u"encoding '" + declared + u"' is not supported");
 }
 
 }  // namespace
-
-xercesc::SAXParseException parseException(const wstring& message, const XMLCh* systemId, uint64 line, uint64 column) {
-  const wstring located =
-      u"line " + Platform::toDecimal(line) + u", column " + Platform::toDecimal(column) + u": " + message;
-  return {located.c_str(), u"", systemId, line, column};
-}
 
 Input recognise(const uint8* bytes, std::size_t size) {
   if (size >= 2 && isLittleEndian(bytes)) return utf16(bytes, size, bytes[0] == 0xFF, u"UTF-16LE");
@@ -292,12 +312,12 @@ Input recognise(const uint8* bytes, std::size_t size) {
   return {bytes + mark, size - mark, isMarked ? wstring(u"UTF-8") : octetEncoding(bytes, size)};
 }
 
-void checkLimits(const Input& input, const XMLCh* systemId) {
-  if (input.encoding == u"UTF-16LE") return checkLimitsOf(Units<0>{input.bytes, input.size / 2}, systemId);
-  if (input.encoding == u"UTF-16BE") return checkLimitsOf(Units<1>{input.bytes, input.size / 2}, systemId);
+void checkLimits(const Input& input) {
+  if (input.encoding == u"UTF-16LE") return checkText(Units<0>{input.bytes, input.size / 2});
+  if (input.encoding == u"UTF-16BE") return checkText(Units<1>{input.bytes, input.size / 2});
   const Octets text{input.bytes, input.size};
-  if (input.encoding == u"UTF-8") checkUTF8(text, systemId);
-  checkLimitsOf(text, systemId);
+  if (input.encoding == u"UTF-8") checkUTF8(text);
+  checkText(text);
 }
 
 }  // namespace Vantor::XMLUtils

@@ -14,21 +14,19 @@ struct Input {
   wstring encoding;  ///< overrides what the XML declaration says
 };
 
-/// Tells UTF-16 from 8-bit text, and takes the encoding of the latter from the XML declaration, UTF-8 by default.
+// What these functions refuse is an xercesc::SAXParseException with line, column, and a message that names neither.
+
+/// Recognises UTF-16; takes the encoding of 8-bit text from the XML declaration, UTF-8 by default.
 ///
 /// 8-bit encodings are taken if `<` and the other characters of markup are what they are in ASCII and nothing else is:
-/// UTF-8, US-ASCII, ISO 8859 and the Windows code pages 1250 to 1258. That is what `checkLimits` relies on.
-/// @throws xercesc::SAXParseException for any other.
+/// UTF-8, US-ASCII, ISO 8859 and the Windows code pages 1250 to 1258, also by names such as latin1 and cp1252. That is
+/// what `checkLimits` relies on. Any other is refused.
 Input recognise(const uint8* bytes, std::size_t size);
 
-/// Refuses a document beyond `kMaximumDepth` or `kMaximumAttributes` before a parser spends time and memory on it.
-/// Text of another encoding that goes for UTF-8 is refused, too. Besides that,
-/// looks at nothing but where comments, sections, instructions and tags start and end; a document that is not
-/// well-formed is left to the parser, which stops at the first error.
-/// @throws xercesc::SAXParseException
-void checkLimits(const Input& input, const XMLCh* systemId);
-
-/// Makes an exception whose message starts with "line 3, column 7: ".
-xercesc::SAXParseException parseException(const wstring& message, const XMLCh* systemId, uint64 line, uint64 column);
+/// Refuses a document beyond `kMaximumDepth` or `kMaximumAttributes` before a parser spends time and memory on it, and
+/// text that the parser would misread or misplace: NUL characters, and what is not valid in UTF-8. Besides that, finds
+/// only where comments, sections, instructions and tags start and end; a document that is not well-formed is left to the
+/// parser, which stops at the first error.
+void checkLimits(const Input& input);
 
 }  // namespace Vantor::XMLUtils

@@ -5,13 +5,11 @@
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/Wrapper4InputSource.hpp>
-#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
-#include "Core/Platform/Containers.h"
-#include "Core/Platform/Path.h"
-#include "Core/Platform/Strings.h"
+#include "Core/Platform/Numbers.h"
 #include "XMLUtils/Escape.h"
 #include "XMLUtils/Initializer.h"
 #include "XMLUtils/InputCheck.h"
@@ -27,6 +25,12 @@ using xercesc::DOMDocument;
 using xercesc::DOMLSParser;
 using xercesc::DOMNode;
 using xercesc::XMLUni;
+
+xercesc::SAXParseException parseException(const wstring& message, const XMLCh* systemId, uint64 line, uint64 column) {
+  const wstring located =
+      u"line " + Platform::toDecimal(line) + u", column " + Platform::toDecimal(column) + u": " + message;
+  return {located.c_str(), u"", systemId, line, column};
+}
 
 /// Keeps the first error of a parse. The parser swallows what a handler throws, so it has to be thrown afterwards.
 class FirstError : public xercesc::DOMErrorHandler {
@@ -128,10 +132,19 @@ bool mayHoldEscapes(const Input& input) {
   return input.size != 0 && std::memchr(input.bytes, '#', input.size) != nullptr;
 }
 
+Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId) {
+  try {
+    auto input = recognise(buffer, size);
+    checkLimits(input);
+    return input;
+  } catch (const xercesc::SAXParseException& refusal) {
+    throw parseException(refusal.getMessage(), systemId, refusal.getLineNumber(), refusal.getColumnNumber());
+  }
+}
+
 DOMDocument* load(const uint8* buffer, std::size_t size, const XMLCh* systemId, DOMLSParser& parser) {
   if (parser.getBusy()) throw xercesc::DOMException(xercesc::DOMException::INVALID_STATE_ERR);
-  const auto input = recognise(buffer, size);
-  checkLimits(input, systemId);
+  const auto input = checkedInput(buffer, size, systemId);
   xercesc::MemBufInputSource source(input.bytes, input.size, systemId, false);
   source.setEncoding(input.encoding.c_str());
   const xercesc::Wrapper4InputSource wrapper(&source, false);

@@ -32,9 +32,9 @@ Holder<xercesc::DOMLSParser> createParser();
 ///
 /// UTF-16 is recognised with and without a byte order mark, UTF-8 with one, and then whatever encoding the XML
 /// declaration names. Other text is in the encoding that the declaration names, UTF-8 without one: UTF-8, US-ASCII, ISO
-/// 8859 or a Windows code page from 1250 to 1258. `$#x...;` of `escapeForbidden` is undone in text, CDATA sections,
-/// attribute values, comments and processing instructions; `$#x0;` stays, as a DOM string ends at a NUL. White space is
-/// kept: see `cleanEmptyTextNodes`.
+/// 8859 or a Windows code page from 1250 to 1258, also by names such as latin1 and cp1252. `$#x...;` of
+/// `escapeForbidden` is undone in text, CDATA sections, attribute values, comments and processing instructions; `$#x0;`
+/// stays, as a DOM string ends at a NUL. White space is kept: see `cleanEmptyTextNodes`.
 ///
 /// Input is not trusted. A document type declaration is skipped unread, so there are no entities but the five of XML,
 /// and a reference to another one is an error; one that has brackets or '>' where skipping would go wrong, in comments

@@ -8,7 +8,7 @@
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MetaMetadata/DictionaryBuilder.h"
-#include "XMLUtils/DictionaryFiles.h"
+#include "Registers/DictionaryFiles.h"
 
 namespace Vantor {
 namespace {
@@ -65,7 +65,7 @@ void loadRegisters(benchmark::State& state) {
   if (!std::filesystem::exists(registers / "Groups.xml")) return state.SkipWithError("there are no registers");
   for (auto _ : state) {
     auto definitions = builtInDefinitions();
-    XMLUtils::readDictionaryFiles({registers / "Groups.xml", registers / "Elements.xml", registers / "Types.xml"},
+    Registers::readDictionaryFiles({registers / "Groups.xml", registers / "Elements.xml", registers / "Types.xml"},
                                   definitions);
     if (definitions.makeDictionary()->findSetBySymbol("Preface") == nullptr) state.SkipWithError("no Preface");
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string_view>
 
 #include "Core/KLV/Key.h"
@@ -25,7 +26,7 @@ struct PropertyType {
   /// The core type of the value or of every item. `kNone` for an enumeration that is not found yet.
   Types::Identifiers::Identifier value = Types::Identifiers::kNone;
   std::string_view enumeration;  ///< the name of the enumeration; empty for every other type
-  std::string_view target;       ///< the symbol of the set that a reference leads to; empty when that is not told
+  std::string_view target;       ///< the symbol of the set that a reference leads to; empty when that is not known
 
   MetaMetadata::DataType dataType() const {
     if (collection == Types::Identifiers::kNone) return value;
@@ -44,7 +45,7 @@ struct EnumerationValue {
   Origin origin;
 };
 
-/// An integer type whose numbers have names. Files and documents hold the numbers; the names are for people.
+/// An integer type whose numbers have names. Files hold the numbers; the names are for people.
 struct EnumerationDefinition {
   std::string_view name;
   Types::Identifiers::Identifier base = Types::Identifiers::kNone;
@@ -61,11 +62,15 @@ struct ChosenNamespace {
 struct PropertyDefinition {
   Types::UniversalLabel key;
   std::string_view symbol;
-  std::string_view xmlName;  ///< the symbol unless told otherwise
+  std::string_view xmlName;  ///< the export name; the symbol by default
   PropertyType type;
   uint32 chosenNamespace = 0;  ///< a place in `Definitions::namespaces()`; 0 is that of the vocabulary
   Origin origin;
 };
+
+/// How binding a property is for its set, in the words of dictionary files; ordered as `PropertyUse::requiredStatus`.
+inline constexpr std::array<std::string_view, 5> kRequiredStatuses = {"required", "encoder-required",
+                                                                      "decoder-required", "best-effort", "optional"};
 
 /// A property among those of a set.
 struct PropertyUse {
@@ -78,7 +83,7 @@ struct PropertyUse {
 struct SetDefinition {
   KLV::Key key;
   std::string_view symbol;
-  std::string_view xmlName;  ///< the symbol unless told otherwise
+  std::string_view xmlName;  ///< the export name; the symbol by default
   std::string_view parent;   ///< the symbol of the set to inherit from; empty for a root
   bool isConcrete = true;
   uint32 chosenNamespace = 0;                 ///< a place in `Definitions::namespaces()`; 0 is that of the vocabulary

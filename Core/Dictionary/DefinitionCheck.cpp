@@ -21,13 +21,13 @@ constexpr uint64 kMostListedProperties = 1000000;
 
 constexpr uint32 kNoParent = MetaMetadata::HashIndex::kNotFound;
 
-/// Names of documents' own elements: a set of such a name is not found again where it is written.
-bool isTakenByDocuments(std::string_view setName) {
+/// Names that exports use for something else: an import would not find a set of such a name.
+bool isReservedName(std::string_view setName) {
   return setName == "DarkMetadata" || setName == "FloatingDarkMetadata" ||
          setName.find("_REF") != std::string_view::npos;
 }
 
-/// Two definitions that do not go together, the one that was read first in front: the other one is told to change.
+/// Two definitions that clash, the one that was read first in front: the message is about the other one.
 template <class Definition>
 std::pair<const Definition&, const Definition&> inOrder(const Definition& one, const Definition& other) {
   const auto read = [](const Definition& definition) {
@@ -40,10 +40,6 @@ std::pair<const Definition&, const Definition&> inOrder(const Definition& one, c
 std::string asText(std::u16string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
 }  // namespace
-
-void DefinitionCheck::refuse(const Origin& origin, const std::string& what, int line) const {
-  of_.refuse(origin, what, "Core/Dictionary/DefinitionCheck", line);
-}
 
 void DefinitionCheck::run() {
   checkEnumerations();
@@ -63,10 +59,8 @@ void DefinitionCheck::checkEnumerations() const {
     std::map<std::string_view, const EnumerationValue*> names;
     const auto refuseKnown = [&](const EnumerationValue& value, const std::string& what,
                                  const EnumerationValue& known) {
-      refuse(value.origin,
-             std::string(enumeration.name) + " has the " + what + " already (" + of_.where(known.origin) +
-                 "); give each number and each name once",
-             __LINE__);
+      of_.refuse(value.origin, "{} has the {} already ({})", "give each number and each name once", enumeration.name,
+                 what, of_.where(known.origin));
     };
     for (const auto& value : enumeration.values) {
       const auto number = numbers.emplace(value.number, &value);
@@ -82,10 +76,9 @@ void DefinitionCheck::completeTypes() const {
     if (!property.type.enumeration.empty()) {
       const auto* enumeration = of_.findEnumeration(property.type.enumeration);
       if (enumeration == nullptr) {
-        refuse(property.origin,
-               quoted(property.type.enumeration) + " is neither a type nor an enumeration; write a type's name, or " +
-                   "define it: enum " + std::string(property.type.enumeration) + " UInt8",
-               __LINE__);
+        of_.refuse(property.origin, "{} is neither a type nor an enumeration",
+                   "write a type's name, or define it: enum {} UInt8", quotedWord(property.type.enumeration),
+                   property.type.enumeration);
       }
       property.type.value = enumeration->base;
     }
@@ -95,10 +88,8 @@ void DefinitionCheck::completeTypes() const {
 
 void DefinitionCheck::checkTarget(const PropertyDefinition& property) const {
   if (property.type.target.empty() || of_.findSet(property.type.target) != nullptr) return;
-  refuse(property.origin,
-         std::string(property.symbol) + " refers to the set " + std::string(property.type.target) +
-             ", which is not defined; define it, or leave out what the reference is to",
-         __LINE__);
+  of_.refuse(property.origin, "{} refers to the set {}, which is not defined",
+             "define it, or leave out what the reference is to", property.symbol, property.type.target);
 }
 
 void DefinitionCheck::findParents() {
@@ -106,10 +97,8 @@ void DefinitionCheck::findParents() {
   for (const auto& set : of_.sets_) {
     parents_.push_back(set.parent.empty() ? kNoParent : of_.index_->findSet(of_, set.parent));
     if (set.parent.empty() || parents_.back() != kNoParent) continue;
-    refuse(set.origin,
-           std::string(set.symbol) + " inherits from " + quoted(set.parent) +
-               ", which is not defined; name a set of this or another file, or '-'",
-           __LINE__);
+    of_.refuse(set.origin, "{} inherits from {}, which is not defined", "name a set of this or another file, or '-'",
+               set.symbol, quotedWord(set.parent));
   }
 }
 
@@ -124,10 +113,8 @@ void DefinitionCheck::checkCircles() const {
       if (parent == kNoParent) break;
       if (rounds[parent] != start + 1) continue;
       const auto& set = of_.sets_[at];
-      refuse(set.origin,
-             std::string(set.symbol) + " inherits from itself, by way of " + std::string(set.parent) +
-                 "; let one of them inherit from another set",
-             __LINE__);
+      of_.refuse(set.origin, "{} inherits from itself, by way of {}", "let one of them inherit from another set",
+                 set.symbol, set.parent);
     }
   }
 }
@@ -140,16 +127,12 @@ void DefinitionCheck::checkExtent() const {
     for (uint32 at = place; at != kNoParent; at = parents_[at], ++generations) {
       properties += of_.sets_[at].properties.size();
       if (generations <= kMostAncestors) continue;
-      refuse(set.origin,
-             std::string(set.symbol) + " has more than " + std::to_string(kMostAncestors) +
-                 " ancestors; let it inherit from a set that has fewer",
-             __LINE__);
+      of_.refuse(set.origin, "{} has more than {} ancestors", "let it inherit from a set that has fewer", set.symbol,
+                 kMostAncestors);
     }
     if (properties <= kMostListedProperties) continue;
-    refuse(set.origin,
-           "up to here the sets have more than " + std::to_string(kMostListedProperties) +
-               " properties, inherited ones counted in each set; define fewer",
-           __LINE__);
+    of_.refuse(set.origin, "up to here the sets have more than {} properties, inherited ones counted in each set",
+               "define fewer", kMostListedProperties);
   }
 }
 
@@ -174,40 +157,35 @@ void DefinitionCheck::checkRepetition(uint32 set, const PropertyUse& use, const 
                                       bool isInOneSet) const {
   if (!isInOneSet && use.staticLocalTag == other.staticLocalTag) return;
   const auto [first, second] = inOrder(use, other);
-  refuse(second.origin,
-         std::string(of_.sets_[set].symbol) + " has the property " + std::string(of_.properties_[use.property].symbol) +
-             " already (" + of_.where(first.origin) +
-             (isInOneSet ? "); take this row away" : "), with another local tag; write the one that stands there"),
-         __LINE__);
+  of_.refuse(second.origin,
+             isInOneSet ? "{} has the property {} already ({})"
+                        : "{} has the property {} already ({}), with another local tag",
+             isInOneSet ? "take this row away" : "write the one that stands there", of_.sets_[set].symbol,
+             of_.properties_[use.property].symbol, of_.where(first.origin));
 }
 
 void DefinitionCheck::refuseTag(uint32 set, const PropertyUse& use, const PropertyUse& other) const {
   const auto [first, second] = inOrder(use, other);
-  const auto symbolOf = [this](const PropertyUse& of) { return std::string(of_.properties_[of.property].symbol); };
-  refuse(second.origin,
-         symbolOf(second) + " has the local tag of " + symbolOf(first) + " (" + of_.where(first.origin) +
-             ") in the set " + std::string(of_.sets_[set].symbol) +
-             "; give it another, or '-' for one that each file gives",
-         __LINE__);
+  of_.refuse(second.origin, "{} has the local tag of {} ({}) in the set {}",
+             "give it another, or '-' for one that each file gives", of_.properties_[second.property].symbol,
+             of_.properties_[first.property].symbol, of_.where(first.origin), of_.sets_[set].symbol);
 }
 
 // Readers find sets by their names alone, whatever the namespace.
 void DefinitionCheck::checkSetNames() const {
   std::unordered_map<std::string_view, const SetDefinition*> names;
   for (const auto& set : of_.sets_) {
-    if (isTakenByDocuments(set.xmlName)) {
-      refuse(set.origin,
-             std::string(set.symbol) + " has the name " + std::string(set.xmlName) + " in XML, where DarkMetadata, " +
-                 "FloatingDarkMetadata and names with '_REF' are no sets; add name=X",
-             __LINE__);
+    if (isReservedName(set.xmlName)) {
+      of_.refuse(
+          set.origin,
+          "{} has the name {} in XML, where DarkMetadata, FloatingDarkMetadata and names with '_REF' are no sets",
+          "add name=X", set.symbol, set.xmlName);
     }
     const auto [known, isNew] = names.emplace(set.xmlName, &set);
     if (isNew) continue;
     const auto [first, second] = inOrder(*known->second, set);
-    refuse(second.origin,
-           std::string(second.symbol) + " has the name of " + std::string(first.symbol) + " (" +
-               of_.where(first.origin) + ") in XML, where sets are told apart by it; add name=X",
-           __LINE__);
+    of_.refuse(second.origin, "{} has the name of {} ({}) in XML, where sets are told apart by it", "add name=X",
+               second.symbol, first.symbol, of_.where(first.origin));
   }
 }
 
@@ -217,21 +195,17 @@ void DefinitionCheck::checkPropertyNames(MetaMetadata::Vocabulary vocabulary) co
     const auto& chosen = of_.namespaces_[property.chosenNamespace];
     const wstring name(property.xmlName.begin(), property.xmlName.end());
     if (property.chosenNamespace != 0 && MetaMetadata::isIdentifierName(name)) {
-      refuse(property.origin,
-             "the name " + std::string(property.xmlName) + " is that of an attribute of every set, which is in no " +
-                 "namespace of yours; add name=X",
-             __LINE__);
+      of_.refuse(property.origin, "the name {} is that of an attribute of every set, which is in no namespace of yours",
+                 "add name=X", property.xmlName);
     }
     const std::string uri = property.chosenNamespace == 0 ? asText(MetaMetadata::elementNamespace(vocabulary, name).uri)
                                                           : std::string(chosen.uri);
     const auto [known, isNew] = names.emplace(uri + " " + std::string(property.xmlName), &property);
     if (isNew || known->second->key == property.key) continue;  // the same one: a newer edition gave it another key
     const auto [first, second] = inOrder(*known->second, property);
-    refuse(second.origin,
-           std::string(second.symbol) + " has the name of " + std::string(first.symbol) + " (" +
-               of_.where(first.origin) + ") in the namespace " + uri +
-               "; add name=X, or choose a namespace of your own",
-           __LINE__);
+    of_.refuse(second.origin, "{} has the name of {} ({}) in the namespace {}",
+               "add name=X, or choose a namespace of your own", second.symbol, first.symbol, of_.where(first.origin),
+               uri);
   }
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "Core/Dictionary/Definitions.h"
 
 namespace Vantor {
@@ -28,7 +26,6 @@ class DefinitionCheck {
   [[noreturn]] void refuseTag(uint32 set, const PropertyUse& use, const PropertyUse& other) const;
   void checkSetNames() const;
   void checkPropertyNames(MetaMetadata::Vocabulary vocabulary) const;
-  [[noreturn]] void refuse(const Origin& origin, const std::string& what, int line) const;
 
   Definitions& of_;
   Templates::vector<uint32> parents_;  // beside the sets: the places of their parents

@@ -19,17 +19,15 @@ namespace {
 using MetaMetadata::DictionaryBuilder;
 using MetaMetadata::ExtensionAttributes;
 
-constexpr const char* kSource = "Core/Dictionary/Definitions";
-
 /// The registers of SMPTE, labels included, take one megabyte.
 constexpr uint64 kLargestFile = uint64{64} << 20;
 
 std::string textOfFile(const Path& path) {
   DataIO::File::FileDataSource file(path);
   if (file.size() > kLargestFile) {
-    throw Exceptions::InvalidFormat(path.u8string() + ": a dictionary file has " + std::to_string(kLargestFile) +
-                                        " octets at most; this is another file, or one to be split",
-                                    kSource, __LINE__);
+    Exceptions::raise<Exceptions::InvalidFormat>(
+        "{}: a dictionary file has {} octets at most; this is another file, or one to be split", path.u8string(),
+        kLargestFile);
   }
   std::string text(file.size(), '\0');
   file.read(reinterpret_cast<uint8*>(text.data()), text.size());
@@ -64,7 +62,6 @@ Definitions& Definitions::operator=(Definitions&&) noexcept = default;
 void Definitions::readFile(const Path& path) { readText(textOfFile(path), path.u8string()); }
 
 void Definitions::readText(std::string text, std::string name, Overlay overlay) {
-  isChecked_ = false;
   const uint32 source = addSource(std::move(name));
   std::string_view kept = keep(std::move(text));
   const auto invalid = utf8::find_invalid(kept.begin(), kept.end());
@@ -72,25 +69,17 @@ void Definitions::readText(std::string text, std::string name, Overlay overlay) 
   const auto bad = std::min(nul, static_cast<std::size_t>(invalid - kept.begin()));
   if (bad < kept.size()) {
     const auto line = static_cast<uint32>(1 + std::count(kept.begin(), kept.begin() + bad, '\n'));
-    refuse({source, line}, "this is no text in UTF-8; save the file in that encoding", kSource, __LINE__);
+    refuse({source, line}, "this is no text in UTF-8", "save the file in that encoding");
   }
   if (utf8::starts_with_bom(kept.begin(), kept.end())) kept.remove_prefix(3);
-  DefinitionReader(*this, overlay, source, nullptr).read(kept);
-}
-
-void Definitions::readText(std::string text, const Templates::vector<Origin>& origins, Overlay overlay) {
-  registerSources_.resize(sources_.size());
-  for (const auto& origin : origins) {
-    if (origin.source < registerSources_.size()) registerSources_[origin.source] = true;
-  }
-  isChecked_ = false;
-  const std::string_view kept = keep(std::move(text));
-  DefinitionReader(*this, overlay, 0, &origins).read(kept);
+  DefinitionReader(*this, overlay, source).read(kept);
 }
 
 void Definitions::readTrusted(std::string_view text, std::string name) {
+  const bool wasChecked = isChecked_;
   reserve(text.size());
-  DefinitionReader(*this, Overlay::kRefuse, addSource(std::move(name)), nullptr).read(text);
+  DefinitionReader(*this, Overlay::kRefuse, addSource(std::move(name))).read(text);
+  isChecked_ = wasChecked;
 }
 
 void Definitions::reserve(std::size_t textSize) {
@@ -103,7 +92,14 @@ void Definitions::reserve(std::size_t textSize) {
 
 uint32 Definitions::addSource(std::string name) {
   sources_.push_back(std::move(name));
+  registerSources_.push_back(false);
   return static_cast<uint32>(sources_.size() - 1);
+}
+
+uint32 Definitions::addRegister(std::string name) {
+  const uint32 place = addSource(std::move(name));
+  registerSources_[place] = true;
+  return place;
 }
 
 void Definitions::check() {
@@ -152,23 +148,19 @@ std::string_view Definitions::keep(std::string text) {
   return *texts_.back();
 }
 
+// Hosts add definitions with origins of their own making, too.
+std::string Definitions::sourceOf(const Origin& origin) const {
+  return origin.source < sources_.size() ? sources_[origin.source] : "unknown source";
+}
+
 std::string Definitions::where(const Origin& origin) const {
-  // Origins that a caller made up may name no source.
-  const std::string source = origin.source < sources_.size() ? sources_[origin.source] : "text";
-  return source + ":" + std::to_string(origin.line);
+  return sourceOf(origin) + ":" + std::to_string(origin.line);
 }
 
-bool Definitions::isRegister(const Origin& origin) const {
-  return origin.source < registerSources_.size() && registerSources_[origin.source];
-}
-
-void Definitions::refuse(const Origin& origin, const std::string& what, const char* source, int line) const {
-  std::string text = what;
-  const auto advice = text.rfind("; ");
-  if (isRegister(origin) && advice != std::string::npos) {
-    text = text.substr(0, advice) + "; the register cannot be used as it is, take another edition";
-  }
-  throw Exceptions::InvalidFormat(where(origin) + ": " + text, source, line);
+std::string Definitions::adviceFor(const Origin& origin, const char* advice) const {
+  const bool isRegister = origin.source < registerSources_.size() && registerSources_[origin.source];
+  if (isRegister) return "; the register cannot be used as it is, take another edition";
+  return advice == nullptr ? std::string() : std::string("; ") + advice;
 }
 
 }  // namespace Vantor

@@ -8,11 +8,12 @@
 #include "Core/MetaMetadata/HashIndex.h"
 #include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Platform/Path.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor {
 
 /// Definitions of sets, properties, enumerations and labels, collected from any number of sources, to make dictionaries
-/// from. Not for use by several threads at once; the dictionaries that it makes do not depend on it.
+/// from. For one thread at a time; the dictionaries that it makes do not depend on it.
 ///
 ///     Definitions definitions = builtInDefinitions();
 ///     definitions.readFile("acme.dictionary");
@@ -44,18 +45,17 @@ class Definitions {
   /// @param name  stands for the file in messages.
   void readText(std::string text, std::string name, Overlay overlay = Overlay::kRefuse);
 
-  /// Reads a text of the dictionary format that was made from something else.
-  /// @param origins  tells of line n + 1, in [n], where it came from. Places in `sources()` come from `addSource`;
-  /// nobody
-  ///        edits these sources as dictionary files, so that messages do not say how.
-  void readText(std::string text, const Templates::vector<Origin>& origins, Overlay overlay);
-
   /// Reads a text that lives as long as the process and is known to be right: the built-in data. It is not checked
   /// again unless something else is read, too.
   void readTrusted(std::string_view text, std::string name);
 
-  /// Enters the name of a source; returns its place.
-  uint32 addSource(std::string name);
+  /// Enters the name of a published register, whose entries `DefinitionAdder` adds. Nobody edits it, so messages about
+  /// it advise another edition.
+  /// @return its place in `sources()`.
+  uint32 addRegister(std::string name);
+
+  /// Keeps a text for as long as this object lives.
+  std::string_view keep(std::string text);
 
   /// @throws Exceptions::InvalidFormat for what only shows when everything is read: unknown parents, types and targets,
   ///         sets that inherit from themselves or from too many, names in XML and static local tags that clash, more
@@ -82,23 +82,33 @@ class Definitions {
   const LabelDefinition* findLabel(std::string_view symbol) const;
 
  private:
+  friend class DefinitionAdder;
   friend class DefinitionReader;
   friend class DefinitionCheck;
   class Index;
 
   /// Makes room for what a text of this size may hold.
   void reserve(std::size_t textSize);
-  /// Keeps a text for as long as this object lives.
-  std::string_view keep(std::string text);
+  uint32 addSource(std::string name);
+  std::string sourceOf(const Origin& origin) const;
+  /// "FILE:LINE".
   std::string where(const Origin& origin) const;
-  /// @param what  what is wrong; what to do about it follows behind "; ".
-  /// @param source, line  where the library says so.
-  [[noreturn]] void refuse(const Origin& origin, const std::string& what, const char* source, int line) const;
-  bool isRegister(const Origin& origin) const;
+  /// What a message advises for a definition of this origin.
+  std::string adviceFor(const Origin& origin, const char* advice) const;
+  /// Throws Exceptions::InvalidFormat "FILE:LINE: what; advice".
+  /// @param advice     null when it is part of `what`.
+  /// @param arguments  fill the fields of both formats, in order.
+  template <class... Arguments>
+  [[noreturn]] void refuse(const Origin& origin, const Exceptions::Format& what, const char* advice,
+                           const Arguments&... arguments) const {
+    const auto text = std::string("{}:{}: ") + what.text() + adviceFor(origin, advice);
+    Exceptions::raise<Exceptions::InvalidFormat>({text.c_str(), {what.file().c_str(), what.line()}}, sourceOf(origin),
+                                                 origin.line, arguments...);
+  }
 
   Templates::vector<auto_ptr<const std::string>> texts_;
   Templates::vector<std::string> sources_;
-  Templates::vector<bool> registerSources_;  // beside the sources: those whose rows were made from something else
+  Templates::vector<bool> registerSources_;  // beside the sources
   Templates::vector<ChosenNamespace> namespaces_;
   Templates::vector<SetDefinition> sets_;
   Templates::vector<PropertyDefinition> properties_;

@@ -32,7 +32,7 @@ std::string_view DictionaryRow::from(std::size_t place) const {
   return line_.substr(static_cast<std::size_t>(word.data() - line_.data()));
 }
 
-std::string quoted(std::string_view word) {
+std::string quotedWord(std::string_view word) {
   if (word.size() <= kMostQuoted) return "'" + std::string(word) + "'";
   std::size_t end = kMostQuoted;
   while (end > 0 && (static_cast<unsigned char>(word[end]) & 0xC0) == 0x80) --end;  // not within a character of UTF-8

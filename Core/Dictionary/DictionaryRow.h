@@ -36,6 +36,6 @@ class DictionaryRow {
 };
 
 /// A word as messages tell it, between single quotes. One that no row of a person has is cut.
-std::string quoted(std::string_view word);
+std::string quotedWord(std::string_view word);
 
 }  // namespace Vantor

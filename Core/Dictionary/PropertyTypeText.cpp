@@ -119,13 +119,13 @@ std::optional<PropertyType> parsePropertyType(std::string_view text, std::string
   const bool isNamed = type.value != kNone || isWord(type.enumeration);
   const bool hasTarget = type.target.data() == nullptr || isWord(type.target);
   if (!isNamed || !hasTarget) {
-    whyNot = quoted(whole) +
+    whyNot = quotedWord(whole) +
              " is no type; write a type's name, StrongReference(Set), WeakReference(Set), ArrayOf(...) " +
              "or BatchOf(...)";
     return std::nullopt;
   }
   if (type.collection != kNone && type.value != kNone && typeSize(type.value) == 0) {
-    whyNot = quoted(whole) + " has items of no fixed size, which nothing could tell apart; make it a DataStream";
+    whyNot = quotedWord(whole) + " has items of no fixed size, which nothing could tell apart; make it a DataStream";
     return std::nullopt;
   }
   return type;

@@ -61,6 +61,29 @@ TEST(LoadDocument, ReadsOctetsInTheDeclaredEncoding) {
   EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding=\"windows-1252\"?><a>\x80</a>")), "<a>\u20AC</a>");
 }
 
+TEST(LoadDocument, TakesTheNamesOfEncodingsThatPeopleWrite) {
+  const auto e9In = [](const std::string& name) {
+    return textOf(parsed("<?xml version='1.0' encoding='" + name + "'?><a>\xE9</a>"));
+  };
+  for (const auto* name : {"latin1", "Latin-1", "L1", "ISO8859-1", "iso_8859-1", "latin9", "cp1252", "CP-1252",
+                           "windows1252", "Windows-1252", "ISO-8859-15"}) {
+    EXPECT_EQ(e9In(name), "<a>\u00E9</a>") << name;
+  }
+  EXPECT_EQ(e9In("latin5"), "<a>\u00E9</a>");
+  EXPECT_EQ(e9In("cp1251"), "<a>\u0439</a>");
+  EXPECT_EQ(e9In("ISO8859-5"), "<a>\u0449</a>");
+  EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding='utf8'?><a>\xC3\xA9</a>")), "<a>\u00E9</a>");
+  EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding='ascii'?><a>b</a>")), "<a>b</a>");
+}
+
+TEST(LoadDocument, NamesAnEncodingThatItDoesNotKnowInTheFirstLine) {
+  for (const std::string name : {"ISO-8859-12", "ISO-8859-99", "windows-1259", "cp125", "latin11", "utf-9", "IBM037",
+                                 "UTF-32", "Shift_JIS", "us-ascii-7"}) {
+    EXPECT_EQ(refusal("<?xml version='1.0' encoding='" + name + "'?>\n<a/>"),
+              "line 1, column 1: encoding '" + name + "' is not supported");
+  }
+}
+
 TEST(LoadDocument, TakesOctetsThatCallThemselvesUtf16ForUtf8) {
   EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding='UTF-16'?><a>\xC3\xA9</a>")), "<a>\u00E9</a>");
 }
@@ -88,12 +111,39 @@ TEST(LoadDocument, RefusesWhatIsCutOrFollowedByMore) {
   EXPECT_THAT(refusal(littleEndian(u"<a/>") + "x"), HasSubstr("ends within a code unit"));
 }
 
-TEST(LoadDocument, TellsWhereTextIsNotInTheEncodingThatItGoesFor) {
+TEST(LoadDocument, NamesThePlaceOfACharacterThatIsNotInUtf8) {
   const std::string message =
       ": a character is not in UTF-8; save the text as UTF-8, or name its encoding in the XML declaration";
   EXPECT_EQ(refusal("<a>\n<b>\xc3\xbc f\xfcr</b></a>"), "line 2, column 8" + message);
   EXPECT_EQ(refusal("<a>\x80</a>"), "line 1, column 4" + message);
   EXPECT_EQ(refusal("<a>\xf8\x88\x80\x80\x80</a>"), "line 1, column 4" + message);
+}
+
+TEST(LoadDocument, NamesTheLineOfOverLongUtf8AndOfSurrogatesInALongDocument) {
+  std::string lines = "<a>";
+  for (int i = 0; i < 20000; ++i) lines += "\n";
+  for (const auto* character : {"\xc0\x80", "\xc1\xbf", "\xe0\x9f\xbf", "\xf0\x8f\xbf\xbf",  // over-long
+                                "\xed\xa0\x80", "\xed\xbf\xbf",                              // surrogates
+                                "\xf4\x90\x80\x80", "\xf5\x80\x80\x80"}) {                   // beyond U+10FFFF
+    EXPECT_THAT(refusal(lines + "<b/> " + character + lines.substr(3) + "</a>"),
+                StartsWith("line 20001, column 6: a character is not in UTF-8;"));
+  }
+  EXPECT_EQ(textOf(parsed("<a>\xc2\x80\xed\x9f\xbf\xee\x80\x80\xf4\x8f\xbf\xbd</a>")),
+            "<a>\xc2\x80\xed\x9f\xbf\xee\x80\x80\xf4\x8f\xbf\xbd</a>");
+}
+
+TEST(LoadDocument, RefusesNulWhereverItStands) {
+  const auto withNul = [](std::string text) {
+    text[text.find('0')] = '\0';
+    return text;
+  };
+  for (const auto* text : {"<a/>\n0", "<a/>\n0<b/>", "<a>\n0</a>", "<!--\n0--><a/>", "<!DOCTYPE a [\n0]><a/>"}) {
+    const auto bytes = withNul(text);
+    EXPECT_EQ(refusal(bytes), "line 2, column 1: XML has no NUL character; remove it") << text;
+    const auto utf16 = Vantor::Utils::stringToWstring(bytes);
+    EXPECT_EQ(refusal(littleEndian(utf16)), "line 2, column 1: XML has no NUL character; remove it") << text;
+    EXPECT_EQ(refusal(bigEndian(utf16)), "line 2, column 1: XML has no NUL character; remove it") << text;
+  }
 }
 
 TEST(LoadDocument, TakesNullForAnEmptyBuffer) {

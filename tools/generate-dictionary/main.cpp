@@ -1,4 +1,4 @@
-// Makes the built-in data from the XML registers of SMPTE, or tells whether it is what they make.
+// Makes the built-in data from the XML registers of SMPTE, or checks that it is what they make.
 
 #include <cstdio>
 #include <exception>
@@ -8,9 +8,10 @@
 #include <vector>
 
 #include "Core/DataIO/File.h"
-#include "Core/Dictionary/RegisterText.h"
 #include "Core/Platform/Path.h"
-#include "XMLUtils/RegisterFile.h"
+#include "DefinitionsText.h"
+#include "Registers/RegisterDefinitions.h"
+#include "Registers/RegisterFile.h"
 
 namespace Vantor {
 
@@ -19,9 +20,8 @@ namespace {
 constexpr const char* kUsage =
     "usage: generate-dictionary [--check] REGISTERS FOLDER\n"
     "Writes SmpteRegisters.dictionary and SmpteLabels.dictionary into FOLDER, made from Groups.xml, Elements.xml,\n"
-    "Types.xml and Labels.xml of the folder REGISTERS. With --check nothing is written: the exit status tells whether\n"
-    "the files there are what the registers make (0) or not (1). It is 77 where there are no registers to check "
-    "with.\n";
+    "Types.xml and Labels.xml of the folder REGISTERS. With --check nothing is written: the exit status is 0 when the\n"
+    "files there are what the registers make, 1 when they are not, and 77 where there are no registers.\n";
 constexpr int kWrongUsage = 2;
 constexpr int kNotThere = 77;
 
@@ -31,12 +31,17 @@ struct DataFile {
 };
 
 std::vector<DataFile> make(const Path& folder) {
-  Registers registers;
+  Registers::Entries entries;
   for (const char* name : {"Groups.xml", "Elements.xml", "Types.xml", "Labels.xml"}) {
-    XMLUtils::readRegister(folder / name, registers);
+    Registers::readRegister(folder / name, entries);
   }
-  return {{"SmpteRegisters.dictionary", definitionsText(registers).text},
-          {"SmpteLabels.dictionary", labelsText(registers).text}};
+  Definitions definitions, labels;
+  Registers::addDefinitions(entries, definitions);
+  Registers::addLabels(entries, labels);
+  return {{"SmpteRegisters.dictionary",
+           textOf(definitions,
+                  "Made from the SMPTE metadata registers Groups (ST 395), Elements (ST 335) and Types (ST 2003).")},
+          {"SmpteLabels.dictionary", textOf(labels, "Made from the SMPTE metadata register Labels (ST 400).")}};
 }
 
 bool isStored(const Path& path, const std::string& text) {

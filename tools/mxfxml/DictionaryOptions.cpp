@@ -6,7 +6,7 @@
 #include "CommonOptions.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "ErrorText.h"
-#include "XMLUtils/DictionaryFiles.h"
+#include "Registers/DictionaryFiles.h"
 
 namespace Vantor::Tool {
 
@@ -56,7 +56,7 @@ SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::load(Vocabulary voc
 Definitions DictionaryOptions::definitions() const {
   try {
     auto definitions = builtInDefinitions();
-    XMLUtils::readDictionaryFiles(files_, definitions);
+    Registers::readDictionaryFiles(files_, definitions);
     definitions.check();
     return definitions;
   } catch (...) {

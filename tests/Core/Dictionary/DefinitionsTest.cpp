@@ -8,6 +8,7 @@
 #include <random>
 #include <utility>
 
+#include "Core/Dictionary/DefinitionAdder.h"
 #include "tests/Core/Dictionary/DictionaryTexts.h"
 
 namespace Vantor {
@@ -360,24 +361,37 @@ TEST(Definitions, MoveWithTheirTexts) {
   EXPECT_THAT(third.sources(), ElementsAre("first.dictionary", "more.dictionary"));
 }
 
-TEST(Definitions, SayWhereALineCameFromThatWasMadeFromSomethingElse) {
+TEST(Definitions, AreAddedWithTheirOwnOriginsAndTexts) {
   Definitions definitions;
-  const uint32 groups = definitions.addSource("Groups.xml");
-  const uint32 elements = definitions.addSource("Elements.xml");
-  const Templates::vector<Origin> origins = {{groups, 1}, {groups, 20}, {elements, 300}};
-  const auto read = [&](const std::string& rows) {
-    definitions.readText(dictionaryText(rows), origins, Definitions::Overlay::kRefuse);
-  };
-  read(kShot + ("  - " + propertyKey(1) + " A UInt8 optional\n"));
+  const uint32 groups = definitions.addRegister("Groups.xml");
+  const uint32 elements = definitions.addRegister("Elements.xml");
+  {
+    DefinitionAdder adder(definitions, Definitions::Overlay::kRefuse);
+    SetDefinition set;
+    set.key = MetaMetadata::registerKey(setKey(1));
+    set.symbol = set.xmlName = definitions.keep("Shot");
+    set.origin = {groups, 20};
+    PropertyDefinition property;
+    property.key = label(propertyKey(1));
+    property.symbol = property.xmlName = definitions.keep("Take");
+    property.type.value = Types::Identifiers::kUInt8;
+    property.origin = {elements, 300};
+    adder.addProperty(adder.addSet(set), property, {0, 0, 0, {groups, 21}});
+    adder.finish();
+  }
   EXPECT_EQ(whereOf(definitions, definitions.sets()[0].origin), "Groups.xml:20");
   EXPECT_EQ(whereOf(definitions, definitions.properties()[0].origin), "Elements.xml:300");
-  EXPECT_EQ(refusalOf([&] { read("extend AcmeShot\n - - -\n"); }).substr(0, 17), "Elements.xml:300:");
+  EXPECT_THAT(propertySymbols(*definitions.makeDictionary()->findSetBySymbol("Shot")), ElementsAre("Take"));
 }
 
-TEST(Definitions, SayTheLineOfATextWhoseOriginIsNotTold) {
+TEST(Definitions, NameNoSourceForAnOriginThatHasNone) {
   Definitions definitions;
-  EXPECT_EQ(refusalOf([&] { definitions.readText("", Templates::vector<Origin>(), Definitions::Overlay::kRefuse); }),
-            "text:1: the first row of a dictionary file has to be: dictionary 1");
+  DefinitionAdder adder(definitions, Definitions::Overlay::kRefuse);
+  EXPECT_EQ(refusalOf([&] {
+              adder.addLabel({label(propertyKey(1)), "1st", "", {7, 3}});
+            }),
+            "unknown source:3: '1st' cannot be a symbol; begin with a letter or '_' and go on with these, digits, '-' "
+            "and '.'");
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Core/Dictionary/Definitions.h"
+#include "Core/Dictionary/DefinitionAdder.h"
 #include "tests/Core/Dictionary/DictionaryTexts.h"
 
 /// What a newer text does to an older one.
@@ -176,15 +176,20 @@ TEST(Overlay, GivesAPropertyAnotherKeyInSetsThatItDoesNotMentionToo) {
   EXPECT_EQ(dictionary->findElement(label("060e2b34.01010101.0f0e0d0c.00000001")), nullptr);
 }
 
-TEST(Overlay, ThatCameFromSomethingElseGivesNoAdviceOnHowToWriteIt) {
+TEST(Overlay, ByARegisterGivesNoAdviceOnHowToWriteIt) {
   Definitions definitions = readRows(kOlder);
-  const uint32 source = definitions.addSource("Groups.xml");
-  const auto message = refusalOf([&] {
-    definitions.readText("dictionary 1\n060e2b34.02530101.0f0e0d0c.00000003  Cut  -  open\n",
-                         {{source, 1}, {source, 77}}, Definitions::Overlay::kReplace);
-  });
-  EXPECT_EQ(message,
-            "Groups.xml:77: 'open' is not expected here; the register cannot be used as it is, take another edition");
+  const uint32 source = definitions.addRegister("Groups.xml");
+  DefinitionAdder adder(definitions, Definitions::Overlay::kReplace);
+  SetDefinition set;
+  set.key = registerKey(setKey(3));
+  set.symbol = set.xmlName = "Cut";
+  set.parent = "Splice";
+  set.origin = {source, 77};
+  adder.addSet(set);
+  adder.finish();
+  EXPECT_EQ(refusalOf([&] { definitions.check(); }),
+            "Groups.xml:77: Cut inherits from 'Splice', which is not defined; the register cannot be used as it is, "
+            "take another edition");
 }
 
 }  // namespace

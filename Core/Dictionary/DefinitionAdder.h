@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string_view>
+
+#include "Core/Dictionary/Definitions.h"
+
+namespace Vantor {
+
+/// Adds the definitions of one source to `Definitions`; made for one source and gone after it.
+///
+/// Keys and names are checked here; what refers to other definitions waits for `Definitions::check`. The texts of a
+/// definition live as long as the `Definitions`: see `Definitions::keep`. Every member function throws
+/// Exceptions::InvalidFormat for the first definition that is wrong.
+class DefinitionAdder {
+ public:
+  DefinitionAdder(Definitions& definitions, Definitions::Overlay overlay);
+
+  /// Without properties, which `addProperty` adds.
+  /// @return its place in `Definitions::sets()`.
+  uint32 addSet(SetDefinition set);
+  /// Adds a property to a set. Another set may have it already, and then both definitions have to agree.
+  /// @param use  its `property` is filled in.
+  void addProperty(uint32 set, PropertyDefinition property, PropertyUse use);
+  /// Without values, which `addValue` adds.
+  /// @return its place in `Definitions::enumerations()`.
+  uint32 addEnumeration(EnumerationDefinition enumeration);
+  /// @param digits  the number in decimal.
+  void addValue(uint32 enumeration, std::string_view digits, std::string_view name, const Origin& origin);
+  void addLabel(const LabelDefinition& label);
+  /// Checks what only shows when all of the source is added.
+  void finish();
+
+  /// Refuses a word that is no name.
+  /// @param what  the name is to be, such as "a symbol".
+  void checkName(std::string_view word, const char* what, const Origin& origin) const;
+
+ private:
+  uint32 placeOf(PropertyDefinition property);
+  void checkAgreement(const PropertyDefinition& known, const PropertyDefinition& here) const;
+  void checkSymbols() const;
+  void replaceRenewedProperties();
+  /// Whether a definition is of an earlier source and may give way to one of this source; it may once.
+  bool mayReplace(const Templates::vector<bool>& earlier, uint32 place) const;
+
+  Definitions& to_;
+  Templates::vector<bool> earlierSets_;  // beside the definitions of earlier sources; empty where none gives way
+  Templates::vector<bool> earlierProperties_;
+  Templates::vector<bool> earlierEnumerations_;
+  Templates::vector<bool> earlierLabels_;
+};
+
+}  // namespace Vantor

@@ -1,0 +1,87 @@
+#include "Registers/DictionaryFiles.h"
+
+#include <array>
+#include <system_error>
+#include <utility>
+
+#include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/Platform/Raise.h"
+#include "Registers/RegisterDefinitions.h"
+#include "Registers/RegisterFile.h"
+#include "XMLUtils/InputFile.h"
+
+namespace Vantor::Registers {
+
+namespace {
+
+using Exceptions::raise;
+
+constexpr std::array<const char*, kRegisterKinds> kRegisterFiles = {"Groups.xml", "Elements.xml", "Types.xml",
+                                                                    "Labels.xml"};
+
+/// As much as a dictionary file may have; the registers of SMPTE take a few megabytes.
+constexpr std::uintmax_t kLargestRegister = std::uintmax_t{64} << 20;
+
+/// Refuses pipes and devices, which may have no end, and files of another kind.
+void checkFile(const Path& path) {
+  std::error_code error;
+  const bool isThere = std::filesystem::exists(path, error);
+  if (isThere && !std::filesystem::is_regular_file(path, error)) {
+    raise<Exceptions::IOError>("cannot read '{}': it is no file", path.u8string());
+  }
+  if (isThere && std::filesystem::file_size(path, error) > kLargestRegister) {
+    raise<Exceptions::InvalidFormat>(
+        "{}: a register or dictionary file has 64 MiB at most; this is another file, or one to be split",
+        path.u8string());
+  }
+}
+
+/// The registers of a folder; Labels may be missing.
+void readFolder(const Path& folder, Entries& into) {
+  for (const char* name : kRegisterFiles) {
+    const Path file = folder / name;
+    if (name != kRegisterFiles.back() || std::filesystem::exists(file)) readRegister(file, into);
+  }
+}
+
+/// The labels that are built in are no part of other definitions, and are defined once all the same.
+void checkLabel(const LabelDefinition& label, const Definitions& definitions) {
+  const auto* known = builtInLabels().findLabel(label.key);
+  if (known == nullptr) known = builtInLabels().findLabel(label.symbol);
+  if (known == nullptr) return;
+  raise<Exceptions::InvalidFormat>(
+      "{}:{}: the label {} is built in, as '{}'; take the row away, or choose another key and symbol",
+      definitions.sources()[label.origin.source], label.origin.line, known->symbol, known->name);
+}
+
+bool hasDefinitions(const Entries& entries) {
+  return !entries.file(RegisterKind::kGroups).empty() || !entries.file(RegisterKind::kElements).empty() ||
+         !entries.file(RegisterKind::kTypes).empty();
+}
+
+}  // namespace
+
+void readDictionaryFiles(const std::vector<Path>& files, Definitions& into) {
+  Entries entries;
+  std::vector<Path> dictionaries;
+  for (const auto& file : files) {
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error)) {
+      readFolder(file, entries);
+      continue;
+    }
+    checkFile(file);
+    if (XMLUtils::looksLikeXML(file)) {
+      readRegister(file, entries);
+    } else {
+      dictionaries.push_back(file);
+    }
+  }
+  if (hasDefinitions(entries)) addDefinitions(entries, into);
+  if (!entries.file(RegisterKind::kLabels).empty()) addLabels(entries, into);
+  const std::size_t labels = into.labels().size();
+  for (const auto& dictionary : dictionaries) into.readFile(dictionary);
+  for (std::size_t i = labels; i < into.labels().size(); ++i) checkLabel(into.labels()[i], into);
+}
+
+}  // namespace Vantor::Registers

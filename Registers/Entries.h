@@ -1,0 +1,109 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+
+#include "Core/Dictionary/Definition.h"
+#include "Core/KLV/Key.h"
+#include "Core/Platform/Containers.h"
+#include "Core/Platform/Raise.h"
+#include "Core/Platform/Types.h"
+
+/// Entries of SMPTE's metadata registers that define something: those of the kind LEAF, deprecated ones included, since
+/// files hold them. Keys are as registered, octet 8, the version, included.
+namespace Vantor::Registers {
+
+/// A register by what it lists: sets (ST 395), properties (ST 335), types (ST 2003) or labels (ST 400).
+enum class RegisterKind : uint8 { kGroups, kElements, kTypes, kLabels };
+
+constexpr std::size_t kRegisterKinds = 4;
+
+/// A property among those of a group.
+struct GroupProperty {
+  KLV::Key element;
+  uint16 staticLocalTag = 0;  ///< 0 when there is none
+  bool isOptional = false;
+  Origin origin;
+};
+
+struct GroupEntry {
+  KLV::Key key;  ///< octet 6 is 0x7f, whatever the coding
+  std::string symbol;
+  std::optional<KLV::Key> parent;
+  std::string klvSyntax;  ///< values of octet 6 that the group may have: two digits each, between blanks
+  bool isConcrete = true;
+  Templates::vector<GroupProperty> properties;  ///< in the order of the register
+  Origin origin;
+};
+
+struct ElementEntry {
+  KLV::Key key;
+  std::string symbol;
+  std::optional<KLV::Key> type;
+  Origin origin;
+};
+
+/// How a type is made; kinds that no rule needs are `kOther`.
+enum class TypeKind : uint8 {
+  kOther,
+  kInteger,
+  kRename,
+  kEnumeration,
+  kVariableArray,
+  kSet,
+  kString,
+  kStrongReference,
+  kWeakReference,
+};
+
+/// One of the values that an enumeration names; its texts are as they stand in the register, even empty.
+struct TypeValue {
+  std::string value;
+  std::string symbol;
+  Origin origin;
+};
+
+struct TypeEntry {
+  KLV::Key key;
+  std::string symbol;
+  TypeKind kind = TypeKind::kOther;
+  uint32 size = 0;  ///< of an integer, in octets
+  bool isSigned = false;
+  /// The type that is renamed or whose values are named, the type of the items, or the group that a reference leads to.
+  std::optional<KLV::Key> base;
+  Templates::vector<TypeValue> values;
+  Origin origin;
+};
+
+struct LabelEntry {
+  KLV::Key key;
+  std::string symbol;
+  std::string name;  ///< UTF-8; white space is single blanks
+  Origin origin;
+};
+
+/// The entries of all registers that were read. `Origin::source` of an entry is the number of its kind.
+struct Entries {
+  /// Each register's file name by its kind, for messages; empty for a register that was not read.
+  std::array<std::string, kRegisterKinds> files;
+  Templates::vector<GroupEntry> groups;
+  Templates::vector<ElementEntry> elements;
+  Templates::vector<TypeEntry> types;
+  Templates::vector<LabelEntry> labels;
+
+  std::string& file(RegisterKind kind) { return files[static_cast<std::size_t>(kind)]; }
+  const std::string& file(RegisterKind kind) const { return files[static_cast<std::size_t>(kind)]; }
+
+  /// "FILE:LINE".
+  std::string where(const Origin& origin) const { return files[origin.source] + ":" + std::to_string(origin.line); }
+  /// @throws Exceptions::InvalidFormat "FILE:LINE: what".
+  template <class... Arguments>
+  [[noreturn]] void refuse(const Origin& origin, const Exceptions::Format& what, const Arguments&... arguments) const {
+    const auto text = std::string("{}:{}: ") + what.text();
+    Exceptions::raise<Exceptions::InvalidFormat>({text.c_str(), {what.file().c_str(), what.line()}},
+                                                 files[origin.source], origin.line, arguments...);
+  }
+};
+
+}  // namespace Vantor::Registers

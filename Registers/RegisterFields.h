@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Core/KLV/Key.h"
+#include "Core/Platform/Types.h"
+#include "Registers/Entries.h"
+
+namespace Vantor::Registers {
+
+/// The fields that the library needs, of entries, records and facets. Their names are those of the elements.
+enum class RegisterField : uint8 {
+  kUL,
+  kSymbol,
+  kName,
+  kKind,
+  kParent,
+  kIsConcrete,
+  kKLVSyntax,
+  kType,
+  kTypeKind,
+  kTypeSize,
+  kTypeQualifiers,
+  kBaseType,
+  kLocalTag,
+  kIsOptional,
+  kValue,
+};
+
+constexpr std::size_t kRegisterFields = 15;
+
+/// The texts of one entry's fields. Made once and used for every entry, so that it allocates next to nothing.
+class RegisterFields {
+ public:
+  /// Forgets all texts.
+  void begin(const Origin& origin);
+  const Origin& origin() const { return origin_; }
+
+  /// Where the text of the element of that name goes; null for an element that the library does not need.
+  wstring* textOf(std::u16string_view name);
+
+  /// UTF-8; white space at the ends is gone, and between words it is one blank. Empty when there is no such field.
+  std::string text(RegisterField field) const;
+  /// None when there is no such field, or it is empty.
+  /// @throws Exceptions::InvalidFormat when it is no UL.
+  std::optional<KLV::Key> key(RegisterField field, const Entries& entries) const;
+  /// @throws Exceptions::InvalidFormat when there is such a field, and it is neither true nor false.
+  bool flag(RegisterField field, bool byDefault, const Entries& entries) const;
+  /// 0 when there is no local tag.
+  /// @throws Exceptions::InvalidFormat when it is no hexadecimal number of four digits or less.
+  uint16 localTag(const Entries& entries) const;
+
+ private:
+  Origin origin_;
+  std::array<wstring, kRegisterFields> texts_;
+};
+
+}  // namespace Vantor::Registers

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Registers/Entries.h"
+#include "Registers/RegisterIndex.h"
+
+namespace Vantor::Registers {
+
+/// The groups of a register as a tree of inheritance, and which of them are sets of header metadata. Circles of
+/// inheritance are left to `Definitions::check`.
+class RegisterGroups {
+ public:
+  /// @param entries  stay where they are, unchanged, for as long as this object lives.
+  /// @throws Exceptions::InvalidFormat when the parent of a set of header metadata is not in the register.
+  explicit RegisterGroups(const Entries& entries);
+
+  /// Null when there is none.
+  const GroupEntry* find(const KLV::Key& key) const;
+  /// Null for a root.
+  const GroupEntry* parentOf(const GroupEntry& group) const { return group.parent ? find(*group.parent) : nullptr; }
+
+  /// Whether the group defines something that has an identifier of its own, which references to it hold: a data
+  /// definition, say, or the definition of a set.
+  bool isDefinition(const GroupEntry& group) const;
+  /// Whether header metadata holds such sets, coded with 2-byte tags and lengths, or sets that inherit from it.
+  bool isHeaderMetadata(const GroupEntry& group) const { return isHeaderMetadata_[placeOf(group)]; }
+  /// The groups of which that is so, by key.
+  Templates::vector<const GroupEntry*> headerMetadata() const;
+
+ private:
+  std::size_t placeOf(const GroupEntry& group) const {
+    return static_cast<std::size_t>(&group - entries_.groups.data());
+  }
+
+  const Entries& entries_;
+  RegisterIndex index_;
+  Templates::vector<bool> isHeaderMetadata_;  // beside the groups
+};
+
+}  // namespace Vantor::Registers
