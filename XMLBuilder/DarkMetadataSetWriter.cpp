@@ -4,8 +4,8 @@
 
 #include "Core/DataIO/Memory.h"
 #include "Core/KLV/BERLength.h"
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Numbers.h"
-#include "XMLBuilder/HexText.h"
 #include "XMLBuilder/Names.h"
 #include "XMLBuilder/Vocabulary.h"
 
@@ -25,7 +25,8 @@ xercesc::DOMElement& appendElement(ExportDocument& document, xercesc::DOMElement
 }
 
 void appendHex(ExportDocument& document, xercesc::DOMElement& element, const uint8* bytes, std::size_t count) {
-  if (count != 0) element.appendChild(document.document().createTextNode(hexText(bytes, count).c_str()));
+  if (count != 0)
+    element.appendChild(document.document().createTextNode(Platform::hexText<wstring>(bytes, count).c_str()));
 }
 
 }  // namespace

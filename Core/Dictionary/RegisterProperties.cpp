@@ -5,6 +5,7 @@
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/Dictionary/RegisterChecks.h"
 #include "Core/Dictionary/RegisterKeys.h"
+#include "Core/Platform/HexDigits.h"
 
 namespace Vantor {
 
@@ -44,9 +45,7 @@ const PropertyRule* ruleOf(const KLV::Key& key) {
 bool isReference(Identifier type) { return type == kStrongReference || type == kWeakReference; }
 
 std::string tagText(uint16 tag) {
-  constexpr const char* kDigits = "0123456789abcdef";
-  if (tag == 0) return "-";
-  return {kDigits[tag >> 12], kDigits[tag >> 8 & 15], kDigits[tag >> 4 & 15], kDigits[tag & 15]};
+  return tag == 0 ? "-" : Platform::hexNumber<std::string>(tag, Platform::DigitCase::kLower);
 }
 
 bool lists(const GroupEntry& group, const KLV::Key& element) {
