@@ -10,6 +10,7 @@
 #include "Core/Comparison/DocumentDifference.h"
 #include "Core/Comparison/PropertyIdentity.h"
 #include "Core/DataIO/Memory.h"
+#include "Core/KLV/CollectionHeader.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Types/Factories.h"
@@ -45,17 +46,9 @@ void copyValue(const Element& from, Element& to) {
 
 void setTargets(const ReferenceTargets& targets, Element& property) {
   DataIO::Memory::MemoryDataSink sink;
-  const auto writeNumber = [&sink](uint32 number) {
-    for (int shift = 24; shift >= 0; shift -= 8) {
-      const auto octet = static_cast<uint8>(number >> shift);
-      sink.write(&octet, 1);
-    }
-  };
-  // A collection starts with the number and the size of its items (ST 377-1).
-  writeNumber(static_cast<uint32>(targets.size()));
-  writeNumber(Types::UUID::kSize);
+  KLV::CollectionHeader{static_cast<uint32>(targets.size()), Types::UUID::kSize}.render(sink);
   for (const auto& target : targets) sink.write(target.rawBuffer(), Types::UUID::kSize);
-  setOctets(property, Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()));
+  setOctets(property, sink.take());
 }
 
 /// The tag that a property of a document has in the file, as far as the document tells; 0 for none.

@@ -32,7 +32,6 @@ constexpr const char* kNamespaceShape = "a namespace is: namespace, 'sets' or 'p
 constexpr const char* kFormatShape = "the first row of a dictionary file has to be: dictionary 1";
 
 /// ST 377-1: tags from here on are given by each file's primer pack.
-constexpr uint32 kFirstDynamicTag = 0x8000;
 
 /// The order is that of `MetaAttribute::requiredStatus`.
 constexpr std::array<std::string_view, 5> kStatuses = {"required", "encoder-required", "decoder-required",
@@ -460,7 +459,7 @@ uint16 DefinitionReader::tagOf(std::string_view word) const {
     refuse(quoted(word) + " is no local tag; write four hexadecimal digits, or '-' when there is no static one",
            __LINE__);
   }
-  if (tag >= kFirstDynamicTag) {
+  if (tag >= Types::LocalTag::kFirstDynamic) {
     refuse(quoted(word) + " is a dynamic local tag, which each file gives by itself; write '-'", __LINE__);
   }
   return static_cast<uint16>(tag);
