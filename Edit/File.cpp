@@ -111,7 +111,7 @@ class File::State {
     const Path& path = requirePath();
     auto plan = this->plan();
     if (plan.replacements.empty()) return plan.report;
-    if (MXF::fits(path, fileState_, plan.replacements)) {
+    if (MXF::fits(*source_, plan.replacements)) {
       MXF::replaceInPlace(path, fileState_, plan.replacements);
     } else {
       file_.reset();  // some systems replace no open file
@@ -216,7 +216,7 @@ class File::State {
       reason = UneditedPartition::Reason::kOtherInstanceUIDs;
     } else {
       reserveDarkTags(*other);
-      merge(*other, base, {*metadata_}, Scope(base));
+      Edit::merge(*other, base, {*metadata_}, Scope(base));
       return written(*other);
     }
     return nullptr;

@@ -1,9 +1,10 @@
 #include "XMLBuilder/DarkMetadataSetReader.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "Core/DataIO/Memory.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Strings.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
@@ -27,10 +28,8 @@ constexpr int kCharactersLine = 99;
 
 Bytes readValue(const wstring& key, const wstring& text) {
   if (text.size() % 2 != 0) throwInvalidValue(key, "' value has invalid Length", kLengthLine);
-  if (!std::all_of(text.begin(), text.end(), isHexDigit)) {
-    throwInvalidValue(key, "' value contains non Hexadecimal characters", kCharactersLine);
-  }
-  return bytesFromHex(text);
+  if (auto bytes = Platform::bytesFromHex(text)) return *std::move(bytes);
+  throwInvalidValue(key, "' value contains non Hexadecimal characters", kCharactersLine);
 }
 
 void readDarkMetadataSet(const xercesc::DOMElement& element, ImportDocument& document) {

@@ -2,8 +2,8 @@
 
 #include <xercesc/dom/DOMText.hpp>
 
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Numbers.h"
-#include "XMLBuilder/HexText.h"
 #include "XMLBuilder/Names.h"
 #include "XMLBuilder/Vocabulary.h"
 
@@ -23,7 +23,8 @@ xercesc::DOMElement& appendElement(ExportDocument& document, xercesc::DOMElement
 }
 
 void appendHex(ExportDocument& document, xercesc::DOMElement& element, const uint8* bytes, std::size_t count) {
-  if (count != 0) element.appendChild(document.document().createTextNode(hexText(bytes, count).c_str()));
+  if (count != 0)
+    element.appendChild(document.document().createTextNode(Platform::hexText<wstring>(bytes, count).c_str()));
 }
 
 }  // namespace

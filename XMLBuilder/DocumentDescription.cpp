@@ -7,9 +7,9 @@
 
 #include "Core/DataIO/BigEndian.h"
 #include "Core/KLV/IdentifierText.h"
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
-#include "XMLBuilder/HexText.h"
 
 namespace Vantor::XMLBuilder {
 
@@ -29,12 +29,6 @@ bool isPartitionName(const std::string& name) {
   const char* const end = name.data() + name.size();
   const auto [stop, error] = std::from_chars(name.data(), end, number);
   return error == std::errc() && stop == end;
-}
-
-wstring digestText(uint64 digest) {
-  std::array<uint8, kDigestDigits / 2> octets{};
-  DataIO::writeBigEndian<uint64>(octets.data(), digest);
-  return hexText(octets.data(), octets.size());
 }
 
 std::optional<uint64> digestFrom(const wstring& text) {
@@ -103,7 +97,7 @@ wstring renderDescription(const Description& description) {
   if (description.start) append(data, u"start", description.start->toString(kUrnForm));
   append(data, u"partition", Platform::stringToWstring(description.partition));
   append(data, u"vocabulary", description.vocabulary == MetaMetadata::Vocabulary::kLegacy ? u"legacy" : u"st434-2014");
-  append(data, u"metadata", digestText(description.digest));
+  append(data, u"metadata", Platform::hexNumber<wstring>(description.digest));
   return data;
 }
 

@@ -8,6 +8,7 @@
 
 #include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
 #include "XMLBuilder/NodeText.h"
@@ -83,7 +84,7 @@ wstring hexText(const wstring& text) {
   wstring digits;
   std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
                [](char16_t unit) { return unit != u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r'; });
-  if (!std::all_of(digits.begin(), digits.end(), isHexDigit)) {
+  if (std::any_of(digits.begin(), digits.end(), [](char16_t unit) { return Platform::hexDigit(unit) < 0; })) {
     refuse(text, "no run of octets: these are hexadecimal digits, two to an octet", __LINE__);
   }
   if (digits.size() % 2 != 0) refuse(text, "no run of octets: the last of them lacks its second digit", __LINE__);

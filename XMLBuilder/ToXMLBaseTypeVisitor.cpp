@@ -5,9 +5,9 @@
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMText.hpp>
 
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
-#include "XMLBuilder/HexText.h"
 #include "XMLBuilder/ValueVocabulary.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/UnicodeString.h"
@@ -61,7 +61,7 @@ class FieldWriter {
     return text(qualifiedName, Decimal(number).text());
   }
   FieldWriter& hex(const char16_t* qualifiedName, const Types::SimpleDataType& bytes) {
-    return text(qualifiedName, hexText(bytes.rawBuffer(), bytes.encodedSize()).c_str());
+    return text(qualifiedName, Platform::hexText<wstring>(bytes.rawBuffer(), bytes.encodedSize()).c_str());
   }
 
  private:
@@ -108,7 +108,7 @@ void ToXMLBaseTypeVisitor::writeIdentifier(const Identifier& value) {
 }
 
 void ToXMLBaseTypeVisitor::writeHex(const Types::SimpleDataType& value) {
-  writeText(hexText(value.rawBuffer(), value.encodedSize()).c_str());
+  writeText(Platform::hexText<wstring>(value.rawBuffer(), value.encodedSize()).c_str());
 }
 
 void ToXMLBaseTypeVisitor::writeItems(const Types::Collection& value) {

@@ -1,8 +1,9 @@
 #include "XMLBuilder/ValueFromXML.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
@@ -22,11 +23,6 @@ constexpr std::size_t kBasicUMIDUnits = 95;  // 32 pairs of digits and 31 points
 constexpr std::size_t kExtensionOctets = 32;
 constexpr int kLengthLine = 110;
 constexpr int kCharactersLine = 117;
-
-uint8 digitValue(char16_t unit) {
-  if (unit <= u'9') return static_cast<uint8>(unit - u'0');
-  return static_cast<uint8>((unit | 0x20) - u'a' + 10);
-}
 
 /// A number read with the width of `Read`, of which a type keeps what fits it.
 template <class Type, class Read, class Kept = Read>
@@ -173,28 +169,13 @@ auto_ptr<Types::SimpleDataType> readLosslessly(Types::Identifiers::Identifier ty
 
 }  // namespace
 
-bool isHexDigit(char16_t unit) {
-  return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
-}
-
-Bytes bytesFromHex(const wstring& text) {
-  Bytes bytes;
-  bytes.reserve(text.size() / 2);
-  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
-    bytes.push_back(static_cast<uint8>(digitValue(text[i]) << 4 | digitValue(text[i + 1])));
-  }
-  return bytes;
-}
-
 Bytes parseHexString(const wstring& text) {
   if (text.size() % 2 != 0) {
     throw Exceptions::InvalidFormat(std::string("Value has invalid Length"), kValueSource, kLengthLine);
   }
-  if (!std::all_of(text.begin(), text.end(), isHexDigit)) {
-    throw Exceptions::InvalidFormat(std::string("Value contains non Hexadecimal characters"), kValueSource,
-                                    kCharactersLine);
-  }
-  return bytesFromHex(text);
+  if (auto bytes = Platform::bytesFromHex(text)) return *std::move(bytes);
+  throw Exceptions::InvalidFormat(std::string("Value contains non Hexadecimal characters"), kValueSource,
+                                  kCharactersLine);
 }
 
 auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifier type, const DOMNode& node,

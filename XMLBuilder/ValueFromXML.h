@@ -28,9 +28,4 @@ auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifi
 ///         "Value contains non Hexadecimal characters".
 Bytes parseHexString(const wstring& text);
 
-/// Whether a code unit is a hexadecimal digit.
-bool isHexDigit(char16_t unit);
-/// The bytes of a text of which every unit is known to be a hexadecimal digit, two by two.
-Bytes bytesFromHex(const wstring& text);
-
 }  // namespace Vantor::XML2Partition

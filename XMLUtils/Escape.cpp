@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Core/Platform/HexDigits.h"
+
 namespace Vantor::XMLUtils {
 
 namespace {
@@ -12,33 +14,27 @@ struct Escape {
   std::size_t length;  // 0: there is none
 };
 
-int digitValue(char16_t digit) {
-  if (digit >= u'0' && digit <= u'9') return digit - u'0';
-  return digit >= u'A' && digit <= u'F' ? digit - u'A' + 10 : -1;
-}
-
 Escape readEscape(std::u16string_view text) {
   if (text.substr(0, kEscapeStart.size()) != kEscapeStart) return {0, 0};
   const auto end = text.substr(0, kEscapeStart.size() + 5).find(u';');
-  if (end == std::u16string_view::npos || end == kEscapeStart.size()) return {0, 0};
-  const auto digits = text.substr(kEscapeStart.size(), end - kEscapeStart.size());
-  if (digits[0] == u'0' && digits.size() > 1) return {0, 0};
+  if (end == std::u16string_view::npos) return {0, 0};
   int number = 0;
-  for (const char16_t digit : digits) {
-    if (digitValue(digit) < 0) return {0, 0};
-    number = number * 16 + digitValue(digit);
+  for (const char16_t digit : text.substr(kEscapeStart.size(), end - kEscapeStart.size())) {
+    number = number * 16 + std::max(Platform::hexDigit(digit), 0);
   }
   const auto unit = static_cast<char16_t>(number);
-  return isForbidden(unit) || unit == kEscapeStart[0] ? Escape{unit, end + 1} : Escape{0, 0};
+  wstring written;
+  appendEscape(written, unit);
+  const bool isEscape = text.substr(0, end + 1) == written && (isForbidden(unit) || unit == kEscapeStart[0]);
+  return isEscape ? Escape{unit, end + 1} : Escape{0, 0};
 }
 
 }  // namespace
 
 void appendEscape(wstring& out, char16_t unit) {
   out.append(kEscapeStart);
-  int shift = 12;
-  while (shift > 0 && (unit >> shift) == 0) shift -= 4;
-  for (; shift >= 0; shift -= 4) out += u"0123456789ABCDEF"[(unit >> shift) & 0xF];
+  const auto digits = Platform::hexNumber<wstring>(static_cast<uint16>(unit));
+  out += digits.substr(std::min(digits.find_first_not_of(u'0'), digits.size() - 1));
   out += u';';
 }
 

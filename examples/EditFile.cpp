@@ -12,7 +12,7 @@ int main(int argc, char** argv) try {
   Vantor::DataIO::File::FileDataSource file(argv[1]);
   Vantor::Bytes bytes(file.size());
   file.read(bytes.data(), bytes.size());
-  Vantor::DataIO::Memory::MemoryDataSource memory(bytes.data(), bytes.size());
+  Vantor::DataIO::Memory::MemoryFile memory(bytes.data(), bytes.size());
   Vantor::Edit::File inMemory(memory, Vantor::builtInDictionary());
   inMemory.metadata().find("Identification").set("ApplicationName", u"Ed");
   Vantor::DataIO::Memory::MemoryDataSink copy;

@@ -24,8 +24,6 @@ using Insignificant = InsignificantDifference;
 using Types::SimpleDataType;
 
 constexpr const char* kNoValue = "no value";
-constexpr std::size_t kCodingOctet = 6;
-constexpr auto kBERLengths = static_cast<uint8>(KLV::LocalSetCoding::kBERLengths);
 
 /// Which InstanceUID of one partition stands for which of the other, one to one. The first pair that names either of
 /// them decides.
@@ -228,8 +226,7 @@ class Comparer {
 
   void compareSets(const MetadataSet& left, const MetadataSet& right) {
     const auto pairs = pairProperties(left, left_.partitionDictionary(), right, right_.partitionDictionary());
-    const bool haveBERLengths =
-        left.key().octet(kCodingOctet) == kBERLengths && right.key().octet(kCodingOctet) == kBERLengths;
+    const bool haveBERLengths = KLV::hasBERLengths(left.key()) && KLV::hasBERLengths(right.key());
     for (const auto& pair : pairs) {
       ++result_.properties;
       if (pair.left == nullptr || pair.right == nullptr) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
 #include "Core/Types/Visitors.h"
@@ -32,7 +33,7 @@ wstring escaped(std::u16string_view text) {
   wstring result;
   for (const char16_t unit : text) {
     if (isControl(unit)) {
-      result += Platform::stringToWstring(paddedText("\\u%04X", unit));
+      result += Platform::stringToWstring("\\u" + Platform::hexNumber<std::string>(static_cast<uint16>(unit)));
     } else {
       if (unit == u'"' || unit == u'\\') result += u'\\';
       result += unit;
@@ -111,8 +112,8 @@ std::string valueText(const Types::SimpleDataType& value) {
 }
 
 std::string octetsText(const uint8* octets, std::size_t size) {
-  std::string text = size == 0 ? "no octets" : "";
-  for (std::size_t i = 0; i < std::min(size, kMostOctets); ++i) text += paddedText("%02X", octets[i]);
+  if (size == 0) return "no octets";
+  const auto text = Platform::hexText<std::string>(octets, std::min(size, kMostOctets));
   return size <= kMostOctets ? text : text + sizeText(size, "octets");
 }
 

@@ -1,16 +1,21 @@
 #include "Core/DataIO/DataSource.h"
 
-#include "Core/Platform/Exceptions.h"
+#include <algorithm>
+
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::DataIO {
 
-std::string atOffset(uint64 offset) { return "at byte offset " + std::to_string(offset) + ": "; }
+std::size_t DataSource::readUpTo(uint8* to, std::size_t size) {
+  const auto available = static_cast<std::size_t>(std::min<uint64>(size, remaining()));
+  read(to, available);
+  return available;
+}
 
 void DataSource::require(uint64 size) const {
   if (size <= remaining()) return;
-  throw Exceptions::ParseError(
-      atOffset(position()) + "expected " + std::to_string(size) + " more bytes, found " + std::to_string(remaining()),
-      "Core/DataIO/DataSource", __LINE__);
+  Exceptions::raise<Exceptions::ParseError>("at byte offset {}: expected {} more bytes, found {}", position(), size,
+                                            remaining());
 }
 
 }  // namespace Vantor::DataIO

@@ -1,15 +1,14 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 
 #include "Core/DataIO/BigEndian.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::DataIO {
 
-/// "at byte offset <offset>: ", with which every message about damaged bytes begins.
-std::string atOffset(uint64 offset);
+/// What remaining() returns where only reading finds the end.
+constexpr uint64 kUnknownSize = ~uint64{0};
 
 /// Bytes that are read from front to back. One thread at a time may use a source.
 class DataSource {
@@ -18,13 +17,15 @@ class DataSource {
 
   /// The offset of the next byte, as messages about it name it.
   virtual uint64 position() const = 0;
-  /// How many bytes are left to read.
+  /// How many bytes are left to read, or kUnknownSize.
   virtual uint64 remaining() const = 0;
-  /// Copies the next `size` bytes to `to` and moves past them, or throws and does not move.
+  /// Copies the next `size` bytes to `to` and moves past them, or throws and, where the end is known, does not move.
   /// @throws Exceptions::ParseError when fewer bytes are left, Exceptions::IOError when the system cannot deliver them.
   virtual void read(uint8* to, std::size_t size) = 0;
-  /// Moves past `size` bytes without reading them, or throws and does not move.
-  /// @throws Exceptions::ParseError when fewer bytes are left.
+  /// Copies the next `size` bytes, or all that are left, and moves past them.
+  /// @return how many; fewer than `size` only at the end.
+  virtual std::size_t readUpTo(uint8* to, std::size_t size);
+  /// Moves past `size` bytes, without reading them where the medium allows that; throws as read().
   virtual void skip(uint64 size) = 0;
 
   /// Asks for `size` more bytes before anything is allocated for them.

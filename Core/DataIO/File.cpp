@@ -1,5 +1,6 @@
 #include "Core/DataIO/File.h"
 
+#include <array>
 #include <cerrno>
 #include <random>
 #include <string>
@@ -7,29 +8,28 @@
 #include <utility>
 
 #include "Core/DataIO/FileUpdate.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/HexDigits.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::DataIO::File {
 
 namespace {
 
 namespace fs = std::filesystem;
+using Exceptions::IOError;
+using Exceptions::raise;
 
-constexpr const char* kSourceName = "Core/DataIO/File";
 constexpr uint64 kUnknownPosition = ~uint64{0};
 constexpr int kNameAttempts = 16;
 constexpr int kMostLinks = 40;
 
-[[noreturn]] void throwIOError(const std::string& failure, const Path& path, const std::string& reason, int line) {
-  throw ioError(failure, path, reason, kSourceName, line);
-}
-
 /// Short, so that it fits wherever the target's own name fits.
 std::string temporaryName() {
   std::random_device random;
-  std::string name = ".vantor-";
-  for (int digit = 0; digit < 16; ++digit) name += "0123456789abcdef"[random() & 15U];
-  return name + ".tmp";
+  std::array<uint8, 8> octets{};
+  for (auto& octet : octets) octet = static_cast<uint8>(random());
+  return ".vantor-" + Platform::hexText<std::string>(octets.data(), octets.size(), Platform::DigitCase::kLower) +
+         ".tmp";
 }
 
 /// Where symbolic links lead that lead to nothing yet.
@@ -37,9 +37,9 @@ Path behindDanglingLinks(const Path& target) {
   std::error_code error;
   Path file = target;
   for (int links = 0; fs::is_symlink(fs::symlink_status(file, error)); ++links) {
-    if (links == kMostLinks) throwIOError("cannot write", target, systemReason(ELOOP), __LINE__);
+    if (links == kMostLinks) raise<IOError>("cannot write '{}': {}", target.u8string(), systemReason(ELOOP));
     const Path next = fs::read_symlink(file, error);
-    if (error) throwIOError("cannot write", target, error.message(), __LINE__);
+    if (error) raise<IOError>("cannot write '{}': {}", target.u8string(), error.message());
     file = file.parent_path() / next;
   }
   return file;
@@ -66,14 +66,14 @@ FileState stateOf(const Path& path) {
   FileState state;
   state.size = fs::file_size(path, error);
   if (!error) state.modified = fs::last_write_time(path, error);
-  if (error) throwIOError("cannot tell the size and time of", path, error.message(), __LINE__);
+  if (error) raise<IOError>("cannot tell the size and time of '{}': {}", path.u8string(), error.message());
   state.identity = identityOf(path);
   return state;
 }
 
 void requireState(const Path& path, const FileState& expected, const char* failure) {
   if (stateOf(path) == expected) return;
-  throwIOError(failure, path, "another program has changed it meanwhile; begin anew", __LINE__);
+  raise<IOError>("{} '{}': another program has changed it meanwhile; begin anew", failure, path.u8string());
 }
 
 FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
@@ -81,108 +81,60 @@ FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   const fs::file_status status = fs::status(path_, error);
   // Before opening, because opening a pipe waits for its writer.
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    throwIOError("cannot read", path_, fs::is_directory(status) ? systemReason(EISDIR) : "not a regular file",
-                 __LINE__);
+    raise<IOError>("cannot read '{}': {}", path_.u8string(),
+                   fs::is_directory(status) ? systemReason(EISDIR) : "not a regular file");
   }
   stream_.reset(openStream(path_, "rb"));
-  if (!stream_) throwIOError("cannot open", path_, systemReason(errno), __LINE__);
+  if (!stream_) raise<IOError>("cannot open '{}': {}", path_.u8string(), systemReason(errno));
   size_ = fs::file_size(path_, error);
-  if (error) throwIOError("cannot tell the size of", path_, error.message(), __LINE__);
+  if (error) raise<IOError>("cannot tell the size of '{}': {}", path_.u8string(), error.message());
 }
 
-void FileDataSource::seek(uint64 offset) {
-  if (offset > size_) {
-    throw Exceptions::ParseError(atOffset(offset) + "expected an offset within '" + path_.u8string() + "', which has " +
-                                     std::to_string(size_) + " bytes",
-                                 kSourceName, __LINE__);
-  }
-  position_ = offset;
-}
-
-void FileDataSource::read(uint8* to, std::size_t size) {
-  require(size);
-  if (size == 0) return;
-  if (streamPosition_ != position_ && !seekStream(stream_.get(), position_)) {
-    throwIOError(atOffset(position_) + "cannot read", path_, systemReason(errno), __LINE__);
+void FileDataSource::readAt(uint64 offset, uint8* to, std::size_t size) {
+  if (streamPosition_ != offset && !seekStream(stream_.get(), offset)) {
+    raise<IOError>("at byte offset {}: cannot read '{}': {}", offset, name(), systemReason(errno));
   }
   streamPosition_ = kUnknownPosition;
   errno = 0;
   if (std::fread(to, 1, size, stream_.get()) != size) {
-    const bool shrunk = std::feof(stream_.get()) != 0;
+    const std::string reason = std::feof(stream_.get()) != 0 ? "the file has become shorter" : systemReason(errno);
     std::clearerr(stream_.get());
-    throwIOError(atOffset(position_) + "cannot read", path_,
-                 shrunk ? "the file has become shorter" : systemReason(errno), __LINE__);
+    raise<IOError>("at byte offset {}: cannot read '{}': {}", offset, name(), reason);
   }
-  position_ += size;
-  streamPosition_ = position_;
+  streamPosition_ = offset + size;
 }
 
-void FileDataSource::skip(uint64 size) {
-  require(size);
-  position_ += size;
-}
-
-AtomicFile::AtomicFile(const Path& target) : target_(target), replaced_(fileToReplace(target)) {
+AtomicFile::AtomicFile(const Path& target) : OutputFile(target), replaced_(fileToReplace(target)) {
   std::error_code error;
   const fs::file_status status = fs::status(replaced_, error);
-  if (fs::exists(status) && !fs::is_regular_file(status)) {
-    openDirectly();
-  } else {
-    if (fs::exists(status)) requireWritable(target_);
-    openBeside();
-    if (fs::exists(status)) copyAttributes(replaced_, temporary_);
+  const bool isThere = fs::exists(status);
+  if (isThere && !fs::is_regular_file(status)) {
+    if (!open(replaced_)) raise<IOError>("cannot write '{}': {}", target.u8string(), systemReason(errno));
+    return;
   }
+  if (isThere) requireWritable(target);
+  createBeside();
+  if (isThere) copyAttributes(replaced_, vanishing());
 }
 
-AtomicFile::~AtomicFile() {
-  stream_.reset();
-  std::error_code ignored;
-  if (!temporary_.empty()) fs::remove(temporary_, ignored);
-}
-
-void AtomicFile::openDirectly() {
-  stream_.reset(openStream(replaced_, "wb"));
-  if (!stream_) throwIOError("cannot write", target_, systemReason(errno), __LINE__);
-}
-
-void AtomicFile::openBeside() {
-  const Path folder = replaced_.parent_path();
-  for (int attempt = 0; !stream_; ++attempt) {
-    temporary_ = folder / temporaryName();
-    stream_.reset(openStream(temporary_, "wbx"));
-    if (!stream_ && (errno != EEXIST || attempt == kNameAttempts)) {
-      throwIOError("cannot create a temporary file to write", target_, systemReason(errno), __LINE__);
-    }
+void AtomicFile::createBeside() {
+  for (int attempt = 0; !create(replaced_.parent_path() / temporaryName()); ++attempt) {
+    if (errno == EEXIST && attempt < kNameAttempts) continue;
+    raise<IOError>("cannot create a temporary file to write '{}': {}", name().u8string(), systemReason(errno));
   }
-}
-
-void AtomicFile::write(const uint8* from, std::size_t size) {
-  if (!stream_) throwIOError("cannot write", target_, "it has been closed", __LINE__);
-  errno = 0;
-  if (size != 0 && std::fwrite(from, 1, size, stream_.get()) != size) {
-    throwIOError(atOffset(position_) + "cannot write", target_, systemReason(errno), __LINE__);
-  }
-  position_ += size;
 }
 
 Durability AtomicFile::commit(Durability durability, const std::function<void()>& lastCheck) {
-  if (!stream_) throwIOError("cannot finish", target_, "it has been closed", __LINE__);
-  // A write that failed earlier must not be forgotten just because closing succeeds.
-  if (std::ferror(stream_.get()) != 0) throwIOError("cannot finish", target_, "a write failed", __LINE__);
-  if (durability == Durability::kSurvivesPowerFailure && !flushToDisk(stream_.get())) {
-    throwIOError("cannot finish", target_, systemReason(errno), __LINE__);
-  }
-  errno = 0;
-  if (std::fclose(stream_.release()) != 0) throwIOError("cannot finish", target_, systemReason(errno), __LINE__);
+  close(durability == Durability::kSurvivesPowerFailure);
   if (lastCheck) lastCheck();
-  return temporary_.empty() ? durability : putInPlace(durability);
+  return vanishing().empty() ? durability : putInPlace(durability);
 }
 
 Durability AtomicFile::putInPlace(Durability durability) {
   std::error_code error;
-  fs::rename(temporary_, replaced_, error);
-  if (error) throwIOError("cannot replace", target_, error.message(), __LINE__);
-  temporary_.clear();
+  fs::rename(vanishing(), replaced_, error);
+  if (error) raise<IOError>("cannot replace '{}': {}", name().u8string(), error.message());
+  keep();
   const bool isFlushed = durability == Durability::kAtomic || flushFolder(replaced_.parent_path());
   return isFlushed ? durability : Durability::kAtomic;
 }

@@ -3,18 +3,19 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <string>
 
-#include "Core/DataIO/DataSink.h"
-#include "Core/DataIO/DataSource.h"
 #include "Core/DataIO/FileAttributes.h"
+#include "Core/DataIO/OutputFile.h"
+#include "Core/DataIO/SeekableSource.h"
 #include "Core/DataIO/Stream.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::DataIO::File {
 
-/// What tells whether a file was changed by somebody else, or another one has got its name. Two changes within a tick
-/// of the file system's clock (a few ms) that leave the size alone look like one.
+/// Changes when somebody else changes the file, or another one gets its name. Two changes within a tick of the file
+/// system's clock (a few ms) that leave the size alone look like one.
 struct FileState {
   uint64 size = 0;                           ///< in bytes
   std::filesystem::file_time_type modified;  ///< as fine as the file system has it, at best in ns
@@ -33,30 +34,25 @@ FileState stateOf(const Path& path);
 /// @throws Exceptions::IOError naming the path when it is in another state.
 void requireState(const Path& path, const FileState& expected, const char* failure);
 
-/// Reads a file from any offset. The file is open for reading as long as the source lives.
-class FileDataSource : public DataSource {
+/// A file that is open for reading as long as the source lives.
+class FileDataSource : public SeekableSource {
  public:
   /// @throws Exceptions::IOError naming the path and the system's reason when it is not a file that can be read at any
   /// offset (missing, forbidden, a directory, a pipe).
   explicit FileDataSource(Path path);
 
   const Path& path() const { return path_; }
-  /// The file's size when it was opened, in bytes; offsets beyond it are refused even if the file has grown.
-  uint64 size() const { return size_; }
-  /// Goes to `offset` bytes from the start of the file; `size()` itself is allowed.
-  /// @throws Exceptions::ParseError when the offset lies behind the end; the position is unchanged then.
-  void seek(uint64 offset);
+  std::string name() const override { return path_.u8string(); }
+  /// When it was opened; offsets beyond it are refused even if the file has grown.
+  uint64 size() const override { return size_; }
 
-  uint64 position() const override { return position_; }
-  uint64 remaining() const override { return size_ - position_; }
-  void read(uint8* to, std::size_t size) override;
-  void skip(uint64 size) override;
+ protected:
+  void readAt(uint64 offset, uint8* to, std::size_t size) override;
 
  private:
   Path path_;
   Stream stream_;
   uint64 size_ = 0;
-  uint64 position_ = 0;
   uint64 streamPosition_ = 0;
 };
 
@@ -75,19 +71,12 @@ enum class Durability {
 /// renaming is atomic for other processes; for power failures see Durability.
 ///
 /// A target that is a device or a pipe cannot be replaced; it is written directly.
-class AtomicFile : public DataSink {
+class AtomicFile : public OutputFile {
  public:
-  /// Creates the temporary file.
+  /// Creates the temporary file, which vanishes again unless commit() succeeds.
   /// @throws Exceptions::IOError naming the path and the system's reason; no file is left behind.
   explicit AtomicFile(const Path& target);
-  /// Removes the temporary file unless commit() succeeded.
-  ~AtomicFile() override;
-  AtomicFile(const AtomicFile&) = delete;
-  AtomicFile& operator=(const AtomicFile&) = delete;
 
-  /// @throws Exceptions::IOError when the system does not take all the bytes (a full disk), or after commit().
-  void write(const uint8* from, std::size_t size) override;
-  uint64 position() const override { return position_; }
   /// Puts the file in place; nothing can be written afterwards.
   /// @param lastCheck  called when all bytes are written, and are on the medium if that is asked for, directly before
   ///                   the renaming. What it throws goes on to the caller, and the target is as it was before.
@@ -97,15 +86,10 @@ class AtomicFile : public DataSink {
   Durability commit(Durability durability = Durability::kAtomic, const std::function<void()>& lastCheck = {});
 
  private:
-  void openDirectly();
-  void openBeside();
+  void createBeside();
   Durability putInPlace(Durability durability);
 
-  Path target_;     ///< as the caller named it
-  Path replaced_;   ///< the file that commit() replaces
-  Path temporary_;  ///< empty when the target is written directly
-  Stream stream_;
-  uint64 position_ = 0;
+  Path replaced_;  ///< the file that commit() replaces
 };
 
 }  // namespace Vantor::DataIO::File

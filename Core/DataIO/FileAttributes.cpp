@@ -6,7 +6,7 @@
 #include <system_error>
 #include <vector>
 
-#include "Core/DataIO/Stream.h"
+#include "Core/Platform/Raise.h"
 
 #ifndef _WIN32
 #include <sys/stat.h>
@@ -21,8 +21,6 @@ namespace Vantor::DataIO::File {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* kSourceName = "Core/DataIO/FileAttributes";
 
 #ifdef _WIN32
 
@@ -106,12 +104,14 @@ void copyAttributes(const Path& from, const Path& to) {
 void requireOneName(const Path& path) {
   std::error_code error;
   const auto names = fs::hard_link_count(path, error);
-  if (error) throw ioError("cannot tell the hard links of", path, error.message(), kSourceName, __LINE__);
+  if (error) {
+    Exceptions::raise<Exceptions::IOError>("cannot tell the hard links of '{}': {}", path.u8string(), error.message());
+  }
   if (names == 1) return;
-  throw ioError("cannot change", path,
-                "it has " + std::to_string(names) +
-                    " hard links, and its other names would change, too, or be parted from it; write to another file",
-                kSourceName, __LINE__);
+  Exceptions::raise<Exceptions::IOError>(
+      "cannot change '{}': it has {} hard links, and its other names would change, too, or be parted from it; write to "
+      "another file",
+      path.u8string(), names);
 }
 
 }  // namespace Vantor::DataIO::File

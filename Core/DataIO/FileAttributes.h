@@ -8,7 +8,8 @@
 /// What a system knows of a file besides its name, bytes, size and time; for the files of this folder.
 namespace Vantor::DataIO::File {
 
-/// Tells a file from another one that gets its name. Zeros where the system has no such numbers (Windows).
+/// The same under every name of a file, another one for every other file. Zeros where the system has no such numbers
+/// (Windows).
 struct FileIdentity {
   uint64 device = 0;
   uint64 number = 0;  ///< on this device
@@ -28,7 +29,8 @@ FileIdentity identityOf(std::FILE* stream);
 /// owner, and neither on other systems.
 void copyAttributes(const Path& from, const Path& to);
 
-/// @throws Exceptions::IOError naming the path when the file has further names (hard links), or that cannot be told.
+/// @throws Exceptions::IOError naming the path when the file has further names (hard links), or their number cannot be
+/// read.
 void requireOneName(const Path& path);
 
 }  // namespace Vantor::DataIO::File

@@ -2,15 +2,15 @@
 
 #include <cstddef>
 
-#include "Core/DataIO/DataSink.h"
+#include "Core/DataIO/OutputFile.h"
 #include "Core/DataIO/Stream.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::DataIO::File {
 
-/// Overwrites bytes of a file that exists, in place and at any offset; the file never becomes longer. What was written
-/// is at the system at once, with no buffer in between. For changes that can be undone see UndoJournal.h.
+/// Overwrites bytes of a file that exists, in place and at any offset; the file never becomes longer. Nothing is
+/// buffered in between. For changes that can be undone see UndoJournal.h.
 class FileUpdate {
  public:
   /// Opens the file and writes nothing.
@@ -21,15 +21,15 @@ class FileUpdate {
   const Path& path() const { return path_; }
   /// The file's size when it was opened, in bytes.
   uint64 size() const { return size_; }
-  /// Has the file for this object alone, among those that ask for that, as long as it lives.
-  /// Whoever replaces the file by another one has to hold the lock until that is done.
-  /// @throws Exceptions::IOError when another object, of this process or another one, has it, or when the path leads to
-  /// another file by now.
+  /// Holds an advisory lock on the file as long as the object lives. Whoever replaces the file by another one holds it
+  /// until that is done.
+  /// @throws Exceptions::IOError when another object, of this process or another one, holds it, or when the path leads
+  /// to another file by now.
   void lock();
   /// @throws Exceptions::IOError when the bytes would go past the file's size, and nothing is written then, or when the
   /// system does not take them; how many it took is open then.
   void write(uint64 offset, const uint8* from, std::size_t size);
-  /// Has the system write everything to the medium.
+  /// Flushes everything to the medium.
   /// @throws Exceptions::IOError when it cannot.
   void flush();
 
@@ -40,28 +40,15 @@ class FileUpdate {
 };
 
 /// Writes a file that did not exist before, to the medium.
-class NewFile : public DataSink {
+class NewFile : public OutputFile {
  public:
-  /// Creates it.
+  /// Creates it; it vanishes again unless commit() succeeds.
   /// @throws Exceptions::IOError naming the path and the system's reason, also when there is such a file already.
-  explicit NewFile(Path path);
-  /// Removes the file again unless commit() succeeded.
-  ~NewFile() override;
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
+  explicit NewFile(const Path& path);
 
-  /// @throws Exceptions::IOError when the system does not take all the bytes (a full disk).
-  void write(const uint8* from, std::size_t size) override;
-  uint64 position() const override { return position_; }
-  /// When this returns, the file and its name have reached the medium. It is called once, and last.
+  /// When this returns, the file and its name have reached the medium. Called once, and last.
   /// @throws Exceptions::IOError when they have not.
   void commit();
-
- private:
-  Path path_;
-  Stream stream_;
-  uint64 position_ = 0;
-  bool isCommitted_ = false;
 };
 
 /// Removes a file, and its name from the medium.

@@ -5,7 +5,8 @@
 
 #include "Core/DataIO/Crc64.h"
 #include "Core/DataIO/FileUpdate.h"
-#include "Core/Platform/Containers.h"
+#include "Core/DataIO/Pieces.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::DataIO::File {
 
@@ -13,26 +14,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kSourceName = "Core/DataIO/JournalFormat";
 /// A name, and the version of the format in 32 bits.
-constexpr std::array<uint8, 12> kStart = {'m', 'x', 'f', 'x', 'm', 'l', '-', 'j', 0, 0, 0, 2};
+constexpr std::array<uint8, 12> kStart = {'v', 'a', 'n', 't', 'o', 'r', '-', 'j', 0, 0, 0, 2};
 constexpr std::size_t kMagicSize = 8;
 constexpr uint64 kHeaderSize = kStart.size() + sizeof(uint32) + 2 * sizeof(uint64);
 constexpr uint64 kPlaceHeaderSize = 2 * sizeof(uint64);
 constexpr uint64 kCheckSize = sizeof(uint64);
-constexpr uint64 kBufferSize = uint64{1} << 20;
 constexpr uint64 kSamples = 16;
 constexpr uint64 kSampleSize = 8192;
-
-/// Hands over a run of bytes in pieces.
-template <class Use>
-void forEachPiece(FileDataSource& source, uint64 offset, uint64 size, Use&& use) {
-  for (const uint64 end = offset + size; offset < end;) {
-    const Bytes piece = someBytes(source, offset, end - offset);
-    use(piece);
-    offset += piece.size();
-  }
-}
 
 /// Adds what it writes to a check.
 class CheckedSink : public DataSink {
@@ -60,12 +49,12 @@ void blank(Bytes& bytes, uint64 offset, uint64 otherOffset, uint64 otherSize) {
 
 /// A check of samples, the last of which ends with the file, and which are as far apart as they can be; without what
 /// is in the places.
-uint64 checkSurroundings(FileDataSource& file, const std::vector<Journal::Place>& places) {
+uint64 checkSurroundings(SeekableSource& file, const std::vector<Journal::Place>& places) {
   const uint64 size = std::min(file.size(), kSampleSize);
   Crc64 check;
   for (uint64 i = 0; i < kSamples; ++i) {
     const uint64 offset = (file.size() - size) - (file.size() - size) / (kSamples - 1) * i;
-    Bytes sample = someBytes(file, offset, size);
+    Bytes sample = readPiece(file, offset, size);
     for (const auto& place : places) blank(sample, offset, place.offset, place.size);
     check.add(sample.data(), sample.size());
   }
@@ -79,17 +68,17 @@ std::vector<Journal::Place> placesOf(const std::vector<NewBytes>& changes) {
   return places;
 }
 
-void writePlace(DataSink& sink, FileDataSource& file, const NewBytes& change) {
+void writePlace(DataSink& sink, SeekableSource& file, const NewBytes& change) {
   writeBigEndian<uint64>(sink, change.offset);
   writeBigEndian<uint64>(sink, change.bytes.size());
-  forEachPiece(file, change.offset, change.bytes.size(),
-               [&](const Bytes& piece) { sink.write(piece.data(), piece.size()); });
+  file.seek(change.offset);
+  copyBytes(file, change.bytes.size(), sink);
   sink.write(change.bytes.data(), change.bytes.size());
 }
 
 /// How many octets of the right start stand there.
-std::size_t rightStart(FileDataSource& source) {
-  const Bytes start = someBytes(source, 0, std::min<uint64>(source.size(), kStart.size()));
+std::size_t rightStart(SeekableSource& source) {
+  const Bytes start = readPiece(source, 0, std::min<uint64>(source.size(), kStart.size()));
   const auto wrong = std::mismatch(start.begin(), start.end(), kStart.begin()).first;
   return static_cast<std::size_t>(wrong - start.begin());
 }
@@ -97,20 +86,19 @@ std::size_t rightStart(FileDataSource& source) {
 /// Whether the whole start of a journal stands there, and not only what was of it when its writing was stopped; a file
 /// system may have known its length by then, and have zeros in the place of bytes.
 /// @throws Exceptions::IOError when it is something else, which is not ours to remove.
-bool hasStart(FileDataSource& source) {
+bool hasStart(SeekableSource& source) {
   const std::size_t right = rightStart(source);
-  const Bytes start = someBytes(source, 0, std::min<uint64>(source.size(), kStart.size()));
+  const Bytes start = readPiece(source, 0, std::min<uint64>(source.size(), kStart.size()));
   if (right == kStart.size()) return true;
   if (std::all_of(start.begin() + static_cast<std::ptrdiff_t>(right), start.end(),
                   [](uint8 octet) { return octet == 0; }))
     return false;
-  throw ioError(
-      "cannot recover by", source.path(),
-      right < kMagicSize ? "it is no journal; move it away" : "it is a journal of another version of this program",
-      kSourceName, __LINE__);
+  Exceptions::raise<Exceptions::IOError>(
+      "cannot recover by '{}': {}", source.name(),
+      right < kMagicSize ? "it is no journal; move it away" : "it is a journal of another version of this program");
 }
 
-bool hasRightCheck(FileDataSource& source) {
+bool hasRightCheck(SeekableSource& source) {
   if (source.size() < kHeaderSize + kCheckSize) return false;
   Crc64 check;
   forEachPiece(source, 0, source.size() - kCheckSize,
@@ -120,7 +108,7 @@ bool hasRightCheck(FileDataSource& source) {
 }
 
 /// From the position of the source on, which is behind both old and new bytes afterwards.
-Journal::Place readPlace(FileDataSource& source) {
+Journal::Place readPlace(SeekableSource& source) {
   Journal::Place place;
   place.offset = readBigEndian<uint64>(source);
   place.size = readBigEndian<uint64>(source);
@@ -130,12 +118,12 @@ Journal::Place readPlace(FileDataSource& source) {
   return place;
 }
 
-bool hasOldOrNewBytes(const Journal::Place& place, FileDataSource& source, FileDataSource& file) {
+bool hasOldOrNewBytes(const Journal::Place& place, SeekableSource& source, SeekableSource& file) {
   uint64 done = 0;
   bool isRight = true;
   forEachPiece(source, place.oldBytes, place.size, [&](const Bytes& old) {
-    const Bytes changed = someBytes(source, place.oldBytes + place.size + done, old.size());
-    const Bytes present = someBytes(file, place.offset + done, old.size());
+    const Bytes changed = readPiece(source, place.oldBytes + place.size + done, old.size());
+    const Bytes present = readPiece(file, place.offset + done, old.size());
     for (std::size_t i = 0; i < old.size(); ++i) isRight &= present[i] == old[i] || present[i] == changed[i];
     done += old.size();
   });
@@ -143,7 +131,7 @@ bool hasOldOrNewBytes(const Journal::Place& place, FileDataSource& source, FileD
 }
 
 /// Where the zeros begin with which a journal ends.
-uint64 endOfContent(FileDataSource& journal) {
+uint64 endOfContent(SeekableSource& journal) {
   uint64 end = 0;
   uint64 at = 0;
   forEachPiece(journal, 0, journal.size(), [&](const Bytes& piece) {
@@ -156,24 +144,7 @@ uint64 endOfContent(FileDataSource& journal) {
 
 bool isWithin(uint64 offset, uint64 size, uint64 whole) { return offset <= whole && size <= whole - offset; }
 
-bool areSame(FileDataSource& left, uint64 leftOffset, FileDataSource& right, uint64 rightOffset, uint64 size) {
-  bool same = true;
-  forEachPiece(left, leftOffset, size, [&](const Bytes& piece) {
-    same = same && piece == someBytes(right, rightOffset, piece.size());
-    rightOffset += piece.size();
-  });
-  return same;
-}
-
 }  // namespace
-
-Bytes someBytes(FileDataSource& source, uint64 offset, uint64 size) {
-  source.seek(offset);
-  source.require(size);
-  Bytes bytes(static_cast<std::size_t>(std::min(size, kBufferSize)));
-  source.read(bytes.data(), bytes.size());
-  return bytes;
-}
 
 void writeJournal(const Path& journal, const Path& file, const FileState& expected,
                   const std::vector<NewBytes>& changes) {
@@ -192,7 +163,7 @@ void writeJournal(const Path& journal, const Path& file, const FileState& expect
   output.commit();
 }
 
-std::optional<Journal> readJournal(FileDataSource& source) {
+std::optional<Journal> readJournal(SeekableSource& source) {
   if (!hasStart(source) || !hasRightCheck(source)) return std::nullopt;
   source.seek(kStart.size());
   const auto count = readBigEndian<uint32>(source);
@@ -203,13 +174,13 @@ std::optional<Journal> readJournal(FileDataSource& source) {
   return journal;
 }
 
-bool isFileOf(const Journal& journal, FileDataSource& source, FileDataSource& file) {
+bool isFileOf(const Journal& journal, SeekableSource& source, SeekableSource& file) {
   return checkSurroundings(file, journal.places) == journal.surroundings &&
          std::all_of(journal.places.begin(), journal.places.end(),
                      [&](const Journal::Place& place) { return hasOldOrNewBytes(place, source, file); });
 }
 
-bool hasNothingElse(FileDataSource& journal, FileDataSource& file) {
+bool hasNothingElse(SeekableSource& journal, SeekableSource& file) {
   const uint64 end = endOfContent(journal);
   const std::size_t start = rightStart(journal);
   if (start < kStart.size()) return end <= start;
@@ -219,7 +190,7 @@ bool hasNothingElse(FileDataSource& journal, FileDataSource& file) {
     const auto size = readBigEndian<uint64>(journal);
     if (!isWithin(offset, size, file.size())) return false;
     at += kPlaceHeaderSize;
-    if (!areSame(journal, at, file, offset, std::min(size, end - at))) return false;
+    if (!haveSameBytes(journal, at, file, offset, std::min(size, end - at))) return false;
     at += 2 * size;
   }
   return true;

@@ -8,7 +8,7 @@
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
-/// The bytes of a journal, which UndoJournal.h describes, and what they say of a file; for UndoJournal.cpp.
+/// The bytes of a journal, which UndoJournal.h describes, and what they hold of a file; for UndoJournal.cpp.
 namespace Vantor::DataIO::File {
 
 /// Writes the journal of a change that has not begun, to the medium.
@@ -30,17 +30,14 @@ struct Journal {
 
 /// None when the journal is not whole.
 /// @throws Exceptions::IOError when it is no journal, or one of another version.
-std::optional<Journal> readJournal(FileDataSource& source);
+std::optional<Journal> readJournal(SeekableSource& source);
 
 /// Whether a file of the journal's size is the one that was being changed: every byte in the places is the old or the
 /// new one, and around them it has what it had.
-bool isFileOf(const Journal& journal, FileDataSource& source, FileDataSource& file);
+bool isFileOf(const Journal& journal, SeekableSource& source, SeekableSource& file);
 
 /// Whether a journal that is not whole has no old bytes but those that the file has anyway, so that nothing is lost
 /// with it.
-bool hasNothingElse(FileDataSource& journal, FileDataSource& file);
-
-/// Bytes from an offset on, of this size or of what a buffer holds.
-Bytes someBytes(FileDataSource& source, uint64 offset, uint64 size);
+bool hasNothingElse(SeekableSource& journal, SeekableSource& file);
 
 }  // namespace Vantor::DataIO::File

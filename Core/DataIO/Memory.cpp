@@ -24,6 +24,14 @@ void MemoryDataSource::skip(uint64 size) {
   consumed_ += static_cast<std::size_t>(size);
 }
 
+MemoryFile::MemoryFile(Bytes bytes, std::string name)
+    : own_(std::move(bytes)), bytes_(own_.data()), size_(own_.size()), name_(std::move(name)) {}
+
+MemoryFile::MemoryFile(const uint8* bytes, std::size_t size, std::string name)
+    : bytes_(bytes), size_(size), name_(std::move(name)) {}
+
+void MemoryFile::readAt(uint64 offset, uint8* to, std::size_t size) { std::memcpy(to, bytes_ + offset, size); }
+
 MemoryDataSink::MemoryDataSink(std::size_t size) { bytes_.reserve(size); }
 
 void MemoryDataSink::write(const uint8* from, std::size_t size) {

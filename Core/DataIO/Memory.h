@@ -1,15 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include "Core/DataIO/DataSink.h"
-#include "Core/DataIO/DataSource.h"
+#include "Core/DataIO/SeekableSource.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::DataIO::Memory {
 
-/// Reads bytes that are in memory.
+/// Reads bytes that are in memory, such as those of one KLV.
 class MemoryDataSource : public DataSource {
  public:
   /// @param bytes   may be null when `size` is 0; unless copied, they stay the caller's and outlive the source.
@@ -30,6 +31,30 @@ class MemoryDataSource : public DataSource {
   std::size_t size_;
   std::size_t consumed_ = 0;
   uint64 origin_;
+};
+
+/// A file in memory.
+class MemoryFile : public SeekableSource {
+ public:
+  /// Owns the bytes.
+  /// @param name  how messages name the file.
+  explicit MemoryFile(Bytes bytes, std::string name = "memory");
+  /// The bytes stay the caller's and outlive the source; may be null when `size` is 0.
+  MemoryFile(const uint8* bytes, std::size_t size, std::string name = "memory");
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+
+  std::string name() const override { return name_; }
+  uint64 size() const override { return size_; }
+
+ protected:
+  void readAt(uint64 offset, uint8* to, std::size_t size) override;
+
+ private:
+  Bytes own_;
+  const uint8* bytes_;
+  std::size_t size_;
+  std::string name_;
 };
 
 /// Collects bytes in memory.

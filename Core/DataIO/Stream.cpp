@@ -78,9 +78,4 @@ bool flushFolder(const Path& folder) {
 
 std::string systemReason(int error) { return error == 0 ? "unknown reason" : std::generic_category().message(error); }
 
-Exceptions::IOError ioError(const std::string& failure, const Path& path, const std::string& reason,
-                            const char* sourceName, int line) {
-  return Exceptions::IOError(failure + " '" + path.u8string() + "': " + reason, sourceName, line);
-}
-
 }  // namespace Vantor::DataIO::File

@@ -4,7 +4,6 @@
 #include <memory>
 #include <string>
 
-#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
@@ -21,7 +20,7 @@ using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 std::FILE* openStream(const Path& path, const char* mode);
 /// Goes to an offset from the start; false and `errno` when it fails.
 bool seekStream(std::FILE* stream, uint64 offset);
-/// Has the system write what a stream was given to the medium; false and `errno` when it fails.
+/// Flushes a stream to the medium; false and `errno` when it fails.
 bool flushToDisk(std::FILE* stream);
 /// Locks the file behind a stream against other streams that would, until it is closed or the process ends; whoever
 /// does not ask for the lock is not hindered. False when another stream has it. True, too, where the file system has no
@@ -33,14 +32,11 @@ constexpr bool kReplacesOpenFiles = false;
 #else
 constexpr bool kReplacesOpenFiles = true;
 #endif
-/// Has the system write the names in a folder to the medium, so that a file that was created, renamed or removed there
+/// Flushes the names in a folder to the medium, so that a file that was created, renamed or removed there
 /// stays so; false and `errno` when it fails. Does nothing where folders cannot be flushed.
 bool flushFolder(const Path& folder);
 
 /// The text for a value of `errno`.
 std::string systemReason(int error);
-/// "<failure> '<path>': <reason>".
-Exceptions::IOError ioError(const std::string& failure, const Path& path, const std::string& reason,
-                            const char* sourceName, int line);
 
 }  // namespace Vantor::DataIO::File

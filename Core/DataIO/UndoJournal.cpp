@@ -3,7 +3,8 @@
 #include <string>
 
 #include "Core/DataIO/JournalFormat.h"
-#include "Core/Platform/Containers.h"
+#include "Core/DataIO/Pieces.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::DataIO::File {
 
@@ -11,13 +12,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using Exceptions::IOError;
+using Exceptions::raise;
 
-constexpr const char* kSourceName = "Core/DataIO/UndoJournal";
-constexpr const char* kSuffix = ".mxfxml-journal";
-
-[[noreturn]] void throwIOError(const std::string& failure, const Path& path, const std::string& reason, int line) {
-  throw ioError(failure, path, reason, kSourceName, line);
-}
+constexpr const char* kSuffix = ".vantor-journal";
 
 /// Behind symbolic links. A file that is missing is where its name says.
 Path realPath(const Path& file) {
@@ -37,28 +34,25 @@ bool isThere(const Path& journal) {
 
 /// Writes only what differs, so that bytes which were never changed need not be writable.
 void putBack(FileDataSource& journal, const Journal::Place& place, FileDataSource& present, FileUpdate& file) {
-  for (uint64 done = 0; done < place.size;) {
-    const Bytes old = someBytes(journal, place.oldBytes + done, place.size - done);
-    const uint64 offset = place.offset + done;
-    if (someBytes(present, offset, old.size()) != old) file.write(offset, old.data(), old.size());
-    done += old.size();
-  }
+  uint64 offset = place.offset;
+  forEachPiece(journal, place.oldBytes, place.size, [&](const Bytes& old) {
+    if (readPiece(present, offset, old.size()) != old) file.write(offset, old.data(), old.size());
+    offset += old.size();
+  });
 }
 
-[[noreturn]] void refuseRecovery(const FileUpdate& file, const std::string& reason, int line) {
-  throwIOError("cannot recover", file.path(),
-               reason + "; to keep it as it is, remove the journal '" + journalOf(file.path()).u8string() + "'", line);
+[[noreturn]] void refuseRecovery(const FileUpdate& file, const std::string& reason) {
+  raise<IOError>("cannot recover '{}': {}; to keep it as it is, remove the journal '{}'", file.path().u8string(),
+                 reason, journalOf(file.path()).u8string());
 }
 
 void requireFileOf(const Journal& journal, FileDataSource& source, FileDataSource& present, const FileUpdate& file) {
   if (journal.fileSize != file.size()) {
-    refuseRecovery(file,
-                   "it has " + std::to_string(file.size()) + " bytes, and had " + std::to_string(journal.fileSize) +
-                       " when its journal was written",
-                   __LINE__);
+    refuseRecovery(file, "it has " + std::to_string(file.size()) + " bytes, and had " +
+                             std::to_string(journal.fileSize) + " when its journal was written");
   }
   if (!isFileOf(journal, source, present)) {
-    refuseRecovery(file, "it is not the file whose change was stopped, or was changed since", __LINE__);
+    refuseRecovery(file, "it is not the file whose change was stopped, or was changed since");
   }
 }
 
@@ -69,7 +63,7 @@ bool putBack(const Path& journalFile, FileUpdate& file) {
   const auto journal = readJournal(source);
   if (!journal) {
     if (hasNothingElse(source, present)) return false;
-    refuseRecovery(file, "its journal is damaged, and the file may be half changed", __LINE__);
+    refuseRecovery(file, "its journal is damaged, and the file may be half changed");
   }
   requireFileOf(*journal, source, present, file);
   for (const auto& place : journal->places) putBack(source, place, present, file);
@@ -79,9 +73,8 @@ bool putBack(const Path& journalFile, FileUpdate& file) {
 
 void requireNoJournal(const Path& realFile) {
   if (!isThere(journalOf(realFile))) return;
-  throwIOError("cannot change", realFile,
-               "an earlier change was stopped; recover it first, from '" + journalOf(realFile).u8string() + "'",
-               __LINE__);
+  raise<IOError>("cannot change '{}': an earlier change was stopped; recover it first, from '{}'", realFile.u8string(),
+                 journalOf(realFile).u8string());
 }
 
 void requireFile(const Path& realFile) {
@@ -89,12 +82,12 @@ void requireFile(const Path& realFile) {
   const auto status = fs::status(realFile, error);
   if (fs::is_regular_file(status)) return;
   const Path journal = journalOf(realFile);
-  throwIOError("cannot recover", realFile,
-               fs::exists(status) ? "it is no regular file"
-               : isThere(journal)
-                   ? "the file is gone; put it back, or remove '" + journal.u8string() + "', which has old bytes of it"
-                   : "there is no such file",
-               __LINE__);
+  if (!fs::exists(status) && isThere(journal)) {
+    raise<IOError>("cannot recover '{}': the file is gone; put it back, or remove '{}', which has old bytes of it",
+                   realFile.u8string(), journal.u8string());
+  }
+  raise<IOError>("cannot recover '{}': {}", realFile.u8string(),
+                 fs::exists(status) ? "it is no regular file" : "there is no such file");
 }
 
 void writeAll(const std::vector<NewBytes>& changes, FileUpdate& file) {
@@ -105,21 +98,22 @@ void endChange(const Path& realFile) {
   try {
     removeFromDisk(journalOf(realFile));
   } catch (const IOError& error) {
-    throwIOError("the file has been changed, but has its journal still:", realFile,
-                 error.message() + "; remove the journal to keep the change, or recover the file to undo it", __LINE__);
+    raise<IOError>(
+        "the file has been changed, but has its journal still: '{}': {}; remove the journal to keep the change, or "
+        "recover the file to undo it",
+        realFile.u8string(), error.message());
   }
 }
 
-/// After a change threw: goes back, and tells how that went.
-[[noreturn]] void undo(FileUpdate& file, const std::string& failure, int line) {
+/// After a change threw: goes back, and reports both.
+[[noreturn]] void undo(FileUpdate& file, const char* failure) {
   try {
     putBack(journalOf(file.path()), file);
     removeFromDisk(journalOf(file.path()));
   } catch (const std::exception& error) {
-    throw IOError(failure + "; recover the file before anything else, as that has failed: " + error.what(), kSourceName,
-                  line);
+    raise<IOError>("{}; recover the file before anything else, as that has failed: {}", failure, error.what());
   }
-  throw IOError(failure + "; the file is as it was", kSourceName, line);
+  raise<IOError>("{}; the file is as it was", failure);
 }
 
 }  // namespace
@@ -140,7 +134,7 @@ void changeInPlace(const Path& file, const FileState& expected, const std::vecto
     if (!write) writeAll(changes, update);
     update.flush();
   } catch (const std::exception& error) {
-    undo(update, error.what(), __LINE__);
+    undo(update, error.what());
   }
   endChange(update.path());
 }

@@ -13,10 +13,10 @@
 /// moment. As long as a change is under way, a journal with the old bytes stands beside the file: on the medium before
 /// the first byte of the file is written, removed after the last one is on the medium.
 ///
-/// The journal, numbers big-endian: the octets "mxfxml-j", a 32-bit version (2), a 32-bit count of places, the file's
-/// 64-bit size, and 64 bits that tell the file from others; for each place 64 bits of offset, 64 bits of length, the
-/// old bytes and the new ones; a 64-bit check of all of this. The checks are CRC-64 of ECMA-182. What tells the file is
-/// one of 16 samples of 8 KiB, or of the whole file if that has less, in which the octets of places are zero: sample i
+/// The journal, numbers big-endian: the octets "vantor-j", a 32-bit version (2), a 32-bit count of places, the file's
+/// 64-bit size, and 64 bits of a check that only this file has; for each place 64 bits of offset, 64 bits of length,
+/// the old bytes and the new ones; a 64-bit check of all of this. Checks are CRC-64 of ECMA-182. That of the file
+/// covers 16 samples of 8 KiB, or of the whole file if that has less, in which the octets of places are zero: sample i
 /// starts at N - N / 15 * i, where N is the size less that of a sample.
 ///
 /// A journal is believed for no other file: old bytes are put back only where every octet of every place is the old or
@@ -33,7 +33,7 @@ struct NewBytes {
 };
 
 /// Where the journal of a file is: beside the file itself, also when a symbolic link is named, under the file's name
-/// with ".mxfxml-journal" behind it.
+/// with ".vantor-journal" behind it.
 Path journalPath(const Path& file);
 
 /// Whether a change of the file was stopped before its end, so that recover() is due.
@@ -42,11 +42,11 @@ bool hasJournal(const Path& file);
 /// Changes bytes of a file. When anything throws, the old bytes are put back before it goes on.
 /// @param expected  the state of the file that the change was made for.
 /// @param changes   in places that do not overlap.
-/// @param write     writes them instead of this function, for who looks on.
+/// @param write     writes them instead of this function, for tests that stop it.
 /// @throws Exceptions::IOError when the file is being changed or has a journal, a further hard link, another state than
 /// expected, is not to be written, or the journal cannot be written: nothing of the file is changed then. Also when the
-/// file cannot be written, and the text tells whether the old bytes were put back or recover() is due; and when the
-/// journal of a change that is done cannot be removed, which the text tells, too.
+/// file cannot be written, and its message names what is left to do: nothing where the old bytes were put back, else
+/// recover(). Also when the journal of a change that is done cannot be removed.
 void changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
                    const std::function<void(FileUpdate&)>& write = {});
 

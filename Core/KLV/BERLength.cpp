@@ -2,13 +2,11 @@
 
 #include <string>
 
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::KLV {
 
 namespace {
-
-constexpr const char* kSourceName = "Core/KLV/BERLength";
 
 /// In the long form the first octet is 0x80 plus the number of octets that follow.
 constexpr uint8 kLongForm = 0x80;
@@ -27,15 +25,14 @@ void requireKnownForm(uint8 first, uint64 offset) {
   const std::string found = first == kLongForm
                                 ? "the indefinite form (0x80)"
                                 : "a first octet for " + std::to_string(first - kLongForm + 1) + " octets";
-  throw Exceptions::ParseError(DataIO::atOffset(offset) + "expected a BER length of 1 to 9 octets, found " + found,
-                               kSourceName, __LINE__);
+  Exceptions::raise<Exceptions::ParseError>("at byte offset {}: expected a BER length of 1 to 9 octets, found {}",
+                                            offset, found);
 }
 
 void requireFollowing(const DataIO::DataSource& source, std::size_t following, uint64 offset) {
   if (source.remaining() >= following) return;
-  throw Exceptions::ParseError(DataIO::atOffset(offset) + "expected a BER length of " + std::to_string(following + 1) +
-                                   " octets, found " + std::to_string(source.remaining() + 1) + " octets",
-                               kSourceName, __LINE__);
+  Exceptions::raise<Exceptions::ParseError>("at byte offset {}: expected a BER length of {} octets, found {} octets",
+                                            offset, following + 1, source.remaining() + 1);
 }
 
 }  // namespace
@@ -54,9 +51,8 @@ BERLength readBERLength(DataIO::DataSource& source) {
 
 uint8 berOctets(uint64 value, uint8 octets) {
   if (octets > kMaxBEROctets) {
-    throw Exceptions::InvalidLength(
-        "expected at most 9 octets for a BER length, found a demand for " + std::to_string(octets), kSourceName,
-        __LINE__);
+    Exceptions::raise<Exceptions::InvalidLength>("expected at most 9 octets for a BER length, found a demand for {}",
+                                                 octets);
   }
   const uint8 fewest = fewestOctets(value);
   if (octets != 0) return octets < fewest ? fewest : octets;

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "Core/Platform/Exceptions.h"
-#include "Core/Platform/Strings.h"
+#include "Core/Platform/HexDigits.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::KLV {
 
@@ -16,7 +16,7 @@ constexpr std::size_t kShownUnits = 200;
 /// One textual form; formatting and parsing walk it alike.
 struct Form {
   std::u16string_view prefix;
-  const char16_t* digits;
+  Platform::DigitCase digits;
   char16_t separator;
   bool (*separatesBefore)(std::size_t index);  ///< asked for the bytes from the second on
 };
@@ -25,8 +25,8 @@ bool everyByte(std::size_t) { return true; }
 bool everyFourBytes(std::size_t index) { return index % 4 == 0; }
 bool fieldsOfUuid(std::size_t index) { return index == 4 || index == 6 || index == 8 || index == 10; }
 
-constexpr const char16_t* kUpperCase = u"0123456789ABCDEF";
-constexpr const char16_t* kLowerCase = u"0123456789abcdef";
+constexpr auto kUpperCase = Platform::DigitCase::kUpper;
+constexpr auto kLowerCase = Platform::DigitCase::kLower;
 constexpr Form kDotted = {u"", kUpperCase, u'.', everyByte};
 constexpr Form kUlUrn = {u"urn:smpte:ul:", kLowerCase, u'.', everyFourBytes};
 constexpr Form kUuidUrn = {u"urn:uuid:", kLowerCase, u'-', fieldsOfUuid};
@@ -37,19 +37,12 @@ wstring format(const Form& form, const uint8* bytes, std::size_t size) {
   text.reserve(form.prefix.size() + 3 * size);
   for (std::size_t i = 0; i < size; ++i) {
     if (i != 0 && form.separatesBefore(i)) text += form.separator;
-    text += form.digits[bytes[i] >> 4];
-    text += form.digits[bytes[i] & 0x0F];
+    Platform::appendHex(text, bytes[i], form.digits);
   }
   return text;
 }
 
 char16_t lowerCase(char16_t unit) { return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit; }
-
-int hexDigit(char16_t unit) {
-  if (unit >= u'0' && unit <= u'9') return unit - u'0';
-  const char16_t letter = lowerCase(unit);
-  return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
-}
 
 /// Takes one unit off the front when it is the expected one, in either case.
 bool take(std::u16string_view& text, char16_t expected) {
@@ -60,10 +53,9 @@ bool take(std::u16string_view& text, char16_t expected) {
 
 bool takeByte(std::u16string_view& text, uint8& byte) {
   if (text.size() < 2) return false;
-  const int high = hexDigit(text[0]);
-  const int low = hexDigit(text[1]);
-  if (high < 0 || low < 0) return false;
-  byte = static_cast<uint8>(high << 4 | low);
+  const int octet = Platform::hexOctet(text[0], text[1]);
+  if (octet < 0) return false;
+  byte = static_cast<uint8>(octet);
   text.remove_prefix(2);
   return true;
 }
@@ -96,11 +88,11 @@ bool parseUmidUrn(std::u16string_view text, uint8* bytes, std::size_t size) {
   return parse(kUmidUrn, text, bytes, size);
 }
 
-void throwInvalidText(std::u16string_view text, const char* type, const char* file, int line) {
-  std::string shown = Utils::wstringToString(wstring(text.substr(0, kShownUnits)));
-  if (text.size() > kShownUnits) shown += "...";
-  const std::string article = *type == 'A' ? "an " : "a ";  // "UUID" and its like start with a consonant
-  throw Exceptions::InvalidFormat("'" + shown + "' is not the text of " + article + type, file, line);
+void raiseInvalidText(std::u16string_view text, const char* type) {
+  const wstring shown(text.substr(0, kShownUnits));
+  const char* const end = text.size() > kShownUnits ? "..." : "";
+  const char* const article = *type == 'A' ? "an" : "a";  // "UUID" and its like start with a consonant
+  Exceptions::raise<Exceptions::InvalidFormat>("'{}{}' is not the text of {} {}", shown, end, article, type);
 }
 
 }  // namespace Vantor::KLV

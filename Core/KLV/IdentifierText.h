@@ -25,6 +25,6 @@ bool parseUmidUrn(std::u16string_view text, uint8* bytes, std::size_t size);
 
 /// @throws Exceptions::InvalidFormat "'<text>' is not the text of a <type>", or "an AUID"; the text is cut after 200
 /// code units.
-[[noreturn]] void throwInvalidText(std::u16string_view text, const char* type, const char* file, int line);
+[[noreturn]] void raiseInvalidText(std::u16string_view text, const char* type);
 
 }  // namespace Vantor::KLV

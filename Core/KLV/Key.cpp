@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Core/DataIO/BigEndian.h"
+#include "Core/DataIO/DataSource.h"
 #include "Core/KLV/IdentifierText.h"
 #include "Core/Platform/SeededHash.h"
 #include "Core/Platform/Strings.h"
@@ -13,7 +13,7 @@ Key::Key(const uint8* bytes) { std::copy_n(bytes, kSize, octets_.begin()); }
 
 Key::Key(const wstring& text, StringRepresentationEncodingType) {
   if (parseDotted(text, octets_.data(), kSize) || parseUlUrn(text, octets_.data())) return;
-  throwInvalidText(text, "KLV key", "Core/KLV/Key", __LINE__);
+  raiseInvalidText(text, "KLV key");
 }
 
 Key::Key(const uint16* text, StringRepresentationEncodingType form) : Key(Platform::utf16ToWstring(text), form) {}
@@ -22,10 +22,9 @@ wstring Key::toString(StringRepresentationEncodingType form) const {
   return form == kUrnForm ? ulUrn(rawBuffer()) : dottedText(rawBuffer(), kSize);
 }
 
-Key Key::normalised() const {
-  Key key = *this;
-  key.octets_[6 - 1] = 0;
-  key.octets_[8 - 1] = 0;
+Key Key::read(DataIO::DataSource& source) {
+  Key key;
+  source.read(key.octets_.data(), kSize);
   return key;
 }
 

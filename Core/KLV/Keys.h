@@ -2,7 +2,7 @@
 
 #include "Core/KLV/Key.h"
 
-/// The keys that ST 377-1 gives to the parts of an MXF file. All tests here ignore octet 8, the register's version.
+/// The keys that ST 377-1 gives to the parts of an MXF file. All tests here ignore the version.
 namespace Vantor::KLV {
 
 /// Octet 14 of a partition pack's key.
@@ -17,17 +17,25 @@ enum class PartitionStatus : uint8 {
   kGenericStream = 0x11
 };
 
+/// The coding octet of a local set with 2-byte tags (ST 336, ST 377-1): how its items give their lengths.
+enum class LocalSetCoding : uint8 {
+  kTwoByteLengths = 0x53,
+  kBERLengths = 0x13,
+};
+
 /// The keys as they are written.
 Key fillKey();
 Key primerPackKey();
 Key partitionPackKey(PartitionKind kind, PartitionStatus status);
 Key randomIndexPackKey();
 
-/// Whether the key is of a set of the structural metadata, 06.0E.2B.34.02.cc.01.vv.0D.01.01.01.01.01.xx.00; the group's
-/// coding cc in octet 6 is ignored too.
+/// Whether the key is of a set of the structural metadata, 06.0E.2B.34.02.cc.01.vv.0D.01.01.01.01.01.xx.00, whatever
+/// its coding cc.
 bool isStructuralMetadataSet(const Key& key);
-/// Whether the key is of a SMPTE local set with 2-byte tags: octet 6 is 0x53 (2-byte lengths) or 0x13 (BER lengths).
+/// Whether the key is of a SMPTE local set with 2-byte tags, in either coding.
 bool isLocalSet(const Key& key);
+/// Whether the items of a local set with this key have BER lengths.
+bool hasBERLengths(const Key& key);
 /// Whether the key is of a KLV fill item, with version 1 (as older files have it) or any later one.
 bool isFill(const Key& key);
 bool isPrimerPack(const Key& key);

@@ -1,35 +1,30 @@
 #include "Core/KLV/LocalSet.h"
 
 #include <limits>
-#include <string>
 
 #include "Core/DataIO/Memory.h"
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/IdentifierText.h"
-#include "Core/KLV/Keys.h"
-#include "Core/Platform/Exceptions.h"
-#include "Core/Platform/Strings.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::KLV {
 
 namespace {
 
 using DataIO::Memory::MemoryDataSource;
+using Exceptions::raise;
 
-constexpr const char* kSourceName = "Core/KLV/LocalSet";
-
-std::string tagText(uint16 tag) {
+wstring tagText(uint16 tag) {
   uint8 bytes[sizeof tag];
   DataIO::writeBigEndian<uint16>(bytes, tag);
-  return Utils::wstringToString(dottedText(bytes, sizeof bytes));
+  return dottedText(bytes, sizeof bytes);
 }
 
 void requireTagAndLength(const MemoryDataSource& source, std::size_t size) {
   if (source.remaining() >= size) return;
-  throw Exceptions::ParseError(DataIO::atOffset(source.position()) +
-                                   "expected the tag and length of a local set item, " + std::to_string(size) +
-                                   " bytes or more, found " + std::to_string(source.remaining()) + " bytes",
-                               kSourceName, __LINE__);
+  raise<Exceptions::ParseError>(
+      "at byte offset {}: expected the tag and length of a local set item, {} bytes or more, found {} bytes",
+      source.position(), size, source.remaining());
 }
 
 BERLength readLength(LocalSetCoding coding, MemoryDataSource& source) {
@@ -39,28 +34,24 @@ BERLength readLength(LocalSetCoding coding, MemoryDataSource& source) {
 
 void requireValue(const MemoryDataSource& source, uint16 tag, uint64 size) {
   if (source.remaining() >= size) return;
-  throw Exceptions::ParseError(DataIO::atOffset(source.position()) + "expected " + std::to_string(size) +
-                                   " bytes for the local set item with tag " + tagText(tag) + ", found " +
-                                   std::to_string(source.remaining()),
-                               kSourceName, __LINE__);
+  raise<Exceptions::ParseError>("at byte offset {}: expected {} bytes for the local set item with tag {}, found {}",
+                                source.position(), size, tagText(tag), source.remaining());
 }
 
 void requireTwoByteLength(uint16 tag, std::size_t size) {
   if (size <= std::numeric_limits<uint16>::max()) return;
-  throw Exceptions::InvalidLength("expected at most 65535 bytes for the local set item with tag " + tagText(tag) +
-                                      ", whose length has 2 bytes, found " + std::to_string(size),
-                                  kSourceName, __LINE__);
+  raise<Exceptions::InvalidLength>(
+      "expected at most 65535 bytes for the local set item with tag {}, whose length has 2 bytes, found {}",
+      tagText(tag), size);
 }
 
 }  // namespace
 
 LocalSetCoding localSetCoding(const Key& key) {
   if (!isLocalSet(key)) {
-    throw Exceptions::InvalidFormat(
-        "expected the key of a local set with 2-byte tags, found " + Utils::wstringToString(key.toString()),
-        kSourceName, __LINE__);
+    raise<Exceptions::InvalidFormat>("expected the key of a local set with 2-byte tags, found {}", key.toString());
   }
-  return static_cast<LocalSetCoding>(key.octet(6));
+  return static_cast<LocalSetCoding>(key.octet(Key::kCodingOctet));
 }
 
 Templates::vector<LocalSetItem> readLocalSet(LocalSetCoding coding, const uint8* value, std::size_t size,

@@ -3,17 +3,11 @@
 #include <cstddef>
 
 #include "Core/DataIO/DataSink.h"
-#include "Core/KLV/Key.h"
+#include "Core/KLV/Keys.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::KLV {
-
-/// How the items of a local set with 2-byte tags tell their lengths: octet 6 of the set's key (ST 336, ST 377-1).
-enum class LocalSetCoding : uint8 {
-  kTwoByteLengths = 0x53,
-  kBERLengths = 0x13,
-};
 
 /// @throws Exceptions::InvalidFormat naming the key when it is not one for which isLocalSet() holds.
 LocalSetCoding localSetCoding(const Key& key);

@@ -1,66 +1,49 @@
 #include "Core/KLV/PrimerPack.h"
 
 #include <limits>
-#include <string>
 
 #include "Core/DataIO/Memory.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/KLV/CollectionHeader.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::KLV {
 
 namespace {
 
 using DataIO::Memory::MemoryDataSource;
+using Exceptions::raise;
 
-constexpr const char* kSourceName = "Core/KLV/PrimerPack";
-
-void requireRowSize(uint32 rowSize, uint64 offset) {
-  if (rowSize == kPrimerEntrySize) return;
-  throw Exceptions::ParseError(
-      DataIO::atOffset(offset) + "expected a primer pack's row size of 18 bytes, found " + std::to_string(rowSize),
-      kSourceName, __LINE__);
-}
-
-void requireRows(uint32 count, const MemoryDataSource& source) {
-  const uint64 expected = uint64{count} * kPrimerEntrySize;
-  if (expected == source.remaining()) return;
-  throw Exceptions::ParseError(DataIO::atOffset(source.position()) + "expected " + std::to_string(expected) +
-                                   " bytes for the " + std::to_string(count) + " rows of a primer pack, found " +
-                                   std::to_string(source.remaining()),
-                               kSourceName, __LINE__);
-}
-
-PrimerEntry readEntry(MemoryDataSource& source) {
-  PrimerEntry entry;
-  entry.tag = DataIO::readBigEndian<uint16>(source);
-  uint8 label[Key::kSize];
-  source.read(label, sizeof label);
-  entry.label = Key(label);
-  return entry;
+void requireRows(const CollectionHeader& header, const MemoryDataSource& source) {
+  if (header.itemSize != kPrimerEntrySize) {
+    raise<Exceptions::ParseError>("at byte offset {}: expected a primer pack's row size of 18 bytes, found {}",
+                                  source.position() - sizeof header.itemSize, header.itemSize);
+  }
+  if (header.size() != source.remaining()) {
+    raise<Exceptions::ParseError>("at byte offset {}: expected {} bytes for the {} rows of a primer pack, found {}",
+                                  source.position(), header.size(), header.count, source.remaining());
+  }
 }
 
 }  // namespace
 
 Templates::vector<PrimerEntry> readPrimerPack(const uint8* value, std::size_t size, uint64 origin) {
   MemoryDataSource source(value, size, false, origin);
-  const auto count = DataIO::readBigEndian<uint32>(source);
-  const uint64 rowSizeOffset = source.position();
-  requireRowSize(DataIO::readBigEndian<uint32>(source), rowSizeOffset);
-  requireRows(count, source);
+  const auto header = CollectionHeader::parse(source);
+  requireRows(header, source);
   Templates::vector<PrimerEntry> entries;
-  entries.reserve(count);
-  while (source.remaining() != 0) entries.push_back(readEntry(source));
+  entries.reserve(header.count);
+  while (source.remaining() != 0) {
+    const auto tag = DataIO::readBigEndian<uint16>(source);
+    entries.push_back({tag, Key::read(source)});
+  }
   return entries;
 }
 
 void writePrimerPack(DataIO::DataSink& sink, const Templates::vector<PrimerEntry>& entries) {
   if (entries.size() > std::numeric_limits<uint32>::max()) {
-    throw Exceptions::InvalidLength(
-        "expected at most 4294967295 rows of a primer pack, found " + std::to_string(entries.size()), kSourceName,
-        __LINE__);
+    raise<Exceptions::InvalidLength>("expected at most 4294967295 rows of a primer pack, found {}", entries.size());
   }
-  DataIO::writeBigEndian<uint32>(sink, static_cast<uint32>(entries.size()));
-  DataIO::writeBigEndian<uint32>(sink, kPrimerEntrySize);
+  CollectionHeader{static_cast<uint32>(entries.size()), kPrimerEntrySize}.render(sink);
   for (const PrimerEntry& entry : entries) {
     DataIO::writeBigEndian<uint16>(sink, entry.tag);
     sink.write(entry.label.rawBuffer(), Key::kSize);

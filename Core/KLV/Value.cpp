@@ -1,20 +1,30 @@
 #include "Core/KLV/Value.h"
 
-#include <string>
+#include <algorithm>
 
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::KLV {
+
+namespace {
+
+/// How much of a value is allocated for a source that does not know whether it has that much.
+constexpr std::size_t kFirstPiece = std::size_t{1} << 20;
+
+}  // namespace
 
 Value::Value(DataIO::DataSource& source, uint64 size) {
   source.require(size);
   if (size > bytes_.max_size()) {
-    throw Exceptions::InvalidLength(
-        DataIO::atOffset(source.position()) + "a value of " + std::to_string(size) + " bytes does not fit in memory",
-        "Core/KLV/Value", __LINE__);
+    Exceptions::raise<Exceptions::InvalidLength>("at byte offset {}: a value of {} bytes does not fit in memory",
+                                                 source.position(), size);
   }
-  bytes_.resize(static_cast<std::size_t>(size));
-  source.read(bytes_.data(), bytes_.size());
+  std::size_t piece = source.remaining() == DataIO::kUnknownSize ? kFirstPiece : static_cast<std::size_t>(size);
+  for (std::size_t done = 0; done < size; piece = done) {
+    bytes_.resize(static_cast<std::size_t>(std::min<uint64>(size, uint64{done} + piece)));
+    source.read(bytes_.data() + done, bytes_.size() - done);
+    done = bytes_.size();
+  }
 }
 
 }  // namespace Vantor::KLV

@@ -3,11 +3,10 @@
 #include <vector>
 
 #include "Core/DataIO/DataSink.h"
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/SeekableSource.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/KLVHeader.h"
 #include "Core/MXF/ReplacementPlan.h"
-#include "Core/Platform/Containers.h"
 
 namespace Vantor::MXF {
 
@@ -16,7 +15,7 @@ class FileRewriter {
  public:
   /// Computes where everything will be.
   /// @throws Exceptions::InvalidLength as sizeInCopy().
-  FileRewriter(DataIO::File::FileDataSource& source, const FileStructure& structure,
+  FileRewriter(DataIO::SeekableSource& source, const FileStructure& structure,
                const std::vector<PlannedReplacement>& replacements);
 
   /// Of the copy, in bytes.
@@ -38,11 +37,10 @@ class FileRewriter {
   void writeRandomIndexPack(const KLVHeader& pack);
   void copyTo(uint64 end);
 
-  DataIO::File::FileDataSource& source_;
+  DataIO::SeekableSource& source_;
   const FileStructure& structure_;
   std::vector<Target> targets_;
   uint64 total_ = 0;
-  Bytes buffer_;
   DataIO::DataSink* output_ = nullptr;  ///< while write() runs
 };
 

@@ -4,88 +4,86 @@
 #include <array>
 #include <string>
 
+#include "Core/DataIO/File.h"
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/Value.h"
 #include "Core/MXF/KLVHeader.h"
 #include "Core/MXF/RandomIndexPack.h"
-#include "Core/Platform/Exceptions.h"
-#include "Core/Platform/Strings.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
 namespace {
 
-using DataIO::File::FileDataSource;
+using DataIO::DataSource;
+using DataIO::SeekableSource;
+using Exceptions::ParseError;
+using Exceptions::raise;
 using Partitions = std::vector<PartitionInfo>;
-
-constexpr const char* kSourceName = "Core/MXF/FileStructure";
 
 // ST 377-1: these octets of the partition pack keys occur nowhere in a run-in.
 constexpr std::array<uint8, 11> kPartitionPackStart = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05,
                                                        0x01, 0x01, 0x0d, 0x01, 0x02};
 
-[[noreturn]] void throwParseError(const std::string& message, int line) {
-  throw Exceptions::ParseError(message, kSourceName, line);
-}
-
-bool isHeaderPackAt(FileDataSource& source, uint64 offset) {
-  source.seek(offset);
-  return KLV::isHeaderPartitionPack(peekKey(source));
-}
-
-/// The offset of the header partition pack.
-uint64 findRunIn(FileDataSource& source) {
-  if (isHeaderPackAt(source, 0)) return 0;
-  Bytes start(static_cast<std::size_t>(std::min(source.size(), kMaxRunIn + kPartitionPackStart.size())));
-  source.read(start.data(), start.size());
-  const auto found = std::search(start.begin(), start.end(), kPartitionPackStart.begin(), kPartitionPackStart.end());
-  const auto offset = static_cast<uint64>(found - start.begin());
-  if (found != start.end() && isHeaderPackAt(source, offset)) return offset;
-  throwParseError(found == start.end() ? "this is no MXF file: no partition pack among its first 65,536 bytes"
-                                       : DataIO::atOffset(offset) + "expected a header partition pack, found key " +
-                                             Utils::wstringToString(peekKey(source).toString()),
-                  __LINE__);
+/// Reads on to the key of the header partition pack, without going back, and its length.
+KLVHeader readHeaderPackHeader(DataSource& source) {
+  std::array<uint8, KLV::Key::kSize> octets{};
+  const uint64 start = source.position();
+  std::size_t found = source.readUpTo(octets.data(), octets.size());
+  if (KLV::isHeaderPartitionPack(KLV::Key(octets))) return readKLVHeader(source, KLV::Key(octets));
+  for (uint64 runIn = 0; runIn <= kMaxRunIn && found >= kPartitionPackStart.size(); ++runIn) {
+    if (std::equal(kPartitionPackStart.begin(), kPartitionPackStart.end(), octets.begin())) {
+      const KLV::Key key(octets);
+      if (KLV::isHeaderPartitionPack(key)) return readKLVHeader(source, key);
+      raise<ParseError>("at byte offset {}: expected a header partition pack, found key {}", start + runIn,
+                        key.toString());
+    }
+    std::copy(octets.begin() + 1, octets.end(), octets.begin());
+    octets.back() = 0;
+    --found;
+    if (found + 1 == octets.size()) found += source.readUpTo(&octets.back(), 1);
+  }
+  raise<ParseError>("this is no MXF file: no partition pack among its first 65,536 bytes");
 }
 
 bool isFooter(const PartitionInfo& partition) { return partition.pack.kind == KLV::PartitionKind::kFooter; }
 
 /// Reads the pack whose key and length were read; the source then stands behind it.
-PartitionInfo readPack(FileDataSource& source, const KLVHeader& klv) {
+PartitionInfo readPack(DataSource& source, const KLVHeader& klv) {
   PartitionInfo partition;
   partition.offset = klv.offset;
   if (klv.length.value > kMaxPartitionPackSize) {
-    throwParseError(DataIO::atOffset(klv.offset) + "expected a partition pack, found one of " +
-                        std::to_string(klv.length.value) + " bytes",
-                    __LINE__);
+    raise<ParseError>("at byte offset {}: expected a partition pack, found one of {} bytes", klv.offset,
+                      klv.length.value);
   }
   const KLV::Value value(source, klv.length.value);
-  partition.pack = readPartitionPack(klv.key, value.rawBuffer(), value.serializedSize(), klv.valueOffset);
+  partition.pack = PartitionPack::parse(klv.key, value.rawBuffer(), value.serializedSize(), klv.valueOffset);
   partition.packEnd = source.position();
   return partition;
 }
 
-PartitionInfo readPackAt(FileDataSource& source, uint64 offset) {
+PartitionInfo readPackAt(SeekableSource& source, uint64 offset) {
   source.seek(offset);
   return readPack(source, readKLVHeader(source));
 }
 
 /// The partition at an offset that came out of the file; none when no sound partition pack stands there.
-std::optional<PartitionInfo> tryReadPackAt(FileDataSource& source, uint64 runIn, uint64 offset) {
+std::optional<PartitionInfo> tryReadPackAt(SeekableSource& source, uint64 runIn, uint64 offset) {
   if (offset > source.size() - runIn) return std::nullopt;
   source.seek(runIn + offset);
   if (!KLV::isPartitionPack(peekKey(source))) return std::nullopt;
   try {
     return readPackAt(source, runIn + offset);
-  } catch (const Exceptions::ParseError&) {
+  } catch (const ParseError&) {
     return std::nullopt;
   }
 }
 
 /// A pack in a walk. One that is damaged is kept, because the partitions behind it are counted by it.
-PartitionInfo readPackLeniently(FileDataSource& source, const KLVHeader& klv) {
+PartitionInfo readPackLeniently(SeekableSource& source, const KLVHeader& klv) {
   try {
     return readPack(source, klv);
-  } catch (const Exceptions::ParseError&) {
+  } catch (const ParseError&) {
     PartitionInfo partition;
     partition.offset = klv.offset;
     partition.pack.kind = KLV::partitionKind(klv.key);
@@ -96,17 +94,17 @@ PartitionInfo readPackLeniently(FileDataSource& source, const KLVHeader& klv) {
 }
 
 /// The next KLV in a walk; none at the end of the file, at zeros, and at anything that is no whole KLV.
-std::optional<KLVHeader> nextKLV(FileDataSource& source) {
+std::optional<KLVHeader> nextKLV(SeekableSource& source) {
   try {
     const KLVHeader klv = readKLVHeader(source);
     if (klv.key != KLV::Key() && valueFits(klv, source)) return klv;
-  } catch (const Exceptions::ParseError&) {
+  } catch (const ParseError&) {
     // The walk ends here; what it found so far stands.
   }
   return std::nullopt;
 }
 
-FileStructure walk(FileDataSource& source, uint64 runIn) {
+FileStructure walk(SeekableSource& source, uint64 runIn) {
   FileStructure structure;
   source.seek(runIn);
   while (const auto klv = nextKLV(source)) {
@@ -124,11 +122,11 @@ bool isWholeChain(const Partitions& partitions, uint64 runIn) {
     if (runIn + pack.thisPartition != partitions[i].offset) return false;
     if (i != 0 && runIn + pack.previousPartition != partitions[i - 1].offset) return false;
   }
-  const uint64 toldFooter = partitions.front().pack.footerPartition;
-  return toldFooter == 0 || runIn + toldFooter == partitions.back().offset;
+  const uint64 namedFooter = partitions.front().pack.footerPartition;
+  return namedFooter == 0 || runIn + namedFooter == partitions.back().offset;
 }
 
-Partitions partitionsByRandomIndex(FileDataSource& source, const PartitionInfo& header) {
+Partitions partitionsByRandomIndex(SeekableSource& source, const PartitionInfo& header) {
   Partitions partitions;
   for (const uint64 offset : readRandomIndexPack(source, header.offset)) {
     auto partition = tryReadPackAt(source, header.offset, offset - header.offset);
@@ -140,7 +138,7 @@ Partitions partitionsByRandomIndex(FileDataSource& source, const PartitionInfo& 
 }
 
 /// Each step goes towards the start of the file, so a cycle ends the search.
-Partitions partitionsByPreviousLinks(FileDataSource& source, const PartitionInfo& header) {
+Partitions partitionsByPreviousLinks(SeekableSource& source, const PartitionInfo& header) {
   const uint64 runIn = header.offset;
   Partitions partitions;
   uint64 offset = header.pack.footerPartition;
@@ -164,7 +162,7 @@ bool takePartitions(FileStructure& structure, Partitions partitions, StructureSo
   return !structure.partitions.empty();
 }
 
-FileStructure structureFrom(FileDataSource& source, const PartitionInfo& header) {
+FileStructure structureFrom(SeekableSource& source, const PartitionInfo& header) {
   FileStructure structure;
   structure.fileSize = source.size();
   if (!takePartitions(structure, partitionsByRandomIndex(source, header), StructureSource::kRandomIndexPack) &&
@@ -176,7 +174,7 @@ FileStructure structureFrom(FileDataSource& source, const PartitionInfo& header)
   return structure;
 }
 
-[[noreturn]] void throwNoPartition(const PartitionChoice& choice, const FileStructure& structure, int line) {
+[[noreturn]] void refuse(const PartitionChoice& choice, const FileStructure& structure) {
   std::string message = "the file has no " + choice.name();
   if (choice.kind() == PartitionChoice::Kind::kNumber) {
     message += ", only " + std::to_string(structure.partitions.size()) + ", counted from 0";
@@ -184,17 +182,17 @@ FileStructure structureFrom(FileDataSource& source, const PartitionInfo& header)
   if (structure.end != structure.fileSize) {
     message += "; behind byte offset " + std::to_string(structure.end) + " it cannot be followed";
   }
-  throwParseError(message, line);
+  raise<ParseError>("{}", message);
 }
 
 /// The partition in a list, or the reason why its pack cannot be read.
-PartitionInfo sound(FileDataSource& source, const PartitionInfo& partition) {
+PartitionInfo sound(SeekableSource& source, const PartitionInfo& partition) {
   return partition.damaged ? readPackAt(source, partition.offset) : partition;
 }
 
-PartitionInfo findFooter(FileDataSource& source, const PartitionInfo& header) {
-  const uint64 told = header.pack.footerPartition;
-  if (auto footer = tryReadPackAt(source, header.offset, told); footer && isFooter(*footer)) return *footer;
+PartitionInfo findFooter(SeekableSource& source, const PartitionInfo& header) {
+  const uint64 named = header.pack.footerPartition;
+  if (auto footer = tryReadPackAt(source, header.offset, named); footer && isFooter(*footer)) return *footer;
   if (const auto offsets = readRandomIndexPack(source, header.offset); !offsets.empty()) {
     auto footer = tryReadPackAt(source, header.offset, offsets.back() - header.offset);
     if (footer && isFooter(*footer)) return *footer;
@@ -202,25 +200,28 @@ PartitionInfo findFooter(FileDataSource& source, const PartitionInfo& header) {
   FileStructure structure = walk(source, header.offset);
   structure.fileSize = source.size();
   const auto last = std::find_if(structure.partitions.rbegin(), structure.partitions.rend(), isFooter);
-  if (last == structure.partitions.rend()) throwNoPartition(PartitionChoice::footer(), structure, __LINE__);
+  if (last == structure.partitions.rend()) refuse(PartitionChoice::footer(), structure);
   return sound(source, *last);
 }
 
-PartitionInfo findNumber(FileDataSource& source, const PartitionInfo& header, const PartitionChoice& choice) {
+PartitionInfo findNumber(SeekableSource& source, const PartitionInfo& header, const PartitionChoice& choice) {
   if (choice.number() == 0) return header;
   const FileStructure structure = structureFrom(source, header);
-  if (choice.number() >= structure.partitions.size()) throwNoPartition(choice, structure, __LINE__);
+  if (choice.number() >= structure.partitions.size()) refuse(choice, structure);
   return sound(source, structure.partitions[choice.number()]);
 }
 
 }  // namespace
 
-FileStructure readStructure(FileDataSource& source) {
-  return structureFrom(source, readPackAt(source, findRunIn(source)));
+PartitionInfo readHeaderPartition(DataSource& source) { return readPack(source, readHeaderPackHeader(source)); }
+
+FileStructure readStructure(SeekableSource& source) {
+  source.seek(0);
+  return structureFrom(source, readHeaderPartition(source));
 }
 
 FileStructure readStructure(const Path& path) {
-  FileDataSource source(path);
+  DataIO::File::FileDataSource source(path);
   return readStructure(source);
 }
 
@@ -232,8 +233,9 @@ std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 of
   return static_cast<std::size_t>(found - partitions.begin());
 }
 
-PartitionInfo findPartition(FileDataSource& source, const PartitionChoice& choice) {
-  PartitionInfo header = readPackAt(source, findRunIn(source));
+PartitionInfo findPartition(SeekableSource& source, const PartitionChoice& choice) {
+  source.seek(0);
+  PartitionInfo header = readHeaderPartition(source);
   switch (choice.kind()) {
     case PartitionChoice::Kind::kHeader:
       return header;

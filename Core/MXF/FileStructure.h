@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/SeekableSource.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/MXF/PartitionPack.h"
 #include "Core/Platform/Path.h"
@@ -44,14 +44,19 @@ struct FileStructure {
 /// @throws Exceptions::ParseError when no header partition pack stands at the start or behind a run-in, or it is
 /// damaged. Exceptions::IOError when the file cannot be read.
 FileStructure readStructure(const Path& path);
-FileStructure readStructure(DataIO::File::FileDataSource& source);
+FileStructure readStructure(DataIO::SeekableSource& source);
+
+/// Goes past a run-in and reads the header partition pack; the source, which stands at the start of the file, then
+/// stands behind the pack and has not been read any further.
+/// @throws as readStructure().
+PartitionInfo readHeaderPartition(DataIO::DataSource& source);
 
 /// The number of the partition whose pack stands at an offset in the file; none when no partition starts there.
 std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 offset);
 
-/// Finds one partition, with as little reading as that needs. The footer is where the header partition pack says, else
-/// where the random index pack says, else at the end of a walk.
+/// Finds one partition, with as little reading as that needs. The footer is where the header partition pack has it,
+/// else where the random index pack has it, else at the end of a walk.
 /// @throws Exceptions::ParseError "the file has no footer partition" and the like; also as readStructure().
-PartitionInfo findPartition(DataIO::File::FileDataSource& source, const PartitionChoice& choice);
+PartitionInfo findPartition(DataIO::SeekableSource& source, const PartitionChoice& choice);
 
 }  // namespace Vantor::MXF

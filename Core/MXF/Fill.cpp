@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
@@ -33,9 +32,8 @@ void writeZeros(DataIO::DataSink& sink, uint64 size) {
 void writeFill(DataIO::DataSink& sink, uint64 size) {
   if (size == 0) return;
   if (!canFill(size)) {
-    throw Exceptions::InvalidLength(
-        "a gap of " + std::to_string(size) + " bytes is too small for a fill item, which takes 17", "Core/MXF/Fill",
-        __LINE__);
+    Exceptions::raise<Exceptions::InvalidLength>("a gap of {} bytes is too small for a fill item, which takes 17",
+                                                 size);
   }
   const uint8 octets = lengthOctets(size);
   const uint64 valueSize = size - KLV::Key::kSize - octets;

@@ -13,7 +13,7 @@ constexpr bool canFill(uint64 size) { return size == 0 || size >= kMinFillSize; 
 
 /// Fills a gap of `size` bytes with nothing or one fill item, whose value is zeros. Its length field has the customary
 /// 4 octets, fewer where they do not fit, more where they do not suffice.
-/// @throws Exceptions::InvalidLength when canFill() says no; nothing is written then.
+/// @throws Exceptions::InvalidLength unless canFill(); nothing is written then.
 void writeFill(DataIO::DataSink& sink, uint64 size);
 
 }  // namespace Vantor::MXF

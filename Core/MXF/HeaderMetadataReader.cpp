@@ -1,5 +1,7 @@
 #include "Core/MXF/HeaderMetadataReader.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 #include <utility>
@@ -11,26 +13,26 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/MXF/KLVHeader.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor::MXF {
 
 namespace {
 
-using DataIO::File::FileDataSource;
-
-[[noreturn]] void throwParseError(uint64 offset, const std::string& message, int line) {
-  throw Exceptions::ParseError(DataIO::atOffset(offset) + message, "Core/MXF/HeaderMetadataReader", line);
-}
+using DataIO::SeekableSource;
+using Exceptions::ParseError;
+using Exceptions::raise;
 
 std::string textOf(const KLV::Key& key) { return Utils::wstringToString(key.toString()); }
 
+/// Reads from front to back. The source stands behind the key of the next KLV, which decides what becomes of it.
 class Reader {
  public:
-  Reader(FileDataSource& source, SharedPtr<const MetaMetadata::Dictionary> dictionary)
+  Reader(DataIO::DataSource& source, SharedPtr<const MetaMetadata::Dictionary> dictionary)
       : source_(source), metadata_(std::make_unique<PartitionMetadata>(std::move(dictionary))) {}
 
+  /// @param partition  the source stands behind its pack.
   std::unique_ptr<PartitionMetadata> read(const PartitionInfo& partition) {
     findPrimer(partition);
     believeCount(partition.pack.headerByteCount);
@@ -39,42 +41,64 @@ class Reader {
   }
 
  private:
+  /// At the end of the file zeros take the place of what is missing.
+  void readKey() {
+    std::array<uint8, KLV::Key::kSize> octets{};
+    offset_ = source_.position();
+    keySize_ = source_.readUpTo(octets.data(), octets.size());
+    key_ = KLV::Key(octets);
+  }
+
   void findPrimer(const PartitionInfo& partition) {
-    source_.seek(partition.packEnd);
-    skipFill(source_);
-    const KLV::Key key = peekKey(source_);
-    if (KLV::isPrimerPack(key)) return;
-    if (partition.pack.headerByteCount == 0 || endsHeaderMetadata(key)) {
-      throwParseError(partition.offset, "the partition has no header metadata", __LINE__);
+    for (readKey(); KLV::isFill(key_); readKey()) skipFill(readHeader());
+    if (KLV::isPrimerPack(key_)) return;
+    if (partition.pack.headerByteCount == 0 || endsHeaderMetadata(key_)) {
+      raise<ParseError>("at byte offset {}: the partition has no header metadata", partition.offset);
     }
-    throwParseError(source_.position(), "expected a primer pack, found key " + textOf(key), __LINE__);
+    raise<ParseError>("at byte offset {}: expected a primer pack, found key {}", offset_, key_.toString());
   }
 
   /// ST 377-1 counts from the primer pack on.
   void believeCount(uint64 headerByteCount) {
-    if (headerByteCount != 0 && headerByteCount <= source_.remaining()) end_ = source_.position() + headerByteCount;
+    if (headerByteCount <= keySize_ || headerByteCount - keySize_ > source_.remaining()) return;
+    end_ = offset_ + headerByteCount;
   }
 
   bool goesOn() {
-    atEnd_ = atEnd_ || source_.position() == end_;
-    const KLV::Key key = peekKey(source_);
-    if (atEnd_ && KLV::isLocalSet(key)) disbelieveCount();
-    return !endsHeaderMetadata(key) && (!atEnd_ || KLV::isFill(key));
+    atEnd_ = atEnd_ || offset_ == end_;
+    if (atEnd_ && KLV::isLocalSet(key_)) disbelieveCount();
+    return !endsHeaderMetadata(key_) && (!atEnd_ || KLV::isFill(key_));
   }
 
-  /// It is too small by a set at least, so it says nothing of what else may follow.
+  /// It is too small by a set at least, so what else may follow is open.
   void disbelieveCount() {
     end_.reset();
     atEnd_ = false;
   }
 
   void readKLV() {
-    const KLVHeader klv = readKLVHeader(source_);
+    const KLVHeader klv = readHeader();
     if (KLV::isFill(klv.key)) {
-      skipValue(klv, source_);
+      skipFill(klv);
     } else {
       requireValue(klv);
       addValue(klv, KLV::Value(source_, klv.length.value));
+    }
+    readKey();
+  }
+
+  KLVHeader readHeader() {
+    if (keySize_ < KLV::Key::kSize) {
+      raise<ParseError>("at byte offset {}: expected {} more bytes, found {}", offset_, KLV::Key::kSize, keySize_);
+    }
+    return readKLVHeader(source_, key_);
+  }
+
+  void skipFill(const KLVHeader& klv) {
+    try {
+      source_.skip(std::min(klv.length.value, source_.remaining()));
+    } catch (const ParseError&) {
+      // A source that does not know its end has come to it.
     }
   }
 
@@ -92,17 +116,13 @@ class Reader {
 
   /// Before the value's memory is allocated.
   void requireValue(const KLVHeader& klv) const {
-    if (!valueFits(klv, source_)) {
-      throwParseError(klv.valueOffset,
-                      "expected " + std::to_string(klv.length.value) + " bytes of " + nameOf(klv.key) + ", found " +
-                          std::to_string(source_.size() - klv.valueOffset) + " to the end of the file",
-                      __LINE__);
+    if (klv.length.value > source_.remaining()) {
+      raise<ParseError>("at byte offset {}: expected {} bytes of {}, found {} to the end of the file", klv.valueOffset,
+                        klv.length.value, nameOf(klv.key), source_.remaining());
     }
     if (klv.length.value > kMaxSetSize) {
-      throwParseError(klv.valueOffset,
-                      "expected at most " + std::to_string(kMaxSetSize) + " bytes of " + nameOf(klv.key) + ", found " +
-                          std::to_string(klv.length.value),
-                      __LINE__);
+      raise<ParseError>("at byte offset {}: expected at most {} bytes of {}, found {}", klv.valueOffset, kMaxSetSize,
+                        nameOf(klv.key), klv.length.value);
     }
   }
 
@@ -112,27 +132,48 @@ class Reader {
     return definition == nullptr ? "the set with key " + textOf(key) : "set " + definition->symbol();
   }
 
-  FileDataSource& source_;
+  DataIO::DataSource& source_;
   std::unique_ptr<PartitionMetadata> metadata_;
+  KLV::Key key_;  // of the next KLV
+  uint64 offset_ = 0;
+  std::size_t keySize_ = 0;    // of the octets that the file has of it
   std::optional<uint64> end_;  // by the partition pack's count, as long as that is believed
   bool atEnd_ = false;         // a KLV ended exactly there
 };
 
 }  // namespace
 
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(SeekableSource& source,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const PartitionInfo& partition) {
+  source.seek(partition.packEnd);
+  return Reader(source, std::move(dictionary)).read(partition);
+}
+
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(SeekableSource& source,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const PartitionChoice& choice) {
+  return readHeaderMetadata(source, std::move(dictionary), findPartition(source, choice));
+}
+
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::DataSource& source,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary) {
+  const PartitionInfo header = readHeaderPartition(source);
+  return Reader(source, std::move(dictionary)).read(header);
+}
+
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice) {
-  FileDataSource source(path);
-  const PartitionInfo partition = findPartition(source, choice);
-  return Reader(source, std::move(dictionary)).read(partition);
+  DataIO::File::FileDataSource source(path);
+  return readHeaderMetadata(source, std::move(dictionary), choice);
 }
 
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionInfo& partition) {
-  FileDataSource source(path);
-  return Reader(source, std::move(dictionary)).read(partition);
+  DataIO::File::FileDataSource source(path);
+  return readHeaderMetadata(source, std::move(dictionary), partition);
 }
 
 }  // namespace Vantor::MXF

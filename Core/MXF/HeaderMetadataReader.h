@@ -35,9 +35,23 @@ constexpr uint64 kMaxSetSize = uint64{1} << 30;
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice = PartitionChoice::header());
+/// The same of a file in memory, or anywhere else.
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const PartitionChoice& choice = PartitionChoice::header());
 /// The same of a partition that readStructure() or findPartition() found in the file, and without finding it again.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionInfo& partition);
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const PartitionInfo& partition);
+
+/// Reads the header metadata of the header partition from a source that only goes forward, such as a pipe or a
+/// connection; DataIO::ForwardSource is the base for these. The source stands at the start of the file, which may have
+/// a run-in. Nothing is read behind the metadata but the 16 octets of the key that ends them.
+/// @throws Exceptions::ParseError as above, also where the file ends within a set; and what the source throws.
+std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::DataSource& source,
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary);
 
 }  // namespace Vantor::MXF

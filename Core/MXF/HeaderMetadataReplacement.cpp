@@ -4,46 +4,42 @@
 #include <filesystem>
 #include <iterator>
 #include <optional>
-#include <string>
 #include <system_error>
 
 #include "Core/DataIO/FileUpdate.h"
 #include "Core/DataIO/Memory.h"
+#include "Core/DataIO/Pieces.h"
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/FileRewriter.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/Fill.h"
 #include "Core/MXF/ReplacementPlan.h"
 #include "Core/MXF/ReplacementSafety.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
 namespace {
 
+using DataIO::SeekableSource;
 using DataIO::File::FileDataSource;
 using DataIO::File::FileState;
 using DataIO::File::FileUpdate;
 
-constexpr const char* kSourceName = "Core/MXF/HeaderMetadataReplacement";
-constexpr uint64 kBufferSize = uint64{1} << 20;
 /// Bytes from one call of the progress to the next, at most.
 constexpr uint64 kProgressStep = uint64{2} << 20;
 
-std::vector<PlannedReplacement> plan(const Path& file, const FileState& expected,
-                                     const MetadataReplacements& replacements) {
-  DataIO::File::requireState(file, expected, "cannot change");
-  FileDataSource source(file);
+std::vector<PlannedReplacement> plan(SeekableSource& source, const MetadataReplacements& replacements) {
   return planReplacements(source, readStructure(source), replacements);
 }
 
 void requireRoom(const PlannedReplacement& replacement) {
   if (replacement.fits()) return;
-  throw Exceptions::InvalidLength("the header metadata of partition " + std::to_string(replacement.partition) +
-                                      " have room for " + std::to_string(replacement.room.size) + " bytes, or for " +
-                                      std::to_string(kMinFillSize) + " and more bytes less, but the new ones take " +
-                                      std::to_string(replacement.bytes->size()),
-                                  kSourceName, __LINE__);
+  Exceptions::raise<Exceptions::InvalidLength>(
+      "the header metadata of partition {} have room for {} bytes, or for {} and more bytes less, but the new ones "
+      "take "
+      "{}",
+      replacement.partition, replacement.room.size, kMinFillSize, replacement.bytes->size());
 }
 
 /// The new metadata, with fill up to the end of their room.
@@ -56,8 +52,8 @@ DataIO::File::NewBytes newBytes(const PlannedReplacement& replacement) {
 
 void requireNoJournal(const Path& file) {
   if (!DataIO::File::hasJournal(file)) return;
-  throw DataIO::File::ioError("cannot take", file, "an earlier change of it was stopped; recover it first", kSourceName,
-                              __LINE__);
+  Exceptions::raise<Exceptions::IOError>("cannot take '{}': an earlier change of it was stopped; recover it first",
+                                         file.u8string());
 }
 
 /// The original, to be locked, if the target is this; renaming over a file takes no permission for it, and would part
@@ -70,7 +66,7 @@ std::optional<FileUpdate> openToReplace(const Path& original, const Path& target
   return writable;
 }
 
-/// Tells how many bytes it passes on; not of the last one.
+/// Reports the bytes that it passes on; not the last one.
 class ReportingSink : public DataIO::DataSink {
  public:
   ReportingSink(DataIO::DataSink& sink, uint64 total, const Progress& progress)
@@ -96,24 +92,15 @@ class ReportingSink : public DataIO::DataSink {
   uint64 next_ = 1;
 };
 
-uint64 copyBytes(FileDataSource& source, DataIO::DataSink& output, const Progress& progress) {
-  ReportingSink reporting(output, source.size(), progress);
-  Bytes buffer(kBufferSize);
-  while (source.remaining() != 0) {
-    const auto size = static_cast<std::size_t>(std::min<uint64>(source.remaining(), buffer.size()));
-    source.read(buffer.data(), size);
-    reporting.write(buffer.data(), size);
-  }
-  return source.size();
-}
-
 /// Returns the size of the copy, with which the progress has not been called yet.
-uint64 writeCopy(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
-                 DataIO::DataSink& output, const Progress& progress) {
-  requireNoJournal(original);
-  DataIO::File::requireState(original, expected, "cannot copy");
-  FileDataSource source(original);
-  if (replacements.empty()) return copyBytes(source, output, progress);
+uint64 writeCopy(SeekableSource& source, const MetadataReplacements& replacements, DataIO::DataSink& output,
+                 const Progress& progress) {
+  if (replacements.empty()) {
+    ReportingSink reporting(output, source.size(), progress);
+    source.seek(0);
+    DataIO::copyBytes(source, source.size(), reporting);
+    return source.size();
+  }
   const FileStructure structure = readStructure(source);
   const auto planned = planReplacements(source, structure, replacements);
   refuseUnlisted(source, structure);
@@ -121,6 +108,14 @@ uint64 writeCopy(const Path& original, const FileState& expected, const Metadata
   ReportingSink reporting(output, rewriter.size(), progress);
   rewriter.write(reporting);
   return rewriter.size();
+}
+
+uint64 writeCopy(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
+                 DataIO::DataSink& output, const Progress& progress) {
+  requireNoJournal(original);
+  DataIO::File::requireState(original, expected, "cannot copy");
+  FileDataSource source(original);
+  return writeCopy(source, replacements, output, progress);
 }
 
 void endCopy(const Path& original, const FileState& expected, uint64 size, const Progress& progress) {
@@ -131,17 +126,33 @@ void endCopy(const Path& original, const FileState& expected, uint64 size, const
 
 }  // namespace
 
-bool fits(const Path& file, const FileState& expected, const MetadataReplacements& replacements) {
-  const auto planned = plan(file, expected, replacements);
+bool fits(SeekableSource& file, const MetadataReplacements& replacements) {
+  const auto planned = plan(file, replacements);
   return std::all_of(planned.begin(), planned.end(), [](const PlannedReplacement& one) { return one.fits(); });
 }
 
+bool fits(const Path& file, const FileState& expected, const MetadataReplacements& replacements) {
+  DataIO::File::requireState(file, expected, "cannot change");
+  FileDataSource source(file);
+  return fits(source, replacements);
+}
+
 void replaceInPlace(const Path& file, const FileState& expected, const MetadataReplacements& replacements) {
-  const auto planned = plan(file, expected, replacements);
-  for (const auto& replacement : planned) requireRoom(replacement);
+  DataIO::File::requireState(file, expected, "cannot change");
   std::vector<DataIO::File::NewBytes> changes;
-  std::transform(planned.begin(), planned.end(), std::back_inserter(changes), newBytes);
+  {
+    FileDataSource source(file);
+    const auto planned = plan(source, replacements);
+    for (const auto& replacement : planned) requireRoom(replacement);
+    std::transform(planned.begin(), planned.end(), std::back_inserter(changes), newBytes);
+  }
   DataIO::File::changeInPlace(file, expected, changes);
+}
+
+void rewrite(SeekableSource& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
+             const Progress& progress) {
+  const uint64 size = writeCopy(original, replacements, output, progress);
+  if (progress) progress(size, size);
 }
 
 void rewrite(const Path& original, const FileState& expected, const MetadataReplacements& replacements,

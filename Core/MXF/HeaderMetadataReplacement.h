@@ -17,13 +17,13 @@
 /// the partition packs. Metadata that repeat others are not looked at: whoever replaces those of the header partition
 /// decides about the footer partition's, too.
 ///
-/// All functions here get the state that the file had before the caller first read what became the replacements, and
-/// refuse a file that has another one. They read its structure anew and refuse what refuseUnsafe() of
-/// ReplacementSafety.h refuses; rewrite(), where things move, also what refuseUnlisted() refuses. A change in place
-/// does not look for partitions that the file does not list: that would take long in a large file, and they stay right,
-/// but keep the metadata that they have. They throw Exceptions: ParseError with the offset when the file is damaged;
-/// InvalidFormat naming the partition when a replacement is not what it should be; IOError naming the file when it must
-/// not be changed, cannot be, or was changed by another program since.
+/// Functions that take a path get the state that the file had before the caller first read what became the
+/// replacements, and refuse a file that has another one. All of them read the structure of the file anew and refuse
+/// what refuseUnsafe() of ReplacementSafety.h refuses; rewrite(), where things move, also what refuseUnlisted()
+/// refuses. A change in place does not look for partitions that the file does not list: that would take long in a large
+/// file, and they stay right, but keep the metadata that they have. They throw Exceptions: ParseError with the offset
+/// when the file is damaged; InvalidFormat naming the partition when a replacement is not what it should be; IOError
+/// naming the file when it must not be changed, cannot be, or was changed by another program since.
 namespace Vantor::MXF {
 
 /// New header metadata for one partition, which has some already.
@@ -52,6 +52,9 @@ using Progress = std::function<void(uint64 done, uint64 total)>;
 /// included, or leaves at least the 17 bytes of a fill item.
 bool fits(const Path& file, const DataIO::File::FileState& expected, const MetadataReplacements& replacements);
 
+/// The same for a file in memory, or anywhere else.
+bool fits(DataIO::SeekableSource& file, const MetadataReplacements& replacements);
+
 /// Writes the replacements, and fill behind them, into their places, and nothing else; takes no longer for a large
 /// file. A process or machine that stops leaves a journal beside the file, from which DataIO::File::recover() puts back
 /// the old bytes; see Core/DataIO/UndoJournal.h.
@@ -74,10 +77,14 @@ void replaceInPlace(const Path& file, const DataIO::File::FileState& expected,
 void rewrite(const Path& original, const DataIO::File::FileState& expected, const MetadataReplacements& replacements,
              DataIO::DataSink& output, const Progress& progress = {});
 
-/// The same into a file, which appears whole or not at all and has then reached the medium; DataIO::File::AtomicFile
-/// tells what it keeps of a file that was there. It may be the original, under any of its names, unless that has
-/// several hard links or is not to be written. The target is refused, too, when it has the journal of a stopped change.
-/// The original's state is looked at a last time directly before the copy is put in place.
+/// The same of a file in memory, or anywhere else, that nobody changes meanwhile.
+void rewrite(DataIO::SeekableSource& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
+             const Progress& progress = {});
+
+/// The same into a file, which appears whole or not at all and has then reached the medium; see
+/// DataIO::File::AtomicFile for what it keeps of a file that was there. It may be the original, under any of its names,
+/// unless that has several hard links or is not to be written. The target is refused, too, when it has the journal of a
+/// stopped change. The original's state is looked at a last time directly before the copy is put in place.
 /// @return whether the name of the new file has reached the medium, too.
 DataIO::File::Durability rewrite(const Path& original, const DataIO::File::FileState& expected,
                                  const MetadataReplacements& replacements, const Path& target,

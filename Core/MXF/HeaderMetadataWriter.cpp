@@ -9,8 +9,7 @@
 #include "Core/MXF/PartitionPack.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/EntryView.h"
-#include "Core/Platform/Exceptions.h"
-#include "Core/Platform/Strings.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
@@ -18,12 +17,13 @@ using DataIO::Memory::MemoryDataSink;
 
 namespace {
 
-constexpr const char* kSource = "Core/MXF/HeaderMetadataWriter";
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
+
 constexpr uint8 kLengthOctets = 4;  // customary for packs
 constexpr uint16 kMajorVersion = 1;
 constexpr uint16 kMinorVersion = 3;  // ST 377-1
 constexpr uint32 kKAGSize = 1;
-constexpr uint32 kLabelSize = 16;
 
 Types::UniversalLabel label(std::array<uint8, KLV::Key::kSize> octets) {
   return Types::UniversalLabel(KLV::Key(octets));
@@ -46,9 +46,7 @@ void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink&
 
 void requireSetKey(const KLV::Key& key) {
   if (!endsHeaderMetadata(key) && !isHeaderMetadataFraming(key)) return;
-  throw Exceptions::InvalidFormat("a set cannot be written with key " + Utils::wstringToString(key.toString()) +
-                                      ", which is of another part of MXF",
-                                  kSource, __LINE__);
+  raise<InvalidFormat>("a set cannot be written with key {}, which is of another part of MXF", key.toString());
 }
 
 /// What a reader will take for a set that it knows has to read as one.
@@ -59,9 +57,8 @@ void requireItems(const EntryView& entry, const MetaMetadata::Dictionary& dictio
     KLV::readLocalSet(KLV::localSetCoding(*entry.key), reinterpret_cast<const uint8*>(entry.octets.data()),
                       entry.octets.size());
   } catch (const Exceptions::ParseError& error) {
-    throw Exceptions::InvalidFormat(
-        "a dark set has the key of set " + definition->symbol() + ", but its value is none: " + error.message(),
-        kSource, __LINE__);
+    raise<InvalidFormat>("a dark set has the key of set {}, but its value is none: {}", definition->symbol(),
+                         error.message());
   }
 }
 
@@ -92,20 +89,19 @@ void writeInSerializationOrder(PartitionMetadata& partition, DataIO::DataSink& s
 
 const MetadataSet& findPreface(const PartitionMetadata& partition) {
   if (const auto* preface = partition.preface()) return *preface;
-  throw Exceptions::InvalidFormat("the header metadata has no Preface", kSource, __LINE__);
+  raise<InvalidFormat>("the header metadata has no Preface");
 }
 
 /// Reads the 16 octets of a value that is a label by its meaning, whatever type the dictionary gives it.
 Types::UniversalLabel labelFrom(const Types::SimpleDataType& value) {
-  if (value.encodedSize() == kLabelSize) return Types::UniversalLabel(value.rawBuffer());
-  throw Exceptions::InvalidFormat(
-      "a label of the Preface has " + std::to_string(value.encodedSize()) + " octets instead of 16", kSource, __LINE__);
+  if (value.encodedSize() == KLV::Key::kSize) return Types::UniversalLabel(value.rawBuffer());
+  raise<InvalidFormat>("a label of the Preface has {} octets instead of 16", value.encodedSize());
 }
 
 Types::UniversalLabel operationalPattern(const MetadataSet& preface) {
   const Element* property = preface.find(operationalPatternLabel());
   if (property != nullptr && property->wireValue() != nullptr) return labelFrom(*property->wireValue());
-  throw Exceptions::InvalidFormat("the Preface has no operational pattern", kSource, __LINE__);
+  raise<InvalidFormat>("the Preface has no operational pattern");
 }
 
 std::vector<Types::UniversalLabel> essenceContainers(const MetadataSet& preface) {
@@ -132,21 +128,7 @@ PartitionPack headerPartition(const MetadataSet& preface, uint64 headerByteCount
 
 void writePartitionPack(DataIO::DataSink& sink, const PartitionPack& pack) {
   MemoryDataSink value;
-  DataIO::writeBigEndian<uint16>(value, pack.majorVersion);
-  DataIO::writeBigEndian<uint16>(value, pack.minorVersion);
-  DataIO::writeBigEndian<uint32>(value, pack.kagSize);
-  DataIO::writeBigEndian<uint64>(value, pack.thisPartition);
-  DataIO::writeBigEndian<uint64>(value, pack.previousPartition);
-  DataIO::writeBigEndian<uint64>(value, pack.footerPartition);
-  DataIO::writeBigEndian<uint64>(value, pack.headerByteCount);
-  DataIO::writeBigEndian<uint64>(value, pack.indexByteCount);
-  DataIO::writeBigEndian<uint32>(value, pack.indexSID);
-  DataIO::writeBigEndian<uint64>(value, pack.bodyOffset);
-  DataIO::writeBigEndian<uint32>(value, pack.bodySID);
-  value.write(pack.operationalPattern.rawBuffer(), kLabelSize);
-  DataIO::writeBigEndian<uint32>(value, static_cast<uint32>(pack.essenceContainers.size()));
-  DataIO::writeBigEndian<uint32>(value, kLabelSize);
-  for (const auto& container : pack.essenceContainers) value.write(container.rawBuffer(), kLabelSize);
+  pack.render(value);
   writeKLV(sink, KLV::partitionPackKey(pack.kind, pack.status), value);
 }
 

@@ -18,7 +18,7 @@ enum class SetOrder {
 /// bytes set by set.
 ///
 /// Properties that have no local tag yet get one and are entered into the partition's primer.
-/// @throws InvalidLength when the dynamic tags do not suffice, or a primer or set has no length that KLV can tell;
+/// @throws InvalidLength when the dynamic tags do not suffice, or a primer or set has a length beyond KLV;
 ///         InvalidFormat naming the key when a set that the dictionary does not know has one that is no set's, such as
 ///         a partition pack's: readers would take it for that, or the key of a set that it does know and a value that
 ///         is no local set. Nothing is written then.

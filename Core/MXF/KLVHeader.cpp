@@ -1,42 +1,38 @@
 #include "Core/MXF/KLVHeader.h"
 
-#include <algorithm>
 #include <array>
 
 #include "Core/KLV/Keys.h"
 
 namespace Vantor::MXF {
 
-using DataIO::File::FileDataSource;
+using DataIO::SeekableSource;
 
-KLV::Key peekKey(FileDataSource& source) {
+KLV::Key peekKey(SeekableSource& source) {
   std::array<uint8, KLV::Key::kSize> octets{};
   const uint64 offset = source.position();
-  source.read(octets.data(), static_cast<std::size_t>(std::min<uint64>(octets.size(), source.remaining())));
+  source.readUpTo(octets.data(), octets.size());
   source.seek(offset);
   return KLV::Key(octets);
 }
 
-KLVHeader readKLVHeader(FileDataSource& source) {
-  KLVHeader klv;
-  klv.offset = source.position();
-  uint8 key[KLV::Key::kSize];
-  source.read(key, sizeof key);
-  klv.key = KLV::Key(key);
-  klv.length = KLV::readBERLength(source);
-  klv.valueOffset = source.position();
-  return klv;
+KLVHeader readKLVHeader(DataIO::DataSource& source) { return readKLVHeader(source, KLV::Key::read(source)); }
+
+KLVHeader readKLVHeader(DataIO::DataSource& source, const KLV::Key& key) {
+  const uint64 offset = source.position() - KLV::Key::kSize;
+  const KLV::BERLength length = KLV::readBERLength(source);
+  return {key, length, offset, source.position()};
 }
 
-bool valueFits(const KLVHeader& klv, const FileDataSource& source) {
+bool valueFits(const KLVHeader& klv, const SeekableSource& source) {
   return klv.length.value <= source.size() - klv.valueOffset;
 }
 
-void skipValue(const KLVHeader& klv, FileDataSource& source) {
+void skipValue(const KLVHeader& klv, SeekableSource& source) {
   source.seek(valueFits(klv, source) ? klv.valueOffset + klv.length.value : source.size());
 }
 
-void skipFill(FileDataSource& source) {
+void skipFill(SeekableSource& source) {
   while (KLV::isFill(peekKey(source))) skipValue(readKLVHeader(source), source);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/SeekableSource.h"
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Key.h"
 #include "Core/Platform/Types.h"
@@ -16,19 +16,21 @@ struct KLVHeader {
 };
 
 /// The next 16 bytes, or what is left of them in the file followed by zeros; the source does not move.
-KLV::Key peekKey(DataIO::File::FileDataSource& source);
+KLV::Key peekKey(DataIO::SeekableSource& source);
 
 /// Reads key and length; the source then stands at the value, of which nothing is known yet.
 /// @throws Exceptions::ParseError with the offset when they are cut short or the length is not a BER length.
-KLVHeader readKLVHeader(DataIO::File::FileDataSource& source);
+KLVHeader readKLVHeader(DataIO::DataSource& source);
+/// The same behind a key that was read already.
+KLVHeader readKLVHeader(DataIO::DataSource& source, const KLV::Key& key);
 
 /// Whether the file, from the value on, has as many bytes as the length says.
-bool valueFits(const KLVHeader& klv, const DataIO::File::FileDataSource& source);
+bool valueFits(const KLVHeader& klv, const DataIO::SeekableSource& source);
 
 /// Moves behind the KLV whose header was read. One that runs past the end of the file takes the source to the end.
-void skipValue(const KLVHeader& klv, DataIO::File::FileDataSource& source);
+void skipValue(const KLVHeader& klv, DataIO::SeekableSource& source);
 
 /// Moves past any fill items, without reading what is in them.
-void skipFill(DataIO::File::FileDataSource& source);
+void skipFill(DataIO::SeekableSource& source);
 
 }  // namespace Vantor::MXF

@@ -1,23 +1,18 @@
 #include "Core/MXF/MetadataRoom.h"
 
-#include <algorithm>
-#include <string>
-
+#include "Core/DataIO/Pieces.h"
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/MXF/KLVHeader.h"
-#include "Core/Platform/Containers.h"
-#include "Core/Platform/Exceptions.h"
-#include "Core/Platform/Strings.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
 namespace {
 
-using DataIO::File::FileDataSource;
-
-constexpr const char* kSourceName = "Core/MXF/MetadataRoom";
-constexpr uint64 kPieceSize = uint64{1} << 16;
+using DataIO::SeekableSource;
+using Exceptions::ParseError;
+using Exceptions::raise;
 
 /// The KLVs of one manufacturer's files that hold offsets in the file: of all sets, and of that list.
 constexpr KLV::Key kObjectDirectory({0x96, 0x13, 0xb3, 0x8a, 0x87, 0x34, 0x87, 0x46,  //
@@ -25,11 +20,9 @@ constexpr KLV::Key kObjectDirectory({0x96, 0x13, 0xb3, 0x8a, 0x87, 0x34, 0x87, 0
 constexpr KLV::Key kRootOfDirectory({0x80, 0x53, 0x08, 0x00, 0x36, 0x21, 0x08, 0x04,  //
                                      0xb3, 0xb3, 0x98, 0xa5, 0x1c, 0x90, 0x11, 0xd4});
 
-std::string nameOf(std::size_t partition) { return "partition " + std::to_string(partition); }
-
 class RoomFinder {
  public:
-  RoomFinder(FileDataSource& source, const FileStructure& structure, std::size_t number)
+  RoomFinder(SeekableSource& source, const FileStructure& structure, std::size_t number)
       : source_(source), partition_(structure.partitions[number]), number_(number) {
     const bool isLast = number + 1 == structure.partitions.size();
     partitionEnd_ = isLast ? structure.end : structure.partitions[number + 1].offset;
@@ -43,7 +36,10 @@ class RoomFinder {
       skipToEssence();
       return std::nullopt;
     }
-    if (!hasPrimer) throwParseError("expected the primer pack of " + name() + ", found another key", __LINE__);
+    if (!hasPrimer) {
+      raise<ParseError>("at byte offset {}: expected the primer pack of partition {}, found another key",
+                        source_.position(), number_);
+    }
     const MetadataRoom room{source_.position(), partition_.pack.headerByteCount};
     requireWholeKLVs(room);
     requireNoSetsBehind();
@@ -54,22 +50,23 @@ class RoomFinder {
  private:
   void requireWholeKLVs(const MetadataRoom& room) {
     if (room.size > partitionEnd_ - room.offset) {
-      throwParseError(name() + " counts " + std::to_string(room.size) + " bytes of header metadata, but ends at " +
-                          std::to_string(partitionEnd_),
-                      __LINE__);
+      raise<ParseError>("at byte offset {}: partition {} counts {} bytes of header metadata, but ends at {}",
+                        source_.position(), number_, room.size, partitionEnd_);
     }
     while (source_.position() < room.end()) {
-      if (endsHeaderMetadata(peekKey(source_)) || !skipKLV()) throwWrongCount(room, __LINE__);
+      if (endsHeaderMetadata(peekKey(source_)) || !skipKLV()) refuseCount(room);
     }
-    if (source_.position() != room.end()) throwWrongCount(room, __LINE__);
+    if (source_.position() != room.end()) refuseCount(room);
   }
 
   /// Up to the index tables and the essence, to neither of which a set belongs.
   void requireNoSetsBehind() {
     while (source_.position() < partitionEnd_ && !endsHeaderMetadata(peekKey(source_))) {
       if (KLV::isLocalSet(peekKey(source_))) {
-        throwParseError("a set stands behind the header metadata of " + name() + ", as its partition pack counts them",
-                        __LINE__);
+        raise<ParseError>(
+            "at byte offset {}: a set stands behind the header metadata of partition {}, as its partition pack counts "
+            "them",
+            source_.position(), number_);
       }
       skipKLV();
     }
@@ -92,19 +89,14 @@ class RoomFinder {
     return valueFits(klv, source_);
   }
 
-  std::string name() const { return nameOf(number_); }
-
-  [[noreturn]] void throwWrongCount(const MetadataRoom& room, int line) const {
-    throwParseError(name() + " counts " + std::to_string(room.size) + " bytes of header metadata from byte offset " +
-                        std::to_string(room.offset) + " on, which do not end with a KLV of them",
-                    line);
+  [[noreturn]] void refuseCount(const MetadataRoom& room) const {
+    raise<ParseError>(
+        "at byte offset {}: partition {} counts {} bytes of header metadata from byte offset {} on, which do not end "
+        "with a KLV of them",
+        source_.position(), number_, room.size, room.offset);
   }
 
-  [[noreturn]] void throwParseError(const std::string& message, int line) const {
-    throw Exceptions::ParseError(DataIO::atOffset(source_.position()) + message, kSourceName, line);
-  }
-
-  FileDataSource& source_;
+  SeekableSource& source_;
   const PartitionInfo& partition_;
   std::size_t number_;
   uint64 partitionEnd_ = 0;
@@ -112,12 +104,12 @@ class RoomFinder {
 
 }  // namespace
 
-std::optional<MetadataRoom> findMetadataRoom(FileDataSource& source, const FileStructure& structure,
+std::optional<MetadataRoom> findMetadataRoom(SeekableSource& source, const FileStructure& structure,
                                              std::size_t number) {
   return RoomFinder(source, structure, number).find();
 }
 
-MetadataRoom withoutFill(FileDataSource& source, const MetadataRoom& room) {
+MetadataRoom withoutFill(SeekableSource& source, const MetadataRoom& room) {
   uint64 end = room.offset;
   source.seek(room.offset);
   while (source.position() < room.end()) {
@@ -128,27 +120,16 @@ MetadataRoom withoutFill(FileDataSource& source, const MetadataRoom& room) {
   return {room.offset, end - room.offset};
 }
 
-bool haveSameBytes(FileDataSource& source, const MetadataRoom& left, const MetadataRoom& right) {
-  if (left.size != right.size) return false;
-  Bytes one(static_cast<std::size_t>(std::min(left.size, kPieceSize))), other(one.size());
-  for (uint64 done = 0; done < left.size;) {
-    const auto piece = static_cast<std::size_t>(std::min<uint64>(left.size - done, one.size()));
-    source.seek(left.offset + done);
-    source.read(one.data(), piece);
-    source.seek(right.offset + done);
-    source.read(other.data(), piece);
-    if (!std::equal(one.begin(), one.begin() + static_cast<std::ptrdiff_t>(piece), other.begin())) return false;
-    done += piece;
-  }
-  return true;
+bool haveSameBytes(SeekableSource& source, const MetadataRoom& left, const MetadataRoom& right) {
+  return left.size == right.size && DataIO::haveSameBytes(source, left.offset, source, right.offset, left.size);
 }
 
-void refuseDirectory(const FileDataSource& source, const KLVHeader& klv, std::size_t partition) {
+void refuseDirectory(const SeekableSource& source, const KLVHeader& klv, std::size_t partition) {
   if (klv.key != kObjectDirectory && klv.key != kRootOfDirectory) return;
-  throw DataIO::File::ioError(DataIO::atOffset(klv.offset) + "cannot replace header metadata in", source.path(),
-                              "the KLV with key " + Utils::wstringToString(klv.key.toString()) + " in " +
-                                  nameOf(partition) + " tells where sets stand in the file, which would be wrong then",
-                              kSourceName, __LINE__);
+  raise<Exceptions::IOError>(
+      "at byte offset {}: cannot replace header metadata in '{}': the KLV with key {} in partition {} tells where sets "
+      "stand in the file, which would be wrong then",
+      klv.offset, source.name(), klv.key.toString(), partition);
 }
 
 }  // namespace Vantor::MXF

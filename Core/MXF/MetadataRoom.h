@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/SeekableSource.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Types.h"
@@ -24,20 +24,20 @@ struct MetadataRoom {
 /// @return none when the partition has no header metadata.
 /// @throws Exceptions::ParseError with the offset when HeaderByteCount cannot be trusted with a change: it does not end
 /// between two KLVs of this partition, takes in what is no header metadata, or sets follow behind it; or when it is not
-/// a primer pack that stands at the start. Exceptions::IOError when KLVs before the essence say where others stand in
-/// the file, so that they would be wrong after a change: the object directory of OP-Atom files of one manufacturer.
-std::optional<MetadataRoom> findMetadataRoom(DataIO::File::FileDataSource& source, const FileStructure& structure,
+/// a primer pack that stands at the start. Exceptions::IOError when KLVs before the essence hold offsets of others,
+/// which a change would leave wrong: the object directory of OP-Atom files of one manufacturer.
+std::optional<MetadataRoom> findMetadataRoom(DataIO::SeekableSource& source, const FileStructure& structure,
                                              std::size_t number);
 
 /// The same without the fill at its end, however much that is.
-MetadataRoom withoutFill(DataIO::File::FileDataSource& source, const MetadataRoom& room);
+MetadataRoom withoutFill(DataIO::SeekableSource& source, const MetadataRoom& room);
 
 /// Whether the same bytes stand in two rooms. Reads them in small pieces.
-bool haveSameBytes(DataIO::File::FileDataSource& source, const MetadataRoom& left, const MetadataRoom& right);
+bool haveSameBytes(DataIO::SeekableSource& source, const MetadataRoom& left, const MetadataRoom& right);
 
-/// Has nothing against a KLV that does not say where others stand in the file; see findMetadataRoom().
-/// @param partition  the number of its partition, for the message.
-/// @throws Exceptions::IOError with the offset when it does.
-void refuseDirectory(const DataIO::File::FileDataSource& source, const KLVHeader& klv, std::size_t partition);
+/// Refuses KLVs that hold offsets of others; see findMetadataRoom().
+/// @param partition  the number of the KLV's partition, for the message.
+/// @throws Exceptions::IOError with the KLV's offset.
+void refuseDirectory(const DataIO::SeekableSource& source, const KLVHeader& klv, std::size_t partition);
 
 }  // namespace Vantor::MXF

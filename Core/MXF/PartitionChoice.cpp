@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
@@ -13,9 +13,8 @@ PartitionChoice PartitionChoice::parse(std::string_view text) {
   const char* const end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, parsed);
   if (error == std::errc() && stop == end) return number(parsed);
-  throw Exceptions::InvalidFormat(
-      "'" + std::string(text) + "' names no partition: expected 'header', 'footer' or a number from 0",
-      "Core/MXF/PartitionChoice", __LINE__);
+  Exceptions::raise<Exceptions::InvalidFormat>(
+      "'{}' names no partition: expected 'header', 'footer' or a number from 0", text);
 }
 
 std::string PartitionChoice::text() const {

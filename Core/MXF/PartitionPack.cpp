@@ -1,64 +1,48 @@
 #include "Core/MXF/PartitionPack.h"
 
-#include <string>
+#include <type_traits>
 
 #include "Core/DataIO/Memory.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/KLV/CollectionHeader.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
 namespace {
 
-using DataIO::readBigEndian;
-using DataIO::Memory::MemoryDataSource;
-
-Types::UniversalLabel readLabel(MemoryDataSource& source) {
-  uint8 bytes[KLV::Key::kSize];
-  source.read(bytes, sizeof bytes);
-  return Types::UniversalLabel(bytes);
-}
-
-void requireItems(uint32 count, uint32 itemSize, const MemoryDataSource& source) {
-  const uint64 expected = uint64{count} * KLV::Key::kSize;
-  if (source.remaining() == expected && (count == 0 || itemSize == KLV::Key::kSize)) return;
-  throw Exceptions::ParseError(DataIO::atOffset(source.position()) +
-                                   "expected a partition pack's essence containers, 16 bytes each, found a count of " +
-                                   std::to_string(count) + ", an item size of " + std::to_string(itemSize) + " and " +
-                                   std::to_string(source.remaining()) + " bytes",
-                               "Core/MXF/PartitionPack", __LINE__);
-}
-
-std::vector<Types::UniversalLabel> readEssenceContainers(MemoryDataSource& source) {
-  const auto count = readBigEndian<uint32>(source);
-  const auto itemSize = readBigEndian<uint32>(source);
-  requireItems(count, itemSize, source);
-  std::vector<Types::UniversalLabel> labels;
-  labels.reserve(count);
-  while (source.remaining() != 0) labels.push_back(readLabel(source));
-  return labels;
+void requireItems(const KLV::CollectionHeader& batch, const DataIO::DataSource& source) {
+  const uint64 expected = uint64{batch.count} * KLV::Key::kSize;
+  if (source.remaining() == expected && (batch.count == 0 || batch.itemSize == KLV::Key::kSize)) return;
+  Exceptions::raise<Exceptions::ParseError>(
+      "at byte offset {}: expected a partition pack's essence containers, 16 bytes each, found a count of {}, an item "
+      "size of {} and {} bytes",
+      source.position(), batch.count, batch.itemSize, source.remaining());
 }
 
 }  // namespace
 
-PartitionPack readPartitionPack(const KLV::Key& key, const uint8* value, std::size_t size, uint64 origin) {
-  MemoryDataSource source(value, size, false, origin);
+PartitionPack PartitionPack::parse(const KLV::Key& key, const uint8* value, std::size_t size, uint64 origin) {
+  DataIO::Memory::MemoryDataSource source(value, size, false, origin);
   PartitionPack pack;
   pack.kind = KLV::partitionKind(key);
   pack.status = KLV::partitionStatus(key);
-  pack.majorVersion = readBigEndian<uint16>(source);
-  pack.minorVersion = readBigEndian<uint16>(source);
-  pack.kagSize = readBigEndian<uint32>(source);
-  pack.thisPartition = readBigEndian<uint64>(source);
-  pack.previousPartition = readBigEndian<uint64>(source);
-  pack.footerPartition = readBigEndian<uint64>(source);
-  pack.headerByteCount = readBigEndian<uint64>(source);
-  pack.indexByteCount = readBigEndian<uint64>(source);
-  pack.indexSID = readBigEndian<uint32>(source);
-  pack.bodyOffset = readBigEndian<uint64>(source);
-  pack.bodySID = readBigEndian<uint32>(source);
-  pack.operationalPattern = readLabel(source);
-  pack.essenceContainers = readEssenceContainers(source);
+  forEachNumber(
+      pack, [&](auto& number) { number = DataIO::readBigEndian<std::remove_reference_t<decltype(number)>>(source); });
+  pack.operationalPattern = Types::UniversalLabel(KLV::Key::read(source));
+  const auto batch = KLV::CollectionHeader::parse(source);
+  requireItems(batch, source);
+  pack.essenceContainerSize = batch.itemSize;
+  pack.essenceContainers.reserve(batch.count);
+  while (source.remaining() != 0) pack.essenceContainers.emplace_back(KLV::Key::read(source));
   return pack;
+}
+
+void PartitionPack::render(DataIO::DataSink& sink) const {
+  forEachNumber(*this,
+                [&](const auto& number) { DataIO::writeBigEndian<std::decay_t<decltype(number)>>(sink, number); });
+  sink.write(operationalPattern.rawBuffer(), Types::UniversalLabel::kSize);
+  KLV::CollectionHeader{static_cast<uint32>(essenceContainers.size()), essenceContainerSize}.render(sink);
+  for (const auto& label : essenceContainers) sink.write(label.rawBuffer(), Types::UniversalLabel::kSize);
 }
 
 }  // namespace Vantor::MXF

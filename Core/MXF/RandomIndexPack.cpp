@@ -4,19 +4,21 @@
 
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/KLVHeader.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
 namespace {
 
 using DataIO::readBigEndian;
-using DataIO::File::FileDataSource;
+using DataIO::SeekableSource;
+using Exceptions::ParseError;
+using Exceptions::raise;
 
 constexpr uint64 kEntrySize = 12;         // a 32-bit BodySID and a 64-bit offset
 constexpr uint64 kOverallLengthSize = 4;  // of the whole pack, key included; the last bytes of the file
 
-std::optional<KLVHeader> findPack(FileDataSource& source) {
+std::optional<KLVHeader> findPack(SeekableSource& source) {
   if (source.size() < kOverallLengthSize) return std::nullopt;
   source.seek(source.size() - kOverallLengthSize);
   const auto packSize = readBigEndian<uint32>(source);
@@ -26,12 +28,12 @@ std::optional<KLVHeader> findPack(FileDataSource& source) {
   return readKLVHeader(source);
 }
 
-bool fillsItsPlace(const KLVHeader& pack, const FileDataSource& source) {
+bool fillsItsPlace(const KLVHeader& pack, const SeekableSource& source) {
   return pack.length.value == source.size() - pack.valueOffset && pack.length.value % kEntrySize == kOverallLengthSize;
 }
 
 /// Entry by entry, so that a length that is a lie allocates nothing.
-std::vector<uint64> readEntries(const KLVHeader& pack, FileDataSource& source, uint64 runIn) {
+std::vector<uint64> readEntries(const KLVHeader& pack, SeekableSource& source, uint64 runIn) {
   std::vector<uint64> offsets;
   while (source.remaining() > kOverallLengthSize) {
     source.skip(sizeof(uint32));
@@ -43,16 +45,12 @@ std::vector<uint64> readEntries(const KLVHeader& pack, FileDataSource& source, u
   return offsets;
 }
 
-[[noreturn]] void throwParseError(uint64 offset, const std::string& message, int line) {
-  throw Exceptions::ParseError(DataIO::atOffset(offset) + message, "Core/MXF/RandomIndexPack", line);
-}
-
 /// The pack at the end, or none, whatever is there.
-std::optional<KLVHeader> findSoundPack(FileDataSource& source) {
+std::optional<KLVHeader> findSoundPack(SeekableSource& source) {
   try {
     const auto pack = findPack(source);
     if (pack && fillsItsPlace(*pack, source)) return pack;
-  } catch (const Exceptions::ParseError&) {
+  } catch (const ParseError&) {
     // What looks like a pack and cannot be read is as good as none: there are other ways to the partitions.
   }
   return std::nullopt;
@@ -60,28 +58,31 @@ std::optional<KLVHeader> findSoundPack(FileDataSource& source) {
 
 void requireLength(const KLVHeader& pack) {
   if (pack.length.value % kEntrySize == kOverallLengthSize) return;
-  throwParseError(pack.offset,
-                  "expected a random index pack, found one of " + std::to_string(pack.length.value) + " bytes",
-                  __LINE__);
+  raise<ParseError>("at byte offset {}: expected a random index pack, found one of {} bytes", pack.offset,
+                    pack.length.value);
 }
 
 }  // namespace
 
-std::vector<uint64> readRandomIndexPack(FileDataSource& source, uint64 runIn) {
+std::vector<uint64> readRandomIndexPack(SeekableSource& source, uint64 runIn) {
   const auto pack = findSoundPack(source);
   return pack ? readEntries(*pack, source, runIn) : std::vector<uint64>();
 }
 
-std::optional<KLVHeader> findRandomIndexPack(FileDataSource& source, uint64 lastPackEnd) {
+std::optional<KLVHeader> findRandomIndexPack(SeekableSource& source, uint64 lastPackEnd) {
   if (auto pack = findSoundPack(source)) return pack;
   std::optional<KLVHeader> pack;
   source.seek(lastPackEnd);
   while (source.remaining() != 0 && peekKey(source) != KLV::Key()) {
     const KLVHeader klv = readKLVHeader(source);
-    if (!valueFits(klv, source)) throwParseError(klv.offset, "expected a KLV, found one that is cut off", __LINE__);
-    if (KLV::isPartitionPack(klv.key)) throwParseError(klv.offset, "found a partition pack that none names", __LINE__);
+    if (!valueFits(klv, source)) {
+      raise<ParseError>("at byte offset {}: expected a KLV, found one that is cut off", klv.offset);
+    }
+    if (KLV::isPartitionPack(klv.key)) {
+      raise<ParseError>("at byte offset {}: found a partition pack that none names", klv.offset);
+    }
     if (KLV::isRandomIndexPack(klv.key)) {
-      if (pack) throwParseError(klv.offset, "found a second random index pack", __LINE__);
+      if (pack) raise<ParseError>("at byte offset {}: found a second random index pack", klv.offset);
       requireLength(pack.emplace(klv));
     }
     skipValue(klv, source);
@@ -89,7 +90,7 @@ std::optional<KLVHeader> findRandomIndexPack(FileDataSource& source, uint64 last
   return pack;
 }
 
-void readRandomIndexEntries(FileDataSource& source, const KLVHeader& pack,
+void readRandomIndexEntries(SeekableSource& source, const KLVHeader& pack,
                             const std::function<void(uint32 bodySID, uint64 offset)>& take) {
   source.seek(pack.valueOffset);
   for (uint64 left = pack.length.value / kEntrySize; left != 0; --left) {

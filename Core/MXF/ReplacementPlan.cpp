@@ -1,49 +1,38 @@
 #include "Core/MXF/ReplacementPlan.h"
 
 #include <algorithm>
-#include <string>
 
 #include "Core/DataIO/Memory.h"
-#include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/Fill.h"
 #include "Core/MXF/HeaderMetadataKeys.h"
+#include "Core/MXF/KLVHeader.h"
 #include "Core/MXF/ReplacementSafety.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
 namespace {
 
-using DataIO::File::FileDataSource;
-
-constexpr const char* kSourceName = "Core/MXF/ReplacementPlan";
-
-[[noreturn]] void throwInvalid(std::size_t partition, const std::string& message, int line) {
-  throw Exceptions::InvalidFormat(
-      "the header metadata of partition " + std::to_string(partition) + " cannot be replaced: " + message, kSourceName,
-      line);
-}
-
-KLV::Key readKey(DataIO::DataSource& source) {
-  uint8 octets[KLV::Key::kSize];
-  source.read(octets, sizeof octets);
-  return KLV::Key(octets);
-}
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
 
 /// The bytes as a reader of the file will go through them.
 void requireKLVs(const MetadataReplacement& replacement) {
   DataIO::Memory::MemoryDataSource source(replacement.bytes->data(), replacement.bytes->size());
-  if (!KLV::isPrimerPack(readKey(source)))
-    throwInvalid(replacement.partition, "the new ones have no primer pack", __LINE__);
-  source.skip(KLV::readBERLength(source).value);
-  while (source.remaining() != 0) {
-    const uint64 offset = source.position();
-    if (endsHeaderMetadata(readKey(source))) {
-      throwInvalid(replacement.partition,
-                   "byte " + std::to_string(offset) + " of the new ones has a key of another part of MXF", __LINE__);
+  for (bool isFirst = true; isFirst || source.remaining() != 0; isFirst = false) {
+    const KLVHeader klv = readKLVHeader(source);
+    if (isFirst && !KLV::isPrimerPack(klv.key)) {
+      raise<InvalidFormat>("the header metadata of partition {} cannot be replaced: the new ones have no primer pack",
+                           replacement.partition);
     }
-    source.skip(KLV::readBERLength(source).value);
+    if (endsHeaderMetadata(klv.key)) {
+      raise<InvalidFormat>(
+          "the header metadata of partition {} cannot be replaced: byte {} of the new ones has a key of another part "
+          "of MXF",
+          replacement.partition, klv.offset);
+    }
+    source.skip(klv.length.value);
   }
 }
 
@@ -51,17 +40,21 @@ void requireMetadata(const MetadataReplacement& replacement) {
   try {
     requireKLVs(replacement);
   } catch (const Exceptions::ParseError& error) {
-    throwInvalid(replacement.partition, "the new ones are no KLVs: " + error.message(), __LINE__);
+    raise<InvalidFormat>("the header metadata of partition {} cannot be replaced: the new ones are no KLVs: {}",
+                         replacement.partition, error.message());
   }
 }
 
 PlannedReplacement plan(const std::vector<std::optional<MetadataRoom>>& rooms, const MetadataReplacement& replacement) {
   if (replacement.partition >= rooms.size()) {
-    throwInvalid(replacement.partition, "the file has " + std::to_string(rooms.size()) + " partitions, counted from 0",
-                 __LINE__);
+    raise<InvalidFormat>(
+        "the header metadata of partition {} cannot be replaced: the file has {} partitions, counted from 0",
+        replacement.partition, rooms.size());
   }
   const auto& room = rooms[replacement.partition];
-  if (!room) throwInvalid(replacement.partition, "it has none", __LINE__);
+  if (!room) {
+    raise<InvalidFormat>("the header metadata of partition {} cannot be replaced: it has none", replacement.partition);
+  }
   return {replacement.partition, *room, replacement.bytes.get()};
 }
 
@@ -69,7 +62,7 @@ PlannedReplacement plan(const std::vector<std::optional<MetadataRoom>>& rooms, c
 
 bool PlannedReplacement::fits() const { return bytes->size() <= room.size && canFill(room.size - bytes->size()); }
 
-std::vector<PlannedReplacement> planReplacements(FileDataSource& source, const FileStructure& structure,
+std::vector<PlannedReplacement> planReplacements(DataIO::SeekableSource& source, const FileStructure& structure,
                                                  const MetadataReplacements& replacements) {
   const auto rooms = refuseUnsafe(source, structure);
   std::vector<PlannedReplacement> planned;
@@ -83,7 +76,8 @@ std::vector<PlannedReplacement> planReplacements(FileDataSource& source, const F
     return left.partition < right.partition;
   });
   for (std::size_t i = 1; i < planned.size(); ++i) {
-    if (planned[i].partition == planned[i - 1].partition) throwInvalid(planned[i].partition, "twice", __LINE__);
+    if (planned[i].partition != planned[i - 1].partition) continue;
+    raise<InvalidFormat>("the header metadata of partition {} cannot be replaced: twice", planned[i].partition);
   }
   return planned;
 }
@@ -91,10 +85,9 @@ std::vector<PlannedReplacement> planReplacements(FileDataSource& source, const F
 uint64 sizeInCopy(const PlannedReplacement& replacement, uint32 kagSize) {
   if (replacement.fits()) return replacement.room.size;
   if (kagSize > kMaxKAGSize) {
-    throw Exceptions::InvalidLength("partition " + std::to_string(replacement.partition) +
-                                        " cannot be padded to a KAG of " + std::to_string(kagSize) +
-                                        " bytes; more than " + std::to_string(kMaxKAGSize) + " are taken for damage",
-                                    kSourceName, __LINE__);
+    raise<Exceptions::InvalidLength>(
+        "partition {} cannot be padded to a KAG of {} bytes; more than {} are taken for damage", replacement.partition,
+        kagSize, kMaxKAGSize);
   }
   const uint64 step = std::max<uint32>(kagSize, 1);
   const uint64 needed = replacement.bytes->size();

@@ -23,7 +23,7 @@ struct PlannedReplacement {
 /// @throws Exceptions::InvalidFormat naming the partition when there is none with its number, or it has no header
 /// metadata or two replacements; or when a replacement's bytes are not whole KLVs of header metadata, a primer pack
 /// first. Also what refuseUnsafe() throws.
-std::vector<PlannedReplacement> planReplacements(DataIO::File::FileDataSource& source, const FileStructure& structure,
+std::vector<PlannedReplacement> planReplacements(DataIO::SeekableSource& source, const FileStructure& structure,
                                                  const MetadataReplacements& replacements);
 
 /// How many bytes header metadata with the fill behind them take in a copy of the file: their old room where they fit,

@@ -1,94 +1,84 @@
 #include "Core/MXF/ReplacementSafety.h"
 
-#include <string>
-
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/KLVHeader.h"
 #include "Core/MXF/RandomIndexPack.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
 
 namespace {
 
-using DataIO::File::FileDataSource;
-
-constexpr const char* kSourceName = "Core/MXF/ReplacementSafety";
-
-[[noreturn]] void throwParseError(uint64 offset, const std::string& message, int line) {
-  throw Exceptions::ParseError(DataIO::atOffset(offset) + message, kSourceName, line);
-}
+using DataIO::SeekableSource;
+using Exceptions::ParseError;
+using Exceptions::raise;
 
 void requireEveryByte(const FileStructure& structure) {
   for (std::size_t i = 0; i < structure.partitions.size(); ++i) {
     if (!structure.partitions[i].damaged) continue;
-    throwParseError(structure.partitions[i].offset, "the pack of partition " + std::to_string(i) + " cannot be read",
-                    __LINE__);
+    raise<ParseError>("at byte offset {}: the pack of partition {} cannot be read", structure.partitions[i].offset, i);
   }
   if (structure.end != structure.fileSize) {
-    throwParseError(structure.end, "the file cannot be followed to its end, so that partitions may be missing",
-                    __LINE__);
+    raise<ParseError>("at byte offset {}: the file cannot be followed to its end, so that partitions may be missing",
+                      structure.end);
   }
 }
 
-void requireFooter(const FileDataSource& source, const FileStructure& structure) {
+void requireFooter(const SeekableSource& source, const FileStructure& structure) {
   const PartitionInfo& header = structure.partitions.front();
   const PartitionInfo& last = structure.partitions.back();
   const bool hasFooter = last.pack.kind == KLV::PartitionKind::kFooter;
   const uint64 named = header.pack.footerPartition;
   if (named != 0 && !(hasFooter && structure.runIn + named == last.offset)) {
-    throwParseError(header.offset,
-                    "the header partition names a footer partition at " + std::to_string(structure.runIn + named) +
-                        ", where the file, which has " + std::to_string(structure.fileSize) + " bytes, has none",
-                    __LINE__);
+    raise<ParseError>(
+        "at byte offset {}: the header partition names a footer partition at {}, where the file, which has {} bytes, "
+        "has none",
+        header.offset, structure.runIn + named, structure.fileSize);
   }
   if (hasFooter || KLV::isClosed(header.pack.status)) return;
-  throw DataIO::File::ioError(
-      "cannot replace header metadata in", source.path(),
-      "its header partition is open and it has no footer partition, so that its writer is still "
-      "at work, or never came to an end",
-      kSourceName, __LINE__);
+  raise<Exceptions::IOError>(
+      "cannot replace header metadata in '{}': its header partition is open and it has no footer partition, so that "
+      "its writer is still at work, or never came to an end",
+      source.name());
 }
 
-void requireIndexedPartitions(FileDataSource& source, const FileStructure& structure) {
+void requireIndexedPartitions(SeekableSource& source, const FileStructure& structure) {
   const auto pack = findRandomIndexPack(source, structure.partitions.back().packEnd);
   if (!pack) return;
   readRandomIndexEntries(source, *pack, [&](uint32, uint64 offset) {
     if (partitionAt(structure, structure.runIn + offset)) return;
-    throwParseError(pack->offset,
-                    "the random index pack lists a partition at " + std::to_string(offset) + ", where none is",
-                    __LINE__);
+    raise<ParseError>("at byte offset {}: the random index pack lists a partition at {}, where none is", pack->offset,
+                      offset);
   });
 }
 
-void requireKnown(const FileDataSource& source, const KLVHeader& klv, std::size_t partition) {
+void requireKnown(const SeekableSource& source, const KLVHeader& klv, std::size_t partition) {
   if (KLV::isPartitionPack(klv.key)) {
-    throwParseError(klv.offset,
-                    "a partition pack stands in partition " + std::to_string(partition) +
-                        " that the file does not list, and what it says would be wrong in a file that is written anew",
-                    __LINE__);
+    raise<ParseError>(
+        "at byte offset {}: a partition pack stands in partition {} that the file does not list, and what it says "
+        "would "
+        "be wrong in a file that is written anew",
+        klv.offset, partition);
   }
   if (KLV::isRandomIndexPack(klv.key)) {
-    throwParseError(
-        klv.offset,
-        "a random index pack stands in partition " + std::to_string(partition) + ", and another one behind it",
-        __LINE__);
+    raise<ParseError>("at byte offset {}: a random index pack stands in partition {}, and another one behind it",
+                      klv.offset, partition);
   }
   refuseDirectory(source, klv, partition);
 }
 
 /// Goes from KLV to KLV of a partition.
 /// @param mayEndEarly  with zeros.
-void requireKnown(FileDataSource& source, std::size_t partition, uint64 end, bool mayEndEarly) {
+void requireKnown(SeekableSource& source, std::size_t partition, uint64 end, bool mayEndEarly) {
   while (source.position() < end) {
     if (mayEndEarly && peekKey(source) == KLV::Key()) return;
     const KLVHeader klv = readKLVHeader(source);
     const bool isWhole = klv.valueOffset <= end && klv.length.value <= end - klv.valueOffset;
     if (klv.key == KLV::Key() || !isWhole) {
-      throwParseError(klv.offset,
-                      "expected a KLV in partition " + std::to_string(partition) + ", which ends at " +
-                          std::to_string(end) + "; what cannot be followed may hide a partition",
-                      __LINE__);
+      raise<ParseError>(
+          "at byte offset {}: expected a KLV in partition {}, which ends at {}; what cannot be followed may hide a "
+          "partition",
+          klv.offset, partition, end);
     }
     requireKnown(source, klv, partition);
     skipValue(klv, source);
@@ -97,7 +87,7 @@ void requireKnown(FileDataSource& source, std::size_t partition, uint64 end, boo
 
 }  // namespace
 
-std::vector<std::optional<MetadataRoom>> refuseUnsafe(FileDataSource& source, const FileStructure& structure) {
+std::vector<std::optional<MetadataRoom>> refuseUnsafe(SeekableSource& source, const FileStructure& structure) {
   requireEveryByte(structure);
   requireFooter(source, structure);
   std::vector<std::optional<MetadataRoom>> rooms;
@@ -106,7 +96,7 @@ std::vector<std::optional<MetadataRoom>> refuseUnsafe(FileDataSource& source, co
   return rooms;
 }
 
-void refuseUnlisted(FileDataSource& source, const FileStructure& structure) {
+void refuseUnlisted(SeekableSource& source, const FileStructure& structure) {
   const auto& partitions = structure.partitions;
   const auto randomIndexPack = findRandomIndexPack(source, partitions.back().packEnd);
   for (std::size_t i = 0; i < partitions.size(); ++i) {

@@ -17,18 +17,17 @@ namespace Vantor::MXF {
 /// missing; files with a partition for which findMetadataRoom() throws.
 /// @return what findMetadataRoom() finds for each partition.
 /// @throws Exceptions::ParseError with the offset of the damage, or Exceptions::IOError with the reason and the path.
-std::vector<std::optional<MetadataRoom>> refuseUnsafe(DataIO::File::FileDataSource& source,
-                                                      const FileStructure& structure);
+std::vector<std::optional<MetadataRoom>> refuseUnsafe(DataIO::SeekableSource& source, const FileStructure& structure);
 
-/// Finds out whether anything in the file can move without being left wrong, which asks for more: no KLV may say where
-/// something stands that is not known. Refused are: files with a partition pack, or a random index pack, that is not
+/// Finds out whether anything in the file can move without being left wrong, which asks for more: no KLV may hold an
+/// offset that nobody knows to update. Refused are: files with a partition pack, or a random index pack, that is not
 /// the structure's, such as one that the random index pack and the links leave out; files with bytes between the
-/// partitions that cannot be followed, so that such packs may be among them; files where KLVs anywhere say where sets
-/// stand, as in findMetadataRoom().
+/// partitions that cannot be followed, so that such packs may be among them; files where KLVs anywhere hold offsets of
+/// sets, as in findMetadataRoom().
 ///
 /// Reads key and length of every KLV, of which large files have a million: some seconds, where the system has none of
 /// the file in memory.
 /// @throws as refuseUnsafe(), which is not called.
-void refuseUnlisted(DataIO::File::FileDataSource& source, const FileStructure& structure);
+void refuseUnlisted(DataIO::SeekableSource& source, const FileStructure& structure);
 
 }  // namespace Vantor::MXF

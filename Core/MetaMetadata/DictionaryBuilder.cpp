@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "Core/KLV/Keys.h"
 #include "Core/MetaMetadata/LabelHash.h"
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Raise.h"
@@ -17,9 +18,7 @@ namespace {
 using Exceptions::InvalidFormat;
 using Exceptions::raise;
 
-constexpr std::size_t kCodingOctet = 5;  // octet 6, counted from zero
 constexpr uint8 kAnyCoding = 0x7f;
-constexpr uint8 kLocalSetCoding = 0x53;  // 2-byte local tags, 2-byte lengths (ST 336)
 
 SharedPtr<const ExtensionAttributes> sharedNames(const XMLNamespace& names) {
   auto attributes = std::make_shared<ExtensionAttributes>();
@@ -133,14 +132,14 @@ void DictionaryBuilder::addSet(std::string_view key, std::string_view symbol, st
 void DictionaryBuilder::addSet(const KLV::Key& key, std::string_view symbol, std::string_view parent, bool isConcrete,
                                const ExtensionAttributes& extensionAttributes) {
   auto& dictionary = *state_->dictionary;
-  std::array<uint8, KLV::Key::kSize> octets{};
-  std::copy_n(key.rawBuffer(), octets.size(), octets.begin());
-  if (octets[kCodingOctet] == kAnyCoding) octets[kCodingOctet] = kLocalSetCoding;
+  constexpr auto kWritten = static_cast<uint8>(KLV::LocalSetCoding::kTwoByteLengths);
+  const bool isOpen = key.octet(KLV::Key::kCodingOctet) == kAnyCoding;
+  const KLV::Key written = isOpen ? key.withOctet(KLV::Key::kCodingOctet, kWritten) : key;
 
-  dictionary.setsByKey_.insert(groupIdentity(octets.data()).hash(), sizeOf(dictionary.sets_));
+  dictionary.setsByKey_.insert(groupIdentity(written.rawBuffer()).hash(), sizeOf(dictionary.sets_));
   dictionary.setsBySymbol_.insert(hashOfText(symbol), sizeOf(dictionary.sets_));
   dictionary.ownedSets_.emplace_back(
-      new MetaMetadataSet(dictionary, KLV::Key(octets), std::string(symbol), isConcrete,
+      new MetaMetadataSet(dictionary, written, std::string(symbol), isConcrete,
                           withDefaults(state_->setNames, tagNameOf(symbol, extensionAttributes), extensionAttributes)));
   dictionary.sets_.push_back(dictionary.ownedSets_.back().get());
   state_->sets.push_back({std::string(parent), state_->attributes.size(), false});

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor::MetaMetadata {
@@ -9,16 +10,6 @@ namespace Vantor::MetaMetadata {
 namespace {
 
 constexpr std::string_view kURN = "urn:smpte:ul:";
-
-// A table, because a key's digits are beyond any branch prediction and a start of the process reads thousands of keys.
-constexpr std::array<int8, 256> digitValues() {
-  std::array<int8, 256> values{};
-  for (auto& value : values) value = -1;
-  for (int8 i = 0; i < 10; ++i) values['0' + i] = i;
-  for (int8 i = 0; i < 6; ++i) values['a' + i] = values['A' + i] = static_cast<int8>(10 + i);
-  return values;
-}
-constexpr auto kDigitValues = digitValues();
 
 }  // namespace
 
@@ -29,7 +20,7 @@ std::optional<KLV::Key> parseRegisterKey(std::string_view text) {
   for (auto& octet : octets) {
     if (at < text.size() && text[at] == '.') ++at;
     if (at + 2 > text.size()) return std::nullopt;
-    const int value = kDigitValues[static_cast<uint8>(text[at])] * 16 | kDigitValues[static_cast<uint8>(text[at + 1])];
+    const int value = Platform::hexOctet(static_cast<uint8>(text[at]), static_cast<uint8>(text[at + 1]));
     if (value < 0) return std::nullopt;
     octet = static_cast<uint8>(value);
     at += 2;
@@ -44,12 +35,10 @@ KLV::Key registerKey(std::string_view text) {
 }
 
 std::string registerText(const KLV::Key& key) {
-  static constexpr char kDigits[] = "0123456789abcdef";
   std::string text;
   text.reserve(2 * KLV::Key::kSize + 3);
   for (std::size_t n = 1; n <= KLV::Key::kSize; ++n) {
-    text += kDigits[key.octet(n) >> 4];
-    text += kDigits[key.octet(n) & 0x0f];
+    Platform::appendHex(text, key.octet(n), Platform::DigitCase::kLower);
     if (n % 4 == 0 && n != KLV::Key::kSize) text += '.';
   }
   return text;

@@ -19,7 +19,6 @@ namespace Vantor {
 namespace {
 
 constexpr std::size_t kLargestTwoByteLength = 0xFFFF;
-constexpr std::size_t kCodingOctet = 6;
 
 const Types::UniversalLabel& labelOf(const Element& element) { return element.metaAttribute().metaElement()->key(); }
 
@@ -33,16 +32,11 @@ KLV::LocalSetCoding codingFor(const KLV::Key& key, const std::vector<const Eleme
   const bool tooLarge = std::any_of(elements.begin(), elements.end(), [](const Element* element) {
     return sizeOnWire(*element) > kLargestTwoByteLength;
   });
-  const auto berLengths = static_cast<uint8>(KLV::LocalSetCoding::kBERLengths);
-  return tooLarge || key.octet(kCodingOctet) == berLengths ? KLV::LocalSetCoding::kBERLengths
-                                                           : KLV::LocalSetCoding::kTwoByteLengths;
+  return tooLarge || KLV::hasBERLengths(key) ? KLV::LocalSetCoding::kBERLengths : KLV::LocalSetCoding::kTwoByteLengths;
 }
 
 KLV::Key codedKey(const KLV::Key& key, KLV::LocalSetCoding coding) {
-  std::array<uint8, KLV::Key::kSize> octets{};
-  std::copy_n(key.rawBuffer(), octets.size(), octets.begin());
-  octets[kCodingOctet - 1] = static_cast<uint8>(coding);
-  return KLV::Key(octets);
+  return key.withOctet(KLV::Key::kCodingOctet, static_cast<uint8>(coding));
 }
 
 /// Tells the local tag of a property that was not read from a file.

@@ -9,15 +9,10 @@ namespace Vantor {
 namespace {
 
 constexpr std::size_t kMostUnlistedTags = 256;  // so that labels find tags, too
-constexpr uint32 kFirstDynamicTag = 0x8000;     // ST 377-1: 0x8000 to 0xFFFF are allocated by the primer alone
+constexpr uint32 kFirstDynamicTag = Types::LocalTag::kFirstDynamic;
 
-/// Octet 8 of a label is its version; two versions of a label are one property.
-KLV::Key versionless(const KLV::Key& label) {
-  std::array<uint8, KLV::Key::kSize> octets{};
-  std::copy_n(label.rawBuffer(), octets.size(), octets.begin());
-  octets[7] = 0;
-  return KLV::Key(octets);
-}
+/// Two versions of a label are one property.
+KLV::Key versionless(const KLV::Key& label) { return label.withOctet(KLV::Key::kVersionOctet, 0); }
 
 }  // namespace
 

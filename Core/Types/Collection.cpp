@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Core/DataIO/BigEndian.h"
+#include "Core/KLV/CollectionHeader.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
 
@@ -15,7 +15,7 @@ using Exceptions::InvalidLength;
 using Exceptions::raise;
 using Items = Templates::vector<auto_ptr<SimpleDataType>>;
 
-constexpr std::size_t kHeaderSize = 2 * sizeof(uint32);
+constexpr std::size_t kHeaderSize = KLV::CollectionHeader::kSize;
 
 Items cloneAll(const Items& items) {
   Items clones;
@@ -94,10 +94,10 @@ bool Collection::hasSameValue(const SimpleDataType& other) const {
 
 bool Collection::readFrom(Identifiers::Identifier itemType, const uint8* bytes, std::size_t size) {
   if (size < kHeaderSize) return false;
-  const auto count = DataIO::readBigEndian<uint32>(bytes);
-  itemSize_ = DataIO::readBigEndian<uint32>(bytes + sizeof(uint32));
-  if (uint64{count} * itemSize_ != size - kHeaderSize || (count != 0 && itemSize_ == 0)) return false;
-  items_.reserve(count);
+  const auto header = KLV::CollectionHeader::parse(bytes);
+  itemSize_ = header.itemSize;
+  if (header.size() != size - kHeaderSize || (header.count != 0 && itemSize_ == 0)) return false;
+  items_.reserve(header.count);
   for (const uint8* item = bytes + kHeaderSize; item != bytes + size; item += itemSize_) {
     items_.push_back(Factories::fromBytes(itemType, item, itemSize_));
     if (items_.back() == nullptr) return false;
@@ -106,9 +106,6 @@ bool Collection::readFrom(Identifiers::Identifier itemType, const uint8* bytes, 
   return true;
 }
 
-void Collection::writeHeader() {
-  DataIO::writeBigEndian<uint32>(octets_.data(), size());
-  DataIO::writeBigEndian<uint32>(octets_.data() + sizeof(uint32), itemSize_);
-}
+void Collection::writeHeader() { KLV::CollectionHeader{size(), itemSize_}.render(octets_.data()); }
 
 }  // namespace Vantor::Types

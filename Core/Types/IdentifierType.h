@@ -34,7 +34,7 @@ class IdentifierType : public FixedSizeType<Derived> {
       : IdentifierType(Platform::utf16ToWstring(text), form) {}
   IdentifierType(const wstring& text, StringRepresentationEncodingType) {
     if (Derived::parseText(text, this->octets_.data())) return;
-    KLV::throwInvalidText(text, Identifiers::name(Derived::kIdentifier), "Core/Types/IdentifierType", __LINE__);
+    KLV::raiseInvalidText(text, Identifiers::name(Derived::kIdentifier));
   }
 
   virtual wstring toString(StringRepresentationEncodingType form = kDottedForm) const {

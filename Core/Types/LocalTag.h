@@ -11,6 +11,9 @@ namespace Vantor::Types {
 /// read too.
 class LocalTag final : public IdentifierType<LocalTag> {
  public:
+  /// Tags from here on are given per partition by its primer pack; those below are registered for good (ST 377-1).
+  static constexpr uint16 kFirstDynamic = 0x8000;
+
   using IdentifierType::IdentifierType;
   /// A template so that a literal 0 is a number and not a null pointer.
   template <class Integer, class = std::enable_if_t<std::is_integral_v<Integer>>>
@@ -19,9 +22,7 @@ class LocalTag final : public IdentifierType<LocalTag> {
   }
 
   uint16 value() const { return DataIO::readBigEndian<uint16>(octets_.data()); }
-  /// Whether the tag is registered for good, below 0x8000; other tags are given per partition by its primer pack
-  /// (ST 377-1).
-  bool isStaticLocalTag() const { return value() < 0x8000; }
+  bool isStaticLocalTag() const { return value() < kFirstDynamic; }
 
   static wstring formatText(const uint8* octets, StringRepresentationEncodingType form);
   static bool parseText(std::u16string_view text, uint8* octets);

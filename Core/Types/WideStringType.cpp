@@ -69,7 +69,7 @@ WideString::WideString(const wstring& text, Coding coding, const char* type)
   try {
     octets_ = toUTF8(begin, end);
   } catch (const utf8::invalid_utf16&) {
-    KLV::throwInvalidText(text, type, "Core/Types/WideStringType", __LINE__);
+    KLV::raiseInvalidText(text, type);
   }
   if (coding == Coding::kUTF16BigEndian) octets_ = toBigEndian(begin, end);
   requireEncodable(octets_.size());

@@ -117,7 +117,7 @@ TEST_F(FileTest, WritesNothingWhenNothingIsEdited) {
 
 TEST_F(FileTest, EditsAFileInMemory) {
   const std::string bytes = contents(kSample);
-  DataIO::Memory::MemoryDataSource source(reinterpret_cast<const uint8*>(bytes.data()), bytes.size());
+  DataIO::Memory::MemoryFile source(reinterpret_cast<const uint8*>(bytes.data()), bytes.size());
   File file(source, builtInDictionary());
   file.metadata().find("Identification").set("ApplicationName", u"Ed");
   EXPECT_THAT([&] { file.save(); }, ThrowsMessage<Exceptions::IOError>(HasSubstr("save a copy")));

@@ -10,8 +10,8 @@
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/Metadata/EntryView.h"
 #include "Core/Metadata/ReferenceElement.h"
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
-#include "XMLBuilder/HexText.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
 /// A file with local sets that the built-in dictionary does not know, and a dictionary file that defines them.
@@ -166,7 +166,7 @@ TEST_P(PrivateDictionary, IsNeededForEachReadingAndLeavesNothingBehind) {
 TEST_P(PrivateDictionary, LeavesTheBytesInTheDocumentWhereItIsMissing) {
   std::ifstream stream(kFile, std::ios::binary);
   const Bytes bytes{std::istreambuf_iterator<char>(stream), {}};
-  const std::string file = Utils::wstringToString(XMLBuilder::hexText(bytes.data(), bytes.size()));
+  const std::string file = Utils::wstringToString(Platform::hexText<wstring>(bytes.data(), bytes.size()));
   const std::string text = document(*read(publicDictionary()));
   std::size_t found = 0;
   for (auto at = text.find("<groups:DarkMetadata "); at != std::string::npos; ++found) {
@@ -279,7 +279,7 @@ TEST_P(PrivateDictionary, AddsPropertiesToASetThatIsKnown) {
                                     "\"/></e:ADMMainMapping>")));
   EXPECT_THAT(differences(*original, Lossless(text, privateDictionary()).partition()), IsEmpty());
   const auto bytes = writtenBytes(*original);
-  EXPECT_THAT(Utils::wstringToString(XMLBuilder::hexText(bytes.data(), bytes.size())),
+  EXPECT_THAT(Utils::wstringToString(Platform::hexText<wstring>(bytes.data(), bytes.size())),
               HasSubstr("060E2B34010101010F0E0D0C00010000"))
       << "in the primer";
 }

@@ -234,7 +234,7 @@ TEST_F(FaultTest, ChangesNothingWhereTheJournalCannotBeWritten) {
   editWithinRoom();
   const Result result = runLimited("ulimit -f 4", inPlace());
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.err, HasSubstr("original.mxf.mxfxml-journal': File too large\n"));
+  EXPECT_THAT(result.err, HasSubstr("original.mxf.vantor-journal': File too large\n"));
   EXPECT_TRUE(readFile(original()) == old_);
   EXPECT_THAT(folder_.files(), ElementsAre("edited.xml", "original.mxf"));
 }
@@ -384,7 +384,7 @@ TEST_F(FaultTest, ChangesNothingOnADiskWithoutRoomForTheJournal) {
   editWithinRoom();
   const Result result = run({"import", edited(), "--into", disk.path("a.mxf"), "--in-place"});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.err, HasSubstr("a.mxf.mxfxml-journal': No space left on device\n"));
+  EXPECT_THAT(result.err, HasSubstr("a.mxf.vantor-journal': No space left on device\n"));
   EXPECT_TRUE(readFile(disk.path("a.mxf")) == old_);
   EXPECT_EQ(std::distance(fs::directory_iterator(disk.path("")), {}), 2);
 }

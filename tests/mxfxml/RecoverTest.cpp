@@ -34,7 +34,7 @@ TEST_F(Recover, FindsNothingToDoWhereNoChangeWasStopped) {
 }
 
 TEST_F(Recover, RemovesAJournalThatWasNotFinished) {
-  writeFile(journal(), "mxfxml-j");
+  writeFile(journal(), "vantor-j");
   const Result result = recovered();
   EXPECT_EQ(result.exitCode, 0) << result.err;
   EXPECT_EQ(result.out, "the change was stopped before it touched the file; its journal is removed\n");
@@ -50,7 +50,7 @@ TEST_F(Recover, FailsWhereThereIsNoSuchFile) {
   EXPECT_EQ(gone.exitCode, 1);
   EXPECT_EQ(gone.out, "");
   EXPECT_EQ(gone.err, "mxfxml: cannot recover '" + path() + "': the file is gone; put it back, or remove '" + path() +
-                          ".mxfxml-journal', which has old bytes of it\n");
+                          ".vantor-journal', which has old bytes of it\n");
   EXPECT_EQ(readFile(journal()), saved);
   fs::remove(journal());
   const Result missing = recovered();

@@ -107,7 +107,7 @@ TEST_F(StoppedChangeTest, LeavesAFileAloneThatHasAnotherSizeOrIsReadOnly) {
   for (const auto& command : std::vector<std::vector<std::string>>{
            {"set", path(), "Preface.ByteOrder=1"}, {"import", document(), "--into", path(), "-o", copy()}}) {
     expectRefusal(command, start + "recover '" + real + "': it has 10612 bytes, and had 10608 when its journal was " +
-                               "written; to keep it as it is, remove the journal '" + real + ".mxfxml-journal'");
+                               "written; to keep it as it is, remove the journal '" + real + ".vantor-journal'");
   }
   writeFile(path(), whole);
   fs::permissions(path(), fs::perms::owner_read);
@@ -126,7 +126,7 @@ TEST_F(StoppedChangeTest, IsNotUndoneInAnotherFileOfThatNameAndSize) {
     expectRefusal({"set", path(), "Preface.ByteOrder=1"},
                   "a change that was stopped half-way cannot be undone: cannot recover '" + real +
                       "': it is not the file whose change was stopped, or was changed since; to keep it as it is, " +
-                      "remove the journal '" + real + ".mxfxml-journal'");
+                      "remove the journal '" + real + ".vantor-journal'");
   }
 }
 
@@ -137,11 +137,11 @@ TEST_F(StoppedChangeTest, IsNotTakenForOneThatHadNotBegunWhereItsJournalIsDamage
   expectRefusal({"set", path(), "Preface.ByteOrder=1"},
                 "a change that was stopped half-way cannot be undone: cannot recover '" + real +
                     "': its journal is damaged, and the file may be half changed; to keep it as it " +
-                    "is, remove the journal '" + real + ".mxfxml-journal'");
+                    "is, remove the journal '" + real + ".vantor-journal'");
 }
 
 TEST_F(StoppedChangeTest, HadNotBegunWhereItsJournalIsNotWhole) {
-  writeFile(journal(), "mxfxml-j");
+  writeFile(journal(), "vantor-j");
   expectRefusal({"export", path()}, refusal());
   const Result result = run({"set", path(), "Preface.ByteOrder=18761"});
   EXPECT_EQ(result.exitCode, 0);

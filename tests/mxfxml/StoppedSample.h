@@ -19,7 +19,7 @@ class StoppedSample {
   StoppedSample() { std::filesystem::copy_file(sample(kSample), path()); }
 
   std::string path() const { return folder_.path("a.mxf"); }
-  std::string journal() const { return path() + ".mxfxml-journal"; }
+  std::string journal() const { return path() + ".vantor-journal"; }
 
   /// Changes the name in the header partition, and calls back while the journal stands beside the file.
   void change(const std::function<void()>& meanwhile) const {

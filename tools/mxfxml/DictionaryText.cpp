@@ -10,6 +10,7 @@
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/MetaMetadata/RegisterKey.h"
+#include "Core/Platform/HexDigits.h"
 #include "TextTable.h"
 
 namespace Vantor::Tool {
@@ -30,10 +31,7 @@ std::string statusName(uint32 status) {
 }
 
 std::string tagText(uint16 tag) {
-  if (tag == 0) return "-";
-  std::string text(4, '0');
-  for (int i = 3; i >= 0; --i, tag = static_cast<uint16>(tag >> 4)) text[i] = "0123456789abcdef"[tag & 0xf];
-  return text;
+  return tag == 0 ? "-" : Platform::hexNumber<std::string>(tag, Platform::DigitCase::kLower);
 }
 
 /// As documents of a vocabulary have it.

@@ -21,14 +21,14 @@ namespace {
 
 /// How many items of dark groups have a tag that each file explains in its primer pack, which is not in the document.
 std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
-  constexpr uint16 kFirstDynamicTag = 0x8000;  // ST 377-1
   std::size_t count = 0;
   for (const MetadataSet* set : metadata.sets()) {
     const auto* group = dynamic_cast<const DarkParsedGroup*>(set);
     if (group == nullptr) continue;
     const Bytes& value = group->value();
     for (const auto& item : KLV::readLocalSet(KLV::localSetCoding(group->key()), value.data(), value.size())) {
-      if (item.tag >= kFirstDynamicTag && metadata.partitionDictionary().tryFind(item.tag) == nullptr) ++count;
+      if (!Types::LocalTag(item.tag).isStaticLocalTag() && metadata.partitionDictionary().tryFind(item.tag) == nullptr)
+        ++count;
     }
   }
   return count;

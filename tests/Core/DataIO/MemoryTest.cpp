@@ -61,6 +61,41 @@ TEST(MemoryDataSource, ReadsItsOwnCopyWhenAskedToCopy) {
   EXPECT_EQ(readBigEndian<uint8>(sharing), 0x99);
 }
 
+TEST(MemoryFile, ReadsFromAnyOffset) {
+  MemoryFile file(kBytes, sizeof kBytes, "a file");
+  uint8 read[2] = {};
+  file.seek(2);
+  file.read(read, 2);
+  EXPECT_THAT(read, testing::ElementsAre(0x30, 0x40));
+  EXPECT_EQ(file.remaining(), 0u);
+  file.seek(0);
+  file.skip(1);
+  EXPECT_EQ(file.readUpTo(read, 1), 1u);
+  EXPECT_EQ(read[0], 0x20);
+  EXPECT_EQ(file.position(), 2u);
+  EXPECT_EQ(file.size(), 4u);
+}
+
+TEST(MemoryFile, IsNamedWhenAnOffsetLiesBehindItsEnd) {
+  MemoryFile file(kBytes, sizeof kBytes, "a file");
+  file.seek(4);
+  EXPECT_THAT(
+      [&] { file.seek(5); },
+      ThrowsMessage<ParseError>(StrEq("at byte offset 5: expected an offset within 'a file', which has 4 bytes")));
+  EXPECT_EQ(file.position(), 4u);
+  uint8 read[2] = {};
+  EXPECT_EQ(file.readUpTo(read, 2), 0u);
+  EXPECT_THROW(file.read(read, 1), ParseError);
+}
+
+TEST(MemoryFile, OwnsBytesThatItIsGiven) {
+  MemoryFile file(Bytes{1, 2, 3});
+  uint8 read[3] = {};
+  file.read(read, 3);
+  EXPECT_THAT(read, testing::ElementsAre(1, 2, 3));
+  EXPECT_EQ(file.name(), "memory");
+}
+
 TEST(MemoryDataSource, AcceptsANullPointerForNoBytes) {
   MemoryDataSource source(nullptr, 0, true);
   EXPECT_NO_THROW(source.read(nullptr, 0));

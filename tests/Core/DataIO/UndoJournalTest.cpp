@@ -88,9 +88,9 @@ std::string surroundings(const std::string& blanked) {
 TEST_F(UndoJournalTest, HasOldAndNewBytesBesideTheFileWhileItIsChanged) {
   change([&](FileUpdate& file) {
     EXPECT_EQ(file.path(), fs::canonical(file_));
-    EXPECT_THAT(names(), UnorderedElementsAre("a.mxf", "a.mxf.mxfxml-journal"));
-    const std::string bytes = contents(folder_ / "a.mxf.mxfxml-journal");
-    EXPECT_EQ(bytes.substr(0, bytes.size() - 8), "mxfxml-j" + number(2, 4) + number(2, 4) + number(20, 8) +  //
+    EXPECT_THAT(names(), UnorderedElementsAre("a.mxf", "a.mxf.vantor-journal"));
+    const std::string bytes = contents(folder_ / "a.mxf.vantor-journal");
+    EXPECT_EQ(bytes.substr(0, bytes.size() - 8), "vantor-j" + number(2, 4) + number(2, 4) + number(20, 8) +  //
                                                      surroundings({"01\0\0\0\0"
                                                                    "6789ABCDEFG\0\0\0",
                                                                    20}) +  //
@@ -164,7 +164,7 @@ TEST_F(UndoJournalTest, TellsWhenTheChangeIsDoneButTheJournalCannotBeRemoved) {
 }
 
 TEST_F(UndoJournalTest, RefusesAFileWhoseChangeWasStopped) {
-  create(journalPath(file_), "mxfxml-j");
+  create(journalPath(file_), "vantor-j");
   EXPECT_TRUE(hasJournal(file_));
   EXPECT_THAT([&] { change(); }, ThrowsMessage<IOError>(HasSubstr("an earlier change was stopped; recover it first")));
   EXPECT_EQ(contents(file_), kOld);
@@ -193,7 +193,7 @@ TEST_F(UndoJournalTest, FollowsSymbolicLinks) {
   fs::create_directory(folder_ / "sub");
   fs::rename(file_, folder_ / "sub" / "real.mxf");
   fs::create_symlink(Path("sub") / "real.mxf", file_);
-  EXPECT_EQ(journalPath(file_), fs::canonical(folder_) / "sub" / "real.mxf.mxfxml-journal");
+  EXPECT_EQ(journalPath(file_), fs::canonical(folder_) / "sub" / "real.mxf.vantor-journal");
   change();
   EXPECT_TRUE(fs::is_symlink(file_));
   EXPECT_EQ(contents(folder_ / "sub" / "real.mxf"), kNew);
@@ -323,7 +323,7 @@ TEST_F(UndoJournalTest, TellsLargeFilesApartByTheirStartTheirEndAndWhatIsBetween
 
 TEST_F(UndoJournalTest, RemovesNoFileThatIsNoJournalOrALaterOne) {
   for (const std::string& other :
-       {std::string("notes"), "mxfxml-j" + number(1, 4) + "anything", "mxfxml-j" + number(3, 4) + "anything"}) {
+       {std::string("notes"), "vantor-j" + number(1, 4) + "anything", "vantor-j" + number(3, 4) + "anything"}) {
     create(journalPath(file_), other);
     EXPECT_THROW(recover(file_), IOError);
     EXPECT_EQ(contents(journalPath(file_)), other);
@@ -350,7 +350,7 @@ TEST_F(UndoJournalTest, RecoversNoFileThatIsMissing) {
   create(journalPath(file_), journal);
   EXPECT_THAT([&] { recover(file_); },
               ThrowsMessage<IOError>(AllOf(HasSubstr("a.mxf': the file is gone; put it back, or remove '"),
-                                           HasSubstr("a.mxf.mxfxml-journal', which has old bytes of it"))));
+                                           HasSubstr("a.mxf.vantor-journal', which has old bytes of it"))));
   EXPECT_EQ(contents(journalPath(file_)), journal);
   EXPECT_FALSE(fs::exists(file_));
 }

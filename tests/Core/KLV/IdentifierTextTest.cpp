@@ -120,14 +120,19 @@ TEST(IdentifierText, RefusesOneFormForAnother) {
 }
 
 TEST(IdentifierText, NamesTextAndTypeWhenRefused) {
-  EXPECT_THAT([] { throwInvalidText(u"caf\u00E9", "UUID", "Core/Types/UUID", 12); },
+  EXPECT_THAT([] { raiseInvalidText(u"caf\u00E9", "UUID"); },
               ThrowsMessage<Exceptions::InvalidFormat>(StrEq("'caf\xC3\xA9' is not the text of a UUID")));
+}
+
+TEST(IdentifierText, KeepsBracesOfATextInItsMessage) {
+  EXPECT_THAT([] { raiseInvalidText(u"{0}", "AUID"); },
+              ThrowsMessage<Exceptions::InvalidFormat>(StrEq("'{0}' is not the text of an AUID")));
 }
 
 TEST(IdentifierText, CutsALongTextInItsMessage) {
   const std::u16string longText(100000, u'x');
   EXPECT_THAT(
-      [&] { throwInvalidText(longText, "UUID", "Core/Types/UUID", 12); },
+      [&] { raiseInvalidText(longText, "UUID"); },
       ThrowsMessage<Exceptions::InvalidFormat>(StrEq("'" + std::string(200, 'x') + "...' is not the text of a UUID")));
 }
 

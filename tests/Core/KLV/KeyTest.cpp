@@ -7,6 +7,7 @@
 #include <unordered_set>
 
 #include "Core/DataIO/BigEndian.h"
+#include "Core/DataIO/Memory.h"
 #include "Core/Platform/Exceptions.h"
 
 namespace Vantor::KLV {
@@ -144,6 +145,20 @@ TEST(Key, MeetsNoOtherInABucketBecauseAFileWantsItTo) {
   for (std::size_t i = 0; i < keys.bucket_count(); ++i) fullest = std::max(fullest, keys.bucket_size(i));
   EXPECT_EQ(keys.size(), 4096u);
   EXPECT_LT(fullest, 32u);
+}
+
+TEST(Key, ChangesOneOctetCountedFromOne) {
+  const Key key(kPreface);
+  for (std::size_t octet = 1; octet <= Key::kSize; ++octet) EXPECT_EQ(key.withOctet(octet, 0xA5), changed(octet, 0xA5));
+  EXPECT_EQ(key.withOctet(Key::kCodingOctet, 0x13).octet(6), 0x13);
+  EXPECT_EQ(key.withOctet(Key::kVersionOctet, 0x02).octet(8), 0x02);
+  EXPECT_EQ(key, Key(kPreface));
+}
+
+TEST(Key, IsReadFromASource) {
+  DataIO::Memory::MemoryDataSource source(kPreface, sizeof kPreface);
+  EXPECT_EQ(Key::read(source), Key(kPreface));
+  EXPECT_THROW(Key::read(source), Exceptions::ParseError);
 }
 
 TEST(Key, NeedsNoHeapMemory) {

@@ -104,6 +104,48 @@ TEST_F(RewriteTest, IsWhatReplacingInPlaceWritesWhereThatIsPossible) {
   }
 }
 
+TEST_F(RewriteTest, WritesTheSameOfAFileInMemory) {
+  for (const std::size_t size : {std::size_t{5000}, std::size_t{kOldSize}}) {
+    const MetadataReplacements replacements = {replacement(0, size), replacement(4, 620)};
+    const Path path = write(fivePartitions(512, 200));
+    rewrite(path, replacements, folder_ / "b.mxf");
+    DataIO::Memory::MemoryFile file(bytesOf(path));
+    DataIO::Memory::MemoryDataSink sink;
+    uint64 done = 0;
+    rewrite(file, replacements, sink, [&](uint64 bytes, uint64) { done = bytes; });
+    EXPECT_EQ(done, sink.position());
+    EXPECT_EQ(sink.take(), bytesOf(folder_ / "b.mxf"));
+    EXPECT_EQ(fits(file, replacements), fits(path, replacements));
+    EXPECT_EQ(fits(file, replacements), size == kOldSize);
+  }
+}
+
+TEST_F(RewriteTest, CopiesAFileInMemoryWithoutReplacements) {
+  DataIO::Memory::MemoryFile file(Bytes(3 << 20, 0x55));
+  DataIO::Memory::MemoryDataSink sink;
+  rewrite(file, {}, sink);
+  EXPECT_EQ(sink.take(), Bytes(3 << 20, 0x55));
+}
+
+TEST_F(RewriteTest, NamesAFileInMemoryThatMustNotBeChanged) {
+  FileLayout layout = fivePartitions();
+  layout.partitions.pop_back();
+  DataIO::Memory::MemoryFile file(fileOf(layout), "take 1");
+  DataIO::Memory::MemoryDataSink sink;
+  EXPECT_THAT(
+      [&] { rewrite(file, {replacement(0, 5000)}, sink); },
+      ThrowsMessage<IOError>(HasSubstr("cannot replace header metadata in 'take 1': its header partition is open")));
+}
+
+TEST_F(RewriteTest, KeepsTheItemSizeOfAnEmptyListOfEssenceContainers) {
+  Bytes bytes = fileOf(fivePartitions());
+  bytes[20 + 84 + 3] = 0;  // 16 before
+  DataIO::Memory::MemoryFile file(bytes);
+  DataIO::Memory::MemoryDataSink sink;
+  rewrite(file, {{0, metadataOfSize(kOldSize, 1)}}, sink);
+  EXPECT_EQ(sink.take(), bytes);
+}
+
 TEST_F(RewriteTest, CopiesTheFileWithoutReplacements) {
   const Path file = write(fivePartitions(512));
   rewrite(file, {}, folder_ / "b.mxf");
@@ -330,7 +372,7 @@ TEST_F(RewriteTest, IsStoppedByAnExceptionOfTheProgress) {
 TEST_F(RewriteTest, RefusesFilesWithTheJournalOfAStoppedChange) {
   const Path file = write(fivePartitions());
   const Path other = write(fivePartitions(), "b.mxf");
-  create(DataIO::File::journalPath(other), "mxfxml-j");
+  create(DataIO::File::journalPath(other), "vantor-j");
   const auto refusal = ThrowsMessage<IOError>(HasSubstr("b.mxf': an earlier change of it was stopped"));
   EXPECT_THAT([&] { rewrite(other, {}, folder_ / "c.mxf"); }, refusal);
   EXPECT_THAT([&] { rewrite(file, {}, other); }, refusal);

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <optional>
 #include <string>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Platform/Exceptions.h"
+#include "tests/Core/DataIO/ReceivedBytes.h"
 #include "tests/Core/MXF/MXFBytes.h"
 
 namespace Vantor::MXF {
@@ -57,7 +59,15 @@ std::vector<std::string> namesIn(const PartitionMetadata& metadata) {
   return names;
 }
 
-std::vector<std::string> namesIn(const Bytes& bytes) { return namesIn(*readFile(TemporaryFile(bytes))); }
+/// From a file, from memory, and as they arrive: always the same.
+std::vector<std::string> namesIn(const Bytes& bytes) {
+  const auto names = namesIn(*readFile(TemporaryFile(bytes)));
+  DataIO::Memory::MemoryFile inMemory(bytes);
+  EXPECT_EQ(namesIn(*readHeaderMetadata(inMemory, builtInDictionary())), names);
+  DataIO::ReceivedBytes received(bytes);
+  EXPECT_EQ(namesIn(*readHeaderMetadata(received, builtInDictionary())), names);
+  return names;
+}
 
 const auto kBothSets = ElementsAre("Identification", "Preface");
 
@@ -363,6 +373,77 @@ TEST_F(LargeFile, IsWalkedWithoutReadingFillAndEssence) {
   if (!before) GTEST_SKIP() << "this system does not tell how much is read";
   EXPECT_THAT(namesIn(*readFile(file_, PartitionChoice::footer())), kBothSets);
   EXPECT_LT(*bytesRead() - *before, 256u * 1024);
+}
+
+TEST(HeaderMetadataReader, ReadsEveryPartitionOfAFileInMemory) {
+  const Path path = Path(VANTOR_TEST_DATA_DIR) / "gst-audio-ac3.mxf";
+  std::ifstream stream(path, std::ios::binary);
+  const std::string bytes((std::istreambuf_iterator<char>(stream)), {});
+  DataIO::Memory::MemoryFile file(Bytes(bytes.begin(), bytes.end()));
+  for (const auto& choice : {PartitionChoice::header(), PartitionChoice::footer(), PartitionChoice::number(2)}) {
+    const auto expected = namesIn(*readHeaderMetadata(path, builtInDictionary(), choice));
+    EXPECT_GT(expected.size(), 10u);
+    EXPECT_EQ(namesIn(*readHeaderMetadata(file, builtInDictionary(), choice)), expected);
+  }
+  const auto footer = findPartition(file, PartitionChoice::footer());
+  EXPECT_EQ(namesIn(*readHeaderMetadata(file, builtInDictionary(), footer)),
+            namesIn(*readHeaderMetadata(path, builtInDictionary(), footer)));
+}
+
+/// How many bytes are read of a file that arrives bit by bit.
+uint64 bytesTaken(const Bytes& bytes) {
+  DataIO::ReceivedBytes received(bytes);
+  EXPECT_THAT(namesIn(*readHeaderMetadata(received, builtInDictionary())), kBothSets);
+  return received.position();
+}
+
+TEST(ReceivedMetadata, IsReadUpToTheKeyBehindIt) {
+  for (const uint64 runIn : {0, 1, 7, 65535}) {
+    const Bytes start = Bytes(runIn, 0x41) + packCounting(kMetadata.size() + 120) + fill(30) + kMetadata + fill(100);
+    EXPECT_EQ(bytesTaken(start + kEssence + kEssence), start.size() + 16);
+    EXPECT_EQ(bytesTaken(start + zeros(100)), start.size() + 16);
+    EXPECT_EQ(bytesTaken(start), start.size());
+  }
+}
+
+TEST(ReceivedMetadata, MayFollowARunInThatLooksLikeItsEnd) {
+  Bytes runIn;
+  for (std::size_t size = 1; size < 11; ++size) {
+    const Bytes key = keyBytes(KLV::partitionPackKey(PartitionKind::kHeader, PartitionStatus::kClosedComplete));
+    runIn.insert(runIn.end(), key.begin(), key.begin() + static_cast<std::ptrdiff_t>(size));
+  }
+  EXPECT_THAT(namesIn(runIn + packCounting(0) + kMetadata), kBothSets);
+}
+
+TEST(ReceivedMetadata, IsRefusedWhereAFileWouldBe) {
+  const Bytes sound = packCounting(kMetadata.size()) + kMetadata;
+  for (std::size_t size = 0; size < sound.size(); ++size) {
+    const Bytes cut(sound.begin(), sound.begin() + static_cast<std::ptrdiff_t>(size));
+    std::optional<std::vector<std::string>> names;
+    try {
+      names = namesIn(*readFile(TemporaryFile(cut)));
+    } catch (const Exceptions::ParseError&) {
+    }
+    DataIO::ReceivedBytes received(cut);
+    if (names) {
+      EXPECT_EQ(namesIn(*readHeaderMetadata(received, builtInDictionary())), *names) << size;
+    } else {
+      EXPECT_THROW(readHeaderMetadata(received, builtInDictionary()), Exceptions::ParseError) << size;
+    }
+  }
+  for (const Bytes& bytes : {Bytes(65536, 0x41) + sound, partition({}) + kEssence, Bytes(100000, 0x06)}) {
+    DataIO::ReceivedBytes received(bytes);
+    EXPECT_THROW(readHeaderMetadata(received, builtInDictionary()), Exceptions::ParseError);
+  }
+}
+
+TEST(ReceivedMetadata, EndsWithASetThatDoesNotArrive) {
+  DataIO::ReceivedBytes received(packCounting(0) + kMetadata + klvHeader(kPreface, kMaxSetSize, 9) + zeros(10));
+  EXPECT_THAT([&] { readHeaderMetadata(received, builtInDictionary()); },
+              ThrowsMessage<Exceptions::ParseError>(HasSubstr("more bytes, found 10")));
+  DataIO::ReceivedBytes tooLong(packCounting(0) + kMetadata + klvHeader(kPreface, kMaxSetSize + 1, 9));
+  EXPECT_THAT([&] { readHeaderMetadata(tooLong, builtInDictionary()); },
+              ThrowsMessage<Exceptions::ParseError>(HasSubstr("expected at most 1073741824 bytes of set Preface")));
 }
 
 TEST(HeaderMetadataReader, ReadsAPartitionThatWasFoundBefore) {

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Core/DataIO/File.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"

@@ -33,7 +33,7 @@ const Bytes kValue = {0x00, 0x01,                                      // major 
                       0x0d, 0x01, 0x03, 0x01, 0x02, 0x06, 0x01, 0x00};
 
 PartitionPack read(const Bytes& value, const KLV::Key& key = kHeaderPack, uint64 origin = 0) {
-  return readPartitionPack(key, value.data(), value.size(), origin);
+  return PartitionPack::parse(key, value.data(), value.size(), origin);
 }
 
 /// The value with another count and item size of essence containers.
@@ -59,6 +59,18 @@ TEST(PartitionPack, ReadsEveryFieldInWireOrder) {
   EXPECT_EQ(pack.essenceContainers[0].key(), keyOf("06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.60.01"));
   EXPECT_EQ(pack.essenceContainers[1].key(), keyOf("06.0E.2B.34.04.01.01.01.0D.01.03.01.02.06.01.00"));
   EXPECT_EQ(partitionPackValue(pack), kValue);
+}
+
+Bytes written(const PartitionPack& pack) {
+  DataIO::Memory::MemoryDataSink sink;
+  pack.render(sink);
+  return sink.take();
+}
+
+TEST(PartitionPack, WritesTheBytesThatWereRead) {
+  EXPECT_EQ(written(read(kValue)), kValue);
+  for (const uint32 itemSize : {0u, 16u, 77u})
+    EXPECT_EQ(written(read(withBatch(0, itemSize, 0))), withBatch(0, itemSize, 0));
 }
 
 TEST(PartitionPack, TakesKindAndStatusFromTheKey) {
