@@ -8,9 +8,8 @@
 
 #include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Platform/Exceptions.h"
-#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
-#include "Core/Types/Types.h"
+#include "Core/Types/ValueText.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/ValueFromXML.h"
 #include "XMLBuilder/Vocabulary.h"
@@ -53,57 +52,6 @@ bool isNumber(const wstring& text, Integer least, Integer most) {
   return error == std::errc() && end == digits.data() + digits.size() && number >= least && number <= most;
 }
 
-template <class Integer>
-wstring numberText(const wstring& text) {
-  using Limits = std::numeric_limits<Integer>;
-  wstring number = trimmed(text);
-  // No digit is a character here.
-  using Wide = std::conditional_t<std::is_signed_v<Integer>, int64, uint64>;
-  if (!isNumber<Wide>(number, Limits::min(), Limits::max())) {
-    refuse(text, "no whole number from " + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()),
-           __LINE__);
-  }
-  return number;
-}
-
-wstring booleanText(const wstring& text) {
-  const wstring word = trimmed(text);
-  if (word == u"0" || word == u"false") return u"0";
-  if (word == u"1" || word == u"true") return u"1";
-  refuse(text, "neither 0 nor 1, neither false nor true", __LINE__);
-}
-
-/// An identifier is one word; what is no identifier its type finds itself.
-wstring identifierText(const wstring& text) {
-  wstring word = trimmed(text);
-  if (firstToken(word) != word) refuse(text, "more than one identifier", __LINE__);
-  return word;
-}
-
-wstring hexText(const wstring& text) {
-  wstring digits;
-  std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
-               [](char16_t unit) { return unit != u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r'; });
-  if (std::any_of(digits.begin(), digits.end(), [](char16_t unit) { return Platform::hexDigit(unit) < 0; })) {
-    refuse(text, "no run of octets: these are hexadecimal digits, two to an octet", __LINE__);
-  }
-  if (digits.size() % 2 != 0) refuse(text, "no run of octets: the last of them lacks its second digit", __LINE__);
-  return digits;
-}
-
-/// Texts of one octet a character.
-wstring narrowText(const wstring& text, char16_t last, const char* standard) {
-  if (std::any_of(text.begin(), text.end(), [last](char16_t unit) { return unit > last; })) {
-    refuse(text, std::string("no ") + standard + " text: it has characters that this encoding lacks", __LINE__);
-  }
-  return text;
-}
-
-wstring characterText(const wstring& text) {
-  if (text.size() != 1) refuse(text, "not one UTF-16 code unit", __LINE__);
-  return text;
-}
-
 bool isIn(const DOMNode& node, std::u16string_view uri) {
   const auto* found = node.getNamespaceURI();
   return found != nullptr && uri == found;
@@ -122,66 +70,7 @@ wstring nameOf(const DOMElement& element) { return XMLUtils::utf16ToWstring(elem
 
 }  // namespace
 
-wstring exactText(Identifier type, const wstring& text) {
-  switch (type) {
-    case kInt8:
-      return numberText<int8>(text);
-    case kInt16:
-      return numberText<int16>(text);
-    case kInt32:
-      return numberText<int32>(text);
-    case kInt64:
-    case kLength:
-    case kPosition:
-      return numberText<int64>(text);
-    case kUInt8:
-    case kOrientation:
-    case kSignalStandard:
-      return numberText<uint8>(text);
-    case kUInt16:
-    case kVersionType:
-      return numberText<uint16>(text);
-    case kUInt32:
-      return numberText<uint32>(text);
-    case kUInt64:
-      return numberText<uint64>(text);
-    case kBoolean:
-      return booleanText(text);
-    case kUUID:
-    case kAUID:
-    case kUniversalLabel:
-    case kUMID32:
-    case kUMID64:
-    case kLocalTag:
-      return identifierText(text);
-    case kDataStream:
-    case kDataValue:
-    case kUnknown:
-      return hexText(text);
-    case kISO7String:
-      return narrowText(text, 0x7f, "ISO 7-bit");
-    case kISO8String:
-      return narrowText(text, 0xff, "ISO 8-bit");
-    case kUTF16:
-      return characterText(text);
-    case kNone:
-    case kUTF16String:
-    case kUTF8String:
-    case kProductVersion:
-    case kRational:
-    case kTimestamp:
-    case kStrongReference:
-    case kWeakReference:
-    case kArray:
-    case kBatch:
-    case kRGBALayout:
-    case kJ2KPictureComponent:
-    case kJ2KCodingStyleDefault:
-    case kJ2KQuantisationDefault:
-      break;
-  }
-  return text;
-}
+wstring exactText(Identifier type, const wstring& text) { return Types::checkedText(type, text); }
 
 wstring plainText(const DOMNode& node) {
   if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return nodeText(node);
@@ -213,24 +102,15 @@ void refuseText(const DOMNode& node) {
 }
 
 auto_ptr<Types::SimpleDataType> emptyValue(Identifier type) {
-  if (type == kUTF16String) return std::make_unique<Types::UTF16String>(wstring());
-  if (type == kUTF8String) return std::make_unique<Types::UTF8String>(wstring());
-  if (type == kISO7String) return std::make_unique<Types::ISO7String>("");
-  if (type == kISO8String) return std::make_unique<Types::ISO8String>("");
-  if (type == kDataStream) return std::make_unique<Types::DataStream>(nullptr, 0);
-  if (type == kDataValue) return std::make_unique<Types::DataValue>(nullptr, 0);
-  if (type == kUnknown) return std::make_unique<Types::Unknown>(nullptr, 0);
-  if (type == kUTF16) return std::make_unique<Types::UTF16>(uint16{0});  // a NUL is written as nothing
+  if (Types::hasEmptyText(type)) return Types::valueFromText(type, {});
   throw Exceptions::InvalidFormat(
       std::string("the element is empty, and the type ") + Types::Identifiers::name(type) + " has no empty value",
       kSource, __LINE__);
 }
 
 auto_ptr<Types::SimpleDataType> readUncommon(Identifier type, const wstring& text) {
-  if (type == kLocalTag) return std::make_unique<Types::LocalTag>(text, kDottedForm);
-  if (type != kDataValue) return nullptr;
-  const auto bytes = parseHexString(text);
-  return std::make_unique<Types::DataValue>(bytes.data(), bytes.size());
+  // The exact reader takes a UTF16 that is white space for none.
+  return type == kLocalTag || type == kDataValue || type == kUTF16 ? Types::valueFromText(type, text) : nullptr;
 }
 
 Bytes bytes(const wstring& text) { return parseHexString(exactText(kDataValue, text)); }

@@ -92,9 +92,8 @@ bool isEmptyOptional(const Element& property) {
   return attribute != nullptr && attribute->requiredStatus() != 0 && collection != nullptr && collection->size() == 0;
 }
 
-bool isInstanceUID(const Element& property, const MetadataSet& set) {
-  return set.definition() != nullptr && set.instanceUID() != nullptr &&
-         &property.metaAttribute() == set.definition()->instanceUIDAttribute();
+bool holdsInstanceUID(const Element& property, const MetadataSet& set) {
+  return set.instanceUID() != nullptr && set.isInstanceUID(property);
 }
 
 bool holdsReferences(const Types::Collection& collection) {
@@ -257,7 +256,7 @@ class Comparer {
     const auto leftTag = localTagOf(left, left_.partitionDictionary());
     count(Insignificant::kLocalTags, leftTag != localTagOf(right, right_.partitionDictionary()) ? 1 : 0);
     count(Insignificant::kPrimerLabels, haveSameLabel(left, right) ? 0 : 1);
-    auto finding = isInstanceUID(left, leftSet) && isInstanceUID(right, rightSet)
+    auto finding = holdsInstanceUID(left, leftSet) && holdsInstanceUID(right, rightSet)
                        ? compareInstanceUIDs(*leftSet.instanceUID(), *rightSet.instanceUID())
                        : compareValues(left.wireValue(), right.wireValue());
     if (!finding) return;

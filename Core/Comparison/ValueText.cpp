@@ -7,7 +7,7 @@
 #include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
-#include "Core/Types/Visitors.h"
+#include "Core/Types/ValueText.h"
 
 namespace Vantor {
 
@@ -25,65 +25,21 @@ std::string paddedText(const char* format, unsigned number) {
   return text.data();
 }
 
-bool isControl(char16_t unit) {
-  return unit < 0x20 || (unit >= 0x7f && unit < 0xa0) || unit == 0x2028 || unit == 0x2029;
-}
-
-wstring escaped(std::u16string_view text) {
-  wstring result;
-  for (const char16_t unit : text) {
-    if (isControl(unit)) {
-      result += Platform::stringToWstring("\\u" + Platform::hexNumber<std::string>(static_cast<uint16>(unit)));
-    } else {
-      if (unit == u'"' || unit == u'\\') result += u'\\';
-      result += unit;
-    }
-  }
-  return result;
-}
-
 std::string quoted(const wstring& text) {
   std::size_t units = std::min(text.size(), kMostUnits);
   if (units < text.size() && text[units] >= 0xdc00 && text[units] < 0xe000) --units;  // no half of a character
-  const std::string shown = "\"" + Utils::wstringToString(escaped({text.data(), units})) + "\"";
+  const std::string shown = Utils::wstringToString(Types::quotedText({text.data(), units}));
   return units == text.size() ? shown : shown + sizeText(text.size(), "code units");
 }
 
-std::string textOf(const Types::SimpleDataType& value) { return octetsText(value.rawBuffer(), value.encodedSize()); }
+// What reads better on one line than the value's text, by overload.
 
-template <class Derived, class Number>
-std::string textOf(const Types::ScalarType<Derived, Number>& value) {
-  return std::to_string(value.value());
-}
-
-template <class Derived>
-std::string textOf(const Types::IdentifierType<Derived>& value) {
-  return Utils::wstringToString(value.toString(kDottedForm));
-}
-
+std::string textOf(const Types::SimpleDataType& value) { return Utils::wstringToString(Types::textOfValue(value)); }
 std::string textOf(const Types::Boolean& value) { return value.value() ? "true" : "false"; }
+std::string textOf(const Types::UTF16& value) { return std::to_string(value.value()); }
 std::string textOf(const Types::NarrowString& value) { return quoted(Platform::stringToWstring(value.value())); }
 std::string textOf(const Types::WideString& value) { return quoted(Platform::utf16ToWstring(value.value())); }
-std::string textOf(const Types::Reference& value) { return Utils::wstringToString(value.toString()); }
-
-std::string textOf(const Types::Rational& value) {
-  return std::to_string(value.numerator()) + "/" + std::to_string(value.denominator());
-}
-
-std::string textOf(const Types::VersionType& value) {
-  return std::to_string(value.major()) + "." + std::to_string(value.minor());
-}
-
-std::string textOf(const Types::ProductVersion& value) {
-  return std::to_string(value.major()) + "." + std::to_string(value.minor()) + "." + std::to_string(value.patch()) +
-         "." + std::to_string(value.build()) + "." + std::to_string(static_cast<uint16>(value.releaseVersion()));
-}
-
-std::string textOf(const Types::Timestamp& value) {
-  return paddedText("%04u-", value.year()) + paddedText("%02u-", value.month()) + paddedText("%02uT", value.day()) +
-         paddedText("%02u:", value.hour()) + paddedText("%02u:", value.minute()) + paddedText("%02u.", value.second()) +
-         paddedText("%03u", value.milliSecond());
-}
+std::string textOf(const Types::ByteStringBase& value) { return octetsText(value.rawBuffer(), value.encodedSize()); }
 
 std::string textOf(const Types::Collection& value) {
   const uint32 shown = std::min(value.size(), kMostItems);
@@ -93,7 +49,6 @@ std::string textOf(const Types::Collection& value) {
   return "[" + text + "]";
 }
 
-/// Finds the text of each type by overload, so that a type that is added to the list is shown too.
 class TextVisitor : public Types::Visitors::Visitor {
  public:
 #define VANTOR_VISIT_TEXT(Type, number, octets) \

@@ -6,10 +6,10 @@
 
 namespace Vantor {
 
-/// A value on one line, for messages: numbers in decimal, texts in quotes, identifiers in dotted pairs, collections in
-/// brackets, octets that nothing is known of in hexadecimal. UTF-8 without control characters.
+/// A value on one line, for messages: its text (Core/Types/ValueText.h), but texts in quotes, Booleans in words and
+/// UTF16 units as numbers. UTF-8 without control characters.
 ///
-/// A long value is cut and its whole size told behind it, so that values that differ may have one text.
+/// Long values are cut and followed by their size, so two different values may have one text here.
 std::string valueText(const Types::SimpleDataType& value);
 /// The same for octets.
 std::string octetsText(const uint8* octets, std::size_t size);

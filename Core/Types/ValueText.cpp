@@ -107,10 +107,11 @@ wstring textOf(const ProductVersion& value) {
 }
 
 wstring textOf(const Timestamp& value) {
+  const unsigned milliSecond = static_cast<uint8>(value.milliSecond() / 4) * 4u;  // as on the wire
   std::array<char, 48> text{};
   std::snprintf(text.data(), text.size(), "%04u-%02u-%02uT%02u:%02u:%02u.%03u", unsigned{value.year()},
                 unsigned{value.month()}, unsigned{value.day()}, unsigned{value.hour()}, unsigned{value.minute()},
-                unsigned{value.second()}, unsigned{value.milliSecond()});
+                unsigned{value.second()}, milliSecond);
   return Platform::stringToWstring(text.data());
 }
 
