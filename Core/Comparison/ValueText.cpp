@@ -19,11 +19,6 @@ constexpr uint32 kMostItems = 4;
 
 std::string sizeText(std::size_t size, const char* unit) { return "... (" + std::to_string(size) + " " + unit + ")"; }
 
-std::string paddedText(const char* format, unsigned number) {
-  std::array<char, 16> text{};
-  std::snprintf(text.data(), text.size(), format, number);
-  return text.data();
-}
 
 std::string quoted(const wstring& text) {
   std::size_t units = std::min(text.size(), kMostUnits);
