@@ -51,19 +51,18 @@ class Reimported {
  public:
   Reimported(const std::string& document, SharedPtr<const MetaMetadata::Dictionary> dictionary)
       : partition_(std::move(dictionary)) {
-    result_ = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
-                                                        static_cast<uint32>(document.size()), &partition_);
+    result_ = LosslessXML::Document::fromBytes(document.data(), document.size()).import(partition_);
   }
   PartitionMetadata& operator*() { return partition_; }
   std::vector<std::string> messages() const {
     std::vector<std::string> texts;
-    for (const auto& diagnostic : result_.diagnostics) texts.push_back(diagnostic.message);
+    for (const auto& diagnostic : result_.diagnostics) texts.push_back(describe(diagnostic));
     return texts;
   }
 
  private:
   PartitionMetadata partition_;
-  XML2Partition::LosslessImport result_;
+  LosslessXML::Import result_;
 };
 
 Reimported reimported(PartitionMetadata& partition, Flags flags) {
