@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kURN = "urn:smpte:ul:";
 
-// A table, because a key's digits are beyond any branch prediction and a start of the process reads thousands of keys.
+// A table: branches on digits mispredict, and start-up reads thousands of keys.
 constexpr std::array<int8, 256> digitValues() {
   std::array<int8, 256> values{};
   for (auto& value : values) value = -1;
