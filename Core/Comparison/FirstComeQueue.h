@@ -7,13 +7,13 @@
 
 namespace Vantor {
 
-/// Things that wait for a partner of their own kind; each kind is served in the order in which its things came.
+/// Things that wait for a partner of their own kind; each kind is a queue.
 template <class Kind, class Thing, class Hash = std::hash<Kind>>
 class FirstComeQueue {
  public:
   void add(const Kind& kind, Thing thing) { lines_[kind].things.push_back(std::move(thing)); }
 
-  /// Takes out the first thing of a kind that `isFree` says yes to, and everything before it.
+  /// Takes out the first thing of a kind that is free, and drops everything before it.
   /// @return null when there is none; else valid until the next `add`.
   template <class IsFree>
   const Thing* take(const Kind& kind, IsFree&& isFree) {

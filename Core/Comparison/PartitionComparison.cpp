@@ -25,11 +25,11 @@ using Types::SimpleDataType;
 
 constexpr const char* kNoValue = "no value";
 
-/// Which InstanceUID of one partition stands for which of the other, one to one. The first pair that names either of
-/// them decides.
+/// Maps InstanceUIDs of one partition to those of the other, one to one. The first pair that has either of them
+/// decides.
 class IdentifierMap {
  public:
-  /// Enters a pair unless one of them is there. @return whether they stand for one another now.
+  /// Enters a pair unless one of them is mapped. @return whether they map to one another now.
   bool enter(const Types::UUID& left, const Types::UUID& right) {
     toRight_.emplace(left, right);
     toLeft_.emplace(right, left);
@@ -46,7 +46,7 @@ class IdentifierMap {
   std::unordered_map<Types::UUID, Types::UUID> toLeft_;
 };
 
-/// How many members of a sequence of different numbers are not in a longest ascending part of it.
+/// The number of members of a sequence of different numbers outside its longest ascending subsequence.
 uint64 countOutOfOrder(const std::vector<std::size_t>& sequence) {
   std::vector<std::size_t> lowestEnds;  // of ascending parts, by their length
   for (const std::size_t number : sequence) {
@@ -72,7 +72,7 @@ std::string octetText(const uint8* octets, std::size_t size, std::size_t at) {
   return ", octet " + std::to_string(at) + " " + (at < size ? "is " + octetsText(octets + at, 1) : "is missing");
 }
 
-/// Null when nothing tells what a local tag means.
+/// The label of a local tag; null when neither primer nor dictionary has one.
 const Types::UniversalLabel* meaningOf(uint16 tag, const PartitionDictionary& tags) {
   if (const auto* label = tags.tryFind(tag)) return label;
   const auto* definition = tags.dictionary()->findElementByStaticTag(tag);
@@ -100,13 +100,13 @@ bool holdsReferences(const Types::Collection& collection) {
   return collection.size() != 0 && dynamic_cast<const Types::Reference*>(&collection.at(0)) != nullptr;
 }
 
-/// Octets of the length field that a property of a set coded 0x13 has.
+/// Size of the length field of a property in a set coded 0x13.
 uint8 lengthOctets(const Element& property) {
   const auto* value = property.wireValue();
   return KLV::berOctets(value == nullptr ? 0 : value->encodedSize(), property.lengthOctets());
 }
 
-/// The places of a right set's properties by their place in the order in which the left set has their partners.
+/// The places of a right set's properties, in the order of their partners in the left set.
 std::vector<std::size_t> placesInWritingOrder(const MetadataSet& left, const MetadataSet& right,
                                               const std::vector<PropertyPair>& pairs) {
   std::unordered_map<const Element*, std::size_t> rightPlaces;
@@ -198,7 +198,7 @@ class Comparer {
         count(Insignificant::kDarkLabels, isSameLabel(leftLabel, rightLabel) ? 0 : 1);
       }
     } catch (const Exceptions::ParseError&) {
-      // Its key is that of a local set, but nobody promised that it is one.
+      // Its key says local set; its value is not one.
     }
   }
 
@@ -320,7 +320,7 @@ class Comparer {
     return finding;
   }
 
-  /// Shortened, both values look the same.
+  /// For values whose shortened texts are equal.
   static void tellFirstOctet(const uint8* left, std::size_t leftSize, const uint8* right, std::size_t rightSize,
                              Finding& finding) {
     const auto differing = std::mismatch(left, left + leftSize, right, right + rightSize);
@@ -332,7 +332,7 @@ class Comparer {
   std::optional<Finding> compareReferences(const Types::UUID& left, const Types::UUID& right) {
     const auto& leftTargets = left_.findByInstanceUID(left);
     const auto& rightTargets = right_.findByInstanceUID(right);
-    // Two references to nothing say no more than that one identifier is meant, which may be met again.
+    // Two references to nothing only show that their identifiers correspond; both may occur again.
     const bool areDangling = leftTargets.empty() && rightTargets.empty();
     const bool correspond = areDangling ? areDanglingEqual(left, right) : identifiers_.maps(left, right);
     if (correspond) return std::nullopt;
@@ -344,7 +344,7 @@ class Comparer {
 
   bool areDanglingEqual(const Types::UUID& left, const Types::UUID& right) {
     if (areNamesShared_) return left == right;
-    // All zeros mean no set at all, which no other identifier does.
+    // Only all zeros mean that there is no set.
     const bool areOneKind = (left == Types::UUID()) == (right == Types::UUID());
     return areOneKind && identifiers_.enter(left, right);
   }

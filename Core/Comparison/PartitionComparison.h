@@ -9,30 +9,30 @@
 
 namespace Vantor {
 
-/// One thing that two partitions tell differently.
+/// One difference between two partitions.
 struct PartitionDifference {
   enum class Kind {
-    kMissingSet,       ///< the left partition has the set or dark set, the right one has none for it
-    kAddedSet,         ///< the other way round
-    kMissingProperty,  ///< the left set has the property, its partner has not
-    kAddedProperty,    ///< the other way round
+    kMissingSet,       ///< the left partition has a set or dark set without a partner
+    kAddedSet,         ///< the right partition has one
+    kMissingProperty,  ///< only the left set has the property
+    kAddedProperty,    ///< only the right set has it
     kValue,            ///< a property's values differ, or the octets of dark KLVs
-    kReference,        ///< a property refers to sets that are not partners, or one of the two to no set
-    kMapping           ///< an InstanceUID stands for one of the other partition here and for another one elsewhere
+    kReference,        ///< a property refers to sets that are not partners, or on one side to no set
+    kMapping           ///< an InstanceUID corresponds to different ones of the other partition
   };
 
   Kind kind;
   std::string set;          ///< the symbol, or the key of one without definition
   std::string instanceUID;  ///< of the left set, of the right one for `kAddedSet`; empty for none
   std::string property;     ///< with the index of a collection's first item that differs; empty for whole sets
-  std::string left;         ///< the value as text, shortened; empty where there is none to tell
+  std::string left;         ///< the value as text, shortened; empty for none
   std::string right;
 };
 
-/// What a difference is called, such as "missing set".
+/// The name of a kind of difference, such as "missing set".
 const char* name(PartitionDifference::Kind kind);
 
-/// What partitions may have different that changes nothing of what they say, and what it is called. Each is counted.
+/// Differences that do not change the meaning of a partition, with their names. Each is counted.
 ///
 /// - texts that are equal but for final NULs; one text each
 /// - octets of BER length fields, of a set or of an item in a set coded 0x13
@@ -41,9 +41,10 @@ const char* name(PartitionDifference::Kind kind);
 /// - the same property under another local tag, or under none as long as it is not written
 /// - a collection without items that the definition does not demand, in one of the sets only
 /// - collections without items, with another item size
-/// - dark KLVs that are a dark parsed group here and a dark set there
-/// - items of equal dark KLVs whose local tags mean another label in the other partition, or none: by its primer, and
-///   static tags by its dictionary where the primer is silent
+/// - dark KLVs that are a dark parsed group on one side and a dark set on the other
+/// - items of equal dark KLVs whose local tags have different labels by the primers, or for static tags that the
+/// primers
+///   lack by the dictionaries
 /// - sets whose keys differ in octet 6, the coding, or octet 8, the version
 #define VANTOR_FOR_EACH_INSIGNIFICANT_DIFFERENCE(X)              \
   X(kTrailingNULs, "trailing NULs of strings")                   \
@@ -87,9 +88,9 @@ struct PartitionComparison {
 /// Valid and misplaced properties are the same property when they have one label, unknown ones when they have one
 /// static tag or when their dynamic tags mean one label in their primers. Values are compared by type and octets,
 /// references by whether their targets are partners, InstanceUIDs by whether each always stands for the same one of the
-/// other partition; with `Pairing::kByIdentifier`, references to sets that neither partition has are equal when they
-/// name one InstanceUID. Only what `InsignificantDifference` lists is passed over, and counted. Of the primers, only
-/// what they say of the tags of properties and of items in dark KLVs is compared.
+/// other partition; with `Pairing::kByIdentifier`, references to sets that neither partition has are equal when their
+/// InstanceUIDs are. Only the differences of `InsignificantDifference` are ignored, and counted. Of the primers, only
+/// the labels of properties and of items in dark KLVs are compared.
 ///
 /// Takes time in proportion to the partitions' sizes (the order of n sets: n log n). Any number of threads may compare.
 PartitionComparison comparePartitions(const PartitionMetadata& left, const PartitionMetadata& right,

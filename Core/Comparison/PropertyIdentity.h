@@ -8,14 +8,14 @@
 
 namespace Vantor {
 
-/// What makes properties of two partitions the same property, whatever local tags the partitions give them.
+/// Identifies a property across partitions, whatever local tags they give it.
 struct PropertyIdentity {
   enum class Kind {
     kValid,
     kMisplaced,
-    kUnknownLabel,  ///< unknown under a label of the primer, where the tag alone does not tell it
-    kUnknownTag,    ///< unknown under a static tag
-    kUnlisted       ///< unknown under a dynamic tag that the primer does not list, which means nothing
+    kUnknownLabel,  ///< unknown, with a label of the primer that the tag alone does not imply
+    kUnknownTag,    ///< unknown, with a static tag
+    kUnlisted       ///< unknown, with a dynamic tag that the primer does not list
   };
 
   /// @param tags  of the property's partition.
@@ -34,14 +34,14 @@ struct PropertyIdentityHash {
   std::size_t operator()(const PropertyIdentity& identity) const noexcept;
 };
 
-/// What messages call a property: its symbol, or for an unknown one its tag and what label the primer gives that.
+/// The name for messages: the symbol, or for an unknown property its tag and the label of that in the primer.
 std::string propertyName(const Element& property, const PartitionDictionary& tags);
 
-/// The label that the primer gives for the tag of an unknown property; null for none, and for other properties.
+/// The label of an unknown property in the primer; null for none, and for other properties.
 const Types::UniversalLabel* unknownLabelOf(const Element& property, const PartitionDictionary& tags);
 
-/// The local tag that a property has in its partition: as read, or else the one that a writer would choose; 0 when only
-/// writing would fix one.
+/// The local tag of a property in its partition: as read, or else the one that a writer would choose; 0 when a writer
+/// would generate one.
 uint16 localTagOf(const Element& property, const PartitionDictionary& tags);
 
 }  // namespace Vantor

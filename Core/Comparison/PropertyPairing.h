@@ -13,8 +13,7 @@ struct PropertyPair {
   const Element* right;
 };
 
-/// Pairs the present properties of two sets by what they are (`PropertyIdentity`), properties that are the same in
-/// their order.
+/// Pairs the present properties of two sets by `PropertyIdentity`; several with one identity in their order.
 /// @param leftTags, rightTags  of the sets' partitions.
 /// @return the left set's properties in the order of its definition, then the right set's that have no partner.
 std::vector<PropertyPair> pairProperties(const MetadataSet& left, const PartitionDictionary& leftTags,

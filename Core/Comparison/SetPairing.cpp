@@ -23,7 +23,7 @@ std::vector<Types::UUID> targetsOf(const Element& property, ReferenceKinds kinds
   return targets;
 }
 
-/// Tells sets that no other one owns.
+/// Finds the sets that no other set owns.
 class Owners {
  public:
   explicit Owners(const PartitionMetadata& partition) {
@@ -45,7 +45,7 @@ void append(std::string& text, const uint8* octets, std::size_t size) {
   text.append(reinterpret_cast<const char*>(octets), size);
 }
 
-/// The key and whatever of the properties does not depend on InstanceUIDs.
+/// The key and the properties that do not depend on InstanceUIDs.
 std::string keyAndValues(const MetadataSet& set, const PartitionDictionary& tags) {
   std::string text;
   append(text, set.key().normalised().rawBuffer(), KLV::Key::kSize);
@@ -181,7 +181,7 @@ void SetPairing::pairByKey() {
 
 template <class Waiting, class Kind>
 void SetPairing::pairWithFirst(const MetadataSet& left, Waiting& waiting, const Kind& kind) {
-  if (!left_.isFree(left)) return;  // by now
+  if (!left_.isFree(left)) return;  // an earlier pair took it along
   const auto* found = waiting.take(kind, [this](const MetadataSet* set) { return right_.isFree(*set); });
   const std::size_t first = setPairs_.size();
   if (found == nullptr || !pair(left, **found)) return;

@@ -10,20 +10,19 @@
 
 namespace Vantor {
 
-/// By what sets of two partitions find one another.
+/// How sets of two partitions are paired.
 enum class Pairing {
-  kByPlace,      ///< by what refers to them; InstanceUIDs are names that each partition chooses
+  kByPlace,      ///< by the references to them; InstanceUIDs may differ
   kByIdentifier  ///< by InstanceUID, where it is that of one set in each partition and both are of one kind; then by
                  ///< place
 };
 
-/// Finds for each KLV of one partition the one of another partition that stands for the same thing.
+/// Pairs the KLVs of two partitions.
 ///
-/// The Prefaces are partners, and whatever partners refer to by the same property, item by item: first along strong
-/// references, then along weak ones. Sets that no such path reaches are paired by key and value where no set owns them,
-/// and then by key; dark KLVs by key and octets, whether they are dark sets or dark parsed groups. Where several would
-/// do, the first of the left finds the first of the right, in the order in which the partitions are serialised. Keys
-/// are compared without octets 6 and 8.
+/// The Prefaces are partners, and so are the targets that partners refer to by the same property, item by item: first
+/// along strong references, then along weak ones. The remaining sets are paired by key and value where no set owns
+/// them, and then by key; dark KLVs by key and octets, whether they are dark sets or dark parsed groups. Several
+/// candidates are paired in the order in which the partitions are serialised. Keys are compared without octets 6 and 8.
 ///
 /// Takes time in proportion to the partitions' sizes, whatever they refer to. Both partitions outlive the pairing.
 class SetPairing {
@@ -36,7 +35,7 @@ class SetPairing {
 
   /// For each entry of the left partition the place of its partner among the right partition's entries, or `kNone`.
   const std::vector<std::size_t>& partnersOfLeft() const { return left_.partners; }
-  /// The other way round.
+  /// The same for the right partition.
   const std::vector<std::size_t>& partnersOfRight() const { return right_.partners; }
   /// The sets, dark parsed groups included, that have a set for partner, in the order in which they were paired.
   const std::vector<SetPair>& setPairs() const { return setPairs_; }

@@ -26,7 +26,7 @@ SharedPtr<const ExtensionAttributes> sharedNames(const XMLNamespace& names) {
   return attributes;
 }
 
-/// The name in XML that a definition gets.
+/// The tag name of a definition.
 wstring tagNameOf(std::string_view symbol, const ExtensionAttributes& custom) {
   return custom.has(kXMLTagName) ? custom.get(kXMLTagName) : wstring(symbol.begin(), symbol.end());
 }
@@ -59,7 +59,7 @@ struct DictionaryBuilder::State {
     uint32 element;
     uint32 requiredStatus;
     uint16 staticLocalTag;
-    ExtensionAttributes* custom;  // null unless the definition gave some
+    ExtensionAttributes* custom;  // null for a definition without any
   };
   struct PendingSet {
     std::string parent;
@@ -81,7 +81,7 @@ struct DictionaryBuilder::State {
   SharedPtr<const ExtensionAttributes> identifierNames;
   Templates::vector<PendingSet> sets;                           // beside dictionary->ownedSets_
   Templates::vector<OwnAttribute> attributes;                   // of all sets, each set's in one run
-  Templates::vector<const ExtensionAttributes*> schemaIndexes;  // [n] tells the place n + 1
+  Templates::vector<const ExtensionAttributes*> schemaIndexes;  // [n] holds the place n + 1
 };
 
 DictionaryBuilder::DictionaryBuilder(Vocabulary vocabulary) : state_(std::make_unique<State>(vocabulary)) {}
@@ -231,7 +231,7 @@ const ExtensionAttributes* DictionaryBuilder::State::extensionsOf(const OwnAttri
   return schemaIndexes[place];
 }
 
-// The element that is defined first counts, not the set: both orders are the caller's.
+// The order of the elements decides, not that of the sets: both orders are the caller's.
 void DictionaryBuilder::State::indexStaticTags() {
   Templates::vector<std::pair<uint16, uint32>> tags;
   for (const auto& attribute : attributes) {

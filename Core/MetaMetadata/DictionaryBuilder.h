@@ -34,9 +34,8 @@ constexpr DataType batchOf(DataType item) { return {Types::Identifiers::kBatch, 
 ///     builder.addSet("060e2b34.02530101.0d010101.01012f00", "Preface", "InterchangeObject");
 ///     const auto dictionary = builder.build();
 ///
-/// Unless told otherwise a definition gets its symbol as "XMLTagName" and the namespace and prefix of the vocabulary
-/// that the builder was made for. A name that stands in the definition's own extension attributes, be its value empty,
-/// replaces the one from here.
+/// By default a definition gets its symbol as tag name, and the namespace and prefix of the builder's vocabulary. The
+/// definition's own extension attributes, even empty ones, override these.
 class DictionaryBuilder {
  public:
   static constexpr uint32 kRequired = 0;
@@ -47,7 +46,7 @@ class DictionaryBuilder {
   DictionaryBuilder& operator=(DictionaryBuilder&&) noexcept;
   ~DictionaryBuilder();
 
-  /// Makes room for this many definitions; more are possible.
+  /// Reserves room for this many definitions; more are possible.
   void reserve(std::size_t elements, std::size_t sets);
 
   /// Defines a property. Defining a key again changes nothing; a key that differs from an earlier one in octet 8 only
@@ -77,7 +76,7 @@ class DictionaryBuilder {
 
   /// The dictionary of what was added; the builder is empty afterwards.
   /// @throws Exceptions::InvalidFormat naming the set when a parent is not defined or a set inherits from itself;
-  ///         the builder is good for nothing but its destruction then.
+  ///         the builder can only be destroyed then.
   SharedPtr<const Dictionary> build();
 
  private:

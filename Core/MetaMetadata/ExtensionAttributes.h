@@ -9,15 +9,15 @@
 
 namespace Vantor::MetaMetadata {
 
-/// The names that the XML vocabulary of a dictionary is told by.
+/// The extension attributes that hold the vocabulary of a dictionary.
 inline constexpr std::u16string_view kXMLTagName = u"XMLTagName";
 inline constexpr std::u16string_view kXMLNamespaceURI = u"XMLNamespaceURI";
 inline constexpr std::u16string_view kXMLDefaultPrefix = u"XMLDefaultPrefix";
 /// The decimal place of a property among the properties of its set.
 inline constexpr std::u16string_view kSchemaIndex = u"SchemaIndex";
 
-/// Named texts that a definition carries beyond what the registers tell: its name in XML, for example.
-/// Names are compared code unit by code unit. What is not set here is looked up in a shared base, when there is one.
+/// Named texts that a definition carries beyond its row in the registers, such as its tag name.
+/// Names are compared code unit by code unit. Names that are not set here are looked up in the shared base, if any.
 /// A value: copies are independent. Reading from several threads is safe, setting is not.
 class ExtensionAttributes {
  public:
@@ -25,17 +25,17 @@ class ExtensionAttributes {
   /// @param shared  what many definitions have in common; kept alive by this object.
   explicit ExtensionAttributes(SharedPtr<const ExtensionAttributes> shared) : shared_(std::move(shared)) {}
 
-  /// The value, or an empty text when the name is set nowhere; valid until the next `set`, or until this object goes.
+  /// The value, or an empty text when the name is set nowhere; valid until the next `set` and as long as this object.
   const wstring& get(std::u16string_view name) const;
-  /// Whether the name is set, be it to an empty text.
+  /// Whether the name is set, even to an empty text.
   bool has(std::u16string_view name) const { return find(name) != nullptr; }
-  /// Whether that is the tag name, which is not empty.
+  /// Whether the tag name is this name; false when it is empty.
   bool isTagName(std::string_view name) const;
   bool isEmpty() const { return !tagName_ && entries_.empty() && shared_ == nullptr; }
 
   /// Sets or replaces a value; hides the shared base's value of that name. Returns this object, for chains.
   ExtensionAttributes& set(std::u16string_view name, wstring value);
-  /// Takes over every name that `others` sets itself.
+  /// Sets every name that `others` sets itself.
   void setAll(const ExtensionAttributes& others);
 
  private:
@@ -45,7 +45,7 @@ class ExtensionAttributes {
   };
   const wstring* find(std::u16string_view name) const;
 
-  // Apart from the others: thousands of definitions have a tag name and nothing else of their own.
+  // Kept apart: thousands of definitions have a tag name and no other entry.
   std::optional<wstring> tagName_;
   Templates::vector<Entry> entries_;
   SharedPtr<const ExtensionAttributes> shared_;

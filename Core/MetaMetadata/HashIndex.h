@@ -7,7 +7,7 @@
 
 namespace Vantor::MetaMetadata {
 
-/// Finds places in a list by hash, in one allocation. It holds no keys: whoever asks compares the candidates.
+/// Finds places in a list by hash, in one allocation. It holds no keys: the caller compares the candidates.
 /// Open addressing, at most half full. Any thread may find while none inserts.
 class HashIndex {
  public:
@@ -15,7 +15,7 @@ class HashIndex {
 
   HashIndex() = default;
 
-  /// Makes room for this many places; entering more is possible.
+  /// Reserves room for this many places; more are possible.
   void reserve(std::size_t places);
 
   /// The first entered of the places with this hash for which `matches(place)` holds, or `kNotFound`.

@@ -15,7 +15,7 @@ inline uint32 hashOf(uint64 number) {
 
 inline uint32 hashOfText(std::string_view text) { return hashOf(std::hash<std::string_view>()(text)); }
 
-/// Those octets of a universal label that tell one definition from another, for hashing and comparing.
+/// The octets of a universal label that distinguish definitions, for hashing and comparing.
 struct LabelIdentity {
   uint64 head;
   uint64 tail;

@@ -20,13 +20,17 @@ class AbstractMetaAttributeVisitor {
   virtual void visit(const MetaAttribute& attribute) = 0;
 };
 
-/// What is known of one property of one set. Never changes, so any thread may read it.
+/// The definition of one property in one set. Never changes, so any thread may read it.
 class AbstractMetaAttribute {
  public:
   virtual ~AbstractMetaAttribute();
   virtual void accept(AbstractMetaAttributeVisitor& visitor) const = 0;
   /// The property's definition, which belongs to the dictionary; null when the dictionary has none.
   virtual const MetaElement* metaElement() const = 0;
+  /// The two-byte local tag that the register assigns in this set; 0 when a primer pack has to assign one.
+  virtual uint16 staticLocalTag() const { return 0; }
+  /// This as an attribute of an unknown property; null for any other.
+  virtual const UnknownAttribute* asUnknown() const { return nullptr; }
 };
 
 /// A property that the definition of its set lists. Belongs to its `MetaMetadataSet`; its pointers are into the same
@@ -44,13 +48,12 @@ class MetaAttribute final : public AbstractMetaAttribute {
   /// Never null.
   const MetaElement* metaElement() const override { return element_; }
   /// 0 required, 1 required of encoders, 2 required of decoders, 3 best effort, 4 optional (ST 377-1).
-  /// The SMPTE registers only tell required from optional: the built-in dictionary knows 0 and 4.
+  /// The SMPTE registers only distinguish required and optional: the built-in dictionary uses 0 and 4.
   uint32 requiredStatus() const { return requiredStatus_; }
   /// "SchemaIndex" is the place among the set's properties in decimal digits, inherited properties first.
   /// Empty when there is none of that name.
   const wstring& extensionAttribute(std::u16string_view name) const { return extensionAttributes_->get(name); }
-  /// The two-byte local tag that the register assigns, 0 when a primer pack has to assign one.
-  uint16 staticLocalTag() const { return staticLocalTag_; }
+  uint16 staticLocalTag() const override { return staticLocalTag_; }
 
  private:
   const MetaElement* element_;
@@ -73,7 +76,7 @@ class MisplacedAttribute final : public AbstractMetaAttribute {
   const MetaElement* element_;
 };
 
-/// A property that the dictionary does not know; all there is to tell is the local tag that it has in its file.
+/// A property that the dictionary does not know, identified by the local tag that it has in its file.
 class UnknownAttribute final : public AbstractMetaAttribute {
  public:
   explicit UnknownAttribute(const Types::LocalTag& localTag) : localTag_(localTag) {}
@@ -81,6 +84,7 @@ class UnknownAttribute final : public AbstractMetaAttribute {
   void accept(AbstractMetaAttributeVisitor& visitor) const override { visitor.visit(*this); }
   /// Always null.
   const MetaElement* metaElement() const override { return nullptr; }
+  const UnknownAttribute* asUnknown() const override { return this; }
   const Types::LocalTag& localTag() const { return localTag_; }
 
  private:

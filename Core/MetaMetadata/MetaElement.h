@@ -22,7 +22,7 @@ class MetaElement {
   /// As registered, version octet included.
   const Types::UniversalLabel& key() const { return key_; }
   const std::string& symbol() const { return symbol_; }
-  /// Whether that is the symbol or the tag name.
+  /// Whether the symbol or the tag name is this name.
   bool isNamed(std::string_view name) const;
   /// `kArray` or `kBatch` exactly for a `MetaCollectionElement`.
   Types::Identifiers::Identifier dataType() const { return dataType_; }
@@ -50,7 +50,7 @@ class MetaCollectionElement : public MetaElement {
   Types::Identifiers::Identifier dataSubType_;
 };
 
-/// The definition as that of a collection; null for every other. Tells by the data type, which costs less than a cast.
+/// The definition as that of a collection; null for any other. Checks the data type, which is cheaper than a cast.
 inline const MetaCollectionElement* asCollection(const MetaElement& definition) {
   const bool isCollection =
       definition.dataType() == Types::Identifiers::kArray || definition.dataType() == Types::Identifiers::kBatch;

@@ -26,7 +26,7 @@ class MetaMetadataSet {
   /// version as registered.
   const KLV::Key& key() const { return key_; }
   const std::string& symbol() const { return symbol_; }
-  /// Whether that is the symbol or the tag name.
+  /// Whether the symbol or the tag name is this name.
   bool isNamed(std::string_view name) const;
   /// Empty when there is none of that name.
   const wstring& extensionAttribute(std::u16string_view name) const { return extensionAttributes_.get(name); }
@@ -54,7 +54,7 @@ class MetaMetadataSet {
                   ExtensionAttributes extensionAttributes);
 
   const MetaAttribute* findByLabel(const uint8* label) const;
-  /// Takes over the parent's attributes, which have to be complete, before any own one is appended.
+  /// Copies the parent's attributes, which are complete. Called before any `append`.
   void inherit(const MetaMetadataSet& parent, std::size_t ownAttributes);
   /// Returns false, and changes nothing, when there is an attribute with that label already.
   bool append(const MetaAttribute& attribute);

@@ -12,7 +12,7 @@ namespace Vantor::MetaMetadata {
 /// or without "urn:smpte:ul:" in front.
 /// @throws Exceptions::InvalidFormat naming the text when it is anything else.
 KLV::Key registerKey(std::string_view text);
-/// None when the text is anything else.
+/// The same; none for any other text.
 std::optional<KLV::Key> parseRegisterKey(std::string_view text);
 
 /// As the registers print it: four groups of eight digits in lower case, dots between them.

@@ -6,7 +6,7 @@
 
 namespace Vantor::MetaMetadata {
 
-/// Which namespaces the definitions of a dictionary name. The names in them are the same.
+/// The namespaces that a dictionary uses. The names in them are the same.
 enum class Vocabulary : uint8 {
   /// Sets in "urn:SMPTE:S377M", properties in "urn:SMPTE:RP210".
   kLegacy,
@@ -30,7 +30,7 @@ constexpr XMLNamespace setNamespace(Vocabulary vocabulary) {
   return vocabulary == Vocabulary::kLegacy ? kLegacySets : kST434Sets;
 }
 
-/// Properties of these two names are attributes of their set's element, and as such "rp210" in either vocabulary.
+/// Properties of these two names identify their set and stay in the legacy namespace in either vocabulary.
 constexpr bool isIdentifierName(std::u16string_view tagName) {
   return tagName == u"InstanceUID" || tagName == u"GenerationUID";
 }

@@ -15,7 +15,7 @@ Types::Identifiers::Identifier itemType(const Element& element) {
   return collection == nullptr ? Types::Identifiers::kNone : collection->dataSubType();
 }
 
-/// A member as a reference; null for anything else that a caller may have put into the collection.
+/// A member as a reference; null for an item of another type.
 const Types::Reference* memberAt(const CollectionElement& element, uint32 index) {
   const auto& item = element.value()->at(index);
   const bool isReference = item.identifier() == Types::Identifiers::kStrongReference ||
@@ -23,7 +23,7 @@ const Types::Reference* memberAt(const CollectionElement& element, uint32 index)
   return isReference ? static_cast<const Types::Reference*>(&item) : nullptr;
 }
 
-/// Members first as references; what holds no member is a plain collection to the visitor.
+/// Visits each member as a reference; an empty collection as a plain one.
 template <class Plain>
 void acceptMembers(const Plain& element, Metadata::Visitors::ElementVisitor& visitor) {
   if (element.size() == 0) return visitor.visit(element);

@@ -23,7 +23,7 @@ class CollectionElement : public Element {
   /// item type's size first.
   /// @throws InvalidLength when the item's size is not the collection's item size.
   void append(auto_ptr<Types::SimpleDataType> item);
-  /// Removes the item at an index; the collection stays, if need be empty.
+  /// Removes the item at an index; the collection stays, even if empty.
   /// @throws InvalidLength when there is no such item.
   void removeAt(uint32 index);
 
@@ -36,7 +36,7 @@ class CollectionElement : public Element {
   auto_ptr<Types::Collection> collection_;
 };
 
-/// A property whose value is an array: the order of its items means something.
+/// A property whose value is an array, whose order counts.
 class ArrayElement : public CollectionElement {
  public:
   using CollectionElement::CollectionElement;
@@ -48,7 +48,7 @@ class ArrayElement : public CollectionElement {
   auto_ptr<Types::Collection> makeCollection(int itemSize) const override;
 };
 
-/// A property whose value is a batch: the order of its items means nothing, but is kept.
+/// A property whose value is a batch, whose order is kept but does not count.
 class BatchElement : public CollectionElement {
  public:
   using CollectionElement::CollectionElement;

@@ -9,7 +9,7 @@ DarkMetadataSet::DarkMetadataSet(const KLV::Key& key, uint8 berOctetCount, KLV::
 
 void DarkMetadataSet::serialize(DataIO::DataSink& sink) const {
   sink.write(key_.rawBuffer(), KLV::Key::kSize);
-  // A count that no length field has comes from a document; it is kept, but cannot be followed.
+  // A caller may give a count that no length field has; it is kept, but not written.
   KLV::writeBERLength(sink, value_.serializedSize(), berLength_ <= KLV::kMaxBEROctets ? berLength_ : uint8{0});
   sink.write(value_.rawBuffer(), value_.serializedSize());
 }

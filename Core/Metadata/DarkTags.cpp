@@ -13,7 +13,7 @@ void reserveDarkTags(const KLV::Key& key, const uint8* octets, std::size_t size,
       tags.reserve(Types::LocalTag(item.tag));
     }
   } catch (const Exceptions::BaseException&) {
-    // It is no local set but by its key.
+    // Its key says local set; its value is not one.
   }
 }
 

@@ -10,15 +10,15 @@
 
 namespace Vantor {
 
-/// What a property of a set is: the definition's attribute, which the dictionary owns, or an attribute of this property
-/// alone (a misplaced or unknown one), which the property owns.
+/// The attribute of a property: the definition's, which the dictionary owns, or that of a misplaced or unknown
+/// property, which the property owns.
 class AttributeHandle {
  public:
   /// @param attribute  outlives the property; the partition keeps its dictionary alive.
   explicit AttributeHandle(const MetaMetadata::MetaAttribute& attribute) : attribute_(&attribute) {}
   explicit AttributeHandle(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute)
       : owned_(std::move(attribute)), attribute_(owned_.get()) {}
-  /// Borrows: a view of somebody else's property.
+  /// Borrows the attribute of another property.
   static AttributeHandle viewOf(const MetaMetadata::AbstractMetaAttribute& attribute) {
     return AttributeHandle(&attribute);
   }
@@ -33,7 +33,7 @@ class AttributeHandle {
   const MetaMetadata::AbstractMetaAttribute* attribute_;
 };
 
-/// Which kinds of references a walk follows: strong ones, and weak ones on request.
+/// The kinds of references to follow: strong ones, and weak ones on request.
 struct ReferenceKinds {
   bool weak = false;
   bool include(Types::Identifiers::Identifier kind) const {
@@ -43,9 +43,9 @@ struct ReferenceKinds {
 
 /// One property of a metadata set.
 ///
-/// A property is *unset* after `PartitionMetadata::createMetadataSet`: a place for a value that a read-only visit,
-/// an export and a KLV writer pass over. It is *present* once it was given a value, was read from a file or was added
-/// explicitly; a present property may still have no value (zero octets on the wire).
+/// A property is *unset* after `PartitionMetadata::createMetadataSet`: a place for a value that readers and writers
+/// skip. It is *present* once it was given a value, was read from a file or was added explicitly; a present property
+/// may still have no value (zero octets on the wire).
 class Element {
  public:
   explicit Element(AttributeHandle attribute) : attribute_(std::move(attribute)) {}
@@ -56,8 +56,8 @@ class Element {
   const MetaMetadata::AbstractMetaAttribute& metaAttribute() const { return *attribute_; }
 
   /// Dispatches to the visitor's operation for this kind. A collection of references is visited as itself, then member
-  /// by member as `ReferenceElement`; one that is empty is visited as a plain collection. The two flags are the
-  /// caller's way of writing; no kind of element changes its dispatch by them.
+  /// by member as `ReferenceElement`; an empty one as a plain collection. The dispatch does not depend on the two
+  /// flags.
   virtual void accept(Metadata::Visitors::ElementVisitor& visitor, bool nestStrongReferences,
                       bool excludeNonStructural) const = 0;
   virtual void accept(Metadata::Visitors::NonConstElementVisitor& visitor) = 0;

@@ -28,7 +28,7 @@ auto_ptr<Element> makeCollectionElement(AttributeHandle attribute,
   return std::make_unique<BatchElement>(std::move(attribute));
 }
 
-/// Hands a value over as what its definition demands.
+/// Casts a value to the class that its property holds.
 template <class To>
 auto_ptr<To> downcast(auto_ptr<Types::SimpleDataType> value) {
   auto* wanted = dynamic_cast<To*>(value.get());

@@ -12,11 +12,11 @@ bool isReference(const MetaMetadata::MetaElement& definition);
 /// Whether a property of this definition is one value that is neither a collection nor a reference.
 bool isSimple(const MetaMetadata::MetaElement& definition);
 
-/// A property, unset, of the kind that its definition asks for; a `SimpleElement` without a definition.
+/// An unset property of the kind that its definition asks for; a `SimpleElement` without a definition.
 /// @param owner  see `SimpleElement`.
 auto_ptr<Element> makeElement(AttributeHandle attribute, MetadataSet* owner);
 
-/// The value of a property of this definition; null when the bytes do not decode or would be written back as others.
+/// The value of a property of this definition; null when the bytes do not decode or would be written back differently.
 auto_ptr<Types::SimpleDataType> decodeValue(const MetaMetadata::MetaElement& definition, const uint8* bytes,
                                             std::size_t size);
 

@@ -6,7 +6,7 @@ namespace Vantor {
 
 namespace {
 
-/// An empty value has an address, too: it tells dark KLVs from sets.
+/// An empty value has an address, too: the address marks dark KLVs.
 std::string_view viewOf(const Bytes& octets) {
   return octets.empty() ? std::string_view("")
                         : std::string_view(reinterpret_cast<const char*>(octets.data()), octets.size());

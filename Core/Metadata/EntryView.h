@@ -6,18 +6,18 @@
 
 namespace Vantor {
 
-/// One KLV of a partition, of whichever kind, to read. Valid as long as the entry.
+/// A view of one KLV of a partition, set or dark set. Valid as long as the entry.
 struct EntryView {
   explicit EntryView(const PartitionMetadata::Entry& entry);
 
-  /// Whether nothing is known of the KLV but its octets: a dark set or a dark parsed group.
+  /// Whether the KLV is a dark set or a dark parsed group, of which only the octets are known.
   bool isDark() const { return octets.data() != nullptr; }
-  /// What messages call the KLV: the set's symbol, or its key.
+  /// The name for messages: the set's symbol, or its key.
   std::string name() const;
 
   const MetadataSet* set = nullptr;  ///< null for a dark set
   const KLV::Key* key = nullptr;
-  std::string_view octets;  ///< of a dark set's or dark parsed group's value; without address for other sets
+  std::string_view octets;  ///< the value of a dark set or dark parsed group; data() is null for other sets
   uint8 berLength = 0;
 };
 

@@ -27,7 +27,7 @@ std::size_t sizeOnWire(const Element& element) {
   return value == nullptr ? 0 : value->encodedSize();
 }
 
-/// Values that no 2-byte length can tell force the coding with BER lengths, as ST 377-1 permits for any set.
+/// A value too long for a 2-byte length forces the coding with BER lengths, as ST 377-1 permits for any set.
 KLV::LocalSetCoding codingFor(const KLV::Key& key, const std::vector<const Element*>& elements) {
   const bool tooLarge = std::any_of(elements.begin(), elements.end(), [](const Element* element) {
     return sizeOnWire(*element) > kLargestTwoByteLength;
@@ -39,39 +39,23 @@ KLV::Key codedKey(const KLV::Key& key, KLV::LocalSetCoding coding) {
   return key.withOctet(KLV::Key::kCodingOctet, static_cast<uint8>(coding));
 }
 
-/// Tells the local tag of a property that was not read from a file.
-class TagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
- public:
-  explicit TagFinder(PartitionDictionary& tags) : tags_(tags) {}
-  void visit(const MetaMetadata::UnknownAttribute& attribute) override {
-    tag = attribute.localTag().value();
-    const auto* definition = tags_.dictionary()->findElementByStaticTag(tag);
-    // Readers look tags up in the primer; what the dictionary knows by this tag belongs there.
-    if (definition != nullptr && tags_.tryFind(tag) == nullptr) tags_.addPrimerEntry({tag, definition->key().key()});
-  }
-  void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
-    tag = tags_.findOrGenerate(attribute.metaElement()->key()).value();
-  }
-  void visit(const MetaMetadata::MetaAttribute& attribute) override {
-    tag = tags_.findOrGenerate(attribute.metaElement()->key(), attribute.staticLocalTag()).value();
-  }
-  uint16 tag = 0;
-
- private:
-  PartitionDictionary& tags_;
-};
-
-/// What an unknown property is called may be a tag that the primer lists for nothing.
+/// The tag of an unknown property may be one that the primer does not list.
 void reserveTag(const Element& element, PartitionDictionary& tags) {
-  const auto* attribute = dynamic_cast<const MetaMetadata::UnknownAttribute*>(&element.metaAttribute());
-  if (attribute != nullptr) tags.reserve(attribute->localTag());
+  if (const auto* unknown = element.metaAttribute().asUnknown()) tags.reserve(unknown->localTag());
+}
+
+/// Readers look tags up in the primer, so what the dictionary knows by this tag belongs there.
+uint16 listedTag(uint16 tag, PartitionDictionary& tags) {
+  const auto* definition = tags.dictionary()->findElementByStaticTag(tag);
+  if (definition != nullptr && tags.tryFind(tag) == nullptr) tags.addPrimerEntry({tag, definition->key().key()});
+  return tag;
 }
 
 uint16 tagOf(const Element& element, PartitionDictionary& tags) {
   if (element.localTag() != 0) return element.localTag();
-  TagFinder finder(tags);
-  element.metaAttribute().accept(finder);
-  return finder.tag;
+  const auto& attribute = element.metaAttribute();
+  if (const auto* unknown = attribute.asUnknown()) return listedTag(unknown->localTag().value(), tags);
+  return tags.findOrGenerate(attribute.metaElement()->key(), attribute.staticLocalTag()).value();
 }
 
 }  // namespace

@@ -70,9 +70,9 @@ class MetadataSet {
   const KLV::Key& key() const { return key_; }
   /// The definition; null when the dictionary has none.
   const MetaMetadata::MetaMetadataSet* definition() const { return definition_; }
-  /// What messages call the set: its symbol, or its key when it has no definition.
+  /// The name for messages: the symbol, or the key of a set without definition.
   std::string name() const;
-  /// The same with the InstanceUID behind it, for a set that has one.
+  /// The name followed by the InstanceUID, for a set that has one.
   std::string fullName() const;
 
   void accept(Metadata::Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
@@ -153,8 +153,8 @@ class MetadataSet {
   /// Adds a valid property without a value, or returns the one that is there.
   /// @param attribute  one of the definition's attributes.
   Element& createElement(const MetaMetadata::MetaAttribute& attribute);
-  /// Adds a misplaced or unknown property, present and without a value. A misplaced one is of the kind that its
-  /// definition tells; an unknown one is a `SimpleElement`. The set owns it.
+  /// Adds a misplaced or unknown property, present and without a value. Its definition decides its kind; an unknown one
+  /// is a `SimpleElement`. The set owns it.
   Element& createInvalidElement(auto_ptr<MetaMetadata::AbstractMetaAttribute> attribute);
 
   /// Takes a property out, valid or not, with its value.
@@ -163,8 +163,8 @@ class MetadataSet {
 
   /// The present properties in the order of the definition, then the invalid ones as met.
   std::vector<const Element*> inDefinitionOrder() const;
-  /// The present properties as they are written: those that were read in the order of the file, then the others in the
-  /// order of the definition.
+  /// The present properties in the order in which they are written: properties from the file in its order, then the
+  /// others in the order of the definition.
   std::vector<const Element*> inWritingOrder() const;
 
   /// Whether a property of this set is the one that holds its InstanceUID.
@@ -213,12 +213,12 @@ class MetadataSet {
   uint8 berLength_ = 4;
 };
 
-/// A local set whose key the dictionary does not know. Its bytes are kept as they were read; of its properties only the
-/// InstanceUID is understood, so that references find it.
+/// A local set whose key the dictionary does not know. Its octets are kept as they were read; only the InstanceUID is
+/// decoded, so that references find the set.
 class DarkParsedGroup : public MetadataSet {
  public:
   /// @param value        everything after the set's key and length.
-  /// @param instanceUID  what one of the items in it says; none when no item does.
+  /// @param instanceUID  from one of the items in it, if any.
   DarkParsedGroup(const KLV::Key& key, uint8 berLength, Bytes value,
                   const std::optional<Types::UUID>& instanceUID = std::nullopt);
 

@@ -13,7 +13,7 @@
 
 namespace Vantor {
 
-/// What one partition calls things: the metadata dictionary, and the primer pack that maps local tags to labels.
+/// The names that one partition uses: the metadata dictionary, and the primer pack that maps local tags to labels.
 class PartitionDictionary {
  public:
   explicit PartitionDictionary(SharedPtr<const MetaMetadata::Dictionary> dictionary);
@@ -25,7 +25,7 @@ class PartitionDictionary {
   /// The same, or null.
   const Types::UniversalLabel* tryFind(uint16 tag) const;
 
-  /// The tag that `findOrGenerate` would return without making one up; 0 when it would have to.
+  /// The tag that `findOrGenerate` would return; 0 when it would generate one.
   uint16 tryFindTag(const Types::UniversalLabel& label, uint16 preferredTag = 0) const;
 
   /// The tag that the partition uses for a label (octet 8 ignored). A label that the primer does not have gets the
@@ -35,18 +35,17 @@ class PartitionDictionary {
   /// @throws InvalidLength when all 32,768 dynamic tags are taken.
   Types::LocalTag findOrGenerate(const Types::UniversalLabel& label, uint16 preferredTag = 0);
 
-  /// A dynamic tag that the primer does not list and no property with a label gets, for a property of which not even a
-  /// label is known.
-  /// @param index  which of these tags; so many are made as are asked for, up to 256. The last that was made serves for
-  /// all others, as it does when the dynamic tags are all taken.
-  /// @throws InvalidLength when not even one can be made.
+  /// A dynamic tag that the primer does not list, reserved for a property whose label is not known.
+  /// @param index  the index of the tag. At most 256 are reserved, and fewer when the dynamic tags run out; larger
+  /// indexes share the last one.
+  /// @throws InvalidLength when no dynamic tag is free.
   Types::LocalTag unlistedTag(std::size_t index);
-  /// Keeps a dynamic tag that the primer does not list from being given to another property. Other tags have their
-  /// meaning from the dictionary and are not reserved.
+  /// Reserves a dynamic tag that the primer does not list, so that no other property gets it. Ignores other tags, which
+  /// have a meaning already.
   void reserve(const Types::LocalTag& tag);
 
   /// Appends an entry of a primer pack as it was read. A tag or label that is already mapped keeps its first mapping;
-  /// the entry is kept all the same, for writing.
+  /// the entry is still written.
   void addPrimerEntry(const KLV::PrimerEntry& entry);
   /// The key of the primer pack and the octets of its length field: as read, else those of ST 377-1 and 4.
   const KLV::Key& primerKey() const { return primerKey_; }
@@ -60,7 +59,7 @@ class PartitionDictionary {
 
  private:
   bool isFree(uint16 tag) const { return labels_.count(tag) == 0 && reserved_.count(tag) == 0; }
-  /// Goes down to the next free one.
+  /// Moves on to the next free dynamic tag, downwards.
   bool hasFreeDynamicTag();
   uint16 freeTag(uint16 preferredTag);
 

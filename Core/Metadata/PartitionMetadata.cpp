@@ -28,7 +28,7 @@ bool isInstanceUID(const KLV::LocalSetItem& item, const PartitionDictionary& tag
   return label->key().matches(Structural::StructuralMetadataKeys::instanceUID().key());
 }
 
-/// The InstanceUID in a set that nothing else is known of.
+/// The InstanceUID in a dark set.
 std::optional<Types::UUID> findInstanceUID(const Templates::vector<KLV::LocalSetItem>& items,
                                            const PartitionDictionary& tags) {
   for (const auto& item : items) {
@@ -201,7 +201,7 @@ bool PartitionMetadata::addDarkParsedGroup(const KLV::Key& key, uint8 berOctets,
                                                      findInstanceUID(items, dictionary_)));
     return true;
   } catch (const Exceptions::ParseError&) {
-    return false;  // it looks like a local set, but nobody promised that an unknown key is one
+    return false;  // an unknown key may look like that of a local set
   }
 }
 

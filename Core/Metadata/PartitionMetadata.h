@@ -90,8 +90,9 @@ class PartitionMetadata {
   ///
   ///     "TimelineTrack"      the only set of that kind, by its symbol in the register or its tag name
   ///     "TimelineTrack[2]"   the second one, in file order
-  ///     "06.0E.2B.34...."    the set with that InstanceUID, or else the only one with that key; also
-  ///     "urn:smpte:ul:..." "urn:uuid:..."       the set with that InstanceUID; also the bare 8-4-4-4-12 digits
+  ///     "06.0E.2B.34...."    the set with that InstanceUID, or else the only one with that key
+  ///     "urn:smpte:ul:..."   the same
+  ///     "urn:uuid:..."       the set with that InstanceUID; the bare 8-4-4-4-12 digits will do
   ///
   /// @throws InvalidFormat when there is no such set, and naming the choices when there are several.
   MetadataSet& find(std::string_view name) const;
@@ -113,8 +114,8 @@ class PartitionMetadata {
   /// order, or some of them.
   std::vector<Entry> releaseEntries();
   /// Takes a set out; references to it stay as they are. A loop over `sets()`, `entries()` or `findAll()` may remove
-  /// any sets and find others on the way. The object lives until one of `sets()`, `entries()` and `darkBegin()` is
-  /// called again.
+  /// any sets and find others on the way; n removals and one look at the lists take time in proportion to the sets.
+  /// The object lives until `sets()`, `entries()` or `darkBegin()` is called again.
   /// @param set  of this partition.
   void remove(MetadataSet& set);
   void remove(DarkMetadataSet& set);
@@ -127,12 +128,11 @@ class PartitionMetadata {
   void addKLV(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size, uint64 offset);
 
   /// The sets in the order in which they are serialised: the Preface, then depth first along the strong references of
-  /// each set in the order of its definition, then the sets that no such path reaches, each of these with what it
-  /// refers to behind it.
-  /// @param order              receives the sets; it is emptied first.
-  /// @param withUnreached      whether the sets that no path from the Preface reaches are wanted at all.
-  /// @param followWeak         whether weak references lead to sets, too.
-  /// @return how many sets at the end of `order` were not reached.
+  /// each set in the order of its definition, then the sets that no such path reaches, each followed by its targets.
+  /// @param order          receives the sets; emptied first.
+  /// @param withUnreached  whether to list the sets that no path from the Preface reaches.
+  /// @param followWeak     whether to follow weak references, too.
+  /// @return the number of unreached sets at the end of `order`.
   uint32 calculateSerializationOrder(std::vector<const MetadataSet*>& order, bool withUnreached, bool followWeak) const;
 
  private:

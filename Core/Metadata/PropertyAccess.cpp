@@ -41,6 +41,11 @@ bool isInteger(Identifier type) {
   return std::find(std::begin(kIntegers), std::end(kIntegers), type) != std::end(kIntegers);
 }
 
+const Types::SimpleDataType* valueOf(const MetadataSet& set, std::string_view property) {
+  const auto* element = set.find(property);
+  return element == nullptr ? nullptr : element->wireValue();
+}
+
 }  // namespace
 
 const Element* MetadataSet::find(std::string_view property) const {
@@ -71,8 +76,7 @@ const MetaElement& MetadataSet::definitionOf(std::string_view property) const {
 
 const Types::SimpleDataType* MetadataSet::valueOfType(std::string_view property, Identifier type) const {
   const auto& definition = definitionOf(property);
-  const auto* element = find(property);
-  const auto* value = element == nullptr ? nullptr : element->wireValue();
+  const auto* value = valueOf(*this, property);
   const auto found = value == nullptr ? definition.dataType() : value->identifier();
   if (found == type) return value;
   raise<InvalidFormat>("{} of {} is of type {}, not {}", property, fullName(), Types::Identifiers::name(found),
@@ -86,8 +90,7 @@ const Types::SimpleDataType& MetadataSet::requiredValue(std::string_view propert
 
 wstring MetadataSet::text(std::string_view property) const {
   definitionOf(property);
-  const auto* element = find(property);
-  const auto* value = element == nullptr ? nullptr : element->wireValue();
+  const auto* value = valueOf(*this, property);
   if (value == nullptr) raise<InvalidFormat>("{} of {} has no value", property, fullName());
   return Types::textOfValue(*value);
 }
@@ -98,16 +101,16 @@ Element& MetadataSet::createElement(std::string_view property) {
   if (Element* there = find(property)) return *there;
   const auto& attribute = *definition_->findAttribute(property);
   Element& created = createElement(attribute);
-  const auto unknown = std::find_if(invalid_.begin(), invalid_.end(), [&](const auto& element) {
-    return element->localTag() != 0 && element->metaAttribute().metaElement() == nullptr &&
-           attributeOfTag(element->localTag()) == &attribute;
+  const auto found = std::find_if(invalid_.begin(), invalid_.end(), [&](const auto& element) {
+    const auto* unknown = element->metaAttribute().asUnknown();
+    return unknown != nullptr && attributeOfTag(unknown->localTag().value()) == &attribute;
   });
-  if (unknown == invalid_.end()) return created;
-  created.setLocalTag((*unknown)->localTag());
-  created.setLengthOctets((*unknown)->lengthOctets());
-  std::replace(readOrder_.begin(), readOrder_.end(), static_cast<const Element*>(unknown->get()),
-               static_cast<const Element*>(&created));
-  invalid_.erase(unknown);
+  if (found == invalid_.end()) return created;
+  created.setLocalTag((*found)->localTag());
+  created.setLengthOctets((*found)->lengthOctets());
+  std::replace<std::vector<const Element*>::iterator, const Element*>(readOrder_.begin(), readOrder_.end(),
+                                                                      found->get(), &created);
+  invalid_.erase(found);
   return created;
 }
 
@@ -122,8 +125,7 @@ bool MetadataSet::set(std::string_view property, const Types::SimpleDataType& va
     raise<InvalidFormat>("{} of {} takes {}, not {}", property, fullName(), typeName(definition),
                          Types::Identifiers::name(value.identifier()));
   }
-  const auto* element = find(property);
-  const auto* before = element == nullptr ? nullptr : element->wireValue();
+  const auto* before = valueOf(*this, property);
   if (before != nullptr && before->equals(value)) return false;
   setDecodedValue(createElement(property), value.clone());
   return true;
@@ -138,10 +140,9 @@ bool MetadataSet::set(std::string_view property, std::u16string_view text) {
   } catch (const Exceptions::BaseException& error) {
     raise<InvalidFormat>("{} of {}: {}", property, fullName(), error.message());
   }
-  // A text does not tell how many NULs end a value.
-  if (has(property) && find(property)->wireValue() != nullptr && this->text(property) == Types::textOfValue(*value)) {
-    return false;
-  }
+  // Texts, unlike values, do not show final NULs, so that those in the file stay.
+  const auto* before = valueOf(*this, property);
+  if (before != nullptr && Types::textOfValue(*before) == Types::textOfValue(*value)) return false;
   setDecodedValue(createElement(property), std::move(value));
   return true;
 }

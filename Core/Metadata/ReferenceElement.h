@@ -17,14 +17,14 @@ class ReferenceElement : public Element {
 
   /// The reference; null when the property has none.
   const Types::Reference* value() const { return reference_; }
-  /// Whether a writer passes over the property: true for one without a reference, and for no other. A reference to
-  /// nothing, all zero included, is metadata like any other.
+  /// Whether writers skip the property: only when it has no reference. A reference to nothing, all zero included, is
+  /// written.
   bool isSkipped() const { return reference_ == nullptr; }
 
   /// Refers to a set by the InstanceUID that it has now, in the kind of reference that the definition asks for.
   /// @throws InvalidFormat when there is no set (null), or it has no InstanceUID.
   void set(const MetadataSet* target);
-  /// Refers to an InstanceUID that no set may carry (yet).
+  /// Refers to an InstanceUID, whether or not a set carries it.
   void setUnverifiedReference(auto_ptr<Types::Reference> reference);
 
   void accept(Metadata::Visitors::ElementVisitor& visitor, bool nestStrongReferences,

@@ -83,7 +83,7 @@ uint32 PartitionMetadata::calculateSerializationOrder(std::vector<const Metadata
   for (const MetadataSet* set : unreached) {
     if (inner.count(set) == 0) walk.from(set);
   }
-  for (const MetadataSet* set : unreached) walk.from(set);  // what is left refers to itself in circles
+  for (const MetadataSet* set : unreached) walk.from(set);  // the rest refer to one another in circles
   return static_cast<uint32>(order.size() - reached);
 }
 

@@ -7,7 +7,7 @@ namespace Vantor {
 /// A property with one value that is neither a collection nor a reference by the dictionary.
 class SimpleElement : public Element {
  public:
-  /// @param owner  told when the value changes, so that the partition's index follows an InstanceUID; may be null.
+  /// @param owner  notified of changes, so that the partition's index follows an InstanceUID; may be null.
   explicit SimpleElement(AttributeHandle attribute, MetadataSet* owner = nullptr)
       : Element(std::move(attribute)), owner_(owner) {}
 
@@ -15,8 +15,8 @@ class SimpleElement : public Element {
   const Types::SimpleDataType* value() const { return value_.get(); }
 
   /// Takes a value and makes the property present.
-  /// @param checkType  refuse a value whose type is not the definition's; false takes any type as it comes.
-  /// @throws InvalidFormat (checkType only); the property then keeps what it had.
+  /// @param checkType  whether to refuse a value whose type is not the definition's.
+  /// @throws InvalidFormat (checkType only); the property then keeps its value.
   void set(auto_ptr<Types::SimpleDataType> value, bool checkType);
 
   void accept(Metadata::Visitors::ElementVisitor& visitor, bool nestStrongReferences,

@@ -5,7 +5,7 @@
 
 namespace Vantor::Structural {
 
-/// Keys and labels of ST 377-1 that the model itself has to know.
+/// Keys and labels of ST 377-1 that the model depends on.
 struct StructuralMetadataKeys {
   /// The key of the Preface set, coding octet 0x53.
   static const KLV::Key& preface();

@@ -7,7 +7,7 @@
 
 namespace Vantor::Types {
 
-/// The octets of a value whose size varies; they are the value.
+/// A value of any number of octets.
 /// @throws InvalidLength from the constructors when there are 2^32 octets or more.
 class ByteStringBase : public SimpleDataType {
  public:

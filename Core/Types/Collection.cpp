@@ -34,7 +34,7 @@ void requireItemSize(uint32 size, uint32 itemSize) {
   raise<InvalidLength>("An item of {} octets does not fit a collection of items of {} octets", size, itemSize);
 }
 
-/// Doubles the room when it is not enough, so that adding items one by one stays linear.
+/// Doubles the room when it is too small, so that adding items one by one stays linear.
 void makeRoom(Bytes& octets, std::size_t size) {
   if (octets.capacity() < size) octets.reserve(std::max(size, 2 * octets.capacity()));
 }

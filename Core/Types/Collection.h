@@ -27,7 +27,7 @@ class Collection : public SimpleDataType {
   /// @throws InvalidLength when the item has octets and not `itemSize()` of them, or when the collection would write
   /// 2^32 octets or more; the collection stays as it was.
   void append(auto_ptr<SimpleDataType> item);
-  /// The item size stays, also when no item is left.
+  /// The item size stays, even when no item is left.
   /// @throws InvalidLength when there is no such item.
   void removeAt(uint32 index);
 
@@ -39,8 +39,8 @@ class Collection : public SimpleDataType {
   bool hasSameValue(const SimpleDataType& other) const override;
 
   /// Reads the items as values of `itemType`. Returns false when the octets are not exactly what this collection would
-  /// write: the count and the item size do not give the octets that follow, an item does not decode, or items of no
-  /// octets are counted, whose number nothing bounds. The collection must be empty, and is only good to destroy after.
+  /// write: count times item size is not the number of octets that follow, an item does not decode, or there are items
+  /// of no octets, whose number nothing bounds. The collection must be empty; after false it can only be destroyed.
   bool readFrom(Identifiers::Identifier itemType, const uint8* bytes, std::size_t size);
 
  private:
@@ -64,7 +64,7 @@ class CollectionType : public ValueType<Derived, Collection> {
     auto value = std::make_unique<Derived>();
     return static_cast<CollectionType&>(*value).readFrom(itemType, bytes, size) ? std::move(value) : nullptr;
   }
-  /// The octets alone do not tell the type of the items; they become `Unknown` values.
+  /// The octets do not show the type of the items, which become `Unknown` values.
   static auto_ptr<Derived> decode(const uint8* bytes, std::size_t size) {
     return decode(Identifiers::kUnknown, bytes, size);
   }

@@ -4,7 +4,7 @@
 
 namespace Vantor::Types {
 
-/// A run of octets whose meaning the property's definition gives.
+/// A run of octets whose meaning depends on the property.
 class DataStream final : public ByteString<DataStream> {
  public:
   using ByteString::ByteString;

@@ -4,7 +4,7 @@
 
 namespace Vantor::Types {
 
-/// Text of ISO/IEC 646 characters: octets above 0x7F are not read. A text that is made is taken as it stands.
+/// Text of ISO/IEC 646 characters: octets above 0x7F are not read. A text from a program is not checked.
 class ISO7String final : public NarrowStringType<ISO7String> {
  public:
   using NarrowStringType::NarrowStringType;

@@ -23,7 +23,7 @@ const char* name(Identifier type);
 
 }  // namespace Identifiers
 
-/// What the list says of one class: `kIdentifier`, and `kSize` in octets (0: varies). A class that is not in the list
+/// The row of one class in the list: `kIdentifier`, and `kSize` in octets (0: varies). A class that is not in the list
 /// does not compile.
 template <class Type>
 struct TypeTraits;

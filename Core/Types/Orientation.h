@@ -4,7 +4,7 @@
 
 namespace Vantor::Types {
 
-/// How a picture is scanned and turned, one octet; any number is carried (ST 377-1).
+/// The scan direction and rotation of a picture, one octet; any number is kept (ST 377-1).
 class Orientation final : public ScalarType<Orientation, uint8> {
  public:
   using ScalarType::ScalarType;

@@ -5,7 +5,7 @@
 
 namespace Vantor::Types {
 
-/// What strong and weak references have in common: the InstanceUID of the set that is meant, 16 octets (ST 377-1).
+/// The base of strong and weak references: the InstanceUID of the target, 16 octets (ST 377-1).
 class Reference : public SimpleDataType {
  public:
   const uint8* rawBuffer() const override { return target_.rawBuffer(); }

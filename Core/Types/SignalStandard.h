@@ -4,7 +4,7 @@
 
 namespace Vantor::Types {
 
-/// The standard that a picture's lines come from, one octet; any number is carried (ST 377-1).
+/// The video standard of a picture, one octet; any number is kept (ST 377-1).
 class SignalStandard final : public ScalarType<SignalStandard, uint8> {
  public:
   using ScalarType::ScalarType;

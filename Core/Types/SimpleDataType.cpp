@@ -24,7 +24,7 @@ void SimpleDataType::requireEncodable(uint64 octets) {
 }
 
 const uint8* SimpleDataType::addressOf(const Bytes& octets) {
-  // An empty vector may have no address at all, and memcpy and its like must not be given none.
+  // The address of an empty vector may be null, which memcpy and its like do not take.
   static constexpr uint8 kNothing = 0;
   return octets.empty() ? &kNothing : octets.data();
 }

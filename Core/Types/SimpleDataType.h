@@ -18,7 +18,7 @@ class Visitor;
 /// The value of a property: a number, text, identifier, record or collection together with its octets on the wire.
 ///
 /// Values do not change once made, but for `RGBALayout::set` and the items of a `Collection`; a value that nobody
-/// changes may be read from several threads. What a value was read from is what it writes, octet for octet.
+/// changes may be read from several threads. A value that was read writes the same octets again.
 class SimpleDataType {
  public:
   virtual ~SimpleDataType() = default;
@@ -28,7 +28,7 @@ class SimpleDataType {
   /// The value's octets on the wire, `encodedSize()` of them; never null, valid until the value changes.
   virtual const uint8* rawBuffer() const = 0;
   virtual uint32 encodedSize() const = 0;
-  /// The size that a value stands for: its octets on the wire, but for a collection the octets of one item.
+  /// The octets of one item of a collection; of any other value all octets on the wire.
   virtual uint32 serializedSize() const { return encodedSize(); }
 
   /// Calls the visitor's operation for this value's type.

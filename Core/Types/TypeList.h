@@ -4,8 +4,8 @@
 
 /// The one list of value types, in the order of the visitor's operations: `X(class, identifier number, octets on the
 /// wire)`, with 0 octets where the size varies. Identifiers, sizes, forward declarations, visitors, factories and the
-/// tests of every type are made from it. To add a type, add its line here; the compiler then names what is missing: the
-/// header in Types.h, the operation of each visitor, the sample values of the tests.
+/// tests of every type are made from it. To add a type, add its line here; the compiler then points at what is missing:
+/// the header in Types.h, the operation of each visitor, the sample values of the tests.
 #define VANTOR_FOR_EACH_TYPE(X)    \
   X(J2KQuantisationDefault, 39, 0) \
   X(J2KCodingStyleDefault, 38, 0)  \

@@ -5,7 +5,7 @@
 
 namespace Vantor::Types {
 
-/// A value whose type the dictionary does not tell, or whose octets are not what its type writes: carried as they are.
+/// Octets of a property that the dictionary does not know, or that do not decode as its type.
 class Unknown final : public ByteString<Unknown> {
  public:
   using ByteString::ByteString;

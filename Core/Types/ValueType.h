@@ -5,7 +5,7 @@
 
 namespace Vantor::Types {
 
-/// What every class of the type list has in common: its identifier, dispatch, copies, `==` and `!=`.
+/// The base of every class of the type list: identifier, dispatch, copies, `==` and `!=`.
 ///
 /// Such a class also has `static auto_ptr<Derived> decode(const uint8* bytes, std::size_t size)`: the value that writes
 /// exactly these octets, or null when there is none. `bytes` may be null when `size` is 0.

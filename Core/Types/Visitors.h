@@ -20,8 +20,8 @@ class Visitor {
   Visitor& operator=(const Visitor&) = default;
 };
 
-/// Ignores every value. Derive from it to treat a few types only, and say `using NullVisitor::visit;` there so that the
-/// other operations are not hidden.
+/// Ignores every value. Derive from it to handle a few types only, with `using NullVisitor::visit;` so that the other
+/// operations are not hidden.
 class NullVisitor : public Visitor {
  public:
 #define VANTOR_IGNORE_VISIT(Type, number, octets) \

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Core/MetaMetadata/DictionaryBuilder.h"
 #include "tests/XMLBuilder/LosslessSupport.h"
 
 /// Elements that are no value of their property's type, or no part of one: each is reported, and none is read in part.
@@ -107,6 +108,18 @@ TEST(LosslessImport, ReadsTheMostFractionsThatOneOctetHas) {
       prefaceWith("<rp210:FileLastModified>" + kDate + "<types:mSec4>255</types:mSec4>" + "</rp210:FileLastModified>"));
   EXPECT_THAT(document.messages(), IsEmpty());
   EXPECT_EQ(valueAs<Types::Timestamp>(document.first(), "FileLastModified").milliSecond(), 1020);
+}
+
+TEST(LosslessImport, ReadsACodeUnitThatIsWhiteSpace) {
+  MetaMetadata::DictionaryBuilder builder;
+  builder.addElement("060e2b34.01010101.7f000001.00000000", "Unit", Types::Identifiers::kUTF16);
+  builder.addSet("060e2b34.02530101.0d010101.01012f00", "Preface");
+  builder.addAttribute("060e2b34.01010101.7f000001.00000000");
+  PartitionMetadata partition(builder.build());
+  const auto result =
+      importLosslessly(documentOf("<s377m:Preface><rp210:Unit> </rp210:Unit></s377m:Preface>"), partition);
+  EXPECT_THAT(result.unread, IsEmpty());
+  EXPECT_EQ(valueAs<Types::UTF16>(*partition.sets().front(), "Unit").value(), u' ');
 }
 
 TEST(LosslessImport, KeepsEmptyStreamsOfBytes) {
