@@ -44,7 +44,7 @@ void readFolder(const Path& folder, Entries& into) {
   }
 }
 
-/// The labels that are built in are no part of other definitions, and are defined once all the same.
+/// Built-in labels are not part of `Definitions`, so that its own check does not see a second definition of one.
 void checkLabel(const LabelDefinition& label, const Definitions& definitions) {
   const auto* known = builtInLabels().findLabel(label.key);
   if (known == nullptr) known = builtInLabels().findLabel(label.symbol);

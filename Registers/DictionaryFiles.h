@@ -8,12 +8,12 @@
 namespace Vantor::Registers {
 
 /// Adds the definitions of files to others: dictionary files (docs/dictionary-format.md), the XML registers that SMPTE
-/// publishes, or folders that hold Groups.xml, Elements.xml and Types.xml and perhaps Labels.xml. The content of a
-/// file tells what it is.
+/// publishes, or folders that hold Groups.xml, Elements.xml, Types.xml and perhaps Labels.xml. Files are recognised by
+/// content.
 ///
-/// Registers come first, whatever the order of the files, and what they define takes the place of what is there; they
-/// need each other, so that groups, elements and types have to be there together. The dictionary files follow in their
-/// order. What only shows when everything is read is left to `Definitions::check`.
+/// Registers come first, whatever the order of the files, and replace what is defined already; groups, elements and
+/// types are needed together. The dictionary files follow in their order. Checks that need all definitions are left to
+/// `Definitions::check`.
 /// @throws Exceptions::InvalidFormat or Exceptions::IOError naming the file and, where there is one, the line.
 void readDictionaryFiles(const std::vector<Path>& files, Definitions& into);
 

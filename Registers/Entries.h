@@ -57,7 +57,7 @@ enum class TypeKind : uint8 {
   kWeakReference,
 };
 
-/// One of the values that an enumeration names; its texts are as they stand in the register, even empty.
+/// A value of an enumeration; its texts are those of the register, even empty.
 struct TypeValue {
   std::string value;
   std::string symbol;

@@ -13,10 +13,10 @@ class EntryReader {
   explicit EntryReader(Entries& into) : into_(into) {}
 
   /// A record of a group or a facet of a type, for the entry that is added next.
-  /// @throws Exceptions::InvalidFormat when it cannot be understood.
+  /// @throws Exceptions::InvalidFormat when it is malformed.
   void addItem(RegisterKind kind, const RegisterFields& fields);
   /// Adds the entry if it is of the kind LEAF.
-  /// @throws Exceptions::InvalidFormat when it cannot be understood.
+  /// @throws Exceptions::InvalidFormat when it is malformed.
   void add(RegisterKind kind, const RegisterFields& fields);
 
  private:

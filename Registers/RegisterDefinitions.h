@@ -8,9 +8,8 @@ namespace Vantor::Registers {
 /// Adds the sets of header metadata, their properties and the enumerations that these use. They replace what is defined
 /// already.
 ///
-/// A set is taken when its KLV syntax allows 2-byte tags and lengths, unless it lives elsewhere than in header
-/// metadata, and so are the sets that it inherits from. What no set uses is not looked at: elements and types may be
-/// wrong then.
+/// A set is taken when its KLV syntax allows 2-byte tags and lengths and it belongs to header metadata, and so are the
+/// sets that it inherits from. Elements and types that no set uses are not checked.
 /// @param into  copies what it needs; its sources are the files of the registers.
 /// @throws Exceptions::InvalidFormat when one of Groups, Elements and Types was not read, or when their entries do not
 ///         fit together; the message begins with the file and, where an entry is at fault, its line.

@@ -32,7 +32,7 @@ enum class RegisterField : uint8 {
 
 constexpr std::size_t kRegisterFields = 15;
 
-/// The texts of one entry's fields. Made once and used for every entry, so that it allocates next to nothing.
+/// The texts of one entry's fields. One object serves all entries, so that it rarely allocates.
 class RegisterFields {
  public:
   /// Forgets all texts.
@@ -42,12 +42,12 @@ class RegisterFields {
   /// Where the text of the element of that name goes; null for an element that the library does not need.
   wstring* textOf(std::u16string_view name);
 
-  /// UTF-8; white space at the ends is gone, and between words it is one blank. Empty when there is no such field.
+  /// UTF-8, trimmed, with single blanks between words. Empty when there is no such field.
   std::string text(RegisterField field) const;
   /// None when there is no such field, or it is empty.
   /// @throws Exceptions::InvalidFormat when it is no UL.
   std::optional<KLV::Key> key(RegisterField field, const Entries& entries) const;
-  /// @throws Exceptions::InvalidFormat when there is such a field, and it is neither true nor false.
+  /// @throws Exceptions::InvalidFormat when the field is neither true nor false.
   bool flag(RegisterField field, bool byDefault, const Entries& entries) const;
   /// 0 when there is no local tag.
   /// @throws Exceptions::InvalidFormat when it is no hexadecimal number of four digits or less.

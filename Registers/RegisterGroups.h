@@ -18,12 +18,12 @@ class RegisterGroups {
   /// Null for a root.
   const GroupEntry* parentOf(const GroupEntry& group) const { return group.parent ? find(*group.parent) : nullptr; }
 
-  /// Whether the group defines something that has an identifier of its own, which references to it hold: a data
-  /// definition, say, or the definition of a set.
+  /// Whether the group defines something with an identifier of its own, by which references name it: a data definition
+  /// or the definition of a set.
   bool isDefinition(const GroupEntry& group) const;
   /// Whether header metadata holds such sets, coded with 2-byte tags and lengths, or sets that inherit from it.
   bool isHeaderMetadata(const GroupEntry& group) const { return isHeaderMetadata_[placeOf(group)]; }
-  /// The groups of which that is so, by key.
+  /// These groups, by key.
   Templates::vector<const GroupEntry*> headerMetadata() const;
 
  private:

@@ -23,8 +23,8 @@ class RegisterHandler : public xercesc::DefaultHandler {
   /// @param into  is not changed before `finish`.
   RegisterHandler(std::string file, Entries& into) : file_(std::move(file)), into_(into) {}
 
-  /// Hands over what was found, in a document that ended well.
-  /// @throws Exceptions::InvalidFormat when that is nothing.
+  /// Hands over the entries of a document that was parsed to its end.
+  /// @throws Exceptions::InvalidFormat when there are none.
   void finish();
 
   void setDocumentLocator(const xercesc::Locator* const locator) override { locator_ = locator; }

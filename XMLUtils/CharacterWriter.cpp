@@ -18,7 +18,7 @@ constexpr uint64 setOf(std::u16string_view units) {
 constexpr uint64 kControls = 0xFFFFFFFF;
 constexpr uint64 kForbiddenControls = kControls & ~setOf(u"\t\n\r");
 
-/// What cannot simply be copied; the terminating NUL is in every set.
+/// Characters that cannot be copied; the terminating NUL is in every set.
 constexpr uint64 specialUnits(Place place) {
   switch (place) {
     case Place::kText:

@@ -18,9 +18,9 @@ namespace Vantor::XMLUtils {
 /// store the text in ("UTF-8" or "UTF-16"). Only a document gets a declaration. A null node leaves `out` empty.
 ///
 /// What a parser reads back equals the DOM:
-/// - Plain forms add no white space at all. Indented forms put children on lines of their own, two spaces per
-///   level, and end with a line feed. An element with a text child, however blank, stays as it is with everything below
-///   it, as does content under `xml:space="preserve"`. No text is ever dropped.
+/// - Plain forms add no white space at all. Indented forms put children on lines of their own, two spaces per level,
+///   and end with a line feed. An element with a text child, however blank, stays as it is with everything below it,
+///   as does content under `xml:space="preserve"`. No text is ever dropped.
 /// - Text that XML cannot hold, and `$#x`, which announces it, is written in the form of `escapeForbidden`. The DOM has
 ///   the characters themselves; `loadDocumentFromBuffer` and `loadDocumentFromFile` bring them back.
 /// - CR in text, and TAB, LF and CR in attribute values, are written as character references, so that they survive the

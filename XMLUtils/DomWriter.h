@@ -14,7 +14,7 @@ XERCES_CPP_NAMESPACE_END
 
 namespace Vantor::XMLUtils {
 
-/// Writes one DOM tree as XML text, in the form that `domToBuffer` describes. Made for one call.
+/// Writes one DOM tree as XML text, in the form that `domToBuffer` describes; one object per call.
 ///
 /// Walks by the nodes' own links and keeps one small record per open element.
 class DomWriter {

@@ -12,7 +12,7 @@ XERCES_CPP_NAMESPACE_END
 
 namespace Vantor::XMLUtils {
 
-/// On which lines of its text the elements of a document start, which the DOM itself does not keep.
+/// The lines on which the elements of a document start; the DOM does not keep them.
 class ElementLines {
  public:
   /// A parser as `createParser` makes, that enters the elements of what it parses here. This object outlives it. The

@@ -232,7 +232,7 @@ bool isBigEndian(const uint8* bytes) {
   return (bytes[0] == 0xFE && bytes[1] == 0xFF) || (bytes[0] == 0 && startsText(bytes[1]));
 }
 
-/// Xerces would pass over half a code unit at the end, which a cut document leaves.
+/// Xerces ignores half a code unit at the end, which a truncated document leaves.
 Input utf16(const uint8* bytes, std::size_t size, bool isMarked, u16string_view encoding) {
   if (size % 2 != 0) throw refusalAt(1, 1, u"UTF-16 text ends within a code unit");
   const std::size_t mark = isMarked ? 2 : 0;

@@ -11,22 +11,22 @@ namespace Vantor::XMLUtils {
 struct Input {
   const uint8* bytes;  ///< what follows the byte order mark, if there is one
   std::size_t size;
-  wstring encoding;  ///< overrides what the XML declaration says
+  wstring encoding;  ///< overrides the XML declaration
 };
 
 // What these functions refuse is an xercesc::SAXParseException with line, column, and a message that names neither.
 
 /// Recognises UTF-16; takes the encoding of 8-bit text from the XML declaration, UTF-8 by default.
 ///
-/// 8-bit encodings are taken if `<` and the other characters of markup are what they are in ASCII and nothing else is:
-/// UTF-8, US-ASCII, ISO 8859 and the Windows code pages 1250 to 1258, also by names such as latin1 and cp1252. That is
-/// what `checkLimits` relies on. Any other is refused.
+/// Of 8-bit encodings, takes those in which the octets of markup are those of ASCII and mean nothing else, as
+/// `checkLimits` requires: UTF-8, US-ASCII, ISO 8859 and the Windows code pages 1250 to 1258, also by names such as
+/// latin1 and cp1252. Refuses any other.
 Input recognise(const uint8* bytes, std::size_t size);
 
 /// Refuses a document beyond `kMaximumDepth` or `kMaximumAttributes` before a parser spends time and memory on it, and
 /// text that the parser would misread or misplace: NUL characters, and what is not valid in UTF-8. Besides that, finds
-/// only where comments, sections, instructions and tags start and end; a document that is not well-formed is left to the
-/// parser, which stops at the first error.
+/// only where comments, sections, instructions and tags start and end; a document that is not well-formed is left to
+/// the parser, which stops at the first error.
 void checkLimits(const Input& input);
 
 }  // namespace Vantor::XMLUtils

@@ -28,7 +28,7 @@ constexpr std::size_t kMaximumAttributesInScope = 2000;
 /// Makes a synchronous parser for the functions below.
 Holder<xercesc::DOMLSParser> createParser();
 
-/// Parses a document that stands in memory.
+/// Parses a document in memory.
 ///
 /// UTF-16 is recognised with and without a byte order mark, UTF-8 with one, and then whatever encoding the XML
 /// declaration names. Other text is in the encoding that the declaration names, UTF-8 without one: UTF-8, US-ASCII, ISO
@@ -37,9 +37,10 @@ Holder<xercesc::DOMLSParser> createParser();
 /// stays, as a DOM string ends at a NUL. White space is kept: see `cleanEmptyTextNodes`.
 ///
 /// Input is not trusted. A document type declaration is skipped unread, so there are no entities but the five of XML,
-/// and a reference to another one is an error; one that has brackets or '>' where skipping would go wrong, in comments
-/// or literals, is refused. Nothing outside the buffer is opened: no entity, no schema, no network. Elements that nest
-/// deeper than `kMaximumDepth` or have more attributes than the limits above are refused before anything is built.
+/// and a reference to another one is an error; a declaration with brackets or '>' in comments or literals, where
+/// skipping would go wrong, is refused. Nothing outside the buffer is opened: no entity, no schema, no network.
+/// Elements that nest deeper than `kMaximumDepth` or have more attributes than the limits above are refused before
+/// anything is built.
 ///
 /// @param buffer  read during the call only; null counts as empty.
 /// @param size    bytes.
@@ -52,7 +53,7 @@ Holder<xercesc::DOMLSParser> createParser();
 /// @throws xercesc::DOMException when the parser is busy; std::bad_alloc or xercesc::OutOfMemoryException.
 xercesc::DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, xercesc::DOMLSParser& parser);
 
-/// Parses a document that stands in a file; otherwise as `loadDocumentFromBuffer`.
+/// Parses a file as `loadDocumentFromBuffer` parses a buffer.
 /// @param path  NUL-terminated UTF-16, taken as the name itself and not as a URI; see `Platform::pathFromWstring`.
 /// @throws xercesc::SAXException naming the path and the system's reason when the file cannot be read.
 xercesc::DOMDocument* loadDocumentFromFile(const uint16* path, xercesc::DOMLSParser& parser);

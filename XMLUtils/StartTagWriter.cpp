@@ -19,7 +19,7 @@ constexpr u16string_view kXmlns = u"xmlns";
 /// Never null, so that the view's data can be written as NUL-terminated text.
 u16string_view viewOf(const XMLCh* text) { return text == nullptr ? u"" : text; }
 
-/// Whether an attribute declares a namespace, told by its name, because `setAttribute` makes declarations as well.
+/// Whether an attribute declares a namespace. Its name decides, because `setAttribute` makes declarations as well.
 bool isDeclaration(u16string_view name) {
   return name.substr(0, kXmlns.size()) == kXmlns && (name.size() == kXmlns.size() || name[kXmlns.size()] == u':');
 }
@@ -77,8 +77,8 @@ void StartTagWriter::bindDeclarations(const DOMNamedNodeMap& attributes) {
   }
 }
 
-/// Makes the element's name mean what the DOM says. A contradicting declaration of the element's own is overridden here
-/// and written corrected by `writeDeclaration`.
+/// Binds the prefix of the element's name to its namespace in the DOM. A contradicting declaration of the element's own
+/// is overridden here and written corrected by `writeDeclaration`.
 void StartTagWriter::fixElement(const DOMNode& element, std::size_t scope) {
   const auto prefix = viewOf(element.getPrefix());
   const auto uri = viewOf(element.getNamespaceURI());

@@ -12,22 +12,21 @@
 #include <xqilla/exceptions/XQillaException.hpp>
 #endif
 
-#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Numbers.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 #include "XMLUtils/Strings.h"
 
 /// The failures of the XML stack as the core library's exceptions.
 namespace Vantor::XMLUtils::Utils {
 
-/// Where converted exceptions say that they come from, wherever the failure was: callers know it by this position.
-constexpr const char* kSource = "XMLUtils/Utils";
-constexpr int kLine = 207;
+/// The place of every converted exception, wherever the failure was: callers rely on it.
+constexpr Exceptions::SourcePlace kPlace = {"XMLUtils/Utils", 207};
 
-/// @param kind  what the message starts with. The three kinds without a class name of their own end in a colon already,
-///              and keep it: "DOMException:: ...".
-[[noreturn]] inline void throwParseError(const wstring& kind, const wstring& message) {
-  throw Exceptions::ParseError(kind + u": " + message, kSource, kLine);
+/// @param kind  begins the message. The three kinds without a class name of their own end in a colon already, and keep
+///              it: "DOMException:: ...".
+[[noreturn]] inline void raiseParseError(const wstring& kind, const wstring& message) {
+  Exceptions::raise<Exceptions::ParseError>({"{}: {}", kPlace}, kind, message);
 }
 
 /// The class of an exception object as the compiler names it.
@@ -38,27 +37,27 @@ wstring typeName(const Exception& exception) {
 
 #if VANTOR_WITH_XQILLA
 [[noreturn]] inline void convert(const XQillaException& exception) {
-  throwParseError(u"XQillaException:", utf16ToWstring(exception.getMessage()));
+  raiseParseError(u"XQillaException:", utf16ToWstring(exception.getMessage()));
 }
 [[noreturn]] inline void convert(const XQException& exception) {
-  throwParseError(u"XQException:", utf16ToWstring(exception.getError()));
+  raiseParseError(u"XQException:", utf16ToWstring(exception.getError()));
 }
 #endif
 [[noreturn]] inline void convert(const xercesc::DOMException& exception) {
-  throwParseError(u"DOMException:", utf16ToWstring(exception.getMessage()) + u"(" +
+  raiseParseError(u"DOMException:", utf16ToWstring(exception.getMessage()) + u"(" +
                                         Platform::toDecimal(static_cast<int>(exception.code)) + u")");
 }
 [[noreturn]] inline void convert(const xercesc::SAXException& exception) {
-  throwParseError(typeName(exception), utf16ToWstring(exception.getMessage()));
+  raiseParseError(typeName(exception), utf16ToWstring(exception.getMessage()));
 }
 [[noreturn]] inline void convert(const xercesc::XMLException& exception) {
-  throwParseError(typeName(exception), utf16ToWstring(exception.getMessage()));
+  raiseParseError(typeName(exception), utf16ToWstring(exception.getMessage()));
 }
 
 /// Calls `operation` and lets only exceptions of the core library out: those of Xerces and XQilla become `ParseError`
-/// with their message, the core library's own pass unchanged, and anything else becomes a `ParseError` that says
-/// "Unknown error in Xerces or XQilla".
-/// @param source  where that last one says that it comes from.
+/// with their message, the core library's own pass unchanged, and anything else becomes a `ParseError` "Unknown error
+/// in Xerces or XQilla".
+/// @param source, line  the place of that last one.
 template <class Operation>
 auto convertingExceptions(Operation&& operation, const char* source, int line) -> decltype(operation()) {
   try {
@@ -82,7 +81,7 @@ auto convertingExceptions(Operation&& operation, const char* source, int line) -
   } catch (const Exceptions::BaseException&) {
     throw;
   } catch (...) {
-    throw Exceptions::ParseError(std::string("Unknown error in Xerces or XQilla"), source, line);
+    Exceptions::raise<Exceptions::ParseError>({"Unknown error in Xerces or XQilla", {source, line}});
   }
 }
 

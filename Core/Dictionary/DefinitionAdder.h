@@ -6,28 +6,28 @@
 
 namespace Vantor {
 
-/// Adds the definitions of one source to `Definitions`; made for one source and gone after it.
+/// Adds the definitions of one source to `Definitions`; one object per source.
 ///
-/// Keys and names are checked here; what refers to other definitions waits for `Definitions::check`. The texts of a
-/// definition live as long as the `Definitions`: see `Definitions::keep`. Every member function throws
-/// Exceptions::InvalidFormat for the first definition that is wrong.
+/// Checks keys, names, numbers and tags; references to other definitions wait for `Definitions::check`. The texts of a
+/// definition have to live as long as the `Definitions`: see `Definitions::keep`. Every member function throws
+/// Exceptions::InvalidFormat "FILE:LINE: what; what to do" for a definition that is wrong.
 class DefinitionAdder {
  public:
   DefinitionAdder(Definitions& definitions, Definitions::Overlay overlay);
 
-  /// Without properties, which `addProperty` adds.
+  /// `addProperty` adds its properties.
   /// @return its place in `Definitions::sets()`.
   uint32 addSet(SetDefinition set);
-  /// Adds a property to a set. Another set may have it already, and then both definitions have to agree.
-  /// @param use  its `property` is filled in.
+  /// Adds a property to a set. If another set has it already, both definitions have to agree.
+  /// @param use  without `property`, which this function fills in.
   void addProperty(uint32 set, PropertyDefinition property, PropertyUse use);
-  /// Without values, which `addValue` adds.
+  /// `addValue` adds its values.
   /// @return its place in `Definitions::enumerations()`.
   uint32 addEnumeration(EnumerationDefinition enumeration);
   /// @param digits  the number in decimal.
   void addValue(uint32 enumeration, std::string_view digits, std::string_view name, const Origin& origin);
   void addLabel(const LabelDefinition& label);
-  /// Checks what only shows when all of the source is added.
+  /// Ends the source: replaced definitions take effect everywhere, and symbols are checked once more.
   void finish();
 
   /// Refuses a word that is no name.

@@ -103,8 +103,8 @@ void DefinitionCheck::findParents() {
 }
 
 void DefinitionCheck::checkCircles() const {
-  // Each round of sets that are followed upwards together has a number; a set that is met again in its own round
-  // inherits from itself, one of an earlier round is known to end.
+  // Each walk upwards has a number: a set that the same walk meets again inherits from itself; one that an earlier
+  // walk met leads to a root.
   Templates::vector<uint32> rounds(of_.sets_.size(), 0);
   for (uint32 start = 0; start < of_.sets_.size(); ++start) {
     for (uint32 at = start; rounds[at] == 0; at = parents_[at]) {

@@ -4,7 +4,7 @@
 
 namespace Vantor {
 
-/// What of `Definitions` only shows when all of them are read.
+/// Checks of `Definitions` that need all of them.
 class DefinitionCheck {
  public:
   explicit DefinitionCheck(Definitions& definitions) : of_(definitions) {}

@@ -9,7 +9,7 @@
 
 namespace Vantor {
 
-/// Reads one text of the dictionary format into `Definitions`; made for one text and gone after it.
+/// Reads one text of the dictionary format into `Definitions`; one object per text.
 class DefinitionReader {
  public:
   /// @param source  the place of the text's name in the list of sources.

@@ -19,16 +19,15 @@ namespace Vantor {
 ///     definitions.readFile("acme.dictionary");
 ///     const auto dictionary = definitions.makeDictionary();
 ///
-/// Definitions of one text may refer to those of any other, read before or after, so that references are checked when
-/// everything is read: by `check`, which `makeDictionary` calls. What `check` finds wrong, like everything that
-/// reading does, is an `Exceptions::InvalidFormat` whose message begins with the file and the line and says what to do.
-/// An object that has thrown while reading is good for nothing but its destruction.
+/// Definitions may refer to others of any source, read before or after; `check`, which `makeDictionary` calls, verifies
+/// these references. Reading and checking throw `Exceptions::InvalidFormat` "FILE:LINE: what; what to do". After an
+/// exception from reading, the object can only be destroyed.
 class Definitions {
  public:
-  /// What becomes of a definition that an earlier source has already.
+  /// What happens to a definition that an earlier source has already.
   enum class Overlay : uint8 {
     kRefuse,   ///< an error
-    kReplace,  ///< it gives way, in its place: a newer register against an older one
+    kReplace,  ///< the new one takes its place: a newer register over an older one
   };
 
   Definitions();
@@ -57,9 +56,9 @@ class Definitions {
   /// Keeps a text for as long as this object lives.
   std::string_view keep(std::string text);
 
-  /// @throws Exceptions::InvalidFormat for what only shows when everything is read: unknown parents, types and targets,
-  ///         sets that inherit from themselves or from too many, names in XML and static local tags that clash, more
-  ///         than fits into memory.
+  /// @throws Exceptions::InvalidFormat for unknown parents, types and targets, sets that inherit from themselves or
+  /// from
+  ///         too many, export names and static local tags that clash, and more than fits into memory.
   void check();
 
   /// A dictionary of these definitions, in order of definition. May be called again, for another vocabulary.

@@ -35,7 +35,7 @@ class DictionaryRow {
   std::string_view line_;
 };
 
-/// A word as messages tell it, between single quotes. One that no row of a person has is cut.
+/// A word between single quotes, for messages; cut after 100 octets.
 std::string quotedWord(std::string_view word);
 
 }  // namespace Vantor

@@ -18,10 +18,10 @@ bool fitsInto(Types::Identifiers::Identifier type, int64 number);
 
 /// Reads `UInt8`, `StrongReference(Track)`, `Grade`, `BatchOf(...)` or `ArrayOf(...)` of one of these. A name that is
 /// no core type is taken for that of an enumeration. The result keeps parts of the text.
-/// @return none when the text has another shape; `whyNot` tells why then.
+/// @return none when the text has another shape; `whyNot` is the reason then.
 std::optional<PropertyType> parsePropertyType(std::string_view text, std::string& whyNot);
 
-/// The other way round.
+/// Writes what `parsePropertyType` reads.
 std::string textOf(const PropertyType& type);
 
 }  // namespace Vantor
