@@ -66,7 +66,7 @@ FileState stateOf(const Path& path) {
   FileState state;
   state.size = fs::file_size(path, error);
   if (!error) state.modified = fs::last_write_time(path, error);
-  if (error) raise<IOError>("cannot tell the size and time of '{}': {}", path.u8string(), error.message());
+  if (error) raise<IOError>("cannot read the size and time of '{}': {}", path.u8string(), error.message());
   state.identity = identityOf(path);
   return state;
 }
@@ -87,7 +87,7 @@ FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   stream_.reset(openStream(path_, "rb"));
   if (!stream_) raise<IOError>("cannot open '{}': {}", path_.u8string(), systemReason(errno));
   size_ = fs::file_size(path_, error);
-  if (error) raise<IOError>("cannot tell the size of '{}': {}", path_.u8string(), error.message());
+  if (error) raise<IOError>("cannot read the size of '{}': {}", path_.u8string(), error.message());
 }
 
 void FileDataSource::readAt(uint64 offset, uint8* to, std::size_t size) {

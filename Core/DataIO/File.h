@@ -65,8 +65,8 @@ enum class Durability {
 };
 
 /// Writes a file that appears whole or not at all: the bytes go to a temporary file in the target's folder, which
-/// commit() renames over the target. The new file has what copyAttributes() can give it of an existing target, which
-/// was another file: other hard links of that keep the old bytes. Where the target is a symbolic link, the file behind
+/// commit() renames over the target. The new file gets what copyAttributes() can copy from an existing target; other
+/// hard links of that keep the old bytes. Where the target is a symbolic link, the file behind
 /// the link is replaced, or created. A target that is read-only, or that the user may not write, is refused. The
 /// renaming is atomic for other processes; for power failures see Durability.
 ///

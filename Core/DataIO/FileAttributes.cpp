@@ -105,7 +105,7 @@ void requireOneName(const Path& path) {
   std::error_code error;
   const auto names = fs::hard_link_count(path, error);
   if (error) {
-    Exceptions::raise<Exceptions::IOError>("cannot tell the hard links of '{}': {}", path.u8string(), error.message());
+    Exceptions::raise<Exceptions::IOError>("cannot read the hard links of '{}': {}", path.u8string(), error.message());
   }
   if (names == 1) return;
   Exceptions::raise<Exceptions::IOError>(

@@ -21,7 +21,7 @@ struct FileIdentity {
 
 /// Of the file behind symbolic links; zeros also when there is none.
 FileIdentity identityOf(const Path& path);
-/// Of the file behind a stream, whatever has its name by now.
+/// Of the file behind a stream, also when another file has its name by now.
 FileIdentity identityOf(std::FILE* stream);
 
 /// Gives a file what another one has: owner and group (POSIX), extended attributes with access control lists among them

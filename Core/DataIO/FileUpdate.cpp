@@ -36,7 +36,7 @@ FileUpdate::FileUpdate(const Path& path) : path_(path) {
   std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
   std::error_code error;
   size_ = fs::file_size(path_, error);
-  if (error) raise<IOError>("cannot tell the size of '{}': {}", path_.u8string(), error.message());
+  if (error) raise<IOError>("cannot read the size of '{}': {}", path_.u8string(), error.message());
 }
 
 void FileUpdate::lock() {

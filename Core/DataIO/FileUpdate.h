@@ -21,8 +21,8 @@ class FileUpdate {
   const Path& path() const { return path_; }
   /// The file's size when it was opened, in bytes.
   uint64 size() const { return size_; }
-  /// Holds an advisory lock on the file as long as the object lives. Whoever replaces the file by another one holds it
-  /// until that is done.
+  /// Holds an advisory lock on the file as long as the object lives. To replace the file by another one, hold it until
+  /// that is done.
   /// @throws Exceptions::IOError when another object, of this process or another one, holds it, or when the path leads
   /// to another file by now.
   void lock();

@@ -4,7 +4,7 @@
 
 namespace Vantor::DataIO {
 
-/// Bytes that arrive one after the other and whose number nobody knows before the end: of a pipe, or a connection. A
+/// Bytes that arrive one after the other, and whose number is unknown before the end: of a pipe, or a connection. A
 /// host implements receive().
 class ForwardSource : public DataSource {
  public:

@@ -33,7 +33,7 @@ struct Journal {
 std::optional<Journal> readJournal(SeekableSource& source);
 
 /// Whether a file of the journal's size is the one that was being changed: every byte in the places is the old or the
-/// new one, and around them it has what it had.
+/// new one, and the bytes around them are as they were.
 bool isFileOf(const Journal& journal, SeekableSource& source, SeekableSource& file);
 
 /// Whether a journal that is not whole has no old bytes but those that the file has anyway, so that nothing is lost

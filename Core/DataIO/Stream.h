@@ -22,9 +22,8 @@ std::FILE* openStream(const Path& path, const char* mode);
 bool seekStream(std::FILE* stream, uint64 offset);
 /// Flushes a stream to the medium; false and `errno` when it fails.
 bool flushToDisk(std::FILE* stream);
-/// Locks the file behind a stream against other streams that would, until it is closed or the process ends; whoever
-/// does not ask for the lock is not hindered. False when another stream has it. True, too, where the file system has no
-/// locks.
+/// Takes an advisory lock on the file behind a stream, until the stream is closed or the process ends. False when
+/// another stream holds it. True, too, where the file system has no locks.
 bool lockFile(std::FILE* stream);
 /// Whether another file can be renamed over one that is open, or only over one that is closed.
 #ifdef _WIN32

@@ -16,7 +16,7 @@ using Exceptions::raise;
 
 constexpr const char* kSuffix = ".vantor-journal";
 
-/// Behind symbolic links. A file that is missing is where its name says.
+/// Behind symbolic links. The name itself for a file that is missing.
 Path realPath(const Path& file) {
   std::error_code error;
   Path real = fs::canonical(file, error);
@@ -125,7 +125,7 @@ bool hasJournal(const Path& file) { return isThere(journalPath(file)); }
 void changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
                    const std::function<void(FileUpdate&)>& write) {
   FileUpdate update(realPath(file));
-  update.lock();  // before looking for a journal, so that nobody takes ours for one of a stopped change
+  update.lock();  // before looking for a journal, so that no other process takes ours for one of a stopped change
   requireNoJournal(update.path());
   requireOneName(update.path());
   writeJournal(journalOf(update.path()), update.path(), expected, changes);

@@ -44,7 +44,7 @@ bool hasJournal(const Path& file);
 /// @param changes   in places that do not overlap.
 /// @param write     writes them instead of this function, for tests that stop it.
 /// @throws Exceptions::IOError when the file is being changed or has a journal, a further hard link, another state than
-/// expected, is not to be written, or the journal cannot be written: nothing of the file is changed then. Also when the
+/// expected, is read-only, or the journal cannot be written: nothing of the file is changed then. Also when the
 /// file cannot be written, and its message names what is left to do: nothing where the old bytes were put back, else
 /// recover(). Also when the journal of a change that is done cannot be removed.
 void changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,

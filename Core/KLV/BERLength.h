@@ -21,7 +21,7 @@ constexpr uint8 kMaxBEROctets = 9;
 BERLength readBERLength(DataIO::DataSource& source);
 
 /// How many octets writeBERLength() writes.
-/// @param octets  0: the shortest of 1, 4 and 9, which are customary in MXF files; otherwise so many, or as few more as
+/// @param octets  0: the shortest of 1, 4 and 9, which are customary in MXF files. Else this number, or as few more as
 ///                the value needs.
 /// @throws Exceptions::InvalidLength when more than 9 octets are asked for.
 uint8 berOctets(uint64 value, uint8 octets = 0);

@@ -49,7 +49,7 @@ bool isHeaderPartitionPack(const Key& key);
 /// @throws Exceptions::InvalidFormat naming the key when it is not one.
 PartitionKind partitionKind(const Key& key);
 PartitionStatus partitionStatus(const Key& key);
-/// Whether the partition is closed; what an open one says of the file may still change. A generic stream partition
+/// Whether the partition is closed; the numbers in the pack of an open one may still change. A generic stream partition
 /// counts as closed and complete.
 bool isClosed(PartitionStatus status);
 bool isComplete(PartitionStatus status);

@@ -28,7 +28,7 @@ class FileRewriter {
   struct Target {
     uint64 offset = 0;  ///< of its pack in the copy, run-in included
     const PlannedReplacement* replacement = nullptr;
-    uint64 metadataSize = 0;  ///< with the fill behind them, as sizeInCopy(); of no meaning without replacement
+    uint64 metadataSize = 0;  ///< with the fill behind them, as sizeInCopy(); 0 without a replacement
   };
 
   void writePartition(std::size_t number);

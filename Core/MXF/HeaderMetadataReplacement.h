@@ -14,7 +14,7 @@
 
 /// Puts other header metadata into the partitions of an existing MXF file. All else of the file stays as it is:
 /// essence, index tables, generic streams, dark KLVs outside of header metadata, the statuses, labels and versions of
-/// the partition packs. Metadata that repeat others are not looked at: whoever replaces those of the header partition
+/// the partition packs. Metadata that repeat others are left alone: a caller who replaces those of the header partition
 /// decides about the footer partition's, too.
 ///
 /// Functions that take a path get the state that the file had before the caller first read what became the
@@ -63,14 +63,14 @@ bool fits(DataIO::SeekableSource& file, const MetadataReplacements& replacements
 void replaceInPlace(const Path& file, const DataIO::File::FileState& expected,
                     const MetadataReplacements& replacements);
 
-/// Writes a copy of the file with the replacements. The copying takes a few MiB of memory, whatever the file's size.
+/// Writes a copy of the file with the replacements. The copying takes a few MiB of memory for files of any size.
 ///
-/// Metadata that fit keep their room. Otherwise their partition becomes longer or shorter by a multiple of its KAG
-/// size, so that what stood on that grid stands on it again. The partition packs and the random index pack get the
+/// Metadata that fit keep their room. Where they do not, their partition becomes longer or shorter by a multiple of its
+/// KAG size, so that what stood on that grid stands on it again. The partition packs and the random index pack get the
 /// offsets and counts of the copy, also where those of the original were wrong; a footer partition that they did not
 /// name stays unnamed. The run-in is kept.
 ///
-/// Without replacements the copy has the bytes of the original, whatever these are: nothing is refused.
+/// Without replacements the copy has the bytes of the original, be they MXF or not: nothing is refused.
 /// @param output  gets the copy from its first byte on; what is in it after an exception is no MXF file.
 /// @throws Exceptions::IOError also when the original has another state at the end, or the journal of a stopped change;
 /// InvalidLength when the KAG size of a partition that has to grow is over kMaxKAGSize; also what the output throws.
@@ -83,7 +83,7 @@ void rewrite(DataIO::SeekableSource& original, const MetadataReplacements& repla
 
 /// The same into a file, which appears whole or not at all and has then reached the medium; see
 /// DataIO::File::AtomicFile for what it keeps of a file that was there. It may be the original, under any of its names,
-/// unless that has several hard links or is not to be written. The target is refused, too, when it has the journal of a
+/// unless that has several hard links or is read-only. The target is refused, too, when it has the journal of a
 /// stopped change. The original's state is looked at a last time directly before the copy is put in place.
 /// @return whether the name of the new file has reached the medium, too.
 DataIO::File::Durability rewrite(const Path& original, const DataIO::File::FileState& expected,

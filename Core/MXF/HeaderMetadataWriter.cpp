@@ -92,7 +92,7 @@ const MetadataSet& findPreface(const PartitionMetadata& partition) {
   raise<InvalidFormat>("the header metadata has no Preface");
 }
 
-/// Reads the 16 octets of a value that is a label by its meaning, whatever type the dictionary gives it.
+/// Reads the 16 octets of a value that is a label by its meaning, of any type in the dictionary.
 Types::UniversalLabel labelFrom(const Types::SimpleDataType& value) {
   if (value.encodedSize() == KLV::Key::kSize) return Types::UniversalLabel(value.rawBuffer());
   raise<InvalidFormat>("a label of the Preface has {} octets instead of 16", value.encodedSize());

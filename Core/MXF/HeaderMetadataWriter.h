@@ -26,7 +26,7 @@ void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::D
 
 /// Writes an MXF file that holds nothing but this header metadata: a header partition, closed and complete, KAG 1, and
 /// a random index pack. Operational pattern and essence containers are taken from the Preface.
-/// @throws InvalidFormat when there is no Preface, or it has no operational pattern; otherwise as above, and what the
+/// @throws InvalidFormat when there is no Preface, or it has no operational pattern; also as above, and what the
 ///         sink throws. Nothing is written before all of it is known.
 void writeHeaderOnlyFile(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink);
 

@@ -24,7 +24,7 @@ KLVHeader readKLVHeader(DataIO::DataSource& source);
 /// The same behind a key that was read already.
 KLVHeader readKLVHeader(DataIO::DataSource& source, const KLV::Key& key);
 
-/// Whether the file, from the value on, has as many bytes as the length says.
+/// Whether the file holds the whole value.
 bool valueFits(const KLVHeader& klv, const DataIO::SeekableSource& source);
 
 /// Moves behind the KLV whose header was read. One that runs past the end of the file takes the source to the end.

@@ -127,8 +127,8 @@ bool haveSameBytes(SeekableSource& source, const MetadataRoom& left, const Metad
 void refuseDirectory(const SeekableSource& source, const KLVHeader& klv, std::size_t partition) {
   if (klv.key != kObjectDirectory && klv.key != kRootOfDirectory) return;
   raise<Exceptions::IOError>(
-      "at byte offset {}: cannot replace header metadata in '{}': the KLV with key {} in partition {} tells where sets "
-      "stand in the file, which would be wrong then",
+      "at byte offset {}: cannot replace header metadata in '{}': the KLV with key {} in partition {} holds offsets "
+      "of sets, which would be wrong then",
       klv.offset, source.name(), klv.key.toString(), partition);
 }
 

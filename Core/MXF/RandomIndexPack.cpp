@@ -45,7 +45,7 @@ std::vector<uint64> readEntries(const KLVHeader& pack, SeekableSource& source, u
   return offsets;
 }
 
-/// The pack at the end, or none, whatever is there.
+/// The pack at the end; none also where something else, or a damaged pack, stands there.
 std::optional<KLVHeader> findSoundPack(SeekableSource& source) {
   try {
     const auto pack = findPack(source);

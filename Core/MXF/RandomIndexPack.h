@@ -17,8 +17,8 @@ namespace Vantor::MXF {
 ///         that contradicts itself.
 std::vector<uint64> readRandomIndexPack(DataIO::SeekableSource& source, uint64 runIn);
 
-/// Finds the random index pack, whatever its entries: at the end of the file, else, in a file with something behind
-/// it, among the KLVs of the last partition.
+/// Finds the random index pack, with right entries or wrong ones: at the end of the file, else, in a file with
+/// something behind it, among the KLVs of the last partition.
 /// @param lastPackEnd  where the last partition's pack ends.
 /// @return none when the file has none. It is searched to the end then, or to where zeros stand instead of a key.
 /// @throws Exceptions::ParseError with the offset where the KLVs of the last partition cannot be followed, where they

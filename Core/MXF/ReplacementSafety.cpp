@@ -55,9 +55,8 @@ void requireIndexedPartitions(SeekableSource& source, const FileStructure& struc
 void requireKnown(const SeekableSource& source, const KLVHeader& klv, std::size_t partition) {
   if (KLV::isPartitionPack(klv.key)) {
     raise<ParseError>(
-        "at byte offset {}: a partition pack stands in partition {} that the file does not list, and what it says "
-        "would "
-        "be wrong in a file that is written anew",
+        "at byte offset {}: a partition pack stands in partition {} that the file does not list, and whose "
+        "numbers would be wrong in a file that is written anew",
         klv.offset, partition);
   }
   if (KLV::isRandomIndexPack(klv.key)) {

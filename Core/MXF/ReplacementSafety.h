@@ -20,7 +20,7 @@ namespace Vantor::MXF {
 std::vector<std::optional<MetadataRoom>> refuseUnsafe(DataIO::SeekableSource& source, const FileStructure& structure);
 
 /// Finds out whether anything in the file can move without being left wrong, which asks for more: no KLV may hold an
-/// offset that nobody knows to update. Refused are: files with a partition pack, or a random index pack, that is not
+/// offset that a copy would leave wrong. Refused are: files with a partition pack, or a random index pack, that is not
 /// the structure's, such as one that the random index pack and the links leave out; files with bytes between the
 /// partitions that cannot be followed, so that such packs may be among them; files where KLVs anywhere hold offsets of
 /// sets, as in findMetadataRoom().

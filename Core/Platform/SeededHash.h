@@ -14,8 +14,8 @@ constexpr uint64 mixBits(uint64 number) noexcept {
 /// A number drawn when it is first asked for, the same for the rest of the process.
 uint64 hashSeed() noexcept;
 
-/// Hashes two numbers that a file chose. The result depends on the process's seed, so that nobody can
-/// prepare values that meet in one bucket of a table.
+/// Hashes two numbers that a file chose. The result depends on the process's seed, so that no file can
+/// hold values that meet in one bucket of a table.
 inline uint64 seededHash(uint64 first, uint64 second) noexcept { return mixBits(mixBits(first ^ hashSeed()) + second); }
 
 }  // namespace Vantor::Platform

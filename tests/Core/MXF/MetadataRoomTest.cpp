@@ -107,7 +107,7 @@ TEST(MetadataRoom, IsRefusedWhereSuchAListStandsOutsideOfHeaderMetadata) {
   const Bytes list = klv(kForeign, Bytes(10, 1));
   const Bytes essence = klv(kPictureElement, Bytes(9, 1));
   for (const auto& before : {Bytes(), fill(30), indexTable(), indexTable() + fill(3) + indexTable()}) {
-    const auto refusal = ThrowsMessage<IOError>(HasSubstr("in partition 0 tells where sets stand"));
+    const auto refusal = ThrowsMessage<IOError>(HasSubstr("in partition 0 holds offsets of sets"));
     EXPECT_THAT([&] { roomIn(file(200, kMetadata + before + list)); }, refusal);
     EXPECT_THAT([&] { roomIn(file(0, before + list)); }, refusal);
     EXPECT_FALSE(roomIn(file(0, before + essence + list)).has_value());
@@ -120,7 +120,7 @@ TEST(MetadataRoom, IsRefusedInASampleWithSuchAList) {
   EXPECT_THAT(
       [&] { findMetadataRoom(source, structure, 0); },
       ThrowsMessage<IOError>(AllOf(HasSubstr("at byte offset 5120: "), HasSubstr("header.mxf': the KLV with key"),
-                                   HasSubstr("in partition 0 tells where sets stand in the file"))));
+                                   HasSubstr("in partition 0 holds offsets of sets"))));
 }
 
 TEST(MetadataRoom, HasAnEndWithoutTheFill) {

@@ -121,7 +121,7 @@ TEST(ReplacementSafety, LooksAtTheHeaderMetadataOfEveryPartition) {
   FileLayout layout = threePartitions();
   layout.partitions[2].metadata = layout.partitions[2].metadata + klv(kForeign, {1});
   EXPECT_THAT([&] { refuse(fileOf(layout)); },
-              ThrowsMessage<IOError>(HasSubstr("in partition 2 tells where sets stand")));
+              ThrowsMessage<IOError>(HasSubstr("in partition 2 holds offsets of sets")));
 }
 
 void refuseUnlistedIn(const Path& path) {
@@ -197,7 +197,7 @@ TEST(UnlistedPartitions, MayBeWhereKLVsCannotBeFollowed) {
 }
 
 TEST(UnlistedPartitions, AreRefusedAsAreListsOfSetsAmongTheEssence) {
-  expectUnlisted<IOError>(fileOf(layoutWith(klv(kForeign, {1}))), "in partition 1 tells where sets stand in the file");
+  expectUnlisted<IOError>(fileOf(layoutWith(klv(kForeign, {1}))), "in partition 1 holds offsets of sets");
 }
 
 class SafetyOfSamplesTest : public testing::TestWithParam<Path> {};
