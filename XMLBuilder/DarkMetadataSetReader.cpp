@@ -2,68 +2,49 @@
 
 #include <algorithm>
 
-#include "Core/DataIO/Memory.h"
-#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Numbers.h"
-#include "Core/Platform/Strings.h"
-#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
-#include "XMLBuilder/LosslessDarkSets.h"
-#include "XMLBuilder/NodeText.h"
+#include "Core/Platform/Raise.h"
 #include "XMLBuilder/ValueFromXML.h"
 #include "XMLBuilder/Vocabulary.h"
-#include "XMLUtils/Strings.h"
+#include "XMLUtils/ChildLookup.h"
 
 namespace Vantor::XML2Partition {
 
 namespace {
 
-constexpr const char* kSource = "XMLBuilder\\XML2Partition";
-constexpr int kLengthLine = 89;
-constexpr int kCharactersLine = 99;
-
-[[noreturn]] void throwInvalidValue(const wstring& key, const char* problem, int line) {
-  throw Exceptions::InvalidFormat("DarkMetadataSet with key='" + Utils::wstringToString(key) + problem, kSource, line);
-}
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
 
 Bytes readValue(const wstring& key, const wstring& text) {
-  if (text.size() % 2 != 0) throwInvalidValue(key, "' value has invalid Length", kLengthLine);
+  constexpr const char* kSource = "XMLBuilder\\XML2Partition";
+  if (text.size() % 2 != 0) {
+    raise<InvalidFormat>({"DarkMetadataSet with key='{}' value has invalid Length", {kSource, 89}}, key);
+  }
   if (!std::all_of(text.begin(), text.end(), isHexDigit)) {
-    throwInvalidValue(key, "' value contains non Hexadecimal characters", kCharactersLine);
+    raise<InvalidFormat>({"DarkMetadataSet with key='{}' value contains non Hexadecimal characters", {kSource, 99}},
+                         key);
   }
   return bytesFromHex(text);
 }
 
-void readDarkMetadataSet(const xercesc::DOMElement& element, ImportDocument& document) {
+}  // namespace
+
+void readDarkMetadataSet(const xercesc::DOMElement& element, BlankText blankText, PartitionMetadata& partition) {
   const wstring keyText = attributeText(element, XMLBuilder::Vocabulary::kKey.data());
   const KLV::Key key(keyText, kDottedForm);
   const auto octets =
       Platform::readDecimal<int32>(attributeText(element, XMLBuilder::Vocabulary::kBEROctetCount.data()));
-  KLV::Value value(readValue(keyText, nodeText(element, document.blankText())));
-  document.partition().addDarkMetadataSet(
-      std::make_unique<DarkMetadataSet>(key, static_cast<uint8>(octets), std::move(value)));
+  KLV::Value value(readValue(keyText, nodeText(element, blankText)));
+  partition.addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, static_cast<uint8>(octets), std::move(value)));
 }
 
-const MetaMetadata::MetaMetadataSet* findFloatingSet(const xercesc::DOMElement& element, ImportDocument& document) {
-  if (!document.isLossless()) return document.findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
-  return LosslessDarkSets::isDarkSet(element) ? nullptr : LosslessSets::findSet(element, document);
-}
-
-void readFloatingDarkSet(const xercesc::DOMElement& element, ImportDocument& document) {
-  if (!document.isLossless()) return readDarkMetadataSet(element, document);
-  // Any other was reported as a set that there is not.
-  if (LosslessDarkSets::isDarkSet(element)) LosslessDarkSets::read(element, document);
-}
-
-}  // namespace
-
-void readFloatingContainer(const xercesc::DOMElement& container, ImportDocument& document, ImportedSets& imported) {
-  if (document.isLossless()) LosslessSets::reportText(container, document);
+void readFloatingContainer(const xercesc::DOMElement& container, ReadingRules& rules, ImportedSets& imported) {
+  rules.checkContainer(container);
   for (const auto* child : XMLUtils::childElements(container)) {
-    const auto* definition = findFloatingSet(*child, document);
-    if (definition == nullptr) {
-      readFloatingDarkSet(*child, document);
+    if (const auto* definition = rules.findSet(*child, XMLBuilder::Vocabulary::kDarkMetadata)) {
+      importSet(*child, *definition, rules, &imported);
     } else {
-      importSet(*child, *definition, document, [&imported](MetadataSet* set) { imported.push_back(set); });
+      rules.readDarkSet(*child);
     }
   }
 }

@@ -1,13 +1,17 @@
 #pragma once
 
-#include "XMLBuilder/ImportDocument.h"
+#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/NodeText.h"
 
 namespace Vantor::XML2Partition {
 
 /// Reads the children of a "groups:FloatingDarkMetadata" element: those that the dictionary names become sets and are
-/// listed, every other becomes a dark metadata set of the partition.
+/// listed, every other is read as a dark metadata set.
+void readFloatingContainer(const xercesc::DOMElement& container, ReadingRules& rules, ImportedSets& imported);
+
+/// Reads a dark metadata set into the partition by the exact rules.
 /// @throws InvalidFormat for a key that is none, and naming the key for a value of an odd number of digits (which is
 ///         looked at first) or of anything but hexadecimal digits.
-void readFloatingContainer(const xercesc::DOMElement& container, ImportDocument& document, ImportedSets& imported);
+void readDarkMetadataSet(const xercesc::DOMElement& element, BlankText blankText, PartitionMetadata& partition);
 
 }  // namespace Vantor::XML2Partition

@@ -3,11 +3,13 @@
 #include <xercesc/dom/DOMCharacterData.hpp>
 
 #include "Core/Metadata/ElementFactory.h"
+#include "Core/Platform/Raise.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "XMLBuilder/LosslessForms.h"
-#include "XMLBuilder/LosslessSets.h"
+#include "XMLBuilder/LosslessSet.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/ChildLookup.h"
 #include "XMLUtils/Strings.h"
 
 namespace Vantor::XML2Partition::LosslessCopies {
@@ -16,8 +18,6 @@ using xercesc::DOMElement;
 using xercesc::DOMNode;
 
 namespace {
-
-constexpr const char* kSource = "XMLBuilder\\LosslessCopies";
 
 std::u16string_view viewOf(const XMLCh* text) { return text == nullptr ? std::u16string_view() : text; }
 
@@ -93,17 +93,17 @@ bool hasSameTargets(const DOMElement& left, const DOMElement& right) {
 /// Compares one copy of a set with the first.
 class Comparison {
  public:
-  Comparison(const DOMElement& copy, ImportReport::Source& first, ImportDocument& document)
-      : copy_(copy), copyChildren_(copy), first_(first), document_(document) {
+  Comparison(const DOMElement& copy, LosslessReport::Source& first, LosslessRules& rules)
+      : copy_(copy), copyChildren_(copy), first_(first), rules_(rules) {
     if (!first.children) first.children.emplace(*first.element);
   }
 
   void run(const MetaMetadata::MetaMetadataSet& definition) {
     for (const auto& attribute : definition.attributes()) compareProperty(*attribute.metaElement());
     compareExtensions();
-    LosslessSets::reportText(copy_, document_);
-    LosslessSets::reportUnreadAttributes(copy_, definition, document_);
-    LosslessSets::reportUnread(copyChildren_, definition, document_);
+    rules_.reportText(copy_);
+    reportUnreadAttributes(copy_, definition, rules_);
+    reportUnread(copyChildren_, definition, rules_);
   }
 
  private:
@@ -112,8 +112,14 @@ class Comparison {
     if (MetaMetadata::isIdentifierName(tag)) return compareIdentifier(property, tag);
     const auto& uri = property.extensionAttribute(MetaMetadata::kXMLNamespaceURI);
     const DOMElement* right = copyChildren_.take(uri, tag);
+    if (right != nullptr) reportAttributes(*right, property);
     compare(first_.children->find(uri, tag), right, &property);
     if (right != nullptr && isReference(property)) readNestedSets(*right);
+  }
+
+  void reportAttributes(const DOMElement& element, const MetaMetadata::MetaElement& property) {
+    const LosslessReport::Reading reading(rules_.report(), &property);
+    rules_.reportValueAttributes(element, &property);
   }
 
   void compareExtensions() {
@@ -141,61 +147,57 @@ class Comparison {
   }
 
   void report(const DOMElement& first, const DOMElement& copy, const MetaMetadata::MetaElement* property) {
-    auto& report = document_.report();
-    const ImportReport::Reading reading(report, property);
+    auto& report = rules_.report();
+    const LosslessReport::Reading reading(report, property);
     const auto line = report.lineOf(first);
-    const std::string place = line == report.lineOf(copy) ? "" : ", at line " + std::to_string(line) + ",";
-    report.add(ImportDiagnostic::Kind::kDifferentCopy, copy,
-               "another copy of the set" + place + " has something else, and counts");
+    report.add(Diagnostic::Kind::kDifferentCopy, copy,
+               {line == report.lineOf(copy) ? std::string() : std::to_string(line)});
   }
 
   /// Makes the sets that only this copy has within. Nothing would refer to those without an InstanceUID.
   void readNestedSets(const DOMElement& property) {
     for (const DOMElement* item : XMLUtils::childElements(property)) {
-      if (LosslessForms::targetAttribute(*item) != nullptr || !LosslessSets::instanceUIDOf(*item)) continue;
-      if (const auto* definition = LosslessSets::findSet(*item, document_)) {
-        importSet(*item, *definition, document_, [](MetadataSet*) {});
+      if (LosslessForms::targetAttribute(*item) != nullptr || !instanceUIDOf(*item)) continue;
+      if (const auto* definition = rules_.findSet(*item)) {
+        importSet(*item, *definition, rules_);
       }
     }
   }
 
   const DOMElement& copy_;
   SetChildren copyChildren_;
-  ImportReport::Source& first_;
-  ImportDocument& document_;
+  LosslessReport::Source& first_;
+  LosslessRules& rules_;
 };
 
 }  // namespace
 
-void refuse(const DOMElement& element, const std::string& name, const ImportReport::Source& known,
-            const ImportReport& report) {
-  throw LosslessSets::Clash("line " + std::to_string(report.lineOf(element)) + ": the " + name +
-                                " has the InstanceUID of the " + known.set->fullName() + " at line " +
-                                std::to_string(report.lineOf(*known.element)) + "; give one of them another",
-                            kSource, __LINE__);
+void refuse(const DOMElement& element, const std::string& name, const LosslessReport::Source& known,
+            const LosslessReport& report) {
+  Exceptions::raise<Clash>("line {}: the {} has the InstanceUID of the {} at line {}; give one of them another",
+                           report.lineOf(element), name, known.set->fullName(), report.lineOf(*known.element));
 }
 
-void refuse(const DOMElement& element, const std::string& name, const MetadataSet& known, const ImportReport& report) {
-  throw LosslessSets::Clash("line " + std::to_string(report.lineOf(element)) + ": the " + name +
-                                " has the InstanceUID of the " + known.fullName() +
-                                " that the partition has already; give one of them another, or import into a new "
-                                "partition",
-                            kSource, __LINE__);
+void refuse(const DOMElement& element, const std::string& name, const MetadataSet& known,
+            const LosslessReport& report) {
+  Exceptions::raise<Clash>(
+      "line {}: the {} has the InstanceUID of the {} that the partition has already; give one of them another, or "
+      "import into a new partition",
+      report.lineOf(element), name, known.fullName());
 }
 
-MetadataSet* read(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
-                  ImportDocument& document) {
-  const auto instanceUID = LosslessSets::instanceUIDOf(element);
+MetadataSet* read(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules) {
+  const auto instanceUID = instanceUIDOf(element);
   if (!instanceUID) return nullptr;
-  auto* known = document.report().find(*instanceUID);
+  auto* known = rules.report().find(*instanceUID);
   if (known == nullptr) {
-    const auto& others = document.partition().findByInstanceUID(*instanceUID);
-    if (!others.empty()) refuse(element, definition.symbol(), *others.front(), document.report());
+    const auto& others = rules.partition().findByInstanceUID(*instanceUID);
+    if (!others.empty()) refuse(element, definition.symbol(), *others.front(), rules.report());
     return nullptr;
   }
-  if (known->set->definition() != &definition) refuse(element, definition.symbol(), *known, document.report());
-  const ImportReport::Reading reading(document.report(), *known->set);
-  Comparison(element, *known, document).run(definition);
+  if (known->set->definition() != &definition) refuse(element, definition.symbol(), *known, rules.report());
+  const LosslessReport::Reading reading(rules.report(), *known->set, true);
+  Comparison(element, *known, rules).run(definition);
   return known->set;
 }
 

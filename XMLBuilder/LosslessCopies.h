@@ -2,9 +2,7 @@
 
 #include <string>
 
-#include "Core/MetaMetadata/MetaMetadataSet.h"
-#include "XMLBuilder/ImportDocument.h"
-#include "XMLBuilder/ImportReport.h"
+#include "XMLBuilder/LosslessRules.h"
 
 /// Sets that a document has more than once, as one that nests sets has those of several owners.
 namespace Vantor::XML2Partition::LosslessCopies {
@@ -13,16 +11,16 @@ namespace Vantor::XML2Partition::LosslessCopies {
 ///
 /// Where this element says something else than the first, that is reported, and the first counts; only the sets that it
 /// has within are read. Takes time in proportion to this element, whatever the first one has.
-/// @throws LosslessSets::Clash when it is a set of another kind, and for the first when the partition had a set of the
+/// @throws Clash when it is a set of another kind, and for the first when the partition had a set of the
 /// InstanceUID before the import.
 MetadataSet* read(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
-                  ImportDocument& document);
+                  LosslessRules& rules);
 
-/// @throws LosslessSets::Clash naming both sets and their lines.
-[[noreturn]] void refuse(const xercesc::DOMElement& element, const std::string& name, const ImportReport::Source& known,
-                         const ImportReport& report);
-/// @throws LosslessSets::Clash naming both sets, one of which is in the partition and not of the document.
+/// @throws Clash naming both sets and their lines.
+[[noreturn]] void refuse(const xercesc::DOMElement& element, const std::string& name,
+                         const LosslessReport::Source& known, const LosslessReport& report);
+/// @throws Clash naming both sets, one of which is in the partition and not of the document.
 [[noreturn]] void refuse(const xercesc::DOMElement& element, const std::string& name, const MetadataSet& known,
-                         const ImportReport& report);
+                         const LosslessReport& report);
 
 }  // namespace Vantor::XML2Partition::LosslessCopies

@@ -3,12 +3,9 @@
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
 #include "Core/Metadata/DarkTags.h"
-#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
-#include "XMLBuilder/ImportReport.h"
 #include "XMLBuilder/LosslessCopies.h"
 #include "XMLBuilder/LosslessForms.h"
-#include "XMLBuilder/LosslessSets.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/ValueFromXML.h"
 #include "XMLBuilder/Vocabulary.h"
@@ -20,7 +17,8 @@ using xercesc::DOMElement;
 
 namespace {
 
-using Content = ImportReport::DarkContent;
+using Content = LosslessReport::DarkContent;
+using Kind = Diagnostic::Kind;
 
 wstring attributeOf(const DOMElement& element, std::u16string_view name) {
   const auto* attribute = LosslessForms::groupsAttribute(element, name);
@@ -36,72 +34,69 @@ Content contentOf(const DOMElement& element) {
 
 /// Octets of the length field; 0, the writer's choice, when the document does not say or says something else, which is
 /// reported.
-uint8 lengthOctets(const DOMElement& element, ImportDocument& document) {
+uint8 lengthOctets(const DOMElement& element, LosslessRules& rules) {
   const auto* attribute = LosslessForms::groupsAttribute(element, XMLBuilder::Vocabulary::kBEROctetCount);
   if (attribute == nullptr) return 0;
   try {
     return static_cast<uint8>(LosslessForms::number(nodeText(*attribute), 0, KLV::kMaxBEROctets, u"BEROctetCount"));
   } catch (const Exceptions::InvalidFormat& error) {
-    document.report().add(ImportDiagnostic::Kind::kValue, *attribute,
-                          "dark metadata: " + error.message() + "; the writer is free to choose");
+    rules.report().add(Kind::kInvalidDarkLength, *attribute, {error.message()});
     return 0;
   }
 }
 
 /// Enters a set that can be referred to, and that is the partition's last.
-void enter(MetadataSet& set, Content content, const DOMElement& element, ImportDocument& document) {
+void enter(MetadataSet& set, Content content, const DOMElement& element, LosslessRules& rules) {
   if (set.instanceUID() == nullptr) return;
-  auto& report = document.report();
+  auto& report = rules.report();
   if (const auto* known = report.find(*set.instanceUID())) LosslessCopies::refuse(element, set.name(), *known, report);
-  const auto& all = document.partition().findByInstanceUID(*set.instanceUID());
+  const auto& all = rules.partition().findByInstanceUID(*set.instanceUID());
   if (all.front() != &set) LosslessCopies::refuse(element, set.name(), *all.front(), report);
   report.enter(*set.instanceUID(), {&set, &element});
   report.enterDark(std::move(content));
 }
 
 /// Files have such sets, too.
-void reportNoLocalSet(const Content& content, const DOMElement& element, ImportReport& report) {
+void checkLocalSet(const Content& content, const DOMElement& element, LosslessReport& report) {
   if (!KLV::isLocalSet(content.first)) return;
-  report.addUnconfirmed(ImportDiagnostic::Kind::kValue, element,
-                        "dark metadata: the octets are no local set, which the key " +
-                            Utils::wstringToString(content.first.toString()) + " says that they are");
+  if (!report.base().isKnown() || report.base().hasDarkSet(content.first, content.second)) return;
+  report.add(Kind::kDarkSetIsNoLocalSet, element, {Utils::wstringToString(content.first.toString())});
 }
 
-void add(Content content, const DOMElement& element, ImportDocument& document) {
-  const uint8 octets = lengthOctets(element, document);
-  if (document.report().hasDark(content)) return;  // a copy
-  auto& partition = document.partition();
+void add(Content content, const DOMElement& element, LosslessRules& rules) {
+  const uint8 octets = lengthOctets(element, rules);
+  if (rules.report().hasDark(content)) return;  // a copy
+  auto& partition = rules.partition();
   const auto before = partition.sets().size();
   partition.addKLV(content.first, octets, content.second.data(), content.second.size(), 0);
-  if (partition.sets().size() == before) return reportNoLocalSet(content, element, document.report());
-  enter(*partition.sets().back(), std::move(content), element, document);
+  if (partition.sets().size() == before) return checkLocalSet(content, element, rules.report());
+  enter(*partition.sets().back(), std::move(content), element, rules);
 }
 
 }  // namespace
 
-bool isDarkSet(const DOMElement& element) {
-  return LosslessForms::isGroupsElement(element, XMLBuilder::Vocabulary::kDarkMetadata);
-}
-
-void reserveTags(const DOMElement& container, ImportDocument& document) {
+void reserveTags(const DOMElement& container, PartitionMetadata& partition) {
   for (const DOMElement* child : XMLUtils::childElements(container)) {
-    if (!isDarkSet(*child)) continue;
+    if (!LosslessForms::isGroupsElement(*child, XMLBuilder::Vocabulary::kDarkMetadata)) continue;
     try {
       const auto [key, octets] = contentOf(*child);
-      reserveDarkTags(key, octets.data(), octets.size(), document.partition().partitionDictionary());
+      reserveDarkTags(key, octets.data(), octets.size(), partition.partitionDictionary());
     } catch (const Exceptions::BaseException&) {
-      // It has the form of nothing at all, which is told when it is read.
+      // It cannot be read, which is reported when that is tried.
     }
   }
 }
 
-void read(const DOMElement& element, ImportDocument& document) {
+void read(const DOMElement& element, LosslessRules& rules) {
+  using namespace XMLBuilder;
+  rules.reportAttributes(element, Vocabulary::kGroupsURI,
+                         {Vocabulary::localName(Vocabulary::kKey), Vocabulary::localName(Vocabulary::kBEROctetCount)});
   try {
-    add(contentOf(element), element, document);
-  } catch (const LosslessSets::Clash&) {
+    add(contentOf(element), element, rules);
+  } catch (const Clash&) {
     throw;
   } catch (const Exceptions::BaseException& error) {
-    document.report().addUnread(ImportDiagnostic::Kind::kValue, element, "dark metadata: " + error.message());
+    rules.report().addUnread(Kind::kInvalidDarkSet, element, {error.message()});
   }
 }
 

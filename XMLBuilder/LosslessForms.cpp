@@ -7,7 +7,7 @@
 #include <xercesc/dom/DOMAttr.hpp>
 
 #include "Core/MetaMetadata/Vocabulary.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
 #include "XMLBuilder/NodeText.h"
@@ -201,14 +201,14 @@ std::string strayText(const DOMNode& node) {
   for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
     if (!isTextNode(*child)) continue;
     const wstring text = trimmed(XMLUtils::utf16ToWstring(child->getNodeValue()));
-    if (!text.empty()) return quoted(text) + " is text where only elements are expected";
+    if (!text.empty()) return quoted(text);
   }
   return {};
 }
 
 void refuseText(const DOMNode& node) {
   const auto text = strayText(node);
-  if (!text.empty()) throw Exceptions::InvalidFormat(text, kSource, __LINE__);
+  if (!text.empty()) Exceptions::raise<Exceptions::InvalidFormat>("{} is text where only elements are expected", text);
 }
 
 auto_ptr<Types::SimpleDataType> emptyValue(Identifier type) {
@@ -256,25 +256,32 @@ std::vector<const DOMElement*> fieldsNamed(const DOMNode& node, std::u16string_v
   return found;
 }
 
-void checkRepeatedFields(const DOMNode& node, std::u16string_view prefix, FieldNames names) {
+void checkFields(const DOMNode& node, std::u16string_view prefix, FieldNames names, bool mayRepeat) {
   refuseText(node);
+  std::vector<std::u16string_view> found;
   for (const DOMElement* child : XMLUtils::childElements(node)) {
-    const auto hasName = [child](std::u16string_view name) { return name == child->getLocalName(); };
-    if (isField(*child, prefix) && std::any_of(names.begin(), names.end(), hasName)) continue;
-    refuse(nameOf(*child), "no part of the value", __LINE__);
-  }
-}
-
-void checkFields(const DOMNode& node, std::u16string_view prefix, FieldNames names) {
-  checkRepeatedFields(node, prefix, names);
-  for (const char16_t* name : names) {
-    const auto found = fieldsNamed(node, prefix, name);
-    if (found.size() > 1) refuse(nameOf(*found[1]), "there a second time", __LINE__);
+    const std::u16string_view name = child->getLocalName();
+    const auto isIt = [name](std::u16string_view one) { return name == one; };
+    if (!isField(*child, prefix) || !std::any_of(names.begin(), names.end(), isIt)) {
+      refuse(nameOf(*child), "no part of the value", __LINE__);
+    }
+    if (mayRepeat) continue;
+    if (std::any_of(found.begin(), found.end(), isIt)) refuse(nameOf(*child), "there a second time", __LINE__);
+    found.push_back(name);
   }
 }
 
 const DOMNode* identifierAttribute(const DOMElement& set, const wstring& name) {
   return set.getAttributeNodeNS(wstring(MetaMetadata::kLegacyElements.uri).c_str(), name.c_str());
+}
+
+std::optional<Types::UUID> identifierIn(const DOMNode* attribute) {
+  if (attribute == nullptr) return std::nullopt;
+  try {
+    return Types::UUID(exactText(kUUID, nodeText(*attribute)), kDottedForm);
+  } catch (const Exceptions::InvalidFormat&) {
+    return std::nullopt;
+  }
 }
 
 bool isGroupsElement(const DOMElement& element, std::u16string_view name) {

@@ -1,13 +1,15 @@
 #pragma once
 
-#include <initializer_list>
+#include <optional>
 #include <string_view>
 #include <vector>
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "Core/Types/SimpleDataType.h"
+#include "Core/Types/UUID.h"
+#include "XMLBuilder/ReadingRules.h"
 
-/// Where a lossless import takes other forms than the exact one: each of them is here.
+/// The forms of values and names that a lossless import takes.
 namespace Vantor::XML2Partition::LosslessForms {
 
 /// The text of a value as the exact reader takes it: without white space around numbers and identifiers, booleans as
@@ -22,7 +24,7 @@ wstring plainText(const xercesc::DOMNode& node);
 
 /// Whether text other than white space stands directly within an element.
 bool hasText(const xercesc::DOMNode& node);
-/// That text, as messages say it; empty for none.
+/// That text, quoted and shortened; empty for none.
 std::string strayText(const xercesc::DOMNode& node);
 /// @throws InvalidFormat when it does: the element is to hold elements alone.
 void refuseText(const xercesc::DOMNode& node);
@@ -50,14 +52,15 @@ constexpr uint16 milliSeconds(uint8 quarters) { return static_cast<uint16>(quart
 /// @param prefix  the one that stands for their namespace in documents of ours.
 std::vector<const xercesc::DOMElement*> fieldsNamed(const xercesc::DOMNode& node, std::u16string_view prefix,
                                                     std::u16string_view name);
-using FieldNames = std::initializer_list<const char16_t*>;
-/// @throws InvalidFormat for anything within a compound value but one child of each name at most.
-void checkFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names);
-/// The same where children may come more than once.
-void checkRepeatedFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names);
+/// @param mayRepeat  whether children may come more than once.
+/// @throws InvalidFormat for anything within a compound value but its children, one of each name.
+void checkFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names, bool mayRepeat);
 
 /// The attribute of a set's element that holds one of its identifiers; null when there is none.
 const xercesc::DOMNode* identifierAttribute(const xercesc::DOMElement& set, const wstring& name);
+
+/// The identifier in an attribute; none for no attribute (null) and for a text that is none.
+std::optional<Types::UUID> identifierIn(const xercesc::DOMNode* attribute);
 
 /// Whether an element is one of those that hold what no dictionary names, under any prefix.
 /// @param name  one of the vocabulary's; its prefix does not count.
@@ -65,9 +68,9 @@ bool isGroupsElement(const xercesc::DOMElement& element, std::u16string_view nam
 /// An attribute of theirs; null when there is none.
 const xercesc::DOMNode* groupsAttribute(const xercesc::DOMElement& element, std::u16string_view name);
 
-/// The attribute that says which set is meant, in an element that stands for a set; null in every other element.
+/// The attribute that names the set, in an element that stands for one; null in every other element.
 const xercesc::DOMNode* targetAttribute(const xercesc::DOMElement& element);
-/// Whether such an element says that there is no set.
+/// Whether such an element has the name of those whose set is missing.
 bool isDangling(const xercesc::DOMElement& element);
 
 }  // namespace Vantor::XML2Partition::LosslessForms

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 
-#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Numbers.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
 #include "XMLBuilder/CompoundValueFromXML.h"
-#include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLUtils/Strings.h"
 #include "XMLUtils/UnicodeString.h"
@@ -20,8 +19,6 @@ namespace {
 
 constexpr std::size_t kBasicUMIDUnits = 95;  // 32 pairs of digits and 31 points
 constexpr std::size_t kExtensionOctets = 32;
-constexpr int kLengthLine = 110;
-constexpr int kCharactersLine = 117;
 
 uint8 digitValue(char16_t unit) {
   if (unit <= u'9') return static_cast<uint8>(unit - u'0');
@@ -73,6 +70,22 @@ auto_ptr<Types::SimpleDataType> payload(const wstring& text) {
   const auto bytes = parseHexString(text);
   return std::make_unique<Type>(bytes.data(), bytes.size());
 }
+
+using CompoundReader = auto_ptr<Types::SimpleDataType> (*)(const DOMNode&, ReadingRules&);
+
+/// The reader of a type that is made of child elements; null for every other type.
+CompoundReader compoundReader(Types::Identifiers::Identifier type) {
+  if (type == Types::Identifiers::kProductVersion) return readProductVersion;
+  if (type == Types::Identifiers::kRational) return readRational;
+  if (type == Types::Identifiers::kTimestamp) return readTimestamp;
+  if (type == Types::Identifiers::kRGBALayout) return readRGBALayout;
+  if (type == Types::Identifiers::kJ2KPictureComponent) return readJ2KPictureComponent;
+  if (type == Types::Identifiers::kJ2KCodingStyleDefault) return readJ2KCodingStyleDefault;
+  if (type == Types::Identifiers::kJ2KQuantisationDefault) return readJ2KQuantisationDefault;
+  return nullptr;
+}
+
+}  // namespace
 
 auto_ptr<Types::SimpleDataType> readText(Types::Identifiers::Identifier type, const DOMNode& node,
                                          const wstring& text) {
@@ -148,31 +161,6 @@ auto_ptr<Types::SimpleDataType> readText(Types::Identifiers::Identifier type, co
   return nullptr;
 }
 
-using CompoundReader = auto_ptr<Types::SimpleDataType> (*)(const DOMNode&, ImportDocument&);
-
-/// The reader of a type that is made of child elements; null for every other type.
-CompoundReader compoundReader(Types::Identifiers::Identifier type) {
-  if (type == Types::Identifiers::kProductVersion) return readProductVersion;
-  if (type == Types::Identifiers::kRational) return readRational;
-  if (type == Types::Identifiers::kTimestamp) return readTimestamp;
-  if (type == Types::Identifiers::kRGBALayout) return readRGBALayout;
-  if (type == Types::Identifiers::kJ2KPictureComponent) return readJ2KPictureComponent;
-  if (type == Types::Identifiers::kJ2KCodingStyleDefault) return readJ2KCodingStyleDefault;
-  if (type == Types::Identifiers::kJ2KQuantisationDefault) return readJ2KQuantisationDefault;
-  return nullptr;
-}
-
-auto_ptr<Types::SimpleDataType> readLosslessly(Types::Identifiers::Identifier type, const DOMNode& node) {
-  const auto text = LosslessForms::exactText(type, LosslessForms::plainText(node));
-  auto value = LosslessForms::readUncommon(type, text);
-  if (value == nullptr) value = readText(type, node, text);
-  if (value != nullptr) return value;
-  throw Exceptions::InvalidFormat(std::string("documents have no form for the type ") + Types::Identifiers::name(type),
-                                  kValueSource, __LINE__);
-}
-
-}  // namespace
-
 bool isHexDigit(char16_t unit) {
   return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
 }
@@ -187,24 +175,19 @@ Bytes bytesFromHex(const wstring& text) {
 }
 
 Bytes parseHexString(const wstring& text) {
-  if (text.size() % 2 != 0) {
-    throw Exceptions::InvalidFormat(std::string("Value has invalid Length"), kValueSource, kLengthLine);
-  }
+  using Exceptions::InvalidFormat;
+  if (text.size() % 2 != 0) Exceptions::raise<InvalidFormat>({"Value has invalid Length", {kValueSource, 110}});
   if (!std::all_of(text.begin(), text.end(), isHexDigit)) {
-    throw Exceptions::InvalidFormat(std::string("Value contains non Hexadecimal characters"), kValueSource,
-                                    kCharactersLine);
+    Exceptions::raise<InvalidFormat>({"Value contains non Hexadecimal characters", {kValueSource, 117}});
   }
   return bytesFromHex(text);
 }
 
 auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifier type, const DOMNode& node,
-                                                    ImportDocument& document) {
-  const bool isAttribute = node.getNodeType() == DOMNode::ATTRIBUTE_NODE;
-  const DOMNode* child = firstChild(node, document.blankText());
-  if (child == nullptr && !isAttribute) return document.isLossless() ? LosslessForms::emptyValue(type) : nullptr;
-  if (const auto read = compoundReader(type)) return read(node, document);
-  if (document.isLossless()) return readLosslessly(type, node);
-  return readText(type, node, isAttribute ? nodeText(node) : textContent(*child, document.blankText()));
+                                                    ReadingRules& rules) {
+  if (rules.isEmpty(node)) return rules.emptyValue(type);
+  if (const auto read = compoundReader(type)) return read(node, rules);
+  return rules.textValue(type, node);
 }
 
 }  // namespace Vantor::XML2Partition

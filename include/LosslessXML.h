@@ -58,14 +58,44 @@ struct Place {
   std::string property = {};  ///< the symbol of the property; empty for the set itself
 };
 
-/// Something that a document has twice, or that cannot be what it stands for. `describe` has the English.
+/// Content that was not read, or not as it stands. `describe` has the English.
 struct Diagnostic {
+  /// One kind for each sentence. Behind each, its arguments; a namespace is its URI, empty for none.
   enum class Kind {
-    kUnknownElement,     ///< placeholder: the kinds are listed by what they are, each with its arguments
+    // Names that the dictionary or the document's form lacks. What has them was not read, but for the root.
+    kUnknownRoot,          ///< name, namespace
+    kUnknownSet,           ///< name, namespace, InstanceUID in dotted form or nothing; no set has the name
+    kSetOfOtherNamespace,  ///< the same; the dictionary has a set of the name
+    kUnknownProperty,      ///< name, namespace: of a child of a set
+    kUnknownExtension,     ///< name, namespace: of a child of groups:ExtensionElements
+    kUnknownAttribute,     ///< name, namespace: of an attribute of a set
+    kStrayAttribute,       ///< element, name, namespace: of an attribute of any other element
+    kStrayText,            ///< the text, quoted: where only elements are expected
+    // What stands there once too often. The first counts.
+    kSecondElement,          ///< name: of a child of a set
+    kSecondProperty,         ///< symbol: an extension element for a property that the set has
+    kSecondUnknownProperty,  ///< no argument: an unknown property with the tag of another one
+    kSecondReference,        ///< no argument: in a property that refers to one set
+    kSecondPreface,          ///< no argument; it was read
+    kDifferentCopy,          ///< line of the first copy, nothing when both have the same: the set stands there twice
+    // Values.
+    kInvalidValue,         ///< reason
+    kInvalidDarkSet,       ///< reason
+    kInvalidDarkLength,    ///< reason; the set was read
+    kDarkSetIsNoLocalSet,  ///< key; the set was read
+    // References.
+    kMissingTarget,         ///< InstanceUID; the reference was read
+    kEmptyReference,        ///< no argument
+    kPointerWithoutTarget,  ///< name
+    kContentInPointer,      ///< name; the pointer was read
+    kTargetOfSet,           ///< name: a set within a reference has types:TargetInstance; it was read as a pointer
+    // Identifiers. Editing a file is to refuse these: they say that a set is not the one it seems to be.
+    kInvalidInstanceUID,  ///< text; the set has a new one
+    kMissingInstanceUID   ///< no argument; the base has no such set without one
   };
   Kind kind;
   Place place;
-  std::vector<std::string> arguments;
+  std::vector<std::string> arguments = {};
 };
 
 /// One line in English, with the place in front.
@@ -80,32 +110,54 @@ struct UnreadProperty {
 /// What an import made, and what it could not.
 struct Import {
   std::vector<MetadataSet*> sets;  ///< of children of the root and of the floating container, in document order
+  /// In the order of the document, but for missing targets, which come last.
   std::vector<Diagnostic> diagnostics;
   std::vector<UnreadProperty> unread;
 };
 
-/// A document that was loaded, and not yet read. One thread at a time may use it.
-class VANTOR_XMLBUILDER_EXPORT Document {
+/// A document that was loaded, and not yet read. Reading it does not change it. One thread at a time may use it.
+class Document {
  public:
-  /// @throws ParseError with line and column for what is not well-formed XML, IOError naming the file.
-  static Document fromBytes(const void* bytes, std::size_t size);
-  static Document fromFile(const Path& file);
-  Document(Document&&) noexcept;
-  ~Document();
+  /// @param bytes  copied where need be; encodings as in `XML2Partition`.
+  /// @throws ParseError with line and column for what is not well-formed XML.
+  VANTOR_XMLBUILDER_EXPORT static Document fromBytes(const void* bytes, std::size_t size);
+  /// @throws IOError naming the file; ParseError as above.
+  VANTOR_XMLBUILDER_EXPORT static Document fromFile(const Path& file);
+  VANTOR_XMLBUILDER_EXPORT Document(Document&&) noexcept;
+  VANTOR_XMLBUILDER_EXPORT Document& operator=(Document&&) noexcept;
+  VANTOR_XMLBUILDER_EXPORT ~Document();
 
-  /// None for a document without the instruction, and for one whose instruction is not to be understood.
-  const std::optional<Description>& description() const;
-  /// What the names in it belong to; none where they do not tell.
-  std::optional<MetaMetadata::Vocabulary> vocabulary() const;
-  /// Whether sets stand within the references to them: of most references.
-  bool isNested() const;
+  /// None for a document without the instruction, and for one whose instruction is damaged.
+  VANTOR_XMLBUILDER_EXPORT const std::optional<Description>& description() const;
+  /// The vocabulary of the first element below the root that is in a namespace of either; none when no element is.
+  VANTOR_XMLBUILDER_EXPORT std::optional<MetaMetadata::Vocabulary> vocabulary() const;
+  /// Whether more sets stand within references than are pointed at from elsewhere; true for a document without either.
+  VANTOR_XMLBUILDER_EXPORT bool isNested() const;
 
-  /// Makes the sets of the document in a partition.
-  /// @param partition  its dictionary has to have the vocabulary of the document.
+  /// Makes the sets of the document in a partition. Differs from the functions of `XML2Partition` in these ways:
+  ///
+  /// - Sets keep their InstanceUIDs, and dark groups theirs. A set element without one stays without where it stands
+  ///   below the root or floats, and gets a new one within a reference.
+  /// - A set that the document has twice is one set.
+  /// - Fractions of a second are scaled back. JPEG 2000 values are read with and without an element around them, and
+  ///   children of values in either vocabulary. An empty text is a text, and so is white space.
+  /// - Elements and attributes are found by namespace and name, whatever prefix the document gives the namespace.
+  /// - An unknown property whose tag means a property that the set may have, or that the dictionary has, becomes that
+  ///   property when its octets decode and would be written back as they are, as in a file.
+  /// - Texts of an array that are not of one length are padded with NULs to the longest.
+  /// - Values that cannot be read and content that has no meaning become diagnostics.
+  ///
+  /// @param partition  its dictionary has to have the vocabulary of the document. No local tag of a dark set is given
+  ///                   to a property: what it means stood in the primer of the file. With a base, the partition is to
+  ///                   have a copy of its primer.
   /// @param base       the partition that the document was exported from; null when it is not known. It confirms what
-  ///                   the document alone cannot: dangling references, dark KLVs that are no local sets, properties
-  ///                   that a set has twice, sets without InstanceUID. The partition is to have a copy of its primer.
-  Import import(PartitionMetadata& partition, const PartitionMetadata* base = nullptr) const;
+  ///                   the document alone cannot: missing targets, dark sets that are no local sets, second properties,
+  ///                   sets without InstanceUID, second Prefaces. Without one, missing targets of pointers that are
+  ///                   named Dangling_REF, such dark sets, second unknown properties and sets without InstanceUID are
+  ///                   taken as they are.
+  /// @throws InvalidFormat, naming both, for two different sets of one InstanceUID, one of which the partition may have
+  ///         had before. What was made before the failure stays in the partition.
+  VANTOR_XMLBUILDER_EXPORT Import import(PartitionMetadata& partition, const PartitionMetadata* base = nullptr) const;
 
  private:
   struct Content;

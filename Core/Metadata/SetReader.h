@@ -18,9 +18,11 @@ class SetReader {
   SetReader(MetadataSet& set, const PartitionDictionary& tags) : set_(set), tags_(tags) {}
 
   void read(const KLV::LocalSetItem& item);
+  /// The same for octets that no file has in this place: the property gets no tag of its own and no place in the
+  /// reading order.
+  Element& place(const KLV::LocalSetItem& item);
 
  private:
-  Element& place(const KLV::LocalSetItem& item);
   Element* placeValid(const MetaMetadata::MetaAttribute& attribute, const KLV::LocalSetItem& item);
   Element* placeMisplaced(const MetaMetadata::MetaElement& definition, const KLV::LocalSetItem& item);
   Element& placeUnknown(const KLV::LocalSetItem& item);

@@ -17,6 +17,14 @@ TestDictionary& dictionaryOf(TestDictionary& dictionary, MetaMetadata::DataType 
   return dictionary.property("Prop", type, name).set("Preface", {"Prop"});
 }
 
+std::string described(const Types::SimpleDataType& value) {
+  return std::string(Types::Identifiers::name(value.identifier())) + " " + valueText(value);
+}
+
+const MetaMetadata::MetaElement* definitionOf(const Element& element) { return element.metaAttribute().metaElement(); }
+
+}  // namespace
+
 TestPartition emptyPartition(MetaMetadata::DataType type, const XMLName& name) {
   TestDictionary dictionary;
   return TestPartition(dictionaryOf(dictionary, type, name));
@@ -26,14 +34,6 @@ std::string withProperty(const std::string& content, const XMLName& name) {
   const std::string qualified = Utils::wstringToString(wstring(name.prefix) + u":Prop");
   return document("<p:Preface><" + qualified + ">" + content + "</" + qualified + "></p:Preface>");
 }
-
-std::string described(const Types::SimpleDataType& value) {
-  return std::string(Types::Identifiers::name(value.identifier())) + " " + valueText(value);
-}
-
-const MetaMetadata::MetaElement* definitionOf(const Element& element) { return element.metaAttribute().metaElement(); }
-
-}  // namespace
 
 TemporaryFile::TemporaryFile(const std::string& bytes)
     : path_(std::filesystem::temp_directory_path() /

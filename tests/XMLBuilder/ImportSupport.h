@@ -103,6 +103,11 @@ inline ::testing::AssertionResult holds(const Types::SimpleDataType* actual,
   return holds(actual, *expected);
 }
 
+/// A partition whose dictionary knows a Preface with a property `Prop` of some type.
+TestPartition emptyPartition(MetaMetadata::DataType type, const XMLName& name = {});
+/// A document for it, as `XMLBuilder::xml` takes it: `<p:Prop>content</p:Prop>` in a Preface.
+std::string withProperty(const std::string& content, const XMLName& name = {});
+
 /// The property `Prop` of a set that an import made: `<p:Prop>content</p:Prop>`, of some type.
 class ImportedProperty {
  public:

@@ -6,14 +6,14 @@
 #include "tests/Sanitized.h"
 #include "tests/XMLBuilder/LosslessSupport.h"
 
-/// Sets that a document has twice: they are one, and what the copies have different is told.
+/// Sets that a document has twice: they are one, and differences between the copies are reported.
 namespace Vantor::XML2Partition {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using Kind = ImportDiagnostic::Kind;
+using Kind = LosslessXML::Diagnostic::Kind;
 
 TEST(LosslessCopies, MakesOneSetOfTwoCopies) {
   const std::string preface = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) +
@@ -45,7 +45,7 @@ TEST(LosslessCopies, LetAPartitionHaveTheSetsOfTwoDocuments) {
   EXPECT_EQ(partition.sets().size(), 3u);
 }
 
-TEST(LosslessCopies, TellsWhereACopyDiffersAndKeepsTheFirst) {
+TEST(LosslessCopies, ReportsWhereACopyDiffersAndKeepsTheFirst) {
   const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>\n";
   Imported document(documentOf(start + "<rp210:ByteOrder>1</rp210:ByteOrder></s377m:Preface>\n" + start +
                                "<rp210:ByteOrder>2</rp210:ByteOrder></s377m:Preface>"));
@@ -57,7 +57,7 @@ TEST(LosslessCopies, TellsWhereACopyDiffersAndKeepsTheFirst) {
   EXPECT_THAT(document.kinds(), ElementsAre(Kind::kDifferentCopy));
 }
 
-TEST(LosslessCopies, TellsNoLineOfACopyOnTheSameLine) {
+TEST(LosslessCopies, GivesNoLineOfACopyOnTheSameLine) {
   const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>";
   Imported document(documentOf(start + "<rp210:ByteOrder>1</rp210:ByteOrder></s377m:Preface>" + start +
                                "<rp210:ByteOrder>2</rp210:ByteOrder></s377m:Preface>"));
@@ -80,10 +80,7 @@ TEST(LosslessCopies, RefusesTwoKindsOfSetsWithOneInstanceUID) {
   const std::string text = documentOf("<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) +
                                       "'/>\n<s377m:ContentStorage rp210:InstanceUID='" + kPrefaceUID + "'/>");
   PartitionMetadata partition(builtInDictionary());
-  const auto failure = failureOf([&] {
-    importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.data()), static_cast<uint32>(text.size()),
-                               &partition);
-  });
+  const auto failure = failureOf([&] { importLosslessly(text, partition); });
   EXPECT_EQ(failure.kind, "InvalidFormat");
   EXPECT_EQ(failure.message, "line 3: the ContentStorage has the InstanceUID of the Preface " +
                                  std::string(kPrefaceUID) + " at line 2; give one of them another");
@@ -147,14 +144,14 @@ TEST(LosslessCopies, AreComparedTextByTextHoweverItIsCutUp) {
   }
 }
 
-TEST(LosslessCopies, TellTheLineOfTheFirstWhereItLacksAProperty) {
+TEST(LosslessCopies, GiveTheLineOfTheFirstWhereItLacksAProperty) {
   EXPECT_THAT(messagesOf("TimelineTrack", "", "<rp210:TrackID>1</rp210:TrackID>"),
               ElementsAre(difference("TimelineTrack", "TrackID")));
   EXPECT_THAT(messagesOf("TimelineTrack", "<rp210:TrackID>1</rp210:TrackID>", ""),
               ElementsAre(difference("TimelineTrack", "TrackID")));
 }
 
-TEST(LosslessCopies, TellOfTheirOwnUnreadChildrenAndAttributes) {
+TEST(LosslessCopies, ReportTheirOwnUnreadChildrenAndAttributes) {
   const std::string set = "3|TimelineTrack " + std::string(kPrefaceUID) + "||";
   EXPECT_THAT(
       messagesOf("TimelineTrack", "<rp210:TrackID>1</rp210:TrackID>",
@@ -177,7 +174,7 @@ TEST(LosslessCopies, AreComparedByTheirExtensionElements) {
   }
 }
 
-TEST(LosslessCopies, TellOfSetsWithinThatNothingWouldReferTo) {
+TEST(LosslessCopies, ReportSetsWithinThatNothingWouldReferTo) {
   const std::string nested =
       "<rp210:ContentStorageObject><s377m:ContentStorage/></rp210:ContentStorageObject></s377m:Preface>";
   const std::string start = "<s377m:Preface rp210:InstanceUID='" + std::string(kPrefaceUID) + "'>";

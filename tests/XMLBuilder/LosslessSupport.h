@@ -2,9 +2,11 @@
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Platform/Strings.h"
+#include "LosslessXML.h"
+#include "XMLBuilder/DiagnosticText.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
-/// What the tests of the lossless import share: small documents, and what an import makes and tells of them.
+/// What the tests of the lossless import share: small documents, and what an import makes of them.
 namespace Vantor::XML2Partition {
 
 inline constexpr const char* kPrefaceUID = "01.01.01.01.01.01.01.01.01.01.01.01.01.01.01.01";
@@ -25,47 +27,57 @@ inline std::string identificationWith(const std::string& content) {
   return documentOf("<s377m:Identification>\n" + content + "\n</s377m:Identification>");
 }
 
-/// The two exported functions.
-enum class LosslessEntry { kBuffer, kFile };
-inline constexpr LosslessEntry kLosslessEntries[] = {LosslessEntry::kBuffer, LosslessEntry::kFile};
+/// The two ways to load a document.
+enum class LosslessEntry { kBytes, kFile };
+inline constexpr LosslessEntry kLosslessEntries[] = {LosslessEntry::kBytes, LosslessEntry::kFile};
 
-inline LosslessImport importLosslessly(const std::string& text, PartitionMetadata& partition,
-                                       LosslessEntry entry = LosslessEntry::kBuffer) {
-  if (entry == LosslessEntry::kBuffer) {
-    return importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.data()), static_cast<uint32>(text.size()),
-                                      &partition);
-  }
+inline LosslessXML::Document loaded(const std::string& text, LosslessEntry entry = LosslessEntry::kBytes) {
+  if (entry == LosslessEntry::kBytes) return LosslessXML::Document::fromBytes(text.data(), text.size());
   const TemporaryFile file(text);
-  return importLosslesslyFromFile(file.unicodePath().utf16(), &partition);
+  return LosslessXML::Document::fromFile(file.path());
+}
+
+inline LosslessXML::Import importLosslessly(const std::string& text, PartitionMetadata& partition,
+                                            LosslessEntry entry = LosslessEntry::kBytes,
+                                            const PartitionMetadata* base = nullptr) {
+  return loaded(text, entry).import(partition, base);
 }
 
 /// A partition with the built-in dictionary, filled from a document.
 class Imported {
  public:
   explicit Imported(const std::string& text, MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy,
-                    LosslessEntry entry = LosslessEntry::kBuffer)
+                    LosslessEntry entry = LosslessEntry::kBytes)
       : partition_(builtInDictionary(vocabulary)), result_(importLosslessly(text, partition_, entry)) {}
   Imported(const std::string& text, LosslessEntry entry) : Imported(text, MetaMetadata::Vocabulary::kLegacy, entry) {}
+  /// With a partition that the document was exported from, whose primer this one gets.
+  Imported(const std::string& text, const PartitionMetadata& base) : partition_(builtInDictionary()) {
+    for (const auto& entry : base.partitionDictionary().primerEntries()) {
+      partition_.partitionDictionary().addPrimerEntry(entry);
+    }
+    result_ = importLosslessly(text, partition_, LosslessEntry::kBytes, &base);
+  }
 
   PartitionMetadata& partition() { return partition_; }
   MetadataSet& first() { return *partition_.sets().front(); }
-  const LosslessImport& result() const { return result_; }
+  const LosslessXML::Import& result() const { return result_; }
   std::vector<std::string> messages() const {
     std::vector<std::string> texts;
     for (const auto& one : result_.diagnostics) {
-      texts.push_back(std::to_string(one.line) + "|" + one.set + "|" + one.property + "|" + one.message);
+      texts.push_back(std::to_string(one.place.line) + "|" + one.place.set + "|" + one.place.property + "|" +
+                      textOf(one));
     }
     return texts;
   }
-  std::vector<ImportDiagnostic::Kind> kinds() const {
-    std::vector<ImportDiagnostic::Kind> found;
+  std::vector<LosslessXML::Diagnostic::Kind> kinds() const {
+    std::vector<LosslessXML::Diagnostic::Kind> found;
     for (const auto& one : result_.diagnostics) found.push_back(one.kind);
     return found;
   }
 
  private:
   PartitionMetadata partition_;
-  LosslessImport result_;
+  LosslessXML::Import result_;
 };
 
 template <class T>

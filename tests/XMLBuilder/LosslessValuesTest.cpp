@@ -3,13 +3,13 @@
 
 #include "tests/XMLBuilder/LosslessSupport.h"
 
-/// Elements that are no value of their property's type, or no part of one: each is told, and none is read in part.
+/// Elements that are no value of their property's type, or no part of one: each is reported, and none is read in part.
 namespace Vantor::XML2Partition {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Kind = ImportDiagnostic::Kind;
+using Kind = LosslessXML::Diagnostic::Kind;
 
 const std::string kDate =
     "<types:Year>2026</types:Year><types:Month>1</types:Month><types:Day>2</types:Day><types:Hour>3</types:Hour>"
@@ -31,14 +31,14 @@ void PrintTo(const Unreadable& value, std::ostream* out) { *out << value.name; }
 
 class UnreadableValue : public testing::TestWithParam<Unreadable> {};
 
-TEST_P(UnreadableValue, IsToldAndLeavesThePropertyUnset) {
+TEST_P(UnreadableValue, IsReportedAndLeavesThePropertyUnset) {
   const auto& value = GetParam();
   Imported document(documentOf("<s377m:" + value.set + "><rp210:" + value.property + ">" + value.content +
                                "</rp210:" + value.property + "></s377m:" + value.set + ">"));
   ASSERT_EQ(document.result().diagnostics.size(), 1u);
-  EXPECT_EQ(document.result().diagnostics[0].message, value.message);
-  EXPECT_EQ(document.result().diagnostics[0].kind, Kind::kValue);
-  EXPECT_EQ(document.result().diagnostics[0].property, value.property);
+  EXPECT_EQ(textOf(document.result().diagnostics[0]), value.message);
+  EXPECT_EQ(document.result().diagnostics[0].kind, Kind::kInvalidValue);
+  EXPECT_EQ(document.result().diagnostics[0].place.property, value.property);
   EXPECT_FALSE(property(document.first(), value.property).isPresent());
   ASSERT_EQ(document.result().unread.size(), 1u);
   EXPECT_EQ(document.result().unread[0].property, value.property);
@@ -118,17 +118,15 @@ TEST(LosslessImport, KeepsEmptyStreamsOfBytes) {
   EXPECT_TRUE(holds(valueOf(document.first(), "QuantizationDefault"), Types::J2KQuantisationDefault(1, nullptr, 0)));
 }
 
-TEST(LosslessImport, TellsOfAReferenceMoreThanThereCanBe) {
+TEST(LosslessImport, ReportsAReferenceMoreThanThereCanBe) {
   const std::string storage = "<s377m:ContentStorage_REF types:TargetInstance='" + std::string(kStorageUID) + "'/>";
-  Imported document(prefaceWith("<rp210:ContentStorageObject>" + storage + "\n" + storage +
-                                "</rp210:ContentStorageObject></s377m:Preface><s377m:ContentStorage "
-                                "rp210:InstanceUID='" +
-                                kStorageUID + "'/><s377m:Preface>"));
+  Imported document(documentOf("<s377m:ContentStorage rp210:InstanceUID='" + std::string(kStorageUID) +
+                               "'/><s377m:Preface>\n<rp210:ContentStorageObject>" + storage + "\n" + storage +
+                               "</rp210:ContentStorageObject></s377m:Preface>"));
   EXPECT_THAT(document.messages(),
-              ElementsAre("4|Preface " + std::string(kPrefaceUID) +
-                          "|ContentStorageObject|the property refers to one set, and has that already; this one is "
-                          "not read"));
-  EXPECT_THAT(document.kinds(), ElementsAre(Kind::kSecondElement));
+              ElementsAre("4|Preface|ContentStorageObject|the property refers to one set, and has that already; this "
+                          "one is not read"));
+  EXPECT_THAT(document.kinds(), ElementsAre(Kind::kSecondReference));
 }
 
 TEST(LosslessImport, ReadsTheReferencesBesideOneThatIsNone) {
@@ -143,12 +141,12 @@ TEST(LosslessImport, ReadsTheReferencesBesideOneThatIsNone) {
   EXPECT_EQ(document.result().unread.size(), 1u);
 }
 
-TEST(LosslessImport, TellsEverythingInTheOrderOfTheDocument) {
+TEST(LosslessImport, ReportsEverythingInTheOrderOfTheDocument) {
   Imported document(
       documentOf("<s377m:TimelineTrack><rp210:Foo/>\n<rp210:TrackName>a<b/></rp210:TrackName>\n"
                  "<rp210:TrackID>x</rp210:TrackID>\n<rp210:EditRate/></s377m:TimelineTrack>"));
   std::vector<uint64> lines;
-  for (const auto& one : document.result().diagnostics) lines.push_back(one.line);
+  for (const auto& one : document.result().diagnostics) lines.push_back(one.place.line);
   EXPECT_THAT(lines, ElementsAre(2u, 3u, 4u, 5u));
 }
 
@@ -182,7 +180,7 @@ TEST(LosslessImport, LeavesExtensionElementsThatItCannotReadOutOfTheSet) {
   EXPECT_THAT(invalidOf(document.first()), ElementsAre("EssenceTrackNumber"));
 }
 
-TEST(LosslessImport, TellsOfExtensionElementsThatNoDictionaryHas) {
+TEST(LosslessImport, ReportsExtensionElementsThatNoDictionaryHas) {
   Imported document(extensionsWith("<rp210:TrackNumbr>01</rp210:TrackNumbr>"));
   EXPECT_THAT(document.messages(), ElementsAre("3|Preface " + std::string(kPrefaceUID) +
                                                "||there is no property TrackNumbr in the namespace urn:SMPTE:RP210"));

@@ -11,6 +11,7 @@
 #include "Core/Metadata/EntryView.h"
 #include "Core/Metadata/ReferenceElement.h"
 #include "Core/Platform/Strings.h"
+#include "LosslessXML.h"
 #include "XMLBuilder/HexText.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
@@ -226,19 +227,18 @@ class Lossless {
  public:
   Lossless(const std::string& document, const Dictionary& dictionary)
       : partition_(dictionary),
-        import_(importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
-                                           static_cast<uint32>(document.size()), &partition_)) {}
+        import_(LosslessXML::Document::fromBytes(document.data(), document.size()).import(partition_)) {}
 
   const PartitionMetadata& partition() const { return partition_; }
   std::vector<std::string> messages() const {
     std::vector<std::string> texts;
-    for (const auto& diagnostic : import_.diagnostics) texts.push_back(diagnostic.message);
+    for (const auto& diagnostic : import_.diagnostics) texts.push_back(describe(diagnostic));
     return texts;
   }
 
  private:
   PartitionMetadata partition_;
-  LosslessImport import_;
+  LosslessXML::Import import_;
 };
 
 TEST_P(PrivateDictionary, BringsBackEverythingLosslessly) {

@@ -17,20 +17,22 @@ bool isPrivate(std::string uri) {
 
 }  // namespace
 
-std::string describe(const XML2Partition::ImportDiagnostic& diagnostic) {
-  std::string text = diagnostic.line == 0 ? "" : "line " + std::to_string(diagnostic.line) + ": ";
-  if (!diagnostic.set.empty()) text += diagnostic.set + ": ";
-  if (!diagnostic.property.empty()) text += diagnostic.property + ": ";
-  text += diagnostic.message;
+std::string describe(const LosslessXML::Diagnostic& diagnostic) {
+  using Kind = LosslessXML::Diagnostic::Kind;
+  const auto kind = diagnostic.kind;
+  std::string text = LosslessXML::describe(diagnostic);
+  const bool isUnknown = kind == Kind::kUnknownSet || kind == Kind::kSetOfOtherNamespace ||
+                         kind == Kind::kUnknownProperty || kind == Kind::kUnknownExtension ||
+                         kind == Kind::kUnknownAttribute;
+  const std::string uri = isUnknown ? diagnostic.arguments.at(1) : "";
   // Definitions of a user's own may have the namespaces of the built-in ones.
-  if ((diagnostic.isNewSet && !diagnostic.uri.empty()) || isPrivate(diagnostic.uri))
-    text += "; --dictionary FILE adds definitions";
+  if ((kind == Kind::kUnknownSet && !uri.empty()) || isPrivate(uri)) text += "; --dictionary FILE adds definitions";
   return oneLine(text);
 }
 
 void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict) {
   for (const auto& diagnostic : diagnostics) {
-    printMessage(document.u8string() + ": " + (isStrict ? "" : "warning: ") + describe(diagnostic));
+    printMessage(document.u8string() + ": " + (isStrict ? "" : "warning: ") + Tool::describe(diagnostic));
   }
 }
 

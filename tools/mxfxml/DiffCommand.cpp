@@ -10,7 +10,6 @@
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 #include "XML2Partition.h"
-#include "XMLUtils/DocumentVocabulary.h"
 #include "XMLUtils/InputFile.h"
 #include "XMLUtils/UnicodeString.h"
 
@@ -78,11 +77,10 @@ std::unique_ptr<PartitionMetadata> DiffCommand::read(const Path& file) const {
 }
 
 std::unique_ptr<PartitionMetadata> DiffCommand::readDocument(const Path& file) const {
-  const XMLUtils::UnicodeString path(Platform::pathToWstring(file));
-  const auto vocabulary = XMLUtils::vocabularyOfFile(path.utf16());
-  auto metadata =
-      std::make_unique<PartitionMetadata>(dictionary_.load(vocabulary.value_or(MetaMetadata::Vocabulary::kLegacy)));
-  const auto import = XML2Partition::importLosslesslyFromFile(path.utf16(), metadata.get());
+  const auto document = LosslessXML::Document::fromFile(file);
+  const auto vocabulary = document.vocabulary().value_or(MetaMetadata::Vocabulary::kLegacy);
+  auto metadata = std::make_unique<PartitionMetadata>(dictionary_.load(vocabulary));
+  const auto import = document.import(*metadata);
   printDiagnostics(file, import.diagnostics, strict_);
   if (strict_ && !import.diagnostics.empty()) throw CommandError(countOf(import.diagnostics));
   return metadata;

@@ -8,6 +8,7 @@
 #include "Core/Comparison/DocumentDifference.h"
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Platform/Strings.h"
 #include "DocumentSize.h"
 #include "ErrorText.h"
 #include "XMLBuilder.h"
@@ -69,17 +70,10 @@ bool showsMore(const DocumentContent& edited, const DocumentContent& whole, cons
   });
 }
 
-/// In which of the two forms a document can be: the one that most of its references have.
-std::vector<bool> nestingsOf(const XML2Partition::ReferenceForms& references) {
-  if (references.nested == references.pointers) return {false, true};
-  return {references.nested > references.pointers};
-}
-
 }  // namespace
 
-DocumentContent contentOf(const PartitionMetadata& metadata, const XML2Partition::LosslessImport& import) {
+DocumentContent contentOf(const PartitionMetadata& metadata, const LosslessXML::Import& import) {
   DocumentContent content{&metadata};
-  for (const auto& unnamed : import.unnamed) content.unnamed.insert(unnamed.set);
   for (const MetadataSet* set : metadata.sets()) {
     // A dark group is told by its octets then.
     const bool isDark = dynamic_cast<const DarkParsedGroup*>(set) != nullptr;
@@ -133,8 +127,8 @@ std::shared_ptr<const ReadDocument> DocumentForms::make(const Form& form) {
   const XMLUtils::UnicodeString text(std::move(document));
   auto read = std::make_shared<ReadDocument>(dictionary_);
   requireReadable();
-  read->import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
-                                                           documentSize(text.utf16Size()), read->metadata.get());
+  const auto parsed = LosslessXML::Document::fromBytes(text.utf16(), documentSize(text.utf16Size()));
+  read->import = parsed.import(*read->metadata);
   return read;
 }
 
@@ -147,7 +141,7 @@ bool DocumentForms::hasOtherSets() const {
 /// A document without a Preface starts from the first set in it, as far as that is one of the original. One that has a
 /// Preface may start from another set, too, which refers to it or stands beside such a set.
 std::vector<const MetadataSet*> DocumentForms::startsOf(const DocumentContent& edited,
-                                                        const XML2Partition::LosslessImport& import) const {
+                                                        const LosslessXML::Import& import) const {
   std::vector<const MetadataSet*> starts;
   const auto* first = import.sets.empty() ? nullptr : counterpartOf(*import.sets.front(), *original_);
   if (first == original_->preface()) first = nullptr;
@@ -157,12 +151,12 @@ std::vector<const MetadataSet*> DocumentForms::startsOf(const DocumentContent& e
 }
 
 std::vector<DocumentForms::Form> DocumentForms::formsOf(const DocumentContent& edited,
-                                                        const XML2Partition::LosslessImport& import) const {
+                                                        const LosslessXML::Import& import) const {
   const bool isFromPreface = scope_ == Scope::kAll && edited.partition->preface() != nullptr;
   const auto starts = isFromPreface ? std::vector<const MetadataSet*>{nullptr} : startsOf(edited, import);
   std::vector<Form> forms;
   for (const auto* start : starts) {
-    for (const bool isNested : nestingsOf(import.references)) {
+    for (const bool isNested : {false, true}) {
       forms.push_back({false, isNested, false, start});
       if (plain_ != nullptr) forms.push_back({true, isNested, false, start});
     }
@@ -171,19 +165,21 @@ std::vector<DocumentForms::Form> DocumentForms::formsOf(const DocumentContent& e
 }
 
 bool DocumentForms::mayBeStructuralOnly(const ReadDocument& whole, const ReadDocument& part,
-                                        const DocumentContent& edited,
-                                        const XML2Partition::LosslessImport& import) const {
+                                        const DocumentContent& edited, const LosslessXML::Import& import) const {
   if (scope_ == Scope::kStructural) return true;
-  const auto& unknown = import.unknownSets;
-  const bool hasUnknown = std::any_of(unknown.begin(), unknown.end(), [&](const wstring& instanceUID) {
-    const auto& found = original_->findByInstanceUID(Types::UUID(instanceUID, kDottedForm));
+  using Kind = LosslessXML::Diagnostic::Kind;
+  const auto& all = import.diagnostics;
+  const bool hasUnknown = std::any_of(all.begin(), all.end(), [&](const LosslessXML::Diagnostic& one) {
+    if (one.kind != Kind::kUnknownSet && one.kind != Kind::kSetOfOtherNamespace) return false;
+    if (one.arguments.at(2).empty()) return false;
+    const auto& found =
+        original_->findByInstanceUID(Types::UUID(Utils::stringToWstring(one.arguments[2]), kDottedForm));
     return !found.empty() && !KLV::isStructuralMetadataSet(found.front()->key());
   });
   return !hasUnknown && !showsMore(edited, whole.content(), part.content());
 }
 
-DocumentForms::Choice DocumentForms::choose(const DocumentContent& edited,
-                                            const XML2Partition::LosslessImport& import) {
+DocumentForms::Choice DocumentForms::choose(const DocumentContent& edited, const LosslessXML::Import& import) {
   Choice best{nullptr, std::numeric_limits<std::size_t>::max()};
   const auto take = [&](const std::shared_ptr<const ReadDocument>& document, const Form& form) {
     const auto edits = countEdits(document->content(), edited);

@@ -7,11 +7,11 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/Platform/Path.h"
 #include "Edit/PartitionMerge.h"
-#include "XML2Partition.h"
+#include "LosslessXML.h"
 
 namespace Vantor::Tool {
 
-DocumentContent contentOf(const PartitionMetadata& metadata, const XML2Partition::LosslessImport& import);
+DocumentContent contentOf(const PartitionMetadata& metadata, const LosslessXML::Import& import);
 
 /// What reading a document gave.
 struct ReadDocument {
@@ -21,7 +21,7 @@ struct ReadDocument {
   DocumentContent content() const { return contentOf(*metadata, import); }
 
   std::unique_ptr<PartitionMetadata> metadata;
-  XML2Partition::LosslessImport import;
+  LosslessXML::Import import;
 };
 
 /// The metadata of one partition, and the documents of them that an export can write. None is made before it is wanted.
@@ -64,7 +64,7 @@ class DocumentForms {
     bool isStructuralOnly = false;       ///< whether it leaves out references to other sets
   };
   /// @throws CommandError when the metadata have no Preface.
-  Choice choose(const DocumentContent& edited, const XML2Partition::LosslessImport& import);
+  Choice choose(const DocumentContent& edited, const LosslessXML::Import& import);
   /// The flat document of all sets.
   std::shared_ptr<const ReadDocument> full();
 
@@ -77,13 +77,12 @@ class DocumentForms {
     bool isFull() const { return !isPlain && !isNested && !isStructuralOnly && start == nullptr; }
   };
   /// The forms, without those of structural sets.
-  std::vector<Form> formsOf(const DocumentContent& edited, const XML2Partition::LosslessImport& import) const;
+  std::vector<Form> formsOf(const DocumentContent& edited, const LosslessXML::Import& import) const;
   /// Whether there is anything that an export of structural sets can leave out.
   bool hasOtherSets() const;
   bool mayBeStructuralOnly(const ReadDocument& whole, const ReadDocument& part, const DocumentContent& edited,
-                           const XML2Partition::LosslessImport& import) const;
-  std::vector<const MetadataSet*> startsOf(const DocumentContent& edited,
-                                           const XML2Partition::LosslessImport& import) const;
+                           const LosslessXML::Import& import) const;
+  std::vector<const MetadataSet*> startsOf(const DocumentContent& edited, const LosslessXML::Import& import) const;
   std::shared_ptr<const ReadDocument> make(const Form& form);
   PartitionMetadata& plainOriginal();
 

@@ -12,7 +12,7 @@
 #include "ProgressBar.h"
 #include "StoppedChange.h"
 #include "Summary.h"
-#include "XMLUtils/DocumentVocabulary.h"
+#include "XML2Partition.h"
 #include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
@@ -32,6 +32,10 @@ std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
     }
   }
   return count;
+}
+
+MetaMetadata::Vocabulary vocabularyOf(const LosslessXML::Document& document) {
+  return document.vocabulary().value_or(MetaMetadata::Vocabulary::kLegacy);
 }
 
 /// What goes wrong with a file that is not the command's input is told with its name.
@@ -99,15 +103,16 @@ void ImportCommand::run() const {
   }
 }
 
-MetaMetadata::Vocabulary ImportCommand::vocabulary() const {
-  const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-  return XMLUtils::vocabularyOfFile(path.utf16()).value_or(MetaMetadata::Vocabulary::kLegacy);
-}
-
 void ImportCommand::writeHeaderOnly() const {
   refuseStoppedChange(*output_);
-  PartitionMetadata metadata(dictionary_.load(vocabulary()));
-  tell(read(metadata).diagnostics);
+  const auto document = LosslessXML::Document::fromFile(input());
+  PartitionMetadata metadata(dictionary_.load(vocabularyOf(document)));
+  if (exact_) {
+    const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
+    XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
+  } else {
+    tell(document.import(metadata).diagnostics);
+  }
   const auto lost = tagsWithoutLabels(metadata);
   if (lost != 0) {
     printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
@@ -120,14 +125,18 @@ void ImportCommand::writeHeaderOnly() const {
 }
 
 void ImportCommand::editFile() const {
-  const auto chosen = vocabulary();
+  const auto document = LosslessXML::Document::fromFile(input());
+  const auto chosen = vocabularyOf(document);
   const auto definitions = dictionary_.load(chosen);
   PartitionMetadata edited(definitions);
-  auto import = read(edited);
+  LosslessXML::Import import;
   std::optional<MetadataEdit> edit;
   namingFile(*into_, [&] {
     undoStoppedChange(*into_);
     edit.emplace(*into_, definitions, dictionary_.plain(chosen), partition_);
+    const auto& primer = edit->metadata().partitionDictionary();
+    for (const auto& entry : primer.primerEntries()) edited.partitionDictionary().addPrimerEntry(entry);
+    import = document.import(edited, &edit->metadata());
     edit->takeForm(edited, import, scope());
   });
   tell(import.diagnostics);
@@ -138,7 +147,7 @@ void ImportCommand::editFile() const {
 }
 
 void ImportCommand::apply(MetadataEdit& edit, const PartitionMetadata& edited,
-                          const XML2Partition::LosslessImport& import) const {
+                          const LosslessXML::Import& import) const {
   try {
     edit.apply(edited, import, MetadataEdit::Origin::kGuessed);
   } catch (const CommandError& error) {
@@ -155,16 +164,6 @@ void ImportCommand::write(const MetadataEdit& edit) const {
 DocumentForms::Scope ImportCommand::scope() const {
   if (isWhole_) return DocumentForms::Scope::kAll;
   return isStructuralOnly_ ? DocumentForms::Scope::kStructural : DocumentForms::Scope::kGuessed;
-}
-
-XML2Partition::LosslessImport ImportCommand::read(PartitionMetadata& metadata) const {
-  const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-  if (exact_) {
-    XML2Partition::LosslessImport import;
-    import.sets = XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
-    return import;
-  }
-  return XML2Partition::importLosslesslyFromFile(path.utf16(), &metadata);
 }
 
 void ImportCommand::tell(const Diagnostics& diagnostics) const {

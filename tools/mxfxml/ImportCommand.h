@@ -8,7 +8,7 @@
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 #include "DocumentForms.h"
-#include "XML2Partition.h"
+#include "LosslessXML.h"
 
 namespace Vantor::Tool {
 
@@ -28,12 +28,9 @@ class ImportCommand final : public Command {
   void writeHeaderOnly() const;
   /// Puts the metadata into a file that is there.
   void editFile() const;
-  void apply(MetadataEdit& edit, const PartitionMetadata& edited, const XML2Partition::LosslessImport& import) const;
+  void apply(MetadataEdit& edit, const PartitionMetadata& edited, const LosslessXML::Import& import) const;
   void write(const MetadataEdit& edit) const;
-  MetaMetadata::Vocabulary vocabulary() const;
   DocumentForms::Scope scope() const;
-  /// Reads the document into a partition.
-  XML2Partition::LosslessImport read(PartitionMetadata& metadata) const;
   /// Tells on standard error what could not be read. @throws CommandError when that is to end the command.
   void tell(const Diagnostics& diagnostics) const;
 

@@ -1,7 +1,6 @@
 #include "MetadataEdit.h"
 
 #include <algorithm>
-#include <regex>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -42,9 +41,12 @@ bool sharesASet(const PartitionMetadata& left, const PartitionMetadata& right) {
 }
 
 /// Such a set would be added to those that are there.
-void requireInstanceUIDs(const XML2Partition::LosslessImport& import) {
+void requireInstanceUIDs(const LosslessXML::Import& import) {
   for (const auto& diagnostic : import.diagnostics) {
-    if (diagnostic.kind != XML2Partition::ImportDiagnostic::Kind::kUnusableIdentifier) continue;
+    if (diagnostic.kind != LosslessXML::Diagnostic::Kind::kInvalidInstanceUID &&
+        diagnostic.kind != LosslessXML::Diagnostic::Kind::kMissingInstanceUID) {
+      continue;
+    }
     throw CommandError("a set whose InstanceUID cannot be read cannot be told from a new one; nothing is written");
   }
 }
@@ -98,17 +100,14 @@ std::unordered_set<Types::UUID> ownedBy(const PartitionMetadata& partition) {
   return {targets.begin(), targets.end()};
 }
 
-using Diagnostic = XML2Partition::ImportDiagnostic;
+using Diagnostic = LosslessXML::Diagnostic;
 
-/// A message without the lines that it names: an edit moves them, and a document in one line has none to tell apart.
-std::string withoutLines(const std::string& message) {
-  static const std::regex line(",? at line [0-9]+,?");
-  return std::regex_replace(message, line, "");
-}
-
+/// A diagnostic without lines: an edit moves them, and a document in one line has none to tell apart.
 std::string nameOf(const Diagnostic& one) {
-  return std::to_string(static_cast<int>(one.kind)) + "\n" + one.set + "\n" + one.property + "\n" +
-         withoutLines(one.message);
+  std::string name = std::to_string(static_cast<int>(one.kind)) + "\n" + one.place.set + "\n" + one.place.property;
+  if (one.kind == Diagnostic::Kind::kDifferentCopy) return name;
+  for (const auto& argument : one.arguments) name += "\n" + argument;
+  return name;
 }
 
 /// What is wrong with the unedited document is so in the file, or because of the form of the document. A set with an
@@ -117,41 +116,9 @@ void dropKnown(const std::vector<Diagnostic>& known, std::vector<Diagnostic>& di
   std::unordered_set<std::string> names;
   for (const auto& one : known) names.insert(nameOf(one));
   const auto isKnown = [&](const Diagnostic& one) {
-    return one.kind != Diagnostic::Kind::kUnusableIdentifier && names.count(nameOf(one)) != 0;
+    return one.kind != Diagnostic::Kind::kInvalidInstanceUID && names.count(nameOf(one)) != 0;
   };
   diagnostics.erase(std::remove_if(diagnostics.begin(), diagnostics.end(), isKnown), diagnostics.end());
-}
-
-/// Takes for mistakes what the unedited document does not have as often.
-void addUnconfirmed(const XML2Partition::LosslessImport& unedited, XML2Partition::LosslessImport& import) {
-  std::unordered_map<std::string, std::size_t> known;
-  for (const auto& one : unedited.unconfirmed) ++known[nameOf(one.diagnostic)];
-  for (auto& one : import.unconfirmed) {
-    auto& left = known[nameOf(one.diagnostic)];
-    if (left != 0) {
-      --left;
-      continue;
-    }
-    import.diagnostics.push_back(std::move(one.diagnostic));
-    if (one.property != nullptr) one.set->remove(*one.property);
-  }
-  import.unconfirmed.clear();
-}
-
-/// A set that lacks its InstanceUID would be taken for a new one, and the one that it is for taken out.
-void addLostIdentifiers(const XML2Partition::LosslessImport& unedited, XML2Partition::LosslessImport& import) {
-  std::unordered_map<std::string, std::size_t> without;  // how many sets of a kind have none in the file
-  for (const auto& unnamed : unedited.unnamed) ++without[unnamed.set->name()];
-  for (const auto& unnamed : import.unnamed) {
-    auto& left = without[unnamed.set->name()];
-    if (left != 0) {
-      --left;
-      continue;
-    }
-    import.diagnostics.push_back(
-        {Diagnostic::Kind::kUnusableIdentifier, unnamed.line, unnamed.set->name(), "",
-         "the set has no rp210:InstanceUID; one of the file needs its own, one that is new needs a new one"});
-  }
 }
 
 /// Which of the partitions reading the metadata takes.
@@ -176,17 +143,14 @@ MetadataEdit::MetadataEdit(const Path& file, SharedPtr<const MetaMetadata::Dicti
   forms_.requireReadable();
 }
 
-void MetadataEdit::takeForm(const PartitionMetadata& edited, XML2Partition::LosslessImport& import,
-                            DocumentForms::Scope scope) {
+void MetadataEdit::takeForm(const PartitionMetadata& edited, LosslessXML::Import& import, DocumentForms::Scope scope) {
   scope_ = scope;
   forms_.setScope(scope);
   unedited_ = forms_.choose(contentOf(edited, import), import);
   dropKnown(unedited_.document->import.diagnostics, import.diagnostics);
-  addUnconfirmed(unedited_.document->import, import);
-  addLostIdentifiers(unedited_.document->import, import);
 }
 
-void MetadataEdit::apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import, Origin origin) {
+void MetadataEdit::apply(const PartitionMetadata& edited, const LosslessXML::Import& import, Origin origin) {
   requireInstanceUIDs(import);
   requireSameMetadata(edited, metadata());
   const auto content = contentOf(edited, import);
@@ -230,8 +194,7 @@ SharedPtr<const Bytes> MetadataEdit::merge(const PartitionMetadata& original, co
   return std::make_shared<const Bytes>(sink.take());
 }
 
-void MetadataEdit::replaceRepetitions(const DocumentContent& edited, const XML2Partition::LosslessImport& import,
-                                      Origin origin) {
+void MetadataEdit::replaceRepetitions(const DocumentContent& edited, const LosslessXML::Import& import, Origin origin) {
   MetadataRepetitions repetitions(file_, structure_);
   const SharedPtr<const Bytes> ofHeader = replacements_.empty() ? nullptr : replacements_.front().bytes;
   Repetition last;
@@ -247,7 +210,7 @@ void MetadataEdit::replaceRepetitions(const DocumentContent& edited, const XML2P
 }
 
 MetadataEdit::Repetition MetadataEdit::repetitionIn(std::size_t partition, const DocumentContent& edited,
-                                                    const XML2Partition::LosslessImport& import, Origin origin) {
+                                                    const LosslessXML::Import& import, Origin origin) {
   MergeSummary repeated;
   DocumentForms other(file_, structure_.partitions[partition], dictionary_, plain_);
   if (!comparePartitions(metadata(), other.original()).isEqual()) {
@@ -267,7 +230,7 @@ void MetadataEdit::tellOther(std::size_t partition, const std::string& differenc
 }
 
 void MetadataEdit::requireCloserToHeader(DocumentForms& other, std::size_t partition, const DocumentContent& edited,
-                                         const XML2Partition::LosslessImport& import) const {
+                                         const LosslessXML::Import& import) const {
   if (unedited_.edits == 0 || !other.hasPreface()) return;
   other.setScope(scope_);
   const auto choice = other.choose(edited, import);

@@ -10,7 +10,7 @@
 #include "Core/MXF/PartitionChoice.h"
 #include "DocumentForms.h"
 #include "Edit/PartitionMerge.h"
-#include "XML2Partition.h"
+#include "LosslessXML.h"
 
 namespace Vantor::Tool {
 
@@ -29,11 +29,9 @@ class MetadataEdit {
   PartitionMetadata& metadata() { return forms_.original(); }
 
   /// Finds out what kind of document was edited. To be called before `apply`.
-  /// @param import  loses the diagnostics that an unedited document has as well, and gets those of what only the file
-  ///                could confirm and does not: an unknown property among that leaves its set. It also gets one of the
-  ///                kind kUnusableIdentifier for every set that lacks its InstanceUID.
+  /// @param import  loses the diagnostics that an unedited document has as well.
   /// @param scope   what the user says of the document.
-  void takeForm(const PartitionMetadata& edited, XML2Partition::LosslessImport& import, DocumentForms::Scope scope);
+  void takeForm(const PartitionMetadata& edited, LosslessXML::Import& import, DocumentForms::Scope scope);
 
   /// Whether it is known which partition a document was exported from: the one that was chosen.
   enum class Origin { kKnown, kGuessed };
@@ -42,7 +40,7 @@ class MetadataEdit {
   /// @throws CommandError when the document cannot be one of these metadata: it has no set, another Preface, or an
   /// InstanceUID that cannot be read; when nobody can tell what an edit means or which sets the document is an export
   /// of, or, where the origin is guessed, when the document is as close to those of another partition.
-  void apply(const PartitionMetadata& edited, const XML2Partition::LosslessImport& import, Origin origin);
+  void apply(const PartitionMetadata& edited, const LosslessXML::Import& import, Origin origin);
 
   /// What was edited, in a line.
   std::string summary() const;
@@ -67,11 +65,11 @@ class MetadataEdit {
 
   /// Returns the bytes of the edited metadata; null when nothing is edited.
   SharedPtr<const Bytes> merge(const PartitionMetadata& original, const DocumentContent& edited, MergeSummary& done);
-  void replaceRepetitions(const DocumentContent& edited, const XML2Partition::LosslessImport& import, Origin origin);
-  Repetition repetitionIn(std::size_t partition, const DocumentContent& edited,
-                          const XML2Partition::LosslessImport& import, Origin origin);
+  void replaceRepetitions(const DocumentContent& edited, const LosslessXML::Import& import, Origin origin);
+  Repetition repetitionIn(std::size_t partition, const DocumentContent& edited, const LosslessXML::Import& import,
+                          Origin origin);
   void requireCloserToHeader(DocumentForms& other, std::size_t partition, const DocumentContent& edited,
-                             const XML2Partition::LosslessImport& import) const;
+                             const LosslessXML::Import& import) const;
   /// The same partition that reading the metadata takes.
   std::size_t numberOfPartition() const;
   void tellOther(std::size_t partition, const std::string& difference, const std::string& help);

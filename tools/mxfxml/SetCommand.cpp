@@ -8,12 +8,12 @@
 #include "DocumentEdit.h"
 #include "DocumentSize.h"
 #include "ErrorText.h"
+#include "LosslessXML.h"
 #include "MetadataEdit.h"
 #include "ProgressBar.h"
 #include "StartSet.h"
 #include "StoppedChange.h"
 #include "Summary.h"
-#include "XML2Partition.h"
 
 namespace Vantor::Tool {
 
@@ -45,14 +45,14 @@ std::string whyNoInstanceUID(const std::string& text) {
 }
 
 /// Reads the edited document; what is wrong with a value ends the command.
-XML2Partition::LosslessImport readEdited(const std::string& document, PartitionMetadata& edited, MetadataEdit& edit) {
-  auto import = XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(document.data()),
-                                                          documentSize(document.size()), &edited);
+LosslessXML::Import readEdited(const std::string& document, PartitionMetadata& edited, MetadataEdit& edit) {
+  auto import =
+      LosslessXML::Document::fromBytes(document.data(), documentSize(document.size())).import(edited, &edit.metadata());
   edit.takeForm(edited, import, DocumentForms::Scope::kAll);
   if (import.diagnostics.empty()) return import;
   auto diagnostic = import.diagnostics.front();
-  diagnostic.line = 0;  // of a document that nobody sees
-  throw CommandError(describe(diagnostic));
+  diagnostic.place.line = 0;  // of a document that nobody sees
+  throw CommandError(Tool::describe(diagnostic));
 }
 
 }  // namespace

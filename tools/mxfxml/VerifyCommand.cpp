@@ -9,6 +9,7 @@
 #include "DiagnosticText.h"
 #include "DocumentSize.h"
 #include "ErrorText.h"
+#include "LosslessXML.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 #include "XML2Partition.h"
@@ -27,15 +28,13 @@ Diagnostics readBack(const wstring& document, bool exactly, PartitionMetadata& c
     return {};
   }
   const XMLUtils::UnicodeString text(document);
-  return XML2Partition::importLosslesslyFromBuffer(reinterpret_cast<const uint8*>(text.utf16()),
-                                                   documentSize(text.utf16Size()), &copy)
-      .diagnostics;
+  return LosslessXML::Document::fromBytes(text.utf16(), documentSize(text.utf16Size())).import(copy).diagnostics;
 }
 
 std::string linesOf(const Diagnostics& diagnostics) {
   std::string lines;
   for (auto diagnostic : diagnostics) {
-    diagnostic.line = 0;  // of a document that nobody sees
+    diagnostic.place.line = 0;  // of a document that nobody sees
     lines += "note: " + Tool::describe(diagnostic) + "\n";
   }
   return lines;

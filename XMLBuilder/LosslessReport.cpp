@@ -1,0 +1,50 @@
+#include "XMLBuilder/LosslessReport.h"
+
+#include <algorithm>
+
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Strings.h"
+
+namespace Vantor::XML2Partition {
+
+LosslessXML::Place LosslessReport::placeOf(const xercesc::DOMNode& node) const {
+  LosslessXML::Place place = {lineOf(node)};
+  if (current_.set != nullptr) place.set = current_.isNamed ? current_.set->fullName() : current_.set->name();
+  if (current_.property != nullptr) place.property = current_.property->symbol();
+  return place;
+}
+
+void LosslessReport::add(Kind kind, const xercesc::DOMNode& node, std::vector<std::string> arguments) {
+  result_.diagnostics.push_back({kind, placeOf(node), std::move(arguments)});
+}
+
+void LosslessReport::addUnread(Kind kind, const xercesc::DOMNode& node, std::vector<std::string> arguments) {
+  add(kind, node, std::move(arguments));
+  if (current_.set != nullptr && current_.property != nullptr) {
+    result_.unread.push_back({current_.set, current_.property->symbol()});
+  }
+}
+
+LosslessReport::Source* LosslessReport::find(const Types::UUID& instanceUID) {
+  const auto found = sources_.find(instanceUID);
+  return found == sources_.end() ? nullptr : &found->second;
+}
+
+void LosslessReport::refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling) {
+  pointers_.push_back({target, isDangling, placeOf(node)});
+}
+
+void LosslessReport::finish(const PartitionMetadata& partition) {
+  // Sets are read property by property, in whichever order the document has these.
+  std::stable_sort(result_.diagnostics.begin(), result_.diagnostics.end(),
+                   [](const auto& left, const auto& right) { return left.place.line < right.place.line; });
+  for (auto& pointer : pointers_) {
+    if (!partition.findByInstanceUID(pointer.target).empty()) continue;
+    if (base_.isKnown() ? base_.hasTarget(pointer.target) : pointer.isDangling) continue;
+    result_.diagnostics.push_back({Kind::kMissingTarget,
+                                   std::move(pointer.place),
+                                   {Utils::wstringToString(pointer.target.toString(kDottedForm))}});
+  }
+}
+
+}  // namespace Vantor::XML2Partition

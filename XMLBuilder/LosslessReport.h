@@ -1,0 +1,109 @@
+#pragma once
+
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+#include <xercesc/dom/DOMElement.hpp>
+
+#include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Metadata/MetadataSet.h"
+#include "Core/Types/UUID.h"
+#include "LosslessXML.h"
+#include "XMLBuilder/BaseFacts.h"
+#include "XMLBuilder/SetChildren.h"
+#include "XMLUtils/ElementLines.h"
+
+namespace Vantor::XML2Partition {
+
+using LosslessXML::Diagnostic;
+
+/// What a lossless import learns on its way through the document: which set stands where, and what could not be read.
+class LosslessReport {
+ public:
+  using Kind = Diagnostic::Kind;
+
+  LosslessReport(LosslessXML::Import& result, const XMLUtils::ElementLines& lines, BaseFacts& base)
+      : result_(result), lines_(lines), base_(base) {}
+  LosslessReport(const LosslessReport&) = delete;
+  LosslessReport& operator=(const LosslessReport&) = delete;
+
+  /// Names what is being read in the diagnostics, as long as it lives.
+  class Reading {
+   public:
+    /// @param isNamed  whether the set's InstanceUID stands in the document.
+    Reading(LosslessReport& report, MetadataSet& set, bool isNamed) : Reading(report, {&set, isNamed, nullptr}) {}
+    Reading(LosslessReport& report, const MetaMetadata::MetaElement* property)
+        : Reading(report, {report.current_.set, report.current_.isNamed, property}) {}
+    ~Reading() { report_.current_ = previous_; }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+   private:
+    friend class LosslessReport;
+    struct Current {
+      MetadataSet* set = nullptr;
+      bool isNamed = false;
+      const MetaMetadata::MetaElement* property = nullptr;
+    };
+    Reading(LosslessReport& report, Current current) : report_(report), previous_(report.current_) {
+      report_.current_ = current;
+    }
+
+    LosslessReport& report_;
+    Current previous_;
+  };
+
+  /// @param node  gives the line.
+  void add(Kind kind, const xercesc::DOMNode& node, std::vector<std::string> arguments = {});
+  /// The same for something that leaves the property that is being read without what the document has for it.
+  void addUnread(Kind kind, const xercesc::DOMNode& node, std::vector<std::string> arguments = {});
+
+  /// A set of the document and the element that it was made from.
+  struct Source {
+    MetadataSet* set;
+    const xercesc::DOMElement* element;
+    std::optional<SetChildren> children = std::nullopt;  ///< of the element; listed when a copy of it is met
+  };
+  /// Null when no set of the document has the InstanceUID so far.
+  Source* find(const Types::UUID& instanceUID);
+  void enter(const Types::UUID& instanceUID, Source source) { sources_.emplace(instanceUID, std::move(source)); }
+
+  /// The key and octets of a set of which no more is known than these.
+  using DarkContent = std::pair<KLV::Key, Bytes>;
+  /// Whether the document had such a set with an InstanceUID.
+  bool hasDark(const DarkContent& content) const { return dark_.count(content) != 0; }
+  void enterDark(DarkContent content) { dark_.insert(std::move(content)); }
+
+  /// Notes a reference, whose target may come later. @param isDangling  the document itself names no set for it.
+  ///
+  /// Two strong references to one set are no diagnostic, although each claims to own the set: files have them, such as
+  /// those of a writer whose floating root set refers strongly to the Preface, and an unedited document would never be
+  /// without one then.
+  void refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling);
+  /// Adds a diagnostic for each reference whose target never came, and puts all in order.
+  void finish(const PartitionMetadata& partition);
+
+  BaseFacts& base() { return base_; }
+  uint64 lineOf(const xercesc::DOMNode& node) const { return lines_.lineOf(node); }
+
+ private:
+  struct Pointer {
+    Types::UUID target;
+    bool isDangling;
+    LosslessXML::Place place;
+  };
+  LosslessXML::Place placeOf(const xercesc::DOMNode& node) const;
+
+  LosslessXML::Import& result_;
+  const XMLUtils::ElementLines& lines_;
+  BaseFacts& base_;
+  Reading::Current current_;
+  std::unordered_map<Types::UUID, Source> sources_;
+  std::set<DarkContent> dark_;
+  std::vector<Pointer> pointers_;
+};
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,315 @@
+#include "XMLBuilder/LosslessRules.h"
+
+#include <algorithm>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+
+#include "Core/Metadata/ElementFactory.h"
+#include "Core/Platform/Raise.h"
+#include "Core/Platform/Strings.h"
+#include "Core/Types/Factories.h"
+#include "XMLBuilder/CollectionItems.h"
+#include "XMLBuilder/FromXMLElementVisitor.h"
+#include "XMLBuilder/LosslessCopies.h"
+#include "XMLBuilder/LosslessDarkSets.h"
+#include "XMLBuilder/LosslessForms.h"
+#include "XMLBuilder/LosslessSet.h"
+#include "XMLBuilder/NodeText.h"
+#include "XMLBuilder/ValueFromXML.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/ChildLookup.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::XML2Partition {
+
+using Exceptions::InvalidFormat;
+using Exceptions::InvalidLength;
+using Exceptions::raise;
+using Types::Identifiers::Identifier;
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+using Kind = Diagnostic::Kind;
+using namespace XMLBuilder;
+
+namespace {
+
+constexpr std::u16string_view kXMLURI = u"http://www.w3.org/XML/1998/namespace";
+constexpr std::u16string_view kSchemaInstanceURI = u"http://www.w3.org/2001/XMLSchema-instance";
+
+std::u16string_view viewOf(const XMLCh* text) { return text == nullptr ? std::u16string_view() : text; }
+
+std::string textOf(const XMLCh* text) { return Utils::wstringToString(XMLUtils::utf16ToWstring(text)); }
+
+/// Elements that stand for a set elsewhere are named after it and this suffix, which no set's name has.
+bool hasPointerName(const DOMElement& element) {
+  constexpr auto kSuffix = Vocabulary::kReferenceSuffix;
+  const std::u16string_view name = element.getLocalName();
+  return name.size() > kSuffix.size() && name.substr(name.size() - kSuffix.size()) == kSuffix;
+}
+
+using Values = std::vector<auto_ptr<Types::SimpleDataType>>;
+
+bool isText(Identifier type) {
+  using namespace Types::Identifiers;
+  return type == kISO7String || type == kISO8String || type == kUTF16String || type == kUTF8String;
+}
+
+/// Fills texts with NULs to the length of the longest: files have them so, and documents without the NULs.
+void padTexts(Values& texts, Identifier type) {
+  uint32 longest = 0;
+  for (const auto& text : texts) longest = std::max(longest, text->encodedSize());
+  uint64 padding = 0;
+  for (auto& text : texts) {
+    padding += longest - text->encodedSize();
+    if (padding > kMostPadding) {
+      raise<InvalidLength>("the items are of different lengths, and padding them takes more than {} octets",
+                           kMostPadding);
+    }
+    if (text->encodedSize() == longest) continue;
+    Bytes octets(text->rawBuffer(), text->rawBuffer() + text->encodedSize());
+    octets.resize(longest);
+    if (auto padded = Types::Factories::fromBytes(type, octets.data(), octets.size())) text = std::move(padded);
+  }
+}
+
+/// The size of the first item that has any; other sizes are found when the items are put together.
+uint32 itemSizeOf(const Values& values, Identifier type) {
+  if (!isVariableSize(type)) return typeSize(type);
+  uint32 size = 0;
+  for (const auto& value : values) {
+    if (size != 0 && value->serializedSize() != size) {
+      raise<InvalidLength>("the items are not all of one size, which they have to be");
+    }
+    size = value->serializedSize();
+  }
+  return size;
+}
+
+}  // namespace
+
+// Sets.
+
+void LosslessRules::begin() {
+  constexpr std::u16string_view kName = u"MetadataSets";
+  const bool isKnown = kName == root().getLocalName() && viewOf(root().getNamespaceURI()) == Vocabulary::kRootURI;
+  if (!isKnown) report_.add(Kind::kUnknownRoot, root(), nameOf(root()));
+  checkContainer(root());
+  for (const auto* child : XMLUtils::childElements(root())) {
+    if (isFloatingContainer(*child)) LosslessDarkSets::reserveTags(*child, partition());
+  }
+}
+
+const MetaMetadata::MetaMetadataSet* LosslessRules::findSet(const DOMElement& element, std::u16string_view other) {
+  if (!other.empty() && LosslessForms::isGroupsElement(element, other)) return nullptr;
+  const auto* definition = definitions().findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
+  if (definition != nullptr &&
+      viewOf(element.getNamespaceURI()) == definition->extensionAttribute(MetaMetadata::kXMLNamespaceURI)) {
+    return definition;
+  }
+  auto name = nameOf(element);
+  if (hasPointerName(element)) {
+    report_.addUnread(Kind::kPointerWithoutTarget, element, {name.front()});
+  } else {
+    const auto instanceUID = instanceUIDOf(element);
+    name.push_back(instanceUID ? Utils::wstringToString(instanceUID->toString(kDottedForm)) : "");
+    const auto kind = definition == nullptr ? Kind::kUnknownSet : Kind::kSetOfOtherNamespace;
+    report_.addUnread(kind, element, std::move(name));
+  }
+  return nullptr;
+}
+
+bool LosslessRules::isFloatingContainer(const DOMElement& element) const {
+  return LosslessForms::isGroupsElement(element, Vocabulary::kFloatingContainer);
+}
+
+void LosslessRules::readDarkSet(const DOMElement& element) {
+  // Any other was reported as an unknown set.
+  if (LosslessForms::isGroupsElement(element, Vocabulary::kDarkMetadata)) LosslessDarkSets::read(element, *this);
+}
+
+MetadataSet* LosslessRules::findCopy(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition) {
+  return LosslessCopies::read(element, definition, *this);
+}
+
+auto_ptr<SetSource> LosslessRules::open(const DOMElement& element, MetadataSet& set) {
+  return std::make_unique<LosslessSet>(element, set, *this);
+}
+
+void LosslessRules::checkContainer(const DOMElement& container) {
+  reportText(container);
+  reportAttributes(container);
+}
+
+// Properties.
+
+void LosslessRules::readValue(Element& property, const DOMNode& node, const MetaMetadata::MetaElement* definition) {
+  const LosslessReport::Reading reading(report_, definition);
+  if (node.getNodeType() == DOMNode::ELEMENT_NODE) {
+    reportValueAttributes(static_cast<const DOMElement&>(node), definition);
+  }
+  FromXMLElementVisitor reader(node, definition, *this);
+  try {
+    property.accept(reader);
+  } catch (const Clash&) {
+    throw;
+  } catch (const Exceptions::BaseException& error) {
+    report_.addUnread(Kind::kInvalidValue, node, {error.message()});
+  }
+}
+
+/// A property of which not every item can be read has none.
+void LosslessRules::readCollection(CollectionElement& property, MakeCollection make, Identifier itemType,
+                                   const DOMNode& node) {
+  LosslessForms::refuseText(node);
+  Values values;
+  for (const DOMElement* item : XMLUtils::childElements(node)) {
+    values.push_back(createValueFromNode(itemType, *item, *this));
+  }
+  if (isText(itemType)) padTexts(values, itemType);
+  auto collection = make(static_cast<int>(itemSizeOf(values, itemType)));
+  CollectionItems items(*collection);
+  for (auto& value : values) items.append(std::move(value));
+  property.set(std::move(collection));
+}
+
+void LosslessRules::checkReference(const DOMNode& node, const DOMElement* first) {
+  LosslessForms::refuseText(node);
+  if (first == nullptr) return report_.addUnread(Kind::kEmptyReference, node);
+  for (const auto* next = first->getNextElementSibling(); next != nullptr; next = next->getNextElementSibling()) {
+    report_.add(Kind::kSecondReference, *next);
+  }
+}
+
+void LosslessRules::checkReferences(const DOMNode& node) { LosslessForms::refuseText(node); }
+
+bool LosslessRules::isPointer(const DOMElement& element, const XMLCh*) const {
+  return LosslessForms::targetAttribute(element) != nullptr;
+}
+
+std::optional<Types::UUID> LosslessRules::targetOf(const DOMElement& pointer) {
+  checkPointer(pointer);
+  const auto text = nodeText(*LosslessForms::targetAttribute(pointer));
+  try {
+    const Types::UUID target(LosslessForms::exactText(Types::Identifiers::kUUID, text), kDottedForm);
+    report_.refer(target, pointer, LosslessForms::isDangling(pointer));
+    return target;
+  } catch (const InvalidFormat& error) {
+    report_.addUnread(Kind::kInvalidValue, pointer, {error.message()});
+    return std::nullopt;
+  }
+}
+
+void LosslessRules::checkPointer(const DOMElement& pointer) {
+  if (!hasPointerName(pointer)) return report_.addUnread(Kind::kTargetOfSet, pointer, {nameOf(pointer).front()});
+  if (pointer.getFirstElementChild() != nullptr || LosslessForms::hasText(pointer)) {
+    report_.addUnread(Kind::kContentInPointer, pointer, {nameOf(pointer).front()});
+  }
+  reportAttributes(pointer, Vocabulary::kTypesURI, {Vocabulary::localName(Vocabulary::kTargetInstance)});
+}
+
+// Values.
+
+bool LosslessRules::isEmpty(const DOMNode& node) const {
+  return node.getNodeType() != DOMNode::ATTRIBUTE_NODE && node.getFirstChild() == nullptr;
+}
+
+auto_ptr<Types::SimpleDataType> LosslessRules::emptyValue(Identifier type) const {
+  return LosslessForms::emptyValue(type);
+}
+
+auto_ptr<Types::SimpleDataType> LosslessRules::textValue(Identifier type, const DOMNode& node) const {
+  const auto text = LosslessForms::exactText(type, LosslessForms::plainText(node));
+  auto value = LosslessForms::readUncommon(type, text);
+  if (value == nullptr) value = readText(type, node, text);
+  if (value == nullptr) raise<InvalidFormat>("documents have no form for the type {}", Types::Identifiers::name(type));
+  return value;
+}
+
+std::vector<const DOMElement*> LosslessRules::fields(const DOMNode& node, std::u16string_view prefix,
+                                                     const char16_t* name) {
+  return LosslessForms::fieldsNamed(node, prefix, name);
+}
+
+const DOMElement* LosslessRules::field(const DOMNode& node, std::u16string_view prefix, const char16_t* name) {
+  const auto found = LosslessForms::fieldsNamed(node, prefix, name);
+  return found.empty() ? nullptr : found.front();
+}
+
+void LosslessRules::checkFields(const DOMNode& node, std::u16string_view prefix, FieldNames names,
+                                bool mayRepeat) const {
+  LosslessForms::checkFields(node, prefix, names, mayRepeat);
+}
+
+wstring LosslessRules::fieldText(const DOMElement& field) const { return LosslessForms::plainText(field); }
+
+void LosslessRules::refuseMissing(const RequiredField& field) const {
+  raise<InvalidFormat>("{} is missing or empty, and the value needs it", wstring(field.name));
+}
+
+int64 LosslessRules::fieldNumber(const wstring& text, int64 least, int64 most, const char16_t* name) const {
+  if (text.empty()) refuseMissing({name, "", 0});
+  return LosslessForms::number(text, least, most, name);
+}
+
+Bytes LosslessRules::fieldOctets(const DOMElement* field, const RequiredField& required) const {
+  if (field == nullptr) refuseMissing(required);
+  return LosslessForms::bytes(fieldText(*field));
+}
+
+uint16 LosslessRules::milliseconds(const wstring& text, const char16_t* name) const {
+  return LosslessForms::milliSeconds(static_cast<uint8>(fieldNumber(text, 0, 0xff, name)));
+}
+
+/// The export writes no element around the value.
+const DOMNode& LosslessRules::component(const DOMNode& node, const char16_t* name, const char*, int) {
+  const auto* element = field(node, Vocabulary::kS422MTypesPrefix, name);
+  if (element == nullptr) return node;
+  checkFields(node, Vocabulary::kS422MTypesPrefix, {name}, false);
+  return *element;
+}
+
+// Reports.
+
+void LosslessRules::reportText(const DOMElement& element) {
+  auto text = LosslessForms::strayText(element);
+  if (!text.empty()) report_.add(Kind::kStrayText, element, {std::move(text)});
+}
+
+void LosslessRules::reportAttributes(const DOMElement& element, std::u16string_view uri,
+                                     std::initializer_list<std::u16string_view> names) {
+  const auto& attributes = *element.getAttributes();
+  for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
+    const DOMNode& attribute = *attributes.item(i);
+    if (isOfXML(attribute)) continue;
+    const bool isKnown = viewOf(attribute.getNamespaceURI()) == uri &&
+                         std::find(names.begin(), names.end(), viewOf(attribute.getLocalName())) != names.end();
+    if (isKnown) continue;
+    auto arguments = nameOf(attribute);
+    arguments.insert(arguments.begin(), textOf(element.getLocalName()));
+    report_.add(Kind::kStrayAttribute, attribute, std::move(arguments));
+  }
+}
+
+void LosslessRules::reportValueAttributes(const DOMElement& property, const MetaMetadata::MetaElement* definition) {
+  if (definition == nullptr) {
+    return reportAttributes(
+        property, Vocabulary::kGroupsURI,
+        {Vocabulary::localName(Vocabulary::kStaticLocalTag), Vocabulary::localName(Vocabulary::kUniversalLabel)});
+  }
+  reportAttributes(property);
+  if (isReference(*definition)) return;
+  for (const DOMElement* part = property.getFirstElementChild(); part != nullptr;
+       part = part->getNextElementSibling()) {
+    reportValueAttributes(*part, definition);
+  }
+}
+
+bool LosslessRules::isOfXML(const DOMNode& attribute) {
+  const auto uri = viewOf(attribute.getNamespaceURI());
+  return uri == Vocabulary::kXmlnsURI || uri == kXMLURI || uri == kSchemaInstanceURI;
+}
+
+std::vector<std::string> LosslessRules::nameOf(const DOMNode& node) {
+  return {textOf(node.getLocalName()), textOf(node.getNamespaceURI())};
+}
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Core/Platform/Exceptions.h"
+#include "XMLBuilder/LosslessReport.h"
+#include "XMLBuilder/ReadingRules.h"
+
+namespace Vantor::XML2Partition {
+
+/// Two different sets with one InstanceUID: nothing that could be left out.
+class Clash : public Exceptions::InvalidFormat {
+ public:
+  using InvalidFormat::InvalidFormat;
+};
+
+/// How `LosslessXML` reads: what was written comes back, and what cannot be read is reported and left out.
+class LosslessRules : public ReadingRules {
+ public:
+  /// @param root  the document element.
+  LosslessRules(const xercesc::DOMElement& root, PartitionMetadata& partition, LosslessReport& report)
+      : ReadingRules(root, partition), report_(report) {}
+
+  LosslessReport& report() { return report_; }
+
+  /// Counts the Prefaces of the document, this one included.
+  std::size_t countPreface() { return ++prefaces_; }
+
+  /// Checks the root, and keeps the local tags within dark sets from being given to properties.
+  void begin();
+
+  const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element,
+                                               std::u16string_view other = {}) override;
+  bool isFloatingContainer(const xercesc::DOMElement& element) const override;
+  void readDarkSet(const xercesc::DOMElement& element) override;
+  MetadataSet* findCopy(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition) override;
+  auto_ptr<SetSource> open(const xercesc::DOMElement& element, MetadataSet& set) override;
+  void checkContainer(const xercesc::DOMElement& container) override;
+
+  void readValue(Element& property, const xercesc::DOMNode& node, const MetaMetadata::MetaElement* definition) override;
+  void readCollection(CollectionElement& property, MakeCollection make, Types::Identifiers::Identifier itemType,
+                      const xercesc::DOMNode& node) override;
+  void checkReference(const xercesc::DOMNode& node, const xercesc::DOMElement* first) override;
+  void checkReferences(const xercesc::DOMNode& node) override;
+  bool isPointer(const xercesc::DOMElement& element, const XMLCh* name) const override;
+  std::optional<Types::UUID> targetOf(const xercesc::DOMElement& pointer) override;
+
+  bool isEmpty(const xercesc::DOMNode& node) const override;
+  auto_ptr<Types::SimpleDataType> emptyValue(Types::Identifiers::Identifier type) const override;
+  auto_ptr<Types::SimpleDataType> textValue(Types::Identifiers::Identifier type,
+                                            const xercesc::DOMNode& node) const override;
+
+  std::vector<const xercesc::DOMElement*> fields(const xercesc::DOMNode& node, std::u16string_view prefix,
+                                                 const char16_t* name) override;
+  const xercesc::DOMElement* field(const xercesc::DOMNode& node, std::u16string_view prefix,
+                                   const char16_t* name) override;
+  void checkFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names,
+                   bool mayRepeat) const override;
+  wstring fieldText(const xercesc::DOMElement& field) const override;
+  [[noreturn]] void refuseMissing(const RequiredField& field) const override;
+  int64 fieldNumber(const wstring& text, int64 least, int64 most, const char16_t* name) const override;
+  Bytes fieldOctets(const xercesc::DOMElement* field, const RequiredField& required) const override;
+  uint16 milliseconds(const wstring& text, const char16_t* name) const override;
+  const xercesc::DOMNode& component(const xercesc::DOMNode& node, const char16_t* name, const char* property,
+                                    int line) override;
+
+  // Reports. Attributes that belong to XML itself are none.
+
+  void reportText(const xercesc::DOMElement& element);
+  /// @param uri, names  of the attributes that the element may have.
+  void reportAttributes(const xercesc::DOMElement& element, std::u16string_view uri = {},
+                        std::initializer_list<std::u16string_view> names = {});
+  /// The attributes of a property's element, and those of the elements within that are no sets.
+  void reportValueAttributes(const xercesc::DOMElement& property, const MetaMetadata::MetaElement* definition);
+  /// Whether an attribute belongs to the document rather than to what it describes.
+  static bool isOfXML(const xercesc::DOMNode& attribute);
+  /// Name and namespace of a node, as diagnostics have them.
+  static std::vector<std::string> nameOf(const xercesc::DOMNode& node);
+
+ private:
+  void checkPointer(const xercesc::DOMElement& pointer);
+
+  LosslessReport& report_;
+  std::size_t prefaces_ = 0;
+};
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,238 @@
+#include "XMLBuilder/LosslessSet.h"
+
+#include <algorithm>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+
+#include "Core/MetaMetadata/MetaMetadataSet.h"
+#include "Core/MetaMetadata/Vocabulary.h"
+#include "Core/Metadata/SetReader.h"
+#include "Core/Metadata/StructuralMetadataKeys.h"
+#include "Core/Platform/Strings.h"
+#include "XMLBuilder/LosslessForms.h"
+#include "XMLBuilder/NodeText.h"
+#include "XMLBuilder/ValueFromXML.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::XML2Partition {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+using Kind = Diagnostic::Kind;
+using namespace XMLBuilder;
+
+namespace {
+
+constexpr const char16_t* kInstanceUIDName = u"InstanceUID";
+
+bool isIdentifier(const DOMNode& attribute, const MetaMetadata::MetaMetadataSet& definition) {
+  const wstring name = XMLUtils::utf16ToWstring(attribute.getLocalName());
+  if (!MetaMetadata::isIdentifierName(name)) return false;
+  if (XMLUtils::utf16ToWstring(attribute.getNamespaceURI()) != MetaMetadata::kLegacyElements.uri) return false;
+  const auto& properties = definition.attributes();
+  return std::any_of(properties.begin(), properties.end(), [&name](const MetaMetadata::MetaAttribute& property) {
+    return property.metaElement()->extensionAttribute(MetaMetadata::kXMLTagName) == name;
+  });
+}
+
+/// The property of a set that an element is named after; null for extension elements.
+const MetaMetadata::MetaElement* propertyOf(const DOMElement& element,
+                                            const MetaMetadata::MetaMetadataSet& definition) {
+  const wstring name = XMLUtils::utf16ToWstring(element.getLocalName());
+  const wstring uri = XMLUtils::utf16ToWstring(element.getNamespaceURI());
+  for (const auto& attribute : definition.attributes()) {
+    const auto& property = *attribute.metaElement();
+    if (property.extensionAttribute(MetaMetadata::kXMLTagName) == name &&
+        property.extensionAttribute(MetaMetadata::kXMLNamespaceURI) == uri) {
+      return &property;
+    }
+  }
+  return nullptr;
+}
+
+bool hasInstanceUID(const DOMElement& element) {
+  return LosslessForms::identifierAttribute(element, kInstanceUIDName) != nullptr;
+}
+
+}  // namespace
+
+std::optional<Types::UUID> instanceUIDOf(const DOMElement& element) {
+  return LosslessForms::identifierIn(LosslessForms::identifierAttribute(element, kInstanceUIDName));
+}
+
+void reportUnread(const SetChildren& children, const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules) {
+  for (const auto& child : children.unread()) {
+    auto name = LosslessRules::nameOf(*child.element);
+    if (child.isSecond) {
+      const LosslessReport::Reading reading(rules.report(), propertyOf(*child.element, definition));
+      rules.report().addUnread(Kind::kSecondElement, *child.element, {name.front()});
+    } else {
+      rules.report().add(Kind::kUnknownProperty, *child.element, std::move(name));
+    }
+  }
+}
+
+void reportUnreadAttributes(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
+                            LosslessRules& rules) {
+  const auto& attributes = *element.getAttributes();
+  for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
+    const DOMNode& attribute = *attributes.item(i);
+    if (LosslessRules::isOfXML(attribute) || isIdentifier(attribute, definition)) continue;
+    rules.report().add(Kind::kUnknownAttribute, attribute, LosslessRules::nameOf(attribute));
+  }
+}
+
+LosslessSet::LosslessSet(const DOMElement& element, MetadataSet& set, LosslessRules& rules)
+    : element_(element),
+      set_(set),
+      rules_(rules),
+      reading_(rules.report(), set, hasInstanceUID(element)),
+      children_(element) {
+  if (set.definition()->instanceUIDAttribute() != nullptr && !hasInstanceUID(element)) enterUnnamed();
+  checkPreface();
+}
+
+/// Files have sets without InstanceUID, to which nothing refers. One within a reference needs an InstanceUID.
+void LosslessSet::enterUnnamed() {
+  auto& base = rules_.report().base();
+  if (base.isKnown() && !base.takeWithoutInstanceUID(set_.name())) {
+    rules_.report().add(Kind::kMissingInstanceUID, element_);
+  }
+  const DOMNode* parent = element_.getParentNode();
+  const bool isFloating = parent->getNodeType() == DOMNode::ELEMENT_NODE &&
+                          rules_.isFloatingContainer(static_cast<const DOMElement&>(*parent));
+  if (parent != &rules_.root() && !isFloating) return;
+  set_.remove(*set_.find(set_.definition()->instanceUIDAttribute()->metaElement()->key()));
+}
+
+void LosslessSet::checkPreface() {
+  const auto& key = Structural::StructuralMetadataKeys::preface();
+  if (!set_.key().matches(key)) return;
+  auto& base = rules_.report().base();
+  const std::size_t most = base.isKnown() ? std::max<std::size_t>(base.count(key), 1) : 1;
+  if (rules_.countPreface() > most) rules_.report().add(Kind::kSecondPreface, element_);
+}
+
+const DOMElement* LosslessSet::child(const MetaMetadata::MetaElement& definition) {
+  return children_.take(definition.extensionAttribute(MetaMetadata::kXMLNamespaceURI),
+                        definition.extensionAttribute(MetaMetadata::kXMLTagName));
+}
+
+const DOMNode* LosslessSet::identifier(const wstring& tagName) {
+  return LosslessForms::identifierAttribute(element_, tagName);
+}
+
+std::optional<Types::UUID> LosslessSet::instanceUID(const DOMNode& attribute) {
+  auto instanceUID = instanceUIDOf(element_);
+  if (instanceUID) {
+    rules_.report().enter(*instanceUID, {&set_, &element_});
+  } else {
+    rules_.report().add(Kind::kInvalidInstanceUID, attribute, {Utils::wstringToString(nodeText(attribute))});
+  }
+  return instanceUID;
+}
+
+const DOMElement* LosslessSet::extensions() {
+  return children_.take(Vocabulary::kGroupsURI, Vocabulary::localName(Vocabulary::kExtensionElements));
+}
+
+void LosslessSet::readExtension(const DOMElement& child) {
+  const auto name =
+      XMLUtils::utf16ToWstring(child.getNamespaceURI()) + u":" + XMLUtils::utf16ToWstring(child.getLocalName());
+  if (const auto* definition = rules_.definitions().findProperty(name)) {
+    readNamed(child, *definition);
+  } else if (!LosslessForms::isGroupsElement(child, Vocabulary::kDarkElement)) {
+    rules_.report().add(Kind::kUnknownExtension, child, LosslessRules::nameOf(child));
+  } else {
+    try {
+      readUnknown(child);
+    } catch (const Exceptions::BaseException& error) {
+      rules_.report().add(Kind::kInvalidValue, child, {error.message()});
+    }
+  }
+}
+
+/// A property under its own name: one of another set, or one of this set that stands in the wrong place.
+void LosslessSet::readNamed(const DOMElement& child, const MetaMetadata::MetaElement& definition) {
+  const auto* attribute = set_.definition()->findAttribute(definition.key());
+  Element* own = attribute == nullptr ? nullptr : &set_.createElement(*attribute);
+  const auto ordinal = own == nullptr ? ++misplaced_[&definition] : 1;
+  const bool isThere = own == nullptr ? ordinal > 1 : own->isPresent();
+  if (isThere && (own != nullptr || !isConfirmed(BaseFacts::nameOf(definition), ordinal))) {
+    return rules_.report().add(Kind::kSecondProperty, child, {definition.symbol()});
+  }
+  if (own != nullptr) return rules_.readValue(*own, child, &definition);
+  Element& property = set_.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(&definition));
+  rules_.readValue(property, child, &definition);
+  // What could not be read was reported, and is not in the set.
+  if (property.wireValue() == nullptr) set_.remove(property);
+}
+
+/// Files have properties twice: all but the first are unknown ones then. Octets that are a value of the property that
+/// the tag means become that, as in a file.
+void LosslessSet::readUnknown(const DOMElement& child) {
+  rules_.reportValueAttributes(child, nullptr);
+  const auto tag = localTagOf(child).value();
+  const auto octets =
+      parseHexString(LosslessForms::exactText(Types::Identifiers::kUnknown, LosslessForms::plainText(child)));
+  auto& tags = rules_.partition().partitionDictionary();
+  const auto* known = knownProperty(tag);
+  const auto before = unknown_.find(tag);
+  const std::size_t ordinal = before == unknown_.end() ? 1 : before->second + 1;
+  const bool isThere = known != nullptr || ordinal > 1;
+  if (isThere && rules_.report().base().isKnown() && !isConfirmed(BaseFacts::nameOf(tag, tags), ordinal)) {
+    if (known == nullptr) return rules_.report().add(Kind::kSecondUnknownProperty, child);
+    return rules_.report().add(Kind::kSecondProperty, child, {known->symbol()});
+  }
+  const Element& property = SetReader(set_, tags).place({tag, octets.data(), octets.size()});
+  if (property.metaAttribute().metaElement() == nullptr) unknown_[tag] = ordinal;
+}
+
+/// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
+/// that no other property has.
+Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
+  auto& tags = rules_.partition().partitionDictionary();
+  const auto textOf = [](const DOMNode& mark) {
+    return LosslessForms::exactText(Types::Identifiers::kUniversalLabel, nodeText(mark));
+  };
+  if (const auto* tag = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag)) {
+    return Types::LocalTag(textOf(*tag), kDottedForm);
+  }
+  if (const auto* mark = LosslessForms::groupsAttribute(child, Vocabulary::kUniversalLabel)) {
+    const Types::UniversalLabel label(textOf(*mark), kDottedForm);
+    const auto* own = set_.definition()->findAttribute(label);
+    return tags.findOrGenerate(label, own == nullptr ? uint16{0} : own->staticLocalTag());
+  }
+  return tags.unlistedTag(unmarked_++);
+}
+
+/// The property of the set that a tag means, if the document gives the set that property.
+const MetaMetadata::MetaElement* LosslessSet::knownProperty(uint16 tag) const {
+  const auto* label = rules_.partition().partitionDictionary().tryFind(tag);
+  const auto& definition = *set_.definition();
+  const auto* attribute =
+      label == nullptr ? definition.findAttributeByStaticTag(tag) : definition.findAttribute(*label);
+  if (attribute == nullptr) return nullptr;
+  const auto& known = *attribute->metaElement();
+  // Within a reference, sets without an InstanceUID have a new one.
+  if (attribute == definition.instanceUIDAttribute() && !hasInstanceUID(element_)) return nullptr;
+  const auto* property = set_.find(known.key());
+  return property != nullptr && property->wireValue() != nullptr ? &known : nullptr;
+}
+
+/// @param ordinal  which property of that name this is, from 1.
+bool LosslessSet::isConfirmed(const BaseFacts::PropertyName& name, std::size_t ordinal) {
+  const auto& base = rules_.report().base();
+  if (!base.isKnown()) return false;
+  if (!baseCounts_) baseCounts_ = base.extensionsOf(set_);
+  const auto found = baseCounts_->find(name);
+  return found != baseCounts_->end() && ordinal <= found->second;
+}
+
+void LosslessSet::finish() {
+  rules_.reportText(element_);
+  reportUnreadAttributes(element_, *set_.definition(), rules_);
+  reportUnread(children_, *set_.definition(), rules_);
+}
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <unordered_map>
+
+#include "XMLBuilder/LosslessRules.h"
+
+namespace Vantor::XML2Partition {
+
+/// The InstanceUID of a set's element; none when it has none, or something that is none.
+std::optional<Types::UUID> instanceUIDOf(const xercesc::DOMElement& element);
+
+/// Reports the children of a set's element that nothing was read from. Of two that stand for one property, none may be
+/// the one that was meant: the property counts as unread.
+void reportUnread(const SetChildren& children, const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules);
+/// Reports the attributes of a set's element but for its identifiers and what belongs to XML itself.
+void reportUnreadAttributes(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
+                            LosslessRules& rules);
+
+/// The element of one set under the lossless rules.
+class LosslessSet : public SetSource {
+ public:
+  LosslessSet(const xercesc::DOMElement& element, MetadataSet& set, LosslessRules& rules);
+
+  const xercesc::DOMElement* child(const MetaMetadata::MetaElement& definition) override;
+  const xercesc::DOMNode* identifier(const wstring& tagName) override;
+  std::optional<Types::UUID> instanceUID(const xercesc::DOMNode& attribute) override;
+  const xercesc::DOMElement* extensions() override;
+  void readExtension(const xercesc::DOMElement& child) override;
+  void finish() override;
+
+ private:
+  void enterUnnamed();
+  void checkPreface();
+  void readNamed(const xercesc::DOMElement& child, const MetaMetadata::MetaElement& definition);
+  void readUnknown(const xercesc::DOMElement& child);
+  Types::LocalTag localTagOf(const xercesc::DOMElement& child);
+  const MetaMetadata::MetaElement* knownProperty(uint16 tag) const;
+  bool isConfirmed(const BaseFacts::PropertyName& name, std::size_t ordinal);
+
+  const xercesc::DOMElement& element_;
+  MetadataSet& set_;
+  LosslessRules& rules_;
+  LosslessReport::Reading reading_;
+  SetChildren children_;
+  std::size_t unmarked_ = 0;                         // unknown properties with neither tag nor label
+  std::unordered_map<uint16, std::size_t> unknown_;  // by tag, so far
+  std::unordered_map<const MetaMetadata::MetaElement*, std::size_t> misplaced_;
+  std::optional<BaseFacts::PropertyCounts> baseCounts_;
+};
+
+}  // namespace Vantor::XML2Partition

@@ -1,0 +1,169 @@
+#include "LosslessXML.h"
+
+#include <unordered_set>
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/dom/DOMLSParser.hpp>
+#include <xercesc/dom/DOMProcessingInstruction.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include "Core/Platform/Raise.h"
+#include "XMLBuilder/DocumentDescription.h"
+#include "XMLBuilder/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/LosslessForms.h"
+#include "XMLBuilder/LosslessRules.h"
+#include "XMLBuilder/LosslessSet.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/ElementLines.h"
+#include "XMLUtils/InputFile.h"
+#include "XMLUtils/LoadDocument.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::LosslessXML {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+
+struct Document::Content {
+  XMLUtils::ElementLines lines;
+  XMLUtils::Holder<xercesc::DOMLSParser> parser = lines.createParser();
+  const xercesc::DOMDocument* dom = nullptr;  ///< the parser's
+  std::optional<Description> description;
+
+  const DOMElement& root() const { return *dom->getDocumentElement(); }
+};
+
+namespace {
+
+/// Lets only exceptions of the core library out, with the kind of the failure in words.
+template <class Operation>
+auto inWords(Operation&& operation) {
+  using Exceptions::ParseError;
+  try {
+    return operation();
+  } catch (const xercesc::SAXException& error) {
+    Exceptions::raise<ParseError>("not well-formed XML: {}", XMLUtils::utf16ToWstring(error.getMessage()));
+  } catch (const xercesc::XMLException& error) {
+    Exceptions::raise<ParseError>("unreadable XML: {}", XMLUtils::utf16ToWstring(error.getMessage()));
+  } catch (const xercesc::DOMException& error) {
+    Exceptions::raise<ParseError>("unusable XML: {}", XMLUtils::utf16ToWstring(error.getMessage()));
+  }
+}
+
+std::optional<Description> descriptionOf(const xercesc::DOMDocument& document) {
+  for (const DOMNode* node = document.getFirstChild(); node != nullptr; node = node->getNextSibling()) {
+    if (node->getNodeType() == DOMNode::ELEMENT_NODE) break;
+    if (node->getNodeType() != DOMNode::PROCESSING_INSTRUCTION_NODE) continue;
+    const auto& instruction = static_cast<const xercesc::DOMProcessingInstruction&>(*node);
+    if (instruction.getTarget() != XMLBuilder::kDescriptionTarget) continue;
+    return XMLBuilder::parseDescription(XMLUtils::utf16ToWstring(instruction.getData()));
+  }
+  return std::nullopt;
+}
+
+/// The element after another in document order; null at the end. Does not recurse, whatever the depth.
+const DOMElement* nextElement(const DOMElement& element, const DOMElement& root) {
+  if (const auto* child = element.getFirstElementChild()) return child;
+  const DOMNode* at = &element;
+  while (at != &root) {
+    if (const auto* sibling = static_cast<const DOMElement*>(at)->getNextElementSibling()) return sibling;
+    at = at->getParentNode();
+  }
+  return nullptr;
+}
+
+template <class Visit>
+void forEachElementBelow(const DOMElement& root, Visit&& visit) {
+  const auto* at = nextElement(root, root);
+  while (at != nullptr && visit(*at)) at = nextElement(*at, root);
+}
+
+std::optional<MetaMetadata::Vocabulary> vocabularyOfNamespace(const XMLCh* uri) {
+  using namespace MetaMetadata;
+  const std::u16string_view name = uri == nullptr ? std::u16string_view() : uri;
+  if (name == kLegacySets.uri || name == kLegacyElements.uri) return Vocabulary::kLegacy;
+  if (name == kST434Sets.uri || name == kST434Elements.uri) return Vocabulary::kST434_2014;
+  return std::nullopt;
+}
+
+}  // namespace
+
+Document::Document(std::unique_ptr<Content> content) : content_(std::move(content)) {}
+Document::Document(Document&&) noexcept = default;
+Document& Document::operator=(Document&&) noexcept = default;
+Document::~Document() = default;
+
+Document Document::fromBytes(const void* bytes, std::size_t size) {
+  return inWords([&] {
+    auto content = std::make_unique<Content>();
+    content->dom = XMLUtils::loadDocumentFromBuffer(static_cast<const uint8*>(bytes), size, *content->parser);
+    content->description = descriptionOf(*content->dom);
+    return Document(std::move(content));
+  });
+}
+
+Document Document::fromFile(const Path& file) {
+  Bytes bytes;
+  try {
+    bytes = XMLUtils::readInputFile(Platform::pathToWstring(file));
+  } catch (const xercesc::SAXException& error) {
+    Exceptions::raise<Exceptions::IOError>("{}", XMLUtils::utf16ToWstring(error.getMessage()));
+  }
+  return fromBytes(bytes.data(), bytes.size());
+}
+
+const std::optional<Description>& Document::description() const { return content_->description; }
+
+/// The root is in the legacy namespace whatever the vocabulary is.
+std::optional<MetaMetadata::Vocabulary> Document::vocabulary() const {
+  std::optional<MetaMetadata::Vocabulary> found;
+  forEachElementBelow(content_->root(), [&found](const DOMElement& element) {
+    found = vocabularyOfNamespace(element.getNamespaceURI());
+    return !found;
+  });
+  return found;
+}
+
+bool Document::isNested() const {
+  using namespace XML2Partition;
+  std::unordered_set<Types::UUID> top;
+  std::vector<Types::UUID> targets;
+  std::size_t nested = 0;
+  const auto& root = content_->root();
+  forEachElementBelow(root, [&](const DOMElement& element) {
+    const DOMNode* parent = element.getParentNode();
+    const bool isTop = parent == &root || parent->getParentNode() == &root;
+    if (const auto instanceUID = instanceUIDOf(element)) {
+      if (isTop) {
+        top.insert(*instanceUID);
+      } else {
+        ++nested;
+      }
+    } else if (const auto target = LosslessForms::identifierIn(LosslessForms::targetAttribute(element))) {
+      targets.push_back(*target);
+    }
+    return true;
+  });
+  std::unordered_set<Types::UUID> pointedAt;
+  for (const auto& target : targets) {
+    if (top.count(target) != 0) pointedAt.insert(target);
+  }
+  return pointedAt.empty() || nested > pointedAt.size();
+}
+
+Import Document::import(PartitionMetadata& partition, const PartitionMetadata* base) const {
+  return inWords([&] {
+    Import result;
+    XML2Partition::BaseFacts facts(base);
+    XML2Partition::LosslessReport report(result, content_->lines, facts);
+    XML2Partition::LosslessRules rules(content_->root(), partition, report);
+    rules.begin();
+    result.sets = XML2Partition::importDocument(rules);
+    report.finish(partition);
+    return result;
+  });
+}
+
+}  // namespace Vantor::LosslessXML

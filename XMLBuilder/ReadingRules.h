@@ -1,0 +1,135 @@
+#pragma once
+
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+#include <xercesc/dom/DOMElement.hpp>
+
+#include "Core/Metadata/CollectionElements.h"
+#include "Core/Metadata/PartitionMetadata.h"
+#include "XMLBuilder/DefinitionIndex.h"
+
+namespace Vantor::XML2Partition {
+
+/// The element of one set, as the rules find its properties in it. Lives while the set is filled.
+class SetSource {
+ public:
+  virtual ~SetSource() = default;
+
+  /// The child that holds a property; null when there is none.
+  virtual const xercesc::DOMElement* child(const MetaMetadata::MetaElement& definition) = 0;
+  /// The attribute that holds an identifier. @param tagName  "InstanceUID" or "GenerationUID".
+  virtual const xercesc::DOMNode* identifier(const wstring& tagName) = 0;
+  /// The InstanceUID that the set gets; none when the set keeps what it was made with.
+  virtual std::optional<Types::UUID> instanceUID(const xercesc::DOMNode& attribute) = 0;
+  /// The container of the properties that the set's definition lacks; null when there is none.
+  virtual const xercesc::DOMElement* extensions() = 0;
+  virtual void readExtension(const xercesc::DOMElement& child) = 0;
+  /// Is called when everything was read.
+  virtual void finish() = 0;
+};
+
+/// Makes the collection that a property holds. @param itemSize  octets.
+using MakeCollection = auto_ptr<Types::Collection> (*)(int itemSize);
+
+/// The children that a compound value may have.
+using FieldNames = std::initializer_list<const char16_t*>;
+
+/// A child that a compound value needs, and how the exact rules refuse a value without it.
+struct RequiredField {
+  const char16_t* name;
+  const char* variable;
+  int line;
+};
+
+/// How a document is read: every difference between the exact and the lossless way is an operation here, so that the
+/// readers of sets, properties and values know neither. Lives for one import.
+class ReadingRules {
+ public:
+  ReadingRules(const xercesc::DOMElement& root, PartitionMetadata& partition)
+      : root_(root), partition_(partition), definitions_(partition.partitionDictionary().dictionary()) {}
+  virtual ~ReadingRules() = default;
+  ReadingRules(const ReadingRules&) = delete;
+  ReadingRules& operator=(const ReadingRules&) = delete;
+
+  const xercesc::DOMElement& root() const { return root_; }
+  PartitionMetadata& partition() { return partition_; }
+  DefinitionIndex& definitions() { return definitions_; }
+
+  // Sets.
+
+  /// The definition of the set that an element stands for; null for none.
+  /// @param other  the one element beside sets that may stand there, a name of the vocabulary; empty for none.
+  virtual const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element,
+                                                       std::u16string_view other = {}) = 0;
+  /// Whether an element holds the sets that float.
+  virtual bool isFloatingContainer(const xercesc::DOMElement& element) const = 0;
+  virtual void readDarkSet(const xercesc::DOMElement& element) = 0;
+  /// The set that was made from another element for the same set; null when this is the first.
+  virtual MetadataSet* findCopy(const xercesc::DOMElement& element,
+                                const MetaMetadata::MetaMetadataSet& definition) = 0;
+  virtual auto_ptr<SetSource> open(const xercesc::DOMElement& element, MetadataSet& set) = 0;
+  /// Checks an element that is to hold elements alone: the container of floating sets, or that of extensions.
+  virtual void checkContainer(const xercesc::DOMElement& container) = 0;
+
+  // Properties.
+
+  /// Gives a property the value that a node holds. @param definition  null for an unknown property.
+  virtual void readValue(Element& property, const xercesc::DOMNode& node,
+                         const MetaMetadata::MetaElement* definition) = 0;
+  /// Fills a collection of values from the items below a node.
+  virtual void readCollection(CollectionElement& property, MakeCollection make, Types::Identifiers::Identifier itemType,
+                              const xercesc::DOMNode& node) = 0;
+  /// Checks the node of a property that refers to one set. @param first  its first child element; null for none.
+  virtual void checkReference(const xercesc::DOMNode& node, const xercesc::DOMElement* first) = 0;
+  /// Checks the node of a property that refers to any number of sets.
+  virtual void checkReferences(const xercesc::DOMNode& node) = 0;
+  /// Whether an element within a reference stands for a set elsewhere. @param name  qualified or local.
+  virtual bool isPointer(const xercesc::DOMElement& element, const XMLCh* name) const = 0;
+  /// The set that a pointer leads to; none for a pointer without.
+  virtual std::optional<Types::UUID> targetOf(const xercesc::DOMElement& pointer) = 0;
+
+  // Values.
+
+  /// Whether a node holds nothing.
+  virtual bool isEmpty(const xercesc::DOMNode& node) const = 0;
+  /// The value of a node that holds nothing; null for none.
+  virtual auto_ptr<Types::SimpleDataType> emptyValue(Types::Identifiers::Identifier type) const = 0;
+  /// The value of a node that holds a text; null for a type without form.
+  virtual auto_ptr<Types::SimpleDataType> textValue(Types::Identifiers::Identifier type,
+                                                    const xercesc::DOMNode& node) const = 0;
+
+  // Values that are made of child elements.
+
+  /// @param prefix  of the children, as documents of our own declare it.
+  virtual std::vector<const xercesc::DOMElement*> fields(const xercesc::DOMNode& node, std::u16string_view prefix,
+                                                         const char16_t* name) = 0;
+  /// The first of them; null when there is none.
+  virtual const xercesc::DOMElement* field(const xercesc::DOMNode& node, std::u16string_view prefix,
+                                           const char16_t* name) = 0;
+  /// Checks what a compound value is made of. @param mayRepeat  whether a child may come more than once.
+  virtual void checkFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names,
+                           bool mayRepeat) const = 0;
+  virtual wstring fieldText(const xercesc::DOMElement& field) const = 0;
+  /// Refuses a value that lacks a child.
+  [[noreturn]] virtual void refuseMissing(const RequiredField& field) const = 0;
+  /// The number in a child.
+  virtual int64 fieldNumber(const wstring& text, int64 least, int64 most, const char16_t* name) const = 0;
+  /// The octets in a child. @param field  null when there is none.
+  virtual Bytes fieldOctets(const xercesc::DOMElement* field, const RequiredField& required) const = 0;
+  /// Milliseconds from the child of a timestamp that holds fractions of a second.
+  virtual uint16 milliseconds(const wstring& text, const char16_t* name) const = 0;
+  /// The element within a property that holds the children of a JPEG 2000 value.
+  /// @param property  the symbol. @param line  as in `RequiredField`.
+  virtual const xercesc::DOMNode& component(const xercesc::DOMNode& node, const char16_t* name, const char* property,
+                                            int line) = 0;
+
+ private:
+  const xercesc::DOMElement& root_;
+  PartitionMetadata& partition_;
+  DefinitionIndex definitions_;
+};
+
+}  // namespace Vantor::XML2Partition
