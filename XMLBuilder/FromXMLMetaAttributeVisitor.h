@@ -5,7 +5,7 @@
 
 namespace Vantor::XML2Partition {
 
-/// Tells which definition a property of a set has, and its place in the set.
+/// Finds the definition of a property of a set, and its place in the set.
 class FromXMLMetaAttributeVisitor : public MetaMetadata::AbstractMetaAttributeVisitor {
  public:
   explicit FromXMLMetaAttributeVisitor(const MetaMetadata::AbstractMetaAttribute& attribute) {

@@ -9,8 +9,8 @@ namespace Vantor::XML2Partition::LosslessCopies {
 
 /// The set that was made already from another element of the same InstanceUID; null when this is the first.
 ///
-/// Where this element says something else than the first, that is reported, and the first counts; only the sets that it
-/// has within are read. Takes time in proportion to this element, whatever the first one has.
+/// Where this element differs from the first, that is reported, and the first counts; only the sets within it are read.
+/// Takes time in proportion to this element, whatever the first one has.
 /// @throws Clash when it is a set of another kind, and for the first when the partition had a set of the
 /// InstanceUID before the import.
 MetadataSet* read(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,

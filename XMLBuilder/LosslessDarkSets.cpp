@@ -32,7 +32,7 @@ Content contentOf(const DOMElement& element) {
   return {KLV::Key(key, kDottedForm), parseHexString(octets)};
 }
 
-/// Octets of the length field; 0, the writer's choice, when the document does not say or says something else, which is
+/// Octets of the length field; 0, the writer's choice, when the document has none, or another number, which is
 /// reported.
 uint8 lengthOctets(const DOMElement& element, LosslessRules& rules) {
   const auto* attribute = LosslessForms::groupsAttribute(element, XMLBuilder::Vocabulary::kBEROctetCount);

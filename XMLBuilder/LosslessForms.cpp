@@ -19,6 +19,8 @@
 namespace Vantor::XML2Partition::LosslessForms {
 
 using namespace Types::Identifiers;
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
 
@@ -75,7 +77,7 @@ wstring exactText(Identifier type, const wstring& text) { return Types::checkedT
 wstring plainText(const DOMNode& node) {
   if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return nodeText(node);
   if (const DOMElement* child = XMLUtils::firstChildElement(node)) {
-    refuse(nameOf(*child), "an element within a value that has none", __LINE__);
+    raise<InvalidFormat>("{} is an element within a value that has none", quoted(nameOf(*child)));
   }
   return textContent(node, BlankText::kKeep);
 }
@@ -98,14 +100,12 @@ std::string strayText(const DOMNode& node) {
 
 void refuseText(const DOMNode& node) {
   const auto text = strayText(node);
-  if (!text.empty()) Exceptions::raise<Exceptions::InvalidFormat>("{} is text where only elements are expected", text);
+  if (!text.empty()) raise<InvalidFormat>("{} is text where only elements are expected", text);
 }
 
 auto_ptr<Types::SimpleDataType> emptyValue(Identifier type) {
   if (Types::hasEmptyText(type)) return Types::valueFromText(type, {});
-  throw Exceptions::InvalidFormat(
-      std::string("the element is empty, and the type ") + Types::Identifiers::name(type) + " has no empty value",
-      kSource, __LINE__);
+  raise<InvalidFormat>("the element is empty, and the type {} has no empty value", Types::Identifiers::name(type));
 }
 
 auto_ptr<Types::SimpleDataType> readUncommon(Identifier type, const wstring& text) {
@@ -118,10 +118,7 @@ Bytes bytes(const wstring& text) { return parseHexString(exactText(kDataValue, t
 int64 number(const wstring& text, int64 least, int64 most, const char16_t* name) {
   const wstring digits = trimmed(text);
   if (!isNumber<int64>(digits, least, most)) {
-    refuse(text,
-           "no number from " + std::to_string(least) + " to " + std::to_string(most) + " for " +
-               Utils::wstringToString(wstring(name)),
-           __LINE__);
+    raise<InvalidFormat>("{} is no number from {} to {} for {}", quoted(text), least, most, wstring(name));
   }
   int64 number = 0;
   const std::string ascii = Platform::wstringToString(digits);
@@ -144,10 +141,12 @@ void checkFields(const DOMNode& node, std::u16string_view prefix, FieldNames nam
     const std::u16string_view name = child->getLocalName();
     const auto isIt = [name](std::u16string_view one) { return name == one; };
     if (!isField(*child, prefix) || !std::any_of(names.begin(), names.end(), isIt)) {
-      refuse(nameOf(*child), "no part of the value", __LINE__);
+      raise<InvalidFormat>("{} is no part of the value", quoted(nameOf(*child)));
     }
     if (mayRepeat) continue;
-    if (std::any_of(found.begin(), found.end(), isIt)) refuse(nameOf(*child), "there a second time", __LINE__);
+    if (std::any_of(found.begin(), found.end(), isIt)) {
+      raise<InvalidFormat>("{} is there a second time", quoted(nameOf(*child)));
+    }
     found.push_back(name);
   }
 }

@@ -154,14 +154,16 @@ void LosslessSet::readExtension(const DOMElement& child) {
 
 /// A property under its own name: one of another set, or one of this set that stands in the wrong place.
 void LosslessSet::readNamed(const DOMElement& child, const MetaMetadata::MetaElement& definition) {
-  const auto* attribute = set_.definition()->findAttribute(definition.key());
-  Element* own = attribute == nullptr ? nullptr : &set_.createElement(*attribute);
-  const auto ordinal = own == nullptr ? ++misplaced_[&definition] : 1;
-  const bool isThere = own == nullptr ? ordinal > 1 : own->isPresent();
-  if (isThere && (own != nullptr || !isConfirmed(BaseFacts::nameOf(definition), ordinal))) {
+  if (const auto* attribute = set_.definition()->findAttribute(definition.key())) {
+    Element* own = set_.find(definition.key());
+    const bool isThere = own != nullptr && own->isPresent();
+    if (isThere) return rules_.report().add(Kind::kSecondProperty, child, {definition.symbol()});
+    return rules_.readValue(own == nullptr ? set_.createElement(*attribute) : *own, child, &definition);
+  }
+  const auto ordinal = ++misplaced_[&definition];
+  if (ordinal > 1 && !isConfirmed(BaseFacts::nameOf(definition), ordinal)) {
     return rules_.report().add(Kind::kSecondProperty, child, {definition.symbol()});
   }
-  if (own != nullptr) return rules_.readValue(*own, child, &definition);
   Element& property = set_.createInvalidElement(std::make_unique<MetaMetadata::MisplacedAttribute>(&definition));
   rules_.readValue(property, child, &definition);
   // What could not be read was reported, and is not in the set.

@@ -18,7 +18,7 @@ namespace Vantor {
 class MetadataSet;
 class PartitionMetadata;
 
-/// The XML of header metadata that loses nothing on its way there and back, in documents that describe themselves.
+/// The XML of header metadata that loses nothing on its way there and back, and that names what it is an export of.
 ///
 /// Documents have the form of `XMLBuilder::partition2XML`, except for what that form hides: see `exportDocument`. The
 /// reader takes documents of either kind.
@@ -83,7 +83,7 @@ struct Diagnostic {
     kUnknownAttribute,     ///< name, namespace: of an attribute of a set
     kStrayAttribute,       ///< element, name, namespace: of an attribute of any other element
     kStrayText,            ///< the text, quoted: where only elements are expected
-    // What stands there once too often. The first counts.
+    // Repetitions. The first counts.
     kSecondElement,          ///< name: of a child of a set
     kSecondProperty,         ///< symbol: an extension element for a property that the set has
     kSecondUnknownProperty,  ///< no argument: an unknown property with the tag of another one
@@ -101,7 +101,7 @@ struct Diagnostic {
     kPointerWithoutTarget,  ///< name
     kContentInPointer,      ///< name; the pointer was read
     kTargetOfSet,           ///< name: a set within a reference has types:TargetInstance; it was read as a pointer
-    // Identifiers. Editing a file is to refuse these: they say that a set is not the one it seems to be.
+    // Identifiers. Edits of a file with one of these are ambiguous: the set may be one of the file or a new one.
     kInvalidInstanceUID,  ///< text; the set has a new one
     kMissingInstanceUID   ///< no argument; the base has no such set without one
   };

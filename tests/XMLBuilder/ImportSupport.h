@@ -49,7 +49,7 @@ SetList import(const std::string& text, const TestPartition& partition, Entry en
 /// A root that declares every prefix that `XMLBuilder::xml` knows, around a content.
 std::string document(const std::string& content);
 
-/// An exception of the core library, with everything that it tells.
+/// An exception of the core library, with all of its parts.
 struct Failure {
   std::string kind;  ///< the class; "nothing" when there was no exception
   std::string message;
@@ -74,20 +74,20 @@ Failure pathFailure(const std::string& message);
 /// What an operation throws. Anything but an exception of the core library passes through.
 template <class Operation>
 Failure failureOf(Operation&& operation) {
-  const auto told = [](const char* kind, const Exceptions::BaseException& error) {
+  const auto failure = [](const char* kind, const Exceptions::BaseException& error) {
     return Failure{kind, error.message(), error.file(), error.line()};
   };
   try {
     operation();
     return {"nothing", {}, {}, 0};
   } catch (const Exceptions::ParseError& error) {
-    return told("ParseError", error);
+    return failure("ParseError", error);
   } catch (const Exceptions::InvalidFormat& error) {
-    return told("InvalidFormat", error);
+    return failure("InvalidFormat", error);
   } catch (const Exceptions::InvalidLength& error) {
-    return told("InvalidLength", error);
+    return failure("InvalidLength", error);
   } catch (const Exceptions::BaseException& error) {
-    return told("BaseException", error);
+    return failure("BaseException", error);
   }
 }
 

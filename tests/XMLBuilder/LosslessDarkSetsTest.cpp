@@ -87,7 +87,7 @@ TEST(LosslessDarkSets, LeaveTheLengthToTheWriterWhereTheDocumentHasNoneThatCanBe
     EXPECT_THAT(document.messages(), ElementsAre("3|||dark metadata: '" + count +
                                                  "' is no number from 0 to 9 for BEROctetCount; the writer is free to "
                                                  "choose"));
-    EXPECT_THAT(document.kinds(), ElementsAre(Kind::kInvalidValue));
+    EXPECT_THAT(document.kinds(), ElementsAre(Kind::kInvalidDarkLength));
     ASSERT_EQ(document.partition().sets().size(), 1u);
     EXPECT_EQ(document.first().berLength(), 0);
   }
@@ -133,7 +133,7 @@ TEST(LosslessDarkSets, MustNotHaveTheInstanceUIDOfASetThatThePartitionHadBefore)
   EXPECT_EQ(secondFailure(darkSet(kIdentified), known).kind, "InvalidFormat");
 }
 
-/// Local tags within dark sets mean what the primer of their file said: no property may come by one of them.
+/// The primer of their file gives local tags within dark sets a meaning: no property may get one of them.
 TEST(LosslessDarkSets, KeepTheLocalTagsWithinFromProperties) {
   const std::string label = "06.0E.2B.34.01.01.01.01.0F.00.00.00.00.00.00.01";
   Imported document(

@@ -71,7 +71,7 @@ TEST(DocumentDescription, IsReadFromTheInstructionBeforeTheRoot) {
     ASSERT_TRUE(document.description());
     EXPECT_FALSE(document.description()->isNested);
     EXPECT_EQ(document.description()->digest, 7u);
-    EXPECT_TRUE(document.isNested()) << "whatever the instruction says";
+    EXPECT_TRUE(document.isNested()) << "by its sets, whatever the instruction";
   }
   EXPECT_FALSE(loaded(prefaceWith("") + instruction).description());
   EXPECT_FALSE(loaded("<?mxfxml form='nested'?>" + prefaceWith("")).description());

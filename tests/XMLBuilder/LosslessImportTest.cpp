@@ -9,7 +9,7 @@
 #include "tests/SampleFiles.h"
 #include "tests/XMLBuilder/LosslessSupport.h"
 
-/// What a lossless import brings back that the exact one does not, and what it says of documents that went wrong.
+/// What a lossless import brings back that the exact one does not, and what it reports of documents that went wrong.
 namespace Vantor::XML2Partition {
 namespace {
 
@@ -96,7 +96,7 @@ TEST(LosslessImport, MakesDarkGroupsThatCanBeReferredTo) {
   Imported document(prefaceWith("<rp210:ContentStorageObject><s377m:Dangling_REF types:TargetInstance='" +
                                 std::string(kStorageUID) + "'/></rp210:ContentStorageObject>") +
                     "");
-  EXPECT_THAT(document.messages(), IsEmpty()) << "the document says itself that there is no such set";
+  EXPECT_THAT(document.messages(), IsEmpty()) << "the name of the pointer is that of a missing set";
   const std::string payload = "3C0A001002020202020202020202020202020202";
   Imported dark(
       documentOf("<groups:FloatingDarkMetadata><groups:DarkMetadata "
@@ -329,9 +329,9 @@ TEST(LosslessImport, ReportsAttributesThatNoElementHas) {
       "xmlns:types='urn:SMPTE:Types:MXF' xmlns:groups='urn:SMPTE:Groups:MXF'>\n"
       "<s377m:TimelineTrack>\n<rp210:TrackID property='1'>1</rp210:TrackID>\n<rp210:EditRate>\n"
       "<types:Numerator field='1'>1</types:Numerator><types:Denominator>1</types:Denominator></rp210:EditRate>\n"
-      "<rp210:Sequence>\n<s377m:Sequence_REF types:TargetInstance='" +
+      "<rp210:TrackSegment>\n<s377m:Sequence_REF types:TargetInstance='" +
       std::string(kStorageUID) +
-      "' pointer='1'/></rp210:Sequence>\n<groups:ExtensionElements container='1'>\n"
+      "' pointer='1'/></rp210:TrackSegment>\n<groups:ExtensionElements container='1'>\n"
       "<groups:DarkElement groups:StaticLocalTag='12.34' dark='1'>00</groups:DarkElement></groups:ExtensionElements>\n"
       "</s377m:TimelineTrack>\n<s377m:Sequence rp210:InstanceUID='" +
       kStorageUID +
@@ -426,7 +426,7 @@ std::vector<Way> ways() {
 class LosslessRoundTrip : public testing::TestWithParam<Way> {};
 
 /// Nested, a reference to a dark group is an element without content: the group stands at the end of the document, and
-/// nothing tells which of the references was to it.
+/// no reference names it.
 std::size_t knownLosses(const Way& way) {
   return way.isNested && way.file.filename() == "bmx-op1a-adm.header.mxf" ? 3 : 0;
 }

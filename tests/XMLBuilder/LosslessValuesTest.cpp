@@ -133,15 +133,13 @@ TEST(LosslessImport, KeepsEmptyStreamsOfBytes) {
 
 TEST(LosslessImport, ReportsAReferenceMoreThanThereCanBe) {
   const std::string storage = "<s377m:ContentStorage_REF types:TargetInstance='" + std::string(kStorageUID) + "'/>";
-  Imported document(prefaceWith("<rp210:ContentStorageObject>" + storage + "\n" + storage +
-                                "</rp210:ContentStorageObject></s377m:Preface><s377m:ContentStorage "
-                                "rp210:InstanceUID='" +
-                                kStorageUID + "'/><s377m:Preface rp210:InstanceUID='" + kPrefaceUID + "'>"));
+  Imported document(documentOf("<s377m:ContentStorage rp210:InstanceUID='" + std::string(kStorageUID) +
+                               "'/><s377m:Preface>\n<rp210:ContentStorageObject>" + storage + "\n" + storage +
+                               "</rp210:ContentStorageObject></s377m:Preface>"));
   EXPECT_THAT(document.messages(),
-              ElementsAre("4|Preface " + std::string(kPrefaceUID) +
-                          "|ContentStorageObject|the property refers to one set, and has that already; this one is "
-                          "not read"));
-  EXPECT_THAT(document.kinds(), ElementsAre(Kind::kSecondElement));
+              ElementsAre("4|Preface|ContentStorageObject|the property refers to one set, and has that already; this "
+                          "one is not read"));
+  EXPECT_THAT(document.kinds(), ElementsAre(Kind::kSecondReference));
 }
 
 TEST(LosslessImport, ReadsTheReferencesBesideOneThatIsNone) {

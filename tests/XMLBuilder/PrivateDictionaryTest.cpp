@@ -190,7 +190,7 @@ Failure refusalOfSchemas(const std::string& document) {
 
 const auto kIsOfAFraction = MatchesRegex(".*: 2026-11-21T01:17:55.928 -> 2026-11-21T01:17:55.232");
 
-/// Fractions of a second, which documents count in units of 4 ms, are known to come back otherwise.
+/// Fractions of a second, which documents count in units of 4 ms, are known to come back changed.
 TEST_P(PrivateDictionary, BringsBackAllButFractionsOfSeconds) {
   const auto original = read(privateDictionary());
   const std::string text = document(*original);
