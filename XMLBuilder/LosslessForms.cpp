@@ -26,16 +26,11 @@ using xercesc::DOMNode;
 
 namespace {
 
-constexpr const char* kSource = "XMLBuilder\\LosslessForms";
 constexpr std::size_t kShownUnits = 40;
 
 std::string quoted(const wstring& text) {
   const wstring shown = text.size() <= kShownUnits ? text : text.substr(0, kShownUnits) + u"...";
   return "'" + Utils::wstringToString(shown) + "'";
-}
-
-[[noreturn]] void refuse(const wstring& text, const std::string& what, int line) {
-  throw Exceptions::InvalidFormat(quoted(text) + " is " + what, kSource, line);
 }
 
 wstring trimmed(const wstring& text) {
