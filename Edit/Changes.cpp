@@ -41,7 +41,8 @@ State readState(const Bytes& bytes) {
     source.skip(KLV::Key::kSize);
     const auto length = KLV::readBERLength(source);
     const uint8* value = bytes.data() + source.position();
-    source.skip(length.value);
+    // Fill at the end of a file may be cut off.
+    source.skip(KLV::isFill(key) ? std::min(length.value, source.remaining()) : length.value);
     const auto size = static_cast<std::size_t>(length.value);
     if (KLV::isFill(key)) continue;
     if (KLV::isPrimerPack(key)) {

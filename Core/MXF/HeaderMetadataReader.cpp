@@ -39,6 +39,8 @@ class Reader {
     while (goesOn()) readKLV();
     return std::move(metadata_);
   }
+  /// Where the metadata end.
+  uint64 end() const { return offset_; }
 
  private:
   /// At the end of the file zeros take the place of what is missing.
@@ -147,7 +149,10 @@ std::unique_ptr<PartitionMetadata> readHeaderMetadata(SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionInfo& partition) {
   source.seek(partition.packEnd);
-  return Reader(source, std::move(dictionary)).read(partition);
+  Reader reader(source, std::move(dictionary));
+  auto metadata = reader.read(partition);
+  source.seek(reader.end());
+  return metadata;
 }
 
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(SeekableSource& source,

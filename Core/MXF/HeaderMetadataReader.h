@@ -43,6 +43,7 @@ std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& so
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionInfo& partition);
+/// The source then stands where the metadata end, behind the fill that belongs to them.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionInfo& partition);

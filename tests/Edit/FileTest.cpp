@@ -234,19 +234,19 @@ TEST_F(FileTest, MergesADocumentWithAnEditedDescription) {
 TEST_F(FileTest, KeepsWhatAnExportOfAPartLeavesOut) {
   File file(path(), builtInDictionary());
   LosslessXML::ExportOptions options;
-  options.start = &file.metadata().find("Timecode");
+  options.start = &file.metadata().find("Timecode[1]");
   const auto xml = replaced(LosslessXML::exportBytes(file.metadata(), options, XMLUtils::EncodingType::kUTF8Indented),
                             ">188<", ">25<");
   merge(xml);
   EXPECT_EQ(saved_.changes.changedSets, 1u);
   EXPECT_EQ(saved_.changes.removedSets, 0u);
-  EXPECT_EQ(text("Timecode", "FramesPerSecond"), "25");
+  EXPECT_EQ(text("Timecode[1]", "FramesPerSecond"), "25");
   EXPECT_THAT([&] { merge(withoutDescription(xml)); },
               ThrowsMessage<Exceptions::InvalidFormat>(HasSubstr("the document has no Preface, and does not")));
   MergeOptions start;
-  start.start = "Timecode";
+  start.start = "Timecode[1]";
   merge(replaced(withoutDescription(xml), ">25<", ">50<"), start);
-  EXPECT_EQ(text("Timecode", "FramesPerSecond"), "50");
+  EXPECT_EQ(text("Timecode[1]", "FramesPerSecond"), "50");
 }
 
 TEST_F(FileTest, ChangesNothingWhereAnEditCannotBe) {
