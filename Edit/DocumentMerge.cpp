@@ -94,7 +94,7 @@ void requireIdentifiedSets(const std::vector<Diagnostic>& diagnostics) {
         diagnostic.kind != Diagnostic::Kind::kMissingInstanceUID) {
       continue;
     }
-    raise<InvalidFormat>("a set without a valid InstanceUID is no set of the file and no new one");
+    raise<InvalidFormat>("the document has a set without a valid InstanceUID, which matches no set of the file");
   }
 }
 
@@ -112,22 +112,21 @@ EditedDocument readDocument(const LosslessXML::Document& document, const Partiti
   EditedDocument edited{std::make_unique<PartitionMetadata>(dictionary), {}, formOf(document, ours, options)};
   copyPrimer(ours.partitionDictionary(), edited.partition->partitionDictionary());
   edited.import = document.import(*edited.partition, &ours);
-  requireStart(*edited.partition, ours, edited.form);
   const auto& description = document.description();
-  if (description && description->digest == digestOf(ours)) return edited;
-  if (!options.mergesOtherFile) {
-    requireSharedPackage(*edited.partition, ours);
-    requireSharedSet(*edited.partition, ours);
-  }
-  edited.isOfEarlierState = description.has_value();
-  if (edited.isOfEarlierState && options.expectsUnchanged) {
-    raise<FileHasChanged>("the file has changed since the document was exported");
-  }
+  edited.isOfEarlierState = description && description->digest != digestOf(ours);
   return edited;
 }
 
-MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours) {
+MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours, const MergeOptions& options) {
   requireIdentifiedSets(edited.import.diagnostics);
+  requireStart(*edited.partition, ours, edited.form);
+  if ((edited.form.isAssumed || edited.isOfEarlierState) && !options.mergesOtherFile) {
+    requireSharedPackage(*edited.partition, ours);
+    requireSharedSet(*edited.partition, ours);
+  }
+  if (edited.isOfEarlierState && options.expectsUnchanged) {
+    raise<FileHasChanged>("the file has changed since the document was exported");
+  }
   Theirs theirs{*edited.partition};
   theirs.mayRemove = edited.import.diagnostics.empty();
   for (const auto& unread : edited.import.unread) {

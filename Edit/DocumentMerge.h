@@ -52,14 +52,15 @@ struct DocumentReport : MergeReport {
 
 /// Reads the sets of a document of a partition.
 /// @param ours  the partition as it is now.
-/// @throws DocumentOfOtherFile naming a package of each, FileHasChanged; Exceptions::InvalidFormat when the document
-/// has no set that can be read, its names are of another vocabulary than the dictionary's, or it cannot have its form;
-/// what `LosslessXML::Document::import` throws.
+/// @throws Exceptions::InvalidFormat when two kinds of sets of ours share an InstanceUID; what
+/// `LosslessXML::Document::import` throws.
 EditedDocument readDocument(const LosslessXML::Document& document, const PartitionMetadata& ours,
                             const MergeOptions& options);
 
-/// Merges them into the partition.
-/// @throws Exceptions::InvalidFormat as `merge`, and when a set cannot be identified for want of an InstanceUID.
-MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours);
+/// Merges them into the partition, which stays as it was when this throws.
+/// @throws DocumentOfOtherFile naming a package of each, FileHasChanged; Exceptions::InvalidFormat as `merge`, when the
+/// document has no set that could be read or lacks the one that it starts from, and when a set of it has no valid
+/// InstanceUID.
+MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours, const MergeOptions& options);
 
 }  // namespace Vantor::Edit

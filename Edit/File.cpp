@@ -249,11 +249,13 @@ EditedDocument File::read(const LosslessXML::Document& document, const MergeOpti
   return readDocument(document, metadata(), options);
 }
 
-MergeReport File::merge(const EditedDocument& edited) { return Edit::mergeDocument(edited, metadata()); }
+MergeReport File::merge(const EditedDocument& edited, const MergeOptions& options) {
+  return Edit::mergeDocument(edited, metadata(), options);
+}
 
 DocumentReport File::mergeDocument(const LosslessXML::Document& document, const MergeOptions& options) {
   auto edited = read(document, options);
-  DocumentReport report{merge(edited)};
+  DocumentReport report{merge(edited, options)};
   report.diagnostics = std::move(edited.import.diagnostics);
   report.isOfEarlierState = edited.isOfEarlierState;
   return report;

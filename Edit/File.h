@@ -70,7 +70,7 @@ class File {
   DocumentReport mergeDocument(const LosslessXML::Document& document, const MergeOptions& options = {});
   /// The two steps of this: the sets of a document, then the merge.
   EditedDocument read(const LosslessXML::Document& document, const MergeOptions& options = {});
-  MergeReport merge(const EditedDocument& edited);
+  MergeReport merge(const EditedDocument& edited, const MergeOptions& options = {});
 
   /// What saving would write.
   SaveReport preview();

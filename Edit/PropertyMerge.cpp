@@ -159,7 +159,7 @@ bool PropertyMerge::planReferences(const PropertyPair& edit, Element& place, con
                                    std::vector<PropertyEdit>& edits) {
   const auto all = targetsOf(&place), theirs = targetsOf(edit.right);
   const auto* definition = place.metaAttribute().metaElement();
-  if (all.empty() || definition == nullptr) return false;
+  if (all.empty() || definition == nullptr || (!isCollection(place) && !theirs.empty())) return false;
   const bool isStrong = referenceType(*definition) == kStrongReference;
   const std::unordered_set<Types::UUID> there(theirs.begin(), theirs.end());
   ReferenceTargets shown;
@@ -169,7 +169,7 @@ bool PropertyMerge::planReferences(const PropertyPair& edit, Element& place, con
     report_.kept.push_back({set.fullName(), propertyName(place, ours_.partitionDictionary())});
   }
   if (shown.size() == all.size()) return false;
-  if (!isCollection(place)) return theirs.empty();
+  if (!isCollection(place)) return true;
   const auto merged = mergeReferences(all, shown, theirs);
   if (merged != all) edits.push_back({&place, &place, collectionOf(merged, place)});
   return true;

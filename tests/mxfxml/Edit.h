@@ -11,6 +11,12 @@
 
 namespace Vantor::Tool {
 
+/// A document without the processing instruction in which it describes itself, and without its line.
+inline std::string withoutDescription(std::string xml) {
+  const auto from = xml.find("<?mxfxml");
+  return from == std::string::npos ? xml : xml.erase(from, xml.find("?>", from) + 3 - from);
+}
+
 /// A copy of a file, its export, and what editing that gives.
 class Edit {
  public:

@@ -7,6 +7,7 @@
 #include <regex>
 #include <stdexcept>
 
+#include "Edit.h"
 #include "Program.h"
 #include "ScratchFolder.h"
 
@@ -80,14 +81,13 @@ void PrintTo(const Mistake& mistake, std::ostream* stream) { *stream << mistake.
 
 const std::string kNoInstanceUID =
     "the set has no rp210:InstanceUID; one of the file needs its own, one that is new needs a new one";
-const std::string kNotToldFromANewOne =
-    "cannot be put into ORIGINAL: a set whose InstanceUID cannot be read cannot be told from a new one; nothing is "
-    "written";
+const std::string kNoSetOfTheFile =
+    "cannot be put into ORIGINAL: the document has a set without a valid InstanceUID, which matches no set of the file";
 
 const Mistake kMistakes[] = {
     {"wrong element name",
      replaced("rp210:TrackName>Timecode track</rp210:TrackName", "rp210:TrackTitle>Timecode track</rp210:TrackTitle"),
-     {"line 22: " + kTrack +
+     {"line 23: " + kTrack +
       "the set has no property TrackTitle in the namespace urn:SMPTE:RP210; the element is not read"},
      "",
      kept("property", "TrackName of the " + kTheTrack)},
@@ -95,153 +95,153 @@ const Mistake kMistakes[] = {
      both(replaced("<s377m:Timecode rp210:InstanceUID=\"74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D\">",
                    "<s377m:Tomcode rp210:InstanceUID=\"74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D\">"),
           replaced("</s377m:Timecode>", "</s377m:Tomcode>")),
-     {"line 28: Sequence 8B.A4.E1.37.37.4E.42.EB.9E.4D.A4.6E.41.69.C5.DD: ComponentObjects: there is no set Tomcode in "
+     {"line 29: Sequence 8B.A4.E1.37.37.4E.42.EB.9E.4D.A4.6E.41.69.C5.DD: ComponentObjects: there is no set Tomcode in "
       "the namespace urn:SMPTE:S377M; --dictionary FILE adds definitions"},
      "",
      kept("set", kTheTimecode)},
     {"letters in a number",
      replaced("<rp210:TrackID>1<", "<rp210:TrackID>one<"),
-     {"line 21: " + kTrack + "TrackID: 'one' is no whole number from 0 to 4294967295"},
+     {"line 22: " + kTrack + "TrackID: 'one' is no whole number from 0 to 4294967295"},
      ""},
     {"number with a unit",
      replaced("FramesPerSecond>188<", "FramesPerSecond>188 fps<"),
-     {"line 32: " + kTimecode + "FramesPerSecond: '188 fps' is no whole number from 0 to 65535"},
+     {"line 33: " + kTimecode + "FramesPerSecond: '188 fps' is no whole number from 0 to 65535"},
      ""},
     {"number with a decimal point",
      replaced("FramesPerSecond>188<", "FramesPerSecond>188.0<"),
-     {"line 32: " + kTimecode + "FramesPerSecond: '188.0' is no whole number from 0 to 65535"},
+     {"line 33: " + kTimecode + "FramesPerSecond: '188.0' is no whole number from 0 to 65535"},
      ""},
     {"hexadecimal number",
      replaced("FramesPerSecond>188<", "FramesPerSecond>0xBC<"),
-     {"line 32: " + kTimecode + "FramesPerSecond: '0xBC' is no whole number from 0 to 65535"},
+     {"line 33: " + kTimecode + "FramesPerSecond: '0xBC' is no whole number from 0 to 65535"},
      ""},
     {"negative number",
      replaced("<rp210:TrackID>1<", "<rp210:TrackID>-1<"),
-     {"line 21: " + kTrack + "TrackID: '-1' is no whole number from 0 to 4294967295"},
+     {"line 22: " + kTrack + "TrackID: '-1' is no whole number from 0 to 4294967295"},
      ""},
     {"number out of range",
      replaced("FramesPerSecond>188<", "FramesPerSecond>65536<"),
-     {"line 32: " + kTimecode + "FramesPerSecond: '65536' is no whole number from 0 to 65535"},
+     {"line 33: " + kTimecode + "FramesPerSecond: '65536' is no whole number from 0 to 65535"},
      ""},
     {"number of many digits",
      replaced("Origin>0<", "Origin>9223372036854775808<"),
-     {"line 43: " + kTrack +
+     {"line 44: " + kTrack +
       "Origin: '9223372036854775808' is no whole number from -9223372036854775808 to 9223372036854775807"},
      ""},
     {"empty number",
      replaced("<rp210:TrackID>1<", "<rp210:TrackID><"),
-     {"line 21: " + kTrack + "TrackID: the element is empty, and the type UInt32 has no empty value"},
+     {"line 22: " + kTrack + "TrackID: the element is empty, and the type UInt32 has no empty value"},
      ""},
     {"number behind a number",
      replaced("<rp210:TrackID>1<", "<rp210:TrackID>1 2<"),
-     {"line 21: " + kTrack + "TrackID: '1 2' is no whole number from 0 to 4294967295"},
+     {"line 22: " + kTrack + "TrackID: '1 2' is no whole number from 0 to 4294967295"},
      ""},
     {"boolean in words",
      replaced("DropFrame>0<", "DropFrame>no<"),
-     {"line 33: " + kTimecode + "DropFrame: 'no' is neither 0 nor 1, neither false nor true"},
+     {"line 34: " + kTimecode + "DropFrame: 'no' is neither 0 nor 1, neither false nor true"},
      ""},
     {"boolean of two",
      replaced("DropFrame>0<", "DropFrame>2<"),
-     {"line 33: " + kTimecode + "DropFrame: '2' is neither 0 nor 1, neither false nor true"},
+     {"line 34: " + kTimecode + "DropFrame: '2' is neither 0 nor 1, neither false nor true"},
      ""},
     {"label without its last octet",
      replaced(".01.09.00</rp210:OperationalPattern>", ".01.09</rp210:OperationalPattern>"),
-     {"line 228: " + kPreface +
+     {"line 229: " + kPreface +
       "OperationalPattern: '06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09' is not the text of an AUID"},
      ""},
     {"label with an octet too many",
      replaced(".01.09.00</rp210:OperationalPattern>", ".01.09.00.00</rp210:OperationalPattern>"),
-     {"line 228: " + kPreface +
+     {"line 229: " + kPreface +
       "OperationalPattern: '06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00.00' is not the text of an AUID"},
      ""},
     {"label with a letter that is no digit",
      replaced(".01.09.00</rp210:OperationalPattern>", ".01.09.0G</rp210:OperationalPattern>"),
-     {"line 228: " + kPreface +
+     {"line 229: " + kPreface +
       "OperationalPattern: '06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.0G' is not the text of an AUID"},
      ""},
     {"label without dots",
      replaced("06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00</rp210:OperationalPattern>",
               "060E2B34040101010D01020101010900</rp210:OperationalPattern>"),
-     {"line 228: " + kPreface + "OperationalPattern: '060E2B34040101010D01020101010900' is not the text of an AUID"},
+     {"line 229: " + kPreface + "OperationalPattern: '060E2B34040101010D01020101010900' is not the text of an AUID"},
      ""},
     {"two labels",
      replaced(".01.09.00</rp210:OperationalPattern>",
               ".01.09.00 06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00</rp210:OperationalPattern>"),
-     {"line 228: " + kPreface +
+     {"line 229: " + kPreface +
       "OperationalPattern: '06.0E.2B.34.04.01.01.01.0D.01.02.01.01.0...' is more than one identifier"},
      ""},
     {"UMID of half its length",
      replaced(".60.6E.55.EA.41.0D.60</rp210:PackageID>", "</rp210:PackageID>"),
-     {"line 17: MaterialPackage 41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7: PackageID: "
+     {"line 18: MaterialPackage 41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7: PackageID: "
       "'06.0A.2B.34.01.01.01.05.01.01.0D.22.13.6B.8D.CD.9C.D3.91.7D.27.A2.4C.F9.A8' is not the text of a UMID32"},
      ""},
     {"item of a batch that is no label",
      replaced("04.40.01</rp210:Element>", "04.40</rp210:Element>"),
-     {"line 229: " + kPreface +
+     {"line 230: " + kPreface +
       "EssenceContainers: '06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40' is not the text of an AUID"},
      ""},
     {"duplicate property",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<rp210:TrackID>1</rp210:TrackID><rp210:TrackID>9</rp210:TrackID>"),
-     {"line 21: " + kTrack + "TrackID: there is one TrackID already; this one is not read"},
+     {"line 22: " + kTrack + "TrackID: there is one TrackID already; this one is not read"},
      ""},
     {"dangling reference",
      replaced("MaterialPackage_REF types:TargetInstance=\"41", "MaterialPackage_REF types:TargetInstance=\"FF"),
-     {"line 226: " + kPreface +
+     {"line 227: " + kPreface +
       "PrimaryPackage: no set of the document has the InstanceUID FF.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7"},
      "",
      {},
      replaced("MaterialPackage_REF types:TargetInstance=\"41", "Dangling_REF types:TargetInstance=\"FF")},
     {"reference without target",
      replaced(" types:TargetInstance=\"41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7\"/>", "/>"),
-     {"line 226: " + kPreface +
-      "PrimaryPackage: the reference MaterialPackage_REF does not say to which set: it has no attribute TargetInstance "
+     {"line 227: " + kPreface +
+      "PrimaryPackage: the reference MaterialPackage_REF names no set: it lacks the attribute TargetInstance "
       "in the namespace urn:SMPTE:Types:MXF"},
      ""},
     {"reference to no identifier",
      replaced("<s377m:MaterialPackage_REF types:TargetInstance=\"41.B3",
               "<s377m:MaterialPackage_REF types:TargetInstance=\"the source package"),
-     {"line 226: " + kPreface +
+     {"line 227: " + kPreface +
       "PrimaryPackage: 'the source package.1A.F9.95.F2.4B.72.AE....' is more than one identifier"},
      ""},
     {"reference without element",
      replaced("<s377m:MaterialPackage_REF types:TargetInstance=\"41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7\"/>",
               ""),
-     {"line 225: " + kPreface + "PrimaryPackage: the element names no set"},
+     {"line 226: " + kPreface + "PrimaryPackage: the element names no set"},
      ""},
     {"wrong namespace of properties",
      replaced("urn:SMPTE:RP210", "urn:smpte:rp210"),
-     {"line 3: Preface: the set has no attribute InstanceUID in the namespace urn:smpte:rp210; it is not read",
-      "line 4: Preface: the set has no property FileLastModified in the namespace urn:smpte:rp210; the element is "
+     {"line 4: Preface: " + kNoInstanceUID,
+      "line 4: Preface: the set has no attribute InstanceUID in the namespace urn:smpte:rp210; it is not read",
+      "line 5: Preface: the set has no property FileLastModified in the namespace urn:smpte:rp210; the element is "
       "not read",
-      "line 13: Preface: the set has no property ContentStorageObject in the namespace urn:smpte:rp210; the "
+      "line 14: Preface: the set has no property ContentStorageObject in the namespace urn:smpte:rp210; the "
       "element is not read",
-      "line 190: Preface: the set has no property FormatVersion in the namespace urn:smpte:rp210; the element is "
+      "line 191: Preface: the set has no property FormatVersion in the namespace urn:smpte:rp210; the element is "
       "not read",
-      "line 191: Preface: the set has no property IdentificationList in the namespace urn:smpte:rp210; the element "
+      "line 192: Preface: the set has no property IdentificationList in the namespace urn:smpte:rp210; the element "
       "is not read",
-      "line 224: Preface: the set has no property ObjectModelVersion in the namespace urn:smpte:rp210; the element "
+      "line 225: Preface: the set has no property ObjectModelVersion in the namespace urn:smpte:rp210; the element "
       "is not read",
-      "line 225: Preface: the set has no property PrimaryPackage in the namespace urn:smpte:rp210; the element is "
+      "line 226: Preface: the set has no property PrimaryPackage in the namespace urn:smpte:rp210; the element is "
       "not read",
-      "line 228: Preface: the set has no property OperationalPattern in the namespace urn:smpte:rp210; the element "
+      "line 229: Preface: the set has no property OperationalPattern in the namespace urn:smpte:rp210; the element "
       "is not read",
-      "line 229: Preface: the set has no property EssenceContainers in the namespace urn:smpte:rp210; the element "
+      "line 230: Preface: the set has no property EssenceContainers in the namespace urn:smpte:rp210; the element "
       "is not read",
-      "line 232: Preface: the set has no property DescriptiveSchemes in the namespace urn:smpte:rp210; the element "
-      "is not read",
-      "line 3: Preface: " + kNoInstanceUID},
-     kNotToldFromANewOne},
+      "line 233: Preface: the set has no property DescriptiveSchemes in the namespace urn:smpte:rp210; the element "
+      "is not read"},
+     kNoSetOfTheFile},
     {"wrong namespace of sets",
      replaced("urn:SMPTE:S377M", "urn:SMPTE:S377"),
-     {"line 2: the root element is MetadataSets in the namespace urn:SMPTE:S377, not MetadataSets in the namespace "
+     {"line 3: the root element is MetadataSets in the namespace urn:SMPTE:S377, not MetadataSets in the namespace "
       "urn:SMPTE:S377M",
-      "line 3: there is no set Preface in the namespace urn:SMPTE:S377"},
-     "cannot be put into ORIGINAL: the document has no set that could be read; nothing is written"},
+      "line 4: there is no set Preface in the namespace urn:SMPTE:S377"},
+     "cannot be put into ORIGINAL: the document has no set that could be read"},
     {"set of another vocabulary",
      both(replaced("xmlns:types=",
                    "xmlns:st395=\"http://www.smpte-ra.org/schemas/434/2014/groups/395/2012\" xmlns:types="),
           both(replaced("<s377m:Timecode ", "<st395:Timecode "), replaced("</s377m:Timecode>", "</st395:Timecode>"))),
-     {"line 28: Sequence 8B.A4.E1.37.37.4E.42.EB.9E.4D.A4.6E.41.69.C5.DD: ComponentObjects: there is no set Timecode "
+     {"line 29: Sequence 8B.A4.E1.37.37.4E.42.EB.9E.4D.A4.6E.41.69.C5.DD: ComponentObjects: there is no set Timecode "
       "in the namespace http://www.smpte-ra.org/schemas/434/2014/groups/395/2012"},
      "",
      kept("set", kTheTimecode)},
@@ -249,14 +249,14 @@ const Mistake kMistakes[] = {
      replaced(
          "<rp210:TrackID>1</rp210:TrackID>",
          "<st335:TrackID xmlns:st335=\"http://www.smpte-ra.org/schemas/434/2014/elements/335/2012\">1</st335:TrackID>"),
-     {"line 21: " + kTrack +
+     {"line 22: " + kTrack +
       "the set has no property TrackID in the namespace http://www.smpte-ra.org/schemas/434/2014/elements/335/2012; "
       "the element is not read"},
      "",
      kept("property", "TrackID of the " + kTheTrack)},
     {"property in a namespace of somebody else",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<acme:TrackID xmlns:acme=\"urn:acme\">1</acme:TrackID>"),
-     {"line 21: " + kTrack +
+     {"line 22: " + kTrack +
       "the set has no property TrackID in the namespace urn:acme; the element is not read; --dictionary FILE adds "
       "definitions"},
      "",
@@ -264,180 +264,186 @@ const Mistake kMistakes[] = {
     {"unknown prefix",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<rp211:TrackID>1</rp211:TrackID>"),
      {},
-     "line 21, column 32: prefix 'rp211' can not be resolved to namespace URI"},
+     "not well-formed XML: line 22, column 32: prefix 'rp211' can not be resolved to namespace URI"},
     {"missing prefix",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<TrackID>1</TrackID>"),
-     {"line 21: " + kTrack + "the set has no property TrackID in no namespace; the element is not read"},
+     {"line 22: " + kTrack + "the set has no property TrackID in no namespace; the element is not read"},
      "",
      kept("property", "TrackID of the " + kTheTrack)},
     {"prefix of sets for a property",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<s377m:TrackID>1</s377m:TrackID>"),
-     {"line 21: " + kTrack +
+     {"line 22: " + kTrack +
       "the set has no property TrackID in the namespace urn:SMPTE:S377M; the element is not read"},
      "",
      kept("property", "TrackID of the " + kTheTrack)},
     {"prefix that was taken away",
      replaced(" xmlns:types=\"urn:SMPTE:Types:MXF\"", ""),
      {},
-     "line 5, column 19: prefix 'types' can not be resolved to namespace URI"},
+     "not well-formed XML: line 6, column 19: prefix 'types' can not be resolved to namespace URI"},
     {"missing end tag",
      replaced("</rp210:TrackName>", ""),
      {},
-     "line 44, column 17: expected end of tag 'rp210:TrackName'"},
+     "not well-formed XML: line 45, column 17: expected end of tag 'rp210:TrackName'"},
     {"end tag of another case",
      replaced("</rp210:TrackName>", "</rp210:Trackname>"),
      {},
-     "line 22, column 50: expected end of tag 'rp210:TrackName'"},
+     "not well-formed XML: line 23, column 50: expected end of tag 'rp210:TrackName'"},
     {"missing end",
      cutAt("</s377m:MetadataSets>"),
      {},
-     "line 234, column 1: input ended before all started tags were ended; last tag started is 's377m:MetadataSets'"},
+     "not well-formed XML: line 235, column 1: input ended before all started tags were ended; last tag started is "
+     "'s377m:MetadataSets'"},
     {"missing half",
      cutAt("<rp210:FramesPerSecond>"),
      {},
-     "line 32, column 25: input ended before all started tags were ended; last tag started is 's377m:Timecode'"},
+     "not well-formed XML: line 33, column 25: input ended before all started tags were ended; last tag started is "
+     "'s377m:Timecode'"},
     {"unescaped ampersand",
      replaced("Timecode track", "Time & code"),
      {},
-     "line 22, column 40: expected entity name for reference"},
+     "not well-formed XML: line 23, column 40: expected entity name for reference"},
     {"unescaped less-than sign",
      replaced("Timecode track", "Time < code"),
      {},
-     "line 22, column 40: element name expected"},
+     "not well-formed XML: line 23, column 40: element name expected"},
     {"attribute without quotes",
      replaced("InstanceUID=\"74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D\"",
               "InstanceUID=74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D"),
      {},
-     "line 28, column 57: attribute value expected"},
+     "not well-formed XML: line 29, column 57: attribute value expected"},
     {"renamed set",
      both(replaced("<s377m:Timecode ", "<s377m:Filler "), replaced("</s377m:Timecode>", "</s377m:Filler>")),
-     {"line 31: Filler 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D: the set has no property StartTimecode in the "
+     {"line 32: Filler 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D: the set has no property StartTimecode in the "
       "namespace urn:SMPTE:RP210; the element is not read",
-      "line 32: Filler 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D: the set has no property FramesPerSecond in the "
+      "line 33: Filler 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D: the set has no property FramesPerSecond in the "
       "namespace urn:SMPTE:RP210; the element is not read",
-      "line 33: Filler 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D: the set has no property DropFrame in the "
+      "line 34: Filler 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D: the set has no property DropFrame in the "
       "namespace urn:SMPTE:RP210; the element is not read"},
      "",
-     {"an edit of the " + kTheTimecode + " was not taken: the document has a Filler with its InstanceUID"}},
+     {"an edit of the " + kTheTimecode + " is rejected: the document has a Filler with its InstanceUID"}},
     {"set where a value goes",
      replaced("<rp210:TrackID>1<", "<rp210:TrackID><s377m:Filler/><"),
-     {"line 21: " + kTrack + "TrackID: 's377m:Filler' is an element within a value that has none"},
+     {"line 22: " + kTrack + "TrackID: 's377m:Filler' is an element within a value that has none"},
      ""},
     {"value where a set goes",
      replaced("<rp210:EssenceDataObjects>\n          ", "<rp210:EssenceDataObjects>none"),
-     {"line 181: ContentStorage A6.0F.89.4D.52.68.48.07.A3.31.60.A2.2E.D0.95.5F: EssenceDataObjects: 'none' is text "
+     {"line 182: ContentStorage A6.0F.89.4D.52.68.48.07.A3.31.60.A2.2E.D0.95.5F: EssenceDataObjects: 'none' is text "
       "where only elements are expected"},
      "",
      kept("set", "EssenceData 3B.4A.3B.74.61.B1.41.73.BB.A7.20.72.AF.1F.60.E2")},
     {"text between properties",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<rp210:TrackID>1</rp210:TrackID> and"),
-     {"line 20: " + kTrack + "'and' is text where only elements are expected; it is not read"},
+     {"line 21: " + kTrack + "'and' is text where only elements are expected; it is not read"},
      ""},
     {"text between sets",
      replaced("</s377m:Preface>", "</s377m:Preface>\n  end"),
-     {"line 2: 'end' is text where only elements are expected; it is not read"},
+     {"line 3: 'end' is text where only elements are expected; it is not read"},
      ""},
     {"InstanceUID without its last octet",
      replaced(".10.9C.37.4D\">", ".10.9C.37\">"),
-     {"line 28: Timecode NEW: '74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37' is no InstanceUID; the set is given a new "
+     {"line 29: Timecode NEW: '74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37' is no InstanceUID; the set is given a new "
       "one, which nothing refers to"},
-     kNotToldFromANewOne},
+     kNoSetOfTheFile},
     {"InstanceUID that was taken away",
      replaced(" rp210:InstanceUID=\"74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D\"", ""),
-     {"line 28: Timecode: " + kNoInstanceUID},
-     kNotToldFromANewOne},
+     {"line 29: Timecode: " + kNoInstanceUID},
+     kNoSetOfTheFile},
     {"InstanceUID without its prefix",
      replaced(" rp210:InstanceUID=\"74.", " InstanceUID=\"74."),
-     {"line 28: Timecode: the set has no attribute InstanceUID in no namespace; it is not read",
-      "line 28: Timecode: " + kNoInstanceUID},
-     kNotToldFromANewOne},
+     {"line 29: Timecode: " + kNoInstanceUID,
+      "line 29: Timecode: the set has no attribute InstanceUID in no namespace; it is not read"},
+     kNoSetOfTheFile},
     {"new set without InstanceUID",
      replaced("<s377m:Timecode ", "<s377m:Filler/><s377m:Timecode "),
-     {"line 28: Filler: " + kNoInstanceUID},
-     kNotToldFromANewOne},
+     {"line 29: Filler: " + kNoInstanceUID},
+     kNoSetOfTheFile},
     {"two sets of two kinds and one InstanceUID",
      replaced("B0.05.E2.81.B8.73.40.93.AB.98.BE.C2.68.45.04.53", "74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D"),
      {},
-     "line 52: the SourceClip has the InstanceUID of the Timecode 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D at "
-     "line 28; give one of them another"},
+     "cannot be put into ORIGINAL: line 53: the SourceClip has the InstanceUID of the Timecode "
+     "74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D at "
+     "line 29; give one of them another"},
     {"month out of range",
      replaced("Month>10<", "Month>256<"),
-     {"line 4: " + kPreface + "FileLastModified: '256' is no number from 0 to 255 for Month"},
+     {"line 5: " + kPreface + "FileLastModified: '256' is no number from 0 to 255 for Month"},
      ""},
     {"time that lacks a part",
      without("types:Second"),
-     {"line 4: " + kPreface + "FileLastModified: Second is missing or empty, and the value needs it"},
+     {"line 5: " + kPreface + "FileLastModified: Second is missing or empty, and the value needs it"},
      ""},
     {"rate without denominator",
      without("types:Denominator"),
-     {"line 39: " + kTrack + "EditRate: Denominator is missing or empty, and the value needs it"},
+     {"line 40: " + kTrack + "EditRate: Denominator is missing or empty, and the value needs it"},
      ""},
     {"rate of letters",
      replaced("<types:Numerator>", "<types:Numerator>x"),
-     {"line 39: " + kTrack + "EditRate: 'x48000' is no number from -2147483648 to 2147483647 for Numerator"},
+     {"line 40: " + kTrack + "EditRate: 'x48000' is no number from -2147483648 to 2147483647 for Numerator"},
      ""},
     {"rate as text",
      replaced("<types:Numerator>48000</types:Numerator>", "48000/1"),
-     {"line 39: " + kTrack + "EditRate: '48000/1' is text where only elements are expected"},
+     {"line 40: " + kTrack + "EditRate: '48000/1' is text where only elements are expected"},
      ""},
     {"root of another kind",
      only("<?xml version=\"1.0\"?>\n<html><body/></html>\n"),
      {"line 2: the root element is html in no namespace, not MetadataSets in the namespace urn:SMPTE:S377M",
       "line 2: there is no set body in no namespace"},
-     "cannot be put into ORIGINAL: the document has no set that could be read; nothing is written"},
+     "cannot be put into ORIGINAL: the document has no set that could be read"},
     {"misspelt root",
      both(replaced("<s377m:MetadataSets ", "<s377m:MetaDataSets "),
           replaced("</s377m:MetadataSets>", "</s377m:MetaDataSets>")),
-     {"line 2: the root element is MetaDataSets in the namespace urn:SMPTE:S377M, not MetadataSets in the namespace "
+     {"line 3: the root element is MetaDataSets in the namespace urn:SMPTE:S377M, not MetadataSets in the namespace "
       "urn:SMPTE:S377M"},
      ""},
     {"root alone",
      only("<s377m:MetadataSets xmlns:s377m=\"urn:SMPTE:S377M\"/>\n"),
      {},
-     "cannot be put into ORIGINAL: the document has no set that could be read; nothing is written"},
-    {"empty file", only(""), {}, "line 1, column 1: invalid document structure"},
-    {"blank file", only(" \n"), {}, "line 2, column 1: invalid document structure"},
-    {"text that is no XML", only("Hello\n"), {}, "line 1, column 1: invalid document structure"},
+     "cannot be put into ORIGINAL: the document has no set that could be read"},
+    {"empty file", only(""), {}, "not well-formed XML: line 1, column 1: invalid document structure"},
+    {"blank file", only(" \n"), {}, "not well-formed XML: line 2, column 1: invalid document structure"},
+    {"text that is no XML", only("Hello\n"), {}, "not well-formed XML: line 1, column 1: invalid document structure"},
     {"UTF-16 that says UTF-8", inUTF16(), {}, ""},
     {"UTF-8 that says UTF-16", replaced("encoding=\"UTF-8\"", "encoding=\"UTF-16\""), {}, ""},
     {"Latin 1 that says UTF-8",
      replaced("Timecode track", "Zeitspur f\xfcr alle"),
      {},
-     "line 22, column 44: a character is not in UTF-8; save the text as UTF-8, or name its encoding in the XML "
+     "not well-formed XML: line 23, column 44: a character is not in UTF-8; save the text as UTF-8, or name its "
+     "encoding in the XML "
      "declaration"},
     {"unknown encoding",
      replaced("encoding=\"UTF-8\"", "encoding=\"KOI8-R\""),
      {},
-     "line 1, column 1: encoding 'KOI8-R' is not supported"},
+     "not well-formed XML: line 1, column 1: encoding 'KOI8-R' is not supported"},
     {"control character",
      replaced("Timecode track",
               "Time\x01"
               "code"),
      {},
-     "line 22, column 39: invalid character 0x1"},
+     "not well-formed XML: line 23, column 39: invalid character 0x1"},
     {"character reference to a control character",
      replaced("Timecode track", "Time&#1;code"),
      {},
-     "line 22, column 42: invalid character reference"},
+     "not well-formed XML: line 23, column 42: invalid character reference"},
     {"entity that nobody declared",
      replaced("Timecode track", "Time&nbsp;code"),
      {},
-     "line 22, column 44: entity 'nbsp' not found; document type declarations, which define entities, are not read"},
+     "not well-formed XML: line 23, column 44: entity 'nbsp' not found; document type declarations, which define "
+     "entities, are not read"},
     {"blank before the declaration",
      replaced("<?xml ", " <?xml "),
      {},
-     "line 1, column 8: XML or TEXT declaration must start at line 1, column 1"},
+     "not well-formed XML: line 1, column 8: XML or TEXT declaration must start at line 1, column 1"},
     {"two roots",
      replaced("</s377m:MetadataSets>", "</s377m:MetadataSets><more/>"),
      {},
-     "line 234, column 22: comment or processing instruction expected"},
+     "not well-formed XML: line 235, column 22: comment or processing instruction expected"},
     {"two declarations of a prefix",
      replaced("xmlns:types=", "xmlns:rp210=\"urn:SMPTE:RP210\" xmlns:types="),
      {},
-     "line 2, column 137: attribute 'xmlns:rp210' is already specified for element 's377m:MetadataSets'"},
+     "not well-formed XML: line 3, column 137: attribute 'xmlns:rp210' is already specified for element "
+     "'s377m:MetadataSets'"},
     {"namespace of types that is no other",
      replaced("<types:Numerator>48000<", "<types:Numerator xmlns:types=\"urn:SMPTE:Types\">48000<"),
-     {"line 39: " + kTrack + "EditRate: 'types:Numerator' is no part of the value"},
+     {"line 40: " + kTrack + "EditRate: 'types:Numerator' is no part of the value"},
      ""},
 };
 
@@ -499,7 +505,7 @@ TEST_P(MistakeTest, IsToldAndKeepsNothingElseFromBeingPutBack) {
   EXPECT_EQ(result.exitCode, GetParam().refusal.empty() ? 0 : 1);
   ASSERT_EQ(std::filesystem::exists(copy_), GetParam().refusal.empty());
   if (!GetParam().refusal.empty()) return;
-  EXPECT_EQ(run({"export", copy_}).out, GetParam().alsoPutBack(edited_));
+  EXPECT_EQ(withoutDescription(run({"export", copy_}).out), withoutDescription(GetParam().alsoPutBack(edited_)));
 }
 
 TEST_P(MistakeTest, KeepsEverythingFromBeingPutBackWhereMistakesCount) {

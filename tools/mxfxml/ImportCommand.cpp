@@ -158,14 +158,16 @@ void ImportCommand::editFile() const {
 
 void ImportCommand::merge(const LosslessXML::Document& document, Edit::File& file) const {
   try {
-    const auto edited = file.read(document, {isStructuralOnly_, start_, mergesAnyway_, expectsUnchanged_});
+    const Edit::MergeOptions options{isStructuralOnly_, start_, mergesAnyway_, expectsUnchanged_};
+    const auto edited = file.read(document, options);
     report(edited.import.diagnostics);
+    const auto merged = file.merge(edited, options);
     if (edited.isOfEarlierState) {
       printMessage(into_->u8string() +
                    ": warning: the file has changed since the document was exported; the document is compared with "
                    "the file as it is now");
     }
-    printRemarks(*into_, file.merge(edited));
+    printRemarks(*into_, merged);
   } catch (const Edit::DocumentOfOtherFile& error) {
     throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message() +
                          "; --merge-anyway merges it all the same");
