@@ -22,7 +22,7 @@ struct KLVView {
   uint8 lengthOctets;
   const uint8* value;
   std::size_t size;
-  std::string_view octets;  // all of it
+  std::string_view octets;  // key, length and value
 };
 
 /// The sets of one state, and the rows of its primer packs.
@@ -56,7 +56,7 @@ State readState(const Bytes& bytes) {
   return state;
 }
 
-/// Takes out of both what has the same octets.
+/// Removes the sets that both states have with the same octets.
 void removeCommon(State& before, State& after) {
   std::unordered_map<std::string_view, std::size_t> waiting;
   for (const auto& set : after.sets) ++waiting[set.octets];
@@ -86,7 +86,7 @@ const Types::UUID* instanceUIDOf(const PartitionMetadata::Entry& entry) {
   return set == nullptr ? nullptr : set->instanceUID();
 }
 
-/// Counts what is left of two states when the common sets are out.
+/// Counts the differences of two states without their common sets.
 class Counter {
  public:
   Counter(const State& before, const State& after, const SharedPtr<const MetaMetadata::Dictionary>& dictionary)

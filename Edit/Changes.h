@@ -17,14 +17,13 @@ struct Changes {
   bool isNone() const { return changedSets + addedSets + removedSets == 0; }
 };
 
-/// Compares two states of header metadata: primer packs, sets and fill, as they are in a file or were written. Sets
-/// with the same octets are unchanged, in whatever order they stand; others are paired by InstanceUID, and those
-/// without one by their key.
-/// @throws Exceptions::ParseError where the octets are no KLVs.
+/// Compares two states of header metadata, each as the octets of its primer packs, sets and fill. Sets with the same
+/// octets are unchanged, whatever their order; the others are paired by InstanceUID, or by key where they have none.
+/// @throws Exceptions::ParseError when the octets are not KLVs.
 Changes changesBetween(const Bytes& before, const Bytes& after,
                        const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
 
-/// The sets of such a state, with the rows of its primer packs.
+/// Parses such a state: its sets, and the rows of its primer packs.
 std::unique_ptr<PartitionMetadata> parseMetadata(const Bytes& state,
                                                  const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
 

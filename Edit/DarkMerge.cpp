@@ -14,7 +14,7 @@ const LengthOctets& find(const DarkKLVs& all, const DarkKey& key) {
   return found == all.end() ? kNone : found->second;
 }
 
-/// Ours may have the KLVs of base with other length fields.
+/// Translates edits of the KLVs of base to those of ours, whose length fields may have other sizes.
 void applyTo(const LengthOctets& ours, const LengthOctets& base, DarkDifference& edits) {
   for (const auto& [ofBase, own] : compareDark(base, ours).recoded) {
     const auto recoded = std::find_if(edits.recoded.begin(), edits.recoded.end(),
@@ -38,7 +38,7 @@ DarkMerge::DarkMerge(const PartitionMetadata& ours, const PartitionMetadata& bas
     : mayRemove_(theirs.mayRemove) {
   const auto ofOurs = darkKLVsOf(ours), ofBase = darkKLVsOf(base);
   auto ofTheirs = darkKLVsOf(theirs.partition);
-  for (const auto& [key, octets] : ofBase) ofTheirs[key];  // so that each key is met
+  for (const auto& [key, octets] : ofBase) ofTheirs[key];  // so that the loop visits each key
   for (const auto& [key, after] : ofTheirs) {
     const auto& before = find(ofBase, key);
     auto edits = compareDark(before, after);

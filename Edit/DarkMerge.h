@@ -9,7 +9,7 @@ namespace Vantor::Edit {
 
 /// Merges the edits of KLVs that have no InstanceUID and that the dictionary does not know.
 ///
-/// A KLV that base has and theirs lacks is replaced by one that theirs has and base lacks, under the same key.
+/// A KLV that theirs removes is replaced by one of the same key that theirs adds.
 class DarkMerge {
  public:
   DarkMerge(const PartitionMetadata& ours, const PartitionMetadata& base, const Theirs& theirs);
@@ -17,9 +17,9 @@ class DarkMerge {
   /// Whether theirs has the KLVs of base.
   bool isUnchanged() const { return isUnchanged_; }
 
-  /// Adds a KLV of ours back to it, as the edit leaves it.
+  /// Appends a KLV of ours to it again, edited.
   void merge(const KLV::Key& key, uint8 lengthOctets, const Bytes& value, PartitionMetadata& ours, MergeReport& report);
-  /// Adds the KLVs that replace none. To be called last.
+  /// Appends the added KLVs that replace none. To be called last.
   void addNew(PartitionMetadata& ours) const;
 
  private:

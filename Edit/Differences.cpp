@@ -12,9 +12,9 @@ namespace {
 
 using Types::Identifiers::Identifier;
 
-/// The components of a pixel layout that the exact form of a value has.
+/// The exact form has this many components of a pixel layout.
 constexpr uint32 kComponentsShown = 5;
-/// The octets of the length field of a set that was made.
+/// Octets of the length field of a set that was not read.
 constexpr uint8 kDefaultLengthOctets = 4;
 
 bool isText(Identifier type) {
@@ -84,7 +84,7 @@ const MetadataSet* findOnly(const PartitionMetadata& partition, const Types::UUI
 
 namespace {
 
-/// The usual case, without pairing: both sets have the same properties of their definition and nothing else.
+/// The usual case, which needs no pairing: both sets have the same valid properties and no others.
 bool haveSameValidProperties(const MetadataSet& base, const MetadataSet& theirs, Fidelity fidelity) {
   if (base.invalidBegin() != base.invalidEnd() || theirs.invalidBegin() != theirs.invalidEnd()) return false;
   auto left = base.begin(), right = theirs.begin();
@@ -167,7 +167,7 @@ DarkKLVs darkKLVsOf(const PartitionMetadata& partition) {
 
 namespace {
 
-/// Takes out what is in both.
+/// Removes what both have.
 void removeCommon(LengthOctets& left, LengthOctets& right) {
   const auto isInRight = [&right](uint8 octets) {
     const auto found = std::find(right.begin(), right.end(), octets);
@@ -182,7 +182,7 @@ void removeCommon(LengthOctets& left, LengthOctets& right) {
 
 DarkDifference compareDark(LengthOctets before, LengthOctets after) {
   removeCommon(before, after);
-  // A length field of no given size matches any.
+  // Length fields of no given size come first, since they match any.
   std::stable_partition(after.begin(), after.end(), [](uint8 octets) { return octets == 0; });
   DarkDifference difference;
   const auto pairs = std::min(before.size(), after.size());

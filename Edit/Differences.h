@@ -11,17 +11,17 @@
 /// How the sets of two states of one partition differ.
 namespace Vantor::Edit {
 
-/// How much of a value two states are compared by.
+/// How closely values are compared.
 enum class Fidelity {
-  kWhole,  ///< every octet, but for final NULs of texts and the item size of empty collections
-  kLetter  ///< what documents without a description show: pixel layouts up to the fifth component, texts of items
-           ///< without their padding, no empty collection
+  kWhole,  ///< every octet, except final NULs of texts and the item size of empty collections
+  kLetter  ///< what the exact form shows: the first five components of pixel layouts, texts of items without padding,
+           ///< no empty collections
 };
 
-/// Whether two properties hold the same. @param base, theirs  null for a property that a set does not have.
+/// Whether two properties have the same value. @param base, theirs  null for a property that a set does not have.
 bool areSame(const Element* base, const Element* theirs, Fidelity fidelity = Fidelity::kWhole);
 
-/// The set with an InstanceUID; null for none and for several.
+/// The only set with an InstanceUID; null when none or several have it.
 const MetadataSet* findOnly(const PartitionMetadata& partition, const Types::UUID& instanceUID);
 
 inline const DarkParsedGroup* asGroup(const MetadataSet* set) { return dynamic_cast<const DarkParsedGroup*>(set); }
@@ -31,29 +31,30 @@ std::vector<PropertyPair> differingProperties(const MetadataSet& base, const Par
                                               const MetadataSet& theirs, const PartitionDictionary& theirTags,
                                               Fidelity fidelity = Fidelity::kWhole);
 
-/// Whether two sets, dark groups included, hold the same, whatever the octets of their length fields.
+/// Whether two sets, dark groups included, have the same content. The sizes of their length fields do not count.
 bool areSame(const MetadataSet& base, const PartitionDictionary& baseTags, const MetadataSet& theirs,
              const PartitionDictionary& theirTags, Fidelity fidelity = Fidelity::kWhole);
 
-/// The content of a set besides its InstanceUID, as octets that are equal for sets that hold the same.
+/// The content of a set, except its InstanceUID, as octets that are equal for equal content.
 std::string contentOf(const MetadataSet& set, const PartitionDictionary& tags);
 
-/// Octets of a length field: as many as are written for that many, or 0 for the writer's choice.
-/// @param size  the value of the length field.
+/// The size in octets with which a length field is written; 0 leaves it to the writer.
+/// @param octets  the size asked for; a value that needs more gets more.
+/// @param size    the value of the length field.
 uint8 writtenLengthOctets(uint8 octets, uint64 size);
 
-/// Whether the length field of a set has another size in their state. Sets that were not read from KLV leave the size
-/// to the writer.
+/// Whether a set has a length field of another size in theirs. Sets that were not read from KLV leave the size to the
+/// writer.
 bool hasOtherLengthOctets(const MetadataSet& base, const MetadataSet& theirs);
 
-/// A KLV without InstanceUID, identified by its key and octets.
+/// Identifies a KLV without InstanceUID by its key and value.
 using DarkKey = std::pair<KLV::Key, Bytes>;
 /// `writtenLengthOctets` of each of the KLVs with the same content.
 using LengthOctets = std::vector<uint8>;
 using DarkKLVs = std::map<DarkKey, LengthOctets>;
 DarkKLVs darkKLVsOf(const PartitionMetadata& partition);
 
-/// How KLVs of one content differ: in number, and in their length fields.
+/// How the KLVs with one content differ: in number, and in their length fields.
 struct DarkDifference {
   LengthOctets removed = {};
   LengthOctets added = {};

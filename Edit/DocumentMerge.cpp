@@ -51,7 +51,7 @@ void requireSharedSet(const PartitionMetadata& theirs, const PartitionMetadata& 
   raise<DocumentOfOtherFile>("the document is of another file or partition: none of its InstanceUIDs is in the file");
 }
 
-/// Sets of two kinds with one InstanceUID cannot be in one document.
+/// No document can have sets of two kinds with one InstanceUID.
 void requireDistinctSets(const PartitionMetadata& ours) {
   for (const MetadataSet* set : ours.sets()) {
     if (set->instanceUID() == nullptr) continue;
@@ -80,7 +80,7 @@ DocumentForm formOf(const LosslessXML::Document& document, const PartitionMetada
   return form;
 }
 
-/// A document that lacks the set that it starts from would remove everything.
+/// Without the set that it starts from, a document would remove everything.
 void requireStart(const PartitionMetadata& theirs, const PartitionMetadata& ours, const DocumentForm& form) {
   if (theirs.entries().empty()) raise<InvalidFormat>("the document has no set that could be read");
   if (form.start || theirs.preface() != nullptr || ours.preface() == nullptr) return;

@@ -11,28 +11,28 @@
 
 namespace Vantor::Edit {
 
-/// A document without any package that the file has.
+/// The document shares no package with the file.
 class DocumentOfOtherFile : public Exceptions::InvalidFormat {
  public:
   using InvalidFormat::InvalidFormat;
 };
 
-/// A document of the file as it was before another edit.
+/// The file has changed since the document was exported.
 class FileHasChanged : public Exceptions::InvalidFormat {
  public:
   using InvalidFormat::InvalidFormat;
 };
 
-/// How a document is merged. A document that describes itself needs none of these.
+/// How a document is merged. One that describes itself needs none of these.
 struct MergeOptions {
-  /// For a document that does not describe itself: it is an export of structural sets; otherwise it is one of all sets.
+  /// For a document without description: whether it is an export of the structural sets only, not of all sets.
   bool isStructuralOnly = false;
-  /// For a document that does not describe itself: the set that it starts from, as `PartitionMetadata::find` takes it;
-  /// empty for the Preface.
+  /// For a document without description: the set that it starts from, as `PartitionMetadata::find` takes it; empty for
+  /// the Preface.
   std::string start = {};
-  /// Merge a document although it and the file have different packages.
+  /// Merge a document even if it shares no package with the file.
   bool mergesOtherFile = false;
-  /// Refuse a document of an earlier state of the file; otherwise the file as it is now is the base.
+  /// Refuse a document when the file has changed since the export, instead of taking the file as it is now as the base.
   bool expectsUnchanged = false;
 };
 
@@ -50,17 +50,16 @@ struct DocumentReport : MergeReport {
   bool isOfEarlierState = false;
 };
 
-/// Reads the sets of a document of a partition.
+/// Reads the sets of a document that was exported from a partition.
 /// @param ours  the partition as it is now.
-/// @throws Exceptions::InvalidFormat when two kinds of sets of ours share an InstanceUID; what
+/// @throws Exceptions::InvalidFormat when sets of two kinds in ours share an InstanceUID; what
 /// `LosslessXML::Document::import` throws.
 EditedDocument readDocument(const LosslessXML::Document& document, const PartitionMetadata& ours,
                             const MergeOptions& options);
 
-/// Merges them into the partition, which stays as it was when this throws.
-/// @throws DocumentOfOtherFile naming a package of each, FileHasChanged; Exceptions::InvalidFormat as `merge`, when the
-/// document has no set that could be read or lacks the one that it starts from, and when a set of it has no valid
-/// InstanceUID.
+/// Merges these sets into the partition, which is unchanged when this throws.
+/// @throws DocumentOfOtherFile naming a package of each; FileHasChanged; Exceptions::InvalidFormat as `merge`, and when
+/// no set of the document could be read, the set that it starts from is missing, or a set has no valid InstanceUID.
 MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours, const MergeOptions& options);
 
 }  // namespace Vantor::Edit

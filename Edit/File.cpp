@@ -23,7 +23,7 @@ using DataIO::File::FileDataSource;
 using Exceptions::IOError;
 using Exceptions::raise;
 
-/// What is to be written, worked out.
+/// What saving will write.
 struct Plan {
   SaveReport report;
   MXF::MetadataReplacements replacements;
@@ -48,12 +48,12 @@ bool haveSameInstanceUIDs(const PartitionMetadata& left, const PartitionMetadata
   return std::all_of(pairs.begin(), pairs.end(), [&](const SetPairing::SetPair& pair) {
     const auto *leftUID = pair.first->instanceUID(), *rightUID = pair.second->instanceUID();
     if (leftUID == nullptr || rightUID == nullptr) return leftUID == rightUID;
-    // Sets with the same content that nothing refers to may be paired in any way.
+    // Sets with the same content that no reference leads to may be paired either way.
     return *leftUID == *rightUID || hasSame(*pair.first, left, right);
   });
 }
 
-/// No property gets a local tag that a dark set has.
+/// Properties get none of the local tags used in dark sets.
 void reserveDarkTags(PartitionMetadata& metadata) {
   auto& tags = metadata.partitionDictionary();
   for (const MetadataSet* set : metadata.sets()) {
@@ -78,7 +78,7 @@ class File::State {
   State(const Path& path, SharedPtr<const MetaMetadata::Dictionary> dictionary,
         std::optional<MXF::PartitionChoice> partition)
       : path_(withoutStoppedChange(path)),
-        fileState_(DataIO::File::stateOf(path)),  // before the first look into the file
+        fileState_(DataIO::File::stateOf(path)),  // before anything is read from the file
         dictionary_(std::move(dictionary)),
         choice_(partition),
         file_(std::make_unique<FileDataSource>(path)),
@@ -114,7 +114,7 @@ class File::State {
     if (MXF::fits(*source_, plan.replacements)) {
       MXF::replaceInPlace(path, fileState_, plan.replacements);
     } else {
-      file_.reset();  // some systems replace no open file
+      file_.reset();  // some systems do not replace open files
       plan.report.durability = MXF::rewrite(path, fileState_, plan.replacements, path, progress);
     }
     reopen();
@@ -151,7 +151,7 @@ class File::State {
     reserveDarkTags(*metadata_);
   }
 
-  /// After the file was changed: everything but the metadata themselves, which are what it has now.
+  /// Brings all but the metadata up to date with the changed file; the metadata are what was just written to it.
   void reopen() {
     file_ = std::make_unique<FileDataSource>(*path_);
     source_ = file_.get();

@@ -23,14 +23,14 @@ void addTargets(const MetadataSet& set, Targets& targets) {
   targets.insert(all.begin(), all.end());
 }
 
-/// What happens to one set of ours.
+/// The edits of one set of ours.
 struct SetEdit {
   std::vector<PropertyEdit> properties = {};
   const DarkParsedGroup* group = nullptr;  // of theirs, to replace one of ours
   std::optional<uint8> lengthOctets = {};
 };
 
-/// Works out all edits before it applies the first, so that nothing is changed where one of them fails.
+/// Plans all edits before it applies the first, so that nothing is changed when one of them fails.
 class Merger {
  public:
   Merger(PartitionMetadata& ours, const PartitionMetadata& base, const Theirs& theirs, const Scope& scope)
@@ -89,7 +89,7 @@ class Merger {
     report_.rejected.push_back({RejectedEdit::Reason::kOtherKind, set.fullName(), theirs.name()});
   }
 
-  /// Nothing identifies one of the sets that share an InstanceUID.
+  /// Sets that share an InstanceUID cannot be identified.
   void planOneOfSeveral(const MetadataSet& set, const MetadataSet* theirs) {
     const auto& all = ours_.findByInstanceUID(*set.instanceUID());
     if (&set != all.front() || !scope_.shows(set)) return;
@@ -111,7 +111,7 @@ class Merger {
     }
   }
 
-  /// A set that is removed may be the target of a set that theirs does not show.
+  /// A set that theirs does not show may refer to one that theirs removes.
   void refuseLostTargets() const {
     if (removed_.empty()) return;
     std::unordered_map<Types::UUID, const MetadataSet*> removed;
@@ -163,7 +163,7 @@ class Merger {
     for (const MetadataSet* set : added_) addSet(*set);
   }
 
-  /// The local tags within sets of which nothing is known are not given to properties.
+  /// Properties get none of the local tags used in new or replaced dark groups.
   void reserveTags() {
     auto& tags = ours_.partitionDictionary();
     for (const MetadataSet* set : added_) reserveTags(asGroup(set), tags);
@@ -173,7 +173,7 @@ class Merger {
     if (group != nullptr) reserveDarkTags(group->key(), group->value().data(), group->value().size(), tags);
   }
 
-  /// Puts every KLV of ours back in its order, but for those that are removed or replaced.
+  /// Puts the KLVs of ours back in their order, without removed ones and with replacements.
   void rebuild() {
     for (auto& entry : ours_.releaseEntries()) {
       if (auto* dark = std::get_if<auto_ptr<DarkMetadataSet>>(&entry)) {

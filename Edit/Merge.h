@@ -13,9 +13,9 @@ namespace Vantor::Edit {
 /// The state that an edit leads to.
 struct Theirs {
   const PartitionMetadata& partition;
-  /// Properties that the document has, but that could not be read, by `keyOf`.
+  /// Properties that the document has but that could not be read, by `keyOf`.
   std::unordered_set<std::string> unread = {};
-  /// Whether what the state omits is to be removed: not where parts of it could not be read.
+  /// Whether to remove what theirs omits; false when parts of it could not be read.
   bool mayRemove = true;
 
   /// @param instanceUID  of the set.
@@ -29,12 +29,12 @@ struct MergePlace {
   std::string property;  ///< empty for the set itself
 };
 
-/// An edit that was not merged, because it fits no set of ours.
+/// An edit that was not merged, because it cannot be assigned to a set of ours.
 struct RejectedEdit {
   enum class Reason {
     kSharedInstanceUID,  ///< several sets have the InstanceUID
-    kNoInstanceUID,      ///< the set has none, and its content is another
-    kOtherKind           ///< theirs is a set of another kind with the InstanceUID
+    kNoInstanceUID,      ///< the set has none, so its content is all that identifies it
+    kOtherKind           ///< theirs has a set of another kind with the InstanceUID
   };
   Reason reason;
   std::string set;          ///< as in `MergePlace`
@@ -43,21 +43,20 @@ struct RejectedEdit {
 
 /// What a merge left out.
 struct MergeReport {
-  std::vector<MergePlace> kept = {};  ///< what theirs omits, and what stays because nothing may be removed
+  std::vector<MergePlace> kept = {};  ///< omitted by theirs, and kept because nothing may be removed
   std::vector<RejectedEdit> rejected = {};
 };
 
-/// Merges the difference between base and theirs into ours, and changes nothing else of it.
+/// Merges the difference between base and theirs into ours, and leaves everything else alone.
 ///
-/// What is the same in base and theirs keeps everything that it has in ours: octets, local tags, octets of length
-/// fields, order. Sets are identified by their InstanceUIDs; sets without one, and sets that share theirs with another,
-/// stay as they are. KLVs of which nothing is known are identified by key and octets. New sets come at the end.
-/// References that the scope hides stay.
+/// What base and theirs have in common keeps its octets, local tags, length fields and order in ours. Sets are
+/// identified by InstanceUID; those without one, and those that share one, are left alone. Dark KLVs without
+/// InstanceUID are identified by key and value. New sets are appended. References that the scope hides are kept.
 ///
-/// @param base   what theirs was made from; may be ours itself. All three have one dictionary.
-/// @param scope  what of the base theirs shows.
-/// @throws Exceptions::InvalidFormat naming set and property for a value that the property cannot have, and for a set
-/// that theirs omits although a set that theirs does not show refers to it. Nothing is changed then.
+/// @param base   what theirs was made from; may be ours itself. All three share one dictionary.
+/// @param scope  the part of the base that theirs shows.
+/// @throws Exceptions::InvalidFormat naming set and property for a value that the property cannot have; naming both
+/// sets when theirs removes one to which another that theirs does not show refers. Nothing is changed then.
 MergeReport merge(PartitionMetadata& ours, const PartitionMetadata& base, const Theirs& theirs, const Scope& scope);
 
 }  // namespace Vantor::Edit

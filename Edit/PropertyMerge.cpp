@@ -54,7 +54,7 @@ auto_ptr<Types::SimpleDataType> collectionOf(const ReferenceTargets& targets, co
   return value;
 }
 
-/// Treats references that the edit omits as not shown, so that they stay. Returns whether there are any.
+/// Takes omitted references for hidden ones, so that they are kept. Returns whether there are any.
 bool keepOmitted(ReferenceTargets& shown, const ReferenceTargets& theirs) {
   const std::unordered_set<Types::UUID> there(theirs.begin(), theirs.end());
   const auto end = std::remove_if(shown.begin(), shown.end(), [&](const auto& one) { return there.count(one) == 0; });
@@ -95,7 +95,7 @@ class Places {
     }
   }
 
-  /// What one state has as an unknown property may be a known one in the other.
+  /// An unknown property of one state may be a known one of the other.
   Element* findByTag(const Element& unknown, const PartitionDictionary& unknownTags) const {
     const auto* label = unknownLabelOf(unknown, unknownTags);
     const auto tag = label != nullptr ? tags_.tryFindTag(*label) : tagInOctets(unknown, unknownTags);
@@ -154,7 +154,7 @@ bool PropertyMerge::mayChange(const PropertyPair& edit, const MetadataSet& set) 
   return false;
 }
 
-/// Handles a property of which references are hidden, or are to stay. Returns false for any other.
+/// Plans a property with references that are hidden or kept. Returns false for any other property.
 bool PropertyMerge::planReferences(const PropertyPair& edit, Element& place, const MetadataSet& set,
                                    std::vector<PropertyEdit>& edits) {
   const auto all = targetsOf(&place), theirs = targetsOf(edit.right);

@@ -6,14 +6,14 @@
 
 namespace Vantor::Edit {
 
-/// One edit of a property of a set of ours, worked out and not applied yet.
+/// A planned edit of one property of ours.
 struct PropertyEdit {
   Element* place = nullptr;               ///< the property of ours; null for one to be added
   const Element* theirs = nullptr;        ///< null for one to be removed
   auto_ptr<Types::SimpleDataType> value;  ///< its new value; null for none
 };
 
-/// Works out and applies the edits of properties.
+/// Plans and applies the edits of properties.
 class PropertyMerge {
  public:
   /// All arguments outlive this.

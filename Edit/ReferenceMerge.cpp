@@ -7,7 +7,7 @@ namespace Vantor::Edit {
 
 namespace {
 
-/// The result while it grows; finds places by target.
+/// The result under construction, which finds places by target.
 class Row {
  public:
   using Place = std::list<Types::UUID>::iterator;
@@ -16,7 +16,7 @@ class Row {
     for (auto at = row_.begin(); at != row_.end(); ++at) places_.emplace(*at, at);
   }
 
-  /// What follows goes behind a target, if it is there.
+  /// Makes a target the place to insert behind, if it is there.
   void moveBehind(const Types::UUID& target) {
     const auto found = places_.find(target);
     if (found != places_.end()) last_ = found->second;
@@ -29,7 +29,7 @@ class Row {
 
  private:
   std::list<Types::UUID> row_;
-  Place last_;  // the end for the very first place
+  Place last_;  // the place to insert behind; the end stands for the very front
   std::unordered_map<Types::UUID, Place> places_;
 };
 

@@ -15,13 +15,13 @@ Repetitions::Like Repetitions::like(std::size_t partition) {
   return Like::kNone;
 }
 
-/// None where something is wrong with it, which reading or replacing the metadata reports.
+/// None for damaged metadata, which reading or replacing them reports.
 std::optional<MXF::MetadataRoom> Repetitions::roomOf(std::size_t partition) {
   try {
     const auto room = MXF::findMetadataRoom(source_, structure_, partition);
     if (room) return MXF::withoutFill(source_, *room);
   } catch (const Exceptions::BaseException&) {
-    // It is like no other then.
+    // Damaged metadata repeat no others.
   }
   return std::nullopt;
 }

@@ -9,8 +9,8 @@
 
 namespace Vantor::Edit {
 
-/// Finds the partitions with the same header metadata, octet for octet but for the fill behind them, without parsing
-/// sets. A recording may have thousands of them.
+/// Finds repetitions of header metadata: the same bytes, except for the fill behind them. Parses no sets, because a
+/// recording may have thousands of repetitions.
 class Repetitions {
  public:
   /// Both arguments outlive this.
@@ -18,7 +18,7 @@ class Repetitions {
 
   enum class Like {
     kHeader,   ///< the header partition
-    kEarlier,  ///< the last partition that gave kNone
+    kEarlier,  ///< the last partition for which the answer was kNone
     kNone      ///< neither; also where the metadata are damaged
   };
   /// To be called in file order, for partitions behind the header partition.

@@ -7,7 +7,7 @@ namespace Vantor::Edit {
 
 namespace {
 
-/// The set that a reference leads to: the first of several.
+/// The set that a reference leads to; the first one of several.
 const MetadataSet* targetOf(const Types::UUID& instanceUID, const PartitionMetadata& partition) {
   const auto& found = partition.findByInstanceUID(instanceUID);
   return found.empty() ? nullptr : found.front();

@@ -6,27 +6,27 @@
 
 namespace Vantor::Edit {
 
-/// How a document was exported, as far as it decides what the document omits.
+/// How a document was exported: what decides which sets and references it omits.
 struct DocumentForm {
   bool isNested = true;
   bool isStructuralOnly = false;
   std::optional<Types::UUID> start = {};  ///< where it starts; none for the Preface
-  /// Whether the document does not describe itself, so that it may have the letter of the exported form, in which some
-  /// references are an empty property: those to dark groups and those to sets that are written elsewhere.
+  /// Whether this is an assumption, for a document without description. It may then have the exact form, in which
+  /// references to dark groups and to sets that are written elsewhere are empty properties.
   bool isAssumed = false;
 };
 
-/// Which sets and references of the base a document of a form shows.
+/// The sets and references of the base that a document of a form shows.
 class Scope {
  public:
-  /// All of it.
+  /// Shows everything.
   explicit Scope(const PartitionMetadata& base);
   /// @param theirs  the sets of the document. Both outlive this.
   /// @throws Exceptions::InvalidFormat when the set that the document starts from is not in the base.
   Scope(const PartitionMetadata& base, const PartitionMetadata& theirs, const DocumentForm& form);
 
   bool shows(const MetadataSet& set) const { return isWhole_ || shown_.count(&set) != 0; }
-  /// Whether the form hides a reference to a set within the property that holds it.
+  /// Whether the form leaves a reference to this set out of its property.
   bool hides(const Types::UUID& target, bool isStrong) const;
   bool isLetter() const { return theirs_ != nullptr; }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Marks what the XMLBuilder library offers; everything else in it is hidden.
+/// Marks what the XMLBuilder library exports; all its other symbols are hidden.
 #if defined(_WIN32)
 #if defined(VANTOR_XMLBUILDER_EXPORTS)
 #define VANTOR_XMLBUILDER_EXPORT __declspec(dllexport)

@@ -18,13 +18,13 @@ namespace Vantor {
 class MetadataSet;
 class PartitionMetadata;
 
-/// The XML of header metadata that loses nothing on its way there and back, and that names what it is an export of.
+/// Header metadata to XML and back without loss. Documents describe what they are an export of.
 ///
-/// Documents have the form of `XMLBuilder::partition2XML`, except for what that form hides: see `exportDocument`. The
-/// reader takes documents of either kind.
+/// Documents have the form of `XMLBuilder::partition2XML`, but hide nothing: see `exportDocument`. The reader accepts
+/// documents of both kinds.
 namespace LosslessXML {
 
-/// What a document is an export of, in a processing instruction before its root:
+/// What a document is an export of. The document has it as a processing instruction before the root:
 /// `<?mxfxml form="nested" sets="all" partition="header" vocabulary="legacy" metadata="0123456789ABCDEF"?>`.
 struct Description {
   bool isNested = true;           ///< form="nested" or form="flat"
@@ -33,25 +33,25 @@ struct Description {
   std::optional<Types::UUID> start = {};
   std::string partition = "header";  ///< which partition of the file: "header", "footer" or its number
   MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy;
-  uint64 digest = 0;  ///< `digestOf` the whole partition, including what the document leaves out
+  uint64 digest = 0;  ///< `digestOf` the whole partition, with what the document leaves out
 };
 
 struct ExportOptions {
   bool nestStrongReferences = true;
   bool excludeNonStructural = false;
   const MetadataSet* start = nullptr;  ///< null for the Preface
-  /// Which partition of a file this is: "header", "footer" or a number. Stated in the description, and not used.
+  /// Which partition of the file this is: "header", "footer" or a number. Only written into the description.
   std::string partition = "header";
 };
 
 /// Builds the document that `XMLBuilder::partition2XML` builds, with these differences:
-/// - A processing instruction `mxfxml` before the root describes the document; one that starts from a set other than
-///   the Preface and without InstanceUID has none.
-/// - Where references nest, a reference whose target is a dark parsed group or stands elsewhere in the document has the
-///   pointer that it has where they do not. References to what `excludeNonStructural` leaves out are left out.
-/// - A value whose text would read back as other octets is written as its bytes, as an unknown property is: in
+/// - A processing instruction `mxfxml` before the root describes the document, unless the document starts from a set
+///   without InstanceUID that is not the Preface.
+/// - A nested document has a pointer, as a flat one does, for a reference to a dark group or to a set that is written
+///   elsewhere. References to sets that `excludeNonStructural` leaves out are left out.
+/// - A value whose text would not read back as the same octets is written as octets, like an unknown property: in
 ///   "groups:ExtensionElements", marked with its tag or label. Final NULs of a text do not count.
-/// - A collection without items is an empty element, whether it is required or not.
+/// - An empty collection is written as an empty element, required or not.
 ///
 /// @return the document, owned by the caller: destroying the node destroys all of it. Empty when there is no set to
 ///         start from.
@@ -63,33 +63,33 @@ VANTOR_XMLBUILDER_EXPORT std::unique_ptr<xercesc::DOMNode> exportDocument(Partit
 VANTOR_XMLBUILDER_EXPORT std::string exportBytes(PartitionMetadata& partition, const ExportOptions& options,
                                                  XMLUtils::EncodingType encoding);
 
-/// Where in a document something is.
+/// A place in a document.
 struct Place {
   uint64 line = 0;            ///< from 1; 0 when it is not known
   std::string set = {};       ///< the symbol of the set, with its InstanceUID when it has one; empty outside of sets
   std::string property = {};  ///< the symbol of the property; empty for the set itself
 };
 
-/// Content that was not read, or not as it stands. `describe` has the English.
+/// Content of a document that was not read, or not as it stands; `describe` renders it in English.
 struct Diagnostic {
-  /// One kind for each sentence. Behind each, its arguments; a namespace is its URI, empty for none.
+  /// The comment of each kind lists its arguments. A namespace is its URI, empty for none.
   enum class Kind {
-    // Names that the dictionary or the document's form lacks. What has them was not read, but for the root.
+    // Names unknown to the dictionary and to the form of documents. Nothing with such a name was read, except the root.
     kUnknownRoot,          ///< name, namespace
-    kUnknownSet,           ///< name, namespace, InstanceUID in dotted form or nothing; no set has the name
-    kSetOfOtherNamespace,  ///< the same; the dictionary has a set of the name
+    kUnknownSet,           ///< name, namespace, dotted InstanceUID or nothing; no set has this name
+    kSetOfOtherNamespace,  ///< the same; a set has this name in another namespace
     kUnknownProperty,      ///< name, namespace: of a child of a set
     kUnknownExtension,     ///< name, namespace: of a child of groups:ExtensionElements
     kUnknownAttribute,     ///< name, namespace: of an attribute of a set
     kStrayAttribute,       ///< element, name, namespace: of an attribute of any other element
     kStrayText,            ///< the text, quoted: where only elements are expected
-    // Repetitions. The first counts.
+    // Content that occurs twice. The first occurrence counts.
     kSecondElement,          ///< name: of a child of a set
     kSecondProperty,         ///< symbol: an extension element for a property that the set has
     kSecondUnknownProperty,  ///< no argument: an unknown property with the tag of another one
     kSecondReference,        ///< no argument: in a property that refers to one set
     kSecondPreface,          ///< no argument; it was read
-    kDifferentCopy,          ///< line of the first copy, nothing when both have the same: the set stands there twice
+    kDifferentCopy,          ///< line of the first copy, nothing when both are on one line
     // Values.
     kInvalidValue,         ///< reason
     kInvalidDarkSet,       ///< reason
@@ -113,21 +113,21 @@ struct Diagnostic {
 /// One line in English, with the place in front.
 VANTOR_XMLBUILDER_EXPORT std::string describe(const Diagnostic& diagnostic);
 
-/// A property that the document has, but not in a form that could be read.
+/// A property that the document has, but whose value could not be read.
 struct UnreadProperty {
   MetadataSet* set;
   std::string property;  ///< the symbol
 };
 
-/// What an import made, and what it could not.
+/// The sets that an import made, and what it could not read.
 struct Import {
   std::vector<MetadataSet*> sets;  ///< of children of the root and of the floating container, in document order
-  /// In the order of the document, but for missing targets, which come last.
+  /// In document order; missing targets come last.
   std::vector<Diagnostic> diagnostics;
   std::vector<UnreadProperty> unread;
 };
 
-/// A document that was loaded, and not yet read. Reading it does not change it. One thread at a time may use it.
+/// A parsed document, whose sets are not read yet. Reading does not change it. For one thread at a time.
 class Document {
  public:
   /// @param bytes  copied where need be; encodings as in `XML2Partition`.
@@ -143,32 +143,33 @@ class Document {
   VANTOR_XMLBUILDER_EXPORT const std::optional<Description>& description() const;
   /// The vocabulary of the first element below the root that is in a namespace of either; none when no element is.
   VANTOR_XMLBUILDER_EXPORT std::optional<MetaMetadata::Vocabulary> vocabulary() const;
-  /// Whether more sets stand within references than are pointed at from elsewhere; true for a document without either.
+  /// Whether references nest, judged by counts: more sets stand inside references than sets at the top are pointed at,
+  /// or none of those at the top is.
   VANTOR_XMLBUILDER_EXPORT bool isNested() const;
 
   /// Makes the sets of the document in a partition. Differs from the functions of `XML2Partition` in these ways:
   ///
-  /// - Sets keep their InstanceUIDs, and dark groups theirs. A set element without one stays without where it stands
-  ///   below the root or floats, and gets a new one within a reference.
-  /// - A set that the document has twice is one set.
+  /// - Sets and dark groups keep their InstanceUIDs. A set without one gets a new one inside a reference, and none
+  ///   below the root or in the floating container.
+  /// - A set that occurs twice in the document becomes one set.
   /// - Fractions of a second are scaled back. JPEG 2000 values are read with and without an element around them, and
-  ///   children of values in either vocabulary. An empty text is a text, and so is white space.
+  ///   children of values in either vocabulary. Empty texts and white space are values.
   /// - Elements and attributes are found by namespace and name, whatever prefix the document gives the namespace.
-  /// - An unknown property whose tag means a property that the set may have, or that the dictionary has, becomes that
-  ///   property when its octets decode and would be written back as they are, as in a file.
-  /// - Texts of an array that are not of one length are padded with NULs to the longest.
+  /// - An unknown property becomes a known one, as in a file, if its tag stands for a property of the set or of the
+  ///   dictionary, and its octets decode and would be written back unchanged.
+  /// - Texts of an array are padded with NULs to the longest of them.
   /// - Values that cannot be read and content that has no meaning become diagnostics.
   ///
-  /// @param partition  its dictionary has to have the vocabulary of the document. No local tag of a dark set is given
-  ///                   to a property: what it means stood in the primer of the file. With a base, the partition is to
-  ///                   have a copy of its primer.
+  /// @param partition  receives the sets; its dictionary has the vocabulary of the document. Properties get none of the
+  ///                   local tags used in dark sets, whose meaning only the primer of the file has. With a base, the
+  ///                   partition must have a copy of its primer.
   /// @param base       the partition that the document was exported from; null when it is not known. It confirms what
   ///                   the document alone cannot: missing targets, dark sets that are no local sets, second properties,
-  ///                   sets without InstanceUID, second Prefaces. Without one, missing targets of pointers that are
-  ///                   named Dangling_REF, such dark sets, second unknown properties and sets without InstanceUID are
-  ///                   taken as they are.
-  /// @throws InvalidFormat, naming both, for two different sets of one InstanceUID, one of which the partition may have
-  ///         had before. What was made before the failure stays in the partition.
+  ///                   sets without InstanceUID, second Prefaces. Without one, missing targets of pointers named
+  ///                   Dangling_REF, dark sets that are no local sets, second unknown properties and sets without
+  ///                   InstanceUID are accepted.
+  /// @throws InvalidFormat, naming both, for two different sets with one InstanceUID, one of which may have been in the
+  ///         partition before. Sets made before the failure stay in the partition.
   VANTOR_XMLBUILDER_EXPORT Import import(PartitionMetadata& partition, const PartitionMetadata* base = nullptr) const;
 
  private:

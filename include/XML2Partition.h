@@ -8,24 +8,23 @@ namespace Vantor {
 class MetadataSet;
 class PartitionMetadata;
 
-/// An XML document of header metadata back to metadata sets.
+/// Reads metadata sets from an XML document of header metadata.
 ///
-/// These functions keep to the letter of their form, which loses a part of what an export writes; see `LosslessXML` for
-/// the way back that loses nothing.
+/// These functions read the exact form, which loses a part of what an export writes; `LosslessXML` reads without loss.
 ///
 /// Every element child of the root whose local name is the "XMLTagName" of a set in the partition's dictionary becomes
 /// a set, with the sets nested in it; the children of `groups:FloatingDarkMetadata` become sets or dark metadata sets.
-/// Other elements are skipped. Sets get InstanceUIDs of their own; within one call, every reference and every set of
-/// the document that names one InstanceUID is given the same new one.
+/// Other elements are skipped. Sets get new InstanceUIDs; within one call, all sets and references of the document with
+/// the same InstanceUID get the same new one.
 ///
 /// The sets belong to the partition. No lock is taken: calls may run at once on different partitions.
 ///
 /// @return the sets made from children of the root and of the floating container, in document order. Sets nested in
 ///         them and dark sets are not listed.
-/// @throws ParseError for anything that the XML parser or an XPath look-up reports, such as a text that is no XML or a
+/// @throws ParseError for anything that the XML parser or an XPath look-up reports, such as text that is not XML, or a
 ///         document without the prefixes of its values; its message starts with the kind of the failure.
-/// @throws InvalidFormat and InvalidLength for values that are not what their property demands. What was made before
-///         the failure stays in the partition.
+/// @throws InvalidFormat and InvalidLength for values that are not what their property demands. Sets made before the
+///         failure stay in the partition.
 namespace XML2Partition {
 
 /// @param buffer     the document in UTF-8, UTF-16 (recognised without a byte order mark, too), or what its XML

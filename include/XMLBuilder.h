@@ -28,13 +28,13 @@ namespace XMLBuilder {
 
 VANTOR_AUTO_PTR_BEGIN
 
-/// Builds the document from the partition's Preface, the first one if there are several. `LosslessXML` has a form that
-/// hides nothing.
+/// Builds the document from the partition's Preface, the first one if there are several. `LosslessXML` writes documents
+/// that hide nothing.
 /// @param partition             may be null.
 /// @param nestStrongReferences  true writes the target of a strong reference inside the property that refers to it,
-///                              false writes it beside the referring set and a pointer in the property.
-/// @param excludeNonStructural  leaves out the targets of references that are not structural metadata (ST 377-1), such
-///                              as descriptive metadata, where they are referred to.
+///                              false writes it behind the referring set, and a pointer in the property.
+/// @param excludeNonStructural  leaves out, wherever a reference leads to it, what is not structural metadata (ST
+///                              377-1), such as descriptive metadata.
 /// @return the document, owned by the caller; destroying the node destroys all of it. Empty when the partition is null
 ///         or has no Preface.
 /// @throws NestingTooDeep when nested references lead more than 1,000 sets deep, naming the set; other exceptions of
