@@ -19,7 +19,7 @@ using Exceptions::raise;
 constexpr std::array<const char*, kRegisterKinds> kRegisterFiles = {"Groups.xml", "Elements.xml", "Types.xml",
                                                                     "Labels.xml"};
 
-/// As much as a dictionary file may have; the registers of SMPTE take a few megabytes.
+/// The largest dictionary file; the registers of SMPTE take a few megabytes.
 constexpr std::uintmax_t kLargestRegister = std::uintmax_t{64} << 20;
 
 /// Refuses pipes and devices, which may have no end, and files of another kind.

@@ -7,12 +7,11 @@
 
 namespace Vantor::Registers {
 
-/// Adds the definitions of files to others: dictionary files (docs/dictionary-format.md), the XML registers that SMPTE
-/// publishes, or folders that hold Groups.xml, Elements.xml, Types.xml and perhaps Labels.xml. Files are recognised by
-/// content.
+/// Reads definitions from files: dictionary files (docs/dictionary-format.md), the XML registers that SMPTE publishes,
+/// or folders with Groups.xml, Elements.xml, Types.xml and perhaps Labels.xml. Files are recognised by content.
 ///
-/// Registers come first, whatever the order of the files, and replace what is defined already; groups, elements and
-/// types are needed together. The dictionary files follow in their order. Checks that need all definitions are left to
+/// Registers are read first, whatever the order of the files, and replace what is defined already; Groups, Elements and
+/// Types are needed together. Dictionary files follow in their order. Checks that need all definitions are left to
 /// `Definitions::check`.
 /// @throws Exceptions::InvalidFormat or Exceptions::IOError naming the file and, where there is one, the line.
 void readDictionaryFiles(const std::vector<Path>& files, Definitions& into);

@@ -10,8 +10,8 @@
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Types.h"
 
-/// Entries of SMPTE's metadata registers that define something: those of the kind LEAF, deprecated ones included, since
-/// files hold them. Keys are as registered, octet 8, the version, included.
+/// The entries of SMPTE's metadata registers that define something: those of the kind LEAF, deprecated ones included,
+/// since files hold them. Keys are as registered, with their version in octet 8.
 namespace Vantor::Registers {
 
 /// A register by what it lists: sets (ST 395), properties (ST 335), types (ST 2003) or labels (ST 400).
@@ -31,7 +31,7 @@ struct GroupEntry {
   KLV::Key key;  ///< octet 6 is 0x7f, whatever the coding
   std::string symbol;
   std::optional<KLV::Key> parent;
-  std::string klvSyntax;  ///< values of octet 6 that the group may have: two digits each, between blanks
+  std::string klvSyntax;  ///< values of octet 6 that the group may have: two digits each, separated by blanks
   bool isConcrete = true;
   Templates::vector<GroupProperty> properties;  ///< in the order of the register
   Origin origin;
@@ -79,7 +79,7 @@ struct TypeEntry {
 struct LabelEntry {
   KLV::Key key;
   std::string symbol;
-  std::string name;  ///< UTF-8; white space is single blanks
+  std::string name;  ///< UTF-8, with single blanks for white space
   Origin origin;
 };
 

@@ -11,7 +11,7 @@
 
 namespace Vantor::Registers {
 
-/// The fields that the library needs, of entries, records and facets. Their names are those of the elements.
+/// The fields of entries, records and facets that the library needs, named after their elements.
 enum class RegisterField : uint8 {
   kUL,
   kSymbol,
@@ -39,7 +39,7 @@ class RegisterFields {
   void begin(const Origin& origin);
   const Origin& origin() const { return origin_; }
 
-  /// Where the text of the element of that name goes; null for an element that the library does not need.
+  /// The place for the text of the element with this name; null for an element that the library does not need.
   wstring* textOf(std::u16string_view name);
 
   /// UTF-8, trimmed, with single blanks between words. Empty when there is no such field.

@@ -59,7 +59,7 @@ RegisterGroups::RegisterGroups(const Entries& entries)
     : entries_(entries), index_(entries.groups, entries), isHeaderMetadata_(entries.groups.size(), false) {
   for (const auto& group : entries_.groups) {
     if (!hasWord(group.klvSyntax, kLocalSetCoding) || isElsewhere(group.key)) continue;
-    // One that is marked has marked its ancestors already, which also ends circles.
+    // A marked group has marked its ancestors already. This also ends cycles.
     for (const auto* at = &group; at != nullptr && !isHeaderMetadata(*at); at = parentOf(*at)) {
       isHeaderMetadata_[placeOf(*at)] = true;
       if (!at->parent || find(*at->parent) != nullptr) continue;

@@ -21,7 +21,8 @@ class RegisterGroups {
   /// Whether the group defines something with an identifier of its own, by which references name it: a data definition
   /// or the definition of a set.
   bool isDefinition(const GroupEntry& group) const;
-  /// Whether header metadata holds such sets, coded with 2-byte tags and lengths, or sets that inherit from it.
+  /// Whether header metadata holds sets of this group, coded with 2-byte tags and lengths, or of one that inherits from
+  /// it.
   bool isHeaderMetadata(const GroupEntry& group) const { return isHeaderMetadata_[placeOf(group)]; }
   /// These groups, by key.
   Templates::vector<const GroupEntry*> headerMetadata() const;

@@ -13,7 +13,7 @@ namespace {
 
 using std::u16string_view;
 
-// Where the elements stand; what is deeper belongs to no register that is known.
+// Depths of the elements; deeper ones belong to no known register.
 constexpr std::size_t kRootDepth = 1;
 constexpr std::size_t kEntriesDepth = 2;
 constexpr std::size_t kEntryDepth = 3;

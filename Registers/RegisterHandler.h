@@ -11,19 +11,19 @@
 
 namespace Vantor::Registers {
 
-/// Takes a register out of the events of a parser: the fields of each entry, and those of each item of an entry, which
-/// is a record of a group or a facet of a type.
+/// Collects a register from the events of a parser: the fields of each entry and of its items, which are the records of
+/// a group or the facets of a type.
 ///
 ///     <GroupsRegister><Entries><Entry>fields <Contents><Record>fields</Record>...</Contents></Entry>...
 ///
-/// Made for one document. Exceptions that it throws pass through the parser.
+/// For one document. Exceptions that it throws pass through the parser.
 class RegisterHandler : public xercesc::DefaultHandler {
  public:
   /// @param file  for messages.
   /// @param into  is not changed before `finish`.
   RegisterHandler(std::string file, Entries& into) : file_(std::move(file)), into_(into) {}
 
-  /// Hands over the entries of a document that was parsed to its end.
+  /// Hands over the entries, once the document was parsed to its end.
   /// @throws Exceptions::InvalidFormat when there are none.
   void finish();
 
@@ -37,7 +37,7 @@ class RegisterHandler : public xercesc::DefaultHandler {
   [[noreturn]] void fatalError(const xercesc::SAXParseException& exception) override;
 
  private:
-  /// What makes a document a register of one kind.
+  /// The names of elements in a register of one kind.
   struct Shape {
     std::u16string_view root;
     std::u16string_view items;
@@ -47,7 +47,7 @@ class RegisterHandler : public xercesc::DefaultHandler {
 
   void startRoot(std::u16string_view name);
   void beginField(RegisterFields& fields, std::u16string_view name);
-  /// Names the file and the line of the element that is open.
+  /// Throws, naming the file and the line of the open element.
   template <class... Arguments>
   [[noreturn]] void refuse(const Exceptions::Format& what, const Arguments&... arguments) const;
   Origin here() const;

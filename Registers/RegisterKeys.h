@@ -3,8 +3,8 @@
 #include "Core/KLV/Key.h"
 #include "Core/Platform/Types.h"
 
-/// Keys of the SMPTE registers from their last eight octets, in version 1 of the register. Compare with
-/// `KLV::Key::matches`, which leaves the version out.
+/// Keys of the SMPTE registers from their last eight octets, in version 1 of the register. Compare them with
+/// `KLV::Key::matches`, which ignores the version.
 namespace Vantor::RegisterKeys {
 
 constexpr KLV::Key key(uint8 category, uint8 registry, uint64 tail) {

@@ -24,14 +24,14 @@ class RegisterProperties {
   /// @throws Exceptions::InvalidFormat when two elements or two types have one key.
   RegisterProperties(const Entries& entries, const RegisterGroups& groups, Definitions& texts);
 
-  /// What the register lists for the group, and before it what files have besides.
+  /// The properties that the register lists for the group, after those that files have in addition.
   Templates::vector<GroupProperty> propertiesOf(const GroupEntry& group) const;
-  /// The origin of the result is that of the element, in the registers.
-  /// @throws Exceptions::InvalidFormat when the element or its type is not in the registers or wrong there; afterwards
-  ///         the object can only be destroyed.
+  /// The definition of a property, whose origin is that of its element in the registers.
+  /// @throws Exceptions::InvalidFormat when the element or its type is missing from the registers or wrong there;
+  ///         afterwards the object can only be destroyed.
   PropertyDefinition define(const GroupEntry& group, const GroupProperty& property);
 
-  /// Those of all properties so far, by the keys of their types.
+  /// The enumerations of all properties defined so far, by the keys of their types.
   const std::map<KLV::Key, UsedEnumeration>& enumerations() const { return enumerations_; }
 
  private:

@@ -14,7 +14,7 @@ struct CoreType {
   Identifier type;
 };
 
-/// Types that are more than what they are made of.
+/// Types with a core type of their own, whatever they are made of.
 constexpr CoreType kCoreTypes[] = {
     {RegisterKeys::type(0x0101200100000000), kPosition},             // PositionType, an Int64
     {RegisterKeys::type(0x0101200200000000), kLength},               // LengthType, an Int64
@@ -68,7 +68,7 @@ Identifier integerOf(const TypeEntry& entry) {
   }
 }
 
-/// More than any chain of types in the registers has.
+/// Longer than any chain of types in the registers.
 constexpr std::size_t kLongestChain = 100;
 
 RegisteredType single(Identifier value) {
@@ -85,7 +85,7 @@ RegisteredType enumerationOf(const TypeEntry& entry, RegisteredType base) {
   return base;
 }
 
-/// Items that are no values or differ in size make a collection that cannot be taken apart.
+/// A collection whose items are not values, or vary in size, cannot be taken apart.
 RegisteredType collectionOf(Identifier collection, RegisteredType item) {
   if (item.collection != kNone || typeSize(item.value) == 0) return single(kDataStream);
   item.collection = collection;
@@ -98,7 +98,7 @@ RegisteredType referenceOf(Identifier value, const TypeEntry& entry) {
   return type;
 }
 
-/// Whether the type is carried by what its base is carried by, one way or another.
+/// Whether the type is carried as its base is.
 bool isDerived(const TypeEntry& entry) {
   const bool hasBase = entry.kind == TypeKind::kRename || entry.kind == TypeKind::kEnumeration ||
                        entry.kind == TypeKind::kVariableArray || entry.kind == TypeKind::kSet;

@@ -8,26 +8,26 @@
 
 namespace Vantor::Registers {
 
-/// What carries the values of a registered type.
+/// The core types that carry the values of a registered type.
 struct RegisteredType {
   /// `kArray`, `kBatch`, or `kNone` for a single value.
   Types::Identifiers::Identifier collection = Types::Identifiers::kNone;
-  /// The core type of the value or of every item; `kDataStream` where there is none but the bytes.
+  /// The core type of the value or of every item; `kDataStream` where no other fits.
   Types::Identifiers::Identifier value = Types::Identifiers::kDataStream;
   const TypeEntry* enumeration = nullptr;  ///< names the numbers of the value; null when there are no names
   std::optional<KLV::Key> target;          ///< the group that a reference leads to
 };
 
-/// Finds what carries the types of a register. Types that nobody asks for may be wrong.
+/// Resolves the types of a register to core types, one by one on request: a wrong type that is never requested does no
+/// harm.
 class RegisterTypes {
  public:
   /// @param entries  stay where they are, unchanged, for as long as this object lives.
   /// @throws Exceptions::InvalidFormat when two types have one key.
   explicit RegisterTypes(const Entries& entries) : entries_(entries), index_(entries.types, entries) {}
 
-  /// @return none when the register has no such type.
-  /// @throws Exceptions::InvalidFormat when the type is made of none, of one that the register does not have, or of
-  ///         itself.
+  /// @return none when the register lacks the type.
+  /// @throws Exceptions::InvalidFormat when the type has no base, one that the register lacks, or itself.
   std::optional<RegisteredType> find(const KLV::Key& key) const;
 
  private:
