@@ -37,8 +37,8 @@ bool isNamed(const DOMElement& element, const wstring& uri, const wstring& name)
          xercesc::XMLString::equals(element.getNamespaceURI(), uri.c_str());
 }
 
-/// What an element and those around it bind a prefix to; null when nothing does. The document's own look-up steps
-/// through all attributes of them all, which is what most of an import would be where there are many.
+/// The namespace to which an element and those around it bind a prefix; null for none. The document's own look-up steps
+/// through all attributes of each, which would take most of an import where there are many.
 const XMLCh* declaredNamespace(const DOMElement& element, const wstring& prefix) {
   const wstring declaration = u"xmlns:" + prefix;
   for (const DOMNode* node = &element; node != nullptr && node->getNodeType() == DOMNode::ELEMENT_NODE;
@@ -55,7 +55,7 @@ bool isName(const wstring& text) { return xercesc::XMLChar1_0::isValidNCName(tex
 wstring childStep(const wstring& prefix, const wstring& name) { return u"./" + prefix + u":" + name; }
 
 #if !VANTOR_WITH_XQILLA
-/// The failure of a path that no engine is there to report; worded as the engine words it.
+/// The failure of a path when there is no engine to report it, in the engine's words.
 class PathException : public xercesc::DOMException {
  public:
   explicit PathException(wstring message) : message_(std::move(message)) { describe(); }

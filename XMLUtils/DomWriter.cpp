@@ -64,7 +64,7 @@ void DomWriter::write(const DOMNode& top) {
   if (indented_ && (type == DOMNode::DOCUMENT_NODE || type == DOMNode::ELEMENT_NODE)) out_ += u'\n';
 }
 
-/// Writes what comes before a node's children. Returns the first child, with a frame made, or null for a finished node.
+/// Writes what precedes a node's children. Returns the first child, after pushing a frame, or null for a finished node.
 const DOMNode* DomWriter::open(const DOMNode& node) {
   switch (node.getNodeType()) {
     case DOMNode::ELEMENT_NODE:

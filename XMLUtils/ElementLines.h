@@ -12,11 +12,11 @@ XERCES_CPP_NAMESPACE_END
 
 namespace Vantor::XMLUtils {
 
-/// The lines on which the elements of a document start; the DOM does not keep them.
+/// The lines of the elements of a document, which the DOM does not keep.
 class ElementLines {
  public:
-  /// A parser as `createParser` makes, that enters the elements of what it parses here. This object outlives it. The
-  /// documents have no XPath engine.
+  /// A parser as `createParser` makes it, which records here the lines of the elements that it parses. This object
+  /// outlives it. Its documents have no XPath engine.
   Holder<xercesc::DOMLSParser> createParser();
 
   /// The line, from 1, on which the start tag of an element ends, or that of the element around any other node; 0 when

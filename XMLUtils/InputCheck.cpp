@@ -57,7 +57,7 @@ xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstri
   return refusalAt(line, at - lineStart + 1, message);
 }
 
-/// Steps from one piece of markup to the next, the way Xerces' WFXMLScanner does.
+/// Steps from one piece of markup to the next, as Xerces' WFXMLScanner does.
 template <class Text>
 class LimitCheck {
  public:
@@ -200,7 +200,7 @@ class LimitCheck {
 
   Text text_;
   std::size_t at_ = 0;
-  std::vector<std::size_t> attributes_;  // of each element that is open
+  std::vector<std::size_t> attributes_;  // of each open element
   std::size_t attributesInScope_ = 0;
 };
 
@@ -239,7 +239,7 @@ Input utf16(const uint8* bytes, std::size_t size, bool isMarked, u16string_view 
   return {bytes + mark, size - mark, wstring(encoding)};
 }
 
-/// The encoding that an XML declaration names; empty when there is none.
+/// The encoding that an XML declaration names; empty for none.
 wstring declaredEncoding(const uint8* bytes, std::size_t size) {
   constexpr std::size_t kLongestDeclaration = 256;
   const wstring text(bytes, bytes + std::min(size, kLongestDeclaration));
@@ -252,7 +252,7 @@ wstring declaredEncoding(const uint8* bytes, std::size_t size) {
   return text.substr(open + 1, close - open - 1);
 }
 
-/// Upper case without punctuation, in which the names of encodings vary: "ISO_8859-1" is "ISO88591".
+/// The name in upper case without punctuation, since encodings are spelt in many ways: "ISO_8859-1" is "ISO88591".
 wstring comparable(const wstring& name) {
   wstring text;
   for (const char16_t unit : name) {
@@ -265,7 +265,7 @@ wstring comparable(const wstring& name) {
   return text;
 }
 
-/// The name that the parser knows the encoding by; empty when `checkLimits` cannot look at such text.
+/// The name by which the parser knows the encoding; empty when `checkLimits` cannot read such text.
 wstring encodingNamed(const wstring& declared) {
   constexpr std::pair<u16string_view, u16string_view> kFamilies[] = {
       {u"ISO8859", u"ISO-8859-"}, {u"WINDOWS125", u"WINDOWS-125"}, {u"CP125", u"WINDOWS-125"}};
@@ -292,7 +292,7 @@ bool hasTranscoder(const wstring& encoding) {
   return transcoder != nullptr;
 }
 
-/// 8-bit text that calls itself UTF-16 has been converted since, and UTF-8 is what it was converted to.
+/// 8-bit text that declares UTF-16 was converted later, and to UTF-8.
 wstring octetEncoding(const uint8* bytes, std::size_t size) {
   const auto declared = declaredEncoding(bytes, size);
   const auto name = comparable(declared);

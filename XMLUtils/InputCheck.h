@@ -14,13 +14,13 @@ struct Input {
   wstring encoding;  ///< overrides the XML declaration
 };
 
-// What these functions refuse is an xercesc::SAXParseException with line, column, and a message that names neither.
+// These functions refuse input with an xercesc::SAXParseException, which has line and column; its message has neither.
 
 /// Recognises UTF-16; takes the encoding of 8-bit text from the XML declaration, UTF-8 by default.
 ///
-/// Of 8-bit encodings, takes those in which the octets of markup are those of ASCII and mean nothing else, as
-/// `checkLimits` requires: UTF-8, US-ASCII, ISO 8859 and the Windows code pages 1250 to 1258, also by names such as
-/// latin1 and cp1252. Refuses any other.
+/// Accepts the 8-bit encodings in which the bytes of markup are those of ASCII and mean nothing else, as `checkLimits`
+/// requires: UTF-8, US-ASCII, ISO 8859 and the Windows code pages 1250 to 1258, also by names such as latin1 and
+/// cp1252. Refuses any other.
 Input recognise(const uint8* bytes, std::size_t size);
 
 /// Refuses a document beyond `kMaximumDepth` or `kMaximumAttributes` before a parser spends time and memory on it, and

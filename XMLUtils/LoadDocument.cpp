@@ -126,8 +126,8 @@ void unescapeAll(DOMDocument& document) {
   }
 }
 
-/// Whether the text may hold an escape, spelt out or with character references. Every encoding that is accepted has the
-/// octet of '#' in it then.
+/// Whether the text may hold an escape, spelt out or with character references. In every accepted encoding it has the
+/// byte of '#' then.
 bool mayHoldEscapes(const Input& input) {
   return input.size != 0 && std::memchr(input.bytes, '#', input.size) != nullptr;
 }

@@ -21,8 +21,8 @@ constexpr std::size_t kMaximumDepth = 1000;
 /// element.
 constexpr std::size_t kMaximumAttributes = 1000;
 
-/// An element and all those around it may have this many attributes together: whatever resolves a prefix looks through
-/// them.
+/// An element and all those around it may have this many attributes together: resolving a prefix looks through them
+/// all.
 constexpr std::size_t kMaximumAttributesInScope = 2000;
 
 /// Makes a synchronous parser for the functions below.
@@ -30,11 +30,11 @@ Holder<xercesc::DOMLSParser> createParser();
 
 /// Parses a document in memory.
 ///
-/// UTF-16 is recognised with and without a byte order mark, UTF-8 with one, and then whatever encoding the XML
-/// declaration names. Other text is in the encoding that the declaration names, UTF-8 without one: UTF-8, US-ASCII, ISO
-/// 8859 or a Windows code page from 1250 to 1258, also by names such as latin1 and cp1252. `$#x...;` of
-/// `escapeForbidden` is undone in text, CDATA sections, attribute values, comments and processing instructions; `$#x0;`
-/// stays, as a DOM string ends at a NUL. White space is kept: see `cleanEmptyTextNodes`.
+/// UTF-16 is recognised with and without a byte order mark, UTF-8 with one, whatever the XML declaration names. Other
+/// text is in the encoding that the declaration names, or else in UTF-8: US-ASCII, ISO 8859 or a Windows code page from
+/// 1250 to 1258, also by names such as latin1 and cp1252. `$#x...;` of `escapeForbidden` is undone in text, CDATA
+/// sections, attribute values, comments and processing instructions; `$#x0;` stays, as a DOM string ends at a NUL.
+/// White space is kept: see `cleanEmptyTextNodes`.
 ///
 /// Input is not trusted. A document type declaration is skipped unread, so there are no entities but the five of XML,
 /// and a reference to another one is an error; a declaration with brackets or '>' in comments or literals, where

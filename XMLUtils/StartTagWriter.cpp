@@ -33,7 +33,7 @@ bool isDeclarable(u16string_view prefix, u16string_view uri) {
   return prefix.empty() || (!uri.empty() && prefix != u"xml" && prefix != kXmlns);
 }
 
-/// Whether a name of the element, but for the attribute's own, needs the prefix in another meaning than the attribute.
+/// Whether another name of the element needs the prefix in a meaning other than the attribute's.
 bool isPrefixTaken(const DOMNode& element, const DOMNode& attribute) {
   const auto prefix = viewOf(attribute.getPrefix());
   if (viewOf(element.getPrefix()) == prefix) return true;
@@ -85,7 +85,7 @@ void StartTagWriter::fixElement(const DOMNode& element, std::size_t scope) {
   if (scopes_.uri(prefix) == uri || !isDeclarable(prefix, uri)) return;
   const bool isDeclaredHere = scopes_.isBoundSince(scope, prefix);
   if (element.getLocalName() == nullptr) {
-    // Made by createElement, it has no namespace but those that its own attributes and its name's text stand for.
+    // An element of createElement has no namespace; only its own attributes and the text of its name imply some.
     const bool isQualified = u16string_view(element.getNodeName()).find(u':') != u16string_view::npos;
     if (isQualified || isDeclaredHere) return;
   }

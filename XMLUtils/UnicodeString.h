@@ -12,8 +12,8 @@ namespace Vantor::XMLUtils {
 
 /// UTF-16 text in the pointer forms that the DOM and the loading functions take.
 ///
-/// A view is valid until the string is assigned to, moved from or destroyed. Text may hold NULs, but whoever takes a
-/// view as NUL-terminated sees the part before the first one.
+/// A view is valid until the string is assigned to, moved from or destroyed. Text may hold NULs, but a reader of
+/// NUL-terminated text sees only the part before the first one.
 class UnicodeString {
  public:
   UnicodeString() = default;
