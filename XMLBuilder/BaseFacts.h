@@ -11,8 +11,8 @@
 
 namespace Vantor::XML2Partition {
 
-/// What the partition that a document was exported from has, where a document alone does not show whether something is
-/// as the file has it or a mistake. Looks nothing up before it is asked.
+/// Facts about the partition that a document was exported from. They decide whether something unusual in the document
+/// comes from the file or is a mistake. Looked up on demand.
 class BaseFacts {
  public:
   /// @param base  null when it is not known.
@@ -22,22 +22,22 @@ class BaseFacts {
 
   // The base has to be known.
 
-  /// Whether a reference to this InstanceUID may stay: there is such a set, or a reference to it that dangles.
+  /// Whether the base has a set with this InstanceUID, or a dangling reference to it.
   bool hasTarget(const Types::UUID& instanceUID);
   bool hasDarkSet(const KLV::Key& key, const Bytes& octets);
-  /// Whether there is one more set of a name that has no InstanceUID; each call takes one of them.
+  /// Takes one of the sets of a name that have no InstanceUID; false when none is left.
   bool takeWithoutInstanceUID(const std::string& name);
   std::size_t count(const KLV::Key& key) const { return base_->find(key).size(); }
 
-  /// Extension properties of one set by their label, or by their tag where that has none.
+  /// An extension property by its label, or by its tag where it has none.
   using PropertyName = std::pair<KLV::Key, uint16>;
   using PropertyCounts = std::map<PropertyName, std::size_t>;
   /// The name of an extension property. @param tags  of its partition.
   static PropertyName nameOf(const Element& property, const PartitionDictionary& tags);
   static PropertyName nameOf(const MetaMetadata::MetaElement& definition);
   static PropertyName nameOf(uint16 tag, const PartitionDictionary& tags);
-  /// How often the set of the same InstanceUID has each of its extension properties. For a set without InstanceUID, the
-  /// most that one of the sets of its kind has that lack theirs, too.
+  /// How often the set with the same InstanceUID has each of its extension properties. For a set without InstanceUID,
+  /// the highest counts among the sets of its kind without one.
   PropertyCounts extensionsOf(const MetadataSet& set) const;
 
  private:

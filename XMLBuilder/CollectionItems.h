@@ -5,10 +5,10 @@
 
 namespace Vantor::XML2Partition {
 
-/// Whether values of a type have no size but their own.
+/// Whether values of a type vary in size.
 bool isVariableSize(Types::Identifiers::Identifier type);
 
-/// Octets of padding that one collection may get: a short document must not ask for gigabytes that way.
+/// The most octets of padding in one collection, so that a short document cannot demand gigabytes.
 constexpr uint64 kMostPadding = uint64{1} << 24;
 
 /// Fills a collection, item by item.
@@ -16,8 +16,8 @@ class CollectionItems {
  public:
   explicit CollectionItems(Types::Collection& collection) : collection_(collection) {}
 
-  /// @param item  null adds nothing. One without octets takes the room of the others.
-  /// @throws InvalidLength for an item of another size than the others, and for too much room without octets.
+  /// @param item  null adds nothing. An item without octets is padded to the size of the others.
+  /// @throws InvalidLength for an item that differs in size from the others, and for too much padding.
   void append(auto_ptr<Types::SimpleDataType> item);
 
  private:

@@ -22,7 +22,7 @@ namespace {
 /// The children of one compound value.
 class Fields {
  public:
-  /// @param names  all that the value may have.
+  /// @param names  all children that the value may have.
   Fields(const DOMNode& node, std::u16string_view prefix, FieldNames names, ReadingRules& rules)
       : node_(node), prefix_(prefix), rules_(rules) {
     rules.checkFields(node, prefix, names, false);

@@ -6,8 +6,8 @@
 #include "XMLBuilder/ReadingRules.h"
 
 /// Reads the values that are made of child elements. By the exact rules, children are found by name in the namespaces
-/// that the document element declares for the prefixes "types" and "s422mTypes", and a number that is missing or none
-/// is 0.
+/// that the document element declares for the prefixes "types" and "s422mTypes", and a missing or malformed number is
+/// 0.
 namespace Vantor::XML2Partition {
 
 auto_ptr<Types::SimpleDataType> readRational(const xercesc::DOMNode& node, ReadingRules& rules);

@@ -10,8 +10,8 @@ namespace Vantor::XML2Partition {
 void readFloatingContainer(const xercesc::DOMElement& container, ReadingRules& rules, ImportedSets& imported);
 
 /// Reads a dark metadata set into the partition by the exact rules.
-/// @throws InvalidFormat for a key that is none, and naming the key for a value of an odd number of digits (which is
-///         looked at first) or of anything but hexadecimal digits.
+/// @throws InvalidFormat for a malformed key, and naming the key for a value with an odd number of digits (which is
+///         checked first) or with anything but hexadecimal digits.
 void readDarkMetadataSet(const xercesc::DOMElement& element, BlankText blankText, PartitionMetadata& partition);
 
 }  // namespace Vantor::XML2Partition

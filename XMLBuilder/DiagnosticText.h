@@ -4,7 +4,7 @@
 
 namespace Vantor::LosslessXML {
 
-/// What a diagnostic means, without its place.
+/// The English of a diagnostic, without its place.
 std::string textOf(const Diagnostic& diagnostic);
 
 }  // namespace Vantor::LosslessXML

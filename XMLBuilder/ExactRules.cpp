@@ -22,14 +22,14 @@ using namespace XMLBuilder;
 
 namespace {
 
-/// What a prefix that the document does not declare stands for, so that no look-up fails for want of a namespace.
+/// The namespace of a prefix that the document does not declare, so that no look-up fails for want of one.
 constexpr const char16_t* kRegistrationAuthorityURI = u"http://www.smpte-ra.org";
 
 class ExactSource : public SetSource {
  public:
   ExactSource(const DOMElement& element, MetadataSet& set, ExactRules& rules)
       : element_(element), set_(set), rules_(rules), scope_(element) {
-    // Asked before a property can bind the prefix.
+    // Looked up before a property can bind the prefix.
     mayHaveExtensions_ = !scope_.namespaceOf(wstring(Vocabulary::kGroupsPrefix)).empty();
   }
 
@@ -102,7 +102,7 @@ class ExactSource : public SetSource {
   std::size_t unmarked_ = 0;  // unknown properties with neither tag nor label
 };
 
-/// Refuses a part of a value with the condition that it breaks.
+/// Refuses a part of a value, naming the condition that it breaks.
 void require(bool holds, const std::string& condition, const std::string& explanation, int line) {
   if (!holds) Exceptions::raise<Exceptions::InvalidFormat>({"{}: {}", {kValueSource, line}}, condition, explanation);
 }

@@ -8,8 +8,8 @@
 
 namespace Vantor::XML2Partition {
 
-/// How `XML2Partition` reads: to the letter, with all that it loses. Sets keep the InstanceUIDs that they were made
-/// with, and every occurrence of one identifier of the document stands for one of these.
+/// The rules of `XML2Partition`: to the letter of the exact form, losses included. Sets keep the InstanceUIDs that they
+/// were made with; each identifier in the document stands for one of these throughout.
 class ExactRules : public ReadingRules {
  public:
   /// @param root  the document element.
@@ -62,7 +62,7 @@ class ExactRules : public ReadingRules {
 
   BlankText blankText_;
   XMLUtils::ChildLookup rootScope_;  // with the prefixes that the document element declares
-  // Ordered, because the texts are the document's choice, and hashes can be made to meet.
+  // Ordered, because a hostile document could choose texts whose hashes collide.
   std::map<wstring, Types::UUID> identifiers_;
 };
 

@@ -7,7 +7,7 @@
 
 namespace Vantor::XMLBuilder {
 
-/// What the writers of one document share: the document, the namespaces in use, and the one container for what the
+/// Shared by the writers of one document: the document, the namespaces in use, and the one container for sets that the
 /// start set does not lead to. Lives for one call; the caller owns the document.
 class ExportDocument {
  public:
@@ -24,8 +24,8 @@ class ExportDocument {
   /// The same, moved to the last place among the root's children.
   xercesc::DOMElement& lastFloatingContainer();
 
-  /// Called for every set element. A dictionary may give a set the container's name: its element is then found as the
-  /// container, as in a search of the document.
+  /// To be called for every set element. If a dictionary gives a set the container's name, its element serves as the
+  /// container, as a search of the document would find it.
   void noteSetElement(const wstring& qualifiedName);
 
  private:

@@ -6,15 +6,15 @@
 
 namespace Vantor::XMLBuilder {
 
-/// What becomes of references, and of what the form of `partition2XML` hides.
+/// How references are written, and what is hidden.
 struct WritingRules {
   bool nestStrongReferences;
   bool excludeNonStructural;
-  /// Hides nothing: see `LosslessXML::exportDocument`.
+  /// Whether to hide nothing: see `LosslessXML::exportDocument`.
   bool isLossless = false;
 };
 
-/// What the writers of one pass over a partition share.
+/// Shared by the writers of one pass over a partition.
 struct ExportPass {
   PartitionMetadata& partition;
   WritingRules rules;

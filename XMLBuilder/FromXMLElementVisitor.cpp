@@ -65,7 +65,7 @@ void FromXMLElementVisitor::readMember(References& element, const DOMElement& it
   }
 }
 
-/// A collection of references comes to be with its first member; one that is to have none loses it again.
+/// Appending a member creates a collection of references; for an empty collection, the member is removed again.
 template <class References>
 void FromXMLElementVisitor::makeEmpty(References& element) {
   auto placeholder = makeReferenceTo(dataSubType_, Types::UUID());

@@ -11,7 +11,7 @@ namespace Vantor::XML2Partition {
 class FromXMLElementVisitor : public Metadata::Visitors::NonConstElementVisitor {
  public:
   /// @param node        the property's element or attribute.
-  /// @param definition  null for an unknown property, whose text is its bytes in hexadecimal.
+  /// @param definition  null for an unknown property, whose text is its octets in hexadecimal.
   FromXMLElementVisitor(const xercesc::DOMNode& node, const MetaMetadata::MetaElement* definition, ReadingRules& rules);
 
   void visit(ReferenceBatchElement& element) override { readReferences(element); }

@@ -16,7 +16,7 @@ class FromXMLMetaAttributeVisitor : public MetaMetadata::AbstractMetaAttributeVi
   void visit(const MetaMetadata::MisplacedAttribute& attribute) override;
   void visit(const MetaMetadata::MetaAttribute& attribute) override;
 
-  /// Null for a property that the dictionary does not know.
+  /// Null for an unknown property.
   const MetaMetadata::MetaElement* metaElement() const { return metaElement_; }
   /// 0 for a property without a place in the set.
   uint32 schemaIndex() const { return schemaIndex_; }

@@ -7,7 +7,7 @@ namespace Vantor::XML2Partition {
 
 /// Fills one set from its element: each property of the definition from the child that carries its name, the two
 /// identifiers from attributes, and misplaced and unknown properties from "groups:ExtensionElements". A property
-/// without a child or attribute stays as the set was made with.
+/// without a child or attribute stays as it was.
 class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSetVisitor {
  public:
   FromXMLMetadataSetVisitor(const xercesc::DOMElement& element, ReadingRules& rules)
@@ -25,11 +25,11 @@ class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSet
   ReadingRules& rules_;
 };
 
-/// The sets that one import has made from children of the root and of the floating container, in the document's order.
+/// The sets that an import made from children of the root and of the floating container, in document order.
 using ImportedSets = std::vector<MetadataSet*>;
 
-/// Makes a set for an element in the partition and fills it, or returns the one that is there of another element for
-/// the same set. @param imported  lists the set before it is filled, unless it was there; null for no list.
+/// Makes a set for an element and fills it, or returns the set that was made from another element for the same set.
+/// @param imported  receives a new set before it is filled; may be null.
 MetadataSet* importSet(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
                        ReadingRules& rules, ImportedSets* imported = nullptr);
 

@@ -31,7 +31,7 @@ wstring markOf(const DOMElement& element, std::u16string_view name) {
   return mark == nullptr ? wstring() : nodeText(*mark);
 }
 
-/// What makes unknown properties of one name different ones.
+/// The marks are what distinguishes unknown properties, whose elements have one name.
 bool hasSameMarks(const DOMElement& left, const DOMElement& right) {
   return markOf(left, XMLBuilder::Vocabulary::kStaticLocalTag) ==
              markOf(right, XMLBuilder::Vocabulary::kStaticLocalTag) &&
@@ -39,8 +39,8 @@ bool hasSameMarks(const DOMElement& left, const DOMElement& right) {
              markOf(right, XMLBuilder::Vocabulary::kUniversalLabel);
 }
 
-/// Whether a text is that of an element without others within. Looks at no more of the element than the text is long:
-/// long texts may have many copies.
+/// Whether an element without children has this text. Reads no more of the element than the text is long, because long
+/// texts may have many copies.
 bool hasText(const DOMElement& element, std::u16string_view text) {
   for (const DOMNode* child = element.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
     if (child->getNodeType() != DOMNode::TEXT_NODE && child->getNodeType() != DOMNode::CDATA_SECTION_NODE) continue;
@@ -54,7 +54,7 @@ bool hasText(const DOMElement& element, std::u16string_view text) {
 
 bool isSame(const DOMElement& left, const DOMElement& right);
 
-/// Whether two elements hold the same, element by element; stops where they do not.
+/// Compares the content of two elements, child by child; stops at the first difference.
 bool hasSameContent(const DOMElement& left, const DOMElement& right) {
   const auto *leftItem = left.getFirstElementChild(), *rightItem = right.getFirstElementChild();
   if (leftItem == nullptr && rightItem == nullptr) return hasText(left, textContent(right, BlankText::kKeep));
@@ -69,7 +69,8 @@ bool isSame(const DOMElement& left, const DOMElement& right) {
   return isSameName(left, right) && hasSameMarks(left, right) && hasSameContent(left, right);
 }
 
-/// What an element of a reference leads to, as text; empty for a set without an InstanceUID, which is no other's copy.
+/// The InstanceUID that an element inside a reference leads to, as text; empty for a set without one, which is nobody's
+/// copy.
 wstring targetOf(const DOMElement& item) {
   const auto* target = LosslessForms::targetAttribute(item);
   if (target == nullptr) target = LosslessForms::identifierAttribute(item, u"InstanceUID");
@@ -137,7 +138,7 @@ class Comparison {
     report(left == nullptr ? *first_.element : *left, right == nullptr ? copy_ : *right, property);
   }
 
-  /// Sets without one InstanceUID are no copies.
+  /// InstanceUIDs need no comparison: copies share theirs.
   void compareIdentifier(const MetaMetadata::MetaElement& property, const wstring& tag) {
     const auto* left = LosslessForms::identifierAttribute(*first_.element, tag);
     const auto* right = LosslessForms::identifierAttribute(copy_, tag);
@@ -154,7 +155,8 @@ class Comparison {
                {line == report.lineOf(copy) ? std::string() : std::to_string(line)});
   }
 
-  /// Makes the sets that only this copy has within. Nothing would refer to those without an InstanceUID.
+  /// Makes the sets nested in this copy only. Sets without an InstanceUID are left out, since nothing would refer to
+  /// them.
   void readNestedSets(const DOMElement& property) {
     for (const DOMElement* item : XMLUtils::childElements(property)) {
       if (LosslessForms::targetAttribute(*item) != nullptr || !instanceUIDOf(*item)) continue;

@@ -32,7 +32,7 @@ Content contentOf(const DOMElement& element) {
   return {KLV::Key(key, kDottedForm), parseHexString(octets)};
 }
 
-/// Octets of the length field; 0, the writer's choice, when the document has none, or another number, which is
+/// Octets of the length field; 0, the writer's choice, when the document has no number, or an invalid one, which is
 /// reported.
 uint8 lengthOctets(const DOMElement& element, LosslessRules& rules) {
   const auto* attribute = LosslessForms::groupsAttribute(element, XMLBuilder::Vocabulary::kBEROctetCount);
@@ -45,7 +45,7 @@ uint8 lengthOctets(const DOMElement& element, LosslessRules& rules) {
   }
 }
 
-/// Enters a set that can be referred to, and that is the partition's last.
+/// Enters the last set of the partition, if references can lead to it.
 void enter(MetadataSet& set, Content content, const DOMElement& element, LosslessRules& rules) {
   if (set.instanceUID() == nullptr) return;
   auto& report = rules.report();
@@ -56,7 +56,7 @@ void enter(MetadataSet& set, Content content, const DOMElement& element, Lossles
   report.enterDark(std::move(content));
 }
 
-/// Files have such sets, too.
+/// Files, too, have sets with the key of a local set that are none.
 void checkLocalSet(const Content& content, const DOMElement& element, LosslessReport& report) {
   if (!KLV::isLocalSet(content.first)) return;
   if (!report.base().isKnown() || report.base().hasDarkSet(content.first, content.second)) return;
@@ -82,7 +82,7 @@ void reserveTags(const DOMElement& container, PartitionMetadata& partition) {
       const auto [key, octets] = contentOf(*child);
       reserveDarkTags(key, octets.data(), octets.size(), partition.partitionDictionary());
     } catch (const Exceptions::BaseException&) {
-      // It cannot be read, which is reported when that is tried.
+      // Reported when the set is read.
     }
   }
 }

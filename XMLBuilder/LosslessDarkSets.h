@@ -4,15 +4,15 @@
 
 #include "XMLBuilder/LosslessRules.h"
 
-/// How a lossless import treats the sets of which a document has nothing but octets.
+/// Dark sets in a lossless import.
 namespace Vantor::XML2Partition::LosslessDarkSets {
 
-/// Keeps the dynamic local tags within the dark sets of a floating container from being given to properties. Their
-/// meaning stood in the primer of the file, which is not part of a document.
+/// Reserves the dynamic local tags used in the dark sets of a floating container, so that no property gets one. Only
+/// the primer of the file has their meaning, and a document does not contain it.
 void reserveTags(const xercesc::DOMElement& container, PartitionMetadata& partition);
 
-/// Makes a set of an element's octets as a file reader does it, so that references find what has the form of a local
-/// set; one with an InstanceUID that the document has twice is one set. One that cannot be read is reported.
+/// Makes a set from an element's octets, as the reader of files does: a local set becomes a dark group, which
+/// references find. Copies of a dark group become one set. An element that cannot be read is reported.
 /// @throws Clash when another set of the document, or of the partition, has its InstanceUID.
 void read(const xercesc::DOMElement& element, LosslessRules& rules);
 

@@ -104,7 +104,7 @@ auto_ptr<Types::SimpleDataType> emptyValue(Identifier type) {
 }
 
 auto_ptr<Types::SimpleDataType> readUncommon(Identifier type, const wstring& text) {
-  // The exact reader takes a UTF16 that is white space for none.
+  // The exact reader loses a UTF16 that is white space.
   return type == kLocalTag || type == kDataValue || type == kUTF16 ? Types::valueFromText(type, text) : nullptr;
 }
 

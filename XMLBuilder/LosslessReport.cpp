@@ -35,7 +35,7 @@ void LosslessReport::refer(const Types::UUID& target, const xercesc::DOMNode& no
 }
 
 void LosslessReport::finish(const PartitionMetadata& partition) {
-  // Sets are read property by property, in whichever order the document has these.
+  // Sets are read in the order of their definitions, not in that of the document.
   std::stable_sort(result_.diagnostics.begin(), result_.diagnostics.end(),
                    [](const auto& left, const auto& right) { return left.place.line < right.place.line; });
   for (auto& pointer : pointers_) {

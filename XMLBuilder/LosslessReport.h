@@ -20,7 +20,7 @@ namespace Vantor::XML2Partition {
 
 using LosslessXML::Diagnostic;
 
-/// What a lossless import learns on its way through the document: which set stands where, and what could not be read.
+/// Collects what a lossless import finds in the document: which set stands where, and what could not be read.
 class LosslessReport {
  public:
   using Kind = Diagnostic::Kind;
@@ -30,7 +30,7 @@ class LosslessReport {
   LosslessReport(const LosslessReport&) = delete;
   LosslessReport& operator=(const LosslessReport&) = delete;
 
-  /// Names what is being read in the diagnostics, as long as it lives.
+  /// While it lives, diagnostics name this set or property as their place.
   class Reading {
    public:
     /// @param isNamed  whether the set's InstanceUID stands in the document.
@@ -58,7 +58,7 @@ class LosslessReport {
 
   /// @param node  gives the line.
   void add(Kind kind, const xercesc::DOMNode& node, std::vector<std::string> arguments = {});
-  /// The same for something that leaves the property that is being read without what the document has for it.
+  /// The same for a problem that leaves the current property unread.
   void addUnread(Kind kind, const xercesc::DOMNode& node, std::vector<std::string> arguments = {});
 
   /// A set of the document and the element that it was made from.
@@ -71,19 +71,20 @@ class LosslessReport {
   Source* find(const Types::UUID& instanceUID);
   void enter(const Types::UUID& instanceUID, Source source) { sources_.emplace(instanceUID, std::move(source)); }
 
-  /// The key and octets of a set of which no more is known than these.
+  /// A dark set: its key and octets.
   using DarkContent = std::pair<KLV::Key, Bytes>;
-  /// Whether the document had such a set with an InstanceUID.
+  /// Whether the document has this dark set already, with an InstanceUID.
   bool hasDark(const DarkContent& content) const { return dark_.count(content) != 0; }
   void enterDark(DarkContent content) { dark_.insert(std::move(content)); }
 
-  /// Notes a reference, whose target may come later. @param isDangling  the document itself names no set for it.
+  /// Notes a reference, whose target may come later. @param isDangling  whether the document marks it as one without
+  /// target.
   ///
-  /// Two strong references to one set are no diagnostic, although each claims to own the set: files have them, such as
-  /// those of a writer whose floating root set refers strongly to the Preface, and an unedited document would never be
-  /// without one then.
+  /// Two strong references to one set are not reported, although each claims to own the set. Files have them (one
+  /// writer's floating root set refers strongly to the Preface), and even unedited documents of these would have a
+  /// diagnostic.
   void refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling);
-  /// Adds a diagnostic for each reference whose target never came, and puts all in order.
+  /// Sorts the diagnostics, and adds one for each reference whose target never came.
   void finish(const PartitionMetadata& partition);
 
   BaseFacts& base() { return base_; }

@@ -53,7 +53,7 @@ bool isText(Identifier type) {
   return type == kISO7String || type == kISO8String || type == kUTF16String || type == kUTF8String;
 }
 
-/// Fills texts with NULs to the length of the longest: files have them so, and documents without the NULs.
+/// Pads texts with NULs to the length of the longest. Files have them in this form; documents leave the NULs out.
 void padTexts(Values& texts, Identifier type) {
   uint32 longest = 0;
   for (const auto& text : texts) longest = std::max(longest, text->encodedSize());
@@ -156,7 +156,7 @@ void LosslessRules::readValue(Element& property, const DOMNode& node, const Meta
   }
 }
 
-/// A property of which not every item can be read has none.
+/// When one item cannot be read, the property gets none.
 void LosslessRules::readCollection(CollectionElement& property, MakeCollection make, Identifier itemType,
                                    const DOMNode& node) {
   LosslessForms::refuseText(node);

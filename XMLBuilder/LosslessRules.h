@@ -6,13 +6,13 @@
 
 namespace Vantor::XML2Partition {
 
-/// Two different sets with one InstanceUID: nothing that could be left out.
+/// Two different sets with one InstanceUID, neither of which can be left out.
 class Clash : public Exceptions::InvalidFormat {
  public:
   using InvalidFormat::InvalidFormat;
 };
 
-/// How `LosslessXML` reads: what was written comes back, and what cannot be read is reported and left out.
+/// The rules of `LosslessXML`: what was written comes back, and what cannot be read is reported and left out.
 class LosslessRules : public ReadingRules {
  public:
   /// @param root  the document element.
@@ -24,7 +24,7 @@ class LosslessRules : public ReadingRules {
   /// Counts the Prefaces of the document, this one included.
   std::size_t countPreface() { return ++prefaces_; }
 
-  /// Checks the root, and keeps the local tags within dark sets from being given to properties.
+  /// Checks the root, and reserves the local tags used in dark sets.
   void begin();
 
   const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element,
@@ -62,15 +62,15 @@ class LosslessRules : public ReadingRules {
   const xercesc::DOMNode& component(const xercesc::DOMNode& node, const char16_t* name, const char* property,
                                     int line) override;
 
-  // Reports. Attributes that belong to XML itself are none.
+  // Reports. Attributes that belong to XML itself are not reported.
 
   void reportText(const xercesc::DOMElement& element);
   /// @param uri, names  of the attributes that the element may have.
   void reportAttributes(const xercesc::DOMElement& element, std::u16string_view uri = {},
                         std::initializer_list<std::u16string_view> names = {});
-  /// The attributes of a property's element, and those of the elements within that are no sets.
+  /// Reports attributes of a property's element and of the elements in it that are no sets.
   void reportValueAttributes(const xercesc::DOMElement& property, const MetaMetadata::MetaElement* definition);
-  /// Whether an attribute belongs to the document rather than to what it describes.
+  /// Whether an attribute belongs to XML itself: a namespace, `xml:` or `xsi:`.
   static bool isOfXML(const xercesc::DOMNode& attribute);
   /// Name and namespace of a node, as diagnostics have them.
   static std::vector<std::string> nameOf(const xercesc::DOMNode& node);

@@ -170,8 +170,8 @@ void LosslessSet::readNamed(const DOMElement& child, const MetaMetadata::MetaEle
   if (property.wireValue() == nullptr) set_.remove(property);
 }
 
-/// Files have properties twice: all but the first are unknown ones then. Octets that are a value of the property that
-/// the tag means become that, as in a file.
+/// A file may have a property twice; all but the first are unknown properties then. Octets that decode as the property
+/// of their tag become that property, as in a file.
 void LosslessSet::readUnknown(const DOMElement& child) {
   rules_.reportValueAttributes(child, nullptr);
   const auto tag = localTagOf(child).value();
@@ -208,7 +208,7 @@ Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
   return tags.unlistedTag(unmarked_++);
 }
 
-/// The property of the set that a tag means, if the document gives the set that property.
+/// The property that a tag stands for, if it is one of the set's own and the document has it.
 const MetaMetadata::MetaElement* LosslessSet::knownProperty(uint16 tag) const {
   const auto* label = rules_.partition().partitionDictionary().tryFind(tag);
   const auto& definition = *set_.definition();
@@ -216,7 +216,7 @@ const MetaMetadata::MetaElement* LosslessSet::knownProperty(uint16 tag) const {
       label == nullptr ? definition.findAttributeByStaticTag(tag) : definition.findAttribute(*label);
   if (attribute == nullptr) return nullptr;
   const auto& known = *attribute->metaElement();
-  // Within a reference, sets without an InstanceUID have a new one.
+  // A set without an InstanceUID inside a reference has got a new one.
   if (attribute == definition.instanceUIDAttribute() && !hasInstanceUID(element_)) return nullptr;
   const auto* property = set_.find(known.key());
   return property != nullptr && property->wireValue() != nullptr ? &known : nullptr;

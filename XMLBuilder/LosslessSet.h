@@ -6,13 +6,13 @@
 
 namespace Vantor::XML2Partition {
 
-/// The InstanceUID of a set's element; none when it has none, or something that is none.
+/// The InstanceUID of a set's element; none when it is missing or malformed.
 std::optional<Types::UUID> instanceUIDOf(const xercesc::DOMElement& element);
 
-/// Reports the children of a set's element that nothing was read from. Of two that stand for one property, none may be
-/// the one that was meant: the property counts as unread.
+/// Reports the children of a set's element that were not read. Where two stand for one property, either may be the one
+/// that was meant, so the property counts as unread.
 void reportUnread(const SetChildren& children, const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules);
-/// Reports the attributes of a set's element but for its identifiers and what belongs to XML itself.
+/// Reports the attributes of a set's element, except identifiers and what belongs to XML itself.
 void reportUnreadAttributes(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
                             LosslessRules& rules);
 

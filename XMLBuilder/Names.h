@@ -29,18 +29,18 @@ struct PropertyName {
 /// Joins prefix, ":" and local name.
 wstring qualify(std::u16string_view prefix, std::u16string_view localName);
 
-/// The name of a set's element; registers its namespace. @param definition  of the set.
+/// The name of a set's element; registers its namespace.
 QualifiedName setName(const MetaMetadata::MetaMetadataSet& definition, NamespaceMap& namespaces);
 
 /// The name of a property; registers its namespace.
-/// @param definition  null for a property that the dictionary does not know: "groups:DarkElement".
+/// @param definition  null for an unknown property: "groups:DarkElement".
 PropertyName propertyName(const MetaMetadata::MetaElement* definition, NamespaceMap& namespaces);
 
 /// The qualified name of a set, "groups:DarkMetadata" for one without definition; registers nothing.
 wstring qualifiedSetName(const MetadataSet& set);
 
 /// The name of an element that points at a set, followed by "_REF".
-/// @param targets  how many sets carry the InstanceUID; only one can be referred to by its name.
+/// @param targets  how many sets carry the InstanceUID; only a single one is referred to by its name.
 wstring referenceName(const MetadataSet& target, std::size_t targets);
 
 }  // namespace Vantor::XMLBuilder

@@ -19,7 +19,7 @@ class NamespaceMap {
 
   /// Enters a namespace unless its URI is there already, whatever the prefix.
   void insert(std::u16string_view uri, std::u16string_view prefix);
-  /// Enters a namespace unless some URI, be it another one, has the prefix already.
+  /// Enters a namespace unless its prefix is taken, even by another URI.
   void insertIfUnbound(std::u16string_view uri, std::u16string_view prefix);
 
   /// The URI of the first entry with a prefix, in the order of the URIs; an empty text when no entry has it.

@@ -7,8 +7,8 @@
 /// Texts of DOM nodes as the readers take them.
 namespace Vantor::XML2Partition {
 
-/// Whether text nodes that hold nothing but white space count. Ignoring them gives what removing them from the document
-/// beforehand gives, in a fraction of the time.
+/// Whether text nodes that hold nothing but white space count. Ignoring them is as good as removing them from the
+/// document first, in a fraction of the time.
 enum class BlankText { kKeep, kIgnore };
 
 /// The first child of a node, of whatever kind; null when there is none.

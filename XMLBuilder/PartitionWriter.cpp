@@ -45,12 +45,12 @@ DocumentHolder createFrame() {
   return document;
 }
 
-/// Whether a set is written at all: one without definition is, if its bytes were kept.
+/// Whether a set is written at all: one without definition only if its octets were kept.
 bool hasElement(const MetadataSet& set) {
   return set.definition() != nullptr || dynamic_cast<const DarkParsedGroup*>(&set) != nullptr;
 }
 
-/// One call's way through a partition.
+/// The state of one call.
 class PartitionWriter {
  public:
   PartitionWriter(PartitionMetadata& partition, WritingRules rules, xercesc::DOMDocument& document)

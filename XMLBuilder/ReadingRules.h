@@ -13,7 +13,7 @@
 
 namespace Vantor::XML2Partition {
 
-/// The element of one set, as the rules find its properties in it. Lives while the set is filled.
+/// The element of one set, in which the rules find its properties. Lives while the set is filled.
 class SetSource {
  public:
   virtual ~SetSource() = default;
@@ -27,7 +27,7 @@ class SetSource {
   /// The container of the properties that the set's definition lacks; null when there is none.
   virtual const xercesc::DOMElement* extensions() = 0;
   virtual void readExtension(const xercesc::DOMElement& child) = 0;
-  /// Is called when everything was read.
+  /// To be called when everything was read.
   virtual void finish() = 0;
 };
 
@@ -61,17 +61,17 @@ class ReadingRules {
   // Sets.
 
   /// The definition of the set that an element stands for; null for none.
-  /// @param other  the one element beside sets that may stand there, a name of the vocabulary; empty for none.
+  /// @param other  from the vocabulary, the name of the one element that may stand there beside sets; empty for none.
   virtual const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element,
                                                        std::u16string_view other = {}) = 0;
-  /// Whether an element holds the sets that float.
+  /// Whether an element is the container of floating sets.
   virtual bool isFloatingContainer(const xercesc::DOMElement& element) const = 0;
   virtual void readDarkSet(const xercesc::DOMElement& element) = 0;
   /// The set that was made from another element for the same set; null when this is the first.
   virtual MetadataSet* findCopy(const xercesc::DOMElement& element,
                                 const MetaMetadata::MetaMetadataSet& definition) = 0;
   virtual auto_ptr<SetSource> open(const xercesc::DOMElement& element, MetadataSet& set) = 0;
-  /// Checks an element that is to hold elements alone: the container of floating sets, or that of extensions.
+  /// Checks an element that holds elements only: the container of floating sets, or that of extensions.
   virtual void checkContainer(const xercesc::DOMElement& container) = 0;
 
   // Properties.
@@ -86,9 +86,9 @@ class ReadingRules {
   virtual void checkReference(const xercesc::DOMNode& node, const xercesc::DOMElement* first) = 0;
   /// Checks the node of a property that refers to any number of sets.
   virtual void checkReferences(const xercesc::DOMNode& node) = 0;
-  /// Whether an element within a reference stands for a set elsewhere. @param name  qualified or local.
+  /// Whether an element inside a reference is a pointer. @param name  qualified or local.
   virtual bool isPointer(const xercesc::DOMElement& element, const XMLCh* name) const = 0;
-  /// The set that a pointer leads to; none for a pointer without.
+  /// The set that a pointer leads to; none for a pointer without target.
   virtual std::optional<Types::UUID> targetOf(const xercesc::DOMElement& pointer) = 0;
 
   // Values.
@@ -97,7 +97,7 @@ class ReadingRules {
   virtual bool isEmpty(const xercesc::DOMNode& node) const = 0;
   /// The value of a node that holds nothing; null for none.
   virtual auto_ptr<Types::SimpleDataType> emptyValue(Types::Identifiers::Identifier type) const = 0;
-  /// The value of a node that holds a text; null for a type without form.
+  /// The value of a node that holds a text; null for a type without a text form.
   virtual auto_ptr<Types::SimpleDataType> textValue(Types::Identifiers::Identifier type,
                                                     const xercesc::DOMNode& node) const = 0;
 

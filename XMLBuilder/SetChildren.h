@@ -8,7 +8,7 @@
 
 namespace Vantor::XML2Partition {
 
-/// The child elements of a set's element, found by namespace and name and ticked off once they are read. Lives as long
+/// The child elements of a set's element, found by namespace and name, and ticked off once they are read. Valid as long
 /// as the document.
 class SetChildren {
  public:
@@ -34,7 +34,7 @@ class SetChildren {
   using Name = std::pair<std::u16string_view, std::u16string_view>;
 
   std::vector<Child> children_;
-  // Ordered, because the names are the document's choice, and hashes can be made to meet.
+  // Ordered, because a hostile document could choose names whose hashes collide.
   std::map<Name, std::size_t> firsts_;  // of each name in a namespace
 };
 

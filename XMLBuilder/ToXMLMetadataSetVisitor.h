@@ -8,7 +8,7 @@
 namespace Vantor::XMLBuilder {
 
 /// Writes one set as a child element of a parent, with its properties and what they refer to, unless the set was
-/// written before in this pass. A dark parsed group goes into the document's floating container instead.
+/// written before in this pass. A dark group goes into the document's floating container instead.
 ///
 /// Where strong references nest, every target has a visitor of its own. Where they do not, this one writes all that
 /// the set leads to, each set behind the one that refers to it first, and a chain of any length costs heap instead of

@@ -6,8 +6,8 @@
 namespace Vantor::XMLBuilder {
 
 /// Writes the target of a reference where references nest: the target of a strong reference as a set inside the
-/// property, a pointer to the target of a weak one. Under lossless rules a strong reference whose target is not inside
-/// the property has a pointer, too.
+/// property, a pointer to the target of a weak one. Under lossless rules, a strong reference whose target is not inside
+/// the property gets a pointer, too.
 class ToXMLReferenceVisitor : public Types::Visitors::NullVisitor {
  public:
   /// @param targets  the sets that carry the InstanceUID, at least one; the first is meant.

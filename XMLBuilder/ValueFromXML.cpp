@@ -42,7 +42,7 @@ auto_ptr<Types::SimpleDataType> wideText(const wstring& text) {
   return std::make_unique<Type>(text);
 }
 
-/// An extended clip identifier may be given as a basic UMID, which is one whose other half is zero.
+/// An ExtendedClipID may be given as a basic UMID; its other half is zero then.
 auto_ptr<Types::SimpleDataType> umid64(const DOMNode& node, const wstring& text) {
   wstring token = firstToken(text);
   if (token.size() == kBasicUMIDUnits && XMLUtils::utf16ToWstring(node.getLocalName()) == u"ExtendedClipID") {

@@ -12,8 +12,8 @@ namespace Vantor::XML2Partition {
 constexpr const char* kValueSource = "XMLBuilder\\FromXMLElementVisitor";
 
 /// Reads one value from the node that holds it, an element or an attribute.
-/// @return null for an element without children, and for a type that has no form of its own, where the rules have
-///         nothing for these.
+/// @return null for an element without children, and for a type without a form, unless the rules have a value for
+///         these.
 /// @throws InvalidFormat for a text that the rules refuse, and for a missing child of a timestamp or of a JPEG 2000
 ///         value.
 auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifier type, const xercesc::DOMNode& node,
@@ -24,15 +24,15 @@ auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifi
 /// The text is read as a stream in the classic locale reads it, without a check of the outcome: "12abc" is 12, "x" is
 /// 0, and a number too large for its type keeps its low bits. Identifiers are the first token, texts and hexadecimal
 /// payloads the whole text.
-/// @param node  the text's; its name alone counts.
-/// @return null for a type that is no text.
-/// @throws InvalidFormat for a payload or an identifier that is none.
+/// @param node  the node of the text; only its name is used.
+/// @return null for a type that is not written as one text.
+/// @throws InvalidFormat for a malformed payload or identifier.
 auto_ptr<Types::SimpleDataType> readText(Types::Identifiers::Identifier type, const xercesc::DOMNode& node,
                                          const wstring& text);
 
 /// Bytes from pairs of hexadecimal digits in either case, without anything between them.
-/// @throws InvalidFormat "Value has invalid Length" for an odd count, which is looked at first, and
-///         "Value contains non Hexadecimal characters".
+/// @throws InvalidFormat "Value has invalid Length" for an odd count, which is checked first, and "Value contains non
+///         Hexadecimal characters".
 Bytes parseHexString(const wstring& text);
 
 }  // namespace Vantor::XML2Partition
