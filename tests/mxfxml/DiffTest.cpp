@@ -110,7 +110,8 @@ TEST(Diff, NamesTheFileThatCannotBeReadAndNoOther) {
        {std::pair(sample(kSample), folder.path("a.xml")), std::pair(folder.path("a.xml"), sample(kSample))}) {
     const Result result = run({"diff", left, right});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.err, AllOf(StartsWith("mxfxml: " + folder.path("a.xml") + ": line 1"), Not(HasSubstr(kSample))));
+    EXPECT_THAT(result.err, AllOf(StartsWith("mxfxml: " + folder.path("a.xml") + ": not well-formed XML: line 1"),
+                                  Not(HasSubstr(kSample))));
   }
   EXPECT_EQ(run({"diff", sample(kSample), "/nonexistent"}).err,
             "mxfxml: cannot open '/nonexistent': No such file or directory\n");
@@ -123,14 +124,14 @@ TEST(Diff, TakesWhatADocumentCannotMeanForAWarningOrAnError) {
   writeFile(folder.path("a.xml"), xml.replace(xml.find(track), 0, "<rp210:TrackID>one</rp210:TrackID>"));
   const std::string start = "mxfxml: " + folder.path("a.xml") + ": ";
   const Result warned = run({"diff", sample(kSample), folder.path("a.xml")});
-  EXPECT_THAT(warned.err, StartsWith(start + "warning: line 21: "));
+  EXPECT_THAT(warned.err, StartsWith(start + "warning: line 22: "));
   EXPECT_THAT(warned.out, HasSubstr("sets compared "));
   for (const auto& [left, right] :
        {std::pair(sample(kSample), folder.path("a.xml")), std::pair(folder.path("a.xml"), sample(kSample))}) {
     const Result result = run({"diff", "--strict", left, right});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, AllOf(StartsWith(start + "line 21: "), HasSubstr("\n" + start),
+    EXPECT_THAT(result.err, AllOf(StartsWith(start + "line 22: "), HasSubstr("\n" + start),
                                   EndsWith(" wrong with the document\n"), Not(HasSubstr(kSample))));
   }
 }

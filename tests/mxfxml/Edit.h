@@ -58,10 +58,15 @@ class Edit {
     options.insert(options.begin(), {"import", document(), "--into", original(), "--in-place"});
     return run(options);
   }
+  /// Exports without their descriptions, which differ after every edit.
   std::string exported(const std::string& file, const std::string& partition = "header") const {
-    return run({"export", file, "--partition", partition}).out;
+    return withoutDescription(run({"export", file, "--partition", partition}).out);
   }
-  std::string flat(const std::string& file) const { return run({"export", file, "--flat"}).out; }
+  std::string flat(const std::string& file) const { return withoutDescription(run({"export", file, "--flat"}).out); }
+  /// The document without its description.
+  std::string content() const { return withoutDescription(readFile(document())); }
+  /// Takes the description out of the document.
+  void withdrawDescription() const { writeFile(document(), content()); }
 
   /// The lines of a run's messages without what each starts with, and the path of the original as ORIGINAL.
   std::string remarks(const Result& result) const {
