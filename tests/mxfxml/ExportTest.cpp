@@ -8,6 +8,7 @@
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Types/UUID.h"
+#include "Edit.h"
 #include "Program.h"
 #include "ScratchFolder.h"
 #include "XMLBuilder.h"
@@ -33,7 +34,7 @@ struct Options {
   MXF::PartitionChoice partition = {};
 };
 
-/// What the libraries make of a file.
+/// What the libraries make of a file, to the letter.
 std::string exported(const std::string& path, const Options& options = {}) {
   const auto metadata = MXF::readHeaderMetadata(path, builtInDictionary(), options.partition);
   const auto document =
@@ -47,7 +48,7 @@ void expectOutput(const std::vector<std::string>& arguments, const std::string& 
   const Result result = run(arguments);
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out, xml);
+  EXPECT_EQ(withoutDescription(result.out), xml);
 }
 
 void expectFailure(const std::vector<std::string>& arguments, const std::string& message) {
@@ -69,6 +70,7 @@ TEST(Export, WritesIndentedUTF8FromThePrefaceByDefault) {
   const Result result = run({"export", sample("op1a.mxf")});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, StartsWith(R"(<?xml version="1.0" encoding="UTF-8"?>
+<?mxfxml form="nested" sets="all" partition="header" vocabulary="legacy" metadata="031F122CD3E7BE73"?>
 <s377m:MetadataSets xmlns:)"));
   EXPECT_THAT(result.out, HasSubstr(R"(
   <s377m:Preface rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.0B.00.00.00.00">
@@ -77,7 +79,44 @@ TEST(Export, WritesIndentedUTF8FromThePrefaceByDefault) {
     <rp210:ContentStorageObject>
       <s377m:ContentStorage rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.0D.00.00.00.00">
 )"));
-  EXPECT_EQ(result.out, exported(sample("op1a.mxf")));
+  EXPECT_EQ(withoutDescription(result.out), exported(sample("op1a.mxf")));
+}
+
+TEST(Export, DescribesItselfInALineBeforeTheRoot) {
+  const std::string digest = R"( metadata="AF6121A8B38DEAA9"?>)";
+  for (const auto& [options, fields] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+           {{}, R"(form="nested" sets="all" partition="header" vocabulary="legacy")"},
+           {{"--flat"}, R"(form="flat" sets="all" partition="header" vocabulary="legacy")"},
+           {{"--structural-only"}, R"(form="nested" sets="structural" partition="header" vocabulary="legacy")"},
+           {{"--partition", "footer"}, R"(form="nested" sets="all" partition="footer" vocabulary="legacy")"},
+           {{"--partition", "2"}, R"(form="nested" sets="all" partition="2" vocabulary="legacy")"},
+           {{"--partition", "0"}, R"(form="nested" sets="all" partition="0" vocabulary="legacy")"},
+           {{"--vocabulary", "st434-2014"}, R"(form="nested" sets="all" partition="header" vocabulary="st434-2014")"},
+           {{"--start", "MaterialPackage"},
+            R"(form="nested" sets="all" start="urn:uuid:41b31af9-95f2-4b72-aec8-965daca545e7" partition="header" )"
+            R"(vocabulary="legacy")"}}) {
+    std::vector<std::string> arguments = {"export", sample("gst-audio-ac3.mxf")};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const std::string xml = run(arguments).out;
+    const auto line = xml.find('\n') + 1;
+    EXPECT_EQ(xml.substr(line, xml.find('\n', line) - line), "<?mxfxml " + fields + digest);
+  }
+}
+
+TEST(Export, DoesNotDescribeItselfInTheExactForm) {
+  EXPECT_EQ(run({"export", sample("op1a.mxf"), "--exact"}).out, exported(sample("op1a.mxf")));
+  EXPECT_EQ(run({"export", sample("bmx-op1a-adm.header.mxf"), "--exact"}).out,
+            exported(sample("bmx-op1a-adm.header.mxf")));
+}
+
+/// Of dark groups, which the letter of the nested form leaves empty.
+TEST(Export, HasThePointersThatTheExactFormHides) {
+  const std::string input = sample("bmx-op1a-adm.header.mxf");
+  EXPECT_THAT(exported(input), AllOf(HasSubstr("<rp210:SubDescriptors/>"), Not(HasSubstr("<s377m:Dangling_REF "))));
+  EXPECT_THAT(run({"export", input}).out,
+              AllOf(HasSubstr("<s377m:Dangling_REF types:TargetInstance=\"8A.E2.A7.0F.15.96.4C.03.88.09.45.B2.A7.A3.1C."
+                              "8E\"/>"),
+                    Not(HasSubstr("<rp210:SubDescriptors/>"))));
 }
 
 TEST(Export, WritesSetsBesideEachOtherWhenFlat) {
@@ -85,7 +124,7 @@ TEST(Export, WritesSetsBesideEachOtherWhenFlat) {
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, HasSubstr("\n  <s377m:ContentStorage rp210:InstanceUID="));
   EXPECT_THAT(result.out, HasSubstr("<s377m:ContentStorage_REF "));
-  EXPECT_EQ(result.out, exported(sample("op1a.mxf"), {kBeside}));
+  EXPECT_EQ(withoutDescription(result.out), exported(sample("op1a.mxf"), {kBeside}));
 }
 
 TEST(Export, LeavesOutOtherThanStructuralSetsOnRequest) {
@@ -107,7 +146,7 @@ TEST(Export, WritesUTF16WithAByteOrderMark) {
       XMLUtils::loadDocumentFromBuffer(reinterpret_cast<const uint8*>(result.out.data()), result.out.size(), *parser);
   std::string readBack;
   XMLUtils::domToBytes(document, readBack, EncodingType::kUTF8Indented);
-  EXPECT_EQ(readBack, exported(sample("op1a.mxf")));
+  EXPECT_EQ(withoutDescription(readBack), exported(sample("op1a.mxf")));
 }
 
 TEST(Export, TakesUTF8AsTheNameOfTheDefault) {
@@ -173,11 +212,13 @@ TEST(Export, StartsFromTheFirstOfSeveralSetsWithOneInstanceUID) {
 
 TEST(Export, NamesTheStartThatIsNotThere) {
   const std::string input = sample("op1a.mxf");
-  expectFailure({"export", input, "--start", "Dance"}, "no set of the partition is named 'Dance'");
-  expectFailure({"export", input, "--start", "timecode"}, "no set of the partition is named 'timecode'");
-  expectFailure({"export", input, "--start", ""}, "no set of the partition is named ''");
+  expectFailure({"export", input, "--start", "Dance"},
+                "no set of the partition is named 'Dance', or has this InstanceUID");
+  expectFailure({"export", input, "--start", "timecode"},
+                "no set of the partition is named 'timecode', or has this InstanceUID");
+  expectFailure({"export", input, "--start", ""}, "no set of the partition is named '', or has this InstanceUID");
   expectFailure({"export", input, "--start", "00000000-0000-4000-8000-000000000000"},
-                "no set of the partition has the InstanceUID '00000000-0000-4000-8000-000000000000'");
+                "no set of the partition is named '00000000-0000-4000-8000-000000000000', or has this InstanceUID");
 }
 
 TEST(Export, StartsFromASetThatTheDictionaryDoesNotKnow) {
@@ -229,7 +270,7 @@ TEST(Export, TakesFileNamesOutsideASCII) {
   writeFile(input, readFile(sample("op1a.mxf")));
   const Result result = run({"export", input, "-o", output});
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(readFile(output), exported(sample("op1a.mxf")));
+  EXPECT_EQ(withoutDescription(readFile(output)), exported(sample("op1a.mxf")));
 }
 
 TEST(Export, TakesFileNamesThatLookLikeOptionsOrSubcommands) {

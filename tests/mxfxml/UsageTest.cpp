@@ -44,11 +44,11 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
   using Names = std::vector<std::string>;
   for (const auto& [command, names] : std::vector<std::pair<std::string, Names>>{
            {"export",
-            {"INPUT", "-h,--help", "-o,--output", "--flat", "--structural-only", "--start", "--encoding", "--partition",
-             "--vocabulary", "--dictionary"}},
+            {"INPUT", "-h,--help", "-o,--output", "--flat", "--structural-only", "--start", "--exact", "--encoding",
+             "--partition", "--vocabulary", "--dictionary"}},
            {"import",
-            {"INPUT", "-h,--help", "-o,--output", "--into", "--in-place", "--whole", "--structural-only", "--partition",
-             "--exact", "--strict", "--dictionary"}},
+            {"INPUT", "-h,--help", "-o,--output", "--into", "--in-place", "--expect-unchanged", "--merge-anyway",
+             "--structural-only", "--start", "--partition", "--exact", "--strict", "--dictionary"}},
            {"verify",
             {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--vocabulary", "--dictionary"}},
            {"info", {"INPUT", "-h,--help", "--partition", "--dictionary"}},
