@@ -8,7 +8,7 @@ namespace {
 
 constexpr uint64 kPolynomial = 0x42F0E1EBA9EA3693;
 
-/// What each octet leaves behind when it is shifted out.
+/// The remainder that each byte leaves when it is shifted out.
 constexpr std::array<uint64, 256> remainders() {
   std::array<uint64, 256> remainders{};
   for (std::size_t octet = 0; octet < remainders.size(); ++octet) {

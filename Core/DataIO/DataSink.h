@@ -13,7 +13,7 @@ class DataSink {
   virtual ~DataSink() = default;
 
   /// Appends `size` bytes, all of them; `from` may be null when `size` is 0.
-  /// @throws what the sink's medium demands; how many bytes were written is open then.
+  /// @throws what suits the sink's medium; how many bytes were written is unspecified then.
   virtual void write(const uint8* from, std::size_t size) = 0;
   /// How many bytes were written so far.
   virtual uint64 position() const = 0;

@@ -15,7 +15,7 @@ class DataSource {
  public:
   virtual ~DataSource() = default;
 
-  /// The offset of the next byte, as messages about it name it.
+  /// The offset of the next byte, as messages give it.
   virtual uint64 position() const = 0;
   /// How many bytes are left to read, or kUnknownSize.
   virtual uint64 remaining() const = 0;

@@ -32,7 +32,7 @@ std::string temporaryName() {
          ".tmp";
 }
 
-/// Where symbolic links lead that lead to nothing yet.
+/// Follows symbolic links to a file that does not exist yet.
 Path behindDanglingLinks(const Path& target) {
   std::error_code error;
   Path file = target;
@@ -49,14 +49,14 @@ Path fileToReplace(const Path& target) {
   std::error_code error;
   const bool isThere = fs::exists(target, error);
   const Path file = isThere ? fs::canonical(target, error) : behindDanglingLinks(target);
-  // What is open may be there without a name that could be found, such as a pipe that is standard output.
+  // An open file may have no name that could be found, such as a pipe on standard output.
   const Path named = error && isThere ? target : file;
   // Absolute, so that a later change of the working folder does not move the target.
   const Path absolute = fs::absolute(named, error);
   return error ? named : absolute;
 }
 
-/// Renaming over a file would take no permission for it.
+/// Renaming over a file needs no permission for that file.
 void requireWritable(const Path& target) { FileUpdate{target}; }
 
 }  // namespace

@@ -14,11 +14,11 @@
 
 namespace Vantor::DataIO::File {
 
-/// Changes when somebody else changes the file, or another one gets its name. Two changes within a tick of the file
-/// system's clock (a few ms) that leave the size alone look like one.
+/// Differs when another program has changed or replaced the file. Two changes that keep the size, within a tick of the
+/// file system's clock (a few ms), look like one.
 struct FileState {
   uint64 size = 0;                           ///< in bytes
-  std::filesystem::file_time_type modified;  ///< as fine as the file system has it, at best in ns
+  std::filesystem::file_time_type modified;  ///< with the resolution of the file system, at best 1 ns
   FileIdentity identity;
 
   friend bool operator==(const FileState& left, const FileState& right) {
@@ -43,7 +43,7 @@ class FileDataSource : public SeekableSource {
 
   const Path& path() const { return path_; }
   std::string name() const override { return path_.u8string(); }
-  /// When it was opened; offsets beyond it are refused even if the file has grown.
+  /// As of opening; offsets beyond it are refused even if the file has grown.
   uint64 size() const override { return size_; }
 
  protected:
@@ -56,19 +56,19 @@ class FileDataSource : public SeekableSource {
   uint64 streamPosition_ = 0;
 };
 
-/// What a file that was put in place is worth when the power fails.
+/// What a power failure may do to a file that was put in place.
 enum class Durability {
-  kAtomic,  ///< it is in place for all processes; the medium gets it when the system likes
-  /// The medium has either the old file or all of the new one, and the new one from the call's return on. Takes as long
-  /// as writing everything to the medium.
+  kAtomic,  ///< all processes see the file; the system writes it to the medium in its own time
+  /// The medium has either the old file or all of the new one, and the new one once the call returns. Takes as long as
+  /// writing everything to the medium.
   kSurvivesPowerFailure
 };
 
 /// Writes a file that appears whole or not at all: the bytes go to a temporary file in the target's folder, which
-/// commit() renames over the target. The new file gets what copyAttributes() can copy from an existing target; other
-/// hard links of that keep the old bytes. Where the target is a symbolic link, the file behind
-/// the link is replaced, or created. A target that is read-only, or that the user may not write, is refused. The
-/// renaming is atomic for other processes; for power failures see Durability.
+/// commit() renames over the target. The new file gets what copyAttributes() can copy from an existing target, whose
+/// other hard links keep the old bytes. A symbolic link stays; the file behind it is replaced or created. A target that
+/// is read-only, or that the user may not write, is refused. The renaming is atomic for other processes; for power
+/// failures see Durability.
 ///
 /// A target that is a device or a pipe cannot be replaced; it is written directly.
 class AtomicFile : public OutputFile {
@@ -78,8 +78,8 @@ class AtomicFile : public OutputFile {
   explicit AtomicFile(const Path& target);
 
   /// Puts the file in place; nothing can be written afterwards.
-  /// @param lastCheck  called when all bytes are written, and are on the medium if that is asked for, directly before
-  ///                   the renaming. What it throws goes on to the caller, and the target is as it was before.
+  /// @param lastCheck  called directly before the renaming, when all bytes are written, and on the medium if that is
+  ///                   asked for. What it throws goes on to the caller, and the target is unchanged.
   /// @return what was asked for, or kAtomic where the file is in place but its new name cannot be flushed to the
   /// medium, as in a folder that the user may not read.
   /// @throws Exceptions::IOError when the last bytes or the renaming fail; the target is as it was before then.

@@ -28,7 +28,7 @@ void copyOwner(const Path&, const Path&) {}
 
 #else
 
-/// Only an administrator gives files away, but everybody may give them to a group of theirs.
+/// Only an administrator can give files away, but every user may give them to one of his groups.
 void copyOwner(const Path& from, const Path& to) {
   struct stat status {};
   if (::stat(from.c_str(), &status) != 0) return;
@@ -95,7 +95,7 @@ FileIdentity identityOf(std::FILE* stream) {
 void copyAttributes(const Path& from, const Path& to) {
   copyOwner(from, to);
   copyExtendedAttributes(from, to);
-  // Last: another owner takes bits of them away, and attributes cannot be written to a file that is read-only.
+  // Last: a change of owner clears some of them, and read-only files take no attributes.
   std::error_code error;
   const auto permissions = fs::status(from, error).permissions();
   if (!error) fs::permissions(to, permissions, error);

@@ -5,10 +5,10 @@
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
-/// What a system knows of a file besides its name, bytes, size and time; for the files of this folder.
+/// Attributes of files other than name, bytes, size and time; for the sources of this folder.
 namespace Vantor::DataIO::File {
 
-/// The same under every name of a file, another one for every other file. Zeros where the system has no such numbers
+/// The same under every name of a file, and different for every other file. Zeros where the system has no such numbers
 /// (Windows).
 struct FileIdentity {
   uint64 device = 0;
@@ -21,12 +21,11 @@ struct FileIdentity {
 
 /// Of the file behind symbolic links; zeros also when there is none.
 FileIdentity identityOf(const Path& path);
-/// Of the file behind a stream, also when another file has its name by now.
+/// Of the file behind a stream, even if another file has its name by now.
 FileIdentity identityOf(std::FILE* stream);
 
-/// Gives a file what another one has: owner and group (POSIX), extended attributes with access control lists among them
-/// (Linux), permissions. What the system cannot do, or the user may not, is left out: the group may come without the
-/// owner, and neither on other systems.
+/// Copies owner and group (POSIX), extended attributes including access control lists (Linux), and permissions. Leaves
+/// out what the system cannot set or the user may not: the group may be copied without the owner.
 void copyAttributes(const Path& from, const Path& to);
 
 /// @throws Exceptions::IOError naming the path when the file has further names (hard links), or their number cannot be

@@ -15,19 +15,19 @@ class FileUpdate {
  public:
   /// Opens the file and writes nothing.
   /// @throws Exceptions::IOError naming the path and the reason when it is no file that can be written: missing,
-  /// forbidden, a directory, a device, or marked as read-only even where the user may write what is.
+  /// forbidden, a directory, a device, or marked as read-only, even for a user who may write such files.
   explicit FileUpdate(const Path& path);
 
   const Path& path() const { return path_; }
   /// The file's size when it was opened, in bytes.
   uint64 size() const { return size_; }
-  /// Holds an advisory lock on the file as long as the object lives. To replace the file by another one, hold it until
-  /// that is done.
-  /// @throws Exceptions::IOError when another object, of this process or another one, holds it, or when the path leads
-  /// to another file by now.
+  /// Takes an advisory lock on the file, held as long as the object lives. To replace the file, hold it until that is
+  /// done.
+  /// @throws Exceptions::IOError when another object in any process holds it, or when the path leads to another file by
+  /// now.
   void lock();
-  /// @throws Exceptions::IOError when the bytes would go past the file's size, and nothing is written then, or when the
-  /// system does not take them; how many it took is open then.
+  /// @throws Exceptions::IOError when the bytes would go past the file's size (nothing is written then), or when the
+  /// system does not take them (how many it took is unspecified).
   void write(uint64 offset, const uint8* from, std::size_t size);
   /// Flushes everything to the medium.
   /// @throws Exceptions::IOError when it cannot.

@@ -4,14 +4,13 @@
 
 namespace Vantor::DataIO {
 
-/// Bytes that arrive one after the other, and whose number is unknown before the end: of a pipe, or a connection. A
-/// host implements receive().
+/// Bytes of a pipe or a connection, whose number is unknown before the end. A host implements receive().
 class ForwardSource : public DataSource {
  public:
   /// Counted from the first byte that was received.
   uint64 position() const final { return position_; }
   uint64 remaining() const final { return kUnknownSize; }
-  /// What was left is lost when it throws.
+  /// The bytes that were left are lost when this throws.
   void read(uint8* to, std::size_t size) final;
   std::size_t readUpTo(uint8* to, std::size_t size) final;
   void skip(uint64 size) final;

@@ -39,7 +39,7 @@ class CheckedSink : public DataSink {
   Crc64 check_;
 };
 
-/// Zeros take the place of those of the bytes at an offset that are in another run, too.
+/// Zeroes the part of the bytes at an offset that another run covers.
 void blank(Bytes& bytes, uint64 offset, uint64 otherOffset, uint64 otherSize) {
   const uint64 from = std::clamp(otherOffset, offset, offset + bytes.size()) - offset;
   const uint64 to = std::clamp(otherOffset + otherSize, offset, offset + bytes.size()) - offset;
@@ -47,8 +47,7 @@ void blank(Bytes& bytes, uint64 offset, uint64 otherOffset, uint64 otherSize) {
             uint8{0});
 }
 
-/// A check of samples, the last of which ends with the file, and which are as far apart as they can be; without what
-/// is in the places.
+/// The check of evenly spaced samples, the last of which ends with the file, without the bytes in the places.
 uint64 checkSurroundings(SeekableSource& file, const std::vector<Journal::Place>& places) {
   const uint64 size = std::min(file.size(), kSampleSize);
   Crc64 check;
@@ -76,15 +75,15 @@ void writePlace(DataSink& sink, SeekableSource& file, const NewBytes& change) {
   sink.write(change.bytes.data(), change.bytes.size());
 }
 
-/// How many octets of the right start stand there.
+/// How many bytes of the right start are there.
 std::size_t rightStart(SeekableSource& source) {
   const Bytes start = readPiece(source, 0, std::min<uint64>(source.size(), kStart.size()));
   const auto wrong = std::mismatch(start.begin(), start.end(), kStart.begin()).first;
   return static_cast<std::size_t>(wrong - start.begin());
 }
 
-/// Whether the whole start of a journal stands there, and not only what was of it when its writing was stopped; a file
-/// system may have known its length by then, and have zeros in the place of bytes.
+/// Whether the start of a journal is complete. When its writing was stopped, a part may be missing, or be zeros where
+/// the file system knew the length but not the bytes.
 /// @throws Exceptions::IOError when it is something else, which is not ours to remove.
 bool hasStart(SeekableSource& source) {
   const std::size_t right = rightStart(source);
@@ -107,7 +106,7 @@ bool hasRightCheck(SeekableSource& source) {
   return readBigEndian<uint64>(source) == check.value();
 }
 
-/// From the position of the source on, which is behind both old and new bytes afterwards.
+/// Reads from the position of the source, which is behind both old and new bytes afterwards.
 Journal::Place readPlace(SeekableSource& source) {
   Journal::Place place;
   place.offset = readBigEndian<uint64>(source);
@@ -130,7 +129,7 @@ bool hasOldOrNewBytes(const Journal::Place& place, SeekableSource& source, Seeka
   return isRight;
 }
 
-/// Where the zeros begin with which a journal ends.
+/// Where the zeros at the end of a journal begin.
 uint64 endOfContent(SeekableSource& journal) {
   uint64 end = 0;
   uint64 at = 0;

@@ -8,15 +8,16 @@
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
-/// The bytes of a journal, which UndoJournal.h describes, and what they hold of a file; for UndoJournal.cpp.
+/// Reads and writes journals, whose format UndoJournal.h describes; for UndoJournal.cpp.
 namespace Vantor::DataIO::File {
 
 /// Writes the journal of a change that has not begun, to the medium.
-/// @throws Exceptions::IOError when it cannot be written, or the file has another state by then; there is none then.
+/// @throws Exceptions::IOError when it cannot be written, or the file has another state by then; no journal is left
+/// behind.
 void writeJournal(const Path& journal, const Path& file, const FileState& expected,
                   const std::vector<NewBytes>& changes);
 
-/// A whole journal, by where its parts are.
+/// A complete journal, as the places of its parts.
 struct Journal {
   struct Place {
     uint64 offset = 0;  ///< in the file
@@ -28,7 +29,7 @@ struct Journal {
   std::vector<Place> places;
 };
 
-/// None when the journal is not whole.
+/// None when the journal is incomplete.
 /// @throws Exceptions::IOError when it is no journal, or one of another version.
 std::optional<Journal> readJournal(SeekableSource& source);
 
@@ -36,8 +37,7 @@ std::optional<Journal> readJournal(SeekableSource& source);
 /// new one, and the bytes around them are as they were.
 bool isFileOf(const Journal& journal, SeekableSource& source, SeekableSource& file);
 
-/// Whether a journal that is not whole has no old bytes but those that the file has anyway, so that nothing is lost
-/// with it.
+/// Whether the file itself has all old bytes of an incomplete journal, so that nothing is lost without it.
 bool hasNothingElse(SeekableSource& journal, SeekableSource& file);
 
 }  // namespace Vantor::DataIO::File

@@ -9,7 +9,7 @@
 
 namespace Vantor::DataIO::File {
 
-/// A file that is written from front to back, and that vanishes unless it is kept; the base of AtomicFile and NewFile.
+/// A file that is written from front to back, and deleted unless it is kept; the base of AtomicFile and NewFile.
 class OutputFile : public DataSink {
  public:
   /// Closes the file; removes it unless it is kept.
@@ -26,14 +26,14 @@ class OutputFile : public DataSink {
   explicit OutputFile(Path name);
 
   const Path& name() const { return name_; }
-  /// The file that vanishes; empty when there is none.
+  /// The file to be deleted; empty when there is none.
   const Path& vanishing() const { return vanishing_; }
-  /// Creates a file that is not there yet, and vanishes from now on. False and `errno` when it fails.
+  /// Creates a new file, to be deleted unless it is kept. False and `errno` when it fails.
   bool create(const Path& file);
-  /// Writes to what is there already, and stays.
+  /// Opens what exists already, and is never deleted.
   bool open(const Path& file);
-  /// Has the system take everything, and the medium, too, if asked for.
-  /// @throws Exceptions::IOError when one of them does not, when a write failed, or the file is closed already.
+  /// Flushes everything to the system, and on request to the medium.
+  /// @throws Exceptions::IOError when that fails, when a write has failed, or when the file is closed already.
   void close(bool toMedium);
   void keep() { vanishing_.clear(); }
 

@@ -6,7 +6,7 @@
 
 namespace Vantor::DataIO {
 
-/// Bytes that are read from any offset: a file, memory, or what a host program has. A host implements name(), size()
+/// Bytes that are read from any offset: of a file, of memory, or of a host program. A host implements name(), size()
 /// and readAt().
 class SeekableSource : public DataSource {
  public:

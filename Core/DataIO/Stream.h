@@ -7,7 +7,7 @@
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
-/// C streams and folders as all platforms have them; for the files of this folder.
+/// C streams and folders, alike on all platforms; for the sources of this folder.
 namespace Vantor::DataIO::File {
 
 /// Closes a C stream; for owners that do not care whether closing fails.

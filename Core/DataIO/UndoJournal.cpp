@@ -26,7 +26,7 @@ Path realPath(const Path& file) {
 
 Path journalOf(Path realFile) { return realFile += kSuffix; }
 
-/// There is none where it would have too long a name.
+/// False where the journal's name would be too long.
 bool isThere(const Path& journal) {
   std::error_code error;
   return fs::exists(journal, error);
@@ -125,7 +125,7 @@ bool hasJournal(const Path& file) { return isThere(journalPath(file)); }
 void changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
                    const std::function<void(FileUpdate&)>& write) {
   FileUpdate update(realPath(file));
-  update.lock();  // before looking for a journal, so that no other process takes ours for one of a stopped change
+  update.lock();  // before looking for a journal, so that no other process takes ours for that of a stopped change
   requireNoJournal(update.path());
   requireOneName(update.path());
   writeJournal(journalOf(update.path()), update.path(), expected, changes);
@@ -146,7 +146,7 @@ Recovery recover(const Path& file) {
   if (!isThere(journal)) return Recovery::kNoJournal;
   FileUpdate update(real);
   update.lock();
-  if (!isThere(journal)) return Recovery::kNoJournal;  // of a change that was under way, and is done
+  if (!isThere(journal)) return Recovery::kNoJournal;  // it belonged to a change that is done by now
   const bool isRestored = putBack(journal, update);
   removeFromDisk(journal);
   return isRestored ? Recovery::kRestored : Recovery::kNeverBegun;
