@@ -17,7 +17,7 @@ wstring uuidUrn(const uint8* bytes);
 wstring umidUrn(const uint8* bytes, std::size_t size);
 
 /// Readers of the texts above, in upper or lower case. Each demands the whole text and fills all of the 16 or `size`
-/// bytes, or returns false, and then what is in `bytes` is open.
+/// bytes, or returns false, with `bytes` unspecified.
 bool parseDotted(std::u16string_view text, uint8* bytes, std::size_t size);
 bool parseUlUrn(std::u16string_view text, uint8* bytes);
 bool parseUuidUrn(std::u16string_view text, uint8* bytes);

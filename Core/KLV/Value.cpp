@@ -8,7 +8,7 @@ namespace Vantor::KLV {
 
 namespace {
 
-/// How much of a value is allocated for a source that does not know whether it has that much.
+/// How much of a value is allocated at a time for a source of unknown size.
 constexpr std::size_t kFirstPiece = std::size_t{1} << 20;
 
 }  // namespace

@@ -16,7 +16,7 @@ class Value {
   explicit Value(Bytes bytes) : bytes_(std::move(bytes)) {}
   /// Reads the next `size` bytes of the source.
   /// @throws Exceptions::ParseError with the offset when fewer are left; nothing is allocated or read then. From a
-  /// source that does not know its end, memory is taken piece by piece as the bytes arrive.
+  /// source of unknown size, memory is allocated piece by piece as the bytes arrive.
   Value(DataIO::DataSource& source, uint64 size);
 
   /// Valid until the value is assigned to; may be null when the size is 0.

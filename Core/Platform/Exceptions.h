@@ -23,8 +23,8 @@ class BaseException : public std::exception {
   const std::string& file() const noexcept { return file_; }
   int line() const noexcept { return line_; }
 
-  /// What the message was made of, for programs: a format of libfmt and the arguments of its fields. Empty where the
-  /// exception was made with a message.
+  /// What the message was made of, for programs: a format of libfmt and its arguments. Empty when the exception was
+  /// made from a plain message.
   const std::string& format() const noexcept { return format_; }
   const std::vector<std::string>& arguments() const noexcept { return arguments_; }
   void setDetails(std::string format, std::vector<std::string> arguments) {

@@ -9,7 +9,7 @@ namespace Vantor::Exceptions {
 namespace {
 
 constexpr std::string_view kThisFile = "Core/Platform/Raise.cpp";
-/// What compilers put before the paths of this repository's sources.
+/// What compilers put in front of the paths of this repository.
 constexpr std::string_view kRoot =
     std::string_view(__FILE__).substr(0, std::string_view(__FILE__).size() - kThisFile.size());
 

@@ -10,7 +10,7 @@
 /// The one way to throw: `raise<Exceptions::ParseError>("the set {} ends at offset {}", name, offset)`.
 namespace Vantor::Exceptions {
 
-/// Where an exception says that it comes from.
+/// The source and the line that an exception reports as its origin.
 struct SourcePlace {
   const char* file;
   int line;

@@ -17,8 +17,8 @@ class Visitor;
 
 /// The value of a property: a number, text, identifier, record or collection together with its octets on the wire.
 ///
-/// Values do not change once made, but for `RGBALayout::set` and the items of a `Collection`; a value that nobody
-/// changes may be read from several threads. A value that was read writes the same octets again.
+/// Values do not change once made, but for `RGBALayout::set` and the items of a `Collection`; a value that stays
+/// unchanged may be read from several threads. A value that was read writes the same octets again.
 class SimpleDataType {
  public:
   virtual ~SimpleDataType() = default;
@@ -45,7 +45,7 @@ class SimpleDataType {
   /// Values live on the core library's heap (`Platform::malloc_alloc`).
   static void* operator new(std::size_t size) { return Platform::malloc_alloc::allocate(size); }
   static void operator delete(void* memory) noexcept { Platform::malloc_alloc::deallocate(memory); }
-  /// Constructing in place, as standard containers do it.
+  /// For construction in place, as in standard containers.
   static void* operator new(std::size_t, void* place) noexcept { return place; }
   static void operator delete(void*, void*) noexcept {}
 

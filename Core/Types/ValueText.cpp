@@ -33,7 +33,7 @@ std::u16string_view trimmed(std::u16string_view text) {
   return text.substr(begin, text.find_last_not_of(kWhiteSpace) - begin + 1);
 }
 
-/// The number that a whole text is; false for any other text, and for a number that the type does not hold.
+/// Reads a text that is a number as a whole; false for any other text, and for a number that the type cannot hold.
 template <class Integer>
 bool readNumber(std::u16string_view text, Integer& number) {
   const std::string digits = Platform::wstringToString(wstring(text));
@@ -206,7 +206,7 @@ const Type* kindOf() {
   return nullptr;
 }
 
-/// Takes numbers and what stands between them off the front of a text.
+/// Takes numbers and separators off the front of a text.
 class Fields {
  public:
   explicit Fields(std::u16string_view text) : rest_(trimmed(text)) {}
@@ -262,7 +262,7 @@ auto_ptr<SimpleDataType> readAs(const ReferenceType<Derived>*, std::u16string_vi
   return std::make_unique<Derived>(static_cast<const UUID&>(*target));
 }
 
-/// Values end at a NUL; what stands behind it would be lost.
+/// Values end at a NUL; anything behind it would be lost.
 void requireNoNul(std::u16string_view text) {
   if (text.find(u'\0') != std::u16string_view::npos) raise<InvalidFormat>("{} holds a NUL", quotedText(text));
 }

@@ -20,7 +20,7 @@ namespace Vantor::Types {
 wstring textOfValue(const SimpleDataType& value);
 
 /// White space around everything but texts is ignored, and so is white space between hexadecimal digits.
-/// @throws InvalidFormat quoting the text and saying what the type accepts; for kArray and kBatch too.
+/// @throws InvalidFormat with the text and what the type accepts; always for kArray and kBatch.
 auto_ptr<SimpleDataType> valueFromText(Identifiers::Identifier type, std::u16string_view text);
 
 /// Items may stand without quotes where no text needs them. Shorter texts get NULs up to the size of the longest.

@@ -33,7 +33,7 @@ bool isZero(Number number) {
   return number == 0;
 }
 
-/// Fills `text` with what stands before the first NUL; false when that is ill-formed or more than NULs follow.
+/// Fills `text` with the part before the first NUL; false when that is ill-formed or anything but NULs follows.
 bool decodeUTF8(const uint8* bytes, std::size_t size, Units& text) {
   const uint8* const end = bytes + size;
   const uint8* const textEnd = std::find(bytes, end, uint8{0});

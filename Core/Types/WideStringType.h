@@ -6,7 +6,7 @@
 
 namespace Vantor::Types {
 
-/// Unicode text, handed over as UTF-16. A text read with final NULs writes them again; a text that is made writes none.
+/// Unicode text, as UTF-16 for callers. A text read with final NULs writes them again; a text that is made writes none.
 /// The empty text of no octets is a value.
 class WideString : public SimpleDataType {
  public:
