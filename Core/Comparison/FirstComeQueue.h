@@ -7,7 +7,7 @@
 
 namespace Vantor {
 
-/// Things that wait for a partner of their own kind; each kind is a queue.
+/// Things that wait for a partner, in one queue for each kind.
 template <class Kind, class Thing, class Hash = std::hash<Kind>>
 class FirstComeQueue {
  public:

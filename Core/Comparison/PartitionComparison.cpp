@@ -46,7 +46,7 @@ class IdentifierMap {
   std::unordered_map<Types::UUID, Types::UUID> toLeft_;
 };
 
-/// The number of members of a sequence of different numbers outside its longest ascending subsequence.
+/// How many of a sequence of different numbers are outside its longest ascending subsequence.
 uint64 countOutOfOrder(const std::vector<std::size_t>& sequence) {
   std::vector<std::size_t> lowestEnds;  // of ascending parts, by their length
   for (const std::size_t number : sequence) {

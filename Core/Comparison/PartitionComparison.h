@@ -36,15 +36,14 @@ const char* name(PartitionDifference::Kind kind);
 ///
 /// - texts that are equal but for final NULs; one text each
 /// - octets of BER length fields, of a set or of an item in a set coded 0x13
-/// - the fewest sets that would have to move for partners to follow one another in one order
+/// - the fewest sets that would have to move to bring both partitions into one order
 /// - sets whose common properties stand in another order
 /// - the same property under another local tag, or under none as long as it is not written
 /// - a collection without items that the definition does not demand, in one of the sets only
 /// - collections without items, with another item size
-/// - dark KLVs that are a dark parsed group on one side and a dark set on the other
-/// - items of equal dark KLVs whose local tags have different labels by the primers, or for static tags that the
-/// primers
-///   lack by the dictionaries
+/// - dark KLVs that are a dark group on one side and a dark set on the other
+/// - items of equal dark KLVs whose local tags have different labels in the primers, or, for static tags that the
+///   primers lack, in the dictionaries
 /// - sets whose keys differ in octet 6, the coding, or octet 8, the version
 #define VANTOR_FOR_EACH_INSIGNIFICANT_DIFFERENCE(X)              \
   X(kTrailingNULs, "trailing NULs of strings")                   \
@@ -87,8 +86,8 @@ struct PartitionComparison {
 ///
 /// Valid and misplaced properties are the same property when they have one label, unknown ones when they have one
 /// static tag or when their dynamic tags mean one label in their primers. Values are compared by type and octets,
-/// references by whether their targets are partners, InstanceUIDs by whether each always stands for the same one of the
-/// other partition; with `Pairing::kByIdentifier`, references to sets that neither partition has are equal when their
+/// references by whether their targets are partners, InstanceUIDs by whether each always stands for the same one on the
+/// other side; with `Pairing::kByIdentifier`, references to sets that neither partition has are equal when their
 /// InstanceUIDs are. Only the differences of `InsignificantDifference` are ignored, and counted. Of the primers, only
 /// the labels of properties and of items in dark KLVs are compared.
 ///

@@ -34,7 +34,7 @@ struct PropertyIdentityHash {
   std::size_t operator()(const PropertyIdentity& identity) const noexcept;
 };
 
-/// The name for messages: the symbol, or for an unknown property its tag and the label of that in the primer.
+/// The name for messages: the symbol, or the tag of an unknown property and its label in the primer.
 std::string propertyName(const Element& property, const PartitionDictionary& tags);
 
 /// The label of an unknown property in the primer; null for none, and for other properties.

@@ -181,7 +181,7 @@ void SetPairing::pairByKey() {
 
 template <class Waiting, class Kind>
 void SetPairing::pairWithFirst(const MetadataSet& left, Waiting& waiting, const Kind& kind) {
-  if (!left_.isFree(left)) return;  // an earlier pair took it along
+  if (!left_.isFree(left)) return;  // paired already, with its owner
   const auto* found = waiting.take(kind, [this](const MetadataSet* set) { return right_.isFree(*set); });
   const std::size_t first = setPairs_.size();
   if (found == nullptr || !pair(left, **found)) return;

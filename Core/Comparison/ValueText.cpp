@@ -19,7 +19,6 @@ constexpr uint32 kMostItems = 4;
 
 std::string sizeText(std::size_t size, const char* unit) { return "... (" + std::to_string(size) + " " + unit + ")"; }
 
-
 std::string quoted(const wstring& text) {
   std::size_t units = std::min(text.size(), kMostUnits);
   if (units < text.size() && text[units] >= 0xdc00 && text[units] < 0xe000) --units;  // no half of a character
@@ -27,7 +26,7 @@ std::string quoted(const wstring& text) {
   return units == text.size() ? shown : shown + sizeText(text.size(), "code units");
 }
 
-// What reads better on one line than the value's text, by overload.
+// Texts that read better on one line than those of Types::textOfValue, by overload.
 
 std::string textOf(const Types::SimpleDataType& value) { return Utils::wstringToString(Types::textOfValue(value)); }
 std::string textOf(const Types::Boolean& value) { return value.value() ? "true" : "false"; }
