@@ -15,7 +15,7 @@ namespace Vantor {
 SharedPtr<const MetaMetadata::Dictionary> builtInDictionary(
     MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy);
 
-/// What the first call of `builtInDictionary` does, once more: an equal dictionary that belongs to the caller alone.
+/// Makes the built-in dictionary anew, for the caller alone.
 SharedPtr<const MetaMetadata::Dictionary> makeBuiltInDictionary(
     MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy);
 

@@ -4,7 +4,7 @@
 
 #include "Core/Platform/Types.h"
 
-/// What the characters of a dictionary file are. A table, because every start of a process looks at 200,000 of them.
+/// Classes of the characters in dictionary files. A table, because every process looks at 200,000 of them at its start.
 namespace Vantor::CharacterClass {
 
 constexpr uint8 kSpace = 1;

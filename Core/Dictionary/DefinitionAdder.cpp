@@ -41,7 +41,7 @@ bool isSetKey(const KLV::Key& key) {
 
 bool isPropertyKey(const KLV::Key& key) { return isUniversalLabel(key) && key.octet(5) == 0x01; }
 
-/// Puts a definition behind the others, or into the place of one that gives way.
+/// Appends a definition, or replaces the one that gives way to it.
 template <class Definition>
 uint32 put(Definition definition, uint32 place, Templates::vector<Definition>& list, Templates::vector<bool>& earlier) {
   if (place == kNotFound) {

@@ -27,7 +27,7 @@ bool isReservedName(std::string_view setName) {
          setName.find("_REF") != std::string_view::npos;
 }
 
-/// Two definitions that clash, the one that was read first in front: the message is about the other one.
+/// Two definitions that clash, in the order of reading: the message is about the second.
 template <class Definition>
 std::pair<const Definition&, const Definition&> inOrder(const Definition& one, const Definition& other) {
   const auto read = [](const Definition& definition) {

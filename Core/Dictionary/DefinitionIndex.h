@@ -6,8 +6,8 @@
 
 namespace Vantor {
 
-/// Finds the places of definitions. Entries are never taken out: what a definition was once entered by may lead to one
-/// that has changed since, so that every find compares; a definition that is entered twice is found all the same.
+/// Finds the places of definitions. Entries are never removed: an old one may lead to a definition that has changed
+/// since, so every look-up compares. Entering a definition twice does no harm.
 class Definitions::Index {
  public:
   static constexpr uint32 kNotFound = MetaMetadata::HashIndex::kNotFound;

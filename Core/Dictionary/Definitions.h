@@ -48,17 +48,16 @@ class Definitions {
   /// again unless something else is read, too.
   void readTrusted(std::string_view text, std::string name);
 
-  /// Enters the name of a published register, whose entries `DefinitionAdder` adds. Nobody edits it, so messages about
-  /// it advise another edition.
+  /// Enters the name of a published register, whose entries `DefinitionAdder` adds. Users do not edit registers, so
+  /// messages about one advise another edition.
   /// @return its place in `sources()`.
   uint32 addRegister(std::string name);
 
   /// Keeps a text for as long as this object lives.
   std::string_view keep(std::string text);
 
-  /// @throws Exceptions::InvalidFormat for unknown parents, types and targets, sets that inherit from themselves or
-  /// from
-  ///         too many, export names and static local tags that clash, and more than fits into memory.
+  /// @throws Exceptions::InvalidFormat for unknown parents, types and targets, for sets that inherit from themselves or
+  /// from too many, for clashing export names and static local tags, and for more than fits into memory.
   void check();
 
   /// A dictionary of these definitions, in order of definition. May be called again, for another vocabulary.

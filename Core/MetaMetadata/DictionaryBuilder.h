@@ -49,8 +49,8 @@ class DictionaryBuilder {
   /// Reserves room for this many definitions; more are possible.
   void reserve(std::size_t elements, std::size_t sets);
 
-  /// Defines a property. Defining a key again changes nothing; a key that differs from an earlier one in octet 8 only
-  /// makes a definition that is listed but not found.
+  /// Defines a property. Defining a key again changes nothing. A key that differs from an earlier one in octet 8 only
+  /// makes a definition that is listed but never found.
   void addElement(std::string_view key, std::string_view symbol, DataType type,
                   const ExtensionAttributes& extensionAttributes = {});
   void addElement(const Types::UniversalLabel& label, std::string_view symbol, DataType type,
@@ -65,7 +65,8 @@ class DictionaryBuilder {
               const ExtensionAttributes& extensionAttributes);
 
   /// Lists a property in the set defined last.
-  /// @param elementKey  of a property that is defined already; octet 8 is ignored unless it makes a difference.
+  /// @param elementKey  of a property that is defined already; octet 8 counts only among keys that differ in nothing
+  ///                    else.
   /// @param extensionAttributes  a "SchemaIndex" here replaces the automatic one in this set and in those that inherit
   ///        from it; an empty one leaves the attribute without. The order of the attributes stays that of definition.
   /// @throws Exceptions::InvalidFormat when there is no set yet or no such property.

@@ -9,8 +9,8 @@
 
 namespace Vantor::MetaMetadata {
 
-/// The definition of a property (SMPTE ST 335), whichever sets use it.
-/// Belongs to its `Dictionary` and lives as long; never changes, so any thread may read it.
+/// The definition of a property (SMPTE ST 335), whichever sets use it. Belongs to its `Dictionary` and lives as long;
+/// never changes, so any thread may read it.
 class MetaElement {
  public:
   MetaElement(const Types::UniversalLabel& key, std::string symbol, Types::Identifiers::Identifier dataType,
