@@ -10,7 +10,7 @@
 
 namespace Vantor::MXF {
 
-/// Writes one copy of a file with other header metadata; see rewrite(). What it is given outlives it.
+/// Writes one copy of a file with other header metadata; see rewrite(). All arguments outlive it.
 class FileRewriter {
  public:
   /// Computes where everything will be.

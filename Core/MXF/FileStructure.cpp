@@ -79,7 +79,7 @@ std::optional<PartitionInfo> tryReadPackAt(SeekableSource& source, uint64 runIn,
   }
 }
 
-/// A pack in a walk. One that is damaged is kept, because the partitions behind it are counted by it.
+/// A pack in a walk. A damaged one is kept, so that the partitions behind it keep their numbers.
 PartitionInfo readPackLeniently(SeekableSource& source, const KLVHeader& klv) {
   try {
     return readPack(source, klv);
@@ -154,7 +154,7 @@ Partitions partitionsByPreviousLinks(SeekableSource& source, const PartitionInfo
   return isWholeChain(partitions, runIn) ? partitions : Partitions();
 }
 
-/// Fills in what was found, unless that is nothing.
+/// Fills in the partitions that were found, unless there are none.
 bool takePartitions(FileStructure& structure, Partitions partitions, StructureSource source) {
   structure.partitions = std::move(partitions);
   structure.source = source;

@@ -72,7 +72,7 @@ class Reader {
     return !endsHeaderMetadata(key_) && (!atEnd_ || KLV::isFill(key_));
   }
 
-  /// It is too small by a set at least, so what else may follow is open.
+  /// The count is too small by at least one set, so any number of others may follow.
   void disbelieveCount() {
     end_.reset();
     atEnd_ = false;
@@ -100,7 +100,7 @@ class Reader {
     try {
       source_.skip(std::min(klv.length.value, source_.remaining()));
     } catch (const ParseError&) {
-      // A source that does not know its end has come to it.
+      // A source of unknown size has come to its end.
     }
   }
 
@@ -138,7 +138,7 @@ class Reader {
   std::unique_ptr<PartitionMetadata> metadata_;
   KLV::Key key_;  // of the next KLV
   uint64 offset_ = 0;
-  std::size_t keySize_ = 0;    // of the octets that the file has of it
+  std::size_t keySize_ = 0;    // octets of the key that the file has
   std::optional<uint64> end_;  // by the partition pack's count, as long as that is believed
   bool atEnd_ = false;         // a KLV ended exactly there
 };

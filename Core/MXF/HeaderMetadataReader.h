@@ -17,11 +17,11 @@ constexpr uint64 kMaxSetSize = uint64{1} << 30;
 /// Reads the header metadata of one partition of an MXF file (ST 377-1): fill, a primer pack, then sets and fill.
 ///
 /// The metadata ends where the partition pack's count of bytes ends, if that is between two KLVs and no further local
-/// set follows there. A count that is 0, too small or too large is not believed: the metadata then ends before the
-/// first KLV that cannot be part of it, which is a partition pack, an index table segment, a random index pack, an
-/// essence or system item, or generic stream data. It also ends with the file, and at 16 zero octets where a key should
-/// be. A fill item that runs past the end of the file is taken for the end of it. Every other KLV becomes a set or a
-/// dark set, whatever its key. A further primer pack adds its rows; a tag that an earlier one maps keeps its meaning.
+/// set follows there. A count that is 0, too small or too large is ignored: the metadata then ends before the first KLV
+/// that cannot be part of it, which is a partition pack, an index table segment, a random index pack, an essence or
+/// system item, or generic stream data. It also ends with the file, and at 16 zero octets where a key should be. A fill
+/// item that runs past the end of the file counts as its end. Every other KLV becomes a set or a dark set, whatever its
+/// key. A further primer pack adds its rows; a tag that an earlier one maps keeps its meaning.
 ///
 /// Reads what it returns, keys and lengths, and goes past fill and essence without reading them, whatever the file's
 /// size. Keeps no state between calls; two threads may read the same path at once.
@@ -35,22 +35,22 @@ constexpr uint64 kMaxSetSize = uint64{1} << 30;
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice = PartitionChoice::header());
-/// The same of a file in memory, or anywhere else.
+/// The same for a file in memory or anywhere else.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice = PartitionChoice::header());
-/// The same of a partition that readStructure() or findPartition() found in the file, and without finding it again.
+/// The same for a partition that readStructure() or findPartition() has found in the file.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionInfo& partition);
-/// The source then stands where the metadata end, behind the fill that belongs to them.
+/// Afterwards the source stands where the metadata end, behind the fill that belongs to them.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionInfo& partition);
 
 /// Reads the header metadata of the header partition from a source that only goes forward, such as a pipe or a
-/// connection; DataIO::ForwardSource is the base for these. The source stands at the start of the file, which may have
-/// a run-in. Nothing is read behind the metadata but the 16 octets of the key that ends them.
+/// connection (DataIO::ForwardSource). The source stands at the start of the file, which may have a run-in. Nothing is
+/// read behind the metadata but the 16 octets of the key that ends them.
 /// @throws Exceptions::ParseError as above, also where the file ends within a set; and what the source throws.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::DataSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary);

@@ -56,8 +56,8 @@ void requireNoJournal(const Path& file) {
                                          file.u8string());
 }
 
-/// The original, to be locked, if the target is this; renaming over a file takes no permission for it, and would part
-/// it from its other names.
+/// The original, to be locked, if it is the target. Renaming over a file needs no permission for it, and would part it
+/// from its other names.
 std::optional<FileUpdate> openToReplace(const Path& original, const Path& target) {
   std::error_code error;
   if (!std::filesystem::equivalent(original, target, error)) return std::nullopt;
@@ -66,7 +66,7 @@ std::optional<FileUpdate> openToReplace(const Path& original, const Path& target
   return writable;
 }
 
-/// Reports the bytes that it passes on; not the last one.
+/// Reports the bytes that it passes on, except the last one.
 class ReportingSink : public DataIO::DataSink {
  public:
   ReportingSink(DataIO::DataSink& sink, uint64 total, const Progress& progress)
@@ -164,7 +164,7 @@ void rewrite(const Path& original, const FileState& expected, const MetadataRepl
 DataIO::File::Durability rewrite(const Path& original, const FileState& expected,
                                  const MetadataReplacements& replacements, const Path& target,
                                  const Progress& progress) {
-  requireNoJournal(target);  // it would be taken for one of the new file
+  requireNoJournal(target);  // it would be taken for that of the new file
   auto replaced = openToReplace(original, target);
   DataIO::File::AtomicFile file(target);
   const uint64 size = writeCopy(original, expected, replacements, file, progress);

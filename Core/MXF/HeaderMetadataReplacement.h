@@ -12,25 +12,25 @@
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
-/// Puts other header metadata into the partitions of an existing MXF file. All else of the file stays as it is:
+/// Replaces header metadata in the partitions of an existing MXF file. Everything else in the file stays as it is:
 /// essence, index tables, generic streams, dark KLVs outside of header metadata, the statuses, labels and versions of
-/// the partition packs. Metadata that repeat others are left alone: a caller who replaces those of the header partition
-/// decides about the footer partition's, too.
+/// the partition packs. Repetitions are not replaced by themselves: a caller who replaces the metadata of the header
+/// partition decides about those of the footer partition, too.
 ///
-/// Functions that take a path get the state that the file had before the caller first read what became the
-/// replacements, and refuse a file that has another one. All of them read the structure of the file anew and refuse
-/// what refuseUnsafe() of ReplacementSafety.h refuses; rewrite(), where things move, also what refuseUnlisted()
-/// refuses. A change in place does not look for partitions that the file does not list: that would take long in a large
-/// file, and they stay right, but keep the metadata that they have. They throw Exceptions: ParseError with the offset
-/// when the file is damaged; InvalidFormat naming the partition when a replacement is not what it should be; IOError
-/// naming the file when it must not be changed, cannot be, or was changed by another program since.
+/// Functions that take a path also take the state of the file from before the caller read its metadata, and refuse a
+/// file in another state. All read the structure of the file anew and refuse what refuseUnsafe() of ReplacementSafety.h
+/// refuses; rewrite(), where things move, also what refuseUnlisted() refuses. A change in place does not look for
+/// partitions that the file does not list: that would take long in a large file, and they stay valid, but keep their
+/// metadata. They throw Exceptions: ParseError with the offset when the file is damaged; InvalidFormat naming the
+/// partition when a replacement is not what it should be; IOError naming the file when it must not be changed, cannot
+/// be, or was changed by another program since.
 namespace Vantor::MXF {
 
 /// New header metadata for one partition, which has some already.
 struct MetadataReplacement {
   MetadataReplacement(std::size_t number, Bytes metadata)
       : partition(number), bytes(std::make_shared<const Bytes>(std::move(metadata))) {}
-  /// For partitions that get the same bytes.
+  /// For several partitions that get the same bytes.
   MetadataReplacement(std::size_t number, SharedPtr<const Bytes> metadata)
       : partition(number), bytes(std::move(metadata)) {}
 
@@ -43,21 +43,21 @@ using MetadataReplacements = std::vector<MetadataReplacement>;
 /// The largest KAG size to which a partition is padded, in bytes; a larger one is taken for damage.
 constexpr uint64 kMaxKAGSize = uint64{1} << 20;
 
-/// Called with how many bytes of how many are written: whenever there are a hundredth more, in large files 2 MiB more,
-/// and a last time with all of them, where a file is written directly before it is put in place. What it throws ends
-/// the work, and goes on to the caller.
+/// Called with the bytes written so far and their total: after every hundredth, in large files after every 2 MiB, and a
+/// last time with all of them, for a file directly before it is put in place. An exception from it cancels the work and
+/// goes on to the caller.
 using Progress = std::function<void(uint64 done, uint64 total)>;
 
-/// Whether every replacement takes exactly the room of the header metadata that it replaces, fill behind these
-/// included, or leaves at least the 17 bytes of a fill item.
+/// Whether every replacement fits into the room of the header metadata that it replaces, fill behind them included:
+/// exactly, or with at least the 17 bytes of a fill item to spare.
 bool fits(const Path& file, const DataIO::File::FileState& expected, const MetadataReplacements& replacements);
 
-/// The same for a file in memory, or anywhere else.
+/// The same for a file in memory or anywhere else.
 bool fits(DataIO::SeekableSource& file, const MetadataReplacements& replacements);
 
 /// Writes the replacements, and fill behind them, into their places, and nothing else; takes no longer for a large
-/// file. A process or machine that stops leaves a journal beside the file, from which DataIO::File::recover() puts back
-/// the old bytes; see Core/DataIO/UndoJournal.h.
+/// file. If the process or machine stops, DataIO::File::recover() puts back the old bytes from a journal beside the
+/// file; see Core/DataIO/UndoJournal.h.
 /// @throws Exceptions::InvalidLength naming partition, size and room when a replacement does not fit, IOError also for
 /// what DataIO::File::changeInPlace() refuses. The file is as it was then.
 void replaceInPlace(const Path& file, const DataIO::File::FileState& expected,
@@ -70,21 +70,21 @@ void replaceInPlace(const Path& file, const DataIO::File::FileState& expected,
 /// offsets and counts of the copy, also where those of the original were wrong; a footer partition that they did not
 /// name stays unnamed. The run-in is kept.
 ///
-/// Without replacements the copy has the bytes of the original, be they MXF or not: nothing is refused.
-/// @param output  gets the copy from its first byte on; what is in it after an exception is no MXF file.
+/// Without replacements, the copy has the bytes of the original, MXF or not: nothing is refused.
+/// @param output  gets the copy from its first byte on; after an exception, its content is no MXF file.
 /// @throws Exceptions::IOError also when the original has another state at the end, or the journal of a stopped change;
 /// InvalidLength when the KAG size of a partition that has to grow is over kMaxKAGSize; also what the output throws.
 void rewrite(const Path& original, const DataIO::File::FileState& expected, const MetadataReplacements& replacements,
              DataIO::DataSink& output, const Progress& progress = {});
 
-/// The same of a file in memory, or anywhere else, that nobody changes meanwhile.
+/// The same for a file in memory or anywhere else, which must not change meanwhile.
 void rewrite(DataIO::SeekableSource& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
              const Progress& progress = {});
 
 /// The same into a file, which appears whole or not at all and has then reached the medium; see
-/// DataIO::File::AtomicFile for what it keeps of a file that was there. It may be the original, under any of its names,
-/// unless that has several hard links or is read-only. The target is refused, too, when it has the journal of a
-/// stopped change. The original's state is looked at a last time directly before the copy is put in place.
+/// DataIO::File::AtomicFile for what it keeps of an existing file. It may be the original, under any of its names,
+/// unless that has several hard links or is read-only. The target is refused, too, when it has the journal of a stopped
+/// change. The original's state is checked a last time directly before the copy is put in place.
 /// @return whether the name of the new file has reached the medium, too.
 DataIO::File::Durability rewrite(const Path& original, const DataIO::File::FileState& expected,
                                  const MetadataReplacements& replacements, const Path& target,

@@ -49,7 +49,7 @@ void requireSetKey(const KLV::Key& key) {
   raise<InvalidFormat>("a set cannot be written with key {}, which is of another part of MXF", key.toString());
 }
 
-/// What a reader will take for a set that it knows has to read as one.
+/// A KLV that readers take for a known set has to read as one.
 void requireItems(const EntryView& entry, const MetaMetadata::Dictionary& dictionary) {
   const auto* definition = entry.isDark() && KLV::isLocalSet(*entry.key) ? dictionary.findSet(*entry.key) : nullptr;
   if (definition == nullptr) return;

@@ -18,16 +18,15 @@ enum class SetOrder {
 /// bytes set by set.
 ///
 /// Properties that have no local tag yet get one and are entered into the partition's primer.
-/// @throws InvalidLength when the dynamic tags do not suffice, or a primer or set has a length beyond KLV;
-///         InvalidFormat naming the key when a set that the dictionary does not know has one that is no set's, such as
-///         a partition pack's: readers would take it for that, or the key of a set that it does know and a value that
-///         is no local set. Nothing is written then.
+/// @throws InvalidLength when there are too few dynamic tags, or a primer or set is too long for KLV; InvalidFormat
+///         naming the key of a dark set that readers would take for something else: one that is no set's, such as a
+///         partition pack's, or that of a known set when the value is no local set. Nothing is written then.
 void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink);
 
 /// Writes an MXF file that holds nothing but this header metadata: a header partition, closed and complete, KAG 1, and
 /// a random index pack. Operational pattern and essence containers are taken from the Preface.
-/// @throws InvalidFormat when there is no Preface, or it has no operational pattern; also as above, and what the
-///         sink throws. Nothing is written before all of it is known.
+/// @throws InvalidFormat when there is no Preface, or it has no operational pattern; also as above, and what the sink
+///         throws. Nothing is written before everything is known.
 void writeHeaderOnlyFile(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink);
 
 }  // namespace Vantor::MXF

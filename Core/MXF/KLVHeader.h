@@ -18,10 +18,10 @@ struct KLVHeader {
 /// The next 16 bytes, or what is left of them in the file followed by zeros; the source does not move.
 KLV::Key peekKey(DataIO::SeekableSource& source);
 
-/// Reads key and length; the source then stands at the value, of which nothing is known yet.
+/// Reads key and length; the source then stands at the value, which is not checked yet.
 /// @throws Exceptions::ParseError with the offset when they are cut short or the length is not a BER length.
 KLVHeader readKLVHeader(DataIO::DataSource& source);
-/// The same behind a key that was read already.
+/// The same for a key that was read already.
 KLVHeader readKLVHeader(DataIO::DataSource& source, const KLV::Key& key);
 
 /// Whether the file holds the whole value.

@@ -72,7 +72,7 @@ class RoomFinder {
     }
   }
 
-  /// What is among the essence, which may be long, is looked for by refuseUnlisted().
+  /// KLVs among the essence, which may be long, are left to refuseUnlisted().
   void skipToEssence() {
     while (source_.position() < partitionEnd_) {
       const KLV::Key key = peekKey(source_);

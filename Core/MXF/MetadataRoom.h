@@ -11,7 +11,7 @@
 namespace Vantor::MXF {
 
 /// The bytes of a partition that belong to its header metadata (ST 377-1): from the primer pack's key, which stands
-/// behind the partition pack and any fill, as far as HeaderByteCount counts, so with fill behind the sets.
+/// behind the partition pack and any fill, to where HeaderByteCount ends, so with fill behind the sets.
 struct MetadataRoom {
   uint64 offset = 0;  ///< of the primer pack, from the start of the file
   uint64 size = 0;    ///< in bytes

@@ -28,7 +28,7 @@ struct PartitionPack {
   uint32 bodySID = 0;
   Types::UniversalLabel operationalPattern;
   std::vector<Types::UniversalLabel> essenceContainers;
-  /// The item size that the batch of essence containers names; files have any number where there is none.
+  /// The item size in the batch of essence containers; for an empty batch, files have any number.
   uint32 essenceContainerSize = Types::UniversalLabel::kSize;
 
   /// Names the numbers in wire order. They stand at the start of the value.

@@ -32,7 +32,7 @@ bool fillsItsPlace(const KLVHeader& pack, const SeekableSource& source) {
   return pack.length.value == source.size() - pack.valueOffset && pack.length.value % kEntrySize == kOverallLengthSize;
 }
 
-/// Entry by entry, so that a length that is a lie allocates nothing.
+/// Entry by entry, so that a false length allocates nothing.
 std::vector<uint64> readEntries(const KLVHeader& pack, SeekableSource& source, uint64 runIn) {
   std::vector<uint64> offsets;
   while (source.remaining() > kOverallLengthSize) {
@@ -51,7 +51,7 @@ std::optional<KLVHeader> findSoundPack(SeekableSource& source) {
     const auto pack = findPack(source);
     if (pack && fillsItsPlace(*pack, source)) return pack;
   } catch (const ParseError&) {
-    // What looks like a pack and cannot be read is as good as none: there are other ways to the partitions.
+    // A pack that cannot be read is as good as none: there are other ways to the partitions.
   }
   return std::nullopt;
 }

@@ -12,8 +12,8 @@ namespace Vantor::MXF {
 
 /// Reads the random index pack at the end of a file (ST 377-1): where the file's partitions start.
 /// @param runIn  the offset of the header partition pack in the file.
-/// @return the partitions' offsets in the file, run-in included, each greater than the one before; whether partition
-///         packs stand there was not looked at. Empty when the file does not end with a random index pack, or with one
+/// @return the partitions' offsets in the file, run-in included, each greater than the one before; it was not checked
+///         whether partition packs stand there. Empty when the file does not end with a random index pack, or with one
 ///         that contradicts itself.
 std::vector<uint64> readRandomIndexPack(DataIO::SeekableSource& source, uint64 runIn);
 
@@ -22,7 +22,7 @@ std::vector<uint64> readRandomIndexPack(DataIO::SeekableSource& source, uint64 r
 /// @param lastPackEnd  where the last partition's pack ends.
 /// @return none when the file has none. It is searched to the end then, or to where zeros stand instead of a key.
 /// @throws Exceptions::ParseError with the offset where the KLVs of the last partition cannot be followed, where they
-/// lead to a further partition pack or random index pack, or when the pack's length is no random index pack's.
+/// lead to a further partition pack or random index pack, or when the pack's length is not one of a random index pack.
 std::optional<KLVHeader> findRandomIndexPack(DataIO::SeekableSource& source, uint64 lastPackEnd);
 
 /// Reads the entries of a pack that findRandomIndexPack() found, one after the other, right or wrong.

@@ -19,7 +19,7 @@ struct PlannedReplacement {
   bool fits() const;
 };
 
-/// The replacements by the order of their partitions, which they outlive; each is checked.
+/// The replacements, checked, in the order of their partitions. `replacements` outlives the result.
 /// @throws Exceptions::InvalidFormat naming the partition when there is none with its number, or it has no header
 /// metadata or two replacements; or when a replacement's bytes are not whole KLVs of header metadata, a primer pack
 /// first. Also what refuseUnsafe() throws.

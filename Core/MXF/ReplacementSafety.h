@@ -9,24 +9,23 @@
 
 namespace Vantor::MXF {
 
-/// Finds out whether the header metadata of a file can be replaced without leaving anything in the file wrong.
+/// Checks that the header metadata of a file can be replaced without leaving anything in the file wrong.
 ///
-/// Refused are: files that are still being written, or whose writing was given up, which are those with an open header
-/// partition and no footer partition (an open header partition alone is all right); files with damage, or with bytes
-/// that cannot be followed; files that are cut off, so that the footer partition or what the random index pack lists is
-/// missing; files with a partition for which findMetadataRoom() throws.
+/// Refused are: files that are still being written or were never finished, with an open header partition and no footer
+/// partition (an open header partition alone is fine); files with damage, or with bytes that cannot be followed; files
+/// that are cut off, so that the footer partition or what the random index pack lists is missing; files with a
+/// partition for which findMetadataRoom() throws.
 /// @return what findMetadataRoom() finds for each partition.
 /// @throws Exceptions::ParseError with the offset of the damage, or Exceptions::IOError with the reason and the path.
 std::vector<std::optional<MetadataRoom>> refuseUnsafe(DataIO::SeekableSource& source, const FileStructure& structure);
 
-/// Finds out whether anything in the file can move without being left wrong, which asks for more: no KLV may hold an
-/// offset that a copy would leave wrong. Refused are: files with a partition pack, or a random index pack, that is not
-/// the structure's, such as one that the random index pack and the links leave out; files with bytes between the
-/// partitions that cannot be followed, so that such packs may be among them; files where KLVs anywhere hold offsets of
-/// sets, as in findMetadataRoom().
+/// Checks that parts of the file can move, which demands more: no KLV may hold an offset that a copy would leave wrong.
+/// Refused are: files with a partition pack, or a random index pack, that is not the structure's, such as one that the
+/// random index pack and the links leave out; files with bytes between the partitions that cannot be followed, so that
+/// such packs may be among them; files where KLVs anywhere hold offsets of sets, as in findMetadataRoom().
 ///
-/// Reads key and length of every KLV, of which large files have a million: some seconds, where the system has none of
-/// the file in memory.
+/// Reads key and length of every KLV. Large files have a million of them, which takes some seconds when the system has
+/// none of the file in memory.
 /// @throws as refuseUnsafe(), which is not called.
 void refuseUnlisted(DataIO::SeekableSource& source, const FileStructure& structure);
 
