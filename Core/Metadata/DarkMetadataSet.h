@@ -6,7 +6,7 @@
 
 namespace Vantor {
 
-/// A KLV of the header metadata that is not a known local set: key, length octets and value, as read.
+/// A KLV of the header metadata that is neither a known set nor a dark group: key, length octets and value, as read.
 class DarkMetadataSet {
  public:
   /// @param berOctetCount  octets of the BER length field; 0 leaves the choice to the writer.

@@ -8,7 +8,7 @@
 
 namespace Vantor {
 
-/// Reserves the dynamic local tags within a dark set, so that no property gets one of them: only the primer gives them
+/// Reserves the dynamic local tags used in a dark set, so that no property gets one of them: only the primer gives them
 /// a meaning. Ignores octets that are not a local set, whatever their key.
 void reserveDarkTags(const KLV::Key& key, const uint8* octets, std::size_t size, PartitionDictionary& tags);
 

@@ -10,14 +10,14 @@ namespace Vantor {
 struct EntryView {
   explicit EntryView(const PartitionMetadata::Entry& entry);
 
-  /// Whether the KLV is a dark set or a dark parsed group, of which only the octets are known.
+  /// Whether the KLV is a dark set or a dark group, of which only the octets are known.
   bool isDark() const { return octets.data() != nullptr; }
   /// The name for messages: the set's symbol, or its key.
   std::string name() const;
 
   const MetadataSet* set = nullptr;  ///< null for a dark set
   const KLV::Key* key = nullptr;
-  std::string_view octets;  ///< the value of a dark set or dark parsed group; data() is null for other sets
+  std::string_view octets;  ///< the value of a dark set or dark group; data() is null for other sets
   uint8 berLength = 0;
 };
 

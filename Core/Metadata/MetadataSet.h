@@ -28,7 +28,7 @@ class MetadataSet {
  public:
   using Elements = std::vector<auto_ptr<Element>>;
 
-  /// Steps over the properties of a set; a read-only step passes over unset ones.
+  /// Iterates over the properties of a set; the const iterator skips unset ones.
   template <bool Const>
   class ElementIterator {
    public:
@@ -101,15 +101,15 @@ class MetadataSet {
   ///     track.set("Sequence", sequence);
   ///     const auto rate = track.get<Types::Rational>("EditRate");
   ///
-  /// A changed property keeps its local tag, its length octets and its place in the order of the file; a value that is
-  /// there already changes nothing. Every function throws InvalidFormat naming the set and the property when the set
-  /// can have no such property, or no such value; the set stays as it was.
+  /// A changed property keeps its local tag, its length octets and its place in the order of the file; setting the
+  /// value that is there already changes nothing. Every function throws InvalidFormat naming the set and the property
+  /// when the set can have no such property, or no such value; the set stays as it was.
   /// @{
 
   /// The property, unset ones included; null when the set has none. Does not throw.
   Element* find(std::string_view property);
   const Element* find(std::string_view property) const;
-  /// Whether the property is present, be it without a value. Does not throw.
+  /// Whether the property is present, even without a value. Does not throw.
   bool has(std::string_view property) const;
 
   /// The value. @throws InvalidFormat also when the property has no value, or one of another type.
@@ -125,7 +125,7 @@ class MetadataSet {
   /// The value as text (Core/Types/ValueText.h). @throws InvalidFormat also when the property has no value.
   wstring text(std::string_view property) const;
 
-  /// Sets a value, a copy of it, whose type is that of the definition.
+  /// Sets a copy of a value, whose type has to be that of the definition.
   /// @return whether that changed the set.
   bool set(std::string_view property, const Types::SimpleDataType& value);
   /// Sets a value from its text (Core/Types/ValueText.h). Not for the InstanceUID, by which others refer to the set.
@@ -163,8 +163,8 @@ class MetadataSet {
 
   /// The present properties in the order of the definition, then the invalid ones as met.
   std::vector<const Element*> inDefinitionOrder() const;
-  /// The present properties in the order in which they are written: properties from the file in its order, then the
-  /// others in the order of the definition.
+  /// The present properties in the order of writing: those from the file in its order, then the others in the order of
+  /// the definition.
   std::vector<const Element*> inWritingOrder() const;
 
   /// Whether a property of this set is the one that holds its InstanceUID.

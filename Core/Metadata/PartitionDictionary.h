@@ -13,7 +13,7 @@
 
 namespace Vantor {
 
-/// The names that one partition uses: the metadata dictionary, and the primer pack that maps local tags to labels.
+/// The names that one partition uses: its metadata dictionary, and its primer pack, which maps local tags to labels.
 class PartitionDictionary {
  public:
   explicit PartitionDictionary(SharedPtr<const MetaMetadata::Dictionary> dictionary);

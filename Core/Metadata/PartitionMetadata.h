@@ -71,7 +71,7 @@ class PartitionMetadata {
   PartitionDictionary& partitionDictionary() { return dictionary_; }
   const PartitionDictionary& partitionDictionary() const { return dictionary_; }
 
-  /// The sets, dark parsed groups included, in file order.
+  /// The sets, dark groups included, in file order.
   const Sets& sets() const { return compacted().sets_; }
   /// The dark sets, in file order.
   DarkSets::const_iterator darkBegin() const { return compacted().darkSets_.begin(); }
@@ -105,13 +105,13 @@ class PartitionMetadata {
   /// one. A key that the dictionary does not know gives a set without definition and properties.
   MetadataSet* createMetadataSet(const KLV::Key& key);
   /// The same for a kind of sets, by its symbol in the register or its tag name.
-  /// @throws InvalidFormat when the dictionary has no such set, or files hold none of that kind.
+  /// @throws InvalidFormat when the dictionary has no such set, or only an abstract one.
   MetadataSet& createMetadataSet(std::string_view name);
   MetadataSet* addMetadataSet(auto_ptr<MetadataSet> set);
   void addDarkMetadataSet(auto_ptr<DarkMetadataSet> set);
 
-  /// Takes all sets and dark sets out, in the order of the file; the primer stays. For putting them back in another
-  /// order, or some of them.
+  /// Takes all sets and dark sets out, in file order, so that some of them can be put back, in any order. The primer
+  /// stays.
   std::vector<Entry> releaseEntries();
   /// Takes a set out; references to it stay as they are. A loop over `sets()`, `entries()` or `findAll()` may remove
   /// any sets and find others on the way; n removals and one look at the lists take time in proportion to the sets.
@@ -158,7 +158,7 @@ class PartitionMetadata {
   void instanceUIDChanged(MetadataSet& set, const Types::UUID* before, const Types::UUID* after);
 
   PartitionDictionary dictionary_;
-  // Removals are marked, and carried out together by the next look at the lists, so that many cost little.
+  // Removals are marked, and carried out together by the next look at the lists, so that many of them cost little.
   mutable std::mutex compacting_;
   mutable std::atomic<bool> hasRemoved_{false};
   mutable std::vector<Entry> entries_;

@@ -95,8 +95,7 @@ wstring MetadataSet::text(std::string_view property) const {
   return Types::textOfValue(*value);
 }
 
-/// What an unknown property holds under the tag of a property is a value of it that does not decode. The new property
-/// takes its place.
+/// An unknown property under the tag of a known one is its value that did not decode. The new property takes its place.
 Element& MetadataSet::createElement(std::string_view property) {
   if (Element* there = find(property)) return *there;
   const auto& attribute = *definition_->findAttribute(property);

@@ -32,7 +32,7 @@ struct NumberedName {
   std::size_t number = 0;
 };
 
-/// The octets of an identifier. As an AUID, because some writers take a label for an InstanceUID.
+/// The octets of an identifier, as an AUID, because some writers use a label as an InstanceUID.
 std::optional<Types::AUID> identifierFrom(std::string_view name) {
   const wstring text = Utils::stringToWstring(std::string(name));
   std::array<uint8, Types::AUID::kSize> octets{};

@@ -11,14 +11,14 @@ namespace Vantor {
 /// An item's tag means what the primer lists for it; a static tag that the primer lacks means what the set's definition
 /// lists for it, or else the dictionary. A value becomes a property, misplaced where the definition does not list it,
 /// only if it decodes and is written back as the same bytes. Everything else becomes an unknown property under its tag:
-/// what no definition lists, what does not decode, a second item of a property, and misplaced identifiers of a set or
-/// its generation.
+/// what no definition lists, what does not decode, a second item of a property, and a misplaced InstanceUID or
+/// GenerationUID.
 class SetReader {
  public:
   SetReader(MetadataSet& set, const PartitionDictionary& tags) : set_(set), tags_(tags) {}
 
   void read(const KLV::LocalSetItem& item);
-  /// The same for octets that no file has in this place: the property gets no tag of its own and no place in the
+  /// The same for octets that were not read from a file: the property gets no tag of its own and no place in the
   /// reading order.
   Element& place(const KLV::LocalSetItem& item);
 

@@ -28,8 +28,8 @@ class NonConstMetadataSetVisitor {
 
 /// Receives one property of a set by its kind, to read it.
 ///
-/// A collection of references arrives three times over: as itself, then each of its members as a `ReferenceElement`, in
-/// order; one without members arrives as a plain collection instead. See `Element::accept`.
+/// A collection of references arrives as itself and then member by member as a `ReferenceElement`, in order; one
+/// without members arrives as a plain collection instead. See `Element::accept`.
 class ElementVisitor {
  public:
   virtual ~ElementVisitor() = default;
