@@ -18,8 +18,8 @@ class Command {
   std::string name() const { return app_->get_name(); }
   /// The file that messages are about.
   const Path& input() const { return input_; }
-  /// Does the whole task. Nothing was written to an output when it throws, except where the output itself failed or
-  /// tells what is wrong.
+  /// Does the whole task. When it throws, nothing was written to an output, unless the output failed or shows what is
+  /// wrong.
   virtual void run() const = 0;
 
  protected:

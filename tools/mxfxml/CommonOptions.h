@@ -7,7 +7,7 @@
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/Platform/Path.h"
 
-/// Options that several subcommands have. Each variable is filled during parsing and has to live that long.
+/// Options of several subcommands. Parsing fills the variables, which have to live that long.
 namespace Vantor::Tool {
 
 /// A required file name in the place of the next positional argument.
@@ -23,17 +23,17 @@ CLI::Option* addFile(CLI::App& command, const std::string& name, std::optional<P
 /// --partition header|footer|N; left as it is when the option is not given.
 void addPartition(CLI::App& command, MXF::PartitionChoice& choice);
 
-/// The same, where no choice means something else than the header partition, or where it matters whether there is one.
+/// The same for commands to which no choice means something other than the header partition.
 CLI::Option* addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice,
                           const std::string& description);
 
 /// Why a text is no name of a file; empty when it may be one.
 std::string whyNoFileName(const std::string& text);
 
-/// How text tells of the chosen partition: "the header partition", "the footer partition" or "partition 2".
+/// The chosen partition in messages: "the header partition", "the footer partition" or "partition 2".
 std::string describe(const MXF::PartitionChoice& choice);
 
-/// Refuses to write over the file that is read, also by way of links. @throws CommandError naming the output.
+/// Refuses to write over the file that is read, even through links. @throws CommandError naming the output.
 void refuseSameFile(const Path& input, const Path& output);
 
 }  // namespace Vantor::Tool

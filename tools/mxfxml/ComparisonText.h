@@ -6,7 +6,7 @@
 
 namespace Vantor::Tool {
 
-/// Each difference on a line, then what is not counted as one, then how much was compared and how much differs.
+/// A line for each difference, then the insignificant ones, then how much was compared and how much differs.
 std::string describe(const PartitionComparison& comparison);
 
 }  // namespace Vantor::Tool

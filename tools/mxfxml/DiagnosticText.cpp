@@ -10,14 +10,14 @@ namespace {
 
 using Kind = LosslessXML::Diagnostic::Kind;
 
-/// Whether a namespace is none of those of the built-in definitions and of documents, as far as its start shows.
+/// Whether a namespace is neither of the built-in definitions nor of documents, judged by its start.
 bool isPrivate(std::string uri) {
   for (char& character : uri) character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
   const auto starts = [&uri](const std::string& text) { return uri.compare(0, text.size(), text) == 0; };
   return !uri.empty() && !starts("urn:smpte:") && !starts("http://www.smpte-ra.org");
 }
 
-/// Whether definitions of the user's own may be what is missing. They may have the namespaces of the built-in ones.
+/// Whether definitions of the user may be missing. They may be in the namespaces of the built-in ones.
 bool lacksDefinition(const LosslessXML::Diagnostic& diagnostic) {
   switch (diagnostic.kind) {
     case Kind::kUnknownSet:

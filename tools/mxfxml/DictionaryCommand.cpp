@@ -7,7 +7,7 @@
 namespace Vantor::Tool {
 
 DictionaryCommand::DictionaryCommand(CLI::App& program)
-    : Command(program, "dictionary", "Print what sets the dictionary has, or what it knows of one name") {
+    : Command(program, "dictionary", "Print the sets of the dictionary, or what it has under one name") {
   app()
       .add_option("NAME", wanted_,
                   "A set, property, enumeration or label by symbol or name in XML,\nby key, or by "

@@ -50,7 +50,7 @@ std::string qualifiedName(const Definitions& definitions, const SetDefinition& s
   return prefix + ":" + std::string(set.xmlName);
 }
 
-/// What can be said of the type beyond its notation: the core type of an enumeration.
+/// What the notation of a type does not show: the core type of an enumeration.
 std::string typeText(const PropertyType& type) {
   std::string text = textOf(type);
   if (!type.enumeration.empty()) text += " (" + std::string(Types::Identifiers::name(type.value)) + ")";
@@ -128,7 +128,7 @@ std::optional<uint16> tagFrom(std::string_view text) {
   return isTag ? std::optional(static_cast<uint16>(tag)) : std::nullopt;
 }
 
-/// A name as documents have it, or a tag as programmers write it, without what stands in front.
+/// A name without the prefix that documents have, or a tag without the "0x" of programmers.
 std::string withoutPrefix(const std::string& text) {
   if (MetaMetadata::parseRegisterKey(text)) return text;
   const auto colon = text.find(':');

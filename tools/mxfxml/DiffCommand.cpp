@@ -20,7 +20,7 @@ std::string textOf(const Types::UUID* instanceUID) {
   return instanceUID == nullptr ? "nothing" : Utils::wstringToString(instanceUID->toString());
 }
 
-/// The sets that stand in one place and whose InstanceUIDs are not the same, a line for each.
+/// A line for each pair of sets in the same place whose InstanceUIDs differ.
 std::string identifierLines(const PartitionMetadata& left, const PartitionMetadata& right) {
   const SetPairing pairing(left, right, Pairing::kByIdentifier);
   std::string lines;
@@ -35,13 +35,13 @@ std::string identifierLines(const PartitionMetadata& left, const PartitionMetada
 }  // namespace
 
 DiffCommand::DiffCommand(CLI::App& program)
-    : Command(program, "diff", "Tell what the header metadata of two files, MXF or XML, say differently") {
+    : Command(program, "diff", "Print the differences between the header metadata of two files, MXF or XML") {
   addInput(app(), input(), "MXF or XML file");
   addFileArgument(app(), "OTHER", other_, "MXF or XML file to compare it with");
   app().add_flag("--strict", strict_,
-                 "Fail where a document says something twice or that cannot be,\nwhich is a warning otherwise");
+                 "Fail on content of a document that occurs twice or means\nnothing, instead of warning");
   app().add_flag("--ignore-ids", ignoreIdentifiers_,
-                 "Take InstanceUIDs for names that each file chooses,\nand pair sets by what refers to them");
+                 "Pair sets by the references to them, not by InstanceUID;\nother InstanceUIDs are no difference");
   addPartition(app(), partition_,
                "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
                "partition");

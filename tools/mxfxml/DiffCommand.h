@@ -10,8 +10,8 @@
 
 namespace Vantor::Tool {
 
-/// `mxfxml diff`: prints what the header metadata of two files, MXF or XML, tell differently. Fails after printing when
-/// there is such a thing.
+/// `mxfxml diff`: prints the differences between the header metadata of two files, MXF or XML. Fails after printing if
+/// there are any.
 class DiffCommand final : public Command {
  public:
   explicit DiffCommand(CLI::App& program);

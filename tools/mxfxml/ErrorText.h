@@ -30,11 +30,10 @@ class OtherFileError : public std::runtime_error {
 /// Writes a line to standard error, after the program's name.
 void printMessage(const std::string& message);
 
-/// The message, in UTF-8, of the exception that is being handled: of the libraries, of Xerces or any other.
-/// To be called in a catch clause.
+/// The message, in UTF-8, of the exception that is being handled, whoever threw it. To be called in a catch clause.
 std::string currentExceptionText();
 
-/// The same with the name of a file in front, unless the exception names its file itself: every IOError does.
+/// The same with the name of a file in front, unless the exception names its file itself, as every IOError does.
 /// @param file  may be empty.
 std::string currentExceptionText(const Path& file);
 

@@ -28,12 +28,12 @@ ExportCommand::ExportCommand(CLI::App& program)
     : Command(program, "export", "Write the header metadata of a partition as XML") {
   addInput(app(), input(), "MXF file");
   addFile(app(), "-o,--output", output_, "Write to this file instead of standard output");
-  app().add_flag("--flat", flat_, "Write sets beside those that refer to them, not inside");
+  app().add_flag("--flat", flat_, "Write sets behind those that refer to them, not inside");
   app().add_flag("--structural-only", structuralOnly_, "Leave out references to sets that are not structural");
   app()
       .add_option("--start", start_, "Start from the set with this InstanceUID, or\nfrom the first with this name")
       ->type_name("ID|NAME");
-  app().add_flag("--exact", exact_, "Write the exact form to the letter, with what that loses");
+  app().add_flag("--exact", exact_, "Write the exact form, which loses some metadata");
   addEncoding();
   addPartition(app(), partition_);
   dictionary_.addVocabulary(app());

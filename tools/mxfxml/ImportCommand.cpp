@@ -19,7 +19,8 @@ namespace Vantor::Tool {
 
 namespace {
 
-/// How many items of dark groups have a tag that each file explains in its primer pack, which is not in the document.
+/// How many items of dark groups have a dynamic tag without a label: only the primer pack of their file had that, and a
+/// document does not have it.
 std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
   std::size_t count = 0;
   for (const MetadataSet* set : metadata.sets()) {
@@ -69,16 +70,16 @@ ImportCommand::ImportCommand(CLI::App& program)
 void ImportCommand::addTarget() {
   auto* output = addFile(app(), "-o,--output", output_, "Write to this file")->type_name("OUTPUT.mxf");
   auto* into = addFile(app(), "--into", into_,
-                       "Write a copy of this file with what was edited since it was\n"
-                       "exported; all else in it stays as it is")
+                       "Write a copy of this file with the edits of the document;\n"
+                       "everything else in it stays as it is")
                    ->type_name("ORIGINAL.mxf");
   app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
   app()
       .add_flag("--expect-unchanged", expectsUnchanged_,
-                "Fail where the file has changed since the export, which is a\nwarning otherwise")
+                "Fail if the file has changed since the export, instead of\nwarning")
       ->needs(into);
   app()
-      .add_flag("--merge-anyway", mergesAnyway_, "Merge the document although it and the file have other packages")
+      .add_flag("--merge-anyway", mergesAnyway_, "Merge the document even if it shares no package with the file")
       ->needs(into);
 }
 
@@ -86,25 +87,25 @@ void ImportCommand::addDescription() {
   auto* into = app().get_option("--into");
   app()
       .add_flag("--structural-only", isStructuralOnly_,
-                "The document, which does not describe itself, was exported so:\nsets that it leaves out are kept")
+                "For a document without description: it is an export of this\nkind; sets that it leaves out are kept")
       ->needs(into);
   app()
       .add_option("--start", start_,
-                  "The document, which does not describe itself, starts from this\nset; other sets are kept")
+                  "For a document without description: it starts from this set;\nother sets are kept")
       ->type_name("ID|NAME")
       ->needs(into);
   addPartition(app(), partition_,
-               "The partition that was exported: header, footer or a number;\n"
-               "only it is changed. Without it, what the document describes;\n"
-               "with the header partition, all that repeat its metadata")
+               "The partition that was exported: header, footer or a number.\n"
+               "Only this one is changed. By default, the one that the document\n"
+               "describes; with the header partition, all that repeat its\nmetadata")
       ->needs(into);
 }
 
 void ImportCommand::addWayOfReading() {
-  auto* exact = app().add_flag("--exact", exact_, "Read the XML to the letter of its exact form, with what that loses");
+  auto* exact = app().add_flag("--exact", exact_, "Read the exact form, which loses some metadata");
   app()
       .add_flag("--strict", strict_,
-                "Fail where the document has something twice or that cannot be,\nwhich is a warning otherwise")
+                "Fail on content of the document that occurs twice or means\nnothing, instead of warning")
       ->excludes(exact);
 }
 

@@ -63,7 +63,7 @@ std::string nameOf(MXF::StructureSource source) {
 
 std::string textOf(const Types::UniversalLabel& label) { return Utils::wstringToString(label.toString(kDottedForm)); }
 
-/// The label, and what the registers call it.
+/// The label and its name in the registers.
 std::string textOf(const Definitions& definitions, const Types::UniversalLabel& label) {
   const std::string name = labelName(definitions, label);
   return textOf(label) + (name.empty() ? "" : "  " + name);

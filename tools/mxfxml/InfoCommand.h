@@ -6,7 +6,7 @@
 
 namespace Vantor::Tool {
 
-/// `mxfxml info`: prints the partitions of a file and what sets the metadata of one of them has.
+/// `mxfxml info`: prints the partitions of a file and the sets in the metadata of one of them.
 class InfoCommand final : public Command {
  public:
   explicit InfoCommand(CLI::App& program);

@@ -6,9 +6,9 @@
 
 namespace Vantor::Tool {
 
-/// While it lives, a signal that asks the program to end (an interrupt of the user, SIGTERM, a terminal that is closed)
-/// waits: in a copy until its progress is told next, which ends it so that nothing is left behind; otherwise until this
-/// object goes, and then does what it always does. Signals that were ignored stay ignored. There is one at a time.
+/// Postpones signals that ask the program to end (an interrupt of the user, SIGTERM, a terminal that is closed). While
+/// a copy is written, the next report of progress cancels it, so that nothing is left behind; otherwise a signal takes
+/// effect when this object is destroyed. Signals that were ignored stay ignored. Only one object may exist at a time.
 class Interruption {
  public:
   Interruption();
@@ -16,7 +16,7 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
-  /// The progress, which throws CommandError when a signal waits. Of use as long as this object.
+  /// A progress that throws CommandError when a signal waits. It must not outlive this object.
   MXF::Progress stopping(MXF::Progress progress);
 
  private:

@@ -27,7 +27,7 @@ bool isTerminal() {
 class Bar {
  public:
   Bar() = default;
-  /// What is written next has a line of its own, also behind a bar that did not come to its end.
+  /// Ends the line of an unfinished bar, so that what is written next has its own.
   ~Bar() {
     if (percent_ >= 0) std::fputs("\n", stderr);
   }

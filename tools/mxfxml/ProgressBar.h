@@ -4,7 +4,7 @@
 
 namespace Vantor::Tool {
 
-/// Shows on standard error how far copying a file has come, where that is a terminal; nothing elsewhere.
+/// Shows the progress of a copy on standard error, if that is a terminal.
 MXF::Progress progressBar();
 
 }  // namespace Vantor::Tool

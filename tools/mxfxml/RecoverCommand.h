@@ -4,7 +4,7 @@
 
 namespace Vantor::Tool {
 
-/// `mxfxml recover`: puts a file back that a change in place left half-way.
+/// `mxfxml recover`: undoes a change in place that was stopped half-way.
 class RecoverCommand final : public Command {
  public:
   explicit RecoverCommand(CLI::App& program);

@@ -23,7 +23,7 @@ void requireUTF8(const std::string& text) {
   throw UsageError("'" + Utils::wstringToString(Utils::stringToWstring(text)) + "' is no text in UTF-8");
 }
 
-/// No property is given twice: the second value would replace the first.
+/// Refuses a property that is given twice: the second value would replace the first.
 class Once {
  public:
   void require(const MetadataSet& set, const PropertyChoice& choice) {
@@ -40,24 +40,24 @@ class Once {
 }  // namespace
 
 SetCommand::SetCommand(CLI::App& program)
-    : Command(program, "set", "Give properties in the header metadata of a file other values") {
+    : Command(program, "set", "Change or remove properties in the header metadata of a file") {
   addInput(app(), input(), "MXF file");
   app()
       .add_option("Set.Property=VALUE", assignments_,
-                  "What the property of a set is to be; Set[2] is the second\nset of that name in the file. "
+                  "The new value of a property; Set[2] is the second set of that\nname in the file. "
                   "An empty VALUE is an empty text")
       ->type_name("");
   app()
-      .add_option("--remove", removals_, "Take a property out of a set; may be given several times")
+      .add_option("--remove", removals_, "Remove a property from a set; may be given several times")
       ->type_name("Set.Property")
       ->allow_extra_args(false);
   app()
-      .add_option("--start", start_, "Which of several sets of one name is meant: the one with this\nInstanceUID")
+      .add_option("--start", start_, "Of several sets with one name, edit the one with this\nInstanceUID")
       ->type_name("ID");
   addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
       ->type_name("OUTPUT.mxf");
   addPartition(app(), partition_,
-               "header, footer or a number: change this partition only.\nWithout it, the header partition and all that "
+               "header, footer or a number: change this partition only.\nBy default, the header partition and all that "
                "repeat its\nmetadata are changed");
   dictionary_.addDictionary(app());
 }

@@ -25,8 +25,8 @@ void prepareStandardStreams() { _setmode(_fileno(stdout), _O_BINARY); }
 
 namespace {
 
-// The system gives the lowest free number to the next file opened. Occupied for the other direction, the number of a
-// closed stream neither goes to a file of ours nor takes what is written to the stream.
+// The system gives the lowest free number to the next file opened. Opening the null device for the other direction
+// keeps the number of a closed stream from a file of ours, and makes writes to the stream fail.
 void occupyIfClosed(int descriptor, int mode) {
   if (::fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) static_cast<void>(::open("/dev/null", mode));
 }

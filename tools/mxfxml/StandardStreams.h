@@ -4,7 +4,7 @@
 
 namespace Vantor::Tool {
 
-/// To be called first. Standard output then takes bytes as they are; a pipe that nobody reads and a file that exceeds
+/// To be called first. Afterwards standard output takes bytes as they are; a pipe without a reader and a file beyond
 /// the caller's limit make a write fail instead of ending the process, which would leave a temporary file behind; and a
 /// standard stream that the caller closed is not confused with the first file opened.
 void prepareStandardStreams();

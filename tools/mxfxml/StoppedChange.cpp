@@ -32,10 +32,10 @@ Recovery recover(const Path& file) {
 }  // namespace
 
 void undoStoppedChange(const Path& file) {
-  // A file that is missing is for those to tell who open it.
+  // A missing file is reported when it is opened.
   if (!DataIO::File::hasJournal(file)) return;
   const auto recovery = recover(file);
-  if (recovery == Recovery::kNoJournal) return;  // of a change that was under way, and is done
+  if (recovery == Recovery::kNoJournal) return;  // it belonged to a change that is done by now
   printMessage(file.u8string() + ": " +
                (recovery == Recovery::kRestored ? "a change that was stopped half-way is undone" : describe(recovery)));
 }

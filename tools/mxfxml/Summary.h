@@ -7,9 +7,9 @@
 
 namespace Vantor::Tool {
 
-/// Tells what a command has done, in a line on standard output; on standard error where the file that it wrote is no
-/// regular one, which may be standard output. As the file is written by now, what is not taken, or may not last, makes
-/// a warning on standard error and no failure.
+/// Prints what a command has done, in a line on standard output; on standard error if the file that it wrote is not a
+/// regular one, which may be standard output. The file is written by now, so a summary that cannot be written, or a
+/// file that a power failure may undo, is a warning on standard error and no failure.
 void tellDone(const std::string& summary, const Path& file, DataIO::File::Durability durability);
 
 }  // namespace Vantor::Tool

@@ -31,13 +31,12 @@ std::string linesOf(const Diagnostics& diagnostics) {
 }  // namespace
 
 VerifyCommand::VerifyCommand(CLI::App& program)
-    : Command(program, "verify", "Tell what of the metadata of a partition is lost on its way through XML and back") {
+    : Command(program, "verify", "Print what the metadata of a partition lose on the way through XML and back") {
   addInput(app(), input(), "MXF file");
-  app().add_flag("--flat", flat_, "Write the targets of strong references beside the sets that refer to them");
-  auto* exact = app().add_flag("--exact", exact_, "Read the XML to the letter of its exact form, with what that loses");
+  app().add_flag("--flat", flat_, "Write sets behind those that refer to them, not inside");
+  auto* exact = app().add_flag("--exact", exact_, "Write and read the exact form, which loses some metadata");
   app()
-      .add_flag("--strict", strict_,
-                "Fail, too, where the document says something twice or that\ncannot be, although nothing is lost")
+      .add_flag("--strict", strict_, "Fail also on content of the document that occurs twice or\nmeans nothing")
       ->excludes(exact);
   addPartition(app(), partition_);
   dictionary_.addVocabulary(app());

@@ -10,8 +10,8 @@
 
 namespace Vantor::Tool {
 
-/// `mxfxml verify`: writes the header metadata of one partition as XML in memory, reads that back, and prints what did
-/// not come back as it was. Fails after printing when there is such a thing.
+/// `mxfxml verify`: writes the header metadata of one partition as XML in memory, reads it back, and prints what has
+/// changed. Fails after printing if anything has.
 class VerifyCommand final : public Command {
  public:
   explicit VerifyCommand(CLI::App& program);
