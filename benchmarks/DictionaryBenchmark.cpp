@@ -13,7 +13,7 @@
 namespace Vantor {
 namespace {
 
-/// Octets that the process has from the heap; 0 where that cannot be told.
+/// Bytes that the process has from the heap; 0 where that is not known.
 std::size_t heapInUse() {
 #if defined(__GLIBC__)
   const auto info = mallinfo2();
@@ -38,7 +38,7 @@ struct FirstUse {
 };
 const FirstUse kFirstUse;  // NOLINT(cert-err58-cpp): what it throws ends the program
 
-/// Only tells what was measured when the program started.
+/// Only reports what was measured when the program started.
 void firstUseOfDictionary(benchmark::State& state) {
   if (kFirstUse.dictionary->findSetBySymbol("Preface") == nullptr) state.SkipWithError("no Preface");
   for (auto _ : state) benchmark::DoNotOptimize(builtInDictionary());
@@ -47,7 +47,7 @@ void firstUseOfDictionary(benchmark::State& state) {
 }
 BENCHMARK(firstUseOfDictionary)->Iterations(1);
 
-/// The same once more, in a process that has done it before.
+/// The same in a process that has done it before.
 void makeDictionary(benchmark::State& state) {
   if (makeBuiltInDictionary()->findSetBySymbol("Preface") == nullptr) state.SkipWithError("no Preface");
   std::size_t sets = 0;
@@ -66,7 +66,7 @@ void loadRegisters(benchmark::State& state) {
   for (auto _ : state) {
     auto definitions = builtInDefinitions();
     Registers::readDictionaryFiles({registers / "Groups.xml", registers / "Elements.xml", registers / "Types.xml"},
-                                  definitions);
+                                   definitions);
     if (definitions.makeDictionary()->findSetBySymbol("Preface") == nullptr) state.SkipWithError("no Preface");
   }
 }

@@ -40,7 +40,7 @@ void requireSets(std::size_t found, std::size_t expected) {
   if (found != expected) throw std::logic_error("the document does not hold every set once");
 }
 
-/// One node of a document in the order of making it.
+/// One node of a document, in the order of creation.
 struct Step {
   enum class Kind { kElement, kAttribute, kText, kEnd } kind;
   wstring uri;

@@ -2,9 +2,9 @@
 
 namespace Vantor {
 
-/// Whether the process was built for a sanitizer. It takes memory for that, so that how much it takes tells nothing,
-/// and several times as long: tests whose size is to show how cost grows, or that go through thousands of random cases,
-/// need fewer there.
+/// Whether the process was built for a sanitizer. It takes extra memory then, so measuring that is pointless, and
+/// several times as long: tests that show how cost grows, or that go through thousands of random cases, are smaller
+/// there.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool kIsSanitized = true;
 #elif defined(__has_feature)

@@ -14,7 +14,7 @@
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Registers/RegisterTypes.h"
 
-// What the registers say, against tables of the same facts that something else took from them.
+// The definitions from the registers, against tables that another program made from the same registers.
 
 namespace Vantor::Registers {
 namespace {
@@ -142,7 +142,7 @@ TEST_F(PublishedRegisters, MakeTheirPropertiesInTheOrderOfTheRegister) {
   }
 }
 
-/// What carries the property by the tables alone.
+/// The core types of the property by the tables alone.
 std::string carrierOf(const TableRow& element, const std::map<std::string, TableRow>& types,
                       const std::map<std::string, TableRow>& overrides) {
   if (element.at("symbol") == "InstanceID" || element.at("symbol") == "LinkedGenerationID") return "UUID";

@@ -46,7 +46,7 @@ Entries registersOf(const std::string& bytes) {
   return registers;
 }
 
-/// What reading says, without the folder; "" when it says nothing.
+/// The message of reading, without the folder; "" when there is none.
 std::string refusal(const std::string& bytes, Entries registers = {}) {
   const RegisterFile file("Register.xml", bytes);
   try {

@@ -20,7 +20,7 @@ std::string told(const RegisteredType& type) {
   return collection + name(type.value) + (type.enumeration == nullptr ? "" : ", " + type.enumeration->symbol);
 }
 
-/// What carries the type that was added last.
+/// The core types of the type that was added last.
 std::string carrier(const Entries& registers) {
   const auto type = RegisterTypes(registers).find(registers.types.back().key);
   return type ? told(*type) : "none";

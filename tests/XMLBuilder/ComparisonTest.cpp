@@ -19,8 +19,8 @@ using Types::Identifiers::kWeakReference;
 const std::vector<const char*> kReferences = {"Strong", "Other", "Weak", "Strongs", "Batch", "Weaks", "Unplaced"};
 const std::vector<const char*> kSets = {"Preface", "A", "B", "C", "Shared", "Taken", "Borrowed", "Scheme", "Framework"};
 
-/// Names that get into each other's way: one prefix for two namespaces, two prefixes for one, the prefix and the very
-/// name of the container of floating sets.
+/// Names that clash: one prefix for two namespaces, two prefixes for one, the prefix and the very name of the container
+/// of floating sets.
 SharedPtr<const MetaMetadata::Dictionary> entangledDictionary() {
   TestDictionary dictionary;
   dictionary.property("Strong", kStrongReference).property("Other", kStrongReference, {u"q", u"urn:p"});
@@ -40,7 +40,7 @@ SharedPtr<const MetaMetadata::Dictionary> entangledDictionary() {
   return dictionary.build();
 }
 
-/// Makes small partitions full of circles, shared and doubled targets, and of everything that no dictionary knows.
+/// Makes small partitions full of cycles, shared and doubled targets, and dark and unknown content.
 class RandomPartition {
  public:
   RandomPartition(uint32 seed, const SharedPtr<const MetaMetadata::Dictionary>& dictionary)
@@ -61,7 +61,7 @@ class RandomPartition {
  private:
   uint32 below(uint32 limit) { return static_cast<uint32>(random_() % limit); }
   bool oneIn(uint32 chances) { return below(chances) == 0; }
-  /// Of few numbers, so that some are carried twice and some by no set.
+  /// One of a few numbers, so that two sets have some of them and no set others.
   uint32 anyNumber() { return below(highest_ + highest_ / 3 + 1); }
   const char* anyOf(const std::vector<const char*>& names) { return names[below(static_cast<uint32>(names.size()))]; }
 
@@ -105,7 +105,7 @@ class RandomPartition {
   uint32 highest_;
 };
 
-/// Whether any of the texts holds a part, which tells that the partitions come to what they are made for.
+/// Whether any of the texts holds a part, which shows that the partitions are worth comparing.
 class Seen {
  public:
   void note(const std::string& text) { texts_ += text; }

@@ -11,7 +11,7 @@ namespace {
 using MetaMetadata::Vocabulary;
 using Types::Identifiers::Identifier;
 
-/// One property: what the dictionary says of it, and what a document has in it.
+/// One property: its row in the dictionary, and its content in a document.
 struct Content {
   std::string symbol;
   std::string type;

@@ -67,7 +67,7 @@ TEST(ExtensionElements, AMisplacedPropertyHasTheFormOfItsNamespace) {
 TEST(ExtensionElements, AnUnknownPropertyWithAStaticTagIsMarkedWithIt) {
   for (const auto& flags : {kNested, kFlat}) {
     const auto partition = somePartition();
-    partition.addPrimerEntry(0x7fff, kLabel);  // what the primer says of a static tag makes no difference
+    partition.addPrimerEntry(0x7fff, kLabel);  // the primer's row for a static tag makes no difference
     partition.add("Preface", 1).unknown(0x7fff, Types::Unknown(Bytes{0x0f, 0xf0}));
     EXPECT_XML(exported(partition, flags), R"(
       <s377m:MetadataSets {groups} {p} {rp210} {s377m} {s422mTypes} {types}>

@@ -243,7 +243,7 @@ class Extension {
   uint16 localTag() const {
     return dynamic_cast<const MetaMetadata::UnknownAttribute&>(element().metaAttribute()).localTag().value();
   }
-  /// Whether the primer says nothing of that tag, and nothing is to be had from it.
+  /// Whether the primer does not have that tag, and looking it up throws.
   bool isUnlisted() const {
     return localTag() >= 0x8000 && partition_->partitionDictionary().tryFind(localTag()) == nullptr;
   }

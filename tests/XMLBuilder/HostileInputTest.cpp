@@ -13,8 +13,8 @@
 #include "tests/Sanitized.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
-/// Documents that ask for more than they are worth. Each is imported in a process of its own that may compute for a
-/// second and take 256 MiB, and is refused there for what it is or imported as what it is.
+/// Documents that demand more than they are worth. Each is imported in a process of its own, with a second of computing
+/// time and 256 MiB, and is refused for the right reason or imported as it is.
 namespace Vantor::XML2Partition {
 namespace {
 
@@ -62,7 +62,7 @@ void limitProcess() {
   if (!kIsSanitized) limit(RLIMIT_AS, addressSpace() + kOctets);
 }
 
-/// Tells what became of a document: the failure or the number of sets, what is exported, and how long that is as KLV.
+/// Prints what became of a document: the failure or the number of sets, the export, and its length as KLV.
 [[noreturn]] void importWithinLimits(const std::string& text, Entry entry) {
   const auto partition = newPartition();
   limitProcess();
@@ -111,9 +111,9 @@ std::string extension(const std::string& attribute) {
                  ">00</groups:DarkElement></groups:ExtensionElements>");
 }
 
-/// A KLV of 1 GiB as far as it tells: key and length.
+/// Key and length of a KLV that claims 1 GiB.
 constexpr const char* kLongKLV = "060E2B34025301010D0101010101370084400000000000";
-/// A batch of 2^30 items of 16 octets as far as it tells.
+/// The header of a batch that claims 2^30 items of 16 octets.
 constexpr const char* kLongBatch = "4000000000000010";
 constexpr const char* kGibibyte = "1073741824";
 
@@ -200,7 +200,7 @@ std::vector<HostileDocument> claims() {
   };
 }
 
-/// Not short, but far from what they ask for.
+/// Not short, but far from what they demand.
 std::vector<HostileDocument> paddings() {
   const std::string item = "<a>" + repeated("00", 65536) + "</a>";
   return {

@@ -43,7 +43,7 @@ SharedPtr<const MetaMetadata::Dictionary> everyKind() {
   return dictionary.set("Preface", all).set("Other", all).build();
 }
 
-/// Documents of the sets of that dictionary, with white space, comments, CDATA and elements where nobody expects them.
+/// Documents of the sets of that dictionary, with white space, comments, CDATA and elements in unexpected places.
 class RandomDocument {
  public:
   explicit RandomDocument(unsigned seed) : random_(seed) {
@@ -179,7 +179,7 @@ std::string cleaned(const std::string& text) {
   return bytes;
 }
 
-/// What an import leaves in an empty partition, and throws.
+/// What an import leaves in an empty partition, and what it throws.
 std::string outcome(const std::string& text, Entry entry, const SharedPtr<const MetaMetadata::Dictionary>& dictionary) {
   const TestPartition partition(dictionary);
   const auto failure = failureOf([&] { importRaw(text, *partition, entry); });

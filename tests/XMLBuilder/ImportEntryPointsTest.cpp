@@ -365,7 +365,7 @@ Failure unknown(int line) {
 }
 
 TEST_F(ImportFailures, OfAnotherKindAreToldAsUnknownWithTheLineOfTheFunction) {
-  // What goes wrong while a string is read goes wrong in the buffer that the string is.
+  // Errors of a string are those of a buffer, since a string is read as one.
   const std::pair<Entry, int> lines[] = {{Entry::kBuffer, 282}, {Entry::kString, 282}, {Entry::kFile, 313}};
   for (const auto& [entry, line] : lines) {
     EXPECT_EQ(failureOfImport(entry, 42), unknown(line));

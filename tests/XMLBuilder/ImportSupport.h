@@ -9,7 +9,7 @@
 #include "XMLUtils/UnicodeString.h"
 #include "tests/XMLBuilder/Support.h"
 
-/// What the tests of the import share: ways to hand over a document, what an import throws, and properties to look at.
+/// Shared by the tests of the import: ways to hand over a document, what an import throws, and properties to look at.
 namespace Vantor::XML2Partition {
 
 using XMLBuilder::Listed;

@@ -26,7 +26,7 @@ struct ComesBack {
   static OwnedValue as(const SimpleDataType& value) { return value.clone(); }
 };
 
-/// An empty text gives an element without text, which says nothing.
+/// An empty text gives an element without text, which is read as no value.
 struct UnlessEmpty {
   static OwnedValue as(const SimpleDataType& value) { return value.encodedSize() == 0 ? nullptr : value.clone(); }
 };

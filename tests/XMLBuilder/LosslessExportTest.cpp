@@ -22,7 +22,7 @@
 #include "tests/XMLBuilder/GoldenValues.h"
 #include "tests/XMLBuilder/Support.h"
 
-/// What the lossless documents have that those of `partition2XML` lack, and that nothing is lost on the way back.
+/// What lossless documents have and those of `partition2XML` lack, and that nothing is lost on the way back.
 namespace Vantor::XMLBuilder {
 namespace {
 
@@ -261,7 +261,7 @@ TestPartition withProperty(MetaMetadata::DataType type) {
 
 constexpr const char* kPropLabel = "06.0E.2B.34.01.01.01.01.7F.00.00.01.00.00.00.00";
 
-/// Expects that a property is written as its bytes, marked with its label: it has no static tag.
+/// Expects that a property is written as its octets, marked with its label: it has no static tag.
 void expectBytes(const TestPartition& partition, const std::string& digits) {
   const std::string expected = "<groups:ExtensionElements><groups:DarkElement groups:UniversalLabel=\"" +
                                std::string(kPropLabel) + "\">" + digits +
@@ -474,7 +474,7 @@ TEST(LosslessExport, KeepsTheOctetsOfValuesOfEveryType) {
 #undef VANTOR_EXPECT_KEPT
 }
 
-/// Octets that texts and numbers trip over.
+/// Octets that are difficult for texts and numbers.
 Bytes someOctets(std::mt19937& random, std::size_t size) {
   constexpr uint8 kOctets[] = {0x00, 0x00, 0x01, 0x09, 0x0A, 0x0D, 0x20, 0x24, 0x23,
                                0x41, 0x78, 0x7F, 0x80, 0xC3, 0xD8, 0xDC, 0xFF};

@@ -6,7 +6,7 @@
 #include "XMLBuilder/DiagnosticText.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
-/// What the tests of the lossless import share: small documents, and what an import makes of them.
+/// Shared by the tests of the lossless import: small documents, and what an import makes of them.
 namespace Vantor::XML2Partition {
 
 inline constexpr const char* kPrefaceUID = "01.01.01.01.01.01.01.01.01.01.01.01.01.01.01.01";

@@ -41,11 +41,11 @@ std::string parsed(PartitionMetadata& partition, Flags flags) {
   return text;
 }
 
-/// Counts how operations on mutants end. An exception that is none of the libraries' fails the test; it is told with
-/// the number of the mutant, from which that can be made again.
+/// Counts how operations on mutants end. An exception that is none of the libraries' fails the test, which prints the
+/// number of the mutant, to make that again.
 class Outcomes {
  public:
-  /// @return whether the operation came to its end.
+  /// @return whether the operation finished.
   template <class Operation>
   bool count(uint32 mutant, const Operation& operation) {
     try {

@@ -52,7 +52,7 @@ wstring hex(const uint8* bytes, std::size_t count) {
   return text;
 }
 
-/// The first child element that is called so, or null.
+/// The first child element of that name, or null.
 DOMElement* firstChildCalled(DOMNode* parent, const wstring& name) {
   for (DOMNode* child = parent->getFirstChild(); child != nullptr; child = child->getNextSibling()) {
     if (child->getNodeType() == DOMNode::TEXT_NODE) continue;
@@ -74,7 +74,7 @@ std::vector<const MetadataSet*> setsCalled(const PartitionMetadata& partition, c
   return found;
 }
 
-/// The properties that tell their place, the lowest place first, by looking for the lowest again and again.
+/// The properties that have a place, in order, by looking for the lowest again and again.
 std::vector<const Element*> inSchemaOrder(const MetadataSet& set) {
   std::vector<std::pair<uint32, const Element*>> left;
   for (const Element& element : set) {

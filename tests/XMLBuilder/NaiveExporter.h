@@ -12,9 +12,9 @@
 
 namespace Vantor::XMLBuilder {
 
-/// The export written down as plainly as it can be told, to compare the library's with: every look-up walks a list or
-/// the document, nothing is remembered to save a walk. Shares no code with the library. Knows the values UInt32, UUID,
-/// Unknown and references only, and no limit of depth. One object serves one export.
+/// The export in its plainest form, to compare the library's with: every look-up walks a list or the document, and
+/// nothing is remembered to save a walk. Shares no code with the library. Knows the values UInt32, UUID, Unknown and
+/// references only, and no limit of depth. One object serves one export.
 class NaiveExporter {
  public:
   using Document = XMLUtils::Holder<xercesc::DOMDocument>;

@@ -205,7 +205,7 @@ TEST_P(PrivateDictionary, BringsBackAllButFractionsOfSeconds) {
   EXPECT_THAT(differences(*original, copy), AllOf(SizeIs(6), Each(kIsOfAFraction)));
 }
 
-/// The octets of dark sets come back, and so do not what refers to them: their identifiers are octets, too.
+/// The octets of dark sets come back, but references to them do not: their identifiers are octets, too.
 TEST_P(PrivateDictionary, BringsBackTheDarkButNotTheWayThereWhereItIsMissing) {
   const auto original = read(publicDictionary());
   const std::string text = document(*original);
@@ -248,7 +248,7 @@ TEST_P(PrivateDictionary, BringsBackEverythingLosslessly) {
   EXPECT_THAT(differences(*original, copy.partition()), IsEmpty());
 }
 
-/// Nested, a reference into the dark has no place in the document.
+/// A nested document has no place for a reference to a dark group.
 TEST_P(PrivateDictionary, BringsBackTheDarkLosslesslyWhereItIsMissing) {
   const auto original = read(publicDictionary());
   const Lossless copy(document(*original), publicDictionary());

@@ -176,7 +176,7 @@ std::vector<Sample> samples() {
 INSTANTIATE_TEST_SUITE_P(Samples, SampleRoundTrip, ::testing::ValuesIn(samples()),
                          [](const auto& info) { return testNameOf(info.param.file) + "_" + info.param.mode; });
 
-/// How many of the documents of tests/data an import refuses, or changes in a way that is told above.
+/// How many of the documents of tests/data an import refuses, or changes in one of the ways above.
 TEST(SampleRoundTrips, MeetEverythingThatTheyAllowFor) {
   std::size_t refused = 0;
   std::size_t changedFractions = 0;

@@ -14,7 +14,7 @@
 #include "XMLUtils/EncodingType.h"
 #include "XMLUtils/Holder.h"
 
-/// What the tests of XMLBuilder share: small dictionaries, small partitions, and their XML as text to compare.
+/// Shared by the tests of XMLBuilder: small dictionaries, small partitions, and their XML as text to compare.
 namespace Vantor::XMLBuilder {
 
 /// The UUID of fifteen zero octets and a number.
@@ -74,11 +74,11 @@ class TestSet {
  public:
   explicit TestSet(MetadataSet& set, const MetaMetadata::Dictionary& dictionary) : set_(set), dictionary_(dictionary) {}
 
-  /// Gives a simple property a value, whatever type the dictionary says.
+  /// Gives a simple property a value, whatever its type in the dictionary.
   TestSet& value(const char* property, const Types::SimpleDataType& value);
   /// Appends an item to an array or batch.
   TestSet& item(const char* property, const Types::SimpleDataType& item);
-  /// Refers to a set, strongly or weakly as the definition says, or appends such a reference to a collection.
+  /// Refers to a set, strongly or weakly as the definition demands, or appends such a reference to a collection.
   TestSet& refer(const char* property, uint32 number);
   /// Makes a property present without giving it a value.
   TestSet& present(const char* property);

@@ -18,7 +18,7 @@ TestDictionary numbers() {
   return dictionary;
 }
 
-/// A Preface that lists three numbers as told, each with its own value.
+/// A Preface that lists three numbers in the given ways, each with its own value.
 std::string exportedNumbers(const std::vector<Listed>& listed) {
   TestDictionary dictionary = numbers();
   TestPartition partition(dictionary.set("Preface", listed));

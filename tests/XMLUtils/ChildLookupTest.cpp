@@ -92,7 +92,7 @@ TEST(ChildLookup, BindsAPrefixThatIsNotBound) {
   EXPECT_EQ(lookup.namespaceOf(u"z"), u"urn:a");
 }
 
-/// What the engine, or the library in its place, says.
+/// The message of the engine, or of the library in its place.
 std::string failure(const std::string& prefix, const std::string& name) {
   const auto document = parsed(kDocument);
   ChildLookup lookup(document.root());
@@ -176,7 +176,7 @@ class Engine {
   Holder<xercesc::DOMXPathNSResolver> resolver_;
 };
 
-/// Documents of a few names, prefixes and namespaces, in which everything happens.
+/// Documents of a few names, prefixes and namespaces, in all combinations.
 class RandomDocument {
  public:
   explicit RandomDocument(unsigned seed) : random_(seed) { text_ = element(0, {}); }

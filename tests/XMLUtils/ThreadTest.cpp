@@ -8,7 +8,7 @@
 namespace Vantor::XMLUtils {
 namespace {
 
-/// Builds a document of its own, writes it, reads it back and says what it holds then.
+/// Builds a document of its own, writes it, reads it back and returns its content.
 std::string roundTrip(const std::string& name) {
   const auto document = newDocument(u"urn:s", Vantor::Utils::stringToWstring("s:" + name).c_str());
   for (int i = 0; i < 500; ++i) {

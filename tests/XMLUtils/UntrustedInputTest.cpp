@@ -18,7 +18,7 @@ std::string repeated(const std::string& text, std::size_t count) {
   return all;
 }
 
-/// What parsing says, expecting it to say so at once.
+/// The message of parsing, which has to come at once.
 std::string quickRefusal(const std::string& text) {
   const auto start = std::chrono::steady_clock::now();
   auto message = refusal(text);
@@ -134,7 +134,7 @@ TEST(UntrustedInput, CannotExpandParameterEntities) {
   EXPECT_EQ(quickRefusal(bomb + "%e11;]><a/>"), "");
 }
 
-/// A file that nobody but the tests should read.
+/// A file that only the tests may read.
 class Secret {
  public:
   Secret() : path_(std::filesystem::path(::testing::TempDir()) / "XMLUtilsSecret.txt") {

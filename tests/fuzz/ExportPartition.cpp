@@ -23,7 +23,7 @@ namespace {
 
 using namespace Vantor;
 
-/// Metadata is read from files only; this one is removed with the process.
+/// The file that metadata is read from; it is removed with the process.
 class InputFile {
  public:
   InputFile()
@@ -62,7 +62,7 @@ wstring describe(const xercesc::DOMNode& node) {
          XMLUtils::utf16ToWstring(node.getLocalName()) + u"=" + XMLUtils::utf16ToWstring(node.getNodeValue());
 }
 
-/// Appends what a document says, leaving aside where namespaces are declared and how text is cut into nodes.
+/// Appends the content of a document, whatever the places of namespace declarations and the boundaries of text nodes.
 void appendContent(wstring& content, const xercesc::DOMNode& node) {
   if (node.getNodeType() == xercesc::DOMNode::TEXT_NODE) {
     content += XMLUtils::utf16ToWstring(node.getNodeValue());

@@ -9,7 +9,7 @@
 #include "Core/Platform/Strings.h"
 #include "tests/Core/Metadata/TestPartition.h"
 
-/// Two partitions to compare, and what the comparison says as text.
+/// Two partitions to compare, and the result of the comparison as text.
 namespace Vantor {
 
 inline std::string dotted(uint32 number) { return Utils::wstringToString(uid(number).toString(kDottedForm)); }
@@ -38,7 +38,7 @@ class PartitionComparisonTest : public testing::Test {
     return text;
   }
 
-  /// What was counted as insignificant, without the kinds that were not met.
+  /// The insignificant differences that were counted, without kinds that did not occur.
   std::vector<std::string> insignificant() const {
     std::vector<std::string> texts;
     for (std::size_t i = 0; i < PartitionComparison::kInsignificantKinds; ++i) {
@@ -70,7 +70,7 @@ class ThingComparison : public PartitionComparisonTest {
   void SetUp() override { addChain(); }
 };
 
-/// Appends items to an array or batch, which comes to be with the first.
+/// Appends items to an array or batch, which is made with the first.
 inline void appendNumbers(MetadataSet& set, const char* name, const std::vector<uint16>& numbers) {
   auto& collection = property<CollectionElement>(set, name);
   for (const uint16 number : numbers) collection.append(std::make_unique<Types::UInt16>(number));

@@ -149,7 +149,7 @@ TEST_F(AtomicFileTest, KeepsTheOldFileUntilTheCommitAndThenReplacesItWhole) {
   file.commit();
   EXPECT_EQ(contents(folder_ / "a"), "new");
   EXPECT_THAT(names(), testing::ElementsAre("a"));
-  // Who opened the old file still reads the old bytes.
+  // A reader who opened the old file still reads the old bytes.
   reader.seek(4);
   EXPECT_EQ(readBigEndian<uint8>(reader), 'o');
 }

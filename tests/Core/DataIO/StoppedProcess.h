@@ -32,8 +32,8 @@ inline Ending endingOf(int status) {
   return WEXITSTATUS(status) == 0 ? Ending::kFinished : Ending::kFailed;
 }
 
-/// Starts the work and holds it when it enters or leaves a system call and that is due; `ending` is how it ended when
-/// it did so before.
+/// Starts the work and holds it when it enters or leaves a system call for which `isDue` holds. `ending` is how the
+/// work ended if it finished before.
 /// @param isDue  asked at each of them, while the work is held.
 inline pid_t startUntilSystemCall(const std::function<bool()>& isDue, const std::function<void()>& work,
                                   std::optional<Ending>& ending) {
@@ -66,8 +66,8 @@ inline std::function<bool()> atCall(int n) {
 
 }  // namespace Detail
 
-/// Kills the work when it enters or leaves a system call and that is due; it may finish before. Nothing of it is
-/// written then but what it had written before this call.
+/// Kills the work when it enters or leaves a system call for which `isDue` holds; it may finish before. Only what it
+/// wrote before this call is written then.
 /// @param isDue  asked at each of them, while the work is held.
 inline Ending runUntilSystemCall(const std::function<bool()>& isDue, const std::function<void()>& work) {
   std::optional<Ending> ending;
@@ -83,8 +83,8 @@ inline Ending runUntilSystemCall(int n, const std::function<void()>& work) {
   return runUntilSystemCall(Detail::atCall(n), work);
 }
 
-/// Holds the work when it enters or leaves a system call for the n-th time, until something else is done; that is not
-/// done when the work finishes before.
+/// Holds the work when it enters or leaves a system call for the n-th time, and does something else meanwhile, unless
+/// the work finishes before.
 inline Ending runHeldAtSystemCall(int n, const std::function<void()>& work, const std::function<void()>& meanwhile) {
   std::optional<Ending> ending;
   const pid_t child = Detail::startUntilSystemCall(Detail::atCall(n), work, ending);
@@ -96,7 +96,7 @@ inline Ending runHeldAtSystemCall(int n, const std::function<void()>& work, cons
   return Detail::endingOf(status);
 }
 
-/// Lets the work write no file beyond so many bytes, as on a disk that is full.
+/// Limits the size of files that the work writes, as a full disk does.
 inline Ending runWithFileSizeLimit(uint64_t limit, const std::function<void()>& work) {
   const pid_t child = ::fork();
   if (child == 0) {

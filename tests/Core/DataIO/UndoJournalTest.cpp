@@ -32,7 +32,7 @@ Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
 const std::vector<NewBytes> kChanges = {{2, bytesOf("xxxx")}, {17, bytesOf("yyy")}};
 
-/// In several writes, so that a change can be stopped in the midst of a place.
+/// Writes in several steps, so that a change can be stopped within a place.
 void writeNew(FileUpdate& file) {
   for (const auto& change : kChanges) {
     for (std::size_t i = 0; i < change.bytes.size(); ++i) file.write(change.offset + i, &change.bytes[i], 1);
@@ -50,7 +50,7 @@ class UndoJournalTest : public FolderTest {
     changeInPlace(file_, stateOf(file_), kChanges, change);
   }
 
-  /// A whole journal of the change, as a stopped process leaves it.
+  /// The complete journal of the change, as a stopped process leaves it.
   std::string journalOfStoppedChange() {
     std::string bytes;
     EXPECT_THROW(change([&](FileUpdate& file) {
@@ -78,7 +78,7 @@ TEST_F(UndoJournalTest, ChangesTheFileAndLeavesNothingBeside) {
   EXPECT_EQ(contents(file_), kNew);
 }
 
-/// What stands for a file of less than a sample.
+/// The check of a file that is smaller than a sample.
 std::string surroundings(const std::string& blanked) {
   Crc64 check;
   for (int i = 0; i < 16; ++i) check.add(reinterpret_cast<const uint8*>(blanked.data()), blanked.size());
@@ -355,7 +355,7 @@ TEST_F(UndoJournalTest, RecoversNoFileThatIsMissing) {
   EXPECT_FALSE(fs::exists(file_));
 }
 
-/// What a killed change left, and what recover() said of it.
+/// What a killed change left, and the result of recover().
 enum class Outcome { kOldWithoutJournal, kNeverBegun, kRestored, kNewWithoutJournal };
 
 class KilledChangeTest : public UndoJournalTest {

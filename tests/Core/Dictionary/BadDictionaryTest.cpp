@@ -4,7 +4,7 @@
 
 #include "tests/Core/Dictionary/DictionaryTexts.h"
 
-/// What is said to the author of a text that is wrong: the file and the line, what is wrong there, and what to do.
+/// Messages to the author of a wrong text: the file and the line, what is wrong there, and what to do.
 namespace Vantor {
 namespace {
 

@@ -7,7 +7,7 @@
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/Exceptions.h"
 
-/// What the tests of dictionary texts share.
+/// Shared by the tests of dictionary texts.
 namespace Vantor {
 
 /// A whole text with these rows.
@@ -31,7 +31,7 @@ inline Definitions extendBuiltIn(const std::string& rows) {
   return definitions;
 }
 
-/// What an operation says when it refuses; "nothing" when it does not.
+/// The message of an operation that refuses; "nothing" when it does not.
 template <class Operation>
 std::string refusalOf(Operation&& operation) {
   try {

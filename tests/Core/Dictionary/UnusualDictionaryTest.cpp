@@ -7,8 +7,7 @@
 
 #include "tests/Core/Dictionary/DictionaryTexts.h"
 
-/// Files that are no text, and texts of a size that nobody writes: what becomes of them takes seconds at most, and no
-/// more of the stack than others do.
+/// Files that are no text, and texts of extreme size: they take seconds at most, and no more stack than others.
 namespace Vantor {
 namespace {
 
@@ -107,7 +106,7 @@ std::string manyRows(uint32 count, Row&& row) {
 
 std::string nameOf(const char* start, uint32 number) { return start + std::to_string(number); }
 
-/// What is said of a text, after not too long a time.
+/// The message about a text, within a limit of time.
 std::string refusedSoon(const std::string& text) {
   const auto start = std::chrono::steady_clock::now();
   const std::string refusal = refusalOfText(text);

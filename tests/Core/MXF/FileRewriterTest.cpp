@@ -48,7 +48,7 @@ class RewriteCaseTest : public ReplacementTest, public testing::WithParamInterfa
     return layout;
   }
 
-  /// What `scripts/check-partitions` has to say, nothing when all is well.
+  /// The findings of `scripts/check-partitions`; empty when all is well.
   std::string complaint(const Path& file, const Path& original) const {
     const Path script = Path(VANTOR_TEST_DATA_DIR) / ".." / ".." / "scripts" / "check-partitions";
     const std::string output = (folder_ / "output").string();
@@ -227,7 +227,7 @@ TEST_F(RewriteTest, FindsARandomIndexPackWithZerosBehindIt) {
   EXPECT_EQ(bytesOf(folder_ / "b.mxf"), fileOf(expected) + zeros(100));
 }
 
-/// The bytes that say what is where: partition packs, fill behind them, primer packs and the random index pack.
+/// The bytes that locate the others: partition packs, fill behind them, primer packs and the random index pack.
 std::vector<std::size_t> structuralBytes(const Path& path) {
   std::vector<std::size_t> bytes;
   const FileStructure structure = readStructure(path);

@@ -23,7 +23,7 @@ constexpr uint64 kBody = kPackSize + 70;
 constexpr uint64 kFooter = 2 * kBody;
 constexpr uint64 kEnd = kFooter + kPackSize;
 
-/// What the partition packs say of one another.
+/// The links between the partition packs.
 struct Links {
   uint64 headersFooter = kFooter;
   uint64 bodysPrevious = 0;

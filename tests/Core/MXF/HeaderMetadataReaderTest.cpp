@@ -321,7 +321,7 @@ TEST(HeaderMetadata, NamesAFileThatIsNotThere) {
               ThrowsMessage<Exceptions::IOError>(HasSubstr("no-such-file.mxf")));
 }
 
-/// Bytes that this process has read by system calls so far; none where the system does not tell.
+/// Bytes that this process has read by system calls so far; none where the system does not count them.
 std::optional<uint64> bytesRead() {
   std::ifstream counters("/proc/self/io");
   std::string name;

@@ -140,7 +140,7 @@ TEST_F(InPlaceTest, RefusesAFileThatWasChangedSinceItsMetadataWereRead) {
 /// What some work takes.
 struct Cost {
   double seconds;
-  uint64 memory;  ///< bytes by which the most that the process has ever had at once has grown; 0 where nobody tells
+  uint64 memory;  ///< growth of the process's peak memory, in bytes; 0 where it is not known
 };
 
 uint64 mostMemory() {

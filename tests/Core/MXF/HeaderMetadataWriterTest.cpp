@@ -35,7 +35,7 @@ TEST(HeaderMetadataWriter, CodesThePrimerPackAsItWasRead) {
 
 class SetThatTheDictionaryDoesNotKnow : public testing::TestWithParam<KLV::Key> {
  protected:
-  /// Whether header metadata with it can be written. Nothing is, otherwise, and the message names the key.
+  /// Whether header metadata with it can be written. If not, nothing is written, and the message names the key.
   static bool canBeWritten(PartitionMetadata& metadata) {
     MemoryDataSink sink;
     try {

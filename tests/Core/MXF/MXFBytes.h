@@ -89,7 +89,7 @@ inline Bytes randomIndexPack(const std::vector<uint64>& offsets) {
 
 inline const KLV::Key kPreface = keyOf("06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00");
 inline const KLV::Key kIdentification = keyOf("06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.30.00");
-/// A key that no SMPTE register has; not even one of SMPTE.
+/// A key that is not even one of SMPTE.
 inline const KLV::Key kForeign = keyOf("80.53.08.00.36.21.08.04.B3.B3.98.A5.1C.90.11.D4");
 inline const KLV::Key kPictureElement = keyOf("06.0E.2B.34.01.02.01.01.0D.01.03.01.15.01.05.00");
 

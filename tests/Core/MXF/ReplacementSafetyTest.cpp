@@ -129,7 +129,7 @@ void refuseUnlistedIn(const Path& path) {
   refuseUnlisted(source, readStructure(source));
 }
 
-/// The file, of which refuseUnsafe() thinks nothing bad, is refused with such a message.
+/// refuseUnsafe() accepts the file; refuseUnlisted() refuses it with such a message.
 template <class Exception>
 void expectUnlisted(const Bytes& bytes, const std::string& message) {
   const TemporaryFile file(bytes);
@@ -137,7 +137,7 @@ void expectUnlisted(const Bytes& bytes, const std::string& message) {
   EXPECT_THAT([&] { refuseUnlistedIn(file.path()); }, ThrowsMessage<Exception>(HasSubstr(message)));
 }
 
-/// `threePartitions()` with further bytes behind the essence, of which the structure tells nothing.
+/// `threePartitions()` with further bytes behind the essence, which the structure does not mention.
 FileLayout layoutWith(const Bytes& further) {
   FileLayout layout = threePartitions();
   layout.partitions[1].essence = kEssence + further;

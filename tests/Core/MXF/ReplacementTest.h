@@ -8,7 +8,7 @@
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/Core/MXF/WholeFile.h"
 
-/// What the tests of replaced header metadata have in common.
+/// Shared by the tests of replaced header metadata.
 namespace Vantor::MXF {
 
 /// Of the header metadata in `fivePartitions()`.
@@ -41,7 +41,7 @@ inline FileLayout fivePartitions(uint32 kag = 1, uint64 spare = 0) {
   return layout;
 }
 
-/// For files that nobody else changes.
+/// For files that no other program changes.
 inline bool fits(const Path& file, const MetadataReplacements& replacements) {
   return fits(file, DataIO::File::stateOf(file), replacements);
 }
@@ -58,7 +58,7 @@ inline MetadataReplacement replacement(std::size_t partition, std::size_t size) 
   return {partition, metadataOfSize(size, static_cast<uint8>(0x20 + partition))};
 }
 
-/// From where to where the header metadata of a partition go, with the fill behind them.
+/// The extent of the header metadata of a partition, with the fill behind them.
 inline MetadataRoom roomOf(const Path& path, std::size_t number) {
   DataIO::File::FileDataSource source(path);
   return *findMetadataRoom(source, readStructure(source), number);

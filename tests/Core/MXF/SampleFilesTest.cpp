@@ -19,7 +19,7 @@ namespace {
 
 struct Sample {
   const char* file;
-  std::size_t sets;                // unknown local sets included
+  std::size_t sets;                // dark groups included
   std::size_t darkSets;            // KLVs that are no local sets
   std::vector<uint64> partitions;  // offsets
   bool footerRepeatsMetadata;

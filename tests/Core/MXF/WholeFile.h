@@ -10,7 +10,7 @@
 #include "Core/MXF/MetadataRoom.h"
 #include "tests/Core/MXF/MXFBytes.h"
 
-/// Whole MXF files of several partitions, which are laid out by a way of their own, and looking into them.
+/// Whole MXF files of several partitions, laid out independently of the library, and looking into them.
 namespace Vantor::MXF {
 
 struct PartitionLayout {

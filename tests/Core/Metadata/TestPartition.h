@@ -9,7 +9,7 @@
 #include "Core/Metadata/SimpleElement.h"
 #include "Core/Types/Types.h"
 
-/// What the tests of the model share: a small dictionary, octets of sets, and partitions made of either.
+/// Shared by the tests of the model: a small dictionary, octets of sets, and partitions made of either.
 namespace Vantor {
 
 /// Sets "Preface" (the key of that set), "Thing" (06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.A0.00) and "Other" (the
@@ -77,7 +77,7 @@ Element& addUnknown(MetadataSet& set, uint16 tag, const Bytes& value);
 
 /// A key that the dictionary does not know, of a local set.
 KLV::Key darkGroupKey();
-/// One of something else.
+/// One of a KLV that is no local set.
 KLV::Key darkSetKey();
 
 /// What a set writes.

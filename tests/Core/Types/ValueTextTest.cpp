@@ -15,7 +15,7 @@ using namespace Identifiers;
 
 std::string textOf(const SimpleDataType& value) { return Utils::wstringToString(textOfValue(value)); }
 
-/// What the value that a text gives is written as.
+/// The text of the value that was read from a text.
 std::string reread(Identifier type, std::u16string_view text) { return textOf(*valueFromText(type, text)); }
 
 template <class Function>
