@@ -69,8 +69,7 @@ bool isSame(const DOMElement& left, const DOMElement& right) {
   return isSameName(left, right) && hasSameMarks(left, right) && hasSameContent(left, right);
 }
 
-/// The InstanceUID that an element inside a reference leads to, as text; empty for a set without one, which is nobody's
-/// copy.
+/// The InstanceUID that an element inside a reference leads to, as text; empty for a set without one, which is no copy.
 wstring targetOf(const DOMElement& item) {
   const auto* target = LosslessForms::targetAttribute(item);
   if (target == nullptr) target = LosslessForms::identifierAttribute(item, u"InstanceUID");
