@@ -56,23 +56,39 @@ State readState(const Bytes& bytes) {
   return state;
 }
 
+/// How many sets at one end of two states have the same octets.
+template <class Iterator>
+std::ptrdiff_t countCommon(Iterator before, Iterator beforeEnd, Iterator after, Iterator afterEnd) {
+  const auto isSame = [](const KLVView& left, const KLVView& right) { return left.octets == right.octets; };
+  return std::mismatch(before, beforeEnd, after, afterEnd, isSame).first - before;
+}
+
+/// Nearly all sets go here, without a hash table.
+void removeCommonEnds(std::vector<KLVView>& before, std::vector<KLVView>& after) {
+  const auto last = countCommon(before.rbegin(), before.rend(), after.rbegin(), after.rend());
+  before.erase(before.end() - last, before.end());
+  after.erase(after.end() - last, after.end());
+  const auto first = countCommon(before.begin(), before.end(), after.begin(), after.end());
+  before.erase(before.begin(), before.begin() + first);
+  after.erase(after.begin(), after.begin() + first);
+}
+
 /// Removes the sets that both states have with the same octets.
 void removeCommon(State& before, State& after) {
-  std::unordered_map<std::string_view, std::size_t> waiting;
+  removeCommonEnds(before.sets, after.sets);
+  std::unordered_map<std::string_view, std::size_t> waiting, common;
   for (const auto& set : after.sets) ++waiting[set.octets];
-  std::unordered_map<std::string_view, std::size_t> common;
+  const auto takeFrom = [](auto& counts, std::string_view octets) {
+    const auto found = counts.find(octets);
+    return found != counts.end() && found->second != 0 && found->second-- != 0;
+  };
   const auto isInAfter = [&](const KLVView& set) {
-    const auto found = waiting.find(set.octets);
-    if (found == waiting.end() || found->second == 0) return false;
-    --found->second;
+    if (!takeFrom(waiting, set.octets)) return false;
     ++common[set.octets];
     return true;
   };
   before.sets.erase(std::remove_if(before.sets.begin(), before.sets.end(), isInAfter), before.sets.end());
-  const auto isCommon = [&common](const KLVView& set) {
-    const auto found = common.find(set.octets);
-    return found != common.end() && found->second-- != 0;
-  };
+  const auto isCommon = [&](const KLVView& set) { return takeFrom(common, set.octets); };
   after.sets.erase(std::remove_if(after.sets.begin(), after.sets.end(), isCommon), after.sets.end());
 }
 

@@ -114,8 +114,7 @@ class File::State {
     if (MXF::fits(*source_, plan.replacements)) {
       MXF::replaceInPlace(path, fileState_, plan.replacements);
     } else {
-      file_.reset();  // some systems do not replace open files
-      plan.report.durability = MXF::rewrite(path, fileState_, plan.replacements, path, progress);
+      plan.report.durability = rewriteItself(path, plan.replacements, progress);
     }
     reopen();
     return plan.report;
@@ -153,12 +152,27 @@ class File::State {
 
   /// Brings all but the metadata up to date with the changed file; the metadata are what was just written to it.
   void reopen() {
-    file_ = std::make_unique<FileDataSource>(*path_);
-    source_ = file_.get();
+    openFile();
     fileState_ = DataIO::File::stateOf(*path_);
     chosen_ = MXF::findPartition(*source_, choice_.value_or(MXF::PartitionChoice()));
     const auto structure = MXF::readStructure(*source_);
     end_ = MXF::findMetadataRoom(*source_, structure, numberIn(structure))->end();
+  }
+
+  DataIO::File::Durability rewriteItself(const Path& path, const MXF::MetadataReplacements& replacements,
+                                         const MXF::Progress& progress) {
+    file_.reset();  // some systems do not replace open files
+    try {
+      return MXF::rewrite(path, fileState_, replacements, path, progress);
+    } catch (...) {
+      openFile();
+      throw;
+    }
+  }
+
+  void openFile() {
+    file_ = std::make_unique<FileDataSource>(*path_);
+    source_ = file_.get();
   }
 
   const Path& requirePath() const {
@@ -216,8 +230,8 @@ class File::State {
       reason = UneditedPartition::Reason::kOtherInstanceUIDs;
     } else {
       reserveDarkTags(*other);
-      Edit::merge(*other, base, {*metadata_}, Scope(base));
-      return written(*other);
+      if (Edit::merge(*other, base, {*metadata_}, Scope(base)).rejected.empty()) return written(*other);
+      reason = UneditedPartition::Reason::kUnidentifiedSets;
     }
     return nullptr;
   }

@@ -21,6 +21,7 @@ namespace Vantor::Edit {
 struct UneditedPartition {
   enum class Reason {
     kOtherMetadata,     ///< its metadata differ from those of the header partition
+    kUnidentifiedSets,  ///< the same content, in which nothing identifies an edited set
     kOtherInstanceUIDs  ///< the content is the same, the InstanceUIDs are not
   };
   std::size_t number;  ///< in file order; 0 is the header partition

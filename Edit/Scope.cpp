@@ -13,6 +13,12 @@ const MetadataSet* targetOf(const Types::UUID& instanceUID, const PartitionMetad
   return found.empty() ? nullptr : found.front();
 }
 
+std::unordered_set<Types::UUID> strongTargetsOf(const MetadataSet& set) {
+  std::vector<Types::UUID> targets;
+  for (const Element* property : set.inDefinitionOrder()) property->appendTargets({false}, targets);
+  return {targets.begin(), targets.end()};
+}
+
 const MetadataSet& startOf(const PartitionMetadata& base, const DocumentForm& form) {
   const auto* start = form.start ? targetOf(*form.start, base) : base.preface();
   if (start != nullptr) return *start;
@@ -30,6 +36,7 @@ Scope::Scope(const PartitionMetadata& base, const PartitionMetadata& theirs, con
       isWhole_(!form.start && !form.isStructuralOnly),
       hidesOthers_(form.isStructuralOnly && form.isNested),
       skipsOthers_(form.isStructuralOnly),
+      isNested_(form.isNested),
       theirs_(form.isAssumed && form.isNested ? &theirs : nullptr) {
   const auto& start = startOf(base, form);
   if (isWhole_) return;
@@ -47,11 +54,15 @@ void Scope::show(const MetadataSet& start) {
     waiting.pop_back();
     if (!shown_.insert(&set).second) continue;
     targets.clear();
-    for (const Element* property : set.inDefinitionOrder()) property->appendTargets({false}, targets);
+    // Beside the set that refers to it, a dark group is written whatever the reference and the choice of sets.
+    for (const Element* property : set.inDefinitionOrder()) property->appendTargets({!isNested_}, targets);
+    const auto strong = strongTargetsOf(set);
     for (const auto& instanceUID : targets) {
       const auto* target = targetOf(instanceUID, base_);
-      if (target == nullptr || (skipsOthers_ && !KLV::isStructuralMetadataSet(target->key()))) continue;
-      waiting.push_back(target);
+      if (target == nullptr) continue;
+      const bool isFollowed =
+          strong.count(instanceUID) != 0 && !(skipsOthers_ && !KLV::isStructuralMetadataSet(target->key()));
+      if (isFollowed || (!isNested_ && target->definition() == nullptr)) waiting.push_back(target);
     }
   }
 }

@@ -37,6 +37,7 @@ class Scope {
   bool isWhole_ = true;
   bool hidesOthers_ = false;  // sets that are not structural
   bool skipsOthers_ = false;  // writes no such set, hidden or not
+  bool isNested_ = true;
   const PartitionMetadata* theirs_ = nullptr;
   std::unordered_set<const MetadataSet*> shown_;
 };

@@ -2,7 +2,9 @@
 
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
+#include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/Metadata/DarkTags.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 #include "XMLBuilder/LosslessCopies.h"
 #include "XMLBuilder/LosslessForms.h"
@@ -63,7 +65,14 @@ void checkLocalSet(const Content& content, const DOMElement& element, LosslessRe
   report.add(Kind::kDarkSetIsNoLocalSet, element, {Utils::wstringToString(content.first.toString())});
 }
 
+/// The writer of a file refuses keys of other parts of MXF, without knowing the document.
+void requireSetKey(const KLV::Key& key) {
+  if (!MXF::endsHeaderMetadata(key) && !MXF::isHeaderMetadataFraming(key)) return;
+  Exceptions::raise<Exceptions::InvalidFormat>("the key {} is that of another part of MXF", key.toString());
+}
+
 void add(Content content, const DOMElement& element, LosslessRules& rules) {
+  requireSetKey(content.first);
   const uint8 octets = lengthOctets(element, rules);
   if (rules.report().hasDark(content)) return;  // a copy
   auto& partition = rules.partition();

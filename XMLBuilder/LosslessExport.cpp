@@ -22,7 +22,7 @@ MetaMetadata::Vocabulary vocabularyOf(const PartitionMetadata& partition) {
 wstring descriptionOf(const PartitionMetadata& partition, const MetadataSet& start, const ExportOptions& options) {
   Description description;
   if (&start != partition.preface()) {
-    if (start.instanceUID() == nullptr) return {};
+    if (start.instanceUID() == nullptr || partition.findByInstanceUID(*start.instanceUID()).size() != 1) return {};
     description.start = *start.instanceUID();
   }
   description.isNested = options.nestStrongReferences;

@@ -175,7 +175,7 @@ void LosslessRules::checkReference(const DOMNode& node, const DOMElement* first)
   LosslessForms::refuseText(node);
   if (first == nullptr) return report_.addUnread(Kind::kEmptyReference, node);
   for (const auto* next = first->getNextElementSibling(); next != nullptr; next = next->getNextElementSibling()) {
-    report_.add(Kind::kSecondReference, *next);
+    report_.addUnread(Kind::kSecondReference, *next);
   }
 }
 

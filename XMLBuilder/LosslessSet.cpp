@@ -89,7 +89,6 @@ LosslessSet::LosslessSet(const DOMElement& element, MetadataSet& set, LosslessRu
       reading_(rules.report(), set, hasInstanceUID(element)),
       children_(element) {
   if (set.definition()->instanceUIDAttribute() != nullptr && !hasInstanceUID(element)) enterUnnamed();
-  checkPreface();
 }
 
 /// Files have sets without InstanceUID, to which nothing refers. One within a reference needs an InstanceUID.
@@ -155,6 +154,7 @@ void LosslessSet::readExtension(const DOMElement& child) {
 /// A property under its own name: one of another set, or one of this set that stands in the wrong place.
 void LosslessSet::readNamed(const DOMElement& child, const MetaMetadata::MetaElement& definition) {
   if (const auto* attribute = set_.definition()->findAttribute(definition.key())) {
+    if (attribute == set_.definition()->instanceUIDAttribute()) return reportMisplacedInstanceUID(child);
     Element* own = set_.find(definition.key());
     const bool isThere = own != nullptr && own->isPresent();
     if (isThere) return rules_.report().add(Kind::kSecondProperty, child, {definition.symbol()});
@@ -187,7 +187,15 @@ void LosslessSet::readUnknown(const DOMElement& child) {
     return rules_.report().add(Kind::kSecondProperty, child, {known->symbol()});
   }
   const Element& property = SetReader(set_, tags).place({tag, octets.data(), octets.size()});
+  if (set_.isInstanceUID(property)) {
+    set_.remove(property);
+    return reportMisplacedInstanceUID(child);
+  }
   if (property.metaAttribute().metaElement() == nullptr) unknown_[tag] = ordinal;
+}
+
+void LosslessSet::reportMisplacedInstanceUID(const DOMElement& child) {
+  rules_.report().add(Kind::kInvalidValue, child, {"the InstanceUID of a set is an attribute of its element"});
 }
 
 /// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
@@ -232,6 +240,7 @@ bool LosslessSet::isConfirmed(const BaseFacts::PropertyName& name, std::size_t o
 }
 
 void LosslessSet::finish() {
+  checkPreface();
   rules_.reportText(element_);
   reportUnreadAttributes(element_, *set_.definition(), rules_);
   reportUnread(children_, *set_.definition(), rules_);

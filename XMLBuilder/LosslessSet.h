@@ -31,6 +31,7 @@ class LosslessSet : public SetSource {
  private:
   void enterUnnamed();
   void checkPreface();
+  void reportMisplacedInstanceUID(const xercesc::DOMElement& child);
   void readNamed(const xercesc::DOMElement& child, const MetaMetadata::MetaElement& definition);
   void readUnknown(const xercesc::DOMElement& child);
   Types::LocalTag localTagOf(const xercesc::DOMElement& child);

@@ -19,6 +19,7 @@ namespace fs = std::filesystem;
 using Exceptions::IOError;
 using Exceptions::raise;
 
+constexpr std::size_t kWindowSize = 4096;
 constexpr uint64 kUnknownPosition = ~uint64{0};
 constexpr int kNameAttempts = 16;
 constexpr int kMostLinks = 40;
@@ -86,22 +87,57 @@ FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   }
   stream_.reset(openStream(path_, "rb"));
   if (!stream_) raise<IOError>("cannot open '{}': {}", path_.u8string(), systemReason(errno));
+  std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
   size_ = fs::file_size(path_, error);
   if (error) raise<IOError>("cannot read the size of '{}': {}", path_.u8string(), error.message());
 }
 
 void FileDataSource::readAt(uint64 offset, uint8* to, std::size_t size) {
+  while (size != 0) {
+    if (offset < windowOffset_ || offset - windowOffset_ >= window_.size()) {
+      if (size >= kWindowSize) {
+        if (readFromStream(offset, to, size) == size) return;
+        raise<IOError>("at byte offset {}: cannot read '{}': the file has become shorter", offset, name());
+      }
+      fill(offset);
+    }
+    const auto at = static_cast<std::size_t>(offset - windowOffset_);
+    const auto count = std::min(size, window_.size() - at);
+    std::copy_n(window_.data() + at, count, to);
+    offset += count;
+    to += count;
+    size -= count;
+  }
+}
+
+void FileDataSource::fill(uint64 offset) {
+  window_.clear();  // so that nothing is in it where reading fails
+  Bytes window(static_cast<std::size_t>(std::min<uint64>(kWindowSize, size_ - offset)));
+  window.resize(readFromStream(offset, window.data(), window.size()));
+  if (window.empty()) {
+    raise<IOError>("at byte offset {}: cannot read '{}': the file has become shorter", offset, name());
+  }
+  window_ = std::move(window);
+  windowOffset_ = offset;
+}
+
+/// Returns how many bytes the file has there, up to `size`.
+std::size_t FileDataSource::readFromStream(uint64 offset, uint8* to, std::size_t size) {
   if (streamPosition_ != offset && !seekStream(stream_.get(), offset)) {
     raise<IOError>("at byte offset {}: cannot read '{}': {}", offset, name(), systemReason(errno));
   }
   streamPosition_ = kUnknownPosition;
   errno = 0;
-  if (std::fread(to, 1, size, stream_.get()) != size) {
-    const std::string reason = std::feof(stream_.get()) != 0 ? "the file has become shorter" : systemReason(errno);
+  const std::size_t count = std::fread(to, 1, size, stream_.get());
+  if (count != size) {
+    const bool isAtEnd = std::feof(stream_.get()) != 0;
+    const int error = errno;
     std::clearerr(stream_.get());
-    raise<IOError>("at byte offset {}: cannot read '{}': {}", offset, name(), reason);
+    if (!isAtEnd) raise<IOError>("at byte offset {}: cannot read '{}': {}", offset, name(), systemReason(error));
+    return count;
   }
   streamPosition_ = offset + size;
+  return count;
 }
 
 AtomicFile::AtomicFile(const Path& target) : OutputFile(target), replaced_(fileToReplace(target)) {

@@ -9,6 +9,7 @@
 #include "Core/DataIO/OutputFile.h"
 #include "Core/DataIO/SeekableSource.h"
 #include "Core/DataIO/Stream.h"
+#include "Core/Platform/Containers.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
@@ -50,10 +51,16 @@ class FileDataSource : public SeekableSource {
   void readAt(uint64 offset, uint8* to, std::size_t size) override;
 
  private:
+  void fill(uint64 offset);
+  std::size_t readFromStream(uint64 offset, uint8* to, std::size_t size);
+
   Path path_;
   Stream stream_;
   uint64 size_ = 0;
   uint64 streamPosition_ = 0;
+  // A walk over KLVs goes back and forth by a few bytes, for which the stream would drop what it has read ahead.
+  Bytes window_;
+  uint64 windowOffset_ = 0;
 };
 
 /// What a power failure may do to a file that was put in place.

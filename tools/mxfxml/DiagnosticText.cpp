@@ -21,7 +21,7 @@ bool isPrivate(std::string uri) {
 bool lacksDefinition(const LosslessXML::Diagnostic& diagnostic) {
   switch (diagnostic.kind) {
     case Kind::kUnknownSet:
-      return !diagnostic.arguments[1].empty();
+      return !diagnostic.arguments[1].empty() && diagnostic.arguments[1] != "urn:SMPTE:Groups:MXF";
     case Kind::kSetOfOtherNamespace:
     case Kind::kUnknownProperty:
     case Kind::kUnknownExtension:

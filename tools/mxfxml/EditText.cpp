@@ -46,6 +46,9 @@ std::string remarkOn(const Edit::UneditedPartition& partition) {
   switch (partition.reason) {
     case Edit::UneditedPartition::Reason::kOtherMetadata:
       return start + "other metadata than the header partition, and keeps them; --partition " + number + " edits them";
+    case Edit::UneditedPartition::Reason::kUnidentifiedSets:
+      return start + "edited sets that no InstanceUID identifies, and keeps them; --partition " + number +
+             " edits them";
     case Edit::UneditedPartition::Reason::kOtherInstanceUIDs:
       return start + "the metadata of the header partition under other InstanceUIDs, and keeps them; --partition " +
              number + " edits them, in an export of them";

@@ -27,14 +27,14 @@ void requireUTF8(const std::string& text) {
 class Once {
  public:
   void require(const MetadataSet& set, const PropertyChoice& choice) {
-    const auto* property = set.find(choice.property);
-    if (property != nullptr && !given_.insert(property).second) {
+    const auto* definition = set.definition() == nullptr ? nullptr : set.definition()->findAttribute(choice.property);
+    if (definition != nullptr && !given_.emplace(&set, definition).second) {
       throw UsageError(choice.text + " is given more than once");
     }
   }
 
  private:
-  std::set<const Element*> given_;
+  std::set<std::pair<const MetadataSet*, const MetaMetadata::MetaAttribute*>> given_;
 };
 
 }  // namespace
