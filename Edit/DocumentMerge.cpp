@@ -111,7 +111,9 @@ EditedDocument readDocument(const LosslessXML::Document& document, const Partiti
   const auto& dictionary = ours.partitionDictionary().dictionary();
   EditedDocument edited{std::make_unique<PartitionMetadata>(dictionary), {}, formOf(document, ours, options)};
   copyPrimer(ours.partitionDictionary(), edited.partition->partitionDictionary());
-  edited.import = document.import(*edited.partition, &ours);
+  const bool isPart = edited.form.isStructuralOnly || edited.form.start;
+  edited.import =
+      document.import(*edited.partition, &ours, isPart ? LosslessXML::Extent::kPart : LosslessXML::Extent::kDescribed);
   const auto& description = document.description();
   edited.isOfEarlierState = description && description->digest != digestOf(ours);
   return edited;
@@ -123,6 +125,9 @@ MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours,
   if ((edited.form.isAssumed || edited.isOfEarlierState) && !options.mergesOtherFile) {
     requireSharedPackage(*edited.partition, ours);
     requireSharedSet(*edited.partition, ours);
+  }
+  if (edited.form.isAssumed && options.expectsUnchanged) {
+    raise<FileHasChanged>("the document does not describe the state of the file that it was exported from");
   }
   if (edited.isOfEarlierState && options.expectsUnchanged) {
     raise<FileHasChanged>("the file has changed since the document was exported");

@@ -58,7 +58,7 @@ class Merger {
     if (instanceUID == nullptr) return;  // see DarkMerge and reportUnnamed()
     const auto* base = findOnly(base_, *instanceUID);
     const auto* theirs = findOnly(theirs_.partition, *instanceUID);
-    if (findOnly(ours_, *instanceUID) == nullptr || base == nullptr) return planOneOfSeveral(set, theirs);
+    if (findOnly(ours_, *instanceUID) == nullptr || base == nullptr) return planOneOfSeveral(set);
     if (theirs != nullptr) return planSet(set, *base, *theirs);
     if (!scope_.shows(*base)) return;
     if (theirs_.mayRemove) {
@@ -90,15 +90,19 @@ class Merger {
   }
 
   /// Sets that share an InstanceUID cannot be identified.
-  void planOneOfSeveral(const MetadataSet& set, const MetadataSet* theirs) {
-    const auto& all = ours_.findByInstanceUID(*set.instanceUID());
-    if (&set != all.front() || !scope_.shows(set)) return;
-    if (theirs == nullptr && !theirs_.partition.findByInstanceUID(*set.instanceUID()).empty()) return;
-    if (theirs == nullptr && !theirs_.mayRemove) return report_.kept.push_back({set.fullName(), ""});
-    const auto isTheirs = [&](const MetadataSet* one) {
-      return areSame(*one, ours_.partitionDictionary(), *theirs, theirs_.partition.partitionDictionary(), fidelity());
+  void planOneOfSeveral(const MetadataSet& set) {
+    const auto& ours = ours_.findByInstanceUID(*set.instanceUID());
+    if (&set != ours.front() || !scope_.shows(set)) return;
+    const auto& base = base_.findByInstanceUID(*set.instanceUID());
+    const auto& theirs = theirs_.partition.findByInstanceUID(*set.instanceUID());
+    if (theirs.empty() && !theirs_.mayRemove) return report_.kept.push_back({set.fullName(), ""});
+    const auto isOfBase = [&](const MetadataSet* one) {
+      return std::any_of(base.begin(), base.end(), [&](const MetadataSet* other) {
+        return areSame(*other, base_.partitionDictionary(), *one, theirs_.partition.partitionDictionary(), fidelity());
+      });
     };
-    if (theirs != nullptr && std::any_of(all.begin(), all.end(), isTheirs)) return;
+    // A document has one of them.
+    if (!theirs.empty() && std::all_of(theirs.begin(), theirs.end(), isOfBase)) return;
     report_.rejected.push_back({RejectedEdit::Reason::kSharedInstanceUID, set.fullName()});
   }
 

@@ -7,7 +7,7 @@
 namespace Vantor::XML2Partition {
 
 bool BaseFacts::hasTarget(const Types::UUID& instanceUID) {
-  if (!base_->findByInstanceUID(instanceUID).empty()) return true;
+  if (!base_->findByInstanceUID(instanceUID).empty()) return isPart_;
   if (!targets_) {
     std::vector<Types::UUID> targets;
     for (const MetadataSet* set : base_->sets()) {

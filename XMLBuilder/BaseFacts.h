@@ -16,13 +16,15 @@ namespace Vantor::XML2Partition {
 class BaseFacts {
  public:
   /// @param base  null when it is not known.
-  explicit BaseFacts(const PartitionMetadata* base) : base_(base) {}
+  /// @param isPart  whether the document may omit sets of the base.
+  explicit BaseFacts(const PartitionMetadata* base, bool isPart = true) : base_(base), isPart_(isPart) {}
 
   bool isKnown() const { return base_ != nullptr; }
 
   // The base has to be known.
 
-  /// Whether the base has a set with this InstanceUID, or a dangling reference to it.
+  /// Whether a reference without target in the document is right: to a set that the document may omit, or dangling
+  /// in the base.
   bool hasTarget(const Types::UUID& instanceUID);
   bool hasDarkSet(const KLV::Key& key, const Bytes& octets);
   /// Takes one of the sets of a name that have no InstanceUID; false when none is left.
@@ -44,6 +46,7 @@ class BaseFacts {
   void countProperties(const MetadataSet& set, PropertyCounts& counts) const;
 
   const PartitionMetadata* base_;
+  bool isPart_;
   std::optional<std::unordered_set<Types::UUID>> targets_;
   std::optional<std::set<std::pair<KLV::Key, Bytes>>> dark_;
   std::optional<std::map<std::string, std::size_t>> withoutInstanceUID_;

@@ -1,6 +1,7 @@
 #include "XMLBuilder/LosslessReport.h"
 
 #include <algorithm>
+#include <set>
 
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Strings.h"
@@ -38,8 +39,14 @@ void LosslessReport::finish(const PartitionMetadata& partition) {
   // Sets are read in the order of their definitions, not in that of the document.
   std::stable_sort(result_.diagnostics.begin(), result_.diagnostics.end(),
                    [](const auto& left, const auto& right) { return left.place.line < right.place.line; });
+  std::set<std::string> unknown;  // sets that are in the document, and were reported
+  for (const auto& diagnostic : result_.diagnostics) {
+    const bool isSet = diagnostic.kind == Kind::kUnknownSet || diagnostic.kind == Kind::kSetOfOtherNamespace;
+    if (isSet) unknown.insert(diagnostic.arguments.back());
+  }
   for (auto& pointer : pointers_) {
-    if (!partition.findByInstanceUID(pointer.target).empty()) continue;
+    if (!partition.findByInstanceUID(pointer.target).empty() || unknown.count(pointer.target.dottedText()) != 0)
+      continue;
     if (base_.isKnown() ? base_.hasTarget(pointer.target) : pointer.isDangling) continue;
     result_.diagnostics.push_back({Kind::kMissingTarget,
                                    std::move(pointer.place),

@@ -153,10 +153,13 @@ bool Document::isNested() const {
   return pointedAt.empty() || nested > pointedAt.size();
 }
 
-Import Document::import(PartitionMetadata& partition, const PartitionMetadata* base) const {
+Import Document::import(PartitionMetadata& partition, const PartitionMetadata* base, Extent extent) const {
   return inWords([&] {
     Import result;
-    XML2Partition::BaseFacts facts(base);
+    const auto& description = content_->description;
+    const bool isPart =
+        extent == Extent::kPart || (description && (description->isStructuralOnly || description->start));
+    XML2Partition::BaseFacts facts(base, isPart);
     XML2Partition::LosslessReport report(result, content_->lines, facts);
     XML2Partition::LosslessRules rules(content_->root(), partition, report);
     rules.begin();

@@ -127,6 +127,12 @@ struct Import {
   std::vector<UnreadProperty> unread;
 };
 
+/// How much of its base a document shows.
+enum class Extent {
+  kDescribed,  ///< what its description has: all sets without one. A set of the base that it omits was removed
+  kPart        ///< a part: references may lead to sets of the base that it omits
+};
+
 /// A parsed document, whose sets are not read yet. Reading does not change it. For one thread at a time.
 class Document {
  public:
@@ -168,9 +174,11 @@ class Document {
   ///                   sets without InstanceUID, second Prefaces. Without one, missing targets of pointers named
   ///                   Dangling_REF, dark sets that are no local sets, second unknown properties and sets without
   ///                   InstanceUID are accepted.
+  /// @param extent     how much of the base the document shows, where its description does not give that.
   /// @throws InvalidFormat, naming both, for two different sets with one InstanceUID, one of which may have been in the
   ///         partition before. Sets made before the failure stay in the partition.
-  VANTOR_XMLBUILDER_EXPORT Import import(PartitionMetadata& partition, const PartitionMetadata* base = nullptr) const;
+  VANTOR_XMLBUILDER_EXPORT Import import(PartitionMetadata& partition, const PartitionMetadata* base = nullptr,
+                                         Extent extent = Extent::kDescribed) const;
 
  private:
   struct Content;

@@ -5,6 +5,7 @@
 #include "Core/DataIO/Memory.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Types/UUID.h"
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/SampleFiles.h"
 
@@ -139,6 +140,9 @@ TEST_F(FileTest, LeavesTheFileAloneWhereItsProgressThrows) {
   EXPECT_THROW(file.save(stop), std::runtime_error);
   EXPECT_EQ(contents(path()), contents(kSample));
   EXPECT_THAT(names(), testing::ElementsAre("programme.mxf"));
+  EXPECT_EQ(file.preview().changes.changedSets, 1u) << "the object is as good as before";
+  EXPECT_EQ(file.save().partitions, 2u);
+  EXPECT_EQ(text("Identification", "ApplicationName").size(), 30000u);
 }
 
 TEST_F(FileTest, RefusesAFileThatAnotherHasChanged) {
@@ -247,6 +251,57 @@ TEST_F(FileTest, KeepsWhatAnExportOfAPartLeavesOut) {
   start.start = "Timecode[1]";
   merge(replaced(withoutDescription(xml), ">25<", ">50<"), start);
   EXPECT_EQ(text("Timecode[1]", "FramesPerSecond"), "50");
+}
+
+/// A pointer without its set is half an edit.
+TEST_F(FileTest, RemovesNothingWhereAPointerOfTheDocumentHasNoTarget) {
+  auto xml = exportedSample(path().c_str(), false);
+  const std::string end = "</s377m:Identification>";
+  const auto from = xml.find("<s377m:Identification ");
+  xml.erase(from, xml.find(end) + end.size() - from);
+  const auto report = merge(xml);
+  ASSERT_EQ(report.diagnostics.size(), 1u);
+  EXPECT_EQ(report.diagnostics[0].kind, LosslessXML::Diagnostic::Kind::kMissingTarget);
+  EXPECT_EQ(report.kept.size(), 1u);
+  EXPECT_EQ(contents(path()), contents(kSample));
+}
+
+TEST_F(FileTest, RefusesADocumentOfAnUnknownStateWhereAnUnchangedFileIsExpected) {
+  MergeOptions options;
+  options.expectsUnchanged = true;
+  EXPECT_THROW(merge(withoutDescription(exportedSample()), options), FileHasChanged);
+  EXPECT_NO_THROW(merge(exportedSample(), options));
+}
+
+TEST_F(FileTest, DescribesNoExportThatStartsFromOneOfSeveralSetsWithOneInstanceUID) {
+  File file(path(), builtInDictionary());
+  auto &first = file.metadata().find("Sequence[1]"), &second = file.metadata().find("Sequence[2]");
+  LosslessXML::ExportOptions options;
+  options.start = &second;
+  const auto exportedStart = [&] {
+    return LosslessXML::exportBytes(file.metadata(), options, XMLUtils::EncodingType::kUTF8);
+  };
+  EXPECT_THAT(exportedStart(), HasSubstr("<?mxfxml"));
+  second.set("InstanceID", Types::UUID(*first.instanceUID()));
+  EXPECT_THAT(exportedStart(), testing::Not(HasSubstr("<?mxfxml")));
+}
+
+TEST_F(FileTest, ReportsARepetitionInWhichNothingIdentifiesAnEditedSet) {
+  for (const auto& choice : {MXF::PartitionChoice::header(), MXF::PartitionChoice::footer()}) {
+    File file(path(), builtInDictionary(), choice);
+    file.metadata()
+        .find("Sequence[2]")
+        .set("InstanceID", Types::UUID(*file.metadata().find("Sequence[1]").instanceUID()));
+    // So that the footer repeats the metadata with other octets.
+    if (choice.kind() == MXF::PartitionChoice::Kind::kFooter) file.metadata().find("Identification").setBerLength(9);
+    file.save();
+  }
+  File file(path(), builtInDictionary());
+  file.metadata().find("Sequence[2]").set("ComponentLength", 77);
+  const auto report = file.save();
+  EXPECT_EQ(report.partitions, 1u);
+  ASSERT_EQ(report.unedited.size(), 1u);
+  EXPECT_EQ(report.unedited[0].reason, UneditedPartition::Reason::kUnidentifiedSets);
 }
 
 TEST_F(FileTest, ChangesNothingWhereAnEditCannotBe) {

@@ -147,6 +147,9 @@ void ImportCommand::writeHeaderOnly() const {
 
 void ImportCommand::editFile() const {
   const auto document = LosslessXML::Document::fromFile(input());
+  if (document.description() && (isStructuralOnly_ || !start_.empty())) {
+    throw UsageError("--structural-only and --start are for documents that do not describe themselves");
+  }
   const auto definitions = dictionary_.load(vocabularyOf(document));
   std::unique_ptr<Edit::File> file;
   namingFile(*into_, [&] {
@@ -163,7 +166,7 @@ void ImportCommand::merge(const LosslessXML::Document& document, Edit::File& fil
     const auto edited = file.read(document, options);
     report(edited.import.diagnostics);
     const auto merged = file.merge(edited, options);
-    if (edited.isOfEarlierState) {
+    if (edited.isOfEarlierState && !mergesAnyway_) {
       printMessage(into_->u8string() +
                    ": warning: the file has changed since the document was exported; the document is compared with "
                    "the file as it is now");
