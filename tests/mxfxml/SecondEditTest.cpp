@@ -62,20 +62,27 @@ class NarrowPipe {
   int full_ = 0;
 };
 
-/// A header partition, and two others with metadata of their own, each of which gets a line on standard error when the
-/// first is edited.
-std::string fileWithThreeMetadata() {
+/// A header and a footer partition with the same metadata.
+std::string fileWithTwoMetadata() {
   MXF::FileLayout layout;
-  layout.partitions.resize(3);
+  layout.partitions.resize(2);
   layout.partitions[0].kind = KLV::PartitionKind::kHeader;
-  layout.partitions[2].kind = KLV::PartitionKind::kFooter;
+  layout.partitions[1].kind = KLV::PartitionKind::kFooter;
   for (auto& partition : layout.partitions) {
     partition.metadata = MXF::metadataIn(sample("gst-audio-ac3.mxf"), 0);
     partition.spare = 4096;
   }
-  layout.partitions[0].metadata[layout.partitions[0].metadata.size() - 1] ^= 0x01;
   const Bytes bytes = MXF::fileOf(layout);
   return {bytes.begin(), bytes.end()};
+}
+
+/// An export with another ApplicationName and two mistakes, each of which gets a line on standard error.
+std::string documentWithMistakes(const std::string& file, std::size_t size) {
+  std::string xml = run({"export", file}).out;
+  const std::string name = "<rp210:ApplicationName>", track = "<rp210:TrackID>1<";
+  xml.insert(xml.find(name) + name.size(), size, 'x');
+  for (int i = 0; i < 2; ++i) xml.replace(xml.find(track), track.size(), "<rp210:TrackID>one<");
+  return xml;
 }
 
 std::string setting(std::size_t size) { return "Identification.ApplicationName=" + std::string(size, 'x'); }
@@ -84,13 +91,16 @@ TEST(SecondEdit, IsNotLostToAFirstThatEndsLater) {
   for (const std::size_t size : {2, 12000}) {  // within the room and beyond
     for (const bool inPlace : {true, false}) {
       const ScratchFolder folder;
-      const std::string file = folder.path("a.mxf"), copy = folder.path("b.mxf");
-      writeFile(file, fileWithThreeMetadata());
-      std::vector<std::string> arguments = {"set", file, setting(size)};
+      const std::string file = folder.path("a.mxf"), copy = folder.path("b.mxf"), document = folder.path("a.xml");
+      writeFile(file, fileWithTwoMetadata());
+      writeFile(document, documentWithMistakes(file, size));
+      std::vector<std::string> arguments = {"import", document, "--into", file};
+      if (inPlace) arguments.emplace_back("--in-place");
       if (!inPlace) arguments.insert(arguments.end(), {"-o", copy});
-      const std::string firstLine = "mxfxml: " + file +
-                                    ": partition 1 has other metadata than the header partition, and keeps them; "
-                                    "--partition 1 edits them\n";
+      const std::string firstLine = "mxfxml: " + document +
+                                    ": warning: line 22: TimelineTrack "
+                                    "79.4E.DE.7C.04.C7.43.42.80.EE.FA.59.53.B7.25.B3: TrackID: 'one' is no whole "
+                                    "number from 0 to 4294967295\n";
       // It reads the file and then waits before its second line, until the second edit is done.
       NarrowPipe err(firstLine.size());
       StartedProgram first(arguments, err.writer());
@@ -102,7 +112,7 @@ TEST(SecondEdit, IsNotLostToAFirstThatEndsLater) {
       EXPECT_THAT(messages, HasSubstr(firstLine));
       EXPECT_THAT(messages, EndsWith("another program has changed it meanwhile; begin anew\n"));
       EXPECT_TRUE(readFile(file) == expected);
-      EXPECT_THAT(folder.files(), ElementsAre("a.mxf"));
+      EXPECT_THAT(folder.files(), ElementsAre("a.mxf", "a.xml"));
     }
   }
 }
