@@ -21,6 +21,11 @@ class BaseFacts {
 
   bool isKnown() const { return base_ != nullptr; }
 
+  /// Whether the base is known to have several sets with this InstanceUID.
+  bool hasSeveral(const Types::UUID& instanceUID) const {
+    return isKnown() && base_->findByInstanceUID(instanceUID).size() > 1;
+  }
+
   // The base has to be known.
 
   /// Whether a reference without target in the document is right: to a set that the document may omit, or dangling

@@ -148,6 +148,7 @@ class Comparison {
 
   void report(const DOMElement& first, const DOMElement& copy, const MetaMetadata::MetaElement* property) {
     auto& report = rules_.report();
+    if (report.base().hasSeveral(*first_.set->instanceUID())) return;
     const LosslessReport::Reading reading(report, property);
     const auto line = report.lineOf(first);
     report.add(Diagnostic::Kind::kDifferentCopy, copy,

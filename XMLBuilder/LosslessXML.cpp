@@ -17,6 +17,7 @@
 #include "XMLBuilder/LosslessSet.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/ElementLines.h"
+#include "XMLUtils/Initializer.h"
 #include "XMLUtils/InputFile.h"
 #include "XMLUtils/LoadDocument.h"
 #include "XMLUtils/Strings.h"
@@ -31,6 +32,7 @@ struct Document::Content {
   XMLUtils::Holder<xercesc::DOMLSParser> parser = lines.createParser();
   const xercesc::DOMDocument* dom = nullptr;  ///< the parser's
   std::optional<Description> description;
+  bool isDescriptionDamaged = false;
 
   const DOMElement& root() const { return *dom->getDocumentElement(); }
 };
@@ -52,13 +54,14 @@ auto inWords(Operation&& operation) {
   }
 }
 
-std::optional<Description> descriptionOf(const xercesc::DOMDocument& document) {
+/// The data of the instruction in which a document describes itself; none without one.
+std::optional<wstring> instructionOf(const xercesc::DOMDocument& document) {
   for (const DOMNode* node = document.getFirstChild(); node != nullptr; node = node->getNextSibling()) {
     if (node->getNodeType() == DOMNode::ELEMENT_NODE) break;
     if (node->getNodeType() != DOMNode::PROCESSING_INSTRUCTION_NODE) continue;
     const auto& instruction = static_cast<const xercesc::DOMProcessingInstruction&>(*node);
     if (instruction.getTarget() != XMLBuilder::kDescriptionTarget) continue;
-    return XMLBuilder::parseDescription(XMLUtils::utf16ToWstring(instruction.getData()));
+    return XMLUtils::utf16ToWstring(instruction.getData());
   }
   return std::nullopt;
 }
@@ -99,12 +102,16 @@ Document Document::fromBytes(const void* bytes, std::size_t size) {
   return inWords([&] {
     auto content = std::make_unique<Content>();
     content->dom = XMLUtils::loadDocumentFromBuffer(static_cast<const uint8*>(bytes), size, *content->parser);
-    content->description = descriptionOf(*content->dom);
+    if (const auto instruction = instructionOf(*content->dom)) {
+      content->description = XMLBuilder::parseDescription(*instruction);
+      content->isDescriptionDamaged = !content->description;
+    }
     return Document(std::move(content));
   });
 }
 
 Document Document::fromFile(const Path& file) {
+  XMLUtils::Initializer::instance();
   Bytes bytes;
   try {
     bytes = XMLUtils::readInputFile(Platform::pathToWstring(file));
@@ -115,6 +122,8 @@ Document Document::fromFile(const Path& file) {
 }
 
 const std::optional<Description>& Document::description() const { return content_->description; }
+
+bool Document::isDescriptionDamaged() const { return content_->isDescriptionDamaged; }
 
 /// The root is in the legacy namespace whatever the vocabulary is.
 std::optional<MetaMetadata::Vocabulary> Document::vocabulary() const {

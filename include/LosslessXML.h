@@ -147,6 +147,8 @@ class Document {
 
   /// None for a document without the instruction, and for one whose instruction is damaged.
   VANTOR_XMLBUILDER_EXPORT const std::optional<Description>& description() const;
+  /// Whether the document has the instruction, in a form that cannot be read.
+  VANTOR_XMLBUILDER_EXPORT bool isDescriptionDamaged() const;
   /// The vocabulary of the first element below the root that is in a namespace of either; none when no element is.
   VANTOR_XMLBUILDER_EXPORT std::optional<MetaMetadata::Vocabulary> vocabulary() const;
   /// Whether references nest, judged by counts: more sets stand inside references than sets at the top are pointed at,

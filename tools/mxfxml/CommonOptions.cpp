@@ -61,7 +61,7 @@ std::string describe(const MXF::PartitionChoice& choice) {
 void refuseSameFile(const Path& input, const Path& output) {
   std::error_code error;  // a file that does not exist is not the other
   if (!std::filesystem::equivalent(input, output, error) || error) return;
-  throw CommandError("the output '" + output.u8string() + "' is the input itself");
+  throw OtherFileError("the output '" + output.u8string() + "' is the input itself");
 }
 
 }  // namespace Vantor::Tool

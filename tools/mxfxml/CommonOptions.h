@@ -33,7 +33,7 @@ std::string whyNoFileName(const std::string& text);
 /// The chosen partition in messages: "the header partition", "the footer partition" or "partition 2".
 std::string describe(const MXF::PartitionChoice& choice);
 
-/// Refuses to write over the file that is read, even through links. @throws CommandError naming the output.
+/// Refuses to write over the file that is read, even through links. @throws OtherFileError naming the output.
 void refuseSameFile(const Path& input, const Path& output);
 
 }  // namespace Vantor::Tool

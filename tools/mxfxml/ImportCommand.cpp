@@ -147,6 +147,9 @@ void ImportCommand::writeHeaderOnly() const {
 
 void ImportCommand::editFile() const {
   const auto document = LosslessXML::Document::fromFile(input());
+  if (document.isDescriptionDamaged()) {
+    printMessage(input().u8string() + ": warning: the document's description of itself is damaged, and is ignored");
+  }
   if (document.description() && (isStructuralOnly_ || !start_.empty())) {
     throw UsageError("--structural-only and --start are for documents that do not describe themselves");
   }
