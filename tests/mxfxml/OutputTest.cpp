@@ -135,8 +135,7 @@ TEST(Output, TheInputIsNoOutput) {
   fs::create_symlink(input, folder.path("link.xml"));
   fs::create_hard_link(input, folder.path("twin.xml"));
   for (const std::string& output : {input, folder.path("./in.mxf"), folder.path("link.xml"), folder.path("twin.xml")}) {
-    expectFailure(run({"export", input, "-o", output}),
-                  (output == input ? "" : input + ": ") + "the output '" + output + "' is the input itself");
+    expectFailure(run({"export", input, "-o", output}), "the output '" + output + "' is the input itself");
     EXPECT_EQ(readFile(input), bytes);
   }
 }
