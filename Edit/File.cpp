@@ -94,6 +94,7 @@ class File::State {
   PartitionMetadata& metadata() { return *metadata_; }
 
   Plan plan() {
+    if (isStale_) reopen();
     Plan plan;
     const auto before = bytesInFile();
     const auto after = written(*metadata_);
@@ -116,7 +117,8 @@ class File::State {
     } else {
       plan.report.durability = rewriteItself(path, plan.replacements, progress);
     }
-    reopen();
+    fileState_ = DataIO::File::stateOf(path);
+    isStale_ = true;
     return plan.report;
   }
 
@@ -153,10 +155,10 @@ class File::State {
   /// Brings all but the metadata up to date with the changed file; the metadata are what was just written to it.
   void reopen() {
     openFile();
-    fileState_ = DataIO::File::stateOf(*path_);
     chosen_ = MXF::findPartition(*source_, choice_.value_or(MXF::PartitionChoice()));
     const auto structure = MXF::readStructure(*source_);
     end_ = MXF::findMetadataRoom(*source_, structure, numberIn(structure))->end();
+    isStale_ = false;
   }
 
   DataIO::File::Durability rewriteItself(const Path& path, const MXF::MetadataReplacements& replacements,
@@ -243,7 +245,8 @@ class File::State {
   std::unique_ptr<FileDataSource> file_;
   DataIO::SeekableSource* source_;
   MXF::PartitionInfo chosen_;
-  uint64 end_ = 0;  // of the metadata in the file
+  bool isStale_ = false;  // source and places are those of the file before it was saved
+  uint64 end_ = 0;        // of the metadata in the file
   std::unique_ptr<PartitionMetadata> metadata_;
 };
 

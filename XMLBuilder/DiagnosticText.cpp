@@ -32,17 +32,17 @@ Sentence sentenceOf(Kind kind) {
     case Kind::kStrayText:
       return {"{} is text where only elements are expected; it is not read"};
     case Kind::kSecondElement:
-      return {"there is one {} already; this one is not read"};
+      return {"{} stands here a second time; only the first is read"};
     case Kind::kSecondProperty:
-      return {"the set has the property {} already; this one is not read"};
+      return {"the set already has the property {}; this one is not read"};
     case Kind::kSecondUnknownProperty:
-      return {"the set has a property of its tag already; this one is not read"};
+      return {"the set already has a property with this tag; this one is not read"};
     case Kind::kSecondReference:
       return {"the property refers to one set, and has that already; this one is not read"};
     case Kind::kSecondPreface:
-      return {"there is one Preface already; a partition has one"};
+      return {"a partition has one Preface; this is another one"};
     case Kind::kDifferentCopy:
-      return {"another copy of the set{} has something else, and counts"};
+      return {"differs from the first copy of the set{}, which counts"};
     case Kind::kInvalidValue:
       return {"{}"};
     case Kind::kInvalidDarkSet:
@@ -54,7 +54,7 @@ Sentence sentenceOf(Kind kind) {
     case Kind::kMissingTarget:
       return {"no set of the document has the InstanceUID {}"};
     case Kind::kEmptyReference:
-      return {"the element names no set"};
+      return {"the reference is empty"};
     case Kind::kPointerWithoutTarget:
       return {
           "the reference {} names no set: it lacks the attribute TargetInstance in the namespace "
@@ -66,9 +66,9 @@ Sentence sentenceOf(Kind kind) {
           "{} is a set with an attribute TargetInstance, and is read as a reference to that set; take out the "
           "attribute, or add _REF to the name"};
     case Kind::kInvalidInstanceUID:
-      return {"'{}' is no InstanceUID; the set is given a new one, which nothing refers to"};
+      return {"'{}' is not an InstanceUID; the set gets a new one, to which nothing refers"};
     case Kind::kMissingInstanceUID:
-      return {"the set has no rp210:InstanceUID; one of the file needs its own, one that is new needs a new one"};
+      return {"the set has no rp210:InstanceUID; restore it, or give a new set a new one"};
   }
   return {""};
 }
@@ -83,7 +83,7 @@ std::string textOf(const Diagnostic& diagnostic) {
     uri = uri.empty() ? "no namespace" : "the namespace " + uri;
   }
   if (diagnostic.kind == Kind::kDifferentCopy && !arguments.front().empty()) {
-    arguments.front() = ", at line " + arguments.front() + ",";
+    arguments.front() = ", at line " + arguments.front();
   }
   return Exceptions::formatted(sentence.format, arguments);
 }

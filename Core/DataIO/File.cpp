@@ -92,14 +92,15 @@ FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   if (error) raise<IOError>("cannot read the size of '{}': {}", path_.u8string(), error.message());
 }
 
-void FileDataSource::readAt(uint64 offset, uint8* to, std::size_t size) {
+void FileDataSource::readAt(uint64 begin, uint8* to, std::size_t size) {
+  uint64 offset = begin;
   while (size != 0) {
     if (offset < windowOffset_ || offset - windowOffset_ >= window_.size()) {
       if (size >= kWindowSize) {
         if (readFromStream(offset, to, size) == size) return;
-        raise<IOError>("at byte offset {}: cannot read '{}': the file has become shorter", offset, name());
+        raiseTooShort(begin);
       }
-      fill(offset);
+      if (!fill(offset)) raiseTooShort(begin);
     }
     const auto at = static_cast<std::size_t>(offset - windowOffset_);
     const auto count = std::min(size, window_.size() - at);
@@ -110,15 +111,18 @@ void FileDataSource::readAt(uint64 offset, uint8* to, std::size_t size) {
   }
 }
 
-void FileDataSource::fill(uint64 offset) {
+void FileDataSource::raiseTooShort(uint64 offset) const {
+  raise<IOError>("at byte offset {}: cannot read '{}': the file has become shorter", offset, name());
+}
+
+/// False when the file ends before.
+bool FileDataSource::fill(uint64 offset) {
   window_.clear();  // so that nothing is in it where reading fails
   Bytes window(static_cast<std::size_t>(std::min<uint64>(kWindowSize, size_ - offset)));
   window.resize(readFromStream(offset, window.data(), window.size()));
-  if (window.empty()) {
-    raise<IOError>("at byte offset {}: cannot read '{}': the file has become shorter", offset, name());
-  }
   window_ = std::move(window);
   windowOffset_ = offset;
+  return !window_.empty();
 }
 
 /// Returns how many bytes the file has there, up to `size`.

@@ -51,7 +51,8 @@ class FileDataSource : public SeekableSource {
   void readAt(uint64 offset, uint8* to, std::size_t size) override;
 
  private:
-  void fill(uint64 offset);
+  bool fill(uint64 offset);
+  [[noreturn]] void raiseTooShort(uint64 offset) const;
   std::size_t readFromStream(uint64 offset, uint8* to, std::size_t size);
 
   Path path_;

@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Types/Types.h"
@@ -47,31 +48,12 @@ bool readNumber(std::u16string_view text, Integer& number) {
                        wstring(example));
 }
 
-int hexDigit(char16_t unit) {
-  if (unit >= u'0' && unit <= u'9') return unit - u'0';
-  const auto letter = static_cast<char16_t>(unit | 0x20);
-  return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
-}
-
 wstring hexText(const SimpleDataType& value) {
-  constexpr const char16_t* kDigits = u"0123456789ABCDEF";
-  wstring text;
-  for (const uint8* at = value.rawBuffer(); at != value.rawBuffer() + value.encodedSize(); ++at) {
-    text += kDigits[*at >> 4];
-    text += kDigits[*at & 0x0f];
-  }
-  return text;
+  return Platform::hexText<wstring>(value.rawBuffer(), value.encodedSize());
 }
 
 /// @param digits  as `checkedText` gives them.
-Bytes octetsOf(const wstring& digits) {
-  Bytes octets;
-  octets.reserve(digits.size() / 2);
-  for (std::size_t i = 0; i < digits.size(); i += 2) {
-    octets.push_back(static_cast<uint8>(hexDigit(digits[i]) << 4 | hexDigit(digits[i + 1])));
-  }
-  return octets;
-}
+Bytes octetsOf(const wstring& digits) { return Platform::bytesFromHex(digits).value_or(Bytes()); }
 
 // The text of a value, by overload, so that a type that is added to the list has one.
 
@@ -153,7 +135,7 @@ wstring checkedNumber(std::u16string_view text) {
 wstring checkedHex(std::u16string_view text) {
   wstring digits;
   std::copy_if(text.begin(), text.end(), std::back_inserter(digits), [](char16_t unit) { return !isWhiteSpace(unit); });
-  if (!std::all_of(digits.begin(), digits.end(), [](char16_t unit) { return hexDigit(unit) >= 0; })) {
+  if (!std::all_of(digits.begin(), digits.end(), [](char16_t unit) { return Platform::hexDigit(unit) >= 0; })) {
     raise<InvalidFormat>("{} is no run of octets: these are hexadecimal digits, two to an octet", quoted(text));
   }
   if (digits.size() % 2 == 0) return digits;
@@ -384,7 +366,7 @@ class ItemReader {
     if (peek() == u'"' || peek() == u'\\') return take();
     int unit = take() == u'u' ? 0 : -1;
     for (int i = 0; i < 4 && unit >= 0; ++i) {
-      const int digit = hexDigit(take());
+      const int digit = Platform::hexDigit(take());
       unit = digit < 0 ? -1 : unit << 4 | digit;
     }
     if (unit < 0) refuse();

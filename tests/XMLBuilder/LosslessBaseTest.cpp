@@ -34,9 +34,10 @@ std::string extensions(const std::string& content) {
 }
 
 /// What an import reports of a document, with a partition that another document stands for.
-std::vector<std::string> messagesOf(const std::string& text, const std::string& baseText) {
+std::vector<std::string> messagesOf(const std::string& text, const std::string& baseText,
+                                    LosslessXML::Extent extent = LosslessXML::Extent::kDescribed) {
   Imported base(baseText);
-  return Imported(text, base.partition()).messages();
+  return Imported(text, base.partition(), extent).messages();
 }
 
 TEST(LosslessBase, ConfirmsReferencesThatDangleInItToo) {
@@ -51,8 +52,12 @@ TEST(LosslessBase, ConfirmsReferencesThatDangleInItToo) {
   EXPECT_THAT(Imported(storageOf("ContentStorage_REF")).messages(), ElementsAre(missing));
 }
 
-TEST(LosslessBase, ConfirmsReferencesToSetsThatTheDocumentLeavesOut) {
-  EXPECT_THAT(messagesOf(storageOf("ContentStorage_REF"), documentOf(kStorage)), IsEmpty());
+TEST(LosslessBase, ConfirmsReferencesToSetsThatAPartLeavesOut) {
+  const auto text = storageOf("ContentStorage_REF");
+  EXPECT_THAT(messagesOf(text, documentOf(kStorage), LosslessXML::Extent::kPart), IsEmpty());
+  EXPECT_THAT(messagesOf(text, documentOf(kStorage)),
+              ElementsAre("3|" + kPreface + "|ContentStorageObject|no set of the document has the InstanceUID " +
+                          std::string(kStorageUID)));
 }
 
 TEST(LosslessBase, IsNotAskedForDarkSetsThatTheDocumentHas) {
@@ -89,9 +94,9 @@ TEST(LosslessBase, ConfirmsUnknownPropertiesThatTheSetHasUnderTheirNames) {
   Imported base(prefaceWith("<rp210:ByteOrder>1</rp210:ByteOrder>"));
   Imported refused(text, base.partition());
   EXPECT_THAT(refused.messages(),
-              ElementsAre("4|" + kPreface + "||the set has the property ByteOrder already; this one is not read",
-                          "5|" + kPreface + "||the set has the property InstanceID already; this one is not read",
-                          "6|" + kPreface + "||the set has the property InstanceID already; this one is not read"));
+              ElementsAre("4|" + kPreface + "||the set already has the property ByteOrder; this one is not read",
+                          "5|" + kPreface + "||the set already has the property InstanceID; this one is not read",
+                          "6|" + kPreface + "||the set already has the property InstanceID; this one is not read"));
   EXPECT_EQ(extensionsOf(refused.first()), 0);
 }
 
@@ -102,14 +107,14 @@ TEST(LosslessBase, ConfirmsUnknownPropertiesThatTheSetHasTwice) {
   EXPECT_THAT(Imported(text).messages(), IsEmpty());
   EXPECT_THAT(messagesOf(text, text), IsEmpty());
   EXPECT_THAT(messagesOf(text, once),
-              ElementsAre("6|" + kPreface + "||the set has a property of its tag already; this one is not read",
-                          "7|" + kPreface + "||the set has a property of its tag already; this one is not read"));
+              ElementsAre("6|" + kPreface + "||the set already has a property with this tag; this one is not read",
+                          "7|" + kPreface + "||the set already has a property with this tag; this one is not read"));
 }
 
 TEST(LosslessBase, ConfirmsMisplacedPropertiesThatTheSetHasTwice) {
   const std::string track = "<rp210:TrackID>1</rp210:TrackID>\n";
   const auto text = prefaceWith(extensions(track + track));
-  const auto second = "5|" + kPreface + "||the set has the property TrackID already; this one is not read";
+  const auto second = "5|" + kPreface + "||the set already has the property TrackID; this one is not read";
   Imported alone(text);
   EXPECT_THAT(alone.messages(), ElementsAre(second));
   EXPECT_EQ(extensionsOf(alone.first()), 1);
@@ -125,9 +130,7 @@ TEST(LosslessBase, ConfirmsMisplacedPropertiesThatTheSetHasTwice) {
 
 TEST(LosslessBase, ConfirmsSetsWithoutInstanceUIDAsManyAsItHas) {
   const std::string identification = "<s377m:Identification/>\n";
-  const std::string missing =
-      "the set has no rp210:InstanceUID; one of the file needs its own, one that is new needs a "
-      "new one";
+  const std::string missing = "the set has no rp210:InstanceUID; restore it, or give a new set a new one";
   Imported one(documentOf(identification));
   EXPECT_THAT(Imported(documentOf(identification), one.partition()).messages(), IsEmpty());
   Imported two(documentOf(identification + identification), one.partition());
@@ -196,7 +199,7 @@ TEST(LosslessExtension, BecomesThePropertyOfTheSetThatItIsNamedAfter) {
   EXPECT_EQ(valueAs<Types::Int16>(document.first(), "ByteOrder").value(), 2);
   EXPECT_EQ(extensionsOf(document.first()), 0);
   EXPECT_THAT(Imported(prefaceWith("<rp210:ByteOrder>1</rp210:ByteOrder>" + extensions(order))).messages(),
-              ElementsAre("4|" + kPreface + "||the set has the property ByteOrder already; this one is not read"));
+              ElementsAre("4|" + kPreface + "||the set already has the property ByteOrder; this one is not read"));
 }
 
 TEST(LosslessDiagnostics, NameSetsWithoutAnInstanceUIDByTheirKindAlone) {
@@ -215,7 +218,7 @@ TEST(LosslessDiagnostics, TakeAPropertyThatStandsThereTwiceForUnread) {
 
 TEST(LosslessDiagnostics, AreDescribedWithTheirPlace) {
   EXPECT_EQ(LosslessXML::describe({Kind::kEmptyReference, {7, "Preface", "ContentStorageObject"}}),
-            "line 7: Preface: ContentStorageObject: the element names no set");
+            "line 7: Preface: ContentStorageObject: the reference is empty");
   EXPECT_EQ(LosslessXML::describe({Kind::kUnknownAttribute, {}, {"a", ""}}),
             "the set has no attribute a in no namespace; it is not read");
 }

@@ -53,7 +53,7 @@ TEST(LosslessCopies, ReportsWhereACopyDiffersAndKeepsTheFirst) {
   EXPECT_EQ(valueAs<Types::Int16>(document.first(), "ByteOrder").value(), 1);
   EXPECT_THAT(document.messages(),
               ElementsAre("5|Preface " + std::string(kPrefaceUID) +
-                          "|ByteOrder|another copy of the set, at line 3, has something else, and counts"));
+                          "|ByteOrder|differs from the first copy of the set, at line 3, which counts"));
   EXPECT_THAT(document.kinds(), ElementsAre(Kind::kDifferentCopy));
 }
 
@@ -62,7 +62,7 @@ TEST(LosslessCopies, GivesNoLineOfACopyOnTheSameLine) {
   Imported document(documentOf(start + "<rp210:ByteOrder>1</rp210:ByteOrder></s377m:Preface>" + start +
                                "<rp210:ByteOrder>2</rp210:ByteOrder></s377m:Preface>"));
   EXPECT_THAT(document.messages(), ElementsAre("2|Preface " + std::string(kPrefaceUID) +
-                                               "|ByteOrder|another copy of the set has something else, and counts"));
+                                               "|ByteOrder|differs from the first copy of the set, which counts"));
 }
 
 TEST(LosslessCopies, MakesSetsThatOnlyTheSecondCopyHasWithin) {
@@ -98,7 +98,7 @@ std::vector<std::string> messagesOf(const std::string& set, const std::string& f
 
 std::string difference(const std::string& set, const std::string& property) {
   return "3|" + set + " " + kPrefaceUID + "|" + property +
-         "|another copy of the set, at line 2, has something else, and counts";
+         "|differs from the first copy of the set, at line 2, which counts";
 }
 
 std::string rate(const std::string& numerator, const std::string& denominator) {
@@ -157,7 +157,7 @@ TEST(LosslessCopies, ReportTheirOwnUnreadChildrenAndAttributes) {
       messagesOf("TimelineTrack", "<rp210:TrackID>1</rp210:TrackID>",
                  "<rp210:TrackID>1</rp210:TrackID><rp210:TrackID>2</rp210:TrackID><rp210:Trck/>", " note='x'"),
       ElementsAre(set + "the set has no attribute note in no namespace; it is not read",
-                  set.substr(0, set.size() - 1) + "TrackID|there is one TrackID already; this one is not read",
+                  set.substr(0, set.size() - 1) + "TrackID|TrackID stands here a second time; only the first is read",
                   set + "the set has no property Trck in the namespace urn:SMPTE:RP210; the element is not read"));
 }
 

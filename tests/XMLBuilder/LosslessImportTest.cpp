@@ -72,8 +72,9 @@ TEST(LosslessImport, ReportsBuffersAndFilesWithTheSameLines) {
   for (const auto entry : kLosslessEntries) {
     EXPECT_THAT(
         Imported(text, entry).messages(),
-        ElementsAre("3" + set + "ByteOrder|'x' is no whole number from -32768 to 32767",
-                    "6" + set + "ObjectModelVersion|there is one ObjectModelVersion already; this one is not read"));
+        ElementsAre(
+            "3" + set + "ByteOrder|'x' is no whole number from -32768 to 32767",
+            "6" + set + "ObjectModelVersion|ObjectModelVersion stands here a second time; only the first is read"));
   }
 }
 
@@ -168,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"AnElementInNoNamespace", "<ByteOrder>1</ByteOrder>",
                 kSet + "|the set has no property ByteOrder in no namespace; the element is not read"},
         Mistake{"ASecondElement", "<rp210:ByteOrder>1</rp210:ByteOrder><rp210:ByteOrder>2</rp210:ByteOrder>",
-                kSet + "ByteOrder|there is one ByteOrder already; this one is not read"},
+                kSet + "ByteOrder|ByteOrder stands here a second time; only the first is read"},
         Mistake{"LettersInANumber", "<rp210:ByteOrder>12abc</rp210:ByteOrder>",
                 kSet + "ByteOrder|'12abc' is no whole number from -32768 to 32767"},
         Mistake{"ANumberOutOfRange", "<rp210:ByteOrder>32768</rp210:ByteOrder>",
@@ -193,7 +194,7 @@ INSTANTIATE_TEST_SUITE_P(
                     std::string(kStorageUID) + "'/></rp210:ContentStorageObject>",
                 kSet + "ContentStorageObject|no set of the document has the InstanceUID " + kStorageUID},
         Mistake{"AReferenceThatNamesNothing", "<rp210:ContentStorageObject/>",
-                kSet + "ContentStorageObject|the element names no set"},
+                kSet + "ContentStorageObject|the reference is empty"},
         Mistake{"AnUnknownSetWithin", "<rp210:ContentStorageObject><s377m:Storage/></rp210:ContentStorageObject>",
                 kSet + "ContentStorageObject|there is no set Storage in the namespace urn:SMPTE:S377M"},
         Mistake{"ASetOfTheOtherVocabularyWithin",
@@ -245,7 +246,7 @@ TEST(LosslessImport, GivesASetWithoutAUsableInstanceUIDANewOne) {
   ASSERT_NE(document.first().instanceUID(), nullptr);
   EXPECT_THAT(document.kinds(), ElementsAre(Kind::kInvalidInstanceUID));
   EXPECT_THAT(document.messages()[0],
-              HasSubstr("|'01.02' is no InstanceUID; the set is given a new one, which nothing refers to"));
+              HasSubstr("|'01.02' is not an InstanceUID; the set gets a new one, to which nothing refers"));
 }
 
 TEST(LosslessImport, ReportsRootElementsThatAreNoSets) {
@@ -350,7 +351,7 @@ TEST(LosslessImport, ReportsAttributesThatNoElementHas) {
 
 TEST(LosslessImport, ReportsASecondPrefaceAndReadsIt) {
   Imported document(documentOf("<s377m:Preface/>\n<s377m:Preface/>"));
-  EXPECT_THAT(document.messages(), ElementsAre("3|Preface||there is one Preface already; a partition has one"));
+  EXPECT_THAT(document.messages(), ElementsAre("3|Preface||a partition has one Preface; this is another one"));
   EXPECT_EQ(document.partition().sets().size(), 2u);
 }
 

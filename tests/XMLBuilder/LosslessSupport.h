@@ -39,8 +39,9 @@ inline LosslessXML::Document loaded(const std::string& text, LosslessEntry entry
 
 inline LosslessXML::Import importLosslessly(const std::string& text, PartitionMetadata& partition,
                                             LosslessEntry entry = LosslessEntry::kBytes,
-                                            const PartitionMetadata* base = nullptr) {
-  return loaded(text, entry).import(partition, base);
+                                            const PartitionMetadata* base = nullptr,
+                                            LosslessXML::Extent extent = LosslessXML::Extent::kDescribed) {
+  return loaded(text, entry).import(partition, base, extent);
 }
 
 /// A partition with the built-in dictionary, filled from a document.
@@ -51,11 +52,13 @@ class Imported {
       : partition_(builtInDictionary(vocabulary)), result_(importLosslessly(text, partition_, entry)) {}
   Imported(const std::string& text, LosslessEntry entry) : Imported(text, MetaMetadata::Vocabulary::kLegacy, entry) {}
   /// With a partition that the document was exported from, whose primer this one gets.
-  Imported(const std::string& text, const PartitionMetadata& base) : partition_(builtInDictionary()) {
+  Imported(const std::string& text, const PartitionMetadata& base,
+           LosslessXML::Extent extent = LosslessXML::Extent::kDescribed)
+      : partition_(builtInDictionary()) {
     for (const auto& entry : base.partitionDictionary().primerEntries()) {
       partition_.partitionDictionary().addPrimerEntry(entry);
     }
-    result_ = importLosslessly(text, partition_, LosslessEntry::kBytes, &base);
+    result_ = importLosslessly(text, partition_, LosslessEntry::kBytes, &base, extent);
   }
 
   PartitionMetadata& partition() { return partition_; }

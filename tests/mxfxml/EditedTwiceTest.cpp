@@ -41,7 +41,7 @@ TEST(EditedTwice, KeepsAPropertyThatIsGivenAgainAsAnUnknownOne) {
     edit.replace("</s377m:SourcePackage>", unknown(mark, octets) + "</s377m:SourcePackage>");
     const Result result = edit.intoCopy();
     EXPECT_EQ(result.out, "nothing is edited\n") << result.err;
-    EXPECT_THAT(result.err, HasSubstr(": the set has the property " + name + " already; this one is not read\n"));
+    EXPECT_THAT(result.err, HasSubstr(": the set already has the property " + name + "; this one is not read\n"));
     EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
     EXPECT_EQ(edit.intoCopy({"--strict"}).exitCode, 1);
   }
@@ -73,7 +73,8 @@ TEST(EditedTwice, KeepsAPropertyThatIsGivenAgainByName) {
     edit.replace("<rp210:PackageTracks>", "<rp210:PackageTracks/><rp210:PackageTracks>");
     const Result result = edit.intoCopy();
     EXPECT_EQ(result.out, "nothing is edited\n") << result.err;
-    EXPECT_THAT(result.err, HasSubstr(": PackageTracks: there is one PackageTracks already; this one is not read\n"));
+    EXPECT_THAT(result.err,
+                HasSubstr(": PackageTracks: PackageTracks stands here a second time; only the first is read\n"));
     EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
   }
 }

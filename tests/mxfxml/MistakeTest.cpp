@@ -79,8 +79,7 @@ const std::string kTheTimecode = "Timecode 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.1
 
 void PrintTo(const Mistake& mistake, std::ostream* stream) { *stream << mistake.name; }
 
-const std::string kNoInstanceUID =
-    "the set has no rp210:InstanceUID; one of the file needs its own, one that is new needs a new one";
+const std::string kNoInstanceUID = "the set has no rp210:InstanceUID; restore it, or give a new set a new one";
 const std::string kNoSetOfTheFile =
     "cannot be put into ORIGINAL: the document has a set without a valid InstanceUID, which matches no set of the file";
 
@@ -182,7 +181,7 @@ const Mistake kMistakes[] = {
      ""},
     {"duplicate property",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<rp210:TrackID>1</rp210:TrackID><rp210:TrackID>9</rp210:TrackID>"),
-     {"line 22: " + kTrack + "TrackID: there is one TrackID already; this one is not read"},
+     {"line 22: " + kTrack + "TrackID: TrackID stands here a second time; only the first is read"},
      ""},
     {"dangling reference",
      replaced("MaterialPackage_REF types:TargetInstance=\"41", "MaterialPackage_REF types:TargetInstance=\"FF"),
@@ -206,7 +205,7 @@ const Mistake kMistakes[] = {
     {"reference without element",
      replaced("<s377m:MaterialPackage_REF types:TargetInstance=\"41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7\"/>",
               ""),
-     {"line 226: " + kPreface + "PrimaryPackage: the element names no set"},
+     {"line 226: " + kPreface + "PrimaryPackage: the reference is empty"},
      ""},
     {"wrong namespace of properties",
      replaced("urn:SMPTE:RP210", "urn:smpte:rp210"),
@@ -341,8 +340,8 @@ const Mistake kMistakes[] = {
      ""},
     {"InstanceUID without its last octet",
      replaced(".10.9C.37.4D\">", ".10.9C.37\">"),
-     {"line 29: Timecode NEW: '74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37' is no InstanceUID; the set is given a new "
-      "one, which nothing refers to"},
+     {"line 29: Timecode NEW: '74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37' is not an InstanceUID; the set gets a new "
+      "one, to which nothing refers"},
      kNoSetOfTheFile},
     {"InstanceUID that was taken away",
      replaced(" rp210:InstanceUID=\"74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D\"", ""),
