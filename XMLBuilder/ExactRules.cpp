@@ -22,7 +22,7 @@ using namespace XMLBuilder;
 
 namespace {
 
-/// The namespace of a prefix that the document does not declare, so that no look-up fails for want of one.
+/// Stands in for the namespace of an undeclared prefix. Elements and attributes are still looked up by it.
 constexpr const char16_t* kRegistrationAuthorityURI = u"http://www.smpte-ra.org";
 
 class ExactSource : public SetSource {

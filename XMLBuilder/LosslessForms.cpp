@@ -26,29 +26,6 @@ using xercesc::DOMNode;
 
 namespace {
 
-constexpr std::size_t kShownUnits = 40;
-
-std::string quoted(const wstring& text) {
-  const wstring shown = text.size() <= kShownUnits ? text : text.substr(0, kShownUnits) + u"...";
-  return "'" + Utils::wstringToString(shown) + "'";
-}
-
-wstring trimmed(const wstring& text) {
-  constexpr const char16_t* kBlank = u" \t\n\r";
-  const auto begin = text.find_first_not_of(kBlank);
-  if (begin == wstring::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlank) - begin + 1);
-}
-
-/// Whether the whole text is a decimal number from `least` to `most`.
-template <class Integer>
-bool isNumber(const wstring& text, Integer least, Integer most) {
-  const std::string digits = Platform::wstringToString(text);
-  Integer number{};
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  return error == std::errc() && end == digits.data() + digits.size() && number >= least && number <= most;
-}
-
 bool isIn(const DOMNode& node, std::u16string_view uri) {
   const auto* found = node.getNamespaceURI();
   return found != nullptr && uri == found;
@@ -72,14 +49,14 @@ wstring exactText(Identifier type, const wstring& text) { return Types::checkedT
 wstring plainText(const DOMNode& node) {
   if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return nodeText(node);
   if (const DOMElement* child = XMLUtils::firstChildElement(node)) {
-    raise<InvalidFormat>("{} is an element within a value that has none", quoted(nameOf(*child)));
+    raise<InvalidFormat>("{} is an element within a value that has none", Types::excerpt(nameOf(*child)));
   }
   return textContent(node, BlankText::kKeep);
 }
 
 bool hasText(const DOMNode& node) {
   for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
-    if (isTextNode(*child) && !trimmed(XMLUtils::utf16ToWstring(child->getNodeValue())).empty()) return true;
+    if (isTextNode(*child) && !Types::trimmed(XMLUtils::utf16ToWstring(child->getNodeValue())).empty()) return true;
   }
   return false;
 }
@@ -87,8 +64,8 @@ bool hasText(const DOMNode& node) {
 std::string strayText(const DOMNode& node) {
   for (const DOMNode* child = node.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
     if (!isTextNode(*child)) continue;
-    const wstring text = trimmed(XMLUtils::utf16ToWstring(child->getNodeValue()));
-    if (!text.empty()) return quoted(text);
+    const wstring text(Types::trimmed(XMLUtils::utf16ToWstring(child->getNodeValue())));
+    if (!text.empty()) return Utils::wstringToString(Types::excerpt(text));
   }
   return {};
 }
@@ -111,13 +88,13 @@ auto_ptr<Types::SimpleDataType> readUncommon(Identifier type, const wstring& tex
 Bytes bytes(const wstring& text) { return parseHexString(exactText(kDataValue, text)); }
 
 int64 number(const wstring& text, int64 least, int64 most, const char16_t* name) {
-  const wstring digits = trimmed(text);
-  if (!isNumber<int64>(digits, least, most)) {
-    raise<InvalidFormat>("{} is no number from {} to {} for {}", quoted(text), least, most, wstring(name));
-  }
+  const std::string digits = Platform::wstringToString(wstring(Types::trimmed(text)));
   int64 number = 0;
-  const std::string ascii = Platform::wstringToString(digits);
-  std::from_chars(ascii.data(), ascii.data() + ascii.size(), number);
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  const bool isNumber = error == std::errc() && end == digits.data() + digits.size();
+  if (!isNumber || number < least || number > most) {
+    raise<InvalidFormat>("{} is no number from {} to {} for {}", Types::excerpt(text), least, most, wstring(name));
+  }
   return number;
 }
 
@@ -136,11 +113,11 @@ void checkFields(const DOMNode& node, std::u16string_view prefix, FieldNames nam
     const std::u16string_view name = child->getLocalName();
     const auto isIt = [name](std::u16string_view one) { return name == one; };
     if (!isField(*child, prefix) || !std::any_of(names.begin(), names.end(), isIt)) {
-      raise<InvalidFormat>("{} is no part of the value", quoted(nameOf(*child)));
+      raise<InvalidFormat>("{} is no part of the value", Types::excerpt(nameOf(*child)));
     }
     if (mayRepeat) continue;
     if (std::any_of(found.begin(), found.end(), isIt)) {
-      raise<InvalidFormat>("{} is there a second time", quoted(nameOf(*child)));
+      raise<InvalidFormat>("{} is there a second time", Types::excerpt(nameOf(*child)));
     }
     found.push_back(name);
   }

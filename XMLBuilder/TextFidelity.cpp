@@ -107,8 +107,8 @@ bool areRestored(const Types::Collection& items, Identifier type) {
   return true;
 }
 
-/// Whether an empty element is read as a value of no octets.
-bool hasEmptyText(Identifier type) {
+/// Whether an empty element is read as a value of no octets. An empty UTF16 is not: it is NUL.
+bool isRestoredEmpty(Identifier type) {
   return unitSize(type) != 0 || type == kDataStream || type == kDataValue || type == kUnknown;
 }
 
@@ -122,7 +122,7 @@ bool isRestoredFromText(const Element& property) {
     const auto* items = dynamic_cast<const Types::Collection*>(value);
     return items == nullptr || areRestored(*items, collection->dataSubType());
   }
-  if (value == nullptr) return hasEmptyText(definition->dataType());
+  if (value == nullptr) return isRestoredEmpty(definition->dataType());
   return value->identifier() == definition->dataType() && isRestored(*value);
 }
 

@@ -23,17 +23,6 @@ constexpr std::u16string_view kWhiteSpace = u" \t\n\r";
 
 bool isWhiteSpace(char16_t unit) { return kWhiteSpace.find(unit) != std::u16string_view::npos; }
 
-wstring quoted(std::u16string_view text) {
-  const wstring shown(text.substr(0, kShownUnits));
-  return u"'" + shown + (text.size() > kShownUnits ? u"...'" : u"'");
-}
-
-std::u16string_view trimmed(std::u16string_view text) {
-  const auto begin = text.find_first_not_of(kWhiteSpace);
-  if (begin == std::u16string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kWhiteSpace) - begin + 1);
-}
-
 /// Reads a text that is a number as a whole; false for any other text, and for a number that the type cannot hold.
 template <class Integer>
 bool readNumber(std::u16string_view text, Integer& number) {
@@ -44,7 +33,7 @@ bool readNumber(std::u16string_view text, Integer& number) {
 }
 
 [[noreturn]] void raiseNoText(std::u16string_view text, const char* type, std::u16string_view example) {
-  raise<InvalidFormat>("{} is not the text of {}{}, such as {}", quoted(text), *type == 'A' ? "an " : "a ", type,
+  raise<InvalidFormat>("{} is not the text of {}{}, such as {}", excerpt(text), *type == 'A' ? "an " : "a ", type,
                        wstring(example));
 }
 
@@ -129,17 +118,17 @@ wstring checkedNumber(std::u16string_view text) {
   const auto word = trimmed(text);
   Number number{};
   if (readNumber(word, number)) return wstring(word);
-  raise<InvalidFormat>("{} is no whole number from {} to {}", quoted(text), Limits::min(), Limits::max());
+  raise<InvalidFormat>("{} is no whole number from {} to {}", excerpt(text), Limits::min(), Limits::max());
 }
 
 wstring checkedHex(std::u16string_view text) {
   wstring digits;
   std::copy_if(text.begin(), text.end(), std::back_inserter(digits), [](char16_t unit) { return !isWhiteSpace(unit); });
   if (!std::all_of(digits.begin(), digits.end(), [](char16_t unit) { return Platform::hexDigit(unit) >= 0; })) {
-    raise<InvalidFormat>("{} is no run of octets: these are hexadecimal digits, two to an octet", quoted(text));
+    raise<InvalidFormat>("{} is no run of octets: these are hexadecimal digits, two to an octet", excerpt(text));
   }
   if (digits.size() % 2 == 0) return digits;
-  raise<InvalidFormat>("{} is no run of octets: the last of them lacks its second digit", quoted(text));
+  raise<InvalidFormat>("{} is no run of octets: the last of them lacks its second digit", excerpt(text));
 }
 
 wstring checked(const SimpleDataType*, std::u16string_view text) { return wstring(text); }
@@ -157,18 +146,18 @@ template <class Derived>
 wstring checked(const IdentifierType<Derived>*, std::u16string_view text) {
   const auto word = trimmed(text);
   if (std::none_of(word.begin(), word.end(), isWhiteSpace)) return wstring(word);
-  raise<InvalidFormat>("{} is more than one identifier", quoted(text));
+  raise<InvalidFormat>("{} is more than one identifier", excerpt(text));
 }
 
 wstring checked(const Boolean*, std::u16string_view text) {
   const auto word = trimmed(text);
   if (word == u"0" || word == u"false") return u"0";
   if (word == u"1" || word == u"true") return u"1";
-  raise<InvalidFormat>("{} is neither 0 nor 1, neither false nor true", quoted(text));
+  raise<InvalidFormat>("{} is neither 0 nor 1, neither false nor true", excerpt(text));
 }
 
 wstring checked(const UTF16*, std::u16string_view text) {
-  if (text.size() > 1) raise<InvalidFormat>("{} is not one UTF-16 code unit", quoted(text));
+  if (text.size() > 1) raise<InvalidFormat>("{} is not one UTF-16 code unit", excerpt(text));
   return wstring(text);
 }
 
@@ -177,7 +166,7 @@ wstring checked(const NarrowStringType<Derived>*, std::u16string_view text) {
   if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit <= Derived::kHighest; })) {
     return wstring(text);
   }
-  raise<InvalidFormat>("{} is no ISO {}-bit text: it has characters that this encoding lacks", quoted(text),
+  raise<InvalidFormat>("{} is no ISO {}-bit text: it has characters that this encoding lacks", excerpt(text),
                        Derived::kHighest == 0x7f ? 7 : 8);
 }
 
@@ -308,13 +297,13 @@ auto_ptr<SimpleDataType> readAs(const Timestamp*, std::u16string_view text) {
   if (fields.isNext(u'.')) fields.mark(u'.').number(milliSecond, 3);
   if (!fields.matched()) raiseNoText(text, "Timestamp", u"2024-02-09T03:04:05.008");
   if (milliSecond % 4 != 0 || milliSecond > kMostMilliSeconds) {
-    raise<InvalidFormat>("the milliseconds of {} are no multiple of 4 up to {}", quoted(text), kMostMilliSeconds);
+    raise<InvalidFormat>("the milliseconds of {} are no multiple of 4 up to {}", excerpt(text), kMostMilliSeconds);
   }
   return std::make_unique<Timestamp>(year, part[0], part[1], part[2], part[3], part[4], milliSecond);
 }
 
 [[noreturn]] auto_ptr<SimpleDataType> readAs(const Collection*, std::u16string_view text) {
-  raise<InvalidFormat>("{} is text for a collection, the type of whose items is not given", quoted(text));
+  raise<InvalidFormat>("{} is text for a collection, the type of whose items is not given", excerpt(text));
 }
 
 /// What has no overload of its own is read as octets.
@@ -347,7 +336,7 @@ class ItemReader {
 
  private:
   [[noreturn]] void refuse() const {
-    raise<InvalidFormat>("{} is no collection, such as [1, 2] or [\"a\", \"b\"]", quoted(text_));
+    raise<InvalidFormat>("{} is no collection, such as [1, 2] or [\"a\", \"b\"]", excerpt(text_));
   }
   wstring nextBare() {
     const auto item = rest_.substr(0, rest_.find(u','));
@@ -412,7 +401,7 @@ auto_ptr<SimpleDataType> valueFromText(Identifiers::Identifier type, std::u16str
     case Identifiers::kNone:
       break;
   }
-  raise<InvalidFormat>("{} is text for a value of no type", quoted(text));
+  raise<InvalidFormat>("{} is text for a value of no type", excerpt(text));
 }
 
 auto_ptr<SimpleDataType> collectionFromText(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
@@ -426,10 +415,10 @@ auto_ptr<SimpleDataType> collectionFromText(Identifiers::Identifier arrayOrBatch
   auto_ptr<Collection> collection;
   if (arrayOrBatch == Identifiers::kArray) collection = std::make_unique<Array>(static_cast<int>(itemSize));
   if (arrayOrBatch == Identifiers::kBatch) collection = std::make_unique<Batch>(static_cast<int>(itemSize));
-  if (collection == nullptr) raise<InvalidFormat>("{} is text for something else than a collection", quoted(text));
+  if (collection == nullptr) raise<InvalidFormat>("{} is text for something else than a collection", excerpt(text));
   for (auto& item : items) {
     if (item->encodedSize() != itemSize) item = padded(*item, itemSize);
-    if (item == nullptr) raise<InvalidFormat>("the items of {} are not of one size", quoted(text));
+    if (item == nullptr) raise<InvalidFormat>("the items of {} are not of one size", excerpt(text));
     collection->append(std::move(item));
   }
   return collection;
@@ -438,6 +427,17 @@ auto_ptr<SimpleDataType> collectionFromText(Identifiers::Identifier arrayOrBatch
 bool hasEmptyText(Identifiers::Identifier type) {
   return isText(type) || type == Identifiers::kDataStream || type == Identifiers::kDataValue ||
          type == Identifiers::kUnknown;
+}
+
+std::u16string_view trimmed(std::u16string_view text) {
+  const auto begin = text.find_first_not_of(kWhiteSpace);
+  if (begin == std::u16string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(kWhiteSpace) - begin + 1);
+}
+
+wstring excerpt(std::u16string_view text) {
+  const wstring shown(text.substr(0, kShownUnits));
+  return u"'" + shown + (text.size() > kShownUnits ? u"...'" : u"'");
 }
 
 wstring checkedText(Identifiers::Identifier type, std::u16string_view text) {

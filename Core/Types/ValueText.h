@@ -37,6 +37,12 @@ bool hasEmptyText(Identifiers::Identifier type);
 /// @throws InvalidFormat for a text that is no number of the type, more than one word, or not hexadecimal.
 wstring checkedText(Identifiers::Identifier type, std::u16string_view text);
 
+/// A text without the white space around it.
+std::u16string_view trimmed(std::u16string_view text);
+
+/// The first 40 code units of a text in single quotes, for messages; "..." stands for the rest.
+wstring excerpt(std::u16string_view text);
+
 /// A text in double quotes; quotes, backslashes and control characters within are escaped: \" \\ \u000A.
 wstring quotedText(std::u16string_view text);
 
