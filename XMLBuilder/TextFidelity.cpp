@@ -4,14 +4,13 @@
 
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Types/Types.h"
+#include "XMLBuilder/ValueVocabulary.h"
 
 namespace Vantor::XMLBuilder {
 
 using namespace Types::Identifiers;
 
 namespace {
-
-constexpr uint32 kRGBAComponentsWritten = 5;
 
 bool isCutOff(const Types::RGBALayout& layout) {
   for (uint32 i = kRGBAComponentsWritten; i < Types::RGBALayout::kComponents; ++i) {

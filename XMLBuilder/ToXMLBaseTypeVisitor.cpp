@@ -18,8 +18,6 @@ namespace {
 
 using xercesc::DOMElement;
 
-constexpr uint32 kRGBAComponentsWritten = 5;
-
 /// The decimal digits of a number, on the stack: a document holds hundreds of thousands of them.
 class Decimal {
  public:

@@ -28,6 +28,9 @@ struct ValueVocabulary {
   const char16_t* mSec4;
 };
 
+/// Components of an RGBA layout that its text form holds, of `Types::RGBALayout::kComponents`.
+inline constexpr uint32 kRGBAComponentsWritten = 5;
+
 namespace ValueNames {
 
 inline constexpr const char16_t* kRGBAComponent = u"types:RGBAComponent";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <type_traits>
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -8,6 +9,9 @@
 namespace Vantor::XMLUtils {
 
 static_assert(std::is_same_v<XMLCh, wstring::value_type>, "Xerces has to be built with char16_t as its XMLCh");
+
+/// Looks at NUL-terminated UTF-16 text; a null pointer gives an empty text, whose data is NUL-terminated too.
+inline std::u16string_view viewOf(const XMLCh* text) { return text == nullptr ? u"" : text; }
 
 /// Copies NUL-terminated UTF-16 text; a null pointer, as the DOM gives for an absent name or value, gives an empty
 /// string.

@@ -37,8 +37,6 @@ std::pair<const Definition&, const Definition&> inOrder(const Definition& one, c
   return {one, other};
 }
 
-std::string asText(std::u16string_view ascii) { return {ascii.begin(), ascii.end()}; }
-
 }  // namespace
 
 void DefinitionCheck::run() {
@@ -198,8 +196,9 @@ void DefinitionCheck::checkPropertyNames(MetaMetadata::Vocabulary vocabulary) co
       of_.refuse(property.origin, "the name {} is that of an attribute of every set, which is in no namespace of yours",
                  "add name=X", property.xmlName);
     }
-    const std::string uri = property.chosenNamespace == 0 ? asText(MetaMetadata::elementNamespace(vocabulary, name).uri)
-                                                          : std::string(chosen.uri);
+    const std::string uri = property.chosenNamespace == 0
+                                ? Utils::wstringToString(wstring(MetaMetadata::elementNamespace(vocabulary, name).uri))
+                                : std::string(chosen.uri);
     const auto [known, isNew] = names.emplace(uri + " " + std::string(property.xmlName), &property);
     if (isNew || known->second->key == property.key) continue;  // the same one: a newer edition gave it another key
     const auto [first, second] = inOrder(*known->second, property);

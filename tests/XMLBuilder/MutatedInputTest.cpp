@@ -13,6 +13,7 @@
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "XMLUtils/LoadDocument.h"
 #include "tests/SampleFiles.h"
+#include "tests/Sanitized.h"
 #include "tests/XMLBuilder/EveryTypeDocument.h"
 #include "tests/XMLBuilder/Mutator.h"
 
@@ -30,7 +31,7 @@ using XMLBuilder::kFlat;
 using XMLBuilder::kNested;
 
 constexpr int kParts = 8;
-constexpr int kMutants = 250;  // of each part
+constexpr int kMutants = kIsSanitized ? 100 : 250;  // of each part
 
 /// Exports a partition and has the text parsed, which must succeed.
 std::string parsed(PartitionMetadata& partition, Flags flags) {

@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t kLongestSpan = 200;
 
 /// Where the parts of an element stand: `<a>|content|</a>|`.
-struct Element {
+struct Tagged {
   std::size_t start = 0;
   std::size_t content = 0;
   std::size_t contentEnd = 0;
@@ -20,9 +20,9 @@ struct Element {
 };
 
 /// The elements of a text that starts and ends as it should, in the order of their ends. The root is not among them.
-std::vector<Element> elementsOf(const std::string& text) {
-  std::vector<Element> elements;
-  std::vector<Element> open;
+std::vector<Tagged> elementsOf(const std::string& text) {
+  std::vector<Tagged> elements;
+  std::vector<Tagged> open;
   for (auto at = text.find('<'); at != std::string::npos; at = text.find('<', at + 1)) {
     const auto close = text.find('>', at);
     if (close == std::string::npos) break;
@@ -43,7 +43,7 @@ std::size_t nameEnd(const std::string& text, std::size_t start) {
   return std::min(text.find_first_of(" />", start), text.size());
 }
 
-std::string nameOf(const std::string& text, const Element& element) {
+std::string nameOf(const std::string& text, const Tagged& element) {
   return text.substr(element.start + 1, nameEnd(text, element.start) - element.start - 1);
 }
 
@@ -200,7 +200,7 @@ void Mutator::renameElement(std::string& text) {
 /// Of an element without children, so that mostly one value changes.
 void Mutator::replaceText(std::string& text) {
   auto elements = elementsOf(text);
-  const auto hasChildren = [&text](const Element& element) {
+  const auto hasChildren = [&text](const Tagged& element) {
     return element.end == element.content || text.find('<', element.content) != element.contentEnd;
   };
   elements.erase(std::remove_if(elements.begin(), elements.end(), hasChildren), elements.end());
