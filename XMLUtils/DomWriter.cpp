@@ -7,6 +7,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "XMLUtils/CharacterWriter.h"
+#include "XMLUtils/Strings.h"
 
 namespace Vantor::XMLUtils {
 
@@ -14,8 +15,6 @@ namespace {
 
 using std::u16string_view;
 using xercesc::DOMNode;
-
-u16string_view viewOf(const XMLCh* text) { return text == nullptr ? u"" : text; }
 
 bool isUtf16(EncodingType encoding) {
   return encoding == EncodingType::kUTF16 || encoding == EncodingType::kUTF16Indented;

@@ -5,6 +5,7 @@
 
 #include "Core/Platform/Numbers.h"
 #include "XMLUtils/CharacterWriter.h"
+#include "XMLUtils/Strings.h"
 
 namespace Vantor::XMLUtils {
 
@@ -15,9 +16,6 @@ using xercesc::DOMNamedNodeMap;
 using xercesc::DOMNode;
 
 constexpr u16string_view kXmlns = u"xmlns";
-
-/// Never null, so that the view's data can be written as NUL-terminated text.
-u16string_view viewOf(const XMLCh* text) { return text == nullptr ? u"" : text; }
 
 /// Whether an attribute declares a namespace. Its name decides, because `setAttribute` makes declarations as well.
 bool isDeclaration(u16string_view name) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <type_traits>
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -14,5 +15,11 @@ static_assert(std::is_same_v<XMLCh, wstring::value_type>, "Xerces has to be buil
 wstring utf16ToWstring(const XMLCh* text);
 /// The same for text stored as `uint16`.
 wstring utf16ToWstring(const uint16* text);
+
+/// The same text where it stands; the view ends at a NUL.
+inline std::u16string_view viewOf(const XMLCh* text) { return text == nullptr ? u"" : text; }
+
+/// Whether a text is nothing but XML white space: blank, TAB, LF, CR.
+inline bool isBlank(std::u16string_view text) { return text.find_first_not_of(u" \t\n\r") == text.npos; }
 
 }  // namespace Vantor::XMLUtils

@@ -137,7 +137,8 @@ enum class Extent {
 class Document {
  public:
   /// @param bytes  copied where need be; encodings as in `XML2Partition`.
-  /// @throws ParseError with line and column for what is not well-formed XML.
+  /// @throws ParseError with line and column for what is not well-formed XML, and for encodings and sizes that are not
+  ///         read; std::bad_alloc.
   VANTOR_XMLBUILDER_EXPORT static Document fromBytes(const void* bytes, std::size_t size);
   /// @throws IOError naming the file; ParseError as above.
   VANTOR_XMLBUILDER_EXPORT static Document fromFile(const Path& file);

@@ -405,13 +405,12 @@ const Mistake kMistakes[] = {
     {"Latin 1 that says UTF-8",
      replaced("Timecode track", "Zeitspur f\xfcr alle"),
      {},
-     "not well-formed XML: line 23, column 44: a character is not in UTF-8; save the text as UTF-8, or name its "
-     "encoding in the XML "
-     "declaration"},
+     "unreadable XML: line 23, column 44: a character is not in UTF-8; save the text as UTF-8, or name its encoding in "
+     "the XML declaration"},
     {"unknown encoding",
      replaced("encoding=\"UTF-8\"", "encoding=\"KOI8-R\""),
      {},
-     "not well-formed XML: line 1, column 1: encoding 'KOI8-R' is not supported"},
+     "unreadable XML: line 1, column 1: encoding 'KOI8-R' is not supported"},
     {"control character",
      replaced("Timecode track",
               "Time\x01"
