@@ -2,7 +2,6 @@
 
 #include "Core/Comparison/PropertyIdentity.h"
 #include "Core/MetaMetadata/MetaElement.h"
-#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
@@ -28,6 +27,10 @@ void markLabel(DOMElement& property, const Types::UniversalLabel& label, const E
 
 }  // namespace
 
+const MetaMetadata::MetaAttribute* listingOf(const Element& property) {
+  return dynamic_cast<const MetaMetadata::MetaAttribute*>(&property.metaAttribute());
+}
+
 DOMElement& lastExtensionElements(ExportDocument& document, DOMElement& set) {
   DOMElement& container = findOrCreate(document, set);
   set.appendChild(&container);
@@ -41,17 +44,17 @@ wstring groupsURI(const ExportPass& pass) {
 
 void markUnknown(DOMElement& property, const Element& element, const ExportPass& pass) {
   const auto& tags = pass.partition.partitionDictionary();
-  const Types::LocalTag tag(ToXMLMetaAttributeVisitor(element.metaAttribute()).localTag(), kDottedForm);
+  const auto tag = static_cast<const MetaMetadata::UnknownAttribute&>(element.metaAttribute()).localTag();
   if (tag.isStaticLocalTag()) return markTag(property, tag, pass);
   // Without a label the tag means nothing outside its file, and the value alone is kept.
   if (const auto* label = tags.tryFind(tag.value())) markLabel(property, *label, pass);
 }
 
 void markKnown(DOMElement& property, const Element& element, const ExportPass& pass) {
-  const auto* attribute = dynamic_cast<const MetaMetadata::MetaAttribute*>(&element.metaAttribute());
+  const auto* listing = listingOf(element);
   const Types::LocalTag tag(localTagOf(element, pass.partition.partitionDictionary()));
   const bool isStatic =
-      attribute != nullptr && attribute->staticLocalTag() != 0 && tag.value() == attribute->staticLocalTag();
+      listing != nullptr && listing->staticLocalTag() != 0 && tag.value() == listing->staticLocalTag();
   if (isStatic) return markTag(property, tag, pass);
   markLabel(property, element.metaAttribute().metaElement()->key(), pass);
 }

@@ -6,6 +6,7 @@
 #include "Core/Metadata/DarkTags.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
+#include "Core/Types/ValueText.h"
 #include "XMLBuilder/LosslessCopies.h"
 #include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/NodeText.h"
@@ -22,15 +23,10 @@ namespace {
 using Content = LosslessReport::DarkContent;
 using Kind = Diagnostic::Kind;
 
-wstring attributeOf(const DOMElement& element, std::u16string_view name) {
-  const auto* attribute = LosslessForms::groupsAttribute(element, name);
-  return attribute == nullptr ? wstring() : nodeText(*attribute);
-}
-
 Content contentOf(const DOMElement& element) {
-  const auto key =
-      LosslessForms::exactText(Types::Identifiers::kUniversalLabel, attributeOf(element, XMLBuilder::Vocabulary::kKey));
-  const auto octets = LosslessForms::exactText(Types::Identifiers::kUnknown, LosslessForms::plainText(element));
+  const auto key = Types::checkedText(Types::Identifiers::kUniversalLabel,
+                                      LosslessForms::groupsText(element, XMLBuilder::Vocabulary::kKey));
+  const auto octets = Types::checkedText(Types::Identifiers::kUnknown, LosslessForms::plainText(element));
   return {KLV::Key(key, kDottedForm), parseHexString(octets)};
 }
 
@@ -50,12 +46,9 @@ uint8 lengthOctets(const DOMElement& element, LosslessRules& rules) {
 /// Enters the last set of the partition, if references can lead to it.
 void enter(MetadataSet& set, Content content, const DOMElement& element, LosslessRules& rules) {
   if (set.instanceUID() == nullptr) return;
-  auto& report = rules.report();
-  if (const auto* known = report.find(*set.instanceUID())) LosslessCopies::refuse(element, set.name(), *known, report);
-  const auto& all = rules.partition().findByInstanceUID(*set.instanceUID());
-  if (all.front() != &set) LosslessCopies::refuse(element, set.name(), *all.front(), report);
-  report.enter(*set.instanceUID(), {&set, &element});
-  report.enterDark(std::move(content));
+  LosslessCopies::requireUnused(*set.instanceUID(), element, set.name(), rules, &set);
+  rules.report().enter(*set.instanceUID(), {&set, &element});
+  rules.report().enterDark(std::move(content));
 }
 
 /// Files, too, have sets with the key of a local set that are none.

@@ -1,5 +1,6 @@
 #include "LosslessXML.h"
 
+#include <algorithm>
 #include <new>
 #include <unordered_set>
 #include <xercesc/dom/DOMDocument.hpp>
@@ -137,8 +138,8 @@ std::optional<MetaMetadata::Vocabulary> Document::vocabulary() const {
 bool Document::isNested() const {
   using namespace XML2Partition;
   std::unordered_set<Types::UUID> top;
-  std::vector<Types::UUID> targets;
-  std::size_t nested = 0;
+  std::unordered_set<Types::UUID> targets;
+  std::ptrdiff_t nested = 0;
   const auto& root = content_->root();
   forEachElementBelow(root, [&](const DOMElement& element) {
     const DOMNode* parent = element.getParentNode();
@@ -150,15 +151,13 @@ bool Document::isNested() const {
         ++nested;
       }
     } else if (const auto target = LosslessForms::identifierIn(LosslessForms::targetAttribute(element))) {
-      targets.push_back(*target);
+      targets.insert(*target);
     }
     return true;
   });
-  std::unordered_set<Types::UUID> pointedAt;
-  for (const auto& target : targets) {
-    if (top.count(target) != 0) pointedAt.insert(target);
-  }
-  return pointedAt.empty() || nested > pointedAt.size();
+  const auto pointedAt =
+      std::count_if(targets.begin(), targets.end(), [&top](const auto& target) { return top.count(target) != 0; });
+  return pointedAt == 0 || nested > pointedAt;
 }
 
 Import Document::import(PartitionMetadata& partition, const PartitionMetadata* base, Extent extent) const {

@@ -8,14 +8,12 @@
 #include <xercesc/dom/DOMProcessingInstruction.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "XMLBuilder.h"
 #include "XMLBuilder/DarkMetadataSetWriter.h"
 #include "XMLBuilder/DocumentDescription.h"
 #include "XMLBuilder/Names.h"
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/Initializer.h"
-#include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::XMLBuilder {
 
@@ -28,21 +26,11 @@ std::mutex& exportLock() {
   return lock;
 }
 
-void declareNamespace(xercesc::DOMElement& root, const wstring& prefix, const wstring& uri) {
-  setAttribute(root, Vocabulary::kXmlnsURI, qualify(u"xmlns", prefix), uri);
-}
-
-/// A document without sets: the root with the declaration of its own namespace.
+/// A document without sets and without namespaces.
 DocumentHolder createFrame() {
-  const auto& prefix = getPrefix();
-  const auto& uri = getNamespaceURI();
   auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
-  DocumentHolder document(implementation->createDocument(uri.wchar(),
-                                                         qualify(prefix.toWstring(), u"MetadataSets").c_str(), nullptr,
-                                                         xercesc::XMLPlatformUtils::fgMemoryManager));
-  document->getDocumentElement()->setPrefix(prefix.wchar());
-  declareNamespace(*document->getDocumentElement(), prefix.toWstring(), uri.toWstring());
-  return document;
+  return DocumentHolder(implementation->createDocument(Vocabulary::kRootURI.data(), Vocabulary::kRoot.data(), nullptr,
+                                                       xercesc::XMLPlatformUtils::fgMemoryManager));
 }
 
 /// Whether a set is written at all: one without definition only if its octets were kept.
@@ -71,7 +59,9 @@ class PartitionWriter {
 
   void writeDarkSets() {
     for (auto at = partition_.darkBegin(); at != partition_.darkEnd(); ++at) {
-      writeDarkMetadataSet(document_, document_.floatingContainer(), **at);
+      const auto& value = (*at)->value();
+      writeDarkMetadataSet(document_, document_.floatingContainer(), (*at)->key(), (*at)->berLength(),
+                           value.rawBuffer(), value.serializedSize());
     }
   }
 
@@ -91,7 +81,7 @@ class PartitionWriter {
 
   void declareNamespaces() {
     for (const auto& [uri, prefix] : document_.namespaces()) {
-      if (uri != getNamespaceURI().toWstring()) declareNamespace(document_.root(), prefix, uri);
+      setAttribute(document_.root(), Vocabulary::kXmlnsURI, qualify(u"xmlns", prefix), uri);
     }
   }
 

@@ -3,10 +3,11 @@
 #include <algorithm>
 
 #include "Core/Platform/Numbers.h"
+#include "Core/Platform/Raise.h"
 #include "XMLBuilder/DarkMetadataSetWriter.h"
+#include "XMLBuilder/ExtensionElements.h"
 #include "XMLBuilder/Names.h"
 #include "XMLBuilder/ToXMLElementVisitor.h"
-#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
@@ -22,9 +23,8 @@ struct Place {
 std::vector<Place> inSchemaOrder(const MetadataSet& set) {
   std::vector<Place> places;
   for (const Element& property : set) {
-    const ToXMLMetaAttributeVisitor attribute(property.metaAttribute());
-    if (attribute.schemaIndex().empty()) continue;
-    places.push_back({Platform::readDecimal<uint32>(attribute.schemaIndex()), &property});
+    const auto& schemaIndex = listingOf(property)->extensionAttribute(MetaMetadata::kSchemaIndex);
+    if (!schemaIndex.empty()) places.push_back({Platform::readDecimal<uint32>(schemaIndex), &property});
   }
   std::stable_sort(places.begin(), places.end(),
                    [](const Place& left, const Place& right) { return left.schemaIndex < right.schemaIndex; });
@@ -50,8 +50,11 @@ const T* takeLast(std::vector<const T*>& pending) {
 }  // namespace
 
 void ToXMLMetadataSetVisitor::visit(const MetadataSet& set) {
-  if (!pass_.written.insert(set)) return;
-  const WrittenSets::Level level(pass_.written, set);
+  if (!pass_.written.insert(&set).second) return;
+  if (pass_.depth > kMaximumDepth) {
+    Exceptions::raise<Exceptions::NestingTooDeep>("references nest more than {} deep at set {}", kMaximumDepth,
+                                                  set.fullName());
+  }
   if (set.definition() == nullptr) return writeDarkGroup(set);
   open(set);
   while (!frames_.empty()) writeNext();
@@ -66,7 +69,7 @@ void ToXMLMetadataSetVisitor::writeNext() {
   if (!frame.targets.empty()) {
     const auto& target = *takeLast(frame.targets);
     if (target.definition() == nullptr) return writeDarkGroup(target);
-    if (pass_.written.insert(target)) open(target);
+    if (pass_.written.insert(&target).second) open(target);
   } else if (!frame.properties.empty()) {
     const auto& property = *takeLast(frame.properties);
     ToXMLElementVisitor visitor(*frame.element, pass_, frame.targets);
@@ -79,10 +82,10 @@ void ToXMLMetadataSetVisitor::writeNext() {
 
 xercesc::DOMElement& ToXMLMetadataSetVisitor::appendSetElement(const MetaMetadata::MetaMetadataSet& definition) {
   auto& document = pass_.document;
-  const auto name = setName(definition, document.namespaces());
-  auto* element = document.document().createElementNS(name.uri.c_str(), name.name.c_str());
+  const auto name = enteredName(definition, document.namespaces());
+  auto* element = document.document().createElementNS(name.uri.c_str(), name.qualified().c_str());
   parent_.appendChild(element);
-  document.noteSetElement(name.name);
+  document.noteSetElement(name.qualified());
   return *element;
 }
 
@@ -92,7 +95,8 @@ void ToXMLMetadataSetVisitor::writeDarkGroup(const MetadataSet& set) {
   auto& document = pass_.document;
   document.namespaces().insertIfUnbound(Vocabulary::kTypesURI, Vocabulary::kTypesPrefix);
   document.namespaces().insertIfUnbound(Vocabulary::kGroupsURI, Vocabulary::kGroupsPrefix);
-  writeDarkMetadataSet(document, document.lastFloatingContainer(), *group);
+  writeDarkMetadataSet(document, document.lastFloatingContainer(), group->key(), group->berLength(),
+                       group->value().data(), group->value().size());
 }
 
 }  // namespace Vantor::XMLBuilder

@@ -10,6 +10,7 @@ namespace Vantor::XMLBuilder::Vocabulary {
 
 inline constexpr std::u16string_view kRootPrefix = u"s377m";
 inline constexpr std::u16string_view kRootURI = u"urn:SMPTE:S377M";
+inline constexpr std::u16string_view kRoot = u"s377m:MetadataSets";
 inline constexpr std::u16string_view kDangling = u"s377m:Dangling_REF";
 
 inline constexpr std::u16string_view kGroupsPrefix = u"groups";

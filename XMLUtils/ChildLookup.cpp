@@ -1,6 +1,7 @@
 #include "XMLUtils/ChildLookup.h"
 
 #include <algorithm>
+#include <memory>
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
@@ -49,15 +50,13 @@ bool isName(const wstring& text) { return xercesc::XMLChar1_0::isValidNCName(tex
 /// The failure of a path when there is no engine to report it, in the engine's words.
 class PathException : public xercesc::DOMException {
  public:
-  explicit PathException(wstring message) : message_(std::move(message)) { describe(); }
-  PathException(const PathException& other) : DOMException(), message_(other.message_) { describe(); }
+  explicit PathException(wstring message) : message_(std::make_shared<const wstring>(std::move(message))) {
+    code = xercesc::DOMXPathException::INVALID_EXPRESSION_ERR;
+    msg = message_->c_str();
+  }
 
  private:
-  void describe() {
-    code = xercesc::DOMXPathException::INVALID_EXPRESSION_ERR;
-    msg = message_.c_str();
-  }
-  wstring message_;
+  std::shared_ptr<const wstring> message_;  // shared by copies
 };
 #endif
 

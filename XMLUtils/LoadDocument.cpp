@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <new>
+#include <optional>
 #include <string_view>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
@@ -88,8 +89,9 @@ class Parser : public xercesc::DOMLSParserImpl {
 /// Keeps the first error of a parse. The parser swallows what a handler throws, so it has to be thrown afterwards.
 class FirstError : public xercesc::DOMErrorHandler {
  public:
-  explicit FirstError(DOMLSParser& parser)
+  FirstError(DOMLSParser& parser, const XMLCh* systemId)
       : parser_(dynamic_cast<const Parser*>(&parser)),
+        systemId_(systemId),
         configuration_(*parser.getDomConfig()),
         previous_(configuration_.getParameter(XMLUni::fgDOMErrorHandler)) {
     configuration_.setParameter(XMLUni::fgDOMErrorHandler, this);
@@ -100,30 +102,27 @@ class FirstError : public xercesc::DOMErrorHandler {
     if (error.getSeverity() == xercesc::DOMError::DOM_SEVERITY_WARNING) return true;
     if (hasFailed_) return false;
     hasFailed_ = true;
-    line_ = error.getLocation()->getLineNumber();
-    column_ = error.getLocation()->getColumnNumber();
     wstring message = utf16ToWstring(error.getMessage());
     if (parser_ != nullptr && parser_->lacksEntity()) {
       message += u"; document type declarations, which define entities, are not read";
     }
-    message_ = std::move(message);
+    const auto& place = *error.getLocation();
+    error_ = parseException(message, systemId_, place.getLineNumber(), place.getColumnNumber());
     return false;
   }
 
-  void throwIfAny(const XMLCh* systemId) const {
-    if (!hasFailed_) return;
-    if (message_.empty()) throw std::bad_alloc();  // there was no memory for the message, which the parser kept quiet
-    throw parseException(message_, systemId, line_, column_);
+  void throwIfAny() const {
+    if (error_) throw *error_;
+    if (hasFailed_) throw std::bad_alloc();  // there was no memory for the error, which the parser kept quiet
   }
 
  private:
   const Parser* parser_;  // null for the parser of somebody else
+  const XMLCh* systemId_;
   xercesc::DOMConfiguration& configuration_;
   const void* previous_;
   bool hasFailed_ = false;
-  uint64 line_ = 0;
-  uint64 column_ = 0;
-  wstring message_;
+  std::optional<xercesc::SAXParseException> error_;
 };
 
 /// WFXMLScanner knows no document type: it skips the declaration, and with it entities, defaults and everything else
@@ -203,9 +202,9 @@ DOMDocument* loadDocument(const Input& input, DOMLSParser& parser, const XMLCh* 
   source.setEncoding(input.encoding.c_str());
   const xercesc::Wrapper4InputSource wrapper(&source, false);
   configure(*parser.getDomConfig());
-  const FirstError error(parser);
+  const FirstError error(parser, systemId);
   auto* document = parser.parse(&wrapper);
-  error.throwIfAny(systemId);
+  error.throwIfAny();
   if (mayHoldEscapes(input)) unescapeAll(*document);
   return document;
 }
