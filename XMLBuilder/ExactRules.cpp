@@ -72,7 +72,7 @@ class ExactSource : public SetSource {
     const auto colon = name.find(u':');
     const wstring prefix = name.substr(0, colon);
     const wstring localName = colon == wstring::npos ? name : name.substr(colon + 1);
-    return attributeText(rules_.root(), (u"xmlns:" + prefix).c_str()) + u":" + localName;
+    return XMLUtils::utf16ToWstring(rules_.root().getAttribute((u"xmlns:" + prefix).c_str())) + u":" + localName;
   }
 
   /// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
@@ -110,6 +110,21 @@ Bytes darkValue(const wstring& key, const wstring& text) {
   raise<InvalidFormat>({"DarkMetadataSet with key='{}' value contains non Hexadecimal characters", {kSource, 99}}, key);
 }
 
+uint32 measuredItemSize(Identifier itemType, const DOMNode& node, ReadingRules& rules) {
+  uint32 size = 0;
+  for (const DOMElement* item : XMLUtils::childElements(node)) {
+    const auto value = createValueFromNode(itemType, *item, rules);
+    if (value == nullptr || (size != 0 && value->serializedSize() != size)) {
+      raise<Exceptions::InvalidLength>(
+          {"subElementSize == dataType -> serializedSize (): There is a collection in the XML that contains an ARRAY "
+           "or COLLECTION that contain elements with different sizes.",
+           {kValueSource, 970}});
+    }
+    size = value->serializedSize();
+  }
+  return size;
+}
+
 }  // namespace
 
 const MetaMetadata::MetaMetadataSet* ExactRules::findSet(const DOMElement& element, std::u16string_view) {
@@ -121,9 +136,9 @@ bool ExactRules::isFloatingContainer(const DOMElement& element) const {
 }
 
 void ExactRules::readDarkSet(const DOMElement& element) {
-  const wstring keyText = attributeText(element, Vocabulary::kKey.data());
+  const wstring keyText = XMLUtils::utf16ToWstring(element.getAttribute(Vocabulary::kKey.data()));
   const KLV::Key key(keyText, kDottedForm);
-  const auto octets = Platform::readDecimal<int32>(attributeText(element, Vocabulary::kBEROctetCount.data()));
+  const auto octets = Platform::readDecimal<int32>(element.getAttribute(Vocabulary::kBEROctetCount.data()));
   KLV::Value value(darkValue(keyText, nodeText(element, blankText())));
   partition().addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, static_cast<uint8>(octets), std::move(value)));
 }
@@ -140,27 +155,12 @@ void ExactRules::readValue(Element& property, const DOMNode& node, const MetaMet
 /// The property has the collection at once, and keeps the items before one that cannot be read.
 void ExactRules::readCollection(CollectionElement& property, MakeCollection make, Identifier itemType,
                                 const DOMNode& node) {
-  const auto itemSize = isVariableSize(itemType) ? measuredItemSize(itemType, node) : typeSize(itemType);
+  const auto itemSize = isVariableSize(itemType) ? measuredItemSize(itemType, node, *this) : typeSize(itemType);
   auto owned = make(static_cast<int>(itemSize));
   CollectionItems items(*owned);
   property.set(std::move(owned));
   for (const DOMElement* item : XMLUtils::childElements(node))
     items.append(createValueFromNode(itemType, *item, *this));
-}
-
-uint32 ExactRules::measuredItemSize(Identifier itemType, const DOMNode& node) {
-  uint32 size = 0;
-  for (const DOMElement* item : XMLUtils::childElements(node)) {
-    const auto value = createValueFromNode(itemType, *item, *this);
-    if (value == nullptr || (size != 0 && value->serializedSize() != size)) {
-      raise<Exceptions::InvalidLength>(
-          {"subElementSize == dataType -> serializedSize (): There is a collection in the XML that contains an ARRAY "
-           "or COLLECTION that contain elements with different sizes.",
-           {kValueSource, 970}});
-    }
-    size = value->serializedSize();
-  }
-  return size;
 }
 
 /// Elements that stand for a set somewhere else are named after it and this suffix.

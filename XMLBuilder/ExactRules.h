@@ -45,8 +45,6 @@ class ExactRules : public ReadingRules {
   const Types::UUID& identifierFor(const wstring& text, const Types::UUID* own);
 
  private:
-  uint32 measuredItemSize(Types::Identifiers::Identifier itemType, const xercesc::DOMNode& node);
-
   XMLUtils::ChildLookup rootScope_;  // with the prefixes that the document element declares
   // Ordered, because a hostile document could choose texts whose hashes collide.
   std::map<wstring, Types::UUID> identifiers_;

@@ -2,6 +2,7 @@
 
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/MetaMetadata/MetaMetadataSet.h"
+#include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Metadata/SimpleElement.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/ChildLookup.h"

@@ -133,11 +133,12 @@ class Comparison {
 
   /// InstanceUIDs need no comparison: copies share theirs.
   void compareIdentifier(const MetaMetadata::MetaElement& property, const wstring& tag) {
+    if (tag == u"InstanceUID") return;
     const auto* left = LosslessForms::identifierAttribute(*first_.element, tag);
     const auto* right = LosslessForms::identifierAttribute(copy_, tag);
-    if (tag == u"InstanceUID" || (left == nullptr && right == nullptr)) return;
-    if (left != nullptr && right != nullptr && nodeText(*left) == nodeText(*right)) return;
-    report(*first_.element, copy_, &property);
+    const bool isInBoth = left != nullptr && right != nullptr;
+    const bool isSame = isInBoth ? nodeText(*left) == nodeText(*right) : left == right;
+    if (!isSame) report(*first_.element, copy_, &property);
   }
 
   void report(const DOMElement& first, const DOMElement& copy, const MetaMetadata::MetaElement* property) {

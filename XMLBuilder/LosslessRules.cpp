@@ -55,7 +55,7 @@ bool isOfXML(const DOMNode& attribute) {
 bool isField(const DOMElement& child, std::u16string_view prefix) {
   const auto uri = viewOf(child.getNamespaceURI());
   if (prefix == Vocabulary::kS422MTypesPrefix) return uri == Vocabulary::kS422MTypesURI;
-  return uri == Vocabulary::kTypesURI || uri == Vocabulary::kSt434TypesURI;
+  return uri == Vocabulary::kTypesURI || uri == MetaMetadata::kST434Types.uri;
 }
 
 using Values = std::vector<auto_ptr<Types::SimpleDataType>>;

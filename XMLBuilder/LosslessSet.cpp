@@ -169,8 +169,7 @@ void LosslessSet::readUnknown(const DOMElement& child) {
   const auto octets = parseHexString(Types::checkedText(Types::Identifiers::kUnknown, LosslessForms::plainText(child)));
   auto& tags = rules_.partition().partitionDictionary();
   const auto* known = knownProperty(tag);
-  const auto before = unknown_.find(tag);
-  const std::size_t ordinal = before == unknown_.end() ? 1 : before->second + 1;
+  const std::size_t ordinal = unknown_[tag] + 1;
   const bool isThere = known != nullptr || ordinal > 1;
   if (isThere && rules_.report().base().isKnown() && !isConfirmed(BaseFacts::nameOf(tag, tags), ordinal)) {
     if (known == nullptr) return rules_.report().add(Kind::kSecondUnknownProperty, child);

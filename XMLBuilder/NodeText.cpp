@@ -1,7 +1,5 @@
 #include "XMLBuilder/NodeText.h"
 
-#include <xercesc/dom/DOMElement.hpp>
-
 #include "XMLUtils/Strings.h"
 
 namespace Vantor::XML2Partition {
@@ -47,11 +45,6 @@ wstring nodeText(const DOMNode& node, BlankText blankText) {
   if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return XMLUtils::utf16ToWstring(node.getNodeValue());
   const DOMNode* child = firstChild(node, blankText);
   return child == nullptr ? wstring() : XMLUtils::utf16ToWstring(child->getNodeValue());
-}
-
-wstring attributeText(const DOMNode& element, const char16_t* qualifiedName) {
-  if (element.getNodeType() != DOMNode::ELEMENT_NODE) return {};
-  return XMLUtils::utf16ToWstring(static_cast<const xercesc::DOMElement&>(element).getAttribute(qualifiedName));
 }
 
 }  // namespace Vantor::XML2Partition

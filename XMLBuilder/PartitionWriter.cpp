@@ -1,7 +1,6 @@
 #include "XMLBuilder/PartitionWriter.h"
 
 #include <mutex>
-#include <unordered_set>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMImplementation.hpp>
 #include <xercesc/dom/DOMImplementationRegistry.hpp>
@@ -21,23 +20,6 @@ namespace {
 
 using DocumentHolder = XMLUtils::Holder<xercesc::DOMDocument>;
 
-std::mutex& exportLock() {
-  static std::mutex lock;
-  return lock;
-}
-
-/// A document without sets and without namespaces.
-DocumentHolder createFrame() {
-  auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
-  return DocumentHolder(implementation->createDocument(Vocabulary::kRootURI.data(), Vocabulary::kRoot.data(), nullptr,
-                                                       xercesc::XMLPlatformUtils::fgMemoryManager));
-}
-
-/// Whether a set is written at all: one without definition only if its octets were kept.
-bool hasElement(const MetadataSet& set) {
-  return set.definition() != nullptr || dynamic_cast<const DarkParsedGroup*>(&set) != nullptr;
-}
-
 /// The state of one call.
 class PartitionWriter {
  public:
@@ -45,10 +27,13 @@ class PartitionWriter {
       : partition_(partition), rules_(rules), document_(document) {}
 
   void write(const MetadataSet& start) {
-    writeFrom(start, document_.root(), written_);
+    WrittenSets written;
+    writeFrom(start, document_.root(), written);
     writeDarkSets();
     writeFloatingSets();
-    declareNamespaces();
+    for (const auto& [uri, prefix] : document_.namespaces()) {
+      setAttribute(document_.root(), Vocabulary::kXmlnsURI, qualify(u"xmlns", prefix), uri);
+    }
   }
 
  private:
@@ -70,35 +55,33 @@ class PartitionWriter {
   void writeFloatingSets() {
     std::vector<const MetadataSet*> order;
     const uint32 floating = partition_.calculateSerializationOrder(order, true, false);
-    std::unordered_set<const MetadataSet*> done;
+    WrittenSets done;
     for (std::size_t i = order.size() - floating; i < order.size(); ++i) {
-      if (done.count(order[i]) != 0 || !hasElement(*order[i])) continue;
+      // One without definition is written only if its octets were kept.
+      const bool isDark = order[i]->definition() == nullptr;
+      if (done.count(order[i]) != 0 || (isDark && dynamic_cast<const DarkParsedGroup*>(order[i]) == nullptr)) continue;
       WrittenSets written;
       writeFrom(*order[i], document_.floatingContainer(), written);
       done.insert(written.begin(), written.end());
     }
   }
 
-  void declareNamespaces() {
-    for (const auto& [uri, prefix] : document_.namespaces()) {
-      setAttribute(document_.root(), Vocabulary::kXmlnsURI, qualify(u"xmlns", prefix), uri);
-    }
-  }
-
   PartitionMetadata& partition_;
   WritingRules rules_;
   ExportDocument document_;
-  WrittenSets written_;
 };
 
 }  // namespace
 
 DocumentHolder writePartition(PartitionMetadata* partition, const MetadataSet* start, WritingRules rules,
                               const wstring& description) {
-  const std::lock_guard<std::mutex> guard(exportLock());
+  static std::mutex lock;
+  const std::lock_guard<std::mutex> guard(lock);
   XMLUtils::Initializer::instance();
   if (partition == nullptr || start == nullptr) return {};
-  auto document = createFrame();
+  auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
+  DocumentHolder document(implementation->createDocument(Vocabulary::kRootURI.data(), Vocabulary::kRoot.data(), nullptr,
+                                                         xercesc::XMLPlatformUtils::fgMemoryManager));
   if (!description.empty()) {
     document->insertBefore(document->createProcessingInstruction(kDescriptionTarget.data(), description.c_str()),
                            document->getDocumentElement());

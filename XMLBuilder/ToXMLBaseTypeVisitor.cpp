@@ -56,7 +56,7 @@ class FieldWriter {
 
 ToXMLBaseTypeVisitor::ToXMLBaseTypeVisitor(DOMElement& target, NamespaceMap& namespaces)
     : types_(kLegacyTypes), identifierForm_(kDottedForm), targetElement_(&target) {
-  if (XMLUtils::viewOf(target.getNamespaceURI()) == Vocabulary::kSt434ElementsURI) {
+  if (XMLUtils::viewOf(target.getNamespaceURI()) == MetaMetadata::kST434Elements.uri) {
     types_ = MetaMetadata::kST434Types;
     identifierForm_ = kUrnForm;
   } else {

@@ -1,6 +1,7 @@
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Raise.h"
@@ -14,28 +15,19 @@ namespace Vantor::XMLBuilder {
 
 namespace {
 
-struct Place {
-  uint32 schemaIndex;
-  const Element* property;
-};
-
-/// The properties that have a place in their set, in the order of these places.
-std::vector<Place> inSchemaOrder(const MetadataSet& set) {
-  std::vector<Place> places;
+/// Misplaced and unknown properties as met, then those that have a place in their set, in the order of these places;
+/// all of it back to front.
+std::vector<const Element*> inReverse(const MetadataSet& set) {
+  std::vector<std::pair<uint32, const Element*>> places;
   for (const Element& property : set) {
     const auto& schemaIndex = listingOf(property)->extensionAttribute(MetaMetadata::kSchemaIndex);
-    if (!schemaIndex.empty()) places.push_back({Platform::readDecimal<uint32>(schemaIndex), &property});
+    if (!schemaIndex.empty()) places.emplace_back(Platform::readDecimal<uint32>(schemaIndex), &property);
   }
   std::stable_sort(places.begin(), places.end(),
-                   [](const Place& left, const Place& right) { return left.schemaIndex < right.schemaIndex; });
-  return places;
-}
-
-/// Misplaced and unknown properties as met, then those that have a place; all of it back to front.
-std::vector<const Element*> inReverse(const MetadataSet& set) {
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
   std::vector<const Element*> properties;
   for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) properties.push_back(&*at);
-  for (const auto& place : inSchemaOrder(set)) properties.push_back(place.property);
+  for (const auto& place : places) properties.push_back(place.second);
   std::reverse(properties.begin(), properties.end());
   return properties;
 }
@@ -61,7 +53,12 @@ void ToXMLMetadataSetVisitor::visit(const MetadataSet& set) {
 }
 
 void ToXMLMetadataSetVisitor::open(const MetadataSet& set) {
-  frames_.push_back({&appendSetElement(*set.definition()), inReverse(set), {}});
+  auto& document = pass_.document;
+  const auto name = enteredName(*set.definition(), document.namespaces());
+  auto* element = document.document().createElementNS(name.uri.c_str(), name.qualified().c_str());
+  parent_.appendChild(element);
+  document.noteSetElement(name.qualified());
+  frames_.push_back({element, inReverse(set), {}});
 }
 
 void ToXMLMetadataSetVisitor::writeNext() {
@@ -78,15 +75,6 @@ void ToXMLMetadataSetVisitor::writeNext() {
   } else {
     frames_.pop_back();
   }
-}
-
-xercesc::DOMElement& ToXMLMetadataSetVisitor::appendSetElement(const MetaMetadata::MetaMetadataSet& definition) {
-  auto& document = pass_.document;
-  const auto name = enteredName(definition, document.namespaces());
-  auto* element = document.document().createElementNS(name.uri.c_str(), name.qualified().c_str());
-  parent_.appendChild(element);
-  document.noteSetElement(name.qualified());
-  return *element;
 }
 
 void ToXMLMetadataSetVisitor::writeDarkGroup(const MetadataSet& set) {

@@ -33,7 +33,6 @@ class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
 
   void open(const MetadataSet& set);
   void writeNext();
-  xercesc::DOMElement& appendSetElement(const MetaMetadata::MetaMetadataSet& definition);
   void writeDarkGroup(const MetadataSet& set);
 
   xercesc::DOMNode& parent_;

@@ -284,6 +284,8 @@ wstring octetEncoding(const uint8* bytes, std::size_t size) {
 }  // namespace
 
 Input recognise(const uint8* bytes, std::size_t size) {
+  static constexpr uint8 kNothing = 0;
+  if (bytes == nullptr) return {&kNothing, 0, u"UTF-8"};
   if (size >= 2 && isLittleEndian(bytes)) return utf16(bytes, size, bytes[0] == 0xFF, u"UTF-16LE");
   if (size >= 2 && isBigEndian(bytes)) return utf16(bytes, size, bytes[0] == 0xFE, u"UTF-16BE");
   const bool isMarked = size >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF;

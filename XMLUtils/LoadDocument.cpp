@@ -142,24 +142,9 @@ void configure(xercesc::DOMConfiguration& configuration) {
   }
 }
 
-/// A DOM string ends at a NUL, so the escape of one stays.
-wstring unescapeForDom(const XMLCh* value) {
-  const auto unescaped = unescapeForbidden(value);
-  wstring text;
-  text.reserve(unescaped.size());
-  for (const char16_t unit : unescaped) {
-    if (unit == u'\0') {
-      appendEscape(text, unit);
-    } else {
-      text += unit;
-    }
-  }
-  return text;
-}
-
 void unescapeValue(DOMNode& node) {
   const auto value = viewOf(node.getNodeValue());
-  if (value.find(kEscapeStart) != value.npos) node.setNodeValue(unescapeForDom(value.data()).c_str());
+  if (value.find(kEscapeStart) != value.npos) node.setNodeValue(unescapeForbidden(wstring(value), true).c_str());
 }
 
 void unescapeAll(DOMDocument& document) {
@@ -186,9 +171,8 @@ Holder<DOMLSParser> createParser(ElementLines* lines) {
 }
 
 Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId) {
-  constexpr uint8 kNothing = 0;
   try {
-    const auto input = buffer == nullptr ? recognise(&kNothing, 0) : recognise(buffer, size);
+    const auto input = recognise(buffer, size);
     checkLimits(input);
     return input;
   } catch (const xercesc::SAXParseException& refusal) {
