@@ -60,20 +60,15 @@ BaseFacts::PropertyName BaseFacts::nameOf(const Element& property, const Partiti
 
 BaseFacts::PropertyCounts BaseFacts::extensionsOf(const MetadataSet& set) const {
   PropertyCounts counts;
-  if (const auto* instanceUID = set.instanceUID()) {
-    for (const MetadataSet* one : base_->findByInstanceUID(*instanceUID)) countProperties(*one, counts);
-    return counts;
-  }
-  for (const MetadataSet* one : base_->find(set.key())) {
-    if (one->instanceUID() == nullptr) countProperties(*one, counts);
+  const auto* instanceUID = set.instanceUID();
+  const auto& sets = instanceUID == nullptr ? base_->find(set.key()) : base_->findByInstanceUID(*instanceUID);
+  for (const MetadataSet* one : sets) {
+    if (instanceUID == nullptr && one->instanceUID() != nullptr) continue;
+    PropertyCounts own;
+    for (auto at = one->invalidBegin(); at != one->invalidEnd(); ++at) ++own[nameOf(*at, base_->partitionDictionary())];
+    for (const auto& [name, count] : own) counts[name] = std::max(counts[name], count);
   }
   return counts;
-}
-
-void BaseFacts::countProperties(const MetadataSet& set, PropertyCounts& counts) const {
-  PropertyCounts own;
-  for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) ++own[nameOf(*at, base_->partitionDictionary())];
-  for (const auto& [name, count] : own) counts[name] = std::max(counts[name], count);
 }
 
 }  // namespace Vantor::XML2Partition

@@ -48,8 +48,6 @@ class BaseFacts {
   PropertyCounts extensionsOf(const MetadataSet& set) const;
 
  private:
-  void countProperties(const MetadataSet& set, PropertyCounts& counts) const;
-
   const PartitionMetadata* base_;
   bool isPart_;
   std::optional<std::unordered_set<Types::UUID>> targets_;

@@ -1,6 +1,9 @@
 #include "XMLBuilder/CompoundValueFromXML.h"
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
+#include <utility>
 
 #include "Core/Types/J2KCodingStyleDefault.h"
 #include "Core/Types/J2KPictureComponent.h"
@@ -29,32 +32,27 @@ class Fields {
   }
 
   /// The text of the first child with a name; empty when there is none.
-  wstring text(const char16_t* name) const {
-    const auto* child = rules_.field(node_, prefix_, name);
-    return child == nullptr ? wstring() : rules_.fieldText(*child);
-  }
-  wstring text(const RequiredField& field) const {
-    wstring found = text(field.name);
-    if (found.empty()) rules_.refuseMissing(field);
+  wstring text(const Field& field) const {
+    const auto* child = find(field);
+    const wstring found = child == nullptr ? wstring() : rules_.fieldText(*child);
+    if (found.empty() && field.variable != nullptr) rules_.refuseMissing(field);
     return found;
   }
   template <class Integer>
-  Integer number(const char16_t* name) const {
-    return parse<Integer>(text(name), name);
+  Integer number(const Field& field) const {
+    using Limits = std::numeric_limits<Integer>;
+    return static_cast<Integer>(rules_.fieldNumber(text(field), Limits::min(), Limits::max(), field.name));
   }
-  template <class Integer>
-  Integer number(const RequiredField& field) const {
-    return parse<Integer>(text(field), field.name);
-  }
-  Bytes octets(const RequiredField& field) const {
-    return rules_.fieldOctets(rules_.field(node_, prefix_, field.name), field);
+  Bytes octets(const Field& field) const {
+    const auto* child = find(field);
+    if (child == nullptr) rules_.refuseMissing(field);
+    return rules_.fieldOctets(rules_.fieldText(*child), field);
   }
 
  private:
-  template <class Integer>
-  Integer parse(const wstring& text, const char16_t* name) const {
-    using Limits = std::numeric_limits<Integer>;
-    return static_cast<Integer>(rules_.fieldNumber(text, Limits::min(), Limits::max(), name));
+  const xercesc::DOMElement* find(const Field& field) const {
+    const auto found = rules_.fields(node_, prefix_, field.name);
+    return found.empty() ? nullptr : found.front();
   }
 
   const DOMNode& node_;
@@ -62,21 +60,19 @@ class Fields {
   ReadingRules& rules_;
 };
 
-}  // namespace
-
 auto_ptr<Types::SimpleDataType> readRational(const DOMNode& node, ReadingRules& rules) {
   const Fields fields(node, kTypesPrefix, {u"Numerator", u"Denominator"}, rules);
-  const auto numerator = fields.number<int32>(u"Numerator");
-  return std::make_unique<Types::Rational>(numerator, fields.number<int32>(u"Denominator"));
+  const auto numerator = fields.number<int32>({u"Numerator"});
+  return std::make_unique<Types::Rational>(numerator, fields.number<int32>({u"Denominator"}));
 }
 
 auto_ptr<Types::SimpleDataType> readProductVersion(const DOMNode& node, ReadingRules& rules) {
   const Fields fields(node, kTypesPrefix, {u"Major", u"Minor", u"Patch", u"Build", u"Release"}, rules);
-  const auto major = fields.number<uint16>(u"Major");
-  const auto minor = fields.number<uint16>(u"Minor");
-  const auto patch = fields.number<uint16>(u"Patch");
-  const auto build = fields.number<uint16>(u"Build");
-  const auto release = static_cast<Types::ReleaseVersion>(fields.number<uint16>(u"Release"));
+  const auto major = fields.number<uint16>({u"Major"});
+  const auto minor = fields.number<uint16>({u"Minor"});
+  const auto patch = fields.number<uint16>({u"Patch"});
+  const auto build = fields.number<uint16>({u"Build"});
+  const auto release = static_cast<Types::ReleaseVersion>(fields.number<uint16>({u"Release"}));
   return std::make_unique<Types::ProductVersion>(major, minor, patch, build, release);
 }
 
@@ -86,8 +82,8 @@ auto_ptr<Types::SimpleDataType> readRGBALayout(const DOMNode& node, ReadingRules
   uint32 index = 0;
   for (const auto* component : rules.fields(node, kTypesPrefix, u"RGBAComponent")) {
     const Fields fields(*component, kTypesPrefix, {u"Code", u"Depth"}, rules);
-    const auto code = fields.number<uint8>(u"Code");
-    layout->set(index++, {code, fields.number<uint8>(u"Depth")});
+    const auto code = fields.number<uint8>({u"Code"});
+    layout->set(index++, {code, fields.number<uint8>({u"Depth"})});
   }
   return layout;
 }
@@ -128,6 +124,23 @@ auto_ptr<Types::SimpleDataType> readJ2KQuantisationDefault(const DOMNode& node, 
   const auto sqcd = fields.number<uint8>({u"Sqcd", "sqcdValue", 341});
   const auto sPgcd = fields.octets({u"SPgcd", "sPgcdValue", 344});
   return std::make_unique<Types::J2KQuantisationDefault>(sqcd, sPgcd.data(), sPgcd.size());
+}
+
+constexpr std::pair<Types::Identifiers::Identifier, CompoundReader> kReaders[] = {
+    {Types::Identifiers::kRational, readRational},
+    {Types::Identifiers::kProductVersion, readProductVersion},
+    {Types::Identifiers::kRGBALayout, readRGBALayout},
+    {Types::Identifiers::kTimestamp, readTimestamp},
+    {Types::Identifiers::kJ2KPictureComponent, readJ2KPictureComponent},
+    {Types::Identifiers::kJ2KCodingStyleDefault, readJ2KCodingStyleDefault},
+    {Types::Identifiers::kJ2KQuantisationDefault, readJ2KQuantisationDefault}};
+
+}  // namespace
+
+CompoundReader compoundReader(Types::Identifiers::Identifier type) {
+  const auto found =
+      std::find_if(std::begin(kReaders), std::end(kReaders), [type](const auto& one) { return one.first == type; });
+  return found == std::end(kReaders) ? nullptr : found->second;
 }
 
 }  // namespace Vantor::XML2Partition

@@ -17,7 +17,6 @@ namespace {
 
 using LosslessXML::Description;
 
-constexpr std::size_t kDigestDigits = 16;
 constexpr std::u16string_view kBlanks = u" \t\n\r";
 
 /// Values by the names of their pseudo-attributes.
@@ -32,12 +31,9 @@ bool isPartitionName(const std::string& name) {
 }
 
 std::optional<uint64> digestFrom(const wstring& text) {
-  const std::string digits = Platform::wstringToString(text);
-  uint64 digest = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, digest, 16);
-  if (digits.size() != kDigestDigits || error != std::errc() || stop != end) return std::nullopt;
-  return digest;
+  const auto octets = Platform::bytesFromHex(text);
+  if (!octets || octets->size() != sizeof(uint64)) return std::nullopt;
+  return DataIO::readBigEndian<uint64>(octets->data());
 }
 
 void append(wstring& data, std::u16string_view name, std::u16string_view value) {

@@ -4,14 +4,13 @@
 
 #include "LosslessXML.h"
 
-/// The processing instruction in which a document describes itself, ahead of its root:
-/// `<?mxfxml form="nested" sets="all" partition="header" vocabulary="legacy" metadata="0123456789ABCDEF"?>`.
+/// The processing instruction in which a document describes itself, ahead of its root: see `LosslessXML::Description`.
 namespace Vantor::XMLBuilder {
 
 /// The instruction's target.
 inline constexpr std::u16string_view kDescriptionTarget = u"mxfxml";
 
-/// The instruction's data: one pseudo-attribute per field, `start` only for a document that starts from a named set.
+/// The instruction's data: one pseudo-attribute per field.
 /// @throws InvalidFormat when the partition is named by neither "header" nor "footer" nor a number.
 wstring renderDescription(const LosslessXML::Description& description);
 

@@ -3,11 +3,10 @@
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
-#include "XMLBuilder/CollectionItems.h"
-#include "XMLBuilder/DarkMetadataSetReader.h"
 #include "XMLBuilder/FromXMLElementVisitor.h"
 #include "XMLBuilder/ValueFromXML.h"
 #include "XMLBuilder/Vocabulary.h"
@@ -15,6 +14,8 @@
 
 namespace Vantor::XML2Partition {
 
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
 using Types::Identifiers::Identifier;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
@@ -46,7 +47,7 @@ class ExactSource : public SetSource {
   std::optional<Types::UUID> instanceUID(const DOMNode& attribute) override {
     const Types::UUID* current = set_.instanceUID();
     if (current == nullptr) return std::nullopt;
-    return rules_.identifierFor(nodeText(attribute), [current] { return *current; });
+    return rules_.identifierFor(nodeText(attribute), current);
   }
 
   const DOMElement* extensions() override {
@@ -63,8 +64,6 @@ class ExactSource : public SetSource {
     }
   }
 
-  void finish() override {}
-
  private:
   /// The name under which the dictionary may know an extension element. Prefixes count as the document element declares
   /// them, and a name without a colon is its own prefix.
@@ -73,7 +72,7 @@ class ExactSource : public SetSource {
     const auto colon = name.find(u':');
     const wstring prefix = name.substr(0, colon);
     const wstring localName = colon == wstring::npos ? name : name.substr(colon + 1);
-    return attributeText(rules_.root(), (u"xmlns:" + prefix).c_str()) + u":" + localName;
+    return XMLUtils::utf16ToWstring(rules_.root().getAttribute((u"xmlns:" + prefix).c_str())) + u":" + localName;
   }
 
   /// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
@@ -102,9 +101,28 @@ class ExactSource : public SetSource {
   std::size_t unmarked_ = 0;  // unknown properties with neither tag nor label
 };
 
-/// Refuses a part of a value, naming the condition that it breaks.
-void require(bool holds, const std::string& condition, const std::string& explanation, int line) {
-  if (!holds) Exceptions::raise<Exceptions::InvalidFormat>({"{}: {}", {kValueSource, line}}, condition, explanation);
+Bytes darkValue(const wstring& key, const wstring& text) {
+  constexpr const char* kSource = "XMLBuilder\\XML2Partition";
+  if (text.size() % 2 != 0) {
+    raise<InvalidFormat>({"DarkMetadataSet with key='{}' value has invalid Length", {kSource, 89}}, key);
+  }
+  if (auto bytes = Platform::bytesFromHex(text)) return *std::move(bytes);
+  raise<InvalidFormat>({"DarkMetadataSet with key='{}' value contains non Hexadecimal characters", {kSource, 99}}, key);
+}
+
+uint32 measuredItemSize(Identifier itemType, const DOMNode& node, ReadingRules& rules) {
+  uint32 size = 0;
+  for (const DOMElement* item : XMLUtils::childElements(node)) {
+    const auto value = createValueFromNode(itemType, *item, rules);
+    if (value == nullptr || (size != 0 && value->serializedSize() != size)) {
+      raise<Exceptions::InvalidLength>(
+          {"subElementSize == dataType -> serializedSize (): There is a collection in the XML that contains an ARRAY "
+           "or COLLECTION that contain elements with different sizes.",
+           {kValueSource, 970}});
+    }
+    size = value->serializedSize();
+  }
+  return size;
 }
 
 }  // namespace
@@ -117,7 +135,13 @@ bool ExactRules::isFloatingContainer(const DOMElement& element) const {
   return element.getNodeName() == Vocabulary::kFloatingContainer;
 }
 
-void ExactRules::readDarkSet(const DOMElement& element) { readDarkMetadataSet(element, blankText_, partition()); }
+void ExactRules::readDarkSet(const DOMElement& element) {
+  const wstring keyText = XMLUtils::utf16ToWstring(element.getAttribute(Vocabulary::kKey.data()));
+  const KLV::Key key(keyText, kDottedForm);
+  const auto octets = Platform::readDecimal<int32>(element.getAttribute(Vocabulary::kBEROctetCount.data()));
+  KLV::Value value(darkValue(keyText, nodeText(element, blankText())));
+  partition().addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, static_cast<uint8>(octets), std::move(value)));
+}
 
 auto_ptr<SetSource> ExactRules::open(const DOMElement& element, MetadataSet& set) {
   return std::make_unique<ExactSource>(element, set, *this);
@@ -131,27 +155,12 @@ void ExactRules::readValue(Element& property, const DOMNode& node, const MetaMet
 /// The property has the collection at once, and keeps the items before one that cannot be read.
 void ExactRules::readCollection(CollectionElement& property, MakeCollection make, Identifier itemType,
                                 const DOMNode& node) {
-  const auto itemSize = isVariableSize(itemType) ? measuredItemSize(itemType, node) : typeSize(itemType);
+  const auto itemSize = isVariableSize(itemType) ? measuredItemSize(itemType, node, *this) : typeSize(itemType);
   auto owned = make(static_cast<int>(itemSize));
   CollectionItems items(*owned);
   property.set(std::move(owned));
   for (const DOMElement* item : XMLUtils::childElements(node))
     items.append(createValueFromNode(itemType, *item, *this));
-}
-
-uint32 ExactRules::measuredItemSize(Identifier itemType, const DOMNode& node) {
-  uint32 size = 0;
-  for (const DOMElement* item : XMLUtils::childElements(node)) {
-    const auto value = createValueFromNode(itemType, *item, *this);
-    if (value == nullptr || (size != 0 && value->serializedSize() != size)) {
-      Exceptions::raise<Exceptions::InvalidLength>(
-          {"subElementSize == dataType -> serializedSize (): There is a collection in the XML that contains an ARRAY "
-           "or COLLECTION that contain elements with different sizes.",
-           {kValueSource, 970}});
-    }
-    size = value->serializedSize();
-  }
-  return size;
 }
 
 /// Elements that stand for a set somewhere else are named after it and this suffix.
@@ -162,32 +171,23 @@ bool ExactRules::isPointer(const DOMElement&, const XMLCh* name) const {
 std::optional<Types::UUID> ExactRules::targetOf(const DOMElement& pointer) {
   const auto* attribute = pointer.getAttributes()->item(0);
   if (attribute == nullptr) return std::nullopt;
-  return identifierFor(XMLUtils::utf16ToWstring(attribute->getNodeValue()), Types::Factories::UID::generateUUID);
+  return identifierFor(XMLUtils::utf16ToWstring(attribute->getNodeValue()), nullptr);
 }
 
-bool ExactRules::isEmpty(const DOMNode& node) const {
-  return node.getNodeType() != DOMNode::ATTRIBUTE_NODE && firstChild(node, blankText_) == nullptr;
+const Types::UUID& ExactRules::identifierFor(const wstring& text, const Types::UUID* own) {
+  const auto known = identifiers_.find(text);
+  if (known != identifiers_.end()) return known->second;
+  return identifiers_.emplace(text, own == nullptr ? Types::Factories::UID::generateUUID() : *own).first->second;
 }
 
 auto_ptr<Types::SimpleDataType> ExactRules::textValue(Identifier type, const DOMNode& node) const {
   const bool isAttribute = node.getNodeType() == DOMNode::ATTRIBUTE_NODE;
-  return readText(type, node, isAttribute ? nodeText(node) : textContent(*firstChild(node, blankText_), blankText_));
+  return readText(type, node, isAttribute ? nodeText(node) : textContent(*firstChild(node, blankText()), blankText()));
 }
 
-std::vector<const DOMElement*> ExactRules::fields(const DOMNode& node, std::u16string_view prefix,
-                                                  const char16_t* name) {
-  const auto found = rootScope_.all(node, wstring(prefix), name);
-  return {found.begin(), found.end()};
-}
-
-const DOMElement* ExactRules::field(const DOMNode& node, std::u16string_view prefix, const char16_t* name) {
-  return rootScope_.first(node, wstring(prefix), name);
-}
-
-void ExactRules::refuseMissing(const RequiredField& field) const {
-  Exceptions::raise<Exceptions::InvalidFormat>(
-      {"!{}.empty (): No '{}' element in XML metadata", {kValueSource, field.line}}, field.variable,
-      wstring(field.name));
+void ExactRules::refuseMissing(const Field& field) const {
+  raise<InvalidFormat>({"!{}.empty (): No '{}' element in XML metadata", {kValueSource, field.line}}, field.variable,
+                       wstring(field.name));
 }
 
 /// As unsigned 32 bits, of which the caller keeps what its type holds.
@@ -195,9 +195,8 @@ int64 ExactRules::fieldNumber(const wstring& text, int64, int64, const char16_t*
   return Platform::readDecimal<uint32>(text);
 }
 
-Bytes ExactRules::fieldOctets(const DOMElement* field, const RequiredField& required) const {
-  const wstring text = field == nullptr ? wstring() : fieldText(*field);
-  if (text.empty()) refuseMissing(required);
+Bytes ExactRules::fieldOctets(const wstring& text, const Field& field) const {
+  if (text.empty()) refuseMissing(field);
   return parseHexString(text);
 }
 
@@ -207,13 +206,10 @@ uint16 ExactRules::milliseconds(const wstring& text, const char16_t*) const {
 }
 
 const DOMNode& ExactRules::component(const DOMNode& node, const char16_t* name, const char* property, int line) {
-  const auto* element = field(node, Vocabulary::kS422MTypesPrefix, name);
-  const auto symbol = Utils::wstringToString(wstring(name));
-  const auto explanation = "No '" + symbol + "' element from '" + property + "' in XML metadata";
-  require(element != nullptr, "domComponentElement != 0", explanation, line);
-  require(XMLUtils::utf16ToWstring(element->getLocalName()) == name,
-          "retrieveNodeName (domComponentElement) == L\"" + symbol + "\"", explanation, line + 1);
-  return *element;
+  const auto* element = rootScope_.first(node, wstring(Vocabulary::kS422MTypesPrefix), name);
+  if (element != nullptr) return *element;
+  raise<InvalidFormat>({"domComponentElement != 0: No '{}' element from '{}' in XML metadata", {kValueSource, line}},
+                       wstring(name), property);
 }
 
 }  // namespace Vantor::XML2Partition

@@ -2,7 +2,6 @@
 
 #include <map>
 
-#include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/ReadingRules.h"
 #include "XMLUtils/ChildLookup.h"
 
@@ -12,55 +11,40 @@ namespace Vantor::XML2Partition {
 /// were made with; each identifier in the document stands for one of these throughout.
 class ExactRules : public ReadingRules {
  public:
-  /// @param root  the document element.
   ExactRules(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition)
-      : ReadingRules(root, partition), blankText_(blankText), rootScope_(root) {}
+      : ReadingRules(root, blankText, partition), rootScope_(root) {}
 
   const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element, std::u16string_view other) override;
   bool isFloatingContainer(const xercesc::DOMElement& element) const override;
   void readDarkSet(const xercesc::DOMElement& element) override;
-  MetadataSet* findCopy(const xercesc::DOMElement&, const MetaMetadata::MetaMetadataSet&) override { return nullptr; }
   auto_ptr<SetSource> open(const xercesc::DOMElement& element, MetadataSet& set) override;
-  void checkContainer(const xercesc::DOMElement&) override {}
 
   void readValue(Element& property, const xercesc::DOMNode& node, const MetaMetadata::MetaElement* definition) override;
   void readCollection(CollectionElement& property, MakeCollection make, Types::Identifiers::Identifier itemType,
                       const xercesc::DOMNode& node) override;
-  void checkReference(const xercesc::DOMNode&, const xercesc::DOMElement*) override {}
-  void checkReferences(const xercesc::DOMNode&) override {}
   bool isPointer(const xercesc::DOMElement& element, const XMLCh* name) const override;
   std::optional<Types::UUID> targetOf(const xercesc::DOMElement& pointer) override;
 
-  bool isEmpty(const xercesc::DOMNode& node) const override;
-  auto_ptr<Types::SimpleDataType> emptyValue(Types::Identifiers::Identifier) const override { return nullptr; }
   auto_ptr<Types::SimpleDataType> textValue(Types::Identifiers::Identifier type,
                                             const xercesc::DOMNode& node) const override;
 
-  std::vector<const xercesc::DOMElement*> fields(const xercesc::DOMNode& node, std::u16string_view prefix,
-                                                 const char16_t* name) override;
-  const xercesc::DOMElement* field(const xercesc::DOMNode& node, std::u16string_view prefix,
-                                   const char16_t* name) override;
-  void checkFields(const xercesc::DOMNode&, std::u16string_view, FieldNames, bool) const override {}
-  wstring fieldText(const xercesc::DOMElement& field) const override { return nodeText(field, blankText_); }
-  [[noreturn]] void refuseMissing(const RequiredField& field) const override;
+  std::vector<xercesc::DOMElement*> fields(const xercesc::DOMNode& node, std::u16string_view prefix,
+                                           const char16_t* name) override {
+    return rootScope_.all(node, wstring(prefix), name);
+  }
+  wstring fieldText(const xercesc::DOMElement& field) const override { return nodeText(field, blankText()); }
+  [[noreturn]] void refuseMissing(const Field& field) const override;
   int64 fieldNumber(const wstring& text, int64 least, int64 most, const char16_t* name) const override;
-  Bytes fieldOctets(const xercesc::DOMElement* field, const RequiredField& required) const override;
+  Bytes fieldOctets(const wstring& text, const Field& field) const override;
   uint16 milliseconds(const wstring& text, const char16_t* name) const override;
   const xercesc::DOMNode& component(const xercesc::DOMNode& node, const char16_t* name, const char* property,
                                     int line) override;
 
   /// The identifier of the partition that an identifier text of the document stands for: the one entered first.
-  /// @param fallback  gives the identifier that is entered when the text is met for the first time.
-  template <class Fallback>
-  const Types::UUID& identifierFor(const wstring& text, Fallback&& fallback) {
-    const auto known = identifiers_.find(text);
-    return known != identifiers_.end() ? known->second : identifiers_.emplace(text, fallback()).first->second;
-  }
+  /// @param own  what is entered when the text is met for the first time; null for a new one.
+  const Types::UUID& identifierFor(const wstring& text, const Types::UUID* own);
 
  private:
-  uint32 measuredItemSize(Types::Identifiers::Identifier itemType, const xercesc::DOMNode& node);
-
-  BlankText blankText_;
   XMLUtils::ChildLookup rootScope_;  // with the prefixes that the document element declares
   // Ordered, because a hostile document could choose texts whose hashes collide.
   std::map<wstring, Types::UUID> identifiers_;

@@ -21,12 +21,9 @@ void setAttribute(DOMElement& element, std::u16string_view uri, std::u16string_v
   element.setAttributeNS(uri.data(), qualifiedName.data(), value.c_str());
 }
 
-DOMElement* ExportDocument::findFloatingContainer() {
-  return nameIsTaken_ ? findChildNamed(root(), Vocabulary::kFloatingContainer) : floatingContainer_;
-}
-
 DOMElement& ExportDocument::floatingContainer() {
-  if (DOMElement* found = findFloatingContainer()) return *found;
+  DOMElement* found = nameIsTaken_ ? findChildNamed(root(), Vocabulary::kFloatingContainer) : floatingContainer_;
+  if (found != nullptr) return *found;
   floatingContainer_ = document_.createElementNS(Vocabulary::kGroupsURI.data(), Vocabulary::kFloatingContainer.data());
   root().appendChild(floatingContainer_);
   return *floatingContainer_;

@@ -29,8 +29,6 @@ class ExportDocument {
   void noteSetElement(const wstring& qualifiedName);
 
  private:
-  xercesc::DOMElement* findFloatingContainer();
-
   xercesc::DOMDocument& document_;
   NamespaceMap namespaces_;
   xercesc::DOMElement* floatingContainer_ = nullptr;

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <unordered_set>
+
 #include "Core/Metadata/PartitionMetadata.h"
 #include "XMLBuilder/ExportDocument.h"
-#include "XMLBuilder/WrittenSets.h"
 
 namespace Vantor::XMLBuilder {
 
@@ -14,12 +15,16 @@ struct WritingRules {
   bool isLossless = false;
 };
 
+/// The sets that one pass over a partition has written. Each is written once, which also ends circles of references.
+using WrittenSets = std::unordered_set<const MetadataSet*>;
+
 /// Shared by the writers of one pass over a partition.
 struct ExportPass {
   PartitionMetadata& partition;
   WritingRules rules;
   ExportDocument& document;
   WrittenSets& written;
+  unsigned depth = 0;  ///< references from the set that the pass starts with to the one that is being written
 };
 
 }  // namespace Vantor::XMLBuilder

@@ -2,7 +2,6 @@
 
 #include "Core/Comparison/PropertyIdentity.h"
 #include "Core/MetaMetadata/MetaElement.h"
-#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
@@ -11,27 +10,26 @@ namespace {
 
 using xercesc::DOMElement;
 
-DOMElement& findOrCreate(ExportDocument& document, DOMElement& set) {
-  if (DOMElement* found = findChildNamed(set, Vocabulary::kExtensionElements)) return *found;
-  // Readers look for the container only where the prefix is declared.
-  document.namespaces().insertIfUnbound(Vocabulary::kGroupsURI, Vocabulary::kGroupsPrefix);
-  return *document.document().createElementNS(Vocabulary::kGroupsURI.data(), Vocabulary::kExtensionElements.data());
-}
-
-void markTag(DOMElement& property, const Types::LocalTag& tag, const ExportPass& pass) {
-  setAttribute(property, groupsURI(pass), Vocabulary::kStaticLocalTag, tag.toString(kDottedForm));
-}
-
-void markLabel(DOMElement& property, const Types::UniversalLabel& label, const ExportPass& pass) {
-  setAttribute(property, groupsURI(pass), Vocabulary::kUniversalLabel, label.toString(kDottedForm));
+void mark(DOMElement& property, std::u16string_view name, const wstring& text, const ExportPass& pass) {
+  setAttribute(property, groupsURI(pass), name, text);
 }
 
 }  // namespace
 
+const MetaMetadata::MetaAttribute* listingOf(const Element& property) {
+  return dynamic_cast<const MetaMetadata::MetaAttribute*>(&property.metaAttribute());
+}
+
 DOMElement& lastExtensionElements(ExportDocument& document, DOMElement& set) {
-  DOMElement& container = findOrCreate(document, set);
-  set.appendChild(&container);
-  return container;
+  DOMElement* container = findChildNamed(set, Vocabulary::kExtensionElements);
+  if (container == nullptr) {
+    // Readers look for the container only where the prefix is declared.
+    document.namespaces().insertIfUnbound(Vocabulary::kGroupsURI, Vocabulary::kGroupsPrefix);
+    container =
+        document.document().createElementNS(Vocabulary::kGroupsURI.data(), Vocabulary::kExtensionElements.data());
+  }
+  set.appendChild(container);
+  return *container;
 }
 
 wstring groupsURI(const ExportPass& pass) {
@@ -41,19 +39,21 @@ wstring groupsURI(const ExportPass& pass) {
 
 void markUnknown(DOMElement& property, const Element& element, const ExportPass& pass) {
   const auto& tags = pass.partition.partitionDictionary();
-  const Types::LocalTag tag(ToXMLMetaAttributeVisitor(element.metaAttribute()).localTag(), kDottedForm);
-  if (tag.isStaticLocalTag()) return markTag(property, tag, pass);
+  const auto tag = static_cast<const MetaMetadata::UnknownAttribute&>(element.metaAttribute()).localTag();
+  if (tag.isStaticLocalTag()) return mark(property, Vocabulary::kStaticLocalTag, tag.toString(kDottedForm), pass);
   // Without a label the tag means nothing outside its file, and the value alone is kept.
-  if (const auto* label = tags.tryFind(tag.value())) markLabel(property, *label, pass);
+  if (const auto* label = tags.tryFind(tag.value())) {
+    mark(property, Vocabulary::kUniversalLabel, label->toString(kDottedForm), pass);
+  }
 }
 
 void markKnown(DOMElement& property, const Element& element, const ExportPass& pass) {
-  const auto* attribute = dynamic_cast<const MetaMetadata::MetaAttribute*>(&element.metaAttribute());
+  const auto* listing = listingOf(element);
   const Types::LocalTag tag(localTagOf(element, pass.partition.partitionDictionary()));
   const bool isStatic =
-      attribute != nullptr && attribute->staticLocalTag() != 0 && tag.value() == attribute->staticLocalTag();
-  if (isStatic) return markTag(property, tag, pass);
-  markLabel(property, element.metaAttribute().metaElement()->key(), pass);
+      listing != nullptr && listing->staticLocalTag() != 0 && tag.value() == listing->staticLocalTag();
+  if (isStatic) return mark(property, Vocabulary::kStaticLocalTag, tag.toString(kDottedForm), pass);
+  mark(property, Vocabulary::kUniversalLabel, element.metaAttribute().metaElement()->key().toString(kDottedForm), pass);
 }
 
 }  // namespace Vantor::XMLBuilder

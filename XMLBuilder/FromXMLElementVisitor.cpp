@@ -12,12 +12,6 @@ using xercesc::DOMElement;
 
 namespace {
 
-auto_ptr<Types::Reference> makeReferenceTo(Identifier type, const Types::UUID& target) {
-  if (type == Types::Identifiers::kStrongReference) return std::make_unique<Types::StrongReference>(target);
-  if (type == Types::Identifiers::kWeakReference) return std::make_unique<Types::WeakReference>(target);
-  return nullptr;
-}
-
 template <class Collection>
 auto_ptr<Types::Collection> makeCollection(int itemSize) {
   return std::make_unique<Collection>(itemSize);
@@ -49,34 +43,22 @@ void FromXMLElementVisitor::visit(BatchElement& element) {
 
 template <class References>
 void FromXMLElementVisitor::readReferences(References& element) {
-  rules_.checkReferences(node_);
+  rules_.checkReferences(node_, false);
   const auto items = XMLUtils::childElements(node_);
-  for (const DOMElement* item : items) readMember(element, *item);
-  if (items.empty()) makeEmpty(element);
-}
-
-template <class References>
-void FromXMLElementVisitor::readMember(References& element, const DOMElement& item) {
-  if (rules_.isPointer(item, item.getNodeName())) {
-    auto reference = buildReference(dataSubType_, item);
-    if (reference != nullptr) element.appendUnverifiedReference(std::move(reference));
-  } else if (const auto* set = buildNestedSet(item)) {
-    element.append(set);
+  if (items.empty()) element.appendUnverifiedReference(nullptr);  // makes an empty collection
+  for (const DOMElement* item : items) {
+    if (rules_.isPointer(*item, item->getNodeName())) {
+      auto reference = buildReference(dataSubType_, *item);
+      if (reference != nullptr) element.appendUnverifiedReference(std::move(reference));
+    } else if (const auto* set = buildNestedSet(*item)) {
+      element.append(set);
+    }
   }
 }
 
-/// Appending a member creates a collection of references; for an empty collection, the member is removed again.
-template <class References>
-void FromXMLElementVisitor::makeEmpty(References& element) {
-  auto placeholder = makeReferenceTo(dataSubType_, Types::UUID());
-  if (placeholder == nullptr) return;
-  element.appendUnverifiedReference(std::move(placeholder));
-  element.removeAt(0);
-}
-
 void FromXMLElementVisitor::visit(ReferenceElement& element) {
+  rules_.checkReferences(node_, true);
   const DOMElement* child = XMLUtils::firstChildElement(node_);
-  rules_.checkReference(node_, child);
   if (child == nullptr) return;
   if (rules_.isPointer(*child, child->getLocalName())) {
     auto reference = buildReference(dataType_, *child);
@@ -88,7 +70,9 @@ void FromXMLElementVisitor::visit(ReferenceElement& element) {
 
 auto_ptr<Types::Reference> FromXMLElementVisitor::buildReference(Identifier type, const DOMElement& pointer) {
   const auto target = rules_.targetOf(pointer);
-  return target ? makeReferenceTo(type, *target) : nullptr;
+  if (!target) return nullptr;
+  if (type == Types::Identifiers::kStrongReference) return std::make_unique<Types::StrongReference>(*target);
+  return std::make_unique<Types::WeakReference>(*target);
 }
 
 const MetadataSet* FromXMLElementVisitor::buildNestedSet(const DOMElement& element) {

@@ -24,10 +24,6 @@ class FromXMLElementVisitor : public Metadata::Visitors::NonConstElementVisitor 
  private:
   template <class References>
   void readReferences(References& element);
-  template <class References>
-  void readMember(References& element, const xercesc::DOMElement& item);
-  template <class References>
-  void makeEmpty(References& element);
   auto_ptr<Types::Reference> buildReference(Types::Identifiers::Identifier type, const xercesc::DOMElement& pointer);
   const MetadataSet* buildNestedSet(const xercesc::DOMElement& element);
 

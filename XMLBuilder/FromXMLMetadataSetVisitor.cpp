@@ -2,9 +2,8 @@
 
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/MetaMetadata/MetaMetadataSet.h"
+#include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Metadata/SimpleElement.h"
-#include "XMLBuilder/DarkMetadataSetReader.h"
-#include "XMLBuilder/FromXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/ChildLookup.h"
 
@@ -23,8 +22,7 @@ void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Element& property, SetSource& source) {
-  const FromXMLMetaAttributeVisitor attribute(property.metaAttribute());
-  const auto& definition = *attribute.metaElement();
+  const auto& definition = *property.metaAttribute().metaElement();
   const auto& tag = definition.extensionAttribute(MetaMetadata::kXMLTagName);
   if (MetaMetadata::isIdentifierName(tag)) return readIdentifier(property, definition, tag, source);
   if (const DOMElement* child = source.child(definition)) rules_.readValue(property, *child, &definition);
@@ -51,6 +49,22 @@ MetadataSet* importSet(const DOMElement& element, const MetaMetadata::MetaMetada
   set->accept(visitor);
   return set;
 }
+
+namespace {
+
+/// Children that the dictionary names become sets and are listed, every other one is read as a dark set.
+void readFloatingContainer(const DOMElement& container, ReadingRules& rules, ImportedSets& imported) {
+  rules.checkContainer(container);
+  for (const auto* child : XMLUtils::childElements(container)) {
+    if (const auto* definition = rules.findSet(*child, XMLBuilder::Vocabulary::kDarkMetadata)) {
+      importSet(*child, *definition, rules, &imported);
+    } else {
+      rules.readDarkSet(*child);
+    }
+  }
+}
+
+}  // namespace
 
 ImportedSets importDocument(ReadingRules& rules) {
   ImportedSets imported;

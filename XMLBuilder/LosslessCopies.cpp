@@ -16,27 +16,21 @@ namespace Vantor::XML2Partition::LosslessCopies {
 
 using xercesc::DOMElement;
 using xercesc::DOMNode;
+using XMLUtils::viewOf;
 
 namespace {
-
-std::u16string_view viewOf(const XMLCh* text) { return text == nullptr ? std::u16string_view() : text; }
 
 bool isSameName(const DOMElement& left, const DOMElement& right) {
   return viewOf(left.getLocalName()) == viewOf(right.getLocalName()) &&
          viewOf(left.getNamespaceURI()) == viewOf(right.getNamespaceURI());
 }
 
-wstring markOf(const DOMElement& element, std::u16string_view name) {
-  const auto* mark = LosslessForms::groupsAttribute(element, name);
-  return mark == nullptr ? wstring() : nodeText(*mark);
-}
-
 /// The marks are what distinguishes unknown properties, whose elements have one name.
 bool hasSameMarks(const DOMElement& left, const DOMElement& right) {
-  return markOf(left, XMLBuilder::Vocabulary::kStaticLocalTag) ==
-             markOf(right, XMLBuilder::Vocabulary::kStaticLocalTag) &&
-         markOf(left, XMLBuilder::Vocabulary::kUniversalLabel) ==
-             markOf(right, XMLBuilder::Vocabulary::kUniversalLabel);
+  const auto isSame = [&](std::u16string_view mark) {
+    return LosslessForms::groupsText(left, mark) == LosslessForms::groupsText(right, mark);
+  };
+  return isSame(XMLBuilder::Vocabulary::kStaticLocalTag) && isSame(XMLBuilder::Vocabulary::kUniversalLabel);
 }
 
 /// Whether an element without children has this text. Reads no more of the element than the text is long, because long
@@ -52,17 +46,25 @@ bool hasText(const DOMElement& element, std::u16string_view text) {
   return text.empty();
 }
 
-bool isSame(const DOMElement& left, const DOMElement& right);
-
-/// Compares the content of two elements, child by child; stops at the first difference.
-bool hasSameContent(const DOMElement& left, const DOMElement& right) {
+/// Compares the children of two elements one by one; stops at the first difference.
+template <class Same>
+bool hasSameChildren(const DOMElement& left, const DOMElement& right, Same&& isSame) {
   const auto *leftItem = left.getFirstElementChild(), *rightItem = right.getFirstElementChild();
-  if (leftItem == nullptr && rightItem == nullptr) return hasText(left, textContent(right, BlankText::kKeep));
   while (leftItem != nullptr && rightItem != nullptr && isSame(*leftItem, *rightItem)) {
     leftItem = leftItem->getNextElementSibling();
     rightItem = rightItem->getNextElementSibling();
   }
-  return leftItem == nullptr && rightItem == nullptr && LosslessForms::hasText(left) == LosslessForms::hasText(right);
+  return leftItem == nullptr && rightItem == nullptr;
+}
+
+bool isSame(const DOMElement& left, const DOMElement& right);
+
+bool hasSameContent(const DOMElement& left, const DOMElement& right) {
+  if (left.getFirstElementChild() == nullptr && right.getFirstElementChild() == nullptr) {
+    return hasText(left, textContent(right, BlankText::kKeep));
+  }
+  return hasSameChildren(left, right, isSame) &&
+         LosslessForms::strayText(left).empty() == LosslessForms::strayText(right).empty();
 }
 
 bool isSame(const DOMElement& left, const DOMElement& right) {
@@ -78,16 +80,12 @@ wstring targetOf(const DOMElement& item) {
 
 /// Whether two elements lead to the same sets, one by one.
 bool hasSameTargets(const DOMElement& left, const DOMElement& right) {
-  const auto *leftItem = left.getFirstElementChild(), *rightItem = right.getFirstElementChild();
   // A set that was written before is left out of the references to it.
-  if (leftItem == nullptr || rightItem == nullptr) return true;
-  while (leftItem != nullptr && rightItem != nullptr) {
-    const wstring target = targetOf(*rightItem);
-    if (target.empty() || target != targetOf(*leftItem)) return false;
-    leftItem = leftItem->getNextElementSibling();
-    rightItem = rightItem->getNextElementSibling();
-  }
-  return leftItem == nullptr && rightItem == nullptr;
+  if (left.getFirstElementChild() == nullptr || right.getFirstElementChild() == nullptr) return true;
+  return hasSameChildren(left, right, [](const DOMElement& leftItem, const DOMElement& rightItem) {
+    const wstring target = targetOf(rightItem);
+    return !target.empty() && target == targetOf(leftItem);
+  });
 }
 
 /// Compares one copy of a set with the first.
@@ -101,9 +99,7 @@ class Comparison {
   void run(const MetaMetadata::MetaMetadataSet& definition) {
     for (const auto& attribute : definition.attributes()) compareProperty(*attribute.metaElement());
     compareExtensions();
-    rules_.reportText(copy_);
-    reportUnreadAttributes(copy_, definition, rules_);
-    reportUnread(copyChildren_, definition, rules_);
+    reportUnread(copy_, copyChildren_, definition, rules_);
   }
 
  private:
@@ -112,14 +108,12 @@ class Comparison {
     if (MetaMetadata::isIdentifierName(tag)) return compareIdentifier(property, tag);
     const auto& uri = property.extensionAttribute(MetaMetadata::kXMLNamespaceURI);
     const DOMElement* right = copyChildren_.take(uri, tag);
-    if (right != nullptr) reportAttributes(*right, property);
+    if (right != nullptr) {
+      const LosslessReport::Reading reading(rules_.report(), &property);
+      rules_.reportValueAttributes(*right, &property);
+    }
     compare(first_.children->find(uri, tag), right, &property);
     if (right != nullptr && isReference(property)) readNestedSets(*right);
-  }
-
-  void reportAttributes(const DOMElement& element, const MetaMetadata::MetaElement& property) {
-    const LosslessReport::Reading reading(rules_.report(), &property);
-    rules_.reportValueAttributes(element, &property);
   }
 
   void compareExtensions() {
@@ -139,11 +133,12 @@ class Comparison {
 
   /// InstanceUIDs need no comparison: copies share theirs.
   void compareIdentifier(const MetaMetadata::MetaElement& property, const wstring& tag) {
+    if (tag == u"InstanceUID") return;
     const auto* left = LosslessForms::identifierAttribute(*first_.element, tag);
     const auto* right = LosslessForms::identifierAttribute(copy_, tag);
-    if (tag == u"InstanceUID" || (left == nullptr && right == nullptr)) return;
-    if (left != nullptr && right != nullptr && nodeText(*left) == nodeText(*right)) return;
-    report(*first_.element, copy_, &property);
+    const bool isInBoth = left != nullptr && right != nullptr;
+    const bool isSame = isInBoth ? nodeText(*left) == nodeText(*right) : left == right;
+    if (!isSame) report(*first_.element, copy_, &property);
   }
 
   void report(const DOMElement& first, const DOMElement& copy, const MetaMetadata::MetaElement* property) {
@@ -174,30 +169,29 @@ class Comparison {
 
 }  // namespace
 
-void refuse(const DOMElement& element, const std::string& name, const LosslessReport::Source& known,
-            const LosslessReport& report) {
-  Exceptions::raise<Clash>("line {}: the {} has the InstanceUID of the {} at line {}; give one of them another",
-                           report.lineOf(element), name, known.set->fullName(), report.lineOf(*known.element));
-}
-
-void refuse(const DOMElement& element, const std::string& name, const MetadataSet& known,
-            const LosslessReport& report) {
+void requireUnused(const Types::UUID& instanceUID, const DOMElement& element, const std::string& name,
+                   LosslessRules& rules, const MetadataSet* own) {
+  const auto line = rules.report().lineOf(element);
+  if (const auto* known = rules.report().find(instanceUID)) {
+    Exceptions::raise<Clash>("line {}: the {} has the InstanceUID of the {} at line {}; give one of them another", line,
+                             name, known->set->fullName(), rules.report().lineOf(*known->element));
+  }
+  const auto& all = rules.partition().findByInstanceUID(instanceUID);
+  if (all.empty() || all.front() == own) return;
   Exceptions::raise<Clash>(
       "line {}: the {} has the InstanceUID of the {} that the partition has already; give one of them another, or "
       "import into a new partition",
-      report.lineOf(element), name, known.fullName());
+      line, name, all.front()->fullName());
 }
 
 MetadataSet* read(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules) {
   const auto instanceUID = instanceUIDOf(element);
   if (!instanceUID) return nullptr;
   auto* known = rules.report().find(*instanceUID);
-  if (known == nullptr) {
-    const auto& others = rules.partition().findByInstanceUID(*instanceUID);
-    if (!others.empty()) refuse(element, definition.symbol(), *others.front(), rules.report());
+  if (known == nullptr || known->set->definition() != &definition) {
+    requireUnused(*instanceUID, element, definition.symbol(), rules);
     return nullptr;
   }
-  if (known->set->definition() != &definition) refuse(element, definition.symbol(), *known, rules.report());
   const LosslessReport::Reading reading(rules.report(), *known->set, true);
   Comparison(element, *known, rules).run(definition);
   return known->set;

@@ -16,11 +16,9 @@ namespace Vantor::XML2Partition::LosslessCopies {
 MetadataSet* read(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
                   LosslessRules& rules);
 
-/// @throws Clash naming both sets and their lines.
-[[noreturn]] void refuse(const xercesc::DOMElement& element, const std::string& name,
-                         const LosslessReport::Source& known, const LosslessReport& report);
-/// @throws Clash naming both sets, one of which was in the partition before the import.
-[[noreturn]] void refuse(const xercesc::DOMElement& element, const std::string& name, const MetadataSet& known,
-                         const LosslessReport& report);
+/// @throws Clash naming both sets when one of the document, or of the partition before the import, has the InstanceUID.
+/// @param own  a set that may have it.
+void requireUnused(const Types::UUID& instanceUID, const xercesc::DOMElement& element, const std::string& name,
+                   LosslessRules& rules, const MetadataSet* own = nullptr);
 
 }  // namespace Vantor::XML2Partition::LosslessCopies

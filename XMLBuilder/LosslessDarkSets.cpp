@@ -6,6 +6,7 @@
 #include "Core/Metadata/DarkTags.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
+#include "Core/Types/ValueText.h"
 #include "XMLBuilder/LosslessCopies.h"
 #include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/NodeText.h"
@@ -22,15 +23,10 @@ namespace {
 using Content = LosslessReport::DarkContent;
 using Kind = Diagnostic::Kind;
 
-wstring attributeOf(const DOMElement& element, std::u16string_view name) {
-  const auto* attribute = LosslessForms::groupsAttribute(element, name);
-  return attribute == nullptr ? wstring() : nodeText(*attribute);
-}
-
 Content contentOf(const DOMElement& element) {
-  const auto key =
-      LosslessForms::exactText(Types::Identifiers::kUniversalLabel, attributeOf(element, XMLBuilder::Vocabulary::kKey));
-  const auto octets = LosslessForms::exactText(Types::Identifiers::kUnknown, LosslessForms::plainText(element));
+  const auto key = Types::checkedText(Types::Identifiers::kUniversalLabel,
+                                      LosslessForms::groupsText(element, XMLBuilder::Vocabulary::kKey));
+  const auto octets = Types::checkedText(Types::Identifiers::kUnknown, LosslessForms::plainText(element));
   return {KLV::Key(key, kDottedForm), parseHexString(octets)};
 }
 
@@ -47,39 +43,29 @@ uint8 lengthOctets(const DOMElement& element, LosslessRules& rules) {
   }
 }
 
-/// Enters the last set of the partition, if references can lead to it.
-void enter(MetadataSet& set, Content content, const DOMElement& element, LosslessRules& rules) {
-  if (set.instanceUID() == nullptr) return;
+void add(Content content, const DOMElement& element, LosslessRules& rules) {
+  const auto& [key, value] = content;
+  // The writer of a file refuses such keys, without knowing the document.
+  if (MXF::endsHeaderMetadata(key) || MXF::isHeaderMetadataFraming(key)) {
+    Exceptions::raise<Exceptions::InvalidFormat>("the key {} is that of another part of MXF", key.toString());
+  }
   auto& report = rules.report();
-  if (const auto* known = report.find(*set.instanceUID())) LosslessCopies::refuse(element, set.name(), *known, report);
-  const auto& all = rules.partition().findByInstanceUID(*set.instanceUID());
-  if (all.front() != &set) LosslessCopies::refuse(element, set.name(), *all.front(), report);
+  auto& partition = rules.partition();
+  const uint8 octets = lengthOctets(element, rules);
+  if (report.hasDark(content)) return;  // a copy
+  const auto before = partition.sets().size();
+  partition.addKLV(key, octets, value.data(), value.size(), 0);
+  if (partition.sets().size() == before) {
+    // Files, too, have sets with the key of a local set that are none.
+    const bool isOdd = KLV::isLocalSet(key) && report.base().isKnown() && !report.base().hasDarkSet(key, value);
+    if (isOdd) report.add(Kind::kDarkSetIsNoLocalSet, element, {Utils::wstringToString(key.toString())});
+    return;
+  }
+  auto& set = *partition.sets().back();
+  if (set.instanceUID() == nullptr) return;  // no reference can lead to it
+  LosslessCopies::requireUnused(*set.instanceUID(), element, set.name(), rules, &set);
   report.enter(*set.instanceUID(), {&set, &element});
   report.enterDark(std::move(content));
-}
-
-/// Files, too, have sets with the key of a local set that are none.
-void checkLocalSet(const Content& content, const DOMElement& element, LosslessReport& report) {
-  if (!KLV::isLocalSet(content.first)) return;
-  if (!report.base().isKnown() || report.base().hasDarkSet(content.first, content.second)) return;
-  report.add(Kind::kDarkSetIsNoLocalSet, element, {Utils::wstringToString(content.first.toString())});
-}
-
-/// The writer of a file refuses keys of other parts of MXF, without knowing the document.
-void requireSetKey(const KLV::Key& key) {
-  if (!MXF::endsHeaderMetadata(key) && !MXF::isHeaderMetadataFraming(key)) return;
-  Exceptions::raise<Exceptions::InvalidFormat>("the key {} is that of another part of MXF", key.toString());
-}
-
-void add(Content content, const DOMElement& element, LosslessRules& rules) {
-  requireSetKey(content.first);
-  const uint8 octets = lengthOctets(element, rules);
-  if (rules.report().hasDark(content)) return;  // a copy
-  auto& partition = rules.partition();
-  const auto before = partition.sets().size();
-  partition.addKLV(content.first, octets, content.second.data(), content.second.size(), 0);
-  if (partition.sets().size() == before) return checkLocalSet(content, element, rules.report());
-  enter(*partition.sets().back(), std::move(content), element, rules);
 }
 
 }  // namespace

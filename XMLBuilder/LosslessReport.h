@@ -24,6 +24,12 @@ using LosslessXML::Diagnostic;
 class LosslessReport {
  public:
   using Kind = Diagnostic::Kind;
+  /// What is being read.
+  struct Current {
+    MetadataSet* set = nullptr;
+    bool isNamed = false;
+    const MetaMetadata::MetaElement* property = nullptr;
+  };
 
   LosslessReport(LosslessXML::Import& result, const XMLUtils::ElementLines& lines, BaseFacts& base)
       : result_(result), lines_(lines), base_(base) {}
@@ -34,24 +40,18 @@ class LosslessReport {
   class Reading {
    public:
     /// @param isNamed  whether the set's InstanceUID stands in the document.
-    Reading(LosslessReport& report, MetadataSet& set, bool isNamed) : Reading(report, {&set, isNamed, nullptr}) {}
+    Reading(LosslessReport& report, MetadataSet& set, bool isNamed) : report_(report), previous_(report.current_) {
+      report.current_ = {&set, isNamed, nullptr};
+    }
     Reading(LosslessReport& report, const MetaMetadata::MetaElement* property)
-        : Reading(report, {report.current_.set, report.current_.isNamed, property}) {}
+        : report_(report), previous_(report.current_) {
+      report.current_.property = property;
+    }
     ~Reading() { report_.current_ = previous_; }
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
    private:
-    friend class LosslessReport;
-    struct Current {
-      MetadataSet* set = nullptr;
-      bool isNamed = false;
-      const MetaMetadata::MetaElement* property = nullptr;
-    };
-    Reading(LosslessReport& report, Current current) : report_(report), previous_(report.current_) {
-      report_.current_ = current;
-    }
-
     LosslessReport& report_;
     Current previous_;
   };
@@ -101,7 +101,7 @@ class LosslessReport {
   LosslessXML::Import& result_;
   const XMLUtils::ElementLines& lines_;
   BaseFacts& base_;
-  Reading::Current current_;
+  Current current_;
   std::unordered_map<Types::UUID, Source> sources_;
   std::set<DarkContent> dark_;
   std::vector<Pointer> pointers_;

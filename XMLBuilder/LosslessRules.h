@@ -15,9 +15,8 @@ class Clash : public Exceptions::InvalidFormat {
 /// The rules of `LosslessXML`: what was written comes back, and what cannot be read is reported and left out.
 class LosslessRules : public ReadingRules {
  public:
-  /// @param root  the document element.
   LosslessRules(const xercesc::DOMElement& root, PartitionMetadata& partition, LosslessReport& report)
-      : ReadingRules(root, partition), report_(report) {}
+      : ReadingRules(root, BlankText::kKeep, partition), report_(report) {}
 
   LosslessReport& report() { return report_; }
 
@@ -38,26 +37,21 @@ class LosslessRules : public ReadingRules {
   void readValue(Element& property, const xercesc::DOMNode& node, const MetaMetadata::MetaElement* definition) override;
   void readCollection(CollectionElement& property, MakeCollection make, Types::Identifiers::Identifier itemType,
                       const xercesc::DOMNode& node) override;
-  void checkReference(const xercesc::DOMNode& node, const xercesc::DOMElement* first) override;
-  void checkReferences(const xercesc::DOMNode& node) override;
+  void checkReferences(const xercesc::DOMNode& node, bool toOne) override;
   bool isPointer(const xercesc::DOMElement& element, const XMLCh* name) const override;
   std::optional<Types::UUID> targetOf(const xercesc::DOMElement& pointer) override;
 
-  bool isEmpty(const xercesc::DOMNode& node) const override;
   auto_ptr<Types::SimpleDataType> emptyValue(Types::Identifiers::Identifier type) const override;
   auto_ptr<Types::SimpleDataType> textValue(Types::Identifiers::Identifier type,
                                             const xercesc::DOMNode& node) const override;
 
-  std::vector<const xercesc::DOMElement*> fields(const xercesc::DOMNode& node, std::u16string_view prefix,
-                                                 const char16_t* name) override;
-  const xercesc::DOMElement* field(const xercesc::DOMNode& node, std::u16string_view prefix,
-                                   const char16_t* name) override;
-  void checkFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names,
-                   bool mayRepeat) const override;
+  std::vector<xercesc::DOMElement*> fields(const xercesc::DOMNode& node, std::u16string_view prefix,
+                                           const char16_t* name) override;
+  void checkFields(const xercesc::DOMNode& node, std::u16string_view prefix, FieldNames names, bool mayRepeat) override;
   wstring fieldText(const xercesc::DOMElement& field) const override;
-  [[noreturn]] void refuseMissing(const RequiredField& field) const override;
+  [[noreturn]] void refuseMissing(const Field& field) const override;
   int64 fieldNumber(const wstring& text, int64 least, int64 most, const char16_t* name) const override;
-  Bytes fieldOctets(const xercesc::DOMElement* field, const RequiredField& required) const override;
+  Bytes fieldOctets(const wstring& text, const Field& field) const override;
   uint16 milliseconds(const wstring& text, const char16_t* name) const override;
   const xercesc::DOMNode& component(const xercesc::DOMNode& node, const char16_t* name, const char* property,
                                     int line) override;
@@ -66,12 +60,12 @@ class LosslessRules : public ReadingRules {
 
   void reportText(const xercesc::DOMElement& element);
   /// @param uri, names  of the attributes that the element may have.
+  /// @param kind        kStrayAttribute, or kUnknownAttribute for the element of a set.
   void reportAttributes(const xercesc::DOMElement& element, std::u16string_view uri = {},
-                        std::initializer_list<std::u16string_view> names = {});
+                        const std::vector<std::u16string_view>& names = {},
+                        Diagnostic::Kind kind = Diagnostic::Kind::kStrayAttribute);
   /// Reports attributes of a property's element and of the elements in it that are no sets.
   void reportValueAttributes(const xercesc::DOMElement& property, const MetaMetadata::MetaElement* definition);
-  /// Whether an attribute belongs to XML itself: a namespace, `xml:` or `xsi:`.
-  static bool isOfXML(const xercesc::DOMNode& attribute);
   /// Name and namespace of a node, as diagnostics have them.
   static std::vector<std::string> nameOf(const xercesc::DOMNode& node);
 

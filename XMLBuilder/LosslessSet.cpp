@@ -1,13 +1,13 @@
 #include "XMLBuilder/LosslessSet.h"
 
 #include <algorithm>
-#include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "Core/MetaMetadata/MetaMetadataSet.h"
 #include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Metadata/SetReader.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Strings.h"
+#include "Core/Types/ValueText.h"
 #include "XMLBuilder/LosslessForms.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLBuilder/ValueFromXML.h"
@@ -25,29 +25,26 @@ namespace {
 
 constexpr const char16_t* kInstanceUIDName = u"InstanceUID";
 
-bool isIdentifier(const DOMNode& attribute, const MetaMetadata::MetaMetadataSet& definition) {
-  const wstring name = XMLUtils::utf16ToWstring(attribute.getLocalName());
-  if (!MetaMetadata::isIdentifierName(name)) return false;
-  if (XMLUtils::utf16ToWstring(attribute.getNamespaceURI()) != MetaMetadata::kLegacyElements.uri) return false;
-  const auto& properties = definition.attributes();
-  return std::any_of(properties.begin(), properties.end(), [&name](const MetaMetadata::MetaAttribute& property) {
-    return property.metaElement()->extensionAttribute(MetaMetadata::kXMLTagName) == name;
-  });
-}
-
 /// The property of a set that an element is named after; null for extension elements.
 const MetaMetadata::MetaElement* propertyOf(const DOMElement& element,
                                             const MetaMetadata::MetaMetadataSet& definition) {
-  const wstring name = XMLUtils::utf16ToWstring(element.getLocalName());
-  const wstring uri = XMLUtils::utf16ToWstring(element.getNamespaceURI());
   for (const auto& attribute : definition.attributes()) {
     const auto& property = *attribute.metaElement();
-    if (property.extensionAttribute(MetaMetadata::kXMLTagName) == name &&
-        property.extensionAttribute(MetaMetadata::kXMLNamespaceURI) == uri) {
+    if (property.extensionAttribute(MetaMetadata::kXMLTagName) == element.getLocalName() &&
+        property.extensionAttribute(MetaMetadata::kXMLNamespaceURI) == XMLUtils::viewOf(element.getNamespaceURI())) {
       return &property;
     }
   }
   return nullptr;
+}
+
+std::vector<std::u16string_view> identifiersOf(const MetaMetadata::MetaMetadataSet& definition) {
+  std::vector<std::u16string_view> names;
+  for (const auto& attribute : definition.attributes()) {
+    const auto& name = attribute.metaElement()->extensionAttribute(MetaMetadata::kXMLTagName);
+    if (MetaMetadata::isIdentifierName(name)) names.push_back(name);
+  }
+  return names;
 }
 
 bool hasInstanceUID(const DOMElement& element) {
@@ -60,7 +57,11 @@ std::optional<Types::UUID> instanceUIDOf(const DOMElement& element) {
   return LosslessForms::identifierIn(LosslessForms::identifierAttribute(element, kInstanceUIDName));
 }
 
-void reportUnread(const SetChildren& children, const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules) {
+void reportUnread(const DOMElement& element, const SetChildren& children,
+                  const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules) {
+  rules.reportText(element);
+  rules.reportAttributes(element, MetaMetadata::kLegacyElements.uri, identifiersOf(definition),
+                         Kind::kUnknownAttribute);
   for (const auto& child : children.unread()) {
     auto name = LosslessRules::nameOf(*child.element);
     if (child.isSecond) {
@@ -69,16 +70,6 @@ void reportUnread(const SetChildren& children, const MetaMetadata::MetaMetadataS
     } else {
       rules.report().add(Kind::kUnknownProperty, *child.element, std::move(name));
     }
-  }
-}
-
-void reportUnreadAttributes(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
-                            LosslessRules& rules) {
-  const auto& attributes = *element.getAttributes();
-  for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
-    const DOMNode& attribute = *attributes.item(i);
-    if (LosslessRules::isOfXML(attribute) || isIdentifier(attribute, definition)) continue;
-    rules.report().add(Kind::kUnknownAttribute, attribute, LosslessRules::nameOf(attribute));
   }
 }
 
@@ -175,12 +166,10 @@ void LosslessSet::readNamed(const DOMElement& child, const MetaMetadata::MetaEle
 void LosslessSet::readUnknown(const DOMElement& child) {
   rules_.reportValueAttributes(child, nullptr);
   const auto tag = localTagOf(child).value();
-  const auto octets =
-      parseHexString(LosslessForms::exactText(Types::Identifiers::kUnknown, LosslessForms::plainText(child)));
+  const auto octets = parseHexString(Types::checkedText(Types::Identifiers::kUnknown, LosslessForms::plainText(child)));
   auto& tags = rules_.partition().partitionDictionary();
   const auto* known = knownProperty(tag);
-  const auto before = unknown_.find(tag);
-  const std::size_t ordinal = before == unknown_.end() ? 1 : before->second + 1;
+  const std::size_t ordinal = unknown_[tag] + 1;
   const bool isThere = known != nullptr || ordinal > 1;
   if (isThere && rules_.report().base().isKnown() && !isConfirmed(BaseFacts::nameOf(tag, tags), ordinal)) {
     if (known == nullptr) return rules_.report().add(Kind::kSecondUnknownProperty, child);
@@ -203,7 +192,7 @@ void LosslessSet::reportMisplacedInstanceUID(const DOMElement& child) {
 Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
   auto& tags = rules_.partition().partitionDictionary();
   const auto textOf = [](const DOMNode& mark) {
-    return LosslessForms::exactText(Types::Identifiers::kUniversalLabel, nodeText(mark));
+    return Types::checkedText(Types::Identifiers::kUniversalLabel, nodeText(mark));
   };
   if (const auto* tag = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag)) {
     return Types::LocalTag(textOf(*tag), kDottedForm);
@@ -241,9 +230,7 @@ bool LosslessSet::isConfirmed(const BaseFacts::PropertyName& name, std::size_t o
 
 void LosslessSet::finish() {
   checkPreface();
-  rules_.reportText(element_);
-  reportUnreadAttributes(element_, *set_.definition(), rules_);
-  reportUnread(children_, *set_.definition(), rules_);
+  reportUnread(element_, children_, *set_.definition(), rules_);
 }
 
 }  // namespace Vantor::XML2Partition

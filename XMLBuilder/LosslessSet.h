@@ -9,12 +9,10 @@ namespace Vantor::XML2Partition {
 /// The InstanceUID of a set's element; none when it is missing or malformed.
 std::optional<Types::UUID> instanceUIDOf(const xercesc::DOMElement& element);
 
-/// Reports the children of a set's element that were not read. Where two stand for one property, either may be the one
-/// that was meant, so the property counts as unread.
-void reportUnread(const SetChildren& children, const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules);
-/// Reports the attributes of a set's element, except identifiers and what belongs to XML itself.
-void reportUnreadAttributes(const xercesc::DOMElement& element, const MetaMetadata::MetaMetadataSet& definition,
-                            LosslessRules& rules);
+/// Reports what was not read of a set's element: text, attributes and children. Where two children stand for one
+/// property, either may be the one that was meant, so the property counts as unread.
+void reportUnread(const xercesc::DOMElement& element, const SetChildren& children,
+                  const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules);
 
 /// The element of one set under the lossless rules.
 class LosslessSet : public SetSource {

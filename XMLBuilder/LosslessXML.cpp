@@ -1,5 +1,7 @@
 #include "LosslessXML.h"
 
+#include <algorithm>
+#include <new>
 #include <unordered_set>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
@@ -7,6 +9,7 @@
 #include <xercesc/dom/DOMLSParser.hpp>
 #include <xercesc/dom/DOMProcessingInstruction.hpp>
 #include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include "Core/Platform/Raise.h"
@@ -16,6 +19,7 @@
 #include "XMLBuilder/LosslessRules.h"
 #include "XMLBuilder/LosslessSet.h"
 #include "XMLBuilder/Vocabulary.h"
+#include "XMLUtils/ChildLookup.h"
 #include "XMLUtils/ElementLines.h"
 #include "XMLUtils/Initializer.h"
 #include "XMLUtils/InputFile.h"
@@ -29,7 +33,7 @@ using xercesc::DOMNode;
 
 struct Document::Content {
   XMLUtils::ElementLines lines;
-  XMLUtils::Holder<xercesc::DOMLSParser> parser = lines.createParser();
+  XMLUtils::Holder<xercesc::DOMLSParser> parser = XMLUtils::createParser(&lines);
   const xercesc::DOMDocument* dom = nullptr;  ///< the parser's
   std::optional<Description> description;
   bool isDescriptionDamaged = false;
@@ -39,18 +43,21 @@ struct Document::Content {
 
 namespace {
 
-/// Lets only exceptions of the core library out, with the kind of the failure in words.
+/// Lets only exceptions of the core library and std::bad_alloc out, with the kind of the failure in words.
+/// @param refusal  the words for what Xerces refuses with a SAXException.
 template <class Operation>
-auto inWords(Operation&& operation) {
+auto inWords(const char* refusal, Operation&& operation) {
   using Exceptions::ParseError;
   try {
     return operation();
   } catch (const xercesc::SAXException& error) {
-    Exceptions::raise<ParseError>("not well-formed XML: {}", XMLUtils::utf16ToWstring(error.getMessage()));
+    Exceptions::raise<ParseError>("{} XML: {}", refusal, XMLUtils::utf16ToWstring(error.getMessage()));
   } catch (const xercesc::XMLException& error) {
     Exceptions::raise<ParseError>("unreadable XML: {}", XMLUtils::utf16ToWstring(error.getMessage()));
   } catch (const xercesc::DOMException& error) {
     Exceptions::raise<ParseError>("unusable XML: {}", XMLUtils::utf16ToWstring(error.getMessage()));
+  } catch (const xercesc::OutOfMemoryException&) {
+    throw std::bad_alloc();
   }
 }
 
@@ -66,26 +73,16 @@ std::optional<wstring> instructionOf(const xercesc::DOMDocument& document) {
   return std::nullopt;
 }
 
-/// The element after another in document order; null at the end. Does not recurse, whatever the depth.
-const DOMElement* nextElement(const DOMElement& element, const DOMElement& root) {
-  if (const auto* child = element.getFirstElementChild()) return child;
-  const DOMNode* at = &element;
-  while (at != &root) {
-    if (const auto* sibling = static_cast<const DOMElement*>(at)->getNextElementSibling()) return sibling;
-    at = at->getParentNode();
-  }
-  return nullptr;
-}
-
 template <class Visit>
 void forEachElementBelow(const DOMElement& root, Visit&& visit) {
-  const auto* at = nextElement(root, root);
-  while (at != nullptr && visit(*at)) at = nextElement(*at, root);
+  for (const auto* node = XMLUtils::nextInTree(root, root); node != nullptr; node = XMLUtils::nextInTree(*node, root)) {
+    if (node->getNodeType() == DOMNode::ELEMENT_NODE && !visit(static_cast<const DOMElement&>(*node))) return;
+  }
 }
 
 std::optional<MetaMetadata::Vocabulary> vocabularyOfNamespace(const XMLCh* uri) {
   using namespace MetaMetadata;
-  const std::u16string_view name = uri == nullptr ? std::u16string_view() : uri;
+  const auto name = XMLUtils::viewOf(uri);
   if (name == kLegacySets.uri || name == kLegacyElements.uri) return Vocabulary::kLegacy;
   if (name == kST434Sets.uri || name == kST434Elements.uri) return Vocabulary::kST434_2014;
   return std::nullopt;
@@ -99,9 +96,12 @@ Document& Document::operator=(Document&&) noexcept = default;
 Document::~Document() = default;
 
 Document Document::fromBytes(const void* bytes, std::size_t size) {
-  return inWords([&] {
+  XMLUtils::Initializer::instance();  // first, as exceptions take their memory from Xerces
+  const auto input =
+      inWords("unreadable", [&] { return XMLUtils::checkedInput(static_cast<const uint8*>(bytes), size); });
+  return inWords("not well-formed", [&] {
     auto content = std::make_unique<Content>();
-    content->dom = XMLUtils::loadDocumentFromBuffer(static_cast<const uint8*>(bytes), size, *content->parser);
+    content->dom = XMLUtils::loadDocument(input, *content->parser);
     if (const auto instruction = instructionOf(*content->dom)) {
       content->description = XMLBuilder::parseDescription(*instruction);
       content->isDescriptionDamaged = !content->description;
@@ -138,8 +138,8 @@ std::optional<MetaMetadata::Vocabulary> Document::vocabulary() const {
 bool Document::isNested() const {
   using namespace XML2Partition;
   std::unordered_set<Types::UUID> top;
-  std::vector<Types::UUID> targets;
-  std::size_t nested = 0;
+  std::unordered_set<Types::UUID> targets;
+  std::ptrdiff_t nested = 0;
   const auto& root = content_->root();
   forEachElementBelow(root, [&](const DOMElement& element) {
     const DOMNode* parent = element.getParentNode();
@@ -151,19 +151,17 @@ bool Document::isNested() const {
         ++nested;
       }
     } else if (const auto target = LosslessForms::identifierIn(LosslessForms::targetAttribute(element))) {
-      targets.push_back(*target);
+      targets.insert(*target);
     }
     return true;
   });
-  std::unordered_set<Types::UUID> pointedAt;
-  for (const auto& target : targets) {
-    if (top.count(target) != 0) pointedAt.insert(target);
-  }
-  return pointedAt.empty() || nested > pointedAt.size();
+  const auto pointedAt =
+      std::count_if(targets.begin(), targets.end(), [&top](const auto& target) { return top.count(target) != 0; });
+  return pointedAt == 0 || nested > pointedAt;
 }
 
 Import Document::import(PartitionMetadata& partition, const PartitionMetadata* base, Extent extent) const {
-  return inWords([&] {
+  return inWords("unreadable", [&] {
     Import result;
     const auto& description = content_->description;
     const bool isPart =

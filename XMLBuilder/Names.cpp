@@ -1,13 +1,24 @@
 #include "XMLBuilder/Names.h"
 
-#include "Core/MetaMetadata/MetaMetadataSet.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
 
-using MetaMetadata::kXMLDefaultPrefix;
-using MetaMetadata::kXMLNamespaceURI;
-using MetaMetadata::kXMLTagName;
+namespace {
+
+template <class Definition>
+Name nameOf(const Definition& definition) {
+  return {definition.extensionAttribute(MetaMetadata::kXMLTagName),
+          definition.extensionAttribute(MetaMetadata::kXMLDefaultPrefix),
+          definition.extensionAttribute(MetaMetadata::kXMLNamespaceURI)};
+}
+
+Name entered(Name name, NamespaceMap& namespaces) {
+  namespaces.insert(name.uri, name.prefix);
+  return name;
+}
+
+}  // namespace
 
 wstring qualify(std::u16string_view prefix, std::u16string_view localName) {
   wstring name;
@@ -16,41 +27,22 @@ wstring qualify(std::u16string_view prefix, std::u16string_view localName) {
   return name;
 }
 
-wstring PropertyName::qualified() const { return qualify(prefix, localName); }
+wstring Name::qualified() const { return qualify(prefix, localName); }
 
-bool PropertyName::isAttribute() const {
+bool Name::isAttribute() const {
   const wstring name = qualified();
   return name == Vocabulary::kInstanceUID || name == Vocabulary::kGenerationUID;
 }
 
-QualifiedName setName(const MetaMetadata::MetaMetadataSet& definition, NamespaceMap& namespaces) {
-  const auto& prefix = definition.extensionAttribute(kXMLDefaultPrefix);
-  const auto& uri = definition.extensionAttribute(kXMLNamespaceURI);
-  namespaces.insert(uri, prefix);
-  return {qualify(prefix, definition.extensionAttribute(kXMLTagName)), uri};
+Name enteredName(const MetaMetadata::MetaMetadataSet& definition, NamespaceMap& namespaces) {
+  return entered(nameOf(definition), namespaces);
 }
 
-PropertyName propertyName(const MetaMetadata::MetaElement* definition, NamespaceMap& namespaces) {
-  PropertyName name;
-  if (definition != nullptr) {
-    name = {definition->extensionAttribute(kXMLTagName), definition->extensionAttribute(kXMLDefaultPrefix),
-            definition->extensionAttribute(kXMLNamespaceURI)};
-  } else {
-    name = {wstring(Vocabulary::kDarkElement), wstring(Vocabulary::kGroupsPrefix), wstring(Vocabulary::kGroupsURI)};
-  }
-  namespaces.insert(name.uri, name.prefix);
-  return name;
-}
-
-wstring qualifiedSetName(const MetadataSet& set) {
-  const auto* definition = set.definition();
-  if (definition == nullptr) return qualify(Vocabulary::kGroupsPrefix, Vocabulary::kDarkMetadata);
-  return qualify(definition->extensionAttribute(kXMLDefaultPrefix), definition->extensionAttribute(kXMLTagName));
-}
-
-wstring referenceName(const MetadataSet& target, std::size_t targets) {
-  wstring name = targets == 1 ? qualifiedSetName(target) : wstring(Vocabulary::kMultipleTargets);
-  return name.append(Vocabulary::kReferenceSuffix);
+Name enteredName(const MetaMetadata::MetaElement* definition, NamespaceMap& namespaces) {
+  if (definition != nullptr) return entered(nameOf(*definition), namespaces);
+  return entered(
+      {wstring(Vocabulary::kDarkElement), wstring(Vocabulary::kGroupsPrefix), wstring(Vocabulary::kGroupsURI)},
+      namespaces);
 }
 
 }  // namespace Vantor::XMLBuilder

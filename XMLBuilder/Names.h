@@ -1,27 +1,21 @@
 #pragma once
 
 #include "Core/MetaMetadata/MetaElement.h"
-#include "Core/Metadata/MetadataSet.h"
+#include "Core/MetaMetadata/MetaMetadataSet.h"
 #include "XMLBuilder/NamespaceMap.h"
 
 /// Names of sets and properties in XML: the extension attributes of their definitions, unchecked.
 namespace Vantor::XMLBuilder {
 
-/// A qualified name and the namespace that it belongs to.
-struct QualifiedName {
-  wstring name;
-  wstring uri;
-};
-
-/// The name of a property.
-struct PropertyName {
+/// The name of a set or a property.
+struct Name {
   wstring localName;
   wstring prefix;
   wstring uri;
 
   /// prefix, ":" and local name.
   wstring qualified() const;
-  /// Whether the property is an attribute of its set's element: its qualified name is "rp210:InstanceUID" or
+  /// Whether a property is an attribute of its set's element: its qualified name is "rp210:InstanceUID" or
   /// "rp210:GenerationUID".
   bool isAttribute() const;
 };
@@ -29,18 +23,9 @@ struct PropertyName {
 /// Joins prefix, ":" and local name.
 wstring qualify(std::u16string_view prefix, std::u16string_view localName);
 
-/// The name of a set's element; registers its namespace.
-QualifiedName setName(const MetaMetadata::MetaMetadataSet& definition, NamespaceMap& namespaces);
-
-/// The name of a property; registers its namespace.
-/// @param definition  null for an unknown property: "groups:DarkElement".
-PropertyName propertyName(const MetaMetadata::MetaElement* definition, NamespaceMap& namespaces);
-
-/// The qualified name of a set, "groups:DarkMetadata" for one without definition; registers nothing.
-wstring qualifiedSetName(const MetadataSet& set);
-
-/// The name of an element that points at a set, followed by "_REF".
-/// @param targets  how many sets carry the InstanceUID; only a single one is referred to by its name.
-wstring referenceName(const MetadataSet& target, std::size_t targets);
+/// The name of a set's element, whose namespace is entered.
+Name enteredName(const MetaMetadata::MetaMetadataSet& definition, NamespaceMap& namespaces);
+/// The same of a property. @param definition  null for an unknown property: "groups:DarkElement".
+Name enteredName(const MetaMetadata::MetaElement* definition, NamespaceMap& namespaces);
 
 }  // namespace Vantor::XMLBuilder

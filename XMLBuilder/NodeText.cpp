@@ -1,8 +1,5 @@
 #include "XMLBuilder/NodeText.h"
 
-#include <string_view>
-#include <xercesc/dom/DOMElement.hpp>
-
 #include "XMLUtils/Strings.h"
 
 namespace Vantor::XML2Partition {
@@ -11,12 +8,9 @@ using xercesc::DOMNode;
 
 namespace {
 
-constexpr const char16_t* kStreamWhiteSpace = u" \t\n\v\f\r";
-constexpr const char16_t* kXMLWhiteSpace = u" \t\n\r";
-
 bool isIgnored(const DOMNode& node, BlankText blankText) {
   return blankText == BlankText::kIgnore && node.getNodeType() == DOMNode::TEXT_NODE &&
-         std::u16string_view(node.getNodeValue()).find_first_not_of(kXMLWhiteSpace) == std::u16string_view::npos;
+         XMLUtils::isBlank(node.getNodeValue());
 }
 
 bool isText(const DOMNode& node) {
@@ -51,18 +45,6 @@ wstring nodeText(const DOMNode& node, BlankText blankText) {
   if (node.getNodeType() == DOMNode::ATTRIBUTE_NODE) return XMLUtils::utf16ToWstring(node.getNodeValue());
   const DOMNode* child = firstChild(node, blankText);
   return child == nullptr ? wstring() : XMLUtils::utf16ToWstring(child->getNodeValue());
-}
-
-wstring firstToken(const wstring& text) {
-  const auto begin = text.find_first_not_of(kStreamWhiteSpace);
-  if (begin == wstring::npos) return {};
-  const auto end = text.find_first_of(kStreamWhiteSpace, begin);
-  return text.substr(begin, end == wstring::npos ? end : end - begin);
-}
-
-wstring attributeText(const DOMNode& element, const char16_t* qualifiedName) {
-  if (element.getNodeType() != DOMNode::ELEMENT_NODE) return {};
-  return XMLUtils::utf16ToWstring(static_cast<const xercesc::DOMElement&>(element).getAttribute(qualifiedName));
 }
 
 }  // namespace Vantor::XML2Partition

@@ -20,10 +20,4 @@ wstring textContent(const xercesc::DOMNode& node, BlankText blankText);
 /// An attribute's value, else the value of the node's first child; empty when there is none.
 wstring nodeText(const xercesc::DOMNode& node, BlankText blankText = BlankText::kKeep);
 
-/// The first run of text without white space; empty when there is none.
-wstring firstToken(const wstring& text);
-
-/// The value of an attribute looked up by its qualified name; empty when there is none.
-wstring attributeText(const xercesc::DOMNode& element, const char16_t* qualifiedName);
-
 }  // namespace Vantor::XML2Partition

@@ -1,54 +1,24 @@
 #include "XMLBuilder/PartitionWriter.h"
 
 #include <mutex>
-#include <unordered_set>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMImplementation.hpp>
 #include <xercesc/dom/DOMImplementationRegistry.hpp>
 #include <xercesc/dom/DOMProcessingInstruction.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "XMLBuilder.h"
 #include "XMLBuilder/DarkMetadataSetWriter.h"
 #include "XMLBuilder/DocumentDescription.h"
 #include "XMLBuilder/Names.h"
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/Initializer.h"
-#include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::XMLBuilder {
 
 namespace {
 
 using DocumentHolder = XMLUtils::Holder<xercesc::DOMDocument>;
-
-std::mutex& exportLock() {
-  static std::mutex lock;
-  return lock;
-}
-
-void declareNamespace(xercesc::DOMElement& root, const wstring& prefix, const wstring& uri) {
-  setAttribute(root, Vocabulary::kXmlnsURI, qualify(u"xmlns", prefix), uri);
-}
-
-/// A document without sets: the root with the declaration of its own namespace.
-DocumentHolder createFrame() {
-  const auto& prefix = getPrefix();
-  const auto& uri = getNamespaceURI();
-  auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
-  DocumentHolder document(implementation->createDocument(uri.wchar(),
-                                                         qualify(prefix.toWstring(), u"MetadataSets").c_str(), nullptr,
-                                                         xercesc::XMLPlatformUtils::fgMemoryManager));
-  document->getDocumentElement()->setPrefix(prefix.wchar());
-  declareNamespace(*document->getDocumentElement(), prefix.toWstring(), uri.toWstring());
-  return document;
-}
-
-/// Whether a set is written at all: one without definition only if its octets were kept.
-bool hasElement(const MetadataSet& set) {
-  return set.definition() != nullptr || dynamic_cast<const DarkParsedGroup*>(&set) != nullptr;
-}
 
 /// The state of one call.
 class PartitionWriter {
@@ -57,10 +27,13 @@ class PartitionWriter {
       : partition_(partition), rules_(rules), document_(document) {}
 
   void write(const MetadataSet& start) {
-    writeFrom(start, document_.root(), written_);
+    WrittenSets written;
+    writeFrom(start, document_.root(), written);
     writeDarkSets();
     writeFloatingSets();
-    declareNamespaces();
+    for (const auto& [uri, prefix] : document_.namespaces()) {
+      setAttribute(document_.root(), Vocabulary::kXmlnsURI, qualify(u"xmlns", prefix), uri);
+    }
   }
 
  private:
@@ -71,7 +44,9 @@ class PartitionWriter {
 
   void writeDarkSets() {
     for (auto at = partition_.darkBegin(); at != partition_.darkEnd(); ++at) {
-      writeDarkMetadataSet(document_, document_.floatingContainer(), **at);
+      const auto& value = (*at)->value();
+      writeDarkMetadataSet(document_, document_.floatingContainer(), (*at)->key(), (*at)->berLength(),
+                           value.rawBuffer(), value.serializedSize());
     }
   }
 
@@ -80,35 +55,33 @@ class PartitionWriter {
   void writeFloatingSets() {
     std::vector<const MetadataSet*> order;
     const uint32 floating = partition_.calculateSerializationOrder(order, true, false);
-    std::unordered_set<const MetadataSet*> done;
+    WrittenSets done;
     for (std::size_t i = order.size() - floating; i < order.size(); ++i) {
-      if (done.count(order[i]) != 0 || !hasElement(*order[i])) continue;
+      // One without definition is written only if its octets were kept.
+      const bool isDark = order[i]->definition() == nullptr;
+      if (done.count(order[i]) != 0 || (isDark && dynamic_cast<const DarkParsedGroup*>(order[i]) == nullptr)) continue;
       WrittenSets written;
       writeFrom(*order[i], document_.floatingContainer(), written);
       done.insert(written.begin(), written.end());
     }
   }
 
-  void declareNamespaces() {
-    for (const auto& [uri, prefix] : document_.namespaces()) {
-      if (uri != getNamespaceURI().toWstring()) declareNamespace(document_.root(), prefix, uri);
-    }
-  }
-
   PartitionMetadata& partition_;
   WritingRules rules_;
   ExportDocument document_;
-  WrittenSets written_;
 };
 
 }  // namespace
 
 DocumentHolder writePartition(PartitionMetadata* partition, const MetadataSet* start, WritingRules rules,
                               const wstring& description) {
-  const std::lock_guard<std::mutex> guard(exportLock());
+  static std::mutex lock;
+  const std::lock_guard<std::mutex> guard(lock);
   XMLUtils::Initializer::instance();
   if (partition == nullptr || start == nullptr) return {};
-  auto document = createFrame();
+  auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
+  DocumentHolder document(implementation->createDocument(Vocabulary::kRootURI.data(), Vocabulary::kRoot.data(), nullptr,
+                                                         xercesc::XMLPlatformUtils::fgMemoryManager));
   if (!description.empty()) {
     document->insertBefore(document->createProcessingInstruction(kDescriptionTarget.data(), description.c_str()),
                            document->getDocumentElement());

@@ -12,7 +12,7 @@ namespace Vantor::XMLBuilder {
 /// @param start        the set to start from; may be null.
 /// @param description  data of the document's description (`renderDescription`); empty for a document without one.
 /// @return empty when there is no partition or no set to start from.
-/// @throws NestingTooDeep when strong references nest more than 1,000 deep, naming the set; exceptions of Xerces.
+/// @throws as `partition2XML`.
 XMLUtils::Holder<xercesc::DOMDocument> writePartition(PartitionMetadata* partition, const MetadataSet* start,
                                                       WritingRules rules, const wstring& description = {});
 

@@ -2,37 +2,32 @@
 
 #include <xercesc/dom/DOMAttr.hpp>
 
+#include "Core/MetaMetadata/MetaMetadataSet.h"
+#include "XMLBuilder/Names.h"
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
 
-namespace {
-
-void append(ExportDocument& document, xercesc::DOMElement& property, const QualifiedName& name,
-            const Types::Reference& reference) {
-  document.namespaces().insertIfUnbound(Vocabulary::kTypesURI, Vocabulary::kTypesPrefix);
-  auto* pointer = document.document().createElementNS(name.uri.c_str(), name.name.c_str());
-  property.appendChild(pointer);
-  auto* target =
-      document.document().createAttributeNS(Vocabulary::kTypesURI.data(), Vocabulary::kTargetInstance.data());
-  pointer->setAttributeNodeNS(target);
-  ToXMLBaseTypeVisitor writer(*target);
-  reference.accept(writer);
-}
-
-}  // namespace
-
 void appendPointer(ExportDocument& document, xercesc::DOMElement& property, const Types::Reference& reference,
-                   const MetadataSet& target, std::size_t targets) {
-  if (target.definition() == nullptr) return appendDangling(document, property, reference);
-  const auto& uri = target.definition()->extensionAttribute(MetaMetadata::kXMLNamespaceURI);
-  append(document, property, {referenceName(target, targets), uri}, reference);
-}
-
-void appendDangling(ExportDocument& document, xercesc::DOMElement& property, const Types::Reference& reference) {
-  const QualifiedName name{wstring(Vocabulary::kDangling), document.namespaces().uriOf(Vocabulary::kRootPrefix)};
-  append(document, property, name, reference);
+                   const MetadataSet* target, std::size_t targets) {
+  wstring name(Vocabulary::kDangling);
+  wstring uri = document.namespaces().uriOf(Vocabulary::kRootPrefix);
+  if (const auto* definition = target == nullptr ? nullptr : target->definition()) {
+    name = targets == 1 ? qualify(definition->extensionAttribute(MetaMetadata::kXMLDefaultPrefix),
+                                  definition->extensionAttribute(MetaMetadata::kXMLTagName))
+                        : wstring(Vocabulary::kMultipleTargets);
+    name += Vocabulary::kReferenceSuffix;
+    uri = definition->extensionAttribute(MetaMetadata::kXMLNamespaceURI);
+  }
+  document.namespaces().insertIfUnbound(Vocabulary::kTypesURI, Vocabulary::kTypesPrefix);
+  auto* pointer = document.document().createElementNS(uri.c_str(), name.c_str());
+  property.appendChild(pointer);
+  auto* attribute =
+      document.document().createAttributeNS(Vocabulary::kTypesURI.data(), Vocabulary::kTargetInstance.data());
+  pointer->setAttributeNodeNS(attribute);
+  ToXMLBaseTypeVisitor writer(*attribute);
+  reference.accept(writer);
 }
 
 }  // namespace Vantor::XMLBuilder

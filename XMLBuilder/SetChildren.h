@@ -27,15 +27,14 @@ class SetChildren {
   std::vector<Unread> unread() const;
 
  private:
-  struct Child {
+  struct First {
     const xercesc::DOMElement* element;
     bool isTaken = false;
   };
-  using Name = std::pair<std::u16string_view, std::u16string_view>;
 
-  std::vector<Child> children_;
-  // Ordered, because a hostile document could choose names whose hashes collide.
-  std::map<Name, std::size_t> firsts_;  // of each name in a namespace
+  const xercesc::DOMElement& element_;
+  // By namespace and name. Ordered, because a hostile document could choose names whose hashes collide.
+  std::map<std::pair<std::u16string_view, std::u16string_view>, First> firsts_;
 };
 
 }  // namespace Vantor::XML2Partition

@@ -4,7 +4,8 @@
 
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Types/Types.h"
-#include "XMLBuilder/ValueVocabulary.h"
+#include "Core/Types/ValueText.h"
+#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
 namespace Vantor::XMLBuilder {
 
@@ -13,7 +14,7 @@ using namespace Types::Identifiers;
 namespace {
 
 bool isCutOff(const Types::RGBALayout& layout) {
-  for (uint32 i = kRGBAComponentsWritten; i < Types::RGBALayout::kComponents; ++i) {
+  for (uint32 i = ToXMLBaseTypeVisitor::kRGBAComponents; i < Types::RGBALayout::kComponents; ++i) {
     if (layout.get(i) != Types::RGBAComponent()) return true;
   }
   return false;
@@ -33,55 +34,12 @@ bool isAscii(const Types::ISO7String& text) {
 }
 
 bool isRestored(const Types::SimpleDataType& value) {
-  switch (value.identifier()) {
-    case kRGBALayout:
-      return !isCutOff(static_cast<const Types::RGBALayout&>(value));
-    case kTimestamp:
-      return !hasLargeFraction(static_cast<const Types::Timestamp&>(value));
-    case kUTF16:
-      return !isBlank(static_cast<const Types::UTF16&>(value));
-    case kISO7String:
-      return isAscii(static_cast<const Types::ISO7String&>(value));
-    case kArray:  // within a collection: the text shows no bounds
-    case kBatch:
-    case kNone:
-      return false;
-    case kISO8String:
-    case kUTF16String:
-    case kUTF8String:
-    case kBoolean:
-    case kInt8:
-    case kInt16:
-    case kInt32:
-    case kInt64:
-    case kUInt8:
-    case kUInt16:
-    case kUInt32:
-    case kUInt64:
-    case kLength:
-    case kPosition:
-    case kOrientation:
-    case kSignalStandard:
-    case kVersionType:
-    case kRational:
-    case kProductVersion:
-    case kLocalTag:
-    case kUUID:
-    case kAUID:
-    case kUniversalLabel:
-    case kUMID32:
-    case kUMID64:
-    case kStrongReference:
-    case kWeakReference:
-    case kDataStream:
-    case kDataValue:
-    case kUnknown:
-    case kJ2KPictureComponent:
-    case kJ2KCodingStyleDefault:
-    case kJ2KQuantisationDefault:
-      break;
-  }
-  return true;
+  const auto type = value.identifier();
+  if (type == kRGBALayout) return !isCutOff(static_cast<const Types::RGBALayout&>(value));
+  if (type == kTimestamp) return !hasLargeFraction(static_cast<const Types::Timestamp&>(value));
+  if (type == kUTF16) return !isBlank(static_cast<const Types::UTF16&>(value));
+  if (type == kISO7String) return isAscii(static_cast<const Types::ISO7String&>(value));
+  return type != kArray && type != kBatch;  // within a collection: the text shows no bounds
 }
 
 /// Octets of a code unit of a text; 0 for every other type.
@@ -106,11 +64,6 @@ bool areRestored(const Types::Collection& items, Identifier type) {
   return true;
 }
 
-/// Whether an empty element is read as a value of no octets. An empty UTF16 is not: it is NUL.
-bool isRestoredEmpty(Identifier type) {
-  return unitSize(type) != 0 || type == kDataStream || type == kDataValue || type == kUnknown;
-}
-
 }  // namespace
 
 bool isRestoredFromText(const Element& property) {
@@ -121,7 +74,8 @@ bool isRestoredFromText(const Element& property) {
     const auto* items = dynamic_cast<const Types::Collection*>(value);
     return items == nullptr || areRestored(*items, collection->dataSubType());
   }
-  if (value == nullptr) return isRestoredEmpty(definition->dataType());
+  // An empty UTF16 is read as NUL.
+  if (value == nullptr) return Types::hasEmptyText(definition->dataType()) && definition->dataType() != kUTF16;
   return value->identifier() == definition->dataType() && isRestored(*value);
 }
 

@@ -3,13 +3,13 @@
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
+#include "Core/MetaMetadata/Vocabulary.h"
+#include "Core/Platform/StringForm.h"
 #include "Core/Types/Collection.h"
 #include "Core/Types/Visitors.h"
 #include "XMLBuilder/NamespaceMap.h"
 
 namespace Vantor::XMLBuilder {
-
-struct ValueVocabulary;
 
 /// Writes one value into one target: text or child elements appended to an element, or the text of an attribute.
 ///
@@ -17,64 +17,43 @@ struct ValueVocabulary;
 /// values in that standard's types namespace and its labels, UMIDs and UUIDs as URNs; every other target, and every
 /// attribute, has the legacy namespaces and the dotted form. Nothing that the target holds already is removed.
 /// Nodes belong to the target's document. One thread at a time.
+///
+/// Two peculiarities are part of the form: the components of an RGBA layout keep the prefix "types" though their
+/// namespace changes, and the JPEG 2000 names are the same for either kind of target.
 class ToXMLBaseTypeVisitor : public Types::Visitors::Visitor {
  public:
+  /// How many components of an RGBA layout are written.
+  static constexpr uint32 kRGBAComponents = 5;
+
   /// @param namespaces  gets the namespaces of the form, each unless its prefix is bound already.
   ToXMLBaseTypeVisitor(xercesc::DOMElement& target, NamespaceMap& namespaces);
   /// For a UUID or a reference; another value with a text form becomes the attribute's text as well, and one that is
   /// made of child elements writes nothing.
   explicit ToXMLBaseTypeVisitor(xercesc::DOMAttr& target);
 
-  void visit(const Types::J2KQuantisationDefault& value) override;
-  void visit(const Types::J2KCodingStyleDefault& value) override;
-  void visit(const Types::J2KPictureComponent& value) override;
-  void visit(const Types::DataValue& value) override;
-  void visit(const Types::StrongReference& value) override;
-  void visit(const Types::WeakReference& value) override;
-  void visit(const Types::Unknown& value) override;
-  void visit(const Types::VersionType& value) override;
-  void visit(const Types::UUID& value) override;
-  void visit(const Types::UTF8String& value) override;
-  void visit(const Types::UTF16String& value) override;
-  void visit(const Types::UTF16& value) override;
-  void visit(const Types::UniversalLabel& value) override;
-  void visit(const Types::UMID64& value) override;
-  void visit(const Types::UMID32& value) override;
-  void visit(const Types::UInt8& value) override;
-  void visit(const Types::UInt64& value) override;
-  void visit(const Types::UInt32& value) override;
-  void visit(const Types::UInt16& value) override;
-  void visit(const Types::Timestamp& value) override;
-  void visit(const Types::SignalStandard& value) override;
-  void visit(const Types::RGBALayout& value) override;
-  void visit(const Types::Rational& value) override;
-  void visit(const Types::ProductVersion& value) override;
-  void visit(const Types::Position& value) override;
-  void visit(const Types::Orientation& value) override;
-  void visit(const Types::LocalTag& value) override;
-  void visit(const Types::Length& value) override;
-  void visit(const Types::ISO8String& value) override;
-  void visit(const Types::ISO7String& value) override;
-  void visit(const Types::Int8& value) override;
-  void visit(const Types::Int64& value) override;
-  void visit(const Types::Int32& value) override;
-  void visit(const Types::Int16& value) override;
-  void visit(const Types::DataStream& value) override;
-  void visit(const Types::Boolean& value) override;
-  void visit(const Types::Batch& value) override;
-  void visit(const Types::AUID& value) override;
-  void visit(const Types::Array& value) override;
+#define VANTOR_DECLARE_VISIT(Type, number, octets) void visit(const Types::Type& value) override;
+  VANTOR_FOR_EACH_TYPE(VANTOR_DECLARE_VISIT)
+#undef VANTOR_DECLARE_VISIT
 
  private:
-  void writeText(const char16_t* text);
-  template <class Integer>
-  void writeNumber(Integer number);
-  template <class Identifier>
-  void writeIdentifier(const Identifier& value);
-  void writeHex(const Types::SimpleDataType& value);
-  void writeItems(const Types::Collection& value);
+  void writeText(const wstring& text);
 
-  const ValueVocabulary* vocabulary_;
+  void write(const Types::SimpleDataType& value);
+  void write(const Types::UUID& value);
+  void write(const Types::UniversalLabel& value);
+  void write(const Types::UMID32& value);
+  void write(const Types::VersionType& value);
+  void write(const Types::Rational& value);
+  void write(const Types::ProductVersion& value);
+  void write(const Types::Timestamp& value);
+  void write(const Types::RGBALayout& value);
+  void write(const Types::J2KPictureComponent& value);
+  void write(const Types::J2KCodingStyleDefault& value);
+  void write(const Types::J2KQuantisationDefault& value);
+  void write(const Types::Collection& value);
+
+  MetaMetadata::XMLNamespace types_;  // of the children of compound values
+  StringRepresentationEncodingType identifierForm_;
   xercesc::DOMElement* targetElement_ = nullptr;
   xercesc::DOMAttr* targetAttribute_ = nullptr;
 };

@@ -9,38 +9,29 @@
 #include "XMLBuilder/ReferencePointers.h"
 #include "XMLBuilder/TextFidelity.h"
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
-#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
-#include "XMLBuilder/ToXMLReferenceVisitor.h"
+#include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
 
 using xercesc::DOMElement;
 
-namespace {
-
-bool isInItsSet(const Element& element) {
-  return dynamic_cast<const MetaMetadata::MetaAttribute*>(&element.metaAttribute()) != nullptr;
-}
-
-}  // namespace
-
 bool ToXMLElementVisitor::needsBytes(const Element& element) const {
   return pass_.rules.isLossless && !isRestoredFromText(element);
 }
 
-PropertyName ToXMLElementVisitor::nameOf(const MetaMetadata::MetaElement* definition) {
-  auto name = propertyName(definition, pass_.document.namespaces());
+Name ToXMLElementVisitor::nameOf(const MetaMetadata::MetaElement* definition) {
+  auto name = enteredName(definition, pass_.document.namespaces());
   if (definition == nullptr) name.uri = groupsURI(pass_);
   return name;
 }
 
-DOMElement& ToXMLElementVisitor::createElement(const PropertyName& name) {
+DOMElement& ToXMLElementVisitor::createElement(const Name& name) {
   return *pass_.document.document().createElementNS(name.uri.c_str(), name.qualified().c_str());
 }
 
 void ToXMLElementVisitor::appendPropertyElement(DOMElement& property, const Element& element) {
-  auto& parent = isInItsSet(element) ? setElement_ : lastExtensionElements(pass_.document, setElement_);
+  auto& parent = listingOf(element) != nullptr ? setElement_ : lastExtensionElements(pass_.document, setElement_);
   parent.appendChild(&property);
 }
 
@@ -60,7 +51,7 @@ void ToXMLElementVisitor::visit(const SimpleElement& element) {
   if (element.value() != nullptr) writeValue(property, *element.value());
 }
 
-void ToXMLElementVisitor::writeAttribute(const SimpleElement& element, const PropertyName& name) {
+void ToXMLElementVisitor::writeAttribute(const SimpleElement& element, const Name& name) {
   auto* attribute = pass_.document.document().createAttributeNS(name.uri.c_str(), name.qualified().c_str());
   setElement_.setAttributeNodeNS(attribute);
   if (element.value() == nullptr) return;
@@ -69,9 +60,10 @@ void ToXMLElementVisitor::writeAttribute(const SimpleElement& element, const Pro
 }
 
 void ToXMLElementVisitor::writeCollection(const CollectionElement& element) {
-  const bool isShown =
-      element.size() != 0 || pass_.rules.isLossless || ToXMLMetaAttributeVisitor(element.metaAttribute()).isRequired();
-  if (!isShown) return;
+  constexpr uint32 kEncoderRequired = 1;
+  const auto* listing = listingOf(element);
+  const bool isRequired = listing != nullptr && listing->requiredStatus() <= kEncoderRequired;
+  if (element.size() == 0 && !isRequired && !pass_.rules.isLossless) return;
   if (needsBytes(element)) return writeBytes(element);
   const auto name = nameOf(element.metaAttribute().metaElement());
   const auto itemName = qualify(name.prefix, Vocabulary::kItem);
@@ -106,22 +98,40 @@ void ToXMLElementVisitor::visit(const ReferenceElement& element) {
 bool ToXMLElementVisitor::writeReference(const Types::Reference& reference, DOMElement& property) {
   const auto& targets = pass_.partition.findByInstanceUID(reference.target());
   if (targets.empty()) {
-    appendDangling(pass_.document, property, reference);
+    appendPointer(pass_.document, property, reference);
   } else if (!pass_.rules.nestStrongReferences) {
     writeBeside(reference, targets, property);
   } else if (pass_.rules.excludeNonStructural && !KLV::isStructuralMetadataSet(targets.front()->key())) {
     return false;
   } else {
-    ToXMLReferenceVisitor writer(targets, property, pass_);
-    reference.accept(writer);
+    writeNested(reference, targets, property);
   }
   return true;
+}
+
+/// A strong reference whose target is not inside the property hides it, unless the rules are lossless.
+void ToXMLElementVisitor::writeNested(const Types::Reference& reference, const PartitionMetadata::Sets& targets,
+                                      DOMElement& property) {
+  const MetadataSet& target = *targets.front();
+  const bool isDark = target.definition() == nullptr;
+  if (reference.identifier() != Types::Identifiers::kStrongReference) {
+    if (!isDark || pass_.rules.isLossless) appendPointer(pass_.document, property, reference, &target);
+    return;
+  }
+  const bool isElsewhere = isDark || pass_.written.count(&target) != 0;
+  auto inside = pass_;
+  ++inside.depth;
+  ToXMLMetadataSetVisitor writer(property, inside);
+  target.accept(writer);
+  if (isElsewhere && pass_.rules.isLossless) {
+    appendPointer(pass_.document, property, reference, &target, targets.size());
+  }
 }
 
 void ToXMLElementVisitor::writeBeside(const Types::Reference& reference, const PartitionMetadata::Sets& targets,
                                       DOMElement& property) {
   const MetadataSet& target = *targets.front();
-  appendPointer(pass_.document, property, reference, target, targets.size());
+  appendPointer(pass_.document, property, reference, &target, targets.size());
   const bool isStrong = reference.identifier() == Types::Identifiers::kStrongReference;
   const bool isExcluded = pass_.rules.excludeNonStructural && !KLV::isStructuralMetadataSet(target.key());
   if (target.definition() == nullptr || (isStrong && !isExcluded)) targets_.push_back(&target);

@@ -26,16 +26,18 @@ class ToXMLElementVisitor : public Metadata::Visitors::ElementVisitor {
   void visit(const SimpleElement& element) override;
 
  private:
-  PropertyName nameOf(const MetaMetadata::MetaElement* definition);
-  xercesc::DOMElement& createElement(const PropertyName& name);
+  Name nameOf(const MetaMetadata::MetaElement* definition);
+  xercesc::DOMElement& createElement(const Name& name);
   void appendPropertyElement(xercesc::DOMElement& property, const Element& element);
   void writeValue(xercesc::DOMElement& target, const Types::SimpleDataType& value);
-  void writeAttribute(const SimpleElement& element, const PropertyName& name);
+  void writeAttribute(const SimpleElement& element, const Name& name);
   void writeCollection(const CollectionElement& element);
   bool needsBytes(const Element& element) const;
   void writeBytes(const Element& element);
 
   bool writeReference(const Types::Reference& reference, xercesc::DOMElement& property);
+  void writeNested(const Types::Reference& reference, const PartitionMetadata::Sets& targets,
+                   xercesc::DOMElement& property);
   void writeBeside(const Types::Reference& reference, const PartitionMetadata::Sets& targets,
                    xercesc::DOMElement& property);
 

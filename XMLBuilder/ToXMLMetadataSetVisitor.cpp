@@ -1,41 +1,33 @@
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "Core/Platform/Numbers.h"
+#include "Core/Platform/Raise.h"
 #include "XMLBuilder/DarkMetadataSetWriter.h"
+#include "XMLBuilder/ExtensionElements.h"
 #include "XMLBuilder/Names.h"
 #include "XMLBuilder/ToXMLElementVisitor.h"
-#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
 
 namespace {
 
-struct Place {
-  uint32 schemaIndex;
-  const Element* property;
-};
-
-/// The properties that have a place in their set, in the order of these places.
-std::vector<Place> inSchemaOrder(const MetadataSet& set) {
-  std::vector<Place> places;
+/// Misplaced and unknown properties as met, then those that have a place in their set, in the order of these places;
+/// all of it back to front.
+std::vector<const Element*> inReverse(const MetadataSet& set) {
+  std::vector<std::pair<uint32, const Element*>> places;
   for (const Element& property : set) {
-    const ToXMLMetaAttributeVisitor attribute(property.metaAttribute());
-    if (attribute.schemaIndex().empty()) continue;
-    places.push_back({Platform::readDecimal<uint32>(attribute.schemaIndex()), &property});
+    const auto& schemaIndex = listingOf(property)->extensionAttribute(MetaMetadata::kSchemaIndex);
+    if (!schemaIndex.empty()) places.emplace_back(Platform::readDecimal<uint32>(schemaIndex), &property);
   }
   std::stable_sort(places.begin(), places.end(),
-                   [](const Place& left, const Place& right) { return left.schemaIndex < right.schemaIndex; });
-  return places;
-}
-
-/// Misplaced and unknown properties as met, then those that have a place; all of it back to front.
-std::vector<const Element*> inReverse(const MetadataSet& set) {
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
   std::vector<const Element*> properties;
   for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) properties.push_back(&*at);
-  for (const auto& place : inSchemaOrder(set)) properties.push_back(place.property);
+  for (const auto& place : places) properties.push_back(place.second);
   std::reverse(properties.begin(), properties.end());
   return properties;
 }
@@ -50,15 +42,23 @@ const T* takeLast(std::vector<const T*>& pending) {
 }  // namespace
 
 void ToXMLMetadataSetVisitor::visit(const MetadataSet& set) {
-  if (!pass_.written.insert(set)) return;
-  const WrittenSets::Level level(pass_.written, set);
+  if (!pass_.written.insert(&set).second) return;
+  if (pass_.depth > kMaximumDepth) {
+    Exceptions::raise<Exceptions::NestingTooDeep>("references nest more than {} deep at set {}", kMaximumDepth,
+                                                  set.fullName());
+  }
   if (set.definition() == nullptr) return writeDarkGroup(set);
   open(set);
   while (!frames_.empty()) writeNext();
 }
 
 void ToXMLMetadataSetVisitor::open(const MetadataSet& set) {
-  frames_.push_back({&appendSetElement(*set.definition()), inReverse(set), {}});
+  auto& document = pass_.document;
+  const auto name = enteredName(*set.definition(), document.namespaces());
+  auto* element = document.document().createElementNS(name.uri.c_str(), name.qualified().c_str());
+  parent_.appendChild(element);
+  document.noteSetElement(name.qualified());
+  frames_.push_back({element, inReverse(set), {}});
 }
 
 void ToXMLMetadataSetVisitor::writeNext() {
@@ -66,7 +66,7 @@ void ToXMLMetadataSetVisitor::writeNext() {
   if (!frame.targets.empty()) {
     const auto& target = *takeLast(frame.targets);
     if (target.definition() == nullptr) return writeDarkGroup(target);
-    if (pass_.written.insert(target)) open(target);
+    if (pass_.written.insert(&target).second) open(target);
   } else if (!frame.properties.empty()) {
     const auto& property = *takeLast(frame.properties);
     ToXMLElementVisitor visitor(*frame.element, pass_, frame.targets);
@@ -77,22 +77,14 @@ void ToXMLMetadataSetVisitor::writeNext() {
   }
 }
 
-xercesc::DOMElement& ToXMLMetadataSetVisitor::appendSetElement(const MetaMetadata::MetaMetadataSet& definition) {
-  auto& document = pass_.document;
-  const auto name = setName(definition, document.namespaces());
-  auto* element = document.document().createElementNS(name.uri.c_str(), name.name.c_str());
-  parent_.appendChild(element);
-  document.noteSetElement(name.name);
-  return *element;
-}
-
 void ToXMLMetadataSetVisitor::writeDarkGroup(const MetadataSet& set) {
   const auto* group = dynamic_cast<const DarkParsedGroup*>(&set);
   if (group == nullptr) return;
   auto& document = pass_.document;
   document.namespaces().insertIfUnbound(Vocabulary::kTypesURI, Vocabulary::kTypesPrefix);
   document.namespaces().insertIfUnbound(Vocabulary::kGroupsURI, Vocabulary::kGroupsPrefix);
-  writeDarkMetadataSet(document, document.lastFloatingContainer(), *group);
+  writeDarkMetadataSet(document, document.lastFloatingContainer(), group->key(), group->berLength(),
+                       group->value().data(), group->value().size());
 }
 
 }  // namespace Vantor::XMLBuilder

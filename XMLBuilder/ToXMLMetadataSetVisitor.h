@@ -15,6 +15,9 @@ namespace Vantor::XMLBuilder {
 /// stack.
 class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
  public:
+  /// How many references may lead from the set that a pass starts with to a set that is written inside it.
+  static constexpr unsigned kMaximumDepth = 1000;
+
   ToXMLMetadataSetVisitor(xercesc::DOMNode& parent, const ExportPass& pass) : parent_(parent), pass_(pass) {}
 
   /// @throws NestingTooDeep naming the set.
@@ -30,7 +33,6 @@ class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
 
   void open(const MetadataSet& set);
   void writeNext();
-  xercesc::DOMElement& appendSetElement(const MetaMetadata::MetaMetadataSet& definition);
   void writeDarkGroup(const MetadataSet& set);
 
   xercesc::DOMNode& parent_;

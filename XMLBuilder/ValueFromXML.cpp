@@ -1,5 +1,7 @@
 #include "XMLBuilder/ValueFromXML.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "Core/Platform/HexDigits.h"
@@ -10,7 +12,6 @@
 #include "XMLBuilder/CompoundValueFromXML.h"
 #include "XMLBuilder/NodeText.h"
 #include "XMLUtils/Strings.h"
-#include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::XML2Partition {
 
@@ -27,10 +28,19 @@ auto_ptr<Types::SimpleDataType> number(const wstring& text) {
   return std::make_unique<Type>(static_cast<Kept>(Platform::readDecimal<Read>(text)));
 }
 
+/// The first run of text without white space; empty when there is none.
+wstring firstToken(const wstring& text) {
+  constexpr const char16_t* kStreamWhiteSpace = u" \t\n\v\f\r";
+  const auto begin = std::min(text.find_first_not_of(kStreamWhiteSpace), text.size());
+  return text.substr(begin, text.find_first_of(kStreamWhiteSpace, begin) - begin);
+}
+
 template <class Type>
 auto_ptr<Types::SimpleDataType> identifier(const wstring& text) {
   return std::make_unique<Type>(firstToken(text), kDottedForm);
 }
+
+auto_ptr<Types::SimpleDataType> boolean(const wstring& text) { return std::make_unique<Types::Boolean>(text != u"0"); }
 
 template <class Type>
 auto_ptr<Types::SimpleDataType> narrowText(const wstring& text) {
@@ -43,9 +53,9 @@ auto_ptr<Types::SimpleDataType> wideText(const wstring& text) {
 }
 
 /// An ExtendedClipID may be given as a basic UMID; its other half is zero then.
-auto_ptr<Types::SimpleDataType> umid64(const DOMNode& node, const wstring& text) {
+auto_ptr<Types::SimpleDataType> extendedClipID(const wstring& text) {
   wstring token = firstToken(text);
-  if (token.size() == kBasicUMIDUnits && XMLUtils::utf16ToWstring(node.getLocalName()) == u"ExtendedClipID") {
+  if (token.size() == kBasicUMIDUnits) {
     for (std::size_t i = 0; i < kExtensionOctets; ++i) token += u".00";
   }
   return std::make_unique<Types::UMID64>(token, kDottedForm);
@@ -67,94 +77,57 @@ auto_ptr<Types::SimpleDataType> payload(const wstring& text) {
   return std::make_unique<Type>(bytes.data(), bytes.size());
 }
 
-using CompoundReader = auto_ptr<Types::SimpleDataType> (*)(const DOMNode&, ReadingRules&);
+using namespace Types::Identifiers;
 
-/// The reader of a type that is made of child elements; null for every other type.
-CompoundReader compoundReader(Types::Identifiers::Identifier type) {
-  if (type == Types::Identifiers::kProductVersion) return readProductVersion;
-  if (type == Types::Identifiers::kRational) return readRational;
-  if (type == Types::Identifiers::kTimestamp) return readTimestamp;
-  if (type == Types::Identifiers::kRGBALayout) return readRGBALayout;
-  if (type == Types::Identifiers::kJ2KPictureComponent) return readJ2KPictureComponent;
-  if (type == Types::Identifiers::kJ2KCodingStyleDefault) return readJ2KCodingStyleDefault;
-  if (type == Types::Identifiers::kJ2KQuantisationDefault) return readJ2KQuantisationDefault;
-  return nullptr;
-}
+/// The readers of the types that are written as one text.
+constexpr std::pair<Identifier, auto_ptr<Types::SimpleDataType> (*)(const wstring&)> kReaders[] = {
+    {kBoolean, boolean},
+    {kDataStream, payload<Types::DataStream>},
+    {kUnknown, payload<Types::Unknown>},
+    {kInt8, number<Types::Int8, int32, int8>},
+    {kInt16, number<Types::Int16, int32, int16>},
+    {kInt32, number<Types::Int32, int32>},
+    {kInt64, number<Types::Int64, int64>},
+    {kLength, number<Types::Length, int64>},
+    {kPosition, number<Types::Position, int64>},
+    {kUInt8, number<Types::UInt8, uint32, uint8>},
+    {kOrientation, number<Types::Orientation, uint32, uint8>},
+    {kSignalStandard, number<Types::SignalStandard, uint32, uint8>},
+    {kUInt16, number<Types::UInt16, uint32, uint16>},
+    {kUInt32, number<Types::UInt32, uint32>},
+    {kUInt64, number<Types::UInt64, uint64>},
+    {kVersionType, versionType},
+    {kISO7String, narrowText<Types::ISO7String>},
+    {kISO8String, narrowText<Types::ISO8String>},
+    {kUTF16, utf16},
+    {kUTF16String, wideText<Types::UTF16String>},
+    {kUTF8String, wideText<Types::UTF8String>},
+    {kUMID32, identifier<Types::UMID32>},
+    {kUMID64, identifier<Types::UMID64>},
+    {kUniversalLabel, identifier<Types::UniversalLabel>},
+    {kUUID, identifier<Types::UUID>},
+    {kAUID, identifier<Types::AUID>}};
 
 }  // namespace
 
-auto_ptr<Types::SimpleDataType> readText(Types::Identifiers::Identifier type, const DOMNode& node,
-                                         const wstring& text) {
-  switch (type) {
-    case Types::Identifiers::kBoolean:
-      return std::make_unique<Types::Boolean>(text != u"0");
-    case Types::Identifiers::kDataStream:
-      return payload<Types::DataStream>(text);
-    case Types::Identifiers::kUnknown:
-      return payload<Types::Unknown>(text);
-    case Types::Identifiers::kInt8:
-      return number<Types::Int8, int32, int8>(text);
-    case Types::Identifiers::kInt16:
-      return number<Types::Int16, int32, int16>(text);
-    case Types::Identifiers::kInt32:
-      return number<Types::Int32, int32>(text);
-    case Types::Identifiers::kInt64:
-      return number<Types::Int64, int64>(text);
-    case Types::Identifiers::kLength:
-      return number<Types::Length, int64>(text);
-    case Types::Identifiers::kPosition:
-      return number<Types::Position, int64>(text);
-    case Types::Identifiers::kUInt8:
-      return number<Types::UInt8, uint32, uint8>(text);
-    case Types::Identifiers::kOrientation:
-      return number<Types::Orientation, uint32, uint8>(text);
-    case Types::Identifiers::kSignalStandard:
-      return number<Types::SignalStandard, uint32, uint8>(text);
-    case Types::Identifiers::kUInt16:
-      return number<Types::UInt16, uint32, uint16>(text);
-    case Types::Identifiers::kUInt32:
-      return number<Types::UInt32, uint32>(text);
-    case Types::Identifiers::kUInt64:
-      return number<Types::UInt64, uint64>(text);
-    case Types::Identifiers::kVersionType:
-      return versionType(text);
-    case Types::Identifiers::kISO7String:
-      return narrowText<Types::ISO7String>(text);
-    case Types::Identifiers::kISO8String:
-      return narrowText<Types::ISO8String>(text);
-    case Types::Identifiers::kUTF16:
-      return utf16(text);
-    case Types::Identifiers::kUTF16String:
-      return wideText<Types::UTF16String>(text);
-    case Types::Identifiers::kUTF8String:
-      return wideText<Types::UTF8String>(text);
-    case Types::Identifiers::kUMID32:
-      return identifier<Types::UMID32>(text);
-    case Types::Identifiers::kUMID64:
-      return umid64(node, text);
-    case Types::Identifiers::kUniversalLabel:
-      return identifier<Types::UniversalLabel>(text);
-    case Types::Identifiers::kUUID:
-      return identifier<Types::UUID>(text);
-    case Types::Identifiers::kAUID:
-      return identifier<Types::AUID>(text);
-    case Types::Identifiers::kNone:
-    case Types::Identifiers::kLocalTag:
-    case Types::Identifiers::kProductVersion:
-    case Types::Identifiers::kRational:
-    case Types::Identifiers::kTimestamp:
-    case Types::Identifiers::kStrongReference:
-    case Types::Identifiers::kWeakReference:
-    case Types::Identifiers::kArray:
-    case Types::Identifiers::kBatch:
-    case Types::Identifiers::kRGBALayout:
-    case Types::Identifiers::kDataValue:
-    case Types::Identifiers::kJ2KPictureComponent:
-    case Types::Identifiers::kJ2KCodingStyleDefault:
-    case Types::Identifiers::kJ2KQuantisationDefault:
-      break;
+auto_ptr<Types::SimpleDataType> readText(Identifier type, const DOMNode& node, const wstring& text) {
+  if (type == kUMID64 && XMLUtils::viewOf(node.getLocalName()) == u"ExtendedClipID") return extendedClipID(text);
+  const auto found =
+      std::find_if(std::begin(kReaders), std::end(kReaders), [type](const auto& one) { return one.first == type; });
+  return found == std::end(kReaders) ? nullptr : found->second(text);
+}
+
+bool isVariableSize(Identifier type) {
+  return type == kDataStream || type == kISO7String || type == kUnknown || type == kUTF16String || type == kDataValue ||
+         type == kISO8String;
+}
+
+void CollectionItems::append(auto_ptr<Types::SimpleDataType> item) {
+  if (item != nullptr && item->encodedSize() == 0 && ++emptyItems_ * collection_.itemSize() > kMostPadding) {
+    Exceptions::raise<Exceptions::InvalidLength>("{} items without octets cannot be padded to {} octets each",
+                                                 emptyItems_, collection_.itemSize());
   }
-  return nullptr;
+  collection_.append(std::move(item));
 }
 
 Bytes parseHexString(const wstring& text) {
@@ -164,9 +137,9 @@ Bytes parseHexString(const wstring& text) {
   Exceptions::raise<InvalidFormat>({"Value contains non Hexadecimal characters", {kValueSource, 117}});
 }
 
-auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifier type, const DOMNode& node,
-                                                    ReadingRules& rules) {
-  if (rules.isEmpty(node)) return rules.emptyValue(type);
+auto_ptr<Types::SimpleDataType> createValueFromNode(Identifier type, const DOMNode& node, ReadingRules& rules) {
+  const bool isAttribute = node.getNodeType() == DOMNode::ATTRIBUTE_NODE;
+  if (!isAttribute && firstChild(node, rules.blankText()) == nullptr) return rules.emptyValue(type);
   if (const auto read = compoundReader(type)) return read(node, rules);
   return rules.textValue(type, node);
 }

@@ -3,7 +3,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "Core/Platform/Containers.h"
-#include "Core/Types/SimpleDataType.h"
+#include "Core/Types/Collection.h"
 #include "XMLBuilder/ReadingRules.h"
 
 namespace Vantor::XML2Partition {
@@ -29,6 +29,26 @@ auto_ptr<Types::SimpleDataType> createValueFromNode(Types::Identifiers::Identifi
 /// @throws InvalidFormat for a malformed payload or identifier.
 auto_ptr<Types::SimpleDataType> readText(Types::Identifiers::Identifier type, const xercesc::DOMNode& node,
                                          const wstring& text);
+
+/// Whether values of a type vary in size.
+bool isVariableSize(Types::Identifiers::Identifier type);
+
+/// The most octets of padding in one collection, so that a short document cannot demand gigabytes.
+constexpr uint64 kMostPadding = uint64{1} << 24;
+
+/// Fills a collection, item by item.
+class CollectionItems {
+ public:
+  explicit CollectionItems(Types::Collection& collection) : collection_(collection) {}
+
+  /// @param item  null adds nothing. An item without octets is padded to the size of the others.
+  /// @throws InvalidLength for an item that differs in size from the others, and for too much padding.
+  void append(auto_ptr<Types::SimpleDataType> item);
+
+ private:
+  Types::Collection& collection_;
+  uint64 emptyItems_ = 0;
+};
 
 /// Bytes from pairs of hexadecimal digits in either case, without anything between them.
 /// @throws InvalidFormat "Value has invalid Length" for an odd count, which is checked first, and "Value contains non

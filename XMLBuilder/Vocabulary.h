@@ -2,14 +2,13 @@
 
 #include <string_view>
 
-#include "Core/MetaMetadata/Vocabulary.h"
-
 /// The names and namespaces of the document that no dictionary decides. All of them end in a NUL, so that `data()` may
 /// be handed to the DOM.
 namespace Vantor::XMLBuilder::Vocabulary {
 
 inline constexpr std::u16string_view kRootPrefix = u"s377m";
 inline constexpr std::u16string_view kRootURI = u"urn:SMPTE:S377M";
+inline constexpr std::u16string_view kRoot = u"s377m:MetadataSets";
 inline constexpr std::u16string_view kDangling = u"s377m:Dangling_REF";
 
 inline constexpr std::u16string_view kGroupsPrefix = u"groups";
@@ -29,11 +28,6 @@ inline constexpr std::u16string_view kTargetInstance = u"types:TargetInstance";
 
 inline constexpr std::u16string_view kS422MTypesPrefix = u"s422mTypes";
 inline constexpr std::u16string_view kS422MTypesURI = u"urn:SMPTE:S422MTypes:MXF";
-
-/// SMPTE ST 434:2014: properties in the first namespace have their values written in the second.
-inline constexpr std::u16string_view kSt434ElementsURI = MetaMetadata::kST434Elements.uri;
-inline constexpr std::u16string_view kSt434TypesURI = MetaMetadata::kST434Types.uri;
-inline constexpr std::u16string_view kSt377TypesPrefix = MetaMetadata::kST434Types.prefix;
 
 /// These two properties, recognised by their qualified names, are attributes of their set's element.
 inline constexpr std::u16string_view kInstanceUID = u"rp210:InstanceUID";

@@ -1,6 +1,7 @@
 #include "XMLUtils/CharacterWriter.h"
 
 #include <string_view>
+#include <utility>
 
 #include "XMLUtils/Escape.h"
 
@@ -40,25 +41,15 @@ constexpr bool isPlain(char16_t unit, uint64 special) {
   return unit < 0xD800 || (unit > 0xDFFF && unit < 0xFFFE);
 }
 
+constexpr std::pair<char16_t, std::u16string_view> kReferences[] = {
+    {u'&', u"&amp;"},  {u'<', u"&lt;"},   {u'>', u"&gt;"},  {u'"', u"&quot;"},
+    {u'\t', u"&#x9;"}, {u'\n', u"&#xA;"}, {u'\r', u"&#xD;"}};
+
 std::u16string_view reference(char16_t unit) {
-  switch (unit) {
-    case u'&':
-      return u"&amp;";
-    case u'<':
-      return u"&lt;";
-    case u'>':
-      return u"&gt;";
-    case u'"':
-      return u"&quot;";
-    case u'\t':
-      return u"&#x9;";
-    case u'\n':
-      return u"&#xA;";
-    case u'\r':
-      return u"&#xD;";
-    default:
-      return {};
+  for (const auto& [character, text] : kReferences) {
+    if (character == unit) return text;
   }
+  return {};
 }
 
 /// What to write for `at[0]`; empty where it may stand as it is. `start` is where the text starts.

@@ -1,6 +1,7 @@
 #include "XMLUtils/ChildLookup.h"
 
 #include <algorithm>
+#include <memory>
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
@@ -25,13 +26,6 @@ using xercesc::DOMNode;
 
 namespace {
 
-template <class Visit>
-void forEachChildElement(const DOMNode& context, Visit&& visit) {
-  for (DOMNode* child = context.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
-    if (child->getNodeType() == DOMNode::ELEMENT_NODE && !visit(static_cast<DOMElement&>(*child))) return;
-  }
-}
-
 bool isNamed(const DOMElement& element, const wstring& uri, const wstring& name) {
   return xercesc::XMLString::equals(element.getLocalName(), name.c_str()) &&
          xercesc::XMLString::equals(element.getNamespaceURI(), uri.c_str());
@@ -52,42 +46,42 @@ const XMLCh* declaredNamespace(const DOMElement& element, const wstring& prefix)
 
 bool isName(const wstring& text) { return xercesc::XMLChar1_0::isValidNCName(text.c_str(), text.size()); }
 
-wstring childStep(const wstring& prefix, const wstring& name) { return u"./" + prefix + u":" + name; }
-
 #if !VANTOR_WITH_XQILLA
 /// The failure of a path when there is no engine to report it, in the engine's words.
 class PathException : public xercesc::DOMException {
  public:
-  explicit PathException(wstring message) : message_(std::move(message)) { describe(); }
-  PathException(const PathException& other) : DOMException(), message_(other.message_) { describe(); }
+  explicit PathException(wstring message) : message_(std::make_shared<const wstring>(std::move(message))) {
+    code = xercesc::DOMXPathException::INVALID_EXPRESSION_ERR;
+    msg = message_->c_str();
+  }
 
  private:
-  void describe() {
-    code = xercesc::DOMXPathException::INVALID_EXPRESSION_ERR;
-    msg = message_.c_str();
-  }
-  wstring message_;
+  std::shared_ptr<const wstring> message_;  // shared by copies
 };
 #endif
 
 }  // namespace
 
-std::vector<DOMElement*> childElements(const DOMNode& context) {
-  std::vector<DOMElement*> children;
-  forEachChildElement(context, [&children](DOMElement& child) {
-    children.push_back(&child);
-    return true;
-  });
-  return children;
+DOMNode* nextInTree(const DOMNode& node, const DOMNode& top) {
+  if (auto* child = node.getFirstChild()) return child;
+  for (const DOMNode* at = &node; at != &top; at = at->getParentNode()) {
+    if (auto* sibling = at->getNextSibling()) return sibling;
+  }
+  return nullptr;
 }
 
 DOMElement* firstChildElement(const DOMNode& context) {
-  DOMElement* first = nullptr;
-  forEachChildElement(context, [&first](DOMElement& child) {
-    first = &child;
-    return false;
-  });
-  return first;
+  DOMNode* child = context.getFirstChild();
+  while (child != nullptr && child->getNodeType() != DOMNode::ELEMENT_NODE) child = child->getNextSibling();
+  return static_cast<DOMElement*>(child);
+}
+
+std::vector<DOMElement*> childElements(const DOMNode& context) {
+  std::vector<DOMElement*> children;
+  for (auto* child = firstChildElement(context); child != nullptr; child = child->getNextElementSibling()) {
+    children.push_back(child);
+  }
+  return children;
 }
 
 ChildLookup::ChildLookup(const DOMNode& scope) : scope_(scope) {}
@@ -133,29 +127,21 @@ bool ChildLookup::canWalk(const wstring& prefix, const wstring& name) {
   return isName(prefix) && isName(name) && !namespaceOf(prefix).empty();
 }
 
-std::vector<DOMElement*> ChildLookup::all(const DOMNode& context, const wstring& prefix, const wstring& name) {
-  if (!canWalk(prefix, name)) return evaluate(context, childStep(prefix, name));
+std::vector<DOMElement*> ChildLookup::find(const DOMNode& context, const wstring& prefix, const wstring& name,
+                                           std::size_t most) {
+  if (!canWalk(prefix, name)) return evaluate(context, u"./" + prefix + u":" + name);
   const wstring uri = namespaceOf(prefix);
   std::vector<DOMElement*> found;
-  forEachChildElement(context, [&](DOMElement& child) {
-    if (isNamed(child, uri, name)) found.push_back(&child);
-    return true;
-  });
+  for (auto* child = firstChildElement(context); child != nullptr && found.size() < most;
+       child = child->getNextElementSibling()) {
+    if (isNamed(*child, uri, name)) found.push_back(child);
+  }
   return found;
 }
 
 DOMElement* ChildLookup::first(const DOMNode& context, const wstring& prefix, const wstring& name) {
-  if (!canWalk(prefix, name)) {
-    const auto found = evaluate(context, childStep(prefix, name));
-    return found.empty() ? nullptr : found.front();
-  }
-  const wstring uri = namespaceOf(prefix);
-  DOMElement* found = nullptr;
-  forEachChildElement(context, [&](DOMElement& child) {
-    if (isNamed(child, uri, name)) found = &child;
-    return found == nullptr;
-  });
-  return found;
+  const auto found = find(context, prefix, name, 1);
+  return found.empty() ? nullptr : found.front();
 }
 
 #if VANTOR_WITH_XQILLA

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string_view>
+#include <limits>
 #include <vector>
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -14,6 +14,9 @@ class DOMXPathNSResolver;
 XERCES_CPP_NAMESPACE_END
 
 namespace Vantor::XMLUtils {
+
+/// The node after another in document order, `top` or below it; null at the end. Does not recurse, whatever the depth.
+xercesc::DOMNode* nextInTree(const xercesc::DOMNode& node, const xercesc::DOMNode& top);
 
 /// The element children of a node, in document order: the XPath "./*".
 std::vector<xercesc::DOMElement*> childElements(const xercesc::DOMNode& context);
@@ -42,7 +45,9 @@ class ChildLookup {
 
   /// All children of that name, in document order.
   /// @throws xercesc::DOMException, with code 51 for an unbound prefix.
-  std::vector<xercesc::DOMElement*> all(const xercesc::DOMNode& context, const wstring& prefix, const wstring& name);
+  std::vector<xercesc::DOMElement*> all(const xercesc::DOMNode& context, const wstring& prefix, const wstring& name) {
+    return find(context, prefix, name, std::numeric_limits<std::size_t>::max());
+  }
   /// The first of them; null when there is none.
   xercesc::DOMElement* first(const xercesc::DOMNode& context, const wstring& prefix, const wstring& name);
 
@@ -55,6 +60,8 @@ class ChildLookup {
     wstring uri;
     bool isAdded;  // by `bindIfUnbound`
   };
+  std::vector<xercesc::DOMElement*> find(const xercesc::DOMNode& context, const wstring& prefix, const wstring& name,
+                                         std::size_t most);
   /// What the prefix means, looked up when it is first asked for.
   Binding& bindingOf(const wstring& prefix);
   wstring lookUpNamespace(const wstring& prefix);

@@ -27,16 +27,8 @@ void domToBuffer(const xercesc::DOMNode* node, wstring& out, EncodingType encodi
 void domToBytes(const xercesc::DOMNode* node, std::string& out, EncodingType encoding) {
   wstring text;
   domToBuffer(node, text, encoding);
-  switch (encoding) {
-    case EncodingType::kUTF8:
-    case EncodingType::kUTF8Indented:
-      out = Vantor::Utils::wstringToString(text);
-      return;
-    case EncodingType::kUTF16:
-    case EncodingType::kUTF16Indented:
-      out = text.empty() ? std::string() : toUtf16LittleEndian(text);
-      return;
-  }
+  const bool isUtf16 = encoding == EncodingType::kUTF16 || encoding == EncodingType::kUTF16Indented;
+  out = isUtf16 && !text.empty() ? toUtf16LittleEndian(text) : Vantor::Utils::wstringToString(text);
 }
 
 }  // namespace Vantor::XMLUtils

@@ -31,9 +31,8 @@ namespace Vantor::XMLUtils {
 /// - What would end a comment or a processing instruction too early gets a blank put in ("- -", "? >"); a CDATA section
 ///   is split. Adjacent text nodes read back as one.
 ///
-/// This is not Xerces' DOMLSSerializer, because that one ends the export with an error at the first character that XML
-/// forbids, adds white space that cannot be controlled, and recurses once per level. Time and memory here are linear in
-/// the text, and depth costs heap instead of stack.
+/// Time and memory are linear in the text, and depth costs heap instead of stack. (Xerces' DOMLSSerializer fails at the
+/// first character that XML forbids, adds white space that cannot be controlled, and recurses once per level.)
 ///
 /// The node is only read; two threads may write two documents at once, but not one document, since reading a DOM node
 /// may fill caches of its document.

@@ -2,10 +2,9 @@
 
 #include <utility>
 #include <vector>
-#include <xercesc/dom/DOMLSParser.hpp>
+#include <xercesc/util/XercesDefs.hpp>
 
 #include "Core/Platform/Types.h"
-#include "XMLUtils/Holder.h"
 
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMNode;
@@ -16,10 +15,6 @@ namespace Vantor::XMLUtils {
 /// The lines of the elements of a document, which the DOM does not keep. One thread at a time may use it.
 class ElementLines {
  public:
-  /// A parser as `createParser` makes it, which records here the lines of the elements, and drops white space between
-  /// them. This object outlives it. Its documents have no XPath engine.
-  Holder<xercesc::DOMLSParser> createParser();
-
   /// The line, from 1, on which the start tag of an element ends, or that of the element around any other node; 0 when
   /// it is not known.
   uint64 lineOf(const xercesc::DOMNode& node) const;

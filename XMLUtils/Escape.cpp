@@ -54,7 +54,7 @@ wstring escapeForbidden(const wstring& text) {
   return out;
 }
 
-wstring unescapeForbidden(const wstring& text) {
+wstring unescapeForbidden(const wstring& text, bool keepNul) {
   const std::u16string_view view = text;
   wstring out;
   out.reserve(text.size());
@@ -62,8 +62,9 @@ wstring unescapeForbidden(const wstring& text) {
     const auto start = std::min(view.find(kEscapeStart, i), view.size());
     out.append(view.substr(i, start - i));
     const auto escape = readEscape(view.substr(start));
-    if (start < view.size()) out += escape.length == 0 ? view[start] : escape.unit;
-    i = start + std::max<std::size_t>(escape.length, 1);
+    const bool isKept = escape.length == 0 || (keepNul && escape.unit == u'\0');
+    if (start < view.size()) out += isKept ? view[start] : escape.unit;
+    i = start + (isKept ? 1 : escape.length);
   }
   return out;
 }

@@ -14,7 +14,8 @@ namespace Vantor::XMLUtils {
 wstring escapeForbidden(const wstring& text);
 
 /// Undoes `escapeForbidden`. Anything that it would not have written, such as `$#x41;` or `$#xfffe;`, stays as it is.
-wstring unescapeForbidden(const wstring& text);
+/// @param keepNul  whether `$#x0;` stays as well, for strings that end at a NUL.
+wstring unescapeForbidden(const wstring& text, bool keepNul = false);
 
 /// What starts every escape.
 constexpr std::u16string_view kEscapeStart = u"$#x";

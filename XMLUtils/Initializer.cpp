@@ -35,6 +35,8 @@ Initializer& Initializer::instance() {
   return initializer;
 }
 
+const XMLCh* Initializer::features() const { return kFeatures; }
+
 xercesc::DOMImplementationLS& Initializer::domImplementationLS() const { return *implementation_; }
 
 }  // namespace Vantor::XMLUtils

@@ -30,6 +30,9 @@ class Initializer {
   /// The object belongs to the process; its functions may be called from several threads.
   xercesc::DOMImplementation& domImplementation() const { return *implementation_; }
 
+  /// The features by which the registry of Xerces finds that object.
+  const XMLCh* features() const;
+
   /// Makes parsers, serializers and their inputs; the documents of its parsers are as those of `domImplementation()`.
   xercesc::DOMImplementationLS& domImplementationLS() const;
 

@@ -23,22 +23,17 @@ using std::u16string_view;
 
 constexpr wstring::size_type kNone = wstring::npos;
 
-/// Code units of 8-bit text.
-struct Octets {
-  const uint8* bytes;
-  std::size_t count;
-  char16_t operator[](std::size_t i) const { return bytes[i]; }
-};
-
-/// Code units of UTF-16 text; `kLow` is where the low byte of a unit stands.
-template <std::size_t kLow>
+/// Code units of text: of one byte each, or of two with the low one at `kLow`.
+template <std::size_t kWidth, std::size_t kLow = 0>
 struct Units {
   const uint8* bytes;
   std::size_t count;
   char16_t operator[](std::size_t i) const {
+    if constexpr (kWidth == 1) return bytes[i];
     return static_cast<char16_t>(bytes[2 * i + kLow] | bytes[2 * i + 1 - kLow] << 8);
   }
 };
+using Octets = Units<1>;
 
 xercesc::SAXParseException refusalAt(uint64 line, uint64 column, const wstring& message) {
   return {message.c_str(), u"", u"", line, column};
@@ -113,49 +108,33 @@ class LimitCheck {
     }
   }
 
+  /// Past the bracket that ends the declaration; those in comments, instructions and literals do not.
   void skipWholeDoctype() {
     bool isInSubset = false;
+    bool isInDeclaration = true;  // this one, or one of the subset
     while (at_ < text_.count) {
-      if (isInSubset && skipMarkup()) continue;
-      const char16_t unit = text_[at_++];
-      if (isInSubset) {
-        isInSubset = unit != u']';
-      } else if (unit == u'>') {
-        return;
-      } else if (unit == u'[') {
-        isInSubset = true;
+      if (!isInDeclaration && skip(u"<!--")) {
+        skipPast(u"-->");
+      } else if (!isInDeclaration && skip(u"<?")) {
+        skipPast(u"?>");
+      } else if (!isInDeclaration && skip(u"<!")) {
+        isInDeclaration = true;
       } else {
-        skipLiteral(unit);
+        const char16_t unit = text_[at_++];
+        if (!isInDeclaration) {
+          isInSubset = unit != u']';
+          isInDeclaration = !isInSubset;
+        } else if (unit == u'>') {
+          if (!isInSubset) return;
+          isInDeclaration = false;
+        } else if (unit == u'[' && !isInSubset) {
+          isInSubset = true;
+          isInDeclaration = false;
+        } else if (unit == u'"' || unit == u'\'') {
+          while (at_ < text_.count && text_[at_++] != unit) {
+          }
+        }
       }
-    }
-  }
-
-  /// A comment, a processing instruction or a declaration of the internal subset.
-  bool skipMarkup() {
-    if (skip(u"<!--")) {
-      skipPast(u"-->");
-    } else if (skip(u"<?")) {
-      skipPast(u"?>");
-    } else if (skip(u"<!")) {
-      skipDeclaration();
-    } else {
-      return false;
-    }
-    return true;
-  }
-
-  void skipDeclaration() {
-    while (at_ < text_.count) {
-      const char16_t unit = text_[at_++];
-      if (unit == u'>') return;
-      skipLiteral(unit);
-    }
-  }
-
-  /// Goes past the closing quote, if this is an opening one.
-  void skipLiteral(char16_t quote) {
-    if (quote != u'"' && quote != u'\'') return;
-    while (at_ < text_.count && text_[at_++] != quote) {
     }
   }
 
@@ -305,6 +284,8 @@ wstring octetEncoding(const uint8* bytes, std::size_t size) {
 }  // namespace
 
 Input recognise(const uint8* bytes, std::size_t size) {
+  static constexpr uint8 kNothing = 0;
+  if (bytes == nullptr) return {&kNothing, 0, u"UTF-8"};
   if (size >= 2 && isLittleEndian(bytes)) return utf16(bytes, size, bytes[0] == 0xFF, u"UTF-16LE");
   if (size >= 2 && isBigEndian(bytes)) return utf16(bytes, size, bytes[0] == 0xFE, u"UTF-16BE");
   const bool isMarked = size >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF;
@@ -313,8 +294,8 @@ Input recognise(const uint8* bytes, std::size_t size) {
 }
 
 void checkLimits(const Input& input) {
-  if (input.encoding == u"UTF-16LE") return checkText(Units<0>{input.bytes, input.size / 2});
-  if (input.encoding == u"UTF-16BE") return checkText(Units<1>{input.bytes, input.size / 2});
+  if (input.encoding == u"UTF-16LE") return checkText(Units<2, 0>{input.bytes, input.size / 2});
+  if (input.encoding == u"UTF-16BE") return checkText(Units<2, 1>{input.bytes, input.size / 2});
   const Octets text{input.bytes, input.size};
   if (input.encoding == u"UTF-8") checkUTF8(text);
   checkText(text);

@@ -16,7 +16,8 @@ struct Input {
 
 // These functions refuse input with an xercesc::SAXParseException, which has line and column; its message has neither.
 
-/// Recognises UTF-16; takes the encoding of 8-bit text from the XML declaration, UTF-8 by default.
+/// Null counts as empty. Recognises UTF-16; takes the encoding of 8-bit text from the XML declaration, UTF-8 by
+/// default.
 ///
 /// Accepts the 8-bit encodings in which the bytes of markup are those of ASCII and mean nothing else, as `checkLimits`
 /// requires: UTF-8, US-ASCII, ISO 8859 and the Windows code pages 1250 to 1258, also by names such as latin1 and

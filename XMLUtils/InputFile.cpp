@@ -3,6 +3,8 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <string>
+#include <string_view>
 #include <system_error>
 #include <xercesc/sax/SAXException.hpp>
 
@@ -11,14 +13,13 @@
 
 namespace Vantor::XMLUtils {
 
+using namespace std::string_view_literals;
+
 namespace {
 
-[[noreturn]] void throwUnreadable(const wstring& path, const wstring& reason) {
-  throw xercesc::SAXException((u"cannot read " + path + u": " + reason).c_str());
-}
-
-[[noreturn]] void throwUnreadable(const wstring& path) {
-  throwUnreadable(path, Vantor::Utils::stringToWstring(std::generic_category().message(errno)));
+[[noreturn]] void throwUnreadable(const wstring& path,
+                                  const std::string& reason = std::generic_category().message(errno)) {
+  throw xercesc::SAXException((u"cannot read " + path + u": " + Vantor::Utils::stringToWstring(reason)).c_str());
 }
 
 }  // namespace
@@ -27,12 +28,9 @@ bool looksLikeXML(const Path& path) {
   std::array<char, 256> start{};
   std::ifstream file(path, std::ios::binary);
   file.read(start.data(), start.size());
-  for (std::streamsize i = 0; i < file.gcount(); ++i) {
-    const auto octet = static_cast<unsigned char>(start[static_cast<std::size_t>(i)]);
-    const bool isMark = octet == 0xEF || octet == 0xBB || octet == 0xBF || octet == 0xFE || octet == 0xFF;
-    if (octet != 0 && octet != ' ' && octet != '\t' && octet != '\r' && octet != '\n' && !isMark) return octet == '<';
-  }
-  return false;
+  const std::string_view text(start.data(), static_cast<std::size_t>(file.gcount()));
+  const auto first = text.find_first_not_of("\0 \t\r\n\xEF\xBB\xBF\xFE\xFF"sv);
+  return first != text.npos && text[first] == '<';
 }
 
 Bytes readInputFile(const wstring& path) {
@@ -42,7 +40,7 @@ Bytes readInputFile(const wstring& path) {
   if (std::filesystem::exists(name, error) && !std::filesystem::is_regular_file(name, error)) {
     errno = EISDIR;
     if (std::filesystem::is_directory(name, error)) throwUnreadable(path);
-    throwUnreadable(path, u"it is no regular file, and a pipe or device may have no end; save it to a file first");
+    throwUnreadable(path, "it is no regular file, and a pipe or device may have no end; save it to a file first");
   }
   errno = 0;
   std::ifstream file(name, std::ios::binary);

@@ -1,18 +1,24 @@
 #include "XMLUtils/LoadDocument.h"
 
 #include <cstring>
+#include <new>
+#include <optional>
 #include <string_view>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/Wrapper4InputSource.hpp>
+#include <xercesc/framework/XMLErrorCodes.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/parsers/DOMLSParserImpl.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include "Core/Platform/Numbers.h"
+#include "XMLUtils/ChildLookup.h"
+#include "XMLUtils/ElementLines.h"
 #include "XMLUtils/Escape.h"
 #include "XMLUtils/Initializer.h"
-#include "XMLUtils/InputCheck.h"
 #include "XMLUtils/InputFile.h"
 #include "XMLUtils/Strings.h"
 
@@ -20,7 +26,6 @@ namespace Vantor::XMLUtils {
 
 namespace {
 
-using std::u16string_view;
 using xercesc::DOMDocument;
 using xercesc::DOMLSParser;
 using xercesc::DOMNode;
@@ -32,11 +37,63 @@ xercesc::SAXParseException parseException(const wstring& message, const XMLCh* s
   return {located.c_str(), u"", systemId, line, column};
 }
 
+bool isBlankText(const DOMNode& node) {
+  return node.getNodeType() == DOMNode::TEXT_NODE && isBlank(node.getNodeValue());
+}
+
+/// White space between elements has no meaning; its nodes would take as much memory as the elements. The document uses
+/// the memory again.
+void removeIndentation(DOMNode& node) {
+  if (static_cast<xercesc::DOMElement&>(node).getFirstElementChild() == nullptr) return;
+  for (DOMNode *child = node.getFirstChild(), *next = nullptr; child != nullptr; child = next) {
+    next = child->getNextSibling();
+    if (isBlankText(*child)) node.removeChild(child)->release();
+  }
+}
+
+class Parser : public xercesc::DOMLSParserImpl {
+ public:
+  explicit Parser(ElementLines* lines) : lines_(lines) {
+    if (lines == nullptr) useImplementation(Initializer::instance().features());
+  }
+
+  /// Whether the last error is a reference to an entity that is none of XML's five.
+  bool lacksEntity() const { return lacksEntity_; }
+
+  void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, const XMLCh* prefix,
+                    const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t count, bool isEmpty,
+                    bool isRoot) override {
+    DOMLSParserImpl::startElement(declaration, uri, prefix, attributes, count, isEmpty, isRoot);
+    if (lines_ != nullptr) lines_->enter(*getCurrentNode(), getScanner()->getLocator()->getLineNumber());
+  }
+
+  void endElement(const xercesc::XMLElementDecl& declaration, unsigned int uri, bool isRoot,
+                  const XMLCh* prefix) override {
+    DOMLSParserImpl::endElement(declaration, uri, isRoot, prefix);
+    if (lines_ != nullptr) removeIndentation(*getCurrentNode());
+  }
+
+  /// Error handlers do not get the code.
+  void error(unsigned int code, const XMLCh* domain, ErrTypes type, const XMLCh* text, const XMLCh* systemId,
+             const XMLCh* publicId, XMLFileLoc line, XMLFileLoc column) override {
+    lacksEntity_ =
+        code == xercesc::XMLErrs::EntityNotFound && xercesc::XMLString::equals(domain, XMLUni::fgXMLErrDomain);
+    DOMLSParserImpl::error(code, domain, type, text, systemId, publicId, line, column);
+  }
+
+ private:
+  ElementLines* lines_;
+  bool lacksEntity_ = false;
+};
+
 /// Keeps the first error of a parse. The parser swallows what a handler throws, so it has to be thrown afterwards.
 class FirstError : public xercesc::DOMErrorHandler {
  public:
-  explicit FirstError(xercesc::DOMConfiguration& configuration)
-      : configuration_(configuration), previous_(configuration.getParameter(XMLUni::fgDOMErrorHandler)) {
+  FirstError(DOMLSParser& parser, const XMLCh* systemId)
+      : parser_(dynamic_cast<const Parser*>(&parser)),
+        systemId_(systemId),
+        configuration_(*parser.getDomConfig()),
+        previous_(configuration_.getParameter(XMLUni::fgDOMErrorHandler)) {
     configuration_.setParameter(XMLUni::fgDOMErrorHandler, this);
   }
   ~FirstError() override { configuration_.setParameter(XMLUni::fgDOMErrorHandler, previous_); }
@@ -44,27 +101,28 @@ class FirstError : public xercesc::DOMErrorHandler {
   bool handleError(const xercesc::DOMError& error) override {
     if (error.getSeverity() == xercesc::DOMError::DOM_SEVERITY_WARNING) return true;
     if (hasFailed_) return false;
-    hasFailed_ = true;  // first: should memory for the text be lacking, the parse has failed all the same
-    line_ = error.getLocation()->getLineNumber();
-    column_ = error.getLocation()->getColumnNumber();
-    message_ = utf16ToWstring(error.getMessage());
+    hasFailed_ = true;
+    wstring message = utf16ToWstring(error.getMessage());
+    if (parser_ != nullptr && parser_->lacksEntity()) {
+      message += u"; document type declarations, which define entities, are not read";
+    }
+    const auto& place = *error.getLocation();
+    error_ = parseException(message, systemId_, place.getLineNumber(), place.getColumnNumber());
     return false;
   }
 
-  void throwIfAny(const XMLCh* systemId) const {
-    if (!hasFailed_) return;
-    const bool isEntity = message_.find(u"entity '") == 0 && message_.find(u"' not found") != wstring::npos;
-    const wstring help = isEntity ? u"; document type declarations, which define entities, are not read" : u"";
-    throw parseException(message_ + help, systemId, line_, column_);
+  void throwIfAny() const {
+    if (error_) throw *error_;
+    if (hasFailed_) throw std::bad_alloc();  // there was no memory for the error, which the parser kept quiet
   }
 
  private:
+  const Parser* parser_;  // null for the parser of somebody else
+  const XMLCh* systemId_;
   xercesc::DOMConfiguration& configuration_;
   const void* previous_;
   bool hasFailed_ = false;
-  uint64 line_ = 0;
-  uint64 column_ = 0;
-  wstring message_;
+  std::optional<xercesc::SAXParseException> error_;
 };
 
 /// WFXMLScanner knows no document type: it skips the declaration, and with it entities, defaults and everything else
@@ -84,40 +142,13 @@ void configure(xercesc::DOMConfiguration& configuration) {
   }
 }
 
-/// The node after `node` in document order, within `top`; null at the end. Does not recurse, whatever the depth.
-DOMNode* nextInTree(DOMNode* node, const DOMNode* top) {
-  if (auto* child = node->getFirstChild()) return child;
-  while (node != top) {
-    if (auto* sibling = node->getNextSibling()) return sibling;
-    node = node->getParentNode();
-  }
-  return nullptr;
-}
-
-/// A DOM string ends at a NUL, so the escape of one stays.
-wstring unescapeForDom(const XMLCh* value) {
-  const auto unescaped = unescapeForbidden(value);
-  wstring text;
-  text.reserve(unescaped.size());
-  for (const char16_t unit : unescaped) {
-    if (unit == u'\0') {
-      appendEscape(text, unit);
-    } else {
-      text += unit;
-    }
-  }
-  return text;
-}
-
 void unescapeValue(DOMNode& node) {
-  const auto* value = node.getNodeValue();
-  if (value != nullptr && u16string_view(value).find(kEscapeStart) != u16string_view::npos) {
-    node.setNodeValue(unescapeForDom(value).c_str());
-  }
+  const auto value = viewOf(node.getNodeValue());
+  if (value.find(kEscapeStart) != value.npos) node.setNodeValue(unescapeForbidden(wstring(value), true).c_str());
 }
 
 void unescapeAll(DOMDocument& document) {
-  for (DOMNode* node = &document; node != nullptr; node = nextInTree(node, &document)) {
+  for (DOMNode* node = &document; node != nullptr; node = nextInTree(*node, document)) {
     unescapeValue(*node);
     const auto* attributes = node->getAttributes();
     for (XMLSize_t i = 0, count = attributes == nullptr ? 0 : attributes->getLength(); i < count; ++i) {
@@ -132,9 +163,16 @@ bool mayHoldEscapes(const Input& input) {
   return input.size != 0 && std::memchr(input.bytes, '#', input.size) != nullptr;
 }
 
+}  // namespace
+
+Holder<DOMLSParser> createParser(ElementLines* lines) {
+  Initializer::instance();
+  return Holder<DOMLSParser>(new Parser(lines));
+}
+
 Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId) {
   try {
-    auto input = recognise(buffer, size);
+    const auto input = recognise(buffer, size);
     checkLimits(input);
     return input;
   } catch (const xercesc::SAXParseException& refusal) {
@@ -142,50 +180,35 @@ Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId)
   }
 }
 
-DOMDocument* load(const uint8* buffer, std::size_t size, const XMLCh* systemId, DOMLSParser& parser) {
+DOMDocument* loadDocument(const Input& input, DOMLSParser& parser, const XMLCh* systemId) {
   if (parser.getBusy()) throw xercesc::DOMException(xercesc::DOMException::INVALID_STATE_ERR);
-  const auto input = checkedInput(buffer, size, systemId);
   xercesc::MemBufInputSource source(input.bytes, input.size, systemId, false);
   source.setEncoding(input.encoding.c_str());
   const xercesc::Wrapper4InputSource wrapper(&source, false);
-  auto& configuration = *parser.getDomConfig();
-  configure(configuration);
-  const FirstError error(configuration);
+  configure(*parser.getDomConfig());
+  const FirstError error(parser, systemId);
   auto* document = parser.parse(&wrapper);
-  error.throwIfAny(systemId);
+  error.throwIfAny();
   if (mayHoldEscapes(input)) unescapeAll(*document);
   return document;
 }
 
-bool isBlank(const XMLCh* text) { return u16string_view(text).find_first_not_of(u" \t\r\n") == u16string_view::npos; }
-
-}  // namespace
-
-Holder<DOMLSParser> createParser() {
-  using LS = xercesc::DOMImplementationLS;
-  auto& implementation = Initializer::instance().domImplementationLS();
-  return Holder<DOMLSParser>(implementation.createLSParser(LS::MODE_SYNCHRONOUS, nullptr,
-                                                           xercesc::XMLPlatformUtils::fgMemoryManager, nullptr));
-}
-
 DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, DOMLSParser& parser) {
-  constexpr uint8 kNothing = 0;
-  return buffer == nullptr ? load(&kNothing, 0, u"", parser) : load(buffer, size, u"", parser);
+  return loadDocument(checkedInput(buffer, size), parser);
 }
 
 DOMDocument* loadDocumentFromFile(const uint16* path, DOMLSParser& parser) {
   const auto name = utf16ToWstring(path);
   const auto bytes = readInputFile(name);
-  return load(bytes.data(), bytes.size(), name.c_str(), parser);
+  return loadDocument(checkedInput(bytes.data(), bytes.size(), name.c_str()), parser, name.c_str());
 }
 
 void cleanEmptyTextNodes(DOMNode& node) {
-  DOMNode* next = nextInTree(&node, &node);
+  DOMNode* next = nextInTree(node, node);
   while (next != nullptr) {
-    auto* current = next;
-    next = nextInTree(current, &node);
-    if (current->getNodeType() != DOMNode::TEXT_NODE || !isBlank(current->getNodeValue())) continue;
-    current->getParentNode()->removeChild(current)->release();
+    auto& current = *next;
+    next = nextInTree(current, node);
+    if (isBlankText(current)) current.getParentNode()->removeChild(&current)->release();
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "Core/Platform/Types.h"
 #include "XMLUtils/Holder.h"
+#include "XMLUtils/InputCheck.h"
 
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMDocument;
@@ -13,6 +14,8 @@ class DOMNode;
 XERCES_CPP_NAMESPACE_END
 
 namespace Vantor::XMLUtils {
+
+class ElementLines;
 
 /// Elements may nest this deep, the root counting as one; a document of this project needs a few dozen levels.
 constexpr std::size_t kMaximumDepth = 1000;
@@ -26,7 +29,9 @@ constexpr std::size_t kMaximumAttributes = 1000;
 constexpr std::size_t kMaximumAttributesInScope = 2000;
 
 /// Makes a synchronous parser for the functions below.
-Holder<xercesc::DOMLSParser> createParser();
+/// @param lines  outlives the parser, which enters the elements of its documents, drops white space between them, and
+///               gives its documents no XPath engine; null for a parser that does none of this.
+Holder<xercesc::DOMLSParser> createParser(ElementLines* lines = nullptr);
 
 /// Parses a document in memory.
 ///
@@ -52,6 +57,12 @@ Holder<xercesc::DOMLSParser> createParser();
 ///         "line 3, column 7: ". The parser can be used again.
 /// @throws xercesc::DOMException when the parser is busy; std::bad_alloc or xercesc::OutOfMemoryException.
 xercesc::DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, xercesc::DOMLSParser& parser);
+
+/// The two steps of `loadDocumentFromBuffer`: the first refuses what is not read, whether or not it is well-formed, and
+/// the second what is not well-formed. The result of the first refers to the buffer.
+/// @param systemId  what exceptions name as the source.
+Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId = u"");
+xercesc::DOMDocument* loadDocument(const Input& input, xercesc::DOMLSParser& parser, const XMLCh* systemId = u"");
 
 /// Parses a file as `loadDocumentFromBuffer` parses a buffer.
 /// @param path  NUL-terminated UTF-16, taken as the name itself and not as a URI; see `Platform::pathFromWstring`.

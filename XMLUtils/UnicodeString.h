@@ -5,7 +5,6 @@
 #include <utility>
 #include <xercesc/util/XercesDefs.hpp>
 
-#include "Core/Platform/Types.h"
 #include "XMLUtils/Strings.h"
 
 namespace Vantor::XMLUtils {
@@ -17,20 +16,22 @@ namespace Vantor::XMLUtils {
 class UnicodeString {
  public:
   UnicodeString() = default;
+  // NOLINTBEGIN(google-explicit-constructor): stands in for DOM arguments
   /// 8-bit text is read as ISO 8859-1: every octet becomes the code unit of the same number. A null pointer is empty
   /// text.
-  UnicodeString(const char* text);         // NOLINT(google-explicit-constructor): stands in for DOM arguments
-  UnicodeString(const std::string& text);  // NOLINT(google-explicit-constructor)
+  UnicodeString(const std::string& text) : text_(Platform::stringToWstring(text)) {}
+  UnicodeString(const char* text) : UnicodeString(std::string(text == nullptr ? "" : text)) {}
   /// NUL-terminated UTF-16; a null pointer is empty text.
-  UnicodeString(const XMLCh* text) : text_(utf16ToWstring(text)) {}   // NOLINT(google-explicit-constructor)
-  UnicodeString(const uint16* text) : text_(utf16ToWstring(text)) {}  // NOLINT(google-explicit-constructor)
-  UnicodeString(wstring text) noexcept : text_(std::move(text)) {}    // NOLINT(google-explicit-constructor)
+  UnicodeString(const XMLCh* text) : text_(utf16ToWstring(text)) {}
+  UnicodeString(const uint16* text) : text_(utf16ToWstring(text)) {}
+  UnicodeString(wstring text) noexcept : text_(std::move(text)) {}
+  // NOLINTEND(google-explicit-constructor)
 
   /// The text, NUL-terminated, never null.
   const XMLCh* wchar() const noexcept { return text_.c_str(); }
   /// The same code units as `uint16`, NUL-terminated, never null. Their object type stays `char16_t`: copy them with
   /// `utf16ToWstring` or `std::memcpy`, or read them as bytes.
-  const uint16* utf16() const noexcept;
+  const uint16* utf16() const noexcept { return reinterpret_cast<const uint16*>(text_.c_str()); }
   /// Bytes of the text without its terminator, twice its code units: what `loadDocumentFromBuffer` takes.
   std::size_t utf16Size() const noexcept { return text_.size() * sizeof(XMLCh); }
 

@@ -4,7 +4,6 @@
 #include <typeinfo>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
-#include <xercesc/util/UTFDataFormatException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #if VANTOR_WITH_XQILLA
@@ -29,12 +28,6 @@ constexpr Exceptions::SourcePlace kPlace = {"XMLUtils/Utils", 207};
   Exceptions::raise<Exceptions::ParseError>({"{}: {}", kPlace}, kind, message);
 }
 
-/// The class of an exception object as the compiler names it.
-template <class Exception>
-wstring typeName(const Exception& exception) {
-  return Vantor::Utils::stringToWstring(typeid(exception).name());
-}
-
 #if VANTOR_WITH_XQILLA
 [[noreturn]] inline void convert(const XQillaException& exception) {
   raiseParseError(u"XQillaException:", utf16ToWstring(exception.getMessage()));
@@ -47,11 +40,10 @@ wstring typeName(const Exception& exception) {
   raiseParseError(u"DOMException:", utf16ToWstring(exception.getMessage()) + u"(" +
                                         Platform::toDecimal(static_cast<int>(exception.code)) + u")");
 }
-[[noreturn]] inline void convert(const xercesc::SAXException& exception) {
-  raiseParseError(typeName(exception), utf16ToWstring(exception.getMessage()));
-}
-[[noreturn]] inline void convert(const xercesc::XMLException& exception) {
-  raiseParseError(typeName(exception), utf16ToWstring(exception.getMessage()));
+/// A SAXException or XMLException, with its class as the compiler names it.
+template <class Exception>
+[[noreturn]] void convert(const Exception& exception) {
+  raiseParseError(Vantor::Utils::stringToWstring(typeid(exception).name()), utf16ToWstring(exception.getMessage()));
 }
 
 /// Calls `operation` and lets only exceptions of the core library out: those of Xerces and XQilla become `ParseError`
@@ -71,8 +63,6 @@ auto convertingExceptions(Operation&& operation, const char* source, int line) -
   }
 #endif
   catch (const xercesc::DOMException& exception) {
-    convert(exception);
-  } catch (const xercesc::UTFDataFormatException& exception) {
     convert(exception);
   } catch (const xercesc::SAXException& exception) {
     convert(exception);

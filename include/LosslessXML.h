@@ -82,13 +82,13 @@ struct Diagnostic {
     kUnknownExtension,     ///< name, namespace: of a child of groups:ExtensionElements
     kUnknownAttribute,     ///< name, namespace: of an attribute of a set
     kStrayAttribute,       ///< element, name, namespace: of an attribute of any other element
-    kStrayText,            ///< the text, quoted: where only elements are expected
+    kStrayText,            ///< the text, quoted, and the name of the element: where only elements are expected
     // Content that occurs twice. The first occurrence counts.
     kSecondElement,          ///< name: of a child of a set
     kSecondProperty,         ///< symbol: an extension element for a property that the set has
     kSecondUnknownProperty,  ///< no argument: an unknown property with the tag of another one
     kSecondReference,        ///< no argument: in a property that refers to one set
-    kSecondPreface,          ///< no argument; it was read
+    kSecondPreface,          ///< no argument; the set was read, and comes behind the first Preface
     kDifferentCopy,          ///< line of the first copy, nothing when both are on one line
     // Values.
     kInvalidValue,         ///< reason
@@ -137,7 +137,8 @@ enum class Extent {
 class Document {
  public:
   /// @param bytes  copied where need be; encodings as in `XML2Partition`.
-  /// @throws ParseError with line and column for what is not well-formed XML.
+  /// @throws ParseError with line and column for what is not well-formed XML, and for encodings and sizes that are not
+  ///         read; std::bad_alloc.
   VANTOR_XMLBUILDER_EXPORT static Document fromBytes(const void* bytes, std::size_t size);
   /// @throws IOError naming the file; ParseError as above.
   VANTOR_XMLBUILDER_EXPORT static Document fromFile(const Path& file);

@@ -50,8 +50,8 @@ TEST(DarkSetExport, ADarkSetWithoutValueHasNoText) {
 TEST(DarkSetExport, AttributesAndElementAreInTheGroupsNamespace) {
   TestDocument document;
   ExportDocument exportDocument(*document);
-  writeDarkMetadataSet(exportDocument, document.element(),
-                       DarkMetadataSet(registerKey(kDarkSetKey), 255, KLV::Value(Bytes{1})));
+  const uint8 octet = 1;
+  writeDarkMetadataSet(exportDocument, document.element(), registerKey(kDarkSetKey), 255, &octet, 1);
   const auto* element = document.element().getFirstElementChild();
   EXPECT_TRUE(element->getNamespaceURI() == std::u16string_view(u"urn:SMPTE:Groups:MXF"));
   EXPECT_TRUE(element->getNodeName() == std::u16string_view(u"groups:DarkMetadata"));

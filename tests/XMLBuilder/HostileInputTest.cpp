@@ -5,10 +5,12 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <new>
 #include <tuple>
 
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
+#include "LosslessXML.h"
 #include "XMLUtils/Initializer.h"
 #include "tests/Sanitized.h"
 #include "tests/XMLBuilder/ImportSupport.h"
@@ -249,6 +251,29 @@ TEST(HostileDocument, MayClaimAnEncodingThatNobodyReads) {
       EXPECT_EXIT(importWithinLimits(text, entry), ::testing::ExitedWithCode(0), isRefused("ParseError", encoding));
     }
     EXPECT_EXIT(importWithinLimits(text, Entry::kString), ::testing::ExitedWithCode(0), isImported("Number>7<"));
+  }
+}
+
+/// Prints what became of a document for which there is too little memory.
+[[noreturn]] void loadWithLittleMemory(const std::string& text) {
+  XMLUtils::Initializer::instance();
+  limit(RLIMIT_AS, addressSpace() + (rlim_t{32} << 20));
+  try {
+    LosslessXML::Document::fromBytes(text.data(), text.size());
+    std::cerr << "loaded";
+  } catch (const std::bad_alloc&) {
+    std::cerr << "out of memory";
+  } catch (const Exceptions::BaseException& error) {
+    std::cerr << error.message();
+  }
+  std::_Exit(0);
+}
+
+TEST(HostileDocument, ForWhichThereIsTooLittleMemoryIsNotToBlame) {
+  if (kIsSanitized) GTEST_SKIP() << "sanitizers need address space of their own";
+  for (const std::string element : {"<a/>", "<a b='c'/>", "<a>b</a>"}) {
+    EXPECT_EXIT(loadWithLittleMemory("<r>" + repeated(element, 1'000'000) + "</r>"), ::testing::ExitedWithCode(0),
+                "out of memory");
   }
 }
 

@@ -215,7 +215,7 @@ INSTANTIATE_TEST_SUITE_P(
                 kSet + "ContentStorageObject|the reference Content_REF names no set: it lacks the attribute "
                        "TargetInstance in the namespace urn:SMPTE:Types:MXF"},
         Mistake{"TextBesideExtensionElements", "<groups:ExtensionElements>text</groups:ExtensionElements>",
-                kSet + "|'text' is text where only elements are expected; it is not read"}),
+                kSet + "|'text' is text between the elements of ExtensionElements; it is not read"}),
     [](const testing::TestParamInfo<Mistake>& mistake) { return std::string(mistake.param.name); });
 
 TEST(LosslessImport, ReportsAttributesThatAreNoIdentifiersOfTheSet) {
@@ -225,7 +225,7 @@ TEST(LosslessImport, ReportsAttributesThatAreNoIdentifiersOfTheSet) {
                  std::string(kStorageUID) + "' note='x' InstanceUID='" + kPrefaceUID + "' rp210:TrackID='1'/>"));
   const std::string start = "the set has no attribute ";
   std::vector<std::string> messages;
-  for (const auto& one : document.result().diagnostics) messages.push_back(textOf(one));
+  for (const auto& one : document.result().diagnostics) messages.push_back(messageOf(one));
   EXPECT_THAT(messages,
               testing::UnorderedElementsAre(start + "note in no namespace; it is not read",
                                             start + "InstanceUID in no namespace; it is not read",
@@ -263,9 +263,13 @@ TEST(LosslessImport, ReportsTextBesideSetsAndProperties) {
                                "<rp210:ByteOrder>1</rp210:ByteOrder><![CDATA[second]]></s377m:Preface>\n"
                                "<groups:FloatingDarkMetadata>third<!-- fourth --></groups:FloatingDarkMetadata>"));
   const std::string set = "Preface " + std::string(kPrefaceUID);
-  const std::string why = " is text where only elements are expected; it is not read";
-  EXPECT_THAT(document.messages(), ElementsAre("1|||'root'" + why, "3|" + set + "||'first'" + why,
-                                               "4|" + set + "||'second'" + why, "5|||'third'" + why));
+  const auto textIn = [](const std::string& text, const std::string& element) {
+    return "'" + text + "' is text between the elements of " + element + "; it is not read";
+  };
+  EXPECT_THAT(
+      document.messages(),
+      ElementsAre("1|||" + textIn("root", "MetadataSets"), "3|" + set + "||" + textIn("first", "Preface"),
+                  "4|" + set + "||" + textIn("second", "Preface"), "5|||" + textIn("third", "FloatingDarkMetadata")));
   EXPECT_THAT(document.kinds(), testing::Each(Kind::kStrayText));
 }
 
@@ -349,10 +353,14 @@ TEST(LosslessImport, ReportsAttributesThatNoElementHas) {
                                  "12 FloatingDarkMetadata floating", "13 DarkMetadata set"));
 }
 
-TEST(LosslessImport, ReportsASecondPrefaceAndReadsIt) {
+TEST(LosslessImport, ReportsASecondPrefaceAndReadsItBehindTheFirst) {
   Imported document(documentOf("<s377m:Preface/>\n<s377m:Preface/>"));
-  EXPECT_THAT(document.messages(), ElementsAre("3|Preface||a partition has one Preface; this is another one"));
+  EXPECT_THAT(
+      document.messages(),
+      ElementsAre("3|Preface||a partition has one Preface; this further one is read, but the first one counts"));
   EXPECT_EQ(document.partition().sets().size(), 2u);
+  EXPECT_EQ(document.result().sets.size(), 2u);
+  EXPECT_EQ(document.partition().preface(), &document.first());
 }
 
 TEST(LosslessImport, LeavesSetsWithoutInstanceUIDWithoutOneUnlessTheyAreReferredTo) {

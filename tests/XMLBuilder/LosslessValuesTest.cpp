@@ -37,7 +37,7 @@ TEST_P(UnreadableValue, IsReportedAndLeavesThePropertyUnset) {
   Imported document(documentOf("<s377m:" + value.set + "><rp210:" + value.property + ">" + value.content +
                                "</rp210:" + value.property + "></s377m:" + value.set + ">"));
   ASSERT_EQ(document.result().diagnostics.size(), 1u);
-  EXPECT_EQ(textOf(document.result().diagnostics[0]), value.message);
+  EXPECT_EQ(messageOf(document.result().diagnostics[0]), value.message);
   EXPECT_EQ(document.result().diagnostics[0].kind, Kind::kInvalidValue);
   EXPECT_EQ(document.result().diagnostics[0].place.property, value.property);
   EXPECT_FALSE(property(document.first(), value.property).isPresent());

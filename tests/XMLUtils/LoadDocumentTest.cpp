@@ -8,6 +8,7 @@
 #include <xercesc/util/XMLUni.hpp>
 
 #include "Documents.h"
+#include "XMLUtils/Initializer.h"
 #include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::XMLUtils {
@@ -101,6 +102,23 @@ TEST(LoadDocument, NamesLineAndColumnOfAnError) {
   EXPECT_THAT(refusal(std::string("<a>\n<q:b/></a>")), StartsWith("line 2, column 7: prefix 'q'"));
   EXPECT_THAT(refusal(std::string("<a>\n<b c='' c=''/></a>")), StartsWith("line 2, column "));
   EXPECT_THAT(refusal(std::string("<a>\xFF</a>")), StartsWith("line 1, column "));
+}
+
+TEST(LoadDocument, HelpsWithAnEntityThatIsNotDefined) {
+  const std::string missing = "entity 'nbsp' not found";
+  const std::string help = "; document type declarations, which define entities, are not read";
+  EXPECT_EQ(refusal(std::string("<a>&nbsp;</a>")), "line 1, column 10: " + missing + help);
+  EXPECT_EQ(refusal(std::string("<a b='&nbsp;'/>")), "line 1, column 13: " + missing + help);
+  EXPECT_THAT(refusal(std::string("<a>&lt;</b>")), Not(HasSubstr(help)));
+  const Holder<xercesc::DOMLSParser> foreign(Initializer::instance().domImplementationLS().createLSParser(
+      xercesc::DOMImplementationLS::MODE_SYNCHRONOUS, nullptr));
+  const std::string text = "<a>&nbsp;</a>";
+  try {
+    loadDocumentFromBuffer(reinterpret_cast<const uint8*>(text.data()), text.size(), *foreign);
+    FAIL();
+  } catch (const xercesc::SAXParseException& error) {
+    EXPECT_EQ(utf16ToWstring(error.getMessage()), u"line 1, column 10: entity 'nbsp' not found");
+  }
 }
 
 TEST(LoadDocument, RefusesWhatIsCutOrFollowedByMore) {

@@ -6,6 +6,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/RuntimeException.hpp>
+#include <xercesc/util/UTFDataFormatException.hpp>
 
 #include <ostream>
 #include <stdexcept>

@@ -332,11 +332,11 @@ const Mistake kMistakes[] = {
      kept("set", "EssenceData 3B.4A.3B.74.61.B1.41.73.BB.A7.20.72.AF.1F.60.E2")},
     {"text between properties",
      replaced("<rp210:TrackID>1</rp210:TrackID>", "<rp210:TrackID>1</rp210:TrackID> and"),
-     {"line 21: " + kTrack + "'and' is text where only elements are expected; it is not read"},
+     {"line 21: " + kTrack + "'and' is text between the elements of TimelineTrack; it is not read"},
      ""},
     {"text between sets",
      replaced("</s377m:Preface>", "</s377m:Preface>\n  end"),
-     {"line 3: 'end' is text where only elements are expected; it is not read"},
+     {"line 3: 'end' is text between the elements of MetadataSets; it is not read"},
      ""},
     {"InstanceUID without its last octet",
      replaced(".10.9C.37.4D\">", ".10.9C.37\">"),
@@ -405,13 +405,12 @@ const Mistake kMistakes[] = {
     {"Latin 1 that says UTF-8",
      replaced("Timecode track", "Zeitspur f\xfcr alle"),
      {},
-     "not well-formed XML: line 23, column 44: a character is not in UTF-8; save the text as UTF-8, or name its "
-     "encoding in the XML "
-     "declaration"},
+     "unreadable XML: line 23, column 44: a character is not in UTF-8; save the text as UTF-8, or name its encoding in "
+     "the XML declaration"},
     {"unknown encoding",
      replaced("encoding=\"UTF-8\"", "encoding=\"KOI8-R\""),
      {},
-     "not well-formed XML: line 1, column 1: encoding 'KOI8-R' is not supported"},
+     "unreadable XML: line 1, column 1: encoding 'KOI8-R' is not supported"},
     {"control character",
      replaced("Timecode track",
               "Time\x01"

@@ -1,5 +1,3 @@
-#include "XMLBuilder/WrittenSets.h"
-
 #include <xercesc/dom/DOMException.hpp>
 
 #include "Core/Platform/Exceptions.h"
@@ -100,16 +98,6 @@ TEST(Nesting, ASetWithManyTargetsIsNotDeep) {
   for (const auto& flags : kAllFlags) {
     EXPECT_EQ(count(exported(partition, flags), "<p:A rp210:InstanceUID="), 3000u);
   }
-}
-
-TEST(WrittenSets, EntersASetOnce) {
-  const auto partition = chain(1);
-  WrittenSets sets;
-  EXPECT_TRUE(sets.insert(*partition->sets()[0]));
-  EXPECT_FALSE(sets.insert(*partition->sets()[0]));
-  EXPECT_TRUE(sets.contains(*partition->sets()[0]));
-  EXPECT_FALSE(sets.contains(*partition->sets()[1]));
-  EXPECT_EQ(std::distance(sets.begin(), sets.end()), 1);
 }
 
 TEST(Failure, LeavesNothingLockedAndTheTextAsItIs) {
