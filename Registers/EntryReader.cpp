@@ -35,6 +35,10 @@ uint32 sizeOf(const std::string& digits) {
   return end == digits.data() + digits.size() ? size : 0;
 }
 
+bool isSigned(const std::string& qualifiers) {
+  return (" " + qualifiers + " ").find(" isSigned ") != std::string::npos;
+}
+
 }  // namespace
 
 void EntryReader::addItem(RegisterKind kind, const RegisterFields& fields) {
@@ -42,10 +46,9 @@ void EntryReader::addItem(RegisterKind kind, const RegisterFields& fields) {
     values_.push_back({fields.text(RegisterField::kValue), fields.text(RegisterField::kSymbol), fields.origin()});
     return;
   }
-  const auto key = fields.key(RegisterField::kUL, into_);
+  const auto key = fields.key(RegisterField::kUL);
   if (!key) into_.refuse(fields.origin(), "a property has no UL; add that of its element");
-  properties_.push_back(
-      {*key, fields.localTag(into_), fields.flag(RegisterField::kIsOptional, false, into_), fields.origin()});
+  properties_.push_back({*key, fields.localTag(), fields.flag(RegisterField::kIsOptional, false), fields.origin()});
 }
 
 void EntryReader::add(RegisterKind kind, const RegisterFields& fields) {
@@ -62,7 +65,7 @@ void EntryReader::add(RegisterKind kind, const RegisterFields& fields) {
 
 void EntryReader::addLeaf(RegisterKind kind, const RegisterFields& fields) {
   const auto symbol = fields.text(RegisterField::kSymbol);
-  const auto key = fields.key(RegisterField::kUL, into_);
+  const auto key = fields.key(RegisterField::kUL);
   if (!key) {
     into_.refuse(fields.origin(), "the entry '{}' has no UL; add the one that it is registered with", symbol);
   }
@@ -71,50 +74,23 @@ void EntryReader::addLeaf(RegisterKind kind, const RegisterFields& fields) {
   }
   switch (kind) {
     case RegisterKind::kGroups:
-      return addGroup(*key, fields);
+      into_.groups.push_back({*key, symbol, fields.key(RegisterField::kParent), fields.text(RegisterField::kKLVSyntax),
+                              fields.flag(RegisterField::kIsConcrete, true), std::exchange(properties_, {}),
+                              fields.origin()});
+      return;
     case RegisterKind::kElements:
-      return addElement(*key, fields);
+      into_.elements.push_back({*key, symbol, fields.key(RegisterField::kType), fields.origin()});
+      return;
     case RegisterKind::kTypes:
-      return addType(*key, fields);
+      into_.types.push_back({*key, symbol, typeKindNamed(fields.text(RegisterField::kTypeKind)),
+                             sizeOf(fields.text(RegisterField::kTypeSize)),
+                             isSigned(fields.text(RegisterField::kTypeQualifiers)),
+                             fields.key(RegisterField::kBaseType), std::exchange(values_, {}), fields.origin()});
+      return;
     case RegisterKind::kLabels:
-      return addLabel(*key, fields);
+      into_.labels.push_back({*key, symbol, fields.text(RegisterField::kName), fields.origin()});
+      return;
   }
-}
-
-void EntryReader::addGroup(const KLV::Key& key, const RegisterFields& fields) {
-  GroupEntry entry;
-  entry.key = key;
-  entry.symbol = fields.text(RegisterField::kSymbol);
-  entry.parent = fields.key(RegisterField::kParent, into_);
-  entry.klvSyntax = fields.text(RegisterField::kKLVSyntax);
-  entry.isConcrete = fields.flag(RegisterField::kIsConcrete, true, into_);
-  entry.properties = std::exchange(properties_, {});
-  entry.origin = fields.origin();
-  into_.groups.push_back(std::move(entry));
-}
-
-void EntryReader::addElement(const KLV::Key& key, const RegisterFields& fields) {
-  into_.elements.push_back(
-      {key, fields.text(RegisterField::kSymbol), fields.key(RegisterField::kType, into_), fields.origin()});
-}
-
-void EntryReader::addType(const KLV::Key& key, const RegisterFields& fields) {
-  TypeEntry entry;
-  entry.key = key;
-  entry.symbol = fields.text(RegisterField::kSymbol);
-  entry.kind = typeKindNamed(fields.text(RegisterField::kTypeKind));
-  entry.size = sizeOf(fields.text(RegisterField::kTypeSize));
-  const auto qualifiers = " " + fields.text(RegisterField::kTypeQualifiers) + " ";
-  entry.isSigned = qualifiers.find(" isSigned ") != std::string::npos;
-  entry.base = fields.key(RegisterField::kBaseType, into_);
-  entry.values = std::exchange(values_, {});
-  entry.origin = fields.origin();
-  into_.types.push_back(std::move(entry));
-}
-
-void EntryReader::addLabel(const KLV::Key& key, const RegisterFields& fields) {
-  into_.labels.push_back(
-      {key, fields.text(RegisterField::kSymbol), fields.text(RegisterField::kName), fields.origin()});
 }
 
 }  // namespace Vantor::Registers

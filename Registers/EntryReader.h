@@ -6,25 +6,19 @@
 
 namespace Vantor::Registers {
 
-/// Reads entries of registers from their fields.
+/// Reads entries of registers from their fields. Malformed ones are refused with Exceptions::InvalidFormat.
 class EntryReader {
  public:
   /// @param into  receives the entries; it holds the name of the file already.
   explicit EntryReader(Entries& into) : into_(into) {}
 
   /// A record of a group or a facet of a type, for the entry that is added next.
-  /// @throws Exceptions::InvalidFormat when it is malformed.
   void addItem(RegisterKind kind, const RegisterFields& fields);
   /// Adds the entry if it is of the kind LEAF.
-  /// @throws Exceptions::InvalidFormat when it is malformed.
   void add(RegisterKind kind, const RegisterFields& fields);
 
  private:
   void addLeaf(RegisterKind kind, const RegisterFields& fields);
-  void addGroup(const KLV::Key& key, const RegisterFields& fields);
-  void addElement(const KLV::Key& key, const RegisterFields& fields);
-  void addType(const KLV::Key& key, const RegisterFields& fields);
-  void addLabel(const KLV::Key& key, const RegisterFields& fields);
 
   Entries& into_;
   Templates::vector<GroupProperty> properties_;

@@ -35,6 +35,9 @@ constexpr std::size_t kRegisterFields = 15;
 /// The texts of one entry's fields. One object serves all entries, so that it rarely allocates.
 class RegisterFields {
  public:
+  /// @param entries  name the file in messages.
+  explicit RegisterFields(const Entries& entries) : entries_(entries) {}
+
   /// Forgets all texts.
   void begin(const Origin& origin);
   const Origin& origin() const { return origin_; }
@@ -46,14 +49,15 @@ class RegisterFields {
   std::string text(RegisterField field) const;
   /// None when there is no such field, or it is empty.
   /// @throws Exceptions::InvalidFormat when it is no UL.
-  std::optional<KLV::Key> key(RegisterField field, const Entries& entries) const;
+  std::optional<KLV::Key> key(RegisterField field) const;
   /// @throws Exceptions::InvalidFormat when the field is neither true nor false.
-  bool flag(RegisterField field, bool byDefault, const Entries& entries) const;
+  bool flag(RegisterField field, bool byDefault) const;
   /// 0 when there is no local tag.
   /// @throws Exceptions::InvalidFormat when it is no hexadecimal number of four digits or less.
-  uint16 localTag(const Entries& entries) const;
+  uint16 localTag() const;
 
  private:
+  const Entries& entries_;
   Origin origin_;
   std::array<wstring, kRegisterFields> texts_;
 };

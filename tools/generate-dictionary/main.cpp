@@ -32,8 +32,8 @@ struct DataFile {
 
 std::vector<DataFile> make(const Path& folder) {
   Registers::Entries entries;
-  for (const char* name : {"Groups.xml", "Elements.xml", "Types.xml", "Labels.xml"}) {
-    Registers::readRegister(folder / name, entries);
+  for (const char* name : Registers::kRegisterNames) {
+    Registers::readRegister(folder / (std::string(name) + ".xml"), entries);
   }
   Definitions definitions, labels;
   Registers::addDefinitions(entries, definitions);
