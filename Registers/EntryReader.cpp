@@ -43,16 +43,16 @@ bool isSigned(const std::string& qualifiers) {
 
 void EntryReader::addItem(RegisterKind kind, const RegisterFields& fields) {
   if (kind == RegisterKind::kTypes) {
-    values_.push_back({fields.text(RegisterField::kValue), fields.text(RegisterField::kSymbol), fields.origin()});
+    values_.push_back({fields.text(u"Value"), fields.text(u"Symbol"), fields.origin()});
     return;
   }
-  const auto key = fields.key(RegisterField::kUL);
+  const auto key = fields.key(u"UL");
   if (!key) into_.refuse(fields.origin(), "a property has no UL; add that of its element");
-  properties_.push_back({*key, fields.localTag(), fields.flag(RegisterField::kIsOptional, false), fields.origin()});
+  properties_.push_back({*key, fields.localTag(), fields.flag(u"IsOptional", false), fields.origin()});
 }
 
 void EntryReader::add(RegisterKind kind, const RegisterFields& fields) {
-  const auto entryKind = fields.text(RegisterField::kKind);
+  const auto entryKind = fields.text(u"Kind");
   if (entryKind == "LEAF") {
     addLeaf(kind, fields);
   } else if (entryKind.empty()) {
@@ -64,8 +64,8 @@ void EntryReader::add(RegisterKind kind, const RegisterFields& fields) {
 }
 
 void EntryReader::addLeaf(RegisterKind kind, const RegisterFields& fields) {
-  const auto symbol = fields.text(RegisterField::kSymbol);
-  const auto key = fields.key(RegisterField::kUL);
+  const auto symbol = fields.text(u"Symbol");
+  const auto key = fields.key(u"UL");
   if (!key) {
     into_.refuse(fields.origin(), "the entry '{}' has no UL; add the one that it is registered with", symbol);
   }
@@ -74,21 +74,19 @@ void EntryReader::addLeaf(RegisterKind kind, const RegisterFields& fields) {
   }
   switch (kind) {
     case RegisterKind::kGroups:
-      into_.groups.push_back({*key, symbol, fields.key(RegisterField::kParent), fields.text(RegisterField::kKLVSyntax),
-                              fields.flag(RegisterField::kIsConcrete, true), std::exchange(properties_, {}),
-                              fields.origin()});
+      into_.groups.push_back({*key, symbol, fields.key(u"Parent"), fields.text(u"KLVSyntax"),
+                              fields.flag(u"IsConcrete", true), std::exchange(properties_, {}), fields.origin()});
       return;
     case RegisterKind::kElements:
-      into_.elements.push_back({*key, symbol, fields.key(RegisterField::kType), fields.origin()});
+      into_.elements.push_back({*key, symbol, fields.key(u"Type"), fields.origin()});
       return;
     case RegisterKind::kTypes:
-      into_.types.push_back({*key, symbol, typeKindNamed(fields.text(RegisterField::kTypeKind)),
-                             sizeOf(fields.text(RegisterField::kTypeSize)),
-                             isSigned(fields.text(RegisterField::kTypeQualifiers)),
-                             fields.key(RegisterField::kBaseType), std::exchange(values_, {}), fields.origin()});
+      into_.types.push_back({*key, symbol, typeKindNamed(fields.text(u"TypeKind")), sizeOf(fields.text(u"TypeSize")),
+                             isSigned(fields.text(u"TypeQualifiers")), fields.key(u"BaseType"),
+                             std::exchange(values_, {}), fields.origin()});
       return;
     case RegisterKind::kLabels:
-      into_.labels.push_back({*key, symbol, fields.text(RegisterField::kName), fields.origin()});
+      into_.labels.push_back({*key, symbol, fields.text(u"Name"), fields.origin()});
       return;
   }
 }

@@ -94,7 +94,7 @@ class SetAdder {
         adder_(into, Definitions::Overlay::kReplace) {}
 
   void run() {
-    for (const auto* group : groups_.headerMetadata()) addGroup(*group);
+    for (const auto& [key, group] : groups_.headerMetadata()) addGroup(*group);
     for (const auto& [key, type] : enumerations_) addEnumeration(type);
     adder_.finish();
   }
@@ -139,8 +139,7 @@ class SetAdder {
   }
 
   const ElementEntry& elementOf(const GroupEntry& group, const GroupProperty& property) const {
-    const uint32 place = elements_.find(property.element);
-    if (place != RegisterIndex::kNotFound) return entries_.elements[place];
+    if (const auto* element = elements_.find(property.element)) return *element;
     entries_.refuse(property.origin,
                     "the property {} of {} is not in {}; give the Elements register of the same release",
                     registerText(property.element), group.symbol, entries_.file(RegisterKind::kElements));
@@ -177,7 +176,7 @@ class SetAdder {
   const Entries& entries_;
   Definitions& into_;
   RegisterGroups groups_;
-  RegisterIndex elements_;
+  RegisterIndex<ElementEntry> elements_;
   RegisterTypes types_;
   Origins originOf_;
   DefinitionAdder adder_;
@@ -196,16 +195,12 @@ void addLabels(const Entries& entries, Definitions& into) {
     raise<InvalidFormat>("no register defines labels; give Labels.xml");
   }
   const RegisterIndex index(entries.labels, entries);
-  Templates::vector<const LabelEntry*> labels;
-  for (const auto& label : entries.labels) labels.push_back(&label);
-  std::sort(labels.begin(), labels.end(), [](const auto* left, const auto* right) { return left->key < right->key; });
-
   const Origins originOf(entries, into);
   DefinitionAdder adder(into, Definitions::Overlay::kReplace);
-  for (const auto* label : labels) {
+  for (const auto& [key, label] : index.byKey()) {
     const auto symbol = into.keep(label->symbol);
     const auto name = label->name.empty() ? symbol : into.keep(label->name);
-    adder.addLabel({Types::UniversalLabel(label->key), symbol, name, originOf(label->origin)});
+    adder.addLabel({Types::UniversalLabel(key), symbol, name, originOf(label->origin)});
   }
   adder.finish();
 }

@@ -39,25 +39,19 @@ bool isDefinitionRoot(const KLV::Key& key) {
 
 }  // namespace
 
-RegisterGroups::RegisterGroups(const Entries& entries)
-    : entries_(entries), index_(entries.groups, entries), isHeaderMetadata_(entries.groups.size(), false) {
-  for (const auto& group : entries_.groups) {
+RegisterGroups::RegisterGroups(const Entries& entries) : index_(entries.groups, entries) {
+  for (const auto& group : entries.groups) {
     if (!isLocalSet(group) || isElsewhere(group.key)) continue;
-    // A marked group has marked its ancestors already. This also ends cycles.
+    // A known group has brought its ancestors already. This also ends cycles.
     for (const auto* at = &group; at != nullptr && !isHeaderMetadata(*at); at = parentOf(*at)) {
-      isHeaderMetadata_[placeOf(*at)] = true;
+      headerMetadata_.emplace(at->key, at);
       if (!at->parent || find(*at->parent) != nullptr) continue;
-      entries_.refuse(
+      entries.refuse(
           at->origin,
           "{} has the parent {}, which is no group of the register; name one that is, or take the parent away",
           at->symbol, MetaMetadata::registerText(*at->parent));
     }
   }
-}
-
-const GroupEntry* RegisterGroups::find(const KLV::Key& key) const {
-  const uint32 place = index_.find(key);
-  return place == RegisterIndex::kNotFound ? nullptr : &entries_.groups[place];
 }
 
 bool RegisterGroups::isDefinition(const GroupEntry& group) const {
@@ -66,15 +60,6 @@ bool RegisterGroups::isDefinition(const GroupEntry& group) const {
     if (isDefinitionRoot(at->key)) return true;
   }
   return false;
-}
-
-Templates::vector<const GroupEntry*> RegisterGroups::headerMetadata() const {
-  Templates::vector<const GroupEntry*> found;
-  for (const auto& group : entries_.groups) {
-    if (isHeaderMetadata(group)) found.push_back(&group);
-  }
-  std::sort(found.begin(), found.end(), [](const auto* left, const auto* right) { return left->key < right->key; });
-  return found;
 }
 
 }  // namespace Vantor::Registers

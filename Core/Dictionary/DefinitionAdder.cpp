@@ -9,7 +9,6 @@
 #include "Core/Dictionary/DictionaryRow.h"
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/MetaMetadata/RegisterKey.h"
-#include "Core/Platform/HexDigits.h"
 #include "Core/Types/LocalTag.h"
 
 namespace Vantor {
@@ -105,7 +104,7 @@ void DefinitionAdder::addProperty(uint32 set, PropertyDefinition property, Prope
   checkName(property.symbol, "a symbol", property.origin);
   if (!Types::LocalTag(use.staticLocalTag).isStaticLocalTag()) {
     to_.refuse(use.origin, "{} is a dynamic local tag, which each file gives by itself", "write '-'",
-               quotedWord(Platform::hexNumber<std::string>(use.staticLocalTag, Platform::DigitCase::kLower)));
+               quotedWord(tagText(use.staticLocalTag)));
   }
   if (property.xmlName != property.symbol) checkName(property.xmlName, "a name in XML", property.origin);
   use.property = placeOf(std::move(property));

@@ -1,8 +1,11 @@
 #include "Core/Dictionary/PropertyTypeText.h"
 
+#include <algorithm>
+#include <iterator>
 #include <unordered_map>
 
 #include "Core/Dictionary/DictionaryRow.h"
+#include "Core/Platform/HexDigits.h"
 
 namespace Vantor {
 
@@ -62,18 +65,9 @@ Identifier propertyTypeNamed(std::string_view name) {
 }
 
 bool isEnumerable(Identifier type) {
-  switch (Types::Identifiers::typeSize(type)) {
-    case 1:
-      return type == kUInt8 || type == kInt8 || type == kSignalStandard || type == kOrientation;
-    case 2:
-      return type == kUInt16 || type == kInt16;
-    case 4:
-      return type == kUInt32 || type == kInt32;
-    case 8:
-      return type == kUInt64 || type == kInt64;
-    default:
-      return false;
-  }
+  constexpr Identifier kEnumerable[] = {kInt8,   kInt16,  kInt32,  kInt64,          kUInt8,
+                                        kUInt16, kUInt32, kUInt64, kSignalStandard, kOrientation};
+  return std::find(std::begin(kEnumerable), std::end(kEnumerable), type) != std::end(kEnumerable);
 }
 
 bool fitsInto(Identifier type, int64 number) {
@@ -112,6 +106,10 @@ std::string textOf(const PropertyType& type) {
   if (!type.target.empty()) text += "(" + std::string(type.target) + ")";
   if (type.collection != kNone) text = std::string(name(type.collection)) + "Of(" + text + ")";
   return text;
+}
+
+std::string tagText(uint16 tag) {
+  return tag == 0 ? "-" : Platform::hexNumber<std::string>(tag, Platform::DigitCase::kLower);
 }
 
 }  // namespace Vantor

@@ -2,7 +2,6 @@
 
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/MetaMetadata/RegisterKey.h"
-#include "Core/Platform/HexDigits.h"
 #include "tools/mxfxml/TextTable.h"
 
 namespace Vantor {
@@ -12,10 +11,6 @@ namespace {
 using MetaMetadata::registerText;
 
 using Tool::TextTable;
-
-std::string tagText(uint16 tag) {
-  return tag == 0 ? "-" : Platform::hexNumber<std::string>(tag, Platform::DigitCase::kLower);
-}
 
 /// Nothing where the name in exports is the symbol.
 template <class Definition>
