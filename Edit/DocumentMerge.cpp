@@ -136,7 +136,7 @@ MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours,
   theirs.mayRemove = edited.import.diagnostics.empty();
   for (const auto& unread : edited.import.unread) {
     const auto* instanceUID = unread.set->instanceUID();
-    if (instanceUID != nullptr) theirs.unread.insert(Theirs::keyOf(*instanceUID, unread.property));
+    if (instanceUID != nullptr) theirs.unread.emplace(*instanceUID, unread.property);
   }
   return merge(ours, ours, theirs, Scope(ours, *edited.partition, edited.form));
 }
