@@ -55,7 +55,7 @@ constexpr MetaMetadata::XMLNamespace kFixedNamespaces[] = {MetaMetadata::kLegacy
 /// Reads one text of the dictionary format into `Definitions`; one object per text.
 class DefinitionReader {
  public:
-  /// @param source  the place of the text's name in the list of sources.
+  /// @param source  the place of the text's name among the sources.
   DefinitionReader(Definitions& definitions, Definitions::Overlay overlay, uint32 source)
       : to_(definitions), adder_(definitions, overlay), source_(source) {}
 
@@ -138,20 +138,19 @@ class DefinitionReader {
     for (const auto& fixed : kFixedNamespaces) {
       if (fixed.prefix != widePrefix && fixed.uri != wideURI) continue;
       refuse(
-          "the prefix {} for {} clashes with '{}' for '{}', which documents have for what is built in; choose another "
-          "of "
-          "your own",
+          "the prefix {} for {} clashes with '{}' for '{}', which exports have for what is built in; choose another "
+          "of your own",
           quotedWord(prefix), quotedWord(uri), wstring(fixed.prefix), wstring(fixed.uri));
     }
     if (prefix.find("_REF") != std::string_view::npos) {
-      refuse("documents use names with '_REF' for references; choose another prefix than {}", quotedWord(prefix));
+      refuse("exports use names with '_REF' for references; choose another prefix than {}", quotedWord(prefix));
     }
     for (uint32 place = 1; place < to_.namespaces_.size(); ++place) {
       const auto& known = to_.namespaces_[place];
       if (known.prefix == prefix && known.uri == uri) return place;
       if (known.prefix != prefix && known.uri != uri) continue;
       refuse(
-          "the prefix {} for {} clashes with {} for {}; a document needs one prefix for each namespace, choose another",
+          "the prefix {} for {} clashes with {} for {}; an export needs one prefix for each namespace, choose another",
           quotedWord(prefix), quotedWord(uri), quotedWord(known.prefix), quotedWord(known.uri));
     }
     if (to_.namespaces_.size() > kMostNamespaces) {
