@@ -1,14 +1,16 @@
 #include "Edit/Changes.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
+#include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "Core/DataIO/Memory.h"
-#include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/PrimerPack.h"
+#include "Core/MXF/KLVHeader.h"
 #include "Core/Metadata/EntryView.h"
 #include "Edit/Differences.h"
 
@@ -19,9 +21,8 @@ namespace {
 /// One KLV of header metadata, in its buffer.
 struct KLVView {
   KLV::Key key;
-  uint8 lengthOctets;
+  KLV::BERLength length;
   const uint8* value;
-  std::size_t size;
   std::string_view octets;  // key, length and value
 };
 
@@ -35,23 +36,19 @@ State readState(const Bytes& bytes) {
   State state;
   DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
   while (source.remaining() != 0) {
-    const auto start = source.position();
-    source.require(KLV::Key::kSize);
-    const KLV::Key key(bytes.data() + start);
-    source.skip(KLV::Key::kSize);
-    const auto length = KLV::readBERLength(source);
-    const uint8* value = bytes.data() + source.position();
+    const auto klv = MXF::readKLVHeader(source);
+    const bool isFill = KLV::isFill(klv.key);
     // Fill at the end of a file may be cut off.
-    source.skip(KLV::isFill(key) ? std::min(length.value, source.remaining()) : length.value);
-    const auto size = static_cast<std::size_t>(length.value);
-    if (KLV::isFill(key)) continue;
-    if (KLV::isPrimerPack(key)) {
-      for (const auto& entry : KLV::readPrimerPack(value, size, 0)) state.primer.push_back(entry);
-      continue;
+    source.skip(isFill ? std::min(klv.length.value, source.remaining()) : klv.length.value);
+    const uint8* value = bytes.data() + klv.valueOffset;
+    if (KLV::isPrimerPack(klv.key)) {
+      const auto rows = KLV::readPrimerPack(value, static_cast<std::size_t>(klv.length.value), 0);
+      state.primer.insert(state.primer.end(), rows.begin(), rows.end());
+    } else if (!isFill) {
+      const auto* octets = reinterpret_cast<const char*>(bytes.data() + klv.offset);
+      state.sets.push_back(
+          {klv.key, klv.length, value, {octets, static_cast<std::size_t>(source.position() - klv.offset)}});
     }
-    const auto* octets = reinterpret_cast<const char*>(bytes.data() + start);
-    state.sets.push_back(
-        {key, length.octets, value, size, {octets, static_cast<std::size_t>(source.position() - start)}});
   }
   return state;
 }
@@ -63,7 +60,7 @@ std::ptrdiff_t countCommon(Iterator before, Iterator beforeEnd, Iterator after, 
   return std::mismatch(before, beforeEnd, after, afterEnd, isSame).first - before;
 }
 
-/// Nearly all sets go here, without a hash table.
+/// Nearly all sets go here, without sorting.
 void removeCommonEnds(std::vector<KLVView>& before, std::vector<KLVView>& after) {
   const auto last = countCommon(before.rbegin(), before.rend(), after.rbegin(), after.rend());
   before.erase(before.end() - last, before.end());
@@ -76,95 +73,62 @@ void removeCommonEnds(std::vector<KLVView>& before, std::vector<KLVView>& after)
 /// Removes the sets that both states have with the same octets.
 void removeCommon(State& before, State& after) {
   removeCommonEnds(before.sets, after.sets);
-  std::unordered_map<std::string_view, std::size_t> waiting, common;
-  for (const auto& set : after.sets) ++waiting[set.octets];
-  const auto takeFrom = [](auto& counts, std::string_view octets) {
-    const auto found = counts.find(octets);
-    return found != counts.end() && found->second != 0 && found->second-- != 0;
+  const auto isLess = [](const KLVView& left, const KLVView& right) { return left.octets < right.octets; };
+  std::stable_sort(before.sets.begin(), before.sets.end(), isLess);
+  std::stable_sort(after.sets.begin(), after.sets.end(), isLess);
+  const auto difference = [isLess](const std::vector<KLVView>& of, const std::vector<KLVView>& without) {
+    std::vector<KLVView> rest;
+    std::set_difference(of.begin(), of.end(), without.begin(), without.end(), std::back_inserter(rest), isLess);
+    return rest;
   };
-  const auto isInAfter = [&](const KLVView& set) {
-    if (!takeFrom(waiting, set.octets)) return false;
-    ++common[set.octets];
-    return true;
-  };
-  before.sets.erase(std::remove_if(before.sets.begin(), before.sets.end(), isInAfter), before.sets.end());
-  const auto isCommon = [&](const KLVView& set) { return takeFrom(common, set.octets); };
-  after.sets.erase(std::remove_if(after.sets.begin(), after.sets.end(), isCommon), after.sets.end());
+  auto onlyAfter = difference(after.sets, before.sets);
+  before.sets = difference(before.sets, after.sets);
+  after.sets = std::move(onlyAfter);
 }
 
-void parse(const State& state, PartitionMetadata& partition) {
-  for (const auto& entry : state.primer) partition.partitionDictionary().addPrimerEntry(entry);
-  for (const auto& set : state.sets) partition.addKLV(set.key, set.lengthOctets, set.value, set.size, 0);
+std::unique_ptr<PartitionMetadata> parse(const State& state,
+                                         const SharedPtr<const MetaMetadata::Dictionary>& dictionary) {
+  auto partition = std::make_unique<PartitionMetadata>(dictionary);
+  for (const auto& entry : state.primer) partition->partitionDictionary().addPrimerEntry(entry);
+  for (const auto& set : state.sets) {
+    partition->addKLV(set.key, set.length.octets, set.value, static_cast<std::size_t>(set.length.value), 0);
+  }
+  return partition;
 }
 
-const Types::UUID* instanceUIDOf(const PartitionMetadata::Entry& entry) {
-  const auto* set = EntryView(entry).set;
-  return set == nullptr ? nullptr : set->instanceUID();
+/// What pairs sets of two states: the InstanceUID, or else the key.
+std::string nameOf(const EntryView& entry) {
+  const auto* instanceUID = entry.set == nullptr ? nullptr : entry.set->instanceUID();
+  const auto* octets = instanceUID != nullptr ? instanceUID->rawBuffer() : entry.key->rawBuffer();
+  return (instanceUID != nullptr ? "InstanceUID " : "key ") + std::string(octets, octets + KLV::Key::kSize);
+}
+
+std::size_t countProperties(const EntryView& before, const PartitionDictionary& beforeTags, const EntryView& after,
+                            const PartitionDictionary& afterTags) {
+  if (before.isDark() || after.isDark()) return 1;
+  return std::max<std::size_t>(differingProperties(*before.set, beforeTags, *after.set, afterTags).size(), 1);
 }
 
 /// Counts the differences of two states without their common sets.
-class Counter {
- public:
-  Counter(const State& before, const State& after, const SharedPtr<const MetaMetadata::Dictionary>& dictionary)
-      : before_(dictionary), after_(dictionary) {
-    parse(before, before_);
-    parse(after, after_);
-  }
-
-  Changes count() {
-    std::multimap<Types::UUID, const PartitionMetadata::Entry*, Less> byIdentifier;
-    std::multimap<KLV::Key, const PartitionMetadata::Entry*> byKey;
-    for (const auto& entry : before_.entries()) {
-      if (const auto* instanceUID = instanceUIDOf(entry)) {
-        byIdentifier.emplace(*instanceUID, &entry);
-      } else {
-        byKey.emplace(*EntryView(entry).key, &entry);
-      }
+Changes count(const PartitionMetadata& before, const PartitionMetadata& after) {
+  Changes changes;
+  std::multimap<std::string, EntryView> unpaired;
+  for (const auto& entry : before.entries()) unpaired.emplace(nameOf(EntryView(entry)), entry);
+  for (const auto& entry : after.entries()) {
+    const EntryView view(entry);
+    const auto found = unpaired.find(nameOf(view));
+    if (found == unpaired.end()) {
+      ++changes.addedSets;
+      continue;
     }
-    for (const auto& entry : after_.entries()) {
-      const auto* instanceUID = instanceUIDOf(entry);
-      if (instanceUID != nullptr ? take(byIdentifier, *instanceUID, entry)
-                                 : take(byKey, *EntryView(entry).key, entry)) {
-        continue;
-      }
-      ++changes_.addedSets;
-    }
-    changes_.removedSets = byIdentifier.size() + byKey.size();
-    return changes_;
+    ++changes.changedSets;
+    changes.changedProperties +=
+        countProperties(found->second, before.partitionDictionary(), view, after.partitionDictionary());
+    unpaired.erase(found);
   }
-
- private:
-  struct Less {
-    bool operator()(const Types::UUID& left, const Types::UUID& right) const {
-      return std::lexicographical_compare(left.rawBuffer(), left.rawBuffer() + Types::UUID::kSize, right.rawBuffer(),
-                                          right.rawBuffer() + Types::UUID::kSize);
-    }
-  };
-
-  template <class Map, class Name>
-  bool take(Map& map, const Name& name, const PartitionMetadata::Entry& after) {
-    const auto found = map.find(name);
-    if (found == map.end()) return false;
-    countChange(EntryView(*found->second), EntryView(after));
-    map.erase(found);
-    return true;
-  }
-
-  void countChange(const EntryView& before, const EntryView& after) {
-    ++changes_.changedSets;
-    std::size_t properties = 0;
-    if (!before.isDark() && !after.isDark()) {
-      properties =
-          differingProperties(*before.set, before_.partitionDictionary(), *after.set, after_.partitionDictionary())
-              .size();
-    }
-    changes_.changedProperties += std::max<std::size_t>(properties, 1);
-  }
-
-  PartitionMetadata before_;
-  PartitionMetadata after_;
-  Changes changes_;
-};
+  changes.removedSets = unpaired.size();
+  return changes;
+}
 
 }  // namespace
 
@@ -173,14 +137,7 @@ Changes changesBetween(const Bytes& before, const Bytes& after,
   State left = readState(before), right = readState(after);
   removeCommon(left, right);
   if (left.sets.empty() && right.sets.empty()) return {};
-  return Counter(left, right, dictionary).count();
-}
-
-std::unique_ptr<PartitionMetadata> parseMetadata(const Bytes& state,
-                                                 const SharedPtr<const MetaMetadata::Dictionary>& dictionary) {
-  auto partition = std::make_unique<PartitionMetadata>(dictionary);
-  parse(readState(state), *partition);
-  return partition;
+  return count(*parse(left, dictionary), *parse(right, dictionary));
 }
 
 }  // namespace Vantor::Edit

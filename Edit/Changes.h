@@ -1,8 +1,8 @@
 #pragma once
 
-#include <memory>
+#include <cstddef>
 
-#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/MetaMetadata/Dictionary.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::Edit {
@@ -22,9 +22,5 @@ struct Changes {
 /// @throws Exceptions::ParseError when the octets are not KLVs.
 Changes changesBetween(const Bytes& before, const Bytes& after,
                        const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
-
-/// Parses such a state: its sets, and the rows of its primer packs.
-std::unique_ptr<PartitionMetadata> parseMetadata(const Bytes& state,
-                                                 const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
 
 }  // namespace Vantor::Edit

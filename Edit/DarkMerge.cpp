@@ -2,31 +2,12 @@
 
 #include <algorithm>
 
+#include "Core/Metadata/EntryView.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor::Edit {
 
 namespace {
-
-const LengthOctets& find(const DarkKLVs& all, const DarkKey& key) {
-  static const LengthOctets kNone;
-  const auto found = all.find(key);
-  return found == all.end() ? kNone : found->second;
-}
-
-/// Translates edits of the KLVs of base to those of ours, whose length fields may have other sizes.
-void applyTo(const LengthOctets& ours, const LengthOctets& base, DarkDifference& edits) {
-  for (const auto& [ofBase, own] : compareDark(base, ours).recoded) {
-    const auto recoded = std::find_if(edits.recoded.begin(), edits.recoded.end(),
-                                      [wanted = ofBase](const auto& pair) { return pair.first == wanted; });
-    const auto removed = std::find(edits.removed.begin(), edits.removed.end(), ofBase);
-    if (recoded != edits.recoded.end()) {
-      recoded->first = own;
-    } else if (removed != edits.removed.end()) {
-      *removed = own;
-    }
-  }
-}
 
 void append(const KLV::Key& key, uint8 lengthOctets, const Bytes& value, PartitionMetadata& to) {
   to.addKLV(key, lengthOctets, value.data(), value.size(), 0);
@@ -34,35 +15,62 @@ void append(const KLV::Key& key, uint8 lengthOctets, const Bytes& value, Partiti
 
 }  // namespace
 
-DarkMerge::DarkMerge(const PartitionMetadata& ours, const PartitionMetadata& base, const Theirs& theirs)
-    : mayRemove_(theirs.mayRemove) {
-  const auto ofOurs = darkKLVsOf(ours), ofBase = darkKLVsOf(base);
-  auto ofTheirs = darkKLVsOf(theirs.partition);
-  for (const auto& [key, octets] : ofBase) ofTheirs[key];  // so that the loop visits each key
-  for (const auto& [key, after] : ofTheirs) {
-    const auto& before = find(ofBase, key);
-    auto edits = compareDark(before, after);
-    if (edits.removed.empty() && edits.added.empty() && edits.recoded.empty()) continue;
-    isUnchanged_ = false;
-    for (const uint8 octets : edits.added) added_.emplace(key.first, Coded(octets, key.second));
-    applyTo(find(ofOurs, key), before, edits);
-    edits_[key] = std::move(edits);
+DarkKLVs darkKLVsOf(const PartitionMetadata& partition) {
+  DarkKLVs all;
+  for (const auto& entry : partition.entries()) {
+    const EntryView view(entry);
+    if (!view.isDark() || (view.set != nullptr && view.set->instanceUID() != nullptr)) continue;
+    Bytes value(view.octets.begin(), view.octets.end());
+    const auto octets = writtenLengthOctets(view.berLength, value.size());
+    all[{*view.key, std::move(value)}].push_back(octets);
   }
+  return all;
+}
+
+bool DarkDifference::isNone() const {
+  return added.empty() && std::all_of(kept.begin(), kept.end(), [](const auto& octets) { return octets == 0; });
+}
+
+DarkDifference compareDark(const LengthOctets& base, LengthOctets theirs) {
+  DarkDifference difference;
+  difference.kept.resize(base.size());
+  for (std::size_t i = base.size(); i-- > 0;) {
+    const auto same = std::find(theirs.begin(), theirs.end(), base[i]);
+    if (same == theirs.end()) continue;
+    difference.kept[i] = 0;
+    theirs.erase(same);
+  }
+  // Length fields of no given size come first, since they match any.
+  std::stable_partition(theirs.begin(), theirs.end(), [](uint8 octets) { return octets == 0; });
+  auto next = theirs.begin();
+  for (auto& kept : difference.kept) {
+    if (!kept && next != theirs.end()) kept = *next++;
+  }
+  difference.added.assign(next, theirs.end());
+  return difference;
+}
+
+DarkMerge::DarkMerge(const PartitionMetadata& base, const Theirs& theirs) : mayRemove_(theirs.mayRemove) {
+  auto ofBase = darkKLVsOf(base), ofTheirs = darkKLVsOf(theirs.partition);
+  for (const auto& [content, octets] : ofBase) ofTheirs[content];  // so that the loop visits each content
+  for (const auto& [content, octets] : ofTheirs) {
+    auto edits = compareDark(ofBase[content], octets);
+    if (edits.isNone()) continue;
+    for (const uint8 added : edits.added) added_.emplace(content.first, Coded(added, content.second));
+    edits_[content] = std::move(edits);
+  }
+}
+
+std::optional<uint8> DarkMerge::nextOf(const DarkKey& content) {
+  const auto edits = edits_.find(content);
+  if (edits == edits_.end()) return 0;
+  const auto place = merged_[content]++;
+  return place < edits->second.kept.size() ? edits->second.kept[place] : 0;
 }
 
 void DarkMerge::merge(const KLV::Key& key, uint8 lengthOctets, const Bytes& value, PartitionMetadata& ours,
                       MergeReport& report) {
-  auto& edits = edits_[{key, value}];
-  const auto recoded = std::find_if(edits.recoded.begin(), edits.recoded.end(),
-                                    [lengthOctets](const auto& pair) { return pair.first == lengthOctets; });
-  if (recoded != edits.recoded.end()) {
-    append(key, recoded->second, value, ours);
-    edits.recoded.erase(recoded);
-    return;
-  }
-  const auto removed = std::find(edits.removed.begin(), edits.removed.end(), lengthOctets);
-  if (removed == edits.removed.end()) return append(key, lengthOctets, value, ours);
-  edits.removed.erase(removed);
+  if (const auto kept = nextOf({key, value})) return append(key, *kept == 0 ? lengthOctets : *kept, value, ours);
   const auto replacement = added_.find(key);
   if (replacement != added_.end()) {
     const auto& [octets, newValue] = replacement->second;

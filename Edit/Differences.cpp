@@ -64,6 +64,16 @@ bool wasReadFromKLV(const MetadataSet& set) {
   return std::any_of(set.begin(), set.end(), [](const Element& property) { return property.localTag() != 0; });
 }
 
+/// The usual case, which needs no pairing: both sets have the same valid properties and no others.
+bool haveSameValidProperties(const MetadataSet& base, const MetadataSet& theirs, Fidelity fidelity) {
+  if (base.invalidBegin() != base.invalidEnd() || theirs.invalidBegin() != theirs.invalidEnd()) return false;
+  auto left = base.begin(), right = theirs.begin();
+  for (; left != base.end() && right != theirs.end(); ++left, ++right) {
+    if (&left->metaAttribute() != &right->metaAttribute() || !areSame(&*left, &*right, fidelity)) return false;
+  }
+  return left == base.end() && right == theirs.end();
+}
+
 }  // namespace
 
 bool areSame(const Element* base, const Element* theirs, Fidelity fidelity) {
@@ -81,20 +91,6 @@ const MetadataSet* findOnly(const PartitionMetadata& partition, const Types::UUI
   const auto& found = partition.findByInstanceUID(instanceUID);
   return found.size() == 1 ? found.front() : nullptr;
 }
-
-namespace {
-
-/// The usual case, which needs no pairing: both sets have the same valid properties and no others.
-bool haveSameValidProperties(const MetadataSet& base, const MetadataSet& theirs, Fidelity fidelity) {
-  if (base.invalidBegin() != base.invalidEnd() || theirs.invalidBegin() != theirs.invalidEnd()) return false;
-  auto left = base.begin(), right = theirs.begin();
-  for (; left != base.end() && right != theirs.end(); ++left, ++right) {
-    if (&left->metaAttribute() != &right->metaAttribute() || !areSame(&*left, &*right, fidelity)) return false;
-  }
-  return left == base.end() && right == theirs.end();
-}
-
-}  // namespace
 
 std::vector<PropertyPair> differingProperties(const MetadataSet& left, const PartitionDictionary& leftTags,
                                               const MetadataSet& right, const PartitionDictionary& rightTags,
@@ -146,52 +142,6 @@ bool hasOtherLengthOctets(const MetadataSet& before, const MetadataSet& after) {
     return writtenLengthOctets(set.berLength(), group == nullptr ? 0 : group->value().size());
   };
   return octetsOf(after) != 0 && octetsOf(after) != octetsOf(before);
-}
-
-DarkKLVs darkKLVsOf(const PartitionMetadata& partition) {
-  DarkKLVs all;
-  const auto add = [&all](const KLV::Key& key, uint8 octets, Bytes value) {
-    octets = writtenLengthOctets(octets, value.size());
-    all[{key, std::move(value)}].push_back(octets);
-  };
-  for (auto at = partition.darkBegin(); at != partition.darkEnd(); ++at) {
-    const auto& value = (*at)->value();
-    add((*at)->key(), (*at)->berLength(), Bytes(value.rawBuffer(), value.rawBuffer() + value.serializedSize()));
-  }
-  for (const MetadataSet* set : partition.sets()) {
-    const auto* group = asGroup(set);
-    if (group != nullptr && group->instanceUID() == nullptr) add(group->key(), group->berLength(), group->value());
-  }
-  return all;
-}
-
-namespace {
-
-/// Removes what both have.
-void removeCommon(LengthOctets& left, LengthOctets& right) {
-  const auto isInRight = [&right](uint8 octets) {
-    const auto found = std::find(right.begin(), right.end(), octets);
-    if (found == right.end()) return false;
-    right.erase(found);
-    return true;
-  };
-  left.erase(std::remove_if(left.begin(), left.end(), isInRight), left.end());
-}
-
-}  // namespace
-
-DarkDifference compareDark(LengthOctets before, LengthOctets after) {
-  removeCommon(before, after);
-  // Length fields of no given size come first, since they match any.
-  std::stable_partition(after.begin(), after.end(), [](uint8 octets) { return octets == 0; });
-  DarkDifference difference;
-  const auto pairs = std::min(before.size(), after.size());
-  for (std::size_t i = 0; i < pairs; ++i) {
-    if (after[i] != 0) difference.recoded.emplace_back(before[i], after[i]);
-  }
-  difference.removed.assign(before.begin() + static_cast<std::ptrdiff_t>(pairs), before.end());
-  difference.added.assign(after.begin() + static_cast<std::ptrdiff_t>(pairs), after.end());
-  return difference;
 }
 
 }  // namespace Vantor::Edit

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "Core/Comparison/PropertyPairing.h"
@@ -46,20 +44,5 @@ uint8 writtenLengthOctets(uint8 octets, uint64 size);
 /// Whether a set has a length field of another size in theirs. Sets that were not read from KLV leave the size to the
 /// writer.
 bool hasOtherLengthOctets(const MetadataSet& base, const MetadataSet& theirs);
-
-/// Identifies a KLV without InstanceUID by its key and value.
-using DarkKey = std::pair<KLV::Key, Bytes>;
-/// `writtenLengthOctets` of each of the KLVs with the same content.
-using LengthOctets = std::vector<uint8>;
-using DarkKLVs = std::map<DarkKey, LengthOctets>;
-DarkKLVs darkKLVsOf(const PartitionMetadata& partition);
-
-/// How the KLVs with one content differ: in number, and in their length fields.
-struct DarkDifference {
-  LengthOctets removed = {};
-  LengthOctets added = {};
-  std::vector<std::pair<uint8, uint8>> recoded = {};  ///< base and theirs; theirs is never 0
-};
-DarkDifference compareDark(LengthOctets base, LengthOctets theirs);
 
 }  // namespace Vantor::Edit

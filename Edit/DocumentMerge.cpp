@@ -89,13 +89,12 @@ void requireStart(const PartitionMetadata& theirs, const PartitionMetadata& ours
 }
 
 void requireIdentifiedSets(const std::vector<Diagnostic>& diagnostics) {
-  for (const auto& diagnostic : diagnostics) {
-    if (diagnostic.kind != Diagnostic::Kind::kInvalidInstanceUID &&
-        diagnostic.kind != Diagnostic::Kind::kMissingInstanceUID) {
-      continue;
-    }
+  const bool isAny = std::any_of(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
+    return diagnostic.kind == Diagnostic::Kind::kInvalidInstanceUID ||
+           diagnostic.kind == Diagnostic::Kind::kMissingInstanceUID;
+  });
+  if (isAny)
     raise<InvalidFormat>("the document has a set without a valid InstanceUID, which matches no set of the file");
-  }
 }
 
 void copyPrimer(const PartitionDictionary& from, PartitionDictionary& to) {
@@ -136,7 +135,7 @@ MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours,
   theirs.mayRemove = edited.import.diagnostics.empty();
   for (const auto& unread : edited.import.unread) {
     const auto* instanceUID = unread.set->instanceUID();
-    if (instanceUID != nullptr) theirs.unread.insert(Theirs::keyOf(*instanceUID, unread.property));
+    if (instanceUID != nullptr) theirs.unread.emplace(*instanceUID, unread.property);
   }
   return merge(ours, ours, theirs, Scope(ours, *edited.partition, edited.form));
 }

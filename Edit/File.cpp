@@ -12,6 +12,7 @@
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/MXF/MetadataRoom.h"
 #include "Core/Metadata/DarkTags.h"
+#include "Core/Metadata/EntryView.h"
 #include "Core/Platform/Raise.h"
 #include "Edit/Repetitions.h"
 
@@ -56,13 +57,11 @@ bool haveSameInstanceUIDs(const PartitionMetadata& left, const PartitionMetadata
 /// Properties get none of the local tags used in dark sets.
 void reserveDarkTags(PartitionMetadata& metadata) {
   auto& tags = metadata.partitionDictionary();
-  for (const MetadataSet* set : metadata.sets()) {
-    const auto* group = asGroup(set);
-    if (group != nullptr) Vantor::reserveDarkTags(group->key(), group->value().data(), group->value().size(), tags);
-  }
-  for (auto at = metadata.darkBegin(); at != metadata.darkEnd(); ++at) {
-    const auto& value = (*at)->value();
-    Vantor::reserveDarkTags((*at)->key(), value.rawBuffer(), value.serializedSize(), tags);
+  for (const auto& entry : metadata.entries()) {
+    const EntryView view(entry);
+    if (!view.isDark()) continue;
+    const auto* octets = reinterpret_cast<const uint8*>(view.octets.data());
+    Vantor::reserveDarkTags(*view.key, octets, view.octets.size(), tags);
   }
 }
 
@@ -103,7 +102,7 @@ class File::State {
     plan.report.longValues = longValuesOf(*metadata_);
     const auto structure = MXF::readStructure(*source_);
     plan.replacements.emplace_back(numberIn(structure), after);
-    if (!choice_) planRepetitions(structure, before, after, plan);
+    if (!choice_) planRepetitions(structure, after, plan);
     plan.report.partitions = plan.replacements.size();
     return plan;
   }
@@ -195,8 +194,7 @@ class File::State {
                    choice_.value_or(MXF::PartitionChoice()).name(), chosen_.offset);
   }
 
-  void planRepetitions(const MXF::FileStructure& structure, const Bytes& before, const SharedPtr<const Bytes>& after,
-                       Plan& plan) {
+  void planRepetitions(const MXF::FileStructure& structure, const SharedPtr<const Bytes>& after, Plan& plan) {
     Repetitions repetitions(*source_, structure);
     std::unique_ptr<PartitionMetadata> base;
     SharedPtr<const Bytes> ofLast;
@@ -210,7 +208,7 @@ class File::State {
         continue;
       }
       if (like == Repetitions::Like::kNone) {
-        if (base == nullptr) base = parseMetadata(before, dictionary_);
+        if (base == nullptr) base = MXF::readHeaderMetadata(*source_, dictionary_, chosen_);
         reason.reset();
         ofLast = repetitionOf(*base, partition, reason);
       }

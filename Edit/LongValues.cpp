@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "Core/KLV/Keys.h"
-#include "Core/KLV/LocalSet.h"
 
 namespace Vantor::Edit {
 
@@ -11,17 +10,12 @@ namespace {
 
 constexpr std::size_t kMostInTwoBytes = 0xFFFF;
 
-bool hasTwoByteLengths(const KLV::Key& key) {
-  return KLV::isLocalSet(key) && KLV::localSetCoding(key) == KLV::LocalSetCoding::kTwoByteLengths;
-}
-
-std::size_t sizeOf(const Element& property) {
-  return property.wireValue() == nullptr ? 0 : property.wireValue()->encodedSize();
-}
-
 std::size_t largestValueOf(const MetadataSet& set) {
   std::size_t largest = 0;
-  for (const Element* property : set.inDefinitionOrder()) largest = std::max(largest, sizeOf(*property));
+  for (const Element* property : set.inDefinitionOrder()) {
+    const auto* value = property->wireValue();
+    if (value != nullptr) largest = std::max<std::size_t>(largest, value->encodedSize());
+  }
   return largest;
 }
 
@@ -30,7 +24,8 @@ std::size_t largestValueOf(const MetadataSet& set) {
 std::vector<LongValue> longValuesOf(const PartitionMetadata& metadata) {
   std::vector<LongValue> found;
   for (const MetadataSet* set : metadata.sets()) {
-    const std::size_t size = hasTwoByteLengths(set->key()) ? largestValueOf(*set) : 0;
+    if (!KLV::isLocalSet(set->key()) || KLV::hasBERLengths(set->key())) continue;
+    const auto size = largestValueOf(*set);
     if (size > kMostInTwoBytes) found.push_back({set->fullName(), size});
   }
   return found;

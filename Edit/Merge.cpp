@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "Core/Metadata/DarkTags.h"
@@ -14,14 +15,6 @@
 namespace Vantor::Edit {
 
 namespace {
-
-using Targets = std::unordered_set<Types::UUID>;
-
-void addTargets(const MetadataSet& set, Targets& targets) {
-  std::vector<Types::UUID> all;
-  for (const Element* property : set.inDefinitionOrder()) property->appendTargets({true}, all);
-  targets.insert(all.begin(), all.end());
-}
 
 /// The edits of one set of ours.
 struct SetEdit {
@@ -39,7 +32,7 @@ class Merger {
         theirs_(theirs),
         scope_(scope),
         properties_(ours, base, theirs, scope, report_),
-        dark_(ours, base, theirs) {}
+        dark_(base, theirs) {}
 
   MergeReport run() {
     for (MetadataSet* set : ours_.sets()) planSet(*set);
@@ -51,8 +44,6 @@ class Merger {
   }
 
  private:
-  Fidelity fidelity() const { return scope_.isLetter() ? Fidelity::kLetter : Fidelity::kWhole; }
-
   void planSet(MetadataSet& set) {
     const auto* instanceUID = set.instanceUID();
     if (instanceUID == nullptr) return;  // see DarkMerge and reportUnnamed()
@@ -98,7 +89,8 @@ class Merger {
     if (theirs.empty() && !theirs_.mayRemove) return report_.kept.push_back({set.fullName(), ""});
     const auto isOfBase = [&](const MetadataSet* one) {
       return std::any_of(base.begin(), base.end(), [&](const MetadataSet* other) {
-        return areSame(*other, base_.partitionDictionary(), *one, theirs_.partition.partitionDictionary(), fidelity());
+        return areSame(*other, base_.partitionDictionary(), *one, theirs_.partition.partitionDictionary(),
+                       scope_.fidelity());
       });
     };
     // A document has one of them.
@@ -122,8 +114,8 @@ class Merger {
     for (const MetadataSet* set : removed_) removed.emplace(*set->instanceUID(), set);
     for (const MetadataSet* set : ours_.sets()) {
       if (removed_.count(set) != 0) continue;
-      Targets targets;
-      addTargets(*set, targets);
+      std::vector<Types::UUID> targets;
+      for (const Element* property : set->inDefinitionOrder()) property->appendTargets({true}, targets);
       const auto* theirs = set->instanceUID() == nullptr ? nullptr : findOnly(theirs_.partition, *set->instanceUID());
       for (const auto& target : targets) {
         const auto found = removed.find(target);
@@ -169,12 +161,12 @@ class Merger {
 
   /// Properties get none of the local tags used in new or replaced dark groups.
   void reserveTags() {
-    auto& tags = ours_.partitionDictionary();
-    for (const MetadataSet* set : added_) reserveTags(asGroup(set), tags);
-    for (const auto& edit : edits_) reserveTags(edit.second.group, tags);
-  }
-  static void reserveTags(const DarkParsedGroup* group, PartitionDictionary& tags) {
-    if (group != nullptr) reserveDarkTags(group->key(), group->value().data(), group->value().size(), tags);
+    const auto reserve = [this](const DarkParsedGroup* group) {
+      if (group == nullptr) return;
+      reserveDarkTags(group->key(), group->value().data(), group->value().size(), ours_.partitionDictionary());
+    };
+    for (const MetadataSet* set : added_) reserve(asGroup(set));
+    for (const auto& edit : edits_) reserve(edit.second.group);
   }
 
   /// Puts the KLVs of ours back in their order, without removed ones and with replacements.
@@ -223,10 +215,6 @@ class Merger {
 };
 
 }  // namespace
-
-std::string Theirs::keyOf(const Types::UUID& instanceUID, const std::string& symbol) {
-  return instanceUID.dottedText() + " " + symbol;
-}
 
 MergeReport merge(PartitionMetadata& ours, const PartitionMetadata& base, const Theirs& theirs, const Scope& scope) {
   return Merger(ours, base, theirs, scope).run();

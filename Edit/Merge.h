@@ -1,7 +1,8 @@
 #pragma once
 
+#include <set>
 #include <string>
-#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "Core/Metadata/PartitionMetadata.h"
@@ -13,14 +14,10 @@ namespace Vantor::Edit {
 /// The state that an edit leads to.
 struct Theirs {
   const PartitionMetadata& partition;
-  /// Properties that the document has but that could not be read, by `keyOf`.
-  std::unordered_set<std::string> unread = {};
+  /// Properties that the document has but that could not be read: InstanceUIDs of sets with symbols of properties.
+  std::set<std::pair<Types::UUID, std::string>> unread = {};
   /// Whether to remove what theirs omits; false when parts of it could not be read.
   bool mayRemove = true;
-
-  /// @param instanceUID  of the set.
-  /// @param symbol       of the property.
-  static std::string keyOf(const Types::UUID& instanceUID, const std::string& symbol);
 };
 
 /// A set or a property of it.

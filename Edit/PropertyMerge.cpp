@@ -54,15 +54,6 @@ auto_ptr<Types::SimpleDataType> collectionOf(const ReferenceTargets& targets, co
   return value;
 }
 
-/// Takes omitted references for hidden ones, so that they are kept. Returns whether there are any.
-bool keepOmitted(ReferenceTargets& shown, const ReferenceTargets& theirs) {
-  const std::unordered_set<Types::UUID> there(theirs.begin(), theirs.end());
-  const auto end = std::remove_if(shown.begin(), shown.end(), [&](const auto& one) { return there.count(one) == 0; });
-  const bool isAny = end != shown.end();
-  shown.erase(end, shown.end());
-  return isAny;
-}
-
 /// The local tag that an unknown property has in its KLV; 0 for none.
 uint16 tagInOctets(const Element& property, const PartitionDictionary& tags) {
   return property.localTag() != 0 ? property.localTag() : PropertyIdentity(property, tags).tag;
@@ -126,8 +117,7 @@ PropertyMerge::PropertyMerge(PartitionMetadata& ours, const PartitionMetadata& b
 
 std::vector<PropertyEdit> PropertyMerge::plan(const MetadataSet& base, const MetadataSet& theirs, MetadataSet& ours) {
   std::vector<PropertyEdit> edits;
-  const auto fidelity = scope_.isLetter() ? Fidelity::kLetter : Fidelity::kWhole;
-  const auto pairs = differingProperties(base, baseTags_, theirs, theirTags_, fidelity);
+  const auto pairs = differingProperties(base, baseTags_, theirs, theirTags_, scope_.fidelity());
   if (pairs.empty()) return edits;
   Places places(ours, ours_.partitionDictionary());
   for (const auto& pair : pairs) {
@@ -147,7 +137,7 @@ bool PropertyMerge::mayChange(const PropertyPair& edit, const MetadataSet& set) 
   const Element& property = edit.left == nullptr ? *edit.right : *edit.left;
   const auto* definition = property.metaAttribute().metaElement();
   const bool isUnread = definition != nullptr && set.instanceUID() != nullptr &&
-                        theirs_.unread.count(Theirs::keyOf(*set.instanceUID(), definition->symbol())) != 0;
+                        theirs_.unread.count({*set.instanceUID(), definition->symbol()}) != 0;
   if (isUnread) return false;
   if (edit.right != nullptr || theirs_.mayRemove || !targetsOf(edit.left).empty()) return true;
   report_.kept.push_back({set.fullName(), propertyName(property, baseTags_)});
@@ -163,11 +153,17 @@ bool PropertyMerge::planReferences(const PropertyPair& edit, Element& place, con
   const bool isStrong = referenceType(*definition) == kStrongReference;
   const std::unordered_set<Types::UUID> there(theirs.begin(), theirs.end());
   ReferenceTargets shown;
-  std::copy_if(all.begin(), all.end(), std::back_inserter(shown),
-               [&](const Types::UUID& target) { return there.count(target) != 0 || !scope_.hides(target, isStrong); });
-  if (!theirs_.mayRemove && keepOmitted(shown, theirs)) {
-    report_.kept.push_back({set.fullName(), propertyName(place, ours_.partitionDictionary())});
+  bool keepsOmitted = false;  // as if they were hidden
+  for (const auto& target : all) {
+    const bool isThere = there.count(target) != 0;
+    if (!isThere && scope_.hides(target, isStrong)) continue;
+    if (isThere || theirs_.mayRemove) {
+      shown.push_back(target);
+    } else {
+      keepsOmitted = true;
+    }
   }
+  if (keepsOmitted) report_.kept.push_back({set.fullName(), propertyName(place, ours_.partitionDictionary())});
   if (shown.size() == all.size()) return false;
   if (!isCollection(place)) return true;
   const auto merged = mergeReferences(all, shown, theirs);

@@ -5,12 +5,11 @@
 namespace Vantor::Edit {
 
 Repetitions::Repetitions(DataIO::SeekableSource& source, const MXF::FileStructure& structure)
-    : source_(source), structure_(structure) {}
+    : source_(source), structure_(structure), header_(roomOf(0)) {}
 
 Repetitions::Like Repetitions::like(std::size_t partition) {
   const auto room = roomOf(partition);
-  if (!header_) header_ = roomOf(0);
-  if (areSame(room, *header_)) return Like::kHeader;
+  if (areSame(room, header_)) return Like::kHeader;
   if (areSame(room, earlier_)) return Like::kEarlier;
   earlier_ = room;
   return Like::kNone;

@@ -30,7 +30,7 @@ class Repetitions {
 
   DataIO::SeekableSource& source_;
   const MXF::FileStructure& structure_;
-  std::optional<std::optional<MXF::MetadataRoom>> header_;  // found when it is needed
+  std::optional<MXF::MetadataRoom> header_;
   std::optional<MXF::MetadataRoom> earlier_;
 };
 

@@ -13,12 +13,6 @@ const MetadataSet* targetOf(const Types::UUID& instanceUID, const PartitionMetad
   return found.empty() ? nullptr : found.front();
 }
 
-std::unordered_set<Types::UUID> strongTargetsOf(const MetadataSet& set) {
-  std::vector<Types::UUID> targets;
-  for (const Element* property : set.inDefinitionOrder()) property->appendTargets({false}, targets);
-  return {targets.begin(), targets.end()};
-}
-
 const MetadataSet& startOf(const PartitionMetadata& base, const DocumentForm& form) {
   const auto* start = form.start ? targetOf(*form.start, base) : base.preface();
   if (start != nullptr) return *start;
@@ -29,17 +23,10 @@ const MetadataSet& startOf(const PartitionMetadata& base, const DocumentForm& fo
 
 }  // namespace
 
-Scope::Scope(const PartitionMetadata& base) : base_(base) {}
-
 Scope::Scope(const PartitionMetadata& base, const PartitionMetadata& theirs, const DocumentForm& form)
-    : base_(base),
-      isWhole_(!form.start && !form.isStructuralOnly),
-      hidesOthers_(form.isStructuralOnly && form.isNested),
-      skipsOthers_(form.isStructuralOnly),
-      isNested_(form.isNested),
-      theirs_(form.isAssumed && form.isNested ? &theirs : nullptr) {
+    : base_(base), form_(form), theirs_(form.isAssumed && form.isNested ? &theirs : nullptr) {
   const auto& start = startOf(base, form);
-  if (isWhole_) return;
+  if (isWhole()) return;
   show(start);
   std::vector<const MetadataSet*> order;
   const uint32 floating = base.calculateSerializationOrder(order, true, false);
@@ -48,30 +35,32 @@ Scope::Scope(const PartitionMetadata& base, const PartitionMetadata& theirs, con
 
 void Scope::show(const MetadataSet& start) {
   std::vector<const MetadataSet*> waiting = {&start};
-  std::vector<Types::UUID> targets;
   while (!waiting.empty()) {
     const MetadataSet& set = *waiting.back();
     waiting.pop_back();
     if (!shown_.insert(&set).second) continue;
-    targets.clear();
+    const auto follow = [&](ReferenceKinds kinds, const auto& isWritten) {
+      std::vector<Types::UUID> targets;
+      for (const Element* property : set.inDefinitionOrder()) property->appendTargets(kinds, targets);
+      for (const auto& instanceUID : targets) {
+        const auto* target = targetOf(instanceUID, base_);
+        if (target != nullptr && isWritten(*target)) waiting.push_back(target);
+      }
+    };
+    follow({false}, [this](const MetadataSet& target) {
+      return !form_.isStructuralOnly || KLV::isStructuralMetadataSet(target.key());
+    });
     // Beside the set that refers to it, a dark group is written whatever the reference and the choice of sets.
-    for (const Element* property : set.inDefinitionOrder()) property->appendTargets({!isNested_}, targets);
-    const auto strong = strongTargetsOf(set);
-    for (const auto& instanceUID : targets) {
-      const auto* target = targetOf(instanceUID, base_);
-      if (target == nullptr) continue;
-      const bool isFollowed =
-          strong.count(instanceUID) != 0 && !(skipsOthers_ && !KLV::isStructuralMetadataSet(target->key()));
-      if (isFollowed || (!isNested_ && target->definition() == nullptr)) waiting.push_back(target);
-    }
+    if (!form_.isNested) follow({true}, [](const MetadataSet& target) { return target.definition() == nullptr; });
   }
 }
 
 bool Scope::hides(const Types::UUID& instanceUID, bool isStrong) const {
-  if (!hidesOthers_ && theirs_ == nullptr) return false;
+  const bool hidesOthers = form_.isStructuralOnly && form_.isNested;
+  if (!hidesOthers && theirs_ == nullptr) return false;
   const auto* target = targetOf(instanceUID, base_);
   if (target == nullptr) return false;
-  if (hidesOthers_ && !KLV::isStructuralMetadataSet(target->key())) return true;
+  if (hidesOthers && !KLV::isStructuralMetadataSet(target->key())) return true;
   if (theirs_ == nullptr) return false;
   return target->definition() == nullptr || (isStrong && !theirs_->findByInstanceUID(instanceUID).empty());
 }

@@ -3,6 +3,7 @@
 #include <unordered_set>
 
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Edit/Differences.h"
 
 namespace Vantor::Edit {
 
@@ -20,25 +21,24 @@ struct DocumentForm {
 class Scope {
  public:
   /// Shows everything.
-  explicit Scope(const PartitionMetadata& base);
+  explicit Scope(const PartitionMetadata& base) : base_(base) {}
   /// @param theirs  the sets of the document. Both outlive this.
   /// @throws Exceptions::InvalidFormat when the set that the document starts from is not in the base.
   Scope(const PartitionMetadata& base, const PartitionMetadata& theirs, const DocumentForm& form);
 
-  bool shows(const MetadataSet& set) const { return isWhole_ || shown_.count(&set) != 0; }
+  bool shows(const MetadataSet& set) const { return isWhole() || shown_.count(&set) != 0; }
   /// Whether the form leaves a reference to this set out of its property.
   bool hides(const Types::UUID& target, bool isStrong) const;
-  bool isLetter() const { return theirs_ != nullptr; }
+  /// How closely values of theirs can be compared with those of the base.
+  Fidelity fidelity() const { return theirs_ != nullptr ? Fidelity::kLetter : Fidelity::kWhole; }
 
  private:
+  bool isWhole() const { return !form_.start && !form_.isStructuralOnly; }
   void show(const MetadataSet& start);
 
   const PartitionMetadata& base_;
-  bool isWhole_ = true;
-  bool hidesOthers_ = false;  // sets that are not structural
-  bool skipsOthers_ = false;  // writes no such set, hidden or not
-  bool isNested_ = true;
-  const PartitionMetadata* theirs_ = nullptr;
+  DocumentForm form_ = {};
+  const PartitionMetadata* theirs_ = nullptr;  // where it may have the exact form
   std::unordered_set<const MetadataSet*> shown_;
 };
 

@@ -1,6 +1,6 @@
 #include "Registers/DictionaryFiles.h"
 
-#include <array>
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -15,9 +15,6 @@ namespace Vantor::Registers {
 namespace {
 
 using Exceptions::raise;
-
-constexpr std::array<const char*, kRegisterKinds> kRegisterFiles = {"Groups.xml", "Elements.xml", "Types.xml",
-                                                                    "Labels.xml"};
 
 /// The largest dictionary file; the registers of SMPTE take a few megabytes.
 constexpr std::uintmax_t kLargestRegister = std::uintmax_t{64} << 20;
@@ -38,9 +35,9 @@ void checkFile(const Path& path) {
 
 /// The registers of a folder; Labels may be missing.
 void readFolder(const Path& folder, Entries& into) {
-  for (const char* name : kRegisterFiles) {
-    const Path file = folder / name;
-    if (name != kRegisterFiles.back() || std::filesystem::exists(file)) readRegister(file, into);
+  for (const char* name : kRegisterNames) {
+    const Path file = folder / (std::string(name) + ".xml");
+    if (name != kRegisterNames.back() || std::filesystem::exists(file)) readRegister(file, into);
   }
 }
 
@@ -52,11 +49,6 @@ void checkLabel(const LabelDefinition& label, const Definitions& definitions) {
   raise<Exceptions::InvalidFormat>(
       "{}:{}: the label {} is built in, as '{}'; take the row away, or choose another key and symbol",
       definitions.sources()[label.origin.source], label.origin.line, known->symbol, known->name);
-}
-
-bool hasDefinitions(const Entries& entries) {
-  return !entries.file(RegisterKind::kGroups).empty() || !entries.file(RegisterKind::kElements).empty() ||
-         !entries.file(RegisterKind::kTypes).empty();
 }
 
 }  // namespace
@@ -77,8 +69,11 @@ void readDictionaryFiles(const std::vector<Path>& files, Definitions& into) {
       dictionaries.push_back(file);
     }
   }
-  if (hasDefinitions(entries)) addDefinitions(entries, into);
-  if (!entries.file(RegisterKind::kLabels).empty()) addLabels(entries, into);
+  const auto& read = entries.files;
+  if (std::any_of(read.begin(), read.end() - 1, [](const std::string& file) { return !file.empty(); })) {
+    addDefinitions(entries, into);
+  }
+  if (!read.back().empty()) addLabels(entries, into);
   const std::size_t labels = into.labels().size();
   for (const auto& dictionary : dictionaries) into.readFile(dictionary);
   for (std::size_t i = labels; i < into.labels().size(); ++i) checkLabel(into.labels()[i], into);

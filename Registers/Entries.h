@@ -19,6 +19,9 @@ enum class RegisterKind : uint8 { kGroups, kElements, kTypes, kLabels };
 
 constexpr std::size_t kRegisterKinds = 4;
 
+/// By `RegisterKind`; SMPTE publishes each as a file of this name and the extension ".xml".
+inline constexpr std::array<const char*, kRegisterKinds> kRegisterNames = {"Groups", "Elements", "Types", "Labels"};
+
 /// A property among those of a group.
 struct GroupProperty {
   KLV::Key element;

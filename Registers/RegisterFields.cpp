@@ -1,8 +1,10 @@
 #include "Registers/RegisterFields.h"
 
-#include <charconv>
+#include <algorithm>
+#include <array>
 
 #include "Core/KLV/IdentifierText.h"
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor::Registers {
@@ -10,11 +12,6 @@ namespace Vantor::Registers {
 namespace {
 
 using std::u16string_view;
-
-/// In the order of `RegisterField`.
-constexpr std::array<u16string_view, kRegisterFields> kNames = {
-    u"UL",       u"Symbol",   u"Name",           u"Kind",     u"Parent",   u"IsConcrete", u"KLVSyntax", u"Type",
-    u"TypeKind", u"TypeSize", u"TypeQualifiers", u"BaseType", u"LocalTag", u"IsOptional", u"Value"};
 
 constexpr u16string_view kWhiteSpace = u" \t\r\n";
 
@@ -34,47 +31,42 @@ wstring collapsed(u16string_view text) {
 
 void RegisterFields::begin(const Origin& origin) {
   origin_ = origin;
-  for (auto& text : texts_) text.clear();
+  for (auto& [name, text] : texts_) text.clear();
 }
 
 wstring* RegisterFields::textOf(u16string_view name) {
-  for (std::size_t i = 0; i < kRegisterFields; ++i) {
-    if (kNames[i] == name) return &texts_[i];
-  }
-  return nullptr;
+  const auto found = texts_.find(name);
+  return found == texts_.end() ? nullptr : &found->second;
 }
 
-std::string RegisterFields::text(RegisterField field) const {
-  return Vantor::Utils::wstringToString(collapsed(texts_[static_cast<std::size_t>(field)]));
+std::string RegisterFields::text(u16string_view name) const {
+  return Utils::wstringToString(collapsed(texts_.at(name)));
 }
 
-std::optional<KLV::Key> RegisterFields::key(RegisterField field, const Entries& entries) const {
-  const auto urn = collapsed(texts_[static_cast<std::size_t>(field)]);
+std::optional<KLV::Key> RegisterFields::key(u16string_view name) const {
+  const auto urn = collapsed(texts_.at(name));
   if (urn.empty()) return std::nullopt;
   std::array<uint8, KLV::Key::kSize> octets{};
   if (KLV::parseUlUrn(urn, octets.data())) return KLV::Key(octets);
-  entries.refuse(origin_,
-                 "'{}' is no UL; write urn:smpte:ul: and four groups of eight hexadecimal digits, dots between them",
-                 urn);
+  entries_.refuse(origin_,
+                  "'{}' is no UL; write urn:smpte:ul: and four groups of eight hexadecimal digits, dots between them",
+                  urn);
 }
 
-bool RegisterFields::flag(RegisterField field, bool byDefault, const Entries& entries) const {
-  const auto word = text(field);
+bool RegisterFields::flag(u16string_view name, bool byDefault) const {
+  const auto word = text(name);
   if (word.empty()) return byDefault;
   if (word == "true" || word == "1") return true;
   if (word == "false" || word == "0") return false;
-  const auto name = kNames[static_cast<std::size_t>(field)];
-  entries.refuse(origin_, "'{}' is no {}; write true or false", word, std::string(name.begin(), name.end()));
+  entries_.refuse(origin_, "'{}' is no {}; write true or false", word, wstring(name));
 }
 
-uint16 RegisterFields::localTag(const Entries& entries) const {
+uint16 RegisterFields::localTag() const {
   constexpr std::size_t kDigits = 4;
-  const auto digits = text(RegisterField::kLocalTag);
-  if (digits.empty()) return 0;
-  uint16 tag = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), tag, 16);
-  if (digits.size() <= kDigits && error == std::errc() && end == digits.data() + digits.size()) return tag;
-  entries.refuse(origin_, "'{}' is no local tag; write it with four hexadecimal digits", digits);
+  const auto digits = text(u"LocalTag");
+  const auto zeros = kDigits - std::min(kDigits, digits.size());
+  if (const auto tag = Platform::numberFromHex<uint16>(std::string(zeros, '0') + digits)) return *tag;
+  entries_.refuse(origin_, "'{}' is no local tag; write it with four hexadecimal digits", digits);
 }
 
 }  // namespace Vantor::Registers

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,30 +11,13 @@
 
 namespace Vantor::Registers {
 
-/// The fields of entries, records and facets that the library needs, named after their elements.
-enum class RegisterField : uint8 {
-  kUL,
-  kSymbol,
-  kName,
-  kKind,
-  kParent,
-  kIsConcrete,
-  kKLVSyntax,
-  kType,
-  kTypeKind,
-  kTypeSize,
-  kTypeQualifiers,
-  kBaseType,
-  kLocalTag,
-  kIsOptional,
-  kValue,
-};
-
-constexpr std::size_t kRegisterFields = 15;
-
-/// The texts of one entry's fields. One object serves all entries, so that it rarely allocates.
+/// The texts of the fields of an entry, a record or a facet that the library needs, by the names of their elements. One
+/// object serves all entries, so that it rarely allocates.
 class RegisterFields {
  public:
+  /// @param entries  name the file in messages.
+  explicit RegisterFields(const Entries& entries) : entries_(entries) {}
+
   /// Forgets all texts.
   void begin(const Origin& origin);
   const Origin& origin() const { return origin_; }
@@ -43,19 +26,23 @@ class RegisterFields {
   wstring* textOf(std::u16string_view name);
 
   /// UTF-8, trimmed, with single blanks between words. Empty when there is no such field.
-  std::string text(RegisterField field) const;
+  std::string text(std::u16string_view name) const;
   /// None when there is no such field, or it is empty.
   /// @throws Exceptions::InvalidFormat when it is no UL.
-  std::optional<KLV::Key> key(RegisterField field, const Entries& entries) const;
+  std::optional<KLV::Key> key(std::u16string_view name) const;
   /// @throws Exceptions::InvalidFormat when the field is neither true nor false.
-  bool flag(RegisterField field, bool byDefault, const Entries& entries) const;
+  bool flag(std::u16string_view name, bool byDefault) const;
   /// 0 when there is no local tag.
   /// @throws Exceptions::InvalidFormat when it is no hexadecimal number of four digits or less.
-  uint16 localTag(const Entries& entries) const;
+  uint16 localTag() const;
 
  private:
+  const Entries& entries_;
   Origin origin_;
-  std::array<wstring, kRegisterFields> texts_;
+  std::map<std::u16string_view, wstring> texts_ = {
+      {u"UL", {}},         {u"Symbol", {}},         {u"Name", {}},     {u"Kind", {}},     {u"Parent", {}},
+      {u"IsConcrete", {}}, {u"KLVSyntax", {}},      {u"Type", {}},     {u"TypeKind", {}}, {u"TypeSize", {}},
+      {u"BaseType", {}},   {u"TypeQualifiers", {}}, {u"LocalTag", {}}, {u"Value", {}},    {u"IsOptional", {}}};
 };
 
 }  // namespace Vantor::Registers

@@ -1,7 +1,7 @@
 #include "Registers/RegisterGroups.h"
 
 #include <algorithm>
-#include <array>
+#include <string_view>
 
 #include "Registers/RegisterKeys.h"
 
@@ -9,40 +9,24 @@ namespace Vantor::Registers {
 
 namespace {
 
-/// Octet 6 of the keys of local sets with 2-byte tags and lengths (ST 336), as the register writes it.
-constexpr std::string_view kLocalSetCoding = "53";
-
-/// Sets of that coding which header metadata does not hold, by the octets of their keys from the ninth on.
-struct Elsewhere {
-  std::array<uint8, 4> octets;
-  std::size_t count;
-};
-constexpr Elsewhere kColourVolumeTransforms = {{0x05, 0x31}, 2};   // within the essence (ST 2094)
-constexpr Elsewhere kAcquisitionSets = {{0x0c, 0x02, 0x01}, 3};    // in ancillary data packets (RDD 18)
-constexpr Elsewhere kIndexTables = {{0x0d, 0x01, 0x02, 0x01}, 4};  // in the index segments of partitions (ST 377-1)
-
-constexpr std::size_t kPrefixOctets = 8;
-
 /// As many as `Definitions::check` allows a set.
 constexpr std::size_t kMostAncestors = 100;
 
-bool isOf(const Elsewhere& elsewhere, const KLV::Key& key) {
-  return std::equal(elsewhere.octets.begin(), elsewhere.octets.begin() + elsewhere.count,
-                    key.rawBuffer() + kPrefixOctets);
-}
+/// Sets with 2-byte tags and lengths that header metadata does not hold, by the octets of their keys from the ninth on.
+constexpr std::string_view kElsewhere[] = {
+    "\x05\x31",          // colour volume transforms: within the essence (ST 2094)
+    "\x0c\x02\x01",      // acquisition sets: in ancillary data packets (RDD 18)
+    "\x0d\x01\x02\x01",  // index tables: in the index segments of partitions (ST 377-1)
+};
 
 bool isElsewhere(const KLV::Key& key) {
-  return isOf(kColourVolumeTransforms, key) || isOf(kAcquisitionSets, key) || isOf(kIndexTables, key);
+  const std::string_view octets(reinterpret_cast<const char*>(key.rawBuffer()) + 8, 8);
+  return std::any_of(std::begin(kElsewhere), std::end(kElsewhere),
+                     [&](std::string_view start) { return octets.substr(0, start.size()) == start; });
 }
 
-bool hasWord(std::string_view words, std::string_view word) {
-  for (std::size_t at = words.find(word); at != std::string_view::npos; at = words.find(word, at + 1)) {
-    const bool starts = at == 0 || words[at - 1] == ' ';
-    const bool ends = at + word.size() == words.size() || words[at + word.size()] == ' ';
-    if (starts && ends) return true;
-  }
-  return false;
-}
+/// Whether octet 6 of its keys may be that of local sets with 2-byte tags and lengths (ST 336).
+bool isLocalSet(const GroupEntry& group) { return (" " + group.klvSyntax + " ").find(" 53 ") != std::string::npos; }
 
 /// DefinitionObject and MetaDefinition (ST 395).
 constexpr KLV::Key kDefinitionRoots[] = {RegisterKeys::group(0x0d01010101011a00),
@@ -55,25 +39,19 @@ bool isDefinitionRoot(const KLV::Key& key) {
 
 }  // namespace
 
-RegisterGroups::RegisterGroups(const Entries& entries)
-    : entries_(entries), index_(entries.groups, entries), isHeaderMetadata_(entries.groups.size(), false) {
-  for (const auto& group : entries_.groups) {
-    if (!hasWord(group.klvSyntax, kLocalSetCoding) || isElsewhere(group.key)) continue;
-    // A marked group has marked its ancestors already. This also ends cycles.
+RegisterGroups::RegisterGroups(const Entries& entries) : index_(entries.groups, entries) {
+  for (const auto& group : entries.groups) {
+    if (!isLocalSet(group) || isElsewhere(group.key)) continue;
+    // A known group has brought its ancestors already. This also ends cycles.
     for (const auto* at = &group; at != nullptr && !isHeaderMetadata(*at); at = parentOf(*at)) {
-      isHeaderMetadata_[placeOf(*at)] = true;
+      headerMetadata_.emplace(at->key, at);
       if (!at->parent || find(*at->parent) != nullptr) continue;
-      entries_.refuse(
+      entries.refuse(
           at->origin,
           "{} has the parent {}, which is no group of the register; name one that is, or take the parent away",
           at->symbol, MetaMetadata::registerText(*at->parent));
     }
   }
-}
-
-const GroupEntry* RegisterGroups::find(const KLV::Key& key) const {
-  const uint32 place = index_.find(key);
-  return place == RegisterIndex::kNotFound ? nullptr : &entries_.groups[place];
 }
 
 bool RegisterGroups::isDefinition(const GroupEntry& group) const {
@@ -82,15 +60,6 @@ bool RegisterGroups::isDefinition(const GroupEntry& group) const {
     if (isDefinitionRoot(at->key)) return true;
   }
   return false;
-}
-
-Templates::vector<const GroupEntry*> RegisterGroups::headerMetadata() const {
-  Templates::vector<const GroupEntry*> found;
-  for (const auto& group : entries_.groups) {
-    if (isHeaderMetadata(group)) found.push_back(&group);
-  }
-  std::sort(found.begin(), found.end(), [](const auto* left, const auto* right) { return left->key < right->key; });
-  return found;
 }
 
 }  // namespace Vantor::Registers

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include "Registers/Entries.h"
 #include "Registers/RegisterIndex.h"
 
@@ -14,7 +16,7 @@ class RegisterGroups {
   explicit RegisterGroups(const Entries& entries);
 
   /// Null when there is none.
-  const GroupEntry* find(const KLV::Key& key) const;
+  const GroupEntry* find(const KLV::Key& key) const { return index_.find(key); }
   /// Null for a root.
   const GroupEntry* parentOf(const GroupEntry& group) const { return group.parent ? find(*group.parent) : nullptr; }
 
@@ -23,18 +25,13 @@ class RegisterGroups {
   bool isDefinition(const GroupEntry& group) const;
   /// Whether header metadata holds sets of this group, coded with 2-byte tags and lengths, or of one that inherits from
   /// it.
-  bool isHeaderMetadata(const GroupEntry& group) const { return isHeaderMetadata_[placeOf(group)]; }
+  bool isHeaderMetadata(const GroupEntry& group) const { return headerMetadata_.count(group.key) != 0; }
   /// These groups, by key.
-  Templates::vector<const GroupEntry*> headerMetadata() const;
+  const std::map<KLV::Key, const GroupEntry*>& headerMetadata() const { return headerMetadata_; }
 
  private:
-  std::size_t placeOf(const GroupEntry& group) const {
-    return static_cast<std::size_t>(&group - entries_.groups.data());
-  }
-
-  const Entries& entries_;
-  RegisterIndex index_;
-  Templates::vector<bool> isHeaderMetadata_;  // beside the groups
+  RegisterIndex<GroupEntry> index_;
+  std::map<KLV::Key, const GroupEntry*> headerMetadata_;
 };
 
 }  // namespace Vantor::Registers

@@ -98,29 +98,22 @@ RegisteredType referenceOf(Identifier value, const TypeEntry& entry) {
   return type;
 }
 
-/// Whether the type is carried as its base is.
-bool isDerived(const TypeEntry& entry) {
-  const bool hasBase = entry.kind == TypeKind::kRename || entry.kind == TypeKind::kEnumeration ||
-                       entry.kind == TypeKind::kVariableArray || entry.kind == TypeKind::kSet;
-  return hasBase && among(kCoreTypes, entry.key) == kNone;
+}  // namespace
+
+std::optional<RegisteredType> RegisterTypes::find(const KLV::Key& key) const {
+  const auto* entry = index_.find(key);
+  return entry == nullptr ? std::nullopt : std::optional(resolve(*entry, 0));
 }
 
-RegisteredType typeOf(const TypeEntry& entry, const RegisteredType& base) {
+RegisteredType RegisterTypes::resolve(const TypeEntry& entry, std::size_t depth) const {
+  const bool isEnumeration = entry.kind == TypeKind::kEnumeration;
   const Identifier known = among(kCoreTypes, entry.key);
-  if (known != kNone) return entry.kind == TypeKind::kEnumeration ? enumerationOf(entry, single(known)) : single(known);
+  if (known != kNone) return isEnumeration ? enumerationOf(entry, single(known)) : single(known);
   switch (entry.kind) {
     case TypeKind::kOther:
       return single(kDataStream);
     case TypeKind::kInteger:
       return single(integerOf(entry));
-    case TypeKind::kRename:
-      return base;
-    case TypeKind::kEnumeration:
-      return enumerationOf(entry, base);
-    case TypeKind::kVariableArray:
-      return collectionOf(kArray, base);
-    case TypeKind::kSet:
-      return collectionOf(kBatch, base);
     case TypeKind::kString: {
       const Identifier string = entry.base ? among(kStrings, *entry.base) : kNone;
       return single(string == kNone ? kDataStream : string);
@@ -129,31 +122,26 @@ RegisteredType typeOf(const TypeEntry& entry, const RegisteredType& base) {
       return referenceOf(kStrongReference, entry);
     case TypeKind::kWeakReference:
       return referenceOf(kWeakReference, entry);
+    case TypeKind::kRename:
+    case TypeKind::kEnumeration:
+    case TypeKind::kVariableArray:
+    case TypeKind::kSet:
+      break;  // carried as the base is
   }
-  return {};
-}
-
-}  // namespace
-
-std::optional<RegisteredType> RegisterTypes::find(const KLV::Key& key) const {
-  const uint32 place = index_.find(key);
-  if (place == RegisterIndex::kNotFound) return std::nullopt;
-  return resolve(entries_.types[place], 0);
-}
-
-RegisteredType RegisterTypes::resolve(const TypeEntry& entry, std::size_t depth) const {
-  if (!isDerived(entry)) return typeOf(entry, {});
   if (depth == kLongestChain) {
     entries_.refuse(entry.origin,
                     "the type {} is made of itself, or of more than {} types in a row; give it another base",
                     entry.symbol, kLongestChain);
   }
-  return typeOf(entry, resolve(baseOf(entry), depth + 1));
+  const auto base = resolve(baseOf(entry), depth + 1);
+  if (entry.kind == TypeKind::kRename) return base;
+  return isEnumeration ? enumerationOf(entry, base)
+                       : collectionOf(entry.kind == TypeKind::kSet ? kBatch : kArray, base);
 }
 
 const TypeEntry& RegisterTypes::baseOf(const TypeEntry& entry) const {
-  const uint32 place = entry.base ? index_.find(*entry.base) : RegisterIndex::kNotFound;
-  if (place != RegisterIndex::kNotFound) return entries_.types[place];
+  const auto* found = entry.base ? index_.find(*entry.base) : nullptr;
+  if (found != nullptr) return *found;
   const std::string base = entry.base ? "of " + MetaMetadata::registerText(*entry.base) : "of nothing";
   entries_.refuse(entry.origin,
                   "the type {} is made {}, which is no type of the register; name one that is as its base",

@@ -35,7 +35,7 @@ class RegisterTypes {
   const TypeEntry& baseOf(const TypeEntry& entry) const;
 
   const Entries& entries_;
-  RegisterIndex index_;
+  RegisterIndex<TypeEntry> index_;
 };
 
 }  // namespace Vantor::Registers

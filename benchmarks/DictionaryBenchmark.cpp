@@ -49,10 +49,10 @@ BENCHMARK(firstUseOfDictionary)->Iterations(1);
 
 /// The same in a process that has done it before.
 void makeDictionary(benchmark::State& state) {
-  if (makeBuiltInDictionary()->findSetBySymbol("Preface") == nullptr) state.SkipWithError("no Preface");
+  if (builtInDefinitions().makeDictionary()->findSetBySymbol("Preface") == nullptr) state.SkipWithError("no Preface");
   std::size_t sets = 0;
   for (auto _ : state) {
-    const auto dictionary = makeBuiltInDictionary();
+    const auto dictionary = builtInDefinitions().makeDictionary();
     sets += static_cast<std::size_t>(dictionary->metaMetadataSetEnd() - dictionary->metaMetadataSetBegin());
   }
   state.SetItemsProcessed(static_cast<int64>(sets));

@@ -21,16 +21,12 @@ const Definitions& builtInLabels() {
   return labels;
 }
 
-SharedPtr<const MetaMetadata::Dictionary> makeBuiltInDictionary(Vocabulary vocabulary) {
-  return builtInDefinitions().makeDictionary(vocabulary);
-}
-
 SharedPtr<const MetaMetadata::Dictionary> builtInDictionary(Vocabulary vocabulary) {
   if (vocabulary == Vocabulary::kLegacy) {
-    static const auto legacy = makeBuiltInDictionary(Vocabulary::kLegacy);
+    static const auto legacy = builtInDefinitions().makeDictionary(Vocabulary::kLegacy);
     return legacy;
   }
-  static const auto schemas = makeBuiltInDictionary(Vocabulary::kST434_2014);
+  static const auto schemas = builtInDefinitions().makeDictionary(Vocabulary::kST434_2014);
   return schemas;
 }
 

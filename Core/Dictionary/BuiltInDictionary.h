@@ -15,10 +15,6 @@ namespace Vantor {
 SharedPtr<const MetaMetadata::Dictionary> builtInDictionary(
     MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy);
 
-/// Makes the built-in dictionary anew, for the caller alone.
-SharedPtr<const MetaMetadata::Dictionary> makeBuiltInDictionary(
-    MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy);
-
 /// The definitions that the built-in dictionary is made from, with their enumerations, to add others to. Labels are not
 /// among them.
 Definitions builtInDefinitions();

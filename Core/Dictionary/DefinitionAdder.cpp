@@ -1,13 +1,11 @@
 #include "Core/Dictionary/DefinitionAdder.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <unordered_map>
 #include <utility>
 
 #include "Core/Dictionary/CharacterClass.h"
-#include "Core/Dictionary/DefinitionIndex.h"
 #include "Core/Dictionary/DictionaryRow.h"
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/MetaMetadata/RegisterKey.h"
@@ -79,8 +77,8 @@ uint32 DefinitionAdder::addSet(SetDefinition set) {
   checkName(set.symbol, "a symbol", set.origin);
   if (!set.parent.empty()) checkName(set.parent, "a parent's symbol", set.origin);
   if (set.xmlName != set.symbol) checkName(set.xmlName, "a name in XML", set.origin);
-  uint32 place = to_.index_->findSet(to_, set.key);
-  const uint32 named = to_.index_->findSet(to_, set.symbol);
+  uint32 place = to_.placeOfSet(set.key);
+  const uint32 named = to_.placeOfSet(set.symbol);
   // A newer register may give a set another key: it is that set all the same.
   if (place == kNotFound && mayReplace(earlierSets_, named)) place = named;
   if (place != kNotFound && !mayReplace(earlierSets_, place)) {
@@ -93,7 +91,7 @@ uint32 DefinitionAdder::addSet(SetDefinition set) {
     to_.refuse(set.origin, kOtherKey, kChooseSymbol, "set", set.symbol, to_.where(to_.sets_[named].origin));
   }
   place = put(std::move(set), place, to_.sets_, earlierSets_);
-  to_.index_->enterSet(to_, place);
+  to_.enterSet(place);
   return place;
 }
 
@@ -105,10 +103,8 @@ void DefinitionAdder::addProperty(uint32 set, PropertyDefinition property, Prope
   }
   checkName(property.symbol, "a symbol", property.origin);
   if (!Types::LocalTag(use.staticLocalTag).isStaticLocalTag()) {
-    std::array<char, 4> digits{};  // as many as such a tag has
-    std::to_chars(digits.data(), digits.data() + digits.size(), use.staticLocalTag, 16);
     to_.refuse(use.origin, "{} is a dynamic local tag, which each file gives by itself", "write '-'",
-               quotedWord({digits.data(), digits.size()}));
+               quotedWord(tagText(use.staticLocalTag)));
   }
   if (property.xmlName != property.symbol) checkName(property.xmlName, "a name in XML", property.origin);
   use.property = placeOf(std::move(property));
@@ -116,13 +112,13 @@ void DefinitionAdder::addProperty(uint32 set, PropertyDefinition property, Prope
 }
 
 uint32 DefinitionAdder::placeOf(PropertyDefinition property) {
-  const uint32 known = to_.index_->findProperty(to_, property.key);
+  const uint32 known = to_.placeOfProperty(property.key);
   if (known != kNotFound && !mayReplace(earlierProperties_, known)) {
     checkAgreement(to_.properties_[known], property);
     return known;
   }
   const uint32 place = put(std::move(property), known, to_.properties_, earlierProperties_);
-  if (known == kNotFound) to_.index_->enterProperty(to_, place);
+  if (known == kNotFound) to_.enterProperty(place);
   return place;
 }
 
@@ -151,13 +147,13 @@ uint32 DefinitionAdder::addEnumeration(EnumerationDefinition enumeration) {
   if (propertyTypeNamed(enumeration.name) != kNone) {
     to_.refuse(enumeration.origin, "{} is the name of a type", "choose another", quotedWord(enumeration.name));
   }
-  const uint32 known = to_.index_->findEnumeration(to_, enumeration.name);
+  const uint32 known = to_.placeOfEnumeration(enumeration.name);
   if (known != kNotFound && !mayReplace(earlierEnumerations_, known)) {
     to_.refuse(enumeration.origin, "there is an enumeration {} already ({})", "choose another name",
                quotedWord(enumeration.name), to_.where(to_.enumerations_[known].origin));
   }
   const uint32 place = put(std::move(enumeration), known, to_.enumerations_, earlierEnumerations_);
-  if (known == kNotFound) to_.index_->enterEnumeration(to_, place);
+  if (known == kNotFound) to_.enterEnumeration(place);
   return place;
 }
 
@@ -182,8 +178,8 @@ void DefinitionAdder::addLabel(const LabelDefinition& label) {
     to_.refuse(label.origin, "{} is no label", "a label begins with 060e2b34", quotedWord(registerText(key)));
   }
   checkName(label.symbol, "a symbol", label.origin);
-  uint32 place = to_.index_->findLabel(to_, label.key);
-  const uint32 named = to_.index_->findLabel(to_, label.symbol);
+  uint32 place = to_.placeOfLabel(label.key);
+  const uint32 named = to_.placeOfLabel(label.symbol);
   if (place == kNotFound && mayReplace(earlierLabels_, named)) place = named;
   if (place != kNotFound && !mayReplace(earlierLabels_, place)) {
     to_.refuse(label.origin, "the label is defined already, as {} ({})", "take one of the two away",
@@ -192,7 +188,7 @@ void DefinitionAdder::addLabel(const LabelDefinition& label) {
   if (named != kNotFound && named != place) {
     to_.refuse(label.origin, kOtherKey, kChooseSymbol, "label", label.symbol, to_.where(to_.labels_[named].origin));
   }
-  to_.index_->enterLabel(to_, put(label, place, to_.labels_, earlierLabels_));
+  to_.enterLabel(put(label, place, to_.labels_, earlierLabels_));
 }
 
 void DefinitionAdder::finish() {
@@ -203,7 +199,7 @@ void DefinitionAdder::finish() {
 void DefinitionAdder::checkSymbols() const {
   for (uint32 place = 0; place < to_.sets_.size(); ++place) {
     const auto& set = to_.sets_[place];
-    const uint32 first = to_.index_->findSet(to_, set.symbol);
+    const uint32 first = to_.placeOfSet(set.symbol);
     if (first == place) continue;
     const auto& other = to_.sets_[first];
     const auto& later = mayReplace(earlierSets_, place) ? other : set;

@@ -1,10 +1,8 @@
-#include "Core/Dictionary/DefinitionCheck.h"
-
 #include <map>
 #include <unordered_map>
 #include <utility>
 
-#include "Core/Dictionary/DefinitionIndex.h"
+#include "Core/Dictionary/Definitions.h"
 #include "Core/Dictionary/DictionaryRow.h"
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/Platform/Strings.h"
@@ -39,173 +37,191 @@ std::pair<const Definition&, const Definition&> inOrder(const Definition& one, c
 
 }  // namespace
 
-void DefinitionCheck::run() {
-  checkEnumerations();
-  completeTypes();
-  findParents();
-  checkCircles();
-  checkExtent();
-  for (uint32 set = 0; set < of_.sets_.size(); ++set) checkPropertiesOf(set);
-  checkSetNames();
-  checkPropertyNames(MetaMetadata::Vocabulary::kLegacy);
-  checkPropertyNames(MetaMetadata::Vocabulary::kST434_2014);
-}
+/// Checks of `Definitions` that need all of them.
+class DefinitionCheck {
+ public:
+  explicit DefinitionCheck(Definitions& definitions) : of_(definitions) {}
 
-void DefinitionCheck::checkEnumerations() const {
-  for (const auto& enumeration : of_.enumerations_) {
-    std::map<int64, const EnumerationValue*> numbers;
-    std::map<std::string_view, const EnumerationValue*> names;
-    const auto refuseKnown = [&](const EnumerationValue& value, const std::string& what,
-                                 const EnumerationValue& known) {
-      of_.refuse(value.origin, "{} has the {} already ({})", "give each number and each name once", enumeration.name,
-                 what, of_.where(known.origin));
-    };
-    for (const auto& value : enumeration.values) {
-      const auto number = numbers.emplace(value.number, &value);
-      if (!number.second) refuseKnown(value, "number " + std::to_string(value.number), *number.first->second);
-      const auto name = names.emplace(value.name, &value);
-      if (!name.second) refuseKnown(value, "name " + std::string(value.name), *name.first->second);
-    }
+  void run() {
+    checkEnumerations();
+    completeTypes();
+    findParents();
+    checkCircles();
+    checkExtent();
+    for (uint32 set = 0; set < of_.sets_.size(); ++set) checkPropertiesOf(set);
+    checkSetNames();
+    checkPropertyNames(MetaMetadata::Vocabulary::kLegacy);
+    checkPropertyNames(MetaMetadata::Vocabulary::kST434_2014);
   }
-}
 
-void DefinitionCheck::completeTypes() const {
-  for (auto& property : of_.properties_) {
-    if (!property.type.enumeration.empty()) {
-      const auto* enumeration = of_.findEnumeration(property.type.enumeration);
-      if (enumeration == nullptr) {
-        of_.refuse(property.origin, "{} is neither a type nor an enumeration",
-                   "write a type's name, or define it: enum {} UInt8", quotedWord(property.type.enumeration),
-                   property.type.enumeration);
+ private:
+  void checkEnumerations() const {
+    for (const auto& enumeration : of_.enumerations_) {
+      std::map<int64, const EnumerationValue*> numbers;
+      std::map<std::string_view, const EnumerationValue*> names;
+      const auto refuseKnown = [&](const EnumerationValue& value, const std::string& what,
+                                   const EnumerationValue& known) {
+        of_.refuse(value.origin, "{} has the {} already ({})", "give each number and each name once", enumeration.name,
+                   what, of_.where(known.origin));
+      };
+      for (const auto& value : enumeration.values) {
+        const auto number = numbers.emplace(value.number, &value);
+        if (!number.second) refuseKnown(value, "number " + std::to_string(value.number), *number.first->second);
+        const auto name = names.emplace(value.name, &value);
+        if (!name.second) refuseKnown(value, "name " + std::string(value.name), *name.first->second);
       }
-      property.type.value = enumeration->base;
-    }
-    checkTarget(property);
-  }
-}
-
-void DefinitionCheck::checkTarget(const PropertyDefinition& property) const {
-  if (property.type.target.empty() || of_.findSet(property.type.target) != nullptr) return;
-  of_.refuse(property.origin, "{} refers to the set {}, which is not defined",
-             "define it, or leave out what the reference is to", property.symbol, property.type.target);
-}
-
-void DefinitionCheck::findParents() {
-  parents_.reserve(of_.sets_.size());
-  for (const auto& set : of_.sets_) {
-    parents_.push_back(set.parent.empty() ? kNoParent : of_.index_->findSet(of_, set.parent));
-    if (set.parent.empty() || parents_.back() != kNoParent) continue;
-    of_.refuse(set.origin, "{} inherits from {}, which is not defined", "name a set of this or another file, or '-'",
-               set.symbol, quotedWord(set.parent));
-  }
-}
-
-void DefinitionCheck::checkCircles() const {
-  // Each walk upwards has a number: a set that the same walk meets again inherits from itself; one that an earlier
-  // walk met leads to a root.
-  Templates::vector<uint32> rounds(of_.sets_.size(), 0);
-  for (uint32 start = 0; start < of_.sets_.size(); ++start) {
-    for (uint32 at = start; rounds[at] == 0; at = parents_[at]) {
-      rounds[at] = start + 1;
-      const uint32 parent = parents_[at];
-      if (parent == kNoParent) break;
-      if (rounds[parent] != start + 1) continue;
-      const auto& set = of_.sets_[at];
-      of_.refuse(set.origin, "{} inherits from itself, by way of {}", "let one of them inherit from another set",
-                 set.symbol, set.parent);
     }
   }
-}
 
-void DefinitionCheck::checkExtent() const {
-  uint64 properties = 0;
-  for (uint32 place = 0; place < of_.sets_.size(); ++place) {
-    const auto& set = of_.sets_[place];
-    uint32 generations = 0;
-    for (uint32 at = place; at != kNoParent; at = parents_[at], ++generations) {
-      properties += of_.sets_[at].properties.size();
-      if (generations <= kMostAncestors) continue;
-      of_.refuse(set.origin, "{} has more than {} ancestors", "let it inherit from a set that has fewer", set.symbol,
-                 kMostAncestors);
-    }
-    if (properties <= kMostListedProperties) continue;
-    of_.refuse(set.origin, "up to here the sets have more than {} properties, inherited ones counted in each set",
-               "define fewer", kMostListedProperties);
-  }
-}
-
-void DefinitionCheck::checkPropertiesOf(uint32 set) const {
-  std::unordered_map<uint32, const PropertyUse*> byProperty;
-  std::unordered_map<uint16, const PropertyUse*> byTag;
-  for (uint32 at = set; at != kNoParent; at = parents_[at]) {
-    for (const auto& use : of_.sets_[at].properties) {
-      const auto [known, isNew] = byProperty.emplace(use.property, &use);
-      if (!isNew) {
-        checkRepetition(set, *known->second, use, at == set);
-        continue;
+  void completeTypes() const {
+    for (auto& property : of_.properties_) {
+      if (!property.type.enumeration.empty()) {
+        const auto* enumeration = of_.findEnumeration(property.type.enumeration);
+        if (enumeration == nullptr) {
+          of_.refuse(property.origin, "{} is neither a type nor an enumeration",
+                     "write a type's name, or define it: enum {} UInt8", quotedWord(property.type.enumeration),
+                     property.type.enumeration);
+        }
+        property.type.value = enumeration->base;
       }
-      if (use.staticLocalTag == 0) continue;
-      const auto [holder, isFree] = byTag.emplace(use.staticLocalTag, &use);
-      if (!isFree) refuseTag(set, *holder->second, use);
+      checkTarget(property);
     }
   }
-}
 
-void DefinitionCheck::checkRepetition(uint32 set, const PropertyUse& use, const PropertyUse& other,
-                                      bool isInOneSet) const {
-  if (!isInOneSet && use.staticLocalTag == other.staticLocalTag) return;
-  const auto [first, second] = inOrder(use, other);
-  of_.refuse(second.origin,
-             isInOneSet ? "{} has the property {} already ({})"
-                        : "{} has the property {} already ({}), with another local tag",
-             isInOneSet ? "take this row away" : "write the one that stands there", of_.sets_[set].symbol,
-             of_.properties_[use.property].symbol, of_.where(first.origin));
-}
-
-void DefinitionCheck::refuseTag(uint32 set, const PropertyUse& use, const PropertyUse& other) const {
-  const auto [first, second] = inOrder(use, other);
-  of_.refuse(second.origin, "{} has the local tag of {} ({}) in the set {}",
-             "give it another, or '-' for one that each file gives", of_.properties_[second.property].symbol,
-             of_.properties_[first.property].symbol, of_.where(first.origin), of_.sets_[set].symbol);
-}
-
-// Readers find sets by their names alone, whatever the namespace.
-void DefinitionCheck::checkSetNames() const {
-  std::unordered_map<std::string_view, const SetDefinition*> names;
-  for (const auto& set : of_.sets_) {
-    if (isReservedName(set.xmlName)) {
-      of_.refuse(
-          set.origin,
-          "{} has the name {} in XML, where DarkMetadata, FloatingDarkMetadata and names with '_REF' are no sets",
-          "add name=X", set.symbol, set.xmlName);
-    }
-    const auto [known, isNew] = names.emplace(set.xmlName, &set);
-    if (isNew) continue;
-    const auto [first, second] = inOrder(*known->second, set);
-    of_.refuse(second.origin, "{} has the name of {} ({}) in XML, where sets are told apart by it", "add name=X",
-               second.symbol, first.symbol, of_.where(first.origin));
+  void checkTarget(const PropertyDefinition& property) const {
+    if (property.type.target.empty() || of_.findSet(property.type.target) != nullptr) return;
+    of_.refuse(property.origin, "{} refers to the set {}, which is not defined",
+               "define it, or leave out what the reference is to", property.symbol, property.type.target);
   }
-}
 
-void DefinitionCheck::checkPropertyNames(MetaMetadata::Vocabulary vocabulary) const {
-  std::unordered_map<std::string, const PropertyDefinition*> names;
-  for (const auto& property : of_.properties_) {
-    const auto& chosen = of_.namespaces_[property.chosenNamespace];
-    const wstring name(property.xmlName.begin(), property.xmlName.end());
-    if (property.chosenNamespace != 0 && MetaMetadata::isIdentifierName(name)) {
-      of_.refuse(property.origin, "the name {} is that of an attribute of every set, which is in no namespace of yours",
-                 "add name=X", property.xmlName);
+  void findParents() {
+    parents_.reserve(of_.sets_.size());
+    for (const auto& set : of_.sets_) {
+      parents_.push_back(set.parent.empty() ? kNoParent : of_.placeOfSet(set.parent));
+      if (set.parent.empty() || parents_.back() != kNoParent) continue;
+      of_.refuse(set.origin, "{} inherits from {}, which is not defined", "name a set of this or another file, or '-'",
+                 set.symbol, quotedWord(set.parent));
     }
-    const std::string uri = property.chosenNamespace == 0
-                                ? Utils::wstringToString(wstring(MetaMetadata::elementNamespace(vocabulary, name).uri))
-                                : std::string(chosen.uri);
-    const auto [known, isNew] = names.emplace(uri + " " + std::string(property.xmlName), &property);
-    if (isNew || known->second->key == property.key) continue;  // the same one: a newer edition gave it another key
-    const auto [first, second] = inOrder(*known->second, property);
-    of_.refuse(second.origin, "{} has the name of {} ({}) in the namespace {}",
-               "add name=X, or choose a namespace of your own", second.symbol, first.symbol, of_.where(first.origin),
-               uri);
   }
+
+  void checkCircles() const {
+    // Each walk upwards has a number: a set that the same walk meets again inherits from itself; one that an earlier
+    // walk met leads to a root.
+    Templates::vector<uint32> rounds(of_.sets_.size(), 0);
+    for (uint32 start = 0; start < of_.sets_.size(); ++start) {
+      for (uint32 at = start; rounds[at] == 0; at = parents_[at]) {
+        rounds[at] = start + 1;
+        const uint32 parent = parents_[at];
+        if (parent == kNoParent) break;
+        if (rounds[parent] != start + 1) continue;
+        const auto& set = of_.sets_[at];
+        of_.refuse(set.origin, "{} inherits from itself, by way of {}", "let one of them inherit from another set",
+                   set.symbol, set.parent);
+      }
+    }
+  }
+
+  /// Refuses what would make a dictionary too large for memory.
+  void checkExtent() const {
+    uint64 properties = 0;
+    for (uint32 place = 0; place < of_.sets_.size(); ++place) {
+      const auto& set = of_.sets_[place];
+      uint32 generations = 0;
+      for (uint32 at = place; at != kNoParent; at = parents_[at], ++generations) {
+        properties += of_.sets_[at].properties.size();
+        if (generations <= kMostAncestors) continue;
+        of_.refuse(set.origin, "{} has more than {} ancestors", "let it inherit from a set that has fewer", set.symbol,
+                   kMostAncestors);
+      }
+      if (properties <= kMostListedProperties) continue;
+      of_.refuse(set.origin, "up to here the sets have more than {} properties, inherited ones counted in each set",
+                 "define fewer", kMostListedProperties);
+    }
+  }
+
+  void checkPropertiesOf(uint32 set) const {
+    std::unordered_map<uint32, const PropertyUse*> byProperty;
+    std::unordered_map<uint16, const PropertyUse*> byTag;
+    for (uint32 at = set; at != kNoParent; at = parents_[at]) {
+      for (const auto& use : of_.sets_[at].properties) {
+        const auto [known, isNew] = byProperty.emplace(use.property, &use);
+        if (!isNew) {
+          checkRepetition(set, *known->second, use, at == set);
+          continue;
+        }
+        if (use.staticLocalTag == 0) continue;
+        const auto [holder, isFree] = byTag.emplace(use.staticLocalTag, &use);
+        if (!isFree) refuseTag(set, *holder->second, use);
+      }
+    }
+  }
+
+  void checkRepetition(uint32 set, const PropertyUse& use, const PropertyUse& other, bool isInOneSet) const {
+    if (!isInOneSet && use.staticLocalTag == other.staticLocalTag) return;
+    const auto [first, second] = inOrder(use, other);
+    of_.refuse(second.origin,
+               isInOneSet ? "{} has the property {} already ({})"
+                          : "{} has the property {} already ({}), with another local tag",
+               isInOneSet ? "take this row away" : "write the one that stands there", of_.sets_[set].symbol,
+               of_.properties_[use.property].symbol, of_.where(first.origin));
+  }
+
+  [[noreturn]] void refuseTag(uint32 set, const PropertyUse& use, const PropertyUse& other) const {
+    const auto [first, second] = inOrder(use, other);
+    of_.refuse(second.origin, "{} has the local tag of {} ({}) in the set {}",
+               "give it another, or '-' for one that each file gives", of_.properties_[second.property].symbol,
+               of_.properties_[first.property].symbol, of_.where(first.origin), of_.sets_[set].symbol);
+  }
+
+  /// Readers find sets by their names alone, whatever the namespace.
+  void checkSetNames() const {
+    std::unordered_map<std::string_view, const SetDefinition*> names;
+    for (const auto& set : of_.sets_) {
+      if (isReservedName(set.xmlName)) {
+        of_.refuse(
+            set.origin,
+            "{} has the name {} in XML, where DarkMetadata, FloatingDarkMetadata and names with '_REF' are no sets",
+            "add name=X", set.symbol, set.xmlName);
+      }
+      const auto [known, isNew] = names.emplace(set.xmlName, &set);
+      if (isNew) continue;
+      const auto [first, second] = inOrder(*known->second, set);
+      of_.refuse(second.origin, "{} has the name of {} ({}) in XML, where sets are told apart by it", "add name=X",
+                 second.symbol, first.symbol, of_.where(first.origin));
+    }
+  }
+
+  void checkPropertyNames(MetaMetadata::Vocabulary vocabulary) const {
+    std::unordered_map<std::string, const PropertyDefinition*> names;
+    for (const auto& property : of_.properties_) {
+      const auto& chosen = of_.namespaces_[property.chosenNamespace];
+      const wstring name(property.xmlName.begin(), property.xmlName.end());
+      if (property.chosenNamespace != 0 && MetaMetadata::isIdentifierName(name)) {
+        of_.refuse(property.origin,
+                   "the name {} is that of an attribute of every set, which is in no namespace of yours", "add name=X",
+                   property.xmlName);
+      }
+      const std::string uri =
+          property.chosenNamespace == 0
+              ? Utils::wstringToString(wstring(MetaMetadata::elementNamespace(vocabulary, name).uri))
+              : std::string(chosen.uri);
+      const auto [known, isNew] = names.emplace(uri + " " + std::string(property.xmlName), &property);
+      if (isNew || known->second->key == property.key) continue;  // the same one: a newer edition gave it another key
+      const auto [first, second] = inOrder(*known->second, property);
+      of_.refuse(second.origin, "{} has the name of {} ({}) in the namespace {}",
+                 "add name=X, or choose a namespace of your own", second.symbol, first.symbol, of_.where(first.origin),
+                 uri);
+    }
+  }
+
+  Definitions& of_;
+  Templates::vector<uint32> parents_;  // beside the sets: the places of their parents
+};
+
+void Definitions::check() {
+  if (isChecked_) return;
+  DefinitionCheck(*this).run();
+  isChecked_ = true;
 }
 
 }  // namespace Vantor

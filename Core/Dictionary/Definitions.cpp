@@ -1,23 +1,21 @@
 #include "Core/Dictionary/Definitions.h"
 
-#include <utf8.h>
-
-#include <algorithm>
 #include <memory>
 #include <utility>
 
 #include "Core/DataIO/File.h"
-#include "Core/Dictionary/DefinitionCheck.h"
-#include "Core/Dictionary/DefinitionIndex.h"
-#include "Core/Dictionary/DefinitionReader.h"
-#include "Core/Platform/Exceptions.h"
+#include "Core/MetaMetadata/LabelHash.h"
 
 namespace Vantor {
 
 namespace {
 
 using MetaMetadata::DictionaryBuilder;
+using MetaMetadata::elementIdentity;
 using MetaMetadata::ExtensionAttributes;
+using MetaMetadata::groupIdentity;
+using MetaMetadata::HashIndex;
+using MetaMetadata::hashOfText;
 
 /// The registers of SMPTE, labels included, take one megabyte.
 constexpr uint64 kLargestFile = uint64{64} << 20;
@@ -36,7 +34,19 @@ std::string textOfFile(const Path& path) {
 
 template <class Definition>
 const Definition* at(const Templates::vector<Definition>& list, uint32 place) {
-  return place == MetaMetadata::HashIndex::kNotFound ? nullptr : &list[place];
+  return place == HashIndex::kNotFound ? nullptr : &list[place];
+}
+
+template <class Definition>
+uint32 placeOf(const Types::UniversalLabel& key, const Templates::vector<Definition>& list, const HashIndex& index) {
+  const auto wanted = elementIdentity(key.rawBuffer());
+  return index.find(wanted.hash(),
+                    [&](uint32 place) { return elementIdentity(list[place].key.rawBuffer()) == wanted; });
+}
+template <class Definition>
+uint32 placeOf(std::string_view name, std::string_view Definition::*field, const Templates::vector<Definition>& list,
+               const HashIndex& index) {
+  return index.find(hashOfText(name), [&](uint32 place) { return list[place].*field == name; });
 }
 
 wstring wide(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
@@ -54,40 +64,16 @@ ExtensionAttributes extensionsOf(const Definition& definition, const ChosenNames
 
 }  // namespace
 
-Definitions::Definitions() : namespaces_(1), index_(std::make_unique<Index>()) {}
-Definitions::~Definitions() = default;
-Definitions::Definitions(Definitions&&) noexcept = default;
-Definitions& Definitions::operator=(Definitions&&) noexcept = default;
-
 void Definitions::readFile(const Path& path) { readText(textOfFile(path), path.u8string()); }
-
-void Definitions::readText(std::string text, std::string name, Overlay overlay) {
-  const uint32 source = addSource(std::move(name));
-  std::string_view kept = keep(std::move(text));
-  const auto invalid = utf8::find_invalid(kept.begin(), kept.end());
-  const auto nul = kept.find('\0');
-  const auto bad = std::min(nul, static_cast<std::size_t>(invalid - kept.begin()));
-  if (bad < kept.size()) {
-    const auto line = static_cast<uint32>(1 + std::count(kept.begin(), kept.begin() + bad, '\n'));
-    refuse({source, line}, "this is no text in UTF-8", "save the file in that encoding");
-  }
-  if (utf8::starts_with_bom(kept.begin(), kept.end())) kept.remove_prefix(3);
-  DefinitionReader(*this, overlay, source).read(kept);
-}
-
-void Definitions::readTrusted(std::string_view text, std::string name) {
-  const bool wasChecked = isChecked_;
-  reserve(text.size());
-  DefinitionReader(*this, Overlay::kRefuse, addSource(std::move(name))).read(text);
-  isChecked_ = wasChecked;
-}
 
 void Definitions::reserve(std::size_t textSize) {
   constexpr std::size_t kTypicalRow = 90;  // octets, in files whose columns are aligned
   const std::size_t rows = textSize / kTypicalRow;
   properties_.reserve(properties_.size() + rows);
   sets_.reserve(sets_.size() + rows / 6);  // a set has six properties of its own, more or less
-  index_->reserve(properties_.capacity(), sets_.capacity());
+  propertiesByKey_.reserve(properties_.capacity());
+  setsByKey_.reserve(sets_.capacity());
+  setsBySymbol_.reserve(sets_.capacity());
 }
 
 uint32 Definitions::addSource(std::string name) {
@@ -100,12 +86,6 @@ uint32 Definitions::addRegister(std::string name) {
   const uint32 place = addSource(std::move(name));
   registerSources_[place] = true;
   return place;
-}
-
-void Definitions::check() {
-  if (isChecked_) return;
-  DefinitionCheck(*this).run();
-  isChecked_ = true;
 }
 
 SharedPtr<const MetaMetadata::Dictionary> Definitions::makeDictionary(MetaMetadata::Vocabulary vocabulary) {
@@ -126,21 +106,53 @@ SharedPtr<const MetaMetadata::Dictionary> Definitions::makeDictionary(MetaMetada
   return builder.build();
 }
 
-const SetDefinition* Definitions::findSet(const KLV::Key& key) const { return at(sets_, index_->findSet(*this, key)); }
-const SetDefinition* Definitions::findSet(std::string_view symbol) const {
-  return at(sets_, index_->findSet(*this, symbol));
-}
+const SetDefinition* Definitions::findSet(const KLV::Key& key) const { return at(sets_, placeOfSet(key)); }
+const SetDefinition* Definitions::findSet(std::string_view symbol) const { return at(sets_, placeOfSet(symbol)); }
 const PropertyDefinition* Definitions::findProperty(const Types::UniversalLabel& key) const {
-  return at(properties_, index_->findProperty(*this, key));
+  return at(properties_, placeOfProperty(key));
 }
 const EnumerationDefinition* Definitions::findEnumeration(std::string_view name) const {
-  return at(enumerations_, index_->findEnumeration(*this, name));
+  return at(enumerations_, placeOfEnumeration(name));
 }
 const LabelDefinition* Definitions::findLabel(const Types::UniversalLabel& key) const {
-  return at(labels_, index_->findLabel(*this, key));
+  return at(labels_, placeOfLabel(key));
 }
 const LabelDefinition* Definitions::findLabel(std::string_view symbol) const {
-  return at(labels_, index_->findLabel(*this, symbol));
+  return at(labels_, placeOfLabel(symbol));
+}
+
+uint32 Definitions::placeOfSet(const KLV::Key& key) const {
+  const auto wanted = groupIdentity(key.rawBuffer());
+  return setsByKey_.find(wanted.hash(),
+                         [&](uint32 place) { return groupIdentity(sets_[place].key.rawBuffer()) == wanted; });
+}
+uint32 Definitions::placeOfSet(std::string_view symbol) const {
+  return placeOf(symbol, &SetDefinition::symbol, sets_, setsBySymbol_);
+}
+uint32 Definitions::placeOfProperty(const Types::UniversalLabel& key) const {
+  return placeOf(key, properties_, propertiesByKey_);
+}
+uint32 Definitions::placeOfEnumeration(std::string_view name) const {
+  return placeOf(name, &EnumerationDefinition::name, enumerations_, enumerationsByName_);
+}
+uint32 Definitions::placeOfLabel(const Types::UniversalLabel& key) const { return placeOf(key, labels_, labelsByKey_); }
+uint32 Definitions::placeOfLabel(std::string_view symbol) const {
+  return placeOf(symbol, &LabelDefinition::symbol, labels_, labelsBySymbol_);
+}
+
+void Definitions::enterSet(uint32 place) {
+  setsByKey_.insert(groupIdentity(sets_[place].key.rawBuffer()).hash(), place);
+  setsBySymbol_.insert(hashOfText(sets_[place].symbol), place);
+}
+void Definitions::enterProperty(uint32 place) {
+  propertiesByKey_.insert(elementIdentity(properties_[place].key.rawBuffer()).hash(), place);
+}
+void Definitions::enterEnumeration(uint32 place) {
+  enumerationsByName_.insert(hashOfText(enumerations_[place].name), place);
+}
+void Definitions::enterLabel(uint32 place) {
+  labelsByKey_.insert(elementIdentity(labels_[place].key.rawBuffer()).hash(), place);
+  labelsBySymbol_.insert(hashOfText(labels_[place].symbol), place);
 }
 
 std::string_view Definitions::keep(std::string text) {

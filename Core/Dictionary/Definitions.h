@@ -30,11 +30,6 @@ class Definitions {
     kReplace,  ///< the new one takes its place: a newer register over an older one
   };
 
-  Definitions();
-  ~Definitions();
-  Definitions(Definitions&&) noexcept;
-  Definitions& operator=(Definitions&&) noexcept;
-
   /// Reads a file of the dictionary format (docs/dictionary-format.md).
   /// @throws Exceptions::IOError when it cannot be read; Exceptions::InvalidFormat for the first row that is wrong, or
   ///         when it is larger than any dictionary.
@@ -83,7 +78,23 @@ class Definitions {
   friend class DefinitionAdder;
   friend class DefinitionReader;
   friend class DefinitionCheck;
-  class Index;
+
+  static constexpr uint32 kNotFound = MetaMetadata::HashIndex::kNotFound;
+
+  // Places in the lists; `kNotFound` when there is none.
+  uint32 placeOfSet(const KLV::Key& key) const;
+  uint32 placeOfSet(std::string_view symbol) const;
+  uint32 placeOfProperty(const Types::UniversalLabel& key) const;
+  uint32 placeOfEnumeration(std::string_view name) const;
+  uint32 placeOfLabel(const Types::UniversalLabel& key) const;
+  uint32 placeOfLabel(std::string_view symbol) const;
+
+  // Enter the definition at a place, by everything that it is found by. Entries are never removed: an old one may lead
+  // to a definition that has changed since, so every look-up compares. Entering a definition twice does no harm.
+  void enterSet(uint32 place);
+  void enterProperty(uint32 place);
+  void enterEnumeration(uint32 place);
+  void enterLabel(uint32 place);
 
   /// Makes room for what a text of this size may hold.
   void reserve(std::size_t textSize);
@@ -107,12 +118,17 @@ class Definitions {
   Templates::vector<auto_ptr<const std::string>> texts_;
   Templates::vector<std::string> sources_;
   Templates::vector<bool> registerSources_;  // beside the sources
-  Templates::vector<ChosenNamespace> namespaces_;
+  Templates::vector<ChosenNamespace> namespaces_ = Templates::vector<ChosenNamespace>(1);
   Templates::vector<SetDefinition> sets_;
   Templates::vector<PropertyDefinition> properties_;
   Templates::vector<EnumerationDefinition> enumerations_;
   Templates::vector<LabelDefinition> labels_;
-  auto_ptr<Index> index_;
+  MetaMetadata::HashIndex setsByKey_;
+  MetaMetadata::HashIndex setsBySymbol_;
+  MetaMetadata::HashIndex propertiesByKey_;
+  MetaMetadata::HashIndex enumerationsByName_;
+  MetaMetadata::HashIndex labelsByKey_;
+  MetaMetadata::HashIndex labelsBySymbol_;
   bool isChecked_ = true;
 };
 

@@ -1,10 +1,11 @@
 #include "Core/Dictionary/PropertyTypeText.h"
 
 #include <algorithm>
-#include <array>
-#include <utility>
+#include <iterator>
+#include <unordered_map>
 
 #include "Core/Dictionary/DictionaryRow.h"
+#include "Core/Platform/HexDigits.h"
 
 namespace Vantor {
 
@@ -12,44 +13,17 @@ namespace {
 
 using namespace Types::Identifiers;
 
-/// Sorted by name. Collections have a notation of their own; an `Unknown` value has no definition; a local tag and a
-/// data value have no form that would be read back.
-constexpr std::array<std::pair<std::string_view, Identifier>, 34> kPropertyTypes = {{
-    {"AUID", kAUID},
-    {"Boolean", kBoolean},
-    {"DataStream", kDataStream},
-    {"ISO7String", kISO7String},
-    {"ISO8String", kISO8String},
-    {"Int16", kInt16},
-    {"Int32", kInt32},
-    {"Int64", kInt64},
-    {"Int8", kInt8},
-    {"J2KCodingStyleDefault", kJ2KCodingStyleDefault},
-    {"J2KPictureComponent", kJ2KPictureComponent},
-    {"J2KQuantisationDefault", kJ2KQuantisationDefault},
-    {"Length", kLength},
-    {"Orientation", kOrientation},
-    {"Position", kPosition},
-    {"ProductVersion", kProductVersion},
-    {"RGBALayout", kRGBALayout},
-    {"Rational", kRational},
-    {"SignalStandard", kSignalStandard},
-    {"StrongReference", kStrongReference},
-    {"Timestamp", kTimestamp},
-    {"UInt16", kUInt16},
-    {"UInt32", kUInt32},
-    {"UInt64", kUInt64},
-    {"UInt8", kUInt8},
-    {"UMID32", kUMID32},
-    {"UMID64", kUMID64},
-    {"UTF16", kUTF16},
-    {"UTF16String", kUTF16String},
-    {"UTF8String", kUTF8String},
-    {"UUID", kUUID},
-    {"UniversalLabel", kUniversalLabel},
-    {"VersionType", kVersionType},
-    {"WeakReference", kWeakReference},
-}};
+constexpr Identifier kAllTypes[] = {
+#define VANTOR_LIST_TYPE(Type, number, octets) k##Type,
+    VANTOR_FOR_EACH_TYPE(VANTOR_LIST_TYPE)
+#undef VANTOR_LIST_TYPE
+};
+
+/// Collections have a notation of their own; an `Unknown` value has no definition; a local tag and a data value have no
+/// form that would be read back.
+bool isPropertyType(Identifier type) {
+  return type != kArray && type != kBatch && type != kUnknown && type != kLocalTag && type != kDataValue;
+}
 
 /// Takes `name(` and `)` from around a text that has both.
 bool unwrap(std::string_view& text, std::string_view name) {
@@ -79,25 +53,21 @@ void readItem(std::string_view text, PropertyType& type) {
 }  // namespace
 
 Identifier propertyTypeNamed(std::string_view name) {
-  const auto* const end = kPropertyTypes.data() + kPropertyTypes.size();
-  const auto* const found = std::lower_bound(
-      kPropertyTypes.data(), end, name, [](const auto& entry, std::string_view text) { return entry.first < text; });
-  return found != end && found->first == name ? found->second : kNone;
+  static const auto types = [] {
+    std::unordered_map<std::string_view, Identifier> named;
+    for (const auto type : kAllTypes) {
+      if (isPropertyType(type)) named.emplace(Types::Identifiers::name(type), type);
+    }
+    return named;
+  }();
+  const auto found = types.find(name);
+  return found == types.end() ? kNone : found->second;
 }
 
 bool isEnumerable(Identifier type) {
-  switch (Types::Identifiers::typeSize(type)) {
-    case 1:
-      return type == kUInt8 || type == kInt8 || type == kSignalStandard || type == kOrientation;
-    case 2:
-      return type == kUInt16 || type == kInt16;
-    case 4:
-      return type == kUInt32 || type == kInt32;
-    case 8:
-      return type == kUInt64 || type == kInt64;
-    default:
-      return false;
-  }
+  constexpr Identifier kEnumerable[] = {kInt8,   kInt16,  kInt32,  kInt64,          kUInt8,
+                                        kUInt16, kUInt32, kUInt64, kSignalStandard, kOrientation};
+  return std::find(std::begin(kEnumerable), std::end(kEnumerable), type) != std::end(kEnumerable);
 }
 
 bool fitsInto(Identifier type, int64 number) {
@@ -136,6 +106,10 @@ std::string textOf(const PropertyType& type) {
   if (!type.target.empty()) text += "(" + std::string(type.target) + ")";
   if (type.collection != kNone) text = std::string(name(type.collection)) + "Of(" + text + ")";
   return text;
+}
+
+std::string tagText(uint16 tag) {
+  return tag == 0 ? "-" : Platform::hexNumber<std::string>(tag, Platform::DigitCase::kLower);
 }
 
 }  // namespace Vantor

@@ -24,4 +24,7 @@ std::optional<PropertyType> parsePropertyType(std::string_view text, std::string
 /// Writes what `parsePropertyType` reads.
 std::string textOf(const PropertyType& type);
 
+/// A static local tag as dictionaries have it: four hexadecimal digits in lower case, or '-' for none.
+std::string tagText(uint16 tag);
+
 }  // namespace Vantor

@@ -53,6 +53,19 @@ Text hexNumber(Number number, DigitCase digitCase = DigitCase::kUpper) {
   return text;
 }
 
+/// The number that `hexNumber` writes so, in either case; none for any other text.
+template <class Number>
+std::optional<Number> numberFromHex(std::string_view text) {
+  if (text.size() != 2 * sizeof(Number)) return std::nullopt;
+  Number number = 0;
+  for (const char digit : text) {
+    const int value = hexDigit(static_cast<unsigned char>(digit));
+    if (value < 0) return std::nullopt;
+    number = static_cast<Number>(number << 4 | static_cast<Number>(value));
+  }
+  return number;
+}
+
 /// The octets of a text that is nothing but pairs of digits, in either case; none for any other text.
 inline std::optional<Bytes> bytesFromHex(std::u16string_view text) {
   if (text.size() % 2 != 0) return std::nullopt;

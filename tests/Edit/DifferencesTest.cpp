@@ -11,9 +11,7 @@
 namespace Vantor::Edit {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Pair;
 
 /// Two partitions, each with a Thing that has the same InstanceUID.
 class DifferencesTest : public testing::Test {
@@ -153,34 +151,6 @@ TEST_F(DifferencesTest, IsInLengthFieldsAsFarAsTheEditSaysHowLongTheyAre) {
   left_.setBerLength(4);
   right_.setBerLength(9);
   EXPECT_TRUE(hasOtherLengthOctets(left_, right_));
-}
-
-TEST_F(DifferencesTest, ListsDarkKLVsWithoutInstanceUIDByContent) {
-  for (const uint8 octets : {3, 9}) {
-    lefts_.addDarkMetadataSet(std::make_unique<DarkMetadataSet>(darkSetKey(), octets, KLV::Value(hex("0102"))));
-  }
-  addGroup(lefts_, Items().item(0x8001, "01"), 0);
-  addGroup(lefts_, Items().instanceUID(3));
-  const auto klvs = darkKLVsOf(lefts_);
-  ASSERT_EQ(klvs.size(), 2u);
-  EXPECT_THAT(klvs.at({darkSetKey(), hex("0102")}), ElementsAre(3, 9));
-  EXPECT_THAT(klvs.at({darkGroupKey(), hex("8001 0001 01")}), ElementsAre(0));
-}
-
-TEST(DarkDifference, IsInTheNumberOfKLVsAndInTheirLengthFields) {
-  const auto difference = compareDark({4, 3, 9}, {9, 5});
-  EXPECT_THAT(difference.recoded, ElementsAre(Pair(4, 5)));
-  EXPECT_THAT(difference.removed, ElementsAre(3));
-  EXPECT_THAT(difference.added, IsEmpty());
-  EXPECT_THAT(compareDark({4}, {1, 4}).added, ElementsAre(1));
-  EXPECT_THAT(compareDark({}, {0}).added, ElementsAre(0));
-}
-
-TEST(DarkDifference, IsNotInLengthFieldsThatTheEditSaysNothingOf) {
-  const auto difference = compareDark({4, 9}, {9, 0});
-  EXPECT_THAT(difference.recoded, IsEmpty());
-  EXPECT_THAT(difference.removed, IsEmpty());
-  EXPECT_THAT(difference.added, IsEmpty());
 }
 
 }  // namespace

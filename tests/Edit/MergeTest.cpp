@@ -143,7 +143,7 @@ TEST_F(MergeTest, RemovesNoReferencesWhenItMayNot) {
 TEST_F(MergeTest, LeavesWhatCouldNotBeRead) {
   setText(*theirs_, "Identification", "ApplicationName", u"Ed");
   Theirs theirs{*theirs_};
-  theirs.unread.insert(Theirs::keyOf(*setNamed(*ours_, "Identification").instanceUID(), "ApplicationName"));
+  theirs.unread.emplace(*setNamed(*ours_, "Identification").instanceUID(), "ApplicationName");
   Edit::merge(*ours_, *ours_, theirs, Scope(*ours_));
   EXPECT_TRUE(isUnchanged());
 }

@@ -229,6 +229,18 @@ TEST(Set, DoesNotWarnAgainOfASetThatHadSuchAValue) {
   EXPECT_EQ(file.set({"Identification.ApplicationName=" + std::string(50000, 'y')}).err, "");
 }
 
+TEST(Set, WarnsOfAReferenceToASetThatIsNotThere) {
+  const SetFile file;
+  const auto assign = [&file](const std::string& target) {
+    return file.set({"TimelineTrack[1].TrackSegment=" + target});
+  };
+  EXPECT_EQ(assign("FC.1A.AE.AC.DE.38.4E.A6.85.C5.8A.73.06.23.40.B0").err, "");
+  const Result result = assign("11.11.11.11.22.22.33.33.44.44.55.55.55.55.55.55");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err, "mxfxml: " + file.path() +
+                            ": warning: TimelineTrack[1].TrackSegment refers to a set that the file does not have\n");
+}
+
 TEST(Set, TakesCompoundValuesAndLists) {
   const SetFile file;
   const Result result = file.set({"Preface.FileLastModified=2024-02-09T03:04:05.008", "Preface.FormatVersion=1.3",

@@ -1,9 +1,8 @@
 #include "DefinitionsText.h"
 
-#include <algorithm>
-
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/MetaMetadata/RegisterKey.h"
+#include "tools/mxfxml/TextTable.h"
 
 namespace Vantor {
 
@@ -11,33 +10,7 @@ namespace {
 
 using MetaMetadata::registerText;
 
-using Row = Templates::vector<std::string>;
-
-/// Indented rows, columns aligned.
-std::string tableText(const Templates::vector<Row>& rows) {
-  Templates::vector<std::size_t> widths;
-  for (const auto& row : rows) {
-    widths.resize(std::max(widths.size(), row.size()), 0);
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
-  }
-  std::string text;
-  for (const auto& row : rows) {
-    std::size_t column = text.size();
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      text.resize(column, ' ');
-      text.append("  ").append(row[i]);
-      column += 2 + widths[i];
-    }
-    text += '\n';
-  }
-  return text;
-}
-
-std::string tagText(uint16 tag) {
-  constexpr const char* kDigits = "0123456789abcdef";
-  if (tag == 0) return "-";
-  return {kDigits[tag >> 12], kDigits[tag >> 8 & 15], kDigits[tag >> 4 & 15], kDigits[tag & 15]};
-}
+using Tool::TextTable;
 
 /// Nothing where the name in exports is the symbol.
 template <class Definition>
@@ -46,26 +19,28 @@ std::string nameOption(const Definition& definition) {
 }
 
 std::string textOf(const EnumerationDefinition& enumeration) {
-  Templates::vector<Row> rows;
-  for (const auto& value : enumeration.values) rows.push_back({std::to_string(value.number), std::string(value.name)});
+  TextTable table(2);
+  for (const auto& value : enumeration.values) table.addRow({std::to_string(value.number), std::string(value.name)});
   return "\nenum " + std::string(enumeration.name) + " " + Types::Identifiers::name(enumeration.base) + "\n" +
-         tableText(rows);
+         table.text();
 }
 
-Row rowOf(const PropertyUse& use, const PropertyDefinition& property) {
-  Row row = {tagText(use.staticLocalTag), registerText(property.key.key()), std::string(property.symbol),
-             textOf(property.type), std::string(kRequiredStatuses.at(use.requiredStatus))};
-  if (auto name = nameOption(property); !name.empty()) row.push_back(std::move(name));
-  return row;
+TextTable::Row rowOf(const PropertyUse& use, const PropertyDefinition& property) {
+  return {tagText(use.staticLocalTag),
+          registerText(property.key.key()),
+          std::string(property.symbol),
+          textOf(property.type),
+          std::string(kRequiredStatuses.at(use.requiredStatus)),
+          nameOption(property)};
 }
 
 std::string textOf(const SetDefinition& set, const Definitions& definitions) {
-  Templates::vector<Row> rows;
-  for (const auto& use : set.properties) rows.push_back(rowOf(use, definitions.properties()[use.property]));
+  TextTable table(6);
+  for (const auto& use : set.properties) table.addRow(rowOf(use, definitions.properties()[use.property]));
   const auto name = nameOption(set);
   return "\n" + registerText(set.key) + "  " + std::string(set.symbol) + "  " +
          (set.parent.empty() ? "-" : std::string(set.parent)) + (set.isConcrete ? "" : "  abstract") +
-         (name.empty() ? "" : "  " + name) + "\n" + tableText(rows);
+         (name.empty() ? "" : "  " + name) + "\n" + table.text();
 }
 
 std::string textOf(const LabelDefinition& label) {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Core/DataIO/File.h"
@@ -25,15 +26,13 @@ constexpr const char* kUsage =
 constexpr int kWrongUsage = 2;
 constexpr int kNotThere = 77;
 
-struct DataFile {
-  const char* name;
-  std::string text;
-};
+/// Names of data files with their texts.
+using DataFiles = std::vector<std::pair<const char*, std::string>>;
 
-std::vector<DataFile> make(const Path& folder) {
+DataFiles make(const Path& folder) {
   Registers::Entries entries;
-  for (const char* name : {"Groups.xml", "Elements.xml", "Types.xml", "Labels.xml"}) {
-    Registers::readRegister(folder / name, entries);
+  for (const char* name : Registers::kRegisterNames) {
+    Registers::readRegister(folder / (std::string(name) + ".xml"), entries);
   }
   Definitions definitions, labels;
   Registers::addDefinitions(entries, definitions);
@@ -68,12 +67,12 @@ int run(std::vector<std::string> arguments) {
   const Path registers = std::filesystem::u8path(arguments[0]);
   if (isCheck && !std::filesystem::exists(registers)) return kNotThere;
   bool isSame = true;
-  for (const auto& file : make(registers)) {
-    const Path path = std::filesystem::u8path(arguments[1]) / file.name;
+  for (const auto& [name, text] : make(registers)) {
+    const Path path = std::filesystem::u8path(arguments[1]) / name;
     if (isCheck) {
-      isSame = isStored(path, file.text) && isSame;
+      isSame = isStored(path, text) && isSame;
     } else {
-      store(path, file.text);
+      store(path, text);
     }
   }
   return isSame ? 0 : 1;

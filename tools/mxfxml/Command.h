@@ -1,8 +1,10 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <string>
 
+#include "CommonOptions.h"
 #include "Core/Platform/Path.h"
 
 namespace Vantor::Tool {
@@ -28,11 +30,31 @@ class Command {
       : app_(program.add_subcommand(name, description)) {}
 
   CLI::App& app() { return *app_; }
-  Path& input() { return input_; }
+  void addInput(const std::string& description) { addFileArgument(app(), "INPUT", input_, description); }
 
  private:
   CLI::App* app_;
   Path input_;
 };
+
+/// `mxfxml export`: writes the header metadata of one partition as XML.
+std::unique_ptr<Command> exportCommand(CLI::App& program);
+/// `mxfxml import`: writes the header metadata of an XML document as an MXF file that holds nothing else, or merges the
+/// edits of a document into the file that it was exported from.
+std::unique_ptr<Command> importCommand(CLI::App& program);
+/// `mxfxml verify`: writes the header metadata of one partition as XML in memory, reads it back, and prints what has
+/// changed. Fails after printing if anything has.
+std::unique_ptr<Command> verifyCommand(CLI::App& program);
+/// `mxfxml info`: prints the partitions of a file and the sets in the metadata of one of them.
+std::unique_ptr<Command> infoCommand(CLI::App& program);
+/// `mxfxml set`: changes values of properties, or removes properties.
+std::unique_ptr<Command> setCommand(CLI::App& program);
+/// `mxfxml diff`: prints the differences between the header metadata of two files, MXF or XML. Fails after printing if
+/// there are any.
+std::unique_ptr<Command> diffCommand(CLI::App& program);
+/// `mxfxml recover`: undoes a change in place that was stopped half-way.
+std::unique_ptr<Command> recoverCommand(CLI::App& program);
+/// `mxfxml dictionary`: prints the sets that the dictionary knows, or what it knows under a name, a key or a tag.
+std::unique_ptr<Command> dictionaryCommand(CLI::App& program);
 
 }  // namespace Vantor::Tool

@@ -1,12 +1,13 @@
 #include "CommonOptions.h"
 
 #include <system_error>
+
 #include "Core/Platform/Exceptions.h"
 #include "ErrorText.h"
 
 namespace Vantor::Tool {
 
-namespace {
+std::string whyNoFileName(const std::string& text) { return text.empty() ? "the file name is empty" : ""; }
 
 std::string whyNoPartition(const std::string& text) {
   try {
@@ -15,43 +16,6 @@ std::string whyNoPartition(const std::string& text) {
     return error.what();
   }
   return {};
-}
-
-}  // namespace
-
-std::string whyNoFileName(const std::string& text) { return text.empty() ? "the file name is empty" : ""; }
-
-void addFileArgument(CLI::App& command, const std::string& name, Path& file, const std::string& description) {
-  const auto take = [&file](const std::string& text) { file = std::filesystem::u8path(text); };
-  command.add_option_function<std::string>(name, take, description)->required()->type_name("")->check(whyNoFileName);
-}
-
-void addInput(CLI::App& command, Path& input, const std::string& description) {
-  addFileArgument(command, "INPUT", input, description);
-}
-
-CLI::Option* addFile(CLI::App& command, const std::string& name, std::optional<Path>& file,
-                     const std::string& description) {
-  const auto take = [&file](const std::string& text) { file = std::filesystem::u8path(text); };
-  return command.add_option_function<std::string>(name, take, description)->type_name("FILE")->check(whyNoFileName);
-}
-
-void addPartition(CLI::App& command, MXF::PartitionChoice& choice) {
-  const auto take = [&choice](const std::string& text) { choice = MXF::PartitionChoice::parse(text); };
-  command
-      .add_option_function<std::string>(
-          "--partition", take,
-          "header (default), footer, or a number in file order\nfrom 0, which is the header partition")
-      ->type_name("WHICH")
-      ->check(whyNoPartition);
-}
-
-CLI::Option* addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice,
-                          const std::string& description) {
-  const auto take = [&choice](const std::string& text) { choice = MXF::PartitionChoice::parse(text); };
-  return command.add_option_function<std::string>("--partition", take, description)
-      ->type_name("WHICH")
-      ->check(whyNoPartition);
 }
 
 std::string describe(const MXF::PartitionChoice& choice) {

@@ -1,34 +1,68 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/Platform/Path.h"
 
-/// Options of several subcommands. Parsing fills the variables, which have to live that long.
+/// Options of several subcommands. Parsing fills the variables, which have to live that long; a variable is left as it
+/// is when its option is not given.
 namespace Vantor::Tool {
 
-/// A required file name in the place of the next positional argument.
-void addFileArgument(CLI::App& command, const std::string& name, Path& file, const std::string& description);
-
-/// The same in the place of the first one.
-void addInput(CLI::App& command, Path& input, const std::string& description);
-
-/// An option with the name of a file, such as "-o,--output"; left as it is when the option is not given.
-CLI::Option* addFile(CLI::App& command, const std::string& name, std::optional<Path>& file,
-                     const std::string& description);
-
-/// --partition header|footer|N; left as it is when the option is not given.
-void addPartition(CLI::App& command, MXF::PartitionChoice& choice);
-
-/// The same for commands to which no choice means something other than the header partition.
-CLI::Option* addPartition(CLI::App& command, std::optional<MXF::PartitionChoice>& choice,
-                          const std::string& description);
-
-/// Why a text is no name of a file; empty when it may be one.
+/// Why a text is no name of a file, or of a partition; empty when it may be one.
 std::string whyNoFileName(const std::string& text);
+std::string whyNoPartition(const std::string& text);
+
+/// An option with the name of a file, such as "-o,--output".
+/// @param file  a Path or an optional one.
+template <class File>
+CLI::Option* addFile(CLI::App& command, const std::string& name, File& file, const std::string& description) {
+  const auto take = [&file](const std::string& text) { file = std::filesystem::u8path(text); };
+  return command.add_option_function<std::string>(name, take, description)->type_name("FILE")->check(whyNoFileName);
+}
+
+/// A required file name in the place of the next positional argument.
+inline void addFileArgument(CLI::App& command, const std::string& name, Path& file, const std::string& description) {
+  addFile(command, name, file, description)->required()->type_name("");
+}
+
+/// --partition header|footer|N.
+/// @param choice  a PartitionChoice, or an optional one for commands to which no choice means something else than the
+///                header partition.
+template <class Choice>
+CLI::Option* addPartition(
+    CLI::App& command, Choice& choice,
+    const std::string& description =
+        "header (default), footer, or a number in file order\nfrom 0, which is the header partition") {
+  const auto take = [&choice](const std::string& text) { choice = MXF::PartitionChoice::parse(text); };
+  return command.add_option_function<std::string>("--partition", take, description)
+      ->type_name("WHICH")
+      ->check(whyNoPartition);
+}
+
+/// An option for one of some values by name.
+/// @param kind  for messages, such as "'x' is no encoding: expected 'utf-8' or 'utf-16'".
+template <class Value>
+void addChoice(CLI::App& command, const std::string& option, Value& value, const std::string& kind,
+               const std::vector<std::pair<std::string, Value>>& named, const std::string& description) {
+  const auto take = [&value, named](const std::string& text) {
+    for (const auto& [name, choice] : named) {
+      if (name == text) value = choice;
+    }
+  };
+  const auto whyNot = [named, kind](const std::string& text) {
+    std::string expected;
+    for (const auto& [name, choice] : named) {
+      if (name == text) return std::string();
+      expected += (expected.empty() ? "'" : " or '") + name + "'";
+    }
+    return "'" + text + "' is no " + kind + ": expected " + expected;
+  };
+  command.add_option_function<std::string>(option, take, description)->type_name("NAME")->check(whyNot);
+}
 
 /// The chosen partition in messages: "the header partition", "the footer partition" or "partition 2".
 std::string describe(const MXF::PartitionChoice& choice);

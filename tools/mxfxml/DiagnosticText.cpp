@@ -39,10 +39,12 @@ std::string describeForUser(const LosslessXML::Diagnostic& diagnostic) {
   return oneLine(lacksDefinition(diagnostic) ? text + "; --dictionary FILE adds definitions" : text);
 }
 
-void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict) {
+void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict,
+                      const std::string& consequence) {
   for (const auto& diagnostic : diagnostics) {
     printMessage(document.u8string() + ": " + (isStrict ? "" : "warning: ") + describeForUser(diagnostic));
   }
+  if (isStrict && !diagnostics.empty()) throw CommandError(countOf(diagnostics) + consequence);
 }
 
 std::string countOf(const Diagnostics& diagnostics) {

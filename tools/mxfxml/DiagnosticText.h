@@ -14,7 +14,9 @@ using Diagnostics = std::vector<LosslessXML::Diagnostic>;
 std::string describeForUser(const LosslessXML::Diagnostic& diagnostic);
 
 /// Writes a line for each diagnostic of a document to standard error: a warning, or with `--strict` an error.
-void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict);
+/// @throws CommandError with the number of errors, behind which `consequence` stands.
+void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict,
+                      const std::string& consequence = "");
 
 /// "2 things are wrong with the document".
 std::string countOf(const Diagnostics& diagnostics);

@@ -1,31 +1,42 @@
-#include "DictionaryCommand.h"
-
+#include "Command.h"
+#include "DictionaryOptions.h"
 #include "DictionaryText.h"
 #include "ErrorText.h"
 #include "StandardStreams.h"
 
 namespace Vantor::Tool {
 
-DictionaryCommand::DictionaryCommand(CLI::App& program)
-    : Command(program, "dictionary", "Print the sets of the dictionary, or what it has under one name") {
-  app()
-      .add_option("NAME", wanted_,
-                  "A set, property, enumeration or label by symbol or name in XML,\nby key, or by "
-                  "static local tag (four hexadecimal digits);\nall sets without it")
-      ->type_name("");
-  dictionary_.addDictionary(app());
-}
+namespace {
 
-void DictionaryCommand::run() const {
-  const auto definitions = dictionary_.definitions();
-  if (wanted_.empty()) return writeStandardOutput(listOfSets(definitions));
-  const std::string text = descriptionOf(definitions, wanted_);
-  if (text.empty()) {
+class DictionaryCommand final : public Command {
+ public:
+  explicit DictionaryCommand(CLI::App& program)
+      : Command(program, "dictionary", "Print the sets of the dictionary, or what it has under one name") {
+    app()
+        .add_option("NAME", wanted_,
+                    "A set, property, enumeration or label by symbol or name in XML,\nby key, or by "
+                    "static local tag (four hexadecimal digits);\nall sets without it")
+        ->type_name("");
+    dictionary_.addDictionary(app());
+  }
+
+  void run() const override {
+    const auto definitions = dictionary_.definitions();
+    if (wanted_.empty()) return writeStandardOutput(listOfSets(definitions));
+    const std::string text = descriptionOf(definitions, wanted_);
+    if (!text.empty()) return writeStandardOutput(text);
     const std::string similar = similarNames(definitions, wanted_);
     throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" +
                        (similar.empty() ? "" : "; there is " + similar));
   }
-  writeStandardOutput(text);
-}
+
+ private:
+  std::string wanted_;  // empty for the list of sets
+  DictionaryOptions dictionary_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> dictionaryCommand(CLI::App& program) { return std::make_unique<DictionaryCommand>(program); }
 
 }  // namespace Vantor::Tool

@@ -1,6 +1,5 @@
 #include "DictionaryOptions.h"
 
-#include <map>
 #include <string>
 
 #include "CommonOptions.h"
@@ -10,21 +9,7 @@
 
 namespace Vantor::Tool {
 
-namespace {
-
 using MetaMetadata::Vocabulary;
-
-const std::map<std::string, Vocabulary>& vocabularies() {
-  static const std::map<std::string, Vocabulary> named = {{"legacy", Vocabulary::kLegacy},
-                                                          {"st434-2014", Vocabulary::kST434_2014}};
-  return named;
-}
-
-std::string whyNoVocabulary(const std::string& name) {
-  return vocabularies().count(name) != 0 ? "" : "'" + name + "' is no vocabulary: expected 'legacy' or 'st434-2014'";
-}
-
-}  // namespace
 
 void DictionaryOptions::addDictionary(CLI::App& command) {
   const auto take = [this](const std::vector<std::string>& names) {
@@ -41,16 +26,14 @@ void DictionaryOptions::addDictionary(CLI::App& command) {
 }
 
 void DictionaryOptions::addVocabulary(CLI::App& command) {
-  const auto take = [this](const std::string& name) { vocabulary_ = vocabularies().at(name); };
-  command
-      .add_option_function<std::string>("--vocabulary", take,
-                                        "legacy (default), or st434-2014 for the namespaces of\nSMPTE ST 434:2014")
-      ->type_name("NAME")
-      ->check(whyNoVocabulary);
+  addChoice(command, "--vocabulary", vocabulary_, "vocabulary",
+            {{"legacy", Vocabulary::kLegacy}, {"st434-2014", Vocabulary::kST434_2014}},
+            "legacy (default), or st434-2014 for the namespaces of\nSMPTE ST 434:2014");
 }
 
-SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::load(Vocabulary vocabulary) const {
-  return files_.empty() ? builtInDictionary(vocabulary) : definitions().makeDictionary(vocabulary);
+SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::load(std::optional<Vocabulary> vocabulary) const {
+  const auto chosen = vocabulary.value_or(vocabulary_);
+  return files_.empty() ? builtInDictionary(chosen) : definitions().makeDictionary(chosen);
 }
 
 Definitions DictionaryOptions::definitions() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <vector>
 
 #include "Core/Dictionary/Definitions.h"
@@ -17,13 +18,10 @@ class DictionaryOptions {
   void addDictionary(CLI::App& command);
   void addVocabulary(CLI::App& command);
 
-  /// What --vocabulary chose, legacy without it.
-  MetaMetadata::Vocabulary vocabulary() const { return vocabulary_; }
-
   /// The built-in dictionary, or one with the definitions of the chosen files beside.
+  /// @param vocabulary  that of a document; without one, what --vocabulary chose, or legacy.
   /// @throws OtherFileError naming the file and the row that is wrong.
-  SharedPtr<const MetaMetadata::Dictionary> load() const { return load(vocabulary_); }
-  SharedPtr<const MetaMetadata::Dictionary> load(MetaMetadata::Vocabulary vocabulary) const;
+  SharedPtr<const MetaMetadata::Dictionary> load(std::optional<MetaMetadata::Vocabulary> vocabulary = {}) const;
 
   /// The definitions themselves. @throws as above.
   Definitions definitions() const;

@@ -1,11 +1,8 @@
 #include "DictionaryText.h"
 
 #include <algorithm>
-#include <charconv>
-#include <optional>
 #include <set>
 #include <string_view>
-#include <vector>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Dictionary/PropertyTypeText.h"
@@ -21,33 +18,34 @@ using Align = TextTable::Align;
 using MetaMetadata::registerText;
 using MetaMetadata::Vocabulary;
 
-std::string asText(std::u16string_view ascii) { return {ascii.begin(), ascii.end()}; }
-
 /// ST 377-1, by `MetaAttribute::requiredStatus`.
 std::string statusName(uint32 status) {
-  static const std::vector<std::string> names = {"required", "encoder required", "decoder required", "best effort",
-                                                 "optional"};
-  return names.at(status);
-}
-
-std::string tagText(uint16 tag) {
-  return tag == 0 ? "-" : Platform::hexNumber<std::string>(tag, Platform::DigitCase::kLower);
+  std::string name(kRequiredStatuses.at(status));
+  std::replace(name.begin(), name.end(), '-', ' ');
+  return name;
 }
 
 /// As documents of a vocabulary have it.
-std::string qualifiedName(const Definitions& definitions, const PropertyDefinition& property, Vocabulary vocabulary) {
-  const wstring name(property.xmlName.begin(), property.xmlName.end());
-  const auto& chosen = definitions.namespaces()[property.chosenNamespace];
-  const std::string prefix = property.chosenNamespace == 0
-                                 ? asText(MetaMetadata::elementNamespace(vocabulary, name).prefix)
-                                 : std::string(chosen.prefix);
-  return prefix + ":" + std::string(property.xmlName);
+template <class Definition>
+std::string qualifiedName(const Definitions& definitions, const Definition& definition,
+                          const MetaMetadata::XMLNamespace& builtIn) {
+  const auto& chosen = definitions.namespaces()[definition.chosenNamespace];
+  const bool isBuiltIn = definition.chosenNamespace == 0;
+  return (isBuiltIn ? std::string(builtIn.prefix.begin(), builtIn.prefix.end()) : std::string(chosen.prefix)) + ":" +
+         std::string(definition.xmlName);
 }
-std::string qualifiedName(const Definitions& definitions, const SetDefinition& set, Vocabulary vocabulary) {
-  const auto& chosen = definitions.namespaces()[set.chosenNamespace];
-  const std::string prefix =
-      set.chosenNamespace == 0 ? asText(MetaMetadata::setNamespace(vocabulary).prefix) : std::string(chosen.prefix);
-  return prefix + ":" + std::string(set.xmlName);
+std::string nameIn(Vocabulary vocabulary, const Definitions& definitions, const PropertyDefinition& property) {
+  const wstring name(property.xmlName.begin(), property.xmlName.end());
+  return qualifiedName(definitions, property, MetaMetadata::elementNamespace(vocabulary, name));
+}
+std::string nameIn(Vocabulary vocabulary, const Definitions& definitions, const SetDefinition& set) {
+  return qualifiedName(definitions, set, MetaMetadata::setNamespace(vocabulary));
+}
+
+template <class Definition>
+void addNames(const Definitions& definitions, const Definition& definition, TextTable& facts) {
+  facts.addRow({"XML, legacy", nameIn(Vocabulary::kLegacy, definitions, definition)});
+  facts.addRow({"XML, st434-2014", nameIn(Vocabulary::kST434_2014, definitions, definition)});
 }
 
 /// What the notation of a type does not show: the core type of an enumeration.
@@ -67,7 +65,7 @@ std::string describe(const EnumerationDefinition& enumeration) {
 }
 
 std::string describe(const LabelDefinition& label) {
-  TextTable table({Align::kLeft, Align::kLeft});
+  TextTable table(2);
   table.addRow({"key", registerText(label.key.key())});
   table.addRow({"name", std::string(label.name)});
   return "label " + std::string(label.symbol) + "\n" + table.text();
@@ -80,20 +78,19 @@ void addProperties(const Definitions& definitions, const SetDefinition& set, Tex
   for (const auto& use : set.properties) {
     if (!listed.insert(use.property).second) continue;
     const auto& property = definitions.properties()[use.property];
-    table.addRow({tagText(use.staticLocalTag), qualifiedName(definitions, property, Vocabulary::kLegacy),
-                  qualifiedName(definitions, property, Vocabulary::kST434_2014), typeText(property.type),
+    table.addRow({tagText(use.staticLocalTag), nameIn(Vocabulary::kLegacy, definitions, property),
+                  nameIn(Vocabulary::kST434_2014, definitions, property), typeText(property.type),
                   statusName(use.requiredStatus), std::string(set.symbol)});
   }
 }
 
 std::string describe(const Definitions& definitions, const SetDefinition& set) {
-  TextTable facts({Align::kLeft, Align::kLeft});
+  TextTable facts(2);
   facts.addRow({"key", registerText(set.key)});
   facts.addRow({"parent", set.parent.empty() ? "none" : std::string(set.parent)});
   facts.addRow({"in files", set.isConcrete ? "yes" : "no, only sets that inherit from it"});
-  facts.addRow({"XML, legacy", qualifiedName(definitions, set, Vocabulary::kLegacy)});
-  facts.addRow({"XML, st434-2014", qualifiedName(definitions, set, Vocabulary::kST434_2014)});
-  TextTable table(std::vector<Align>(6, Align::kLeft));
+  addNames(definitions, set, facts);
+  TextTable table(6);
   table.addRow({"tag", "legacy", "st434-2014", "type", "status", "of"});
   std::set<uint32> listed;
   addProperties(definitions, set, table, listed);
@@ -103,12 +100,11 @@ std::string describe(const Definitions& definitions, const SetDefinition& set) {
 
 std::string describe(const Definitions& definitions, const PropertyDefinition& property) {
   const auto place = static_cast<uint32>(&property - definitions.properties().data());
-  TextTable facts({Align::kLeft, Align::kLeft});
+  TextTable facts(2);
   facts.addRow({"key", registerText(property.key.key())});
   facts.addRow({"type", typeText(property.type)});
-  facts.addRow({"XML, legacy", qualifiedName(definitions, property, Vocabulary::kLegacy)});
-  facts.addRow({"XML, st434-2014", qualifiedName(definitions, property, Vocabulary::kST434_2014)});
-  TextTable uses({Align::kLeft, Align::kLeft, Align::kLeft});
+  addNames(definitions, property, facts);
+  TextTable uses(3);
   uses.addRow({"tag", "status", "in set"});
   for (const auto& set : definitions.sets()) {
     for (const auto& use : set.properties) {
@@ -121,13 +117,6 @@ std::string describe(const Definitions& definitions, const PropertyDefinition& p
          (enumeration == nullptr ? "" : "\n" + describe(*enumeration));
 }
 
-std::optional<uint16> tagFrom(std::string_view text) {
-  uint32 tag = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), tag, 16);
-  const bool isTag = text.size() == 4 && error == std::errc() && end == text.data() + text.size() && tag != 0;
-  return isTag ? std::optional(static_cast<uint16>(tag)) : std::nullopt;
-}
-
 /// A name without the prefix that documents have, or a tag without the "0x" of programmers.
 std::string withoutPrefix(const std::string& text) {
   if (MetaMetadata::parseRegisterKey(text)) return text;
@@ -136,16 +125,8 @@ std::string withoutPrefix(const std::string& text) {
   return text.rfind("0x", 0) == 0 ? text.substr(2) : text;
 }
 
-/// Collects descriptions, an empty row between any two.
-class Findings {
- public:
-  void add(const std::string& description) { text_ += (text_.empty() ? "" : "\n") + description; }
-  bool isEmpty() const { return text_.empty(); }
-  const std::string& text() const { return text_; }
-
- private:
-  std::string text_;
-};
+/// Descriptions of what was found, an empty row between any two.
+void add(const std::string& description, std::string& found) { found += (found.empty() ? "" : "\n") + description; }
 
 const LabelDefinition* findLabel(const Definitions& definitions, const Types::UniversalLabel& key) {
   const auto* label = definitions.findLabel(key);
@@ -156,32 +137,32 @@ const LabelDefinition* findLabel(const Definitions& definitions, std::string_vie
   return label != nullptr ? label : builtInLabels().findLabel(symbol);
 }
 
-void findByKey(const Definitions& definitions, const KLV::Key& key, Findings& found) {
+void findByKey(const Definitions& definitions, const KLV::Key& key, std::string& found) {
   const Types::UniversalLabel label(key);
-  if (const auto* set = definitions.findSet(key)) found.add(describe(definitions, *set));
-  if (const auto* property = definitions.findProperty(label)) found.add(describe(definitions, *property));
-  if (const auto* known = findLabel(definitions, label)) found.add(describe(*known));
+  if (const auto* set = definitions.findSet(key)) add(describe(definitions, *set), found);
+  if (const auto* property = definitions.findProperty(label)) add(describe(definitions, *property), found);
+  if (const auto* known = findLabel(definitions, label)) add(describe(*known), found);
 }
 
-void findByName(const Definitions& definitions, std::string_view name, Findings& found) {
+void findByName(const Definitions& definitions, std::string_view name, std::string& found) {
   for (const auto& set : definitions.sets()) {
-    if (set.symbol == name || set.xmlName == name) found.add(describe(definitions, set));
+    if (set.symbol == name || set.xmlName == name) add(describe(definitions, set), found);
   }
   for (const auto& property : definitions.properties()) {
-    if (property.symbol == name || property.xmlName == name) found.add(describe(definitions, property));
+    if (property.symbol == name || property.xmlName == name) add(describe(definitions, property), found);
   }
-  if (const auto* enumeration = definitions.findEnumeration(name)) found.add(describe(*enumeration));
-  if (const auto* label = findLabel(definitions, name)) found.add(describe(*label));
+  if (const auto* enumeration = definitions.findEnumeration(name)) add(describe(*enumeration), found);
+  if (const auto* label = findLabel(definitions, name)) add(describe(*label), found);
 }
 
-void findByTag(const Definitions& definitions, uint16 tag, Findings& found) {
+void findByTag(const Definitions& definitions, uint16 tag, std::string& found) {
   std::set<uint32> properties;
   for (const auto& set : definitions.sets()) {
     for (const auto& use : set.properties) {
       if (use.staticLocalTag == tag) properties.insert(use.property);
     }
   }
-  for (const uint32 place : properties) found.add(describe(definitions, definitions.properties()[place]));
+  for (const uint32 place : properties) add(describe(definitions, definitions.properties()[place]), found);
 }
 
 bool isSameButForCase(std::string_view left, std::string_view right) {
@@ -193,7 +174,7 @@ bool isSameButForCase(std::string_view left, std::string_view right) {
 }  // namespace
 
 std::string listOfSets(const Definitions& definitions) {
-  TextTable table({Align::kLeft, Align::kLeft, Align::kLeft, Align::kLeft});
+  TextTable table(4);
   table.addRow({"set", "key", "parent", "in files"});
   for (const auto& set : definitions.sets()) {
     table.addRow({std::string(set.symbol), registerText(set.key), set.parent.empty() ? "-" : std::string(set.parent),
@@ -203,15 +184,16 @@ std::string listOfSets(const Definitions& definitions) {
 }
 
 std::string descriptionOf(const Definitions& definitions, const std::string& asked) {
-  Findings found;
+  std::string found;
   const std::string wanted = withoutPrefix(asked);
   if (const auto key = MetaMetadata::parseRegisterKey(wanted)) {
     findByKey(definitions, *key, found);
-    return found.text();
+    return found;
   }
   findByName(definitions, wanted, found);
-  if (const auto tag = tagFrom(wanted)) findByTag(definitions, *tag, found);
-  return found.text();
+  const uint16 tag = Platform::numberFromHex<uint16>(wanted).value_or(0);
+  if (tag != 0) findByTag(definitions, tag, found);
+  return found;
 }
 
 std::string similarNames(const Definitions& definitions, const std::string& wanted) {

@@ -1,4 +1,7 @@
-#include "DiffCommand.h"
+#include "Command.h"
+
+#include <memory>
+#include <optional>
 
 #include "CommonOptions.h"
 #include "ComparisonText.h"
@@ -6,6 +9,7 @@
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Platform/Strings.h"
 #include "DiagnosticText.h"
+#include "DictionaryOptions.h"
 #include "ErrorText.h"
 #include "LosslessXML.h"
 #include "StandardStreams.h"
@@ -32,57 +36,58 @@ std::string identifierLines(const PartitionMetadata& left, const PartitionMetada
   return lines;
 }
 
+class DiffCommand final : public Command {
+ public:
+  explicit DiffCommand(CLI::App& program)
+      : Command(program, "diff", "Print the differences between the header metadata of two files, MXF or XML") {
+    addInput("MXF or XML file");
+    addFileArgument(app(), "OTHER", other_, "MXF or XML file to compare it with");
+    app().add_flag("--strict", strict_,
+                   "Fail on content of a document that occurs twice or means\nnothing, instead of warning");
+    app().add_flag("--ignore-ids", ignoreIdentifiers_,
+                   "Pair sets by the references to them, not by InstanceUID;\nother InstanceUIDs are no difference");
+    addPartition(app(), partition_,
+                 "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
+                 "partition");
+    dictionary_.addDictionary(app());
+  }
+
+  void run() const override {
+    if (partition_ && XMLUtils::looksLikeXML(input()) && XMLUtils::looksLikeXML(other_)) {
+      throw UsageError("--partition is for MXF files, and neither file is one");
+    }
+    const auto left = read(input());
+    const auto right = namingFile(other_, [&] { return read(other_); });
+    const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
+    const auto comparison = comparePartitions(*left, *right, pairing);
+    const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
+    writeStandardOutput(identifiers + describe(comparison));
+    if (!comparison.isEqual() || !identifiers.empty()) throw CommandError("differs from " + other_.u8string());
+  }
+
+ private:
+  std::unique_ptr<PartitionMetadata> read(const Path& file) const {
+    if (XMLUtils::looksLikeXML(file)) return readDocument(file);
+    refuseStoppedChange(file);
+    return MXF::readHeaderMetadata(file, dictionary_.load(), partition_.value_or(MXF::PartitionChoice()));
+  }
+
+  std::unique_ptr<PartitionMetadata> readDocument(const Path& file) const {
+    const auto document = LosslessXML::Document::fromFile(file);
+    auto metadata = std::make_unique<PartitionMetadata>(dictionary_.load(document.vocabulary()));
+    printDiagnostics(file, document.import(*metadata).diagnostics, strict_);
+    return metadata;
+  }
+
+  Path other_;
+  bool ignoreIdentifiers_ = false;
+  bool strict_ = false;
+  std::optional<MXF::PartitionChoice> partition_;
+  DictionaryOptions dictionary_;
+};
+
 }  // namespace
 
-DiffCommand::DiffCommand(CLI::App& program)
-    : Command(program, "diff", "Print the differences between the header metadata of two files, MXF or XML") {
-  addInput(app(), input(), "MXF or XML file");
-  addFileArgument(app(), "OTHER", other_, "MXF or XML file to compare it with");
-  app().add_flag("--strict", strict_,
-                 "Fail on content of a document that occurs twice or means\nnothing, instead of warning");
-  app().add_flag("--ignore-ids", ignoreIdentifiers_,
-                 "Pair sets by the references to them, not by InstanceUID;\nother InstanceUIDs are no difference");
-  addPartition(app(), partition_,
-               "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
-               "partition");
-  dictionary_.addDictionary(app());
-}
-
-void DiffCommand::run() const {
-  if (partition_ && XMLUtils::looksLikeXML(input()) && XMLUtils::looksLikeXML(other_)) {
-    throw UsageError("--partition is for MXF files, and neither file is one");
-  }
-  const auto left = read(input());
-  const auto right = readOther();
-  const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
-  const auto comparison = comparePartitions(*left, *right, pairing);
-  const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
-  writeStandardOutput(identifiers + describe(comparison));
-  if (!comparison.isEqual() || !identifiers.empty()) throw CommandError("differs from " + other_.u8string());
-}
-
-std::unique_ptr<PartitionMetadata> DiffCommand::readOther() const {
-  try {
-    return read(other_);
-  } catch (...) {
-    throw OtherFileError(currentExceptionText(other_));
-  }
-}
-
-std::unique_ptr<PartitionMetadata> DiffCommand::read(const Path& file) const {
-  if (XMLUtils::looksLikeXML(file)) return readDocument(file);
-  refuseStoppedChange(file);
-  return MXF::readHeaderMetadata(file, dictionary_.load(), partition_.value_or(MXF::PartitionChoice()));
-}
-
-std::unique_ptr<PartitionMetadata> DiffCommand::readDocument(const Path& file) const {
-  const auto document = LosslessXML::Document::fromFile(file);
-  auto metadata = std::make_unique<PartitionMetadata>(
-      dictionary_.load(document.vocabulary().value_or(MetaMetadata::Vocabulary::kLegacy)));
-  const auto import = document.import(*metadata);
-  printDiagnostics(file, import.diagnostics, strict_);
-  if (strict_ && !import.diagnostics.empty()) throw CommandError(countOf(import.diagnostics));
-  return metadata;
-}
+std::unique_ptr<Command> diffCommand(CLI::App& program) { return std::make_unique<DiffCommand>(program); }
 
 }  // namespace Vantor::Tool

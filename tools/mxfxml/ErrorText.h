@@ -37,6 +37,16 @@ std::string currentExceptionText();
 /// @param file  may be empty.
 std::string currentExceptionText(const Path& file);
 
+/// Does something with a file that is not the input, which its errors name then. @throws OtherFileError.
+template <class Action>
+auto namingFile(const Path& file, Action&& action) -> decltype(action()) {
+  try {
+    return action();
+  } catch (...) {
+    throw OtherFileError(currentExceptionText(file));
+  }
+}
+
 /// The text with every control character replaced by a question mark, so that a message with a file name of any kind
 /// stays on one line.
 std::string oneLine(std::string text);

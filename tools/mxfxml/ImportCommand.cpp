@@ -1,23 +1,25 @@
-#include "ImportCommand.h"
+#include "Command.h"
+
+#include <optional>
 
 #include "CommonOptions.h"
 #include "Core/DataIO/File.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "DiagnosticText.h"
+#include "DictionaryOptions.h"
 #include "Edit/File.h"
-#include "EditText.h"
+#include "EditReport.h"
 #include "ErrorText.h"
-#include "Interruption.h"
-#include "ProgressBar.h"
 #include "StoppedChange.h"
-#include "Summary.h"
 #include "XML2Partition.h"
 #include "XMLUtils/UnicodeString.h"
 
 namespace Vantor::Tool {
 
 namespace {
+
+constexpr const char* kNothingWritten = "; nothing is written";
 
 /// How many items of dark groups have a dynamic tag without a label: only the primer pack of their file had that, and a
 /// document does not have it.
@@ -35,20 +37,6 @@ std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
   return count;
 }
 
-/// Names the file in the errors of an action on it, where it is not the input.
-template <class Action>
-void namingFile(const Path& file, Action&& action) {
-  try {
-    action();
-  } catch (...) {
-    throw OtherFileError(currentExceptionText(file));
-  }
-}
-
-MetaMetadata::Vocabulary vocabularyOf(const LosslessXML::Document& document) {
-  return document.vocabulary().value_or(MetaMetadata::Vocabulary::kLegacy);
-}
-
 /// The partition that a document was exported from; none for the header partition.
 std::optional<MXF::PartitionChoice> partitionOf(const LosslessXML::Document& document) {
   const auto& description = document.description();
@@ -56,144 +44,143 @@ std::optional<MXF::PartitionChoice> partitionOf(const LosslessXML::Document& doc
   return MXF::PartitionChoice::parse(description->partition);
 }
 
+class ImportCommand final : public Command {
+ public:
+  explicit ImportCommand(CLI::App& program)
+      : Command(program, "import", "Write the header metadata of an XML document as an MXF file, or into one") {
+    addInput("XML file");
+    addTarget();
+    addDescription();
+    addWayOfReading();
+    dictionary_.addDictionary(app());
+  }
+
+  void run() const override {
+    if (!output_ && !inPlace_) throw UsageError("-o is required, or --into with --in-place");
+    if (into_ && exact_) {
+      throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
+    }
+    if (output_) refuseSameFile(input(), *output_);
+    if (into_) {
+      editFile();
+    } else {
+      writeHeaderOnly();
+    }
+  }
+
+ private:
+  void addTarget() {
+    auto* output = addFile(app(), "-o,--output", output_, "Write to this file")->type_name("OUTPUT.mxf");
+    auto* into = addFile(app(), "--into", into_,
+                         "Write a copy of this file with the edits of the document;\n"
+                         "everything else in it stays as it is")
+                     ->type_name("ORIGINAL.mxf");
+    app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
+    app()
+        .add_flag("--expect-unchanged", options_.expectsUnchanged,
+                  "Fail if the file has changed since the export, instead of\nwarning")
+        ->needs(into);
+    app()
+        .add_flag("--merge-anyway", options_.mergesOtherFile,
+                  "Merge the document even if it shares no package with the file")
+        ->needs(into);
+  }
+
+  void addDescription() {
+    auto* into = app().get_option("--into");
+    app()
+        .add_flag("--structural-only", options_.isStructuralOnly,
+                  "For a document without description: it is an export of this\nkind; sets that it leaves out are kept")
+        ->needs(into);
+    app()
+        .add_option("--start", options_.start,
+                    "For a document without description: it starts from this set;\nother sets are kept")
+        ->type_name("ID|NAME")
+        ->needs(into);
+    addPartition(app(), partition_,
+                 "The partition that was exported: header, footer or a number.\n"
+                 "Only this one is changed. By default, the one that the document\n"
+                 "describes; with the header partition, all that repeat its\nmetadata")
+        ->needs(into);
+  }
+
+  void addWayOfReading() {
+    auto* exact = app().add_flag("--exact", exact_, "Read the exact form, which loses some metadata");
+    app()
+        .add_flag("--strict", strict_,
+                  "Fail on content of the document that occurs twice or means\nnothing, instead of warning")
+        ->excludes(exact);
+  }
+
+  void writeHeaderOnly() const {
+    refuseStoppedChange(*output_);
+    const auto document = LosslessXML::Document::fromFile(input());
+    PartitionMetadata metadata(dictionary_.load(document.vocabulary()));
+    if (exact_) {
+      const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
+      XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
+    } else {
+      printDiagnostics(input(), document.import(metadata).diagnostics, strict_, kNothingWritten);
+    }
+    const auto lost = tagsWithoutLabels(metadata);
+    if (lost != 0) {
+      printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
+                   " local tags in dark sets stand for; importing --into the original file keeps it");
+    }
+    printRemarks(input(), Edit::longValuesOf(metadata));
+    DataIO::File::AtomicFile file(*output_);
+    MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
+    file.commit();
+  }
+
+  void editFile() const {
+    const auto document = LosslessXML::Document::fromFile(input());
+    if (document.isDescriptionDamaged()) {
+      printMessage(input().u8string() + ": warning: the document's description of itself is damaged, and is ignored");
+    }
+    if (document.description() && (options_.isStructuralOnly || !options_.start.empty())) {
+      throw UsageError("--structural-only and --start are for documents that do not describe themselves");
+    }
+    const auto definitions = dictionary_.load(document.vocabulary());
+    std::unique_ptr<Edit::File> file;
+    namingFile(*into_, [&] {
+      undoStoppedChange(*into_);
+      file = std::make_unique<Edit::File>(*into_, definitions, partition_ ? partition_ : partitionOf(document));
+    });
+    merge(document, *file);
+    namingFile(*into_, [&] { saveEdits(*file, *into_, output_); });
+  }
+
+  void merge(const LosslessXML::Document& document, Edit::File& file) const {
+    try {
+      const auto edited = file.read(document, options_);
+      printDiagnostics(input(), edited.import.diagnostics, strict_, kNothingWritten);
+      const auto merged = file.merge(edited, options_);
+      if (edited.isOfEarlierState && !options_.mergesOtherFile) {
+        printMessage(into_->u8string() +
+                     ": warning: the file has changed since the document was exported; the document is compared with "
+                     "the file as it is now");
+      }
+      printRemarks(*into_, merged);
+    } catch (const Exceptions::InvalidFormat& error) {
+      const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
+      throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message() +
+                           (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""));
+    }
+  }
+
+  std::optional<Path> output_;
+  std::optional<Path> into_;
+  bool inPlace_ = false;
+  Edit::MergeOptions options_;
+  std::optional<MXF::PartitionChoice> partition_;
+  bool exact_ = false;
+  bool strict_ = false;
+  DictionaryOptions dictionary_;
+};
+
 }  // namespace
 
-ImportCommand::ImportCommand(CLI::App& program)
-    : Command(program, "import", "Write the header metadata of an XML document as an MXF file, or into one") {
-  addInput(app(), input(), "XML file");
-  addTarget();
-  addDescription();
-  addWayOfReading();
-  dictionary_.addDictionary(app());
-}
-
-void ImportCommand::addTarget() {
-  auto* output = addFile(app(), "-o,--output", output_, "Write to this file")->type_name("OUTPUT.mxf");
-  auto* into = addFile(app(), "--into", into_,
-                       "Write a copy of this file with the edits of the document;\n"
-                       "everything else in it stays as it is")
-                   ->type_name("ORIGINAL.mxf");
-  app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
-  app()
-      .add_flag("--expect-unchanged", expectsUnchanged_,
-                "Fail if the file has changed since the export, instead of\nwarning")
-      ->needs(into);
-  app()
-      .add_flag("--merge-anyway", mergesAnyway_, "Merge the document even if it shares no package with the file")
-      ->needs(into);
-}
-
-void ImportCommand::addDescription() {
-  auto* into = app().get_option("--into");
-  app()
-      .add_flag("--structural-only", isStructuralOnly_,
-                "For a document without description: it is an export of this\nkind; sets that it leaves out are kept")
-      ->needs(into);
-  app()
-      .add_option("--start", start_,
-                  "For a document without description: it starts from this set;\nother sets are kept")
-      ->type_name("ID|NAME")
-      ->needs(into);
-  addPartition(app(), partition_,
-               "The partition that was exported: header, footer or a number.\n"
-               "Only this one is changed. By default, the one that the document\n"
-               "describes; with the header partition, all that repeat its\nmetadata")
-      ->needs(into);
-}
-
-void ImportCommand::addWayOfReading() {
-  auto* exact = app().add_flag("--exact", exact_, "Read the exact form, which loses some metadata");
-  app()
-      .add_flag("--strict", strict_,
-                "Fail on content of the document that occurs twice or means\nnothing, instead of warning")
-      ->excludes(exact);
-}
-
-void ImportCommand::run() const {
-  if (!output_ && !inPlace_) throw UsageError("-o is required, or --into with --in-place");
-  if (into_ && exact_) {
-    throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
-  }
-  if (output_) refuseSameFile(input(), *output_);
-  if (into_) {
-    editFile();
-  } else {
-    writeHeaderOnly();
-  }
-}
-
-void ImportCommand::writeHeaderOnly() const {
-  refuseStoppedChange(*output_);
-  const auto document = LosslessXML::Document::fromFile(input());
-  PartitionMetadata metadata(dictionary_.load(vocabularyOf(document)));
-  if (exact_) {
-    const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-    XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
-  } else {
-    report(document.import(metadata).diagnostics);
-  }
-  const auto lost = tagsWithoutLabels(metadata);
-  if (lost != 0) {
-    printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
-                 " local tags in dark sets stand for; importing --into the original file keeps it");
-  }
-  Edit::SaveReport longValues;
-  longValues.longValues = Edit::longValuesOf(metadata);
-  printRemarks(input(), longValues);
-  DataIO::File::AtomicFile file(*output_);
-  MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
-  file.commit();
-}
-
-void ImportCommand::editFile() const {
-  const auto document = LosslessXML::Document::fromFile(input());
-  if (document.isDescriptionDamaged()) {
-    printMessage(input().u8string() + ": warning: the document's description of itself is damaged, and is ignored");
-  }
-  if (document.description() && (isStructuralOnly_ || !start_.empty())) {
-    throw UsageError("--structural-only and --start are for documents that do not describe themselves");
-  }
-  const auto definitions = dictionary_.load(vocabularyOf(document));
-  std::unique_ptr<Edit::File> file;
-  namingFile(*into_, [&] {
-    undoStoppedChange(*into_);
-    file = std::make_unique<Edit::File>(*into_, definitions, partition_ ? partition_ : partitionOf(document));
-  });
-  merge(document, *file);
-  namingFile(*into_, [&] { save(*file); });
-}
-
-void ImportCommand::merge(const LosslessXML::Document& document, Edit::File& file) const {
-  try {
-    const Edit::MergeOptions options{isStructuralOnly_, start_, mergesAnyway_, expectsUnchanged_};
-    const auto edited = file.read(document, options);
-    report(edited.import.diagnostics);
-    const auto merged = file.merge(edited, options);
-    if (edited.isOfEarlierState && !mergesAnyway_) {
-      printMessage(into_->u8string() +
-                   ": warning: the file has changed since the document was exported; the document is compared with "
-                   "the file as it is now");
-    }
-    printRemarks(*into_, merged);
-  } catch (const Edit::DocumentOfOtherFile& error) {
-    throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message() +
-                         "; --merge-anyway merges it all the same");
-  } catch (const Exceptions::InvalidFormat& error) {
-    throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message());
-  }
-}
-
-void ImportCommand::save(Edit::File& file) const {
-  Interruption interruption;
-  const auto progress = interruption.stopping(progressBar());
-  const auto report = inPlace_ ? file.save(progress) : file.saveCopy(*output_, progress);
-  printRemarks(*into_, report);
-  tellDone(summaryOf(report), inPlace_ ? *into_ : *output_, report.durability);
-}
-
-void ImportCommand::report(const std::vector<LosslessXML::Diagnostic>& diagnostics) const {
-  printDiagnostics(input(), diagnostics, strict_);
-  if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics) + "; nothing is written");
-}
+std::unique_ptr<Command> importCommand(CLI::App& program) { return std::make_unique<ImportCommand>(program); }
 
 }  // namespace Vantor::Tool

@@ -1,4 +1,4 @@
-#include "InfoCommand.h"
+#include "Command.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,6 +9,7 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Platform/Strings.h"
+#include "DictionaryOptions.h"
 #include "DictionaryText.h"
 #include "OperationalPattern.h"
 #include "StandardStreams.h"
@@ -71,7 +72,7 @@ std::string textOf(const Definitions& definitions, const Types::UniversalLabel& 
 
 std::string describeFile(const MXF::FileStructure& structure, const Definitions& definitions) {
   const MXF::PartitionPack& header = structure.partitions.front().pack;
-  TextTable table({Align::kLeft, Align::kLeft});
+  TextTable table(2);
   table.addRow({"size", std::to_string(structure.fileSize) + " bytes"});
   if (structure.runIn != 0) table.addRow({"run-in", std::to_string(structure.runIn) + " bytes"});
   if (structure.end != structure.fileSize) table.addRow({"sound up to", "offset " + std::to_string(structure.end)});
@@ -153,22 +154,31 @@ std::string describeMetadata(const PartitionMetadata& metadata, const MXF::Parti
   return text;
 }
 
+class InfoCommand final : public Command {
+ public:
+  explicit InfoCommand(CLI::App& program)
+      : Command(program, "info", "Print the partitions of a file and the sets in the metadata of one of them") {
+    addInput("MXF file");
+    addPartition(app(), partition_);
+    dictionary_.addDictionary(app());
+  }
+
+  void run() const override {
+    refuseStoppedChange(input());
+    const auto structure = MXF::readStructure(input());
+    auto definitions = dictionary_.definitions();
+    const auto metadata = MXF::readHeaderMetadata(input(), definitions.makeDictionary(), partition_);
+    writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) +
+                        describeMetadata(*metadata, partition_));
+  }
+
+ private:
+  MXF::PartitionChoice partition_;
+  DictionaryOptions dictionary_;
+};
+
 }  // namespace
 
-InfoCommand::InfoCommand(CLI::App& program)
-    : Command(program, "info", "Print the partitions of a file and the sets in the metadata of one of them") {
-  addInput(app(), input(), "MXF file");
-  addPartition(app(), partition_);
-  dictionary_.addDictionary(app());
-}
-
-void InfoCommand::run() const {
-  refuseStoppedChange(input());
-  const auto structure = MXF::readStructure(input());
-  auto definitions = dictionary_.definitions();
-  const auto metadata = MXF::readHeaderMetadata(input(), definitions.makeDictionary(), partition_);
-  writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) +
-                      describeMetadata(*metadata, partition_));
-}
+std::unique_ptr<Command> infoCommand(CLI::App& program) { return std::make_unique<InfoCommand>(program); }
 
 }  // namespace Vantor::Tool

@@ -1,16 +1,22 @@
-#include "RecoverCommand.h"
-
-#include "CommonOptions.h"
+#include "Command.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 
 namespace Vantor::Tool {
 
-RecoverCommand::RecoverCommand(CLI::App& program)
-    : Command(program, "recover", "Undo a change in place that was stopped before its end") {
-  addInput(app(), input(), "MXF file");
-}
+namespace {
 
-void RecoverCommand::run() const { writeStandardOutput(describe(DataIO::File::recover(input())) + "\n"); }
+class RecoverCommand final : public Command {
+ public:
+  explicit RecoverCommand(CLI::App& program)
+      : Command(program, "recover", "Undo a change in place that was stopped before its end") {
+    addInput("MXF file");
+  }
+  void run() const override { writeStandardOutput(describe(DataIO::File::recover(input())) + "\n"); }
+};
+
+}  // namespace
+
+std::unique_ptr<Command> recoverCommand(CLI::App& program) { return std::make_unique<RecoverCommand>(program); }
 
 }  // namespace Vantor::Tool

@@ -1,127 +1,129 @@
-#include "SetCommand.h"
-
 #include <algorithm>
+#include <optional>
 #include <set>
-#include <utility>
+#include <vector>
 
-#include "CommonOptions.h"
+#include "Command.h"
 #include "Core/Platform/Strings.h"
+#include "DictionaryOptions.h"
 #include "Edit/File.h"
-#include "EditText.h"
+#include "EditReport.h"
 #include "ErrorText.h"
-#include "Interruption.h"
-#include "ProgressBar.h"
 #include "StoppedChange.h"
-#include "Summary.h"
 
 namespace Vantor::Tool {
 
 namespace {
 
-void requireUTF8(const std::string& text) {
-  if (Utils::wstringToString(Utils::stringToWstring(text)) == text) return;
-  throw UsageError("'" + Utils::wstringToString(Utils::stringToWstring(text)) + "' is no text in UTF-8");
+/// What the user wants of one property: "Set.Property=VALUE", or "Set.Property" to remove it.
+struct Change {
+  std::string choice;  // as the user wrote it, without the value
+  std::string set;     // as `PartitionMetadata::find` takes it
+  std::string property;
+  std::optional<std::string> value;  // UTF-8; none to remove the property
+};
+
+/// @throws UsageError naming the text when it has another shape.
+Change parseChange(const std::string& text, bool hasValue) {
+  const auto valid = Utils::wstringToString(Utils::stringToWstring(text));
+  if (valid != text) throw UsageError("'" + valid + "' is no text in UTF-8");
+  const auto equals = text.find('=');
+  const auto choice = text.substr(0, equals);
+  const auto point = choice.rfind('.');  // identifiers of sets have points, too
+  const bool hasBoth = point != std::string::npos && point != 0 && point + 1 != choice.size();
+  if (!hasBoth || hasValue != (equals != std::string::npos)) {
+    const std::string value = hasValue ? "=VALUE" : "";
+    throw UsageError("'" + text + "' is no " + (hasValue ? "assignment" : "property") + "; write Set.Property" + value +
+                     ", or Set[2].Property" + value + " for the second set of a name");
+  }
+  return {choice, choice.substr(0, point), choice.substr(point + 1),
+          hasValue ? std::optional(text.substr(equals + 1)) : std::nullopt};
 }
 
-/// Refuses a property that is given twice: the second value would replace the first.
-class Once {
+bool leadsToNoSet(const MetadataSet& set, const std::string& property, const PartitionMetadata& metadata) {
+  std::vector<Types::UUID> targets;
+  if (const auto* element = set.find(property)) element->appendTargets({true}, targets);
+  return std::any_of(targets.begin(), targets.end(),
+                     [&](const Types::UUID& target) { return metadata.findByInstanceUID(target).empty(); });
+}
+
+class SetCommand final : public Command {
  public:
-  void require(const MetadataSet& set, const PropertyChoice& choice) {
-    const auto* definition = set.definition() == nullptr ? nullptr : set.definition()->findAttribute(choice.property);
-    if (definition != nullptr && !given_.emplace(&set, definition).second) {
-      throw UsageError(choice.text + " is given more than once");
-    }
+  explicit SetCommand(CLI::App& program)
+      : Command(program, "set", "Change or remove properties in the header metadata of a file") {
+    addInput("MXF file");
+    app()
+        .add_option("Set.Property=VALUE", assignments_,
+                    "The new value of a property; Set[2] is the second set of that\nname in the file. "
+                    "An empty VALUE is an empty text")
+        ->type_name("");
+    app()
+        .add_option("--remove", removals_, "Remove a property from a set; may be given several times")
+        ->type_name("Set.Property")
+        ->allow_extra_args(false);
+    app()
+        .add_option("--start", start_, "Of several sets with one name, edit the one with this\nInstanceUID")
+        ->type_name("ID");
+    addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
+        ->type_name("OUTPUT.mxf");
+    addPartition(app(), partition_,
+                 "header, footer or a number: change this partition only.\nBy default, the header partition and all "
+                 "that repeat its\nmetadata are changed");
+    dictionary_.addDictionary(app());
+  }
+
+  void run() const override {
+    if (assignments_.empty() && removals_.empty()) throw UsageError("Set.Property=VALUE or --remove is required");
+    std::vector<Change> changes;
+    for (const auto& text : assignments_) changes.push_back(parseChange(text, true));
+    for (const auto& text : removals_) changes.push_back(parseChange(text, false));
+    if (output_) refuseSameFile(input(), *output_);
+    const auto definitions = dictionary_.load();
+    undoStoppedChange(input());
+    Edit::File file(input(), definitions, partition_);
+    edit(file.metadata(), changes);
+    saveEdits(file, input(), output_);
   }
 
  private:
-  std::set<std::pair<const MetadataSet*, const MetaMetadata::MetaAttribute*>> given_;
+  void edit(PartitionMetadata& metadata, const std::vector<Change>& changes) const {
+    std::set<std::pair<const MetadataSet*, const MetaMetadata::MetaAttribute*>> given;
+    for (const auto& change : changes) {
+      auto& set = find(metadata, change.set);
+      const auto* attribute = set.definition() == nullptr ? nullptr : set.definition()->findAttribute(change.property);
+      // The second value would replace the first.
+      if (attribute != nullptr && !given.emplace(&set, attribute).second) {
+        throw UsageError(change.choice + " is given more than once");
+      }
+      if (!change.value) {
+        set.remove(change.property);
+        continue;
+      }
+      set.set(change.property, Utils::stringToWstring(*change.value));
+      if (!leadsToNoSet(set, change.property, metadata)) continue;
+      printMessage(input().u8string() + ": warning: " + change.choice + " refers to a set that the file does not have");
+    }
+  }
+
+  MetadataSet& find(const PartitionMetadata& metadata, const std::string& name) const {
+    if (!start_) return metadata.find(name);
+    auto& chosen = metadata.find(*start_);
+    for (auto& set : metadata.findAll(name)) {
+      if (&set == &chosen) return set;
+    }
+    throw CommandError("the set '" + *start_ + "' is no " + name);
+  }
+
+  std::vector<std::string> assignments_;
+  std::vector<std::string> removals_;
+  std::optional<std::string> start_;
+  std::optional<Path> output_;
+  std::optional<MXF::PartitionChoice> partition_;
+  DictionaryOptions dictionary_;
 };
 
 }  // namespace
 
-SetCommand::SetCommand(CLI::App& program)
-    : Command(program, "set", "Change or remove properties in the header metadata of a file") {
-  addInput(app(), input(), "MXF file");
-  app()
-      .add_option("Set.Property=VALUE", assignments_,
-                  "The new value of a property; Set[2] is the second set of that\nname in the file. "
-                  "An empty VALUE is an empty text")
-      ->type_name("");
-  app()
-      .add_option("--remove", removals_, "Remove a property from a set; may be given several times")
-      ->type_name("Set.Property")
-      ->allow_extra_args(false);
-  app()
-      .add_option("--start", start_, "Of several sets with one name, edit the one with this\nInstanceUID")
-      ->type_name("ID");
-  addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
-      ->type_name("OUTPUT.mxf");
-  addPartition(app(), partition_,
-               "header, footer or a number: change this partition only.\nBy default, the header partition and all that "
-               "repeat its\nmetadata are changed");
-  dictionary_.addDictionary(app());
-}
-
-std::vector<Assignment> SetCommand::assignments() const {
-  std::vector<Assignment> parsed;
-  for (const auto& text : assignments_) {
-    requireUTF8(text);
-    parsed.push_back(Assignment::parse(text));
-  }
-  return parsed;
-}
-
-std::vector<PropertyChoice> SetCommand::removals() const {
-  std::vector<PropertyChoice> parsed;
-  for (const auto& text : removals_) {
-    requireUTF8(text);
-    parsed.push_back(PropertyChoice::parse(text));
-  }
-  return parsed;
-}
-
-MetadataSet& SetCommand::find(const PartitionMetadata& metadata, const PropertyChoice& choice) const {
-  if (!start_) return metadata.find(choice.set);
-  auto& chosen = metadata.find(*start_);
-  for (auto& set : metadata.findAll(choice.set)) {
-    if (&set == &chosen) return set;
-  }
-  throw CommandError("the set '" + *start_ + "' is no " + choice.set);
-}
-
-void SetCommand::run() const {
-  if (assignments_.empty() && removals_.empty()) throw UsageError("Set.Property=VALUE or --remove is required");
-  const auto given = assignments();
-  const auto unwanted = removals();
-  if (output_) refuseSameFile(input(), *output_);
-  const auto definitions = dictionary_.load();
-  undoStoppedChange(input());
-  Edit::File file(input(), definitions, partition_);
-  edit(file.metadata(), given, unwanted);
-  save(file);
-}
-
-void SetCommand::edit(PartitionMetadata& metadata, const std::vector<Assignment>& given,
-                      const std::vector<PropertyChoice>& unwanted) const {
-  Once once;
-  for (const auto& one : given) {
-    auto& set = find(metadata, one.target);
-    once.require(set, one.target);
-    set.set(one.target.property, Utils::stringToWstring(one.value));
-  }
-  for (const auto& one : unwanted) {
-    auto& set = find(metadata, one);
-    once.require(set, one);
-    set.remove(one.property);
-  }
-}
-
-void SetCommand::save(Edit::File& file) const {
-  Interruption interruption;
-  const auto progress = interruption.stopping(progressBar());
-  const auto report = output_ ? file.saveCopy(*output_, progress) : file.save(progress);
-  printRemarks(input(), report);
-  tellDone(summaryOf(report), output_.value_or(input()), report.durability);
-}
+std::unique_ptr<Command> setCommand(CLI::App& program) { return std::make_unique<SetCommand>(program); }
 
 }  // namespace Vantor::Tool

@@ -19,25 +19,18 @@ std::string describe(Recovery recovery) {
   return "";
 }
 
-namespace {
-
-Recovery recover(const Path& file) {
-  try {
-    return DataIO::File::recover(file);
-  } catch (const Exceptions::IOError& error) {
-    throw OtherFileError("a change that was stopped half-way cannot be undone: " + error.message());
-  }
-}
-
-}  // namespace
-
 void undoStoppedChange(const Path& file) {
   // A missing file is reported when it is opened.
   if (!DataIO::File::hasJournal(file)) return;
-  const auto recovery = recover(file);
-  if (recovery == Recovery::kNoJournal) return;  // it belonged to a change that is done by now
-  printMessage(file.u8string() + ": " +
-               (recovery == Recovery::kRestored ? "a change that was stopped half-way is undone" : describe(recovery)));
+  try {
+    const auto recovery = DataIO::File::recover(file);
+    if (recovery == Recovery::kNoJournal) return;  // it belonged to a change that is done by now
+    const bool isRestored = recovery == Recovery::kRestored;
+    printMessage(file.u8string() + ": " +
+                 (isRestored ? "a change that was stopped half-way is undone" : describe(recovery)));
+  } catch (const Exceptions::IOError& error) {
+    throw OtherFileError("a change that was stopped half-way cannot be undone: " + error.message());
+  }
 }
 
 void refuseStoppedChange(const Path& file) {

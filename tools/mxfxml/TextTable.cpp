@@ -4,16 +4,11 @@
 
 namespace Vantor::Tool {
 
-std::vector<std::size_t> TextTable::widths() const {
+std::string TextTable::text() const {
   std::vector<std::size_t> widths(columns_.size());
   for (const Row& row : rows_) {
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
   }
-  return widths;
-}
-
-std::string TextTable::text() const {
-  const auto widths = this->widths();
   std::string text;
   for (const Row& row : rows_) {
     std::string line;

@@ -13,6 +13,7 @@ class TextTable {
 
   /// One column per entry.
   explicit TextTable(std::vector<Align> columns) : columns_(std::move(columns)) {}
+  explicit TextTable(std::size_t columns) : columns_(columns, Align::kLeft) {}
 
   /// @param cells  as many as there are columns, or fewer.
   void addRow(Row cells) { rows_.push_back(std::move(cells)); }
@@ -21,8 +22,6 @@ class TextTable {
   std::string text() const;
 
  private:
-  std::vector<std::size_t> widths() const;
-
   std::vector<Align> columns_;
   std::vector<Row> rows_;
 };

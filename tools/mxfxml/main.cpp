@@ -1,24 +1,25 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "DictionaryCommand.h"
-#include "DiffCommand.h"
+#include "Command.h"
 #include "ErrorText.h"
-#include "ExitCode.h"
-#include "ExportCommand.h"
-#include "ImportCommand.h"
-#include "InfoCommand.h"
-#include "RecoverCommand.h"
-#include "SetCommand.h"
 #include "StandardStreams.h"
-#include "VerifyCommand.h"
 
 namespace Vantor::Tool {
 
 namespace {
+
+enum ExitCode : int {
+  kSuccess = 0,  // also when a file was changed and only the summary could not be written
+  // Something is wrong with an input or an output, or the user has interrupted the writing of a copy; the last line on
+  // standard error has the reason. At other moments a signal ends the program as usual.
+  kFailure = 1,
+  kWrongUsage = 2  // the command line cannot be understood
+};
 
 int runCommand(const Command& command) {
   try {
@@ -69,18 +70,11 @@ std::optional<int> parse(CLI::App& program, std::vector<std::string> arguments) 
 int run(std::vector<std::string> arguments) {
   CLI::App program("", kProgramName);
   describeProgram(program);
-  const ExportCommand exportCommand(program);
-  const ImportCommand importCommand(program);
-  const VerifyCommand verifyCommand(program);
-  const InfoCommand infoCommand(program);
-  const SetCommand setCommand(program);
-  const DiffCommand diffCommand(program);
-  const RecoverCommand recoverCommand(program);
-  const DictionaryCommand dictionaryCommand(program);
+  const std::unique_ptr<Command> commands[] = {
+      exportCommand(program), importCommand(program), verifyCommand(program),  infoCommand(program),
+      setCommand(program),    diffCommand(program),   recoverCommand(program), dictionaryCommand(program)};
   if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
-  for (const Command* command :
-       std::vector<const Command*>{&exportCommand, &importCommand, &verifyCommand, &infoCommand, &setCommand,
-                                   &diffCommand, &recoverCommand, &dictionaryCommand}) {
+  for (const auto& command : commands) {
     if (command->isChosen()) return runCommand(*command);
   }
   return kWrongUsage;  // not reached: the parser demanded one of them

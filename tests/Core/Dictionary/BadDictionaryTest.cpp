@@ -456,23 +456,23 @@ constexpr BadText kBadTexts[] = {
      "dictionary 1\n"
      "namespace sets types urn:acme\n",
      "bad.dictionary:2: the prefix 'types' for 'urn:acme' clashes with 'types' for "
-     "'urn:SMPTE:Types:MXF', which documents have for what is built in; choose another of your own"},
+     "'urn:SMPTE:Types:MXF', which exports have for what is built in; choose another of your own"},
     {"NamespaceURIOfTheDocument",
      "dictionary 1\n"
      "namespace sets acme urn:SMPTE:S377M\n",
      "bad.dictionary:2: the prefix 'acme' for 'urn:SMPTE:S377M' clashes with 's377m' for "
-     "'urn:SMPTE:S377M', which documents have for what is built in; choose another of your own"},
+     "'urn:SMPTE:S377M', which exports have for what is built in; choose another of your own"},
     {"NamespaceOfAVocabulary",
      "dictionary 1\n"
      "namespace sets st395 http://www.smpte-ra.org/schemas/434/2014/groups/395/2012\n",
      "bad.dictionary:2: the prefix 'st395' for 'http://www.smpte-ra.org/schemas/434/2014/groups/395/2012' clashes with "
-     "'st395' for 'http://www.smpte-ra.org/schemas/434/2014/groups/395/2012', which documents have for what is built "
+     "'st395' for 'http://www.smpte-ra.org/schemas/434/2014/groups/395/2012', which exports have for what is built "
      "in; choose another of your own"},
     {"NamespaceOfContainers",
      "dictionary 1\n"
      "namespace properties groups urn:SMPTE:Groups:MXF\n",
      "bad.dictionary:2: the prefix 'groups' for 'urn:SMPTE:Groups:MXF' clashes with 'groups' for "
-     "'urn:SMPTE:Groups:MXF', which documents have for what is built in; choose another of your own"},
+     "'urn:SMPTE:Groups:MXF', which exports have for what is built in; choose another of your own"},
     {"PropertyInTwoNamespaces",
      "dictionary 1\n"
      "060e2b34.02530101.0f0e0d0c.00000001 Shot -\n"
@@ -490,13 +490,13 @@ constexpr BadText kBadTexts[] = {
      "dictionary 1\n"
      "namespace sets acme urn:acme\n"
      "namespace properties acme urn:acme:properties\n",
-     "bad.dictionary:3: the prefix 'acme' for 'urn:acme:properties' clashes with 'acme' for 'urn:acme'; a "
-     "document needs one prefix for each namespace, choose another"},
+     "bad.dictionary:3: the prefix 'acme' for 'urn:acme:properties' clashes with 'acme' for 'urn:acme'; an "
+     "export needs one prefix for each namespace, choose another"},
     {"NamespaceURIOfAnother",
      "dictionary 1\n"
      "namespace sets acme urn:acme\n"
      "namespace properties acmeP urn:acme\n",
-     "bad.dictionary:3: the prefix 'acmeP' for 'urn:acme' clashes with 'acme' for 'urn:acme'; a document "
+     "bad.dictionary:3: the prefix 'acmeP' for 'urn:acme' clashes with 'acme' for 'urn:acme'; an export "
      "needs one prefix for each namespace, choose another"},
     {"NamespacePrefixOfXML",
      "dictionary 1\n"
@@ -510,7 +510,7 @@ constexpr BadText kBadTexts[] = {
     {"NamespacePrefixOfReferences",
      "dictionary 1\n"
      "namespace sets my_REF urn:acme\n",
-     "bad.dictionary:2: documents use names with '_REF' for references; choose another prefix than "
+     "bad.dictionary:2: exports use names with '_REF' for references; choose another prefix than "
      "'my_REF'"},
 };
 

@@ -1,8 +1,12 @@
-#include "EditText.h"
+#include "EditReport.h"
 
 #include <algorithm>
+#include <string>
+#include <system_error>
 
+#include "CopyProgress.h"
 #include "ErrorText.h"
+#include "StandardStreams.h"
 
 namespace Vantor::Tool {
 
@@ -56,8 +60,6 @@ std::string remarkOn(const Edit::UneditedPartition& partition) {
   return "";
 }
 
-}  // namespace
-
 std::string summaryOf(const Edit::SaveReport& report) {
   const auto& changes = report.changes;
   if (changes.isNone()) return "nothing is edited";
@@ -65,6 +67,23 @@ std::string summaryOf(const Edit::SaveReport& report) {
          std::to_string(changes.addedSets) + " added, " + std::to_string(changes.removedSets) +
          " removed; written to " + counted(report.partitions, "partition", "partitions");
 }
+
+/// The file is written by now.
+void printSummary(const std::string& summary, const Path& file, DataIO::File::Durability durability) {
+  const auto print = [&file](const std::string& message) { printMessage(file.u8string() + ": " + message); };
+  if (durability == DataIO::File::Durability::kAtomic) {
+    print("warning: the file is written, but its folder cannot be flushed, so that a power failure may undo it");
+  }
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return print(summary);
+  try {
+    writeStandardOutput(summary + "\n");
+  } catch (const OtherFileError& failure) {
+    print(std::string("warning: ") + failure.what() + "; the command is done: " + summary);
+  }
+}
+
+}  // namespace
 
 void printRemarks(const Path& file, const Edit::MergeReport& report) {
   const auto print = [&file](const std::string& remark) { printMessage(file.u8string() + ": " + remark); };
@@ -76,13 +95,19 @@ void printRemarks(const Path& file, const Edit::MergeReport& report) {
   for (const auto& edit : report.rejected) print("an edit of the " + edit.set + " is rejected: " + reasonOf(edit));
 }
 
-void printRemarks(const Path& file, const Edit::SaveReport& report) {
-  const auto print = [&file](const std::string& remark) { printMessage(file.u8string() + ": " + remark); };
-  for (const auto& value : report.longValues) {
-    print("warning: set " + value.set + ": a value of " + std::to_string(value.size) +
-          " bytes needs BER-coded lengths, which many readers do not know");
+void printRemarks(const Path& file, const std::vector<Edit::LongValue>& values) {
+  for (const auto& value : values) {
+    printMessage(file.u8string() + ": warning: set " + value.set + ": a value of " + std::to_string(value.size) +
+                 " bytes needs BER-coded lengths, which many readers do not know");
   }
-  for (const auto& partition : report.unedited) print(remarkOn(partition));
+}
+
+void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& copy) {
+  CopyProgress progress;
+  const auto report = copy ? edited.saveCopy(*copy, progress.progress()) : edited.save(progress.progress());
+  printRemarks(file, report.longValues);
+  for (const auto& partition : report.unedited) printMessage(file.u8string() + ": " + remarkOn(partition));
+  printSummary(summaryOf(report), copy.value_or(file), report.durability);
 }
 
 }  // namespace Vantor::Tool

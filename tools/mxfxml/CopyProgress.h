@@ -6,18 +6,20 @@
 
 namespace Vantor::Tool {
 
+/// Shows the progress of a copy on standard error, if that is a terminal.
+///
 /// Postpones signals that ask the program to end (an interrupt of the user, SIGTERM, a terminal that is closed). While
 /// a copy is written, the next report of progress cancels it, so that nothing is left behind; otherwise a signal takes
 /// effect when this object is destroyed. Signals that were ignored stay ignored. Only one object may exist at a time.
-class Interruption {
+class CopyProgress {
  public:
-  Interruption();
-  ~Interruption();
-  Interruption(const Interruption&) = delete;
-  Interruption& operator=(const Interruption&) = delete;
+  CopyProgress();
+  ~CopyProgress();
+  CopyProgress(const CopyProgress&) = delete;
+  CopyProgress& operator=(const CopyProgress&) = delete;
 
-  /// A progress that throws CommandError when a signal waits. It must not outlive this object.
-  MXF::Progress stopping(MXF::Progress progress);
+  /// To be called while a copy is written. Throws CommandError when a signal waits. It must not outlive this object.
+  MXF::Progress progress();
 
  private:
   using Handler = void (*)(int);

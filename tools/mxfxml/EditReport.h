@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "Core/Platform/Path.h"
+#include "Edit/File.h"
+
+namespace Vantor::Tool {
+
+/// Prints on standard error, a line each, what a merge kept or rejected.
+void printRemarks(const Path& file, const Edit::MergeReport& report);
+/// The same for values that many readers do not support.
+void printRemarks(const Path& file, const std::vector<Edit::LongValue>& values);
+
+/// Saves the edits into a copy, or without one into the file itself, and prints the progress, remarks, and in a line on
+/// standard output what was edited. A summary goes to standard error if what was written is not a regular file, which
+/// may be standard output. A summary that cannot be written, or a file that a power failure may undo, is a warning and
+/// no failure. For interrupts meanwhile see `CopyProgress`.
+void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& copy);
+
+}  // namespace Vantor::Tool
