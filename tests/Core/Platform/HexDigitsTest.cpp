@@ -43,5 +43,13 @@ TEST(HexDigits, AreReadInPairs) {
   }
 }
 
+TEST(HexDigits, AreReadAsANumberOfThatManyOctets) {
+  EXPECT_EQ(numberFromHex<uint16>("3c0A"), 0x3c0a);
+  EXPECT_EQ(numberFromHex<uint64>("FFFFFFFFFFFFFFFE"), 0xfffffffffffffffe);
+  for (const char* const text : {"", "3c0", "3c0a0", "3c0g", "0x3c", " 3c0", "-001"}) {
+    EXPECT_EQ(numberFromHex<uint16>(text), std::nullopt) << text;
+  }
+}
+
 }  // namespace
 }  // namespace Vantor::Platform
