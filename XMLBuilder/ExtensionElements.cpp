@@ -2,6 +2,7 @@
 
 #include "Core/Comparison/PropertyIdentity.h"
 #include "Core/MetaMetadata/MetaElement.h"
+#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
@@ -15,10 +16,6 @@ void mark(DOMElement& property, std::u16string_view name, const wstring& text, c
 }
 
 }  // namespace
-
-const MetaMetadata::MetaAttribute* listingOf(const Element& property) {
-  return dynamic_cast<const MetaMetadata::MetaAttribute*>(&property.metaAttribute());
-}
 
 DOMElement& lastExtensionElements(ExportDocument& document, DOMElement& set) {
   DOMElement* container = findChildNamed(set, Vocabulary::kExtensionElements);
@@ -39,7 +36,7 @@ wstring groupsURI(const ExportPass& pass) {
 
 void markUnknown(DOMElement& property, const Element& element, const ExportPass& pass) {
   const auto& tags = pass.partition.partitionDictionary();
-  const auto tag = static_cast<const MetaMetadata::UnknownAttribute&>(element.metaAttribute()).localTag();
+  const Types::LocalTag tag(ToXMLMetaAttributeVisitor(element.metaAttribute()).localTag(), kDottedForm);
   if (tag.isStaticLocalTag()) return mark(property, Vocabulary::kStaticLocalTag, tag.toString(kDottedForm), pass);
   // Without a label the tag means nothing outside its file, and the value alone is kept.
   if (const auto* label = tags.tryFind(tag.value())) {
@@ -48,7 +45,7 @@ void markUnknown(DOMElement& property, const Element& element, const ExportPass&
 }
 
 void markKnown(DOMElement& property, const Element& element, const ExportPass& pass) {
-  const auto* listing = listingOf(element);
+  const auto* listing = ToXMLMetaAttributeVisitor(element.metaAttribute()).listing();
   const Types::LocalTag tag(localTagOf(element, pass.partition.partitionDictionary()));
   const bool isStatic =
       listing != nullptr && listing->staticLocalTag() != 0 && tag.value() == listing->staticLocalTag();

@@ -7,9 +7,6 @@
 /// and properties that are written as octets, as "groups:DarkElement" with a mark of what they are.
 namespace Vantor::XMLBuilder {
 
-/// How the property's set lists it; null for a misplaced or unknown property.
-const MetaMetadata::MetaAttribute* listingOf(const Element& property);
-
 /// The container in a set's element; made for the first property, and moved behind its siblings for each.
 xercesc::DOMElement& lastExtensionElements(ExportDocument& document, xercesc::DOMElement& set);
 

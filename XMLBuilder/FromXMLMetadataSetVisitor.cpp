@@ -4,6 +4,7 @@
 #include "Core/MetaMetadata/MetaMetadataSet.h"
 #include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Metadata/SimpleElement.h"
+#include "XMLBuilder/FromXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/ChildLookup.h"
 
@@ -22,7 +23,7 @@ void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Element& property, SetSource& source) {
-  const auto& definition = *property.metaAttribute().metaElement();
+  const auto& definition = *FromXMLMetaAttributeVisitor(property.metaAttribute()).metaElement();
   const auto& tag = definition.extensionAttribute(MetaMetadata::kXMLTagName);
   if (MetaMetadata::isIdentifierName(tag)) return readIdentifier(property, definition, tag, source);
   if (const DOMElement* child = source.child(definition)) rules_.readValue(property, *child, &definition);

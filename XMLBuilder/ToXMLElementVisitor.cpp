@@ -9,7 +9,8 @@
 #include "XMLBuilder/ReferencePointers.h"
 #include "XMLBuilder/TextFidelity.h"
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
-#include "XMLBuilder/ToXMLMetadataSetVisitor.h"
+#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
+#include "XMLBuilder/ToXMLReferenceVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
@@ -31,7 +32,8 @@ DOMElement& ToXMLElementVisitor::createElement(const Name& name) {
 }
 
 void ToXMLElementVisitor::appendPropertyElement(DOMElement& property, const Element& element) {
-  auto& parent = listingOf(element) != nullptr ? setElement_ : lastExtensionElements(pass_.document, setElement_);
+  const bool isKnown = ToXMLMetaAttributeVisitor(element.metaAttribute()).listing() != nullptr;
+  auto& parent = isKnown ? setElement_ : lastExtensionElements(pass_.document, setElement_);
   parent.appendChild(&property);
 }
 
@@ -60,10 +62,9 @@ void ToXMLElementVisitor::writeAttribute(const SimpleElement& element, const Nam
 }
 
 void ToXMLElementVisitor::writeCollection(const CollectionElement& element) {
-  constexpr uint32 kEncoderRequired = 1;
-  const auto* listing = listingOf(element);
-  const bool isRequired = listing != nullptr && listing->requiredStatus() <= kEncoderRequired;
-  if (element.size() == 0 && !isRequired && !pass_.rules.isLossless) return;
+  const bool isShown =
+      element.size() != 0 || pass_.rules.isLossless || ToXMLMetaAttributeVisitor(element.metaAttribute()).isRequired();
+  if (!isShown) return;
   if (needsBytes(element)) return writeBytes(element);
   const auto name = nameOf(element.metaAttribute().metaElement());
   const auto itemName = qualify(name.prefix, Vocabulary::kItem);
@@ -104,28 +105,10 @@ bool ToXMLElementVisitor::writeReference(const Types::Reference& reference, DOME
   } else if (pass_.rules.excludeNonStructural && !KLV::isStructuralMetadataSet(targets.front()->key())) {
     return false;
   } else {
-    writeNested(reference, targets, property);
+    ToXMLReferenceVisitor writer(targets, property, pass_);
+    reference.accept(writer);
   }
   return true;
-}
-
-/// A strong reference whose target is not inside the property hides it, unless the rules are lossless.
-void ToXMLElementVisitor::writeNested(const Types::Reference& reference, const PartitionMetadata::Sets& targets,
-                                      DOMElement& property) {
-  const MetadataSet& target = *targets.front();
-  const bool isDark = target.definition() == nullptr;
-  if (reference.identifier() != Types::Identifiers::kStrongReference) {
-    if (!isDark || pass_.rules.isLossless) appendPointer(pass_.document, property, reference, &target);
-    return;
-  }
-  const bool isElsewhere = isDark || pass_.written.count(&target) != 0;
-  auto inside = pass_;
-  ++inside.depth;
-  ToXMLMetadataSetVisitor writer(property, inside);
-  target.accept(writer);
-  if (isElsewhere && pass_.rules.isLossless) {
-    appendPointer(pass_.document, property, reference, &target, targets.size());
-  }
 }
 
 void ToXMLElementVisitor::writeBeside(const Types::Reference& reference, const PartitionMetadata::Sets& targets,

@@ -36,8 +36,6 @@ class ToXMLElementVisitor : public Metadata::Visitors::ElementVisitor {
   void writeBytes(const Element& element);
 
   bool writeReference(const Types::Reference& reference, xercesc::DOMElement& property);
-  void writeNested(const Types::Reference& reference, const PartitionMetadata::Sets& targets,
-                   xercesc::DOMElement& property);
   void writeBeside(const Types::Reference& reference, const PartitionMetadata::Sets& targets,
                    xercesc::DOMElement& property);
 

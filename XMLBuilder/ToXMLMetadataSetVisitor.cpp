@@ -9,6 +9,7 @@
 #include "XMLBuilder/ExtensionElements.h"
 #include "XMLBuilder/Names.h"
 #include "XMLBuilder/ToXMLElementVisitor.h"
+#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
 namespace Vantor::XMLBuilder {
@@ -20,7 +21,8 @@ namespace {
 std::vector<const Element*> inReverse(const MetadataSet& set) {
   std::vector<std::pair<uint32, const Element*>> places;
   for (const Element& property : set) {
-    const auto& schemaIndex = listingOf(property)->extensionAttribute(MetaMetadata::kSchemaIndex);
+    const ToXMLMetaAttributeVisitor attribute(property.metaAttribute());
+    const auto& schemaIndex = attribute.schemaIndex();
     if (!schemaIndex.empty()) places.emplace_back(Platform::readDecimal<uint32>(schemaIndex), &property);
   }
   std::stable_sort(places.begin(), places.end(),

@@ -4,6 +4,7 @@
 #include <xercesc/dom/DOMText.hpp>
 
 #include "Core/Metadata/ElementFactory.h"
+#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "tests/XMLBuilder/Support.h"
 
 namespace Vantor::XMLBuilder {
@@ -217,6 +218,35 @@ TEST(ExtensionElements, AContainerMovesBehindEverythingWrittenBefore) {
   write();
   EXPECT_EQ(document.element().getLastChild()->getChildNodes()->getLength(), 2u);
   EXPECT_EQ(document.element().getChildNodes()->getLength(), 3u);
+}
+
+TEST(ToXMLMetaAttributeVisitor, KnowsAKnownPropertyByItsPlace) {
+  const auto partition = somePartition();
+  const auto preface = partition.add("Preface", 1);
+  const auto& attribute = preface->definition()->attributes()[1];
+  const ToXMLMetaAttributeVisitor visitor(attribute);
+  EXPECT_EQ(static_cast<int>(visitor.kind()), 0);
+  EXPECT_EQ(visitor.metaElement(), attribute.metaElement());
+  EXPECT_EQ(visitor.schemaIndex(), u"2");
+  EXPECT_EQ(visitor.localTag(), u"");
+}
+
+TEST(ToXMLMetaAttributeVisitor, KnowsAMisplacedPropertyByItsDefinition) {
+  const auto partition = somePartition();
+  const auto& element = partition.add("Preface", 1).misplaced("Elsewhere");
+  const ToXMLMetaAttributeVisitor visitor(element.metaAttribute());
+  EXPECT_EQ(static_cast<int>(visitor.kind()), 1);
+  EXPECT_EQ(visitor.metaElement(), element.metaAttribute().metaElement());
+  EXPECT_EQ(visitor.schemaIndex(), u"");
+  EXPECT_EQ(visitor.localTag(), u"");
+}
+
+TEST(ToXMLMetaAttributeVisitor, KnowsAnUnknownPropertyByItsTag) {
+  const ToXMLMetaAttributeVisitor visitor(MetaMetadata::UnknownAttribute(Types::LocalTag(0x0a0b)));
+  EXPECT_EQ(static_cast<int>(visitor.kind()), 2);
+  EXPECT_EQ(visitor.metaElement(), nullptr);
+  EXPECT_EQ(visitor.schemaIndex(), u"");
+  EXPECT_EQ(visitor.localTag(), u"0A.0B");
 }
 
 }  // namespace

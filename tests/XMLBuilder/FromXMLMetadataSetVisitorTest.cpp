@@ -4,6 +4,7 @@
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Metadata/SimpleElement.h"
 #include "Core/Platform/Strings.h"
+#include "XMLBuilder/FromXMLMetaAttributeVisitor.h"
 #include "tests/XMLBuilder/ImportSupport.h"
 
 namespace Vantor::XML2Partition {
@@ -402,6 +403,25 @@ TEST(ExtensionImport, RefusesWhatIsNoTagNoLabelAndNoHexadecimalText) {
   EXPECT_EQ(failure(R"(<groups:DarkElement groups:StaticLocalTag="tag"/>)").kind, "InvalidFormat");
   EXPECT_EQ(failure(R"(<groups:DarkElement groups:UniversalLabel="label"/>)").kind, "InvalidFormat");
   EXPECT_EQ(failure(R"(<p:Unheard>text</p:Unheard>)"), invalidFormat("Value contains non Hexadecimal characters", 117));
+}
+
+TEST(AttributeKinds, GiveDefinitionAndSchemaIndex) {
+  auto dictionary = newDictionary();
+  const auto built = dictionary.set("Indexed", {{"Number", u"42"}, {"Second", u""}}).build();
+  std::map<std::string, uint32> indices;
+  for (const auto& attribute : built->findSetBySymbol("Indexed")->attributes()) {
+    const FromXMLMetaAttributeVisitor valid(attribute);
+    EXPECT_EQ(valid.metaElement(), attribute.metaElement());
+    indices[valid.metaElement()->symbol()] = valid.schemaIndex();
+    const FromXMLMetaAttributeVisitor misplaced(MetaMetadata::MisplacedAttribute(attribute.metaElement()));
+    EXPECT_EQ(misplaced.metaElement(), attribute.metaElement());
+    EXPECT_EQ(misplaced.schemaIndex(), 0u);
+  }
+  EXPECT_EQ(indices["Number"], 42u);
+  EXPECT_EQ(indices["Second"], 0u);
+  const FromXMLMetaAttributeVisitor unknown(MetaMetadata::UnknownAttribute(Types::LocalTag(0x1234)));
+  EXPECT_EQ(unknown.metaElement(), nullptr);
+  EXPECT_EQ(unknown.schemaIndex(), 0u);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "XMLBuilder/ReferencePointers.h"
+#include "XMLBuilder/ToXMLReferenceVisitor.h"
 
 #include "Core/Metadata/ReferenceElement.h"
 #include "tests/XMLBuilder/Support.h"
@@ -315,6 +315,19 @@ TEST(ReferenceExport, AMisplacedReferenceStandsAmongTheExtensions) {
         <groups:ExtensionElements><p:Prop><q:Target rp210:InstanceUID="{2}"/></p:Prop></groups:ExtensionElements>
       </p:Preface>
     </s377m:MetadataSets>)");
+}
+
+TEST(ToXMLReferenceVisitor, WritesNothingForOtherValues) {
+  const auto partition = withProperty(kStrongReference);
+  const auto target = partition.add("Target", 2);
+  TestDocument document;
+  ExportDocument exportDocument(*document);
+  WrittenSets written;
+  const ExportPass pass{*partition, {true, false}, exportDocument, written};
+  ToXMLReferenceVisitor visitor(partition->findByInstanceUID(*target->instanceUID()), document.element(), pass);
+  uid(2).accept(visitor);
+  Types::UInt8(2).accept(visitor);
+  EXPECT_XML(textOf(document.element()), R"(<p:Prop {p}/>)");
 }
 
 }  // namespace

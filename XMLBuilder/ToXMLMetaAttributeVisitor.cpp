@@ -1,0 +1,31 @@
+#include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
+
+namespace Vantor::XMLBuilder {
+
+void ToXMLMetaAttributeVisitor::visit(const MetaMetadata::UnknownAttribute& attribute) {
+  localTag_ = attribute.localTag().toString(kDottedForm);
+  kind_ = Kind::kUnknown;
+}
+
+void ToXMLMetaAttributeVisitor::visit(const MetaMetadata::MisplacedAttribute& attribute) {
+  metaElement_ = attribute.metaElement();
+  kind_ = Kind::kMisplaced;
+}
+
+void ToXMLMetaAttributeVisitor::visit(const MetaMetadata::MetaAttribute& attribute) {
+  metaElement_ = attribute.metaElement();
+  listing_ = &attribute;
+  kind_ = Kind::kKnown;
+}
+
+const wstring& ToXMLMetaAttributeVisitor::schemaIndex() const {
+  static const wstring kNone;
+  return listing_ == nullptr ? kNone : listing_->extensionAttribute(MetaMetadata::kSchemaIndex);
+}
+
+bool ToXMLMetaAttributeVisitor::isRequired() const {
+  constexpr uint32 kEncoderRequired = 1;
+  return listing_ != nullptr && listing_->requiredStatus() <= kEncoderRequired;
+}
+
+}  // namespace Vantor::XMLBuilder
