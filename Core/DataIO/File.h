@@ -51,8 +51,7 @@ class FileDataSource : public SeekableSource {
   void readAt(uint64 offset, uint8* to, std::size_t size) override;
 
  private:
-  bool fill(uint64 offset);
-  [[noreturn]] void raiseTooShort(uint64 offset) const;
+  void fill(uint64 offset);
   std::size_t readFromStream(uint64 offset, uint8* to, std::size_t size);
 
   Path path_;

@@ -81,7 +81,7 @@ TEST_F(UndoJournalTest, ChangesTheFileAndLeavesNothingBeside) {
 /// The check of a file that is smaller than a sample.
 std::string surroundings(const std::string& blanked) {
   Crc64 check;
-  for (int i = 0; i < 16; ++i) check.add(reinterpret_cast<const uint8*>(blanked.data()), blanked.size());
+  for (int i = 0; i < 16; ++i) check.write(reinterpret_cast<const uint8*>(blanked.data()), blanked.size());
   return number(check.value(), 8);
 }
 
