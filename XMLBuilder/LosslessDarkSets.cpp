@@ -2,7 +2,6 @@
 
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
-#include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/Metadata/DarkTags.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
@@ -67,7 +66,7 @@ void checkLocalSet(const Content& content, const DOMElement& element, LosslessRe
 
 /// The writer of a file refuses keys of other parts of MXF, without knowing the document.
 void requireSetKey(const KLV::Key& key) {
-  if (!MXF::endsHeaderMetadata(key) && !MXF::isHeaderMetadataFraming(key)) return;
+  if (KLV::canBeSet(key)) return;
   Exceptions::raise<Exceptions::InvalidFormat>("the key {} is that of another part of MXF", key.toString());
 }
 
