@@ -194,7 +194,9 @@ std::optional<Journal> readJournal(SeekableSource& source) {
 /// Whether a file of the journal's size is the one that was being changed: every byte in the places is the old or the
 /// new one, and the bytes around them are as they were.
 bool isFileOf(const Journal& journal, SeekableSource& source, SeekableSource& file) {
-  return checkSurroundings(file, journal.places) == journal.surroundings &&
+  const auto isInFile = [&](const Journal::Place& place) { return isWithin(place.offset, place.size, file.size()); };
+  return std::all_of(journal.places.begin(), journal.places.end(), isInFile) &&
+         checkSurroundings(file, journal.places) == journal.surroundings &&
          std::all_of(journal.places.begin(), journal.places.end(),
                      [&](const Journal::Place& place) { return hasOldOrNewBytes(place, source, file); });
 }
