@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <random>
-#include <string>
 #include <system_error>
 #include <utility>
 

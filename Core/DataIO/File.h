@@ -5,10 +5,9 @@
 #include <functional>
 #include <string>
 
-#include "Core/DataIO/FileAttributes.h"
 #include "Core/DataIO/OutputFile.h"
 #include "Core/DataIO/SeekableSource.h"
-#include "Core/DataIO/Stream.h"
+#include "Core/DataIO/System.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"

@@ -1,7 +1,5 @@
 #include "Core/KLV/IdentifierText.h"
 
-#include <string>
-
 #include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Raise.h"
 

@@ -10,7 +10,6 @@
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/PrimerPack.h"
 #include "Core/KLV/Value.h"
-#include "Core/MXF/FileStructure.h"
 #include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"

@@ -2,7 +2,6 @@
 
 #include "Core/DataIO/Pieces.h"
 #include "Core/KLV/Keys.h"
-#include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {

@@ -1,9 +1,6 @@
 #include "Core/MXF/RandomIndexPack.h"
 
-#include <optional>
-
 #include "Core/KLV/Keys.h"
-#include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
