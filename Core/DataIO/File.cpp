@@ -139,24 +139,17 @@ AtomicFile::AtomicFile(const Path& target) : OutputFile(target), replaced_(fileT
     return;
   }
   if (isThere) FileUpdate{target};  // renaming over a file needs no permission for that file
-  createBeside();
-  if (isThere) copyAttributes(replaced_, vanishing());
-}
-
-void AtomicFile::createBeside() {
   for (int attempt = 0; !create(replaced_.parent_path() / temporaryName()); ++attempt) {
     if (errno == EEXIST && attempt < kNameAttempts) continue;
-    raise<IOError>("cannot create a temporary file to write '{}': {}", name().u8string(), systemReason(errno));
+    raise<IOError>("cannot create a temporary file to write '{}': {}", target.u8string(), systemReason(errno));
   }
+  if (isThere) copyAttributes(replaced_, vanishing());
 }
 
 Durability AtomicFile::commit(Durability durability, const std::function<void()>& lastCheck) {
   close(durability == Durability::kSurvivesPowerFailure);
   if (lastCheck) lastCheck();
-  return vanishing().empty() ? durability : putInPlace(durability);
-}
-
-Durability AtomicFile::putInPlace(Durability durability) {
+  if (vanishing().empty()) return durability;  // written directly
   std::error_code error;
   fs::rename(vanishing(), replaced_, error);
   if (error) raise<IOError>("cannot replace '{}': {}", name().u8string(), error.message());

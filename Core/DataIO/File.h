@@ -92,9 +92,6 @@ class AtomicFile : public OutputFile {
   Durability commit(Durability durability = Durability::kAtomic, const std::function<void()>& lastCheck = {});
 
  private:
-  void createBeside();
-  Durability putInPlace(Durability durability);
-
   Path replaced_;  ///< the file that commit() replaces
 };
 
