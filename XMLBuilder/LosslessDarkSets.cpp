@@ -2,7 +2,6 @@
 
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
-#include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/Metadata/DarkTags.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
@@ -46,7 +45,7 @@ uint8 lengthOctets(const DOMElement& element, LosslessRules& rules) {
 void add(Content content, const DOMElement& element, LosslessRules& rules) {
   const auto& [key, value] = content;
   // The writer of a file refuses such keys, without knowing the document.
-  if (MXF::endsHeaderMetadata(key) || MXF::isHeaderMetadataFraming(key)) {
+  if (!KLV::canBeSet(key)) {
     Exceptions::raise<Exceptions::InvalidFormat>("the key {} is that of another part of MXF", key.toString());
   }
   auto& report = rules.report();

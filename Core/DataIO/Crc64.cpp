@@ -23,8 +23,9 @@ constexpr std::array<uint64, 256> kRemainders = remainders();
 
 }  // namespace
 
-void Crc64::add(const uint8* from, std::size_t size) {
+void Crc64::write(const uint8* from, std::size_t size) {
   for (std::size_t i = 0; i < size; ++i) value_ = value_ << 8 ^ kRemainders[(value_ >> 56 ^ from[i]) & 0xFFU];
+  size_ += size;
 }
 
 }  // namespace Vantor::DataIO

@@ -17,11 +17,6 @@ class DataSink {
   virtual void write(const uint8* from, std::size_t size) = 0;
   /// How many bytes were written so far.
   virtual uint64 position() const = 0;
-
- protected:
-  DataSink() = default;
-  DataSink(const DataSink&) = default;
-  DataSink& operator=(const DataSink&) = default;
 };
 
 /// Appends one integer as `sizeof(T)` big-endian bytes; name `T` so that the width stands at the call.

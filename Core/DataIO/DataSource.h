@@ -31,11 +31,6 @@ class DataSource {
   /// Asks for `size` more bytes before anything is allocated for them.
   /// @throws Exceptions::ParseError naming the position, `size` and what is left, when fewer bytes are left.
   void require(uint64 size) const;
-
- protected:
-  DataSource() = default;
-  DataSource(const DataSource&) = default;
-  DataSource& operator=(const DataSource&) = default;
 };
 
 /// Reads the next `sizeof(T)` bytes as one big-endian integer.

@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <random>
-#include <string>
 #include <system_error>
 #include <utility>
 
@@ -57,9 +56,6 @@ Path fileToReplace(const Path& target) {
   return error ? named : absolute;
 }
 
-/// Renaming over a file needs no permission for that file.
-void requireWritable(const Path& target) { FileUpdate{target}; }
-
 }  // namespace
 
 FileState stateOf(const Path& path) {
@@ -92,37 +88,27 @@ FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   if (error) raise<IOError>("cannot read the size of '{}': {}", path_.u8string(), error.message());
 }
 
-void FileDataSource::readAt(uint64 begin, uint8* to, std::size_t size) {
-  uint64 offset = begin;
-  while (size != 0) {
-    if (offset < windowOffset_ || offset - windowOffset_ >= window_.size()) {
-      if (size >= kWindowSize) {
-        if (readFromStream(offset, to, size) == size) return;
-        raiseTooShort(begin);
-      }
-      if (!fill(offset)) raiseTooShort(begin);
-    }
+void FileDataSource::readAt(uint64 offset, uint8* to, std::size_t size) {
+  std::size_t found = 0;
+  if (size >= kWindowSize) {
+    found = readFromStream(offset, to, size);
+  } else {
+    const bool isInWindow = offset >= windowOffset_ && offset + size <= windowOffset_ + window_.size();
+    if (!isInWindow) fill(offset);
     const auto at = static_cast<std::size_t>(offset - windowOffset_);
-    const auto count = std::min(size, window_.size() - at);
-    std::copy_n(window_.data() + at, count, to);
-    offset += count;
-    to += count;
-    size -= count;
+    found = std::min(size, window_.size() - at);
+    std::copy_n(window_.data() + at, found, to);
   }
-}
-
-void FileDataSource::raiseTooShort(uint64 offset) const {
+  if (found == size) return;
   raise<IOError>("at byte offset {}: cannot read '{}': the file has become shorter", offset, name());
 }
 
-/// False when the file ends before.
-bool FileDataSource::fill(uint64 offset) {
+void FileDataSource::fill(uint64 offset) {
   window_.clear();  // so that nothing is in it where reading fails
   Bytes window(static_cast<std::size_t>(std::min<uint64>(kWindowSize, size_ - offset)));
   window.resize(readFromStream(offset, window.data(), window.size()));
   window_ = std::move(window);
   windowOffset_ = offset;
-  return !window_.empty();
 }
 
 /// Returns how many bytes the file has there, up to `size`.
@@ -152,25 +138,18 @@ AtomicFile::AtomicFile(const Path& target) : OutputFile(target), replaced_(fileT
     if (!open(replaced_)) raise<IOError>("cannot write '{}': {}", target.u8string(), systemReason(errno));
     return;
   }
-  if (isThere) requireWritable(target);
-  createBeside();
-  if (isThere) copyAttributes(replaced_, vanishing());
-}
-
-void AtomicFile::createBeside() {
+  if (isThere) FileUpdate{target};  // renaming over a file needs no permission for that file
   for (int attempt = 0; !create(replaced_.parent_path() / temporaryName()); ++attempt) {
     if (errno == EEXIST && attempt < kNameAttempts) continue;
-    raise<IOError>("cannot create a temporary file to write '{}': {}", name().u8string(), systemReason(errno));
+    raise<IOError>("cannot create a temporary file to write '{}': {}", target.u8string(), systemReason(errno));
   }
+  if (isThere) copyAttributes(replaced_, vanishing());
 }
 
 Durability AtomicFile::commit(Durability durability, const std::function<void()>& lastCheck) {
   close(durability == Durability::kSurvivesPowerFailure);
   if (lastCheck) lastCheck();
-  return vanishing().empty() ? durability : putInPlace(durability);
-}
-
-Durability AtomicFile::putInPlace(Durability durability) {
+  if (vanishing().empty()) return durability;  // written directly
   std::error_code error;
   fs::rename(vanishing(), replaced_, error);
   if (error) raise<IOError>("cannot replace '{}': {}", name().u8string(), error.message());

@@ -5,10 +5,9 @@
 #include <functional>
 #include <string>
 
-#include "Core/DataIO/FileAttributes.h"
 #include "Core/DataIO/OutputFile.h"
 #include "Core/DataIO/SeekableSource.h"
-#include "Core/DataIO/Stream.h"
+#include "Core/DataIO/System.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
@@ -51,8 +50,7 @@ class FileDataSource : public SeekableSource {
   void readAt(uint64 offset, uint8* to, std::size_t size) override;
 
  private:
-  bool fill(uint64 offset);
-  [[noreturn]] void raiseTooShort(uint64 offset) const;
+  void fill(uint64 offset);
   std::size_t readFromStream(uint64 offset, uint8* to, std::size_t size);
 
   Path path_;
@@ -94,9 +92,6 @@ class AtomicFile : public OutputFile {
   Durability commit(Durability durability = Durability::kAtomic, const std::function<void()>& lastCheck = {});
 
  private:
-  void createBeside();
-  Durability putInPlace(Durability durability);
-
   Path replaced_;  ///< the file that commit() replaces
 };
 

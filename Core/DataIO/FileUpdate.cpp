@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <system_error>
 
-#include "Core/DataIO/FileAttributes.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor::DataIO::File {
@@ -74,6 +73,19 @@ void NewFile::commit() {
     raise<IOError>("cannot flush the folder of '{}': {}", name().u8string(), systemReason(errno));
   }
   keep();
+}
+
+void requireOneName(const Path& path) {
+  std::error_code error;
+  const auto names = fs::hard_link_count(path, error);
+  if (error) {
+    raise<IOError>("cannot read the hard links of '{}': {}", path.u8string(), error.message());
+  }
+  if (names == 1) return;
+  raise<IOError>(
+      "cannot change '{}': it has {} hard links, and its other names would change, too, or be parted from it; write to "
+      "another file",
+      path.u8string(), names);
 }
 
 void removeFromDisk(const Path& path) {

@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "Core/DataIO/OutputFile.h"
-#include "Core/DataIO/Stream.h"
+#include "Core/DataIO/System.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
@@ -50,6 +50,10 @@ class NewFile : public OutputFile {
   /// @throws Exceptions::IOError when they have not.
   void commit();
 };
+
+/// @throws Exceptions::IOError naming the path when the file has further names (hard links), or their number cannot be
+/// read.
+void requireOneName(const Path& path);
 
 /// Removes a file, and its name from the medium.
 /// @throws Exceptions::IOError when it cannot be removed, or the medium may still have the name.

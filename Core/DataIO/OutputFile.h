@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "Core/DataIO/DataSink.h"
-#include "Core/DataIO/Stream.h"
+#include "Core/DataIO/System.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 

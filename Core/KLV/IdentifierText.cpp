@@ -1,6 +1,6 @@
 #include "Core/KLV/IdentifierText.h"
 
-#include <string>
+#include <algorithm>
 
 #include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Raise.h"
@@ -44,31 +44,17 @@ wstring format(const Form& form, const uint8* bytes, std::size_t size) {
 
 char16_t lowerCase(char16_t unit) { return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit; }
 
-/// Takes one unit off the front when it is the expected one, in either case.
-bool take(std::u16string_view& text, char16_t expected) {
-  if (text.empty() || lowerCase(text.front()) != expected) return false;
-  text.remove_prefix(1);
-  return true;
-}
-
-bool takeByte(std::u16string_view& text, uint8& byte) {
-  if (text.size() < 2) return false;
-  const int octet = Platform::hexOctet(text[0], text[1]);
-  if (octet < 0) return false;
-  byte = static_cast<uint8>(octet);
-  text.remove_prefix(2);
-  return true;
-}
-
 bool parse(const Form& form, std::u16string_view text, uint8* bytes, std::size_t size) {
-  for (const char16_t unit : form.prefix) {
-    if (!take(text, unit)) return false;
+  std::size_t at = 0;
+  const auto takes = [&](char16_t expected) { return at < text.size() && lowerCase(text[at++]) == expected; };
+  if (!std::all_of(form.prefix.begin(), form.prefix.end(), takes)) return false;
+  for (std::size_t i = 0; i < size; ++i, at += 2) {
+    if (i != 0 && form.separatesBefore(i) && !takes(form.separator)) return false;
+    const int octet = text.size() - at < 2 ? -1 : Platform::hexOctet(text[at], text[at + 1]);
+    if (octet < 0) return false;
+    bytes[i] = static_cast<uint8>(octet);
   }
-  for (std::size_t i = 0; i < size; ++i) {
-    if (i != 0 && form.separatesBefore(i) && !take(text, form.separator)) return false;
-    if (!takeByte(text, bytes[i])) return false;
-  }
-  return text.empty();
+  return at == text.size();
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "Core/KLV/Keys.h"
 
-#include <array>
+#include <algorithm>
+#include <initializer_list>
 
 #include "Core/Platform/Raise.h"
 
@@ -40,6 +41,24 @@ bool isPartitionStatus(uint8 octet, PartitionKind kind) {
          octet <= static_cast<uint8>(PartitionStatus::kClosedComplete);
 }
 
+/// Whether octets stand in a key from the n-th on.
+bool has(const Key& key, std::size_t n, std::initializer_list<uint8> octets) {
+  return std::equal(octets.begin(), octets.end(), key.rawBuffer() + n - 1);
+}
+
+bool isSmpteLabel(const Key& key) { return has(key, 1, {0x06, 0x0E, 0x2B, 0x34}); }
+
+/// Partition packs, index table segments, the random index pack (ST 377-1), also with octets that no standard lists.
+bool isStructure(const Key& key) {
+  return has(key, 5, {kGroup}) && has(key, 9, {0x0D, 0x01, 0x02, 0x01}) && !isPrimerPack(key);
+}
+
+/// Items of generic containers (ST 379-2), and essence elements of any organisation: octets 5 and 6 name their
+/// register.
+bool isEssence(const Key& key) { return has(key, 5, {0x01, 0x02}) || has(key, 9, {0x0D, 0x01, 0x03, 0x01}); }
+
+bool isGenericStreamData(const Key& key) { return has(key, 5, {0x01}) && has(key, 9, {0x0D, 0x01, 0x05}); }
+
 void requirePartitionPack(const Key& key) {
   if (isPartitionPack(key)) return;
   Exceptions::raise<Exceptions::InvalidFormat>("expected the key of a partition pack, found {}", key.toString());
@@ -57,10 +76,8 @@ Key partitionPackKey(PartitionKind kind, PartitionStatus status) {
 bool isStructuralMetadataSet(const Key& key) { return key.matches(kStructuralSet.withOctet(15, key.octet(15))); }
 
 bool isLocalSet(const Key& key) {
-  const bool ofSmpteGroup = key.octet(1) == 0x06 && key.octet(2) == 0x0E && key.octet(3) == 0x2B &&
-                            key.octet(4) == 0x34 && key.octet(5) == kGroup;
   const uint8 coding = key.octet(Key::kCodingOctet);
-  return ofSmpteGroup && (coding == kTwoByteLengths || coding == kBERLengths);
+  return isSmpteLabel(key) && key.octet(5) == kGroup && (coding == kTwoByteLengths || coding == kBERLengths);
 }
 
 bool hasBERLengths(const Key& key) { return key.octet(Key::kCodingOctet) == kBERLengths; }
@@ -70,12 +87,17 @@ bool isPrimerPack(const Key& key) { return equalButVersion(key, kPrimerPack); }
 bool isRandomIndexPack(const Key& key) { return equalButVersion(key, kRandomIndexPack); }
 bool isIndexTableSegment(const Key& key) { return isLocalSet(key) && key.matches(kIndexTableSegment); }
 
+bool endsHeaderMetadata(const Key& key) {
+  if (!isSmpteLabel(key)) return key == Key();
+  return isStructure(key) || isEssence(key) || isGenericStreamData(key);
+}
+
+bool canBeSet(const Key& key) { return !endsHeaderMetadata(key) && !isPrimerPack(key) && !isFill(key); }
+
 bool isPartitionPack(const Key& key) {
-  const uint8 kind = key.octet(14);
-  if (kind < static_cast<uint8>(PartitionKind::kHeader) || kind > static_cast<uint8>(PartitionKind::kFooter))
-    return false;
-  return isPartitionStatus(key.octet(15), static_cast<PartitionKind>(kind)) &&
-         equalButVersion(key, fileStructureKey(kind, key.octet(15)));
+  const auto kind = static_cast<PartitionKind>(key.octet(14));
+  return kind >= PartitionKind::kHeader && kind <= PartitionKind::kFooter && isPartitionStatus(key.octet(15), kind) &&
+         equalButVersion(key, fileStructureKey(key.octet(14), key.octet(15)));
 }
 
 bool isHeaderPartitionPack(const Key& key) {
@@ -94,10 +116,6 @@ PartitionStatus partitionStatus(const Key& key) {
 
 bool isClosed(PartitionStatus status) {
   return status != PartitionStatus::kOpenIncomplete && status != PartitionStatus::kOpenComplete;
-}
-
-bool isComplete(PartitionStatus status) {
-  return status != PartitionStatus::kOpenIncomplete && status != PartitionStatus::kClosedIncomplete;
 }
 
 }  // namespace Vantor::KLV

@@ -42,6 +42,12 @@ bool isPrimerPack(const Key& key);
 bool isRandomIndexPack(const Key& key);
 bool isIndexTableSegment(const Key& key);
 
+/// Whether a KLV cannot be part of header metadata, which ends before it: partition packs, index table segments, the
+/// random index pack, essence and generic stream data, and the zeros that may stand behind all KLVs.
+bool endsHeaderMetadata(const Key& key);
+/// Whether a KLV of header metadata may have the key and be a set: none that ends them, no primer pack and no fill.
+bool canBeSet(const Key& key);
+
 /// Whether the key is of a partition pack of one of the kinds and with one of the statuses above.
 bool isPartitionPack(const Key& key);
 bool isHeaderPartitionPack(const Key& key);
@@ -50,8 +56,7 @@ bool isHeaderPartitionPack(const Key& key);
 PartitionKind partitionKind(const Key& key);
 PartitionStatus partitionStatus(const Key& key);
 /// Whether the partition is closed; the numbers in the pack of an open one may still change. A generic stream partition
-/// counts as closed and complete.
+/// counts as closed.
 bool isClosed(PartitionStatus status);
-bool isComplete(PartitionStatus status);
 
 }  // namespace Vantor::KLV

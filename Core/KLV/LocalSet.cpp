@@ -27,18 +27,14 @@ void requireTagAndLength(const MemoryDataSource& source, std::size_t size) {
       source.position(), size, source.remaining());
 }
 
-BERLength readLength(LocalSetCoding coding, MemoryDataSource& source) {
-  if (coding == LocalSetCoding::kBERLengths) return readBERLength(source);
-  return {DataIO::readBigEndian<uint16>(source), sizeof(uint16)};
-}
-
 void requireValue(const MemoryDataSource& source, uint16 tag, uint64 size) {
   if (source.remaining() >= size) return;
   raise<Exceptions::ParseError>("at byte offset {}: expected {} bytes for the local set item with tag {}, found {}",
                                 source.position(), size, tagText(tag), source.remaining());
 }
 
-void requireTwoByteLength(uint16 tag, std::size_t size) {
+void requireLength(LocalSetCoding coding, uint16 tag, std::size_t size, uint8 lengthOctets) {
+  if (coding == LocalSetCoding::kBERLengths) return static_cast<void>(berOctets(size, lengthOctets));
   if (size <= std::numeric_limits<uint16>::max()) return;
   raise<Exceptions::InvalidLength>(
       "expected at most 65535 bytes for the local set item with tag {}, whose length has 2 bytes, found {}",
@@ -56,16 +52,17 @@ LocalSetCoding localSetCoding(const Key& key) {
 
 Templates::vector<LocalSetItem> readLocalSet(LocalSetCoding coding, const uint8* value, std::size_t size,
                                              uint64 origin) {
-  const std::size_t fewestOctets = coding == LocalSetCoding::kBERLengths ? 1 : 2;
+  const bool hasBERLengths = coding == LocalSetCoding::kBERLengths;
   Templates::vector<LocalSetItem> items;
   MemoryDataSource source(value, size, false, origin);
   while (source.remaining() != 0) {
-    requireTagAndLength(source, sizeof(uint16) + fewestOctets);
+    requireTagAndLength(source, sizeof(uint16) + (hasBERLengths ? 1 : sizeof(uint16)));
     const auto tag = DataIO::readBigEndian<uint16>(source);
-    const BERLength length = readLength(coding, source);
+    const BERLength length =
+        hasBERLengths ? readBERLength(source) : BERLength{DataIO::readBigEndian<uint16>(source), sizeof(uint16)};
     requireValue(source, tag, length.value);
-    const auto offset = size - static_cast<std::size_t>(source.remaining());
-    items.push_back({tag, value + offset, static_cast<std::size_t>(length.value), length.octets, offset});
+    const uint8* const itemValue = value + (size - source.remaining());
+    items.push_back({tag, itemValue, static_cast<std::size_t>(length.value), length.octets});
     source.skip(length.value);
   }
   return items;
@@ -73,8 +70,7 @@ Templates::vector<LocalSetItem> readLocalSet(LocalSetCoding coding, const uint8*
 
 void writeLocalSetItem(DataIO::DataSink& sink, LocalSetCoding coding, uint16 tag, const uint8* value, std::size_t size,
                        uint8 lengthOctets) {
-  // Asking for the size first checks everything before the tag is written.
-  localSetItemSize(coding, tag, size, lengthOctets);
+  requireLength(coding, tag, size, lengthOctets);
   DataIO::writeBigEndian<uint16>(sink, tag);
   if (coding == LocalSetCoding::kBERLengths) {
     writeBERLength(sink, size, lengthOctets);
@@ -82,12 +78,6 @@ void writeLocalSetItem(DataIO::DataSink& sink, LocalSetCoding coding, uint16 tag
     DataIO::writeBigEndian<uint16>(sink, static_cast<uint16>(size));
   }
   sink.write(value, size);
-}
-
-uint64 localSetItemSize(LocalSetCoding coding, uint16 tag, std::size_t size, uint8 lengthOctets) {
-  if (coding == LocalSetCoding::kBERLengths) return sizeof tag + berOctets(size, lengthOctets) + uint64{size};
-  requireTwoByteLength(tag, size);
-  return sizeof tag + sizeof(uint16) + uint64{size};
 }
 
 }  // namespace Vantor::KLV

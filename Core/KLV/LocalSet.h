@@ -18,7 +18,6 @@ struct LocalSetItem {
   const uint8* value = nullptr;
   std::size_t size = 0;    ///< of the value, in bytes
   uint8 lengthOctets = 0;  ///< of the item's length field: 2, or 1 to 9 with BER lengths
-  std::size_t offset = 0;  ///< of the item's value within the set's value
 };
 
 /// Splits a set's value into its items, in file order; a tag that occurs twice is listed twice.
@@ -30,12 +29,9 @@ Templates::vector<LocalSetItem> readLocalSet(LocalSetCoding coding, const uint8*
 
 /// Writes tag, length and value.
 /// @param lengthOctets  of the length field: with BER lengths as for writeBERLength(), else without effect.
-/// @throws Exceptions::InvalidLength naming the tag when the size does not fit a 2-byte length; nothing is written
-/// then.
+/// @throws Exceptions::InvalidLength naming the tag when the size does not fit a 2-byte length, or as writeBERLength();
+/// nothing is written then.
 void writeLocalSetItem(DataIO::DataSink& sink, LocalSetCoding coding, uint16 tag, const uint8* value, std::size_t size,
                        uint8 lengthOctets = 0);
-
-/// How many bytes writeLocalSetItem() writes; throws as it does.
-uint64 localSetItemSize(LocalSetCoding coding, uint16 tag, std::size_t size, uint8 lengthOctets = 0);
 
 }  // namespace Vantor::KLV

@@ -1,7 +1,5 @@
 #include "Core/KLV/PrimerPack.h"
 
-#include <limits>
-
 #include "Core/DataIO/Memory.h"
 #include "Core/KLV/CollectionHeader.h"
 #include "Core/Platform/Raise.h"
@@ -40,9 +38,6 @@ Templates::vector<PrimerEntry> readPrimerPack(const uint8* value, std::size_t si
 }
 
 void writePrimerPack(DataIO::DataSink& sink, const Templates::vector<PrimerEntry>& entries) {
-  if (entries.size() > std::numeric_limits<uint32>::max()) {
-    raise<Exceptions::InvalidLength>("expected at most 4294967295 rows of a primer pack, found {}", entries.size());
-  }
   CollectionHeader{static_cast<uint32>(entries.size()), kPrimerEntrySize}.render(sink);
   for (const PrimerEntry& entry : entries) {
     DataIO::writeBigEndian<uint16>(sink, entry.tag);

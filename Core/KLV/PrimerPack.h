@@ -30,7 +30,6 @@ constexpr uint32 kPrimerEntrySize = 18;
 Templates::vector<PrimerEntry> readPrimerPack(const uint8* value, std::size_t size, uint64 origin = 0);
 
 /// Writes the value of a primer pack, 8 + 18 * entries bytes; key and length are the caller's.
-/// @throws Exceptions::InvalidLength when there are more entries than a 32-bit count holds.
 void writePrimerPack(DataIO::DataSink& sink, const Templates::vector<PrimerEntry>& entries);
 
 }  // namespace Vantor::KLV

@@ -46,8 +46,6 @@ KLVHeader readHeaderPackHeader(DataSource& source) {
   raise<ParseError>("this is no MXF file: no partition pack among its first 65,536 bytes");
 }
 
-bool isFooter(const PartitionInfo& partition) { return partition.pack.kind == KLV::PartitionKind::kFooter; }
-
 /// Reads the pack whose key and length were read; the source then stands behind it.
 PartitionInfo readPack(DataSource& source, const KLVHeader& klv) {
   PartitionInfo partition;
@@ -105,7 +103,7 @@ std::optional<KLVHeader> nextKLV(SeekableSource& source) {
 }
 
 FileStructure walk(SeekableSource& source, uint64 runIn) {
-  FileStructure structure;
+  FileStructure structure{source.size(), runIn, StructureSource::kWalk, 0, {}};
   source.seek(runIn);
   while (const auto klv = nextKLV(source)) {
     if (KLV::isPartitionPack(klv->key)) structure.partitions.push_back(readPackLeniently(source, *klv));
@@ -154,24 +152,15 @@ Partitions partitionsByPreviousLinks(SeekableSource& source, const PartitionInfo
   return isWholeChain(partitions, runIn) ? partitions : Partitions();
 }
 
-/// Fills in the partitions that were found, unless there are none.
-bool takePartitions(FileStructure& structure, Partitions partitions, StructureSource source) {
-  structure.partitions = std::move(partitions);
-  structure.source = source;
-  structure.end = structure.fileSize;
-  return !structure.partitions.empty();
-}
-
 FileStructure structureFrom(SeekableSource& source, const PartitionInfo& header) {
-  FileStructure structure;
-  structure.fileSize = source.size();
-  if (!takePartitions(structure, partitionsByRandomIndex(source, header), StructureSource::kRandomIndexPack) &&
-      !takePartitions(structure, partitionsByPreviousLinks(source, header), StructureSource::kPreviousPartitions)) {
-    structure = walk(source, header.offset);
-    structure.fileSize = source.size();
+  const uint64 size = source.size();
+  if (auto found = partitionsByRandomIndex(source, header); !found.empty()) {
+    return {size, header.offset, StructureSource::kRandomIndexPack, size, std::move(found)};
   }
-  structure.runIn = header.offset;
-  return structure;
+  if (auto found = partitionsByPreviousLinks(source, header); !found.empty()) {
+    return {size, header.offset, StructureSource::kPreviousPartitions, size, std::move(found)};
+  }
+  return walk(source, header.offset);
 }
 
 [[noreturn]] void refuse(const PartitionChoice& choice, const FileStructure& structure) {
@@ -197,18 +186,10 @@ PartitionInfo findFooter(SeekableSource& source, const PartitionInfo& header) {
     auto footer = tryReadPackAt(source, header.offset, offsets.back() - header.offset);
     if (footer && isFooter(*footer)) return *footer;
   }
-  FileStructure structure = walk(source, header.offset);
-  structure.fileSize = source.size();
+  const FileStructure structure = walk(source, header.offset);
   const auto last = std::find_if(structure.partitions.rbegin(), structure.partitions.rend(), isFooter);
   if (last == structure.partitions.rend()) refuse(PartitionChoice::footer(), structure);
   return sound(source, *last);
-}
-
-PartitionInfo findNumber(SeekableSource& source, const PartitionInfo& header, const PartitionChoice& choice) {
-  if (choice.number() == 0) return header;
-  const FileStructure structure = structureFrom(source, header);
-  if (choice.number() >= structure.partitions.size()) refuse(choice, structure);
-  return sound(source, structure.partitions[choice.number()]);
 }
 
 }  // namespace
@@ -236,15 +217,11 @@ std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 of
 PartitionInfo findPartition(SeekableSource& source, const PartitionChoice& choice) {
   source.seek(0);
   PartitionInfo header = readHeaderPartition(source);
-  switch (choice.kind()) {
-    case PartitionChoice::Kind::kHeader:
-      return header;
-    case PartitionChoice::Kind::kFooter:
-      return findFooter(source, header);
-    case PartitionChoice::Kind::kNumber:
-      break;
-  }
-  return findNumber(source, header, choice);
+  if (choice.kind() == PartitionChoice::Kind::kFooter) return findFooter(source, header);
+  if (choice.number() == 0) return header;
+  const FileStructure structure = structureFrom(source, header);
+  if (choice.number() >= structure.partitions.size()) refuse(choice, structure);
+  return sound(source, structure.partitions[choice.number()]);
 }
 
 }  // namespace Vantor::MXF

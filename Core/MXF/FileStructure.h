@@ -23,6 +23,7 @@ struct PartitionInfo {
   /// Whether the pack's value cannot be read; then only kind and status, which are in the key, are known.
   bool damaged = false;
 };
+inline bool isFooter(const PartitionInfo& partition) { return partition.pack.kind == KLV::PartitionKind::kFooter; }
 
 /// How the partitions were found. Each way is taken when the one before it does not lead to all partitions.
 enum class StructureSource {

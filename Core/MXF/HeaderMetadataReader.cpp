@@ -10,8 +10,6 @@
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/PrimerPack.h"
 #include "Core/KLV/Value.h"
-#include "Core/MXF/FileStructure.h"
-#include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
@@ -23,8 +21,6 @@ namespace {
 using DataIO::SeekableSource;
 using Exceptions::ParseError;
 using Exceptions::raise;
-
-std::string textOf(const KLV::Key& key) { return Utils::wstringToString(key.toString()); }
 
 /// Reads from front to back. The source stands behind the key of the next KLV, which decides what becomes of it.
 class Reader {
@@ -54,7 +50,7 @@ class Reader {
   void findPrimer(const PartitionInfo& partition) {
     for (readKey(); KLV::isFill(key_); readKey()) skipFill(readHeader());
     if (KLV::isPrimerPack(key_)) return;
-    if (partition.pack.headerByteCount == 0 || endsHeaderMetadata(key_)) {
+    if (partition.pack.headerByteCount == 0 || KLV::endsHeaderMetadata(key_)) {
       raise<ParseError>("at byte offset {}: the partition has no header metadata", partition.offset);
     }
     raise<ParseError>("at byte offset {}: expected a primer pack, found key {}", offset_, key_.toString());
@@ -68,14 +64,12 @@ class Reader {
 
   bool goesOn() {
     atEnd_ = atEnd_ || offset_ == end_;
-    if (atEnd_ && KLV::isLocalSet(key_)) disbelieveCount();
-    return !endsHeaderMetadata(key_) && (!atEnd_ || KLV::isFill(key_));
-  }
-
-  /// The count is too small by at least one set, so any number of others may follow.
-  void disbelieveCount() {
-    end_.reset();
-    atEnd_ = false;
+    if (atEnd_ && KLV::isLocalSet(key_)) {
+      // The count is too small by at least one set, so any number of others may follow.
+      end_.reset();
+      atEnd_ = false;
+    }
+    return !KLV::endsHeaderMetadata(key_) && (!atEnd_ || KLV::isFill(key_));
   }
 
   void readKLV() {
@@ -131,7 +125,8 @@ class Reader {
   std::string nameOf(const KLV::Key& key) const {
     if (KLV::isPrimerPack(key)) return "the primer pack";
     const auto* definition = metadata_->partitionDictionary().dictionary()->findSet(key);
-    return definition == nullptr ? "the set with key " + textOf(key) : "set " + definition->symbol();
+    if (definition != nullptr) return "set " + definition->symbol();
+    return "the set with key " + Utils::wstringToString(key.toString());
   }
 
   DataIO::DataSource& source_;
@@ -172,13 +167,6 @@ std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       const PartitionChoice& choice) {
   DataIO::File::FileDataSource source(path);
   return readHeaderMetadata(source, std::move(dictionary), choice);
-}
-
-std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
-                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                      const PartitionInfo& partition) {
-  DataIO::File::FileDataSource source(path);
-  return readHeaderMetadata(source, std::move(dictionary), partition);
 }
 
 }  // namespace Vantor::MXF

@@ -39,11 +39,8 @@ std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice = PartitionChoice::header());
-/// The same for a partition that readStructure() or findPartition() has found in the file.
-std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
-                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                      const PartitionInfo& partition);
-/// Afterwards the source stands where the metadata end, behind the fill that belongs to them.
+/// The same for a partition that readStructure() or findPartition() has found in the file. Afterwards the source stands
+/// where the metadata end, behind the fill that belongs to them.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionInfo& partition);

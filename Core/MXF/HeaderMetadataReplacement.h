@@ -50,9 +50,6 @@ using Progress = std::function<void(uint64 done, uint64 total)>;
 
 /// Whether every replacement fits into the room of the header metadata that it replaces, fill behind them included:
 /// exactly, or with at least the 17 bytes of a fill item to spare.
-bool fits(const Path& file, const DataIO::File::FileState& expected, const MetadataReplacements& replacements);
-
-/// The same for a file in memory or anywhere else.
 bool fits(DataIO::SeekableSource& file, const MetadataReplacements& replacements);
 
 /// Writes the replacements, and fill behind them, into their places, and nothing else; takes no longer for a large

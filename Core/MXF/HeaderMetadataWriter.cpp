@@ -5,7 +5,6 @@
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/KLV/PrimerPack.h"
-#include "Core/MXF/HeaderMetadataKeys.h"
 #include "Core/MXF/PartitionPack.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/EntryView.h"
@@ -25,17 +24,11 @@ constexpr uint16 kMajorVersion = 1;
 constexpr uint16 kMinorVersion = 3;  // ST 377-1
 constexpr uint32 kKAGSize = 1;
 
-Types::UniversalLabel label(std::array<uint8, KLV::Key::kSize> octets) {
-  return Types::UniversalLabel(KLV::Key(octets));
-}
-
 /// Preface properties of ST 377-1.
-Types::UniversalLabel operationalPatternLabel() {
-  return label({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05, 0x01, 0x02, 0x02, 0x03, 0x00, 0x00, 0x00, 0x00});
-}
-Types::UniversalLabel essenceContainersLabel() {
-  return label({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05, 0x01, 0x02, 0x02, 0x10, 0x02, 0x01, 0x00, 0x00});
-}
+constexpr KLV::Key kOperationalPattern({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05,  //
+                                        0x01, 0x02, 0x02, 0x03, 0x00, 0x00, 0x00, 0x00});
+constexpr KLV::Key kEssenceContainers({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05,  //
+                                       0x01, 0x02, 0x02, 0x10, 0x02, 0x01, 0x00, 0x00});
 
 void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink& value,
               uint8 lengthOctets = kLengthOctets) {
@@ -45,7 +38,7 @@ void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink&
 }
 
 void requireSetKey(const KLV::Key& key) {
-  if (!endsHeaderMetadata(key) && !isHeaderMetadataFraming(key)) return;
+  if (KLV::canBeSet(key)) return;
   raise<InvalidFormat>("a set cannot be written with key {}, which is of another part of MXF", key.toString());
 }
 
@@ -87,11 +80,6 @@ void writeInSerializationOrder(PartitionMetadata& partition, DataIO::DataSink& s
   for (auto at = partition.darkBegin(); at != partition.darkEnd(); ++at) (*at)->serialize(sink);
 }
 
-const MetadataSet& findPreface(const PartitionMetadata& partition) {
-  if (const auto* preface = partition.preface()) return *preface;
-  raise<InvalidFormat>("the header metadata has no Preface");
-}
-
 /// Reads the 16 octets of a value that is a label by its meaning, of any type in the dictionary.
 Types::UniversalLabel labelFrom(const Types::SimpleDataType& value) {
   if (value.encodedSize() == KLV::Key::kSize) return Types::UniversalLabel(value.rawBuffer());
@@ -99,21 +87,24 @@ Types::UniversalLabel labelFrom(const Types::SimpleDataType& value) {
 }
 
 Types::UniversalLabel operationalPattern(const MetadataSet& preface) {
-  const Element* property = preface.find(operationalPatternLabel());
+  const Element* property = preface.find(Types::UniversalLabel(kOperationalPattern));
   if (property != nullptr && property->wireValue() != nullptr) return labelFrom(*property->wireValue());
   raise<InvalidFormat>("the Preface has no operational pattern");
 }
 
 std::vector<Types::UniversalLabel> essenceContainers(const MetadataSet& preface) {
   std::vector<Types::UniversalLabel> labels;
-  const auto* property = dynamic_cast<const CollectionElement*>(preface.find(essenceContainersLabel()));
+  const Element* element = preface.find(Types::UniversalLabel(kEssenceContainers));
+  const auto* property = dynamic_cast<const CollectionElement*>(element);
   for (uint32 i = 0; property != nullptr && i < property->size(); ++i) {
     labels.push_back(labelFrom(property->value()->at(i)));
   }
   return labels;
 }
 
-PartitionPack headerPartition(const MetadataSet& preface, uint64 headerByteCount) {
+PartitionPack headerPartition(const PartitionMetadata& partition, uint64 headerByteCount) {
+  const MetadataSet* const preface = partition.preface();
+  if (preface == nullptr) raise<InvalidFormat>("the header metadata has no Preface");
   PartitionPack pack;
   pack.kind = KLV::PartitionKind::kHeader;
   pack.status = KLV::PartitionStatus::kClosedComplete;
@@ -121,15 +112,9 @@ PartitionPack headerPartition(const MetadataSet& preface, uint64 headerByteCount
   pack.minorVersion = kMinorVersion;
   pack.kagSize = kKAGSize;
   pack.headerByteCount = headerByteCount;
-  pack.operationalPattern = operationalPattern(preface);
-  pack.essenceContainers = essenceContainers(preface);
+  pack.operationalPattern = operationalPattern(*preface);
+  pack.essenceContainers = essenceContainers(*preface);
   return pack;
-}
-
-void writePartitionPack(DataIO::DataSink& sink, const PartitionPack& pack) {
-  MemoryDataSink value;
-  pack.render(value);
-  writeKLV(sink, KLV::partitionPackKey(pack.kind, pack.status), value);
 }
 
 /// One partition, at offset 0 and without essence; the pack ends with the count of all its own octets.
@@ -163,7 +148,10 @@ void writeHeaderMetadata(PartitionMetadata& partition, SetOrder order, DataIO::D
 void writeHeaderOnlyFile(PartitionMetadata& partition, SetOrder order, DataIO::DataSink& sink) {
   MemoryDataSink metadata;
   writeHeaderMetadata(partition, order, metadata);
-  writePartitionPack(sink, headerPartition(findPreface(partition), metadata.serializedSize()));
+  const PartitionPack pack = headerPartition(partition, metadata.serializedSize());
+  MemoryDataSink value;
+  pack.render(value);
+  writeKLV(sink, KLV::partitionPackKey(pack.kind, pack.status), value);
   sink.write(metadata.rawBuffer(), metadata.serializedSize());
   writeRandomIndexPack(sink);
 }

@@ -2,8 +2,6 @@
 
 #include <array>
 
-#include "Core/KLV/Keys.h"
-
 namespace Vantor::MXF {
 
 using DataIO::SeekableSource;
@@ -30,10 +28,6 @@ bool valueFits(const KLVHeader& klv, const SeekableSource& source) {
 
 void skipValue(const KLVHeader& klv, SeekableSource& source) {
   source.seek(valueFits(klv, source) ? klv.valueOffset + klv.length.value : source.size());
-}
-
-void skipFill(SeekableSource& source) {
-  while (KLV::isFill(peekKey(source))) skipValue(readKLVHeader(source), source);
 }
 
 }  // namespace Vantor::MXF

@@ -30,7 +30,4 @@ bool valueFits(const KLVHeader& klv, const DataIO::SeekableSource& source);
 /// Moves behind the KLV whose header was read. One that runs past the end of the file takes the source to the end.
 void skipValue(const KLVHeader& klv, DataIO::SeekableSource& source);
 
-/// Moves past any fill items, without reading what is in them.
-void skipFill(DataIO::SeekableSource& source);
-
 }  // namespace Vantor::MXF

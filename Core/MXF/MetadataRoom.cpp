@@ -2,8 +2,6 @@
 
 #include "Core/DataIO/Pieces.h"
 #include "Core/KLV/Keys.h"
-#include "Core/MXF/HeaderMetadataKeys.h"
-#include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
@@ -30,7 +28,7 @@ class RoomFinder {
 
   std::optional<MetadataRoom> find() {
     source_.seek(partition_.packEnd);
-    skipFill(source_);
+    while (KLV::isFill(peekKey(source_))) skipValue(readKLVHeader(source_), source_);
     const bool hasPrimer = source_.position() < partitionEnd_ && KLV::isPrimerPack(peekKey(source_));
     if (partition_.pack.headerByteCount == 0 && !hasPrimer) {
       skipToEssence();
@@ -54,14 +52,14 @@ class RoomFinder {
                         source_.position(), number_, room.size, partitionEnd_);
     }
     while (source_.position() < room.end()) {
-      if (endsHeaderMetadata(peekKey(source_)) || !skipKLV()) refuseCount(room);
+      if (KLV::endsHeaderMetadata(peekKey(source_)) || !skipKLV()) refuseCount(room);
     }
     if (source_.position() != room.end()) refuseCount(room);
   }
 
   /// Up to the index tables and the essence, to neither of which a set belongs.
   void requireNoSetsBehind() {
-    while (source_.position() < partitionEnd_ && !endsHeaderMetadata(peekKey(source_))) {
+    while (source_.position() < partitionEnd_ && !KLV::endsHeaderMetadata(peekKey(source_))) {
       if (KLV::isLocalSet(peekKey(source_))) {
         raise<ParseError>(
             "at byte offset {}: a set stands behind the header metadata of partition {}, as its partition pack counts "
@@ -76,7 +74,7 @@ class RoomFinder {
   void skipToEssence() {
     while (source_.position() < partitionEnd_) {
       const KLV::Key key = peekKey(source_);
-      if (endsHeaderMetadata(key) && !KLV::isIndexTableSegment(key)) return;
+      if (KLV::endsHeaderMetadata(key) && !KLV::isIndexTableSegment(key)) return;
       skipKLV();
     }
   }

@@ -18,15 +18,8 @@ PartitionChoice PartitionChoice::parse(std::string_view text) {
 }
 
 std::string PartitionChoice::text() const {
-  switch (kind_) {
-    case Kind::kHeader:
-      return "header";
-    case Kind::kFooter:
-      return "footer";
-    case Kind::kNumber:
-      break;
-  }
-  return std::to_string(number_);
+  if (kind_ == Kind::kNumber) return std::to_string(number_);
+  return kind_ == Kind::kHeader ? "header" : "footer";
 }
 
 std::string PartitionChoice::name() const {

@@ -1,9 +1,6 @@
 #include "Core/MXF/RandomIndexPack.h"
 
-#include <optional>
-
 #include "Core/KLV/Keys.h"
-#include "Core/MXF/KLVHeader.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor::MXF {
@@ -18,55 +15,39 @@ using Exceptions::raise;
 constexpr uint64 kEntrySize = 12;         // a 32-bit BodySID and a 64-bit offset
 constexpr uint64 kOverallLengthSize = 4;  // of the whole pack, key included; the last bytes of the file
 
-std::optional<KLVHeader> findPack(SeekableSource& source) {
+bool hasWholeEntries(const KLVHeader& pack) { return pack.length.value % kEntrySize == kOverallLengthSize; }
+
+/// The pack at the end, at whose value the source then stands; none also where something else, or a damaged pack,
+/// stands there.
+std::optional<KLVHeader> findSoundPack(SeekableSource& source) {
   if (source.size() < kOverallLengthSize) return std::nullopt;
   source.seek(source.size() - kOverallLengthSize);
   const auto packSize = readBigEndian<uint32>(source);
   if (packSize > source.size()) return std::nullopt;
   source.seek(source.size() - packSize);
-  if (!KLV::isRandomIndexPack(peekKey(source))) return std::nullopt;
-  return readKLVHeader(source);
-}
-
-bool fillsItsPlace(const KLVHeader& pack, const SeekableSource& source) {
-  return pack.length.value == source.size() - pack.valueOffset && pack.length.value % kEntrySize == kOverallLengthSize;
-}
-
-/// Entry by entry, so that a false length allocates nothing.
-std::vector<uint64> readEntries(const KLVHeader& pack, SeekableSource& source, uint64 runIn) {
-  std::vector<uint64> offsets;
-  while (source.remaining() > kOverallLengthSize) {
-    source.skip(sizeof(uint32));
-    const auto offset = readBigEndian<uint64>(source);
-    const bool inFile = runIn <= pack.offset && offset < pack.offset - runIn;
-    if (!inFile || (!offsets.empty() && runIn + offset <= offsets.back())) return {};
-    offsets.push_back(runIn + offset);
-  }
-  return offsets;
-}
-
-/// The pack at the end; none also where something else, or a damaged pack, stands there.
-std::optional<KLVHeader> findSoundPack(SeekableSource& source) {
   try {
-    const auto pack = findPack(source);
-    if (pack && fillsItsPlace(*pack, source)) return pack;
+    const KLVHeader pack = readKLVHeader(source);
+    const bool endsFile = pack.length.value == source.remaining();
+    if (KLV::isRandomIndexPack(pack.key) && endsFile && hasWholeEntries(pack)) return pack;
   } catch (const ParseError&) {
     // A pack that cannot be read is as good as none: there are other ways to the partitions.
   }
   return std::nullopt;
 }
 
-void requireLength(const KLVHeader& pack) {
-  if (pack.length.value % kEntrySize == kOverallLengthSize) return;
-  raise<ParseError>("at byte offset {}: expected a random index pack, found one of {} bytes", pack.offset,
-                    pack.length.value);
-}
-
 }  // namespace
 
 std::vector<uint64> readRandomIndexPack(SeekableSource& source, uint64 runIn) {
   const auto pack = findSoundPack(source);
-  return pack ? readEntries(*pack, source, runIn) : std::vector<uint64>();
+  if (!pack || pack->offset < runIn) return {};
+  std::vector<uint64> offsets;
+  while (source.remaining() > kOverallLengthSize) {
+    source.skip(sizeof(uint32));
+    const auto offset = readBigEndian<uint64>(source);
+    if (offset >= pack->offset - runIn || (!offsets.empty() && runIn + offset <= offsets.back())) return {};
+    offsets.push_back(runIn + offset);
+  }
+  return offsets;
 }
 
 std::optional<KLVHeader> findRandomIndexPack(SeekableSource& source, uint64 lastPackEnd) {
@@ -83,7 +64,11 @@ std::optional<KLVHeader> findRandomIndexPack(SeekableSource& source, uint64 last
     }
     if (KLV::isRandomIndexPack(klv.key)) {
       if (pack) raise<ParseError>("at byte offset {}: found a second random index pack", klv.offset);
-      requireLength(pack.emplace(klv));
+      if (!hasWholeEntries(klv)) {
+        raise<ParseError>("at byte offset {}: expected a random index pack, found one of {} bytes", klv.offset,
+                          klv.length.value);
+      }
+      pack = klv;
     }
     skipValue(klv, source);
   }

@@ -27,7 +27,7 @@ void requireEveryByte(const FileStructure& structure) {
 void requireFooter(const SeekableSource& source, const FileStructure& structure) {
   const PartitionInfo& header = structure.partitions.front();
   const PartitionInfo& last = structure.partitions.back();
-  const bool hasFooter = last.pack.kind == KLV::PartitionKind::kFooter;
+  const bool hasFooter = isFooter(last);
   const uint64 named = header.pack.footerPartition;
   if (named != 0 && !(hasFooter && structure.runIn + named == last.offset)) {
     raise<ParseError>(

@@ -1,7 +1,5 @@
 #include "Core/Platform/Exceptions.h"
 
-#include <utility>
-
 #include "Core/Platform/Strings.h"
 
 namespace Vantor::Exceptions {

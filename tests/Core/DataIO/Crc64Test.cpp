@@ -9,7 +9,7 @@ namespace {
 
 uint64 checkOf(const std::string& text) {
   Crc64 check;
-  check.add(reinterpret_cast<const uint8*>(text.data()), text.size());
+  check.write(reinterpret_cast<const uint8*>(text.data()), text.size());
   return check.value();
 }
 
@@ -18,9 +18,9 @@ TEST(Crc64, HasTheValueThatIsListedForTheNineDigits) { EXPECT_EQ(checkOf("123456
 TEST(Crc64, IsThatOfAllBytesHoweverTheyAreHandedOver) {
   Crc64 check;
   EXPECT_EQ(check.value(), 0u);
-  check.add(reinterpret_cast<const uint8*>("12345"), 5);
-  check.add(nullptr, 0);
-  check.add(reinterpret_cast<const uint8*>("6789"), 4);
+  check.write(reinterpret_cast<const uint8*>("12345"), 5);
+  check.write(nullptr, 0);
+  check.write(reinterpret_cast<const uint8*>("6789"), 4);
   EXPECT_EQ(check.value(), checkOf("123456789"));
 }
 

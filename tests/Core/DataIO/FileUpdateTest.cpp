@@ -103,5 +103,14 @@ TEST_F(NewFileTest, CanBeRemoved) {
   EXPECT_THAT(names(), IsEmpty());
 }
 
+TEST_F(FileUpdateTest, RefusesFurtherNames) {
+  create(folder_ / "a", "old");
+  EXPECT_NO_THROW(requireOneName(folder_ / "a"));
+  fs::create_hard_link(folder_ / "a", folder_ / "b");
+  EXPECT_THAT([&] { requireOneName(folder_ / "b"); },
+              ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "b").u8string()), HasSubstr("it has 2 hard links"))));
+  EXPECT_THAT([&] { requireOneName(folder_ / "missing"); }, ThrowsMessage<IOError>(HasSubstr("No such file")));
+}
+
 }  // namespace
 }  // namespace Vantor::DataIO::File

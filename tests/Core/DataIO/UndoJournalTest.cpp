@@ -81,7 +81,7 @@ TEST_F(UndoJournalTest, ChangesTheFileAndLeavesNothingBeside) {
 /// The check of a file that is smaller than a sample.
 std::string surroundings(const std::string& blanked) {
   Crc64 check;
-  for (int i = 0; i < 16; ++i) check.add(reinterpret_cast<const uint8*>(blanked.data()), blanked.size());
+  for (int i = 0; i < 16; ++i) check.write(reinterpret_cast<const uint8*>(blanked.data()), blanked.size());
   return number(check.value(), 8);
 }
 
@@ -299,6 +299,19 @@ TEST_F(UndoJournalTest, IsBelievedForNoOtherFileOfTheSameSize) {
       EXPECT_EQ(contents(file_), other);
       EXPECT_EQ(contents(journalPath(file_)), whole);
     }
+  }
+}
+
+TEST_F(UndoJournalTest, IsBelievedForNoPlaceThatGoesPastTheEndOfTheFile) {
+  for (const uint64 offset : {uint64{17}, uint64{20}, ~uint64{0}}) {
+    const std::string content = "vantor-j" + number(2, 4) + number(1, 4) + number(20, 8) + surroundings(kOld) +
+                                number(offset, 8) + number(4, 8) + "2345xxxx";
+    Crc64 check;
+    check.write(reinterpret_cast<const uint8*>(content.data()), content.size());
+    create(journalPath(file_), content + number(check.value(), 8));
+    EXPECT_THAT([&] { recover(file_); },
+                ThrowsMessage<IOError>(HasSubstr("it is not the file whose change was stopped, or was changed since")));
+    EXPECT_EQ(contents(file_), kOld);
   }
 }
 

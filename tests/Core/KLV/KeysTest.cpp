@@ -128,17 +128,12 @@ TEST(PartitionPack, NamesTheKeyThatIsNotOne) {
   EXPECT_THROW(partitionStatus(kPreface), Exceptions::InvalidFormat);
 }
 
-TEST(PartitionStatus, TellsWhetherThePartitionIsClosedAndComplete) {
+TEST(PartitionStatus, TellsWhetherThePartitionIsClosed) {
   EXPECT_FALSE(isClosed(PartitionStatus::kOpenIncomplete));
   EXPECT_FALSE(isClosed(PartitionStatus::kOpenComplete));
   EXPECT_TRUE(isClosed(PartitionStatus::kClosedIncomplete));
   EXPECT_TRUE(isClosed(PartitionStatus::kClosedComplete));
-  EXPECT_FALSE(isComplete(PartitionStatus::kOpenIncomplete));
-  EXPECT_TRUE(isComplete(PartitionStatus::kOpenComplete));
-  EXPECT_FALSE(isComplete(PartitionStatus::kClosedIncomplete));
-  EXPECT_TRUE(isComplete(PartitionStatus::kClosedComplete));
   EXPECT_TRUE(isClosed(PartitionStatus::kGenericStream));
-  EXPECT_TRUE(isComplete(PartitionStatus::kGenericStream));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "Core/MXF/FileRewriter.h"
+#include "Core/MXF/HeaderMetadataReplacement.h"
 
 #include <gmock/gmock.h>
 

@@ -387,7 +387,7 @@ TEST(HeaderMetadataReader, ReadsEveryPartitionOfAFileInMemory) {
   }
   const auto footer = findPartition(file, PartitionChoice::footer());
   EXPECT_EQ(namesIn(*readHeaderMetadata(file, builtInDictionary(), footer)),
-            namesIn(*readHeaderMetadata(path, builtInDictionary(), footer)));
+            namesIn(*readHeaderMetadata(path, builtInDictionary(), PartitionChoice::footer())));
 }
 
 /// How many bytes are read of a file that arrives bit by bit.
@@ -447,7 +447,7 @@ TEST(ReceivedMetadata, EndsWithASetThatDoesNotArrive) {
 }
 
 TEST(HeaderMetadataReader, ReadsAPartitionThatWasFoundBefore) {
-  const Path file = Path(VANTOR_TEST_DATA_DIR) / "gst-audio-ac3.mxf";
+  DataIO::File::FileDataSource file(VANTOR_TEST_DATA_DIR "/gst-audio-ac3.mxf");
   const auto dictionary = builtInDictionary();
   const auto partitions = readStructure(file).partitions;
   ASSERT_GT(partitions.size(), 1u);

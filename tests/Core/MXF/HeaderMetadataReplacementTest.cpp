@@ -130,9 +130,8 @@ TEST_F(InPlaceTest, RefusesAFileThatWasChangedSinceItsMetadataWereRead) {
   replaceInPlace(file, {replacement(4, 500)});
   fs::last_write_time(file, state.modified + std::chrono::seconds(1));  // however coarse the clock is
   const Bytes changed = bytesOf(file);
-  const auto refusal = ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile; begin anew"));
-  EXPECT_THAT([&] { fits(file, state, {replacement(0, 500)}); }, refusal);
-  EXPECT_THAT([&] { replaceInPlace(file, state, {replacement(0, 500)}); }, refusal);
+  EXPECT_THAT([&] { replaceInPlace(file, state, {replacement(0, 500)}); },
+              ThrowsMessage<IOError>(HasSubstr("another program has changed it meanwhile; begin anew")));
   EXPECT_EQ(bytesOf(file), changed);
   EXPECT_THAT(names(), ElementsAre("a.mxf"));
 }

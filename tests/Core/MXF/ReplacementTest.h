@@ -43,7 +43,8 @@ inline FileLayout fivePartitions(uint32 kag = 1, uint64 spare = 0) {
 
 /// For files that no other program changes.
 inline bool fits(const Path& file, const MetadataReplacements& replacements) {
-  return fits(file, DataIO::File::stateOf(file), replacements);
+  DataIO::File::FileDataSource source(file);
+  return fits(source, replacements);
 }
 inline void replaceInPlace(const Path& file, const MetadataReplacements& replacements) {
   replaceInPlace(file, DataIO::File::stateOf(file), replacements);

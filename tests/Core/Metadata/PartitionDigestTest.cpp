@@ -28,7 +28,7 @@ struct Sample {
 uint64 checkOf(const std::string& digits) {
   const Bytes octets = hex(digits);
   DataIO::Crc64 check;
-  check.add(octets.data(), octets.size());
+  check.write(octets.data(), octets.size());
   return check.value();
 }
 

@@ -1,4 +1,4 @@
-#include "Core/DataIO/FileAttributes.h"
+#include "Core/DataIO/System.h"
 
 #include <gmock/gmock.h>
 
@@ -97,14 +97,6 @@ TEST_F(FileAttributesTest, DoNotHinderWhereThereIsNoFile) {
   copyAttributes(folder_ / "missing", folder_ / "a");
   copyAttributes(folder_ / "a", folder_ / "missing");
   EXPECT_THAT(names(), ElementsAre("a"));
-}
-
-TEST_F(FileAttributesTest, TellFurtherNames) {
-  EXPECT_NO_THROW(requireOneName(folder_ / "a"));
-  fs::create_hard_link(folder_ / "a", folder_ / "b");
-  EXPECT_THAT([&] { requireOneName(folder_ / "b"); },
-              ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "b").u8string()), HasSubstr("it has 2 hard links"))));
-  EXPECT_THAT([&] { requireOneName(folder_ / "missing"); }, ThrowsMessage<IOError>(HasSubstr("No such file")));
 }
 
 }  // namespace

@@ -7,7 +7,8 @@
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
-/// C streams and folders, alike on all platforms; for the sources of this folder.
+/// C streams, folders, and attributes of files other than name, bytes, size and time; alike on all platforms, for the
+/// sources of this folder.
 namespace Vantor::DataIO::File {
 
 /// Closes a C stream; for owners that do not care whether closing fails.
@@ -34,6 +35,26 @@ constexpr bool kReplacesOpenFiles = true;
 /// Flushes the names in a folder to the medium, so that a file that was created, renamed or removed there
 /// stays so; false and `errno` when it fails. Does nothing where folders cannot be flushed.
 bool flushFolder(const Path& folder);
+
+/// The same under every name of a file, and different for every other file. Zeros where the system has no such numbers
+/// (Windows).
+struct FileIdentity {
+  uint64 device = 0;
+  uint64 number = 0;  ///< on this device
+
+  friend bool operator==(const FileIdentity& left, const FileIdentity& right) {
+    return left.device == right.device && left.number == right.number;
+  }
+};
+
+/// Of the file behind symbolic links; zeros also when there is none.
+FileIdentity identityOf(const Path& path);
+/// Of the file behind a stream, even if another file has its name by now.
+FileIdentity identityOf(std::FILE* stream);
+
+/// Copies owner and group (POSIX), extended attributes including access control lists (Linux), and permissions. Leaves
+/// out what the system cannot set or the user may not: the group may be copied without the owner.
+void copyAttributes(const Path& from, const Path& to);
 
 /// The text for a value of `errno`.
 std::string systemReason(int error);
