@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "Core/Metadata/DarkTags.h"
+#include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Platform/Raise.h"
 #include "Edit/DarkMerge.h"
 #include "Edit/PropertyMerge.h"

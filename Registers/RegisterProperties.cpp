@@ -10,8 +10,7 @@ namespace {
 
 using namespace Types::Identifiers;
 
-constexpr KLV::Key kInstanceID = RegisterKeys::element(0x0101150200000000);
-constexpr uint16 kInstanceIDTag = 0x3c0a;
+constexpr KLV::Key kInstanceID = MetaMetadata::MetaMetadataSet::kInstanceUID;
 
 /// Files refer to this set, and so give it an InstanceUID, although the register does not list one for it.
 constexpr KLV::Key kMetaDictionary = RegisterKeys::group(0x0d01010102250000);
@@ -52,7 +51,8 @@ RegisterProperties::RegisterProperties(const Entries& entries, const RegisterGro
 Templates::vector<GroupProperty> RegisterProperties::propertiesOf(const GroupEntry& group) const {
   auto properties = group.properties;
   if (kMetaDictionary.matches(group.key) && !lists(group, kInstanceID)) {
-    properties.insert(properties.begin(), {kInstanceID, kInstanceIDTag, true, group.origin});
+    properties.insert(properties.begin(),
+                      {kInstanceID, MetaMetadata::MetaMetadataSet::kInstanceUIDTag, true, group.origin});
   }
   return properties;
 }

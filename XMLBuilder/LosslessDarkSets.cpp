@@ -3,7 +3,7 @@
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/HeaderMetadataKeys.h"
-#include "Core/Metadata/DarkTags.h"
+#include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 #include "XMLBuilder/LosslessCopies.h"
