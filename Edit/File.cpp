@@ -11,8 +11,8 @@
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/MXF/MetadataRoom.h"
-#include "Core/Metadata/DarkTags.h"
 #include "Core/Metadata/EntryView.h"
+#include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Platform/Raise.h"
 #include "Edit/Repetitions.h"
 

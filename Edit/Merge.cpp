@@ -7,7 +7,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "Core/Metadata/DarkTags.h"
+#include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Platform/Raise.h"
 #include "Edit/DarkMerge.h"
 #include "Edit/PropertyMerge.h"

@@ -19,8 +19,7 @@ using Exceptions::raise;
 using MetaMetadata::registerText;
 using namespace Types::Identifiers;
 
-constexpr KLV::Key kInstanceID = RegisterKeys::element(0x0101150200000000);
-constexpr uint16 kInstanceIDTag = 0x3c0a;
+constexpr KLV::Key kInstanceID = MetaMetadata::MetaMetadataSet::kInstanceUID;
 
 /// Files refer to this set, and so give it an InstanceUID, although the register does not list one for it.
 constexpr KLV::Key kMetaDictionary = RegisterKeys::group(0x0d01010102250000);
@@ -109,7 +108,7 @@ class SetAdder {
     set.origin = originOf_(group.origin);
     const uint32 place = adder_.addSet(std::move(set));
     if (kMetaDictionary.matches(group.key) && !lists(group, kInstanceID)) {
-      addProperty(place, group, {kInstanceID, kInstanceIDTag, true, group.origin});
+      addProperty(place, group, {kInstanceID, MetaMetadata::MetaMetadataSet::kInstanceUIDTag, true, group.origin});
     }
     for (const auto& property : group.properties) addProperty(place, group, property);
   }

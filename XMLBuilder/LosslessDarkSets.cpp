@@ -2,7 +2,7 @@
 
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
-#include "Core/Metadata/DarkTags.h"
+#include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/ValueText.h"

@@ -184,7 +184,7 @@ class Comparer {
     Finding finding{Kind::kValue, octetsText(octetsOf(left), left.octets.size()),
                     octetsText(octetsOf(right), right.octets.size())};
     if (finding.left == finding.right) {
-      tellFirstOctet(octetsOf(left), left.octets.size(), octetsOf(right), right.octets.size(), finding);
+      showFirstOctet(octetsOf(left), left.octets.size(), octetsOf(right), right.octets.size(), finding);
     }
     report(*left.set, "octets", std::move(finding));
   }
@@ -315,13 +315,13 @@ class Comparer {
     }
     Finding finding{Kind::kValue, valueText(left), valueText(right)};
     if (finding.left == finding.right) {
-      tellFirstOctet(left.rawBuffer(), left.encodedSize(), right.rawBuffer(), right.encodedSize(), finding);
+      showFirstOctet(left.rawBuffer(), left.encodedSize(), right.rawBuffer(), right.encodedSize(), finding);
     }
     return finding;
   }
 
   /// For values whose shortened texts are equal.
-  static void tellFirstOctet(const uint8* left, std::size_t leftSize, const uint8* right, std::size_t rightSize,
+  static void showFirstOctet(const uint8* left, std::size_t leftSize, const uint8* right, std::size_t rightSize,
                              Finding& finding) {
     const auto differing = std::mismatch(left, left + leftSize, right, right + rightSize);
     const auto at = static_cast<std::size_t>(differing.first - left);

@@ -9,14 +9,6 @@
 
 namespace Vantor::MetaMetadata {
 
-namespace {
-
-/// Instance UID, ST 377-1: 06.0E.2B.34.01.01.01.01.01.01.15.02.00.00.00.00.
-constexpr uint8 kInstanceUID[KLV::Key::kSize] = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01,
-                                                 0x01, 0x01, 0x15, 0x02, 0x00, 0x00, 0x00, 0x00};
-
-}  // namespace
-
 MetaMetadataSet::MetaMetadataSet(const Dictionary& dictionary, const KLV::Key& key, std::string symbol, bool concrete,
                                  ExtensionAttributes extensionAttributes)
     : dictionary_(dictionary),
@@ -50,7 +42,7 @@ const MetaAttribute* MetaMetadataSet::findAttributeByStaticTag(uint16 tag) const
   return place == HashIndex::kNotFound ? nullptr : &attributes_[place];
 }
 
-const MetaAttribute* MetaMetadataSet::instanceUIDAttribute() const { return findByLabel(kInstanceUID); }
+const MetaAttribute* MetaMetadataSet::instanceUIDAttribute() const { return findByLabel(kInstanceUID.rawBuffer()); }
 
 bool MetaMetadataSet::append(const MetaAttribute& attribute) {
   const uint8* label = attribute.metaElement()->key().rawBuffer();

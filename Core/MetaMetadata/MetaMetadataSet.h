@@ -19,6 +19,11 @@ class Dictionary;
 /// Belongs to its `Dictionary` and lives as long; never changes, so any thread may read it.
 class MetaMetadataSet {
  public:
+  /// The label and the static tag of the property that identifies an instance of any set (ST 377-1 Instance UID).
+  static constexpr KLV::Key kInstanceUID{{0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01,  //
+                                          0x01, 0x01, 0x15, 0x02, 0x00, 0x00, 0x00, 0x00}};
+  static constexpr uint16 kInstanceUIDTag = 0x3c0a;
+
   MetaMetadataSet(const MetaMetadataSet&) = delete;
   MetaMetadataSet& operator=(const MetaMetadataSet&) = delete;
 
@@ -45,7 +50,7 @@ class MetaMetadataSet {
   const MetaAttribute* findAttribute(std::string_view name) const;
   /// Null when no property of this set has that static tag; the first one when several have. 0 is no tag.
   const MetaAttribute* findAttributeByStaticTag(uint16 tag) const;
-  /// The property that identifies an instance of the set (ST 377-1 Instance UID); null when the set has none.
+  /// Null when the set has no InstanceUID.
   const MetaAttribute* instanceUIDAttribute() const;
 
  private:

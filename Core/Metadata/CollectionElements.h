@@ -32,62 +32,77 @@ class CollectionElement : public Element {
  protected:
   virtual auto_ptr<Types::Collection> makeCollection(int itemSize) const = 0;
 
+  void appendReference(const MetadataSet* target);
+  /// Visits each member as a reference.
+  void acceptMembers(Metadata::Visitors::ElementVisitor& visitor) const;
+  void appendMemberTargets(ReferenceKinds kinds, std::vector<Types::UUID>& targets) const;
+
  private:
   auto_ptr<Types::Collection> collection_;
 };
 
-/// A property whose value is an array, whose order counts.
-class ArrayElement : public CollectionElement {
+/// What arrays and batches have in common; the value is a `Types::Array` or a `Types::Batch`.
+template <class Derived, class Value>
+class PlainCollectionElement : public CollectionElement {
  public:
   using CollectionElement::CollectionElement;
-  void accept(Metadata::Visitors::ElementVisitor& visitor, bool nestStrongReferences,
-              bool excludeNonStructural) const override;
-  void accept(Metadata::Visitors::NonConstElementVisitor& visitor) override;
+  void accept(Metadata::Visitors::ElementVisitor& visitor, bool, bool) const override {
+    visitor.visit(static_cast<const Derived&>(*this));
+  }
+  void accept(Metadata::Visitors::NonConstElementVisitor& visitor) override {
+    visitor.visit(static_cast<Derived&>(*this));
+  }
 
  protected:
-  auto_ptr<Types::Collection> makeCollection(int itemSize) const override;
+  auto_ptr<Types::Collection> makeCollection(int itemSize) const override { return std::make_unique<Value>(itemSize); }
+};
+
+/// A property whose value is an array, whose order counts.
+class ArrayElement : public PlainCollectionElement<ArrayElement, Types::Array> {
+ public:
+  using PlainCollectionElement::PlainCollectionElement;
 };
 
 /// A property whose value is a batch, whose order is kept but does not count.
-class BatchElement : public CollectionElement {
+class BatchElement : public PlainCollectionElement<BatchElement, Types::Batch> {
  public:
-  using CollectionElement::CollectionElement;
-  void accept(Metadata::Visitors::ElementVisitor& visitor, bool nestStrongReferences,
-              bool excludeNonStructural) const override;
-  void accept(Metadata::Visitors::NonConstElementVisitor& visitor) override;
+  using PlainCollectionElement::PlainCollectionElement;
+};
 
- protected:
-  auto_ptr<Types::Collection> makeCollection(int itemSize) const override;
+/// What arrays and batches of references have in common, beside what they are as plain collections.
+template <class Derived, class Plain>
+class ReferenceCollectionElement : public Plain {
+ public:
+  using Plain::append;
+  using Plain::Plain;
+  /// Appends a reference to a set. @throws InvalidFormat when there is no set (null), or it has no InstanceUID.
+  void append(const MetadataSet* target) { this->appendReference(target); }
+  void appendUnverifiedReference(auto_ptr<Types::Reference> reference) { Plain::append(std::move(reference)); }
+
+  void accept(Metadata::Visitors::ElementVisitor& visitor, bool nestStrongReferences,
+              bool excludeNonStructural) const override {
+    visitor.visit(static_cast<const Derived&>(*this));
+    if (this->size() == 0) return Plain::accept(visitor, nestStrongReferences, excludeNonStructural);
+    this->acceptMembers(visitor);
+  }
+  void accept(Metadata::Visitors::NonConstElementVisitor& visitor) override {
+    visitor.visit(static_cast<Derived&>(*this));
+  }
+  void appendTargets(ReferenceKinds kinds, std::vector<Types::UUID>& targets) const override {
+    this->appendMemberTargets(kinds, targets);
+  }
 };
 
 /// An array of strong or weak references.
-class ReferenceArrayElement : public ArrayElement {
+class ReferenceArrayElement : public ReferenceCollectionElement<ReferenceArrayElement, ArrayElement> {
  public:
-  using ArrayElement::append;
-  using ArrayElement::ArrayElement;
-  /// Appends a reference to a set. @throws InvalidFormat when there is no set (null), or it has no InstanceUID.
-  void append(const MetadataSet* target);
-  void appendUnverifiedReference(auto_ptr<Types::Reference> reference);
-
-  void accept(Metadata::Visitors::ElementVisitor& visitor, bool nestStrongReferences,
-              bool excludeNonStructural) const override;
-  void accept(Metadata::Visitors::NonConstElementVisitor& visitor) override;
-  void appendTargets(ReferenceKinds kinds, std::vector<Types::UUID>& targets) const override;
+  using ReferenceCollectionElement::ReferenceCollectionElement;
 };
 
 /// A batch of strong or weak references.
-class ReferenceBatchElement : public BatchElement {
+class ReferenceBatchElement : public ReferenceCollectionElement<ReferenceBatchElement, BatchElement> {
  public:
-  using BatchElement::append;
-  using BatchElement::BatchElement;
-  /// Appends a reference to a set. @throws InvalidFormat when there is no set (null), or it has no InstanceUID.
-  void append(const MetadataSet* target);
-  void appendUnverifiedReference(auto_ptr<Types::Reference> reference);
-
-  void accept(Metadata::Visitors::ElementVisitor& visitor, bool nestStrongReferences,
-              bool excludeNonStructural) const override;
-  void accept(Metadata::Visitors::NonConstElementVisitor& visitor) override;
-  void appendTargets(ReferenceKinds kinds, std::vector<Types::UUID>& targets) const override;
+  using ReferenceCollectionElement::ReferenceCollectionElement;
 };
 
 }  // namespace Vantor

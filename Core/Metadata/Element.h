@@ -66,7 +66,7 @@ class Element {
   virtual const Types::SimpleDataType* wireValue() const = 0;
 
   /// Appends the InstanceUIDs that this property refers to, in order; nothing for one that is no reference.
-  virtual void appendTargets(ReferenceKinds kinds, std::vector<Types::UUID>& targets) const;
+  virtual void appendTargets(ReferenceKinds /*kinds*/, std::vector<Types::UUID>& /*targets*/) const {}
 
   bool isPresent() const { return present_; }
   /// Makes the property part of the set even while it has no value.

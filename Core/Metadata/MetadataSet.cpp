@@ -11,7 +11,6 @@
 #include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Metadata/SimpleElement.h"
-#include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor {

@@ -193,7 +193,6 @@ class MetadataSet {
   const Types::SimpleDataType* valueOfType(std::string_view property, Types::Identifiers::Identifier type) const;
   const Types::SimpleDataType& requiredValue(std::string_view property, Types::Identifiers::Identifier type) const;
   Element& createElement(std::string_view property);
-  const MetaMetadata::MetaAttribute* attributeOfTag(uint16 tag) const;
   void refuseInstanceUID(std::string_view property, const char* verb) const;
   bool setNumber(std::string_view property, const wstring& digits);
 

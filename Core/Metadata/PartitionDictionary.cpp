@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Core/KLV/LocalSet.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor {
@@ -57,6 +58,17 @@ void PartitionDictionary::reserve(const Types::LocalTag& tag) {
   if (!tag.isStaticLocalTag() && tryFind(tag.value()) == nullptr) reserved_.insert(tag.value());
 }
 
+const MetaMetadata::MetaAttribute* PartitionDictionary::findAttribute(const MetaMetadata::MetaMetadataSet& set,
+                                                                      uint16 tag) const {
+  const auto* label = tryFind(tag);
+  return label == nullptr ? set.findAttributeByStaticTag(tag) : set.findAttribute(*label);
+}
+
+const MetaMetadata::MetaElement* PartitionDictionary::findElement(uint16 tag) const {
+  const auto* label = tryFind(tag);
+  return label == nullptr ? dictionary_->findElementByStaticTag(tag) : dictionary_->findElement(*label);
+}
+
 bool PartitionDictionary::hasFreeDynamicTag() {
   while (nextDynamicTag_ >= kFirstDynamicTag && !isFree(static_cast<uint16>(nextDynamicTag_))) --nextDynamicTag_;
   return nextDynamicTag_ >= kFirstDynamicTag;
@@ -72,6 +84,17 @@ void PartitionDictionary::addPrimerEntry(const KLV::PrimerEntry& entry) {
   entries_.push_back(entry);
   const bool isNewTag = labels_.emplace(entry.tag, Types::UniversalLabel(entry.label)).second;
   if (isNewTag) tags_.emplace(versionless(entry.label), entry.tag);
+}
+
+void reserveDarkTags(const KLV::Key& key, const uint8* octets, std::size_t size, PartitionDictionary& tags) {
+  if (!KLV::isLocalSet(key)) return;
+  try {
+    for (const auto& item : KLV::readLocalSet(KLV::localSetCoding(key), octets, size)) {
+      tags.reserve(Types::LocalTag(item.tag));
+    }
+  } catch (const Exceptions::BaseException&) {
+    // Its key says local set; its value is not one.
+  }
 }
 
 }  // namespace Vantor

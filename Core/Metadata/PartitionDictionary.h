@@ -44,6 +44,12 @@ class PartitionDictionary {
   /// have a meaning already.
   void reserve(const Types::LocalTag& tag);
 
+  /// What a local tag of a set means: the property that the primer gives for it, or else the one that has it as static
+  /// tag; null when the set does not list that property.
+  const MetaMetadata::MetaAttribute* findAttribute(const MetaMetadata::MetaMetadataSet& set, uint16 tag) const;
+  /// The same for the properties of all sets; null when the dictionary does not have it.
+  const MetaMetadata::MetaElement* findElement(uint16 tag) const;
+
   /// Appends an entry of a primer pack as it was read. A tag or label that is already mapped keeps its first mapping;
   /// the entry is still written.
   void addPrimerEntry(const KLV::PrimerEntry& entry);
@@ -73,5 +79,9 @@ class PartitionDictionary {
   std::unordered_set<uint16> reserved_;                      // dynamic tags of properties without label
   uint32 nextDynamicTag_ = 0xFFFF;
 };
+
+/// Reserves the dynamic local tags used in a dark set, so that no property gets one of them: only the primer gives them
+/// a meaning. Ignores octets that are not a local set, whatever their key.
+void reserveDarkTags(const KLV::Key& key, const uint8* octets, std::size_t size, PartitionDictionary& tags);
 
 }  // namespace Vantor

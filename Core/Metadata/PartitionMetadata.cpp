@@ -19,13 +19,12 @@ namespace {
 using Exceptions::InvalidFormat;
 using Exceptions::raise;
 
-constexpr uint16 kInstanceUIDTag = 0x3c0a;  // ST 377-1
-
 bool isInstanceUID(const KLV::LocalSetItem& item, const PartitionDictionary& tags) {
   if (item.size != Types::UUID::kSize) return false;
   const auto* label = tags.tryFind(item.tag);
-  if (label == nullptr) return item.tag == kInstanceUIDTag;
-  return label->key().matches(Structural::StructuralMetadataKeys::instanceUID().key());
+  using MetaMetadata::MetaMetadataSet;
+  if (label == nullptr) return item.tag == MetaMetadataSet::kInstanceUIDTag;
+  return label->key().matches(MetaMetadataSet::kInstanceUID);
 }
 
 /// The InstanceUID in a dark set.

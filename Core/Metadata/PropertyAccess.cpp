@@ -100,9 +100,13 @@ Element& MetadataSet::createElement(std::string_view property) {
   if (Element* there = find(property)) return *there;
   const auto& attribute = *definition_->findAttribute(property);
   Element& created = createElement(attribute);
+  const auto attributeOf = [this](uint16 tag) {
+    return partition_ == nullptr ? definition_->findAttributeByStaticTag(tag)
+                                 : partition_->partitionDictionary().findAttribute(*definition_, tag);
+  };
   const auto found = std::find_if(invalid_.begin(), invalid_.end(), [&](const auto& element) {
     const auto* unknown = element->metaAttribute().asUnknown();
-    return unknown != nullptr && attributeOfTag(unknown->localTag().value()) == &attribute;
+    return unknown != nullptr && attributeOf(unknown->localTag().value()) == &attribute;
   });
   if (found == invalid_.end()) return created;
   created.setLocalTag((*found)->localTag());
@@ -111,11 +115,6 @@ Element& MetadataSet::createElement(std::string_view property) {
                                                                       found->get(), &created);
   invalid_.erase(found);
   return created;
-}
-
-const MetaMetadata::MetaAttribute* MetadataSet::attributeOfTag(uint16 tag) const {
-  const auto* label = partition_ == nullptr ? nullptr : partition_->partitionDictionary().tryFind(tag);
-  return label == nullptr ? definition_->findAttributeByStaticTag(tag) : definition_->findAttribute(*label);
 }
 
 bool MetadataSet::set(std::string_view property, const Types::SimpleDataType& value) {

@@ -2,18 +2,19 @@
 
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Metadata/SimpleElement.h"
-#include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Types/Unknown.h"
 
 namespace Vantor {
 
 namespace {
 
+constexpr KLV::Key kGenerationUID({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x02,  // ST 377-1
+                                   0x05, 0x20, 0x07, 0x01, 0x08, 0x00, 0x00, 0x00});
+
 /// Whether a property identifies a set or its generation, which it does in its own set alone.
 bool isIdentifier(const MetaMetadata::MetaElement& definition) {
   const auto& key = definition.key().key();
-  return key.matches(Structural::StructuralMetadataKeys::instanceUID().key()) ||
-         key.matches(Structural::StructuralMetadataKeys::generationUID().key());
+  return key.matches(MetaMetadata::MetaMetadataSet::kInstanceUID) || key.matches(kGenerationUID);
 }
 
 }  // namespace
@@ -27,9 +28,9 @@ void SetReader::read(const KLV::LocalSetItem& item) {
 
 Element& SetReader::place(const KLV::LocalSetItem& item) {
   Element* placed = nullptr;
-  if (const auto* attribute = findAttribute(item.tag)) {
+  if (const auto* attribute = tags_.findAttribute(*set_.definition(), item.tag)) {
     placed = placeValid(*attribute, item);
-  } else if (const auto* definition = findElement(item.tag)) {
+  } else if (const auto* definition = tags_.findElement(item.tag)) {
     placed = placeMisplaced(*definition, item);
   }
   return placed != nullptr ? *placed : placeUnknown(item);
@@ -59,16 +60,6 @@ Element& SetReader::placeUnknown(const KLV::LocalSetItem& item) {
       set_.createInvalidElement(std::make_unique<MetaMetadata::UnknownAttribute>(Types::LocalTag(item.tag)));
   setDecodedValue(element, std::make_unique<Types::Unknown>(item.value, item.size));
   return element;
-}
-
-const MetaMetadata::MetaAttribute* SetReader::findAttribute(uint16 tag) const {
-  if (const auto* label = tags_.tryFind(tag)) return set_.definition()->findAttribute(*label);
-  return set_.definition()->findAttributeByStaticTag(tag);
-}
-
-const MetaMetadata::MetaElement* SetReader::findElement(uint16 tag) const {
-  if (const auto* label = tags_.tryFind(tag)) return tags_.dictionary()->findElement(*label);
-  return tags_.dictionary()->findElementByStaticTag(tag);
 }
 
 }  // namespace Vantor

@@ -26,8 +26,6 @@ class SetReader {
   Element* placeValid(const MetaMetadata::MetaAttribute& attribute, const KLV::LocalSetItem& item);
   Element* placeMisplaced(const MetaMetadata::MetaElement& definition, const KLV::LocalSetItem& item);
   Element& placeUnknown(const KLV::LocalSetItem& item);
-  const MetaMetadata::MetaAttribute* findAttribute(uint16 tag) const;
-  const MetaMetadata::MetaElement* findElement(uint16 tag) const;
 
   MetadataSet& set_;
   const PartitionDictionary& tags_;

@@ -6,20 +6,13 @@
 
 namespace Vantor {
 
-namespace {
-
-void checkType(const MetaMetadata::AbstractMetaAttribute& attribute, const Types::SimpleDataType& value) {
-  const auto* definition = attribute.metaElement();
-  if (definition == nullptr || definition->dataType() == value.identifier()) return;
-  Exceptions::raise<Exceptions::InvalidFormat>("property {} takes {}, not {}", definition->symbol(),
-                                               Types::Identifiers::name(definition->dataType()),
-                                               Types::Identifiers::name(value.identifier()));
-}
-
-}  // namespace
-
 void SimpleElement::set(auto_ptr<Types::SimpleDataType> value, bool checkType) {
-  if (checkType && value != nullptr) Vantor::checkType(metaAttribute(), *value);
+  const auto* definition = metaAttribute().metaElement();
+  if (checkType && value != nullptr && definition != nullptr && definition->dataType() != value->identifier()) {
+    Exceptions::raise<Exceptions::InvalidFormat>("property {} takes {}, not {}", definition->symbol(),
+                                                 Types::Identifiers::name(definition->dataType()),
+                                                 Types::Identifiers::name(value->identifier()));
+  }
   value_ = std::move(value);
   markPresent();
   if (owner_ != nullptr) owner_->valueChanged(*this);

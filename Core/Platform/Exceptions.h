@@ -40,7 +40,7 @@ class BaseException : public std::exception {
   std::vector<std::string> arguments_;
 };
 
-/// Input that is not what its format demands: damaged KLV or XML.
+/// Input that is not what its format demands, such as damaged KLV.
 class ParseError : public BaseException {
  public:
   using BaseException::BaseException;
@@ -64,7 +64,7 @@ class NotFoundInPrimer : public BaseException {
   using BaseException::BaseException;
 };
 
-/// References that nest deeper than a document can hold.
+/// References that nest deeper than their written form can hold.
 class NestingTooDeep : public BaseException {
  public:
   using BaseException::BaseException;
