@@ -28,7 +28,7 @@ constexpr KLV::Key kMetaDictionary = RegisterKeys::group(0x0d01010102250000);
 struct PropertyRule {
   KLV::Key key;
   Identifier type;
-  const char* xmlName;  // null where it is the symbol
+  const char* tagName;  // null where it is the symbol
 };
 constexpr PropertyRule kRules[] = {
     {kInstanceID, kUUID, "InstanceUID"},                                   // ST 377-1
@@ -102,7 +102,7 @@ class SetAdder {
   void addGroup(const GroupEntry& group) {
     SetDefinition set;
     set.key = group.key;
-    set.symbol = set.xmlName = into_.keep(group.symbol);
+    set.symbol = set.tagName = into_.keep(group.symbol);
     if (const auto* parent = groups_.parentOf(group)) set.parent = into_.keep(parent->symbol);
     set.isConcrete = group.isConcrete;
     set.origin = originOf_(group.origin);
@@ -119,7 +119,7 @@ class SetAdder {
     PropertyDefinition property;
     property.key = Types::UniversalLabel(element.key);
     property.symbol = into_.keep(element.symbol);
-    property.xmlName = rule != nullptr && rule->xmlName != nullptr ? rule->xmlName : property.symbol;
+    property.tagName = rule != nullptr && rule->tagName != nullptr ? rule->tagName : property.symbol;
     property.type = typeOf(element, rule);
     property.origin = originOf_(element.origin);
     const uint32 status = listed.isOptional ? kOptional : kRequired;

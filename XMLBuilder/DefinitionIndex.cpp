@@ -5,13 +5,13 @@
 
 namespace Vantor::XML2Partition {
 
-using MetaMetadata::kXMLNamespaceURI;
-using MetaMetadata::kXMLTagName;
+using MetaMetadata::kNamespaceURI;
+using MetaMetadata::kTagName;
 
 DefinitionIndex::DefinitionIndex(SharedPtr<const MetaMetadata::Dictionary> dictionary)
     : dictionary_(std::move(dictionary)) {
   for (auto at = dictionary_->metaMetadataSetBegin(); at != dictionary_->metaMetadataSetEnd(); ++at) {
-    sets_.emplace((*at)->extensionAttribute(kXMLTagName), *at);
+    sets_.emplace((*at)->extensionAttribute(kTagName), *at);
   }
 }
 
@@ -23,8 +23,7 @@ const MetaMetadata::MetaMetadataSet* DefinitionIndex::findSet(const wstring& tag
 const MetaMetadata::MetaElement* DefinitionIndex::findProperty(const wstring& name) {
   if (properties_.empty()) {
     for (auto at = dictionary_->metaElementBegin(); at != dictionary_->metaElementEnd(); ++at) {
-      properties_.emplace((*at)->extensionAttribute(kXMLNamespaceURI) + u":" + (*at)->extensionAttribute(kXMLTagName),
-                          *at);
+      properties_.emplace((*at)->extensionAttribute(kNamespaceURI) + u":" + (*at)->extensionAttribute(kTagName), *at);
     }
   }
   const auto found = properties_.find(name);

@@ -35,9 +35,9 @@ class ExactSource : public SetSource {
   }
 
   const DOMElement* child(const MetaMetadata::MetaElement& definition) override {
-    const auto& prefix = definition.extensionAttribute(MetaMetadata::kXMLDefaultPrefix);
+    const auto& prefix = definition.extensionAttribute(MetaMetadata::kDefaultPrefix);
     scope_.bindIfUnbound(prefix, kRegistrationAuthorityURI);
-    return scope_.first(element_, prefix, definition.extensionAttribute(MetaMetadata::kXMLTagName));
+    return scope_.first(element_, prefix, definition.extensionAttribute(MetaMetadata::kTagName));
   }
 
   const DOMNode* identifier(const wstring& tagName) override {

@@ -24,7 +24,7 @@ void FromXMLMetadataSetVisitor::visit(MetadataSet& set) {
 
 void FromXMLMetadataSetVisitor::readProperty(Element& property, SetSource& source) {
   const auto& definition = *FromXMLMetaAttributeVisitor(property.metaAttribute()).metaElement();
-  const auto& tag = definition.extensionAttribute(MetaMetadata::kXMLTagName);
+  const auto& tag = definition.extensionAttribute(MetaMetadata::kTagName);
   if (MetaMetadata::isIdentifierName(tag)) return readIdentifier(property, definition, tag, source);
   if (const DOMElement* child = source.child(definition)) rules_.readValue(property, *child, &definition);
 }

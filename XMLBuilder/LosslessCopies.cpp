@@ -104,9 +104,9 @@ class Comparison {
 
  private:
   void compareProperty(const MetaMetadata::MetaElement& property) {
-    const auto& tag = property.extensionAttribute(MetaMetadata::kXMLTagName);
+    const auto& tag = property.extensionAttribute(MetaMetadata::kTagName);
     if (MetaMetadata::isIdentifierName(tag)) return compareIdentifier(property, tag);
-    const auto& uri = property.extensionAttribute(MetaMetadata::kXMLNamespaceURI);
+    const auto& uri = property.extensionAttribute(MetaMetadata::kNamespaceURI);
     const DOMElement* right = copyChildren_.take(uri, tag);
     if (right != nullptr) {
       const LosslessReport::Reading reading(rules_.report(), &property);

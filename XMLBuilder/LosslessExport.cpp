@@ -14,7 +14,7 @@ MetaMetadata::Vocabulary vocabularyOf(const PartitionMetadata& partition) {
   const auto& dictionary = *partition.partitionDictionary().dictionary();
   const auto* preface = dictionary.findSet(Structural::StructuralMetadataKeys::preface());
   const bool isST434 =
-      preface != nullptr && preface->extensionAttribute(MetaMetadata::kXMLNamespaceURI) == MetaMetadata::kST434Sets.uri;
+      preface != nullptr && preface->extensionAttribute(MetaMetadata::kNamespaceURI) == MetaMetadata::kST434Sets.uri;
   return isST434 ? MetaMetadata::Vocabulary::kST434_2014 : MetaMetadata::Vocabulary::kLegacy;
 }
 

@@ -114,7 +114,7 @@ const MetaMetadata::MetaMetadataSet* LosslessRules::findSet(const DOMElement& el
   if (!other.empty() && LosslessForms::isGroupsElement(element, other)) return nullptr;
   const auto* definition = definitions().findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
   if (definition != nullptr &&
-      viewOf(element.getNamespaceURI()) == definition->extensionAttribute(MetaMetadata::kXMLNamespaceURI)) {
+      viewOf(element.getNamespaceURI()) == definition->extensionAttribute(MetaMetadata::kNamespaceURI)) {
     return definition;
   }
   auto name = nameOf(element);

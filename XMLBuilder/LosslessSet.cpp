@@ -30,8 +30,8 @@ const MetaMetadata::MetaElement* propertyOf(const DOMElement& element,
                                             const MetaMetadata::MetaMetadataSet& definition) {
   for (const auto& attribute : definition.attributes()) {
     const auto& property = *attribute.metaElement();
-    if (property.extensionAttribute(MetaMetadata::kXMLTagName) == element.getLocalName() &&
-        property.extensionAttribute(MetaMetadata::kXMLNamespaceURI) == XMLUtils::viewOf(element.getNamespaceURI())) {
+    if (property.extensionAttribute(MetaMetadata::kTagName) == element.getLocalName() &&
+        property.extensionAttribute(MetaMetadata::kNamespaceURI) == XMLUtils::viewOf(element.getNamespaceURI())) {
       return &property;
     }
   }
@@ -41,7 +41,7 @@ const MetaMetadata::MetaElement* propertyOf(const DOMElement& element,
 std::vector<std::u16string_view> identifiersOf(const MetaMetadata::MetaMetadataSet& definition) {
   std::vector<std::u16string_view> names;
   for (const auto& attribute : definition.attributes()) {
-    const auto& name = attribute.metaElement()->extensionAttribute(MetaMetadata::kXMLTagName);
+    const auto& name = attribute.metaElement()->extensionAttribute(MetaMetadata::kTagName);
     if (MetaMetadata::isIdentifierName(name)) names.push_back(name);
   }
   return names;
@@ -104,8 +104,8 @@ void LosslessSet::checkPreface() {
 }
 
 const DOMElement* LosslessSet::child(const MetaMetadata::MetaElement& definition) {
-  return children_.take(definition.extensionAttribute(MetaMetadata::kXMLNamespaceURI),
-                        definition.extensionAttribute(MetaMetadata::kXMLTagName));
+  return children_.take(definition.extensionAttribute(MetaMetadata::kNamespaceURI),
+                        definition.extensionAttribute(MetaMetadata::kTagName));
 }
 
 const DOMNode* LosslessSet::identifier(const wstring& tagName) {

@@ -8,9 +8,9 @@ namespace {
 
 template <class Definition>
 Name nameOf(const Definition& definition) {
-  return {definition.extensionAttribute(MetaMetadata::kXMLTagName),
-          definition.extensionAttribute(MetaMetadata::kXMLDefaultPrefix),
-          definition.extensionAttribute(MetaMetadata::kXMLNamespaceURI)};
+  return {definition.extensionAttribute(MetaMetadata::kTagName),
+          definition.extensionAttribute(MetaMetadata::kDefaultPrefix),
+          definition.extensionAttribute(MetaMetadata::kNamespaceURI)};
 }
 
 Name entered(Name name, NamespaceMap& namespaces) {

@@ -14,11 +14,11 @@ void appendPointer(ExportDocument& document, xercesc::DOMElement& property, cons
   wstring name(Vocabulary::kDangling);
   wstring uri = document.namespaces().uriOf(Vocabulary::kRootPrefix);
   if (const auto* definition = target == nullptr ? nullptr : target->definition()) {
-    name = targets == 1 ? qualify(definition->extensionAttribute(MetaMetadata::kXMLDefaultPrefix),
-                                  definition->extensionAttribute(MetaMetadata::kXMLTagName))
+    name = targets == 1 ? qualify(definition->extensionAttribute(MetaMetadata::kDefaultPrefix),
+                                  definition->extensionAttribute(MetaMetadata::kTagName))
                         : wstring(Vocabulary::kMultipleTargets);
     name += Vocabulary::kReferenceSuffix;
-    uri = definition->extensionAttribute(MetaMetadata::kXMLNamespaceURI);
+    uri = definition->extensionAttribute(MetaMetadata::kNamespaceURI);
   }
   document.namespaces().insertIfUnbound(Vocabulary::kTypesURI, Vocabulary::kTypesPrefix);
   auto* pointer = document.document().createElementNS(uri.c_str(), name.c_str());

@@ -15,11 +15,11 @@ namespace Vantor::XMLBuilder {
 
 namespace {
 
-using MetaMetadata::XMLNamespace;
+using MetaMetadata::Namespace;
 using xercesc::DOMElement;
 
-constexpr XMLNamespace kLegacyTypes{Vocabulary::kTypesPrefix, Vocabulary::kTypesURI};
-constexpr XMLNamespace kJ2KTypes{Vocabulary::kS422MTypesPrefix, Vocabulary::kS422MTypesURI};
+constexpr Namespace kLegacyTypes{Vocabulary::kTypesPrefix, Vocabulary::kTypesURI};
+constexpr Namespace kJ2KTypes{Vocabulary::kS422MTypesPrefix, Vocabulary::kS422MTypesURI};
 
 void appendText(DOMElement& element, const wstring& text) {
   element.appendChild(element.getOwnerDocument()->createTextNode(text.c_str()));
@@ -29,7 +29,7 @@ void appendText(DOMElement& element, const wstring& text) {
 class FieldWriter {
  public:
   /// @param target  null writes nothing.
-  FieldWriter(DOMElement* target, const XMLNamespace& types) : target_(target), types_(types) {}
+  FieldWriter(DOMElement* target, const Namespace& types) : target_(target), types_(types) {}
 
   DOMElement* element(std::u16string_view name) {
     if (target_ == nullptr) return nullptr;
@@ -49,7 +49,7 @@ class FieldWriter {
 
  private:
   DOMElement* target_;
-  XMLNamespace types_;
+  Namespace types_;
 };
 
 }  // namespace
@@ -116,7 +116,7 @@ void ToXMLBaseTypeVisitor::write(const Types::Timestamp& value) {
 }
 
 void ToXMLBaseTypeVisitor::write(const Types::RGBALayout& value) {
-  const XMLNamespace types{kLegacyTypes.prefix, types_.uri};
+  const Namespace types{kLegacyTypes.prefix, types_.uri};
   FieldWriter components(targetElement_, types);
   for (uint32 i = 0; i < kRGBAComponents; ++i) {
     const auto component = value.get(i);

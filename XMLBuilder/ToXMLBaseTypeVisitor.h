@@ -52,7 +52,7 @@ class ToXMLBaseTypeVisitor : public Types::Visitors::Visitor {
   void write(const Types::J2KQuantisationDefault& value);
   void write(const Types::Collection& value);
 
-  MetaMetadata::XMLNamespace types_;  // of the children of compound values
+  MetaMetadata::Namespace types_;  // of the children of compound values
   StringRepresentationEncodingType identifierForm_;
   xercesc::DOMElement* targetElement_ = nullptr;
   xercesc::DOMAttr* targetAttribute_ = nullptr;

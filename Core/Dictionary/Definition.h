@@ -62,7 +62,7 @@ struct ChosenNamespace {
 struct PropertyDefinition {
   Types::UniversalLabel key;
   std::string_view symbol;
-  std::string_view xmlName;  ///< the export name; the symbol by default
+  std::string_view tagName;  ///< the export name; the symbol by default
   PropertyType type;
   uint32 chosenNamespace = 0;  ///< a place in `Definitions::namespaces()`; 0 is that of the vocabulary
   Origin origin;
@@ -83,7 +83,7 @@ struct PropertyUse {
 struct SetDefinition {
   KLV::Key key;
   std::string_view symbol;
-  std::string_view xmlName;  ///< the export name; the symbol by default
+  std::string_view tagName;  ///< the export name; the symbol by default
   std::string_view parent;   ///< the symbol of the set to inherit from; empty for a root
   bool isConcrete = true;
   uint32 chosenNamespace = 0;                 ///< a place in `Definitions::namespaces()`; 0 is that of the vocabulary

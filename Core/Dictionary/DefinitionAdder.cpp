@@ -76,7 +76,7 @@ uint32 DefinitionAdder::addSet(SetDefinition set) {
   }
   checkName(set.symbol, "a symbol", set.origin);
   if (!set.parent.empty()) checkName(set.parent, "a parent's symbol", set.origin);
-  if (set.xmlName != set.symbol) checkName(set.xmlName, "a name in XML", set.origin);
+  if (set.tagName != set.symbol) checkName(set.tagName, "a name in XML", set.origin);
   uint32 place = to_.placeOfSet(set.key);
   const uint32 named = to_.placeOfSet(set.symbol);
   // A newer register may give a set another key: it is that set all the same.
@@ -106,7 +106,7 @@ void DefinitionAdder::addProperty(uint32 set, PropertyDefinition property, Prope
     to_.refuse(use.origin, "{} is a dynamic local tag, which each file gives by itself", "write '-'",
                quotedWord(tagText(use.staticLocalTag)));
   }
-  if (property.xmlName != property.symbol) checkName(property.xmlName, "a name in XML", property.origin);
+  if (property.tagName != property.symbol) checkName(property.tagName, "a name in XML", property.origin);
   use.property = placeOf(std::move(property));
   to_.sets_[set].properties.push_back(use);
 }
@@ -133,10 +133,10 @@ void DefinitionAdder::checkAgreement(const PropertyDefinition& known, const Prop
   const bool isOneNamespace =
       known.chosenNamespace == here.chosenNamespace || known.chosenNamespace == 0 || here.chosenNamespace == 0;
   if (isOneNamespace && one.collection == other.collection && isOneValue && isOneTarget &&
-      known.symbol == here.symbol && known.xmlName == here.xmlName) {
+      known.symbol == here.symbol && known.tagName == here.tagName) {
     return;
   }
-  const std::string name = known.xmlName == known.symbol ? "" : " name=" + std::string(known.xmlName);
+  const std::string name = known.tagName == known.symbol ? "" : " name=" + std::string(known.tagName);
   to_.refuse(here.origin, "the key is that of the property {} {}{} ({})",
              "write it as it stands there, or take another key", known.symbol, textOf(one), name,
              to_.where(known.origin));
@@ -214,11 +214,11 @@ void DefinitionAdder::replaceRenewedProperties() {
   std::unordered_map<std::string_view, uint32> newer;
   for (uint32 place = 0; place < to_.properties_.size(); ++place) {
     const bool isOld = mayReplace(earlierProperties_, place);
-    if (!isOld && to_.properties_[place].chosenNamespace == 0) newer.emplace(to_.properties_[place].xmlName, place);
+    if (!isOld && to_.properties_[place].chosenNamespace == 0) newer.emplace(to_.properties_[place].tagName, place);
   }
   for (uint32 place = 0; place < earlierProperties_.size(); ++place) {
     auto& property = to_.properties_[place];
-    const auto found = newer.find(property.xmlName);
+    const auto found = newer.find(property.tagName);
     if (earlierProperties_[place] && property.chosenNamespace == 0 && found != newer.end()) {
       property = to_.properties_[found->second];
     }

@@ -177,13 +177,13 @@ class DefinitionCheck {
   void checkSetNames() const {
     std::unordered_map<std::string_view, const SetDefinition*> names;
     for (const auto& set : of_.sets_) {
-      if (isReservedName(set.xmlName)) {
+      if (isReservedName(set.tagName)) {
         of_.refuse(
             set.origin,
             "{} has the name {} in XML, where DarkMetadata, FloatingDarkMetadata and names with '_REF' are no sets",
-            "add name=X", set.symbol, set.xmlName);
+            "add name=X", set.symbol, set.tagName);
       }
-      const auto [known, isNew] = names.emplace(set.xmlName, &set);
+      const auto [known, isNew] = names.emplace(set.tagName, &set);
       if (isNew) continue;
       const auto [first, second] = inOrder(*known->second, set);
       of_.refuse(second.origin, "{} has the name of {} ({}) in XML, where sets are told apart by it", "add name=X",
@@ -195,17 +195,17 @@ class DefinitionCheck {
     std::unordered_map<std::string, const PropertyDefinition*> names;
     for (const auto& property : of_.properties_) {
       const auto& chosen = of_.namespaces_[property.chosenNamespace];
-      const wstring name(property.xmlName.begin(), property.xmlName.end());
+      const wstring name(property.tagName.begin(), property.tagName.end());
       if (property.chosenNamespace != 0 && MetaMetadata::isIdentifierName(name)) {
         of_.refuse(property.origin,
                    "the name {} is that of an attribute of every set, which is in no namespace of yours", "add name=X",
-                   property.xmlName);
+                   property.tagName);
       }
       const std::string uri =
           property.chosenNamespace == 0
               ? Utils::wstringToString(wstring(MetaMetadata::elementNamespace(vocabulary, name).uri))
               : std::string(chosen.uri);
-      const auto [known, isNew] = names.emplace(uri + " " + std::string(property.xmlName), &property);
+      const auto [known, isNew] = names.emplace(uri + " " + std::string(property.tagName), &property);
       if (isNew || known->second->key == property.key) continue;  // the same one: a newer edition gave it another key
       const auto [first, second] = inOrder(*known->second, property);
       of_.refuse(second.origin, "{} has the name of {} ({}) in the namespace {}",

@@ -40,15 +40,15 @@ bool isReservedNamespace(std::string_view uri) {
 }
 
 /// The namespaces that exports use for what is built in.
-constexpr MetaMetadata::XMLNamespace kFixedNamespaces[] = {MetaMetadata::kLegacySets,
-                                                           MetaMetadata::kLegacyElements,
-                                                           MetaMetadata::kST434Sets,
-                                                           MetaMetadata::kST434Elements,
-                                                           MetaMetadata::kST434Types,
-                                                           {u"groups", u"urn:SMPTE:Groups:MXF"},
-                                                           {u"types", u"urn:SMPTE:Types:MXF"},
-                                                           {u"s422mTypes", u"urn:SMPTE:S422MTypes:MXF"},
-                                                           {u"xs", u"http://www.w3.org/2001/XMLSchema"}};
+constexpr MetaMetadata::Namespace kFixedNamespaces[] = {MetaMetadata::kLegacySets,
+                                                        MetaMetadata::kLegacyElements,
+                                                        MetaMetadata::kST434Sets,
+                                                        MetaMetadata::kST434Elements,
+                                                        MetaMetadata::kST434Types,
+                                                        {u"groups", u"urn:SMPTE:Groups:MXF"},
+                                                        {u"types", u"urn:SMPTE:Types:MXF"},
+                                                        {u"s422mTypes", u"urn:SMPTE:S422MTypes:MXF"},
+                                                        {u"xs", u"http://www.w3.org/2001/XMLSchema"}};
 
 }  // namespace
 
@@ -169,7 +169,7 @@ class DefinitionReader {
     set.isConcrete = row[3] != "abstract";
     const std::size_t option = set.isConcrete ? 3 : 4;
     if (row.size() > option + 1) refuse("there are too many words; {}", kSetShape);
-    set.xmlName = xmlNameOf(row[option], set.symbol, kSetShape);
+    set.tagName = xmlNameOf(row[option], set.symbol, kSetShape);
     set.chosenNamespace = setNamespace_;
     set.origin = here();
     set_ = adder_.addSet(std::move(set));
@@ -222,7 +222,7 @@ class DefinitionReader {
     property.symbol = row[2];
     property.type = typeOf(row[3]);
     use.requiredStatus = statusOf(row[4]);
-    property.xmlName = xmlNameOf(row[5], property.symbol, kPropertyShape);
+    property.tagName = xmlNameOf(row[5], property.symbol, kPropertyShape);
     property.chosenNamespace = elementNamespace_;
     property.origin = use.origin = here();
     adder_.addProperty(set_, std::move(property), use);

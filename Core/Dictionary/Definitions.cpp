@@ -54,10 +54,10 @@ wstring wide(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 template <class Definition>
 ExtensionAttributes extensionsOf(const Definition& definition, const ChosenNamespace& chosen) {
   ExtensionAttributes extensions;
-  if (definition.xmlName != definition.symbol) extensions.set(MetaMetadata::kXMLTagName, wide(definition.xmlName));
+  if (definition.tagName != definition.symbol) extensions.set(MetaMetadata::kTagName, wide(definition.tagName));
   if (definition.chosenNamespace != 0) {
-    extensions.set(MetaMetadata::kXMLNamespaceURI, wide(chosen.uri));
-    extensions.set(MetaMetadata::kXMLDefaultPrefix, wide(chosen.prefix));
+    extensions.set(MetaMetadata::kNamespaceURI, wide(chosen.uri));
+    extensions.set(MetaMetadata::kDefaultPrefix, wide(chosen.prefix));
   }
   return extensions;
 }

@@ -17,7 +17,7 @@ void indexByName(const Definitions& definitions, HashIndex& index) {
   index.reserve(definitions.size());
   for (uint32 place = 0; place < definitions.size(); ++place) {
     const auto& symbol = definitions[place]->symbol();
-    const auto tagName = Utils::wstringToString(definitions[place]->extensionAttribute(kXMLTagName));
+    const auto tagName = Utils::wstringToString(definitions[place]->extensionAttribute(kTagName));
     index.insert(hashOfText(symbol), place);
     if (!tagName.empty() && tagName != symbol) index.insert(hashOfText(tagName), place);
   }

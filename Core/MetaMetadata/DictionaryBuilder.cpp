@@ -20,21 +20,21 @@ using Exceptions::raise;
 
 constexpr uint8 kAnyCoding = 0x7f;
 
-SharedPtr<const ExtensionAttributes> sharedNames(const XMLNamespace& names) {
+SharedPtr<const ExtensionAttributes> sharedNames(const Namespace& names) {
   auto attributes = std::make_shared<ExtensionAttributes>();
-  attributes->set(kXMLNamespaceURI, wstring(names.uri)).set(kXMLDefaultPrefix, wstring(names.prefix));
+  attributes->set(kNamespaceURI, wstring(names.uri)).set(kDefaultPrefix, wstring(names.prefix));
   return attributes;
 }
 
 /// The tag name of a definition.
 wstring tagNameOf(std::string_view symbol, const ExtensionAttributes& custom) {
-  return custom.has(kXMLTagName) ? custom.get(kXMLTagName) : wstring(symbol.begin(), symbol.end());
+  return custom.has(kTagName) ? custom.get(kTagName) : wstring(symbol.begin(), symbol.end());
 }
 
 ExtensionAttributes withDefaults(const SharedPtr<const ExtensionAttributes>& names, wstring tagName,
                                  const ExtensionAttributes& custom) {
   ExtensionAttributes extensions(names);
-  extensions.set(kXMLTagName, std::move(tagName));
+  extensions.set(kTagName, std::move(tagName));
   extensions.setAll(custom);
   return extensions;
 }

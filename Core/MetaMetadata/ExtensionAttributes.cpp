@@ -13,7 +13,7 @@ const wstring& ExtensionAttributes::get(std::u16string_view name) const {
 }
 
 const wstring* ExtensionAttributes::find(std::u16string_view name) const {
-  if (tagName_ && name == kXMLTagName) return &*tagName_;
+  if (tagName_ && name == kTagName) return &*tagName_;
   for (const auto& entry : entries_) {
     if (std::u16string_view(entry.name) == name) return &entry.value;
   }
@@ -21,12 +21,12 @@ const wstring* ExtensionAttributes::find(std::u16string_view name) const {
 }
 
 bool ExtensionAttributes::isTagName(std::string_view name) const {
-  const wstring& tagName = get(kXMLTagName);
+  const wstring& tagName = get(kTagName);
   return !tagName.empty() && Utils::wstringToString(tagName) == name;
 }
 
 ExtensionAttributes& ExtensionAttributes::set(std::u16string_view name, wstring value) {
-  if (name == kXMLTagName) {
+  if (name == kTagName) {
     tagName_ = std::move(value);
     return *this;
   }

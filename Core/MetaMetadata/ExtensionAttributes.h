@@ -10,9 +10,9 @@
 namespace Vantor::MetaMetadata {
 
 /// The extension attributes that hold the vocabulary of a dictionary.
-inline constexpr std::u16string_view kXMLTagName = u"XMLTagName";
-inline constexpr std::u16string_view kXMLNamespaceURI = u"XMLNamespaceURI";
-inline constexpr std::u16string_view kXMLDefaultPrefix = u"XMLDefaultPrefix";
+inline constexpr std::u16string_view kTagName = u"XMLTagName";
+inline constexpr std::u16string_view kNamespaceURI = u"XMLNamespaceURI";
+inline constexpr std::u16string_view kDefaultPrefix = u"XMLDefaultPrefix";
 /// The decimal place of a property among the properties of its set.
 inline constexpr std::u16string_view kSchemaIndex = u"SchemaIndex";
 

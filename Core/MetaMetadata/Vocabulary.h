@@ -14,19 +14,19 @@ enum class Vocabulary : uint8 {
   kST434_2014,
 };
 
-struct XMLNamespace {
+struct Namespace {
   std::u16string_view prefix;
   std::u16string_view uri;
 };
 
-inline constexpr XMLNamespace kLegacySets{u"s377m", u"urn:SMPTE:S377M"};
-inline constexpr XMLNamespace kLegacyElements{u"rp210", u"urn:SMPTE:RP210"};
+inline constexpr Namespace kLegacySets{u"s377m", u"urn:SMPTE:S377M"};
+inline constexpr Namespace kLegacyElements{u"rp210", u"urn:SMPTE:RP210"};
 /// SMPTE ST 434:2014, for the groups of ST 395, the elements of ST 335 and the types of ST 377-1.
-inline constexpr XMLNamespace kST434Sets{u"st395", u"http://www.smpte-ra.org/schemas/434/2014/groups/395/2012"};
-inline constexpr XMLNamespace kST434Elements{u"st335", u"http://www.smpte-ra.org/schemas/434/2014/elements/335/2012"};
-inline constexpr XMLNamespace kST434Types{u"st377Types", u"http://www.smpte-ra.org/schemas/434/2014/types/377-1/2012"};
+inline constexpr Namespace kST434Sets{u"st395", u"http://www.smpte-ra.org/schemas/434/2014/groups/395/2012"};
+inline constexpr Namespace kST434Elements{u"st335", u"http://www.smpte-ra.org/schemas/434/2014/elements/335/2012"};
+inline constexpr Namespace kST434Types{u"st377Types", u"http://www.smpte-ra.org/schemas/434/2014/types/377-1/2012"};
 
-constexpr XMLNamespace setNamespace(Vocabulary vocabulary) {
+constexpr Namespace setNamespace(Vocabulary vocabulary) {
   return vocabulary == Vocabulary::kLegacy ? kLegacySets : kST434Sets;
 }
 
@@ -35,7 +35,7 @@ constexpr bool isIdentifierName(std::u16string_view tagName) {
   return tagName == u"InstanceUID" || tagName == u"GenerationUID";
 }
 
-constexpr XMLNamespace elementNamespace(Vocabulary vocabulary, std::u16string_view tagName) {
+constexpr Namespace elementNamespace(Vocabulary vocabulary, std::u16string_view tagName) {
   return vocabulary == Vocabulary::kLegacy || isIdentifierName(tagName) ? kLegacyElements : kST434Elements;
 }
 

@@ -84,11 +84,11 @@ std::vector<std::string> told(const Definitions& definitions) {
   std::vector<std::string> lines;
   for (const auto& property : definitions.properties()) {
     lines.push_back(MetaMetadata::registerText(property.key.key()) + " " + std::string(property.symbol) + " " +
-                    std::string(property.xmlName) + " " + textOf(property.type));
+                    std::string(property.tagName) + " " + textOf(property.type));
   }
   for (const auto& set : definitions.sets()) {
     lines.push_back(MetaMetadata::registerText(set.key) + " " + std::string(set.symbol) + " " +
-                    std::string(set.xmlName) + " " + std::string(set.parent) + (set.isConcrete ? "" : " abstract"));
+                    std::string(set.tagName) + " " + std::string(set.parent) + (set.isConcrete ? "" : " abstract"));
     for (const auto& use : set.properties) {
       lines.push_back("  " + std::to_string(use.staticLocalTag) + " " +
                       std::string(definitions.properties()[use.property].symbol) + " " +
@@ -115,7 +115,7 @@ std::vector<std::string> told(const MetaMetadata::Dictionary& dictionary) {
       const auto& element = *attribute.metaElement();
       const auto* collection = MetaMetadata::asCollection(element);
       lines.push_back("  " + MetaMetadata::registerText(element.key().key()) + " " +
-                      ascii(element.extensionAttribute(MetaMetadata::kXMLTagName)) + " " +
+                      ascii(element.extensionAttribute(MetaMetadata::kTagName)) + " " +
                       std::to_string(element.dataType()) + " " +
                       std::to_string(collection == nullptr ? Types::Identifiers::kNone : collection->dataSubType()) +
                       " " + ascii(attribute.extensionAttribute(MetaMetadata::kSchemaIndex)) + " " +

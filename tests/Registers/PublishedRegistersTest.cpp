@@ -116,7 +116,7 @@ TEST_F(PublishedRegisters, MakeTheSetsOfHeaderMetadataByKey) {
     const auto parent = row.at("parent_key");
     EXPECT_EQ(set.parent, parent.empty() ? "" : groups.at(parent).at("symbol")) << set.symbol;
     EXPECT_EQ(set.isConcrete, row.at("concrete") == "1") << set.symbol;
-    EXPECT_EQ(set.xmlName, set.symbol);
+    EXPECT_EQ(set.tagName, set.symbol);
   }
 }
 

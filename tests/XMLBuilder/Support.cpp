@@ -94,8 +94,8 @@ Types::UUID uid(uint32 number) {
 
 MetaMetadata::ExtensionAttributes XMLName::extensions() const {
   MetaMetadata::ExtensionAttributes extensions;
-  extensions.set(MetaMetadata::kXMLDefaultPrefix, wstring(prefix)).set(MetaMetadata::kXMLNamespaceURI, wstring(uri));
-  if (!tag.empty()) extensions.set(MetaMetadata::kXMLTagName, wstring(tag));
+  extensions.set(MetaMetadata::kDefaultPrefix, wstring(prefix)).set(MetaMetadata::kNamespaceURI, wstring(uri));
+  if (!tag.empty()) extensions.set(MetaMetadata::kTagName, wstring(tag));
   return extensions;
 }
 

@@ -15,7 +15,7 @@ using Tool::TextTable;
 /// Nothing where the name in exports is the symbol.
 template <class Definition>
 std::string nameOption(const Definition& definition) {
-  return definition.xmlName == definition.symbol ? "" : "name=" + std::string(definition.xmlName);
+  return definition.tagName == definition.symbol ? "" : "name=" + std::string(definition.tagName);
 }
 
 std::string textOf(const EnumerationDefinition& enumeration) {

@@ -28,14 +28,14 @@ std::string statusName(uint32 status) {
 /// As documents of a vocabulary have it.
 template <class Definition>
 std::string qualifiedName(const Definitions& definitions, const Definition& definition,
-                          const MetaMetadata::XMLNamespace& builtIn) {
+                          const MetaMetadata::Namespace& builtIn) {
   const auto& chosen = definitions.namespaces()[definition.chosenNamespace];
   const bool isBuiltIn = definition.chosenNamespace == 0;
   return (isBuiltIn ? std::string(builtIn.prefix.begin(), builtIn.prefix.end()) : std::string(chosen.prefix)) + ":" +
-         std::string(definition.xmlName);
+         std::string(definition.tagName);
 }
 std::string nameIn(Vocabulary vocabulary, const Definitions& definitions, const PropertyDefinition& property) {
-  const wstring name(property.xmlName.begin(), property.xmlName.end());
+  const wstring name(property.tagName.begin(), property.tagName.end());
   return qualifiedName(definitions, property, MetaMetadata::elementNamespace(vocabulary, name));
 }
 std::string nameIn(Vocabulary vocabulary, const Definitions& definitions, const SetDefinition& set) {
@@ -146,10 +146,10 @@ void findByKey(const Definitions& definitions, const KLV::Key& key, std::string&
 
 void findByName(const Definitions& definitions, std::string_view name, std::string& found) {
   for (const auto& set : definitions.sets()) {
-    if (set.symbol == name || set.xmlName == name) add(describe(definitions, set), found);
+    if (set.symbol == name || set.tagName == name) add(describe(definitions, set), found);
   }
   for (const auto& property : definitions.properties()) {
-    if (property.symbol == name || property.xmlName == name) add(describe(definitions, property), found);
+    if (property.symbol == name || property.tagName == name) add(describe(definitions, property), found);
   }
   if (const auto* enumeration = definitions.findEnumeration(name)) add(describe(*enumeration), found);
   if (const auto* label = findLabel(definitions, name)) add(describe(*label), found);
@@ -201,8 +201,8 @@ std::string similarNames(const Definitions& definitions, const std::string& want
   const auto take = [&](std::string_view name) {
     if (isSameButForCase(name, wanted)) names.insert(name);
   };
-  for (const auto& set : definitions.sets()) take(set.symbol), take(set.xmlName);
-  for (const auto& property : definitions.properties()) take(property.symbol), take(property.xmlName);
+  for (const auto& set : definitions.sets()) take(set.symbol), take(set.tagName);
+  for (const auto& property : definitions.properties()) take(property.symbol), take(property.tagName);
   for (const auto& enumeration : definitions.enumerations()) take(enumeration.name);
   for (const auto& label : definitions.labels()) take(label.symbol);
   for (const auto& label : builtInLabels().labels()) take(label.symbol);

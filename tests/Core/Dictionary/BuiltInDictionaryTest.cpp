@@ -18,10 +18,10 @@ namespace {
 
 using namespace Types::Identifiers;
 using MetaMetadata::DictionaryBuilder;
+using MetaMetadata::kDefaultPrefix;
+using MetaMetadata::kNamespaceURI;
 using MetaMetadata::kSchemaIndex;
-using MetaMetadata::kXMLDefaultPrefix;
-using MetaMetadata::kXMLNamespaceURI;
-using MetaMetadata::kXMLTagName;
+using MetaMetadata::kTagName;
 using MetaMetadata::MetaAttribute;
 using MetaMetadata::MetaCollectionElement;
 using MetaMetadata::MetaElement;
@@ -144,21 +144,21 @@ TEST(BuiltInDictionary, HoldsNoKeysThatDifferInTheirVersionOnly) {
 TEST(BuiltInDictionary, NamesEverySetAndEveryPropertyDifferently) {
   std::set<wstring> sets, elements;
   for (const auto* set : allSets()) {
-    EXPECT_TRUE(sets.insert(set->extensionAttribute(kXMLTagName)).second) << set->symbol();
+    EXPECT_TRUE(sets.insert(set->extensionAttribute(kTagName)).second) << set->symbol();
   }
   for (const auto* element : allElements()) {
-    EXPECT_TRUE(elements.insert(element->extensionAttribute(kXMLTagName)).second) << element->symbol();
+    EXPECT_TRUE(elements.insert(element->extensionAttribute(kTagName)).second) << element->symbol();
   }
 }
 
 TEST(BuiltInDictionary, SpeaksTheLegacyVocabulary) {
   const auto& preface = setOf("Preface");
-  EXPECT_EQ(preface.extensionAttribute(kXMLTagName), u"Preface");
-  EXPECT_EQ(preface.extensionAttribute(kXMLNamespaceURI), u"urn:SMPTE:S377M");
-  EXPECT_EQ(preface.extensionAttribute(kXMLDefaultPrefix), u"s377m");
+  EXPECT_EQ(preface.extensionAttribute(kTagName), u"Preface");
+  EXPECT_EQ(preface.extensionAttribute(kNamespaceURI), u"urn:SMPTE:S377M");
+  EXPECT_EQ(preface.extensionAttribute(kDefaultPrefix), u"s377m");
   for (const auto* element : allElements()) {
-    EXPECT_EQ(element->extensionAttribute(kXMLNamespaceURI), u"urn:SMPTE:RP210") << element->symbol();
-    EXPECT_EQ(element->extensionAttribute(kXMLDefaultPrefix), u"rp210") << element->symbol();
+    EXPECT_EQ(element->extensionAttribute(kNamespaceURI), u"urn:SMPTE:RP210") << element->symbol();
+    EXPECT_EQ(element->extensionAttribute(kDefaultPrefix), u"rp210") << element->symbol();
   }
 }
 
@@ -299,12 +299,12 @@ TEST(BuiltInDictionary, DescribesTheCDCIDescriptorFromItsRootDown) {
 
 TEST(BuiltInDictionary, NamesTheInstanceAndTheGenerationAsMXFDoes) {
   const auto& instance = attributeOf("Preface", "InstanceID");
-  EXPECT_EQ(instance.metaElement()->extensionAttribute(kXMLTagName), u"InstanceUID");
+  EXPECT_EQ(instance.metaElement()->extensionAttribute(kTagName), u"InstanceUID");
   EXPECT_EQ(instance.metaElement()->dataType(), kUUID);
   EXPECT_EQ(instance.staticLocalTag(), 0x3c0a);
   EXPECT_EQ(setOf("Preface").instanceUIDAttribute(), &instance);
   const auto& generation = attributeOf("Preface", "LinkedGenerationID");
-  EXPECT_EQ(generation.metaElement()->extensionAttribute(kXMLTagName), u"GenerationUID");
+  EXPECT_EQ(generation.metaElement()->extensionAttribute(kTagName), u"GenerationUID");
   EXPECT_EQ(generation.metaElement()->dataType(), kUUID);
   EXPECT_EQ(generation.staticLocalTag(), 0x0102);
 }

@@ -15,10 +15,10 @@ namespace Vantor {
 namespace {
 
 using namespace Types::Identifiers;
+using MetaMetadata::kDefaultPrefix;
+using MetaMetadata::kNamespaceURI;
 using MetaMetadata::kSchemaIndex;
-using MetaMetadata::kXMLDefaultPrefix;
-using MetaMetadata::kXMLNamespaceURI;
-using MetaMetadata::kXMLTagName;
+using MetaMetadata::kTagName;
 using MetaMetadata::registerKey;
 using MetaMetadata::registerText;
 using MetaMetadata::Vocabulary;
@@ -57,7 +57,7 @@ TEST(Definitions, HoldEveryColumnOfASetAndOfItsProperties) {
   const auto& set = definitions.sets()[0];
   EXPECT_EQ(set.key, registerKey(setKey(1)));
   EXPECT_EQ(set.symbol, "AcmeShot");
-  EXPECT_EQ(set.xmlName, "AcmeScene");
+  EXPECT_EQ(set.tagName, "AcmeScene");
   EXPECT_EQ(set.parent, "");
   EXPECT_FALSE(set.isConcrete);
   EXPECT_EQ(set.chosenNamespace, 0u);
@@ -71,7 +71,7 @@ TEST(Definitions, HoldEveryColumnOfASetAndOfItsProperties) {
   const auto& property = definitions.properties()[0];
   EXPECT_EQ(property.key, label(propertyKey(1)));
   EXPECT_EQ(property.symbol, "Director");
-  EXPECT_EQ(property.xmlName, "DirectedBy");
+  EXPECT_EQ(property.tagName, "DirectedBy");
   EXPECT_EQ(property.type.value, kUTF16String);
   EXPECT_EQ(property.type.collection, kNone);
 }
@@ -292,15 +292,14 @@ TEST(Definitions, PutWhatFollowsIntoNamespacesOfTheirOwnInEitherVocabulary) {
   for (const auto vocabulary : {Vocabulary::kLegacy, Vocabulary::kST434_2014}) {
     const auto dictionary = definitions.makeDictionary(vocabulary);
     const auto& set = *dictionary->findSetBySymbol("AcmeShot");
-    EXPECT_EQ(set.extensionAttribute(kXMLTagName), u"AcmeScene");
-    EXPECT_EQ(set.extensionAttribute(kXMLDefaultPrefix), u"acme");
-    EXPECT_EQ(set.extensionAttribute(kXMLNamespaceURI), u"urn:example:acme:sets");
+    EXPECT_EQ(set.extensionAttribute(kTagName), u"AcmeScene");
+    EXPECT_EQ(set.extensionAttribute(kDefaultPrefix), u"acme");
+    EXPECT_EQ(set.extensionAttribute(kNamespaceURI), u"urn:example:acme:sets");
     const auto& property = *set.attributes()[0].metaElement();
-    EXPECT_EQ(property.extensionAttribute(kXMLTagName), u"AcmeTitle");
-    EXPECT_EQ(property.extensionAttribute(kXMLDefaultPrefix), u"acmeP");
-    EXPECT_EQ(property.extensionAttribute(kXMLNamespaceURI), u"urn:example:acme:properties");
-    EXPECT_EQ(dictionary->findSetBySymbol("Before")->extensionAttribute(kXMLNamespaceURI),
-              setNamespace(vocabulary).uri);
+    EXPECT_EQ(property.extensionAttribute(kTagName), u"AcmeTitle");
+    EXPECT_EQ(property.extensionAttribute(kDefaultPrefix), u"acmeP");
+    EXPECT_EQ(property.extensionAttribute(kNamespaceURI), u"urn:example:acme:properties");
+    EXPECT_EQ(dictionary->findSetBySymbol("Before")->extensionAttribute(kNamespaceURI), setNamespace(vocabulary).uri);
   }
 }
 
@@ -331,9 +330,9 @@ TEST(Definitions, MakeDictionariesOfBothVocabulariesOneAfterTheOther) {
   const auto legacy = definitions.makeDictionary(Vocabulary::kLegacy);
   const auto schemas = definitions.makeDictionary(Vocabulary::kST434_2014);
   const auto again = definitions.makeDictionary();
-  EXPECT_EQ(legacy->findSetBySymbol("AcmeShot")->extensionAttribute(kXMLNamespaceURI), u"urn:SMPTE:S377M");
-  EXPECT_EQ(schemas->findSetBySymbol("AcmeShot")->extensionAttribute(kXMLNamespaceURI), MetaMetadata::kST434Sets.uri);
-  EXPECT_EQ(again->findSetBySymbol("AcmeShot")->extensionAttribute(kXMLNamespaceURI), u"urn:SMPTE:S377M");
+  EXPECT_EQ(legacy->findSetBySymbol("AcmeShot")->extensionAttribute(kNamespaceURI), u"urn:SMPTE:S377M");
+  EXPECT_EQ(schemas->findSetBySymbol("AcmeShot")->extensionAttribute(kNamespaceURI), MetaMetadata::kST434Sets.uri);
+  EXPECT_EQ(again->findSetBySymbol("AcmeShot")->extensionAttribute(kNamespaceURI), u"urn:SMPTE:S377M");
   definitions.readText(dictionaryText("060e2b34.02530101.0f0e0d0c.00000002  Take  AcmeShot\n"), "more.dictionary");
   EXPECT_NE(definitions.makeDictionary()->findSetBySymbol("Take"), nullptr);
   EXPECT_EQ(legacy->findSetBySymbol("Take"), nullptr);
@@ -369,11 +368,11 @@ TEST(Definitions, AreAddedWithTheirOwnOriginsAndTexts) {
     DefinitionAdder adder(definitions, Definitions::Overlay::kRefuse);
     SetDefinition set;
     set.key = MetaMetadata::registerKey(setKey(1));
-    set.symbol = set.xmlName = definitions.keep("Shot");
+    set.symbol = set.tagName = definitions.keep("Shot");
     set.origin = {groups, 20};
     PropertyDefinition property;
     property.key = label(propertyKey(1));
-    property.symbol = property.xmlName = definitions.keep("Take");
+    property.symbol = property.tagName = definitions.keep("Take");
     property.type.value = Types::Identifiers::kUInt8;
     property.origin = {elements, 300};
     adder.addProperty(adder.addSet(set), property, {0, 0, 0, {groups, 21}});

@@ -40,7 +40,7 @@ TEST(Overlay, ReplacesASetInItsPlaceWithAllItsProperties) {
   -  060e2b34.01010101.0f0e0d0c.00000003  Length  UInt32  required
 )");
   ASSERT_EQ(definitions.sets().size(), 2u);
-  EXPECT_EQ(definitions.sets()[0].xmlName, "Scene");
+  EXPECT_EQ(definitions.sets()[0].tagName, "Scene");
   EXPECT_EQ(definitions.sources()[definitions.sets()[0].origin.source], "newer.dictionary");
   const auto dictionary = definitions.makeDictionary();
   EXPECT_FALSE(dictionary->findSetBySymbol("Shot")->isConcrete());
@@ -182,7 +182,7 @@ TEST(Overlay, ByARegisterGivesNoAdviceOnHowToWriteIt) {
   DefinitionAdder adder(definitions, Definitions::Overlay::kReplace);
   SetDefinition set;
   set.key = registerKey(setKey(3));
-  set.symbol = set.xmlName = "Cut";
+  set.symbol = set.tagName = "Cut";
   set.parent = "Splice";
   set.origin = {source, 77};
   adder.addSet(set);

@@ -10,14 +10,14 @@
 namespace Vantor {
 namespace {
 
+using MetaMetadata::kDefaultPrefix;
+using MetaMetadata::kNamespaceURI;
 using MetaMetadata::kSchemaIndex;
-using MetaMetadata::kXMLDefaultPrefix;
-using MetaMetadata::kXMLNamespaceURI;
-using MetaMetadata::kXMLTagName;
+using MetaMetadata::kTagName;
 using MetaMetadata::MetaElement;
 using MetaMetadata::MetaMetadataSet;
+using MetaMetadata::Namespace;
 using MetaMetadata::Vocabulary;
-using MetaMetadata::XMLNamespace;
 
 std::vector<const MetaMetadataSet*> setsOf(Vocabulary vocabulary) {
   const auto& dictionary = *builtInDictionary(vocabulary);
@@ -36,9 +36,9 @@ MetaMetadata::DataType typeOf(const MetaElement& element) {
 }
 
 template <class Definition>
-void expectNamespace(const Definition& definition, const XMLNamespace& expected) {
-  EXPECT_EQ(definition.extensionAttribute(kXMLDefaultPrefix), expected.prefix) << definition.symbol();
-  EXPECT_EQ(definition.extensionAttribute(kXMLNamespaceURI), expected.uri) << definition.symbol();
+void expectNamespace(const Definition& definition, const Namespace& expected) {
+  EXPECT_EQ(definition.extensionAttribute(kDefaultPrefix), expected.prefix) << definition.symbol();
+  EXPECT_EQ(definition.extensionAttribute(kNamespaceURI), expected.uri) << definition.symbol();
 }
 
 TEST(Vocabulary, LeavesPropertiesTheirOrderKeysTypesAndNames) {
@@ -50,7 +50,7 @@ TEST(Vocabulary, LeavesPropertiesTheirOrderKeysTypesAndNames) {
     EXPECT_EQ(legacy[i]->key(), schemas[i]->key()) << legacy[i]->symbol();
     EXPECT_EQ(typeOf(*legacy[i]).type, typeOf(*schemas[i]).type) << legacy[i]->symbol();
     EXPECT_EQ(typeOf(*legacy[i]).itemType, typeOf(*schemas[i]).itemType) << legacy[i]->symbol();
-    EXPECT_EQ(legacy[i]->extensionAttribute(kXMLTagName), schemas[i]->extensionAttribute(kXMLTagName));
+    EXPECT_EQ(legacy[i]->extensionAttribute(kTagName), schemas[i]->extensionAttribute(kTagName));
   }
 }
 
@@ -63,7 +63,7 @@ TEST(Vocabulary, LeavesSetsTheirOrderKeysParentsAndNames) {
     EXPECT_EQ(one.symbol(), other.symbol());
     EXPECT_EQ(one.key(), other.key()) << one.symbol();
     EXPECT_EQ(one.isConcrete(), other.isConcrete()) << one.symbol();
-    EXPECT_EQ(one.extensionAttribute(kXMLTagName), other.extensionAttribute(kXMLTagName));
+    EXPECT_EQ(one.extensionAttribute(kTagName), other.extensionAttribute(kTagName));
     ASSERT_EQ(one.parent() == nullptr, other.parent() == nullptr) << one.symbol();
     if (one.parent() == nullptr) continue;
     EXPECT_EQ(one.parent()->symbol(), other.parent()->symbol());
@@ -94,11 +94,11 @@ TEST(Vocabulary, PutsSetsIntoOneNamespace) {
 }
 
 TEST(Vocabulary, PutsPropertiesIntoOneNamespaceButForTheTwoIdentifiers) {
-  constexpr XMLNamespace kLegacyProperties{u"rp210", u"urn:SMPTE:RP210"};
+  constexpr Namespace kLegacyProperties{u"rp210", u"urn:SMPTE:RP210"};
   for (const auto* element : elementsOf(Vocabulary::kLegacy)) expectNamespace(*element, kLegacyProperties);
   std::vector<std::string> identifiers;
   for (const auto* element : elementsOf(Vocabulary::kST434_2014)) {
-    const auto& name = element->extensionAttribute(kXMLTagName);
+    const auto& name = element->extensionAttribute(kTagName);
     if (name == u"InstanceUID" || name == u"GenerationUID") {
       identifiers.push_back(element->symbol());
       expectNamespace(*element, kLegacyProperties);

@@ -107,9 +107,9 @@ TEST(DictionaryBuilder, DescribesASetAsItWasDefined) {
   EXPECT_EQ(package->parent(), object);
   EXPECT_TRUE(package->isConcrete());
   EXPECT_EQ(package->key(), registerKey(kPackageKey));
-  EXPECT_EQ(package->extensionAttribute(kXMLTagName), u"Package");
-  EXPECT_EQ(package->extensionAttribute(kXMLNamespaceURI), u"urn:SMPTE:S377M");
-  EXPECT_EQ(package->extensionAttribute(kXMLDefaultPrefix), u"s377m");
+  EXPECT_EQ(package->extensionAttribute(kTagName), u"Package");
+  EXPECT_EQ(package->extensionAttribute(kNamespaceURI), u"urn:SMPTE:S377M");
+  EXPECT_EQ(package->extensionAttribute(kDefaultPrefix), u"s377m");
 }
 
 TEST(DictionaryBuilder, DescribesAPropertyAsItWasDefined) {
@@ -120,9 +120,9 @@ TEST(DictionaryBuilder, DescribesAPropertyAsItWasDefined) {
   EXPECT_EQ(name->symbol(), "PackageName");
   EXPECT_EQ(name->dataType(), kUTF16String);
   EXPECT_EQ(dynamic_cast<const MetaCollectionElement*>(name), nullptr);
-  EXPECT_EQ(name->extensionAttribute(kXMLTagName), u"PackageName");
-  EXPECT_EQ(name->extensionAttribute(kXMLNamespaceURI), u"urn:SMPTE:RP210");
-  EXPECT_EQ(name->extensionAttribute(kXMLDefaultPrefix), u"rp210");
+  EXPECT_EQ(name->extensionAttribute(kTagName), u"PackageName");
+  EXPECT_EQ(name->extensionAttribute(kNamespaceURI), u"urn:SMPTE:RP210");
+  EXPECT_EQ(name->extensionAttribute(kDefaultPrefix), u"rp210");
 }
 
 TEST(DictionaryBuilder, MakesACollectionElementOfAnArrayOrABatch) {
@@ -257,18 +257,18 @@ TEST(DictionaryBuilder, IgnoresASecondDefinitionOfOneProperty) {
 TEST(DictionaryBuilder, LetsADefinitionReplaceItsXMLNames) {
   DictionaryBuilder builder;
   ExtensionAttributes odd;
-  odd.set(kXMLTagName, u"Name").set(kXMLDefaultPrefix, u"").set(u"Colour", u"red");
+  odd.set(kTagName, u"Name").set(kDefaultPrefix, u"").set(u"Colour", u"red");
   builder.addElement(kNameKey, "PackageName", kUTF16String, odd);
   builder.addSet(kPackageKey, "Package", "", true, odd);
   const auto dictionary = builder.build();
   const auto* name = dictionary->findElement(label(kNameKey));
   const auto* package = dictionary->findSetBySymbol("Package");
-  EXPECT_EQ(name->extensionAttribute(kXMLTagName), u"Name");
-  EXPECT_EQ(name->extensionAttribute(kXMLDefaultPrefix), u"");
-  EXPECT_EQ(name->extensionAttribute(kXMLNamespaceURI), u"urn:SMPTE:RP210");
+  EXPECT_EQ(name->extensionAttribute(kTagName), u"Name");
+  EXPECT_EQ(name->extensionAttribute(kDefaultPrefix), u"");
+  EXPECT_EQ(name->extensionAttribute(kNamespaceURI), u"urn:SMPTE:RP210");
   EXPECT_EQ(name->extensionAttribute(u"Colour"), u"red");
-  EXPECT_EQ(package->extensionAttribute(kXMLTagName), u"Name");
-  EXPECT_EQ(package->extensionAttribute(kXMLDefaultPrefix), u"");
+  EXPECT_EQ(package->extensionAttribute(kTagName), u"Name");
+  EXPECT_EQ(package->extensionAttribute(kDefaultPrefix), u"");
 }
 
 TEST(DictionaryBuilder, LetsAnAttributeReplaceItsSchemaIndexForHeirsToo) {

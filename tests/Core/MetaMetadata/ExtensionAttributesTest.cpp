@@ -7,15 +7,15 @@ namespace {
 
 SharedPtr<const ExtensionAttributes> sharedPrefix() {
   auto shared = std::make_shared<ExtensionAttributes>();
-  shared->set(kXMLDefaultPrefix, u"s377m");
+  shared->set(kDefaultPrefix, u"s377m");
   return shared;
 }
 
 TEST(ExtensionAttributes, GivesAnEmptyTextForANameThatIsNotSet) {
   const ExtensionAttributes none;
   EXPECT_TRUE(none.isEmpty());
-  EXPECT_FALSE(none.has(kXMLTagName));
-  EXPECT_EQ(none.get(kXMLTagName), u"");
+  EXPECT_FALSE(none.has(kTagName));
+  EXPECT_EQ(none.get(kTagName), u"");
 }
 
 TEST(ExtensionAttributes, TellsAnEmptyTextFromAnAbsentOne) {
@@ -36,28 +36,28 @@ TEST(ExtensionAttributes, ComparesNamesUnitByUnit) {
 
 TEST(ExtensionAttributes, ReplacesAValue) {
   ExtensionAttributes attributes;
-  attributes.set(kXMLTagName, u"Track").set(kXMLTagName, u"TimelineTrack");
-  EXPECT_EQ(attributes.get(kXMLTagName), u"TimelineTrack");
+  attributes.set(kTagName, u"Track").set(kTagName, u"TimelineTrack");
+  EXPECT_EQ(attributes.get(kTagName), u"TimelineTrack");
 }
 
 TEST(ExtensionAttributes, HidesTheSharedValueEvenByAnEmptyOne) {
   const auto shared = sharedPrefix();
   ExtensionAttributes attributes(shared);
-  EXPECT_EQ(attributes.get(kXMLDefaultPrefix), u"s377m");
-  attributes.set(kXMLDefaultPrefix, u"");
-  EXPECT_EQ(attributes.get(kXMLDefaultPrefix), u"");
-  EXPECT_EQ(shared->get(kXMLDefaultPrefix), u"s377m");
+  EXPECT_EQ(attributes.get(kDefaultPrefix), u"s377m");
+  attributes.set(kDefaultPrefix, u"");
+  EXPECT_EQ(attributes.get(kDefaultPrefix), u"");
+  EXPECT_EQ(shared->get(kDefaultPrefix), u"s377m");
 }
 
 TEST(ExtensionAttributes, TakesOverOwnNamesOnly) {
   ExtensionAttributes others(sharedPrefix());
-  others.set(kXMLTagName, u"Track");
+  others.set(kTagName, u"Track");
   ExtensionAttributes attributes;
-  attributes.set(kXMLTagName, u"Sequence").set(kSchemaIndex, u"4");
+  attributes.set(kTagName, u"Sequence").set(kSchemaIndex, u"4");
   attributes.setAll(others);
-  EXPECT_EQ(attributes.get(kXMLTagName), u"Track");
+  EXPECT_EQ(attributes.get(kTagName), u"Track");
   EXPECT_EQ(attributes.get(kSchemaIndex), u"4");
-  EXPECT_FALSE(attributes.has(kXMLDefaultPrefix));
+  EXPECT_FALSE(attributes.has(kDefaultPrefix));
 }
 
 }  // namespace

@@ -101,9 +101,9 @@ TEST_F(SetLookup, MakesSetsByName) {
 }
 
 TEST(SetLookupByTagName, FindsSetsAndPropertiesByTagNameToo) {
-  using MetaMetadata::kXMLTagName;
+  using MetaMetadata::kTagName;
   MetaMetadata::DictionaryBuilder builder;
-  const auto named = [](const char16_t* name) { return MetaMetadata::ExtensionAttributes().set(kXMLTagName, name); };
+  const auto named = [](const char16_t* name) { return MetaMetadata::ExtensionAttributes().set(kTagName, name); };
   builder.addElement("060e2b34.01010101.7f000001.00000000", "FirstSymbol", Types::Identifiers::kUInt8, named(u"Size"));
   builder.addElement("060e2b34.01010101.7f000002.00000000", "Size", Types::Identifiers::kUInt8,
                      named(u"Gr\u00f6\u00dfe"));
