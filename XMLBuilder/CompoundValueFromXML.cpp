@@ -126,7 +126,7 @@ auto_ptr<Types::SimpleDataType> readJ2KQuantisationDefault(const DOMNode& node, 
   return std::make_unique<Types::J2KQuantisationDefault>(sqcd, sPgcd.data(), sPgcd.size());
 }
 
-constexpr std::pair<Types::Identifiers::Identifier, CompoundReader> kReaders[] = {
+constexpr std::pair<Types::Identifiers::Identifier, CompoundReader> kCompoundReaders[] = {
     {Types::Identifiers::kRational, readRational},
     {Types::Identifiers::kProductVersion, readProductVersion},
     {Types::Identifiers::kRGBALayout, readRGBALayout},
@@ -138,9 +138,9 @@ constexpr std::pair<Types::Identifiers::Identifier, CompoundReader> kReaders[] =
 }  // namespace
 
 CompoundReader compoundReader(Types::Identifiers::Identifier type) {
-  const auto found =
-      std::find_if(std::begin(kReaders), std::end(kReaders), [type](const auto& one) { return one.first == type; });
-  return found == std::end(kReaders) ? nullptr : found->second;
+  const auto found = std::find_if(std::begin(kCompoundReaders), std::end(kCompoundReaders),
+                                  [type](const auto& one) { return one.first == type; });
+  return found == std::end(kCompoundReaders) ? nullptr : found->second;
 }
 
 }  // namespace Vantor::XML2Partition

@@ -55,7 +55,7 @@ std::string typeText(const PropertyType& type) {
   return text;
 }
 
-std::string describe(const EnumerationDefinition& enumeration) {
+std::string entryText(const EnumerationDefinition& enumeration) {
   TextTable table({Align::kRight, Align::kLeft});
   for (const auto& value : enumeration.values) {
     table.addRow({std::to_string(value.number), std::string(value.name)});
@@ -64,7 +64,7 @@ std::string describe(const EnumerationDefinition& enumeration) {
          table.text();
 }
 
-std::string describe(const LabelDefinition& label) {
+std::string entryText(const LabelDefinition& label) {
   TextTable table(2);
   table.addRow({"key", registerText(label.key.key())});
   table.addRow({"name", std::string(label.name)});
@@ -84,7 +84,7 @@ void addProperties(const Definitions& definitions, const SetDefinition& set, Tex
   }
 }
 
-std::string describe(const Definitions& definitions, const SetDefinition& set) {
+std::string entryText(const Definitions& definitions, const SetDefinition& set) {
   TextTable facts(2);
   facts.addRow({"key", registerText(set.key)});
   facts.addRow({"parent", set.parent.empty() ? "none" : std::string(set.parent)});
@@ -98,7 +98,7 @@ std::string describe(const Definitions& definitions, const SetDefinition& set) {
          "\n" + (listed.empty() ? "" : table.text());
 }
 
-std::string describe(const Definitions& definitions, const PropertyDefinition& property) {
+std::string entryText(const Definitions& definitions, const PropertyDefinition& property) {
   const auto place = static_cast<uint32>(&property - definitions.properties().data());
   TextTable facts(2);
   facts.addRow({"key", registerText(property.key.key())});
@@ -114,7 +114,7 @@ std::string describe(const Definitions& definitions, const PropertyDefinition& p
   }
   const auto* enumeration = definitions.findEnumeration(property.type.enumeration);
   return "property " + std::string(property.symbol) + "\n" + facts.text() + uses.text() +
-         (enumeration == nullptr ? "" : "\n" + describe(*enumeration));
+         (enumeration == nullptr ? "" : "\n" + entryText(*enumeration));
 }
 
 /// A name without the prefix that documents have, or a tag without the "0x" of programmers.
@@ -139,20 +139,20 @@ const LabelDefinition* findLabel(const Definitions& definitions, std::string_vie
 
 void findByKey(const Definitions& definitions, const KLV::Key& key, std::string& found) {
   const Types::UniversalLabel label(key);
-  if (const auto* set = definitions.findSet(key)) add(describe(definitions, *set), found);
-  if (const auto* property = definitions.findProperty(label)) add(describe(definitions, *property), found);
-  if (const auto* known = findLabel(definitions, label)) add(describe(*known), found);
+  if (const auto* set = definitions.findSet(key)) add(entryText(definitions, *set), found);
+  if (const auto* property = definitions.findProperty(label)) add(entryText(definitions, *property), found);
+  if (const auto* known = findLabel(definitions, label)) add(entryText(*known), found);
 }
 
 void findByName(const Definitions& definitions, std::string_view name, std::string& found) {
   for (const auto& set : definitions.sets()) {
-    if (set.symbol == name || set.tagName == name) add(describe(definitions, set), found);
+    if (set.symbol == name || set.tagName == name) add(entryText(definitions, set), found);
   }
   for (const auto& property : definitions.properties()) {
-    if (property.symbol == name || property.tagName == name) add(describe(definitions, property), found);
+    if (property.symbol == name || property.tagName == name) add(entryText(definitions, property), found);
   }
-  if (const auto* enumeration = definitions.findEnumeration(name)) add(describe(*enumeration), found);
-  if (const auto* label = findLabel(definitions, name)) add(describe(*label), found);
+  if (const auto* enumeration = definitions.findEnumeration(name)) add(entryText(*enumeration), found);
+  if (const auto* label = findLabel(definitions, name)) add(entryText(*label), found);
 }
 
 void findByTag(const Definitions& definitions, uint16 tag, std::string& found) {
@@ -162,7 +162,7 @@ void findByTag(const Definitions& definitions, uint16 tag, std::string& found) {
       if (use.staticLocalTag == tag) properties.insert(use.property);
     }
   }
-  for (const uint32 place : properties) add(describe(definitions, definitions.properties()[place]), found);
+  for (const uint32 place : properties) add(entryText(definitions, definitions.properties()[place]), found);
 }
 
 bool isSameButForCase(std::string_view left, std::string_view right) {

@@ -146,7 +146,7 @@ std::string list(const std::map<std::string, std::size_t>& counts) {
 
 std::string describeMetadata(const PartitionMetadata& metadata, const MXF::PartitionChoice& choice) {
   const Counts counts(metadata);
-  std::string text = "\nsets in " + Tool::describe(choice) + ": " + std::to_string(total(counts.known)) + "\n";
+  std::string text = "\nsets in " + describe(choice) + ": " + std::to_string(total(counts.known)) + "\n";
   text += list(counts.known);
   text += "\ndark sets: " + std::to_string(total(counts.dark)) + "\n" + list(counts.dark);
   text += "unknown properties: " + std::to_string(counts.unknownProperties) + "\n";
