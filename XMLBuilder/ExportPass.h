@@ -24,7 +24,7 @@ struct ExportPass {
   WritingRules rules;
   ExportDocument& document;
   WrittenSets& written;
-  unsigned depth = 0;  ///< references from the set that the pass starts with to the one that is being written
+  unsigned depth = 0;  ///< nested references from the set that the pass starts with to the one that is being written
 };
 
 }  // namespace Vantor::XMLBuilder

@@ -28,15 +28,21 @@ class PartitionWriter {
 
   void write(const MetadataSet& start) {
     WrittenSets written;
+    // Another namespace with the root's prefix replaces this declaration, whichever of the two comes first in the map.
+    declare(Vocabulary::kRootPrefix, Vocabulary::kRootURI);
     writeFrom(start, document_.root(), written);
     writeDarkSets();
     writeFloatingSets();
     for (const auto& [uri, prefix] : document_.namespaces()) {
-      setAttribute(document_.root(), Vocabulary::kXmlnsURI, qualify(u"xmlns", prefix), uri);
+      if (uri != Vocabulary::kRootURI) declare(prefix, uri);
     }
   }
 
  private:
+  void declare(std::u16string_view prefix, std::u16string_view uri) {
+    setAttribute(document_.root(), Vocabulary::kXmlnsURI, qualify(u"xmlns", prefix), wstring(uri));
+  }
+
   void writeFrom(const MetadataSet& set, xercesc::DOMElement& parent, WrittenSets& written) {
     ToXMLMetadataSetVisitor writer(parent, {partition_, rules_, document_, written});
     set.accept(writer);

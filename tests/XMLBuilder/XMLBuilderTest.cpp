@@ -169,6 +169,19 @@ TEST(XMLBuilder, DeclaresTheNamespaceOfTheRootOnce) {
     </s377m:MetadataSets>)");
 }
 
+TEST(XMLBuilder, LetsAnyOtherNamespaceTakeThePrefixOfTheRootInTheDocument) {
+  for (const wstring uri : {u"http://x", u"urn:zzz"}) {  // before and behind that of the root
+    TestDictionary dictionary;
+    dictionary.property("Number", kUInt32, {u"s377m", uri});
+    TestPartition partition(dictionary.set("Preface", {"Number"}));
+    partition.add("Preface", 1).value("Number", Types::UInt32(7));
+    const std::auto_ptr<xercesc::DOMNode> document = partition2XML(&*partition, true, false);
+    const auto* root = static_cast<xercesc::DOMDocument&>(*document).getDocumentElement();
+    EXPECT_EQ(wstring(root->getAttribute(u"xmlns:s377m")), uri);
+    EXPECT_EQ(wstring(root->getNamespaceURI()), u"urn:SMPTE:S377M");
+  }
+}
+
 TEST(XMLBuilder, DeclaresNoOtherPrefixForTheNamespaceOfTheRoot) {
   TestDictionary dictionary;
   dictionary.set("Preface", {}, {u"q", u"urn:SMPTE:S377M"});
