@@ -36,7 +36,7 @@ wstring groupsURI(const ExportPass& pass) {
 
 void markUnknown(DOMElement& property, const Element& element, const ExportPass& pass) {
   const auto& tags = pass.partition.partitionDictionary();
-  const Types::LocalTag tag(ToXMLMetaAttributeVisitor(element.metaAttribute()).localTag(), kDottedForm);
+  const auto& tag = element.metaAttribute().asUnknown()->localTag();
   if (tag.isStaticLocalTag()) return mark(property, Vocabulary::kStaticLocalTag, tag.toString(kDottedForm), pass);
   // Without a label the tag means nothing outside its file, and the value alone is kept.
   if (const auto* label = tags.tryFind(tag.value())) {

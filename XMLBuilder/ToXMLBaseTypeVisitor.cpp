@@ -3,7 +3,6 @@
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMText.hpp>
 
-#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Numbers.h"
 #include "Core/Types/Types.h"
 #include "Core/Types/ValueText.h"

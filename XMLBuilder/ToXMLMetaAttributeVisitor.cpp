@@ -3,7 +3,7 @@
 namespace Vantor::XMLBuilder {
 
 void ToXMLMetaAttributeVisitor::visit(const MetaMetadata::UnknownAttribute& attribute) {
-  localTag_ = attribute.localTag().toString(kDottedForm);
+  unknown_ = &attribute;
   kind_ = Kind::kUnknown;
 }
 
@@ -21,6 +21,10 @@ void ToXMLMetaAttributeVisitor::visit(const MetaMetadata::MetaAttribute& attribu
 const wstring& ToXMLMetaAttributeVisitor::schemaIndex() const {
   static const wstring kNone;
   return listing_ == nullptr ? kNone : listing_->extensionAttribute(MetaMetadata::kSchemaIndex);
+}
+
+wstring ToXMLMetaAttributeVisitor::localTag() const {
+  return unknown_ == nullptr ? wstring() : unknown_->localTag().toString(kDottedForm);
 }
 
 bool ToXMLMetaAttributeVisitor::isRequired() const {

@@ -27,14 +27,14 @@ class ToXMLMetaAttributeVisitor : public MetaMetadata::AbstractMetaAttributeVisi
   /// The place of a known property in its set, if the definition has one; empty for every other.
   const wstring& schemaIndex() const;
   /// The local tag of an unknown property, dotted; empty for every other.
-  const wstring& localTag() const { return localTag_; }
+  wstring localTag() const;
   /// Whether the property must appear in its set: its required status is "required" or "encoder required".
   bool isRequired() const;
 
  private:
   const MetaMetadata::MetaElement* metaElement_ = nullptr;
   const MetaMetadata::MetaAttribute* listing_ = nullptr;
-  wstring localTag_;
+  const MetaMetadata::UnknownAttribute* unknown_ = nullptr;
   Kind kind_ = Kind::kUnknown;
 };
 

@@ -6,7 +6,6 @@
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Raise.h"
 #include "XMLBuilder/DarkMetadataSetWriter.h"
-#include "XMLBuilder/ExtensionElements.h"
 #include "XMLBuilder/Names.h"
 #include "XMLBuilder/ToXMLElementVisitor.h"
 #include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
