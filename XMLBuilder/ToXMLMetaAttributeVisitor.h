@@ -14,6 +14,7 @@ class ToXMLMetaAttributeVisitor : public MetaMetadata::AbstractMetaAttributeVisi
   };
 
   explicit ToXMLMetaAttributeVisitor(const MetaMetadata::AbstractMetaAttribute& attribute) { attribute.accept(*this); }
+  explicit ToXMLMetaAttributeVisitor(const MetaMetadata::AbstractMetaAttribute&& temporary) = delete;
 
   void visit(const MetaMetadata::UnknownAttribute& attribute) override;
   void visit(const MetaMetadata::MisplacedAttribute& attribute) override;

@@ -242,7 +242,8 @@ TEST(ToXMLMetaAttributeVisitor, KnowsAMisplacedPropertyByItsDefinition) {
 }
 
 TEST(ToXMLMetaAttributeVisitor, KnowsAnUnknownPropertyByItsTag) {
-  const ToXMLMetaAttributeVisitor visitor(MetaMetadata::UnknownAttribute(Types::LocalTag(0x0a0b)));
+  const MetaMetadata::UnknownAttribute attribute(Types::LocalTag(0x0a0b));
+  const ToXMLMetaAttributeVisitor visitor(attribute);
   EXPECT_EQ(static_cast<int>(visitor.kind()), 2);
   EXPECT_EQ(visitor.metaElement(), nullptr);
   EXPECT_EQ(visitor.schemaIndex(), u"");
