@@ -21,10 +21,13 @@ inline std::vector<Path> mxfFilesIn(const Path& folder) {
   return files;
 }
 
-/// The files of tests/data and, where it exists, those of the folder `shared/samples` beside the repository.
+/// The files of tests/data and, where they exist, those of the folders `samples` and `more-samples` of `shared` beside
+/// the repository.
 inline std::vector<Path> sampleFiles() {
   auto files = mxfFilesIn(VANTOR_TEST_DATA_DIR);
-  for (auto& file : mxfFilesIn(VANTOR_SHARED_SAMPLES_DIR)) files.push_back(std::move(file));
+  for (const char* folder : {"samples", "more-samples"}) {
+    for (auto& file : mxfFilesIn(Path(VANTOR_SHARED_DIR) / folder)) files.push_back(std::move(file));
+  }
   return files;
 }
 

@@ -9,6 +9,16 @@
 
 namespace Vantor::Tool {
 
+enum ExitCode : int {
+  kSuccess = 0,  ///< also when a file was changed and only the summary could not be written
+  /// Something is wrong with an input or an output, or the user has interrupted the writing of a copy; the last line on
+  /// standard error has the reason. At other moments a signal ends the program as usual. Of commands that compare or
+  /// check files: they differ, or there are findings.
+  kFailure = 1,
+  kWrongUsage = 2,  ///< the command line cannot be understood
+  kTrouble = 2      ///< of commands that compare or check files: that could not be done
+};
+
 /// One subcommand of the program. Its constructor adds it and its options; after parsing, the chosen one is run.
 class Command {
  public:
@@ -22,7 +32,9 @@ class Command {
   const Path& input() const { return input_; }
   /// Does the whole task. When it throws, nothing was written to an output, unless the output failed or shows what is
   /// wrong.
-  virtual void run() const = 0;
+  virtual ExitCode run() const = 0;
+  /// How the program ends when `run` throws anything but a `UsageError`.
+  virtual ExitCode failure() const { return kFailure; }
 
  protected:
   /// @param program  keeps the subcommand; lives longer than this object.

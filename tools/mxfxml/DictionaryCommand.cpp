@@ -20,7 +20,7 @@ class DictionaryCommand final : public Command {
     dictionary_.addDictionary(app());
   }
 
-  void run() const override {
+  ExitCode run() const override {
     const auto definitions = dictionary_.definitions();
     if (wanted_.empty()) return writeStandardOutput(listOfSets(definitions));
     const std::string text = descriptionOf(definitions, wanted_);
@@ -28,6 +28,7 @@ class DictionaryCommand final : public Command {
     const std::string similar = similarNames(definitions, wanted_);
     throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" +
                        (similar.empty() ? "" : "; there is " + similar));
+    return kSuccess;
   }
 
  private:

@@ -52,7 +52,7 @@ class DiffCommand final : public Command {
     dictionary_.addDictionary(app());
   }
 
-  void run() const override {
+  ExitCode run() const override {
     if (partition_ && XMLUtils::looksLikeXML(input()) && XMLUtils::looksLikeXML(other_)) {
       throw UsageError("--partition is for MXF files, and neither file is one");
     }
@@ -63,6 +63,7 @@ class DiffCommand final : public Command {
     const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
     writeStandardOutput(identifiers + describe(comparison));
     if (!comparison.isEqual() || !identifiers.empty()) throw CommandError("differs from " + other_.u8string());
+    return kSuccess;
   }
 
  private:

@@ -46,7 +46,7 @@ class ExportCommand final : public Command {
     dictionary_.addDictionary(app());
   }
 
-  void run() const override {
+  ExitCode run() const override {
     if (output_) refuseSameFile(input(), *output_);
     refuseStoppedChange(input());
     if (output_) refuseStoppedChange(*output_);
@@ -56,6 +56,7 @@ class ExportCommand final : public Command {
     } else {
       writeStandardOutput(bytes);
     }
+    return kSuccess;
   }
 
  private:

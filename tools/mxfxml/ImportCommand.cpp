@@ -55,7 +55,7 @@ class ImportCommand final : public Command {
     dictionary_.addDictionary(app());
   }
 
-  void run() const override {
+  ExitCode run() const override {
     if (!output_ && !inPlace_) throw UsageError("-o is required, or --into with --in-place");
     if (into_ && exact_) {
       throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
@@ -66,6 +66,7 @@ class ImportCommand final : public Command {
     } else {
       writeHeaderOnly();
     }
+    return kSuccess;
   }
 
  private:

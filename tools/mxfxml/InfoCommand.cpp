@@ -163,13 +163,14 @@ class InfoCommand final : public Command {
     dictionary_.addDictionary(app());
   }
 
-  void run() const override {
+  ExitCode run() const override {
     refuseStoppedChange(input());
     const auto structure = MXF::readStructure(input());
     auto definitions = dictionary_.definitions();
     const auto metadata = MXF::readHeaderMetadata(input(), definitions.makeDictionary(), partition_);
     writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) +
                         describeMetadata(*metadata, partition_));
+    return kSuccess;
   }
 
  private:

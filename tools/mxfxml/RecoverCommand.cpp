@@ -12,7 +12,10 @@ class RecoverCommand final : public Command {
       : Command(program, "recover", "Undo a change in place that was stopped before its end") {
     addInput("MXF file");
   }
-  void run() const override { writeStandardOutput(describe(DataIO::File::recover(input())) + "\n"); }
+  ExitCode run() const override {
+    writeStandardOutput(describe(DataIO::File::recover(input())) + "\n");
+    return kSuccess;
+  }
 };
 
 }  // namespace

@@ -72,7 +72,7 @@ class SetCommand final : public Command {
     dictionary_.addDictionary(app());
   }
 
-  void run() const override {
+  ExitCode run() const override {
     if (assignments_.empty() && removals_.empty()) throw UsageError("Set.Property=VALUE or --remove is required");
     std::vector<Change> changes;
     for (const auto& text : assignments_) changes.push_back(parseChange(text, true));
@@ -83,6 +83,7 @@ class SetCommand final : public Command {
     Edit::File file(input(), definitions, partition_);
     edit(file.metadata(), changes);
     saveEdits(file, input(), output_);
+    return kSuccess;
   }
 
  private:

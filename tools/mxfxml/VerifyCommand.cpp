@@ -44,7 +44,7 @@ class VerifyCommand final : public Command {
     dictionary_.addDictionary(app());
   }
 
-  void run() const override {
+  ExitCode run() const override {
     refuseStoppedChange(input());
     const auto dictionary = dictionary_.load();
     const auto metadata = MXF::readHeaderMetadata(input(), dictionary, partition_);
@@ -55,6 +55,7 @@ class VerifyCommand final : public Command {
     writeStandardOutput(linesOf(diagnostics) + describe(comparison));
     if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics));
     if (!comparison.isEqual()) throw CommandError("the metadata of " + describe(partition_) + " comes back changed");
+    return kSuccess;
   }
 
  private:

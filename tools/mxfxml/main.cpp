@@ -13,25 +13,16 @@ namespace Vantor::Tool {
 
 namespace {
 
-enum ExitCode : int {
-  kSuccess = 0,  // also when a file was changed and only the summary could not be written
-  // Something is wrong with an input or an output, or the user has interrupted the writing of a copy; the last line on
-  // standard error has the reason. At other moments a signal ends the program as usual.
-  kFailure = 1,
-  kWrongUsage = 2  // the command line cannot be understood
-};
-
 int runCommand(const Command& command) {
   try {
-    command.run();
-    return kSuccess;
+    return command.run();
   } catch (const UsageError& error) {
     printMessage(std::string(error.what()) + "; see " + kProgramName + " " + command.name() + " --help");
     return kWrongUsage;
   } catch (...) {
     printMessage(currentExceptionText(command.input()));
   }
-  return kFailure;
+  return command.failure();
 }
 
 int refuse(const CLI::App& program, const std::string& reason) {
