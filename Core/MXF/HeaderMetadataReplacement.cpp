@@ -89,11 +89,12 @@ PlannedReplacement plan(const std::vector<std::optional<MetadataRoom>>& rooms, c
 
 /// The replacements, checked, in the order of their partitions. `replacements` outlives the result.
 std::vector<PlannedReplacement> planReplacements(DataIO::SeekableSource& source, const FileStructure& structure,
-                                                 const MetadataReplacements& replacements) {
+                                                 const Replacements& replacements) {
+  if (!replacements.labels.isEmpty()) raise<InvalidFormat>("partition packs cannot get other labels yet");
   const auto rooms = refuseUnsafe(source, structure);
   std::vector<PlannedReplacement> planned;
   const Bytes* checked = nullptr;
-  for (const auto& replacement : replacements) {
+  for (const auto& replacement : replacements.metadata) {
     if (replacement.bytes.get() != checked) requireMetadata(replacement);
     checked = replacement.bytes.get();
     planned.push_back(plan(rooms, replacement));
@@ -108,7 +109,7 @@ std::vector<PlannedReplacement> planReplacements(DataIO::SeekableSource& source,
   return planned;
 }
 
-std::vector<PlannedReplacement> plan(SeekableSource& source, const MetadataReplacements& replacements) {
+std::vector<PlannedReplacement> plan(SeekableSource& source, const Replacements& replacements) {
   return planReplacements(source, readStructure(source), replacements);
 }
 
@@ -274,9 +275,9 @@ class FileRewriter {
 };
 
 /// Returns the size of the copy, with which the progress has not been called yet.
-uint64 writeCopy(SeekableSource& source, const MetadataReplacements& replacements, DataIO::DataSink& output,
+uint64 writeCopy(SeekableSource& source, const Replacements& replacements, DataIO::DataSink& output,
                  const Progress& progress) {
-  if (replacements.empty()) {
+  if (replacements.isEmpty()) {
     ReportingSink reporting(output, source.size(), progress);
     source.seek(0);
     DataIO::copyBytes(source, source.size(), reporting);
@@ -291,7 +292,7 @@ uint64 writeCopy(SeekableSource& source, const MetadataReplacements& replacement
   return rewriter.size();
 }
 
-uint64 writeCopy(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
+uint64 writeCopy(const Path& original, const FileState& expected, const Replacements& replacements,
                  DataIO::DataSink& output, const Progress& progress) {
   requireNoJournal(original);
   DataIO::File::requireState(original, expected, "cannot copy");
@@ -307,12 +308,12 @@ void endCopy(const Path& original, const FileState& expected, uint64 size, const
 
 }  // namespace
 
-bool fits(SeekableSource& file, const MetadataReplacements& replacements) {
+bool fits(SeekableSource& file, const Replacements& replacements) {
   const auto planned = plan(file, replacements);
   return std::all_of(planned.begin(), planned.end(), [](const PlannedReplacement& one) { return one.fits(); });
 }
 
-void replaceInPlace(const Path& file, const FileState& expected, const MetadataReplacements& replacements) {
+void replaceInPlace(const Path& file, const FileState& expected, const Replacements& replacements) {
   DataIO::File::requireState(file, expected, "cannot change");
   std::vector<DataIO::File::NewBytes> changes;
   {
@@ -324,21 +325,20 @@ void replaceInPlace(const Path& file, const FileState& expected, const MetadataR
   DataIO::File::changeInPlace(file, expected, changes);
 }
 
-void rewrite(SeekableSource& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
+void rewrite(SeekableSource& original, const Replacements& replacements, DataIO::DataSink& output,
              const Progress& progress) {
   const uint64 size = writeCopy(original, replacements, output, progress);
   if (progress) progress(size, size);
 }
 
-void rewrite(const Path& original, const FileState& expected, const MetadataReplacements& replacements,
+void rewrite(const Path& original, const FileState& expected, const Replacements& replacements,
              DataIO::DataSink& output, const Progress& progress) {
   const uint64 size = writeCopy(original, expected, replacements, output, progress);
   endCopy(original, expected, size, progress);
 }
 
-DataIO::File::Durability rewrite(const Path& original, const FileState& expected,
-                                 const MetadataReplacements& replacements, const Path& target,
-                                 const Progress& progress) {
+DataIO::File::Durability rewrite(const Path& original, const FileState& expected, const Replacements& replacements,
+                                 const Path& target, const Progress& progress) {
   requireNoJournal(target);  // it would be taken for that of the new file
   auto replaced = openToReplace(original, target);
   DataIO::File::AtomicFile file(target);

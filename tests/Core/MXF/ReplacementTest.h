@@ -42,16 +42,15 @@ inline FileLayout fivePartitions(uint32 kag = 1, uint64 spare = 0) {
 }
 
 /// For files that no other program changes.
-inline bool fits(const Path& file, const MetadataReplacements& replacements) {
+inline bool fits(const Path& file, const Replacements& replacements) {
   DataIO::File::FileDataSource source(file);
   return fits(source, replacements);
 }
-inline void replaceInPlace(const Path& file, const MetadataReplacements& replacements) {
+inline void replaceInPlace(const Path& file, const Replacements& replacements) {
   replaceInPlace(file, DataIO::File::stateOf(file), replacements);
 }
 template <class Output>
-void rewrite(const Path& original, const MetadataReplacements& replacements, Output&& output,
-             const Progress& progress = {}) {
+void rewrite(const Path& original, const Replacements& replacements, Output&& output, const Progress& progress = {}) {
   rewrite(original, DataIO::File::stateOf(original), replacements, output, progress);
 }
 
