@@ -6,7 +6,7 @@
 #include "Core/KLV/LocalSet.h"
 #include "Core/KLV/PrimerPack.h"
 #include "Core/MXF/PartitionPack.h"
-#include "Core/Metadata/CollectionElements.h"
+#include "Core/MXF/PrefaceLabels.h"
 #include "Core/Metadata/EntryView.h"
 #include "Core/Platform/Raise.h"
 
@@ -23,12 +23,6 @@ constexpr uint8 kLengthOctets = 4;  // customary for packs
 constexpr uint16 kMajorVersion = 1;
 constexpr uint16 kMinorVersion = 3;  // ST 377-1
 constexpr uint32 kKAGSize = 1;
-
-/// Preface properties of ST 377-1.
-constexpr KLV::Key kOperationalPattern({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05,  //
-                                        0x01, 0x02, 0x02, 0x03, 0x00, 0x00, 0x00, 0x00});
-constexpr KLV::Key kEssenceContainers({0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05,  //
-                                       0x01, 0x02, 0x02, 0x10, 0x02, 0x01, 0x00, 0x00});
 
 void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink& value,
               uint8 lengthOctets = kLengthOctets) {
@@ -80,31 +74,11 @@ void writeInSerializationOrder(PartitionMetadata& partition, DataIO::DataSink& s
   for (auto at = partition.darkBegin(); at != partition.darkEnd(); ++at) (*at)->serialize(sink);
 }
 
-/// Reads the 16 octets of a value that is a label by its meaning, of any type in the dictionary.
-Types::UniversalLabel labelFrom(const Types::SimpleDataType& value) {
-  if (value.encodedSize() == KLV::Key::kSize) return Types::UniversalLabel(value.rawBuffer());
-  raise<InvalidFormat>("a label of the Preface has {} octets instead of 16", value.encodedSize());
-}
-
-Types::UniversalLabel operationalPattern(const MetadataSet& preface) {
-  const Element* property = preface.find(Types::UniversalLabel(kOperationalPattern));
-  if (property != nullptr && property->wireValue() != nullptr) return labelFrom(*property->wireValue());
-  raise<InvalidFormat>("the Preface has no operational pattern");
-}
-
-std::vector<Types::UniversalLabel> essenceContainers(const MetadataSet& preface) {
-  std::vector<Types::UniversalLabel> labels;
-  const Element* element = preface.find(Types::UniversalLabel(kEssenceContainers));
-  const auto* property = dynamic_cast<const CollectionElement*>(element);
-  for (uint32 i = 0; property != nullptr && i < property->size(); ++i) {
-    labels.push_back(labelFrom(property->value()->at(i)));
-  }
-  return labels;
-}
-
 PartitionPack headerPartition(const PartitionMetadata& partition, uint64 headerByteCount) {
   const MetadataSet* const preface = partition.preface();
   if (preface == nullptr) raise<InvalidFormat>("the header metadata has no Preface");
+  const auto operationalPattern = operationalPatternOf(*preface);
+  if (!operationalPattern) raise<InvalidFormat>("the Preface has no operational pattern");
   PartitionPack pack;
   pack.kind = KLV::PartitionKind::kHeader;
   pack.status = KLV::PartitionStatus::kClosedComplete;
@@ -112,8 +86,8 @@ PartitionPack headerPartition(const PartitionMetadata& partition, uint64 headerB
   pack.minorVersion = kMinorVersion;
   pack.kagSize = kKAGSize;
   pack.headerByteCount = headerByteCount;
-  pack.operationalPattern = operationalPattern(*preface);
-  pack.essenceContainers = essenceContainers(*preface);
+  pack.operationalPattern = *operationalPattern;
+  pack.essenceContainers = essenceContainersOf(*preface);
   return pack;
 }
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Edit/Merge.h"
+
+namespace Vantor::Edit {
+
+/// Lists the schemes of the descriptive frameworks that an edit has brought in the Preface's DescriptiveSchemes, and
+/// takes out those whose last framework is gone (ST 377-1). A list that the edit has changed itself stays as it is, and
+/// so do the schemes of frameworks that no register has.
+/// @return the changed property; none when nothing was to be done.
+std::optional<MergePlace> followFrameworks(const PartitionMetadata& before, PartitionMetadata& after);
+
+}  // namespace Vantor::Edit
