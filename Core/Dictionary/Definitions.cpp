@@ -88,6 +88,21 @@ uint32 Definitions::addRegister(std::string name) {
   return place;
 }
 
+void Definitions::addMeanings(DictionaryBuilder& builder) const {
+  Templates::vector<const MetaMetadata::Enumeration*> made;
+  for (const auto& definition : enumerations_) {
+    auto& enumeration = builder.addEnumeration(definition.name);
+    for (const auto& value : definition.values) enumeration.add(value.number, value.name);
+    made.push_back(&enumeration);
+  }
+  for (const auto& property : properties_) {
+    const auto& type = property.type;
+    if (!type.enumeration.empty()) builder.setEnumeration(property.key, *made[placeOfEnumeration(type.enumeration)]);
+    if (!type.target.empty()) builder.setTarget(property.key, type.target);
+  }
+  for (const auto& label : labels_) builder.addLabel(label.key, label.symbol, label.name);
+}
+
 SharedPtr<const MetaMetadata::Dictionary> Definitions::makeDictionary(MetaMetadata::Vocabulary vocabulary) {
   check();
   DictionaryBuilder builder(vocabulary);
@@ -103,6 +118,7 @@ SharedPtr<const MetaMetadata::Dictionary> Definitions::makeDictionary(MetaMetada
       builder.addAttribute(properties_[use.property].key, use.staticLocalTag, use.requiredStatus);
     }
   }
+  addMeanings(builder);
   return builder.build();
 }
 

@@ -96,6 +96,8 @@ class Definitions {
   void enterEnumeration(uint32 place);
   void enterLabel(uint32 place);
 
+  /// Gives the properties of a dictionary their enumerations and targets, and adds the labels.
+  void addMeanings(MetaMetadata::DictionaryBuilder& builder) const;
   /// Makes room for what a text of this size may hold.
   void reserve(std::size_t textSize);
   uint32 addSource(std::string name);

@@ -51,6 +51,13 @@ const MetaElement* Dictionary::findElementByStaticTag(uint16 tag) const {
   return at(elements_, elementsByStaticTag_.find(tag, [](uint32) { return true; }));
 }
 
+const Label* Dictionary::findLabel(const Types::UniversalLabel& label) const {
+  const auto wanted = elementIdentity(label.rawBuffer());
+  const uint32 place = labelsByKey_.find(
+      wanted.hash(), [&](uint32 candidate) { return elementIdentity(labels_[candidate].key.rawBuffer()) == wanted; });
+  return place == HashIndex::kNotFound ? nullptr : &labels_[place];
+}
+
 void Dictionary::indexNames() const {
   std::call_once(namesIndexed_, [this] {
     indexByName(sets_, setsByName_);

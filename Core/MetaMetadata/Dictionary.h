@@ -2,10 +2,12 @@
 
 #include <deque>
 #include <mutex>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "Core/KLV/Key.h"
+#include "Core/MetaMetadata/Enumeration.h"
 #include "Core/MetaMetadata/HashIndex.h"
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/MetaMetadata/MetaMetadataSet.h"
@@ -14,6 +16,13 @@
 #include "Core/Types/UniversalLabel.h"
 
 namespace Vantor::MetaMetadata {
+
+/// A universal label that means something by itself (SMPTE ST 400).
+struct Label {
+  Types::UniversalLabel key;
+  std::string symbol;
+  std::string name;
+};
 
 /// The definitions of metadata sets and of their properties. Made by a `DictionaryBuilder`, never changed afterwards:
 /// any number of threads may share one. Every definition that it hands out belongs to it and lives as long as it does.
@@ -42,6 +51,10 @@ class Dictionary {
   /// A property that has this static local tag in some set. 0 is no tag.
   const MetaElement* findElementByStaticTag(uint16 tag) const;
 
+  /// A label that was added to the dictionary; octet 8 is ignored. The built-in labels are not among them: see
+  /// `builtInLabels()`.
+  const Label* findLabel(const Types::UniversalLabel& label) const;
+
   /// Every set that has this name (`MetaMetadataSet::isNamed`), in order of definition.
   std::vector<const MetaMetadataSet*> findSetsByName(std::string_view name) const;
   /// The property of that name among those of a set, by symbol before tag name; null when the set lists none.
@@ -59,6 +72,8 @@ class Dictionary {
   Pool<MetaElement> simpleElements_;
   Pool<MetaCollectionElement> collectionElements_;
   Pool<ExtensionAttributes> attributeExtensions_;
+  Pool<Enumeration> enumerations_;
+  Templates::vector<Label> labels_;
   Templates::vector<auto_ptr<MetaMetadataSet>> ownedSets_;
   Templates::vector<const MetaMetadataSet*> sets_;
   Templates::vector<const MetaElement*> elements_;
@@ -66,6 +81,7 @@ class Dictionary {
   HashIndex setsBySymbol_;
   HashIndex elementsByLabel_;
   HashIndex elementsByStaticTag_;
+  HashIndex labelsByKey_;
   // Made by the first look-up by name: most processes need none.
   mutable std::once_flag namesIndexed_;
   mutable HashIndex setsByName_;

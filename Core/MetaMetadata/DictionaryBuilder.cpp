@@ -80,6 +80,7 @@ struct DictionaryBuilder::State {
   SharedPtr<const ExtensionAttributes> elementNames;
   SharedPtr<const ExtensionAttributes> identifierNames;
   Templates::vector<PendingSet> sets;                           // beside dictionary->ownedSets_
+  Templates::vector<MetaElement*> elements;                     // beside dictionary->elements_
   Templates::vector<OwnAttribute> attributes;                   // of all sets, each set's in one run
   Templates::vector<const ExtensionAttributes*> schemaIndexes;  // [n] holds the place n + 1
 };
@@ -98,6 +99,7 @@ void DictionaryBuilder::reserve(std::size_t elements, std::size_t sets) {
   dictionary.setsByKey_.reserve(sets);
   dictionary.setsBySymbol_.reserve(sets);
   state_->sets.reserve(sets);
+  state_->elements.reserve(elements);
   state_->attributes.reserve(elements);
 }
 
@@ -115,13 +117,14 @@ void DictionaryBuilder::addElement(const Types::UniversalLabel& label, std::stri
   wstring tagName = tagNameOf(symbol, extensionAttributes);
   const auto& names = isIdentifierName(tagName) ? state_->identifierNames : state_->elementNames;
   auto extensions = withDefaults(names, std::move(tagName), extensionAttributes);
-  const MetaElement* element =
+  MetaElement* element =
       type.itemType == Types::Identifiers::kNone
           ? &dictionary.simpleElements_.emplace_back(label, std::string(symbol), type.type, std::move(extensions))
           : &dictionary.collectionElements_.emplace_back(label, std::string(symbol), type.type, type.itemType,
                                                          std::move(extensions));
   dictionary.elementsByLabel_.insert(elementIdentity(label.rawBuffer()).hash(), sizeOf(dictionary.elements_));
   dictionary.elements_.push_back(element);
+  state_->elements.push_back(element);
 }
 
 void DictionaryBuilder::addSet(std::string_view key, std::string_view symbol, std::string_view parent, bool isConcrete,
@@ -163,6 +166,34 @@ void DictionaryBuilder::addAttribute(const Types::UniversalLabel& elementLabel, 
   auto& extensions = state_->dictionary->attributeExtensions_;
   ExtensionAttributes* custom = extensionAttributes.isEmpty() ? nullptr : &extensions.emplace_back(extensionAttributes);
   state_->attributes.push_back({element, requiredStatus, staticLocalTag, custom});
+}
+
+Enumeration& DictionaryBuilder::addEnumeration(std::string_view name) {
+  return state_->dictionary->enumerations_.emplace_back(name);
+}
+
+MetaElement& DictionaryBuilder::definedElement(const Types::UniversalLabel& label) {
+  const uint32 element = state_->findElement(label.rawBuffer());
+  if (element == HashIndex::kNotFound) raise<InvalidFormat>("a property that is not defined: {}", textOf(label));
+  return *state_->elements[element];
+}
+
+void DictionaryBuilder::setEnumeration(const Types::UniversalLabel& elementLabel, const Enumeration& enumeration) {
+  definedElement(elementLabel).enumeration_ = &enumeration;
+}
+
+void DictionaryBuilder::setTarget(const Types::UniversalLabel& elementLabel, std::string_view set) {
+  auto& element = definedElement(elementLabel);
+  element.target_ = state_->dictionary->findSetBySymbol(set);
+  if (element.target_ == nullptr) {
+    raise<InvalidFormat>("{} refers to {}, which is not defined", element.symbol(), set);
+  }
+}
+
+void DictionaryBuilder::addLabel(const Types::UniversalLabel& label, std::string_view symbol, std::string_view name) {
+  auto& dictionary = *state_->dictionary;
+  dictionary.labelsByKey_.insert(elementIdentity(label.rawBuffer()).hash(), sizeOf(dictionary.labels_));
+  dictionary.labels_.push_back({label, std::string(symbol), std::string(name)});
 }
 
 SharedPtr<const Dictionary> DictionaryBuilder::build() {

@@ -75,12 +75,31 @@ class DictionaryBuilder {
   void addAttribute(const Types::UniversalLabel& elementLabel, uint16 staticLocalTag = 0,
                     uint32 requiredStatus = kOptional, const ExtensionAttributes& extensionAttributes = {});
 
+  /// Defines an enumeration without numbers; the result takes them until `build`.
+  Enumeration& addEnumeration(std::string_view name);
+  /// Gives the numbers of a property names.
+  /// @param elementLabel  of a property that is defined already.
+  /// @param enumeration   a result of `addEnumeration`.
+  /// @throws Exceptions::InvalidFormat when there is no such property.
+  void setEnumeration(const Types::UniversalLabel& elementLabel, const Enumeration& enumeration);
+  /// Gives the references of a property a target.
+  /// @param elementLabel  of a property that is defined already.
+  /// @param set           the symbol of a set that is defined already.
+  /// @throws Exceptions::InvalidFormat when there is no such property or set.
+  void setTarget(const Types::UniversalLabel& elementLabel, std::string_view set);
+
+  /// Adds a label. @param name  for people, in UTF-8.
+  void addLabel(const Types::UniversalLabel& label, std::string_view symbol, std::string_view name);
+
   /// The dictionary of what was added; the builder is empty afterwards.
   /// @throws Exceptions::InvalidFormat naming the set when a parent is not defined or a set inherits from itself;
   ///         the builder can only be destroyed then.
   SharedPtr<const Dictionary> build();
 
  private:
+  /// @throws Exceptions::InvalidFormat when there is none.
+  MetaElement& definedElement(const Types::UniversalLabel& label);
+
   struct State;
   auto_ptr<State> state_;
 };

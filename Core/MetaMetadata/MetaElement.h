@@ -9,6 +9,9 @@
 
 namespace Vantor::MetaMetadata {
 
+class Enumeration;
+class MetaMetadataSet;
+
 /// The definition of a property (SMPTE ST 335), whichever sets use it. Belongs to its `Dictionary` and lives as long;
 /// never changes, so any thread may read it.
 class MetaElement {
@@ -26,14 +29,23 @@ class MetaElement {
   bool isNamed(std::string_view name) const;
   /// `kArray` or `kBatch` exactly for a `MetaCollectionElement`.
   Types::Identifiers::Identifier dataType() const { return dataType_; }
+  /// The set that a reference, or each item of a collection of references, leads to, or that its target inherits from;
+  /// null for other types, and where it is not known.
+  const MetaMetadataSet* target() const { return target_; }
+  /// The names of the value's numbers; null for other types.
+  const Enumeration* enumeration() const { return enumeration_; }
   /// Empty when there is none of that name.
   const wstring& extensionAttribute(std::u16string_view name) const { return extensionAttributes_.get(name); }
 
  private:
+  friend class DictionaryBuilder;
+
   Types::UniversalLabel key_;
   std::string symbol_;
   Types::Identifiers::Identifier dataType_;
   ExtensionAttributes extensionAttributes_;
+  const MetaMetadataSet* target_ = nullptr;
+  const Enumeration* enumeration_ = nullptr;
 };
 
 /// The definition of a property whose value is an array or a batch.

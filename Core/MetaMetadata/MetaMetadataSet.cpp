@@ -37,6 +37,12 @@ bool MetaMetadataSet::isNamed(std::string_view name) const {
   return symbol_ == name || extensionAttributes_.isTagName(name);
 }
 
+bool MetaMetadataSet::isOrInherits(const MetaMetadataSet& other) const {
+  const auto* set = this;
+  while (set != nullptr && set != &other) set = set->parent_;
+  return set != nullptr;
+}
+
 const MetaAttribute* MetaMetadataSet::findAttributeByStaticTag(uint16 tag) const {
   const uint32 place = attributesByStaticTag_.find(tag, [](uint32) { return true; });
   return place == HashIndex::kNotFound ? nullptr : &attributes_[place];

@@ -37,6 +37,8 @@ class MetaMetadataSet {
   const wstring& extensionAttribute(std::u16string_view name) const { return extensionAttributes_.get(name); }
   /// The set that this one inherits properties from; null for a root.
   const MetaMetadataSet* parent() const { return parent_; }
+  /// Whether this is the other set or inherits from it. @param other  of the same dictionary.
+  bool isOrInherits(const MetaMetadataSet& other) const;
   /// Whether files may hold sets of this very definition.
   bool isConcrete() const { return concrete_; }
 

@@ -338,6 +338,24 @@ TEST(Definitions, MakeDictionariesOfBothVocabulariesOneAfterTheOther) {
   EXPECT_EQ(legacy->findSetBySymbol("Take"), nullptr);
 }
 
+TEST(Definitions, GiveDictionariesTargetsEnumerationsAndLabels) {
+  const auto dictionary = extendBuiltIn(R"(enum AcmeGrade UInt8
+  1  Fine
+060e2b34.027f0101.0f0e0d0c.00000100  AcmeNote  InterchangeObject
+  -  060e2b34.01010101.0f0e0d0c.00010000  Grade  AcmeGrade  required
+extend Preface
+  -  060e2b34.01010101.0f0e0d0c.00020000  Notes  BatchOf(StrongReference(AcmeNote))  optional
+label 060e2b34.04010101.0f0e0d0c.01000000  AcmeScheme  Acme's notes
+)")
+                              .makeDictionary();
+  const auto& note = *dictionary->findSetBySymbol("AcmeNote");
+  EXPECT_EQ(note.findAttribute("Grade")->metaElement()->enumeration()->nameOf(1), "Fine");
+  const auto& preface = *dictionary->findSetBySymbol("Preface");
+  EXPECT_EQ(preface.findAttribute("Notes")->metaElement()->target(), &note);
+  EXPECT_EQ(preface.findAttribute("PrimaryPackage")->metaElement()->target(), dictionary->findSetBySymbol("Package"));
+  EXPECT_EQ(dictionary->findLabel(label("060e2b34.04010101.0f0e0d0c.01000000"))->name, "Acme's notes");
+}
+
 TEST(Definitions, LeaveTheirDictionariesBehind) {
   SharedPtr<const MetaMetadata::Dictionary> dictionary;
   {

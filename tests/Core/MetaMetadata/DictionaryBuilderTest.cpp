@@ -316,6 +316,59 @@ TEST(DictionaryBuilder, NamesAPropertyThatIsNotDefined) {
             "set Package lists a property that is not defined: urn:smpte:ul:060e2b34.01010101.01030302.01000000");
 }
 
+TEST(DictionaryBuilder, GivesReferencesTheirTarget) {
+  auto builder = smallBuilder();
+  builder.setTarget(label(kTracksKey), "Package");
+  const auto dictionary = builder.build();
+  EXPECT_EQ(dictionary->findElement(label(kTracksKey))->target(), dictionary->findSetBySymbol("Package"));
+  EXPECT_EQ(dictionary->findElement(label(kNameKey))->target(), nullptr);
+}
+
+TEST(DictionaryBuilder, NamesATargetThatIsNotDefined) {
+  auto builder = smallBuilder();
+  EXPECT_THAT([&] { builder.setTarget(label(kTracksKey), "Track"); },
+              ::testing::ThrowsMessage<Exceptions::InvalidFormat>(
+                  HasSubstr("PackageTracks refers to Track, which is not defined")));
+}
+
+TEST(DictionaryBuilder, GivesNumbersTheirNamesInAnyOrder) {
+  auto builder = smallBuilder();
+  auto& enumeration = builder.addEnumeration("Grade");
+  enumeration.add(200, "Fine");
+  enumeration.add(-1, "Rough");
+  enumeration.add(200, "Finest");
+  builder.setEnumeration(label(kNameKey), enumeration);
+  const auto dictionary = builder.build();
+  const auto& found = *dictionary->findElement(label(kNameKey))->enumeration();
+  EXPECT_EQ(found.name(), "Grade");
+  EXPECT_EQ(found.nameOf(-1), "Rough");
+  EXPECT_EQ(found.nameOf(200), "Fine");
+  EXPECT_EQ(found.nameOf(0), "");
+  EXPECT_TRUE(found.has(-1));
+  EXPECT_FALSE(found.has(201));
+  EXPECT_EQ(dictionary->findElement(label(kTracksKey))->enumeration(), nullptr);
+}
+
+TEST(DictionaryBuilder, FindsLabelsWhateverTheirVersion) {
+  DictionaryBuilder builder;
+  builder.addLabel(label("060e2b34.04010101.0f0e0d0c.01000000"), "AcmeScheme", "Acme's notes");
+  const auto dictionary = builder.build();
+  const auto* found = dictionary->findLabel(label("060e2b34.0401010d.0f0e0d0c.01000000"));
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found->symbol, "AcmeScheme");
+  EXPECT_EQ(found->name, "Acme's notes");
+  EXPECT_EQ(dictionary->findLabel(label("060e2b34.04010101.0f0e0d0c.02000000")), nullptr);
+}
+
+TEST(DictionaryBuilder, KnowsTheAncestorsOfASet) {
+  const auto dictionary = smallBuilder().build();
+  const auto& package = *dictionary->findSetBySymbol("Package");
+  const auto& object = *dictionary->findSetBySymbol("InterchangeObject");
+  EXPECT_TRUE(package.isOrInherits(object));
+  EXPECT_TRUE(package.isOrInherits(package));
+  EXPECT_FALSE(object.isOrInherits(package));
+}
+
 TEST(DictionaryBuilder, IsEmptyAfterBuilding) {
   auto builder = smallBuilder();
   const auto first = builder.build();

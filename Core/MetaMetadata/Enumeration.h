@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "Core/Platform/Containers.h"
+#include "Core/Platform/Types.h"
+
+namespace Vantor::MetaMetadata {
+
+/// An integer type whose numbers have names (SMPTE ST 2003). Belongs to its `Dictionary` and lives as long; never
+/// changes, so any thread may read it.
+class Enumeration {
+ public:
+  explicit Enumeration(std::string_view name) : name_(name) {}
+
+  const std::string& name() const { return name_; }
+  /// Count of numbers.
+  std::size_t size() const { return values_.size(); }
+  bool has(int64 number) const { return find(number) != nullptr; }
+  /// The name of a number, the first of several; empty when it has none.
+  std::string_view nameOf(int64 number) const;
+
+  /// Adds a number with its name. To be called before anybody reads.
+  void add(int64 number, std::string_view name);
+
+ private:
+  struct Value {
+    int64 number;
+    uint32 nameStart;  // in `names_`
+    uint32 nameSize;
+  };
+  const Value* find(int64 number) const;
+
+  std::string name_;
+  Templates::vector<Value> values_;  // by number
+  std::string names_;                // of all values, so that no value allocates
+};
+
+}  // namespace Vantor::MetaMetadata

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Core/DataIO/SeekableSource.h"
+#include "Core/MXF/FileStructure.h"
+#include "Core/Metadata/PartitionMetadata.h"
+
+/// Rules about what header metadata and partition packs have to state, and what a file has that breaks them.
+namespace Vantor::Edit {
+
+enum class Severity {
+  kNote,     ///< unusual
+  kWarning,  ///< violates a standard; players cope with it
+  kError     ///< players or validators refuse the file
+};
+
+/// A rule. There is one object of each, which lives until the process ends.
+struct Rule {
+  const char* code;  ///< for people to type: lower case, words joined by hyphens
+  Severity severity;
+  const char* sentence;  ///< what is wrong; each "{name}" stands for an argument of the finding, in order
+  const char* source;    ///< the standard that asks for it, and the place in it where that is known
+};
+
+/// What breaks a rule.
+struct Finding {
+  const Rule* rule = nullptr;
+  /// The partitions whose pack or metadata break it, ascending; 0 is the header partition. Repetitions of header
+  /// metadata share a finding. Empty when it concerns the file as a whole.
+  std::vector<std::size_t> partitions;
+  std::string set;       ///< `MetadataSet::fullName`; empty when no set is concerned
+  std::string property;  ///< its symbol; empty when the set as a whole is concerned, or none
+  std::vector<std::string> arguments;
+};
+
+/// The sentence of the rule with the arguments, in English.
+std::string describe(const Finding& finding);
+
+/// Every rule, by code.
+std::vector<const Rule*> rules();
+/// Null when there is none of that code.
+const Rule* findRule(std::string_view code);
+
+/// What rules look at: partitions with their metadata, as they are in a file or will be after an edit.
+struct FileState {
+  struct Partition {
+    MXF::PartitionInfo info;
+    /// Its header metadata, with all rows of the primer pack as they were read; null when it has none, or none that can
+    /// be read. Repetitions share one object, and rules look at it once.
+    SharedPtr<const PartitionMetadata> metadata;
+    std::string problem;  ///< why its metadata cannot be read; empty when they can, or when it has none
+  };
+  uint64 fileSize = 0;                ///< in bytes
+  uint64 runIn = 0;                   ///< bytes before the header partition pack
+  std::vector<Partition> partitions;  ///< in file order, the header partition first
+};
+
+/// Reads what rules look at; no essence, whatever the file's size.
+/// @param dictionary  names sets and properties; the result keeps a reference to it.
+/// @throws Exceptions::ParseError with the offset when there is no header partition, or its metadata cannot be read.
+/// Those of other partitions may be damaged: see `FileState::Partition::problem`. Exceptions::IOError when the file
+/// cannot be read.
+FileState readState(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
+
+/// Reads the metadata of a partition from bytes that are to be written.
+/// @param bytes  a primer pack, then sets, as `MXF::writeHeaderMetadata` writes them.
+/// @throws Exceptions::ParseError with the offset when they are no such thing.
+SharedPtr<const PartitionMetadata> readMetadata(const Bytes& bytes,
+                                                const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
+
+/// Everything that breaks a rule: by partition, then in file order of the sets. Takes time in proportion to the sets
+/// and properties. Any number of threads may check the same state.
+std::vector<Finding> check(const FileState& state);
+
+/// The findings of `after` that `before` does not have, by rule, partition, set and property; the arguments do not
+/// count.
+std::vector<Finding> newFindings(const std::vector<Finding>& before, std::vector<Finding> after);
+
+}  // namespace Vantor::Edit
