@@ -1,20 +1,14 @@
 #include "Edit/File.h"
 
-#include <algorithm>
 #include <utility>
 
-#include "Core/Comparison/PartitionComparison.h"
-#include "Core/Comparison/SetPairing.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataReader.h"
-#include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/MXF/MetadataRoom.h"
-#include "Core/Metadata/EntryView.h"
-#include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Platform/Raise.h"
-#include "Edit/Repetitions.h"
+#include "Edit/SavePlan.h"
 
 namespace Vantor::Edit {
 
@@ -23,47 +17,6 @@ namespace {
 using DataIO::File::FileDataSource;
 using Exceptions::IOError;
 using Exceptions::raise;
-
-/// What saving will write.
-struct Plan {
-  SaveReport report;
-  MXF::MetadataReplacements replacements;
-};
-
-SharedPtr<const Bytes> written(PartitionMetadata& metadata) {
-  DataIO::Memory::MemoryDataSink sink;
-  MXF::writeHeaderMetadata(metadata, MXF::SetOrder::kFile, sink);
-  return std::make_shared<const Bytes>(sink.take());
-}
-
-/// Whether the other partition has the same set under the same InstanceUID.
-bool hasSame(const MetadataSet& set, const PartitionMetadata& partition, const PartitionMetadata& other) {
-  const auto* found = findOnly(other, *set.instanceUID());
-  return found != nullptr && areSame(set, partition.partitionDictionary(), *found, other.partitionDictionary());
-}
-
-/// Whether the sets of two partitions with the same content have the same InstanceUIDs.
-bool haveSameInstanceUIDs(const PartitionMetadata& left, const PartitionMetadata& right) {
-  const SetPairing pairing(left, right);
-  const auto& pairs = pairing.setPairs();
-  return std::all_of(pairs.begin(), pairs.end(), [&](const SetPairing::SetPair& pair) {
-    const auto *leftUID = pair.first->instanceUID(), *rightUID = pair.second->instanceUID();
-    if (leftUID == nullptr || rightUID == nullptr) return leftUID == rightUID;
-    // Sets with the same content that no reference leads to may be paired either way.
-    return *leftUID == *rightUID || hasSame(*pair.first, left, right);
-  });
-}
-
-/// Properties get none of the local tags used in dark sets.
-void reserveDarkTags(PartitionMetadata& metadata) {
-  auto& tags = metadata.partitionDictionary();
-  for (const auto& entry : metadata.entries()) {
-    const EntryView view(entry);
-    if (!view.isDark()) continue;
-    const auto* octets = reinterpret_cast<const uint8*>(view.octets.data());
-    Vantor::reserveDarkTags(*view.key, octets, view.octets.size(), tags);
-  }
-}
 
 const Path& withoutStoppedChange(const Path& path) {
   if (!DataIO::File::hasJournal(path)) return path;
@@ -92,25 +45,20 @@ class File::State {
 
   PartitionMetadata& metadata() { return *metadata_; }
 
-  Plan plan() {
+  PartitionComparison compare() {
     if (isStale_) reopen();
-    Plan plan;
-    const auto before = bytesInFile();
-    const auto after = written(*metadata_);
-    plan.report.changes = changesBetween(before, *after, dictionary_);
-    if (plan.report.changes.isNone()) return plan;
-    plan.report.longValues = longValuesOf(*metadata_);
-    const auto structure = MXF::readStructure(*source_);
-    plan.replacements.emplace_back(numberIn(structure), after);
-    if (!choice_) planRepetitions(structure, after, plan);
-    plan.report.partitions = plan.replacements.size();
-    return plan;
+    return comparePartitions(*base(), *metadata_, Pairing::kByIdentifier);
   }
 
-  SaveReport save(const MXF::Progress& progress) {
+  SavePlan plan(const SaveOptions& options) {
+    if (isStale_) reopen();
+    return planSave({*source_, dictionary_, choice_, chosen_, end_, *metadata_}, options, signedBy_);
+  }
+
+  SaveReport save(const SaveOptions& options, const MXF::Progress& progress) {
     const Path& path = requirePath();
-    auto plan = this->plan();
-    if (plan.replacements.empty()) return plan.report;
+    auto plan = acceptedPlan(options);
+    if (plan.replacements.isEmpty()) return plan.report;
     if (MXF::fits(*source_, plan.replacements)) {
       MXF::replaceInPlace(path, fileState_, plan.replacements);
     } else {
@@ -118,11 +66,12 @@ class File::State {
     }
     fileState_ = DataIO::File::stateOf(path);
     isStale_ = true;
+    signedBy_.reset();
     return plan.report;
   }
 
-  SaveReport saveCopy(const Path& target, const MXF::Progress& progress) {
-    auto plan = this->plan();
+  SaveReport saveCopy(const Path& target, const SaveOptions& options, const MXF::Progress& progress) {
+    auto plan = acceptedPlan(options);
     if (path_) {
       plan.report.durability = MXF::rewrite(*path_, fileState_, plan.replacements, target, progress);
     } else {
@@ -133,8 +82,8 @@ class File::State {
     return plan.report;
   }
 
-  SaveReport saveTo(DataIO::DataSink& sink, const MXF::Progress& progress) {
-    auto plan = this->plan();
+  SaveReport saveTo(DataIO::DataSink& sink, const SaveOptions& options, const MXF::Progress& progress) {
+    auto plan = acceptedPlan(options);
     if (path_) {
       MXF::rewrite(*path_, fileState_, plan.replacements, sink, progress);
     } else {
@@ -156,11 +105,19 @@ class File::State {
     openFile();
     chosen_ = MXF::findPartition(*source_, choice_.value_or(MXF::PartitionChoice()));
     const auto structure = MXF::readStructure(*source_);
-    end_ = MXF::findMetadataRoom(*source_, structure, numberIn(structure))->end();
+    end_ = MXF::findMetadataRoom(*source_, structure, numberOf(chosen_, structure))->end();
     isStale_ = false;
   }
 
-  DataIO::File::Durability rewriteItself(const Path& path, const MXF::MetadataReplacements& replacements,
+  /// @throws FileGetsWorse.
+  SavePlan acceptedPlan(const SaveOptions& options) {
+    auto plan = this->plan(options);
+    auto refused = refusedFindings(plan.report, options);
+    if (!refused.empty()) throw FileGetsWorse(std::move(refused));
+    return plan;
+  }
+
+  DataIO::File::Durability rewriteItself(const Path& path, const MXF::Replacements& replacements,
                                          const MXF::Progress& progress) {
     file_.reset();  // some systems do not replace open files
     try {
@@ -181,60 +138,8 @@ class File::State {
     raise<IOError>("a file that was opened from a source has no place to be saved to; save a copy of it");
   }
 
-  Bytes bytesInFile() {
-    source_->seek(chosen_.packEnd);
-    Bytes bytes(static_cast<std::size_t>(end_ - chosen_.packEnd));
-    source_->read(bytes.data(), bytes.size());
-    return bytes;
-  }
-
-  std::size_t numberIn(const MXF::FileStructure& structure) const {
-    if (const auto number = MXF::partitionAt(structure, chosen_.offset)) return *number;
-    raise<IOError>("the {} at byte offset {} is not among the partitions that the file lists",
-                   choice_.value_or(MXF::PartitionChoice()).name(), chosen_.offset);
-  }
-
-  void planRepetitions(const MXF::FileStructure& structure, const SharedPtr<const Bytes>& after, Plan& plan) {
-    Repetitions repetitions(*source_, structure);
-    std::unique_ptr<PartitionMetadata> base;
-    SharedPtr<const Bytes> ofLast;
-    std::optional<UneditedPartition::Reason> reason;
-    for (std::size_t i = 1; i < structure.partitions.size(); ++i) {
-      const auto& partition = structure.partitions[i];
-      if (partition.damaged || partition.pack.headerByteCount == 0) continue;
-      const auto like = repetitions.like(i);
-      if (like == Repetitions::Like::kHeader) {
-        plan.replacements.emplace_back(i, after);
-        continue;
-      }
-      if (like == Repetitions::Like::kNone) {
-        if (base == nullptr) base = MXF::readHeaderMetadata(*source_, dictionary_, chosen_);
-        reason.reset();
-        ofLast = repetitionOf(*base, partition, reason);
-      }
-      if (reason) {
-        plan.report.unedited.push_back({i, *reason});
-      } else if (ofLast != nullptr) {
-        plan.replacements.emplace_back(i, ofLast);
-      }
-    }
-  }
-
-  /// The edited metadata of another partition; null, with a reason, when it does not repeat those of the base.
-  SharedPtr<const Bytes> repetitionOf(const PartitionMetadata& base, const MXF::PartitionInfo& partition,
-                                      std::optional<UneditedPartition::Reason>& reason) {
-    const auto other = MXF::readHeaderMetadata(*source_, dictionary_, partition);
-    if (!comparePartitions(base, *other).isEqual()) {
-      reason = UneditedPartition::Reason::kOtherMetadata;
-    } else if (!haveSameInstanceUIDs(base, *other)) {
-      reason = UneditedPartition::Reason::kOtherInstanceUIDs;
-    } else {
-      reserveDarkTags(*other);
-      if (Edit::merge(*other, base, {*metadata_}, Scope(base)).rejected.empty()) return written(*other);
-      reason = UneditedPartition::Reason::kUnidentifiedSets;
-    }
-    return nullptr;
-  }
+  /// The metadata as they are in the file.
+  std::unique_ptr<PartitionMetadata> base() { return MXF::readHeaderMetadata(*source_, dictionary_, chosen_); }
 
   std::optional<Path> path_;
   DataIO::File::FileState fileState_;
@@ -246,6 +151,7 @@ class File::State {
   bool isStale_ = false;  // source and places are those of the file before it was saved
   uint64 end_ = 0;        // of the metadata in the file
   std::unique_ptr<PartitionMetadata> metadata_;
+  std::optional<Types::UUID> signedBy_;  // the Identification of the edits that are not saved yet
 };
 
 File::File(const Path& path, SharedPtr<const MetaMetadata::Dictionary> dictionary,
@@ -280,13 +186,16 @@ DocumentReport File::mergeDocument(const void* bytes, std::size_t size, const Me
   return mergeDocument(LosslessXML::Document::fromBytes(bytes, size), options);
 }
 
-SaveReport File::preview() { return state_->plan().report; }
-SaveReport File::save(const MXF::Progress& progress) { return state_->save(progress); }
-SaveReport File::saveCopy(const Path& target, const MXF::Progress& progress) {
-  return state_->saveCopy(target, progress);
+PartitionComparison File::compare() { return state_->compare(); }
+SaveReport File::preview(const SaveOptions& options) { return state_->plan(options).report; }
+SaveReport File::save(const SaveOptions& options, const MXF::Progress& progress) {
+  return state_->save(options, progress);
 }
-SaveReport File::saveTo(DataIO::DataSink& sink, const MXF::Progress& progress) {
-  return state_->saveTo(sink, progress);
+SaveReport File::saveCopy(const Path& target, const SaveOptions& options, const MXF::Progress& progress) {
+  return state_->saveCopy(target, options, progress);
+}
+SaveReport File::saveTo(DataIO::DataSink& sink, const SaveOptions& options, const MXF::Progress& progress) {
+  return state_->saveTo(sink, options, progress);
 }
 
 }  // namespace Vantor::Edit

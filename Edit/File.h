@@ -5,38 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "Core/DataIO/File.h"
+#include "Core/Comparison/PartitionComparison.h"
 #include "Core/DataIO/SeekableSource.h"
-#include "Core/MXF/HeaderMetadataReplacement.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/Metadata/PartitionMetadata.h"
-#include "Edit/Changes.h"
 #include "Edit/DocumentMerge.h"
-#include "Edit/LongValues.h"
+#include "Edit/Save.h"
 
 /// Editing the header metadata of MXF files: read, change, save, and leave everything else alone.
 namespace Vantor::Edit {
-
-/// A partition that keeps its metadata, because they are not those of the header partition.
-struct UneditedPartition {
-  enum class Reason {
-    kOtherMetadata,     ///< its metadata differ from those of the header partition
-    kUnidentifiedSets,  ///< the same content, in which nothing identifies an edited set
-    kOtherInstanceUIDs  ///< the content is the same, the InstanceUIDs are not
-  };
-  std::size_t number;  ///< in file order; 0 is the header partition
-  Reason reason;
-};
-
-/// What saving writes, or wrote.
-struct SaveReport {
-  Changes changes = {};                          ///< of the metadata of the edited partition
-  std::size_t partitions = 0;                    ///< number of those with replaced metadata; 0 when nothing is edited
-  std::vector<UneditedPartition> unedited = {};  ///< only where the header partition is edited
-  std::vector<LongValue> longValues = {};
-  /// Whether the written file survives a power failure; without meaning for a sink.
-  DataIO::File::Durability durability = DataIO::File::Durability::kSurvivesPowerFailure;
-};
 
 /// An MXF file whose header metadata are edited.
 ///
@@ -73,21 +50,29 @@ class File {
   EditedDocument read(const LosslessXML::Document& document, const MergeOptions& options = {});
   MergeReport merge(const EditedDocument& edited, const MergeOptions& options = {});
 
-  /// What saving would write.
-  SaveReport preview();
+  /// How the metadata differ from those in the file.
+  PartitionComparison compare();
+
+  /// What saving would write, and what it would find. Completes and signs the metadata as saving does.
+  SaveReport preview(const SaveOptions& options = {});
 
   /// Saves into the file itself; writes nothing when nothing is edited. Metadata that fit are written in place, after a
   /// journal beside the file has taken the old bytes, so that a change that stops half-way can be undone. Otherwise the
   /// file is written anew and appears whole or not at all.
+  ///
+  /// What hangs together with the edit changes with it (`completeEdit`), in `metadata()` too: references to renamed
+  /// packages and tracks, the list of descriptive schemes, and the labels in the partition packs: in all of them, or
+  /// where one partition is edited, in its own.
   /// @param progress  called while the file is written anew; an exception from it cancels that and leaves the file as
   /// it was.
-  /// @throws Exceptions::IOError when another program has changed the file since, when it must not be changed or cannot
-  /// be written, and when this object was made from a source; what `MXF::rewrite` throws.
-  SaveReport save(const MXF::Progress& progress = {});
+  /// @throws FileGetsWorse for an edit that breaks a rule; Exceptions::IOError when another program has changed the
+  /// file since, when it must not be changed or cannot be written, and when this object was made from a source; what
+  /// `MXF::rewrite` throws.
+  SaveReport save(const SaveOptions& options = {}, const MXF::Progress& progress = {});
   /// Writes an edited copy, which appears whole or not at all. When nothing is edited, it has the same bytes.
-  SaveReport saveCopy(const Path& target, const MXF::Progress& progress = {});
+  SaveReport saveCopy(const Path& target, const SaveOptions& options = {}, const MXF::Progress& progress = {});
   /// Writes an edited copy into a sink.
-  SaveReport saveTo(DataIO::DataSink& sink, const MXF::Progress& progress = {});
+  SaveReport saveTo(DataIO::DataSink& sink, const SaveOptions& options = {}, const MXF::Progress& progress = {});
 
  private:
   class State;

@@ -18,11 +18,11 @@ using Types::UUID;
 
 Timestamp now() {
   const auto time = std::chrono::system_clock::now();
-  const auto milliSeconds = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count() % 1000;
+  const auto milliSeconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count() % 1000;
   const std::tm utc = fmt::gmtime(std::chrono::system_clock::to_time_t(time));
-  return {static_cast<uint16>(utc.tm_year + 1900), static_cast<uint8>(utc.tm_mon + 1),
-          static_cast<uint8>(utc.tm_mday),         static_cast<uint8>(utc.tm_hour),
-          static_cast<uint8>(utc.tm_min),          static_cast<uint8>(utc.tm_sec),
+  return {static_cast<uint16>(utc.tm_year + 1900), static_cast<uint8>(utc.tm_mon + 1), static_cast<uint8>(utc.tm_mday),
+          static_cast<uint8>(utc.tm_hour),         static_cast<uint8>(utc.tm_min),     static_cast<uint8>(utc.tm_sec),
           static_cast<uint16>(milliSeconds)};
 }
 
@@ -39,7 +39,8 @@ MetadataSet& addIdentification(PartitionMetadata& metadata, MetadataSet& preface
 }
 
 void giveGeneration(MetadataSet& set, const UUID& generation) {
-  const bool hasGeneration = set.definition() != nullptr && set.definition()->findAttribute("LinkedGenerationID") != nullptr;
+  const bool hasGeneration =
+      set.definition() != nullptr && set.definition()->findAttribute("LinkedGenerationID") != nullptr;
   if (hasGeneration) set.set("LinkedGenerationID", generation);
 }
 

@@ -10,6 +10,7 @@
 
 #include "Core/DataIO/DataSink.h"
 #include "Core/DataIO/File.h"
+#include "Core/MXF/PartitionPack.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
@@ -57,6 +58,9 @@ struct PackLabels {
 
   bool isEmpty() const { return !operationalPattern && !essenceContainers; }
 };
+
+/// Gives a pack the labels, whatever its partition. @return whether one of them was another one.
+bool relabel(PartitionPack& pack, const PackLabels& labels);
 
 /// All that changes in a file.
 struct Replacements {

@@ -136,8 +136,8 @@ TEST_F(FileTest, LeavesTheFileAloneWhereItsProgressThrows) {
   File file(path(), builtInDictionary());
   file.metadata().find("Identification").set("ApplicationName", std::u16string(30000, u'x'));
   const auto stop = [](uint64, uint64) { throw std::runtime_error("stopped"); };
-  EXPECT_THROW(file.saveCopy(folder_ / "copy.mxf", stop), std::runtime_error);
-  EXPECT_THROW(file.save(stop), std::runtime_error);
+  EXPECT_THROW(file.saveCopy(folder_ / "copy.mxf", {}, stop), std::runtime_error);
+  EXPECT_THROW(file.save({}, stop), std::runtime_error);
   EXPECT_EQ(contents(path()), contents(kSample));
   EXPECT_THAT(names(), testing::ElementsAre("programme.mxf"));
   EXPECT_EQ(file.preview().changes.changedSets, 1u) << "the object is as good as before";

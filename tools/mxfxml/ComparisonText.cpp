@@ -18,23 +18,29 @@ std::string insignificantLine(const PartitionComparison& comparison) {
   std::string line;
   for (std::size_t i = 0; i < PartitionComparison::kInsignificantKinds; ++i) {
     const auto kind = static_cast<InsignificantDifference>(i);
+    if (comparison.count(kind) == 0) continue;
     line += (line.empty() ? "" : ", ") + std::string(name(kind)) + " " + std::to_string(comparison.count(kind));
   }
-  return "not counted as differences: " + line;
+  return line.empty() ? "" : "not counted as differences: " + line + "\n";
 }
 
-std::string summaryLine(const PartitionComparison& comparison) {
-  return "sets compared " + std::to_string(comparison.sets) + ", different " +
-         std::to_string(comparison.differingSets) + "; properties compared " + std::to_string(comparison.properties) +
-         ", different " + std::to_string(comparison.differingProperties);
+std::string compared(const std::string& what, uint64 count, uint64 different) {
+  const std::string text = what + " compared " + std::to_string(count);
+  return different == 0 ? text : text + ", different " + std::to_string(different);
 }
 
 }  // namespace
 
-std::string describe(const PartitionComparison& comparison) {
+std::string differenceLines(const PartitionComparison& comparison) {
   std::string text;
   for (const auto& difference : comparison.differences) text += oneLine(lineOf(difference)) + "\n";
-  return text + insignificantLine(comparison) + "\n" + summaryLine(comparison) + "\n";
+  return text;
+}
+
+std::string describe(const PartitionComparison& comparison) {
+  return differenceLines(comparison) + insignificantLine(comparison) +
+         compared("sets", comparison.sets, comparison.differingSets) + "; " +
+         compared("properties", comparison.properties, comparison.differingProperties) + "\n";
 }
 
 }  // namespace Vantor::Tool

@@ -62,9 +62,9 @@ class DiffCommand final : public Command {
     const auto comparison = comparePartitions(*left, *right, pairing);
     const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
     writeStandardOutput(identifiers + describe(comparison));
-    if (!comparison.isEqual() || !identifiers.empty()) throw CommandError("differs from " + other_.u8string());
-    return kSuccess;
+    return comparison.isEqual() && identifiers.empty() ? kSuccess : kFailure;
   }
+  ExitCode failure() const override { return kTrouble; }
 
  private:
   std::unique_ptr<PartitionMetadata> read(const Path& file) const {

@@ -1,11 +1,14 @@
 #include "EditReport.h"
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <system_error>
 
+#include "ComparisonText.h"
 #include "CopyProgress.h"
 #include "ErrorText.h"
+#include "FindingText.h"
 #include "StandardStreams.h"
 
 namespace Vantor::Tool {
@@ -60,12 +63,55 @@ std::string remarkOn(const Edit::UneditedPartition& partition) {
   return "";
 }
 
-std::string summaryOf(const Edit::SaveReport& report) {
-  const auto& changes = report.changes;
-  if (changes.isNone()) return "nothing is edited";
-  return sets(changes.changedSets) + " changed (" + properties(changes.changedProperties) + "), " +
-         std::to_string(changes.addedSets) + " added, " + std::to_string(changes.removedSets) +
-         " removed; written to " + counted(report.partitions, "partition", "partitions");
+/// "1 set changed (2 properties), 3 added": counts that are zero are left out.
+std::string changesText(const Edit::Changes& changes) {
+  std::string text;
+  const auto add = [&text](std::size_t count, const std::string& what) {
+    if (count == 0) return;
+    text += text.empty() ? sets(count) : ", " + std::to_string(count);
+    text += " " + what;
+  };
+  add(changes.changedSets, "changed (" + properties(changes.changedProperties) + ")");
+  add(changes.addedSets, "added");
+  add(changes.removedSets, "removed");
+  return text;
+}
+
+/// What changed along with the edit: each property with the number of sets.
+std::string followedText(const Edit::SaveReport& report) {
+  std::map<std::string, std::size_t> counts;
+  for (const auto& place : report.followed) ++counts[place.property];
+  std::string text;
+  for (const auto& [property, count] : counts) text += (text.empty() ? "" : ", ") + property + " of " + sets(count);
+  if (!report.packs.empty()) {
+    text += (text.empty() ? "" : ", ") + std::string("the labels of ") +
+            counted(report.packs.size(), "partition pack", "partition packs");
+  }
+  return text.empty() ? "" : "; with it: " + text;
+}
+
+std::string summaryOf(const Edit::SaveReport& report, const std::string& verb) {
+  if (report.changes.isNone()) return "nothing is edited";
+  return changesText(report.changes) + followedText(report) + "; " + verb + " to " +
+         counted(report.partitions, "partition", "partitions");
+}
+
+std::string hintOn(const Edit::EqualValue& value) {
+  std::string text = "hint: the old " + value.property + ", " + value.value + ", is still in ";
+  for (std::size_t i = 0; i < value.sets.size() && i < kMostNamed; ++i) text += (i == 0 ? "" : ", ") + value.sets[i];
+  if (value.sets.size() > kMostNamed) text += " and " + sets(value.sets.size() - kMostNamed) + " more";
+  return text;
+}
+
+void printSaveRemarks(const Path& file, const Edit::SaveReport& report) {
+  printRemarks(file, report.longValues);
+  for (const auto& partition : report.unedited) printMessage(file.u8string() + ": " + remarkOn(partition));
+  for (const auto& value : report.equalValues) printMessage(file.u8string() + ": " + hintOn(value));
+}
+
+[[noreturn]] void refuseFindings(std::size_t count) {
+  throw CommandError("the edit would break " + counted(count, "rule", "rules") +
+                     " that the file keeps; nothing is written; --ignore RULE permits it");
 }
 
 /// The file is written by now.
@@ -78,6 +124,8 @@ void printSummary(const std::string& summary, const Path& file, DataIO::File::Du
   if (!std::filesystem::is_regular_file(file, error)) return print(summary);
   try {
     writeStandardOutput(summary + "\n");
+  } catch (const ReaderGone&) {
+    // Nobody waits for the summary.
   } catch (const OtherFileError& failure) {
     print(std::string("warning: ") + failure.what() + "; the command is done: " + summary);
   }
@@ -102,12 +150,29 @@ void printRemarks(const Path& file, const std::vector<Edit::LongValue>& values) 
   }
 }
 
-void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& copy) {
+void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& copy, const EditOptions& options) {
+  const auto saving = options.saving();
   CopyProgress progress;
-  const auto report = copy ? edited.saveCopy(*copy, progress.progress()) : edited.save(progress.progress());
-  printRemarks(file, report.longValues);
-  for (const auto& partition : report.unedited) printMessage(file.u8string() + ": " + remarkOn(partition));
-  printSummary(summaryOf(report), copy.value_or(file), report.durability);
+  try {
+    const auto report =
+        copy ? edited.saveCopy(*copy, saving, progress.progress()) : edited.save(saving, progress.progress());
+    printSaveRemarks(file, report);
+    printSummary(summaryOf(report, "written"), copy.value_or(file), report.durability);
+  } catch (const Edit::FileGetsWorse& refusal) {
+    for (const auto& finding : refusal.findings()) printMessage(file.u8string() + ": " + lineOf(finding));
+    refuseFindings(refusal.findings().size());
+  }
+}
+
+void previewEdits(Edit::File& edited, const Path& file, const EditOptions& options) {
+  const auto saving = options.saving();
+  const auto report = edited.preview(saving);
+  std::string text = differenceLines(edited.compare());
+  for (const auto& finding : report.findings) text += lineOf(finding) + "\n";
+  writeStandardOutput(text + summaryOf(report, "would be written") + "\n");
+  printSaveRemarks(file, report);
+  const auto refused = Edit::refusedFindings(report, saving);
+  if (!refused.empty()) refuseFindings(refused.size());
 }
 
 }  // namespace Vantor::Tool

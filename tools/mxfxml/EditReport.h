@@ -5,6 +5,7 @@
 
 #include "Core/Platform/Path.h"
 #include "Edit/File.h"
+#include "EditOptions.h"
 
 namespace Vantor::Tool {
 
@@ -17,6 +18,11 @@ void printRemarks(const Path& file, const std::vector<Edit::LongValue>& values);
 /// standard output what was edited. A summary goes to standard error if what was written is not a regular file, which
 /// may be standard output. A summary that cannot be written, or a file that a power failure may undo, is a warning and
 /// no failure. For interrupts meanwhile see `CopyProgress`.
-void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& copy);
+/// @throws CommandError when the edits would break rules, which are printed; nothing is written then.
+void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& copy, const EditOptions& options);
+
+/// Prints on standard output what saving would change, and the findings that it would bring.
+/// @throws CommandError, after printing, where `saveEdits` does.
+void previewEdits(Edit::File& edited, const Path& file, const EditOptions& options);
 
 }  // namespace Vantor::Tool

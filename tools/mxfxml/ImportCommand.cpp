@@ -9,6 +9,7 @@
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 #include "Edit/File.h"
+#include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
 #include "StoppedChange.h"
@@ -52,20 +53,22 @@ class ImportCommand final : public Command {
     addTarget();
     addDescription();
     addWayOfReading();
+    edit_.add(app(), app().get_option("--into"));
     dictionary_.addDictionary(app());
   }
 
   ExitCode run() const override {
-    if (!output_ && !inPlace_) throw UsageError("-o is required, or --into with --in-place");
+    const bool isWriting = output_ || inPlace_;
+    if (isWriting == edit_.isDryRun()) {
+      throw UsageError(isWriting ? "--dry-run writes nothing, neither with -o nor --in-place"
+                                 : "-o is required, or --into with --in-place or --dry-run");
+    }
     if (into_ && exact_) {
       throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
     }
     if (output_) refuseSameFile(input(), *output_);
-    if (into_) {
-      editFile();
-    } else {
-      writeHeaderOnly();
-    }
+    if (into_) return editFile();
+    writeHeaderOnly();
     return kSuccess;
   }
 
@@ -109,7 +112,8 @@ class ImportCommand final : public Command {
     auto* exact = app().add_flag("--exact", exact_, "Read the exact form, which loses some metadata");
     app()
         .add_flag("--strict", strict_,
-                  "Fail on content of the document that occurs twice or means\nnothing, instead of warning")
+                  "Fail on content of the document that occurs twice or means\nnothing, instead of warning; as --into "
+                  "does, unless it keeps going")
         ->excludes(exact);
   }
 
@@ -134,7 +138,7 @@ class ImportCommand final : public Command {
     file.commit();
   }
 
-  void editFile() const {
+  ExitCode editFile() const {
     const auto document = LosslessXML::Document::fromFile(input());
     if (document.isDescriptionDamaged()) {
       printMessage(input().u8string() + ": warning: the document's description of itself is damaged, and is ignored");
@@ -148,14 +152,20 @@ class ImportCommand final : public Command {
       undoStoppedChange(*into_);
       file = std::make_unique<Edit::File>(*into_, definitions, partition_ ? partition_ : partitionOf(document));
     });
-    merge(document, *file);
-    namingFile(*into_, [&] { saveEdits(*file, *into_, output_); });
+    const bool isWhole = merge(document, *file);
+    namingFile(*into_, [&] {
+      if (edit_.isDryRun()) return previewEdits(*file, *into_, edit_);
+      saveEdits(*file, *into_, output_, edit_);
+    });
+    return isWhole ? kSuccess : kFailure;
   }
 
-  void merge(const LosslessXML::Document& document, Edit::File& file) const {
+  /// @return whether all of the edit was taken.
+  bool merge(const LosslessXML::Document& document, Edit::File& file) const {
     try {
       const auto edited = file.read(document, options_);
-      printDiagnostics(input(), edited.import.diagnostics, strict_, kNothingWritten);
+      const auto& diagnostics = edited.import.diagnostics;
+      printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kNothingWritten);
       const auto merged = file.merge(edited, options_);
       if (edited.isOfEarlierState && !options_.mergesOtherFile) {
         printMessage(into_->u8string() +
@@ -163,6 +173,12 @@ class ImportCommand final : public Command {
                      "the file as it is now");
       }
       printRemarks(*into_, merged);
+      const auto rejected = merged.rejected.size();
+      if (rejected != 0 && !edit_.keepsGoing()) {
+        throw OtherFileError(into_->u8string() + ": " + (rejected == 1 ? "an edit is" : "edits are") + " rejected" +
+                             kNothingWritten + "; --keep-going writes the rest");
+      }
+      return diagnostics.empty() && rejected == 0;
     } catch (const Exceptions::InvalidFormat& error) {
       const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
       throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message() +
@@ -177,6 +193,7 @@ class ImportCommand final : public Command {
   std::optional<MXF::PartitionChoice> partition_;
   bool exact_ = false;
   bool strict_ = false;
+  EditOptions edit_;
   DictionaryOptions dictionary_;
 };
 

@@ -144,14 +144,18 @@ std::string list(const std::map<std::string, std::size_t>& counts) {
   return table.text();
 }
 
+std::string countLine(const char* what, std::size_t count) {
+  return count == 0 ? "" : std::string(what) + ": " + std::to_string(count) + "\n";
+}
+
 std::string describeMetadata(const PartitionMetadata& metadata, const MXF::PartitionChoice& choice) {
   const Counts counts(metadata);
   std::string text = "\nsets in " + describe(choice) + ": " + std::to_string(total(counts.known)) + "\n";
   text += list(counts.known);
-  text += "\ndark sets: " + std::to_string(total(counts.dark)) + "\n" + list(counts.dark);
-  text += "unknown properties: " + std::to_string(counts.unknownProperties) + "\n";
-  text += "misplaced properties: " + std::to_string(counts.misplacedProperties) + "\n";
-  return text;
+  const std::string others = countLine("dark sets", total(counts.dark)) + list(counts.dark) +
+                             countLine("unknown properties", counts.unknownProperties) +
+                             countLine("misplaced properties", counts.misplacedProperties);
+  return others.empty() ? text : text + "\n" + others;
 }
 
 class InfoCommand final : public Command {

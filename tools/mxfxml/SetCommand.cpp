@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <optional>
 #include <set>
 #include <vector>
@@ -7,6 +6,7 @@
 #include "Core/Platform/Strings.h"
 #include "DictionaryOptions.h"
 #include "Edit/File.h"
+#include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
 #include "StoppedChange.h"
@@ -40,13 +40,6 @@ Change parseChange(const std::string& text, bool hasValue) {
           hasValue ? std::optional(text.substr(equals + 1)) : std::nullopt};
 }
 
-bool leadsToNoSet(const MetadataSet& set, const std::string& property, const PartitionMetadata& metadata) {
-  std::vector<Types::UUID> targets;
-  if (const auto* element = set.find(property)) element->appendTargets({true}, targets);
-  return std::any_of(targets.begin(), targets.end(),
-                     [&](const Types::UUID& target) { return metadata.findByInstanceUID(target).empty(); });
-}
-
 class SetCommand final : public Command {
  public:
   explicit SetCommand(CLI::App& program)
@@ -69,6 +62,7 @@ class SetCommand final : public Command {
     addPartition(app(), partition_,
                  "header, footer or a number: change this partition only.\nBy default, the header partition and all "
                  "that repeat its\nmetadata are changed");
+    options_.add(app());
     dictionary_.addDictionary(app());
   }
 
@@ -77,32 +71,49 @@ class SetCommand final : public Command {
     std::vector<Change> changes;
     for (const auto& text : assignments_) changes.push_back(parseChange(text, true));
     for (const auto& text : removals_) changes.push_back(parseChange(text, false));
+    if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
     if (output_) refuseSameFile(input(), *output_);
     const auto definitions = dictionary_.load();
     undoStoppedChange(input());
     Edit::File file(input(), definitions, partition_);
-    edit(file.metadata(), changes);
-    saveEdits(file, input(), output_);
-    return kSuccess;
+    const auto failures = edit(file.metadata(), changes);
+    if (options_.isDryRun()) {
+      previewEdits(file, input(), options_);
+    } else {
+      saveEdits(file, input(), output_, options_);
+    }
+    return failures == 0 ? kSuccess : kFailure;
   }
 
  private:
-  void edit(PartitionMetadata& metadata, const std::vector<Change>& changes) const {
+  /// @return the number of changes that cannot be made, each of which is printed.
+  std::size_t edit(PartitionMetadata& metadata, const std::vector<Change>& changes) const {
     std::set<std::pair<const MetadataSet*, const MetaMetadata::MetaAttribute*>> given;
+    std::size_t failures = 0;
     for (const auto& change : changes) {
-      auto& set = find(metadata, change.set);
-      const auto* attribute = set.definition() == nullptr ? nullptr : set.definition()->findAttribute(change.property);
-      // The second value would replace the first.
-      if (attribute != nullptr && !given.emplace(&set, attribute).second) {
-        throw UsageError(change.choice + " is given more than once");
+      try {
+        auto& set = find(metadata, change.set);
+        const auto* attribute =
+            set.definition() == nullptr ? nullptr : set.definition()->findAttribute(change.property);
+        // The second value would replace the first.
+        if (attribute != nullptr && !given.emplace(&set, attribute).second) {
+          throw UsageError(change.choice + " is given more than once");
+        }
+        make(change, set);
+      } catch (const Exceptions::BaseException& error) {
+        if (!options_.keepsGoing()) throw;
+        printMessage(input().u8string() + ": " + error.message());
+        ++failures;
       }
-      if (!change.value) {
-        set.remove(change.property);
-        continue;
-      }
+    }
+    return failures;
+  }
+
+  static void make(const Change& change, MetadataSet& set) {
+    if (change.value) {
       set.set(change.property, Utils::stringToWstring(*change.value));
-      if (!leadsToNoSet(set, change.property, metadata)) continue;
-      printMessage(input().u8string() + ": warning: " + change.choice + " refers to a set that the file does not have");
+    } else {
+      set.remove(change.property);
     }
   }
 
@@ -120,6 +131,7 @@ class SetCommand final : public Command {
   std::optional<std::string> start_;
   std::optional<Path> output_;
   std::optional<MXF::PartitionChoice> partition_;
+  EditOptions options_;
   DictionaryOptions dictionary_;
 };
 

@@ -47,6 +47,7 @@ void writeStandardOutput(const std::string& bytes) {
   errno = 0;
   const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
   if (isWritten && std::fflush(stdout) == 0) return;
+  if (errno == EPIPE) throw ReaderGone();
   throw OtherFileError("cannot write to standard output: " + std::generic_category().message(errno));
 }
 

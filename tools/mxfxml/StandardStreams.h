@@ -1,5 +1,6 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 namespace Vantor::Tool {
@@ -9,8 +10,15 @@ namespace Vantor::Tool {
 /// standard stream that the caller closed is not confused with the first file opened.
 void prepareStandardStreams();
 
+/// The program that reads standard output has ended, as `head` does when it has enough: no error, but nothing more to
+/// do.
+class ReaderGone : public std::runtime_error {
+ public:
+  ReaderGone() : std::runtime_error("standard output has no reader any more") {}
+};
+
 /// Writes everything and makes sure that the system took it.
-/// @throws OtherFileError with the system's reason, such as a full disk, a closed pipe or a closed stream.
+/// @throws ReaderGone; OtherFileError with the system's reason, such as a full disk or a closed stream.
 void writeStandardOutput(const std::string& bytes);
 
 }  // namespace Vantor::Tool

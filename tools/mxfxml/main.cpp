@@ -7,6 +7,7 @@
 
 #include "Command.h"
 #include "ErrorText.h"
+#include "NearestName.h"
 #include "StandardStreams.h"
 
 namespace Vantor::Tool {
@@ -19,10 +20,12 @@ int runCommand(const Command& command) {
   } catch (const UsageError& error) {
     printMessage(std::string(error.what()) + "; see " + kProgramName + " " + command.name() + " --help");
     return kWrongUsage;
+  } catch (const ReaderGone&) {
+    return command.failure();
   } catch (...) {
     printMessage(currentExceptionText(command.input()));
+    return command.failure();
   }
-  return command.failure();
 }
 
 int refuse(const CLI::App& program, const std::string& reason) {
@@ -34,10 +37,23 @@ int refuse(const CLI::App& program, const std::string& reason) {
 
 void describeProgram(CLI::App& program) {
   program.description("Turns the header metadata of MXF files into XML.");
-  program.footer("Exit codes: 0 done, 1 something is wrong with a file, 2 wrong usage.");
+  program.footer(
+      "Exit codes: 0 done, 1 something is wrong with a file, 2 wrong usage; of diff and check:\n"
+      "0 nothing found, 1 differences or findings, 2 trouble or wrong usage.");
   program.set_version_flag("--version", std::string(kProgramName) + " " + VANTOR_VERSION, "Print the version");
   program.require_subcommand(1);
   program.allow_windows_style_options(false);
+}
+
+/// Refuses a first word that is no command, instead of a parser that knows only what it did not expect.
+std::optional<int> refuseUnknownCommand(const CLI::App& program, const std::vector<std::string>& arguments) {
+  const auto first = std::find_if(arguments.begin(), arguments.end(),
+                                  [](const std::string& word) { return !word.empty() && word[0] != '-'; });
+  if (first == arguments.end()) return std::nullopt;
+  std::vector<std::string> names;
+  for (const CLI::App* command : program.get_subcommands({})) names.push_back(command->get_name());
+  if (std::find(names.begin(), names.end(), *first) != names.end()) return std::nullopt;
+  return refuse(program, "there is no command '" + *first + "'" + suggestion(*first, names));
 }
 
 /// @return the exit code when nothing is left to do; none when a subcommand is to be run.
@@ -64,6 +80,7 @@ int run(std::vector<std::string> arguments) {
   const std::unique_ptr<Command> commands[] = {
       exportCommand(program), importCommand(program), verifyCommand(program),  infoCommand(program),
       setCommand(program),    diffCommand(program),   recoverCommand(program), dictionaryCommand(program)};
+  if (const auto exitCode = refuseUnknownCommand(program, arguments)) return *exitCode;
   if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
   for (const auto& command : commands) {
     if (command->isChosen()) return runCommand(*command);
@@ -75,6 +92,8 @@ int runProgram(std::vector<std::string> arguments) {
   try {
     prepareStandardStreams();
     return run(std::move(arguments));
+  } catch (const ReaderGone&) {
+    return kFailure;
   } catch (...) {
     printMessage(currentExceptionText());
     return kFailure;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+#include "Edit/Save.h"
+
+namespace Vantor::Tool {
+
+/// Options of the commands that edit a file.
+class EditOptions {
+ public:
+  /// Adds --only, --ignore, --sign, --dry-run and --keep-going.
+  /// @param needed  the option without which these mean nothing; null for none.
+  void add(CLI::App& command, CLI::Option* needed = nullptr);
+
+  Edit::SaveOptions saving() const;
+  bool isDryRun() const { return isDryRun_; }
+  /// Whether to save the rest when a part of the edit cannot be taken.
+  bool keepsGoing() const { return keepsGoing_; }
+
+ private:
+  bool isOnly_ = false;
+  bool isSigned_ = false;
+  bool isDryRun_ = false;
+  bool keepsGoing_ = false;
+  std::vector<std::string> ignored_;
+};
+
+}  // namespace Vantor::Tool
