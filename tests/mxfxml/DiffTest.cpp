@@ -16,7 +16,7 @@ using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kSample = "gst-audio-ac3.mxf";
-constexpr const char* kEqual = "sets compared 19, different 0; properties compared 115, different 0\n";
+constexpr const char* kEqual = "sets compared 19; properties compared 115\n";
 
 TEST(Diff, FindsNothingBetweenAFileAndItsExports) {
   const ScratchFolder folder;
@@ -42,7 +42,7 @@ TEST(Diff, PrintsWhatDiffersAndFails) {
   writeFile(folder.path("a.xml"), xml.replace(xml.find(track), track.size(), "<rp210:TrackID>7<"));
   const Result result = run({"diff", sample(kSample), folder.path("a.xml")});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.err, "mxfxml: " + sample(kSample) + ": differs from " + folder.path("a.xml") + "\n");
+  EXPECT_EQ(result.err, "");
   EXPECT_THAT(result.out, AllOf(StartsWith("value: TimelineTrack "), HasSubstr(": TrackID: 1 -> 7\n"),
                                 EndsWith("sets compared 19, different 1; properties compared 115, different 1\n")));
 }

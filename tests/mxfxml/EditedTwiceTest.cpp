@@ -60,8 +60,7 @@ TEST(EditedTwice, IsNoMistakeWhereTheFileHasItSo) {
     EXPECT_EQ(result.out, "nothing is edited\n") << result.err;
     EXPECT_EQ(readFile(edit.copy()), readFile(edit.original()));
     edit.replace(std::string(64, 'A'), std::string(64, 'B'));
-    EXPECT_EQ(edit.intoCopy({"--strict"}).out,
-              "1 set changed (1 property), 0 added, 0 removed; written to 1 partition\n");
+    EXPECT_EQ(edit.intoCopy({"--strict"}).out, "1 set changed (1 property); written to 1 partition\n");
     EXPECT_THAT(edit.flat(edit.copy()), HasSubstr(std::string(64, 'B')));
   }
   EXPECT_EQ(run({"verify", file.file()}).exitCode, 0);
@@ -87,7 +86,7 @@ TEST(EditedTwice, IsNoObstacleToEditsElsewhere) {
   EXPECT_EQ(set.exitCode, 0) << set.err;
   EXPECT_THAT(edit.exported(edit.copy()), HasSubstr(">Ed</rp210:ApplicationName>"));
   edit.cut("<rp210:ApplicationName>", "</rp210:ApplicationName>");
-  EXPECT_THAT(edit.intoCopy({"--strict"}).out, HasSubstr("1 set changed (1 property), 0 added, 0 removed"));
+  EXPECT_THAT(edit.intoCopy({"--strict"}).out, HasSubstr("1 set changed (1 property)"));
   EXPECT_THAT(edit.exported(edit.copy()), testing::Not(HasSubstr("rp210:ApplicationName>")));
 }
 
@@ -107,7 +106,7 @@ TEST(EditedTwice, IsNoObstacleToSingleValuesWhereTwoKindsOfSetsShareAnInstanceUI
   for (const auto& assignment : {"Identification.ApplicationName=Ed", "Timecode[1].FramesPerSecond=25",
                                  "8B.A4.E1.37.37.4E.42.EB.9E.4D.A4.6E.41.69.C5.DD[2].ComponentLength=5"}) {
     const Result set = run({"set", shared.file(), assignment, "-o", copy});
-    EXPECT_EQ(set.out, "1 set changed (1 property), 0 added, 0 removed; written to 2 partitions\n") << set.err;
+    EXPECT_EQ(set.out, "1 set changed (1 property); written to 2 partitions\n") << set.err;
   }
 }
 

@@ -9,6 +9,7 @@ namespace Vantor::Tool {
 namespace {
 
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 TEST(Info, PrintsPartitionsAndSets) {
@@ -38,10 +39,6 @@ sets in the header partition: 19
   1  SourcePackage
   2  Timecode
   4  TimelineTrack
-
-dark sets: 0
-unknown properties: 0
-misplaced properties: 0
 )");
 }
 
@@ -61,11 +58,11 @@ TEST(Info, CountsPropertiesThatTheirSetsDoNotList) {
   const std::string objectModelVersion("\x3B\x07\x00\x04\x00\x00\x00\x01", 8);  // in the Preface
   const std::string trackID("\x48\x01\x00\x04\x00\x00\x00\x01", 8);
   const std::string nothing("\xFF\xF0\x00\x04\x00\x00\x00\x01", 8);
-  EXPECT_THAT(run({"info", sample("op1a.mxf")}).out, HasSubstr("unknown properties: 0\nmisplaced properties: 0\n"));
+  EXPECT_THAT(run({"info", sample("op1a.mxf")}).out, Not(HasSubstr("properties: ")));
   const ChangedSample misplaced("op1a.mxf", objectModelVersion, trackID);
-  EXPECT_THAT(run({"info", misplaced.path()}).out, HasSubstr("unknown properties: 0\nmisplaced properties: 1\n"));
+  EXPECT_THAT(run({"info", misplaced.path()}).out, EndsWith("\n\nmisplaced properties: 1\n"));
   const ChangedSample unknown("op1a.mxf", objectModelVersion, nothing);
-  EXPECT_THAT(run({"info", unknown.path()}).out, HasSubstr("unknown properties: 1\nmisplaced properties: 0\n"));
+  EXPECT_THAT(run({"info", unknown.path()}).out, EndsWith("\n\nunknown properties: 1\n"));
 }
 
 TEST(Info, CountsTheSetsOfTheChosenPartition) {

@@ -48,13 +48,14 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
              "--partition", "--vocabulary", "--dictionary"}},
            {"import",
             {"INPUT", "-h,--help", "-o,--output", "--into", "--in-place", "--expect-unchanged", "--merge-anyway",
-             "--structural-only", "--start", "--partition", "--exact", "--strict", "--dictionary"}},
+             "--structural-only", "--start", "--partition", "--exact", "--strict", "--only", "--ignore", "--sign",
+             "--dry-run", "--keep-going", "--dictionary"}},
            {"verify",
             {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--vocabulary", "--dictionary"}},
            {"info", {"INPUT", "-h,--help", "--partition", "--dictionary"}},
            {"set",
-            {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition",
-             "--dictionary"}},
+            {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition", "--only",
+             "--ignore", "--sign", "--dry-run", "--keep-going", "--dictionary"}},
            {"diff", {"INPUT", "OTHER", "-h,--help", "--strict", "--ignore-ids", "--partition", "--dictionary"}},
            {"recover", {"INPUT", "-h,--help"}},
            {"dictionary", {"NAME", "-h,--help", "--dictionary"}}}) {
@@ -72,9 +73,12 @@ TEST(Usage, VersionIsOneLine) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST(Usage, DemandsOneSubcommand) {
-  expectUsageError({}, "A subcommand is required; see mxfxml --help");
-  expectUsageError({"dance"}, "A subcommand is required; see mxfxml --help");
+TEST(Usage, DemandsOneSubcommand) { expectUsageError({}, "A subcommand is required; see mxfxml --help"); }
+
+TEST(Usage, NamesACommandThatDoesNotExistWithTheNearestOne) {
+  expectUsageError({"dance"}, "there is no command 'dance'; see mxfxml --help");
+  expectUsageError({"exprot", "a.mxf"}, "there is no command 'exprot' (did you mean 'export'?); see mxfxml --help");
+  expectUsageError({"Verify"}, "there is no command 'Verify' (did you mean 'verify'?); see mxfxml --help");
 }
 
 TEST(Usage, DemandsAnInput) {

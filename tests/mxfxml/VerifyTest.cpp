@@ -61,11 +61,9 @@ TEST(Verify, FindsNothingInAFileThatComesBackWhole) {
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out,
             "not counted as differences: trailing NULs of strings 4, BER octet counts 25, sets in another order 3, "
-            "sets with properties in another order 16, local tag numbers 6, primer labels of unknown static tags 0, "
-            "empty optional collections in one only 0, "
-            "item sizes of empty collections 1, dark groups that came back as dark sets 0, "
-            "labels of local tags in dark sets 0, keys that differ in octets 6 or 8 0\n"
-            "sets compared 27, different 0; properties compared 179, different 0\n");
+            "sets with properties in another order 16, local tag numbers 6, "
+            "item sizes of empty collections 1\n"
+            "sets compared 27; properties compared 179\n");
 }
 
 TEST(VerifyExactly, PrintsEachDifferenceWithBothValues) {
@@ -86,11 +84,8 @@ TEST(VerifyExactly, PrintsEachDifferenceWithBothValues) {
             "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
             "value: MaterialPackage 41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7: CreationTime: "
             "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
-            "not counted as differences: trailing NULs of strings 0, BER octet counts 19, sets in another order 9, "
-            "sets with properties in another order 19, local tag numbers 0, primer labels of unknown static tags 0, "
-            "empty optional collections in one only 0, "
-            "item sizes of empty collections 0, dark groups that came back as dark sets 0, "
-            "labels of local tags in dark sets 0, keys that differ in octets 6 or 8 0\n"
+            "not counted as differences: BER octet counts 19, sets in another order 9, "
+            "sets with properties in another order 19\n"
             "sets compared 19, different 4; properties compared 115, different 6\n");
 }
 
@@ -126,7 +121,7 @@ TEST(Verify, FindsReferencesToDarkGroupsInEitherForm) {
     arguments.insert(arguments.end(), form.begin(), form.end());
     const Result result = run(arguments);
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_THAT(result.out, EndsWith("sets compared 44, different 0; properties compared 226, different 0\n"));
+    EXPECT_THAT(result.out, EndsWith("sets compared 44; properties compared 226\n"));
   }
 }
 
@@ -136,13 +131,13 @@ TEST(Verify, LooksAtTheChosenPartition) {
   EXPECT_THAT(footer.err, HasSubstr("at byte offset 23552: the partition has no header metadata"));
   const Result last = run({"verify", sample("gst-audio-ac3.mxf"), "--partition", "2"});
   EXPECT_EQ(last.exitCode, 0);
-  EXPECT_THAT(last.out, EndsWith("sets compared 19, different 0; properties compared 115, different 0\n"));
+  EXPECT_THAT(last.out, EndsWith("sets compared 19; properties compared 115\n"));
 }
 
 TEST(Verify, FindsNothingInASmallFile) {
   const Result result = SmallFile().verify();
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_THAT(result.out, EndsWith("sets compared 1, different 0; properties compared 2, different 0\n"));
+  EXPECT_THAT(result.out, EndsWith("sets compared 1; properties compared 2\n"));
 }
 
 TEST(VerifyExactly, ReportsEmptyTextsAsMissing) {

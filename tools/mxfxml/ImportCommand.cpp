@@ -21,6 +21,7 @@ namespace Vantor::Tool {
 namespace {
 
 constexpr const char* kNothingWritten = "; nothing is written";
+constexpr const char* kRestLeft = "; nothing is written; --keep-going writes the rest";
 
 /// How many items of dark groups have a dynamic tag without a label: only the primer pack of their file had that, and a
 /// document does not have it.
@@ -165,7 +166,7 @@ class ImportCommand final : public Command {
     try {
       const auto edited = file.read(document, options_);
       const auto& diagnostics = edited.import.diagnostics;
-      printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kNothingWritten);
+      printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kRestLeft);
       const auto merged = file.merge(edited, options_);
       if (edited.isOfEarlierState && !options_.mergesOtherFile) {
         printMessage(into_->u8string() +
@@ -176,7 +177,7 @@ class ImportCommand final : public Command {
       const auto rejected = merged.rejected.size();
       if (rejected != 0 && !edit_.keepsGoing()) {
         throw OtherFileError(into_->u8string() + ": " + (rejected == 1 ? "an edit is" : "edits are") + " rejected" +
-                             kNothingWritten + "; --keep-going writes the rest");
+                             kRestLeft);
       }
       return diagnostics.empty() && rejected == 0;
     } catch (const Exceptions::InvalidFormat& error) {

@@ -46,7 +46,7 @@ std::string nearestName(const std::string& name, const std::vector<std::string>&
 
 std::string suggestion(const std::string& name, const std::vector<std::string>& names) {
   const auto nearest = nearestName(name, names);
-  return nearest.empty() ? "" : "; did you mean '" + nearest + "'?";
+  return nearest.empty() ? "" : " (did you mean '" + nearest + "'?)";
 }
 
 }  // namespace Vantor::Tool

@@ -9,7 +9,7 @@ namespace Vantor::Tool {
 /// their neighbour, whatever their case. Empty when a third of its letters or more would have to change.
 std::string nearestName(const std::string& name, const std::vector<std::string>& names);
 
-/// "; did you mean 'export'?", or nothing.
+/// " (did you mean 'export'?)", or nothing.
 std::string suggestion(const std::string& name, const std::vector<std::string>& names);
 
 }  // namespace Vantor::Tool
