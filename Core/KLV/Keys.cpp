@@ -23,6 +23,11 @@ constexpr Key kFileStructure({0x06, 0x0E, 0x2B, 0x34, kGroup, kFixedLengthPack, 
 constexpr Key kStructuralSet({0x06, 0x0E, 0x2B, 0x34, kGroup, kTwoByteLengths, 0x01, 0x01, 0x0D, 0x01, 0x01, 0x01, 0x01,
                               0x01, 0x00, 0x00});
 
+constexpr Key kObjectDirectory({0x96, 0x13, 0xB3, 0x8A, 0x87, 0x34, 0x87, 0x46, 0xF1, 0x02, 0x96, 0xF0, 0x56, 0xE0,
+                                0x4D, 0x2A});
+constexpr Key kObjectDirectoryRoot({0x80, 0x53, 0x08, 0x00, 0x36, 0x21, 0x08, 0x04, 0xB3, 0xB3, 0x98, 0xA5, 0x1C, 0x90,
+                                    0x11, 0xD4});
+
 constexpr Key fileStructureKey(uint8 octet14, uint8 octet15) {
   return kFileStructure.withOctet(14, octet14).withOctet(15, octet15);
 }
@@ -86,6 +91,10 @@ bool isFill(const Key& key) { return equalButVersion(key, kFill); }
 bool isPrimerPack(const Key& key) { return equalButVersion(key, kPrimerPack); }
 bool isRandomIndexPack(const Key& key) { return equalButVersion(key, kRandomIndexPack); }
 bool isIndexTableSegment(const Key& key) { return isLocalSet(key) && key.matches(kIndexTableSegment); }
+
+bool isObjectDirectory(const Key& key) { return key == kObjectDirectory; }
+bool isObjectDirectoryRoot(const Key& key) { return key == kObjectDirectoryRoot; }
+bool isOfObjectDirectory(const Key& key) { return isObjectDirectory(key) || isObjectDirectoryRoot(key); }
 
 bool endsHeaderMetadata(const Key& key) {
   if (!isSmpteLabel(key)) return key == Key();

@@ -2,7 +2,8 @@
 
 #include "Core/KLV/Key.h"
 
-/// The keys that ST 377-1 gives to the parts of an MXF file. All tests here ignore the version.
+/// The keys that ST 377-1 gives to the parts of an MXF file. All tests here ignore the version, but for the keys of one
+/// manufacturer, which have none.
 namespace Vantor::KLV {
 
 /// Octet 14 of a partition pack's key.
@@ -41,6 +42,12 @@ bool isFill(const Key& key);
 bool isPrimerPack(const Key& key);
 bool isRandomIndexPack(const Key& key);
 bool isIndexTableSegment(const Key& key);
+/// Whether the key is of the KLV that lists the sets of OP-Atom files of one manufacturer with their offsets, or of the
+/// one that has the offset of this list; see Core/MXF/ObjectDirectory.h.
+bool isObjectDirectory(const Key& key);
+bool isObjectDirectoryRoot(const Key& key);
+/// Either of them.
+bool isOfObjectDirectory(const Key& key);
 
 /// Whether a KLV cannot be part of header metadata, which ends before it: partition packs, index table segments, the
 /// random index pack, essence and generic stream data, and the zeros that may stand behind all KLVs.

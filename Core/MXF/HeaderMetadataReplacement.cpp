@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iterator>
 #include <optional>
 #include <system_error>
 
@@ -10,13 +9,9 @@
 #include "Core/DataIO/Memory.h"
 #include "Core/DataIO/Pieces.h"
 #include "Core/DataIO/UndoJournal.h"
-#include "Core/KLV/BERLength.h"
-#include "Core/KLV/Keys.h"
-#include "Core/MXF/FileStructure.h"
+#include "Core/MXF/FileRewriter.h"
 #include "Core/MXF/Fill.h"
-#include "Core/MXF/KLVHeader.h"
-#include "Core/MXF/MetadataRoom.h"
-#include "Core/MXF/RandomIndexPack.h"
+#include "Core/MXF/ReplacementPlan.h"
 #include "Core/MXF/ReplacementSafety.h"
 #include "Core/Platform/Raise.h"
 
@@ -28,7 +23,6 @@ using DataIO::SeekableSource;
 using DataIO::File::FileDataSource;
 using DataIO::File::FileState;
 using DataIO::File::FileUpdate;
-using Exceptions::InvalidFormat;
 using Exceptions::InvalidLength;
 using Exceptions::IOError;
 using Exceptions::raise;
@@ -36,97 +30,44 @@ using Exceptions::raise;
 /// Bytes from one call of the progress to the next, at most.
 constexpr uint64 kProgressStep = uint64{2} << 20;
 
-/// A replacement and the room of the header metadata that it replaces.
-struct PlannedReplacement {
-  std::size_t partition = 0;
-  MetadataRoom room;
-  const Bytes* bytes = nullptr;  ///< the replacement's; never null
-
-  /// Whether the bytes, and a fill item or nothing behind them, take exactly the room.
-  bool fits() const { return bytes->size() <= room.size && canFill(room.size - bytes->size()); }
-};
-
-/// The bytes as a reader of the file will go through them.
-void requireKLVs(const MetadataReplacement& replacement) {
-  DataIO::Memory::MemoryDataSource source(replacement.bytes->data(), replacement.bytes->size());
-  for (bool isFirst = true; isFirst || source.remaining() != 0; isFirst = false) {
-    const KLVHeader klv = readKLVHeader(source);
-    if (isFirst && !KLV::isPrimerPack(klv.key)) {
-      raise<InvalidFormat>("the header metadata of partition {} cannot be replaced: the new ones have no primer pack",
-                           replacement.partition);
-    }
-    if (KLV::endsHeaderMetadata(klv.key)) {
-      raise<InvalidFormat>(
-          "the header metadata of partition {} cannot be replaced: byte {} of the new ones has a key of another part "
-          "of MXF",
-          replacement.partition, klv.offset);
-    }
-    source.skip(klv.length.value);
-  }
-}
-
-void requireMetadata(const MetadataReplacement& replacement) {
-  try {
-    requireKLVs(replacement);
-  } catch (const Exceptions::ParseError& error) {
-    raise<InvalidFormat>("the header metadata of partition {} cannot be replaced: the new ones are no KLVs: {}",
-                         replacement.partition, error.message());
-  }
-}
-
-PlannedReplacement plan(const std::vector<std::optional<MetadataRoom>>& rooms, const MetadataReplacement& replacement) {
-  if (replacement.partition >= rooms.size()) {
-    raise<InvalidFormat>(
-        "the header metadata of partition {} cannot be replaced: the file has {} partitions, counted from 0",
-        replacement.partition, rooms.size());
-  }
-  const auto& room = rooms[replacement.partition];
-  if (!room) {
-    raise<InvalidFormat>("the header metadata of partition {} cannot be replaced: it has none", replacement.partition);
-  }
-  return {replacement.partition, *room, replacement.bytes.get()};
-}
-
-/// The replacements, checked, in the order of their partitions. `replacements` outlives the result.
-std::vector<PlannedReplacement> planReplacements(DataIO::SeekableSource& source, const FileStructure& structure,
-                                                 const Replacements& replacements) {
-  if (!replacements.labels.isEmpty()) raise<InvalidFormat>("partition packs cannot get other labels yet");
-  const auto rooms = refuseUnsafe(source, structure);
-  std::vector<PlannedReplacement> planned;
-  const Bytes* checked = nullptr;
-  for (const auto& replacement : replacements.metadata) {
-    if (replacement.bytes.get() != checked) requireMetadata(replacement);
-    checked = replacement.bytes.get();
-    planned.push_back(plan(rooms, replacement));
-  }
-  std::sort(planned.begin(), planned.end(), [](const PlannedReplacement& left, const PlannedReplacement& right) {
-    return left.partition < right.partition;
-  });
-  for (std::size_t i = 1; i < planned.size(); ++i) {
-    if (planned[i].partition != planned[i - 1].partition) continue;
-    raise<InvalidFormat>("the header metadata of partition {} cannot be replaced: twice", planned[i].partition);
-  }
-  return planned;
-}
-
-std::vector<PlannedReplacement> plan(SeekableSource& source, const Replacements& replacements) {
-  return planReplacements(source, readStructure(source), replacements);
-}
-
-void requireRoom(const PlannedReplacement& replacement) {
-  if (replacement.fits()) return;
+void requireRoom(const PlannedMetadata& metadata, std::size_t partition) {
+  if (fits(metadata)) return;
   raise<InvalidLength>(
       "the header metadata of partition {} have room for {} bytes, or for {} and more bytes less, but the new ones "
       "take {}",
-      replacement.partition, replacement.room.size, kMinFillSize, replacement.bytes->size());
+      partition, metadata.room.size, kMinFillSize, metadata.size());
 }
 
-/// The new metadata, with fill up to the end of their room.
-DataIO::File::NewBytes newBytes(const PlannedReplacement& replacement) {
-  DataIO::Memory::MemoryDataSink sink(static_cast<std::size_t>(replacement.room.size));
-  sink.write(replacement.bytes->data(), replacement.bytes->size());
-  writeFill(sink, replacement.room.size - replacement.bytes->size());
-  return {replacement.room.offset, sink.take()};
+void requireRoom(const PlannedPack& pack, std::size_t partition) {
+  if (fits(pack)) return;
+  raise<InvalidLength>(
+      "the pack of partition {} has room for {} bytes, or for {} and more bytes less, but the new one takes {}",
+      partition, pack.room.size, kMinFillSize, pack.size());
+}
+
+void writeAt(uint64, const PlannedPack& pack, DataIO::DataSink& sink) { pack.write(sink); }
+void writeAt(uint64 offset, const PlannedMetadata& metadata, DataIO::DataSink& sink) { metadata.write(offset, sink); }
+
+/// The new bytes, with fill up to the end of their room.
+template <class Planned>
+DataIO::File::NewBytes newBytes(const Planned& planned) {
+  DataIO::Memory::MemoryDataSink sink(static_cast<std::size_t>(planned.room.size));
+  writeAt(planned.room.offset, planned, sink);
+  writeFill(sink, planned.room.size - planned.size());
+  return {planned.room.offset, sink.take()};
+}
+
+/// What changes in place, in file order.
+std::vector<DataIO::File::NewBytes> newBytes(const ReplacementPlan& plan) {
+  std::vector<DataIO::File::NewBytes> changes;
+  for (std::size_t i = 0; i < plan.partitions.size(); ++i) {
+    const auto& [pack, metadata] = plan.partitions[i];
+    if (pack) requireRoom(*pack, i);
+    if (metadata) requireRoom(*metadata, i);
+    if (pack) changes.push_back(newBytes(*pack));
+    if (metadata) changes.push_back(newBytes(*metadata));
+  }
+  return changes;
 }
 
 void requireNoJournal(const Path& file) {
@@ -170,110 +111,6 @@ class ReportingSink : public DataIO::DataSink {
   uint64 next_ = 1;
 };
 
-/// How many bytes header metadata with the fill behind them take in a copy of the file: their old room where they fit,
-/// else the fewest that differ from that by a multiple of the KAG size.
-uint64 sizeInCopy(const PlannedReplacement& replacement, uint32 kagSize) {
-  if (replacement.fits()) return replacement.room.size;
-  if (kagSize > kMaxKAGSize) {
-    raise<InvalidLength>("partition {} cannot be padded to a KAG of {} bytes; more than {} are taken for damage",
-                         replacement.partition, kagSize, kMaxKAGSize);
-  }
-  const uint64 step = std::max<uint32>(kagSize, 1);
-  const uint64 needed = replacement.bytes->size();
-  uint64 size = needed + (replacement.room.size % step + step - needed % step) % step;
-  while (!canFill(size - needed)) size += step;
-  return size;
-}
-
-/// Writes one copy of a file with other header metadata.
-class FileRewriter {
- public:
-  /// Computes where everything will be.
-  FileRewriter(SeekableSource& source, const FileStructure& structure,
-               const std::vector<PlannedReplacement>& replacements)
-      : source_(source), structure_(structure), targets_(structure.partitions.size()), total_(structure.fileSize) {
-    for (const auto& replacement : replacements) {
-      Target& target = targets_[replacement.partition];
-      target.replacement = &replacement;
-      target.metadataSize = sizeInCopy(replacement, structure.partitions[replacement.partition].pack.kagSize);
-    }
-    uint64 shift = 0;  // wraps around where the copy is shorter
-    for (std::size_t i = 0; i < targets_.size(); ++i) {
-      targets_[i].offset = structure.partitions[i].offset + shift;
-      if (targets_[i].replacement != nullptr) shift += targets_[i].metadataSize - targets_[i].replacement->room.size;
-    }
-    total_ += shift;
-  }
-
-  /// Of the copy, in bytes.
-  uint64 size() const { return total_; }
-
-  void write(DataIO::DataSink& output) {
-    const auto randomIndexPack = findRandomIndexPack(source_, structure_.partitions.back().packEnd);
-    source_.seek(0);
-    for (std::size_t i = 0; i < targets_.size(); ++i) {
-      copyTo(structure_.partitions[i].offset, output);
-      writePack(i, output);
-      if (targets_[i].replacement != nullptr) writeReplacement(targets_[i], output);
-    }
-    if (randomIndexPack) {
-      copyTo(randomIndexPack->valueOffset, output);
-      writeRandomIndexEntries(*randomIndexPack, output);
-    }
-    copyTo(structure_.fileSize, output);
-  }
-
- private:
-  /// What becomes of one partition.
-  struct Target {
-    uint64 offset = 0;  ///< of its pack in the copy, run-in included
-    const PlannedReplacement* replacement = nullptr;
-    uint64 metadataSize = 0;  ///< with the fill behind them; 0 without a replacement
-  };
-
-  /// Everything but the numbers that change stays: key, length field, versions, essence containers.
-  void writePack(std::size_t number, DataIO::DataSink& output) {
-    const PartitionInfo& partition = structure_.partitions[number];
-    const Target& target = targets_[number];
-    const bool namesFooter = partition.pack.footerPartition != 0 && isFooter(structure_.partitions.back());
-    PartitionPack pack = partition.pack;
-    pack.thisPartition = target.offset - structure_.runIn;
-    pack.previousPartition = number == 0 ? 0 : targets_[number - 1].offset - structure_.runIn;
-    pack.footerPartition = namesFooter ? targets_.back().offset - structure_.runIn : 0;
-    if (target.replacement != nullptr) pack.headerByteCount = target.metadataSize;
-    const KLVHeader klv = readKLVHeader(source_);
-    output.write(klv.key.rawBuffer(), KLV::Key::kSize);
-    KLV::writeBERLength(output, klv.length.value, klv.length.octets);
-    pack.render(output);
-    source_.seek(partition.packEnd);
-  }
-
-  void writeReplacement(const Target& target, DataIO::DataSink& output) {
-    const PlannedReplacement& replacement = *target.replacement;
-    copyTo(replacement.room.offset, output);
-    output.write(replacement.bytes->data(), replacement.bytes->size());
-    writeFill(output, target.metadataSize - replacement.bytes->size());
-    source_.seek(replacement.room.end());
-  }
-
-  void writeRandomIndexEntries(const KLVHeader& pack, DataIO::DataSink& output) {
-    readRandomIndexEntries(source_, pack, [&](uint32 bodySID, uint64 offset) {
-      const auto number = partitionAt(structure_, structure_.runIn + offset);
-      DataIO::writeBigEndian<uint32>(output, bodySID);
-      DataIO::writeBigEndian<uint64>(output, number ? targets_[*number].offset - structure_.runIn : offset);
-    });
-  }
-
-  void copyTo(uint64 end, DataIO::DataSink& output) {
-    if (source_.position() < end) DataIO::copyBytes(source_, end - source_.position(), output);
-  }
-
-  SeekableSource& source_;
-  const FileStructure& structure_;
-  std::vector<Target> targets_;
-  uint64 total_;
-};
-
 /// Returns the size of the copy, with which the progress has not been called yet.
 uint64 writeCopy(SeekableSource& source, const Replacements& replacements, DataIO::DataSink& output,
                  const Progress& progress) {
@@ -283,10 +120,10 @@ uint64 writeCopy(SeekableSource& source, const Replacements& replacements, DataI
     DataIO::copyBytes(source, source.size(), reporting);
     return source.size();
   }
-  const FileStructure structure = readStructure(source);
-  const auto planned = planReplacements(source, structure, replacements);
-  refuseUnlisted(source, structure);
-  FileRewriter rewriter(source, structure, planned);
+  ReplacementPlan plan = planReplacements(source, replacements);
+  refuseUnlisted(source, plan.structure, plan.rooms);
+  planMovedDirectories(source, plan);
+  FileRewriter rewriter(source, plan);
   ReportingSink reporting(output, rewriter.size(), progress);
   rewriter.write(reporting);
   return rewriter.size();
@@ -316,8 +153,10 @@ bool relabel(PartitionPack& pack, const PackLabels& labels) {
 }
 
 bool fits(SeekableSource& file, const Replacements& replacements) {
-  const auto planned = plan(file, replacements);
-  return std::all_of(planned.begin(), planned.end(), [](const PlannedReplacement& one) { return one.fits(); });
+  const auto plan = planReplacements(file, replacements);
+  return std::all_of(plan.partitions.begin(), plan.partitions.end(), [](const PlannedPartition& one) {
+    return (!one.pack || fits(*one.pack)) && (!one.metadata || fits(*one.metadata));
+  });
 }
 
 void replaceInPlace(const Path& file, const FileState& expected, const Replacements& replacements) {
@@ -325,11 +164,9 @@ void replaceInPlace(const Path& file, const FileState& expected, const Replaceme
   std::vector<DataIO::File::NewBytes> changes;
   {
     FileDataSource source(file);
-    const auto planned = plan(source, replacements);
-    for (const auto& replacement : planned) requireRoom(replacement);
-    std::transform(planned.begin(), planned.end(), std::back_inserter(changes), newBytes);
+    changes = newBytes(planReplacements(source, replacements));
   }
-  DataIO::File::changeInPlace(file, expected, changes);
+  if (!changes.empty()) DataIO::File::changeInPlace(file, expected, changes);
 }
 
 void rewrite(SeekableSource& original, const Replacements& replacements, DataIO::DataSink& output,

@@ -1,10 +1,10 @@
 #include "Core/MXF/HeaderMetadataWriter.h"
 
 #include "Core/DataIO/Memory.h"
-#include "Core/KLV/BERLength.h"
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/KLV/PrimerPack.h"
+#include "Core/MXF/KLVHeader.h"
 #include "Core/MXF/PartitionPack.h"
 #include "Core/MXF/PrefaceLabels.h"
 #include "Core/Metadata/EntryView.h"
@@ -26,8 +26,7 @@ constexpr uint32 kKAGSize = 1;
 
 void writeKLV(DataIO::DataSink& sink, const KLV::Key& key, const MemoryDataSink& value,
               uint8 lengthOctets = kLengthOctets) {
-  sink.write(key.rawBuffer(), KLV::Key::kSize);
-  KLV::writeBERLength(sink, value.serializedSize(), lengthOctets);
+  writeKLVHeader(sink, key, value.serializedSize(), lengthOctets);
   sink.write(value.rawBuffer(), value.serializedSize());
 }
 

@@ -22,6 +22,11 @@ KLVHeader readKLVHeader(DataIO::DataSource& source, const KLV::Key& key) {
   return {key, length, offset, source.position()};
 }
 
+void writeKLVHeader(DataIO::DataSink& sink, const KLV::Key& key, uint64 length, uint8 octets) {
+  sink.write(key.rawBuffer(), KLV::Key::kSize);
+  KLV::writeBERLength(sink, length, octets);
+}
+
 bool valueFits(const KLVHeader& klv, const SeekableSource& source) {
   return klv.length.value <= source.size() - klv.valueOffset;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/DataIO/DataSink.h"
 #include "Core/DataIO/SeekableSource.h"
 #include "Core/KLV/BERLength.h"
 #include "Core/KLV/Key.h"
@@ -23,6 +24,10 @@ KLV::Key peekKey(DataIO::SeekableSource& source);
 KLVHeader readKLVHeader(DataIO::DataSource& source);
 /// The same for a key that was read already.
 KLVHeader readKLVHeader(DataIO::DataSource& source, const KLV::Key& key);
+
+/// Writes a key and the length of the value that follows. @param octets  of the length field, as for
+/// KLV::writeBERLength().
+void writeKLVHeader(DataIO::DataSink& sink, const KLV::Key& key, uint64 length, uint8 octets);
 
 /// Whether the file holds the whole value.
 bool valueFits(const KLVHeader& klv, const DataIO::SeekableSource& source);

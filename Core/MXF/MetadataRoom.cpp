@@ -12,12 +12,6 @@ using DataIO::SeekableSource;
 using Exceptions::ParseError;
 using Exceptions::raise;
 
-/// The KLVs of one manufacturer's files that hold offsets in the file: of all sets, and of that list.
-constexpr KLV::Key kObjectDirectory({0x96, 0x13, 0xb3, 0x8a, 0x87, 0x34, 0x87, 0x46,  //
-                                     0xf1, 0x02, 0x96, 0xf0, 0x56, 0xe0, 0x4d, 0x2a});
-constexpr KLV::Key kRootOfDirectory({0x80, 0x53, 0x08, 0x00, 0x36, 0x21, 0x08, 0x04,  //
-                                     0xb3, 0xb3, 0x98, 0xa5, 0x1c, 0x90, 0x11, 0xd4});
-
 class RoomFinder {
  public:
   RoomFinder(SeekableSource& source, const FileStructure& structure, std::size_t number)
@@ -38,7 +32,7 @@ class RoomFinder {
       raise<ParseError>("at byte offset {}: expected the primer pack of partition {}, found another key",
                         source_.position(), number_);
     }
-    const MetadataRoom room{source_.position(), partition_.pack.headerByteCount};
+    MetadataRoom room{source_.position(), partition_.pack.headerByteCount};
     requireWholeKLVs(room);
     requireNoSetsBehind();
     skipToEssence();
@@ -46,13 +40,17 @@ class RoomFinder {
   }
 
  private:
-  void requireWholeKLVs(const MetadataRoom& room) {
+  void requireWholeKLVs(MetadataRoom& room) {
     if (room.size > partitionEnd_ - room.offset) {
       raise<ParseError>("at byte offset {}: partition {} counts {} bytes of header metadata, but ends at {}",
                         source_.position(), number_, room.size, partitionEnd_);
     }
     while (source_.position() < room.end()) {
-      if (KLV::endsHeaderMetadata(peekKey(source_)) || !skipKLV()) refuseCount(room);
+      if (KLV::endsHeaderMetadata(peekKey(source_))) refuseCount(room);
+      const KLVHeader klv = readKLVHeader(source_);
+      room.hasObjectDirectory = room.hasObjectDirectory || KLV::isOfObjectDirectory(klv.key);
+      skipValue(klv, source_);
+      if (!valueFits(klv, source_)) refuseCount(room);
     }
     if (source_.position() != room.end()) refuseCount(room);
   }
@@ -79,12 +77,11 @@ class RoomFinder {
     }
   }
 
-  /// Returns whether the KLV is whole.
-  bool skipKLV() {
+  /// Of what is no header metadata.
+  void skipKLV() {
     const KLVHeader klv = readKLVHeader(source_);
     refuseDirectory(source_, klv, number_);
     skipValue(klv, source_);
-    return valueFits(klv, source_);
   }
 
   [[noreturn]] void refuseCount(const MetadataRoom& room) const {
@@ -118,15 +115,23 @@ MetadataRoom withoutFill(SeekableSource& source, const MetadataRoom& room) {
   return {room.offset, end - room.offset};
 }
 
+Bytes readRoom(SeekableSource& source, const MetadataRoom& room) {
+  source.seek(room.offset);
+  source.require(room.size);
+  Bytes bytes(static_cast<std::size_t>(room.size));
+  source.read(bytes.data(), bytes.size());
+  return bytes;
+}
+
 bool haveSameBytes(SeekableSource& source, const MetadataRoom& left, const MetadataRoom& right) {
   return left.size == right.size && DataIO::haveSameBytes(source, left.offset, source, right.offset, left.size);
 }
 
 void refuseDirectory(const SeekableSource& source, const KLVHeader& klv, std::size_t partition) {
-  if (klv.key != kObjectDirectory && klv.key != kRootOfDirectory) return;
+  if (!KLV::isOfObjectDirectory(klv.key)) return;
   raise<Exceptions::IOError>(
       "at byte offset {}: cannot replace header metadata in '{}': the KLV with key {} in partition {} holds offsets "
-      "of sets, which would be wrong then",
+      "of sets, but stands outside of header metadata",
       klv.offset, source.name(), klv.key.toString(), partition);
 }
 

@@ -58,6 +58,9 @@ struct PartitionPack {
   void render(DataIO::DataSink& sink) const;
 };
 
+/// The size of a value without essence containers, in bytes.
+constexpr uint64 kPartitionPackSize = 88;
+
 /// The longest value that is taken for a partition pack's, in bytes. It has room for 65,530 essence containers.
 constexpr uint64 kMaxPartitionPackSize = uint64{1} << 20;
 

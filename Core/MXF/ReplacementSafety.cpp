@@ -95,13 +95,14 @@ std::vector<std::optional<MetadataRoom>> refuseUnsafe(SeekableSource& source, co
   return rooms;
 }
 
-void refuseUnlisted(SeekableSource& source, const FileStructure& structure) {
+void refuseUnlisted(SeekableSource& source, const FileStructure& structure,
+                    const std::vector<std::optional<MetadataRoom>>& rooms) {
   const auto& partitions = structure.partitions;
   const auto randomIndexPack = findRandomIndexPack(source, partitions.back().packEnd);
   for (std::size_t i = 0; i < partitions.size(); ++i) {
     const bool isLast = i + 1 == partitions.size();
     const uint64 behindLast = randomIndexPack ? randomIndexPack->offset : structure.fileSize;
-    source.seek(partitions[i].packEnd);
+    source.seek(rooms[i] ? rooms[i]->end() : partitions[i].packEnd);
     requireKnown(source, i, isLast ? behindLast : partitions[i + 1].offset, isLast && !randomIndexPack);
   }
 }

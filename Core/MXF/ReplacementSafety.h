@@ -22,11 +22,13 @@ std::vector<std::optional<MetadataRoom>> refuseUnsafe(DataIO::SeekableSource& so
 /// Checks that parts of the file can move, which demands more: no KLV may hold an offset that a copy would leave wrong.
 /// Refused are: files with a partition pack, or a random index pack, that is not the structure's, such as one that the
 /// random index pack and the links leave out; files with bytes between the partitions that cannot be followed, so that
-/// such packs may be among them; files where KLVs anywhere hold offsets of sets, as in findMetadataRoom().
+/// such packs may be among them; files with an object directory among the essence.
 ///
-/// Reads key and length of every KLV. Large files have a million of them, which takes some seconds when the system has
-/// none of the file in memory.
-/// @throws as refuseUnsafe(), which is not called.
-void refuseUnlisted(DataIO::SeekableSource& source, const FileStructure& structure);
+/// Reads key and length of every KLV outside of header metadata. Large files have a million of them, which takes some
+/// seconds when the system has none of the file in memory.
+/// @param rooms  what refuseUnsafe() returned.
+/// @throws as refuseUnsafe().
+void refuseUnlisted(DataIO::SeekableSource& source, const FileStructure& structure,
+                    const std::vector<std::optional<MetadataRoom>>& rooms);
 
 }  // namespace Vantor::MXF

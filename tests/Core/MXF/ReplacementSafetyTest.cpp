@@ -119,14 +119,15 @@ TEST(ReplacementSafety, RefusesARandomIndexPackThatListsWhatIsNotThere) {
 
 TEST(ReplacementSafety, LooksAtTheHeaderMetadataOfEveryPartition) {
   FileLayout layout = threePartitions();
-  layout.partitions[2].metadata = layout.partitions[2].metadata + klv(kForeign, {1});
+  layout.partitions[2].indexTable = klv(kForeign, {1});
   EXPECT_THAT([&] { refuse(fileOf(layout)); },
               ThrowsMessage<IOError>(HasSubstr("in partition 2 holds offsets of sets")));
 }
 
 void refuseUnlistedIn(const Path& path) {
   DataIO::File::FileDataSource source(path);
-  refuseUnlisted(source, readStructure(source));
+  const FileStructure structure = readStructure(source);
+  refuseUnlisted(source, structure, refuseUnsafe(source, structure));
 }
 
 /// refuseUnsafe() accepts the file; refuseUnlisted() refuses it with such a message.

@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <optional>
+#include <ostream>
 
 #include "Core/MXF/HeaderMetadataReplacement.h"
 #include "tests/Core/DataIO/FolderTest.h"
@@ -41,6 +43,30 @@ inline FileLayout fivePartitions(uint32 kag = 1, uint64 spare = 0) {
   return layout;
 }
 
+/// Layouts of files that are written anew.
+struct RewriteCase {
+  uint32 kag;
+  std::size_t runIn;
+  bool hasRandomIndexPack;
+};
+
+inline void PrintTo(const RewriteCase& one, std::ostream* out) {
+  *out << "KAG " << one.kag << ", run-in " << one.runIn << ", random index pack " << one.hasRandomIndexPack;
+}
+
+inline const std::vector<RewriteCase> kRewriteCases = {{0, 0, true},    {1, 0, true},        {1, 11, false},
+                                                       {256, 0, false}, {256, 4096, true},   {512, 0, true},
+                                                       {512, 77, true}, {4096, 65535, false}};
+
+inline FileLayout layoutOf(const RewriteCase& one) {
+  FileLayout layout = fivePartitions(one.kag);
+  layout.runIn = one.runIn;
+  layout.hasRandomIndexPack = one.hasRandomIndexPack;
+  return layout;
+}
+
+inline bool hasPython() { return std::system("python3 --version > /dev/null 2>&1") == 0; }
+
 /// For files that no other program changes.
 inline bool fits(const Path& file, const Replacements& replacements) {
   DataIO::File::FileDataSource source(file);
@@ -70,6 +96,15 @@ class ReplacementTest : public FolderTest {
   Path write(const Bytes& bytes, const char* name = "a.mxf") {
     create(folder_ / name, std::string(bytes.begin(), bytes.end()));
     return folder_ / name;
+  }
+
+  /// The findings of `scripts/check-partitions`; empty when all is well.
+  std::string complaint(const Path& file, const Path& original, const char* option = "") const {
+    const Path script = Path(VANTOR_TEST_DATA_DIR) / ".." / ".." / "scripts" / "check-partitions";
+    const std::string output = (folder_ / "output").string();
+    const std::string command = "python3 '" + script.string() + "' '" + file.string() + "' --original '" +
+                                original.string() + "' " + option + " > '" + output + "' 2>&1";
+    return std::system(command.c_str()) == 0 ? "" : contents(output);
   }
 };
 

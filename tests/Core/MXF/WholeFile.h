@@ -23,6 +23,9 @@ struct PartitionLayout {
   Bytes indexTable = {};
   Bytes essence = {};
   uint8 berOctets = 4;  ///< of the length fields of pack and fill; fill that is too small for 9 has the customary ones
+  Types::UniversalLabel operationalPattern = {};
+  std::vector<Types::UniversalLabel> essenceContainers = {};
+  uint64 spareForPack = 0;  ///< as `spare`, behind the pack
 };
 
 struct FileLayout {
@@ -48,8 +51,8 @@ inline Bytes padding(std::size_t position, uint32 kag, uint64 spare = 0, uint8 b
 
 /// One partition and what its pack counts.
 inline Bytes partitionBytes(const PartitionLayout& layout, PartitionPack pack) {
-  const std::size_t packSize = kPackSize - 4 + layout.berOctets;
-  Bytes body = padding(packSize, layout.kag, 0, layout.berOctets);
+  const std::size_t packSize = kPackSize - 4 + layout.berOctets + 16 * layout.essenceContainers.size();
+  Bytes body = padding(packSize, layout.kag, layout.spareForPack, layout.berOctets);
   const auto add = [&](const Bytes& part, uint64 spare) {
     const std::size_t before = body.size();
     if (part.empty()) return std::size_t{0};
@@ -61,6 +64,8 @@ inline Bytes partitionBytes(const PartitionLayout& layout, PartitionPack pack) {
   pack.status = layout.status;
   pack.kagSize = layout.kag;
   pack.bodySID = layout.bodySID;
+  pack.operationalPattern = layout.operationalPattern;
+  pack.essenceContainers = layout.essenceContainers;
   pack.headerByteCount = add(layout.metadata, layout.spare);
   pack.indexByteCount = add(layout.indexTable, 0);
   add(layout.essence, 0);
