@@ -1,0 +1,24 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Edit/Check.h"
+
+namespace Vantor::Tool {
+
+/// The option --ignore, for commands that check files. Filled during parsing; lives as long as the subcommand.
+class RuleOptions {
+ public:
+  void addIgnore(CLI::App& command);
+
+  /// The findings of rules that are not ignored.
+  std::vector<Edit::Finding> withoutIgnored(std::vector<Edit::Finding> findings) const;
+
+ private:
+  std::set<const Edit::Rule*> ignored_;
+};
+
+}  // namespace Vantor::Tool
