@@ -145,13 +145,6 @@ void endCopy(const Path& original, const FileState& expected, uint64 size, const
 
 }  // namespace
 
-bool relabel(PartitionPack& pack, const PackLabels& labels) {
-  const auto before = pack;
-  if (labels.operationalPattern) pack.operationalPattern = *labels.operationalPattern;
-  if (labels.essenceContainers) pack.essenceContainers = *labels.essenceContainers;
-  return pack.operationalPattern != before.operationalPattern || pack.essenceContainers != before.essenceContainers;
-}
-
 bool fits(SeekableSource& file, const Replacements& replacements) {
   const auto plan = planReplacements(file, replacements);
   return std::all_of(plan.partitions.begin(), plan.partitions.end(), [](const PlannedPartition& one) {

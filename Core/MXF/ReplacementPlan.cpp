@@ -97,21 +97,6 @@ bool haveSameLabels(const Labels& left, const Labels& right) {
   return std::is_permutation(left.begin(), left.end(), right.begin(), right.end());
 }
 
-/// Returns whether a label is another one.
-bool relabel(PartitionPack& pack, const PackLabels& labels) {
-  bool isChanged = false;
-  if (labels.operationalPattern && pack.operationalPattern != *labels.operationalPattern) {
-    pack.operationalPattern = *labels.operationalPattern;
-    isChanged = true;
-  }
-  if (labels.essenceContainers && !haveSameLabels(pack.essenceContainers, *labels.essenceContainers)) {
-    pack.essenceContainers = *labels.essenceContainers;
-    pack.essenceContainerSize = Types::UniversalLabel::kSize;
-    isChanged = true;
-  }
-  return isChanged;
-}
-
 /// Where the fill behind a pack ends.
 uint64 fillEnd(SeekableSource& source, const FileStructure& structure, std::size_t number) {
   const auto& partitions = structure.partitions;
@@ -165,6 +150,20 @@ void planPacks(SeekableSource& source, const PackLabels& labels, ReplacementPlan
 }
 
 }  // namespace
+
+bool relabel(PartitionPack& pack, const PackLabels& labels) {
+  bool isChanged = false;
+  if (labels.operationalPattern && pack.operationalPattern != *labels.operationalPattern) {
+    pack.operationalPattern = *labels.operationalPattern;
+    isChanged = true;
+  }
+  if (labels.essenceContainers && !haveSameLabels(pack.essenceContainers, *labels.essenceContainers)) {
+    pack.essenceContainers = *labels.essenceContainers;
+    pack.essenceContainerSize = Types::UniversalLabel::kSize;
+    isChanged = true;
+  }
+  return isChanged;
+}
 
 uint64 PlannedPack::size() const {
   return KLV::Key::kSize + KLV::berOctets(valueSize(pack), lengthOctets) + valueSize(pack);

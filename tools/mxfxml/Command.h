@@ -64,6 +64,9 @@ std::unique_ptr<Command> setCommand(CLI::App& program);
 /// `mxfxml diff`: prints the differences between the header metadata of two files, MXF or XML. Fails after printing if
 /// there are any.
 std::unique_ptr<Command> diffCommand(CLI::App& program);
+/// `mxfxml check`: prints what in the metadata and partition packs of files breaks a rule, or the rules. Ends with 1
+/// after printing if there is more than notes; a file that cannot be read does not keep it from the others.
+std::unique_ptr<Command> checkCommand(CLI::App& program);
 /// `mxfxml recover`: undoes a change in place that was stopped half-way.
 std::unique_ptr<Command> recoverCommand(CLI::App& program);
 /// `mxfxml dictionary`: prints the sets that the dictionary knows, or what it knows under a name, a key or a tag.

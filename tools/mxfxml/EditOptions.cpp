@@ -5,7 +5,6 @@
 
 #include "Core/Platform/Strings.h"
 #include "ErrorText.h"
-#include "FindingText.h"
 
 namespace Vantor::Tool {
 
@@ -36,13 +35,7 @@ void EditOptions::add(CLI::App& command, CLI::Option* needed) {
   need(command.add_flag("--only", isOnly_,
                         "Change nothing along with the edit: not the references to a\nrenamed package or track, nor "
                         "the labels in partition packs"));
-  need(command
-           .add_option("--ignore", ignored_,
-                       "Write the file even if the edit breaks this rule (see mxfxml\ncheck --rules); may be given "
-                       "several times")
-           ->type_name("RULE")
-           ->allow_extra_args(false)
-           ->check(whyNoRule));
+  need(rules_.addIgnore(command, "Write the file even if the edit breaks this rule"));
   need(command.add_flag("--sign", isSigned_,
                         "Add an Identification of this program, with the time and a new\ngeneration, which changed "
                         "sets get, too"));
@@ -54,7 +47,7 @@ void EditOptions::add(CLI::App& command, CLI::Option* needed) {
 Edit::SaveOptions EditOptions::saving() const {
   Edit::SaveOptions options;
   options.completesEdits = !isOnly_;
-  options.ignoredRules.insert(ignored_.begin(), ignored_.end());
+  options.ignoredRules = rules_.ignored();
   if (isSigned_) options.signature = programSignature();
   return options;
 }

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <string>
-#include <vector>
 
 #include "Edit/Save.h"
+#include "RuleOptions.h"
 
 namespace Vantor::Tool {
 
@@ -25,7 +24,7 @@ class EditOptions {
   bool isSigned_ = false;
   bool isDryRun_ = false;
   bool keepsGoing_ = false;
-  std::vector<std::string> ignored_;
+  RuleOptions rules_;
 };
 
 }  // namespace Vantor::Tool

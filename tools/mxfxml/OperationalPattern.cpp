@@ -1,24 +1,11 @@
 #include "OperationalPattern.h"
 
-#include <algorithm>
-#include <array>
+#include "Core/MXF/OperationalPattern.h"
 
 namespace Vantor::Tool {
 
-namespace {
-
-/// ST 377-1: octets 1 to 12 of every operational pattern's label, of which octet 8 is the register's version.
-constexpr std::array<uint8, 12> kStart = {0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0x00, 0x0d, 0x01, 0x02, 0x01};
-
-bool isOperationalPattern(const Types::UniversalLabel& label) {
-  const uint8* octets = label.rawBuffer();
-  return std::equal(octets, octets + 7, kStart.begin()) && std::equal(octets + 8, octets + 12, kStart.begin() + 8);
-}
-
-}  // namespace
-
 std::string operationalPatternName(const Types::UniversalLabel& label) {
-  if (!isOperationalPattern(label)) return "unknown pattern";
+  if (!MXF::isOperationalPattern(label)) return "unknown pattern";
   const uint8 items = label.octet(13);     // ST 377-1: 1 single item, 2 playlist, 3 edited items
   const uint8 packages = label.octet(14);  // 1 one package per item, 2 ganged, 3 alternate ones
   if (items == 0x10) return "OP-Atom";     // ST 390

@@ -1,0 +1,69 @@
+#include "Edit/Rules/Components.h"
+
+#include <array>
+#include <unordered_set>
+
+#include "Core/Types/UUID.h"
+
+namespace Vantor::Edit {
+
+namespace {
+
+/// The data definitions of picture and sound that files had before there were labels for them.
+constexpr std::array<std::array<uint8, 16>, 2> kOldEssence = {
+    {{0x80, 0x7d, 0x00, 0x60, 0x08, 0x14, 0x3e, 0x6f, 0x6f, 0x3c, 0x8c, 0xe1, 0x6c, 0xef, 0x11, 0xd2},
+     {0x80, 0x7d, 0x00, 0x60, 0x08, 0x14, 0x3e, 0x6f, 0x78, 0xe1, 0xeb, 0xe1, 0x6c, 0xef, 0x11, 0xd2}}};
+
+/// ST 400: 01.03.02.02 are picture, sound and data, 01.03.02.01 timecode and descriptive metadata.
+bool isEssence(const Types::UniversalLabel& definition) {
+  for (const auto& old : kOldEssence) {
+    if (definition == Types::UniversalLabel(old)) return true;
+  }
+  return definition.octet(9) == 1 && definition.octet(10) == 3 && definition.octet(11) == 2 && definition.octet(12) > 1;
+}
+
+}  // namespace
+
+std::vector<const MetadataSet*> componentsOf(const Model& model, const MetadataSet& track) {
+  std::vector<const MetadataSet*> found;
+  std::unordered_set<const MetadataSet*> entered;
+  std::vector<Types::UUID> identifiers;
+  const auto enterTargets = [&](const MetadataSet& set) {
+    identifiers.clear();
+    for (const auto& element : set) element.appendTargets({false}, identifiers);
+    for (const auto& identifier : identifiers) {
+      const auto& targets = model.metadata().findByInstanceUID(identifier);
+      if (targets.empty() || !model.is(*targets.front(), "Component")) continue;
+      if (entered.insert(targets.front()).second) found.push_back(targets.front());
+    }
+  };
+  enterTargets(track);
+  for (std::size_t i = 0; i < found.size(); ++i) enterTargets(*found[i]);
+  return found;
+}
+
+std::optional<int64> lengthOf(const Model& model, const MetadataSet& track) {
+  const auto* segment = model.target(track, "TrackSegment");
+  const auto length = segment == nullptr ? std::nullopt : integerOf(*segment, "ComponentLength");
+  return length.value_or(-1) < 0 ? std::nullopt : length;
+}
+
+bool isEssenceTrack(const Model& model, const MetadataSet& track) {
+  const auto* segment = model.target(track, "TrackSegment");
+  const auto definition = segment == nullptr ? std::nullopt : labelOf(*segment, "ComponentDataDefinition");
+  return definition && isEssence(*definition);
+}
+
+std::vector<const MetadataSet*> descriptorsOf(const Model& model, const Package& package) {
+  const auto* descriptor = model.target(*package.set, "EssenceDescription");
+  if (descriptor == nullptr) return {};
+  auto found = model.targets(*descriptor, "FileDescriptors");
+  found.insert(found.begin(), descriptor);
+  return found;
+}
+
+bool areEqual(const Types::Rational& left, const Types::Rational& right) {
+  return int64{left.numerator()} * right.denominator() == int64{right.numerator()} * left.denominator();
+}
+
+}  // namespace Vantor::Edit

@@ -1,0 +1,190 @@
+#include <set>
+#include <unordered_set>
+
+#include "Edit/Rules/Components.h"
+#include "Edit/Rules/Rule.h"
+
+/// Rules about the essence: its streams in partitions, the containers that they are in, and what describes them.
+namespace Vantor::Edit {
+
+namespace {
+
+using Streams = std::set<int64>;
+
+/// The streams that partition packs or EssenceData name; 0 stands for none.
+struct NamedStreams {
+  Streams body;
+  Streams index;
+};
+
+NamedStreams ofPartitions(const CheckedFile& file) {
+  NamedStreams streams;
+  for (const auto& partition : file.state().partitions) {
+    streams.body.insert(partition.info.pack.bodySID);
+    streams.index.insert(partition.info.pack.indexSID);
+  }
+  return streams;
+}
+
+NamedStreams ofEssenceData(const Model& model) {
+  NamedStreams streams{{0}, {0}};
+  for (const auto* data : model.all("EssenceData")) {
+    streams.body.insert(integerOf(*data, "EssenceStreamID").value_or(0));
+    streams.index.insert(integerOf(*data, "IndexStreamID").value_or(0));
+  }
+  return streams;
+}
+
+/// Reports the streams of EssenceData that are in no partition of a whole file.
+void checkStreams(const CheckedFile& file, const char* property, Streams NamedStreams::*kind, Report& report) {
+  if (file.best() == nullptr || file.isCut()) return;
+  const auto streams = ofPartitions(file);
+  Report ofMetadata = report.about(file.best()->partitions());
+  for (const auto* data : file.best()->all("EssenceData")) {
+    const auto stream = integerOf(*data, property).value_or(0);
+    if (stream != 0 && (streams.*kind).count(stream) == 0) ofMetadata.add(*data, property, {std::to_string(stream)});
+  }
+}
+
+void checkBodyStreams(const CheckedFile& file, Report& report) {
+  checkStreams(file, "EssenceStreamID", &NamedStreams::body, report);
+}
+void checkIndexStreams(const CheckedFile& file, Report& report) {
+  checkStreams(file, "IndexStreamID", &NamedStreams::index, report);
+}
+
+bool isGeneric(const MXF::PartitionInfo& partition) {
+  return partition.pack.status == KLV::PartitionStatus::kGenericStream;
+}
+
+/// Generic streams (ST 410) are named by other sets.
+void checkPartitionBodies(const CheckedFile& file, Report& report) {
+  if (file.best() == nullptr) return;
+  const auto streams = ofEssenceData(*file.best());
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    const auto& partition = file.state().partitions[i].info;
+    const int64 stream = partition.pack.bodySID;
+    if (!isGeneric(partition) && streams.body.count(stream) == 0) report.add(i, "BodySID", {std::to_string(stream)});
+  }
+}
+
+void checkPartitionIndexes(const CheckedFile& file, Report& report) {
+  if (file.best() == nullptr) return;
+  const auto streams = ofEssenceData(*file.best());
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    const int64 stream = file.state().partitions[i].info.pack.indexSID;
+    if (streams.index.count(stream) == 0) report.add(i, "IndexSID", {std::to_string(stream)});
+  }
+}
+
+void checkStreamNumbers(const Model& model, Report& report) {
+  Streams numbers;
+  for (const auto* data : model.all("EssenceData")) {
+    for (const char* property : {"EssenceStreamID", "IndexStreamID"}) {
+      const auto number = integerOf(*data, property).value_or(0);
+      if (number != 0 && !numbers.insert(number).second) report.add(*data, property, {std::to_string(number)});
+    }
+  }
+}
+
+void checkLinkedPackages(const Model& model, Report& report) {
+  for (const auto* data : model.all("EssenceData")) {
+    const auto* id = valueOf<Types::UMID32>(*data, "LinkedPackageID");
+    const auto* package = id == nullptr ? nullptr : model.findPackage(*id);
+    if (id == nullptr || (package != nullptr && model.is(*package->set, "SourcePackage"))) continue;
+    report.add(*data, "LinkedPackageID", {id->dottedText()});
+  }
+}
+
+void checkDescriptions(const Model& model, Report& report) {
+  for (const auto* data : model.all("EssenceData")) {
+    const auto* package = model.package(*data, "LinkedPackageID");
+    if (package != nullptr && descriptorsOf(model, *package).empty()) {
+      report.add(*package->set, "EssenceDescription");
+    }
+  }
+}
+
+using Labels = std::unordered_set<Types::UniversalLabel>;
+
+/// Labels are the same in every version of the register.
+Types::UniversalLabel withoutVersion(const Types::UniversalLabel& label) {
+  return Types::UniversalLabel(label.key().withOctet(KLV::Key::kVersionOctet, 0));
+}
+Labels withoutVersions(const std::vector<Types::UniversalLabel>& labels) {
+  Labels set;
+  for (const auto& label : labels) set.insert(withoutVersion(label));
+  return set;
+}
+
+/// The descriptors of packages whose essence is in the file.
+std::vector<const MetadataSet*> internalDescriptors(const Model& model) {
+  std::vector<const MetadataSet*> found;
+  for (const auto* data : model.all("EssenceData")) {
+    const auto* package = model.package(*data, "LinkedPackageID");
+    if (package == nullptr) continue;
+    for (const auto* descriptor : descriptorsOf(model, *package)) found.push_back(descriptor);
+  }
+  return found;
+}
+
+void checkUnlistedContainers(const Model& model, Report& report) {
+  if (model.preface() == nullptr) return;
+  const auto listed = withoutVersions(labelsOf(*model.preface(), "EssenceContainers"));
+  for (const auto* descriptor : internalDescriptors(model)) {
+    const auto container = labelOf(*descriptor, "ContainerFormat");
+    if (container && listed.count(withoutVersion(*container)) == 0) {
+      report.add(*descriptor, "ContainerFormat", {textOf(*container)});
+    }
+  }
+}
+
+/// Files with several containers may also list the label for several mappings (ST 379-1), which no descriptor has.
+constexpr KLV::Key kSeveralMappings({0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0x03,  //
+                                     0x0d, 0x01, 0x03, 0x01, 0x02, 0x7f, 0x01, 0x00});
+
+void checkUnusedContainers(const Model& model, Report& report) {
+  if (model.preface() == nullptr) return;
+  Labels used = {withoutVersion(Types::UniversalLabel(kSeveralMappings))};
+  for (const auto* descriptor : model.all("FileDescriptor")) {
+    if (const auto container = labelOf(*descriptor, "ContainerFormat")) used.insert(withoutVersion(*container));
+  }
+  for (const auto& label : labelsOf(*model.preface(), "EssenceContainers")) {
+    if (used.count(withoutVersion(label)) == 0) report.add(*model.preface(), "EssenceContainers", {textOf(label)});
+  }
+}
+
+}  // namespace
+
+const RuleTable& essenceRules() {
+  static const RuleTable table = {
+      {{"essence-stream", Severity::kError, "no partition holds the stream {number}",
+        "ST 377-1, Essence Container Data"},
+       checkBodyStreams},
+      {{"index-stream", Severity::kWarning, "no partition holds the index stream {number}",
+        "ST 377-1, Essence Container Data"},
+       checkIndexStreams},
+      {{"partition-stream", Severity::kError, "no EssenceData names the stream {number} of the partition",
+        "ST 377-1, Partition Pack"},
+       checkPartitionBodies},
+      {{"partition-index", Severity::kWarning, "no EssenceData names the index stream {number} of the partition",
+        "ST 377-1, Partition Pack"},
+       checkPartitionIndexes},
+      {{"stream-number", Severity::kError, "the number {number} belongs to another stream already",
+        "ST 377-1, Essence Container Data"},
+       checkStreamNumbers},
+      {{"linked-package", Severity::kError, "the file has no source package {identifier}",
+        "ST 377-1, Essence Container Data"},
+       checkLinkedPackages},
+      {{"essence-description", Severity::kError, "the package has essence in the file and no descriptor of it",
+        "ST 377-1, File Package"},
+       checkDescriptions},
+      {{"unlisted-container", Severity::kWarning, "the Preface does not list the essence container {label}",
+        "ST 377-1, Preface"},
+       checkUnlistedContainers},
+      {{"unused-container", Severity::kNote, "no descriptor has the essence container {label}", "ST 377-1, Preface"},
+       checkUnusedContainers}};
+  return table;
+}
+
+}  // namespace Vantor::Edit

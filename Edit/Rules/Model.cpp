@@ -1,0 +1,177 @@
+#include "Edit/Rules/Model.h"
+
+#include <algorithm>
+
+#include "Core/Platform/Strings.h"
+#include "Core/Types/Collection.h"
+
+namespace Vantor::Edit {
+
+namespace {
+
+using namespace Types::Identifiers;
+
+bool isUnsigned(Identifier type) {
+  return type == kUInt8 || type == kUInt16 || type == kUInt32 || type == kUInt64 || type == kBoolean ||
+         type == kSignalStandard || type == kOrientation;
+}
+bool isSigned(Identifier type) {
+  return type == kInt8 || type == kInt16 || type == kInt32 || type == kInt64 || type == kLength || type == kPosition;
+}
+
+std::optional<Types::UniversalLabel> labelOf(const Types::SimpleDataType& value) {
+  const auto type = value.identifier();
+  if (type != kUniversalLabel && type != kAUID && type != kUUID) return std::nullopt;
+  return Types::UniversalLabel(value.rawBuffer());
+}
+
+}  // namespace
+
+const Types::SimpleDataType* valueOf(const MetadataSet& set, std::string_view property) {
+  const auto* element = set.find(property);
+  return element == nullptr || !element->isPresent() ? nullptr : element->wireValue();
+}
+
+std::optional<int64> integerOf(const Types::SimpleDataType& value) {
+  const bool hasSign = isSigned(value.identifier());
+  if (!hasSign && !isUnsigned(value.identifier())) return std::nullopt;
+  const uint8* octets = value.rawBuffer();
+  uint64 number = hasSign && (octets[0] & 0x80) != 0 ? ~uint64{0} : 0;
+  for (uint32 i = 0; i < value.encodedSize(); ++i) number = number << 8 | octets[i];
+  return static_cast<int64>(number);
+}
+
+std::optional<int64> integerOf(const MetadataSet& set, std::string_view property) {
+  const auto* value = valueOf(set, property);
+  return value == nullptr ? std::nullopt : integerOf(*value);
+}
+
+std::optional<Types::UniversalLabel> labelOf(const MetadataSet& set, std::string_view property) {
+  const auto* value = valueOf(set, property);
+  return value == nullptr ? std::nullopt : labelOf(*value);
+}
+
+std::vector<Types::UniversalLabel> labelsOf(const MetadataSet& set, std::string_view property) {
+  std::vector<Types::UniversalLabel> labels;
+  const auto* value = valueOf(set, property);
+  if (value == nullptr || (value->identifier() != kArray && value->identifier() != kBatch)) return labels;
+  const auto& collection = static_cast<const Types::Collection&>(*value);
+  for (uint32 i = 0; i < collection.size(); ++i) {
+    if (const auto label = labelOf(collection.at(i))) labels.push_back(*label);
+  }
+  return labels;
+}
+
+std::string symbolOf(const Element& element) {
+  if (const auto* definition = definitionOf(element)) return definition->symbol();
+  return Utils::wstringToString(element.metaAttribute().asUnknown()->localTag().toString());
+}
+
+bool areSame(const Types::UniversalLabel& left, const Types::UniversalLabel& right) {
+  return MetaMetadata::elementIdentity(left.rawBuffer()) == MetaMetadata::elementIdentity(right.rawBuffer());
+}
+
+std::string textOf(const Types::UniversalLabel& label) { return label.dottedText(); }
+
+Model::Model(const PartitionMetadata& metadata, std::vector<std::size_t> partitions)
+    : metadata_(metadata), partitions_(std::move(partitions)), preface_(metadata.preface()) {
+  for (const auto* set : metadata.sets()) {
+    places_.emplace(set, places_.size());
+    if (set->definition() != nullptr) sets_.push_back(set);
+  }
+  for (const auto* set : all("Package")) addPackage(*set);
+}
+
+std::size_t Model::placeOf(const MetadataSet* set) const {
+  const auto found = places_.find(set);
+  return found == places_.end() ? places_.size() : found->second;
+}
+
+void Model::addPackage(const MetadataSet& set) {
+  Package package{&set, valueOf<Types::UMID32>(set, "PackageID")};
+  package.tracks = targets(set, "PackageTracks");
+  for (const auto* track : package.tracks) {
+    if (const auto id = integerOf(*track, "TrackID")) package.byTrackID.emplace(*id, track);
+  }
+  if (package.id != nullptr) byPackageID_.emplace(*package.id, packages_.size());
+  packages_.push_back(std::move(package));
+}
+
+bool Model::is(const MetadataSet& set, std::string_view symbol) const {
+  const auto* kind = dictionary().findSetBySymbol(symbol);
+  return kind != nullptr && set.definition() != nullptr && set.definition()->isOrInherits(*kind);
+}
+
+std::vector<const MetadataSet*> Model::all(std::string_view symbol) const {
+  std::vector<const MetadataSet*> found;
+  const auto* kind = dictionary().findSetBySymbol(symbol);
+  if (kind == nullptr) return found;
+  for (const auto* set : sets_) {
+    if (set->definition()->isOrInherits(*kind)) found.push_back(set);
+  }
+  return found;
+}
+
+const MetadataSet* Model::target(const MetadataSet& set, std::string_view property) const {
+  const auto found = targets(set, property);
+  return found.empty() ? nullptr : found.front();
+}
+
+std::vector<const MetadataSet*> Model::targets(const MetadataSet& set, std::string_view property) const {
+  std::vector<Types::UUID> identifiers;
+  const auto* element = set.find(property);
+  if (element != nullptr) element->appendTargets({true}, identifiers);
+  std::vector<const MetadataSet*> found;
+  for (const auto& identifier : identifiers) {
+    const auto& sets = metadata_.findByInstanceUID(identifier);
+    if (!sets.empty()) found.push_back(sets.front());
+  }
+  return found;
+}
+
+const Package* Model::findPackage(const Types::UMID32& id) const {
+  const auto found = byPackageID_.find(id);
+  return found == byPackageID_.end() ? nullptr : &packages_[found->second];
+}
+
+const Package* Model::package(const MetadataSet& set, std::string_view property) const {
+  const auto* id = valueOf<Types::UMID32>(set, property);
+  return id == nullptr ? nullptr : findPackage(*id);
+}
+
+CheckedFile::CheckedFile(const FileState& state) : state_(state) {
+  std::vector<std::vector<std::size_t>> sharing;
+  std::vector<const PartitionMetadata*> distinct;
+  for (std::size_t i = 0; i < state.partitions.size(); ++i) {
+    const auto* metadata = state.partitions[i].metadata.get();
+    if (metadata == nullptr) continue;
+    const auto place = places_.emplace(metadata, places_.size()).first->second;
+    if (place == distinct.size()) {
+      distinct.push_back(metadata);
+      sharing.emplace_back();
+    }
+    sharing[place].push_back(i);
+  }
+  models_.reserve(distinct.size());
+  for (std::size_t i = 0; i < distinct.size(); ++i) models_.emplace_back(*distinct[i], std::move(sharing[i]));
+  bool hasComplete = false;
+  for (std::size_t i = 0; i < state.partitions.size(); ++i) {
+    const auto* model = modelOf(i);
+    const bool complete = isComplete(state.partitions[i].info);
+    if (model == nullptr || (hasComplete && !complete)) continue;
+    best_ = model;
+    hasComplete = complete;
+  }
+}
+
+const Model* CheckedFile::modelOf(std::size_t partition) const {
+  const auto found = places_.find(state_.partitions[partition].metadata.get());
+  return found == places_.end() ? nullptr : &models_[found->second];
+}
+
+bool CheckedFile::isCut() const {
+  const auto& pack = state_.partitions.front().info.pack;
+  return pack.footerPartition != 0 && state_.runIn + pack.footerPartition >= state_.fileSize;
+}
+
+}  // namespace Vantor::Edit

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "Core/MetaMetadata/LabelHash.h"
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Types/Rational.h"
+#include "Core/Types/UMID32.h"
+#include "Edit/Check.h"
+
+namespace Vantor::Edit {
+
+/// @name Values of sets
+/// A property that a set does not have, or that has no value, or one of another type, has none of these.
+/// @{
+const Types::SimpleDataType* valueOf(const MetadataSet& set, std::string_view property);
+template <class Value>
+const Value* valueOf(const MetadataSet& set, std::string_view property) {
+  const auto* value = valueOf(set, property);
+  return value == nullptr || value->identifier() != Value::kIdentifier ? nullptr : static_cast<const Value*>(value);
+}
+/// The value of any integer type, Booleans included.
+std::optional<int64> integerOf(const Types::SimpleDataType& value);
+std::optional<int64> integerOf(const MetadataSet& set, std::string_view property);
+/// A label or another identifier of 16 octets.
+std::optional<Types::UniversalLabel> labelOf(const MetadataSet& set, std::string_view property);
+/// The same for all items of a collection.
+std::vector<Types::UniversalLabel> labelsOf(const MetadataSet& set, std::string_view property);
+/// @}
+
+/// The definition of a property; null for an unknown one.
+inline const MetaMetadata::MetaElement* definitionOf(const Element& element) {
+  return element.metaAttribute().metaElement();
+}
+/// Its symbol; of an unknown one the local tag.
+std::string symbolOf(const Element& element);
+
+/// Labels are the same whatever their version, octet 8.
+bool areSame(const Types::UniversalLabel& left, const Types::UniversalLabel& right);
+std::string textOf(const Types::UniversalLabel& label);
+
+/// A package with its tracks.
+struct Package {
+  const MetadataSet* set = nullptr;
+  const Types::UMID32* id = nullptr;  ///< null for none
+  std::vector<const MetadataSet*> tracks = {};
+  std::unordered_map<int64, const MetadataSet*> byTrackID = {};  ///< the first of several
+};
+
+/// One state of header metadata, with what rules look up in it.
+class Model {
+ public:
+  /// @param partitions  those that share the metadata, ascending; at least one.
+  Model(const PartitionMetadata& metadata, std::vector<std::size_t> partitions);
+
+  const PartitionMetadata& metadata() const { return metadata_; }
+  const std::vector<std::size_t>& partitions() const { return partitions_; }
+  const MetaMetadata::Dictionary& dictionary() const { return *metadata_.partitionDictionary().dictionary(); }
+  const MetadataSet* preface() const { return preface_; }
+  /// The sets that the dictionary knows, in file order.
+  const std::vector<const MetadataSet*>& sets() const { return sets_; }
+  /// In file order; the last of all for null.
+  std::size_t placeOf(const MetadataSet* set) const;
+
+  /// Whether a set is of a kind or of one that inherits from it. @param symbol  of the kind.
+  bool is(const MetadataSet& set, std::string_view symbol) const;
+  /// The sets of a kind, and of those that inherit from it.
+  std::vector<const MetadataSet*> all(std::string_view symbol) const;
+
+  /// The first set that a property refers to; null when there is none.
+  const MetadataSet* target(const MetadataSet& set, std::string_view property) const;
+  /// The sets that a property refers to; references to none are left out.
+  std::vector<const MetadataSet*> targets(const MetadataSet& set, std::string_view property) const;
+
+  const std::vector<Package>& packages() const { return packages_; }
+  /// Null when there is none; the first one of several.
+  const Package* findPackage(const Types::UMID32& id) const;
+  /// The package that a reference of a set means. @param property  a package identifier.
+  const Package* package(const MetadataSet& set, std::string_view property) const;
+
+ private:
+  void addPackage(const MetadataSet& set);
+
+  const PartitionMetadata& metadata_;
+  std::vector<std::size_t> partitions_;
+  const MetadataSet* preface_;
+  std::vector<const MetadataSet*> sets_;
+  std::unordered_map<const MetadataSet*, std::size_t> places_;
+  std::vector<Package> packages_;
+  std::unordered_map<Types::UMID32, std::size_t> byPackageID_;
+};
+
+/// A file with its models, one for each distinct state of header metadata.
+class CheckedFile {
+ public:
+  explicit CheckedFile(const FileState& state);
+
+  const FileState& state() const { return state_; }
+  const std::vector<Model>& models() const { return models_; }
+  /// The metadata of a partition; null when it has none.
+  const Model* modelOf(std::size_t partition) const;
+  /// The metadata to believe: of the last complete partition that has some, else of the last one.
+  const Model* best() const { return best_; }
+  /// Whether the file ends before the footer partition that it names.
+  bool isCut() const;
+
+ private:
+  const FileState& state_;
+  std::vector<Model> models_;
+  std::unordered_map<const PartitionMetadata*, std::size_t> places_;  // in `models_`
+  const Model* best_ = nullptr;
+};
+
+/// Whether the metadata of a partition are final (ST 377-1): those of an open or incomplete one may still change.
+inline bool isComplete(const MXF::PartitionInfo& partition) {
+  return partition.pack.status == KLV::PartitionStatus::kClosedComplete ||
+         partition.pack.status == KLV::PartitionStatus::kOpenComplete;
+}
+
+}  // namespace Vantor::Edit

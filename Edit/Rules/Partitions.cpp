@@ -1,0 +1,189 @@
+#include <algorithm>
+#include <set>
+
+#include "Core/Comparison/PartitionComparison.h"
+#include "Edit/Rules/Model.h"
+#include "Edit/Rules/Rule.h"
+
+/// Rules about partitions: what their packs state, and how their metadata agree.
+namespace Vantor::Edit {
+
+namespace {
+
+using KLV::PartitionKind;
+using KLV::PartitionStatus;
+
+bool isClosedComplete(const MXF::PartitionInfo& partition) {
+  return partition.pack.status == PartitionStatus::kClosedComplete;
+}
+
+void checkDamage(const CheckedFile& file, Report& report) {
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    if (file.state().partitions[i].info.damaged) report.add(i, "");
+  }
+}
+
+void checkProblems(const CheckedFile& file, Report& report) {
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    const auto& problem = file.state().partitions[i].problem;
+    if (!problem.empty()) report.add(i, "", {problem});
+  }
+}
+
+void checkWhole(const CheckedFile& file, Report& report) {
+  if (file.isCut()) report.add({std::to_string(file.state().fileSize)});
+}
+
+/// A file is finished when the header or footer partition is closed and has final metadata.
+void checkFinished(const CheckedFile& file, Report& report) {
+  const auto& partitions = file.state().partitions;
+  const bool isFinished = std::any_of(partitions.begin(), partitions.end(), [](const FileState::Partition& partition) {
+    return partition.metadata != nullptr && isClosedComplete(partition.info);
+  });
+  if (!isFinished) report.add(0, "");
+}
+
+void checkHeaderStatus(const CheckedFile& file, Report& report) {
+  const auto& partitions = file.state().partitions;
+  const bool hasFinalFooter = std::any_of(partitions.begin() + 1, partitions.end(), [](const auto& partition) {
+    return partition.metadata != nullptr && isClosedComplete(partition.info);
+  });
+  if (hasFinalFooter && !isClosedComplete(partitions.front().info)) report.add(0, "");
+}
+
+void checkFooterStatus(const CheckedFile& file, Report& report) {
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    const auto& partition = file.state().partitions[i].info;
+    if (MXF::isFooter(partition) && !KLV::isClosed(partition.pack.status)) report.add(i, "");
+  }
+}
+
+template <class Visit>
+void forEachPack(const CheckedFile& file, Visit&& visit) {
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    const auto& partition = file.state().partitions[i].info;
+    if (!partition.damaged) visit(i, partition);
+  }
+}
+
+void checkThisPartition(const CheckedFile& file, Report& report) {
+  forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
+    const uint64 offset = partition.offset - file.state().runIn;
+    if (partition.pack.thisPartition == offset) return;
+    report.add(number, "ThisPartition", {std::to_string(partition.pack.thisPartition), std::to_string(offset)});
+  });
+}
+
+void checkPreviousPartition(const CheckedFile& file, Report& report) {
+  forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
+    const uint64 offset = number == 0 ? 0 : file.state().partitions[number - 1].info.offset - file.state().runIn;
+    if (partition.pack.previousPartition == offset) return;
+    report.add(number, "PreviousPartition", {std::to_string(partition.pack.previousPartition), std::to_string(offset)});
+  });
+}
+
+/// Open partitions need not know the footer partition, and write 0.
+void checkFooterPartition(const CheckedFile& file, Report& report) {
+  const auto& last = file.state().partitions.back().info;
+  if (!MXF::isFooter(last)) return;
+  const uint64 offset = last.offset - file.state().runIn;
+  forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
+    const auto stated = partition.pack.footerPartition;
+    if (stated == offset || (stated == 0 && !KLV::isClosed(partition.pack.status))) return;
+    report.add(number, "FooterPartition", {std::to_string(stated), std::to_string(offset)});
+  });
+}
+
+/// The metadata that a pack is to agree with: its own, else the best of the file.
+const MetadataSet* prefaceFor(const CheckedFile& file, std::size_t partition) {
+  const auto* model = file.modelOf(partition);
+  if (model == nullptr) model = file.best();
+  return model == nullptr ? nullptr : model->preface();
+}
+
+void checkPatterns(const CheckedFile& file, Report& report) {
+  forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
+    const auto* preface = prefaceFor(file, number);
+    const auto pattern = preface == nullptr ? std::nullopt : labelOf(*preface, "OperationalPattern");
+    if (!pattern || areSame(*pattern, partition.pack.operationalPattern)) return;
+    report.add(number, "OperationalPattern", {textOf(partition.pack.operationalPattern), textOf(*pattern)});
+  });
+}
+
+std::set<KLV::Key> keysOf(const std::vector<Types::UniversalLabel>& labels) {
+  std::set<KLV::Key> keys;
+  for (const auto& label : labels) keys.insert(label.key().withOctet(KLV::Key::kVersionOctet, 0));
+  return keys;
+}
+
+/// An open or incomplete partition may have been written before all containers were known.
+void checkContainers(const CheckedFile& file, Report& report) {
+  forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
+    const auto* preface = prefaceFor(file, number);
+    const bool isFinal = isClosedComplete(partition) || file.modelOf(number) != nullptr;
+    if (preface == nullptr || !isFinal) return;
+    const auto own = keysOf(partition.pack.essenceContainers), other = keysOf(labelsOf(*preface, "EssenceContainers"));
+    if (own == other) return;
+    report.add(number, "EssenceContainers", {std::to_string(own.size()), std::to_string(other.size())});
+  });
+}
+
+/// Two complete partitions with metadata state the same (ST 377-1); an incomplete one may be less exact.
+void checkRepetitions(const CheckedFile& file, Report& report) {
+  for (const auto& model : file.models()) {
+    const auto number = model.partitions().front();
+    const auto& partitions = file.state().partitions;
+    if (&model == file.best() || !isComplete(partitions[number].info) ||
+        !isComplete(partitions[file.best()->partitions().front()].info))
+      continue;
+    const auto comparison = comparePartitions(model.metadata(), file.best()->metadata());
+    if (comparison.isEqual()) continue;
+    report.about(model.partitions())
+        .add({std::to_string(comparison.differences.size()), std::to_string(file.best()->partitions().back())});
+  }
+}
+
+}  // namespace
+
+const RuleTable& partitionRules() {
+  static const RuleTable table = {
+      {{"damaged-pack", Severity::kError, "the partition pack cannot be read", "ST 377-1, Partition Pack"},
+       checkDamage},
+      {{"unreadable-metadata", Severity::kError, "the header metadata cannot be read: {reason}",
+        "ST 377-1, Header Metadata"},
+       checkProblems},
+      {{"cut-file", Severity::kError, "the file ends at byte {offset}, before the footer partition that it names",
+        "ST 377-1, Footer Partition"},
+       checkWhole},
+      {{"unfinished-file", Severity::kWarning, "no closed and complete partition has header metadata",
+        "ST 377-1, Partition Status"},
+       checkFinished},
+      {{"header-status", Severity::kNote,
+        "the header partition is open or incomplete; the final metadata are in a later one",
+        "ST 377-1, Partition Status"},
+       checkHeaderStatus},
+      {{"footer-status", Severity::kWarning, "a footer partition cannot be open", "ST 377-1, Partition Status"},
+       checkFooterStatus},
+      {{"partition-offset", Severity::kError, "the partition pack states the offset {offset} and stands at {offset}",
+        "ST 377-1, Partition Pack"},
+       checkThisPartition},
+      {{"previous-partition", Severity::kError,
+        "the partition before it stands at {offset} by the pack, and at {offset} in the file",
+        "ST 377-1, Partition Pack"},
+       checkPreviousPartition},
+      {{"footer-partition", Severity::kError,
+        "the footer partition stands at {offset} by the pack, and at {offset} in the file", "ST 377-1, Partition Pack"},
+       checkFooterPartition},
+      {{"pack-pattern", Severity::kError, "the pack has the operational pattern {own}, the Preface {other}",
+        "ST 377-1, Partition Pack"},
+       checkPatterns},
+      {{"pack-containers", Severity::kWarning,
+        "the pack lists other essence containers ({number}) than the Preface ({number})", "ST 377-1, Partition Pack"},
+       checkContainers},
+      {{"repeated-metadata", Severity::kWarning, "{number} differences from the metadata of partition {number}",
+        "ST 377-1, Header Metadata Repetition"},
+       checkRepetitions}};
+  return table;
+}
+
+}  // namespace Vantor::Edit

@@ -1,0 +1,118 @@
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "Core/KLV/LocalSet.h"
+#include "Core/MetaMetadata/LabelHash.h"
+#include "Core/Platform/HexDigits.h"
+#include "Core/Types/LocalTag.h"
+#include "Edit/Rules/Model.h"
+#include "Edit/Rules/Rule.h"
+
+/// Rules about primer packs.
+namespace Vantor::Edit {
+
+namespace {
+
+constexpr uint16 kFirstDynamicTag = 0x8000;
+
+std::string textOf(uint16 tag) { return Utils::wstringToString(Types::LocalTag(tag).toString()); }
+std::string textOf(const KLV::Key& key) { return Edit::textOf(Types::UniversalLabel(key)); }
+
+const Templates::vector<KLV::PrimerEntry>& rowsOf(const Model& model) {
+  return model.metadata().partitionDictionary().primerEntries();
+}
+
+/// Reports the first property of each local tag that has no row. @param isDynamic  which tags to look at.
+void checkTags(const Model& model, bool isDynamic, Report& report) {
+  const auto& tags = model.metadata().partitionDictionary();
+  std::set<uint16> missing;
+  for (const auto* set : model.sets()) {
+    for (const auto* element : set->inWritingOrder()) {
+      const uint16 tag = element->localTag();
+      if (tag == 0 || (tag >= kFirstDynamicTag) != isDynamic || tags.tryFind(tag) != nullptr) continue;
+      if (missing.insert(tag).second) report.add(*set, symbolOf(*element), {textOf(tag)});
+    }
+  }
+}
+
+void checkDynamicTags(const Model& model, Report& report) { checkTags(model, true, report); }
+void checkStaticTags(const Model& model, Report& report) { checkTags(model, false, report); }
+
+/// Calls `visit(tag, label, first label)` for every row whose tag has a row before it.
+template <class Visit>
+void forEachSecondRow(const Model& model, Visit&& visit) {
+  std::map<uint16, KLV::Key> labels;
+  for (const auto& row : rowsOf(model)) {
+    const auto [first, isFirst] = labels.emplace(row.tag, row.label);
+    if (!isFirst) visit(row.tag, row.label, first->second);
+  }
+}
+
+void checkDoubledRows(const Model& model, Report& report) {
+  forEachSecondRow(model, [&](uint16 tag, const KLV::Key& label, const KLV::Key& first) {
+    if (label == first) report.add({textOf(tag)});
+  });
+}
+
+void checkContradictions(const Model& model, Report& report) {
+  forEachSecondRow(model, [&](uint16 tag, const KLV::Key& label, const KLV::Key& first) {
+    if (label != first) report.add({textOf(tag), textOf(first), textOf(label)});
+  });
+}
+
+void checkDoubledLabels(const Model& model, Report& report) {
+  std::map<KLV::Key, uint16> tags;
+  for (const auto& row : rowsOf(model)) {
+    const auto [first, isFirst] = tags.emplace(row.label, row.tag);
+    if (!isFirst && first->second != row.tag) report.add({textOf(row.label), textOf(first->second), textOf(row.tag)});
+  }
+}
+
+/// Whether some set has a property under a static tag.
+bool hasStaticTag(const MetaMetadata::Dictionary& dictionary, const Types::UniversalLabel& label, uint16 tag) {
+  return std::any_of(dictionary.metaMetadataSetBegin(), dictionary.metaMetadataSetEnd(), [&](const auto* set) {
+    const auto* attribute = set->findAttribute(label);
+    return attribute != nullptr && attribute->staticLocalTag() == tag;
+  });
+}
+
+/// Several properties may have one static tag, each in its own sets; few rows get as far as looking at those.
+void checkMappings(const Model& model, Report& report) {
+  std::set<uint16> reported;
+  for (const auto& row : rowsOf(model)) {
+    const auto* registered = model.dictionary().findElementByStaticTag(row.tag);
+    const Types::UniversalLabel label(row.label);
+    if (registered == nullptr || areSame(registered->key(), label)) continue;
+    if (hasStaticTag(model.dictionary(), label, row.tag) || !reported.insert(row.tag).second) continue;
+    report.add({textOf(row.tag), Edit::textOf(label), registered->symbol()});
+  }
+}
+
+}  // namespace
+
+const RuleTable& primerRules() {
+  static const RuleTable table = {
+      {{"unlisted-dynamic-tag", Severity::kError, "the primer pack does not explain the local tag {tag}",
+        "ST 377-1, Primer Pack"},
+       checkDynamicTags},
+      {{"unlisted-static-tag", Severity::kWarning, "the primer pack does not list the local tag {tag}",
+        "ST 377-1, Primer Pack"},
+       checkStaticTags},
+      {{"doubled-primer-row", Severity::kWarning, "the primer pack lists the local tag {tag} twice",
+        "ST 377-1, Primer Pack"},
+       checkDoubledRows},
+      {{"contradicting-primer-row", Severity::kError,
+        "the primer pack gives the local tag {tag} to {label} and {label}", "ST 377-1, Primer Pack"},
+       checkContradictions},
+      {{"doubled-primer-label", Severity::kNote, "the primer pack gives {label} the local tags {tag} and {tag}",
+        "ST 377-1, Primer Pack"},
+       checkDoubledLabels},
+      {{"static-tag-meaning", Severity::kError,
+        "the primer pack gives the static local tag {tag} to {label}, the registers to {property}",
+        "ST 377-1, Primer Pack; ST 395"},
+       checkMappings}};
+  return table;
+}
+
+}  // namespace Vantor::Edit

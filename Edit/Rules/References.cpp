@@ -1,0 +1,170 @@
+#include <unordered_set>
+
+#include "Core/Metadata/EntryView.h"
+#include "Core/Types/UUID.h"
+#include "Edit/Rules/Model.h"
+#include "Edit/Rules/Rule.h"
+
+/// Rules about references between sets.
+namespace Vantor::Edit {
+
+namespace {
+
+using Types::UUID;
+using Sets = PartitionMetadata::Sets;
+
+/// Calls `visit(set, element, identifier)` for every reference.
+template <class Visit>
+void forEachReference(const Model& model, ReferenceKinds kinds, Visit&& visit) {
+  std::vector<UUID> identifiers;
+  for (const auto* set : model.sets()) {
+    for (const auto* element : set->inDefinitionOrder()) {
+      identifiers.clear();
+      element->appendTargets(kinds, identifiers);
+      for (const auto& identifier : identifiers) visit(*set, *element, identifier);
+    }
+  }
+}
+
+bool isWeak(const Element& element) {
+  std::vector<UUID> strong;
+  element.appendTargets({false}, strong);
+  return strong.empty();
+}
+
+void checkDangling(const Model& model, Report& report) {
+  forEachReference(model, {false}, [&](const MetadataSet& set, const Element& element, const UUID& identifier) {
+    if (!model.metadata().findByInstanceUID(identifier).empty()) return;
+    report.add(set, symbolOf(element), {identifier.dottedText()});
+  });
+}
+
+/// All zeros stand for no set.
+void checkDanglingWeak(const Model& model, Report& report) {
+  forEachReference(model, {true}, [&](const MetadataSet& set, const Element& element, const UUID& identifier) {
+    if (!isWeak(element) || identifier == UUID()) return;
+    if (!model.metadata().findByInstanceUID(identifier).empty()) return;
+    report.add(set, symbolOf(element), {identifier.dottedText()});
+  });
+}
+
+bool isOfKind(const MetadataSet& set, const MetaMetadata::MetaMetadataSet& kind) {
+  return set.definition() == nullptr || set.definition()->isOrInherits(kind);
+}
+
+void checkKinds(const Model& model, Report& report) {
+  forEachReference(model, {true}, [&](const MetadataSet& set, const Element& element, const UUID& identifier) {
+    const auto* kind = definitionOf(element) == nullptr ? nullptr : definitionOf(element)->target();
+    const auto& targets = model.metadata().findByInstanceUID(identifier);
+    if (kind == nullptr || targets.empty() || isOfKind(*targets.front(), *kind)) return;
+    report.add(set, symbolOf(element), {targets.front()->fullName(), kind->symbol()});
+  });
+}
+
+void checkDoubled(const Model& model, Report& report) {
+  for (const auto* set : model.metadata().sets()) {
+    if (set->instanceUID() == nullptr) continue;
+    const auto& same = model.metadata().findByInstanceUID(*set->instanceUID());
+    if (same.size() > 1 && same.front() != set) report.add(*set, "InstanceID", {same.front()->name()});
+  }
+}
+
+/// The sets that references and dark octets lead to.
+class Reach {
+ public:
+  explicit Reach(const Model& model) : model_(model) {
+    for (const auto* set : model.metadata().sets()) {
+      if (set->definition() == nullptr || set == model.preface() || model.is(*set, "Root")) enter(*set);
+    }
+    addDark();
+    while (!waiting_.empty()) follow();
+  }
+
+  bool has(const MetadataSet& set) const { return reached_.count(&set) != 0; }
+
+ private:
+  void enter(const MetadataSet& set) {
+    if (reached_.insert(&set).second) waiting_.push_back(&set);
+  }
+
+  void follow() {
+    const auto& set = *waiting_.back();
+    waiting_.pop_back();
+    std::vector<UUID> identifiers;
+    for (const auto* element : set.inDefinitionOrder()) {
+      element->appendTargets({true}, identifiers);
+      if (definitionOf(*element) == nullptr && element->wireValue() != nullptr) addUnknown(*element->wireValue());
+    }
+    for (const auto& identifier : identifiers) enterAll(model_.metadata().findByInstanceUID(identifier));
+  }
+
+  void enterAll(const Sets& sets) {
+    for (const auto* set : sets) enter(*set);
+  }
+
+  /// Unknown octets may hold references, at any place.
+  void addOctets(const uint8* octets, std::size_t size) {
+    for (std::size_t at = 0; at + UUID::kSize <= size; ++at) {
+      enterAll(model_.metadata().findByInstanceUID(UUID(octets + at)));
+    }
+  }
+  void addUnknown(const Types::SimpleDataType& value) { addOctets(value.rawBuffer(), value.encodedSize()); }
+
+  void addDark() {
+    for (const auto& entry : model_.metadata().entries()) {
+      const EntryView view(entry);
+      if (view.isDark()) addOctets(reinterpret_cast<const uint8*>(view.octets.data()), view.octets.size());
+    }
+  }
+
+  const Model& model_;
+  std::unordered_set<const MetadataSet*> reached_;
+  std::vector<const MetadataSet*> waiting_;
+};
+
+void checkUnreached(const Model& model, Report& report) {
+  const Reach reach(model);
+  for (const auto* set : model.sets()) {
+    if (!reach.has(*set)) report.add(*set);
+  }
+}
+
+void checkShared(const Model& model, Report& report) {
+  std::unordered_map<UUID, const MetadataSet*> owners;
+  forEachReference(model, {false}, [&](const MetadataSet& set, const Element& element, const UUID& identifier) {
+    const auto [owner, isFirst] = owners.emplace(identifier, &set);
+    if (isFirst || model.metadata().findByInstanceUID(identifier).empty()) return;
+    report.add(set, symbolOf(element), {identifier.dottedText(), owner->second->name()});
+  });
+}
+
+void checkPreface(const Model& model, Report& report) {
+  const auto prefaces = model.all("Preface");
+  if (prefaces.empty()) report.add({"0"});
+  if (prefaces.size() > 1) report.add(*prefaces[1], {std::to_string(prefaces.size())});
+}
+
+}  // namespace
+
+const RuleTable& referenceRules() {
+  static const RuleTable table = {
+      {{"dangling-reference", Severity::kError, "no set has the InstanceUID {identifier}",
+        "ST 377-1, Strong Reference"},
+       checkDangling},
+      {{"dangling-weak-reference", Severity::kWarning, "no set has the InstanceUID {identifier}",
+        "ST 377-1, Weak Reference"},
+       checkDanglingWeak},
+      {{"reference-kind", Severity::kError, "{set} is no {kind}", "ST 395, ST 2003"}, checkKinds},
+      {{"doubled-instance-uid", Severity::kError, "the {set} before it has the same InstanceUID",
+        "ST 377-1, InterchangeObject"},
+       checkDoubled},
+      {{"unreached-set", Severity::kWarning, "no reference leads to the set", "ST 377-1"}, checkUnreached},
+      {{"shared-set", Severity::kWarning, "the set {identifier} belongs to a {owner} already",
+        "ST 377-1, Strong Reference"},
+       checkShared},
+      {{"preface-count", Severity::kError, "the metadata have {number} Prefaces instead of one", "ST 377-1, Preface"},
+       checkPreface}};
+  return table;
+}
+
+}  // namespace Vantor::Edit

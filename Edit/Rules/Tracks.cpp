@@ -1,0 +1,200 @@
+#include <algorithm>
+#include <cmath>
+#include <unordered_set>
+
+#include "Core/Comparison/ValueText.h"
+#include "Core/Types/Batch.h"
+#include "Edit/Rules/Components.h"
+#include "Edit/Rules/Rule.h"
+
+/// Rules about tracks and their components.
+namespace Vantor::Edit {
+
+namespace {
+
+using Types::Rational;
+
+template <class Visit>
+void forEachTrack(const Model& model, Visit&& visit) {
+  for (const auto& package : model.packages()) {
+    for (const auto* track : package.tracks) visit(package, *track);
+  }
+}
+
+/// Reports every track whose number another track of the package has, too. Tracks without number, or with 0 where that
+/// stands for none, have none in common.
+void checkNumbers(const Model& model, const char* property, bool zeroIsNone, Report& report) {
+  for (const auto& package : model.packages()) {
+    std::unordered_set<int64> numbers;
+    for (const auto* track : package.tracks) {
+      const auto number = integerOf(*track, property);
+      if (!number || (zeroIsNone && *number == 0) || numbers.insert(*number).second) continue;
+      report.add(*track, property, {std::to_string(*number), package.set->name()});
+    }
+  }
+}
+
+void checkTrackIDs(const Model& model, Report& report) { checkNumbers(model, "TrackID", false, report); }
+void checkTrackNumbers(const Model& model, Report& report) { checkNumbers(model, "EssenceTrackNumber", true, report); }
+
+/// Segments abut; a transition overlaps with both its neighbours, so that its length counts backwards. Events have
+/// positions instead. None where a length is unknown.
+std::optional<int64> sumOf(const Model& model, const std::vector<const MetadataSet*>& components) {
+  int64 sum = 0;
+  for (const auto* component : components) {
+    const auto length = integerOf(*component, "ComponentLength");
+    if (length.value_or(-1) < 0 || model.is(*component, "Event")) return std::nullopt;
+    sum += model.is(*component, "Transition") ? -*length : *length;
+  }
+  return sum;
+}
+
+void checkSequenceLengths(const Model& model, Report& report) {
+  for (const auto* sequence : model.all("Sequence")) {
+    const auto length = integerOf(*sequence, "ComponentLength");
+    const auto sum = sumOf(model, model.targets(*sequence, "ComponentObjects"));
+    if (length.value_or(-1) < 0 || !sum || *sum == *length) continue;
+    report.add(*sequence, "ComponentLength", {std::to_string(*length), std::to_string(*sum)});
+  }
+}
+
+void checkDataDefinitions(const Model& model, Report& report) {
+  for (const auto* sequence : model.all("Sequence")) {
+    const auto definition = labelOf(*sequence, "ComponentDataDefinition");
+    if (!definition) continue;
+    for (const auto* component : model.targets(*sequence, "ComponentObjects")) {
+      const auto other = labelOf(*component, "ComponentDataDefinition");
+      if (other && !areSame(*other, *definition)) {
+        report.add(*component, "ComponentDataDefinition", {textOf(*other), textOf(*definition)});
+      }
+    }
+  }
+}
+
+/// The duration of a track in seconds, and that of one edit unit.
+struct Duration {
+  double seconds;
+  double unit;
+};
+
+std::optional<Duration> durationOf(const Model& model, const MetadataSet& track) {
+  const auto length = lengthOf(model, track);
+  const auto* rate = valueOf<Rational>(track, "EditRate");
+  if (!length || rate == nullptr || rate->numerator() <= 0 || rate->denominator() <= 0) return std::nullopt;
+  const double unit = static_cast<double>(rate->denominator()) / rate->numerator();
+  return Duration{static_cast<double>(*length) * unit, unit};
+}
+
+/// Tracks of two edit rates cannot be more equal than one edit unit.
+bool areUnequal(const Duration& left, const Duration& right) {
+  const double tolerance = left.unit == right.unit ? left.unit / 2 : std::max(left.unit, right.unit) * 1.001;
+  return std::abs(left.seconds - right.seconds) > tolerance;
+}
+
+void checkEqualTracks(const Model& model, const Package& package, Report& report) {
+  std::optional<Duration> first;
+  for (const auto* track : package.tracks) {
+    const auto duration = isEssenceTrack(model, *track) ? durationOf(model, *track) : std::nullopt;
+    if (!duration) continue;
+    if (first && areUnequal(*first, *duration)) {
+      report.add(*track, "TrackSegment", {std::to_string(duration->seconds), std::to_string(first->seconds)});
+    }
+    if (!first) first = duration;
+  }
+}
+
+void checkUnequalTracks(const Model& model, Report& report) {
+  for (const auto& package : model.packages()) {
+    if (model.is(*package.set, "MaterialPackage")) checkEqualTracks(model, package, report);
+  }
+}
+
+void checkTimecodeRates(const Model& model, Report& report) {
+  forEachTrack(model, [&](const Package&, const MetadataSet& track) {
+    const auto* rate = valueOf<Rational>(track, "EditRate");
+    if (rate == nullptr || rate->numerator() <= 0 || rate->denominator() <= 0) return;
+    const auto rounded = std::llround(static_cast<double>(rate->numerator()) / rate->denominator());
+    for (const auto* component : componentsOf(model, track)) {
+      const auto base = model.is(*component, "Timecode") ? integerOf(*component, "FramesPerSecond") : std::nullopt;
+      if (base.value_or(0) == 0 || *base == rounded) continue;
+      report.add(*component, "FramesPerSecond", {std::to_string(*base), valueText(*rate)});
+    }
+  });
+}
+
+/// No tracks at all stand for all of them (ST 377-1).
+void checkDescribedTracks(const Model& model, Report& report) {
+  forEachTrack(model, [&](const Package& package, const MetadataSet& track) {
+    for (const auto* component : componentsOf(model, track)) {
+      const auto* described = valueOf<Types::Batch>(*component, "DescribedTrackIDs");
+      for (uint32 i = 0; described != nullptr && i < described->size(); ++i) {
+        const auto id = integerOf(described->at(i));
+        if (!id || package.byTrackID.count(*id) != 0) continue;
+        report.add(*component, "DescribedTrackIDs", {package.set->name(), std::to_string(*id)});
+      }
+    }
+  });
+}
+
+template <class Visit>
+void forEachDescriptor(const Model& model, Visit&& visit) {
+  for (const auto& package : model.packages()) {
+    for (const auto* descriptor : descriptorsOf(model, package)) visit(package, *descriptor);
+  }
+}
+
+/// 0 stands for none.
+void checkLinkedTracks(const Model& model, Report& report) {
+  forEachDescriptor(model, [&](const Package& package, const MetadataSet& descriptor) {
+    const auto id = integerOf(descriptor, "LinkedTrackID");
+    if (id.value_or(0) == 0 || package.byTrackID.count(*id) != 0) return;
+    report.add(descriptor, "LinkedTrackID", {package.set->name(), std::to_string(*id)});
+  });
+}
+
+/// Counted in units of the sample rate; compared only where that is the edit rate of the track.
+void checkEssenceLengths(const Model& model, Report& report) {
+  forEachDescriptor(model, [&](const Package& package, const MetadataSet& descriptor) {
+    const auto track = package.byTrackID.find(integerOf(descriptor, "LinkedTrackID").value_or(0));
+    const auto* sampleRate = valueOf<Rational>(descriptor, "SampleRate");
+    if (track == package.byTrackID.end() || sampleRate == nullptr) return;
+    const auto* editRate = valueOf<Rational>(*track->second, "EditRate");
+    const auto length = integerOf(descriptor, "EssenceLength"), other = lengthOf(model, *track->second);
+    if (editRate == nullptr || !areEqual(*sampleRate, *editRate)) return;
+    if (length.value_or(-1) < 0 || !other || *other == *length) return;
+    report.add(descriptor, "EssenceLength", {std::to_string(*length), std::to_string(*other)});
+  });
+}
+
+}  // namespace
+
+const RuleTable& trackRules() {
+  static const RuleTable table = {
+      {{"track-id", Severity::kError, "TrackID {number} occurs twice in the {package}", "ST 377-1, Generic Track"},
+       checkTrackIDs},
+      {{"track-number", Severity::kWarning, "number {number} occurs twice in the {package}",
+        "ST 377-1, Generic Track; ST 379-1"},
+       checkTrackNumbers},
+      {{"sequence-length", Severity::kWarning, "the length is {length}, that of all components {sum}",
+        "ST 377-1, Sequence"},
+       checkSequenceLengths},
+      {{"data-definition", Severity::kWarning, "the component's data definition is {own}, that of its sequence {other}",
+        "ST 377-1, Structural Component"},
+       checkDataDefinitions},
+      {{"unequal-tracks", Severity::kWarning, "the track lasts {seconds} s, the first one of the package {seconds} s",
+        "ST 377-1, Material Package"},
+       checkUnequalTracks},
+      {{"timecode-rate", Severity::kWarning, "{base} frames per second do not fit the edit rate {rate}",
+        "ST 377-1, Timecode Component"},
+       checkTimecodeRates},
+      {{"described-track", Severity::kWarning, "the {package} has no track {number}", "ST 377-1, DM Segment"},
+       checkDescribedTracks},
+      {{"linked-track", Severity::kWarning, "the {package} has no track {number}", "ST 377-1, File Descriptor"},
+       checkLinkedTracks},
+      {{"essence-length", Severity::kWarning, "the essence has the length {length}, its track {other}",
+        "ST 377-1, File Descriptor"},
+       checkEssenceLengths}};
+  return table;
+}
+
+}  // namespace Vantor::Edit

@@ -1,0 +1,255 @@
+#include <array>
+#include <unordered_set>
+
+#include "Core/Comparison/ValueText.h"
+#include "Core/Types/Collection.h"
+#include "Core/Types/Timestamp.h"
+#include "Edit/Rules/Model.h"
+#include "Edit/Rules/Rule.h"
+
+/// Rules about single values.
+namespace Vantor::Edit {
+
+namespace {
+
+using Types::Rational;
+
+template <class Visit>
+void forEachNumber(const Types::SimpleDataType& value, Visit&& visit) {
+  if (const auto number = integerOf(value)) return visit(*number);
+  const auto type = value.identifier();
+  if (type != Types::Identifiers::kArray && type != Types::Identifiers::kBatch) return;
+  const auto& collection = static_cast<const Types::Collection&>(value);
+  for (uint32 i = 0; i < collection.size(); ++i) {
+    if (const auto number = integerOf(collection.at(i))) visit(*number);
+  }
+}
+
+void checkEnumeration(const MetadataSet& set, const Element& element, Report& report) {
+  const auto* definition = definitionOf(element);
+  if (definition == nullptr || definition->enumeration() == nullptr || element.wireValue() == nullptr) return;
+  const auto& enumeration = *definition->enumeration();
+  forEachNumber(*element.wireValue(), [&](int64 number) {
+    if (!enumeration.has(number)) {
+      report.add(set, definition->symbol(), {std::to_string(number), enumeration.name()});
+    }
+  });
+}
+
+void checkEnumerations(const Model& model, Report& report) {
+  for (const auto* set : model.sets()) {
+    for (const auto* element : set->inDefinitionOrder()) checkEnumeration(*set, *element, report);
+  }
+}
+
+bool isPositive(const Rational& rate) { return rate.numerator() > 0 && rate.denominator() > 0; }
+bool isUnknown(const Rational& rate) { return rate.numerator() == 0 && rate.denominator() == 0; }
+
+template <std::size_t kCount, class IsWrong>
+void checkRates(const Model& model, const std::array<const char*, kCount>& properties, IsWrong&& isWrong,
+                Report& report) {
+  for (const auto* set : model.sets()) {
+    for (const char* property : properties) {
+      const auto* rate = valueOf<Rational>(*set, property);
+      if (rate != nullptr && isWrong(*rate)) report.add(*set, property, {valueText(*rate)});
+    }
+  }
+}
+
+void checkEditRates(const Model& model, Report& report) {
+  constexpr std::array kProperties = {"EditRate", "EventTrackEditRate"};
+  checkRates(
+      model, kProperties, [](const Rational& rate) { return !isPositive(rate); }, report);
+}
+
+constexpr std::array kDescriptorRates = {"SampleRate", "AudioSampleRate", "ImageAspectRatio"};
+
+void checkSampleRates(const Model& model, Report& report) {
+  const auto isWrong = [](const Rational& rate) { return !isPositive(rate) && !isUnknown(rate); };
+  checkRates(model, kDescriptorRates, isWrong, report);
+}
+
+void checkUnknownRates(const Model& model, Report& report) { checkRates(model, kDescriptorRates, isUnknown, report); }
+
+/// Reports each of the properties that is there and 0.
+template <std::size_t kCount>
+void checkNotZero(const Model& model, const char* kind, const std::array<const char*, kCount>& properties,
+                  Report& report) {
+  for (const auto* set : model.all(kind)) {
+    for (const char* property : properties) {
+      if (integerOf(*set, property) == 0) report.add(*set, property);
+    }
+  }
+}
+
+void checkPictureSizes(const Model& model, Report& report) {
+  constexpr std::array kSizes = {"StoredWidth", "StoredHeight"};
+  checkNotZero(model, "PictureDescriptor", kSizes, report);
+}
+
+void checkSampling(const Model& model, Report& report) {
+  constexpr std::array kSamplings = {"HorizontalSubsampling", "VerticalSubsampling", "ComponentDepth"};
+  checkNotZero(model, "CDCIDescriptor", kSamplings, report);
+}
+
+void checkSound(const Model& model, Report& report) {
+  constexpr std::array kSizes = {"ChannelCount", "BlockAlign", "AverageBytesPerSecond"};
+  checkNotZero(model, "SoundDescriptor", kSizes, report);
+}
+
+/// A rectangle's side within that of another one: sizes that are missing or 0 say nothing.
+struct Side {
+  const char* size;
+  const char* offset;
+  const char* outer;
+};
+
+void checkSide(const MetadataSet& set, const Side& side, Report& report) {
+  const auto size = integerOf(set, side.size), outer = integerOf(set, side.outer);
+  if (size.value_or(0) == 0 || outer.value_or(0) == 0) return;
+  const int64 end = *size + integerOf(set, side.offset).value_or(0);
+  if (end > *outer) report.add(set, side.size, {std::to_string(end), side.outer, std::to_string(*outer)});
+}
+
+void checkRectangles(const Model& model, Report& report) {
+  constexpr std::array<Side, 4> kSides = {{{"SampledWidth", "SampledXOffset", "StoredWidth"},
+                                           {"SampledHeight", "SampledYOffset", "StoredHeight"},
+                                           {"DisplayWidth", "DisplayXOffset", "SampledWidth"},
+                                           {"DisplayHeight", "DisplayYOffset", "SampledHeight"}}};
+  for (const auto* set : model.all("PictureDescriptor")) {
+    for (const auto& side : kSides) checkSide(*set, side, report);
+  }
+}
+
+void checkLengths(const Model& model, Report& report) {
+  for (const auto* set : model.sets()) {
+    for (const char* property : {"ComponentLength", "EssenceLength"}) {
+      const auto length = integerOf(*set, property);
+      if (length.value_or(0) < -1) report.add(*set, property, {std::to_string(*length)});
+    }
+  }
+}
+
+void checkTimecodeBase(const Model& model, Report& report) {
+  constexpr std::array kBase = {"FramesPerSecond"};
+  checkNotZero(model, "Timecode", kBase, report);
+}
+
+void checkDropFrame(const Model& model, Report& report) {
+  for (const auto* set : model.all("Timecode")) {
+    const auto base = integerOf(*set, "FramesPerSecond");
+    const bool drops = integerOf(*set, "DropFrame").value_or(0) != 0;
+    if (drops && base.value_or(0) % 30 != 0) report.add(*set, "DropFrame", {std::to_string(*base)});
+  }
+}
+
+int daysIn(int year, int month) {
+  constexpr std::array kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  const bool isLeap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+  return kDays[static_cast<std::size_t>(month - 1)] + (isLeap && month == 2 ? 1 : 0);
+}
+
+/// Zeros stand for an unknown part (ST 377-1): of the date, or of everything.
+bool isDate(const Types::Timestamp& time) {
+  if (time.month() > 12 || time.hour() > 23 || time.minute() > 59 || time.second() > 60) return false;
+  const int days = time.month() == 0 ? 31 : daysIn(time.year(), time.month());
+  return time.day() <= days && time.milliSecond() < 1000;
+}
+
+void checkDates(const Model& model, Report& report) {
+  for (const auto* set : model.sets()) {
+    for (const auto& element : *set) {
+      const auto* value = element.wireValue();
+      if (value == nullptr || value->identifier() != Types::Identifiers::kTimestamp) continue;
+      const auto& time = static_cast<const Types::Timestamp&>(*value);
+      if (!isDate(time)) report.add(*set, symbolOf(element), {valueText(time)});
+    }
+  }
+}
+
+/// Calls `visit(element, definition)` for the properties of known sets that the dictionary knows by their tags and that
+/// still were not read as such.
+template <class Visit>
+void forEachUnread(const Model& model, const MetadataSet& set, Visit&& visit) {
+  const auto& tags = model.metadata().partitionDictionary();
+  for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) {
+    const auto* unknown = (*at).metaAttribute().asUnknown();
+    const auto* definition = unknown == nullptr ? nullptr : tags.findElement((*at).localTag());
+    if (definition != nullptr) visit(*at, *definition);
+  }
+}
+
+bool isDoubled(const MetadataSet& set, const MetaMetadata::MetaElement& definition) {
+  const auto* present = set.find(definition.key());
+  return present != nullptr && present->isPresent();
+}
+
+void checkDoubled(const Model& model, Report& report) {
+  for (const auto* set : model.sets()) {
+    forEachUnread(model, *set, [&](const Element&, const MetaMetadata::MetaElement& definition) {
+      if (isDoubled(*set, definition)) report.add(*set, definition.symbol());
+    });
+  }
+}
+
+void checkUnreadable(const Model& model, Report& report) {
+  for (const auto* set : model.sets()) {
+    forEachUnread(model, *set, [&](const Element& element, const MetaMetadata::MetaElement& definition) {
+      if (isDoubled(*set, definition) || element.wireValue() == nullptr) return;
+      report.add(*set, definition.symbol(), {valueText(*element.wireValue())});
+    });
+  }
+}
+
+void checkMisplaced(const Model& model, Report& report) {
+  for (const auto* set : model.sets()) {
+    for (auto at = set->invalidBegin(); at != set->invalidEnd(); ++at) {
+      if (definitionOf(*at) != nullptr) report.add(*set, symbolOf(*at));
+    }
+  }
+}
+
+}  // namespace
+
+const RuleTable& valueRules() {
+  static const RuleTable table = {
+      {{"enumeration-value", Severity::kWarning, "{number} is no value of {enumeration}", "ST 2003"},
+       checkEnumerations},
+      {{"edit-rate", Severity::kError, "{rate} is no rate: both numbers have to be above 0", "ST 377-1, Track"},
+       checkEditRates},
+      {{"sample-rate", Severity::kWarning, "{rate} is no rate or ratio: both numbers have to be above 0",
+        "ST 377-1, File Descriptor"},
+       checkSampleRates},
+      {{"unknown-rate", Severity::kNote, "{rate} leaves the rate or ratio open", "ST 377-1, File Descriptor"},
+       checkUnknownRates},
+      {{"picture-size", Severity::kError, "a picture cannot have the size 0",
+        "ST 377-1, Generic Picture Essence Descriptor"},
+       checkPictureSizes},
+      {{"picture-rectangle", Severity::kWarning, "the rectangle ends at {end}, outside of {outer} {size}",
+        "ST 377-1, Generic Picture Essence Descriptor"},
+       checkRectangles},
+      {{"picture-sampling", Severity::kWarning, "a subsampling or depth cannot be 0",
+        "ST 377-1, CDCI Picture Essence Descriptor"},
+       checkSampling},
+      {{"sound-size", Severity::kWarning, "a number of channels or octets cannot be 0",
+        "ST 377-1, Generic Sound Essence Descriptor; ST 382"},
+       checkSound},
+      {{"length-value", Severity::kError, "{length} is no length: it is 0 or more, or -1 for an unknown one",
+        "ST 377-1, Structural Component"},
+       checkLengths},
+      {{"timecode-base", Severity::kError, "a timecode cannot have 0 frames per second",
+        "ST 377-1, Timecode Component"},
+       checkTimecodeBase},
+      {{"drop-frame", Severity::kWarning, "frames are dropped at 30 and 60 frames per second only, not at {base}",
+        "ST 12-1"},
+       checkDropFrame},
+      {{"date-value", Severity::kWarning, "{date} is no date", "ST 377-1, Timestamp"}, checkDates},
+      {{"doubled-property", Severity::kError, "the set has the property twice", "ST 336"}, checkDoubled},
+      {{"unreadable-value", Severity::kWarning, "the value {octets} is not of the property's type", "ST 335"},
+       checkUnreadable},
+      {{"misplaced-property", Severity::kNote, "the set's definition does not list the property", "ST 395"},
+       checkMisplaced}};
+  return table;
+}
+
+}  // namespace Vantor::Edit

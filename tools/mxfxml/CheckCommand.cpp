@@ -1,0 +1,82 @@
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "Command.h"
+#include "CommonOptions.h"
+#include "Core/DataIO/File.h"
+#include "DictionaryOptions.h"
+#include "Edit/Check.h"
+#include "ErrorText.h"
+#include "FindingText.h"
+#include "RuleOptions.h"
+#include "StandardStreams.h"
+#include "StoppedChange.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+class CheckCommand final : public Command {
+ public:
+  explicit CheckCommand(CLI::App& program)
+      : Command(program, "check", "Print what in the metadata of files breaks the rules of the standards") {
+    const auto take = [this](const std::vector<std::string>& names) {
+      for (const auto& name : names) files_.push_back(std::filesystem::u8path(name));
+    };
+    app().add_option_function<std::vector<std::string>>("FILE", take, "MXF files")->type_name("")->check(whyNoFileName);
+    rules_.addIgnore(app(), "Leave out what breaks this rule");
+    app().add_flag("--rules", printsRules_, "Print the rules with their severity and source instead");
+    dictionary_.addDictionary(app());
+  }
+
+  ExitCode run() const override {
+    if (printsRules_ != files_.empty()) throw UsageError("give files, or --rules");
+    if (printsRules_) {
+      writeStandardOutput(tableOfRules());
+      return kSuccess;
+    }
+    const auto dictionary = dictionary_.load();
+    ExitCode highest = kSuccess;
+    for (const auto& file : files_) highest = std::max(highest, check(file, dictionary));
+    return highest;
+  }
+  ExitCode failure() const override { return kTrouble; }
+
+ private:
+  ExitCode check(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& dictionary) const {
+    std::vector<Edit::Finding> findings;
+    try {
+      refuseStoppedChange(file);
+      DataIO::File::FileDataSource source(file);
+      findings = rules_.withoutIgnored(Edit::check(Edit::readState(source, dictionary)));
+    } catch (...) {
+      printMessage(currentExceptionText(file));
+      return kTrouble;
+    }
+    print(file, findings);
+    const bool isSound = std::all_of(findings.begin(), findings.end(), [](const Edit::Finding& finding) {
+      return finding.rule->severity == Edit::Severity::kNote;
+    });
+    return isSound ? kSuccess : kFailure;
+  }
+
+  /// With the name of the file on each line where there are several files.
+  void print(const Path& file, const std::vector<Edit::Finding>& findings) const {
+    const std::string name = oneLine(file.u8string()) + ": ";
+    std::string text;
+    for (const auto& finding : findings) text += (files_.size() > 1 ? name : "") + oneLine(lineOf(finding)) + "\n";
+    writeStandardOutput(text + name + summaryOf(findings) + "\n");
+  }
+
+  std::vector<Path> files_;
+  RuleOptions rules_;
+  bool printsRules_ = false;
+  DictionaryOptions dictionary_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> checkCommand(CLI::App& program) { return std::make_unique<CheckCommand>(program); }
+
+}  // namespace Vantor::Tool

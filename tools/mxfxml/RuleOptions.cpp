@@ -1,0 +1,36 @@
+#include "RuleOptions.h"
+
+#include <algorithm>
+
+#include "NearestName.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+std::string whyNoRule(const std::string& code) {
+  if (Edit::findRule(code) != nullptr) return "";
+  std::vector<std::string> codes;
+  for (const auto* rule : Edit::rules()) codes.emplace_back(rule->code);
+  return "'" + code + "' is no rule" + suggestion(code, codes);
+}
+
+}  // namespace
+
+CLI::Option* RuleOptions::addIgnore(CLI::App& command, const std::string& description) {
+  const auto take = [this](const std::vector<std::string>& codes) { ignored_.insert(codes.begin(), codes.end()); };
+  return command
+      .add_option_function<std::vector<std::string>>(
+          "--ignore", take, description + "; may be given several times.\nSee mxfxml check --rules")
+      ->type_name("RULE")
+      ->allow_extra_args(false)
+      ->check(whyNoRule);
+}
+
+std::vector<Edit::Finding> RuleOptions::withoutIgnored(std::vector<Edit::Finding> findings) const {
+  const auto isIgnored = [this](const Edit::Finding& finding) { return ignored_.count(finding.rule->code) != 0; };
+  findings.erase(std::remove_if(findings.begin(), findings.end(), isIgnored), findings.end());
+  return findings;
+}
+
+}  // namespace Vantor::Tool
