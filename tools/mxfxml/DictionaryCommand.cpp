@@ -22,16 +22,19 @@ class DictionaryCommand final : public Command {
 
   ExitCode run() const override {
     const auto definitions = dictionary_.definitions();
-    if (wanted_.empty()) return writeStandardOutput(listOfSets(definitions));
-    const std::string text = descriptionOf(definitions, wanted_);
-    if (!text.empty()) return writeStandardOutput(text);
-    const std::string similar = similarNames(definitions, wanted_);
-    throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" +
-                       (similar.empty() ? "" : "; there is " + similar));
+    const std::string text = wanted_.empty() ? listOfSets(definitions) : descriptionOf(definitions, wanted_);
+    if (!wanted_.empty() && text.empty()) refuse(definitions);
+    writeStandardOutput(text);
     return kSuccess;
   }
 
  private:
+  [[noreturn]] void refuse(const Definitions& definitions) const {
+    const std::string similar = similarNames(definitions, wanted_);
+    throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" +
+                       (similar.empty() ? "" : "; there is " + similar));
+  }
+
   std::string wanted_;  // empty for the list of sets
   DictionaryOptions dictionary_;
 };
