@@ -66,8 +66,8 @@ void reserveDarkTags(PartitionMetadata& metadata) {
 }
 
 const Path& withoutStoppedChange(const Path& path) {
-  if (!DataIO::File::hasJournal(path)) return path;
-  raise<IOError>("cannot edit '{}': an earlier change of it was stopped half-way; recover it first", path.u8string());
+  DataIO::File::requireNoOpenChange(path, "cannot edit");
+  return path;
 }
 
 }  // namespace
@@ -112,7 +112,7 @@ class File::State {
     auto plan = this->plan();
     if (plan.replacements.empty()) return plan.report;
     if (MXF::fits(*source_, plan.replacements)) {
-      MXF::replaceInPlace(path, fileState_, plan.replacements);
+      plan.report.durability = MXF::replaceInPlace(path, fileState_, plan.replacements);
     } else {
       plan.report.durability = rewriteItself(path, plan.replacements, progress);
     }

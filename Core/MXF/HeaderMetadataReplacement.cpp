@@ -128,10 +128,7 @@ DataIO::File::NewBytes newBytes(const PlannedReplacement& replacement) {
   return {replacement.room.offset, sink.take()};
 }
 
-void requireNoJournal(const Path& file) {
-  if (!DataIO::File::hasJournal(file)) return;
-  raise<IOError>("cannot take '{}': an earlier change of it was stopped; recover it first", file.u8string());
-}
+void requireNoJournal(const Path& file) { DataIO::File::requireNoOpenChange(file, "cannot take"); }
 
 /// The original, to be locked, if it is the target. Renaming over a file needs no permission for it, and would part it
 /// from its other names.
@@ -299,9 +296,15 @@ uint64 writeCopy(const Path& original, const FileState& expected, const Metadata
   return writeCopy(source, replacements, output, progress);
 }
 
-void endCopy(const Path& original, const FileState& expected, uint64 size, const Progress& progress) {
+/// @param isLocked  whether the caller holds the lock of the original.
+void endCopy(const Path& original, const FileState& expected, uint64 size, const Progress& progress,
+             bool isLocked = false) {
   if (progress) progress(size, size);
-  requireNoJournal(original);
+  if (isLocked) {
+    DataIO::File::requireNoStoppedChange(original, "cannot take");
+  } else {
+    requireNoJournal(original);
+  }
   DataIO::File::requireState(original, expected, "cannot copy");
 }
 
@@ -312,7 +315,8 @@ bool fits(SeekableSource& file, const MetadataReplacements& replacements) {
   return std::all_of(planned.begin(), planned.end(), [](const PlannedReplacement& one) { return one.fits(); });
 }
 
-void replaceInPlace(const Path& file, const FileState& expected, const MetadataReplacements& replacements) {
+DataIO::File::Durability replaceInPlace(const Path& file, const FileState& expected,
+                                        const MetadataReplacements& replacements, DataIO::File::OldBytes oldBytes) {
   DataIO::File::requireState(file, expected, "cannot change");
   std::vector<DataIO::File::NewBytes> changes;
   {
@@ -321,7 +325,7 @@ void replaceInPlace(const Path& file, const FileState& expected, const MetadataR
     for (const auto& replacement : planned) requireRoom(replacement);
     std::transform(planned.begin(), planned.end(), std::back_inserter(changes), newBytes);
   }
-  DataIO::File::changeInPlace(file, expected, changes);
+  return DataIO::File::changeInPlace(file, expected, changes, {}, oldBytes);
 }
 
 void rewrite(SeekableSource& original, const MetadataReplacements& replacements, DataIO::DataSink& output,
@@ -346,7 +350,7 @@ DataIO::File::Durability rewrite(const Path& original, const FileState& expected
   // Of two edits, the one that gets the lock later finds the file changed; it is held until the renaming is done.
   const auto lastCheck = [&] {
     if (replaced) replaced->lock();
-    endCopy(original, expected, size, progress);
+    endCopy(original, expected, size, progress, replaced.has_value());
     if (!DataIO::File::kReplacesOpenFiles) replaced.reset();
   };
   return file.commit(DataIO::File::Durability::kSurvivesPowerFailure, lastCheck);
