@@ -35,7 +35,7 @@ TEST(Usage, HelpListsTheSubcommands) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("mxfxml [OPTIONS] SUBCOMMAND"));
     EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "export", "import", "verify", "info", "set",
-                                                 "diff", "recover", "dictionary"));
+                                                 "diff", "recover", "undo", "dictionary"));
     EXPECT_EQ(result.err, "");
   }
 }
@@ -57,6 +57,7 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
              "--dictionary"}},
            {"diff", {"INPUT", "OTHER", "-h,--help", "--strict", "--ignore-ids", "--partition", "--dictionary"}},
            {"recover", {"INPUT", "-h,--help"}},
+           {"undo", {"INPUT", "-h,--help"}},
            {"dictionary", {"NAME", "-h,--help", "--dictionary"}}}) {
     const Result result = run({command, "--help"});
     EXPECT_EQ(result.exitCode, 0);
@@ -101,7 +102,7 @@ TEST(Usage, RefusesBadValuesOfOptions) {
 }
 
 TEST(Usage, RefusesEmptyFileNames) {
-  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "recover"}) {
+  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "recover", "undo"}) {
     expectUsageError({command, ""}, "INPUT: the file name is empty; see mxfxml " + command + " --help");
   }
   for (const std::string command : {"export", "import", "set"}) {
