@@ -213,6 +213,15 @@ void LosslessSet::reportMisplacedInstanceUID(const DOMElement& child) {
   rules_.report().add(Kind::kInvalidValue, child, {"the InstanceUID of a set is an attribute of its element"});
 }
 
+/// The tag of a property whose file gave a static tag another label than the registers. The label counts where the tag
+/// is taken.
+Types::LocalTag LosslessSet::labelledTag(const Types::LocalTag& tag, const Types::UniversalLabel& label,
+                                         PartitionDictionary& tags) {
+  const auto* present = tags.tryFind(tag.value());
+  if (present == nullptr) tags.addPrimerEntry({tag.value(), label.key()});
+  return present == nullptr || *present == label ? tag : tags.findOrGenerate(label);
+}
+
 /// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
 /// that no other property has.
 Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
@@ -220,15 +229,15 @@ Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
   const auto textOf = [](const DOMNode& mark) {
     return Types::checkedText(Types::Identifiers::kUniversalLabel, nodeText(mark));
   };
-  if (const auto* tag = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag)) {
-    return Types::LocalTag(textOf(*tag), kDottedForm);
+  const auto* tagMark = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag);
+  const auto* labelMark = LosslessForms::groupsAttribute(child, Vocabulary::kUniversalLabel);
+  if (labelMark == nullptr) {
+    return tagMark == nullptr ? tags.unlistedTag(unmarked_++) : Types::LocalTag(textOf(*tagMark), kDottedForm);
   }
-  if (const auto* mark = LosslessForms::groupsAttribute(child, Vocabulary::kUniversalLabel)) {
-    const Types::UniversalLabel label(textOf(*mark), kDottedForm);
-    const auto* own = set_.definition()->findAttribute(label);
-    return tags.findOrGenerate(label, own == nullptr ? uint16{0} : own->staticLocalTag());
-  }
-  return tags.unlistedTag(unmarked_++);
+  const Types::UniversalLabel label(textOf(*labelMark), kDottedForm);
+  if (tagMark != nullptr) return labelledTag(Types::LocalTag(textOf(*tagMark), kDottedForm), label, tags);
+  const auto* own = set_.definition()->findAttribute(label);
+  return tags.findOrGenerate(label, own == nullptr ? uint16{0} : own->staticLocalTag());
 }
 
 /// The property that a tag stands for, if it is one of the set's own and the document has it.

@@ -35,6 +35,8 @@ class LosslessSet : public SetSource {
   void reportMisplacedInstanceUID(const xercesc::DOMElement& child);
   void readNamed(const xercesc::DOMElement& child, const MetaMetadata::MetaElement& definition);
   void readUnknown(const xercesc::DOMElement& child);
+  static Types::LocalTag labelledTag(const Types::LocalTag& tag, const Types::UniversalLabel& label,
+                                     PartitionDictionary& tags);
   Types::LocalTag localTagOf(const xercesc::DOMElement& child);
   const MetaMetadata::MetaElement* knownProperty(uint16 tag) const;
   bool isConfirmed(const BaseFacts::PropertyName& name, std::size_t ordinal);
