@@ -88,13 +88,15 @@ void requireStart(const PartitionMetadata& theirs, const PartitionMetadata& ours
   raise<InvalidFormat>("the document has no Preface, and does not describe what it is an export of");
 }
 
+/// Whether the set is one of the file or a new one is not known.
 void requireIdentifiedSets(const std::vector<Diagnostic>& diagnostics) {
-  const bool isAny = std::any_of(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
+  const auto found = std::find_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
     return diagnostic.kind == Diagnostic::Kind::kInvalidInstanceUID ||
            diagnostic.kind == Diagnostic::Kind::kMissingInstanceUID;
   });
-  if (isAny)
-    raise<InvalidFormat>("the document has a set without a valid InstanceUID, which matches no set of the file");
+  if (found == diagnostics.end()) return;
+  raise<InvalidFormat>("line {}: the set has no valid InstanceUID, so that it matches no set of the file",
+                       found->place.line);
 }
 
 void copyPrimer(const PartitionDictionary& from, PartitionDictionary& to) {

@@ -19,8 +19,8 @@ using Exceptions::IOError;
 using Exceptions::raise;
 
 const Path& withoutStoppedChange(const Path& path) {
-  if (!DataIO::File::hasJournal(path)) return path;
-  raise<IOError>("cannot edit '{}': an earlier change of it was stopped half-way; recover it first", path.u8string());
+  DataIO::File::requireNoOpenChange(path, "cannot edit");
+  return path;
 }
 
 }  // namespace
@@ -59,8 +59,14 @@ class File::State {
     const Path& path = requirePath();
     auto plan = acceptedPlan(options);
     if (plan.replacements.isEmpty()) return plan.report;
+    const auto oldBytes = options.keepsUndo ? DataIO::File::OldBytes::kKeep : DataIO::File::OldBytes::kDrop;
     if (MXF::fits(*source_, plan.replacements)) {
-      MXF::replaceInPlace(path, fileState_, plan.replacements);
+      plan.report.durability = MXF::replaceInPlace(path, fileState_, plan.replacements, oldBytes);
+    } else if (options.keepsUndo) {
+      raise<IOError>(
+          "cannot keep the old bytes of '{}': the edit does not fit in place, so that the file would be "
+          "written anew; save a copy",
+          path.u8string());
     } else {
       plan.report.durability = rewriteItself(path, plan.replacements, progress);
     }

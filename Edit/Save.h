@@ -25,6 +25,9 @@ struct SaveOptions {
   bool completesEdits = true;
   /// Codes of rules that the edit may break.
   std::set<std::string> ignoredRules = {};
+  /// Whether saving into the file itself keeps its old bytes beside it, for `DataIO::File::undo`. An edit that does not
+  /// fit in place is refused then.
+  bool keepsUndo = false;
   /// Signs the edit (`sign`).
   std::optional<Signature> signature = {};
 };

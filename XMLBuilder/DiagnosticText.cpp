@@ -46,7 +46,8 @@ constexpr Sentence kSentences[] = {
      "{} is a set with an attribute TargetInstance, and is read as a reference to that set; take out the attribute, or "
      "add _REF to the name"},
     {Kind::kInvalidInstanceUID, "'{}' is not an InstanceUID; the set gets a new one, to which nothing refers"},
-    {Kind::kMissingInstanceUID, "the set has no rp210:InstanceUID; restore it, or give a new set a new one"}};
+    {Kind::kMissingInstanceUID,
+     "the set has no rp210:InstanceUID; restore it, or name a new set: rp210:InstanceUID=\"new:...\""}};
 
 constexpr bool isInOrder() {
   std::size_t next = 0;

@@ -15,6 +15,12 @@ void mark(DOMElement& property, std::u16string_view name, const wstring& text, c
   setAttribute(property, groupsURI(pass), name, text);
 }
 
+/// Whether a static tag stands for a label without the primer of the file.
+bool meansLabel(uint16 tag, const Types::UniversalLabel& label, const MetaMetadata::Dictionary& dictionary) {
+  const auto* definition = dictionary.findElementByStaticTag(tag);
+  return definition != nullptr && definition == dictionary.findElement(label);
+}
+
 }  // namespace
 
 DOMElement& lastExtensionElements(ExportDocument& document, DOMElement& set) {
@@ -37,11 +43,13 @@ wstring groupsURI(const ExportPass& pass) {
 void markUnknown(DOMElement& property, const Element& element, const ExportPass& pass) {
   const auto& tags = pass.partition.partitionDictionary();
   const auto& tag = element.metaAttribute().asUnknown()->localTag();
-  if (tag.isStaticLocalTag()) return mark(property, Vocabulary::kStaticLocalTag, tag.toString(kDottedForm), pass);
-  // Without a label the tag means nothing outside its file, and the value alone is kept.
-  if (const auto* label = tags.tryFind(tag.value())) {
-    mark(property, Vocabulary::kUniversalLabel, label->toString(kDottedForm), pass);
+  const auto* label = tags.tryFind(tag.value());
+  if (tag.isStaticLocalTag()) {
+    mark(property, Vocabulary::kStaticLocalTag, tag.toString(kDottedForm), pass);
+    if (!pass.rules.isLossless || label == nullptr || meansLabel(tag.value(), *label, *tags.dictionary())) return;
   }
+  // Without a label the tag means nothing outside its file, and the value alone is kept.
+  if (label != nullptr) mark(property, Vocabulary::kUniversalLabel, label->toString(kDottedForm), pass);
 }
 
 void markKnown(DOMElement& property, const Element& element, const ExportPass& pass) {

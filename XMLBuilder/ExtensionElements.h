@@ -14,8 +14,9 @@ xercesc::DOMElement& lastExtensionElements(ExportDocument& document, xercesc::DO
 /// one that the document binds to "groups" first.
 wstring groupsURI(const ExportPass& pass);
 
-/// Marks an unknown property: "groups:StaticLocalTag" with a static tag, else "groups:UniversalLabel" with the primer's
-/// label of the tag, else nothing.
+/// Marks an unknown property: "groups:StaticLocalTag" with a static tag, "groups:UniversalLabel" with the primer's
+/// label of any other tag, if it has one. Under lossless rules, a static tag has its label, too, where the primer gives
+/// it another one than the registers.
 void markUnknown(xercesc::DOMElement& property, const Element& element, const ExportPass& pass);
 
 /// Marks a known property: "groups:StaticLocalTag" if it is one of the set's own under its static tag, else

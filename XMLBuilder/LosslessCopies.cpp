@@ -154,7 +154,7 @@ class Comparison {
   /// them.
   void readNestedSets(const DOMElement& property) {
     for (const DOMElement* item : XMLUtils::childElements(property)) {
-      if (LosslessForms::targetAttribute(*item) != nullptr || !instanceUIDOf(*item)) continue;
+      if (LosslessForms::targetAttribute(*item) != nullptr || (!instanceUIDOf(*item) && !newNameOf(*item))) continue;
       if (const auto* definition = rules_.findSet(*item)) {
         importSet(*item, *definition, rules_);
       }

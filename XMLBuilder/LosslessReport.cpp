@@ -36,6 +36,7 @@ void LosslessReport::refer(const Types::UUID& target, const xercesc::DOMNode& no
 }
 
 void LosslessReport::finish(const PartitionMetadata& partition) {
+  newSets_.requireAllDefined();
   // Sets are read in the order of their definitions, not in that of the document.
   std::stable_sort(result_.diagnostics.begin(), result_.diagnostics.end(),
                    [](const auto& left, const auto& right) { return left.place.line < right.place.line; });

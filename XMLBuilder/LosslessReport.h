@@ -13,6 +13,7 @@
 #include "Core/Types/UUID.h"
 #include "LosslessXML.h"
 #include "XMLBuilder/BaseFacts.h"
+#include "XMLBuilder/NewSets.h"
 #include "XMLBuilder/SetChildren.h"
 #include "XMLUtils/ElementLines.h"
 
@@ -85,9 +86,11 @@ class LosslessReport {
   /// diagnostic.
   void refer(const Types::UUID& target, const xercesc::DOMNode& node, bool isDangling);
   /// Sorts the diagnostics, and adds one for each reference whose target never came.
+  /// @throws InvalidFormat for a reference to a new set of a name that no set has.
   void finish(const PartitionMetadata& partition);
 
   BaseFacts& base() { return base_; }
+  NewSets& newSets() { return newSets_; }
   uint64 lineOf(const xercesc::DOMNode& node) const { return lines_.lineOf(node); }
 
  private:
@@ -101,6 +104,7 @@ class LosslessReport {
   LosslessXML::Import& result_;
   const XMLUtils::ElementLines& lines_;
   BaseFacts& base_;
+  NewSets newSets_;
   Current current_;
   std::unordered_map<Types::UUID, Source> sources_;
   std::set<DarkContent> dark_;

@@ -122,6 +122,9 @@ const MetaMetadata::MetaMetadataSet* LosslessRules::findSet(const DOMElement& el
     report_.addUnread(Kind::kPointerWithoutTarget, element, {name.front()});
   } else {
     const auto instanceUID = instanceUIDOf(element);
+    if (const auto newName = newNameOf(element)) {
+      report_.newSets().noteUnknown(*newName, report_.lineOf(element), name.front());
+    }
     name.push_back(instanceUID ? Utils::wstringToString(instanceUID->toString(kDottedForm)) : "");
     const auto kind = definition == nullptr ? Kind::kUnknownSet : Kind::kSetOfOtherNamespace;
     report_.addUnread(kind, element, std::move(name));
@@ -200,6 +203,7 @@ bool LosslessRules::isPointer(const DOMElement& element, const XMLCh*) const {
 std::optional<Types::UUID> LosslessRules::targetOf(const DOMElement& pointer) {
   checkPointer(pointer);
   const auto text = nodeText(*LosslessForms::targetAttribute(pointer));
+  if (NewSets::isName(text)) return report_.newSets().refer(text, report_.lineOf(pointer));
   try {
     const Types::UUID target(Types::checkedText(Types::Identifiers::kUUID, text), kDottedForm);
     report_.refer(target, pointer, pointer.getLocalName() == Vocabulary::localName(Vocabulary::kDangling));

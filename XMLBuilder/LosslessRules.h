@@ -6,7 +6,7 @@
 
 namespace Vantor::XML2Partition {
 
-/// Two different sets with one InstanceUID, neither of which can be left out.
+/// Two different sets with one InstanceUID or one name, neither of which can be left out.
 class Clash : public Exceptions::InvalidFormat {
  public:
   using InvalidFormat::InvalidFormat;

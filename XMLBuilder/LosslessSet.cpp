@@ -1,6 +1,7 @@
 #include "XMLBuilder/LosslessSet.h"
 
 #include <algorithm>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "Core/MetaMetadata/MetaMetadataSet.h"
 #include "Core/MetaMetadata/Vocabulary.h"
@@ -51,10 +52,26 @@ bool hasInstanceUID(const DOMElement& element) {
   return LosslessForms::identifierAttribute(element, kInstanceUIDName) != nullptr;
 }
 
+/// Whether an attribute looks like the InstanceUID, in a wrong namespace: the set is not meant as a new one.
+bool hasStrayInstanceUID(const DOMElement& element) {
+  const auto& attributes = *element.getAttributes();
+  for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
+    if (XMLUtils::viewOf(attributes.item(i)->getLocalName()) == kInstanceUIDName) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::optional<Types::UUID> instanceUIDOf(const DOMElement& element) {
   return LosslessForms::identifierIn(LosslessForms::identifierAttribute(element, kInstanceUIDName));
+}
+
+std::optional<wstring> newNameOf(const DOMElement& element) {
+  const auto* attribute = LosslessForms::identifierAttribute(element, kInstanceUIDName);
+  if (attribute == nullptr) return std::nullopt;
+  auto text = nodeText(*attribute);
+  return NewSets::isName(text) ? std::optional(std::move(text)) : std::nullopt;
 }
 
 void reportUnread(const DOMElement& element, const SetChildren& children,
@@ -77,21 +94,27 @@ LosslessSet::LosslessSet(const DOMElement& element, MetadataSet& set, LosslessRu
     : element_(element),
       set_(set),
       rules_(rules),
-      reading_(rules.report(), set, hasInstanceUID(element)),
+      reading_(rules.report(), set, hasInstanceUID(element) && !newNameOf(element)),
       children_(element) {
   if (set.definition()->instanceUIDAttribute() != nullptr && !hasInstanceUID(element)) enterUnnamed();
 }
 
-/// Files have sets without InstanceUID, to which nothing refers. One within a reference needs an InstanceUID.
+bool LosslessSet::isWithinReference() const {
+  const DOMNode* parent = element_.getParentNode();
+  const bool isFloating = parent->getNodeType() == DOMNode::ELEMENT_NODE &&
+                          rules_.isFloatingContainer(static_cast<const DOMElement&>(*parent));
+  return parent != &rules_.root() && !isFloating;
+}
+
+/// Files have sets without InstanceUID, to which nothing refers. One within a reference is new, and keeps the
+/// InstanceUID that it was made with.
 void LosslessSet::enterUnnamed() {
+  if (isWithinReference() && !hasStrayInstanceUID(element_)) return;
   auto& base = rules_.report().base();
   if (base.isKnown() && !base.takeWithoutInstanceUID(set_.name())) {
     rules_.report().add(Kind::kMissingInstanceUID, element_);
   }
-  const DOMNode* parent = element_.getParentNode();
-  const bool isFloating = parent->getNodeType() == DOMNode::ELEMENT_NODE &&
-                          rules_.isFloatingContainer(static_cast<const DOMElement&>(*parent));
-  if (parent != &rules_.root() && !isFloating) return;
+  if (isWithinReference()) return;
   set_.remove(*set_.find(set_.definition()->instanceUIDAttribute()->metaElement()->key()));
 }
 
@@ -114,6 +137,9 @@ const DOMNode* LosslessSet::identifier(const wstring& tagName) {
 
 std::optional<Types::UUID> LosslessSet::instanceUID(const DOMNode& attribute) {
   auto instanceUID = instanceUIDOf(element_);
+  if (const auto newName = newNameOf(element_)) {
+    instanceUID = rules_.report().newSets().define(*newName, rules_.report().lineOf(attribute), set_.name());
+  }
   if (instanceUID) {
     rules_.report().enter(*instanceUID, {&set_, &element_});
   } else {
@@ -187,6 +213,15 @@ void LosslessSet::reportMisplacedInstanceUID(const DOMElement& child) {
   rules_.report().add(Kind::kInvalidValue, child, {"the InstanceUID of a set is an attribute of its element"});
 }
 
+/// The tag of a property whose file gave a static tag another label than the registers. The label counts where the tag
+/// is taken.
+Types::LocalTag LosslessSet::labelledTag(const Types::LocalTag& tag, const Types::UniversalLabel& label,
+                                         PartitionDictionary& tags) {
+  const auto* present = tags.tryFind(tag.value());
+  if (present == nullptr) tags.addPrimerEntry({tag.value(), label.key()});
+  return present == nullptr || *present == label ? tag : tags.findOrGenerate(label);
+}
+
 /// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
 /// that no other property has.
 Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
@@ -194,15 +229,15 @@ Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
   const auto textOf = [](const DOMNode& mark) {
     return Types::checkedText(Types::Identifiers::kUniversalLabel, nodeText(mark));
   };
-  if (const auto* tag = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag)) {
-    return Types::LocalTag(textOf(*tag), kDottedForm);
+  const auto* tagMark = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag);
+  const auto* labelMark = LosslessForms::groupsAttribute(child, Vocabulary::kUniversalLabel);
+  if (labelMark == nullptr) {
+    return tagMark == nullptr ? tags.unlistedTag(unmarked_++) : Types::LocalTag(textOf(*tagMark), kDottedForm);
   }
-  if (const auto* mark = LosslessForms::groupsAttribute(child, Vocabulary::kUniversalLabel)) {
-    const Types::UniversalLabel label(textOf(*mark), kDottedForm);
-    const auto* own = set_.definition()->findAttribute(label);
-    return tags.findOrGenerate(label, own == nullptr ? uint16{0} : own->staticLocalTag());
-  }
-  return tags.unlistedTag(unmarked_++);
+  const Types::UniversalLabel label(textOf(*labelMark), kDottedForm);
+  if (tagMark != nullptr) return labelledTag(Types::LocalTag(textOf(*tagMark), kDottedForm), label, tags);
+  const auto* own = set_.definition()->findAttribute(label);
+  return tags.findOrGenerate(label, own == nullptr ? uint16{0} : own->staticLocalTag());
 }
 
 /// The property that a tag stands for, if it is one of the set's own and the document has it.

@@ -8,6 +8,8 @@ namespace Vantor::XML2Partition {
 
 /// The InstanceUID of a set's element; none when it is missing or malformed.
 std::optional<Types::UUID> instanceUIDOf(const xercesc::DOMElement& element);
+/// The name "new:..." that a set's element has in place of an InstanceUID; none for every other element.
+std::optional<wstring> newNameOf(const xercesc::DOMElement& element);
 
 /// Reports what was not read of a set's element: text, attributes and children. Where two children stand for one
 /// property, either may be the one that was meant, so the property counts as unread.
@@ -27,11 +29,14 @@ class LosslessSet : public SetSource {
   void finish() override;
 
  private:
+  bool isWithinReference() const;
   void enterUnnamed();
   void checkPreface();
   void reportMisplacedInstanceUID(const xercesc::DOMElement& child);
   void readNamed(const xercesc::DOMElement& child, const MetaMetadata::MetaElement& definition);
   void readUnknown(const xercesc::DOMElement& child);
+  static Types::LocalTag labelledTag(const Types::LocalTag& tag, const Types::UniversalLabel& label,
+                                     PartitionDictionary& tags);
   Types::LocalTag localTagOf(const xercesc::DOMElement& child);
   const MetaMetadata::MetaElement* knownProperty(uint16 tag) const;
   bool isConfirmed(const BaseFacts::PropertyName& name, std::size_t ordinal);

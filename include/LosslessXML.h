@@ -103,7 +103,7 @@ struct Diagnostic {
     kTargetOfSet,           ///< name: a set within a reference has types:TargetInstance; it was read as a pointer
     // Identifiers. Edits of a file with one of these are ambiguous: the set may be one of the file or a new one.
     kInvalidInstanceUID,  ///< text; the set has a new one
-    kMissingInstanceUID   ///< no argument; the base has no such set without one
+    kMissingInstanceUID   ///< no argument; outside of references, where the base has no such set without one
   };
   Kind kind;
   Place place;
@@ -158,8 +158,10 @@ class Document {
 
   /// Makes the sets of the document in a partition. Differs from the functions of `XML2Partition` in these ways:
   ///
-  /// - Sets and dark groups keep their InstanceUIDs. A set without one gets a new one inside a reference, and none
+  /// - Sets and dark groups keep their InstanceUIDs. A set without one gets a random one inside a reference, and none
   ///   below the root or in the floating container.
+  /// - In place of its InstanceUID, a set may have a name of one's choice, "new:" and any text, by which references of
+  ///   the document lead to it, before it or behind it. It gets a random InstanceUID, another one in every import.
   /// - A set that occurs twice in the document becomes one set.
   /// - Fractions of a second are scaled back. JPEG 2000 values are read with and without an element around them, and
   ///   children of values in either vocabulary. Empty texts and white space are values.
@@ -179,7 +181,8 @@ class Document {
   ///                   InstanceUID are accepted.
   /// @param extent     how much of the base the document shows, where its description does not give that.
   /// @throws InvalidFormat, naming both, for two different sets with one InstanceUID, one of which may have been in the
-  ///         partition before. Sets made before the failure stay in the partition.
+  ///         partition before, and for two sets with one name "new:..."; with the line, for a reference to such a name
+  ///         that no set has. Sets made before the failure stay in the partition.
   VANTOR_XMLBUILDER_EXPORT Import import(PartitionMetadata& partition, const PartitionMetadata* base = nullptr,
                                          Extent extent = Extent::kDescribed) const;
 

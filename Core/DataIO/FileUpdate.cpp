@@ -26,6 +26,11 @@ void requireWritableFile(const Path& path) {
   }
 }
 
+/// Of the names in a folder, after an attempt to flush it.
+Durability durabilityIn(const Path& folder) {
+  return flushFolder(folder) ? Durability::kSurvivesPowerFailure : Durability::kAtomic;
+}
+
 }  // namespace
 
 FileUpdate::FileUpdate(const Path& path) : path_(path) {
@@ -67,12 +72,16 @@ NewFile::NewFile(const Path& path) : OutputFile(path) {
   if (!create(path)) raise<IOError>("cannot create '{}': {}", path.u8string(), systemReason(errno));
 }
 
-void NewFile::commit() {
+void NewFile::commit(const Path& target) {
   close(true);
-  if (!flushFolder(name().parent_path())) {
-    raise<IOError>("cannot flush the folder of '{}': {}", name().u8string(), systemReason(errno));
-  }
+  std::error_code error;
+  fs::rename(name(), target, error);
+  if (error) raise<IOError>("cannot create '{}': {}", target.u8string(), error.message());
   keep();
+  if (flushFolder(target.parent_path())) return;
+  const int reason = errno;
+  fs::remove(target, error);
+  raise<IOError>("cannot flush the folder '{}': {}", target.parent_path().u8string(), systemReason(reason));
 }
 
 void requireOneName(const Path& path) {
@@ -88,12 +97,18 @@ void requireOneName(const Path& path) {
       path.u8string(), names);
 }
 
-void removeFromDisk(const Path& path) {
+Durability removeFromDisk(const Path& path) {
   std::error_code error;
   fs::remove(path, error);
   if (error) raise<IOError>("cannot remove '{}': {}", path.u8string(), error.message());
-  if (!flushFolder(path.parent_path()))
-    raise<IOError>("cannot flush the folder of '{}': {}", path.u8string(), systemReason(errno));
+  return durabilityIn(path.parent_path());
+}
+
+Durability renameOnDisk(const Path& from, const Path& to) {
+  std::error_code error;
+  fs::rename(from, to, error);
+  if (error) raise<IOError>("cannot rename '{}' to '{}': {}", from.u8string(), to.u8string(), error.message());
+  return durabilityIn(to.parent_path());
 }
 
 }  // namespace Vantor::DataIO::File

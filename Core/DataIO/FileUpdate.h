@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "Core/DataIO/File.h"
 #include "Core/DataIO/OutputFile.h"
 #include "Core/DataIO/System.h"
 #include "Core/Platform/Path.h"
@@ -46,9 +47,10 @@ class NewFile : public OutputFile {
   /// @throws Exceptions::IOError naming the path and the system's reason, also when there is such a file already.
   explicit NewFile(const Path& path);
 
-  /// When this returns, the file and its name have reached the medium. Called once, and last.
-  /// @throws Exceptions::IOError when they have not.
-  void commit();
+  /// Renames it. When this returns, the file and its new name have reached the medium. Called once, and last.
+  /// @param target  in the same folder; a file of that name is replaced.
+  /// @throws Exceptions::IOError when they have not; the file is removed then.
+  void commit(const Path& target);
 };
 
 /// @throws Exceptions::IOError naming the path when the file has further names (hard links), or their number cannot be
@@ -56,7 +58,13 @@ class NewFile : public OutputFile {
 void requireOneName(const Path& path);
 
 /// Removes a file, and its name from the medium.
-/// @throws Exceptions::IOError when it cannot be removed, or the medium may still have the name.
-void removeFromDisk(const Path& path);
+/// @return kAtomic when the folder cannot be flushed, so that a power failure may bring the file back.
+/// @throws Exceptions::IOError when it cannot be removed.
+Durability removeFromDisk(const Path& path);
+
+/// Renames a file within its folder, on the medium, too. A file of the new name is replaced.
+/// @return kAtomic when the folder cannot be flushed, so that a power failure may bring the old name back.
+/// @throws Exceptions::IOError when it cannot be renamed.
+Durability renameOnDisk(const Path& from, const Path& to);
 
 }  // namespace Vantor::DataIO::File

@@ -116,6 +116,17 @@ bool lockFile(std::FILE* stream) {
 #endif
 }
 
+bool isLocked(const Path& path) {
+  const Stream stream(openStream(path, "rb"));
+  if (!stream) return false;
+#ifdef _WIN32
+  return !lockFile(stream.get());
+#else
+  // Shared, so that two who ask at a time do not take each other for the holder.
+  return ::flock(::fileno(stream.get()), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+#endif
+}
+
 #ifdef _WIN32
 
 bool flushFolder(const Path&) { return true; }

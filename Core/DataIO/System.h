@@ -26,6 +26,8 @@ bool flushToDisk(std::FILE* stream);
 /// Takes an advisory lock on the file behind a stream, until the stream is closed or the process ends. False when
 /// another stream holds it. True, too, where the file system has no locks.
 bool lockFile(std::FILE* stream);
+/// Whether a stream holds that lock on a file. False where that cannot be found out.
+bool isLocked(const Path& path);
 /// Whether another file can be renamed over one that is open, or only over one that is closed.
 #ifdef _WIN32
 constexpr bool kReplacesOpenFiles = false;

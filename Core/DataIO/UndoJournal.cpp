@@ -1,11 +1,9 @@
 #include "Core/DataIO/UndoJournal.h"
 
-#include <algorithm>
-#include <array>
 #include <optional>
 #include <string>
 
-#include "Core/DataIO/Crc64.h"
+#include "Core/DataIO/JournalFormat.h"
 #include "Core/DataIO/Pieces.h"
 #include "Core/Platform/Raise.h"
 
@@ -18,205 +16,8 @@ using Exceptions::IOError;
 using Exceptions::raise;
 
 constexpr const char* kSuffix = ".vantor-journal";
-
-/// A name, and the version of the format in 32 bits.
-constexpr std::array<uint8, 12> kStart = {'v', 'a', 'n', 't', 'o', 'r', '-', 'j', 0, 0, 0, 2};
-constexpr std::size_t kMagicSize = 8;
-constexpr uint64 kHeaderSize = kStart.size() + sizeof(uint32) + 2 * sizeof(uint64);
-constexpr uint64 kPlaceHeaderSize = 2 * sizeof(uint64);
-constexpr uint64 kCheckSize = sizeof(uint64);
-constexpr uint64 kSamples = 16;
-constexpr uint64 kSampleSize = 8192;
-
-/// A complete journal, as the places of its parts.
-struct Journal {
-  struct Place {
-    uint64 offset = 0;  ///< in the file
-    uint64 size = 0;
-    uint64 oldBytes = 0;  ///< where they are in the journal; the new ones are behind them
-  };
-  uint64 fileSize = 0;
-  uint64 surroundings = 0;
-  std::vector<Place> places;
-};
-
-/// Adds what it writes to a check.
-class CheckedSink : public DataSink {
- public:
-  explicit CheckedSink(DataSink& sink) : sink_(sink) {}
-  void write(const uint8* from, std::size_t size) override {
-    sink_.write(from, size);
-    check_.write(from, size);
-  }
-  uint64 position() const override { return sink_.position(); }
-  uint64 check() const { return check_.value(); }
-
- private:
-  DataSink& sink_;
-  Crc64 check_;
-};
-
-/// Zeroes the part of the bytes at an offset that another run covers.
-void blank(Bytes& bytes, uint64 offset, uint64 otherOffset, uint64 otherSize) {
-  const uint64 from = std::clamp(otherOffset, offset, offset + bytes.size()) - offset;
-  const uint64 to = std::clamp(otherOffset + otherSize, offset, offset + bytes.size()) - offset;
-  std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(from), bytes.begin() + static_cast<std::ptrdiff_t>(to),
-            uint8{0});
-}
-
-/// The check of evenly spaced samples, the last of which ends with the file, without the bytes in the places.
-uint64 checkSurroundings(SeekableSource& file, const std::vector<Journal::Place>& places) {
-  const uint64 size = std::min(file.size(), kSampleSize);
-  Crc64 check;
-  for (uint64 i = 0; i < kSamples; ++i) {
-    const uint64 offset = (file.size() - size) - (file.size() - size) / (kSamples - 1) * i;
-    Bytes sample = readPiece(file, offset, size);
-    for (const auto& place : places) blank(sample, offset, place.offset, place.size);
-    check.write(sample.data(), sample.size());
-  }
-  return check.value();
-}
-
-std::vector<Journal::Place> placesOf(const std::vector<NewBytes>& changes) {
-  std::vector<Journal::Place> places;
-  places.reserve(changes.size());
-  for (const auto& change : changes) places.push_back({change.offset, change.bytes.size(), 0});
-  return places;
-}
-
-void writePlace(DataSink& sink, SeekableSource& file, const NewBytes& change) {
-  writeBigEndian<uint64>(sink, change.offset);
-  writeBigEndian<uint64>(sink, change.bytes.size());
-  file.seek(change.offset);
-  copyBytes(file, change.bytes.size(), sink);
-  sink.write(change.bytes.data(), change.bytes.size());
-}
-
-/// How many bytes of the right start are there.
-std::size_t rightStart(SeekableSource& source) {
-  const Bytes start = readPiece(source, 0, std::min<uint64>(source.size(), kStart.size()));
-  const auto wrong = std::mismatch(start.begin(), start.end(), kStart.begin()).first;
-  return static_cast<std::size_t>(wrong - start.begin());
-}
-
-/// Whether the start of a journal is complete. When its writing was stopped, a part may be missing, or be zeros where
-/// the file system knew the length but not the bytes.
-/// @throws Exceptions::IOError when it is something else, which is not ours to remove.
-bool hasStart(SeekableSource& source) {
-  const std::size_t right = rightStart(source);
-  const Bytes start = readPiece(source, 0, std::min<uint64>(source.size(), kStart.size()));
-  if (right == kStart.size()) return true;
-  if (std::all_of(start.begin() + static_cast<std::ptrdiff_t>(right), start.end(),
-                  [](uint8 octet) { return octet == 0; }))
-    return false;
-  raise<IOError>(
-      "cannot recover by '{}': {}", source.name(),
-      right < kMagicSize ? "it is no journal; move it away" : "it is a journal of another version of this program");
-}
-
-bool hasRightCheck(SeekableSource& source) {
-  if (source.size() < kHeaderSize + kCheckSize) return false;
-  Crc64 check;
-  source.seek(0);
-  copyBytes(source, source.size() - kCheckSize, check);
-  return readBigEndian<uint64>(source) == check.value();
-}
-
-/// Reads from the position of the source, which is behind both old and new bytes afterwards.
-Journal::Place readPlace(SeekableSource& source) {
-  Journal::Place place;
-  place.offset = readBigEndian<uint64>(source);
-  place.size = readBigEndian<uint64>(source);
-  place.oldBytes = source.position();
-  source.skip(place.size);
-  source.skip(place.size);
-  return place;
-}
-
-bool hasOldOrNewBytes(const Journal::Place& place, SeekableSource& source, SeekableSource& file) {
-  uint64 done = 0;
-  bool isRight = true;
-  forEachPiece(source, place.oldBytes, place.size, [&](const Bytes& old) {
-    const Bytes changed = readPiece(source, place.oldBytes + place.size + done, old.size());
-    const Bytes present = readPiece(file, place.offset + done, old.size());
-    for (std::size_t i = 0; i < old.size(); ++i) isRight &= present[i] == old[i] || present[i] == changed[i];
-    done += old.size();
-  });
-  return isRight;
-}
-
-/// Where the zeros at the end of a journal begin.
-uint64 endOfContent(SeekableSource& journal) {
-  uint64 end = 0;
-  uint64 at = 0;
-  forEachPiece(journal, 0, journal.size(), [&](const Bytes& piece) {
-    const auto last = std::find_if(piece.rbegin(), piece.rend(), [](uint8 octet) { return octet != 0; });
-    if (last != piece.rend()) end = at + static_cast<uint64>(piece.rend() - last);
-    at += piece.size();
-  });
-  return end;
-}
-
-bool isWithin(uint64 offset, uint64 size, uint64 whole) { return offset <= whole && size <= whole - offset; }
-
-/// Writes the journal of a change that has not begun, to the medium. None is left behind when this throws, as it does
-/// when the file has another state by then.
-void writeJournal(const Path& journal, const Path& file, const FileState& expected,
-                  const std::vector<NewBytes>& changes) {
-  FileDataSource old(file);
-  NewFile output(journal);
-  std::error_code ignored;
-  fs::permissions(journal, fs::status(file).permissions(), ignored);
-  CheckedSink sink(output);
-  sink.write(kStart.data(), kStart.size());
-  writeBigEndian<uint32>(sink, static_cast<uint32>(changes.size()));
-  writeBigEndian<uint64>(sink, old.size());
-  writeBigEndian<uint64>(sink, checkSurroundings(old, placesOf(changes)));
-  for (const auto& change : changes) writePlace(sink, old, change);
-  writeBigEndian<uint64>(output, sink.check());
-  requireState(file, expected, "cannot change");
-  output.commit();
-}
-
-/// None when the journal is incomplete.
-/// @throws IOError when it is no journal, or one of another version.
-std::optional<Journal> readJournal(SeekableSource& source) {
-  if (!hasStart(source) || !hasRightCheck(source)) return std::nullopt;
-  source.seek(kStart.size());
-  const auto count = readBigEndian<uint32>(source);
-  Journal journal;
-  journal.fileSize = readBigEndian<uint64>(source);
-  journal.surroundings = readBigEndian<uint64>(source);
-  for (uint32 i = 0; i < count; ++i) journal.places.push_back(readPlace(source));
-  return journal;
-}
-
-/// Whether a file of the journal's size is the one that was being changed: every byte in the places is the old or the
-/// new one, and the bytes around them are as they were.
-bool isFileOf(const Journal& journal, SeekableSource& source, SeekableSource& file) {
-  const auto isInFile = [&](const Journal::Place& place) { return isWithin(place.offset, place.size, file.size()); };
-  return std::all_of(journal.places.begin(), journal.places.end(), isInFile) &&
-         checkSurroundings(file, journal.places) == journal.surroundings &&
-         std::all_of(journal.places.begin(), journal.places.end(),
-                     [&](const Journal::Place& place) { return hasOldOrNewBytes(place, source, file); });
-}
-
-/// Whether the file itself has all old bytes of an incomplete journal, so that nothing is lost without it.
-bool hasNothingElse(SeekableSource& journal, SeekableSource& file) {
-  const uint64 end = endOfContent(journal);
-  const std::size_t start = rightStart(journal);
-  if (start < kStart.size()) return end <= start;
-  for (uint64 at = kHeaderSize; at + kPlaceHeaderSize < end;) {
-    journal.seek(at);
-    const auto offset = readBigEndian<uint64>(journal);
-    const auto size = readBigEndian<uint64>(journal);
-    if (!isWithin(offset, size, file.size())) return false;
-    at += kPlaceHeaderSize;
-    if (!haveSameBytes(journal, at, file, offset, std::min(size, end - at))) return false;
-    at += 2 * size;
-  }
-  return true;
-}
+constexpr const char* kUnfinishedSuffix = ".vantor-journal.tmp";
+constexpr const char* kUndoSuffix = ".vantor-undo";
 
 /// Behind symbolic links. The name itself for a file that is missing.
 Path realPath(const Path& file) {
@@ -227,11 +28,29 @@ Path realPath(const Path& file) {
 }
 
 Path journalOf(Path realFile) { return realFile += kSuffix; }
+/// The journal while it is being written.
+Path unfinishedJournalOf(Path realFile) { return realFile += kUnfinishedSuffix; }
+Path undoFileOf(Path realFile) { return realFile += kUndoSuffix; }
 
-/// False where the journal's name would be too long.
-bool isThere(const Path& journal) {
+/// False where the name would be too long.
+bool isThere(const Path& path) {
   std::error_code error;
-  return fs::exists(journal, error);
+  return fs::exists(path, error);
+}
+
+/// Writes the journal of a change that has not begun, to the medium. It gets its name when it is complete; an
+/// incomplete one under that name is therefore damaged. None is left behind when this throws, as it does when the file
+/// has another state by then.
+void writeJournal(const Path& realFile, const FileState& expected, const std::vector<NewBytes>& changes) {
+  const Path unfinished = unfinishedJournalOf(realFile);
+  if (isThere(unfinished)) removeFromDisk(unfinished);  // of a change that never began: the file is locked
+  FileDataSource old(realFile);
+  NewFile output(unfinished);
+  std::error_code ignored;
+  fs::permissions(unfinished, fs::status(realFile).permissions(), ignored);
+  writeJournal(output, old, changes);
+  requireState(realFile, expected, "cannot change");
+  output.commit(journalOf(realFile));
 }
 
 /// Writes only what differs, so that bytes which were never changed need not be writable.
@@ -248,25 +67,33 @@ void putBack(FileDataSource& journal, const Journal::Place& place, FileDataSourc
                  reason, journalOf(file.path()).u8string());
 }
 
-/// Returns false, and does nothing, when the change had not begun to write the file.
-bool putBack(const Path& journalFile, FileUpdate& file) {
+std::string sizes(uint64 now, uint64 before) {
+  return "it has " + std::to_string(now) + " bytes, and had " + std::to_string(before) + " when ";
+}
+
+/// The change may have begun, since its journal was once complete.
+[[noreturn]] void refuseDamagedJournal(const FileUpdate& file, bool hasBytesLeft) {
+  const char* known = hasBytesLeft
+                          ? "its journal is damaged; the file has the old bytes that are left there, but may be "
+                            "changed where the others were"
+                          : "its journal is damaged, and the file may be half changed: it lacks old bytes that "
+                            "are left there";
+  refuseRecovery(file, std::string(known) + "; if you have a copy from before, use that");
+}
+
+void putBack(const Path& journalFile, FileUpdate& file) {
   FileDataSource source(journalFile);
   FileDataSource present(file.path());
   const auto journal = readJournal(source);
-  if (!journal) {
-    if (hasNothingElse(source, present)) return false;
-    refuseRecovery(file, "its journal is damaged, and the file may be half changed");
-  }
+  if (!journal) refuseDamagedJournal(file, hasBytesLeft(source, present));
   if (journal->fileSize != file.size()) {
-    refuseRecovery(file, "it has " + std::to_string(file.size()) + " bytes, and had " +
-                             std::to_string(journal->fileSize) + " when its journal was written");
+    refuseRecovery(file, sizes(file.size(), journal->fileSize) + "its journal was written");
   }
-  if (!isFileOf(*journal, source, present)) {
+  if (bytesInPlaces(*journal, source, present) == PlaceBytes::kOther) {
     refuseRecovery(file, "it is not the file whose change was stopped, or was changed since");
   }
   for (const auto& place : journal->places) putBack(source, place, present, file);
   file.flush();
-  return true;
 }
 
 void requireNoJournal(const Path& realFile) {
@@ -275,22 +102,25 @@ void requireNoJournal(const Path& realFile) {
                  journalOf(realFile).u8string());
 }
 
-void requireFile(const Path& realFile) {
+/// @param task  what is to be done with the file.
+void requireFile(const Path& realFile, const char* task) {
   std::error_code error;
   const auto status = fs::status(realFile, error);
   if (fs::is_regular_file(status)) return;
   const Path journal = journalOf(realFile);
   if (!fs::exists(status) && isThere(journal)) {
-    raise<IOError>("cannot recover '{}': the file is gone; put it back, or remove '{}', which has old bytes of it",
+    raise<IOError>("cannot {} '{}': the file is gone; put it back, or remove '{}', which has old bytes of it", task,
                    realFile.u8string(), journal.u8string());
   }
-  raise<IOError>("cannot recover '{}': {}", realFile.u8string(),
+  raise<IOError>("cannot {} '{}': {}", task, realFile.u8string(),
                  fs::exists(status) ? "it is no regular file" : "there is no such file");
 }
 
-void endChange(const Path& realFile) {
+/// @return whether the medium knows that the journal is gone.
+Durability endChange(const Path& realFile, OldBytes oldBytes) {
   try {
-    removeFromDisk(journalOf(realFile));
+    if (oldBytes == OldBytes::kKeep) return renameOnDisk(journalOf(realFile), undoFileOf(realFile));
+    return removeFromDisk(journalOf(realFile));
   } catch (const IOError& error) {
     raise<IOError>(
         "the file has been changed, but has its journal still: '{}': {}; remove the journal to keep the change, or "
@@ -300,7 +130,7 @@ void endChange(const Path& realFile) {
 }
 
 /// After a change threw: goes back, and reports both.
-[[noreturn]] void undo(FileUpdate& file, const char* failure) {
+[[noreturn]] void goBack(FileUpdate& file, const char* failure) {
   try {
     putBack(journalOf(file.path()), file);
     removeFromDisk(journalOf(file.path()));
@@ -310,19 +140,73 @@ void endChange(const Path& realFile) {
   raise<IOError>("{}; the file is as it was", failure);
 }
 
+[[noreturn]] void refuseUndoing(const Path& realFile, const std::string& reason) {
+  raise<IOError>("cannot undo the change of '{}': {}", realFile.u8string(), reason);
+}
+
+/// Whether there is something to put back.
+/// @throws IOError when the file is not what the change left.
+bool canBeUndone(const Path& realFile) {
+  FileDataSource source(undoFileOf(realFile));
+  FileDataSource present(realFile);
+  const auto kept = readJournal(source);
+  if (!kept) refuseUndoing(realFile, "'" + source.name() + "', which has the old bytes, is damaged");
+  if (kept->fileSize != present.size()) {
+    refuseUndoing(realFile, sizes(present.size(), kept->fileSize) + "it was changed");
+  }
+  const auto bytes = bytesInPlaces(*kept, source, present);
+  if (bytes == PlaceBytes::kOld || bytes == PlaceBytes::kNew) return bytes == PlaceBytes::kNew;
+  refuseUndoing(realFile, "it was changed once more since, or is another file");
+}
+
+/// Makes the kept bytes the journal of a change that was stopped, and recovers the file.
+void undo(FileUpdate& file) {
+  const Path journal = journalOf(file.path());
+  if (renameOnDisk(undoFileOf(file.path()), journal) == Durability::kAtomic) {
+    renameOnDisk(journal, undoFileOf(file.path()));
+    refuseUndoing(file.path(), "its folder cannot be flushed");
+  }
+  try {
+    putBack(journal, file);
+    removeFromDisk(journal);
+  } catch (const std::exception& error) {
+    raise<IOError>("the change is not undone yet: {}; recover the file to finish that", error.what());
+  }
+}
+
 }  // namespace
 
 Path journalPath(const Path& file) { return journalOf(realPath(file)); }
 
 bool hasJournal(const Path& file) { return isThere(journalPath(file)); }
 
-void changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
-                   const std::function<void(FileUpdate&)>& write) {
+OpenChange openChange(const Path& file) {
+  const Path real = realPath(file);
+  if (!isThere(journalOf(real))) return OpenChange::kNone;
+  const bool isUnderWay = isLocked(real);
+  if (!isThere(journalOf(real))) return OpenChange::kNone;  // it has ended by now
+  return isUnderWay ? OpenChange::kUnderWay : OpenChange::kStopped;
+}
+
+void requireNoOpenChange(const Path& file, const char* failure) {
+  const auto change = openChange(file);
+  if (change == OpenChange::kStopped) requireNoStoppedChange(file, failure);
+  if (change != OpenChange::kUnderWay) return;
+  raise<IOError>("{} '{}': another program is changing it at the moment; try again later", failure, file.u8string());
+}
+
+void requireNoStoppedChange(const Path& file, const char* failure) {
+  if (!hasJournal(file)) return;
+  raise<IOError>("{} '{}': an earlier change of it was stopped half-way; recover it first", failure, file.u8string());
+}
+
+Durability changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
+                         const std::function<void(FileUpdate&)>& write, OldBytes oldBytes) {
   FileUpdate update(realPath(file));
   update.lock();  // before looking for a journal, so that no other process takes ours for that of a stopped change
   requireNoJournal(update.path());
   requireOneName(update.path());
-  writeJournal(journalOf(update.path()), update.path(), expected, changes);
+  writeJournal(update.path(), expected, changes);
   try {
     if (write) {
       write(update);
@@ -331,22 +215,43 @@ void changeInPlace(const Path& file, const FileState& expected, const std::vecto
     }
     update.flush();
   } catch (const std::exception& error) {
-    undo(update, error.what());
+    goBack(update, error.what());
   }
-  endChange(update.path());
+  return endChange(update.path(), oldBytes);
 }
 
 Recovery recover(const Path& file) {
   const Path real = realPath(file);
-  const Path journal = journalOf(real);
-  requireFile(real);
-  if (!isThere(journal)) return Recovery::kNoJournal;
+  const Path journal = journalOf(real), unfinished = unfinishedJournalOf(real);
+  requireFile(real, "recover");
+  if (!isThere(journal) && !isThere(unfinished)) return Recovery::kNoJournal;
   FileUpdate update(real);
   update.lock();
-  if (!isThere(journal)) return Recovery::kNoJournal;  // it belonged to a change that is done by now
-  const bool isRestored = putBack(journal, update);
+  const bool wasWriting = isThere(unfinished);
+  if (wasWriting) removeFromDisk(unfinished);
+  // It may have belonged to a change that is done by now.
+  if (!isThere(journal)) return wasWriting ? Recovery::kNeverBegun : Recovery::kNoJournal;
+  putBack(journal, update);
   removeFromDisk(journal);
-  return isRestored ? Recovery::kRestored : Recovery::kNeverBegun;
+  return Recovery::kRestored;
+}
+
+Path undoPath(const Path& file) { return undoFileOf(realPath(file)); }
+
+Undoing undo(const Path& file) {
+  const Path real = realPath(file);
+  requireFile(real, "undo the change of");
+  if (!isThere(undoFileOf(real))) return Undoing::kNothingKept;
+  FileUpdate update(real);
+  update.lock();
+  requireNoJournal(real);
+  requireOneName(real);
+  if (canBeUndone(real)) {
+    undo(update);
+    return Undoing::kUndone;
+  }
+  removeFromDisk(undoFileOf(real));
+  return Undoing::kWasUndone;
 }
 
 }  // namespace Vantor::DataIO::File

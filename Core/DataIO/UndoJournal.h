@@ -11,19 +11,15 @@
 
 /// Changes of files in place that can be undone when the process is killed, or the machine loses its power, at any
 /// moment. As long as a change is under way, a journal with the old bytes stands beside the file: on the medium before
-/// the first byte of the file is written, removed after the last one is on the medium.
-///
-/// The journal, numbers big-endian: the bytes "vantor-j", a 32-bit version (2), a 32-bit count of places, the file's
-/// 64-bit size, and a 64-bit check of the file; for each place 64 bits of offset, 64 bits of length, the old bytes and
-/// the new ones; a 64-bit check of all of this. Checks are CRC-64 of ECMA-182. That of the file covers 16 samples of 8
-/// KiB, or of the whole file if that is smaller, with zeros for the bytes of the places: with N for the file's size
-/// less that of a sample, sample i starts at N - N / 15 * i.
+/// the first byte of the file is written, removed after the last one is on the medium. On request it is kept instead,
+/// under another name, and undoes the change later. docs/undo-format.md describes its bytes.
 ///
 /// A journal applies to no other file: old bytes are put back only where every byte of every place is the old or the
-/// new one, and the samples match. A copy of the file, even on another disk, passes.
+/// new one, and samples of the rest of the file match. A copy of the file, even on another disk, passes.
 ///
 /// One process at a time changes or recovers a file, under a lock; a second one is refused. Where the file system has
-/// no locks, a change is still refused while there is a journal, but callers must keep recovery and change apart.
+/// no locks, callers must keep changes, recovery and undoing of a file apart; a change is still refused while there is
+/// a journal.
 namespace Vantor::DataIO::File {
 
 /// Bytes that take the place of as many others in a file.
@@ -36,32 +32,72 @@ struct NewBytes {
 /// file's name.
 Path journalPath(const Path& file);
 
-/// Whether a change of the file was stopped before its end, so that recover() is due.
+/// Whether a change of the file is under way, or was stopped before its end. Not while its journal is being written:
+/// the file still has its old bytes then.
 bool hasJournal(const Path& file);
+
+/// A change of a file that has not come to its end.
+enum class OpenChange {
+  kNone,
+  kUnderWay,  ///< by another program, or another object of this one
+  kStopped    ///< half-way, so that recover() is due; where the file system has no locks, perhaps under way
+};
+OpenChange openChange(const Path& file);
+
+/// @param failure  what cannot be done with the file, such as "cannot edit".
+/// @throws Exceptions::IOError naming the file and what to do, when a change of it is under way or was stopped.
+void requireNoOpenChange(const Path& file, const char* failure);
+/// The same for who holds the lock of the file: only a stopped change can have left a journal then.
+void requireNoStoppedChange(const Path& file, const char* failure);
+
+/// What becomes of the old bytes when a change is done.
+enum class OldBytes {
+  kDrop,
+  /// They stay beside the file, in place of those of an earlier change, until undo() puts them back or the user removes
+  /// them. They take twice the room of the changed places.
+  kKeep
+};
 
 /// Changes bytes of a file. When anything throws, the old bytes are put back first.
 /// @param expected  the state of the file that the change was made for.
 /// @param changes   in places that do not overlap.
 /// @param write     writes them in place of this function, for tests that stop it.
+/// @return kAtomic when the change is done and on the medium, but the folder cannot be flushed, so that the journal may
+/// be there again after a power failure, and undo the change.
 /// @throws Exceptions::IOError, with the file unchanged, when the file is being changed, has a journal, a further hard
 /// link or another state than expected, or is read-only, and when the journal cannot be written. Also when the file
 /// cannot be written; the message names what is left to do: nothing if the old bytes were put back, else recover().
-/// Also when the journal of a finished change cannot be removed.
-void changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
-                   const std::function<void(FileUpdate&)>& write = {});
+/// Also when the journal of a finished change cannot be removed or renamed.
+Durability changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
+                         const std::function<void(FileUpdate&)>& write = {}, OldBytes oldBytes = OldBytes::kDrop);
 
 enum class Recovery {
   kNoJournal,  ///< no change was stopped; nothing was done
   kRestored,   ///< the old bytes were put back, the journal is removed
-  /// The journal was incomplete, and the file still had all its old bytes, so the change had not begun to write the
-  /// file; the journal is removed.
+  /// The change was stopped while its journal was being written, before it touched the file; that is removed.
   kNeverBegun
 };
 
 /// Undoes a change that was stopped before its end. It may be stopped itself and called again.
 /// @throws Exceptions::IOError when the file is missing (with or without a journal), no regular file, being changed, or
-/// cannot be written; when it is not the file that was being changed, or was changed since; when the journal is damaged
-/// or of an unknown version. File and journal stay as they are then.
+/// cannot be written; when it is not the file that was being changed, or was changed since; when the journal is
+/// damaged, whatever the file looks like, or of an unknown version. File and journal stay as they are then.
 Recovery recover(const Path& file);
+
+/// The path of old bytes that a change keeps: like that of the journal, with ".vantor-undo".
+Path undoPath(const Path& file);
+
+enum class Undoing {
+  kNothingKept,  ///< no change kept old bytes; nothing was done
+  kUndone,       ///< the old bytes were put back; they are kept no more
+  kWasUndone     ///< the file had them already; they are kept no more
+};
+
+/// Undoes the last change that kept its old bytes. When it is stopped, recover() finishes it.
+/// @throws Exceptions::IOError, with everything as it was, when the file is not what that change left, byte for byte in
+/// the changed places and by samples elsewhere; when it is missing, being changed, has a journal or a further hard
+/// link, or cannot be written; when the kept bytes are damaged. Also when writing fails half-way: then recover() is
+/// due.
+Undoing undo(const Path& file);
 
 }  // namespace Vantor::DataIO::File

@@ -70,10 +70,7 @@ std::vector<DataIO::File::NewBytes> newBytes(const ReplacementPlan& plan) {
   return changes;
 }
 
-void requireNoJournal(const Path& file) {
-  if (!DataIO::File::hasJournal(file)) return;
-  raise<IOError>("cannot take '{}': an earlier change of it was stopped; recover it first", file.u8string());
-}
+void requireNoJournal(const Path& file) { DataIO::File::requireNoOpenChange(file, "cannot take"); }
 
 /// The original, to be locked, if it is the target. Renaming over a file needs no permission for it, and would part it
 /// from its other names.
@@ -137,9 +134,15 @@ uint64 writeCopy(const Path& original, const FileState& expected, const Replacem
   return writeCopy(source, replacements, output, progress);
 }
 
-void endCopy(const Path& original, const FileState& expected, uint64 size, const Progress& progress) {
+/// @param isLocked  whether the caller holds the lock of the original.
+void endCopy(const Path& original, const FileState& expected, uint64 size, const Progress& progress,
+             bool isLocked = false) {
   if (progress) progress(size, size);
-  requireNoJournal(original);
+  if (isLocked) {
+    DataIO::File::requireNoStoppedChange(original, "cannot take");
+  } else {
+    requireNoJournal(original);
+  }
   DataIO::File::requireState(original, expected, "cannot copy");
 }
 
@@ -152,14 +155,16 @@ bool fits(SeekableSource& file, const Replacements& replacements) {
   });
 }
 
-void replaceInPlace(const Path& file, const FileState& expected, const Replacements& replacements) {
+DataIO::File::Durability replaceInPlace(const Path& file, const FileState& expected, const Replacements& replacements,
+                                        DataIO::File::OldBytes oldBytes) {
   DataIO::File::requireState(file, expected, "cannot change");
   std::vector<DataIO::File::NewBytes> changes;
   {
     FileDataSource source(file);
     changes = newBytes(planReplacements(source, replacements));
   }
-  if (!changes.empty()) DataIO::File::changeInPlace(file, expected, changes);
+  if (changes.empty()) return DataIO::File::Durability::kSurvivesPowerFailure;
+  return DataIO::File::changeInPlace(file, expected, changes, {}, oldBytes);
 }
 
 void rewrite(SeekableSource& original, const Replacements& replacements, DataIO::DataSink& output,
@@ -183,7 +188,7 @@ DataIO::File::Durability rewrite(const Path& original, const FileState& expected
   // Of two edits, the one that gets the lock later finds the file changed; it is held until the renaming is done.
   const auto lastCheck = [&] {
     if (replaced) replaced->lock();
-    endCopy(original, expected, size, progress);
+    endCopy(original, expected, size, progress, replaced.has_value());
     if (!DataIO::File::kReplacesOpenFiles) replaced.reset();
   };
   return file.commit(DataIO::File::Durability::kSurvivesPowerFailure, lastCheck);

@@ -10,6 +10,7 @@
 
 #include "Core/DataIO/DataSink.h"
 #include "Core/DataIO/File.h"
+#include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/PartitionPack.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Path.h"
@@ -93,9 +94,13 @@ bool fits(DataIO::SeekableSource& file, const Replacements& replacements);
 /// Writes the replacements, and fill behind them, into their places, and nothing else; takes no longer for a large
 /// file. Of a pack, the numbers stay, right or wrong. If the process or machine stops, DataIO::File::recover() puts
 /// back the old bytes from a journal beside the file; see Core/DataIO/UndoJournal.h.
+/// @param oldBytes  kKeep, so that DataIO::File::undo() can undo the finished change.
+/// @return as DataIO::File::changeInPlace().
 /// @throws Exceptions::InvalidLength naming partition, size and room when one does not fit, IOError also for
 /// what DataIO::File::changeInPlace() refuses. The file is as it was then.
-void replaceInPlace(const Path& file, const DataIO::File::FileState& expected, const Replacements& replacements);
+DataIO::File::Durability replaceInPlace(const Path& file, const DataIO::File::FileState& expected,
+                                        const Replacements& replacements,
+                                        DataIO::File::OldBytes oldBytes = DataIO::File::OldBytes::kDrop);
 
 /// Writes a copy of the file with the replacements. The copying takes a few MiB of memory for files of any size.
 ///

@@ -105,13 +105,14 @@ TEST_F(InterruptionTest, IsToldOnALineBehindTheProgressBar) {
 TEST_F(InterruptionTest, WaitsUntilAChangeInPlaceIsDone) {
   makeFile(kLarge);
   const fs::path journal = DataIO::File::journalPath(original());
+  const auto isUnderWay = [&] { return fs::exists(journal) || fs::exists(journal.string() + ".tmp"); };
   bool wasMet = false;
   for (int attempt = 0; attempt < kAttempts && !wasMet; ++attempt) {
     std::fstream(original(), std::ios::binary | std::ios::in | std::ios::out) << start_;
     StartedProgram program({"set", original(), kWithinRoom});
-    program.waitUntil([&] { return fs::exists(journal); });
+    program.waitUntil(isUnderWay);
     program.stop();
-    wasMet = fs::exists(journal);
+    wasMet = isUnderWay();
     program.send(SIGTERM);
     const Result result = program.resume();
     EXPECT_EQ(result.exitCode, wasMet ? -SIGTERM : result.exitCode);

@@ -34,12 +34,30 @@ TEST_F(Recover, FindsNothingToDoWhereNoChangeWasStopped) {
 }
 
 TEST_F(Recover, RemovesAJournalThatWasNotFinished) {
-  writeFile(journal(), "vantor-j");
+  writeFile(journal() + ".tmp", "vantor-j");
   const Result result = recovered();
   EXPECT_EQ(result.exitCode, 0) << result.err;
   EXPECT_EQ(result.out, "the change was stopped before it touched the file; its journal is removed\n");
   EXPECT_TRUE(isAsItWas());
   EXPECT_THAT(folder_.files(), ElementsAre("a.mxf"));
+}
+
+TEST_F(Recover, FailsWhereTheJournalIsCutOffAndKeepsIt) {
+  stopAChange();
+  const std::string changed = readFile(path()), whole = readFile(journal());
+  const std::string real = fs::canonical(path()).string();
+  for (const std::size_t size :
+       {whole.size() - 1, whole.size() / 2, std::size_t{60}, std::size_t{20}, std::size_t{0}}) {
+    writeFile(journal(), whole.substr(0, size));
+    const Result result = recovered();
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, testing::StartsWith("mxfxml: cannot recover '" + real + "': its journal is damaged"));
+    EXPECT_THAT(result.err,
+                testing::EndsWith("; to keep it as it is, remove the journal '" + real + ".vantor-journal'\n"));
+    EXPECT_TRUE(readFile(path()) == changed);
+    EXPECT_EQ(readFile(journal()), whole.substr(0, size));
+  }
 }
 
 TEST_F(Recover, FailsWhereThereIsNoSuchFile) {

@@ -35,7 +35,7 @@ TEST(Usage, HelpListsTheSubcommands) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("mxfxml [OPTIONS] SUBCOMMAND"));
     EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "export", "import", "verify", "info", "set",
-                                                 "diff", "recover", "dictionary"));
+                                                 "diff", "recover", "undo", "dictionary"));
     EXPECT_EQ(result.err, "");
   }
 }
@@ -49,7 +49,7 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
            {"import",
             {"INPUT", "-h,--help", "-o,--output", "--into", "--in-place", "--expect-unchanged", "--merge-anyway",
              "--structural-only", "--start", "--partition", "--exact", "--strict", "--only", "--ignore", "--sign",
-             "--dry-run", "--keep-going", "--dictionary"}},
+             "--keep-undo", "--dry-run", "--keep-going", "--dictionary"}},
            {"verify",
             {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--vocabulary", "--dictionary"}},
            {"info", {"INPUT", "-h,--help", "--partition", "--dictionary"}},
@@ -58,6 +58,7 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
              "--ignore", "--sign", "--dry-run", "--keep-going", "--dictionary"}},
            {"diff", {"INPUT", "OTHER", "-h,--help", "--strict", "--ignore-ids", "--partition", "--dictionary"}},
            {"recover", {"INPUT", "-h,--help"}},
+           {"undo", {"INPUT", "-h,--help"}},
            {"dictionary", {"NAME", "-h,--help", "--dictionary"}}}) {
     const Result result = run({command, "--help"});
     EXPECT_EQ(result.exitCode, 0);
@@ -105,7 +106,7 @@ TEST(Usage, RefusesBadValuesOfOptions) {
 }
 
 TEST(Usage, RefusesEmptyFileNames) {
-  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "recover"}) {
+  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "recover", "undo"}) {
     expectUsageError({command, ""}, "INPUT: the file name is empty; see mxfxml " + command + " --help");
   }
   for (const std::string command : {"export", "import", "set"}) {

@@ -39,6 +39,8 @@ void EditOptions::add(CLI::App& command, CLI::Option* needed) {
   need(command.add_flag("--sign", isSigned_,
                         "Add an Identification of this program, with the time and a new\ngeneration, which changed "
                         "sets get, too"));
+  need(command.add_flag("--keep-undo", keepsUndo_,
+                        "Keep the old bytes of a change in place beside the file, for\nmxfxml undo"));
   need(command.add_flag("--dry-run", isDryRun_, "Print what would change, and which rules that would break"));
   need(command.add_flag("--keep-going", keepsGoing_,
                         "Write the rest when a part of the edit cannot be taken, and end\nwith 1"));
@@ -48,6 +50,7 @@ Edit::SaveOptions EditOptions::saving() const {
   Edit::SaveOptions options;
   options.completesEdits = !isOnly_;
   options.ignoredRules = rules_.ignored();
+  options.keepsUndo = keepsUndo_;
   if (isSigned_) options.signature = programSignature();
   return options;
 }

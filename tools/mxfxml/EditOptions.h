@@ -10,11 +10,13 @@ namespace Vantor::Tool {
 /// Options of the commands that edit a file.
 class EditOptions {
  public:
-  /// Adds --only, --ignore, --sign, --dry-run and --keep-going.
+  /// Adds --only, --ignore, --sign, --keep-undo, --dry-run and --keep-going.
   /// @param needed  the option without which these mean nothing; null for none.
   void add(CLI::App& command, CLI::Option* needed = nullptr);
 
   Edit::SaveOptions saving() const;
+  /// Whether to keep the old bytes of a change in place.
+  bool keepsUndo() const { return keepsUndo_; }
   bool isDryRun() const { return isDryRun_; }
   /// Whether to save the rest when a part of the edit cannot be taken.
   bool keepsGoing() const { return keepsGoing_; }
@@ -22,6 +24,7 @@ class EditOptions {
  private:
   bool isOnly_ = false;
   bool isSigned_ = false;
+  bool keepsUndo_ = false;
   bool isDryRun_ = false;
   bool keepsGoing_ = false;
   RuleOptions rules_;

@@ -64,6 +64,7 @@ class ImportCommand final : public Command {
       throw UsageError(isWriting ? "--dry-run writes nothing, neither with -o nor --in-place"
                                  : "-o is required, or --into with --in-place or --dry-run");
     }
+    if (output_ && edit_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (into_ && exact_) {
       throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
     }

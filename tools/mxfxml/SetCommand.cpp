@@ -72,6 +72,7 @@ class SetCommand final : public Command {
     for (const auto& text : assignments_) changes.push_back(parseChange(text, true));
     for (const auto& text : removals_) changes.push_back(parseChange(text, false));
     if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
+    if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (output_) refuseSameFile(input(), *output_);
     const auto definitions = dictionary_.load();
     undoStoppedChange(input());

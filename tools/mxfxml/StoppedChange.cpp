@@ -5,7 +5,19 @@
 
 namespace Vantor::Tool {
 
+using DataIO::File::OpenChange;
 using DataIO::File::Recovery;
+using DataIO::File::Undoing;
+
+namespace {
+
+OpenChange requireNoChangeUnderWay(const Path& file) {
+  const auto change = DataIO::File::openChange(file);
+  if (change != OpenChange::kUnderWay) return change;
+  throw OtherFileError(file.u8string() + ": another program is changing the file at the moment; try again later");
+}
+
+}  // namespace
 
 std::string describe(Recovery recovery) {
   switch (recovery) {
@@ -19,22 +31,31 @@ std::string describe(Recovery recovery) {
   return "";
 }
 
+std::string describe(Undoing undoing) {
+  switch (undoing) {
+    case Undoing::kNothingKept:
+      return "no change of the file has kept its old bytes; there is nothing to put back";
+    case Undoing::kUndone:
+      return "the file is as it was before its last change";
+    case Undoing::kWasUndone:
+      return "the file is as it was before its last change already; the kept bytes are removed";
+  }
+  return "";
+}
+
 void undoStoppedChange(const Path& file) {
   // A missing file is reported when it is opened.
-  if (!DataIO::File::hasJournal(file)) return;
+  if (requireNoChangeUnderWay(file) == OpenChange::kNone) return;
   try {
-    const auto recovery = DataIO::File::recover(file);
-    if (recovery == Recovery::kNoJournal) return;  // it belonged to a change that is done by now
-    const bool isRestored = recovery == Recovery::kRestored;
-    printMessage(file.u8string() + ": " +
-                 (isRestored ? "a change that was stopped half-way is undone" : describe(recovery)));
+    if (DataIO::File::recover(file) != Recovery::kRestored) return;  // it belonged to a change that is done by now
+    printMessage(file.u8string() + ": a change that was stopped half-way is undone");
   } catch (const Exceptions::IOError& error) {
     throw OtherFileError("a change that was stopped half-way cannot be undone: " + error.message());
   }
 }
 
 void refuseStoppedChange(const Path& file) {
-  if (!DataIO::File::hasJournal(file)) return;
+  if (requireNoChangeUnderWay(file) == OpenChange::kNone) return;
   throw OtherFileError(file.u8string() + ": a change of the file was stopped half-way; mxfxml recover " +
                        file.u8string() + " undoes it");
 }

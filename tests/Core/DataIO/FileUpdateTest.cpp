@@ -78,12 +78,33 @@ TEST_F(FileUpdateTest, LocksNoFileThatHasBeenReplacedSinceItWasOpened) {
 
 #endif
 
-TEST_F(NewFileTest, IsThereAfterTheCommit) {
+TEST_F(NewFileTest, IsThereAfterTheCommitUnderItsNewName) {
+  create(folder_ / "b", "old");
   NewFile file(folder_ / "a");
   file.write(bytes("text"), 4);
   EXPECT_EQ(file.position(), 4u);
-  file.commit();
-  EXPECT_EQ(contents(folder_ / "a"), "text");
+  file.commit(folder_ / "b");
+  EXPECT_THAT(names(), testing::ElementsAre("b"));
+  EXPECT_EQ(contents(folder_ / "b"), "text");
+}
+
+TEST_F(NewFileTest, IsRemovedWhenItCannotHaveItsNewName) {
+  fs::create_directories(folder_ / "b" / "c");
+  {
+    NewFile file(folder_ / "a");
+    EXPECT_THAT([&] { file.commit(folder_ / "b"); }, ThrowsMessage<IOError>(HasSubstr("cannot create '")));
+  }
+  EXPECT_THAT(names(), testing::ElementsAre("b"));
+}
+
+TEST_F(NewFileTest, CanBeRenamed) {
+  create(folder_ / "a", "text");
+  create(folder_ / "b", "old");
+  EXPECT_EQ(renameOnDisk(folder_ / "a", folder_ / "b"), Durability::kSurvivesPowerFailure);
+  EXPECT_THAT(names(), testing::ElementsAre("b"));
+  EXPECT_EQ(contents(folder_ / "b"), "text");
+  EXPECT_THAT([&] { renameOnDisk(folder_ / "a", folder_ / "b"); },
+              ThrowsMessage<IOError>(HasSubstr("cannot rename '")));
 }
 
 TEST_F(NewFileTest, IsRemovedWithoutACommit) {
@@ -99,7 +120,7 @@ TEST_F(NewFileTest, LeavesAFileAloneThatExists) {
 
 TEST_F(NewFileTest, CanBeRemoved) {
   create(folder_ / "a", "text");
-  removeFromDisk(folder_ / "a");
+  EXPECT_EQ(removeFromDisk(folder_ / "a"), Durability::kSurvivesPowerFailure);
   EXPECT_THAT(names(), IsEmpty());
 }
 

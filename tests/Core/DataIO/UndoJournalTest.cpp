@@ -2,7 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#ifdef __linux__
+#include <unistd.h>
+#endif
+
 #include <functional>
+#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -210,29 +215,37 @@ std::vector<std::string> halvesOf(const std::string& journal) {
   return halves;
 }
 
-TEST_F(UndoJournalTest, RemovesAJournalThatIsNotWholeBesideAFileThatHasTheOldBytes) {
+TEST_F(UndoJournalTest, RemovesAJournalWhoseWritingWasStopped) {
+  const Path unfinished = folder_ / "a.mxf.vantor-journal.tmp";
   for (const std::string& half : halvesOf(journalOfStoppedChange())) {
-    create(journalPath(file_), half);
+    create(unfinished, half);
+    EXPECT_FALSE(hasJournal(file_));
     EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << half.size();
     EXPECT_EQ(contents(file_), kOld);
     EXPECT_THAT(names(), ElementsAre("a.mxf"));
   }
+  create(unfinished, "vantor-j");
+  change();
+  EXPECT_EQ(contents(file_), kNew);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
 }
 
-TEST_F(UndoJournalTest, KeepsAJournalThatIsNotWholeAndHasBytesThatTheFileHasNoMore) {
+TEST_F(UndoJournalTest, KeepsAJournalThatIsNotWholeWhateverTheFileLooksLike) {
   const std::size_t firstOldByte = 8 + 4 + 4 + 8 + 8 + 8 + 8;
   for (const std::string& half : halvesOf(journalOfStoppedChange())) {
-    create(file_, kNew);
-    create(journalPath(file_), half);
-    if (half.size() <= firstOldByte || half[firstOldByte] == 0) {
-      EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << half.size();
-    } else {
-      EXPECT_THAT([&] { recover(file_); }, ThrowsMessage<IOError>(HasSubstr("its journal is damaged")));
+    for (const std::string& present : {kOld, "01x" + kOld.substr(3), kNew}) {
+      create(file_, present);
+      create(journalPath(file_), half);
+      const bool hasBytesLeft = present == kOld || half.size() <= firstOldByte || half[firstOldByte] == 0;
+      EXPECT_THAT([&] { recover(file_); },
+                  ThrowsMessage<IOError>(AllOf(
+                      HasSubstr(hasBytesLeft ? "its journal is damaged; the file has the old bytes that are left there"
+                                             : "its journal is damaged, and the file may be half changed"),
+                      HasSubstr("; to keep it as it is, remove the journal '"))))
+          << half.size() << present;
       EXPECT_EQ(contents(journalPath(file_)), half);
+      EXPECT_EQ(contents(file_), present);
     }
-    EXPECT_EQ(contents(file_), kNew);
-    create(file_, kOld);
-    fs::remove(journalPath(file_));
   }
 }
 
@@ -257,11 +270,7 @@ TEST_F(UndoJournalTest, NeverWritesByAJournalWithAChangedByte) {
     std::string changed = whole;
     changed[at] ^= 0x01;
     create(journalPath(file_), changed);
-    try {
-      EXPECT_EQ(recover(file_), Recovery::kNeverBegun) << at;
-    } catch (const IOError& error) {
-      EXPECT_THAT(error.message(), HasSubstr("its journal is damaged")) << at;
-    }
+    EXPECT_THAT([&] { recover(file_); }, ThrowsMessage<IOError>(HasSubstr("its journal is damaged"))) << at;
     EXPECT_EQ(contents(file_), kOld);
   }
 }
@@ -353,6 +362,24 @@ TEST_F(UndoJournalTest, RecoversOnceAndThenFindsNothingToDo) {
   EXPECT_EQ(recover(file_), Recovery::kNoJournal);
 }
 
+TEST_F(UndoJournalTest, DistinguishesAChangeUnderWayFromAStoppedOne) {
+  EXPECT_EQ(openChange(file_), OpenChange::kNone);
+  EXPECT_NO_THROW(requireNoOpenChange(file_, "cannot edit"));
+  change([&](FileUpdate& file) {
+    EXPECT_EQ(openChange(file_), OpenChange::kUnderWay);
+    EXPECT_THAT([&] { requireNoOpenChange(file_, "cannot edit"); },
+                ThrowsMessage<IOError>(StrEq("cannot edit '" + file_.u8string() +
+                                             "': another program is changing it at the moment; try again later")));
+    writeNew(file);
+  });
+  EXPECT_EQ(openChange(file_), OpenChange::kNone);
+  create(journalPath(file_), journalOfStoppedChange());
+  EXPECT_EQ(openChange(file_), OpenChange::kStopped);
+  EXPECT_THAT([&] { requireNoOpenChange(file_, "cannot edit"); },
+              ThrowsMessage<IOError>(StrEq("cannot edit '" + file_.u8string() +
+                                           "': an earlier change of it was stopped half-way; recover it first")));
+}
+
 #ifdef __linux__
 
 TEST_F(UndoJournalTest, RecoversNoFileThatIsMissing) {
@@ -420,6 +447,90 @@ TEST_F(UndoJournalTest, LeavesTheFileAloneWhenTheDiskHasNoRoomForTheJournal) {
   EXPECT_EQ(runWithFileSizeLimit(40, [&] { change(); }), Ending::kFailed);
   EXPECT_EQ(contents(file_), kOld);
   EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
+constexpr uid_t kNobody = 65534;
+
+/// A folder that cannot be flushed, since it cannot be read, with the file in it.
+class UnreadableFolderTest : public UndoJournalTest {
+ protected:
+  void SetUp() override {
+    UndoJournalTest::SetUp();
+    fs::create_directory(sub_ = folder_ / "sub");
+    fs::rename(file_, sub_ / "a.mxf");
+    file_ = sub_ / "a.mxf";
+    if (::geteuid() != 0) return;
+    for (const Path& path : {file_, sub_}) ASSERT_EQ(::chown(path.c_str(), kNobody, kNobody), 0);
+  }
+  void TearDown() override {
+    fs::permissions(sub_, fs::perms::owner_all);
+    UndoJournalTest::TearDown();
+  }
+
+  void close() const { fs::permissions(sub_, fs::perms::owner_write | fs::perms::owner_exec); }
+  /// As a user who has to obey permissions.
+  static Ending runAsNobody(const std::function<bool()>& work) {
+    return runWithFileSizeLimit(1 << 20, [&] {
+      if (::geteuid() == 0 && ::setuid(kNobody) != 0) ::_exit(1);
+      if (!work()) ::_exit(1);
+    });
+  }
+
+  Path sub_;
+};
+
+TEST_F(UnreadableFolderTest, IsNamedWhenTheChangeCannotBegin) {
+  close();
+  EXPECT_EQ(runAsNobody([&] {
+              try {
+                change();
+              } catch (const IOError& error) {
+                return error.message() == "cannot flush the folder '" + sub_.u8string() + "': Permission denied";
+              }
+              return false;
+            }),
+            Ending::kFinished);
+  fs::permissions(sub_, fs::perms::owner_all);
+  EXPECT_EQ(contents(file_), kOld);
+  EXPECT_EQ(std::distance(fs::directory_iterator(sub_), {}), 1);
+}
+
+TEST_F(UnreadableFolderTest, LeavesAFinishedChangeThatAPowerFailureMayUndo) {
+  for (const OldBytes oldBytes : {OldBytes::kDrop, OldBytes::kKeep}) {
+    create(file_, kOld);
+    EXPECT_EQ(runAsNobody([&] {
+                const auto writeAndClose = [&](FileUpdate& file) {
+                  writeNew(file);
+                  close();
+                };
+                return changeInPlace(file_, stateOf(file_), kChanges, writeAndClose, oldBytes) == Durability::kAtomic;
+              }),
+              Ending::kFinished);
+    fs::permissions(sub_, fs::perms::owner_all);
+    EXPECT_EQ(contents(file_), kNew);
+    EXPECT_FALSE(hasJournal(file_));
+    EXPECT_EQ(fs::exists(undoPath(file_)), oldBytes == OldBytes::kKeep);
+  }
+}
+
+TEST_F(UnreadableFolderTest, KeepsAChangeFromBeingUndone) {
+  changeInPlace(file_, stateOf(file_), kChanges, {}, OldBytes::kKeep);
+  if (::geteuid() == 0) ASSERT_EQ(::chown(undoPath(file_).c_str(), kNobody, kNobody), 0);
+  close();
+  EXPECT_EQ(runAsNobody([&] {
+              try {
+                undo(file_);
+              } catch (const IOError& error) {
+                return error.message() ==
+                       "cannot undo the change of '" + file_.u8string() + "': its folder cannot be flushed";
+              }
+              return false;
+            }),
+            Ending::kFinished);
+  fs::permissions(sub_, fs::perms::owner_all);
+  EXPECT_EQ(contents(file_), kNew);
+  EXPECT_FALSE(hasJournal(file_));
+  EXPECT_EQ(undo(file_), Undoing::kUndone);
 }
 
 TEST_F(UndoJournalTest, GoesBackWhenTheDiskDoesNotTakeTheSecondPlace) {

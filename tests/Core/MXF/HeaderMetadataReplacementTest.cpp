@@ -45,6 +45,18 @@ TEST_F(InPlaceTest, WritesMetadataAndFillAndNothingElse) {
   }
 }
 
+TEST_F(InPlaceTest, KeepsTheOldBytesOfEveryPartitionOnRequest) {
+  const Path file = write(fivePartitions(1, 300));
+  const Bytes old = bytesOf(file);
+  using namespace DataIO::File;
+  replaceInPlace(file, stateOf(file), {replacement(0, kOldSize), replacement(2, 400), replacement(4, 500)},
+                 OldBytes::kKeep);
+  EXPECT_NE(bytesOf(file), old);
+  EXPECT_EQ(undo(file), Undoing::kUndone);
+  EXPECT_EQ(bytesOf(file), old);
+  EXPECT_THAT(names(), ElementsAre("a.mxf"));
+}
+
 TEST_F(InPlaceTest, FitsByAnyRemainderThatFillCanTake) {
   const Path file = write(fivePartitions(1, 100));
   const Bytes old = bytesOf(file);
