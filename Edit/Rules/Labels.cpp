@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <unordered_set>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/OperationalPattern.h"
@@ -20,10 +21,6 @@ bool isRegistryLabel(const UniversalLabel& label) {
          label.octet(5) == 0x04 && label.octet(6) == 0x01;
 }
 
-bool isKnown(const Model& model, const UniversalLabel& label) {
-  return model.dictionary().findLabel(label) != nullptr || builtInLabels().findLabel(label) != nullptr;
-}
-
 template <class Visit>
 void forEachLabel(const Types::SimpleDataType& value, Visit&& visit) {
   const auto type = value.identifier();
@@ -33,14 +30,37 @@ void forEachLabel(const Types::SimpleDataType& value, Visit&& visit) {
   for (uint32 i = 0; i < collection.size(); ++i) forEachLabel(collection.at(i), visit);
 }
 
-void checkKnown(const Model& model, Report& report) {
-  for (const auto* set : model.sets()) {
-    for (const auto* element : set->inDefinitionOrder()) {
-      if (definitionOf(*element) == nullptr || element->wireValue() == nullptr) continue;
-      forEachLabel(*element->wireValue(), [&](const UniversalLabel& label) {
-        if (isRegistryLabel(label) && !isKnown(model, label)) report.add(*set, symbolOf(*element), {textOf(label)});
-      });
+/// Finds labels that nothing defines: no register, no dictionary file, and no definition in the metadata themselves.
+class UnknownLabels {
+ public:
+  UnknownLabels(const Model& model, Report& report) : dictionary_(model.dictionary()), report_(report) {
+    for (const auto* definition : model.all("DefinitionObject")) {
+      if (const auto label = labelOf(*definition, "DefinitionObjectIdentification")) defined_.insert(*label);
     }
+  }
+
+  void check(const MetadataSet& set, const Element& element) {
+    if (definitionOf(element) == nullptr || element.wireValue() == nullptr) return;
+    forEachLabel(*element.wireValue(), [&](const UniversalLabel& label) {
+      if (isRegistryLabel(label) && !isKnown(label)) report_.add(set, symbolOf(element), {textOf(label)});
+    });
+  }
+
+ private:
+  bool isKnown(const UniversalLabel& label) const {
+    return dictionary_.findLabel(label) != nullptr || builtInLabels().findLabel(label) != nullptr ||
+           defined_.count(label) != 0;
+  }
+
+  const MetaMetadata::Dictionary& dictionary_;
+  Report& report_;
+  std::unordered_set<UniversalLabel> defined_;
+};
+
+void checkKnown(const Model& model, Report& report) {
+  UnknownLabels labels(model, report);
+  for (const auto* set : model.sets()) {
+    for (const auto* element : set->inDefinitionOrder()) labels.check(*set, *element);
   }
 }
 

@@ -82,15 +82,30 @@ void checkPreviousPartition(const CheckedFile& file, Report& report) {
   });
 }
 
-/// Open partitions need not know the footer partition, and write 0.
-void checkFooterPartition(const CheckedFile& file, Report& report) {
+/// Calls `visit(number, pack, offset)` for every pack that does not state the offset of the footer partition.
+template <class Visit>
+void forEachOtherFooter(const CheckedFile& file, Visit&& visit) {
   const auto& last = file.state().partitions.back().info;
   if (!MXF::isFooter(last)) return;
   const uint64 offset = last.offset - file.state().runIn;
   forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
-    const auto stated = partition.pack.footerPartition;
-    if (stated == offset || (stated == 0 && !KLV::isClosed(partition.pack.status))) return;
-    report.add(number, "FooterPartition", {std::to_string(stated), std::to_string(offset)});
+    if (partition.pack.footerPartition != offset) visit(number, partition.pack, offset);
+  });
+}
+
+void checkFooterPartition(const CheckedFile& file, Report& report) {
+  forEachOtherFooter(file, [&](std::size_t number, const MXF::PartitionPack& pack, uint64 offset) {
+    if (pack.footerPartition == 0) return;
+    report.add(number, "FooterPartition", {std::to_string(pack.footerPartition), std::to_string(offset)});
+  });
+}
+
+/// Open partitions are written before the place of the footer partition is known.
+void checkUnknownFooter(const CheckedFile& file, Report& report) {
+  forEachOtherFooter(file, [&](std::size_t number, const MXF::PartitionPack& pack, uint64 offset) {
+    if (pack.footerPartition == 0 && KLV::isClosed(pack.status)) {
+      report.add(number, "FooterPartition", {std::to_string(offset)});
+    }
   });
 }
 
@@ -174,6 +189,9 @@ const RuleTable& partitionRules() {
       {{"footer-partition", Severity::kError,
         "the footer partition stands at {offset} by the pack, and at {offset} in the file", "ST 377-1, Partition Pack"},
        checkFooterPartition},
+      {{"unknown-footer", Severity::kWarning,
+        "a closed partition does not name the footer partition, which stands at {offset}", "ST 377-1, Partition Pack"},
+       checkUnknownFooter},
       {{"pack-pattern", Severity::kError, "the pack has the operational pattern {own}, the Preface {other}",
         "ST 377-1, Partition Pack"},
        checkPatterns},

@@ -46,7 +46,7 @@ constexpr std::array<Place, 4> kDemanded = {{{"Preface", "DescriptiveSchemes"},
                                              {"Track", "EssenceTrackNumber"},
                                              {"FileDescriptor", "SampleRate"}}};
 
-constexpr std::array<Place, 13> kOftenMissing = {{{"PictureDescriptor", "StoredHeight"},
+constexpr std::array<Place, 14> kOftenMissing = {{{"PictureDescriptor", "StoredHeight"},
                                                   {"PictureDescriptor", "StoredWidth"},
                                                   {"PictureDescriptor", "FrameLayout"},
                                                   {"PictureDescriptor", "VideoLineMap"},
@@ -58,7 +58,8 @@ constexpr std::array<Place, 13> kOftenMissing = {{{"PictureDescriptor", "StoredH
                                                   {"SoundDescriptor", "AudioSampleRate"},
                                                   {"SoundDescriptor", "ChannelCount"},
                                                   {"SoundDescriptor", "QuantizationBits"},
-                                                  {"DCTimedTextDescriptor", "ResourceID"}}};
+                                                  {"DCTimedTextDescriptor", "ResourceID"},
+                                                  {"TaggedValueDefinition", "TaggedValueParentProperties"}}};
 
 /// A table for look-ups: the properties by their symbols, which are those of one set each.
 template <std::size_t kCount>

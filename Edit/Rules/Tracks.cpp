@@ -21,21 +21,28 @@ void forEachTrack(const Model& model, Visit&& visit) {
   }
 }
 
-/// Reports every track whose number another track of the package has, too. Tracks without number, or with 0 where that
-/// stands for none, have none in common.
-void checkNumbers(const Model& model, const char* property, bool zeroIsNone, Report& report) {
-  for (const auto& package : model.packages()) {
-    std::unordered_set<int64> numbers;
-    for (const auto* track : package.tracks) {
-      const auto number = integerOf(*track, property);
-      if (!number || (zeroIsNone && *number == 0) || numbers.insert(*number).second) continue;
-      report.add(*track, property, {std::to_string(*number), package.set->name()});
-    }
+/// Reports every track of a package whose number another one has. @param skipped  stands for no number.
+void checkNumbers(const Package& package, const char* property, std::optional<int64> skipped, Report& report) {
+  std::unordered_set<int64> numbers;
+  for (const auto* track : package.tracks) {
+    const auto number = integerOf(*track, property);
+    if (!number || number == skipped || numbers.insert(*number).second) continue;
+    report.add(*track, property, {std::to_string(*number), package.set->name()});
   }
 }
 
-void checkTrackIDs(const Model& model, Report& report) { checkNumbers(model, "TrackID", false, report); }
-void checkTrackNumbers(const Model& model, Report& report) { checkNumbers(model, "EssenceTrackNumber", true, report); }
+void checkTrackIDs(const Model& model, Report& report) {
+  for (const auto& package : model.packages()) checkNumbers(package, "TrackID", std::nullopt, report);
+}
+
+/// The number links a track to its essence elements (ST 379-1) in packages with essence in the file; in others it
+/// counts the tracks of one kind.
+void checkTrackNumbers(const Model& model, Report& report) {
+  for (const auto* data : model.all("EssenceData")) {
+    const auto* package = model.package(*data, "LinkedPackageID");
+    if (package != nullptr) checkNumbers(*package, "EssenceTrackNumber", 0, report);
+  }
+}
 
 /// Segments abut; a transition overlaps with both its neighbours, so that its length counts backwards. Events have
 /// positions instead. None where a length is unknown.
@@ -109,14 +116,23 @@ void checkUnequalTracks(const Model& model, Report& report) {
   }
 }
 
+/// Whether timecode may count every nth edit unit, or several in one: 25 frames per second of a track of 50 pictures or
+/// of 48,000 samples.
+bool fits(int64 base, const Rational& rate) {
+  const double perSecond = static_cast<double>(rate.numerator()) / rate.denominator();
+  const double ratio = perSecond / static_cast<double>(base);
+  const double whole = std::round(std::max(ratio, 1 / ratio));
+  constexpr double kRoundedRate = 0.002;  // 30 frames per second stand for 30000/1001
+  return std::llround(perSecond) == base || std::abs(std::max(ratio, 1 / ratio) / whole - 1) < kRoundedRate;
+}
+
 void checkTimecodeRates(const Model& model, Report& report) {
   forEachTrack(model, [&](const Package&, const MetadataSet& track) {
     const auto* rate = valueOf<Rational>(track, "EditRate");
     if (rate == nullptr || rate->numerator() <= 0 || rate->denominator() <= 0) return;
-    const auto rounded = std::llround(static_cast<double>(rate->numerator()) / rate->denominator());
     for (const auto* component : componentsOf(model, track)) {
       const auto base = model.is(*component, "Timecode") ? integerOf(*component, "FramesPerSecond") : std::nullopt;
-      if (base.value_or(0) == 0 || *base == rounded) continue;
+      if (base.value_or(0) == 0 || fits(*base, *rate)) continue;
       report.add(*component, "FramesPerSecond", {std::to_string(*base), valueText(*rate)});
     }
   });

@@ -192,6 +192,7 @@ void checkDoubled(const Model& model, Report& report) {
   }
 }
 
+/// Registers and standards differ on the size of some types, such as versions of programs; files have both.
 void checkUnreadable(const Model& model, Report& report) {
   for (const auto* set : model.sets()) {
     forEachUnread(model, *set, [&](const Element& element, const MetaMetadata::MetaElement& definition) {
@@ -245,7 +246,8 @@ const RuleTable& valueRules() {
        checkDropFrame},
       {{"date-value", Severity::kWarning, "{date} is no date", "ST 377-1, Timestamp"}, checkDates},
       {{"doubled-property", Severity::kError, "the set has the property twice", "ST 336"}, checkDoubled},
-      {{"unreadable-value", Severity::kWarning, "the value {octets} is not of the property's type", "ST 335"},
+      {{"unreadable-value", Severity::kNote, "the value {octets} is not of the type that the registers have",
+        "ST 335, ST 2003"},
        checkUnreadable},
       {{"misplaced-property", Severity::kNote, "the set's definition does not list the property", "ST 395"},
        checkMisplaced}};
