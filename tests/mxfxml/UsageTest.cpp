@@ -35,7 +35,7 @@ TEST(Usage, HelpListsTheSubcommands) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("mxfxml [OPTIONS] SUBCOMMAND"));
     EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "export", "import", "verify", "info", "set",
-                                                 "diff", "recover", "undo", "dictionary"));
+                                                 "diff", "check", "recover", "undo", "dictionary"));
     EXPECT_EQ(result.err, "");
   }
 }
