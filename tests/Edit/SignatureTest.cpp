@@ -13,9 +13,9 @@ namespace {
 
 using Types::Timestamp;
 
-constexpr const char* kSample = VANTOR_TEST_DATA_DIR "/op1a.mxf";
+constexpr const char* kSigned = VANTOR_TEST_DATA_DIR "/op1a.mxf";
 
-std::unique_ptr<PartitionMetadata> readSample() { return MXF::readHeaderMetadata(kSample, builtInDictionary()); }
+std::unique_ptr<PartitionMetadata> readSample() { return MXF::readHeaderMetadata(kSigned, builtInDictionary()); }
 
 Signature signature() {
   return {u"A company",
