@@ -125,7 +125,7 @@ TEST(LosslessNewSets, FailWhereAnElementOfNoSetHasTheName) {
   const std::string mistyped = "<s377m:MaterialPackge" + named("one") + "/>";
   EXPECT_THAT(
       [&] { Imported{documentOf(content + mistyped)}; },
-      failsWith("line 3: no set of the document is named 'new:one'; the MaterialPackge at line 5 is, which is no "
+      failsWith("line 3: no set of the document is named 'new:one'; the MaterialPackge at line 4 is, which is no "
                 "known set"));
   Imported unused(documentOf(kPreface + kEnd + mistyped));
   EXPECT_THAT(unused.kinds(), ElementsAre(Kind::kUnknownSet));

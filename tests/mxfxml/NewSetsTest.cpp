@@ -154,6 +154,38 @@ TEST_P(NewSets, GoIntoPlainFilesAsWell) {
   EXPECT_THAT(run({"info", edit_.copy()}).out, HasSubstr("DM_AS_11_Core_Framework"));
 }
 
+/// The InstanceUIDs of the sets that a comparison names as added.
+Texts addedInstanceUIDs(const std::string& diff) {
+  Texts instanceUIDs;
+  for (const auto& line : linesWith("added set: ", diff)) instanceUIDs.push_back(line.substr(line.rfind(' ') + 1));
+  return instanceUIDs;
+}
+
+std::string replacedEverywhere(std::string text, const std::string& from, const std::string& by) {
+  for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + by.size())) {
+    text.replace(at, from.size(), by);
+  }
+  return text;
+}
+
+TEST_P(NewSets, AreAddedInTheOtherVocabularyAsWell) {
+  add(kFrameworks[0]);
+  ASSERT_EQ(edit_.intoCopy().exitCode, 0);
+  Texts options = {"export", edit_.copy(), "--vocabulary", "st434-2014", "-o", edit_.document()};
+  if (!isNested()) options.emplace_back("--flat");
+  ASSERT_EQ(run(options).exitCode, 0);
+  std::string xml = readFile(edit_.document());
+  for (const auto& instanceUID : addedInstanceUIDs(run({"diff", edit_.original(), edit_.copy()}).out)) {
+    xml = isNested() ? replacedEverywhere(xml, " rp210:InstanceUID=\"" + instanceUID + "\"", "")
+                     : replacedEverywhere(xml, instanceUID, "new:" + instanceUID);
+  }
+  writeFile(edit_.document(), xml);
+  std::filesystem::remove(edit_.copy());
+  const Result result = edit_.intoCopy();
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  expectTheFrameworkAlone(kFrameworks[0]);
+}
+
 INSTANTIATE_TEST_SUITE_P(Files, NewSets,
                          testing::Combine(testing::Values("op1a.mxf", "bmx-op1a-timedtext.mxf", "gst-audio-ac3.mxf"),
                                           testing::Bool()),

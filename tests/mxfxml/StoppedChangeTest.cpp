@@ -144,7 +144,7 @@ TEST_F(StoppedChangeTest, IsNotTakenForOneThatHadNotBegunWhereItsJournalIsDamage
 TEST_F(StoppedChangeTest, HadNotBegunWhereItsJournalWasBeingWritten) {
   writeFile(journal() + ".tmp", "vantor-j");
   EXPECT_EQ(run({"export", path()}).exitCode, 0);
-  const Result result = run({"set", path(), "Preface.ByteOrder=18761"});
+  const Result result = run({"set", path(), "Identification.ApplicationName=Ed"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.err, "");
   EXPECT_THAT(folder_.files(), ElementsAre("a.mxf"));

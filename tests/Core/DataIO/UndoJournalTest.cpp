@@ -2,12 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#ifdef __linux__
-#include <unistd.h>
-#endif
-
 #include <functional>
-#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -447,90 +442,6 @@ TEST_F(UndoJournalTest, LeavesTheFileAloneWhenTheDiskHasNoRoomForTheJournal) {
   EXPECT_EQ(runWithFileSizeLimit(40, [&] { change(); }), Ending::kFailed);
   EXPECT_EQ(contents(file_), kOld);
   EXPECT_THAT(names(), ElementsAre("a.mxf"));
-}
-
-constexpr uid_t kNobody = 65534;
-
-/// A folder that cannot be flushed, since it cannot be read, with the file in it.
-class UnreadableFolderTest : public UndoJournalTest {
- protected:
-  void SetUp() override {
-    UndoJournalTest::SetUp();
-    fs::create_directory(sub_ = folder_ / "sub");
-    fs::rename(file_, sub_ / "a.mxf");
-    file_ = sub_ / "a.mxf";
-    if (::geteuid() != 0) return;
-    for (const Path& path : {file_, sub_}) ASSERT_EQ(::chown(path.c_str(), kNobody, kNobody), 0);
-  }
-  void TearDown() override {
-    fs::permissions(sub_, fs::perms::owner_all);
-    UndoJournalTest::TearDown();
-  }
-
-  void close() const { fs::permissions(sub_, fs::perms::owner_write | fs::perms::owner_exec); }
-  /// As a user who has to obey permissions.
-  static Ending runAsNobody(const std::function<bool()>& work) {
-    return runWithFileSizeLimit(1 << 20, [&] {
-      if (::geteuid() == 0 && ::setuid(kNobody) != 0) ::_exit(1);
-      if (!work()) ::_exit(1);
-    });
-  }
-
-  Path sub_;
-};
-
-TEST_F(UnreadableFolderTest, IsNamedWhenTheChangeCannotBegin) {
-  close();
-  EXPECT_EQ(runAsNobody([&] {
-              try {
-                change();
-              } catch (const IOError& error) {
-                return error.message() == "cannot flush the folder '" + sub_.u8string() + "': Permission denied";
-              }
-              return false;
-            }),
-            Ending::kFinished);
-  fs::permissions(sub_, fs::perms::owner_all);
-  EXPECT_EQ(contents(file_), kOld);
-  EXPECT_EQ(std::distance(fs::directory_iterator(sub_), {}), 1);
-}
-
-TEST_F(UnreadableFolderTest, LeavesAFinishedChangeThatAPowerFailureMayUndo) {
-  for (const OldBytes oldBytes : {OldBytes::kDrop, OldBytes::kKeep}) {
-    create(file_, kOld);
-    EXPECT_EQ(runAsNobody([&] {
-                const auto writeAndClose = [&](FileUpdate& file) {
-                  writeNew(file);
-                  close();
-                };
-                return changeInPlace(file_, stateOf(file_), kChanges, writeAndClose, oldBytes) == Durability::kAtomic;
-              }),
-              Ending::kFinished);
-    fs::permissions(sub_, fs::perms::owner_all);
-    EXPECT_EQ(contents(file_), kNew);
-    EXPECT_FALSE(hasJournal(file_));
-    EXPECT_EQ(fs::exists(undoPath(file_)), oldBytes == OldBytes::kKeep);
-  }
-}
-
-TEST_F(UnreadableFolderTest, KeepsAChangeFromBeingUndone) {
-  changeInPlace(file_, stateOf(file_), kChanges, {}, OldBytes::kKeep);
-  if (::geteuid() == 0) ASSERT_EQ(::chown(undoPath(file_).c_str(), kNobody, kNobody), 0);
-  close();
-  EXPECT_EQ(runAsNobody([&] {
-              try {
-                undo(file_);
-              } catch (const IOError& error) {
-                return error.message() ==
-                       "cannot undo the change of '" + file_.u8string() + "': its folder cannot be flushed";
-              }
-              return false;
-            }),
-            Ending::kFinished);
-  fs::permissions(sub_, fs::perms::owner_all);
-  EXPECT_EQ(contents(file_), kNew);
-  EXPECT_FALSE(hasJournal(file_));
-  EXPECT_EQ(undo(file_), Undoing::kUndone);
 }
 
 TEST_F(UndoJournalTest, GoesBackWhenTheDiskDoesNotTakeTheSecondPlace) {
