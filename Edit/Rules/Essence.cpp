@@ -99,9 +99,8 @@ void checkLinkedPackages(const Model& model, Report& report) {
 void checkDescriptions(const Model& model, Report& report) {
   for (const auto* data : model.all("EssenceData")) {
     const auto* package = model.package(*data, "LinkedPackageID");
-    if (package != nullptr && descriptorsOf(model, *package).empty()) {
-      report.add(*package->set, "EssenceDescription");
-    }
+    if (package == nullptr || !model.is(*package->set, "SourcePackage")) continue;
+    if (descriptorsOf(model, *package).empty()) report.add(*package->set, "EssenceDescription");
   }
 }
 
@@ -144,9 +143,10 @@ constexpr KLV::Key kSeveralMappings({0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0
                                      0x0d, 0x01, 0x03, 0x01, 0x02, 0x7f, 0x01, 0x00});
 
 void checkUnusedContainers(const Model& model, Report& report) {
-  if (model.preface() == nullptr) return;
+  const auto descriptors = model.all("FileDescriptor");
+  if (model.preface() == nullptr || descriptors.empty()) return;
   Labels used = {withoutVersion(Types::UniversalLabel(kSeveralMappings))};
-  for (const auto* descriptor : model.all("FileDescriptor")) {
+  for (const auto* descriptor : descriptors) {
     if (const auto container = labelOf(*descriptor, "ContainerFormat")) used.insert(withoutVersion(*container));
   }
   for (const auto& label : labelsOf(*model.preface(), "EssenceContainers")) {

@@ -74,7 +74,7 @@ class Reach {
  public:
   explicit Reach(const Model& model) : model_(model) {
     for (const auto* set : model.metadata().sets()) {
-      if (set->definition() == nullptr || set == model.preface() || model.is(*set, "Root")) enter(*set);
+      if (set->definition() == nullptr || model.is(*set, "Preface") || model.is(*set, "Root")) enter(*set);
     }
     addDark();
     while (!waiting_.empty()) follow();
