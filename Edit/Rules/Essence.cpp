@@ -97,10 +97,9 @@ void checkLinkedPackages(const Model& model, Report& report) {
 }
 
 void checkDescriptions(const Model& model, Report& report) {
-  for (const auto* data : model.all("EssenceData")) {
-    const auto* package = model.package(*data, "LinkedPackageID");
-    if (package == nullptr || !model.is(*package->set, "SourcePackage")) continue;
-    if (descriptorsOf(model, *package).empty()) report.add(*package->set, "EssenceDescription");
+  for (const auto* package : model.packagesWithEssence()) {
+    if (!model.is(*package->set, "SourcePackage") || !descriptorsOf(model, *package).empty()) continue;
+    report.add(*package->set, "EssenceDescription");
   }
 }
 
@@ -116,23 +115,13 @@ Labels withoutVersions(const std::vector<Types::UniversalLabel>& labels) {
   return set;
 }
 
-/// The descriptors of packages whose essence is in the file.
-std::vector<const MetadataSet*> internalDescriptors(const Model& model) {
-  std::vector<const MetadataSet*> found;
-  for (const auto* data : model.all("EssenceData")) {
-    const auto* package = model.package(*data, "LinkedPackageID");
-    if (package == nullptr) continue;
-    for (const auto* descriptor : descriptorsOf(model, *package)) found.push_back(descriptor);
-  }
-  return found;
-}
-
 void checkUnlistedContainers(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
   const auto listed = withoutVersions(labelsOf(*model.preface(), "EssenceContainers"));
-  for (const auto* descriptor : internalDescriptors(model)) {
-    const auto container = labelOf(*descriptor, "ContainerFormat");
-    if (container && listed.count(withoutVersion(*container)) == 0) {
+  for (const auto* package : model.packagesWithEssence()) {
+    for (const auto* descriptor : descriptorsOf(model, *package)) {
+      const auto container = labelOf(*descriptor, "ContainerFormat");
+      if (!container || listed.count(withoutVersion(*container)) != 0) continue;
       report.add(*descriptor, "ContainerFormat", {textOf(*container)});
     }
   }

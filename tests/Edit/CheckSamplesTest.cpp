@@ -11,9 +11,9 @@
 namespace Vantor::Edit {
 namespace {
 
-/// One line for each finding, after the name of the file and its folder. With the environment variable
-/// VANTOR_REWRITE_GOLDEN=1 the file becomes what the rules find now; the difference is to be reviewed before it is
-/// committed.
+/// One line for each finding: folder and name of the file, rule, partitions, set, property and sentence. With the
+/// environment variable VANTOR_REWRITE_GOLDEN=1 the file becomes what the rules find now; the difference is to be
+/// reviewed before it is committed.
 const Path kGolden = Path(VANTOR_TEST_DATA_DIR) / "findings.txt";
 
 std::string sampleName(const Path& sample) {
@@ -23,8 +23,10 @@ std::string sampleName(const Path& sample) {
 std::string linesOf(const Path& sample) {
   std::string lines;
   for (const auto& finding : check(stateOf(sample))) {
-    lines += sampleName(sample) + ": " + finding.rule->code + ": " + finding.set + ": " + finding.property + ": " +
-             describe(finding) + "\n";
+    lines += sampleName(sample) + ": " + finding.rule->code + ":";
+    for (const auto partition : finding.partitions) lines += " " + std::to_string(partition);
+    for (const auto& part : {finding.set, finding.property, describe(finding)}) lines += ": " + part;
+    lines += "\n";
   }
   return lines.empty() ? sampleName(sample) + ": nothing\n" : lines;
 }

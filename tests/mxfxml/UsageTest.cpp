@@ -101,7 +101,7 @@ TEST(Usage, RefusesBadValuesOfOptions) {
 }
 
 TEST(Usage, RefusesEmptyFileNames) {
-  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "recover"}) {
+  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "check", "recover"}) {
     expectUsageError({command, ""}, "INPUT: the file name is empty; see mxfxml " + command + " --help");
   }
   for (const std::string command : {"export", "import", "set"}) {
