@@ -35,7 +35,7 @@ TEST(Usage, HelpListsTheSubcommands) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("mxfxml [OPTIONS] SUBCOMMAND"));
     EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "export", "import", "verify", "info", "set",
-                                                 "diff", "recover", "dictionary"));
+                                                 "diff", "check", "recover", "dictionary"));
     EXPECT_EQ(result.err, "");
   }
 }
@@ -101,7 +101,7 @@ TEST(Usage, RefusesBadValuesOfOptions) {
 }
 
 TEST(Usage, RefusesEmptyFileNames) {
-  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "check", "recover"}) {
+  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "recover"}) {
     expectUsageError({command, ""}, "INPUT: the file name is empty; see mxfxml " + command + " --help");
   }
   for (const std::string command : {"export", "import", "set"}) {
