@@ -1,7 +1,7 @@
 #include <set>
 #include <unordered_set>
 
-#include "Edit/Rules/Components.h"
+#include "Edit/Rules/PackageFacts.h"
 #include "Edit/Rules/Rule.h"
 
 /// Rules about the essence: its streams in partitions, the containers that they are in, and what describes them.

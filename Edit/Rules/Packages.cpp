@@ -1,7 +1,7 @@
 #include <unordered_set>
 
 #include "Core/MXF/OperationalPattern.h"
-#include "Edit/Rules/Components.h"
+#include "Edit/Rules/PackageFacts.h"
 
 #include "Edit/Rules/Rule.h"
 

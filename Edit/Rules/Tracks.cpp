@@ -5,7 +5,7 @@
 
 #include "Core/Comparison/ValueText.h"
 #include "Core/Types/Batch.h"
-#include "Edit/Rules/Components.h"
+#include "Edit/Rules/PackageFacts.h"
 #include "Edit/Rules/Rule.h"
 
 /// Rules about tracks and their components.

@@ -1,4 +1,4 @@
-#include "Edit/Rules/Components.h"
+#include "Edit/Rules/PackageFacts.h"
 
 #include <array>
 
