@@ -1,7 +1,7 @@
 #include <set>
 #include <unordered_set>
 
-#include "Edit/Rules/Components.h"
+#include "Edit/Rules/PackageFacts.h"
 #include "Edit/Rules/Rule.h"
 
 /// Rules about the essence: its streams in partitions, the containers that they are in, and what describes them.
@@ -97,11 +97,9 @@ void checkLinkedPackages(const Model& model, Report& report) {
 }
 
 void checkDescriptions(const Model& model, Report& report) {
-  for (const auto* data : model.all("EssenceData")) {
-    const auto* package = model.package(*data, "LinkedPackageID");
-    if (package != nullptr && descriptorsOf(model, *package).empty()) {
-      report.add(*package->set, "EssenceDescription");
-    }
+  for (const auto* package : model.packagesWithEssence()) {
+    if (!model.is(*package->set, "SourcePackage") || !descriptorsOf(model, *package).empty()) continue;
+    report.add(*package->set, "EssenceDescription");
   }
 }
 
@@ -117,23 +115,13 @@ Labels withoutVersions(const std::vector<Types::UniversalLabel>& labels) {
   return set;
 }
 
-/// The descriptors of packages whose essence is in the file.
-std::vector<const MetadataSet*> internalDescriptors(const Model& model) {
-  std::vector<const MetadataSet*> found;
-  for (const auto* data : model.all("EssenceData")) {
-    const auto* package = model.package(*data, "LinkedPackageID");
-    if (package == nullptr) continue;
-    for (const auto* descriptor : descriptorsOf(model, *package)) found.push_back(descriptor);
-  }
-  return found;
-}
-
 void checkUnlistedContainers(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
   const auto listed = withoutVersions(labelsOf(*model.preface(), "EssenceContainers"));
-  for (const auto* descriptor : internalDescriptors(model)) {
-    const auto container = labelOf(*descriptor, "ContainerFormat");
-    if (container && listed.count(withoutVersion(*container)) == 0) {
+  for (const auto* package : model.packagesWithEssence()) {
+    for (const auto* descriptor : descriptorsOf(model, *package)) {
+      const auto container = labelOf(*descriptor, "ContainerFormat");
+      if (!container || listed.count(withoutVersion(*container)) != 0) continue;
       report.add(*descriptor, "ContainerFormat", {textOf(*container)});
     }
   }
@@ -144,9 +132,10 @@ constexpr KLV::Key kSeveralMappings({0x06, 0x0e, 0x2b, 0x34, 0x04, 0x01, 0x01, 0
                                      0x0d, 0x01, 0x03, 0x01, 0x02, 0x7f, 0x01, 0x00});
 
 void checkUnusedContainers(const Model& model, Report& report) {
-  if (model.preface() == nullptr) return;
+  const auto descriptors = model.all("FileDescriptor");
+  if (model.preface() == nullptr || descriptors.empty()) return;
   Labels used = {withoutVersion(Types::UniversalLabel(kSeveralMappings))};
-  for (const auto* descriptor : model.all("FileDescriptor")) {
+  for (const auto* descriptor : descriptors) {
     if (const auto container = labelOf(*descriptor, "ContainerFormat")) used.insert(withoutVersion(*container));
   }
   for (const auto& label : labelsOf(*model.preface(), "EssenceContainers")) {

@@ -13,10 +13,11 @@ namespace {
 
 using Types::Timestamp;
 
-/// The date; null where it is missing or unknown, all zeros (ST 377-1).
+/// The date; null where it is missing or a part of it is 0, unknown (ST 377-1).
 const Timestamp* dateOf(const MetadataSet& set, const char* property) {
   const auto* date = valueOf<Timestamp>(set, property);
-  return date == nullptr || date->month() == 0 || date->day() == 0 ? nullptr : date;
+  const bool isKnown = date != nullptr && date->year() != 0 && date->month() != 0 && date->day() != 0;
+  return isKnown ? date : nullptr;
 }
 
 /// The octets of a timestamp stand in the order of their weight.

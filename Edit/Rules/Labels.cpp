@@ -1,6 +1,6 @@
-#include <algorithm>
 #include <unordered_set>
 
+#include "Core/DataIO/BigEndian.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/OperationalPattern.h"
 #include "Core/Types/Collection.h"
@@ -72,31 +72,52 @@ void checkPattern(const Model& model, Report& report) {
   }
 }
 
-/// Whether a scheme covers a framework: the registers give both the same item designator, as far as it names the scheme
-/// (octets 9 to 13). Frameworks that end before octet 13 are those of a whole node.
-bool covers(const UniversalLabel& scheme, const KLV::Key& framework) {
-  const uint8 *left = scheme.rawBuffer() + 8, *right = framework.rawBuffer() + 8;
-  return std::equal(left, left + 4, right) && (left[4] == right[4] || right[4] == 0);
-}
+/// Pairs schemes with sets. The registers give a scheme and its frameworks the same item designator as far as it names
+/// the scheme, octets 9 to 13; sets with 0 in octet 13 are those of a whole node.
+class SchemeIndex {
+ public:
+  void add(const uint8* label) {
+    const auto scheme = numberOf(label);
+    schemes_.insert(scheme);
+    nodes_.insert(scheme >> 8);
+    if ((scheme & 0xff) == 0) wholeNodes_.insert(scheme >> 8);
+  }
+
+  /// @param label  of a set, where schemes were added.
+  bool covers(const uint8* label) const {
+    const auto scheme = numberOf(label);
+    return schemes_.count(scheme) != 0 || ((scheme & 0xff) == 0 && nodes_.count(scheme >> 8) != 0);
+  }
+  /// @param label  of a scheme, where sets were added.
+  bool isCovered(const uint8* label) const {
+    const auto scheme = numberOf(label);
+    return schemes_.count(scheme) != 0 || wholeNodes_.count(scheme >> 8) != 0;
+  }
+
+ private:
+  static uint64 numberOf(const uint8* label) { return DataIO::readBigEndian<uint64>(label + 8) >> 24; }
+
+  std::unordered_set<uint64> schemes_;
+  std::unordered_set<uint64> nodes_;
+  std::unordered_set<uint64> wholeNodes_;
+};
 
 void checkMissingSchemes(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
-  const auto schemes = labelsOf(*model.preface(), "DescriptiveSchemes");
+  SchemeIndex schemes;
+  for (const auto& scheme : labelsOf(*model.preface(), "DescriptiveSchemes")) schemes.add(scheme.rawBuffer());
   for (const auto* framework : model.all("DescriptiveFramework")) {
-    const bool isCovered = std::any_of(schemes.begin(), schemes.end(),
-                                       [&](const UniversalLabel& scheme) { return covers(scheme, framework->key()); });
-    if (!isCovered) report.add(*framework);
+    if (!schemes.covers(framework->key().rawBuffer())) report.add(*framework);
   }
 }
 
 /// A scheme that the dictionary does not know may belong to dark frameworks.
 void checkUnusedSchemes(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
-  const auto& sets = model.metadata().sets();
+  SchemeIndex sets;
+  for (const auto* set : model.metadata().sets()) sets.add(set->key().rawBuffer());
   for (const auto& scheme : labelsOf(*model.preface(), "DescriptiveSchemes")) {
-    const bool isUsed =
-        std::any_of(sets.begin(), sets.end(), [&](const MetadataSet* set) { return covers(scheme, set->key()); });
-    if (!isUsed) report.add(*model.preface(), "DescriptiveSchemes", {textOf(scheme)});
+    if (!sets.isCovered(scheme.rawBuffer())) report.add(*model.preface(), "DescriptiveSchemes", {textOf(scheme)});
   }
 }
 

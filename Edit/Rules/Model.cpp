@@ -80,6 +80,10 @@ Model::Model(const PartitionMetadata& metadata, std::vector<std::size_t> partiti
     if (set->definition() != nullptr) sets_.push_back(set);
   }
   for (const auto* set : all("Package")) addPackage(*set);
+  for (const auto& package : packages_) {
+    for (const auto* track : package.tracks) addComponents(package, *track);
+  }
+  addPackagesWithEssence();
 }
 
 std::size_t Model::placeOf(const MetadataSet* set) const {
@@ -95,6 +99,29 @@ void Model::addPackage(const MetadataSet& set) {
   }
   if (package.id != nullptr) byPackageID_.emplace(*package.id, packages_.size());
   packages_.push_back(std::move(package));
+}
+
+void Model::addComponents(const Package& package, const MetadataSet& track) {
+  std::vector<Types::UUID> identifiers;
+  const auto addTargets = [&](const MetadataSet& owner) {
+    identifiers.clear();
+    for (const auto& element : owner) element.appendTargets({false}, identifiers);
+    for (const auto& identifier : identifiers) {
+      const auto& targets = metadata_.findByInstanceUID(identifier);
+      if (targets.empty() || !is(*targets.front(), "Component")) continue;
+      if (placed_.insert(targets.front()).second) components_.push_back({targets.front(), &package, &track});
+    }
+  };
+  std::size_t next = components_.size();
+  for (addTargets(track); next < components_.size(); ++next) addTargets(*components_[next].set);
+}
+
+void Model::addPackagesWithEssence() {
+  std::unordered_set<const Package*> added;
+  for (const auto* data : all("EssenceData")) {
+    const auto* found = package(*data, "LinkedPackageID");
+    if (found != nullptr && added.insert(found).second) packagesWithEssence_.push_back(found);
+  }
 }
 
 bool Model::is(const MetadataSet& set, std::string_view symbol) const {

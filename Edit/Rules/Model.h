@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "Core/MetaMetadata/LabelHash.h"
@@ -51,11 +52,19 @@ struct Package {
   std::unordered_map<int64, const MetadataSet*> byTrackID = {};  ///< the first of several
 };
 
+/// A component of a track, however deep: its segment, a part of a sequence, an input of an operation.
+struct PlacedComponent {
+  const MetadataSet* set;
+  const Package* package;
+  const MetadataSet* track;
+};
+
 /// One state of header metadata, with what rules look up in it.
 class Model {
  public:
   /// @param partitions  those that share the metadata, ascending; at least one.
   Model(const PartitionMetadata& metadata, std::vector<std::size_t> partitions);
+  Model(Model&&) = default;
 
   const PartitionMetadata& metadata() const { return metadata_; }
   const std::vector<std::size_t>& partitions() const { return partitions_; }
@@ -81,9 +90,15 @@ class Model {
   const Package* findPackage(const Types::UMID32& id) const;
   /// The package that a reference of a set means. @param property  a package identifier.
   const Package* package(const MetadataSet& set, std::string_view property) const;
+  /// The packages that EssenceData name, each once: those with essence in the file.
+  const std::vector<const Package*>& packagesWithEssence() const { return packagesWithEssence_; }
+  /// The components of all tracks by package and track. One that several tracks share is the first one's.
+  const std::vector<PlacedComponent>& components() const { return components_; }
 
  private:
   void addPackage(const MetadataSet& set);
+  void addComponents(const Package& package, const MetadataSet& track);
+  void addPackagesWithEssence();
 
   const PartitionMetadata& metadata_;
   std::vector<std::size_t> partitions_;
@@ -92,6 +107,9 @@ class Model {
   std::unordered_map<const MetadataSet*, std::size_t> places_;
   std::vector<Package> packages_;
   std::unordered_map<Types::UMID32, std::size_t> byPackageID_;
+  std::vector<const Package*> packagesWithEssence_;
+  std::vector<PlacedComponent> components_;
+  std::unordered_set<const MetadataSet*> placed_;  // the sets of `components_`
 };
 
 /// A file with its models, one for each distinct state of header metadata.

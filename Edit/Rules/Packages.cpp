@@ -1,7 +1,7 @@
 #include <unordered_set>
 
 #include "Core/MXF/OperationalPattern.h"
-#include "Edit/Rules/Components.h"
+#include "Edit/Rules/PackageFacts.h"
 
 #include "Edit/Rules/Rule.h"
 
@@ -48,13 +48,10 @@ struct Clip {
 /// Calls `visit` for every clip that refers to a package: a zero identifier ends the chain (ST 377-1).
 template <class Visit>
 void forEachClip(const Model& model, Visit&& visit) {
-  for (const auto& package : model.packages()) {
-    for (const auto* track : package.tracks) {
-      for (const auto* component : componentsOf(model, *track)) {
-        const auto* id = valueOf<UMID32>(*component, "SourcePackageID");
-        if (id != nullptr && !(*id == UMID32())) visit(Clip{*component, package, *track, model.findPackage(*id)});
-      }
-    }
+  for (const auto& component : model.components()) {
+    const auto* id = valueOf<UMID32>(*component.set, "SourcePackageID");
+    if (id == nullptr || *id == UMID32()) continue;
+    visit(Clip{*component.set, *component.package, *component.track, model.findPackage(*id)});
   }
 }
 
@@ -106,8 +103,9 @@ void checkSourceLengths(const Model& model, Report& report) {
     const auto start = integerOf(clip.set, "StartPosition"), length = integerOf(clip.set, "ComponentLength");
     const auto available = lengthOf(model, *track);
     if (rate == nullptr || other == nullptr || !areEqual(*rate, *other)) return;
-    if (!start || length.value_or(-1) < 0 || !available || *start + *length <= *available) return;
-    report.add(clip.set, "ComponentLength", {std::to_string(*start + *length), std::to_string(*available)});
+    if (!start || length.value_or(-1) < 0 || !available || *start <= *available - *length) return;
+    report.add(clip.set, "ComponentLength",
+               {std::to_string(*length), std::to_string(*start), std::to_string(*available)});
   });
 }
 
@@ -142,7 +140,8 @@ const RuleTable& packageRules() {
        checkLowerPackages},
       {{"source-track", Severity::kError, "the {package} has no track {number}", "ST 377-1, Source Clip"},
        checkSourceTracks},
-      {{"source-length", Severity::kWarning, "the clip ends at {end}, its source at {length}", "ST 377-1, Source Clip"},
+      {{"source-length", Severity::kWarning, "the clip takes {length} from {start} on, its source has {length}",
+        "ST 377-1, Source Clip"},
        checkSourceLengths},
       {{"source-kind", Severity::kWarning, "the clip's data definition is {own}, that of its source {other}",
         "ST 377-1, Source Clip"},

@@ -4,7 +4,8 @@
 
 #include "Core/KLV/LocalSet.h"
 #include "Core/MetaMetadata/LabelHash.h"
-#include "Core/Platform/HexDigits.h"
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Strings.h"
 #include "Core/Types/LocalTag.h"
 #include "Edit/Rules/Model.h"
 #include "Edit/Rules/Rule.h"
@@ -23,16 +24,33 @@ const Templates::vector<KLV::PrimerEntry>& rowsOf(const Model& model) {
   return model.metadata().partitionDictionary().primerEntries();
 }
 
+/// Calls `visit(property, tag)` for the items of a set.
+template <class Visit>
+void forEachTag(const MetadataSet& set, Visit&& visit) {
+  for (const auto* element : set.inWritingOrder()) {
+    if (element->localTag() != 0) visit(symbolOf(*element), element->localTag());
+  }
+  const auto* dark = dynamic_cast<const DarkParsedGroup*>(&set);
+  if (dark == nullptr) return;
+  try {
+    for (const auto& item :
+         KLV::readLocalSet(KLV::localSetCoding(set.key()), dark->value().data(), dark->value().size())) {
+      visit(textOf(item.tag), item.tag);
+    }
+  } catch (const Exceptions::BaseException&) {
+    // What is no local set has no local tags.
+  }
+}
+
 /// Reports the first property of each local tag that has no row. @param isDynamic  which tags to look at.
 void checkTags(const Model& model, bool isDynamic, Report& report) {
   const auto& tags = model.metadata().partitionDictionary();
   std::set<uint16> missing;
-  for (const auto* set : model.sets()) {
-    for (const auto* element : set->inWritingOrder()) {
-      const uint16 tag = element->localTag();
-      if (tag == 0 || (tag >= kFirstDynamicTag) != isDynamic || tags.tryFind(tag) != nullptr) continue;
-      if (missing.insert(tag).second) report.add(*set, symbolOf(*element), {textOf(tag)});
-    }
+  for (const auto* set : model.metadata().sets()) {
+    forEachTag(*set, [&](const std::string& property, uint16 tag) {
+      if ((tag >= kFirstDynamicTag) != isDynamic || tags.tryFind(tag) != nullptr) return;
+      if (missing.insert(tag).second) report.add(*set, property, {textOf(tag)});
+    });
   }
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <unordered_set>
 
 #include "Core/Metadata/EntryView.h"
@@ -74,10 +75,11 @@ class Reach {
  public:
   explicit Reach(const Model& model) : model_(model) {
     for (const auto* set : model.metadata().sets()) {
-      if (set->definition() == nullptr || set == model.preface() || model.is(*set, "Root")) enter(*set);
+      if (set->definition() == nullptr || model.is(*set, "Preface") || model.is(*set, "Root")) enter(*set);
     }
-    addDark();
-    while (!waiting_.empty()) follow();
+    followAll();
+    if (hasUnreached()) addDark();  // which takes long where there are many dark octets
+    followAll();
   }
 
   bool has(const MetadataSet& set) const { return reached_.count(&set) != 0; }
@@ -85,6 +87,15 @@ class Reach {
  private:
   void enter(const MetadataSet& set) {
     if (reached_.insert(&set).second) waiting_.push_back(&set);
+  }
+
+  bool hasUnreached() const {
+    const auto& sets = model_.sets();
+    return std::any_of(sets.begin(), sets.end(), [this](const MetadataSet* set) { return !has(*set); });
+  }
+
+  void followAll() {
+    while (!waiting_.empty()) follow();
   }
 
   void follow() {

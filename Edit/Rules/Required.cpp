@@ -46,7 +46,7 @@ constexpr std::array<Place, 4> kDemanded = {{{"Preface", "DescriptiveSchemes"},
                                              {"Track", "EssenceTrackNumber"},
                                              {"FileDescriptor", "SampleRate"}}};
 
-constexpr std::array<Place, 14> kOftenMissing = {{{"PictureDescriptor", "StoredHeight"},
+constexpr std::array<Place, 13> kOftenMissing = {{{"PictureDescriptor", "StoredHeight"},
                                                   {"PictureDescriptor", "StoredWidth"},
                                                   {"PictureDescriptor", "FrameLayout"},
                                                   {"PictureDescriptor", "VideoLineMap"},
@@ -54,12 +54,14 @@ constexpr std::array<Place, 14> kOftenMissing = {{{"PictureDescriptor", "StoredH
                                                   {"CDCIDescriptor", "ComponentDepth"},
                                                   {"CDCIDescriptor", "HorizontalSubsampling"},
                                                   {"RGBADescriptor", "PixelLayout"},
-                                                  {"SourcePackage", "EssenceDescription"},
                                                   {"SoundDescriptor", "AudioSampleRate"},
                                                   {"SoundDescriptor", "ChannelCount"},
                                                   {"SoundDescriptor", "QuantizationBits"},
                                                   {"DCTimedTextDescriptor", "ResourceID"},
                                                   {"TaggedValueDefinition", "TaggedValueParentProperties"}}};
+
+/// Packages without essence in the file may lack it; for the others there is a rule of its own.
+constexpr std::string_view kDescription = "EssenceDescription";
 
 /// A table for look-ups: the properties by their symbols, which are those of one set each.
 template <std::size_t kCount>
@@ -83,8 +85,8 @@ void checkOftenMissing(const Model& model, Report& report) { checkPlaces(model, 
 
 bool isRegisterRequired(const MetaMetadata::MetaAttribute& attribute) {
   const auto& symbol = attribute.metaElement()->symbol();
-  return attribute.requiredStatus() == 0 && !lists(kNeeded, symbol) && !lists(kOftenMissing, symbol) &&
-         !lists(kDemanded, symbol);
+  return attribute.requiredStatus() == 0 && symbol != kDescription && !lists(kNeeded, symbol) &&
+         !lists(kOftenMissing, symbol) && !lists(kDemanded, symbol);
 }
 
 void checkRequired(const Model& model, Report& report) {

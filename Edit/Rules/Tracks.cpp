@@ -1,10 +1,11 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <unordered_set>
 
 #include "Core/Comparison/ValueText.h"
 #include "Core/Types/Batch.h"
-#include "Edit/Rules/Components.h"
+#include "Edit/Rules/PackageFacts.h"
 #include "Edit/Rules/Rule.h"
 
 /// Rules about tracks and their components.
@@ -13,13 +14,6 @@ namespace Vantor::Edit {
 namespace {
 
 using Types::Rational;
-
-template <class Visit>
-void forEachTrack(const Model& model, Visit&& visit) {
-  for (const auto& package : model.packages()) {
-    for (const auto* track : package.tracks) visit(package, *track);
-  }
-}
 
 /// Reports every track of a package whose number another one has. @param skipped  stands for no number.
 void checkNumbers(const Package& package, const char* property, std::optional<int64> skipped, Report& report) {
@@ -38,19 +32,18 @@ void checkTrackIDs(const Model& model, Report& report) {
 /// The number links a track to its essence elements (ST 379-1) in packages with essence in the file; in others it
 /// counts the tracks of one kind.
 void checkTrackNumbers(const Model& model, Report& report) {
-  for (const auto* data : model.all("EssenceData")) {
-    const auto* package = model.package(*data, "LinkedPackageID");
-    if (package != nullptr) checkNumbers(*package, "EssenceTrackNumber", 0, report);
-  }
+  for (const auto* package : model.packagesWithEssence()) checkNumbers(*package, "EssenceTrackNumber", 0, report);
 }
 
 /// Segments abut; a transition overlaps with both its neighbours, so that its length counts backwards. Events have
-/// positions instead. None where a length is unknown.
+/// positions instead. None where a length is unknown, or not even their sum is one.
 std::optional<int64> sumOf(const Model& model, const std::vector<const MetadataSet*>& components) {
   int64 sum = 0;
   for (const auto* component : components) {
     const auto length = integerOf(*component, "ComponentLength");
-    if (length.value_or(-1) < 0 || model.is(*component, "Event")) return std::nullopt;
+    constexpr int64 kLongest = std::numeric_limits<int64>::max() / 2;
+    if (length.value_or(-1) < 0 || *length > kLongest || model.is(*component, "Event")) return std::nullopt;
+    if (sum > kLongest || sum < -kLongest) return std::nullopt;
     sum += model.is(*component, "Transition") ? -*length : *length;
   }
   return sum;
@@ -127,29 +120,26 @@ bool fits(int64 base, const Rational& rate) {
 }
 
 void checkTimecodeRates(const Model& model, Report& report) {
-  forEachTrack(model, [&](const Package&, const MetadataSet& track) {
-    const auto* rate = valueOf<Rational>(track, "EditRate");
-    if (rate == nullptr || rate->numerator() <= 0 || rate->denominator() <= 0) return;
-    for (const auto* component : componentsOf(model, track)) {
-      const auto base = model.is(*component, "Timecode") ? integerOf(*component, "FramesPerSecond") : std::nullopt;
-      if (base.value_or(0) == 0 || fits(*base, *rate)) continue;
-      report.add(*component, "FramesPerSecond", {std::to_string(*base), valueText(*rate)});
-    }
-  });
+  for (const auto& component : model.components()) {
+    const auto* rate = valueOf<Rational>(*component.track, "EditRate");
+    if (rate == nullptr || rate->numerator() <= 0 || rate->denominator() <= 0) continue;
+    const auto base =
+        model.is(*component.set, "Timecode") ? integerOf(*component.set, "FramesPerSecond") : std::nullopt;
+    if (base.value_or(0) == 0 || fits(*base, *rate)) continue;
+    report.add(*component.set, "FramesPerSecond", {std::to_string(*base), valueText(*rate)});
+  }
 }
 
 /// No tracks at all stand for all of them (ST 377-1).
 void checkDescribedTracks(const Model& model, Report& report) {
-  forEachTrack(model, [&](const Package& package, const MetadataSet& track) {
-    for (const auto* component : componentsOf(model, track)) {
-      const auto* described = valueOf<Types::Batch>(*component, "DescribedTrackIDs");
-      for (uint32 i = 0; described != nullptr && i < described->size(); ++i) {
-        const auto id = integerOf(described->at(i));
-        if (!id || package.byTrackID.count(*id) != 0) continue;
-        report.add(*component, "DescribedTrackIDs", {package.set->name(), std::to_string(*id)});
-      }
+  for (const auto& component : model.components()) {
+    const auto* described = valueOf<Types::Batch>(*component.set, "DescribedTrackIDs");
+    for (uint32 i = 0; described != nullptr && i < described->size(); ++i) {
+      const auto id = integerOf(described->at(i));
+      if (!id || component.package->byTrackID.count(*id) != 0) continue;
+      report.add(*component.set, "DescribedTrackIDs", {component.package->set->name(), std::to_string(*id)});
     }
-  });
+  }
 }
 
 template <class Visit>

@@ -1,9 +1,6 @@
-#include "Edit/Rules/Components.h"
+#include "Edit/Rules/PackageFacts.h"
 
 #include <array>
-#include <unordered_set>
-
-#include "Core/Types/UUID.h"
 
 namespace Vantor::Edit {
 
@@ -23,24 +20,6 @@ bool isEssence(const Types::UniversalLabel& definition) {
 }
 
 }  // namespace
-
-std::vector<const MetadataSet*> componentsOf(const Model& model, const MetadataSet& track) {
-  std::vector<const MetadataSet*> found;
-  std::unordered_set<const MetadataSet*> entered;
-  std::vector<Types::UUID> identifiers;
-  const auto enterTargets = [&](const MetadataSet& set) {
-    identifiers.clear();
-    for (const auto& element : set) element.appendTargets({false}, identifiers);
-    for (const auto& identifier : identifiers) {
-      const auto& targets = model.metadata().findByInstanceUID(identifier);
-      if (targets.empty() || !model.is(*targets.front(), "Component")) continue;
-      if (entered.insert(targets.front()).second) found.push_back(targets.front());
-    }
-  };
-  enterTargets(track);
-  for (std::size_t i = 0; i < found.size(); ++i) enterTargets(*found[i]);
-  return found;
-}
 
 std::optional<int64> lengthOf(const Model& model, const MetadataSet& track) {
   const auto* segment = model.target(track, "TrackSegment");

@@ -7,9 +7,6 @@
 
 namespace Vantor::Edit {
 
-/// The components of a track, however deep: its segment, the parts of a sequence, the inputs of an operation.
-std::vector<const MetadataSet*> componentsOf(const Model& model, const MetadataSet& track);
-
 /// The length of a track in its edit units; none where it is unknown.
 std::optional<int64> lengthOf(const Model& model, const MetadataSet& track);
 
