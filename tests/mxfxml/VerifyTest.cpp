@@ -64,7 +64,8 @@ TEST(Verify, FindsNothingInAFileThatComesBackWhole) {
             "sets with properties in another order 16, local tag numbers 6, primer labels of unknown static tags 0, "
             "empty optional collections in one only 0, "
             "item sizes of empty collections 1, dark groups that came back as dark sets 0, "
-            "labels of local tags in dark sets 0, keys that differ in octets 6 or 8 0\n"
+            "labels of local tags in dark sets 0, keys that differ in octets 6 or 8 0, "
+            "object directories of other offsets 0\n"
             "sets compared 27, different 0; properties compared 179, different 0\n");
 }
 
@@ -90,7 +91,8 @@ TEST(VerifyExactly, PrintsEachDifferenceWithBothValues) {
             "sets with properties in another order 19, local tag numbers 0, primer labels of unknown static tags 0, "
             "empty optional collections in one only 0, "
             "item sizes of empty collections 0, dark groups that came back as dark sets 0, "
-            "labels of local tags in dark sets 0, keys that differ in octets 6 or 8 0\n"
+            "labels of local tags in dark sets 0, keys that differ in octets 6 or 8 0, "
+            "object directories of other offsets 0\n"
             "sets compared 19, different 4; properties compared 115, different 6\n");
 }
 
