@@ -356,7 +356,7 @@ TEST_F(ListedFileTest, MayLoseItsDirectory) {
 TEST_F(ListedFileTest, IsUndoneOrDoneWhenAChangeInPlaceIsKilled) {
   const Path file = write(listedFile(fourSets(), 256, 300));
   const auto edited = editedMetadata(fourSets(), 0, longer(fourSets(), 40));
-  expectUndoneOrDone(file, {{0, edited}, {4, edited}}, 7);
+  expectUndoneOrDone(file, {{0, edited}, {4, edited}}, 5);
 }
 
 #endif
