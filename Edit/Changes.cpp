@@ -44,7 +44,7 @@ State readState(const Bytes& bytes) {
     if (KLV::isPrimerPack(klv.key)) {
       const auto rows = KLV::readPrimerPack(value, static_cast<std::size_t>(klv.length.value), 0);
       state.primer.insert(state.primer.end(), rows.begin(), rows.end());
-    } else if (!isFill) {
+    } else if (!isFill && !KLV::isOfObjectDirectory(klv.key)) {
       const auto* octets = reinterpret_cast<const char*>(bytes.data() + klv.offset);
       state.sets.push_back(
           {klv.key, klv.length, value, {octets, static_cast<std::size_t>(source.position() - klv.offset)}});

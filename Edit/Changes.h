@@ -19,6 +19,7 @@ struct Changes {
 
 /// Compares two states of header metadata, each as the octets of its primer packs, sets and fill. Sets with the same
 /// octets are unchanged, whatever their order; the others are paired by InstanceUID, or by key where they have none.
+/// Object directories do not count: they follow from the sets.
 /// @throws Exceptions::ParseError when the octets are not KLVs.
 Changes changesBetween(const Bytes& before, const Bytes& after,
                        const SharedPtr<const MetaMetadata::Dictionary>& dictionary);

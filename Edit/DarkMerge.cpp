@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Core/KLV/Keys.h"
 #include "Core/Metadata/EntryView.h"
 #include "Core/Platform/Strings.h"
 
@@ -20,6 +21,7 @@ DarkKLVs darkKLVsOf(const PartitionMetadata& partition) {
   for (const auto& entry : partition.entries()) {
     const EntryView view(entry);
     if (!view.isDark() || (view.set != nullptr && view.set->instanceUID() != nullptr)) continue;
+    if (KLV::isOfObjectDirectory(*view.key)) continue;
     Bytes value(view.octets.begin(), view.octets.end());
     const auto octets = writtenLengthOctets(view.berLength, value.size());
     all[{*view.key, std::move(value)}].push_back(octets);

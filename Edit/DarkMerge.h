@@ -14,6 +14,7 @@ using DarkKey = std::pair<KLV::Key, Bytes>;
 /// `writtenLengthOctets` of each of the KLVs with the same content, in file order.
 using LengthOctets = std::vector<uint8>;
 using DarkKLVs = std::map<DarkKey, LengthOctets>;
+/// Without object directories and their roots, which saving makes anew; those of theirs are of no account.
 DarkKLVs darkKLVsOf(const PartitionMetadata& partition);
 
 /// How the KLVs with one content differ: in number, and in their length fields.

@@ -45,6 +45,7 @@ const char* name(PartitionDifference::Kind kind);
 /// - items of equal dark KLVs whose local tags have different labels in the primers, or, for static tags that the
 ///   primers lack, in the dictionaries
 /// - sets whose keys differ in octet 6, the coding, or octet 8, the version
+/// - object directories and their roots, which hold offsets of the sets in a file
 #define VANTOR_FOR_EACH_INSIGNIFICANT_DIFFERENCE(X)              \
   X(kTrailingNULs, "trailing NULs of strings")                   \
   X(kBEROctets, "BER octet counts")                              \
@@ -56,7 +57,8 @@ const char* name(PartitionDifference::Kind kind);
   X(kEmptyItemSizes, "item sizes of empty collections")          \
   X(kDarkKinds, "dark groups that came back as dark sets")       \
   X(kDarkLabels, "labels of local tags in dark sets")            \
-  X(kKeyOctets, "keys that differ in octets 6 or 8")
+  X(kKeyOctets, "keys that differ in octets 6 or 8")             \
+  X(kObjectDirectories, "object directories of other offsets")
 
 enum class InsignificantDifference {
 #define VANTOR_ENUMERATE(symbol, text) symbol,

@@ -7,6 +7,7 @@
 #include "Core/Comparison/FirstComeQueue.h"
 #include "Core/Comparison/PropertyIdentity.h"
 #include "Core/Comparison/PropertyPairing.h"
+#include "Core/KLV/Keys.h"
 #include "Core/Metadata/EntryView.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
 
@@ -58,8 +59,11 @@ std::string keyAndValues(const MetadataSet& set, const PartitionDictionary& tags
   return text;
 }
 
+/// An object directory changes with every edit of the sets that it lists.
 struct DarkIdentity {
-  explicit DarkIdentity(const EntryView& entry) : key(*entry.key), octets(entry.octets) {}
+  explicit DarkIdentity(const EntryView& entry) : key(*entry.key) {
+    if (!KLV::isOfObjectDirectory(key)) octets = entry.octets;
+  }
   friend bool operator==(const DarkIdentity& left, const DarkIdentity& right) {
     return left.key == right.key && left.octets == right.octets;
   }

@@ -21,8 +21,9 @@ enum class Pairing {
 ///
 /// The Prefaces are partners, and so are the targets that partners refer to by the same property, item by item: first
 /// along strong references, then along weak ones. The remaining sets are paired by key and value where no set owns
-/// them, and then by key; dark KLVs by key and octets, whether they are dark sets or dark groups. Several candidates
-/// are paired in the order in which the partitions are serialised. Keys are compared without octets 6 and 8.
+/// them, and then by key; dark KLVs by key and octets, whether they are dark sets or dark groups, and object
+/// directories by their key. Several candidates are paired in the order in which the partitions are serialised. Keys
+/// are compared without octets 6 and 8.
 ///
 /// Takes time in proportion to the partitions' sizes, whatever they refer to. Both partitions outlive the pairing.
 class SetPairing {

@@ -34,6 +34,13 @@ TEST_F(ChangesTest, AreNoneBetweenTheSameSetsInAnyOrder) {
   EXPECT_TRUE(changes().isNone());
 }
 
+TEST_F(ChangesTest, AreNotThoseOfAnObjectDirectory) {
+  const Bytes key = {0x96, 0x13, 0xb3, 0x8a, 0x87, 0x34, 0x87, 0x46, 0xf1, 0x02, 0x96, 0xf0, 0x56, 0xe0, 0x4d, 0x2a};
+  metadata_->addDarkMetadataSet(std::make_unique<DarkMetadataSet>(KLV::Key(key.data()), uint8{4}, KLV::Value()));
+  EXPECT_NE(written(), before_);
+  EXPECT_TRUE(changes().isNone());
+}
+
 TEST_F(ChangesTest, CountSetsAndTheirProperties) {
   metadata_->find("Identification").set("ApplicationName", u"Ed");
   metadata_->find("Identification").remove("ApplicationPlatform");

@@ -24,6 +24,17 @@ TEST(DarkKLVs, AreThoseWithoutInstanceUIDByContent) {
   EXPECT_THAT(klvs.at({darkGroupKey(), hex("8001 0001 01")}), ElementsAre(0));
 }
 
+TEST(DarkKLVs, AreNotObjectDirectories) {
+  PartitionMetadata partition(testDictionary());
+  for (const char* key : {"96 13 B3 8A 87 34 87 46 F1 02 96 F0 56 E0 4D 2A",  // the directory
+                          "80 53 08 00 36 21 08 04 B3 B3 98 A5 1C 90 11 D4"}) {
+    const Bytes octets = hex(key);
+    partition.addDarkMetadataSet(
+        std::make_unique<DarkMetadataSet>(KLV::Key(octets.data()), uint8{4}, KLV::Value(hex("01"))));
+  }
+  EXPECT_THAT(darkKLVsOf(partition), IsEmpty());
+}
+
 TEST(DarkDifference, IsInTheNumberOfKLVsAndInTheirLengthFields) {
   const auto difference = compareDark({4, 3, 9}, {9, 5});
   EXPECT_THAT(difference.kept, ElementsAre(Optional(5), std::nullopt, Optional(0)));

@@ -159,5 +159,24 @@ TEST_F(InsignificantDifferences, CountKeysOfAnotherCodingOrVersion) {
   EXPECT_THAT(insignificant(), ElementsAre("keys that differ in octets 6 or 8 1"));
 }
 
+TEST_F(InsignificantDifferences, CountObjectDirectoriesAndTheirRoots) {
+  const Bytes keys[] = {hex("96 13 B3 8A 87 34 87 46 F1 02 96 F0 56 E0 4D 2A"),
+                        hex("80 53 08 00 36 21 08 04 B3 B3 98 A5 1C 90 11 D4")};
+  for (const auto& key : keys) {
+    for (const auto& [partition, octets] : {std::pair(&left_, "0001"), std::pair(&right_, "000203")}) {
+      partition->addDarkMetadataSet(
+          std::make_unique<DarkMetadataSet>(KLV::Key(key.data()), uint8{4}, KLV::Value(hex(octets))));
+    }
+  }
+  EXPECT_THAT(differences(), IsEmpty());
+  EXPECT_THAT(insignificant(), ElementsAre("object directories of other offsets 2"));
+}
+
+TEST_F(InsignificantDifferences, DoNotIncludeObjectDirectoriesThatCameOrWent) {
+  const Bytes key = hex("96 13 B3 8A 87 34 87 46 F1 02 96 F0 56 E0 4D 2A");
+  left_.addDarkMetadataSet(std::make_unique<DarkMetadataSet>(KLV::Key(key.data()), uint8{4}, KLV::Value(hex("01"))));
+  EXPECT_EQ(differences().size(), 1u);
+}
+
 }  // namespace
 }  // namespace Vantor

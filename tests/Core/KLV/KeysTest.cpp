@@ -62,6 +62,15 @@ TEST(Fill, IsRecognisedInItsFirstAndItsSecondVersion) {
   EXPECT_FALSE(isFill(key(u"06.0E.2B.34.01.01.01.02.03.01.02.10.02.00.00.00")));
 }
 
+TEST(ObjectDirectoryKeys, AreThoseOfTheDirectoryAndOfItsRoot) {
+  const Key directory = key(u"96.13.B3.8A.87.34.87.46.F1.02.96.F0.56.E0.4D.2A");
+  const Key root = key(u"80.53.08.00.36.21.08.04.B3.B3.98.A5.1C.90.11.D4");
+  EXPECT_TRUE(isObjectDirectory(directory) && isOfObjectDirectory(directory) && !isObjectDirectoryRoot(directory));
+  EXPECT_TRUE(isObjectDirectoryRoot(root) && isOfObjectDirectory(root) && !isObjectDirectory(root));
+  EXPECT_FALSE(isOfObjectDirectory(root.withOctet(8, 0x05)));
+  EXPECT_TRUE(canBeSet(directory) && canBeSet(root));
+}
+
 TEST(Fill, IsWrittenInItsSecondVersion) {
   EXPECT_EQ(fillKey().toString(), u"06.0E.2B.34.01.01.01.02.03.01.02.10.01.00.00.00");
 }

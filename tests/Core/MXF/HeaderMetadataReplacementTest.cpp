@@ -9,10 +9,8 @@
 #include <chrono>
 #include <functional>
 
-#include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/ObjectDirectory.h"
 #include "Core/Platform/Exceptions.h"
-#include "tests/Core/DataIO/StoppedProcess.h"
 #include "tests/Core/MXF/ReplacementTest.h"
 #include "tests/SampleFiles.h"
 #include "tests/Sanitized.h"
@@ -200,25 +198,7 @@ TEST_F(InPlaceTest, TakesNoTimeOrMemoryForEssence) {
 
 TEST_F(InPlaceTest, IsUndoneOrDoneWhenItIsKilledAtAnyOfManySystemCalls) {
   const Path file = write(fivePartitions(512));
-  const Bytes old = bytesOf(file);
-  const MetadataReplacements replacements = {replacement(0, 500), replacement(2, 600), replacement(4, 112)};
-  replaceInPlace(file, replacements);
-  const Bytes expected = bytesOf(file);
-  int kills = 0;
-  int restored = 0;
-  for (int n = 1;; n += 5, ++kills) {
-    write(old);
-    const Ending ending = runUntilSystemCall(n, [&] { replaceInPlace(file, replacements); });
-    if (ending == Ending::kNotTraceable) GTEST_SKIP() << "this system does not let a process trace its child";
-    ASSERT_NE(ending, Ending::kFailed);
-    if (DataIO::File::recover(file) == DataIO::File::Recovery::kRestored) ++restored;
-    EXPECT_TRUE(bytesOf(file) == old || (bytesOf(file) == expected && n > 1)) << n;
-    EXPECT_THAT(names(), ElementsAre("a.mxf"));
-    if (ending == Ending::kFinished) break;
-  }
-  EXPECT_EQ(bytesOf(file), expected);
-  EXPECT_GT(kills, 30);
-  EXPECT_GT(restored, 2);
+  expectUndoneOrDone(file, {replacement(0, 500), replacement(2, 600), replacement(4, 112)}, 5);
 }
 
 #endif

@@ -6,8 +6,10 @@
 #include <optional>
 #include <ostream>
 
+#include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/HeaderMetadataReplacement.h"
 #include "tests/Core/DataIO/FolderTest.h"
+#include "tests/Core/DataIO/StoppedProcess.h"
 #include "tests/Core/MXF/WholeFile.h"
 
 /// Shared by the tests of replaced header metadata.
@@ -97,6 +99,29 @@ class ReplacementTest : public FolderTest {
     create(folder_ / name, std::string(bytes.begin(), bytes.end()));
     return folder_ / name;
   }
+
+#ifdef __linux__
+  /// Kills a change in place at every so many system calls. Each time, the file is the old or the new one in the end.
+  void expectUndoneOrDone(const Path& file, const Replacements& replacements, int step) {
+    const Bytes old = bytesOf(file);
+    replaceInPlace(file, replacements);
+    const Bytes expected = bytesOf(file);
+    int kills = 0, restored = 0;
+    for (int n = 1;; n += step, ++kills) {
+      write(old);
+      const Ending ending = runUntilSystemCall(n, [&] { replaceInPlace(file, replacements); });
+      if (ending == Ending::kNotTraceable) GTEST_SKIP() << "this system does not let a process trace its child";
+      ASSERT_NE(ending, Ending::kFailed);
+      if (DataIO::File::recover(file) == DataIO::File::Recovery::kRestored) ++restored;
+      EXPECT_TRUE(bytesOf(file) == old || (bytesOf(file) == expected && n > 1)) << n;
+      EXPECT_THAT(names(), testing::ElementsAre("a.mxf"));
+      if (ending == Ending::kFinished) break;
+    }
+    EXPECT_EQ(bytesOf(file), expected);
+    EXPECT_GT(kills, 30);
+    EXPECT_GT(restored, 2);
+  }
+#endif
 
   /// The findings of `scripts/check-partitions`; empty when all is well.
   std::string complaint(const Path& file, const Path& original, const char* option = "") const {
