@@ -45,7 +45,7 @@ TEST(EditedFile, HasTheEditInEveryPartitionThatRepeatsTheMetadata) {
   edit.replace(kName + name, kName + std::string("Ed"));
   const Result result = edit.intoCopy();
   EXPECT_EQ(result.exitCode, 0) << result.err;
-  EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions\n");
+  EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions, which repeat each other\n");
   EXPECT_EQ(edit.exported(edit.copy()), edit.content());
   EXPECT_EQ(edit.exported(edit.copy(), "footer"), edit.content());
   EXPECT_EQ(std::filesystem::file_size(edit.copy()), std::filesystem::file_size(edit.original()));
@@ -107,14 +107,14 @@ TEST(EditedFile, LosesWhatWasTakenOutAndGetsWhatWasAdded) {
   const std::string xml = edit.exported(edit.copy());
   EXPECT_EQ(xml.find(kName), std::string::npos);
   EXPECT_THAT(xml, HasSubstr("<rp210:ByteOrder>18761</rp210:ByteOrder>"));
-  EXPECT_EQ(result.out, "2 sets changed (2 properties); written to 2 partitions\n");
+  EXPECT_EQ(result.out, "2 sets changed (2 properties); written to 2 partitions, which repeat each other\n");
 }
 
 TEST(EditedFile, KeepsWhatADocumentOfAPartDoesNotHave) {
   const SampleEdit edit({"--start", "Identification"});
   edit.replace(kName + nameIn(readFile(edit.document())), kName + std::string("Ed"));
   const Result result = edit.intoCopy();
-  EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions\n") << result.err;
+  EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions, which repeat each other\n") << result.err;
   EXPECT_EQ(nameIn(edit.exported(edit.copy())), "Ed");
 }
 

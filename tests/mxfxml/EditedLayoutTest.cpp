@@ -95,7 +95,7 @@ void expectEdits(const MXF::FileLayout& layout) {
     const EditedLayout file(layout);
     const Result result = file.set(assignment);
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions\n");
+    EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions, which repeat each other\n");
     file.expectSound();
     EXPECT_THAT(file.difference(), HasSubstr(kOneDifference));
     EXPECT_THAT(file.difference("footer"), HasSubstr(kOneDifference));
@@ -186,7 +186,7 @@ TEST(EditedLayout, TakesNoLongTimeForManyPartitionsThatRepeatTheMetadata) {
   for (const auto& assignment : {kWithinRoom, kBeyondRoom}) {
     const Result result = runLimited("ulimit -t " + seconds, {"set", file.original(), assignment, "-o", file.copy()});
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(result.out, "1 set changed (1 property); written to 2002 partitions\n");
+    EXPECT_EQ(result.out, "1 set changed (1 property); written to 2002 partitions, which repeat each other\n");
     for (const auto& partition : {"0", "1", "2000"}) EXPECT_THAT(file.difference(partition), HasSubstr(kOneDifference));
   }
 }
@@ -198,7 +198,7 @@ TEST(EditedLayout, KeepsOtherMetadataOfPartitionsAmongThoseThatRepeat) {
   for (const std::size_t i : {3, 4, 6}) layout.partitions[i].metadata = MXF::metadataIn(other.copy(), 0);
   const EditedLayout file(layout);
   const Result result = file.set(kWithinRoom);
-  EXPECT_EQ(result.out, "1 set changed (1 property); written to 5 partitions\n");
+  EXPECT_EQ(result.out, "1 set changed (1 property); written to 5 partitions, which repeat each other\n");
   for (std::size_t i = 0; i < layout.partitions.size(); ++i) {
     const bool isOther = i == 3 || i == 4 || i == 6;
     EXPECT_EQ(result.err.find("partition " + std::to_string(i) + " has other metadata") != std::string::npos, isOther);

@@ -138,7 +138,7 @@ TEST(EditedState, IsTheOneNowWhereTheFileHasChanged) {
   EXPECT_EQ(readFile(edit.original()), after);
   rename(edit);
   const Result second = edit.inPlace({"--strict"});
-  EXPECT_EQ(second.out, "1 set changed (1 property); written to 2 partitions\n");
+  EXPECT_EQ(second.out, "1 set changed (1 property); written to 2 partitions, which repeat each other\n");
   EXPECT_EQ(edit.remarks(second), kEarlierState);
   EXPECT_EQ(edit.exported(edit.original()), edit.content());
 }
@@ -162,7 +162,7 @@ TEST(EditedState, OfTheFileIsComparedWithADocumentOfAnEarlierOne) {
   ASSERT_EQ(run({"set", edit.original(), "TimelineTrack[1].TrackID=9"}).exitCode, 0);
   rename(edit);
   const Result result = edit.intoCopy();
-  EXPECT_EQ(result.out, "2 sets changed (2 properties); written to 2 partitions\n");
+  EXPECT_EQ(result.out, "2 sets changed (2 properties); written to 2 partitions, which repeat each other\n");
   EXPECT_EQ(edit.remarks(result), kEarlierState);
   EXPECT_EQ(edit.exported(edit.copy()), edit.content());
 }
@@ -172,7 +172,7 @@ TEST(EditedState, IsAnEarlierOneWhereTheDigestIsEdited) {
   edit.replace("metadata=\"A", "metadata=\"B");
   rename(edit);
   const Result result = edit.intoCopy({"--strict"});
-  EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions\n");
+  EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions, which repeat each other\n");
   EXPECT_EQ(edit.remarks(result), kEarlierState);
   EXPECT_EQ(edit.intoCopy({"--expect-unchanged"}).exitCode, 1);
 }
@@ -182,7 +182,7 @@ TEST(EditedState, IsNotKnownWithoutDescription) {
   ASSERT_EQ(run({"set", edit.original(), "TimelineTrack[1].TrackID=9"}).exitCode, 0);
   edit.withdrawDescription();
   const Result result = edit.intoCopy();
-  EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions\n");
+  EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions, which repeat each other\n");
   EXPECT_EQ(edit.remarks(result), "");
 }
 
@@ -242,7 +242,7 @@ TEST(EditedPart, LosesWhatIsTakenOutOfIt) {
     const Edit edit(sample(kSample), {"--start", "MaterialPackage", form});
     edit.cut("<rp210:TrackName>Timecode track", "</rp210:TrackName>");
     const Result result = edit.intoCopy();
-    EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions\n") << result.err;
+    EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions, which repeat each other\n") << result.err;
     EXPECT_THAT(run({"export", edit.copy(), "--start", "MaterialPackage"}).out, testing::Not(HasSubstr("TrackName")));
   }
 }
@@ -251,7 +251,7 @@ TEST(EditedPart, LosesSetsWithTheReferencesToThem) {
   const Edit edit(sample(kSample), {"--start", "MaterialPackage"});
   edit.cut("<s377m:TimelineTrack rp210:InstanceUID", "</s377m:TimelineTrack>");
   const Result result = edit.intoCopy();
-  EXPECT_EQ(result.out, "1 set changed (1 property), 3 removed; written to 2 partitions\n") << result.err;
+  EXPECT_EQ(result.out, "1 set changed (1 property), 3 removed; written to 2 partitions, which repeat each other\n") << result.err;
 }
 
 /// The references are in no part that starts below it.
@@ -310,7 +310,7 @@ TEST(DocumentOfAnotherFile, IsRefusedWithAPackageOfEach) {
 TEST(DocumentOfAnotherFile, IsMergedWhereThatIsAskedFor) {
   const OfAnotherFile document;
   const Result result = document.intoCopy({"--merge-anyway"});
-  EXPECT_EQ(result.out, "27 sets added, 19 removed; written to 2 partitions\n") << result.err;
+  EXPECT_EQ(result.out, "27 sets added, 19 removed; written to 2 partitions, which repeat each other\n") << result.err;
   EXPECT_EQ(withoutDescription(run({"export", document.path("b.mxf")}).out),
             withoutDescription(readFile(document.path("a.xml"))));
 }
@@ -335,7 +335,7 @@ TEST(DocumentOfThisFile, MayHaveOtherPackageIdentifiersAfterAnEdit) {
   const std::string from = "PackageID>06.0A.2B.34.01.01.01.05", to = "PackageID>06.0A.2B.34.01.01.01.06";
   for (auto at = xml.find(from); at != std::string::npos; at = xml.find(from)) xml.replace(at, from.size(), to);
   writeFile(edit.document(), xml);
-  const std::string summary = "4 sets changed (4 properties); written to 2 partitions\n";
+  const std::string summary = "4 sets changed (4 properties); written to 2 partitions, which repeat each other\n";
   const Result described = edit.intoCopy({"--strict", "--expect-unchanged"});
   EXPECT_EQ(described.out, summary) << described.err;
   EXPECT_EQ(edit.exported(edit.copy()), edit.content());

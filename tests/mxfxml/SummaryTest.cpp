@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 
 constexpr const char* kSample = "gst-audio-ac3.mxf";
-constexpr const char* kSummary = "1 set changed (1 property); written to 2 partitions";
+constexpr const char* kSummary = "1 set changed (1 property); written to 2 partitions, which repeat each other";
 
 std::string setting(std::size_t size) { return "Identification.ApplicationName=" + std::string(size, 'x'); }
 

@@ -93,7 +93,7 @@ std::string followedText(const Edit::SaveReport& report) {
 std::string summaryOf(const Edit::SaveReport& report, const std::string& verb) {
   if (report.changes.isNone()) return "nothing is edited";
   return changesText(report.changes) + followedText(report) + "; " + verb + " to " +
-         counted(report.partitions, "partition", "partitions");
+         counted(report.partitions, "partition", "partitions, which repeat each other");
 }
 
 std::string hintOn(const Edit::EqualValue& value) {
