@@ -49,6 +49,11 @@ def ffprobe(path):
 
 
 def mediainfo(path):
-    media = json.loads(run("mediainfo", "--Output=JSON", path).stdout)["media"]
-    del media["@ref"]
-    return without_sizes(flat(media))
+    """The leaves by the types and identifiers of their tracks, which keep these when others come."""
+    tracks, leaves = json.loads(run("mediainfo", "--Output=JSON", path).stdout)["media"]["track"], {}
+    for track in tracks:
+        name = f"/{track['@type']} {track.get('ID', '')}".rstrip()
+        while any(leaf.startswith(f"{name}/") for leaf in leaves):
+            name += "'"
+        leaves.update(flat(track, name))
+    return {name: value for name, value in without_sizes(leaves).items() if not name.endswith("/@typeorder")}
