@@ -65,7 +65,7 @@ TEST(Verify, FindsNothingInAFileThatComesBackWhole) {
             "empty optional collections in one only 0, "
             "item sizes of empty collections 1, dark groups that came back as dark sets 0, "
             "labels of local tags in dark sets 0, keys that differ in octets 6 or 8 0, "
-            "object directories of other offsets 0\n"
+            "object directories with other offsets 0\n"
             "sets compared 27, different 0; properties compared 179, different 0\n");
 }
 
@@ -92,7 +92,7 @@ TEST(VerifyExactly, PrintsEachDifferenceWithBothValues) {
             "empty optional collections in one only 0, "
             "item sizes of empty collections 0, dark groups that came back as dark sets 0, "
             "labels of local tags in dark sets 0, keys that differ in octets 6 or 8 0, "
-            "object directories of other offsets 0\n"
+            "object directories with other offsets 0\n"
             "sets compared 19, different 4; properties compared 115, different 6\n");
 }
 
