@@ -58,7 +58,7 @@ const char* name(PartitionDifference::Kind kind);
   X(kDarkKinds, "dark groups that came back as dark sets")       \
   X(kDarkLabels, "labels of local tags in dark sets")            \
   X(kKeyOctets, "keys that differ in octets 6 or 8")             \
-  X(kObjectDirectories, "object directories of other offsets")
+  X(kObjectDirectories, "object directories with other offsets")
 
 enum class InsignificantDifference {
 #define VANTOR_ENUMERATE(symbol, text) symbol,

@@ -74,23 +74,19 @@ std::vector<Part> split(const Bytes& metadata, uint64 offset) {
   return parts;
 }
 
-std::size_t findOnly(const std::vector<Part>& parts, bool (&isOne)(const KLV::Key&), const char* name) {
-  const auto matches = [&](const Part& part) { return isOne(part.klv.key); };
-  const auto first = std::find_if(parts.begin(), parts.end(), matches);
-  if (first != parts.end() && std::none_of(first + 1, parts.end(), matches)) {
-    return static_cast<std::size_t>(first - parts.begin());
-  }
-  raise<ParseError>("at byte offset {}: header metadata with an object directory have {} {}",
-                    parts.empty() ? uint64{0} : parts.front().klv.offset, first == parts.end() ? "no" : "several",
-                    name);
-}
-
 Parts partsOf(const Bytes& metadata, uint64 offset) {
   Parts parts;
   parts.all = split(metadata, offset);
-  parts.directory = findOnly(parts.all, KLV::isObjectDirectory, "directories");
-  parts.root = findOnly(parts.all, KLV::isObjectDirectoryRoot, "roots of it");
-  return parts;
+  std::size_t directories = 0, roots = 0;
+  for (std::size_t i = 0; i < parts.all.size(); ++i) {
+    const KLV::Key& key = parts.all[i].klv.key;
+    if (KLV::isObjectDirectory(key)) parts.directory = i, ++directories;
+    if (KLV::isObjectDirectoryRoot(key)) parts.root = i, ++roots;
+  }
+  if (directories == 1 && roots == 1) return parts;
+  raise<ParseError>(
+      "at byte offset {}: expected header metadata with one object directory and one root, found {} and {}", offset,
+      directories, roots);
 }
 
 /// The value of an item of the root; null when it has none of that size.

@@ -97,7 +97,7 @@ TEST_P(EditedDirectory, IsNoEditOfItsOwn) {
   EXPECT_EQ(edit_.inPlace().out, "nothing is edited\n");
   ASSERT_EQ(set("ApplicationName=Longer than before").exitCode, 0);
   const Result compared = run({"diff", GetParam().string(), edit_.original()});
-  EXPECT_THAT(compared.out, testing::ContainsRegex("object directories of other offsets [12]"));  // and the root
+  EXPECT_THAT(compared.out, testing::ContainsRegex("object directories with other offsets [12]"));  // and the root
   EXPECT_THAT(compared.out, HasSubstr(", different 1; "));
 }
 

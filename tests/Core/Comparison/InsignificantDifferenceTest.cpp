@@ -169,7 +169,7 @@ TEST_F(InsignificantDifferences, CountObjectDirectoriesAndTheirRoots) {
     }
   }
   EXPECT_THAT(differences(), IsEmpty());
-  EXPECT_THAT(insignificant(), ElementsAre("object directories of other offsets 2"));
+  EXPECT_THAT(insignificant(), ElementsAre("object directories with other offsets 2"));
 }
 
 TEST_F(InsignificantDifferences, DoNotIncludeObjectDirectoriesThatCameOrWent) {

@@ -204,10 +204,31 @@ TEST(ObjectDirectory, IsRefusedWithAnotherNumberOrSizeOfEntries) {
 TEST(ObjectDirectory, IsRefusedWithoutItsRootOrTwice) {
   const Bytes sound = listedMetadata(fourSets(), kPlace);
   const std::size_t root = rootIn(sound), directory = sound.size() - 5 * 25 - 9 - 20;
-  expectUnsound(slice(sound, 0, directory), "header metadata with an object directory have no directories");
-  expectUnsound(sound + slice(sound, directory, sound.size()), "have several directories");
-  expectUnsound(slice(sound, 0, root) + slice(sound, root + 20 + 96, sound.size()), "have no roots of it");
-  expectUnsound(sound + slice(sound, root, root + 20 + 96), "have several roots of it");
+  expectUnsound(slice(sound, 0, directory), "one object directory and one root, found 0 and 1");
+  expectUnsound(sound + slice(sound, directory, sound.size()), "one object directory and one root, found 2 and 1");
+  expectUnsound(slice(sound, 0, root) + slice(sound, root + 20 + 96, sound.size()),
+                "one object directory and one root, found 1 and 0");
+  expectUnsound(sound + slice(sound, root, root + 20 + 96), "one object directory and one root, found 1 and 2");
+}
+
+TEST(ObjectDirectory, IsRefusedOrMadeSoundWhereverItIsDamaged) {
+  const Bytes sound = listedMetadata(fourSets(), kPlace);
+  int refusals = 0, made = 0;
+  for (std::size_t i = rootIn(sound); i < sound.size(); ++i) {
+    for (const uint8 damage : {0x01, 0x80, 0xff}) {
+      Bytes bytes = sound;
+      bytes[i] ^= damage;
+      try {
+        const Bytes placed = ListedMetadata(bytes, requireSoundDirectory(bytes, kPlace)).at(99);
+        EXPECT_NO_THROW(requireSoundDirectory(placed, 99)) << i;
+        ++made;
+      } catch (const ParseError&) {
+        ++refusals;
+      }
+    }
+  }
+  EXPECT_GT(refusals, 300);
+  EXPECT_GT(made, 300);
 }
 
 /// A file with a directory in header and footer.
@@ -301,7 +322,9 @@ TEST_F(ListedFileTest, FollowsAPackThatGrows) {
     ASSERT_NE(room.offset, roomOf(file, i).offset);
     EXPECT_NO_THROW(requireSoundDirectory(metadataIn(folder_ / "b.mxf", i), room.offset)) << i;
   }
-  if (hasPython()) EXPECT_THAT(complaint(folder_ / "b.mxf", file, "--labels"), "");
+  if (hasPython()) {
+    EXPECT_THAT(complaint(folder_ / "b.mxf", file, "--labels"), "");
+  }
 }
 
 TEST_F(ListedFileTest, LeavesTheDirectoryAloneWherePacksChangeInPlace) {
@@ -342,7 +365,8 @@ TEST_F(ListedFileTest, IsRefusedForMetadataWithHalfADirectory) {
       },
       ThrowsMessage<InvalidFormat>(HasSubstr(
           "the header metadata of partition 0 cannot be replaced: the object directory of the new ones cannot "
-          "be made anew: at byte offset 0: header metadata with an object directory have no directories")));
+          "be made anew: at byte offset 0: expected header metadata with one object directory and one root, "
+          "found 0 and 1")));
 }
 
 TEST_F(ListedFileTest, MayLoseItsDirectory) {

@@ -136,7 +136,9 @@ TEST_F(PackLabelsTest, LengthenALengthFieldThatIsTooShort) {
   const Path file = write(layout);
   rewrite(file, containers(3), folder_ / "b.mxf");  // 88 + 3 * 16 octets
   EXPECT_EQ(bytesOf(folder_ / "b.mxf")[16], 0x81);
-  if (hasPython()) EXPECT_EQ(complaint(folder_ / "b.mxf", file, "--labels"), "");
+  if (hasPython()) {
+    EXPECT_EQ(complaint(folder_ / "b.mxf", file, "--labels"), "");
+  }
 }
 
 TEST_P(PackLabelsRewriteTest, MakeTheFileThatHadBeenWrittenWithThem) {
