@@ -91,9 +91,9 @@ uint32 Definitions::addRegister(std::string name) {
 void Definitions::addMeanings(DictionaryBuilder& builder) const {
   Templates::vector<const MetaMetadata::Enumeration*> made;
   for (const auto& definition : enumerations_) {
-    auto& enumeration = builder.addEnumeration(definition.name);
-    for (const auto& value : definition.values) enumeration.add(value.number, value.name);
-    made.push_back(&enumeration);
+    MetaMetadata::NamedNumbers numbers;
+    for (const auto& value : definition.values) numbers.emplace_back(value.number, value.name);
+    made.push_back(&builder.addEnumeration(definition.name, numbers));
   }
   for (const auto& property : properties_) {
     const auto& type = property.type;

@@ -168,8 +168,8 @@ void DictionaryBuilder::addAttribute(const Types::UniversalLabel& elementLabel, 
   state_->attributes.push_back({element, requiredStatus, staticLocalTag, custom});
 }
 
-Enumeration& DictionaryBuilder::addEnumeration(std::string_view name) {
-  return state_->dictionary->enumerations_.emplace_back(name);
+const Enumeration& DictionaryBuilder::addEnumeration(std::string_view name, const NamedNumbers& numbers) {
+  return state_->dictionary->enumerations_.emplace_back(name, numbers);
 }
 
 MetaElement& DictionaryBuilder::definedElement(const Types::UniversalLabel& label) {

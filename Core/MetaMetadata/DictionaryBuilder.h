@@ -75,8 +75,8 @@ class DictionaryBuilder {
   void addAttribute(const Types::UniversalLabel& elementLabel, uint16 staticLocalTag = 0,
                     uint32 requiredStatus = kOptional, const ExtensionAttributes& extensionAttributes = {});
 
-  /// Defines an enumeration without numbers; the result takes them until `build`.
-  Enumeration& addEnumeration(std::string_view name);
+  /// Defines an enumeration; the dictionary owns it.
+  const Enumeration& addEnumeration(std::string_view name, const NamedNumbers& numbers);
   /// Gives the numbers of a property names.
   /// @param elementLabel  of a property that is defined already.
   /// @param enumeration   a result of `addEnumeration`.

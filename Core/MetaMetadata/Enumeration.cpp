@@ -4,12 +4,14 @@
 
 namespace Vantor::MetaMetadata {
 
-void Enumeration::add(int64 number, std::string_view name) {
-  const Value value{number, static_cast<uint32>(names_.size()), static_cast<uint32>(name.size())};
-  const auto at = std::upper_bound(values_.begin(), values_.end(), number,
-                                   [](int64 wanted, const Value& other) { return wanted < other.number; });
-  values_.insert(at, value);
-  names_ += name;
+Enumeration::Enumeration(std::string_view name, const NamedNumbers& numbers) : name_(name) {
+  values_.reserve(numbers.size());
+  for (const auto& [number, text] : numbers) {
+    values_.push_back({number, static_cast<uint32>(names_.size()), static_cast<uint32>(text.size())});
+    names_ += text;
+  }
+  std::stable_sort(values_.begin(), values_.end(),
+                   [](const Value& left, const Value& right) { return left.number < right.number; });
 }
 
 const Enumeration::Value* Enumeration::find(int64 number) const {

@@ -9,11 +9,15 @@
 
 namespace Vantor::MetaMetadata {
 
+/// Numbers with their names, in any order; the first of several names of a number counts.
+using NamedNumbers = Templates::vector<std::pair<int64, std::string_view>>;
+
 /// An integer type whose numbers have names (SMPTE ST 2003). Belongs to its `Dictionary` and lives as long; never
 /// changes, so any thread may read it.
 class Enumeration {
  public:
-  explicit Enumeration(std::string_view name) : name_(name) {}
+  /// Copies the names.
+  Enumeration(std::string_view name, const NamedNumbers& numbers);
 
   const std::string& name() const { return name_; }
   /// Count of numbers.
@@ -21,9 +25,6 @@ class Enumeration {
   bool has(int64 number) const { return find(number) != nullptr; }
   /// The name of a number, the first of several; empty when it has none.
   std::string_view nameOf(int64 number) const;
-
-  /// Adds a number with its name. To be called before anybody reads.
-  void add(int64 number, std::string_view name);
 
  private:
   struct Value {

@@ -97,7 +97,7 @@ void checkSound(const Model& model, Report& report) {
   checkNotZero(model, "SoundDescriptor", kSizes, report);
 }
 
-/// A rectangle's side within that of another one: sizes that are missing or 0 say nothing.
+/// A rectangle's side within that of another one: sizes that are missing or 0 set no limit.
 struct Side {
   const char* size;
   const char* offset;

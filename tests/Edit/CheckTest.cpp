@@ -101,6 +101,11 @@ TEST(Check, ReadsMetadataFromBytesOrNamesTheOffset) {
   EXPECT_THAT([] { readMetadata(Bytes{1, 2, 3}, builtInDictionary()); }, testing::Throws<Exceptions::ParseError>());
 }
 
+TEST(Check, MissesAPreface) {
+  const auto codes = newCodesOf({"", [](PartitionMetadata& m) { m.remove(m.find("Preface")); }});
+  EXPECT_THAT(codes, ElementsAre("preface-count", "unreached-set"));
+}
+
 TEST(Check, GoesOnWhereTheMetadataOfAnotherPartitionAreDamaged) {
   const auto path = std::string(VANTOR_TEST_DATA_DIR) + "/gst-audio-ac3.mxf";
   std::ifstream file(path, std::ios::binary);

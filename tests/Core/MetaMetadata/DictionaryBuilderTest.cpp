@@ -333,10 +333,7 @@ TEST(DictionaryBuilder, NamesATargetThatIsNotDefined) {
 
 TEST(DictionaryBuilder, GivesNumbersTheirNamesInAnyOrder) {
   auto builder = smallBuilder();
-  auto& enumeration = builder.addEnumeration("Grade");
-  enumeration.add(200, "Fine");
-  enumeration.add(-1, "Rough");
-  enumeration.add(200, "Finest");
+  const auto& enumeration = builder.addEnumeration("Grade", {{200, "Fine"}, {-1, "Rough"}, {200, "Finest"}});
   builder.setEnumeration(label(kNameKey), enumeration);
   const auto dictionary = builder.build();
   const auto& found = *dictionary->findElement(label(kNameKey))->enumeration();
