@@ -11,6 +11,7 @@
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
+#include "Core/Types/FinalNULs.h"
 #include "Core/Types/References.h"
 #include "Edit/ReferenceMerge.h"
 
@@ -174,7 +175,10 @@ bool PropertyMerge::planReferences(const PropertyPair& edit, Element& place, con
 auto_ptr<Types::SimpleDataType> PropertyMerge::valueFor(const Element& place, const Element& theirs,
                                                         const MetadataSet& set) const {
   const auto* definition = place.metaAttribute().metaElement();
-  if (definition == theirs.metaAttribute().metaElement() || theirs.wireValue() == nullptr) return clonedValue(theirs);
+  if (definition == theirs.metaAttribute().metaElement() || theirs.wireValue() == nullptr) {
+    const auto* value = place.wireValue();
+    return Types::withFinalNULs(clonedValue(theirs), value == nullptr ? 0 : Types::finalNULsOf(*value));
+  }
   const auto& octets = *theirs.wireValue();
   auto value = definition == nullptr
                    ? Types::Factories::fromBytes(Types::Identifiers::kUnknown, octets.rawBuffer(), octets.encodedSize())

@@ -128,7 +128,8 @@ class MetadataSet {
   /// Sets a copy of a value, whose type has to be that of the definition.
   /// @return whether that changed the set.
   bool set(std::string_view property, const Types::SimpleDataType& value);
-  /// Sets a value from its text (Core/Types/ValueText.h). Not for the InstanceUID, by which others refer to the set.
+  /// Sets a value from its text (Core/Types/ValueText.h). Not for the InstanceUID, by which others refer to the set. A
+  /// text gets as many final NULs as the one before it had.
   bool set(std::string_view property, std::u16string_view text);
   /// Sets a property of one of the integer types, or a Boolean.
   template <class Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>

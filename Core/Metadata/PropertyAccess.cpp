@@ -6,6 +6,7 @@
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Metadata/ReferenceElement.h"
 #include "Core/Platform/Raise.h"
+#include "Core/Types/FinalNULs.h"
 #include "Core/Types/ValueText.h"
 
 namespace Vantor {
@@ -141,6 +142,7 @@ bool MetadataSet::set(std::string_view property, std::u16string_view text) {
   // Texts, unlike values, do not show final NULs, so that those in the file stay.
   const auto* before = valueOf(*this, property);
   if (before != nullptr && Types::textOfValue(*before) == Types::textOfValue(*value)) return false;
+  if (before != nullptr) value = Types::withFinalNULs(std::move(value), Types::finalNULsOf(*before));
   setDecodedValue(createElement(property), std::move(value));
   return true;
 }

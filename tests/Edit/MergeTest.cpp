@@ -109,6 +109,17 @@ TEST_F(MergeTest, KeepsFinalNULsThatTheEditLacks) {
   EXPECT_EQ(differences().size(), 2u);
 }
 
+TEST_F(MergeTest, GivesAChangedTextTheFinalNULsOfTheOneBefore) {
+  const Bytes octets = hex("00610000");
+  auto& supplier = propertyNamed(setNamed(*ours_, "Identification"), "ApplicationSupplierName");
+  setDecodedValue(supplier,
+                  Types::Factories::fromBytes(Types::Identifiers::kUTF16String, octets.data(), octets.size()));
+  setText(*theirs_, "Identification", "ApplicationSupplierName", u"b");
+  merge();
+  const auto* changed = supplier.wireValue();
+  EXPECT_EQ(Bytes(changed->rawBuffer(), changed->rawBuffer() + changed->encodedSize()), hex("00620000"));
+}
+
 TEST_F(MergeTest, AddsAndRemovesProperties) {
   auto& identification = setNamed(*theirs_, "Identification");
   identification.remove(propertyNamed(identification, "ApplicationName"));

@@ -153,6 +153,18 @@ TEST_F(PropertyAccess, KeepsFinalNULsOfATextThatStays) {
   EXPECT_EQ(set.text("Texts"), u"[\"A\", \"B\"]");
 }
 
+TEST_F(PropertyAccess, KeepsTheNumberOfFinalNULsOfATextThatChanges) {
+  auto& set = readSet(partition_, "Thing", Items().item(0x4002, "0041 0000 0000"));
+  const Bytes before = written(set, partition_);
+  EXPECT_TRUE(set.set("Text", u"ABC"));
+  const auto* value = set.find("Text")->wireValue();
+  EXPECT_EQ(hexOf(value->rawBuffer(), value->encodedSize()), "00410042004300000000");
+  EXPECT_TRUE(set.set("Text", u"A"));
+  EXPECT_EQ(written(set, partition_), before);
+  EXPECT_TRUE(set.set("Text", Types::UTF16String(u"AB")));
+  EXPECT_EQ(set.find("Text")->wireValue()->encodedSize(), 4u) << "a value is taken as it is";
+}
+
 TEST_F(PropertyAccess, ReplacesAValueThatDidNotDecode) {
   auto& set = readSet(partition_, "Thing", Items().item(0x4001, "0007").item(0x4003, "01").instanceUID(2));
   EXPECT_FALSE(set.has("Number"));
