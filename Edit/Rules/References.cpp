@@ -28,9 +28,11 @@ void forEachReference(const Model& model, ReferenceKinds kinds, Visit&& visit) {
 }
 
 bool isWeak(const Element& element) {
-  std::vector<UUID> strong;
-  element.appendTargets({false}, strong);
-  return strong.empty();
+  const auto* definition = definitionOf(element);
+  if (definition == nullptr) return false;
+  const auto* collection = MetaMetadata::asCollection(*definition);
+  return (collection == nullptr ? definition->dataType() : collection->dataSubType()) ==
+         Types::Identifiers::kWeakReference;
 }
 
 void checkDangling(const Model& model, Report& report) {
