@@ -205,7 +205,9 @@ class NewSetsInGst : public testing::Test {
 
 TEST_F(NewSetsInGst, AreTheSameInTheFooterUnderTheSameInstanceUIDs) {
   addToTracks(nestedTrack(kFrameworks[0]));
-  EXPECT_THAT(edit_.intoCopy().out, HasSubstr("4 added, 0 removed; written to 2 partitions, which repeat each other"));
+  EXPECT_THAT(
+      edit_.intoCopy().out,
+      HasSubstr("4 added; with it: DescriptiveSchemes of 1 set; written to 2 partitions, which repeat each other"));
   EXPECT_EQ(edit_.exported(edit_.copy(), "footer"), edit_.exported(edit_.copy()));
   EXPECT_THAT(edit_.exported(edit_.copy(), "footer"), HasSubstr("<s377m:DM_AS_11_Core_Framework rp210:InstanceUID="));
 }
