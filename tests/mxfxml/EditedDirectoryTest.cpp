@@ -77,6 +77,8 @@ TEST_P(EditedDirectory, FollowsSetsThatAreAddedAndTakenOut) {
   std::string copy = document.substr(from, to - from);
   const auto uid = copy.find('"') + 1;
   copy.replace(uid, 2, copy.compare(uid, 2, "00") == 0 ? "01" : "00");
+  const std::string generation = "<rp210:GenerationID>";
+  copy.replace(copy.find(generation) + generation.size(), 5, "01.23");
   edit_.replace(end, end + copy);
   EXPECT_EQ(edit_.inPlace().out, "1 set changed (1 property), 1 added; written to 1 partition\n");
   EXPECT_GT(followed(edit_.original()).size(), before.size() + 25);
