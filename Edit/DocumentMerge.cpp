@@ -99,6 +99,13 @@ void requireIdentifiedSets(const std::vector<Diagnostic>& diagnostics) {
                        found->place.line);
 }
 
+/// A nested document in the exact form has nothing in the place of a reference to a set that is written elsewhere. The
+/// reference is kept.
+void acceptHiddenReferences(std::vector<Diagnostic>& diagnostics) {
+  const auto isHidden = [](const Diagnostic& one) { return one.kind == Diagnostic::Kind::kEmptyReference; };
+  diagnostics.erase(std::remove_if(diagnostics.begin(), diagnostics.end(), isHidden), diagnostics.end());
+}
+
 void copyPrimer(const PartitionDictionary& from, PartitionDictionary& to) {
   to.setPrimerCoding(from.primerKey(), from.primerLengthOctets());
   for (const auto& entry : from.primerEntries()) to.addPrimerEntry(entry);
@@ -115,6 +122,7 @@ EditedDocument readDocument(const LosslessXML::Document& document, const Partiti
   const bool isPart = edited.form.isStructuralOnly || edited.form.start;
   edited.import =
       document.import(*edited.partition, &ours, isPart ? LosslessXML::Extent::kPart : LosslessXML::Extent::kDescribed);
+  if (edited.form.isAssumed && edited.form.isNested) acceptHiddenReferences(edited.import.diagnostics);
   const auto& description = document.description();
   edited.isOfEarlierState = description && description->digest != digestOf(ours);
   return edited;

@@ -1,5 +1,8 @@
+#include <algorithm>
+
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/MXF/MetadataRoom.h"
 #include "Core/Platform/Exceptions.h"
 #include "Edit/Check.h"
 #include "Edit/Repetitions.h"
@@ -22,7 +25,7 @@ class StateReader {
     FileState state{structure_.fileSize, structure_.runIn, {}};
     for (std::size_t i = 0; i < structure_.partitions.size(); ++i) {
       state.partitions.push_back({structure_.partitions[i], nullptr, {}});
-      if (i == 0 || hasMetadata(structure_.partitions[i])) readMetadata(i, state);
+      if (hasMetadata(structure_.partitions[i]) || (i == 0 && !leavesMetadataToALaterOne())) readMetadata(i, state);
     }
     return state;
   }
@@ -30,6 +33,15 @@ class StateReader {
  private:
   static bool hasMetadata(const MXF::PartitionInfo& partition) {
     return !partition.damaged && partition.pack.headerByteCount != 0;
+  }
+
+  /// A header partition written before its metadata were known leaves them to a later one (ST 377-1).
+  bool leavesMetadataToALaterOne() const {
+    const auto& partitions = structure_.partitions;
+    const auto& header = partitions.front();
+    return !header.damaged && header.pack.headerByteCount == 0 &&
+           std::any_of(partitions.begin() + 1, partitions.end(), hasMetadata) &&
+           !MXF::findMetadataRoom(source_, structure_, 0);
   }
 
   void readMetadata(std::size_t number, FileState& state) {

@@ -17,6 +17,13 @@ inline std::string withoutDescription(std::string xml) {
   return from == std::string::npos ? xml : xml.erase(from, xml.find("?>", from) + 3 - from);
 }
 
+/// Arguments of a command with which its edit may break rules.
+inline std::vector<std::string> ignoring(const std::vector<std::string>& rules,
+                                         std::vector<std::string> arguments = {}) {
+  for (const auto& rule : rules) arguments.insert(arguments.end(), {"--ignore", rule});
+  return arguments;
+}
+
 /// A copy of a file, its export, and what editing that gives.
 class Edit {
  public:

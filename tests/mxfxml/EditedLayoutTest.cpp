@@ -145,6 +145,17 @@ TEST(EditedLayout, MayHaveMetadataInTheFooterOnly) {
   }
 }
 
+TEST(EditedLayout, IsCheckedWithMetadataInTheFooterOnly) {
+  MXF::FileLayout layout = threePartitions();
+  layout.partitions[0].metadata.clear();
+  layout.partitions[0].status = KLV::PartitionStatus::kOpenIncomplete;
+  const EditedLayout file(layout);
+  const Result result = run({"check", file.original()});
+  EXPECT_EQ(result.err, "");
+  EXPECT_THAT(result.out, HasSubstr("note: header-status: partition 0: the header partition is open or incomplete; the "
+                                    "final metadata are in a later one\n"));
+}
+
 /// A body partition names a wrong partition before it and a wrong footer.
 Bytes fileWithWrongLinks() {
   const Bytes sound = MXF::fileOf(threePartitions());

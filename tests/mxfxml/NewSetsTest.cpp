@@ -26,7 +26,9 @@ const std::string kTexts = R"(
     <rp210:AS_11_Episode_Title_Number>Two</rp210:AS_11_Episode_Title_Number>
     <rp210:AS_11_Shim_Name>UK DPP HD</rp210:AS_11_Shim_Name>
     <rp210:AS_11_Shim_Version>256</rp210:AS_11_Shim_Version>
+    <rp210:AS_11_Audio_Track_Layout>2</rp210:AS_11_Audio_Track_Layout>
     <rp210:AS_11_Primary_Audio_Language>eng</rp210:AS_11_Primary_Audio_Language>
+    <rp210:AS_11_Closed_Captions_Present>false</rp210:AS_11_Closed_Captions_Present>
 )";
 
 struct Framework {
@@ -34,9 +36,12 @@ struct Framework {
   std::string properties;  ///< of the track
 };
 const Framework kFrameworks[] = {
-    {"StaticTrack", "<rp210:TrackID>5001</rp210:TrackID><rp210:TrackName>AS_11_Core</rp210:TrackName>"},
+    {"StaticTrack",
+     "<rp210:TrackID>5001</rp210:TrackID><rp210:TrackName>AS_11_Core</rp210:TrackName>"
+     "<rp210:EssenceTrackNumber>0</rp210:EssenceTrackNumber>"},
     {"EventTrack",
-     "<rp210:TrackID>5002</rp210:TrackID><rp210:EventTrackEditRate><types:Numerator>25</types:Numerator>"
+     "<rp210:TrackID>5002</rp210:TrackID><rp210:EssenceTrackNumber>0</"
+     "rp210:EssenceTrackNumber><rp210:EventTrackEditRate><types:Numerator>25</types:Numerator>"
      "<types:Denominator>1</types:Denominator></rp210:EventTrackEditRate>"}};
 
 std::string element(const std::string& name, const std::string& content, const std::string& attributes = "") {
@@ -102,7 +107,7 @@ class NewSets : public testing::TestWithParam<std::tuple<const char*, bool>> {
     writeFile(edit_.document(), xml);
   }
 
-  /// A change of the tracks of the material package, and four sets added.
+  /// A change of the tracks of the material package and of the list of schemes, and four sets added.
   void expectTheFrameworkAlone(const Framework& framework) const {
     const std::string diff = run({"diff", edit_.original(), edit_.copy()}).out;
     const auto added = linesWith("added set: ", diff);
@@ -114,8 +119,12 @@ class NewSets : public testing::TestWithParam<std::tuple<const char*, bool>> {
     const auto changed = linesWith("reference: ", diff);
     ASSERT_THAT(changed, SizeIs(1));
     EXPECT_THAT(changed[0], HasSubstr(": PackageTracks: "));
-    EXPECT_THAT(diff, HasSubstr(", different 5; properties compared "));
-    EXPECT_THAT(diff, HasSubstr(", different 1\n"));
+    const auto listed = linesWith("value: Preface ", diff);
+    ASSERT_THAT(listed, SizeIs(1)) << diff;
+    EXPECT_THAT(listed[0], HasSubstr(": DescriptiveSchemes"));
+    EXPECT_THAT(listed[0], HasSubstr("06.0E.2B.34.04.01.01.01.0D.01.07.01.0B.01.00.00"));
+    EXPECT_THAT(diff, HasSubstr(", different 6; properties compared "));
+    EXPECT_THAT(diff, HasSubstr(", different 2\n"));
   }
 
   /// The unedited export of the edited file gives its bytes again.
@@ -137,12 +146,13 @@ TEST_P(NewSets, OfADescriptiveFrameworkAreAddedWithoutInstanceUIDs) {
     const Result result = edit_.intoCopy();
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");
-    EXPECT_THAT(result.out, HasSubstr("1 set changed (1 property), 4 added"));
+    EXPECT_THAT(result.out,
+                testing::StartsWith("2 sets changed (2 properties), 4 added; with it: DescriptiveSchemes of "
+                                    "1 set; written to "));
     expectTheFrameworkAlone(framework);
     expectToBeReadAgain();
     const std::string xml = run({"export", edit_.copy()}).out;
     EXPECT_THAT(xml, HasSubstr("<rp210:AS_11_Programme_Title>Harbour lights</rp210:AS_11_Programme_Title>"));
-    EXPECT_THAT(xml, testing::Not(HasSubstr("AS_11_Closed_Captions_Present")));  // required, and left out
   }
 }
 
@@ -205,9 +215,26 @@ class NewSetsInGst : public testing::Test {
 
 TEST_F(NewSetsInGst, AreTheSameInTheFooterUnderTheSameInstanceUIDs) {
   addToTracks(nestedTrack(kFrameworks[0]));
-  EXPECT_THAT(edit_.intoCopy().out, HasSubstr("4 added, 0 removed; written to 2 partitions, which repeat each other"));
+  EXPECT_THAT(
+      edit_.intoCopy().out,
+      HasSubstr("4 added; with it: DescriptiveSchemes of 1 set; written to 2 partitions, which repeat each other"));
   EXPECT_EQ(edit_.exported(edit_.copy(), "footer"), edit_.exported(edit_.copy()));
   EXPECT_THAT(edit_.exported(edit_.copy(), "footer"), HasSubstr("<s377m:DM_AS_11_Core_Framework rp210:InstanceUID="));
+}
+
+TEST_F(NewSetsInGst, AreRefusedWithoutARequiredPropertyUnlessThatIsIgnored) {
+  addToTracks(nestedTrack(kFrameworks[0]));
+  edit_.cut("<rp210:AS_11_Closed_Captions_Present>", "</rp210:AS_11_Closed_Captions_Present>");
+  const Result refused = edit_.intoCopy();
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_THAT(edit_.remarks(refused),
+              testing::MatchesRegex("warning: required-property: partitions 0, 2: DM_AS_11_Core_Framework [0-9A-F.]+: "
+                                    "AS_11_Closed_Captions_Present: a required property is missing\n"
+                                    "the edit would break 1 rule that the file keeps; nothing is written; --ignore "
+                                    "RULE permits it\n"));
+  EXPECT_THAT(edit_.files(), ElementsAre("edited.xml", "original.mxf"));
+  EXPECT_EQ(edit_.intoCopy(ignoring({"required-property"})).exitCode, 0);
+  EXPECT_THAT(edit_.exported(edit_.copy()), testing::Not(HasSubstr("AS_11_Closed_Captions_Present")));
 }
 
 TEST_F(NewSetsInGst, AreRefusedWhereANameMeansNoSetOrTwo) {
@@ -231,7 +258,10 @@ TEST_F(NewSetsInGst, AreRefusedOutsideOfReferencesWithoutAName) {
   edit_.replace("</s377m:MetadataSets>", "<s377m:Identification/></s377m:MetadataSets>");
   const Result result = edit_.intoCopy();
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.err, HasSubstr(": the set has no valid InstanceUID, so that it matches no set of the file\n"));
+  EXPECT_EQ(edit_.remarks(result),
+            "line 235: Identification: the set has no rp210:InstanceUID; restore it, or name a new set: "
+            "rp210:InstanceUID=\"new:...\"\n"
+            "1 thing is wrong with the document; nothing is written; --keep-going writes the rest\n");
   EXPECT_THAT(edit_.files(), ElementsAre("edited.xml", "original.mxf"));
 }
 

@@ -16,7 +16,9 @@ using testing::HasSubstr;
 constexpr const char* kSample = "gst-audio-ac3.mxf";  // its header and footer partitions have the same metadata
 
 constexpr const char* kSecondTrack = "DA.87.E0.C7.73.4F.44.E9.B7.42.6D.EE.B5.EF.08.2F";
+constexpr const char* kTimecodeTrack = "79.4E.DE.7C.04.C7.43.42.80.EE.FA.59.53.B7.25.B3";
 constexpr const char* kFirstTrack = "8D.9D.AD.D1.E1.B5.47.63.93.E4.7F.25.1B.C8.BF.00";
+constexpr const char* kSecondTimecode = "Timecode 74.D2.7B.52.F8.46.48.4F.83.9C.02.4A.10.9C.37.4D";
 
 /// A file that properties are set in.
 class SetFile {
@@ -30,6 +32,8 @@ class SetFile {
     arguments.insert(arguments.begin(), {"set", path()});
     return run(arguments);
   }
+  /// What is printed of an old value that other sets still hold.
+  std::string hint(const std::string& text) const { return "mxfxml: " + path() + ": hint: the old " + text + "\n"; }
   std::string diff() const { return run({"diff", sample(kSample), path()}).out; }
   bool isUntouched() const { return readFile(path()) == readFile(sample(kSample)); }
 
@@ -39,14 +43,13 @@ class SetFile {
 
 TEST(Set, ChangesPropertiesAndNothingElse) {
   const SetFile file;
-  const Result result =
-      file.set({"Identification.ApplicationName=\xC3\x84 & <b>", "TimelineTrack[2].EditRate=30000/1001"});
-  EXPECT_EQ(result.err, "");
+  const Result result = file.set({"Identification.ApplicationName=\xC3\x84 & <b>", "Timecode[2].StartTimecode=90000"});
+  EXPECT_EQ(result.err, file.hint("StartTimecode, 0, is still in " + std::string(kSecondTimecode)));
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.out, "2 sets changed (2 properties); written to 2 partitions, which repeat each other\n");
   const std::string diff = file.diff();
   EXPECT_THAT(diff, HasSubstr(": ApplicationName: \"GStreamer Multimedia Framework\" -> \"\xC3\x84 & <b>\"\n"));
-  EXPECT_THAT(diff, HasSubstr(": EditRate: 48000/256 -> 30000/1001\n"));
+  EXPECT_THAT(diff, HasSubstr(": StartTimecode: 0 -> 90000\n"));
   EXPECT_THAT(diff, HasSubstr("sets compared 19, different 2; properties compared 115, different 2\n"));
   EXPECT_EQ(withoutDescription(run({"export", file.path(), "--partition", "footer"}).out),
             withoutDescription(run({"export", file.path()}).out));
@@ -68,9 +71,12 @@ TEST(Set, TakesTheSetThatAnInstanceUIDNames) {
 TEST(Set, TakesTheSetWhoseInstanceUIDStandsBeforeTheLastPoint) {
   for (const std::string set : {kFirstTrack, "urn:uuid:8d9dadd1-e1b5-4763-93e4-7f251bc8bf00"}) {
     const SetFile file;
-    EXPECT_EQ(file.set({set + ".TrackID=9", "--remove", set + ".EssenceTrackNumber"}).exitCode, 0) << set;
+    EXPECT_EQ(file.set(ignoring({"required-property"}, {set + ".Origin=9", "--remove", set + ".EssenceTrackNumber"}))
+                  .exitCode,
+              0)
+        << set;
     const std::string diff = file.diff();
-    EXPECT_THAT(diff, HasSubstr(std::string("value: TimelineTrack ") + kFirstTrack + ": TrackID: 2 -> 9\n"));
+    EXPECT_THAT(diff, HasSubstr(std::string("value: TimelineTrack ") + kFirstTrack + ": Origin: 0 -> 9\n"));
     EXPECT_THAT(diff,
                 HasSubstr(std::string("missing property: TimelineTrack ") + kFirstTrack + ": EssenceTrackNumber"));
     EXPECT_THAT(diff, HasSubstr("different 1; properties compared 115, different 2\n"));
@@ -107,8 +113,9 @@ TEST(Set, WritesNothingWhenOneOfSeveralAssignmentsIsWrong) {
 
 TEST(Set, TakesPropertiesOut) {
   const SetFile file;
-  const Result result = file.set({"--remove", "Identification.ApplicationName", "--remove",
-                                  "TimelineTrack[2].EssenceTrackNumber", "TimelineTrack[1].TrackID=9"});
+  const Result result =
+      file.set({"--remove", "Identification.ApplicationName", "--remove", "TimelineTrack[2].EssenceTrackNumber",
+                "TimelineTrack[4].TrackID=9", "--ignore", "required-property"});
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out, "3 sets changed (3 properties); written to 2 partitions, which repeat each other\n");
   const std::string diff = file.diff();
@@ -119,14 +126,17 @@ TEST(Set, TakesPropertiesOut) {
 
 TEST(Set, TakesAPropertyOutOfTheSetThatAnInstanceUIDNames) {
   const SetFile file;
-  EXPECT_EQ(file.set({"--remove", "TimelineTrack.EssenceTrackNumber", "--start", kFirstTrack}).exitCode, 0);
+  EXPECT_EQ(file.set(ignoring({"required-property"},
+                              {"--remove", "TimelineTrack.EssenceTrackNumber", "--start", kFirstTrack}))
+                .exitCode,
+            0);
   EXPECT_THAT(file.diff(),
               HasSubstr(std::string("missing property: TimelineTrack ") + kFirstTrack + ": EssenceTrackNumber: "));
 }
 
 TEST(Set, TakesReferencesOutAndKeepsTheirTargets) {
   const SetFile file;
-  EXPECT_EQ(file.set({"--remove", "Preface.IdentificationList"}).out,
+  EXPECT_EQ(file.set(ignoring({"required-property", "unreached-set"}, {"--remove", "Preface.IdentificationList"})).out,
             "1 set changed (1 property); written to 2 partitions, which repeat each other\n");
   EXPECT_THAT(file.diff(), HasSubstr("sets compared 19, different 1; properties compared 115, different 1\n"));
 }
@@ -178,7 +188,7 @@ TEST(Set, EditsOneOfTheSetsThatShareAnInstanceUID) {
     const SetFile file;
     replaceAll(file, second, shared);
     std::string expected = readFile(file.path());
-    const Result result = file.set({std::string(name) + "[1].TrackID=9"});
+    const Result result = file.set({std::string(name) + "[1].Origin=9"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.out, "1 set changed (1 property); written to 2 partitions, which repeat each other\n");
     const std::string edited = readFile(file.path());
@@ -229,33 +239,46 @@ TEST(Set, DoesNotWarnAgainOfASetThatHadSuchAValue) {
   EXPECT_EQ(file.set({"Identification.ApplicationName=" + std::string(50000, 'y')}).err, "");
 }
 
-TEST(Set, WarnsOfAReferenceToASetThatIsNotThere) {
+TEST(Set, IsRefusedWithAReferenceToASetThatIsNotThere) {
   const SetFile file;
-  const auto assign = [&file](const std::string& target) {
-    return file.set({"TimelineTrack[1].TrackSegment=" + target});
+  const auto assign = [&file](const std::string& target, const std::vector<std::string>& rules) {
+    return file.set(ignoring(rules, {"TimelineTrack[1].TrackSegment=" + target}));
   };
-  EXPECT_EQ(assign("FC.1A.AE.AC.DE.38.4E.A6.85.C5.8A.73.06.23.40.B0").err, "");
-  const Result result = assign("11.11.11.11.22.22.33.33.44.44.55.55.55.55.55.55");
-  EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.err, "mxfxml: " + file.path() +
-                            ": warning: TimelineTrack[1].TrackSegment refers to a set that the file does not have\n");
+  const std::string missing = "11.11.11.11.22.22.33.33.44.44.55.55.55.55.55.55";
+  const Result refused = assign(missing, {"unreached-set"});
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_EQ(refused.out, "");
+  EXPECT_EQ(refused.err,
+            "mxfxml: " + file.path() + ": error: dangling-reference: partitions 0, 2: TimelineTrack " + kFirstTrack +
+                ": TrackSegment: no set has the InstanceUID " + missing + "\nmxfxml: " + file.path() +
+                ": the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it\n");
+  EXPECT_TRUE(file.isUntouched());
+  const Result there = assign("FC.1A.AE.AC.DE.38.4E.A6.85.C5.8A.73.06.23.40.B0", {"unreached-set", "shared-set"});
+  EXPECT_EQ(there.exitCode, 0);
+  EXPECT_EQ(there.err, "");
+  EXPECT_EQ(assign(missing, {"dangling-reference"}).exitCode, 0);
 }
 
 TEST(Set, TakesCompoundValuesAndLists) {
   const SetFile file;
-  const Result result = file.set({"Preface.FileLastModified=2024-02-09T03:04:05.008", "Preface.FormatVersion=1.3",
-                                  "Identification.ApplicationVersion=1.2.3.4.5",
-                                  "Preface.EssenceContainers=[06.0E.2B.34.04.01.01.02.0D.01.03.01.02.06.03.00, "
-                                  "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40.01]",
-                                  "MaterialPackage.PackageTracks=[" + std::string(kSecondTrack) + "]"});
-  EXPECT_EQ(result.out, "3 sets changed (5 properties); written to 2 partitions, which repeat each other\n") << result.err;
+  const Result result =
+      file.set({"Preface.FileLastModified=2027-02-09T03:04:05.008", "Preface.FormatVersion=1.3",
+                "Identification.ApplicationVersion=1.2.3.4.5",
+                "Preface.EssenceContainers=[06.0E.2B.34.04.01.01.02.0D.01.03.01.02.06.03.00, "
+                "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40.01]",
+                "MaterialPackage.PackageTracks=[" + std::string(kSecondTrack) + ", " + kTimecodeTrack + "]"});
+  EXPECT_EQ(result.out,
+            "3 sets changed (5 properties); with it: the labels of 3 partition packs; written to 2 partitions, which "
+            "repeat each other\n");
+  EXPECT_EQ(result.err, "");
   const std::string diff = file.diff();
-  EXPECT_THAT(diff, HasSubstr(": FileLastModified: 2026-10-21T01:15:27.020 -> 2024-02-09T03:04:05.008\n"));
+  EXPECT_THAT(diff, HasSubstr(": FileLastModified: 2026-10-21T01:15:27.020 -> 2027-02-09T03:04:05.008\n"));
   EXPECT_THAT(diff, HasSubstr(": FormatVersion: 1.2 -> 1.3\n"));
   EXPECT_THAT(diff, HasSubstr(": ApplicationVersion: 1.22.0.0.1 -> 1.2.3.4.5\n"));
   EXPECT_THAT(diff, HasSubstr(" -> [06.0E.2B.34.04.01.01.02.0D.01.03.01.02.06.03.00, "
                               "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40.01]\n"));
-  EXPECT_THAT(diff, HasSubstr(": PackageTracks: ["));
+  EXPECT_THAT(diff,
+              HasSubstr(": PackageTracks[0]: " + std::string(kTimecodeTrack) + " (TimelineTrack) -> " + kSecondTrack));
 }
 
 TEST(Set, WritesACopyWhenAskedTo) {

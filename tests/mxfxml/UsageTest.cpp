@@ -55,8 +55,9 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
            {"info", {"INPUT", "-h,--help", "--partition", "--dictionary"}},
            {"set",
             {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition", "--only",
-             "--ignore", "--sign", "--dry-run", "--keep-going", "--dictionary"}},
+             "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary"}},
            {"diff", {"INPUT", "OTHER", "-h,--help", "--strict", "--ignore-ids", "--partition", "--dictionary"}},
+           {"check", {"FILE", "-h,--help", "--ignore", "--rules", "--dictionary"}},
            {"recover", {"INPUT", "-h,--help"}},
            {"undo", {"INPUT", "-h,--help"}},
            {"dictionary", {"NAME", "-h,--help", "--dictionary"}}}) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <string>
 #include <system_error>
 
@@ -109,8 +110,10 @@ void printSaveRemarks(const Path& file, const Edit::SaveReport& report) {
   for (const auto& value : report.equalValues) printMessage(file.u8string() + ": " + hintOn(value));
 }
 
-[[noreturn]] void refuseFindings(std::size_t count) {
-  throw CommandError("the edit would break " + counted(count, "rule", "rules") +
+[[noreturn]] void refuse(const std::vector<Edit::Finding>& findings) {
+  std::set<const Edit::Rule*> rules;
+  for (const auto& finding : findings) rules.insert(finding.rule);
+  throw CommandError("the edit would break " + counted(rules.size(), "rule", "rules") +
                      " that the file keeps; nothing is written; --ignore RULE permits it");
 }
 
@@ -160,7 +163,7 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
     printSummary(summaryOf(report, "written"), copy.value_or(file), report.durability);
   } catch (const Edit::FileGetsWorse& refusal) {
     for (const auto& finding : refusal.findings()) printMessage(file.u8string() + ": " + lineOf(finding));
-    refuseFindings(refusal.findings().size());
+    refuse(refusal.findings());
   }
 }
 
@@ -172,7 +175,7 @@ void previewEdits(Edit::File& edited, const Path& file, const EditOptions& optio
   writeStandardOutput(text + summaryOf(report, "would be written") + "\n");
   printSaveRemarks(file, report);
   const auto refused = Edit::refusedFindings(report, saving);
-  if (!refused.empty()) refuseFindings(refused.size());
+  if (!refused.empty()) refuse(refused);
 }
 
 }  // namespace Vantor::Tool
