@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 #include <tuple>
+#include <utility>
 
 #include "Edit/Rules/Model.h"
 #include "Edit/Rules/Rule.h"
@@ -34,12 +35,12 @@ std::tuple<std::size_t, std::size_t> placeOf(const CheckedFile& file, const Foun
 }
 
 std::vector<Finding> inOrder(const CheckedFile& file, std::vector<Found> found) {
-  std::stable_sort(found.begin(), found.end(), [&file](const Found& left, const Found& right) {
-    return placeOf(file, left) < placeOf(file, right);
-  });
+  std::vector<std::pair<std::tuple<std::size_t, std::size_t>, std::size_t>> order;
+  for (std::size_t i = 0; i < found.size(); ++i) order.emplace_back(placeOf(file, found[i]), i);
+  std::sort(order.begin(), order.end());
   std::vector<Finding> findings;
   findings.reserve(found.size());
-  for (auto& one : found) findings.push_back(std::move(one.finding));
+  for (const auto& [place, number] : order) findings.push_back(std::move(found[number].finding));
   return findings;
 }
 

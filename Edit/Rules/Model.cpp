@@ -77,7 +77,9 @@ Model::Model(const PartitionMetadata& metadata, std::vector<std::size_t> partiti
     : metadata_(metadata), partitions_(std::move(partitions)), preface_(metadata.preface()) {
   for (const auto* set : metadata.sets()) {
     places_.emplace(set, places_.size());
-    if (set->definition() != nullptr) sets_.push_back(set);
+    if (set->definition() == nullptr) continue;
+    byDefinition_[set->definition()].push_back(sets_.size());
+    sets_.push_back(set);
   }
   for (const auto* set : all("Package")) addPackage(*set);
   for (const auto& package : packages_) {
@@ -133,9 +135,13 @@ std::vector<const MetadataSet*> Model::all(std::string_view symbol) const {
   std::vector<const MetadataSet*> found;
   const auto* kind = dictionary().findSetBySymbol(symbol);
   if (kind == nullptr) return found;
-  for (const auto* set : sets_) {
-    if (set->definition()->isOrInherits(*kind)) found.push_back(set);
+  std::vector<std::size_t> places;
+  for (const auto& [definition, ofDefinition] : byDefinition_) {
+    if (definition->isOrInherits(*kind)) places.insert(places.end(), ofDefinition.begin(), ofDefinition.end());
   }
+  std::sort(places.begin(), places.end());
+  found.reserve(places.size());
+  for (const auto place : places) found.push_back(sets_[place]);
   return found;
 }
 

@@ -104,6 +104,8 @@ class Model {
   std::vector<std::size_t> partitions_;
   const MetadataSet* preface_;
   std::vector<const MetadataSet*> sets_;
+  std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<std::size_t>>
+      byDefinition_;  // places in `sets_`
   std::unordered_map<const MetadataSet*, std::size_t> places_;
   std::vector<Package> packages_;
   std::unordered_map<Types::UMID32, std::size_t> byPackageID_;
