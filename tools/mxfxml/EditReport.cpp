@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <set>
 #include <string>
 #include <system_error>
 
