@@ -42,6 +42,12 @@ void requireSharedPackage(const PartitionMetadata& theirs, const PartitionMetada
                              umidText(ofTheirs.front()), umidText(ofOurs.front()));
 }
 
+/// InstanceUIDs prove nothing: some writers give the sets of every file the same.
+void requirePackage(const PartitionMetadata& theirs, const PartitionMetadata& ours) {
+  if (!packagesOf(theirs).empty() || packagesOf(ours).empty()) return;
+  raise<DocumentOfOtherFile>("the document shows no package, and describes another state of the file, or another file");
+}
+
 void requireSharedSet(const PartitionMetadata& theirs, const PartitionMetadata& ours) {
   const auto& sets = theirs.sets();
   const bool shares = std::any_of(sets.begin(), sets.end(), [&](const MetadataSet* set) {
@@ -141,6 +147,7 @@ MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours,
   if (edited.isOfEarlierState && options.expectsUnchanged) {
     raise<FileHasChanged>("the file has changed since the document was exported");
   }
+  if (edited.isOfEarlierState && !options.mergesOtherFile) requirePackage(*edited.partition, ours);
   Theirs theirs{*edited.partition};
   theirs.mayRemove = edited.import.diagnostics.empty();
   for (const auto& unread : edited.import.unread) {

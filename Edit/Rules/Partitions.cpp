@@ -154,7 +154,7 @@ void checkRepetitions(const CheckedFile& file, Report& report) {
     const auto comparison = comparePartitions(model.metadata(), file.best()->metadata());
     if (comparison.isEqual()) continue;
     report.about(model.partitions())
-        .add({std::to_string(comparison.differences.size()), std::to_string(file.best()->partitions().back())});
+        .add({std::to_string(file.best()->partitions().back()), std::to_string(comparison.differences.size())});
   }
 }
 
@@ -198,7 +198,7 @@ const RuleTable& partitionRules() {
       {{"pack-containers", Severity::kWarning,
         "the pack lists other essence containers ({number}) than the Preface ({number})", "ST 377-1, Partition Pack"},
        checkContainers},
-      {{"repeated-metadata", Severity::kWarning, "{number} differences from the metadata of partition {number}",
+      {{"repeated-metadata", Severity::kWarning, "differences from the metadata of partition {number}: {number}",
         "ST 377-1, Header Metadata Repetition"},
        checkRepetitions}};
   return table;
