@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 #include <set>
-#include <set>
 #include <string>
 #include <system_error>
 
