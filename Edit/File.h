@@ -66,8 +66,8 @@ class File {
   /// @param progress  called while the file is written anew; an exception from it cancels that and leaves the file as
   /// it was.
   /// @throws FileGetsWorse for an edit that breaks a rule; Exceptions::IOError when another program has changed the
-  /// file since, when it must not be changed or cannot be written, when its old bytes cannot be kept, and when this object was
-  /// made from a source; what `MXF::rewrite` throws.
+  /// file since, when it must not be changed or cannot be written, when its old bytes cannot be kept, and when this
+  /// object was made from a source; what `MXF::rewrite` throws.
   SaveReport save(const SaveOptions& options = {}, const MXF::Progress& progress = {});
   /// Writes an edited copy, which appears whole or not at all. When nothing is edited, it has the same bytes.
   SaveReport saveCopy(const Path& target, const SaveOptions& options = {}, const MXF::Progress& progress = {});
