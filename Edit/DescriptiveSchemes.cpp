@@ -105,6 +105,12 @@ bool isOfAny(const std::vector<const Scheme*>& schemes, const Types::SimpleDataT
 
 }  // namespace
 
+bool isSchemeOf(const Types::UniversalLabel& label, const KLV::Key& framework) {
+  return std::any_of(std::begin(kSchemes), std::end(kSchemes), [&](const Scheme& scheme) {
+    return startsWith(framework.rawBuffer(), scheme.frameworks) && isOf(scheme, label.rawBuffer());
+  });
+}
+
 std::optional<MergePlace> followFrameworks(const PartitionMetadata& before, PartitionMetadata& after) {
   const auto had = schemesOf(before), has = schemesOf(after);
   MetadataSet* preface = after.preface();

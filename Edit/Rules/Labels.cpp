@@ -1,9 +1,11 @@
+#include <algorithm>
 #include <unordered_set>
 
 #include "Core/DataIO/BigEndian.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/OperationalPattern.h"
 #include "Core/Types/Collection.h"
+#include "Edit/DescriptiveSchemes.h"
 #include "Edit/Rules/Model.h"
 #include "Edit/Rules/Rule.h"
 
@@ -72,8 +74,8 @@ void checkPattern(const Model& model, Report& report) {
   }
 }
 
-/// Pairs schemes with sets. The registers give a scheme and its frameworks the same item designator as far as it names
-/// the scheme, octets 9 to 13; sets with 0 in octet 13 are those of a whole node.
+/// Pairs schemes with sets. The registers give nearly every scheme and its frameworks (but see `isSchemeOf`) the same
+/// item designator as far as it names the scheme, octets 9 to 13; sets with 0 in octet 13 are those of a whole node.
 class SchemeIndex {
  public:
   void add(const uint8* label) {
@@ -105,9 +107,14 @@ class SchemeIndex {
 void checkMissingSchemes(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
   SchemeIndex schemes;
-  for (const auto& scheme : labelsOf(*model.preface(), "DescriptiveSchemes")) schemes.add(scheme.rawBuffer());
+  const auto labels = labelsOf(*model.preface(), "DescriptiveSchemes");
+  for (const auto& label : labels) schemes.add(label.rawBuffer());
   for (const auto* framework : model.all("DescriptiveFramework")) {
-    if (!schemes.covers(framework->key().rawBuffer())) report.add(*framework);
+    const auto& key = framework->key();
+    const bool isListed =
+        schemes.covers(key.rawBuffer()) ||
+        std::any_of(labels.begin(), labels.end(), [&](const auto& label) { return isSchemeOf(label, key); });
+    if (!isListed) report.add(*framework);
   }
 }
 
@@ -116,8 +123,12 @@ void checkUnusedSchemes(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
   SchemeIndex sets;
   for (const auto* set : model.metadata().sets()) sets.add(set->key().rawBuffer());
+  const auto frameworks = model.all("DescriptiveFramework");
   for (const auto& scheme : labelsOf(*model.preface(), "DescriptiveSchemes")) {
-    if (!sets.isCovered(scheme.rawBuffer())) report.add(*model.preface(), "DescriptiveSchemes", {textOf(scheme)});
+    const bool isUsed = sets.isCovered(scheme.rawBuffer()) ||
+                        std::any_of(frameworks.begin(), frameworks.end(),
+                                    [&](const MetadataSet* framework) { return isSchemeOf(scheme, framework->key()); });
+    if (!isUsed) report.add(*model.preface(), "DescriptiveSchemes", {textOf(scheme)});
   }
 }
 

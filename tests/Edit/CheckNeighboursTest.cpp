@@ -237,9 +237,19 @@ const std::vector<Mutation> kLegalLabels = {
      [](M& m) { m.find("MPEGVideoDescriptor").set("Codec", u"80.7D.00.60.08.14.3E.6F.6F.3C.8C.E1.6C.EF.11.D2"); }},
     {"operational-pattern", [](M& m) { m.find("Preface").set("OperationalPattern", kAtom); }},
     {"missing-scheme",
+     [](M& m) {  // whose scheme has another item designator
+       addMarker(m).set("DescriptiveFrameworkObject", m.createMetadataSet("AS_07_Core_DMS_Framework"));
+       m.find("Preface").set("DescriptiveSchemes", u"[06.0E.2B.34.04.01.01.01.0D.01.07.01.07.01.00.00]");
+     }},
+    {"missing-scheme",
      [](M& m) {
        addMarker(m).set("DescriptiveFrameworkObject", m.createMetadataSet("SceneFramework"));
        m.find("Preface").set("DescriptiveSchemes", u"[06.0E.2B.34.04.01.01.04.0D.01.04.01.01.02.03.01]");
+     }},
+    {"unused-scheme",
+     [](M& m) {  // whose scheme has another item designator
+       addMarker(m).set("DescriptiveFrameworkObject", m.createMetadataSet("AS_07_Core_DMS_Framework"));
+       m.find("Preface").set("DescriptiveSchemes", u"[06.0E.2B.34.04.01.01.01.0D.01.07.01.07.01.00.00]");
      }},
     {"unused-scheme",
      [](M& m) {
