@@ -30,7 +30,7 @@ struct MergeOptions {
   /// For a document without description: the set that it starts from, as `PartitionMetadata::find` takes it; empty for
   /// the Preface.
   std::string start = {};
-  /// Merge a document even if it shares no package with the file, or cannot be known to be of the file.
+  /// Merge a document even if it shares no package with the file, or shows none and describes another state.
   bool mergesOtherFile = false;
   /// Refuse a document when the file has changed since the export, instead of taking the file as it is now as the base.
   bool expectsUnchanged = false;

@@ -49,11 +49,14 @@ TEST(EditedPartition, KeepsMetadataThatSayTheSameUnderOtherInstanceUIDsAndTellsS
   });
   const Edit edit(changed.file(), {});
   rename(edit);
-  const Result result = edit.intoCopy(ignoring({"repeated-metadata"}));
-  EXPECT_EQ(
-      edit.remarks(result),
+  const std::string remark =
       "partition 2 has the metadata of the header partition under other InstanceUIDs, and keeps them; --partition "
-      "2 edits them, in an export of them\n");
+      "2 edits them, in an export of them\n";
+  EXPECT_EQ(edit.remarks(edit.intoCopy()),
+            "warning: repeated-metadata: partition 0: differences from the metadata of partition 2: 1\n" + remark +
+                "the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it\n");
+  const Result result = edit.intoCopy(ignoring({"repeated-metadata"}));
+  EXPECT_EQ(edit.remarks(result), remark);
   EXPECT_EQ(result.out, "1 set changed (1 property); written to 1 partition\n");
   EXPECT_EQ(edit.exported(edit.copy(), "footer"), edit.exported(edit.original(), "footer"));
 }

@@ -14,7 +14,7 @@
 #include "Program.h"
 #include "ScratchFolder.h"
 
-/// What users get wrong at the command line, and what they are told.
+/// Mistakes at the command line with their messages and exit codes.
 namespace Vantor::Tool {
 
 namespace fs = std::filesystem;

@@ -104,9 +104,13 @@ std::string hintOn(const Edit::EqualValue& value) {
   return text;
 }
 
+void printUnedited(const Path& file, const std::vector<Edit::UneditedPartition>& partitions) {
+  for (const auto& partition : partitions) printMessage(file.u8string() + ": " + remarkOn(partition));
+}
+
 void printSaveRemarks(const Path& file, const Edit::SaveReport& report) {
   printRemarks(file, report.longValues);
-  for (const auto& partition : report.unedited) printMessage(file.u8string() + ": " + remarkOn(partition));
+  printUnedited(file, report.unedited);
   for (const auto& value : report.equalValues) printMessage(file.u8string() + ": " + hintOn(value));
 }
 
@@ -163,6 +167,7 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
     printSummary(summaryOf(report, "written"), copy.value_or(file), report.durability);
   } catch (const Edit::FileGetsWorse& refusal) {
     for (const auto& finding : refusal.findings()) printMessage(file.u8string() + ": " + lineOf(finding));
+    printUnedited(file, edited.preview(saving).unedited);
     refuse(refusal.findings());
   }
 }
