@@ -220,7 +220,7 @@ std::vector<Finding> refusedFindings(const SaveReport& report, const SaveOptions
 
 namespace {
 
-std::string textOf(const std::vector<Finding>& findings) {
+std::string messageOf(const std::vector<Finding>& findings) {
   const auto& first = findings.front();
   const std::string place =
       (first.set.empty() ? "" : first.set + ": ") + (first.property.empty() ? "" : first.property + ": ");
@@ -232,6 +232,6 @@ std::string textOf(const std::vector<Finding>& findings) {
 }  // namespace
 
 FileGetsWorse::FileGetsWorse(std::vector<Finding> findings)
-    : InvalidFormat(textOf(findings), Exceptions::Format("").file(), __LINE__), findings_(std::move(findings)) {}
+    : InvalidFormat(messageOf(findings), Exceptions::Format("").file(), __LINE__), findings_(std::move(findings)) {}
 
 }  // namespace Vantor::Edit

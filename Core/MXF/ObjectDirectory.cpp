@@ -33,7 +33,7 @@ constexpr std::size_t kDirectoryItemSize = kLinkInItem + 8;
 constexpr std::size_t kEntriesInDirectory = 9;
 constexpr std::size_t kLinkInEntry = Identifier::kSize;
 constexpr std::size_t kFlagsInEntry = kLinkInEntry + 8;
-constexpr uint8 kEntrySize = kFlagsInEntry + 1;
+constexpr uint8 kDirectoryEntrySize = kFlagsInEntry + 1;
 
 constexpr KLV::Key kMetaDictionary({0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01,  //
                                     0x0d, 0x01, 0x01, 0x01, 0x02, 0x25, 0x00, 0x00});
@@ -134,13 +134,14 @@ std::optional<Identifier> identifierOf(const Part& part) {
 std::vector<Entry> entriesOf(const Part& directory) {
   const std::size_t size = directory.valueSize();
   const uint64 count = size < kEntriesInDirectory ? 0 : readBigEndian<uint64>(directory.value);
-  const std::size_t room = size < kEntriesInDirectory ? 0 : (size - kEntriesInDirectory) / kEntrySize;
-  if (size != kEntriesInDirectory + room * kEntrySize || count != room || directory.value[8] != kEntrySize) {
+  const std::size_t room = size < kEntriesInDirectory ? 0 : (size - kEntriesInDirectory) / kDirectoryEntrySize;
+  if (size != kEntriesInDirectory + room * kDirectoryEntrySize || count != room ||
+      directory.value[8] != kDirectoryEntrySize) {
     raise<ParseError>("at byte offset {}: expected an object directory with entries of {} bytes, found one of {} bytes",
-                      directory.klv.offset, kEntrySize, size);
+                      directory.klv.offset, kDirectoryEntrySize, size);
   }
   std::vector<Entry> entries;
-  for (const uint8* at = directory.value + kEntriesInDirectory; entries.size() < room; at += kEntrySize) {
+  for (const uint8* at = directory.value + kEntriesInDirectory; entries.size() < room; at += kDirectoryEntrySize) {
     entries.push_back({Identifier(at), readBigEndian<uint64>(at + kLinkInEntry), at[kFlagsInEntry]});
   }
   return entries;
@@ -242,10 +243,10 @@ class ListWriter {
 
   void writeDirectory(const Part& directory) {
     directoryPosition_ = sink_.position();
-    writeKLVHeader(sink_, directory.klv.key, kEntriesInDirectory + uint64{count_} * kEntrySize,
+    writeKLVHeader(sink_, directory.klv.key, kEntriesInDirectory + uint64{count_} * kDirectoryEntrySize,
                    directory.klv.length.octets);
     writeBigEndian<uint64>(sink_, count_);
-    writeBigEndian<uint8>(sink_, kEntrySize);
+    writeBigEndian<uint8>(sink_, kDirectoryEntrySize);
     entriesPosition_ = sink_.position();
     for (const auto& [part, identifier] : order_) {
       if (identifier) writeEntry(*identifier);
@@ -269,7 +270,7 @@ class ListWriter {
 
   void linkEntries() {
     for (std::size_t i = 0; i < targets_.size(); ++i) {
-      links_.emplace_back(entriesPosition_ + i * kEntrySize + kLinkInEntry, targets_[i]);
+      links_.emplace_back(entriesPosition_ + i * kDirectoryEntrySize + kLinkInEntry, targets_[i]);
     }
   }
 

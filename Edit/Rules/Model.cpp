@@ -19,7 +19,7 @@ bool isSigned(Identifier type) {
   return type == kInt8 || type == kInt16 || type == kInt32 || type == kInt64 || type == kLength || type == kPosition;
 }
 
-std::optional<Types::UniversalLabel> labelOf(const Types::SimpleDataType& value) {
+std::optional<Types::UniversalLabel> labelIn(const Types::SimpleDataType& value) {
   const auto type = value.identifier();
   if (type != kUniversalLabel && type != kAUID && type != kUUID) return std::nullopt;
   return Types::UniversalLabel(value.rawBuffer());
@@ -48,7 +48,7 @@ std::optional<int64> integerOf(const MetadataSet& set, std::string_view property
 
 std::optional<Types::UniversalLabel> labelOf(const MetadataSet& set, std::string_view property) {
   const auto* value = valueOf(set, property);
-  return value == nullptr ? std::nullopt : labelOf(*value);
+  return value == nullptr ? std::nullopt : labelIn(*value);
 }
 
 std::vector<Types::UniversalLabel> labelsOf(const MetadataSet& set, std::string_view property) {
@@ -57,7 +57,7 @@ std::vector<Types::UniversalLabel> labelsOf(const MetadataSet& set, std::string_
   if (value == nullptr || (value->identifier() != kArray && value->identifier() != kBatch)) return labels;
   const auto& collection = static_cast<const Types::Collection&>(*value);
   for (uint32 i = 0; i < collection.size(); ++i) {
-    if (const auto label = labelOf(collection.at(i))) labels.push_back(*label);
+    if (const auto label = labelIn(collection.at(i))) labels.push_back(*label);
   }
   return labels;
 }

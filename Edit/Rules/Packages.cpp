@@ -12,7 +12,7 @@ namespace {
 
 using Types::UMID32;
 
-void checkDoubled(const Model& model, Report& report) {
+void checkDoubledPackages(const Model& model, Report& report) {
   for (const auto& package : model.packages()) {
     const auto* first = package.id == nullptr ? nullptr : model.findPackage(*package.id);
     if (first != nullptr && first != &package) report.add(*package.set, "PackageID", {first->set->fullName()});
@@ -127,7 +127,7 @@ const RuleTable& packageRules() {
   static const RuleTable table = {
       {{"doubled-package", Severity::kError, "the {package} before it has the same PackageID",
         "ST 377-1, Generic Package"},
-       checkDoubled},
+       checkDoubledPackages},
       {{"package-id", Severity::kWarning, "{identifier} is no basic UMID", "ST 330"}, checkIdentifiers},
       {{"material-package", Severity::kError, "there is no material package", "ST 377-1, Material Package"},
        checkMaterialPackage},

@@ -64,7 +64,7 @@ void checkKinds(const Model& model, Report& report) {
   });
 }
 
-void checkDoubled(const Model& model, Report& report) {
+void checkDoubledSets(const Model& model, Report& report) {
   for (const auto* set : model.metadata().sets()) {
     if (set->instanceUID() == nullptr) continue;
     const auto& same = model.metadata().findByInstanceUID(*set->instanceUID());
@@ -170,7 +170,7 @@ const RuleTable& referenceRules() {
       {{"reference-kind", Severity::kError, "{set} is no {kind}", "ST 395, ST 2003"}, checkKinds},
       {{"doubled-instance-uid", Severity::kError, "the {set} before it has the same InstanceUID",
         "ST 377-1, InterchangeObject"},
-       checkDoubled},
+       checkDoubledSets},
       {{"unreached-set", Severity::kWarning, "no reference leads to the set", "ST 377-1"}, checkUnreached},
       {{"shared-set", Severity::kWarning, "the set {identifier} belongs to a {owner} already",
         "ST 377-1, Strong Reference"},

@@ -184,7 +184,7 @@ bool isDoubled(const MetadataSet& set, const MetaMetadata::MetaElement& definiti
   return present != nullptr && present->isPresent();
 }
 
-void checkDoubled(const Model& model, Report& report) {
+void checkDoubledProperties(const Model& model, Report& report) {
   for (const auto* set : model.sets()) {
     forEachUnread(model, *set, [&](const Element&, const MetaMetadata::MetaElement& definition) {
       if (isDoubled(*set, definition)) report.add(*set, definition.symbol());
@@ -245,7 +245,7 @@ const RuleTable& valueRules() {
         "ST 12-1"},
        checkDropFrame},
       {{"date-value", Severity::kWarning, "{date} is no date", "ST 377-1, Timestamp"}, checkDates},
-      {{"doubled-property", Severity::kError, "the set has the property twice", "ST 336"}, checkDoubled},
+      {{"doubled-property", Severity::kError, "the set has the property twice", "ST 336"}, checkDoubledProperties},
       {{"unreadable-value", Severity::kNote, "the value {octets} is not of the type that the registers have",
         "ST 335, ST 2003"},
        checkUnreadable},

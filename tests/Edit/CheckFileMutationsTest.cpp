@@ -13,7 +13,7 @@ using KLV::PartitionStatus;
 using Types::Timestamp;
 using Metadata = PartitionMetadata;
 
-constexpr const char* kRepeating = "gst-audio-ac3.mxf";  // with its metadata in partitions 0 and 2
+constexpr const char* kRepeatingSample = "gst-audio-ac3.mxf";  // with its metadata in partitions 0 and 2
 constexpr const char16_t* kOtherPattern = u"06.0E.2B.34.04.01.01.01.0D.01.02.01.01.02.09.00";
 constexpr const char16_t* kContainer = u"06.0E.2B.34.04.01.01.01.0D.01.03.01.02.06.01.00";
 constexpr const char16_t* kUnregisteredLabel = u"06.0E.2B.34.04.01.01.01.7F.7F.7F.7F.7F.7F.7F.7F";
@@ -38,7 +38,7 @@ const std::vector<Mutation> kPartitions = {
     {"header-status",
      {},
      [](FileState& state) { packOf(state, 0).status = PartitionStatus::kOpenIncomplete; },
-     kRepeating},
+     kRepeatingSample},
     {"footer-status", {}, [](FileState& state) { packOf(state, 2).status = PartitionStatus::kOpenComplete; }},
     {"partition-offset", {}, [](FileState& state) { packOf(state, 1).thisPartition += 1; }},
     {"previous-partition", {}, [](FileState& state) { packOf(state, 2).previousPartition = 0; }},
@@ -51,9 +51,9 @@ const std::vector<Mutation> kPartitions = {
      {},
      [](FileState& state) {
        state.partitions[0].metadata =
-           edited(kRepeating, [](Metadata& m) { m.find("Identification").set("ApplicationName", u"Ed"); });
+           edited(kRepeatingSample, [](Metadata& m) { m.find("Identification").set("ApplicationName", u"Ed"); });
      },
-     kRepeating},
+     kRepeatingSample},
 };
 
 const std::vector<Mutation> kLabels = {

@@ -70,13 +70,13 @@ std::vector<GoldenExport> goldenExports() {
   return exports;
 }
 
-std::string nameOf(const ::testing::TestParamInfo<GoldenExport>& info) {
+std::string nameOfExport(const ::testing::TestParamInfo<GoldenExport>& info) {
   std::string name = std::string(info.param.file) + "_" + info.param.mode;
   for (char& character : name) character = std::isalnum(static_cast<unsigned char>(character)) ? character : '_';
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Exports, GoldenFilesTest, ::testing::ValuesIn(goldenExports()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Exports, GoldenFilesTest, ::testing::ValuesIn(goldenExports()), nameOfExport);
 
 }  // namespace
 }  // namespace Vantor::XMLBuilder

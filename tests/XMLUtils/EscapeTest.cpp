@@ -36,7 +36,7 @@ TEST(Escape, EscapesItsOwnStart) {
 TEST(Escape, UndoesOnlyWhatItWouldHaveWritten) {
   for (const auto* text : {u"$#x", u"$#x;", u"$#x41;", u"$#x01;", u"$#xfffe;", u"$#x9;", u"$#xA;", u"$#x1", u"$#x1 ;",
                            u"$#x10000;", u"$#xFFFFE;", u"$#x-1;", u"$#x1G;", u"$#X1;"}) {
-    EXPECT_EQ(unescapeForbidden(text), text) << Utils::wstringToString(text);
+    EXPECT_EQ(unescapeForbidden(text), text) << Vantor::Utils::wstringToString(text);
   }
 }
 

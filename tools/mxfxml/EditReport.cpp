@@ -91,7 +91,7 @@ std::string followedText(const Edit::SaveReport& report) {
   return text.empty() ? "" : "; with it: " + text;
 }
 
-std::string summaryOf(const Edit::SaveReport& report, const std::string& verb) {
+std::string editSummaryOf(const Edit::SaveReport& report, const std::string& verb) {
   if (report.changes.isNone()) return "nothing is edited";
   return changesText(report.changes) + followedText(report) + "; " + verb + " to " +
          counted(report.partitions, "partition", "partitions, which repeat each other");
@@ -164,7 +164,7 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
     const auto report =
         copy ? edited.saveCopy(*copy, saving, progress.progress()) : edited.save(saving, progress.progress());
     printSaveRemarks(file, report);
-    printSummary(summaryOf(report, "written"), copy.value_or(file), report.durability);
+    printSummary(editSummaryOf(report, "written"), copy.value_or(file), report.durability);
   } catch (const Edit::FileGetsWorse& refusal) {
     for (const auto& finding : refusal.findings()) printMessage(file.u8string() + ": " + lineOf(finding));
     printUnedited(file, edited.preview(saving).unedited);
@@ -177,7 +177,7 @@ void previewEdits(Edit::File& edited, const Path& file, const EditOptions& optio
   const auto report = edited.preview(saving);
   std::string text = differenceLines(edited.compare());
   for (const auto& finding : report.findings) text += lineOf(finding) + "\n";
-  writeStandardOutput(text + summaryOf(report, "would be written") + "\n");
+  writeStandardOutput(text + editSummaryOf(report, "would be written") + "\n");
   printSaveRemarks(file, report);
   const auto refused = Edit::refusedFindings(report, saving);
   if (!refused.empty()) refuse(refused);

@@ -28,9 +28,9 @@ using testing::UnorderedElementsAre;
 const std::string kOld = "0123456789ABCDEFGHIJ";
 const std::string kNew = "01xxxx6789ABCDEFGyyy";
 
-Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
+Bytes bytesIn(const std::string& text) { return {text.begin(), text.end()}; }
 
-const std::vector<NewBytes> kChanges = {{2, bytesOf("xxxx")}, {17, bytesOf("yyy")}};
+const std::vector<NewBytes> kChanges = {{2, bytesIn("xxxx")}, {17, bytesIn("yyy")}};
 
 /// Writes in several steps, so that a change can be stopped within a place.
 void writeNew(FileUpdate& file) {
@@ -447,7 +447,7 @@ TEST_F(UndoJournalTest, LeavesTheFileAloneWhenTheDiskHasNoRoomForTheJournal) {
 TEST_F(UndoJournalTest, GoesBackWhenTheDiskDoesNotTakeTheSecondPlace) {
   const std::string padding(4096, '.');
   create(file_, kOld + padding + "end");
-  const std::vector<NewBytes> changes = {{2, bytesOf("xxxx")}, {kOld.size() + padding.size(), bytesOf("yyy")}};
+  const std::vector<NewBytes> changes = {{2, bytesIn("xxxx")}, {kOld.size() + padding.size(), bytesIn("yyy")}};
   const auto writeBoth = [&](FileUpdate& file) {
     file.write(2, reinterpret_cast<const uint8*>("xxxx"), 4);
     EXPECT_NE(contents(file_), kOld + padding + "end");

@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "Core/Comparison/PartitionComparison.h"
@@ -12,6 +10,7 @@
 #include "Core/MXF/RandomIndexPack.h"
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/MXF/MXFBytes.h"
+#include "tests/Core/MXF/WholeFile.h"
 #include "tests/SampleFiles.h"
 
 namespace Vantor::MXF {
@@ -48,12 +47,6 @@ class SampleFile : public testing::TestWithParam<Sample> {
 
 /// Every sample there is, whatever it holds.
 class AnySampleFile : public testing::TestWithParam<Path> {};
-
-Bytes bytesOf(const Path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  const std::string all((std::istreambuf_iterator<char>(stream)), {});
-  return Bytes(all.begin(), all.end());
-}
 
 /// The KLVs of a partition's header metadata with their keys and lengths, but for primer pack and fill.
 std::vector<Bytes> setsIn(const Bytes& file, const PartitionInfo& partition) {
