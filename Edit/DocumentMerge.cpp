@@ -28,6 +28,8 @@ std::vector<std::string> packagesOf(const PartitionMetadata& partition) {
   return packages;
 }
 
+constexpr std::size_t kMaterialNumber = 16;  // its first octet in a UMID (ST 330)
+
 std::string umidText(const std::string& octets) {
   if (octets.size() != Types::UMID32::kSize) return "of " + std::to_string(octets.size()) + " octets";
   return Utils::wstringToString(Types::UMID32(reinterpret_cast<const uint8*>(octets.data())).toString(kDottedForm));
@@ -42,10 +44,30 @@ void requireSharedPackage(const PartitionMetadata& theirs, const PartitionMetada
                              umidText(ofTheirs.front()), umidText(ofOurs.front()));
 }
 
+/// Whether the identifier has a material number. Some writers leave all but the last octet of it zero, in every file.
+bool isUnique(const std::string& umid) {
+  return umid.size() != Types::UMID32::kSize || umid.find_first_not_of('\0', kMaterialNumber) < umid.size() - 1;
+}
+
+/// Whether all InstanceUIDs begin with the same octets, as those of writers that number the sets of each file from 1.
+bool areNumbered(const PartitionMetadata& partition) {
+  constexpr std::size_t kSame = 10;
+  const auto& sets = partition.sets();
+  const auto differs = [&](const MetadataSet* left, const MetadataSet* right) {
+    const auto *one = left->instanceUID(), *other = right->instanceUID();
+    return one != nullptr && other != nullptr &&
+           !std::equal(one->rawBuffer(), one->rawBuffer() + kSame, other->rawBuffer());
+  };
+  return std::adjacent_find(sets.begin(), sets.end(), differs) == sets.end();
+}
+
 /// InstanceUIDs prove nothing: some writers give the sets of every file the same.
-void requirePackage(const PartitionMetadata& theirs, const PartitionMetadata& ours) {
-  if (!packagesOf(theirs).empty() || packagesOf(ours).empty()) return;
-  raise<DocumentOfOtherFile>("the document shows no package, and describes another state of the file, or another file");
+void requireUniquePackage(const PartitionMetadata& theirs, const PartitionMetadata& ours) {
+  const auto packages = packagesOf(theirs);
+  if (packagesOf(ours).empty() || std::any_of(packages.begin(), packages.end(), isUnique)) return;
+  raise<DocumentOfOtherFile>(
+      "the document does not describe this state of the file, and has no package with an identifier of its own, so "
+      "that it may be of another file");
 }
 
 void requireSharedSet(const PartitionMetadata& theirs, const PartitionMetadata& ours) {
@@ -147,7 +169,10 @@ MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours,
   if (edited.isOfEarlierState && options.expectsUnchanged) {
     raise<FileHasChanged>("the file has changed since the document was exported");
   }
-  if (edited.isOfEarlierState && !options.mergesOtherFile) requirePackage(*edited.partition, ours);
+  const bool mayBeOfOther = edited.isOfEarlierState || (edited.form.isAssumed && areNumbered(ours));
+  if (mayBeOfOther && !options.mergesOtherFile) {
+    requireUniquePackage(*edited.partition, ours);
+  }
   Theirs theirs{*edited.partition};
   theirs.mayRemove = edited.import.diagnostics.empty();
   for (const auto& unread : edited.import.unread) {

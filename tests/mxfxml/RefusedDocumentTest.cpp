@@ -169,7 +169,10 @@ TEST_F(DocumentOfFfmpeg, IsRefusedInAnotherFileWithTheSameInstanceUIDs) {
 
 TEST_F(DocumentOfFfmpeg, OfAPartIsRefusedInAnotherFileWithTheSameInstanceUIDs) {
   exportOther({"--start", "Identification"});
-  expectRefusal("the document shows no package, and describes another state of the file, or another file");
+  expectRefusal(
+      "the document does not describe this state of the file, and has no package with an identifier of its own, so "
+      "that "
+      "it may be of another file");
 }
 
 }  // namespace
