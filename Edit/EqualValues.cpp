@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "Core/Comparison/ValueText.h"
@@ -44,10 +45,19 @@ OldValues oldValuesOf(const std::vector<EditedSet>& edited) {
   return old;
 }
 
-void enterHolders(const MetadataSet& set, OldValues& old) {
+/// The properties that the edit has given a value.
+std::unordered_set<const Element*> editedProperties(const std::vector<EditedSet>& edited) {
+  std::unordered_set<const Element*> properties;
+  for (const auto& set : edited) {
+    for (const auto& [before, after] : set.properties) properties.insert(after);
+  }
+  return properties;
+}
+
+void enterHolders(const MetadataSet& set, const std::unordered_set<const Element*>& edited, OldValues& old) {
   for (const Element& element : set) {
     const auto values = old.find(element.metaAttribute().metaElement());
-    if (values == old.end() || element.wireValue() == nullptr) continue;
+    if (values == old.end() || element.wireValue() == nullptr || edited.count(&element) != 0) continue;
     for (auto& one : values->second) {
       if (one.value->equals(*element.wireValue())) one.found.sets.push_back(set.fullName());
     }
@@ -61,7 +71,8 @@ std::vector<EqualValue> equalValuesOf(const PartitionMetadata& before, Partition
   auto old = oldValuesOf(edited);
   std::vector<EqualValue> found;
   if (old.empty()) return found;
-  for (const MetadataSet* set : after.sets()) enterHolders(*set, old);
+  const auto properties = editedProperties(edited);
+  for (const MetadataSet* set : after.sets()) enterHolders(*set, properties, old);
   for (auto& [definition, values] : old) {
     for (auto& one : values) {
       if (!one.found.sets.empty()) found.push_back(std::move(one.found));

@@ -45,6 +45,15 @@ TEST(EqualValues, AreNoneWhereTheEditChangesAll) {
   EXPECT_THAT(equalValuesOf(*before, *after), IsEmpty());
 }
 
+TEST(EqualValues, AreNoneWhereTheEditSwapsThem) {
+  const auto before = readOP1a(), after = readOP1a();
+  before->find("MaterialPackage").set("PackageName", u"x");
+  before->find("SourcePackage[1]").set("PackageName", u"y");
+  after->find("MaterialPackage").set("PackageName", u"y");
+  after->find("SourcePackage[1]").set("PackageName", u"x");
+  EXPECT_THAT(equalValuesOf(*before, *after), IsEmpty());
+}
+
 TEST(EqualValues, AreNoNumbersIdentifiersOrReferences) {
   const auto before = readOP1a(), after = readOP1a();
   after->find("TimelineTrack[1]").set("TrackID", 77);
