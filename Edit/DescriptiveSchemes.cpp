@@ -76,18 +76,23 @@ bool isOf(const Scheme& scheme, const uint8* label) {
   return definition != nullptr && KLV::Key(definition->key.rawBuffer()).matches(KLV::Key(label));
 }
 
-/// The batch in which the Preface lists schemes; null when it has none, or holds something else.
-const Types::Batch* listOf(const MetadataSet& preface) {
+bool hasList(const MetadataSet& preface) {
   const auto* element = preface.find(kList);
-  const auto* value = element == nullptr ? nullptr : element->wireValue();
-  return value != nullptr && value->identifier() == Types::Batch::kIdentifier ? static_cast<const Types::Batch*>(value)
-                                                                              : nullptr;
+  return element != nullptr && element->isPresent();
 }
 
-bool isUnedited(const PartitionMetadata& before, const MetadataSet& preface) {
-  const auto* list = listOf(preface);
-  const auto* old = before.preface() == nullptr ? nullptr : listOf(*before.preface());
-  return list != nullptr && old != nullptr && list->equals(*old);
+/// The batch in which the Preface lists schemes, empty when it has no list; null when that is something else.
+std::unique_ptr<Types::Batch> listOf(const MetadataSet& preface) {
+  if (!hasList(preface)) return std::make_unique<Types::Batch>(KLV::Key::kSize);
+  const auto* value = preface.find(kList)->wireValue();
+  if (value == nullptr || value->identifier() != Types::Batch::kIdentifier) return nullptr;
+  return std::unique_ptr<Types::Batch>(static_cast<Types::Batch*>(value->clone().release()));
+}
+
+bool isUnedited(const PartitionMetadata& before, const MetadataSet& preface, const Types::Batch& list) {
+  if (before.preface() == nullptr || hasList(*before.preface()) != hasList(preface)) return false;
+  const auto old = listOf(*before.preface());
+  return old != nullptr && list.equals(*old);
 }
 
 /// The schemes of the first that are not among the others.
@@ -114,17 +119,17 @@ bool isSchemeOf(const Types::UniversalLabel& label, const KLV::Key& framework) {
 std::optional<MergePlace> followFrameworks(const PartitionMetadata& before, PartitionMetadata& after) {
   const auto had = schemesOf(before), has = schemesOf(after);
   MetadataSet* preface = after.preface();
-  if (had == has || preface == nullptr || !isUnedited(before, *preface)) return std::nullopt;
+  const auto old = had == has || preface == nullptr ? nullptr : listOf(*preface);
+  if (old == nullptr || !isUnedited(before, *preface, *old)) return std::nullopt;
   const auto gone = without(had, has);
-  const auto& old = *listOf(*preface);
   Types::Batch list(KLV::Key::kSize);
-  for (uint32 i = 0; i < old.size(); ++i) {
-    if (!isOfAny(gone, old.at(i))) list.append(old.at(i).clone());
+  for (uint32 i = 0; i < old->size(); ++i) {
+    if (!isOfAny(gone, old->at(i))) list.append(old->at(i).clone());
   }
   for (const auto* scheme : without(has, had)) {
     const auto* label = builtInLabels().findLabel(scheme->label);
     bool isListed = label == nullptr;
-    for (uint32 i = 0; i < old.size(); ++i) isListed = isListed || isOfAny({scheme}, old.at(i));
+    for (uint32 i = 0; i < old->size(); ++i) isListed = isListed || isOfAny({scheme}, old->at(i));
     if (!isListed) list.append(std::make_unique<Types::AUID>(label->key.rawBuffer()));
   }
   if (!preface->set(kList, list)) return std::nullopt;

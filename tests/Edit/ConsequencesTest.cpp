@@ -217,6 +217,19 @@ TEST_F(ConsequencesTest, TheFirstFrameworkOfASchemeListsItAndTheLastTakesItAway)
   EXPECT_EQ(schemes(*after_), "[]");
 }
 
+TEST_F(ConsequencesTest, TheFirstFrameworkBringsTheListThatAFileLacks) {
+  for (auto* partition : {before_.get(), after_.get()}) partition->preface()->remove("DescriptiveSchemes");
+  after_->createMetadataSet("DM_AS_11_Core_Framework");
+  EXPECT_THAT(complete(), ElementsAre("Preface.DescriptiveSchemes"));
+  EXPECT_EQ(schemes(*after_), kAS11Core);
+}
+
+TEST_F(ConsequencesTest, AListOfSchemesThatTheEditTookAwayStaysAway) {
+  after_->preface()->remove("DescriptiveSchemes");
+  after_->createMetadataSet("DM_AS_11_Core_Framework");
+  EXPECT_THAT(complete(), IsEmpty());
+}
+
 TEST_F(ConsequencesTest, AListOfSchemesThatTheEditChangedStays) {
   after_->createMetadataSet("DM_AS_11_Core_Framework");
   Types::Batch list(16);
