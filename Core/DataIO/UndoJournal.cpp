@@ -241,7 +241,10 @@ Path undoPath(const Path& file) { return undoFileOf(realPath(file)); }
 Undoing undo(const Path& file) {
   const Path real = realPath(file);
   requireFile(real, "undo the change of");
-  if (!isThere(undoFileOf(real))) return Undoing::kNothingKept;
+  if (!isThere(undoFileOf(real))) {
+    requireNoOpenChange(real, "cannot undo the change of");  // perhaps that was an undoing
+    return Undoing::kNothingKept;
+  }
   FileUpdate update(real);
   update.lock();
   requireNoJournal(real);

@@ -88,7 +88,7 @@ Recovery recover(const Path& file);
 Path undoPath(const Path& file);
 
 enum class Undoing {
-  kNothingKept,  ///< no change kept old bytes; nothing was done
+  kNothingKept,  ///< no change kept old bytes, and none is under way or was stopped; nothing was done
   kUndone,       ///< the old bytes were put back; they are kept no more
   kWasUndone     ///< the file had them already; they are kept no more
 };

@@ -44,7 +44,25 @@ TEST_F(Undo, PutsTheOldBytesBackOnce) {
   EXPECT_EQ(result.err, "");
   EXPECT_TRUE(isAsItWas());
   EXPECT_THAT(folder_.files(), ElementsAre("a.mxf"));
-  EXPECT_EQ(undone().out, "no change of the file has kept its old bytes; there is nothing to put back\n");
+  const Result again = undone();
+  EXPECT_EQ(again.exitCode, 1);
+  EXPECT_EQ(again.out, "");
+  EXPECT_EQ(again.err,
+            "mxfxml: " + path() + ": no change of the file has kept its old bytes; there is nothing to put back\n");
+}
+
+TEST_F(Undo, FailsWhereItWasStoppedItself) {
+  change();
+  const std::string real = fs::canonical(path()).string();
+  fs::rename(real + ".vantor-undo", real + ".vantor-journal");
+  const std::string changed = readFile(path());
+  const Result result = undone();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "mxfxml: cannot undo the change of '" + real +
+                            "': an earlier change of it was stopped half-way; recover it first\n");
+  EXPECT_TRUE(readFile(path()) == changed);
+  EXPECT_EQ(run({"recover", path()}).exitCode, 0);
+  EXPECT_TRUE(isAsItWas());
 }
 
 TEST_F(Undo, FailsWhereTheFileWasChangedSince) {

@@ -1,4 +1,5 @@
 #include "Command.h"
+#include "ErrorText.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 
@@ -13,7 +14,9 @@ class UndoCommand final : public Command {
     addInput("MXF file");
   }
   ExitCode run() const override {
-    writeStandardOutput(describe(DataIO::File::undo(input())) + "\n");
+    const auto undoing = DataIO::File::undo(input());
+    if (undoing == DataIO::File::Undoing::kNothingKept) throw CommandError(describe(undoing));
+    writeStandardOutput(describe(undoing) + "\n");
     return kSuccess;
   }
 };
