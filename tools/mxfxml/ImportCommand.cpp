@@ -151,7 +151,11 @@ class ImportCommand final : public Command {
     const auto definitions = dictionary_.load(document.vocabulary());
     std::unique_ptr<Edit::File> file;
     namingFile(*into_, [&] {
-      undoStoppedChange(*into_);
+      if (inPlace_) {
+        undoStoppedChange(*into_);
+      } else {
+        refuseStoppedChange(*into_);
+      }
       file = std::make_unique<Edit::File>(*into_, definitions, partition_ ? partition_ : partitionOf(document));
     });
     const bool isWhole = merge(document, *file);

@@ -75,7 +75,11 @@ class SetCommand final : public Command {
     if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (output_) refuseSameFile(input(), *output_);
     const auto definitions = dictionary_.load();
-    undoStoppedChange(input());
+    if (output_ || options_.isDryRun()) {
+      refuseStoppedChange(input());
+    } else {
+      undoStoppedChange(input());
+    }
     Edit::File file(input(), definitions, partition_);
     const auto failures = edit(file.metadata(), changes);
     if (options_.isDryRun()) {
@@ -110,11 +114,11 @@ class SetCommand final : public Command {
     return failures;
   }
 
-  static void make(const Change& change, MetadataSet& set) {
+  void make(const Change& change, MetadataSet& set) const {
     if (change.value) {
       set.set(change.property, Utils::stringToWstring(*change.value));
-    } else {
-      set.remove(change.property);
+    } else if (!set.remove(change.property)) {
+      printMessage(input().u8string() + ": the " + set.fullName() + " has no " + change.property + " to remove");
     }
   }
 
