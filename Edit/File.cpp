@@ -55,6 +55,15 @@ class File::State {
     return planSave({*source_, dictionary_, choice_, chosen_, end_, *metadata_}, options, signedBy_);
   }
 
+  SaveReport rehearse(const SaveOptions& options) {
+    const Path& path = requirePath();
+    auto plan = this->plan(options);
+    if (plan.replacements.isEmpty()) return plan.report;
+    if (!MXF::fits(*source_, plan.replacements)) requireNothingKept(options);
+    MXF::requireReplaceable(path, fileState_, plan.replacements);
+    return plan.report;
+  }
+
   SaveReport save(const SaveOptions& options, const MXF::Progress& progress) {
     const Path& path = requirePath();
     auto plan = acceptedPlan(options);
@@ -62,12 +71,8 @@ class File::State {
     const auto oldBytes = options.keepsUndo ? DataIO::File::OldBytes::kKeep : DataIO::File::OldBytes::kDrop;
     if (MXF::fits(*source_, plan.replacements)) {
       plan.report.durability = MXF::replaceInPlace(path, fileState_, plan.replacements, oldBytes);
-    } else if (options.keepsUndo) {
-      raise<IOError>(
-          "cannot keep the old bytes of '{}': the edit does not fit in place, so that the file would be "
-          "written anew; save a copy",
-          path.u8string());
     } else {
+      requireNothingKept(options);
       plan.report.durability = rewriteItself(path, plan.replacements, progress);
     }
     fileState_ = DataIO::File::stateOf(path);
@@ -134,6 +139,14 @@ class File::State {
     }
   }
 
+  void requireNothingKept(const SaveOptions& options) const {
+    if (!options.keepsUndo) return;
+    raise<IOError>(
+        "cannot keep the old bytes of '{}': the edit does not fit in place, so that the file would be written anew; "
+        "save a copy",
+        path_->u8string());
+  }
+
   void openFile() {
     file_ = std::make_unique<FileDataSource>(*path_);
     source_ = file_.get();
@@ -194,6 +207,7 @@ DocumentReport File::mergeDocument(const void* bytes, std::size_t size, const Me
 
 PartitionComparison File::compare() { return state_->compare(); }
 SaveReport File::preview(const SaveOptions& options) { return state_->plan(options).report; }
+SaveReport File::rehearse(const SaveOptions& options) { return state_->rehearse(options); }
 SaveReport File::save(const SaveOptions& options, const MXF::Progress& progress) {
   return state_->save(options, progress);
 }

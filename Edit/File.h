@@ -55,6 +55,8 @@ class File {
 
   /// What saving would write, and what it would find. Completes and signs the metadata as saving does.
   SaveReport preview(const SaveOptions& options = {});
+  /// The same, and throws what save() would throw, but for `FileGetsWorse` and for what only writing shows.
+  SaveReport rehearse(const SaveOptions& options = {});
 
   /// Saves into the file itself; writes nothing when nothing is edited. Metadata that fit are written in place, after a
   /// journal beside the file has taken the old bytes, so that a change that stops half-way can be undone. Otherwise the

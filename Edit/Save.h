@@ -47,6 +47,7 @@ struct UneditedPartition {
 struct SaveReport {
   Changes changes = {};                          ///< of the metadata of the edited partition
   std::vector<MergePlace> followed = {};         ///< the properties among them that changed with the edit
+  bool isSigned = false;                         ///< the changes include an Identification of the edit
   std::vector<EqualValue> equalValues = {};      ///< that the edit left in other sets
   std::size_t partitions = 0;                    ///< number of those with replaced metadata; 0 when nothing is edited
   std::vector<std::size_t> packs = {};           ///< the partitions whose packs get other labels

@@ -69,6 +69,7 @@ class Planner {
     before_ = MXF::readHeaderMetadata(file_.source, file_.dictionary, file_.partition);
     if (completeAndSign()) bytes = written(file_.metadata);
     auto& report = plan_.report;
+    report.isSigned = options_.signature.has_value();
     report.changes = changesBetween(old, *bytes, file_.dictionary);
     report.equalValues = equalValuesOf(*before_, file_.metadata);
     report.longValues = longValuesOf(file_.metadata);

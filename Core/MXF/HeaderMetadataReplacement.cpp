@@ -108,6 +108,13 @@ class ReportingSink : public DataIO::DataSink {
   uint64 next_ = 1;
 };
 
+ReplacementPlan planRewriting(SeekableSource& source, const Replacements& replacements) {
+  ReplacementPlan plan = planReplacements(source, replacements);
+  refuseUnlisted(source, plan.structure, plan.rooms);
+  planMovedDirectories(source, plan);
+  return plan;
+}
+
 /// Returns the size of the copy, with which the progress has not been called yet.
 uint64 writeCopy(SeekableSource& source, const Replacements& replacements, DataIO::DataSink& output,
                  const Progress& progress) {
@@ -117,9 +124,7 @@ uint64 writeCopy(SeekableSource& source, const Replacements& replacements, DataI
     DataIO::copyBytes(source, source.size(), reporting);
     return source.size();
   }
-  ReplacementPlan plan = planReplacements(source, replacements);
-  refuseUnlisted(source, plan.structure, plan.rooms);
-  planMovedDirectories(source, plan);
+  const ReplacementPlan plan = planRewriting(source, replacements);
   FileRewriter rewriter(source, plan);
   ReportingSink reporting(output, rewriter.size(), progress);
   rewriter.write(reporting);
@@ -165,6 +170,15 @@ DataIO::File::Durability replaceInPlace(const Path& file, const FileState& expec
   }
   if (changes.empty()) return DataIO::File::Durability::kSurvivesPowerFailure;
   return DataIO::File::changeInPlace(file, expected, changes, {}, oldBytes);
+}
+
+void requireReplaceable(const Path& file, const FileState& expected, const Replacements& replacements) {
+  DataIO::File::requireNoOpenChange(file, "cannot change");
+  DataIO::File::requireState(file, expected, "cannot change");
+  const FileUpdate writable(file);
+  DataIO::File::requireOneName(file);
+  FileDataSource source(file);
+  if (!fits(source, replacements)) FileRewriter(source, planRewriting(source, replacements));
 }
 
 void rewrite(SeekableSource& original, const Replacements& replacements, DataIO::DataSink& output,

@@ -102,6 +102,11 @@ DataIO::File::Durability replaceInPlace(const Path& file, const DataIO::File::Fi
                                         const Replacements& replacements,
                                         DataIO::File::OldBytes oldBytes = DataIO::File::OldBytes::kDrop);
 
+/// Looks for all that replaceInPlace(), or rewrite() onto the file itself where the replacements do not fit, would
+/// refuse, and writes nothing.
+/// @throws Exceptions as these do, but for what only writing shows, such as a full disk.
+void requireReplaceable(const Path& file, const DataIO::File::FileState& expected, const Replacements& replacements);
+
 /// Writes a copy of the file with the replacements. The copying takes a few MiB of memory for files of any size.
 ///
 /// Metadata and packs that fit keep their room. Where they do not, their partition becomes longer or shorter by a

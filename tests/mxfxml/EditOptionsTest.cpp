@@ -100,6 +100,36 @@ TEST_F(EditOptions, ADryRunOfAPartOfAnEditEndsWithOne) {
   EXPECT_TRUE(isUntouched());
 }
 
+TEST_F(EditOptions, ADryRunFailsWhereNothingCanBeWritten) {
+  const std::string real = std::filesystem::canonical(edit_.original()).string();
+  std::filesystem::permissions(real, std::filesystem::perms::owner_read);
+  const Result readOnly = set({kLaterStart, "--dry-run"});
+  EXPECT_EQ(readOnly.exitCode, 1);
+  EXPECT_EQ(readOnly.err, "mxfxml: cannot change '" + edit_.original() + "': it is read-only\n");
+  std::filesystem::permissions(real, std::filesystem::perms::owner_all);
+  std::filesystem::create_hard_link(real, real + ".link");
+  const Result linked = set({kLaterStart, "--dry-run"});
+  EXPECT_EQ(linked.exitCode, 1);
+  EXPECT_EQ(linked.err, set({kLaterStart}).err);
+  EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(EditOptions, ADryRunFailsWhereOldBytesCannotBeKept) {
+  const std::string name = "Identification.ApplicationName=" + std::string(6000, 'x');
+  const Result rehearsed = set({name, "--keep-undo", "--dry-run"});
+  EXPECT_EQ(rehearsed.exitCode, 1);
+  EXPECT_THAT(rehearsed.err, HasSubstr("the edit does not fit in place"));
+  EXPECT_EQ(rehearsed.err, set({name, "--keep-undo"}).err);
+  EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(EditOptions, RemovingAPropertyThatIsNotThereIsMentioned) {
+  const Result result = set({"--remove", "MaterialPackage.PackageUsage"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.out, "nothing is edited\n");
+  EXPECT_THAT(result.err, MatchesRegex("mxfxml: .*: the MaterialPackage .* has no PackageUsage to remove\n"));
+}
+
 // --only
 
 const std::string kNewPackage =
@@ -165,7 +195,8 @@ TEST_F(EditOptions, SignAddsAnIdentificationWithItsGenerationAndDates) {
   const Result result = set({"Timecode[2].StartTimecode=90000", "--sign"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.err, hint(kMaterialTimecode));
-  EXPECT_EQ(result.out, "2 sets changed (5 properties), 1 added; written to 2 partitions, " + std::string(kTwice));
+  EXPECT_EQ(result.out,
+            "2 sets changed (5 properties), 1 added; signed; written to 2 partitions, " + std::string(kTwice));
   const std::string xml = edit_.flat(edit_.original());
   const auto identifications = partsOf(xml, "<s377m:Identification ", "</s377m:Identification>");
   ASSERT_EQ(identifications.size(), 2u);

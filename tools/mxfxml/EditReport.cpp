@@ -43,9 +43,8 @@ std::string keptText(const std::vector<Edit::MergePlace>& kept) {
   std::string text = count == 0 ? "" : sets(count);
   if (count != 0 && count != kept.size()) text += " and ";
   if (count != kept.size()) text += properties(kept.size() - count);
-  text += std::string(" that the document lacks ") + (kept.size() == 1 ? "is" : "are") +
-          " kept, since parts of it could not be read";
-  return kept.size() > kMostNamed ? text + "; --strict refuses such documents" : text;
+  return text + " that the document lacks " + (kept.size() == 1 ? "is" : "are") +
+         " kept, since parts of it could not be read";
 }
 
 std::string remarkOn(const Edit::UneditedPartition& partition) {
@@ -93,7 +92,7 @@ std::string followedText(const Edit::SaveReport& report) {
 
 std::string editSummaryOf(const Edit::SaveReport& report, const std::string& verb) {
   if (report.changes.isNone()) return "nothing is edited";
-  return changesText(report.changes) + followedText(report) + "; " + verb + " to " +
+  return changesText(report.changes) + followedText(report) + (report.isSigned ? "; signed; " : "; ") + verb + " to " +
          counted(report.partitions, "partition", "partitions, which repeat each other");
 }
 
@@ -112,6 +111,13 @@ void printSaveRemarks(const Path& file, const Edit::SaveReport& report) {
   printRemarks(file, report.longValues);
   printUnedited(file, report.unedited);
   for (const auto& value : report.equalValues) printMessage(file.u8string() + ": " + hintOn(value));
+}
+
+/// What the user permitted needs no line.
+void printNotes(const Path& file, const Edit::SaveReport& report) {
+  for (const auto& finding : report.findings) {
+    if (finding.rule->severity == Edit::Severity::kNote) printMessage(file.u8string() + ": " + lineOf(finding));
+  }
 }
 
 [[noreturn]] void refuse(const std::vector<Edit::Finding>& findings) {
@@ -163,6 +169,7 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
   try {
     const auto report =
         copy ? edited.saveCopy(*copy, saving, progress.progress()) : edited.save(saving, progress.progress());
+    printNotes(file, report);
     printSaveRemarks(file, report);
     printSummary(editSummaryOf(report, "written"), copy.value_or(file), report.durability);
   } catch (const Edit::FileGetsWorse& refusal) {
@@ -174,7 +181,7 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
 
 void previewEdits(Edit::File& edited, const Path& file, const EditOptions& options) {
   const auto saving = options.saving();
-  const auto report = edited.preview(saving);
+  const auto report = edited.rehearse(saving);
   std::string text = differenceLines(edited.compare());
   for (const auto& finding : report.findings) text += lineOf(finding) + "\n";
   writeStandardOutput(text + editSummaryOf(report, "would be written") + "\n");
