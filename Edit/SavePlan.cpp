@@ -107,8 +107,7 @@ class Planner {
 
   void planRepetitions(const SharedPtr<const Bytes>& bytes) {
     Repetitions repetitions(file_.source, structure_);
-    SharedPtr<const Bytes> ofLast;
-    std::optional<UneditedPartition::Reason> reason;
+    Repetition last;
     for (std::size_t i = 1; i < structure_.partitions.size(); ++i) {
       const auto& partition = structure_.partitions[i];
       if (partition.damaged || partition.pack.headerByteCount == 0) continue;
@@ -117,32 +116,28 @@ class Planner {
         plan_.replacements.metadata.emplace_back(i, bytes);
         continue;
       }
-      if (like == Repetitions::Like::kNone) {
-        reason.reset();
-        ofLast = repetitionOf(partition, reason);
-      }
-      if (reason) {
-        plan_.report.unedited.push_back({i, *reason});
-      } else if (ofLast != nullptr) {
-        plan_.replacements.metadata.emplace_back(i, ofLast);
+      if (like == Repetitions::Like::kNone) last = repetitionOf(partition);
+      if (last.bytes == nullptr) {
+        plan_.report.unedited.push_back({i, last.reason});
+      } else {
+        plan_.replacements.metadata.emplace_back(i, last.bytes);
       }
     }
   }
 
-  /// The edited metadata of another partition; null, with a reason, when it does not repeat those of the edited one.
-  SharedPtr<const Bytes> repetitionOf(const MXF::PartitionInfo& partition,
-                                      std::optional<UneditedPartition::Reason>& reason) {
+  /// The edited metadata of another partition, or why it has none.
+  struct Repetition {
+    SharedPtr<const Bytes> bytes = nullptr;
+    UneditedPartition::Reason reason = UneditedPartition::Reason::kOtherMetadata;  // where there are no bytes
+  };
+  Repetition repetitionOf(const MXF::PartitionInfo& partition) {
     const auto other = MXF::readHeaderMetadata(file_.source, file_.dictionary, partition);
-    if (!comparePartitions(*before_, *other).isEqual()) {
-      reason = UneditedPartition::Reason::kOtherMetadata;
-    } else if (!haveSameInstanceUIDs(*before_, *other)) {
-      reason = UneditedPartition::Reason::kOtherInstanceUIDs;
-    } else {
-      reserveDarkTags(*other);
-      if (merge(*other, *before_, {file_.metadata}, Scope(*before_)).rejected.empty()) return written(*other);
-      reason = UneditedPartition::Reason::kUnidentifiedSets;
-    }
-    return nullptr;
+    if (!comparePartitions(*before_, *other).isEqual()) return {nullptr, UneditedPartition::Reason::kOtherMetadata};
+    if (!haveSameInstanceUIDs(*before_, *other)) return {nullptr, UneditedPartition::Reason::kOtherInstanceUIDs};
+    reserveDarkTags(*other);
+    const auto rejected = merge(*other, *before_, {file_.metadata}, Scope(*before_)).rejected;
+    if (!rejected.empty()) return {nullptr, UneditedPartition::Reason::kUnidentifiedSets};
+    return {written(*other)};
   }
 
   void planPacks() {
