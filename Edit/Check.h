@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -76,8 +77,16 @@ SharedPtr<const PartitionMetadata> readMetadata(const Bytes& bytes,
 /// and properties. Any number of threads may check the same state.
 std::vector<Finding> check(const FileState& state);
 
-/// The findings of `after` that `before` does not have, by rule, partition, set and property; the arguments do not
-/// count.
-std::vector<Finding> newFindings(const std::vector<Finding>& before, std::vector<Finding> after);
+/// Whether an edit has changed a property. @param set  `MetadataSet::fullName`. @param property  its symbol; empty for
+/// the set as a whole.
+using IsChanged = std::function<bool(const std::string& set, const std::string& property)>;
+
+/// The findings of `after` that `before` does not have. Each finding of `before` accounts for one in each of its
+/// partitions: the one with the same arguments, else one with others in the same place, which is what an edit elsewhere
+/// may make of it.
+/// @param isChanged  for these properties other arguments are a new finding; by default for none.
+/// @return in the order of `after`.
+std::vector<Finding> newFindings(const std::vector<Finding>& before, std::vector<Finding> after,
+                                 const IsChanged& isChanged = {});
 
 }  // namespace Vantor::Edit

@@ -104,17 +104,45 @@ class SchemeIndex {
   std::unordered_set<uint64> wholeNodes_;
 };
 
+/// The keys of frameworks, each once: no more than the dictionary has.
+std::vector<const KLV::Key*> keysOf(const std::vector<const MetadataSet*>& frameworks) {
+  std::unordered_set<const MetaMetadata::MetaMetadataSet*> kinds;
+  std::vector<const KLV::Key*> keys;
+  for (const auto* framework : frameworks) {
+    if (kinds.insert(framework->definition()).second) keys.push_back(&framework->key());
+  }
+  return keys;
+}
+
+/// Which kinds of frameworks have a scheme among some labels. Looks at each kind once.
+class ListedKinds {
+ public:
+  explicit ListedKinds(std::vector<UniversalLabel> labels) : labels_(std::move(labels)) {
+    for (const auto& label : labels_) schemes_.add(label.rawBuffer());
+  }
+
+  bool has(const MetadataSet& framework) {
+    const auto [kind, isNew] = kinds_.emplace(framework.definition(), false);
+    if (isNew) kind->second = isListed(framework.key());
+    return kind->second;
+  }
+
+ private:
+  bool isListed(const KLV::Key& key) const {
+    return schemes_.covers(key.rawBuffer()) ||
+           std::any_of(labels_.begin(), labels_.end(), [&](const auto& label) { return isSchemeOf(label, key); });
+  }
+
+  std::vector<UniversalLabel> labels_;
+  SchemeIndex schemes_;
+  std::unordered_map<const MetaMetadata::MetaMetadataSet*, bool> kinds_;
+};
+
 void checkMissingSchemes(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
-  SchemeIndex schemes;
-  const auto labels = labelsOf(*model.preface(), "DescriptiveSchemes");
-  for (const auto& label : labels) schemes.add(label.rawBuffer());
+  ListedKinds listed(labelsOf(*model.preface(), "DescriptiveSchemes"));
   for (const auto* framework : model.all("DescriptiveFramework")) {
-    const auto& key = framework->key();
-    const bool isListed =
-        schemes.covers(key.rawBuffer()) ||
-        std::any_of(labels.begin(), labels.end(), [&](const auto& label) { return isSchemeOf(label, key); });
-    if (!isListed) report.add(*framework);
+    if (!listed.has(*framework)) report.add(*framework);
   }
 }
 
@@ -123,11 +151,11 @@ void checkUnusedSchemes(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
   SchemeIndex sets;
   for (const auto* set : model.metadata().sets()) sets.add(set->key().rawBuffer());
-  const auto frameworks = model.all("DescriptiveFramework");
+  const auto keys = keysOf(model.all("DescriptiveFramework"));
   for (const auto& scheme : labelsOf(*model.preface(), "DescriptiveSchemes")) {
-    const bool isUsed = sets.isCovered(scheme.rawBuffer()) ||
-                        std::any_of(frameworks.begin(), frameworks.end(),
-                                    [&](const MetadataSet* framework) { return isSchemeOf(scheme, framework->key()); });
+    const bool isUsed =
+        sets.isCovered(scheme.rawBuffer()) ||
+        std::any_of(keys.begin(), keys.end(), [&](const auto* key) { return isSchemeOf(scheme, *key); });
     if (!isUsed) report.add(*model.preface(), "DescriptiveSchemes", {textOf(scheme)});
   }
 }

@@ -33,12 +33,10 @@ bool isEssenceTrack(const Model& model, const MetadataSet& track) {
   return definition && isEssence(*definition);
 }
 
-std::vector<const MetadataSet*> descriptorsOf(const Model& model, const Package& package) {
-  const auto* descriptor = model.target(*package.set, "EssenceDescription");
-  if (descriptor == nullptr) return {};
-  auto found = model.targets(*descriptor, "FileDescriptors");
-  found.insert(found.begin(), descriptor);
-  return found;
+const MetadataSet* linkedTrackOf(const PlacedDescriptor& descriptor) {
+  const auto& tracks = descriptor.package->byTrackID;
+  const auto found = tracks.find(integerOf(*descriptor.set, "LinkedTrackID").value_or(0));
+  return found == tracks.end() ? nullptr : found->second;
 }
 
 bool areEqual(const Types::Rational& left, const Types::Rational& right) {

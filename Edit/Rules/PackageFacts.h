@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <vector>
 
 #include "Edit/Rules/Model.h"
 
@@ -13,8 +12,8 @@ std::optional<int64> lengthOf(const Model& model, const MetadataSet& track);
 /// Whether a track has picture, sound or other essence, rather than timecode or descriptions.
 bool isEssenceTrack(const Model& model, const MetadataSet& track);
 
-/// The descriptor of a package, and those that it is made of.
-std::vector<const MetadataSet*> descriptorsOf(const Model& model, const Package& package);
+/// The track whose essence a descriptor describes; null where it names none of its package.
+const MetadataSet* linkedTrackOf(const PlacedDescriptor& descriptor);
 
 bool areEqual(const Types::Rational& left, const Types::Rational& right);
 

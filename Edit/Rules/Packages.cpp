@@ -2,7 +2,6 @@
 
 #include "Core/MXF/OperationalPattern.h"
 #include "Edit/Rules/PackageFacts.h"
-
 #include "Edit/Rules/Rule.h"
 
 /// Rules about packages, and about source clips, which lead from one to the next.

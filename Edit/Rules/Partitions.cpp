@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <set>
+#include <unordered_map>
 
 #include "Core/Comparison/PartitionComparison.h"
 #include "Edit/Rules/Model.h"
@@ -125,19 +125,35 @@ void checkPatterns(const CheckedFile& file, Report& report) {
   });
 }
 
-std::set<KLV::Key> keysOf(const std::vector<Types::UniversalLabel>& labels) {
-  std::set<KLV::Key> keys;
-  for (const auto& label : labels) keys.insert(label.key().withOctet(KLV::Key::kVersionOctet, 0));
-  return keys;
-}
+/// Sets of essence containers, each made once for packs or Prefaces that share or repeat it.
+class ContainerSets {
+ public:
+  const Labels& ofPreface(const MetadataSet& preface) {
+    const auto [found, isNew] = ofPrefaces_.try_emplace(&preface);
+    if (isNew) found->second = withoutVersions(labelsOf(preface, "EssenceContainers"));
+    return found->second;
+  }
+
+  const Labels& ofPack(const MXF::PartitionPack& pack) {
+    if (last_ == nullptr || pack.essenceContainers != *last_) ofLast_ = withoutVersions(pack.essenceContainers);
+    last_ = &pack.essenceContainers;
+    return ofLast_;
+  }
+
+ private:
+  std::unordered_map<const MetadataSet*, Labels> ofPrefaces_;
+  const std::vector<Types::UniversalLabel>* last_ = nullptr;
+  Labels ofLast_;
+};
 
 /// An open or incomplete partition may have been written before all containers were known.
 void checkContainers(const CheckedFile& file, Report& report) {
+  ContainerSets sets;
   forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
     const auto* preface = prefaceFor(file, number);
     const bool isFinal = isClosedComplete(partition) || file.modelOf(number) != nullptr;
     if (preface == nullptr || !isFinal) return;
-    const auto own = keysOf(partition.pack.essenceContainers), other = keysOf(labelsOf(*preface, "EssenceContainers"));
+    const auto &own = sets.ofPack(partition.pack), &other = sets.ofPreface(*preface);
     if (own == other) return;
     report.add(number, "EssenceContainers", {std::to_string(own.size()), std::to_string(other.size())});
   });

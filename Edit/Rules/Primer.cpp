@@ -1,9 +1,8 @@
-#include <algorithm>
 #include <map>
 #include <set>
+#include <unordered_map>
 
 #include "Core/KLV/LocalSet.h"
-#include "Core/MetaMetadata/LabelHash.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/LocalTag.h"
@@ -87,22 +86,36 @@ void checkDoubledLabels(const Model& model, Report& report) {
   }
 }
 
-/// Whether some set has a property under a static tag.
-bool hasStaticTag(const MetaMetadata::Dictionary& dictionary, const Types::UniversalLabel& label, uint16 tag) {
-  return std::any_of(dictionary.metaMetadataSetBegin(), dictionary.metaMetadataSetEnd(), [&](const auto* set) {
-    const auto* attribute = set->findAttribute(label);
-    return attribute != nullptr && attribute->staticLocalTag() == tag;
-  });
-}
+/// The properties that sets have under static tags.
+class StaticTags {
+ public:
+  explicit StaticTags(const MetaMetadata::Dictionary& dictionary) {
+    for (auto set = dictionary.metaMetadataSetBegin(); set != dictionary.metaMetadataSetEnd(); ++set) {
+      for (const auto& attribute : (*set)->attributes()) {
+        labels_[attribute.staticLocalTag()].insert(withoutVersion(attribute.metaElement()->key()));
+      }
+    }
+  }
 
-/// Several properties may have one static tag, each in its own sets; few rows get as far as looking at those.
+  bool has(uint16 tag, const Types::UniversalLabel& label) const {
+    const auto found = labels_.find(tag);
+    return found != labels_.end() && found->second.count(withoutVersion(label)) != 0;
+  }
+
+ private:
+  std::unordered_map<uint16, Labels> labels_;
+};
+
+/// Several properties may have one static tag, each in its own sets; few files have rows that get as far as these.
 void checkMappings(const Model& model, Report& report) {
   std::set<uint16> reported;
+  std::optional<StaticTags> tags;
   for (const auto& row : rowsOf(model)) {
     const auto* registered = model.dictionary().findElementByStaticTag(row.tag);
     const Types::UniversalLabel label(row.label);
     if (registered == nullptr || areSame(registered->key(), label)) continue;
-    if (hasStaticTag(model.dictionary(), label, row.tag) || !reported.insert(row.tag).second) continue;
+    if (!tags) tags.emplace(model.dictionary());
+    if (tags->has(row.tag, label) || !reported.insert(row.tag).second) continue;
     report.add({textOf(row.tag), Edit::textOf(label), registered->symbol()});
   }
 }

@@ -111,7 +111,9 @@ class Reach {
     for (const auto& identifier : identifiers) enterAll(model_.metadata().findByInstanceUID(identifier));
   }
 
+  /// Sets of one InstanceUID, all at the first reference to it.
   void enterAll(const Sets& sets) {
+    if (sets.empty() || !followed_.insert(sets.front()).second) return;
     for (const auto* set : sets) enter(*set);
   }
 
@@ -132,6 +134,7 @@ class Reach {
 
   const Model& model_;
   std::unordered_set<const MetadataSet*> reached_;
+  std::unordered_set<const MetadataSet*> followed_;  // the first ones of the InstanceUIDs that references have
   std::vector<const MetadataSet*> waiting_;
 };
 

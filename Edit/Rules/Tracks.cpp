@@ -142,34 +142,26 @@ void checkDescribedTracks(const Model& model, Report& report) {
   }
 }
 
-template <class Visit>
-void forEachDescriptor(const Model& model, Visit&& visit) {
-  for (const auto& package : model.packages()) {
-    for (const auto* descriptor : descriptorsOf(model, package)) visit(package, *descriptor);
-  }
-}
-
 /// 0 stands for none.
 void checkLinkedTracks(const Model& model, Report& report) {
-  forEachDescriptor(model, [&](const Package& package, const MetadataSet& descriptor) {
-    const auto id = integerOf(descriptor, "LinkedTrackID");
-    if (id.value_or(0) == 0 || package.byTrackID.count(*id) != 0) return;
-    report.add(descriptor, "LinkedTrackID", {package.set->name(), std::to_string(*id)});
-  });
+  for (const auto& descriptor : model.descriptors()) {
+    const auto id = integerOf(*descriptor.set, "LinkedTrackID");
+    if (id.value_or(0) == 0 || descriptor.package->byTrackID.count(*id) != 0) continue;
+    report.add(*descriptor.set, "LinkedTrackID", {descriptor.package->set->name(), std::to_string(*id)});
+  }
 }
 
 /// Counted in units of the sample rate; compared only where that is the edit rate of the track.
 void checkEssenceLengths(const Model& model, Report& report) {
-  forEachDescriptor(model, [&](const Package& package, const MetadataSet& descriptor) {
-    const auto track = package.byTrackID.find(integerOf(descriptor, "LinkedTrackID").value_or(0));
-    const auto* sampleRate = valueOf<Rational>(descriptor, "SampleRate");
-    if (track == package.byTrackID.end() || sampleRate == nullptr) return;
-    const auto* editRate = valueOf<Rational>(*track->second, "EditRate");
-    const auto length = integerOf(descriptor, "EssenceLength"), other = lengthOf(model, *track->second);
-    if (editRate == nullptr || !areEqual(*sampleRate, *editRate)) return;
-    if (length.value_or(-1) < 0 || !other || *other == *length) return;
-    report.add(descriptor, "EssenceLength", {std::to_string(*length), std::to_string(*other)});
-  });
+  for (const auto& descriptor : model.descriptors()) {
+    const auto* track = linkedTrackOf(descriptor);
+    const auto* sampleRate = valueOf<Rational>(*descriptor.set, "SampleRate");
+    const auto* editRate = track == nullptr ? nullptr : valueOf<Rational>(*track, "EditRate");
+    if (sampleRate == nullptr || editRate == nullptr || !areEqual(*sampleRate, *editRate)) continue;
+    const auto length = integerOf(*descriptor.set, "EssenceLength"), other = lengthOf(model, *track);
+    if (length.value_or(-1) < 0 || !other || *other == *length) continue;
+    report.add(*descriptor.set, "EssenceLength", {std::to_string(*length), std::to_string(*other)});
+  }
 }
 
 }  // namespace

@@ -18,6 +18,8 @@ constexpr const char16_t* kOtherPackage =
     u"06.0A.2B.34.01.01.01.05.01.01.0D.00.13.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.07";
 constexpr const char16_t* kOtherSet = u"00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.07";
 
+constexpr const char16_t* kNoLabel = u"00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00";
+
 /// An essence container that the sample does not have.
 Types::UniversalLabel otherContainer() {
   return Types::UniversalLabel(wstring(u"06.0E.2B.34.04.01.01.01.0D.01.03.01.02.06.01.00"), kDottedForm);
@@ -174,6 +176,10 @@ const std::vector<Mutation> kEssence = {
        m.find("SourcePackage").remove("EssenceDescription");
        removeTree(m, descriptor);
      }},
+    {"no-container",
+     [](Metadata& m) { m.find("AES3PCMDescriptor[1]").set("ContainerFormat", kNoLabel); },
+     {},
+     "bmx-rdd9-embedxml.header.mxf"},
     {"unlisted-container",
      [](Metadata& m) { static_cast<BatchElement&>(*m.find("Preface").find("EssenceContainers")).removeAt(1); },
      [](FileState& state) {

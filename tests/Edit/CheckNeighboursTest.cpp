@@ -174,6 +174,7 @@ const std::vector<Mutation> kLegalEssence = {
      }},
     {"essence-description",
      [](M& m) { addTo(m, "ContentStorage", "Packages", "SourcePackage").set("PackageID", kAbsentPackage); }},
+    {"no-container", [](M& m) { m.find("AES3PCMDescriptor").set("ContainerFormat", kLaterSound); }},
     {"unlisted-container", [](M& m) { m.find("AES3PCMDescriptor").set("ContainerFormat", kLaterSound); }},
     {"unused-container", [](M& m) { m.find("AES3PCMDescriptor").set("ContainerFormat", kLaterSound); }},
     {"unused-container", [](M& m) { m.find("MultipleDescriptor").remove("ContainerFormat"); }},

@@ -3,13 +3,16 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <iterator>
 #include <set>
 
 #include "Core/DataIO/Memory.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/Metadata/CollectionElements.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Types/Types.h"
 #include "tests/Edit/CheckSupport.h"
 
 namespace Vantor::Edit {
@@ -77,6 +80,73 @@ TEST(Check, ComparesFindingsByPlaceNotByValue) {
   EXPECT_THAT(newFindings(withLayout(9), withLayout(8)), IsEmpty());
   EXPECT_EQ(newFindings(withLayout(4), withLayout(8)).size(), 1u);
   EXPECT_THAT(newFindings(withLayout(9), withLayout(4)), IsEmpty());
+}
+
+Finding findingOf(const char* rule, std::vector<std::string> arguments) {
+  return {findRule(rule), {0}, "Preface", "IdentificationList", std::move(arguments)};
+}
+std::vector<std::string> newOnes(const std::vector<Finding>& before, std::vector<Finding> after,
+                                 const IsChanged& isChanged = {}) {
+  std::vector<std::string> texts;
+  for (const auto& finding : newFindings(before, std::move(after), isChanged)) texts.push_back(finding.arguments[0]);
+  return texts;
+}
+
+TEST(Check, TakesASecondFindingInOnePlaceForNew) {
+  const auto one = findingOf("dangling-reference", {"1"}), two = findingOf("dangling-reference", {"2"});
+  EXPECT_THAT(newOnes({one}, {one, two}), ElementsAre("2"));
+  EXPECT_THAT(newOnes({one}, {two, one}), ElementsAre("2"));
+  EXPECT_THAT(newOnes({one, two}, {two}), IsEmpty());
+}
+
+TEST(Check, TakesOtherArgumentsForNewWhereTheEditChangedTheProperty) {
+  const auto one = findingOf("dangling-reference", {"1"}), two = findingOf("dangling-reference", {"2"});
+  const auto isList = [](const std::string& set, const std::string& property) {
+    return set == "Preface" && property == "IdentificationList";
+  };
+  const auto isOther = [](const std::string&, const std::string& property) { return property == "Dictionary"; };
+  EXPECT_THAT(newOnes({one}, {two}, isList), ElementsAre("2"));
+  EXPECT_THAT(newOnes({one}, {two}, isOther), IsEmpty());
+  EXPECT_THAT(newOnes({one}, {one}, isList), IsEmpty());
+}
+
+TEST(Check, LetsOneFindingAccountForOneOnly) {
+  const auto one = findingOf("dangling-reference", {"1"});
+  EXPECT_THAT(newOnes({one}, {findingOf("dangling-reference", {"2"}), findingOf("dangling-reference", {"3"})}),
+              ElementsAre("3"));
+  EXPECT_THAT(newOnes({one}, {findingOf("shared-set", {"1"})}), ElementsAre("1"));
+}
+
+TEST(Check, VisitsADescriptorThatManyPackagesShareOnce) {
+  constexpr int kPackages = 50, kReferences = 50;
+  const Mutation shared{"", [](PartitionMetadata& m) {
+                          auto& whole = m.find("MultipleDescriptor");
+                          auto& list = static_cast<ReferenceArrayElement&>(*whole.find("FileDescriptors"));
+                          const auto& part = *m.find("AES3PCMDescriptor").instanceUID();
+                          for (int i = 0; i < kReferences; ++i) {
+                            list.appendUnverifiedReference(std::make_unique<Types::StrongReference>(part));
+                          }
+                          for (int i = 0; i < kPackages; ++i) {
+                            addTo(m, "ContentStorage", "Packages", "SourcePackage").set("EssenceDescription", whole);
+                          }
+                          m.find("AES3PCMDescriptor").set("LinkedTrackID", 9);
+                        }};
+  const auto found = newFindingsOf(shared);
+  EXPECT_EQ(
+      std::count_if(found.begin(), found.end(), [](const auto& text) { return text.rfind("linked-track", 0) == 0; }),
+      1);
+}
+
+TEST(Check, ReportsEqualFindingsOnce) {
+  const Mutation doubled{"", [](PartitionMetadata& m) {
+                           auto& list =
+                               static_cast<ReferenceArrayElement&>(*m.find("Preface").find("IdentificationList"));
+                           for (int i = 0; i < 2; ++i) {
+                             list.appendUnverifiedReference(
+                                 std::make_unique<Types::StrongReference>(Types::UUID(std::array<uint8, 16>{1})));
+                           }
+                         }};
+  EXPECT_EQ(newFindingsOf(doubled).size(), 1u);
 }
 
 TEST(Check, DoesNotTakeWhatARepetitionHadForNew) {
