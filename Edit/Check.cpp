@@ -17,8 +17,9 @@ namespace {
 
 using Theme = const RuleTable& (*)();
 
-constexpr std::array<Theme, 10> kThemes = {valueRules,   requiredRules,  referenceRules, trackRules,  packageRules,
-                                           essenceRules, partitionRules, labelRules,     primerRules, historyRules};
+constexpr std::array kThemes = {Theme(valueRules), descriptorRules, requiredRules, referenceRules,
+                                trackRules,        packageRules,    essenceRules,  partitionRules,
+                                labelRules,        patternRules,    primerRules,   historyRules};
 
 template <class Visit>
 void forEachRow(Visit&& visit) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,11 +54,20 @@ struct FileState {
     /// Its header metadata, with all rows of the primer pack as they were read; null when it has none, or none that can
     /// be read. Repetitions share one object, and rules look at it once.
     SharedPtr<const PartitionMetadata> metadata;
-    std::string problem;  ///< why its metadata cannot be read; empty when they can, or when it has none
+    std::string problem;           ///< why its metadata cannot be read; empty when they can, or when it has none
+    std::string countProblem;      ///< why its pack's count of metadata bytes is wrong; empty when it is right
+    std::string directoryProblem;  ///< what is wrong with its object directory; empty when it has a sound one, or none
   };
-  uint64 fileSize = 0;                ///< in bytes
-  uint64 runIn = 0;                   ///< bytes before the header partition pack
-  std::vector<Partition> partitions;  ///< in file order, the header partition first
+  /// An entry of the random index pack.
+  struct IndexEntry {
+    uint32 bodySID = 0;
+    uint64 offset = 0;  ///< of a partition pack, from the header partition pack
+  };
+  uint64 fileSize = 0;                                      ///< in bytes
+  uint64 runIn = 0;                                         ///< bytes before the header partition pack
+  std::vector<Partition> partitions = {};                   ///< in file order, the header partition first
+  std::optional<std::vector<IndexEntry>> randomIndex = {};  ///< none when there is no random index pack
+  std::string randomIndexProblem = {};                      ///< why it cannot be read, or found; else empty
 };
 
 /// Reads what rules look at; no essence, whatever the file's size.

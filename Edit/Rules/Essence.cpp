@@ -34,9 +34,14 @@ NamedStreams ofEssenceData(const Model& model) {
   return streams;
 }
 
+/// Whether the file has partitions that were not found: the random index pack lists more of them.
+bool missesPartitions(const FileState& file) {
+  return file.randomIndex && file.randomIndex->size() > file.partitions.size();
+}
+
 /// Reports the streams of EssenceData that are in no partition of a whole file.
 void checkStreams(const CheckedFile& file, const char* property, Streams NamedStreams::*kind, Report& report) {
-  if (file.best() == nullptr || file.isCut()) return;
+  if (file.best() == nullptr || file.isCut() || missesPartitions(file.state())) return;
   const auto streams = ofPartitions(file);
   Report ofMetadata = report.about(file.best()->partitions());
   for (const auto* data : file.best()->all("EssenceData")) {
