@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <string_view>
 #include <unordered_set>
 
 #include "Core/DataIO/BigEndian.h"
@@ -128,6 +129,38 @@ void checkEssenceLabels(const Model& model, Report& report) {
   });
 }
 
+/// Where the register has the labels of a property: what these have from octet 9 on.
+struct Branch {
+  std::string_view property;
+  std::string_view octets;
+};
+constexpr std::array<Branch, 8> kBranches = {{{"PictureCompression", "\x04\x01\x02"},
+                                              {"SoundCompression", "\x04\x02\x02"},
+                                              {"ContainerFormat", "\x0d\x01\x03"},
+                                              {"EssenceContainers", "\x0d\x01\x03"},
+                                              {"TransferCharacteristic", "\x04\x01\x01\x01\x01"},
+                                              {"CodingEquations", "\x04\x01\x01\x01\x02"},
+                                              {"ColorPrimaries", "\x04\x01\x01\x01\x03"},
+                                              {kDataDefinition, "\x01\x03\x02"}}};
+
+/// ST 400: 0E and 0F in octet 9 are of organisations and experiments, for whatever these like.
+bool isElsewhere(const UniversalLabel& label, std::string_view octets) {
+  constexpr uint8 kOrganisations = 0x0e;
+  constexpr std::size_t kStart = 8;
+  const auto isEqual = [](char left, uint8 right) { return static_cast<uint8>(left) == right; };
+  return label.octet(9) < kOrganisations &&
+         !std::equal(octets.begin(), octets.end(), label.rawBuffer() + kStart, isEqual);
+}
+
+void checkBranches(const Model& model, Report& report) {
+  forEachLabel(model, [&](const MetadataSet& set, const std::string& symbol, const UniversalLabel& label) {
+    const auto* branch = std::find_if(kBranches.begin(), kBranches.end(),
+                                      [&](const Branch& candidate) { return candidate.property == symbol; });
+    if (branch == kBranches.end() || !isRegistryLabel(label) || builtInLabels().findLabel(label) == nullptr) return;
+    if (isElsewhere(label, branch->octets)) report.add(set, symbol, {textOf(label)});
+  });
+}
+
 void checkKnownDefinitions(const Model& model, Report& report) {
   const KnownLabels known(model);
   for (const auto* component : model.all("Component")) {
@@ -230,6 +263,8 @@ const RuleTable& labelRules() {
       {{"unknown-label", Severity::kNote, "no register has the label {label}", "ST 400"}, checkKnown},
       {{"essence-label", Severity::kWarning, "{label} is no SMPTE label", "ST 298; ST 377-1, File Descriptor"},
        checkEssenceLabels},
+      {{"label-kind", Severity::kWarning, "the label {label} stands for something of another kind", "ST 400"},
+       checkBranches},
       {{"unknown-data-definition", Severity::kWarning, "no register has the data definition {label}",
         "ST 377-1, Structural Component; ST 400"},
        checkKnownDefinitions},

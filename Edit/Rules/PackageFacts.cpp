@@ -31,14 +31,14 @@ std::optional<int64> lengthOf(const Model& model, const MetadataSet& track) {
   return length.value_or(-1) < 0 ? std::nullopt : length;
 }
 
-EssenceKind essenceKindOf(const Model& model, const MetadataSet& track) {
+std::optional<Types::UniversalLabel> dataDefinitionOf(const Model& model, const MetadataSet& track) {
   const auto* segment = model.target(track, "TrackSegment");
-  const auto definition = segment == nullptr ? std::nullopt : labelOf(*segment, "ComponentDataDefinition");
-  return definition ? essenceKindOf(*definition) : EssenceKind::kNone;
+  return segment == nullptr ? std::nullopt : labelOf(*segment, "ComponentDataDefinition");
 }
 
 bool isEssenceTrack(const Model& model, const MetadataSet& track) {
-  return essenceKindOf(model, track) != EssenceKind::kNone;
+  const auto definition = dataDefinitionOf(model, track);
+  return definition && essenceKindOf(*definition) != EssenceKind::kNone;
 }
 
 const MetadataSet* linkedTrackOf(const PlacedDescriptor& descriptor) {

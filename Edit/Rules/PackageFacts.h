@@ -15,8 +15,8 @@ enum class EssenceKind { kNone, kPicture, kSound, kData };
 
 /// What a data definition stands for; none for timecode, descriptions, and labels that are no data definitions.
 EssenceKind essenceKindOf(const Types::UniversalLabel& definition);
-/// The kind of essence that a track has, by the data definition of its segment.
-EssenceKind essenceKindOf(const Model& model, const MetadataSet& track);
+/// That of a track's segment.
+std::optional<Types::UniversalLabel> dataDefinitionOf(const Model& model, const MetadataSet& track);
 /// Whether a track has picture, sound or other essence, rather than timecode or descriptions.
 bool isEssenceTrack(const Model& model, const MetadataSet& track);
 

@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "Core/Comparison/ValueText.h"
 #include "Core/MXF/OperationalPattern.h"
 #include "Edit/Rules/PackageFacts.h"
 #include "Edit/Rules/Rule.h"
@@ -129,26 +128,32 @@ std::optional<Extent> extentOf(const Model& model, const Clip& clip) {
   return Extent{*start, *length, *available, *rate, *other};
 }
 
+/// Compared where both tracks count in the same units.
+void checkSourceLengths(const Model& model, Report& report) {
+  forEachClip(model, [&](const Clip& clip) {
+    const auto extent = extentOf(model, clip);
+    if (!extent || !areEqual(extent->rate, extent->other)) return;
+    if (extent->start <= extent->available - extent->length) return;
+    report.add(clip.set, "ComponentLength",
+               {std::to_string(extent->length), std::to_string(extent->start), std::to_string(extent->available)});
+  });
+}
+
 double secondsOf(int64 units, const Rational& rate) {
   return static_cast<double>(units) * rate.denominator() / rate.numerator();
 }
 
 /// A clip in other units than its source's may end within the last of these.
-bool fits(const Extent& extent) {
-  if (areEqual(extent.rate, extent.other)) return extent.start <= extent.available - extent.length;
-  const double end = secondsOf(extent.start, extent.rate) + secondsOf(extent.length, extent.rate);
-  const double unit = std::max(secondsOf(1, extent.rate), secondsOf(1, extent.other));
-  constexpr double kRounding = 1.001;
-  return end <= secondsOf(extent.available, extent.other) + unit * kRounding;
-}
-
-void checkSourceLengths(const Model& model, Report& report) {
+void checkSourceDurations(const Model& model, Report& report) {
   forEachClip(model, [&](const Clip& clip) {
     const auto extent = extentOf(model, clip);
-    if (!extent || fits(*extent)) return;
-    report.add(clip.set, "ComponentLength",
-               {std::to_string(extent->length), std::to_string(extent->start), valueText(extent->rate),
-                std::to_string(extent->available), valueText(extent->other)});
+    if (!extent || areEqual(extent->rate, extent->other)) return;
+    const double end = secondsOf(extent->start, extent->rate) + secondsOf(extent->length, extent->rate);
+    const double available = secondsOf(extent->available, extent->other);
+    const double unit = std::max(secondsOf(1, extent->rate), secondsOf(1, extent->other));
+    constexpr double kRounding = 1.001;
+    if (end <= available + unit * kRounding) return;
+    report.add(clip.set, "ComponentLength", {std::to_string(end), std::to_string(available)});
   });
 }
 
@@ -190,10 +195,12 @@ const RuleTable& packageRules() {
        checkLowerPackages},
       {{"source-track", Severity::kError, "the {package} has no track {number}", "ST 377-1, Source Clip"},
        checkSourceTracks},
-      {{"source-length", Severity::kWarning,
-        "the clip takes {length} from {start} on at the edit rate {rate}, its source has {length} at {rate}",
+      {{"source-length", Severity::kWarning, "the clip takes {length} from {start} on, its source has {length}",
         "ST 377-1, Source Clip"},
        checkSourceLengths},
+      {{"source-duration", Severity::kWarning, "the clip ends at {seconds} s of its source, which lasts {seconds} s",
+        "ST 377-1, Source Clip"},
+       checkSourceDurations},
       {{"start-position", Severity::kWarning, "the clip starts at {start}, before its source", "ST 377-1, Source Clip"},
        checkStarts},
       {{"source-kind", Severity::kWarning, "the clip's data definition is {own}, that of its source {other}",

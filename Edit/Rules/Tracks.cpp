@@ -198,8 +198,8 @@ void checkDescribedKinds(const Model& model, Report& report) {
   for (const auto& descriptor : model.descriptors()) {
     const auto* track = linkedTrackOf(descriptor);
     const auto own = describedKind(model, *descriptor.set);
-    const auto other = track == nullptr ? EssenceKind::kNone : essenceKindOf(model, *track);
-    if (own == EssenceKind::kNone || track == nullptr || own == other) continue;
+    const auto other = track == nullptr ? std::nullopt : dataDefinitionOf(model, *track);
+    if (own == EssenceKind::kNone || !other || own == essenceKindOf(*other)) continue;
     report.add(*descriptor.set, "LinkedTrackID", {std::to_string(*integerOf(*track, "TrackID"))});
   }
 }

@@ -79,6 +79,8 @@ const std::vector<Mutation> kLabels = {
      [](Metadata& m) {
        m.find("MPEGVideoDescriptor").set("PictureCompression", u"06.00.00.00.0E.00.00.00.2B.00.00.00.34.00.00.00");
      }},
+    {"label-kind", [](Metadata& m) { m.find("MPEGVideoDescriptor").set("PictureCompression", kOtherPattern); }},
+    {"label-kind", [](Metadata& m) { m.find("MPEGVideoDescriptor").set("CodingEquations", kOtherPattern); }},
     {"unknown-data-definition",
      [](Metadata& m) {
        addMarker(m).set("ComponentDataDefinition", kUnregisteredLabel);

@@ -244,7 +244,7 @@ const std::vector<Mutation> kPackages = {
     {"lower-source-package", [](Metadata& m) { m.find("SourceClip[3]").set("SourcePackageID", kOtherPackage); }},
     {"source-track", [](Metadata& m) { m.find("SourceClip[1]").set("SourceTrackID", 9); }},
     {"source-length", [](Metadata& m) { m.find("SourceClip[1]").set("StartPosition", 1); }},
-    {"source-length", [](Metadata& m) { m.find("TimelineTrack[5]").set("EditRate", Rational(50, 1)); }},
+    {"source-duration", [](Metadata& m) { m.find("TimelineTrack[5]").set("EditRate", Rational(50, 1)); }},
     {"start-position", [](Metadata& m) { m.find("SourceClip[1]").set("StartPosition", -1); }},
     {"source-kind", [](Metadata& m) { m.find("SourceClip[1]").set("SourceTrackID", 3); }},
 };

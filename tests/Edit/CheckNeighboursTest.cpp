@@ -195,7 +195,7 @@ const std::vector<Mutation> kLegalPackages = {
     {"source-track", [](M& m) { m.find("SourceClip[3]").set("SourceTrackID", 9); }},
     {"source-length", [](M& m) { m.find("SourceClip[1]").set("ComponentLength", -1); }},
     {"source-length", [](M& m) { m.find("Sequence[5]").set("ComponentLength", -1); }},
-    {"source-length",
+    {"source-duration",
      [](M& m) {
        m.find("TimelineTrack[2]").set("EditRate", Rational(50, 1));
        m.find("SourceClip[1]").set("ComponentLength", 6);
@@ -305,6 +305,10 @@ const std::vector<Mutation> kLegalLabels = {
     {"essence-label",
      [](M& m) {
        m.find("MPEGVideoDescriptor").set("PictureCompression", u"06.0E.2B.34.01.01.01.FF.4B.46.41.41.00.0D.4D.4F");
+     }},
+    {"label-kind",
+     [](M& m) {
+       m.find("MPEGVideoDescriptor").set("PictureCompression", u"06.0E.2B.34.04.01.01.0A.04.01.02.02.03.01.01.01");
      }},
     {"unknown-data-definition",
      [](M& m) {

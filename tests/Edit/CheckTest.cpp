@@ -121,26 +121,6 @@ TEST(Check, LetsOneFindingAccountForOneOnly) {
   EXPECT_THAT(newOnes({one}, {findingOf("shared-set", {"1"})}), ElementsAre("1"));
 }
 
-TEST(Check, VisitsADescriptorThatManyPackagesShareOnce) {
-  constexpr int kPackages = 50, kReferences = 50;
-  const Mutation shared{"", [](PartitionMetadata& m) {
-                          auto& whole = m.find("MultipleDescriptor");
-                          auto& list = static_cast<ReferenceArrayElement&>(*whole.find("FileDescriptors"));
-                          const auto& part = *m.find("AES3PCMDescriptor").instanceUID();
-                          for (int i = 0; i < kReferences; ++i) {
-                            list.appendUnverifiedReference(std::make_unique<Types::StrongReference>(part));
-                          }
-                          for (int i = 0; i < kPackages; ++i) {
-                            addTo(m, "ContentStorage", "Packages", "SourcePackage").set("EssenceDescription", whole);
-                          }
-                          m.find("AES3PCMDescriptor").set("LinkedTrackID", 9);
-                        }};
-  const auto found = newFindingsOf(shared);
-  EXPECT_EQ(
-      std::count_if(found.begin(), found.end(), [](const auto& text) { return text.rfind("linked-track", 0) == 0; }),
-      1);
-}
-
 TEST(Check, ReportsEqualFindingsOnce) {
   const Mutation doubled{"", [](PartitionMetadata& m) {
                            auto& list =
