@@ -271,7 +271,7 @@ const RuleTable& partitionRules() {
         "ST 377-1, Random Index Pack"},
        checkRandomIndex},
       {{"random-index-count", Severity::kWarning,
-        "the random index pack lists {number} partitions, the file has {number}", "ST 377-1, Random Index Pack"},
+        "the random index pack lists {number} partitions, the partition packs {number}", "ST 377-1, Random Index Pack"},
        checkIndexCount},
       {{"random-index-entry", Severity::kWarning,
         "the random index pack has stream {number} at {offset}, the file stream {number} at {offset}",

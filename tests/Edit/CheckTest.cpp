@@ -193,6 +193,16 @@ TEST(Check, FindsARandomIndexPackThatPointsElsewhere) {
   EXPECT_THAT(codesOf(bytes), ElementsAre("random-index-entry"));
 }
 
+/// Without the body partition, the packs seem to be all right, and its stream seems to be nowhere.
+TEST(Check, FindsABodyPartitionThatTheFooterSkips) {
+  auto bytes = bytesOf("op1a.mxf");
+  const auto state = stateOf("op1a.mxf");
+  constexpr std::size_t kPreviousPartition = 20 + 16;
+  const auto at = static_cast<std::size_t>(state.partitions[2].info.offset) + kPreviousPartition;
+  bytes.replace(at, 8, 8, '\0');
+  EXPECT_THAT(codesOf(bytes), ElementsAre("random-index-count"));
+}
+
 /// A file with an object directory; none where it is not there.
 std::optional<Path> directorySample() {
   for (const auto& path : sampleFiles()) {
