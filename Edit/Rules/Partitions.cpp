@@ -49,7 +49,7 @@ void checkDirectories(const CheckedFile& file, Report& report) {
   }
 }
 
-void checkKinds(const CheckedFile& file, Report& report) {
+void checkPartitionKinds(const CheckedFile& file, Report& report) {
   const auto& partitions = file.state().partitions;
   for (std::size_t i = 0; i < partitions.size(); ++i) {
     const auto kind = partitions[i].info.pack.kind;
@@ -263,7 +263,7 @@ const RuleTable& partitionRules() {
       {{"partition-kind", Severity::kError,
         "only the first partition can be the header partition, and only the last one the footer partition",
         "ST 377-1, Partition Pack"},
-       checkKinds},
+       checkPartitionKinds},
       {{"footer-kind", Severity::kError, "the header partition names this one as the footer partition, which it is not",
         "ST 377-1, Partition Pack"},
        checkNamedFooter},

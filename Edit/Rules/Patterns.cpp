@@ -42,11 +42,11 @@ void checkComplexity(const Model& model, Report& report) {
   report.add(*model.preface(), "OperationalPattern", {textOf(*pattern)});
 }
 
-using Packages = std::unordered_set<const Package*>;
+using FilePackages = std::unordered_set<const Package*>;
 
 /// The packages that the essence tracks of material packages refer to.
-Packages topLevelPackages(const Model& model) {
-  Packages packages;
+FilePackages topLevelPackages(const Model& model) {
+  FilePackages packages;
   for (const auto& component : model.components()) {
     if (!model.is(*component.package->set, "MaterialPackage") || !isEssenceTrack(model, *component.track)) continue;
     const auto* source = model.package(*component.set, "SourcePackageID");

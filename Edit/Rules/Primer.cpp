@@ -16,8 +16,8 @@ namespace {
 
 constexpr uint16 kFirstDynamicTag = 0x8000;
 
-std::string textOf(uint16 tag) { return Utils::wstringToString(Types::LocalTag(tag).toString()); }
-std::string textOf(const KLV::Key& key) { return Edit::textOf(Types::UniversalLabel(key)); }
+std::string tagText(uint16 tag) { return Utils::wstringToString(Types::LocalTag(tag).toString()); }
+std::string labelText(const KLV::Key& key) { return textOf(Types::UniversalLabel(key)); }
 
 const Templates::vector<KLV::PrimerEntry>& rowsOf(const Model& model) {
   return model.metadata().partitionDictionary().primerEntries();
@@ -34,7 +34,7 @@ void forEachTag(const MetadataSet& set, Visit&& visit) {
   try {
     for (const auto& item :
          KLV::readLocalSet(KLV::localSetCoding(set.key()), dark->value().data(), dark->value().size())) {
-      visit(textOf(item.tag), item.tag);
+      visit(tagText(item.tag), item.tag);
     }
   } catch (const Exceptions::BaseException&) {
     // What is no local set has no local tags.
@@ -48,7 +48,7 @@ void checkTags(const Model& model, bool isDynamic, Report& report) {
   for (const auto* set : model.metadata().sets()) {
     forEachTag(*set, [&](const std::string& property, uint16 tag) {
       if ((tag >= kFirstDynamicTag) != isDynamic || tags.tryFind(tag) != nullptr) return;
-      if (missing.insert(tag).second) report.add(*set, property, {textOf(tag)});
+      if (missing.insert(tag).second) report.add(*set, property, {tagText(tag)});
     });
   }
 }
@@ -68,13 +68,13 @@ void forEachSecondRow(const Model& model, Visit&& visit) {
 
 void checkDoubledRows(const Model& model, Report& report) {
   forEachSecondRow(model, [&](uint16 tag, const KLV::Key& label, const KLV::Key& first) {
-    if (label == first) report.add({textOf(tag)});
+    if (label == first) report.add({tagText(tag)});
   });
 }
 
 void checkContradictions(const Model& model, Report& report) {
   forEachSecondRow(model, [&](uint16 tag, const KLV::Key& label, const KLV::Key& first) {
-    if (label != first) report.add({textOf(tag), textOf(first), textOf(label)});
+    if (label != first) report.add({tagText(tag), labelText(first), labelText(label)});
   });
 }
 
@@ -82,7 +82,8 @@ void checkDoubledLabels(const Model& model, Report& report) {
   std::map<KLV::Key, uint16> tags;
   for (const auto& row : rowsOf(model)) {
     const auto [first, isFirst] = tags.emplace(row.label, row.tag);
-    if (!isFirst && first->second != row.tag) report.add({textOf(row.label), textOf(first->second), textOf(row.tag)});
+    if (!isFirst && first->second != row.tag)
+      report.add({labelText(row.label), tagText(first->second), tagText(row.tag)});
   }
 }
 
@@ -116,7 +117,7 @@ void checkMappings(const Model& model, Report& report) {
     if (registered == nullptr || areSame(registered->key(), label)) continue;
     if (!tags) tags.emplace(model.dictionary());
     if (tags->has(row.tag, label) || !reported.insert(row.tag).second) continue;
-    report.add({textOf(row.tag), Edit::textOf(label), registered->symbol()});
+    report.add({tagText(row.tag), textOf(label), registered->symbol()});
   }
 }
 
