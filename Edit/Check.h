@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,11 +54,20 @@ struct FileState {
     /// Its header metadata, with all rows of the primer pack as they were read; null when it has none, or none that can
     /// be read. Repetitions share one object, and rules look at it once.
     SharedPtr<const PartitionMetadata> metadata;
-    std::string problem;  ///< why its metadata cannot be read; empty when they can, or when it has none
+    std::string problem;           ///< why its metadata cannot be read; empty when they can, or when it has none
+    std::string countProblem;      ///< why its pack's count of metadata bytes is wrong; empty when it is right
+    std::string directoryProblem;  ///< what is wrong with its object directory; empty when it has a sound one, or none
   };
-  uint64 fileSize = 0;                ///< in bytes
-  uint64 runIn = 0;                   ///< bytes before the header partition pack
-  std::vector<Partition> partitions;  ///< in file order, the header partition first
+  /// An entry of the random index pack.
+  struct IndexEntry {
+    uint32 bodySID = 0;
+    uint64 offset = 0;  ///< of a partition pack, from the header partition pack
+  };
+  uint64 fileSize = 0;                                      ///< in bytes
+  uint64 runIn = 0;                                         ///< bytes before the header partition pack
+  std::vector<Partition> partitions = {};                   ///< in file order, the header partition first
+  std::optional<std::vector<IndexEntry>> randomIndex = {};  ///< none when there is no random index pack
+  std::string randomIndexProblem = {};                      ///< why it cannot be read, or found; else empty
 };
 
 /// Reads what rules look at; no essence, whatever the file's size.
@@ -76,8 +87,16 @@ SharedPtr<const PartitionMetadata> readMetadata(const Bytes& bytes,
 /// and properties. Any number of threads may check the same state.
 std::vector<Finding> check(const FileState& state);
 
-/// The findings of `after` that `before` does not have, by rule, partition, set and property; the arguments do not
-/// count.
-std::vector<Finding> newFindings(const std::vector<Finding>& before, std::vector<Finding> after);
+/// Whether an edit has changed a property. @param set  `MetadataSet::fullName`. @param property  its symbol; empty for
+/// the set as a whole.
+using IsChanged = std::function<bool(const std::string& set, const std::string& property)>;
+
+/// The findings of `after` that `before` does not have. Each finding of `before` accounts for one in each of its
+/// partitions: the one with the same arguments, else one with others in the same place, which is what an edit elsewhere
+/// may make of it.
+/// @param isChanged  for these properties other arguments are a new finding; by default for none.
+/// @return in the order of `after`.
+std::vector<Finding> newFindings(const std::vector<Finding>& before, std::vector<Finding> after,
+                                 const IsChanged& isChanged = {});
 
 }  // namespace Vantor::Edit

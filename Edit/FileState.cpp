@@ -3,6 +3,8 @@
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/MetadataRoom.h"
+#include "Core/MXF/ObjectDirectory.h"
+#include "Core/MXF/RandomIndexPack.h"
 #include "Core/Platform/Exceptions.h"
 #include "Edit/Check.h"
 #include "Edit/Repetitions.h"
@@ -22,11 +24,16 @@ class StateReader {
         repetitions_(source, structure_) {}
 
   FileState read() {
-    FileState state{structure_.fileSize, structure_.runIn, {}};
+    FileState state{structure_.fileSize, structure_.runIn};
     for (std::size_t i = 0; i < structure_.partitions.size(); ++i) {
-      state.partitions.push_back({structure_.partitions[i], nullptr, {}});
-      if (hasMetadata(structure_.partitions[i]) || (i == 0 && !leavesMetadataToALaterOne())) readMetadata(i, state);
+      auto& partition = state.partitions.emplace_back();
+      partition.info = structure_.partitions[i];
+      if (!hasMetadata(partition.info) && (i != 0 || leavesMetadataToALaterOne())) continue;
+      readMetadata(i, state);
+      if (partition.problem.empty()) checkRoom(i, partition);
     }
+    // Without a footer partition, long essence may stand where the pack would.
+    if (MXF::isFooter(structure_.partitions.back()) && !structure_.partitions.back().damaged) readRandomIndex(state);
     return state;
   }
 
@@ -63,6 +70,31 @@ class StateReader {
     } catch (const ParseError& error) {
       if (number == 0) throw;
       partition.problem = error.what();
+    }
+  }
+
+  void checkRoom(std::size_t number, FileState::Partition& partition) {
+    std::string* problem = &partition.countProblem;
+    try {
+      const auto room = MXF::findMetadataRoom(source_, structure_, number);
+      problem = &partition.directoryProblem;
+      if (room && room->hasObjectDirectory) MXF::requireSoundDirectory(MXF::readRoom(source_, *room), room->offset);
+    } catch (const Exceptions::BaseException& error) {
+      *problem = error.what();
+    }
+  }
+
+  void readRandomIndex(FileState& state) {
+    try {
+      const auto pack = MXF::findRandomIndexPack(source_, structure_.partitions.back().packEnd);
+      if (!pack) return;
+      auto& entries = state.randomIndex.emplace();
+      MXF::readRandomIndexEntries(source_, *pack, [&](uint32 bodySID, uint64 offset) {
+        entries.push_back({bodySID, offset});
+      });
+    } catch (const ParseError& error) {
+      state.randomIndex.reset();
+      state.randomIndexProblem = error.what();
     }
   }
 

@@ -1,5 +1,4 @@
 #include <set>
-#include <unordered_set>
 
 #include "Edit/Rules/PackageFacts.h"
 #include "Edit/Rules/Rule.h"
@@ -35,9 +34,14 @@ NamedStreams ofEssenceData(const Model& model) {
   return streams;
 }
 
+/// Whether the file has partitions that were not found: the random index pack lists more of them.
+bool missesPartitions(const FileState& file) {
+  return file.randomIndex && file.randomIndex->size() > file.partitions.size();
+}
+
 /// Reports the streams of EssenceData that are in no partition of a whole file.
 void checkStreams(const CheckedFile& file, const char* property, Streams NamedStreams::*kind, Report& report) {
-  if (file.best() == nullptr || file.isCut()) return;
+  if (file.best() == nullptr || file.isCut() || missesPartitions(file.state())) return;
   const auto streams = ofPartitions(file);
   Report ofMetadata = report.about(file.best()->partitions());
   for (const auto* data : file.best()->all("EssenceData")) {
@@ -98,33 +102,35 @@ void checkLinkedPackages(const Model& model, Report& report) {
 
 void checkDescriptions(const Model& model, Report& report) {
   for (const auto* package : model.packagesWithEssence()) {
-    if (!model.is(*package->set, "SourcePackage") || !descriptorsOf(model, *package).empty()) continue;
+    if (!model.is(*package->set, "SourcePackage") || model.target(*package->set, "EssenceDescription") != nullptr)
+      continue;
     report.add(*package->set, "EssenceDescription");
   }
 }
 
-using Labels = std::unordered_set<Types::UniversalLabel>;
-
-/// Labels are the same in every version of the register.
-Types::UniversalLabel withoutVersion(const Types::UniversalLabel& label) {
-  return Types::UniversalLabel(label.key().withOctet(KLV::Key::kVersionOctet, 0));
+/// Calls `visit(descriptor, container)` for the descriptors of essence in the file.
+template <class Visit>
+void forEachContainer(const Model& model, Visit&& visit) {
+  for (const auto& descriptor : model.descriptors()) {
+    const auto container = labelOf(*descriptor.set, "ContainerFormat");
+    if (container && descriptor.package->isNamed) visit(*descriptor.set, *container);
+  }
 }
-Labels withoutVersions(const std::vector<Types::UniversalLabel>& labels) {
-  Labels set;
-  for (const auto& label : labels) set.insert(withoutVersion(label));
-  return set;
+
+/// Zeros stand for no label.
+void checkNoContainers(const Model& model, Report& report) {
+  forEachContainer(model, [&](const MetadataSet& descriptor, const Types::UniversalLabel& container) {
+    if (container == Types::UniversalLabel()) report.add(descriptor, "ContainerFormat");
+  });
 }
 
 void checkUnlistedContainers(const Model& model, Report& report) {
   if (model.preface() == nullptr) return;
   const auto listed = withoutVersions(labelsOf(*model.preface(), "EssenceContainers"));
-  for (const auto* package : model.packagesWithEssence()) {
-    for (const auto* descriptor : descriptorsOf(model, *package)) {
-      const auto container = labelOf(*descriptor, "ContainerFormat");
-      if (!container || listed.count(withoutVersion(*container)) != 0) continue;
-      report.add(*descriptor, "ContainerFormat", {textOf(*container)});
-    }
-  }
+  forEachContainer(model, [&](const MetadataSet& descriptor, const Types::UniversalLabel& container) {
+    if (container == Types::UniversalLabel() || listed.count(withoutVersion(container)) != 0) return;
+    report.add(descriptor, "ContainerFormat", {textOf(container)});
+  });
 }
 
 /// Files with several containers may also list the label for several mappings (ST 379-1), which no descriptor has.
@@ -168,6 +174,9 @@ const RuleTable& essenceRules() {
       {{"essence-description", Severity::kError, "the package has essence in the file and no descriptor of it",
         "ST 377-1, File Package"},
        checkDescriptions},
+      {{"no-container", Severity::kWarning, "the descriptor has no essence container, only zeros",
+        "ST 377-1, File Descriptor"},
+       checkNoContainers},
       {{"unlisted-container", Severity::kWarning, "the Preface does not list the essence container {label}",
         "ST 377-1, Preface"},
        checkUnlistedContainers},

@@ -1,6 +1,7 @@
 #include "Edit/Rules/Model.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Collection.h"
@@ -67,8 +68,18 @@ std::string symbolOf(const Element& element) {
   return Utils::wstringToString(element.metaAttribute().asUnknown()->localTag().toString());
 }
 
+Types::UniversalLabel withoutVersion(const Types::UniversalLabel& label) {
+  return Types::UniversalLabel(label.key().withOctet(KLV::Key::kVersionOctet, 0));
+}
+
+Labels withoutVersions(const std::vector<Types::UniversalLabel>& labels) {
+  Labels set;
+  for (const auto& label : labels) set.insert(withoutVersion(label));
+  return set;
+}
+
 bool areSame(const Types::UniversalLabel& left, const Types::UniversalLabel& right) {
-  return MetaMetadata::elementIdentity(left.rawBuffer()) == MetaMetadata::elementIdentity(right.rawBuffer());
+  return withoutVersion(left) == withoutVersion(right);
 }
 
 std::string textOf(const Types::UniversalLabel& label) { return label.dottedText(); }
@@ -84,6 +95,7 @@ Model::Model(const PartitionMetadata& metadata, std::vector<std::size_t> partiti
   for (const auto* set : all("Package")) addPackage(*set);
   for (const auto& package : packages_) {
     for (const auto* track : package.tracks) addComponents(package, *track);
+    addDescriptors(package);
   }
   addPackagesWithEssence();
 }
@@ -118,11 +130,23 @@ void Model::addComponents(const Package& package, const MetadataSet& track) {
   for (addTargets(track); next < components_.size(); ++next) addTargets(*components_[next].set);
 }
 
+void Model::addDescriptors(const Package& package) {
+  const auto* descriptor = target(*package.set, "EssenceDescription");
+  if (descriptor == nullptr || !placed_.insert(descriptor).second) return;
+  descriptors_.push_back({descriptor, &package, nullptr});
+  for (const auto* part : targets(*descriptor, "FileDescriptors")) {
+    if (placed_.insert(part).second) descriptors_.push_back({part, &package, descriptor});
+  }
+}
+
 void Model::addPackagesWithEssence() {
-  std::unordered_set<const Package*> added;
   for (const auto* data : all("EssenceData")) {
-    const auto* found = package(*data, "LinkedPackageID");
-    if (found != nullptr && added.insert(found).second) packagesWithEssence_.push_back(found);
+    const auto* id = valueOf<Types::UMID32>(*data, "LinkedPackageID");
+    const auto found = id == nullptr ? byPackageID_.end() : byPackageID_.find(*id);
+    if (found == byPackageID_.end()) continue;
+    auto& package = packages_[found->second];
+    if (integerOf(*data, "EssenceStreamID").value_or(0) != 0) package.hasStream = true;
+    if (!std::exchange(package.isNamed, true)) packagesWithEssence_.push_back(&package);
   }
 }
 

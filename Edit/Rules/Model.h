@@ -7,7 +7,6 @@
 #include <unordered_set>
 #include <vector>
 
-#include "Core/MetaMetadata/LabelHash.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Types/Rational.h"
 #include "Core/Types/UMID32.h"
@@ -40,8 +39,14 @@ inline const MetaMetadata::MetaElement* definitionOf(const Element& element) {
 /// Its symbol; of an unknown one the local tag.
 std::string symbolOf(const Element& element);
 
-/// Labels are the same whatever their version, octet 8.
+/// @name Labels without their version
+/// Labels are the same in every version of the register, octet 8.
+/// @{
+Types::UniversalLabel withoutVersion(const Types::UniversalLabel& label);
+using Labels = std::unordered_set<Types::UniversalLabel>;
+Labels withoutVersions(const std::vector<Types::UniversalLabel>& labels);
 bool areSame(const Types::UniversalLabel& left, const Types::UniversalLabel& right);
+/// @}
 std::string textOf(const Types::UniversalLabel& label);
 
 /// A package with its tracks.
@@ -50,6 +55,8 @@ struct Package {
   const Types::UMID32* id = nullptr;  ///< null for none
   std::vector<const MetadataSet*> tracks = {};
   std::unordered_map<int64, const MetadataSet*> byTrackID = {};  ///< the first of several
+  bool isNamed = false;                                          ///< EssenceData name it
+  bool hasStream = false;                                        ///< EssenceData name a stream for its essence
 };
 
 /// A component of a track, however deep: its segment, a part of a sequence, an input of an operation.
@@ -57,6 +64,13 @@ struct PlacedComponent {
   const MetadataSet* set;
   const Package* package;
   const MetadataSet* track;
+};
+
+/// The descriptor of a package, or one that it is made of.
+struct PlacedDescriptor {
+  const MetadataSet* set;
+  const Package* package;
+  const MetadataSet* whole;  ///< that it is a part of; null for the descriptor of a package
 };
 
 /// One state of header metadata, with what rules look up in it.
@@ -94,10 +108,13 @@ class Model {
   const std::vector<const Package*>& packagesWithEssence() const { return packagesWithEssence_; }
   /// The components of all tracks by package and track. One that several tracks share is the first one's.
   const std::vector<PlacedComponent>& components() const { return components_; }
+  /// The descriptors of all packages. One that several packages share is the first one's.
+  const std::vector<PlacedDescriptor>& descriptors() const { return descriptors_; }
 
  private:
   void addPackage(const MetadataSet& set);
   void addComponents(const Package& package, const MetadataSet& track);
+  void addDescriptors(const Package& package);
   void addPackagesWithEssence();
 
   const PartitionMetadata& metadata_;
@@ -111,7 +128,8 @@ class Model {
   std::unordered_map<Types::UMID32, std::size_t> byPackageID_;
   std::vector<const Package*> packagesWithEssence_;
   std::vector<PlacedComponent> components_;
-  std::unordered_set<const MetadataSet*> placed_;  // the sets of `components_`
+  std::vector<PlacedDescriptor> descriptors_;
+  std::unordered_set<const MetadataSet*> placed_;  // the sets of `components_` and `descriptors_`
 };
 
 /// A file with its models, one for each distinct state of header metadata.

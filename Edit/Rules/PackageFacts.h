@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -10,12 +11,35 @@ namespace Vantor::Edit {
 /// The length of a track in its edit units; none where it is unknown.
 std::optional<int64> lengthOf(const Model& model, const MetadataSet& track);
 
+enum class EssenceKind { kNone, kPicture, kSound, kData };
+
+/// What a data definition stands for; none for timecode, descriptions, and labels that are no data definitions.
+EssenceKind essenceKindOf(const Types::UniversalLabel& definition);
+/// That of a track's segment.
+std::optional<Types::UniversalLabel> dataDefinitionOf(const Model& model, const MetadataSet& track);
 /// Whether a track has picture, sound or other essence, rather than timecode or descriptions.
 bool isEssenceTrack(const Model& model, const MetadataSet& track);
 
-/// The descriptor of a package, and those that it is made of.
-std::vector<const MetadataSet*> descriptorsOf(const Model& model, const Package& package);
+/// The track whose essence a descriptor describes; null where it names none of its package.
+const MetadataSet* linkedTrackOf(const PlacedDescriptor& descriptor);
 
+/// The packages that the content storage lists, each once per reference.
+std::vector<const MetadataSet*> storedPackages(const Model& model);
+
+/// @name Rates and ratios
+/// @{
 bool areEqual(const Types::Rational& left, const Types::Rational& right);
+inline bool isPositive(const Types::Rational& rate) { return rate.numerator() > 0 && rate.denominator() > 0; }
+/// Calls `visit(set, property, rate)` for the sets that have one of the properties.
+template <std::size_t kCount, class Visit>
+void forEachRate(const Model& model, const std::array<const char*, kCount>& properties, Visit&& visit) {
+  for (const auto* set : model.sets()) {
+    for (const char* property : properties) {
+      const auto* rate = valueOf<Types::Rational>(*set, property);
+      if (rate != nullptr) visit(*set, property, *rate);
+    }
+  }
+}
+/// @}
 
 }  // namespace Vantor::Edit

@@ -1,7 +1,8 @@
 #include <algorithm>
-#include <set>
+#include <unordered_map>
 
 #include "Core/Comparison/PartitionComparison.h"
+#include "Core/Types/VersionType.h"
 #include "Edit/Rules/Model.h"
 #include "Edit/Rules/Rule.h"
 
@@ -32,6 +33,63 @@ void checkProblems(const CheckedFile& file, Report& report) {
 
 void checkWhole(const CheckedFile& file, Report& report) {
   if (file.isCut()) report.add({std::to_string(file.state().fileSize)});
+}
+
+void checkCounts(const CheckedFile& file, Report& report) {
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    const auto& problem = file.state().partitions[i].countProblem;
+    if (!problem.empty()) report.add(i, "HeaderByteCount", {problem});
+  }
+}
+
+void checkDirectories(const CheckedFile& file, Report& report) {
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    const auto& problem = file.state().partitions[i].directoryProblem;
+    if (!problem.empty()) report.add(i, "", {problem});
+  }
+}
+
+void checkPartitionKinds(const CheckedFile& file, Report& report) {
+  const auto& partitions = file.state().partitions;
+  for (std::size_t i = 0; i < partitions.size(); ++i) {
+    const auto kind = partitions[i].info.pack.kind;
+    const bool isFirst = i == 0, isLast = i + 1 == partitions.size();
+    if ((kind == PartitionKind::kHeader) != isFirst || (kind == PartitionKind::kFooter && !isLast)) report.add(i, "");
+  }
+}
+
+/// The header partition names the footer partition; what the others name is compared with where that is.
+void checkNamedFooter(const CheckedFile& file, Report& report) {
+  const auto& partitions = file.state().partitions;
+  const uint64 named = partitions.front().info.pack.footerPartition;
+  for (std::size_t i = 1; i < partitions.size() && named != 0; ++i) {
+    const auto& partition = partitions[i].info;
+    if (partition.offset - file.state().runIn == named && !MXF::isFooter(partition)) report.add(i, "");
+  }
+}
+
+void checkRandomIndex(const CheckedFile& file, Report& report) {
+  if (!file.isCut() && !file.state().randomIndexProblem.empty()) report.add({file.state().randomIndexProblem});
+}
+
+void checkIndexCount(const CheckedFile& file, Report& report) {
+  const auto& index = file.state().randomIndex;
+  const auto number = file.state().partitions.size();
+  if (index && index->size() != number) report.add({std::to_string(index->size()), std::to_string(number)});
+}
+
+void checkIndexEntries(const CheckedFile& file, Report& report) {
+  const auto& index = file.state().randomIndex;
+  if (!index || index->size() != file.state().partitions.size()) return;
+  for (std::size_t i = 0; i < index->size(); ++i) {
+    const auto& partition = file.state().partitions[i].info;
+    const auto& entry = (*index)[i];
+    const uint64 offset = partition.offset - file.state().runIn;
+    if (partition.damaged || (entry.offset == offset && entry.bodySID == partition.pack.bodySID)) continue;
+    report.add(i, "",
+               {std::to_string(entry.bodySID), std::to_string(entry.offset), std::to_string(partition.pack.bodySID),
+                std::to_string(offset)});
+  }
 }
 
 /// A file is finished when the header or footer partition is closed and has final metadata.
@@ -116,6 +174,19 @@ const MetadataSet* prefaceFor(const CheckedFile& file, std::size_t partition) {
   return model == nullptr ? nullptr : model->preface();
 }
 
+std::string versionText(int major, int minor) { return std::to_string(major) + "." + std::to_string(minor); }
+
+void checkVersions(const CheckedFile& file, Report& report) {
+  forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
+    const auto* preface = file.modelOf(number) == nullptr ? nullptr : file.modelOf(number)->preface();
+    const auto* version = preface == nullptr ? nullptr : valueOf<Types::VersionType>(*preface, "FormatVersion");
+    if (version == nullptr) return;
+    const auto own = versionText(partition.pack.majorVersion, partition.pack.minorVersion);
+    const auto other = versionText(version->major(), version->minor());
+    if (own != other) report.add(number, "", {own, other});
+  });
+}
+
 void checkPatterns(const CheckedFile& file, Report& report) {
   forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
     const auto* preface = prefaceFor(file, number);
@@ -125,19 +196,35 @@ void checkPatterns(const CheckedFile& file, Report& report) {
   });
 }
 
-std::set<KLV::Key> keysOf(const std::vector<Types::UniversalLabel>& labels) {
-  std::set<KLV::Key> keys;
-  for (const auto& label : labels) keys.insert(label.key().withOctet(KLV::Key::kVersionOctet, 0));
-  return keys;
-}
+/// Sets of essence containers, each made once for packs or Prefaces that share or repeat it.
+class ContainerSets {
+ public:
+  const Labels& ofPreface(const MetadataSet& preface) {
+    const auto [found, isNew] = ofPrefaces_.try_emplace(&preface);
+    if (isNew) found->second = withoutVersions(labelsOf(preface, "EssenceContainers"));
+    return found->second;
+  }
+
+  const Labels& ofPack(const MXF::PartitionPack& pack) {
+    if (last_ == nullptr || pack.essenceContainers != *last_) ofLast_ = withoutVersions(pack.essenceContainers);
+    last_ = &pack.essenceContainers;
+    return ofLast_;
+  }
+
+ private:
+  std::unordered_map<const MetadataSet*, Labels> ofPrefaces_;
+  const std::vector<Types::UniversalLabel>* last_ = nullptr;
+  Labels ofLast_;
+};
 
 /// An open or incomplete partition may have been written before all containers were known.
 void checkContainers(const CheckedFile& file, Report& report) {
+  ContainerSets sets;
   forEachPack(file, [&](std::size_t number, const MXF::PartitionInfo& partition) {
     const auto* preface = prefaceFor(file, number);
     const bool isFinal = isClosedComplete(partition) || file.modelOf(number) != nullptr;
     if (preface == nullptr || !isFinal) return;
-    const auto own = keysOf(partition.pack.essenceContainers), other = keysOf(labelsOf(*preface, "EssenceContainers"));
+    const auto &own = sets.ofPack(partition.pack), &other = sets.ofPreface(*preface);
     if (own == other) return;
     report.add(number, "EssenceContainers", {std::to_string(own.size()), std::to_string(other.size())});
   });
@@ -167,6 +254,29 @@ const RuleTable& partitionRules() {
       {{"unreadable-metadata", Severity::kError, "the header metadata cannot be read: {reason}",
         "ST 377-1, Header Metadata"},
        checkProblems},
+      {{"header-byte-count", Severity::kError, "the count of metadata bytes is wrong: {reason}",
+        "ST 377-1, Partition Pack"},
+       checkCounts},
+      {{"object-directory", Severity::kError, "the object directory is wrong: {reason}",
+        "no standard: OP-Atom files of one manufacturer"},
+       checkDirectories},
+      {{"partition-kind", Severity::kError,
+        "only the first partition can be the header partition, and only the last one the footer partition",
+        "ST 377-1, Partition Pack"},
+       checkPartitionKinds},
+      {{"footer-kind", Severity::kError, "the header partition names this one as the footer partition, which it is not",
+        "ST 377-1, Partition Pack"},
+       checkNamedFooter},
+      {{"random-index", Severity::kWarning, "the random index pack cannot be read: {reason}",
+        "ST 377-1, Random Index Pack"},
+       checkRandomIndex},
+      {{"random-index-count", Severity::kWarning,
+        "the random index pack lists {number} partitions, the partition packs {number}", "ST 377-1, Random Index Pack"},
+       checkIndexCount},
+      {{"random-index-entry", Severity::kWarning,
+        "the random index pack has stream {number} at {offset}, the file stream {number} at {offset}",
+        "ST 377-1, Random Index Pack"},
+       checkIndexEntries},
       {{"cut-file", Severity::kError, "the file ends at byte {offset}, before the footer partition that it names",
         "ST 377-1, Footer Partition"},
        checkWhole},
@@ -192,6 +302,9 @@ const RuleTable& partitionRules() {
       {{"unknown-footer", Severity::kWarning,
         "a closed partition does not name the footer partition, which stands at {offset}", "ST 377-1, Partition Pack"},
        checkUnknownFooter},
+      {{"format-version", Severity::kWarning, "the pack has version {own} of the format, the Preface {other}",
+        "ST 377-1, Partition Pack"},
+       checkVersions},
       {{"pack-pattern", Severity::kError, "the pack has the operational pattern {own}, the Preface {other}",
         "ST 377-1, Partition Pack"},
        checkPatterns},

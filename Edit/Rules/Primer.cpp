@@ -1,9 +1,8 @@
-#include <algorithm>
 #include <map>
 #include <set>
+#include <unordered_map>
 
 #include "Core/KLV/LocalSet.h"
-#include "Core/MetaMetadata/LabelHash.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/LocalTag.h"
@@ -17,8 +16,8 @@ namespace {
 
 constexpr uint16 kFirstDynamicTag = 0x8000;
 
-std::string textOf(uint16 tag) { return Utils::wstringToString(Types::LocalTag(tag).toString()); }
-std::string textOf(const KLV::Key& key) { return Edit::textOf(Types::UniversalLabel(key)); }
+std::string tagText(uint16 tag) { return Utils::wstringToString(Types::LocalTag(tag).toString()); }
+std::string labelText(const KLV::Key& key) { return textOf(Types::UniversalLabel(key)); }
 
 const Templates::vector<KLV::PrimerEntry>& rowsOf(const Model& model) {
   return model.metadata().partitionDictionary().primerEntries();
@@ -35,7 +34,7 @@ void forEachTag(const MetadataSet& set, Visit&& visit) {
   try {
     for (const auto& item :
          KLV::readLocalSet(KLV::localSetCoding(set.key()), dark->value().data(), dark->value().size())) {
-      visit(textOf(item.tag), item.tag);
+      visit(tagText(item.tag), item.tag);
     }
   } catch (const Exceptions::BaseException&) {
     // What is no local set has no local tags.
@@ -49,7 +48,7 @@ void checkTags(const Model& model, bool isDynamic, Report& report) {
   for (const auto* set : model.metadata().sets()) {
     forEachTag(*set, [&](const std::string& property, uint16 tag) {
       if ((tag >= kFirstDynamicTag) != isDynamic || tags.tryFind(tag) != nullptr) return;
-      if (missing.insert(tag).second) report.add(*set, property, {textOf(tag)});
+      if (missing.insert(tag).second) report.add(*set, property, {tagText(tag)});
     });
   }
 }
@@ -69,13 +68,13 @@ void forEachSecondRow(const Model& model, Visit&& visit) {
 
 void checkDoubledRows(const Model& model, Report& report) {
   forEachSecondRow(model, [&](uint16 tag, const KLV::Key& label, const KLV::Key& first) {
-    if (label == first) report.add({textOf(tag)});
+    if (label == first) report.add({tagText(tag)});
   });
 }
 
 void checkContradictions(const Model& model, Report& report) {
   forEachSecondRow(model, [&](uint16 tag, const KLV::Key& label, const KLV::Key& first) {
-    if (label != first) report.add({textOf(tag), textOf(first), textOf(label)});
+    if (label != first) report.add({tagText(tag), labelText(first), labelText(label)});
   });
 }
 
@@ -83,27 +82,42 @@ void checkDoubledLabels(const Model& model, Report& report) {
   std::map<KLV::Key, uint16> tags;
   for (const auto& row : rowsOf(model)) {
     const auto [first, isFirst] = tags.emplace(row.label, row.tag);
-    if (!isFirst && first->second != row.tag) report.add({textOf(row.label), textOf(first->second), textOf(row.tag)});
+    if (!isFirst && first->second != row.tag)
+      report.add({labelText(row.label), tagText(first->second), tagText(row.tag)});
   }
 }
 
-/// Whether some set has a property under a static tag.
-bool hasStaticTag(const MetaMetadata::Dictionary& dictionary, const Types::UniversalLabel& label, uint16 tag) {
-  return std::any_of(dictionary.metaMetadataSetBegin(), dictionary.metaMetadataSetEnd(), [&](const auto* set) {
-    const auto* attribute = set->findAttribute(label);
-    return attribute != nullptr && attribute->staticLocalTag() == tag;
-  });
-}
+/// The properties that sets have under static tags.
+class StaticTags {
+ public:
+  explicit StaticTags(const MetaMetadata::Dictionary& dictionary) {
+    for (auto set = dictionary.metaMetadataSetBegin(); set != dictionary.metaMetadataSetEnd(); ++set) {
+      for (const auto& attribute : (*set)->attributes()) {
+        labels_[attribute.staticLocalTag()].insert(withoutVersion(attribute.metaElement()->key()));
+      }
+    }
+  }
 
-/// Several properties may have one static tag, each in its own sets; few rows get as far as looking at those.
+  bool has(uint16 tag, const Types::UniversalLabel& label) const {
+    const auto found = labels_.find(tag);
+    return found != labels_.end() && found->second.count(withoutVersion(label)) != 0;
+  }
+
+ private:
+  std::unordered_map<uint16, Labels> labels_;
+};
+
+/// Several properties may have one static tag, each in its own sets; few files have rows that get as far as these.
 void checkMappings(const Model& model, Report& report) {
   std::set<uint16> reported;
+  std::optional<StaticTags> tags;
   for (const auto& row : rowsOf(model)) {
     const auto* registered = model.dictionary().findElementByStaticTag(row.tag);
     const Types::UniversalLabel label(row.label);
     if (registered == nullptr || areSame(registered->key(), label)) continue;
-    if (hasStaticTag(model.dictionary(), label, row.tag) || !reported.insert(row.tag).second) continue;
-    report.add({textOf(row.tag), Edit::textOf(label), registered->symbol()});
+    if (!tags) tags.emplace(model.dictionary());
+    if (tags->has(row.tag, label) || !reported.insert(row.tag).second) continue;
+    report.add({tagText(row.tag), textOf(label), registered->symbol()});
   }
 }
 

@@ -1,7 +1,10 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "Core/KLV/Keys.h"
+#include "Core/KLV/LocalSet.h"
 #include "Core/Metadata/EntryView.h"
+#include "Core/Platform/Exceptions.h"
 #include "Core/Types/UUID.h"
 #include "Edit/Rules/Model.h"
 #include "Edit/Rules/Rule.h"
@@ -42,6 +45,28 @@ void checkDangling(const Model& model, Report& report) {
   });
 }
 
+/// The root of an object directory, a dark set, has the InstanceUIDs of two sets under tags that no primer explains
+/// (Core/MXF/ObjectDirectory.h).
+template <class Visit>
+void forEachRootItem(const EntryView& root, Visit&& visit) {
+  constexpr uint16 kLastSetTag = 2;  // 1 is of the MetaDictionary, 2 of the Preface
+  const auto* octets = reinterpret_cast<const uint8*>(root.octets.data());
+  for (const auto& item : KLV::readLocalSet(KLV::LocalSetCoding::kTwoByteLengths, octets, root.octets.size())) {
+    if (item.tag <= kLastSetTag && item.size == UUID::kSize) visit(UUID(item.value));
+  }
+}
+
+void checkDanglingRoot(const Model& model, const EntryView& root, Report& report) {
+  try {
+    forEachRootItem(root, [&](const UUID& identifier) {
+      if (!model.metadata().findByInstanceUID(identifier).empty()) return;
+      root.set == nullptr ? report.add({identifier.dottedText()}) : report.add(*root.set, {identifier.dottedText()});
+    });
+  } catch (const Exceptions::ParseError&) {
+    // There is a rule about damaged directories.
+  }
+}
+
 /// All zeros stand for no set.
 void checkDanglingWeak(const Model& model, Report& report) {
   forEachReference(model, {true}, [&](const MetadataSet& set, const Element& element, const UUID& identifier) {
@@ -53,6 +78,14 @@ void checkDanglingWeak(const Model& model, Report& report) {
 
 bool isOfKind(const MetadataSet& set, const MetaMetadata::MetaMetadataSet& kind) {
   return set.definition() == nullptr || set.definition()->isOrInherits(kind);
+}
+
+void checkAllDangling(const Model& model, Report& report) {
+  checkDangling(model, report);
+  for (const auto& entry : model.metadata().entries()) {
+    const EntryView view(entry);
+    if (view.isDark() && KLV::isObjectDirectoryRoot(*view.key)) checkDanglingRoot(model, view, report);
+  }
 }
 
 void checkKinds(const Model& model, Report& report) {
@@ -111,7 +144,9 @@ class Reach {
     for (const auto& identifier : identifiers) enterAll(model_.metadata().findByInstanceUID(identifier));
   }
 
+  /// Sets of one InstanceUID, all at the first reference to it.
   void enterAll(const Sets& sets) {
+    if (sets.empty() || !followed_.insert(sets.front()).second) return;
     for (const auto* set : sets) enter(*set);
   }
 
@@ -132,14 +167,69 @@ class Reach {
 
   const Model& model_;
   std::unordered_set<const MetadataSet*> reached_;
+  std::unordered_set<const MetadataSet*> followed_;  // the first ones of the InstanceUIDs that references have
   std::vector<const MetadataSet*> waiting_;
+};
+
+/// Finds the sets from which references lead to all unreached ones: those that no other unreached set refers to, and
+/// one set of each cycle that is on its own.
+///
+/// The last set that a depth-first search leaves is such a set; without all that it leads to, so is the last one of the
+/// rest.
+class LostTrees {
+ public:
+  LostTrees(const Model& model, const Reach& reach) : model_(model), reach_(reach) {
+    for (const auto* set : model.sets()) search(set, &left_);
+    seen_.clear();
+  }
+
+  template <class Visit>
+  void forEachRoot(Visit&& visit) {
+    for (auto set = left_.rbegin(); set != left_.rend(); ++set) {
+      if (seen_.count(*set) == 0) visit(**set);
+      search(*set, nullptr);
+    }
+  }
+
+ private:
+  struct Step {
+    const MetadataSet* set;
+    bool isLeft;
+  };
+
+  /// @param left  takes the sets in the order in which they are left; may be null.
+  void search(const MetadataSet* start, std::vector<const MetadataSet*>* left) {
+    std::vector<Step> steps = {{start, false}};
+    while (!steps.empty()) {
+      const auto [set, isLeft] = steps.back();
+      steps.pop_back();
+      if (isLeft) {
+        if (left != nullptr) left->push_back(set);
+      } else if (!reach_.has(*set) && seen_.insert(set).second) {
+        steps.push_back({set, true});
+        addTargets(*set, steps);
+      }
+    }
+  }
+
+  void addTargets(const MetadataSet& set, std::vector<Step>& steps) const {
+    std::vector<UUID> identifiers;
+    for (const auto& element : set) element.appendTargets({true}, identifiers);
+    for (const auto& identifier : identifiers) {
+      const auto& targets = model_.metadata().findByInstanceUID(identifier);
+      if (!targets.empty() && targets.front()->definition() != nullptr) steps.push_back({targets.front(), false});
+    }
+  }
+
+  const Model& model_;
+  const Reach& reach_;
+  std::unordered_set<const MetadataSet*> seen_;
+  std::vector<const MetadataSet*> left_;
 };
 
 void checkUnreached(const Model& model, Report& report) {
   const Reach reach(model);
-  for (const auto* set : model.sets()) {
-    if (!reach.has(*set)) report.add(*set);
-  }
+  LostTrees(model, reach).forEachRoot([&](const MetadataSet& set) { report.add(set); });
 }
 
 void checkShared(const Model& model, Report& report) {
@@ -163,7 +253,7 @@ const RuleTable& referenceRules() {
   static const RuleTable table = {
       {{"dangling-reference", Severity::kError, "no set has the InstanceUID {identifier}",
         "ST 377-1, Strong Reference"},
-       checkDangling},
+       checkAllDangling},
       {{"dangling-weak-reference", Severity::kWarning, "no set has the InstanceUID {identifier}",
         "ST 377-1, Weak Reference"},
        checkDanglingWeak},

@@ -46,19 +46,12 @@ constexpr std::array<Place, 4> kDemanded = {{{"Preface", "DescriptiveSchemes"},
                                              {"Track", "EssenceTrackNumber"},
                                              {"FileDescriptor", "SampleRate"}}};
 
-constexpr std::array<Place, 13> kOftenMissing = {{{"PictureDescriptor", "StoredHeight"},
-                                                  {"PictureDescriptor", "StoredWidth"},
-                                                  {"PictureDescriptor", "FrameLayout"},
-                                                  {"PictureDescriptor", "VideoLineMap"},
-                                                  {"PictureDescriptor", "ImageAspectRatio"},
-                                                  {"CDCIDescriptor", "ComponentDepth"},
-                                                  {"CDCIDescriptor", "HorizontalSubsampling"},
-                                                  {"RGBADescriptor", "PixelLayout"},
-                                                  {"SoundDescriptor", "AudioSampleRate"},
-                                                  {"SoundDescriptor", "ChannelCount"},
-                                                  {"SoundDescriptor", "QuantizationBits"},
-                                                  {"DCTimedTextDescriptor", "ResourceID"},
-                                                  {"TaggedValueDefinition", "TaggedValueParentProperties"}}};
+constexpr std::array<Place, 2> kOftenMissing = {
+    {{"DCTimedTextDescriptor", "ResourceID"}, {"TaggedValueDefinition", "TaggedValueParentProperties"}}};
+
+/// Lists that are as good as missing when they are empty.
+constexpr std::array<Place, 2> kNeededItems = {
+    {{"ContentStorage", "Packages"}, {"MultipleDescriptor", "FileDescriptors"}}};
 
 /// Packages without essence in the file may lack it; for the others there is a rule of its own.
 constexpr std::string_view kDescription = "EssenceDescription";
@@ -71,6 +64,13 @@ bool lists(const std::array<Place, kCount>& places, std::string_view property) {
 
 bool isMissing(const MetadataSet& set, std::string_view property) { return valueOf(set, property) == nullptr; }
 
+bool isEmpty(const MetadataSet& set, std::string_view property) {
+  std::vector<Types::UUID> items;
+  const auto* element = set.find(property);
+  if (element != nullptr) element->appendTargets({false}, items);
+  return !isMissing(set, property) && items.empty();
+}
+
 template <std::size_t kCount>
 void checkPlaces(const Model& model, const std::array<Place, kCount>& places, Report& report) {
   for (const auto& place : places) {
@@ -80,7 +80,14 @@ void checkPlaces(const Model& model, const std::array<Place, kCount>& places, Re
   }
 }
 
-void checkNeeded(const Model& model, Report& report) { checkPlaces(model, kNeeded, report); }
+void checkNeeded(const Model& model, Report& report) {
+  checkPlaces(model, kNeeded, report);
+  for (const auto& place : kNeededItems) {
+    for (const auto* set : model.all(place.set)) {
+      if (isEmpty(*set, place.property)) report.add(*set, std::string(place.property));
+    }
+  }
+}
 void checkOftenMissing(const Model& model, Report& report) { checkPlaces(model, kOftenMissing, report); }
 
 bool isRegisterRequired(const MetaMetadata::MetaAttribute& attribute) {
@@ -105,7 +112,8 @@ void checkRequired(const Model& model, Report& report) {
 
 const RuleTable& requiredRules() {
   static const RuleTable table = {
-      {{"needed-property", Severity::kError, "a property that readers need is missing", "ST 377-1"}, checkNeeded},
+      {{"needed-property", Severity::kError, "a property that readers need is missing or empty", "ST 377-1"},
+       checkNeeded},
       {{"required-property", Severity::kWarning, "a required property is missing", "ST 377-1, ST 395"}, checkRequired},
       {{"often-missing-property", Severity::kNote, "a required property is missing that many writers leave out",
         "ST 395"},

@@ -65,8 +65,10 @@ struct RuleRow {
 };
 using RuleTable = std::vector<RuleRow>;
 
-/// The tables of the themes, each in the file of its name; a new theme is one more line here and in `themes()`.
+/// The tables of the themes, each in the file of its name; a new theme is one more line here, in `kThemes` of Check.cpp
+/// and in CMakeLists.txt.
 const RuleTable& valueRules();
+const RuleTable& descriptorRules();
 const RuleTable& requiredRules();
 const RuleTable& referenceRules();
 const RuleTable& trackRules();
@@ -74,6 +76,7 @@ const RuleTable& packageRules();
 const RuleTable& essenceRules();
 const RuleTable& partitionRules();
 const RuleTable& labelRules();
+const RuleTable& patternRules();
 const RuleTable& primerRules();
 const RuleTable& historyRules();
 

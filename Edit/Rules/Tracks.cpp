@@ -29,10 +29,26 @@ void checkTrackIDs(const Model& model, Report& report) {
   for (const auto& package : model.packages()) checkNumbers(package, "TrackID", std::nullopt, report);
 }
 
+/// 0 stands for no track where clips and descriptors name one (ST 377-1).
+void checkZeroTrackIDs(const Model& model, Report& report) {
+  for (const auto* track : model.all("Track")) {
+    if (integerOf(*track, "TrackID") == 0) report.add(*track, "TrackID");
+  }
+}
+
 /// The number links a track to its essence elements (ST 379-1) in packages with essence in the file; in others it
 /// counts the tracks of one kind.
 void checkTrackNumbers(const Model& model, Report& report) {
   for (const auto* package : model.packagesWithEssence()) checkNumbers(*package, "EssenceTrackNumber", 0, report);
+}
+
+void checkZeroNumbers(const Model& model, Report& report) {
+  for (const auto* package : model.packagesWithEssence()) {
+    for (const auto* track : package->tracks) {
+      const bool isZero = integerOf(*track, "EssenceTrackNumber") == 0;
+      if (isZero && package->hasStream && isEssenceTrack(model, *track)) report.add(*track, "EssenceTrackNumber");
+    }
+  }
 }
 
 /// Segments abut; a transition overlaps with both its neighbours, so that its length counts backwards. Events have
@@ -80,7 +96,7 @@ struct Duration {
 std::optional<Duration> durationOf(const Model& model, const MetadataSet& track) {
   const auto length = lengthOf(model, track);
   const auto* rate = valueOf<Rational>(track, "EditRate");
-  if (!length || rate == nullptr || rate->numerator() <= 0 || rate->denominator() <= 0) return std::nullopt;
+  if (!length || rate == nullptr || !isPositive(*rate)) return std::nullopt;
   const double unit = static_cast<double>(rate->denominator()) / rate->numerator();
   return Duration{static_cast<double>(*length) * unit, unit};
 }
@@ -109,24 +125,36 @@ void checkUnequalTracks(const Model& model, Report& report) {
   }
 }
 
-/// Whether timecode may count every nth edit unit, or several in one: 25 frames per second of a track of 50 pictures or
-/// of 48,000 samples.
+/// Whether timecode may count every second or fourth edit unit, or as many in one: 25 frames per second of a track of
+/// 50 pictures. A track of 48,000 samples has any timecode.
 bool fits(int64 base, const Rational& rate) {
   const double perSecond = static_cast<double>(rate.numerator()) / rate.denominator();
-  const double ratio = perSecond / static_cast<double>(base);
-  const double whole = std::round(std::max(ratio, 1 / ratio));
+  const double ratio = perSecond / static_cast<double>(base), larger = std::max(ratio, 1 / ratio);
+  const double whole = std::round(larger);
   constexpr double kRoundedRate = 0.002;  // 30 frames per second stand for 30000/1001
-  return std::llround(perSecond) == base || std::abs(std::max(ratio, 1 / ratio) / whole - 1) < kRoundedRate;
+  constexpr double kMostPictures = 1000;  // per second; other rates are of sound
+  const bool isMultiple = whole == 1 || whole == 2 || whole == 4 || perSecond >= kMostPictures;
+  return std::llround(perSecond) == base || (isMultiple && std::abs(larger / whole - 1) < kRoundedRate);
 }
 
 void checkTimecodeRates(const Model& model, Report& report) {
   for (const auto& component : model.components()) {
     const auto* rate = valueOf<Rational>(*component.track, "EditRate");
-    if (rate == nullptr || rate->numerator() <= 0 || rate->denominator() <= 0) continue;
+    if (rate == nullptr || !isPositive(*rate)) continue;
     const auto base =
         model.is(*component.set, "Timecode") ? integerOf(*component.set, "FramesPerSecond") : std::nullopt;
     if (base.value_or(0) == 0 || fits(*base, *rate)) continue;
     report.add(*component.set, "FramesPerSecond", {std::to_string(*base), valueText(*rate)});
+  }
+}
+
+/// Counted in frames from midnight.
+void checkStartTimecodes(const Model& model, Report& report) {
+  constexpr int64 kDay = 24 * 3600;
+  for (const auto* timecode : model.all("Timecode")) {
+    const auto start = integerOf(*timecode, "StartTimecode"), base = integerOf(*timecode, "FramesPerSecond");
+    if (!start || base.value_or(0) == 0 || (*start >= 0 && *start < kDay * *base)) continue;
+    report.add(*timecode, "StartTimecode", {std::to_string(*start), std::to_string(*base)});
   }
 }
 
@@ -142,34 +170,85 @@ void checkDescribedTracks(const Model& model, Report& report) {
   }
 }
 
-template <class Visit>
-void forEachDescriptor(const Model& model, Visit&& visit) {
-  for (const auto& package : model.packages()) {
-    for (const auto* descriptor : descriptorsOf(model, package)) visit(package, *descriptor);
+/// 0 stands for none.
+void checkLinkedTracks(const Model& model, Report& report) {
+  for (const auto& descriptor : model.descriptors()) {
+    const auto id = integerOf(*descriptor.set, "LinkedTrackID");
+    if (id.value_or(0) == 0 || descriptor.package->byTrackID.count(*id) != 0) continue;
+    report.add(*descriptor.set, "LinkedTrackID", {descriptor.package->set->name(), std::to_string(*id)});
   }
 }
 
-/// 0 stands for none.
-void checkLinkedTracks(const Model& model, Report& report) {
-  forEachDescriptor(model, [&](const Package& package, const MetadataSet& descriptor) {
-    const auto id = integerOf(descriptor, "LinkedTrackID");
-    if (id.value_or(0) == 0 || package.byTrackID.count(*id) != 0) return;
-    report.add(descriptor, "LinkedTrackID", {package.set->name(), std::to_string(*id)});
+/// Where several descriptors describe a package, nothing else tells which track each is about.
+void checkUnlinkedDescriptors(const Model& model, Report& report) {
+  for (const auto& descriptor : model.descriptors()) {
+    if (descriptor.whole == nullptr || integerOf(*descriptor.set, "LinkedTrackID").value_or(0) != 0) continue;
+    report.add(*descriptor.set, "LinkedTrackID");
+  }
+}
+
+/// None for a descriptor of anything else.
+EssenceKind describedKind(const Model& model, const MetadataSet& descriptor) {
+  if (model.is(descriptor, "PictureDescriptor")) return EssenceKind::kPicture;
+  if (model.is(descriptor, "SoundDescriptor")) return EssenceKind::kSound;
+  return model.is(descriptor, "DataEssenceDescriptor") ? EssenceKind::kData : EssenceKind::kNone;
+}
+
+void checkDescribedKinds(const Model& model, Report& report) {
+  for (const auto& descriptor : model.descriptors()) {
+    const auto* track = linkedTrackOf(descriptor);
+    const auto own = describedKind(model, *descriptor.set);
+    const auto other = track == nullptr ? std::nullopt : dataDefinitionOf(model, *track);
+    if (own == EssenceKind::kNone || !other || own == essenceKindOf(*other)) continue;
+    report.add(*descriptor.set, "LinkedTrackID", {std::to_string(*integerOf(*track, "TrackID"))});
+  }
+}
+
+void checkDoubledLinks(const Model& model, Report& report) {
+  std::unordered_set<const MetadataSet*> linked;
+  for (const auto& descriptor : model.descriptors()) {
+    const auto* track = descriptor.whole == nullptr ? nullptr : linkedTrackOf(descriptor);
+    if (track == nullptr || linked.insert(track).second) continue;
+    report.add(*descriptor.set, "LinkedTrackID", {std::to_string(*integerOf(*track, "TrackID"))});
+  }
+}
+
+bool isClosedComplete(const CheckedFile& file, const Model& model) {
+  const auto& partitions = model.partitions();
+  return std::any_of(partitions.begin(), partitions.end(), [&](std::size_t number) {
+    return file.state().partitions[number].info.pack.status == KLV::PartitionStatus::kClosedComplete;
   });
+}
+
+/// Events have positions; static tracks have no time.
+void checkUnknownLengths(const Model& model, Report& report) {
+  for (const auto& component : model.components()) {
+    if (!model.is(*component.track, "TimelineTrack") || model.is(*component.set, "Event")) continue;
+    const auto length = integerOf(*component.set, "ComponentLength");
+    if (length.value_or(-1) == -1) report.add(*component.set, "ComponentLength");
+  }
+}
+
+/// A file that is still being written does not know them.
+void checkFinalLengths(const CheckedFile& file, Report& report) {
+  for (const auto& model : file.models()) {
+    if (!isClosedComplete(file, model)) continue;
+    Report ofMetadata = report.about(model.partitions());
+    checkUnknownLengths(model, ofMetadata);
+  }
 }
 
 /// Counted in units of the sample rate; compared only where that is the edit rate of the track.
 void checkEssenceLengths(const Model& model, Report& report) {
-  forEachDescriptor(model, [&](const Package& package, const MetadataSet& descriptor) {
-    const auto track = package.byTrackID.find(integerOf(descriptor, "LinkedTrackID").value_or(0));
-    const auto* sampleRate = valueOf<Rational>(descriptor, "SampleRate");
-    if (track == package.byTrackID.end() || sampleRate == nullptr) return;
-    const auto* editRate = valueOf<Rational>(*track->second, "EditRate");
-    const auto length = integerOf(descriptor, "EssenceLength"), other = lengthOf(model, *track->second);
-    if (editRate == nullptr || !areEqual(*sampleRate, *editRate)) return;
-    if (length.value_or(-1) < 0 || !other || *other == *length) return;
-    report.add(descriptor, "EssenceLength", {std::to_string(*length), std::to_string(*other)});
-  });
+  for (const auto& descriptor : model.descriptors()) {
+    const auto* track = linkedTrackOf(descriptor);
+    const auto* sampleRate = valueOf<Rational>(*descriptor.set, "SampleRate");
+    const auto* editRate = track == nullptr ? nullptr : valueOf<Rational>(*track, "EditRate");
+    if (sampleRate == nullptr || editRate == nullptr || !areEqual(*sampleRate, *editRate)) continue;
+    const auto length = integerOf(*descriptor.set, "EssenceLength"), other = lengthOf(model, *track);
+    if (length.value_or(-1) < 0 || !other || *other == *length) continue;
+    report.add(*descriptor.set, "EssenceLength", {std::to_string(*length), std::to_string(*other)});
+  }
 }
 
 }  // namespace
@@ -178,9 +257,14 @@ const RuleTable& trackRules() {
   static const RuleTable table = {
       {{"track-id", Severity::kError, "TrackID {number} occurs twice in the {package}", "ST 377-1, Generic Track"},
        checkTrackIDs},
+      {{"zero-track-id", Severity::kWarning, "the TrackID 0 stands for no track", "ST 377-1, Generic Track"},
+       checkZeroTrackIDs},
       {{"track-number", Severity::kWarning, "number {number} occurs twice in the {package}",
         "ST 377-1, Generic Track; ST 379-1"},
        checkTrackNumbers},
+      {{"zero-track-number", Severity::kWarning, "no number links the track to its essence in the file",
+        "ST 377-1, Generic Track; ST 379-1"},
+       checkZeroNumbers},
       {{"sequence-length", Severity::kWarning, "the length is {length}, that of all components {sum}",
         "ST 377-1, Sequence"},
        checkSequenceLengths},
@@ -193,10 +277,25 @@ const RuleTable& trackRules() {
       {{"timecode-rate", Severity::kWarning, "{base} frames per second do not fit the edit rate {rate}",
         "ST 377-1, Timecode Component"},
        checkTimecodeRates},
+      {{"start-timecode", Severity::kWarning, "{frames} frames are no time of day at {base} frames per second",
+        "ST 377-1, Timecode Component; ST 12-1"},
+       checkStartTimecodes},
       {{"described-track", Severity::kWarning, "the {package} has no track {number}", "ST 377-1, DM Segment"},
        checkDescribedTracks},
       {{"linked-track", Severity::kWarning, "the {package} has no track {number}", "ST 377-1, File Descriptor"},
        checkLinkedTracks},
+      {{"unlinked-descriptor", Severity::kWarning, "one of several descriptors of a package names no track",
+        "ST 377-1, File Descriptor"},
+       checkUnlinkedDescriptors},
+      {{"linked-kind", Severity::kWarning, "track {number} has another kind of essence than the descriptor",
+        "ST 377-1, File Descriptor"},
+       checkDescribedKinds},
+      {{"doubled-link", Severity::kWarning, "a descriptor before it describes track {number} already",
+        "ST 377-1, File Descriptor"},
+       checkDoubledLinks},
+      {{"unknown-length", Severity::kWarning, "the component of a finished file has no length",
+        "ST 377-1, Structural Component"},
+       checkFinalLengths},
       {{"essence-length", Severity::kWarning, "the essence has the length {length}, its track {other}",
         "ST 377-1, File Descriptor"},
        checkEssenceLengths}};

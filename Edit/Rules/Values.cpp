@@ -2,9 +2,10 @@
 #include <unordered_set>
 
 #include "Core/Comparison/ValueText.h"
+#include "Core/KLV/Keys.h"
 #include "Core/Types/Collection.h"
 #include "Core/Types/Timestamp.h"
-#include "Edit/Rules/Model.h"
+#include "Edit/Rules/PackageFacts.h"
 #include "Edit/Rules/Rule.h"
 
 /// Rules about single values.
@@ -42,83 +43,11 @@ void checkEnumerations(const Model& model, Report& report) {
   }
 }
 
-bool isPositive(const Rational& rate) { return rate.numerator() > 0 && rate.denominator() > 0; }
-bool isUnknown(const Rational& rate) { return rate.numerator() == 0 && rate.denominator() == 0; }
-
-template <std::size_t kCount, class IsWrong>
-void checkRates(const Model& model, const std::array<const char*, kCount>& properties, IsWrong&& isWrong,
-                Report& report) {
-  for (const auto* set : model.sets()) {
-    for (const char* property : properties) {
-      const auto* rate = valueOf<Rational>(*set, property);
-      if (rate != nullptr && isWrong(*rate)) report.add(*set, property, {valueText(*rate)});
-    }
-  }
-}
-
 void checkEditRates(const Model& model, Report& report) {
   constexpr std::array kProperties = {"EditRate", "EventTrackEditRate"};
-  checkRates(
-      model, kProperties, [](const Rational& rate) { return !isPositive(rate); }, report);
-}
-
-constexpr std::array kDescriptorRates = {"SampleRate", "AudioSampleRate", "ImageAspectRatio"};
-
-void checkSampleRates(const Model& model, Report& report) {
-  const auto isWrong = [](const Rational& rate) { return !isPositive(rate) && !isUnknown(rate); };
-  checkRates(model, kDescriptorRates, isWrong, report);
-}
-
-void checkUnknownRates(const Model& model, Report& report) { checkRates(model, kDescriptorRates, isUnknown, report); }
-
-/// Reports each of the properties that is there and 0.
-template <std::size_t kCount>
-void checkNotZero(const Model& model, const char* kind, const std::array<const char*, kCount>& properties,
-                  Report& report) {
-  for (const auto* set : model.all(kind)) {
-    for (const char* property : properties) {
-      if (integerOf(*set, property) == 0) report.add(*set, property);
-    }
-  }
-}
-
-void checkPictureSizes(const Model& model, Report& report) {
-  constexpr std::array kSizes = {"StoredWidth", "StoredHeight"};
-  checkNotZero(model, "PictureDescriptor", kSizes, report);
-}
-
-void checkSampling(const Model& model, Report& report) {
-  constexpr std::array kSamplings = {"HorizontalSubsampling", "VerticalSubsampling", "ComponentDepth"};
-  checkNotZero(model, "CDCIDescriptor", kSamplings, report);
-}
-
-void checkSound(const Model& model, Report& report) {
-  constexpr std::array kSizes = {"ChannelCount", "BlockAlign", "AverageBytesPerSecond"};
-  checkNotZero(model, "SoundDescriptor", kSizes, report);
-}
-
-/// A rectangle's side within that of another one: sizes that are missing or 0 set no limit.
-struct Side {
-  const char* size;
-  const char* offset;
-  const char* outer;
-};
-
-void checkSide(const MetadataSet& set, const Side& side, Report& report) {
-  const auto size = integerOf(set, side.size), outer = integerOf(set, side.outer);
-  if (size.value_or(0) == 0 || outer.value_or(0) == 0) return;
-  const int64 end = *size + integerOf(set, side.offset).value_or(0);
-  if (end > *outer) report.add(set, side.size, {std::to_string(end), side.outer, std::to_string(*outer)});
-}
-
-void checkRectangles(const Model& model, Report& report) {
-  constexpr std::array<Side, 4> kSides = {{{"SampledWidth", "SampledXOffset", "StoredWidth"},
-                                           {"SampledHeight", "SampledYOffset", "StoredHeight"},
-                                           {"DisplayWidth", "DisplayXOffset", "SampledWidth"},
-                                           {"DisplayHeight", "DisplayYOffset", "SampledHeight"}}};
-  for (const auto* set : model.all("PictureDescriptor")) {
-    for (const auto& side : kSides) checkSide(*set, side, report);
-  }
+  forEachRate(model, kProperties, [&](const MetadataSet& set, const char* property, const Rational& rate) {
+    if (!isPositive(rate)) report.add(set, property, {valueText(rate)});
+  });
 }
 
 void checkLengths(const Model& model, Report& report) {
@@ -130,16 +59,25 @@ void checkLengths(const Model& model, Report& report) {
   }
 }
 
+/// Values of more than 65,535 octets do not fit the 2-octet lengths of local sets.
+void checkLongValues(const Model& model, Report& report) {
+  for (const auto* set : model.metadata().sets()) {
+    if (KLV::isLocalSet(set->key()) && KLV::hasBERLengths(set->key())) report.add(*set);
+  }
+}
+
 void checkTimecodeBase(const Model& model, Report& report) {
-  constexpr std::array kBase = {"FramesPerSecond"};
-  checkNotZero(model, "Timecode", kBase, report);
+  for (const auto* set : model.all("Timecode")) {
+    if (integerOf(*set, "FramesPerSecond") == 0) report.add(*set, "FramesPerSecond");
+  }
 }
 
 void checkDropFrame(const Model& model, Report& report) {
   for (const auto* set : model.all("Timecode")) {
     const auto base = integerOf(*set, "FramesPerSecond");
     const bool drops = integerOf(*set, "DropFrame").value_or(0) != 0;
-    if (drops && base.value_or(0) % 30 != 0) report.add(*set, "DropFrame", {std::to_string(*base)});
+    if (drops && base && *base != 30 && *base != 60 && *base != 120)
+      report.add(*set, "DropFrame", {std::to_string(*base)});
   }
 }
 
@@ -192,7 +130,8 @@ void checkDoubledProperties(const Model& model, Report& report) {
   }
 }
 
-/// Registers and standards differ on the size of some types, such as versions of programs; files have both.
+/// Registers and standards differ on the size of some types, such as versions of programs; files have both, and one of
+/// them is decoded.
 void checkUnreadable(const Model& model, Report& report) {
   for (const auto* set : model.sets()) {
     forEachUnread(model, *set, [&](const Element& element, const MetaMetadata::MetaElement& definition) {
@@ -218,35 +157,22 @@ const RuleTable& valueRules() {
        checkEnumerations},
       {{"edit-rate", Severity::kError, "{rate} is no rate: both numbers have to be above 0", "ST 377-1, Track"},
        checkEditRates},
-      {{"sample-rate", Severity::kWarning, "{rate} is no rate or ratio: both numbers have to be above 0",
-        "ST 377-1, File Descriptor"},
-       checkSampleRates},
-      {{"unknown-rate", Severity::kNote, "{rate} leaves the rate or ratio open", "ST 377-1, File Descriptor"},
-       checkUnknownRates},
-      {{"picture-size", Severity::kError, "a picture cannot have the size 0",
-        "ST 377-1, Generic Picture Essence Descriptor"},
-       checkPictureSizes},
-      {{"picture-rectangle", Severity::kWarning, "the rectangle ends at {end}, outside of {outer} {size}",
-        "ST 377-1, Generic Picture Essence Descriptor"},
-       checkRectangles},
-      {{"picture-sampling", Severity::kWarning, "a subsampling or depth cannot be 0",
-        "ST 377-1, CDCI Picture Essence Descriptor"},
-       checkSampling},
-      {{"sound-size", Severity::kWarning, "a number of channels or octets cannot be 0",
-        "ST 377-1, Generic Sound Essence Descriptor; ST 382"},
-       checkSound},
       {{"length-value", Severity::kError, "{length} is no length: it is 0 or more, or -1 for an unknown one",
         "ST 377-1, Structural Component"},
        checkLengths},
+      {{"long-values", Severity::kWarning,
+        "the lengths of the set's values are BER-coded instead of 2 octets, which few programs read",
+        "ST 377-1, Local Set Coding; ST 336"},
+       checkLongValues},
       {{"timecode-base", Severity::kError, "a timecode cannot have 0 frames per second",
         "ST 377-1, Timecode Component"},
        checkTimecodeBase},
-      {{"drop-frame", Severity::kWarning, "frames are dropped at 30 and 60 frames per second only, not at {base}",
-        "ST 12-1"},
+      {{"drop-frame", Severity::kWarning, "frames are dropped at 30, 60 and 120 frames per second only, not at {base}",
+        "ST 12-1, ST 12-3"},
        checkDropFrame},
       {{"date-value", Severity::kWarning, "{date} is no date", "ST 377-1, Timestamp"}, checkDates},
       {{"doubled-property", Severity::kError, "the set has the property twice", "ST 336"}, checkDoubledProperties},
-      {{"unreadable-value", Severity::kNote, "the value {octets} is not of the type that the registers have",
+      {{"unreadable-value", Severity::kNote, "the value {octets} cannot be decoded as the property's type",
         "ST 335, ST 2003"},
        checkUnreadable},
       {{"misplaced-property", Severity::kNote, "the set's definition does not list the property", "ST 395"},

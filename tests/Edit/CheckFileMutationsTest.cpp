@@ -15,7 +15,6 @@ using Metadata = PartitionMetadata;
 
 constexpr const char* kRepeatingSample = "gst-audio-ac3.mxf";  // with its metadata in partitions 0 and 2
 constexpr const char16_t* kOtherPattern = u"06.0E.2B.34.04.01.01.01.0D.01.02.01.01.02.09.00";
-constexpr const char16_t* kContainer = u"06.0E.2B.34.04.01.01.01.0D.01.03.01.02.06.01.00";
 constexpr const char16_t* kUnregisteredLabel = u"06.0E.2B.34.04.01.01.01.7F.7F.7F.7F.7F.7F.7F.7F";
 
 Types::UniversalLabel labelFrom(const char16_t* text) { return {wstring(text), kDottedForm}; }
@@ -32,6 +31,16 @@ MXF::PartitionPack& packOf(FileState& state, std::size_t partition) { return sta
 const std::vector<Mutation> kPartitions = {
     {"damaged-pack", {}, [](FileState& state) { state.partitions[1].info.damaged = true; }},
     {"unreadable-metadata", {}, [](FileState& state) { state.partitions[2].problem = "cut short"; }},
+    {"header-byte-count", {}, [](FileState& state) { state.partitions[0].countProblem = "too short"; }},
+    {"object-directory", {}, [](FileState& state) { state.partitions[0].directoryProblem = "cut short"; }},
+    {"partition-kind", {}, [](FileState& state) { packOf(state, 1).kind = KLV::PartitionKind::kFooter; }},
+    {"partition-kind", {}, [](FileState& state) { packOf(state, 1).kind = KLV::PartitionKind::kHeader; }},
+    {"footer-kind", {}, [](FileState& state) { packOf(state, 2).kind = KLV::PartitionKind::kBody; }},
+    {"random-index", {}, [](FileState& state) { state.randomIndexProblem = "cut short"; }},
+    {"random-index-count", {}, [](FileState& state) { state.randomIndex->pop_back(); }},
+    {"random-index-entry", {}, [](FileState& state) { ++state.randomIndex->back().offset; }},
+    {"random-index-entry", {}, [](FileState& state) { ++state.randomIndex->front().bodySID; }},
+    {"format-version", {}, [](FileState& state) { packOf(state, 0).minorVersion = 9; }},
     {"cut-file", {}, [](FileState& state) { state.fileSize = packOf(state, 0).footerPartition; }},
     {"unfinished-file", {}, [](FileState& state) { packOf(state, 0).status = PartitionStatus::kOpenIncomplete; }},
     {"unfinished-file", {}, [](FileState& state) { packOf(state, 0).status = PartitionStatus::kClosedIncomplete; }},
@@ -58,9 +67,24 @@ const std::vector<Mutation> kPartitions = {
 
 const std::vector<Mutation> kLabels = {
     {"unknown-label", [](Metadata& m) { m.find("MPEGVideoDescriptor").set("PictureCompression", kUnregisteredLabel); }},
-    {"operational-pattern", [](Metadata& m) { m.find("Preface").set("OperationalPattern", kContainer); },
-     [](FileState& state) {
-       for (auto& partition : state.partitions) partition.info.pack.operationalPattern = labelFrom(kContainer);
+    {"unknown-label",
+     [](Metadata& m) {  // below a node of the registers
+       m.find("MPEGVideoDescriptor").set("PictureCompression", u"06.0E.2B.34.04.01.01.01.04.01.02.02.01.01.7E.00");
+     }},
+    {"unknown-label",
+     [](Metadata& m) {
+       m.find("MPEGVideoDescriptor").set("CodingEquations", u"80.7D.00.60.08.14.3E.6F.6F.3C.8C.E1.6C.EF.11.D2");
+     }},
+    {"essence-label",
+     [](Metadata& m) {
+       m.find("MPEGVideoDescriptor").set("PictureCompression", u"06.00.00.00.0E.00.00.00.2B.00.00.00.34.00.00.00");
+     }},
+    {"label-kind", [](Metadata& m) { m.find("MPEGVideoDescriptor").set("PictureCompression", kOtherPattern); }},
+    {"label-kind", [](Metadata& m) { m.find("MPEGVideoDescriptor").set("CodingEquations", kOtherPattern); }},
+    {"unknown-data-definition",
+     [](Metadata& m) {
+       addMarker(m).set("ComponentDataDefinition", kUnregisteredLabel);
+       m.find("Sequence[7]").set("ComponentDataDefinition", kUnregisteredLabel);
      }},
     {"missing-scheme",
      [](Metadata& m) {

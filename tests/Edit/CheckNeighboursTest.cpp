@@ -17,6 +17,7 @@ constexpr const char16_t* kZeroPackage =
     u"00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00";
 constexpr const char16_t* kAbsentPackage =
     u"06.0A.2B.34.01.01.01.05.01.01.0D.00.13.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.07";
+constexpr const char16_t* kAC3 = u"06.0E.2B.34.04.01.01.01.04.02.02.02.03.02.01.00";
 constexpr const char16_t* kAtom = u"06.0E.2B.34.04.01.01.02.0D.01.02.01.10.00.00.00";
 constexpr const char16_t* kExternalEssence = u"06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.0B.00";
 constexpr const char16_t* kLaterPattern = u"06.0E.2B.34.04.01.01.0D.0D.01.02.01.01.01.09.00";
@@ -46,10 +47,37 @@ const std::vector<Mutation> kLegalValues = {
     {"sample-rate", [](M& m) { m.find("AES3PCMDescriptor").set("AudioSampleRate", Rational(48000000, 1001)); }},
     {"unknown-rate", [](M& m) { m.find("AES3PCMDescriptor").set("AudioSampleRate", Rational(0, 1)); }},
     {"picture-size", [](M& m) { m.find("MPEGVideoDescriptor").set("DisplayWidth", 0); }},
-    {"picture-rectangle", [](M& m) { m.find("MPEGVideoDescriptor").set("DisplayYOffset", -8); }},
+    {"picture-rectangle",
+     [](M& m) {
+       m.find("MPEGVideoDescriptor").set("DisplayHeight", 1);
+       m.find("MPEGVideoDescriptor").set("DisplayYOffset", 1);
+     }},
+    {"audio-rate", [](M& m) { m.find("AES3PCMDescriptor").set("AudioSampleRate", Rational(8000, 1)); }},
+    {"aspect-ratio", [](M& m) { m.find("MPEGVideoDescriptor").set("ImageAspectRatio", Rational(9, 32)); }},
+    {"picture-rate", [](M& m) { m.find("MPEGVideoDescriptor").set("SampleRate", Rational(50, 1)); }},
+    {"sampled-size", [](M& m) { m.find("MPEGVideoDescriptor").remove("SampledWidth"); }},
+    {"reference-levels", [](M& m) { m.find("MPEGVideoDescriptor").remove("WhiteRefLevel"); }},
+    {"picture-sampling", [](M& m) { m.find("MPEGVideoDescriptor").set("HorizontalSubsampling", 4); }},
+    {"picture-sampling", [](M& m) { m.find("MPEGVideoDescriptor").set("ComponentDepth", 254); }},
+    {"sound-block", [](M& m) { m.find("AES3PCMDescriptor").set("SoundCompression", kAC3); }},
+    {"sound-block",
+     [](M& m) {
+       m.find("AES3PCMDescriptor").set("QuantizationBits", 20);
+       m.find("AES3PCMDescriptor").set("BlockAlign", 3);
+     }},
+    {"sound-octets",
+     [](M& m) {
+       m.find("AES3PCMDescriptor").set("AudioSampleRate", Rational(48000000, 1001));
+       m.find("AES3PCMDescriptor").set("AverageBytesPerSecond", 95904);
+     }},
+    {"long-values", [](M& m) { m.find("MaterialPackage").set("PackageName", wstring(32000, u'x').c_str()); }},
     {"picture-rectangle", [](M& m) { m.find("MPEGVideoDescriptor").remove("SampledWidth"); }},
     {"picture-sampling", [](M& m) { m.find("MPEGVideoDescriptor").remove("VerticalSubsampling"); }},
-    {"sound-size", [](M& m) { m.find("AES3PCMDescriptor").set("QuantizationBits", 0); }},
+    {"sound-size",
+     [](M& m) {
+       m.find("AES3PCMDescriptor").set("SoundCompression", kAC3);
+       m.find("AES3PCMDescriptor").set("QuantizationBits", 0);
+     }},
     {"length-value", [](M& m) { m.find("AES3PCMDescriptor").set("EssenceLength", -1); }},
     {"timecode-base", [](M& m) { m.find("Timecode[1]").set("FramesPerSecond", 1); }},
     {"drop-frame",
@@ -61,6 +89,7 @@ const std::vector<Mutation> kLegalValues = {
     {"doubled-property", [](M& m) { addUnknown(m.find("Identification"), kPrivateTag, Bytes{1}); }},
     {"unreadable-value", [](M& m) { addUnknown(m.find("Identification"), kPrivateTag, Bytes{1}); }},
     {"misplaced-property", [](M& m) { addUnknown(m.find("Identification"), kPrivateTag, Bytes{1}); }},
+    {"needed-property", [](M& m) { m.find("MaterialPackage").set("PackageTracks", u"[]"); }},
     {"needed-property", [](M& m) { m.find("AES3PCMDescriptor").remove("LinkedTrackID"); }},
     {"required-property", [](M& m) { m.find("Identification").remove("ApplicationPlatform"); }},
     {"often-missing-property", [](M& m) { m.find("MPEGVideoDescriptor").remove("SampledWidth"); }},
@@ -86,6 +115,20 @@ const std::vector<Mutation> kLegalReferences = {
 
 const std::vector<Mutation> kLegalTracks = {
     {"track-id", [](M& m) { m.find("TimelineTrack[1]").set("TrackID", 7); }},
+    {"zero-track-id", [](M& m) { m.find("TimelineTrack[1]").remove("TrackID"); }},
+    {"zero-track-number", [](M& m) { m.find("TimelineTrack[4]").set("EssenceTrackNumber", 0); }},
+    {"zero-track-number",
+     [](M& m) {
+       m.find("EssenceData").set("EssenceStreamID", 0);
+       m.find("TimelineTrack[5]").set("EssenceTrackNumber", 0);
+     }},
+    {"start-timecode", [](M& m) { m.find("Timecode[1]").set("StartTimecode", 25 * 86400 - 1); }},
+    {"unlinked-descriptor", [](M& m) { m.find("MultipleDescriptor").set("LinkedTrackID", 0); }},
+    {"linked-kind", [](M& m) { m.find("MultipleDescriptor").set("LinkedTrackID", 3); }},
+    {"doubled-link", [](M& m) { m.find("MultipleDescriptor").set("LinkedTrackID", 2); }},
+    {"unknown-length", [](M& m) { addMarker(m).remove("ComponentLength"); }},
+    {"unknown-length", [](M& m) { m.find("Sequence[1]").set("ComponentLength", -1); },
+     [](FileState& state) { state.partitions[0].info.pack.status = KLV::PartitionStatus::kOpenIncomplete; }},
     {"track-number",
      [](M& m) {
        for (const char* track : {"TimelineTrack[1]", "TimelineTrack[2]"}) m.find(track).set("EssenceTrackNumber", 1);
@@ -140,13 +183,19 @@ const std::vector<Mutation> kLegalPackages = {
        m.find("Preface").set("OperationalPattern", kExternalEssence);
        m.find("SourceClip[1]").set("SourcePackageID", kAbsentPackage);
      }},
-    {"source-package", [](M& m) { m.find("SourceClip[1]").set("SourcePackageID", kZeroPackage); }},
+    {"source-package",
+     [](M& m) {  // in a track without essence
+       addMarker(m);
+       auto& clip = addTo(m, "Sequence[7]", "ComponentObjects", "SourceClip");
+       clip.set("SourcePackageID", kZeroPackage);
+     }},
+    {"start-position", [](M& m) { m.find("SourceClip[3]").set("StartPosition", -1); }},
     {"source-package", [](M& m) { m.find("SourceClip[3]").set("SourcePackageID", kAbsentPackage); }},
     {"lower-source-package", [](M& m) { m.find("SourceClip[3]").set("SourcePackageID", kZeroPackage); }},
     {"source-track", [](M& m) { m.find("SourceClip[3]").set("SourceTrackID", 9); }},
     {"source-length", [](M& m) { m.find("SourceClip[1]").set("ComponentLength", -1); }},
     {"source-length", [](M& m) { m.find("Sequence[5]").set("ComponentLength", -1); }},
-    {"source-length",
+    {"source-duration",
      [](M& m) {
        m.find("TimelineTrack[2]").set("EditRate", Rational(50, 1));
        m.find("SourceClip[1]").set("ComponentLength", 6);
@@ -174,6 +223,7 @@ const std::vector<Mutation> kLegalEssence = {
      }},
     {"essence-description",
      [](M& m) { addTo(m, "ContentStorage", "Packages", "SourcePackage").set("PackageID", kAbsentPackage); }},
+    {"no-container", [](M& m) { m.find("AES3PCMDescriptor").set("ContainerFormat", kLaterSound); }},
     {"unlisted-container", [](M& m) { m.find("AES3PCMDescriptor").set("ContainerFormat", kLaterSound); }},
     {"unused-container", [](M& m) { m.find("AES3PCMDescriptor").set("ContainerFormat", kLaterSound); }},
     {"unused-container", [](M& m) { m.find("MultipleDescriptor").remove("ContainerFormat"); }},
@@ -194,6 +244,19 @@ void open(FileState& state, std::size_t partition) {
 const std::vector<Mutation> kLegalPartitions = {
     {"damaged-pack", {}, [](FileState& state) { pack(state, 1).kagSize = 0; }},
     {"unreadable-metadata", {}, [](FileState& state) { pack(state, 2).headerByteCount = 0; }},
+    {"header-byte-count", {}, [](FileState& state) { pack(state, 0).headerByteCount = 0; }},
+    {"object-directory", {}, [](FileState& state) { state.partitions[0].problem = "no primer pack"; }},
+    {"partition-kind", {}, [](FileState& state) { pack(state, 2).kind = KLV::PartitionKind::kBody; }},
+    {"footer-kind", {}, [](FileState& state) { pack(state, 1).footerPartition = 0; }},
+    {"random-index", {}, [](FileState& state) { state.randomIndex.reset(); }},
+    {"random-index-count", {}, [](FileState& state) { state.randomIndex.reset(); }},
+    {"random-index-entry", {}, addRunIn},
+    {"essence-stream", [](M& m) { m.find("EssenceData").set("EssenceStreamID", 7); },
+     [](FileState& state) {
+       state.randomIndex->push_back({7, 4000});
+     }},
+    {"format-version", {}, [](FileState& state) { pack(state, 1).minorVersion = 9; }},
+    {"format-version", [](M& m) { m.find("Preface").remove("FormatVersion"); }},
     {"cut-file", {}, [](FileState& state) { pack(state, 0).footerPartition = 0; }},
     {"unfinished-file", {}, [](FileState& state) { open(state, 0); }, kRepeated},
     {"header-status", {}, [](FileState& state) { open(state, 0); }},
@@ -235,6 +298,40 @@ const std::vector<Mutation> kLegalLabels = {
     {"unknown-label", [](M& m) { m.find("MPEGVideoDescriptor").set("ContainerFormat", kLaterSound); }},
     {"unknown-label",
      [](M& m) { m.find("MPEGVideoDescriptor").set("Codec", u"80.7D.00.60.08.14.3E.6F.6F.3C.8C.E1.6C.EF.11.D2"); }},
+    {"unknown-label",
+     [](M& m) {  // a node of the registers
+       m.find("MPEGVideoDescriptor").set("PictureCompression", u"06.0E.2B.34.04.01.01.07.04.01.02.02.03.01.01.00");
+     }},
+    {"essence-label",
+     [](M& m) {
+       m.find("MPEGVideoDescriptor").set("PictureCompression", u"06.0E.2B.34.01.01.01.FF.4B.46.41.41.00.0D.4D.4F");
+     }},
+    {"label-kind",
+     [](M& m) {
+       m.find("MPEGVideoDescriptor").set("PictureCompression", u"06.0E.2B.34.04.01.01.0A.04.01.02.02.03.01.01.01");
+     }},
+    {"unknown-data-definition",
+     [](M& m) {
+       m.find("Sequence[2]").set("ComponentDataDefinition", u"80.7D.00.60.08.14.3E.6F.6F.3C.8C.E1.6C.EF.11.D2");
+     }},
+    {"unknown-pattern", [](M& m) { m.find("Preface").set("OperationalPattern", kLaterPattern); }},
+    {"pattern-material",
+     [](M& m) {
+       addTo(m, "ContentStorage", "Packages", "MaterialPackage").set("PackageID", kAbsentPackage);
+       m.find("Preface").set("OperationalPattern", u"06.0E.2B.34.04.01.01.01.0D.01.02.01.01.03.09.00");
+     }},
+    {"pattern-files",
+     [](M& m) {
+       addTo(m, "ContentStorage", "Packages", "SourcePackage").set("PackageID", kAbsentPackage);
+       m.find("SourceClip[2]").set("SourcePackageID", kAbsentPackage);
+       m.find("Preface").set("OperationalPattern", u"06.0E.2B.34.04.01.01.01.0D.01.02.01.01.02.09.00");
+     }},
+    {"pattern-tracks",
+     [](M& m) {
+       m.find("Preface").set("OperationalPattern", kAtom);
+       m.find("EssenceData").set("LinkedPackageID", m.find("SourcePackage").text("PackageID"));
+       static_cast<ReferenceArrayElement&>(*m.find("SourcePackage").find("PackageTracks")).removeAt(2);
+     }},
     {"operational-pattern", [](M& m) { m.find("Preface").set("OperationalPattern", kAtom); }},
     {"missing-scheme",
      [](M& m) {  // whose scheme has another item designator

@@ -3,14 +3,21 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <set>
 
 #include "Core/DataIO/Memory.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/MXF/HeaderMetadataWriter.h"
+#include "Core/Metadata/CollectionElements.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Types/Types.h"
 #include "tests/Edit/CheckSupport.h"
+#include "tests/SampleFiles.h"
 
 namespace Vantor::Edit {
 namespace {
@@ -79,6 +86,53 @@ TEST(Check, ComparesFindingsByPlaceNotByValue) {
   EXPECT_THAT(newFindings(withLayout(9), withLayout(4)), IsEmpty());
 }
 
+Finding findingOf(const char* rule, std::vector<std::string> arguments) {
+  return {findRule(rule), {0}, "Preface", "IdentificationList", std::move(arguments)};
+}
+std::vector<std::string> newOnes(const std::vector<Finding>& before, std::vector<Finding> after,
+                                 const IsChanged& isChanged = {}) {
+  std::vector<std::string> texts;
+  for (const auto& finding : newFindings(before, std::move(after), isChanged)) texts.push_back(finding.arguments[0]);
+  return texts;
+}
+
+TEST(Check, TakesASecondFindingInOnePlaceForNew) {
+  const auto one = findingOf("dangling-reference", {"1"}), two = findingOf("dangling-reference", {"2"});
+  EXPECT_THAT(newOnes({one}, {one, two}), ElementsAre("2"));
+  EXPECT_THAT(newOnes({one}, {two, one}), ElementsAre("2"));
+  EXPECT_THAT(newOnes({one, two}, {two}), IsEmpty());
+}
+
+TEST(Check, TakesOtherArgumentsForNewWhereTheEditChangedTheProperty) {
+  const auto one = findingOf("dangling-reference", {"1"}), two = findingOf("dangling-reference", {"2"});
+  const auto isList = [](const std::string& set, const std::string& property) {
+    return set == "Preface" && property == "IdentificationList";
+  };
+  const auto isOther = [](const std::string&, const std::string& property) { return property == "Dictionary"; };
+  EXPECT_THAT(newOnes({one}, {two}, isList), ElementsAre("2"));
+  EXPECT_THAT(newOnes({one}, {two}, isOther), IsEmpty());
+  EXPECT_THAT(newOnes({one}, {one}, isList), IsEmpty());
+}
+
+TEST(Check, LetsOneFindingAccountForOneOnly) {
+  const auto one = findingOf("dangling-reference", {"1"});
+  EXPECT_THAT(newOnes({one}, {findingOf("dangling-reference", {"2"}), findingOf("dangling-reference", {"3"})}),
+              ElementsAre("3"));
+  EXPECT_THAT(newOnes({one}, {findingOf("shared-set", {"1"})}), ElementsAre("1"));
+}
+
+TEST(Check, ReportsEqualFindingsOnce) {
+  const Mutation doubled{"", [](PartitionMetadata& m) {
+                           auto& list =
+                               static_cast<ReferenceArrayElement&>(*m.find("Preface").find("IdentificationList"));
+                           for (int i = 0; i < 2; ++i) {
+                             list.appendUnverifiedReference(
+                                 std::make_unique<Types::StrongReference>(Types::UUID(std::array<uint8, 16>{1})));
+                           }
+                         }};
+  EXPECT_EQ(newFindingsOf(doubled).size(), 1u);
+}
+
 TEST(Check, DoesNotTakeWhatARepetitionHadForNew) {
   auto before = stateOf("gst-audio-ac3.mxf"), after = before;
   after.partitions[0].metadata =
@@ -106,17 +160,112 @@ TEST(Check, MissesAPreface) {
   EXPECT_THAT(codes, ElementsAre("preface-count", "unreached-set"));
 }
 
-TEST(Check, GoesOnWhereTheMetadataOfAnotherPartitionAreDamaged) {
-  const auto path = std::string(VANTOR_TEST_DATA_DIR) + "/gst-audio-ac3.mxf";
+std::string bytesOf(const Path& path) {
   std::ifstream file(path, std::ios::binary);
-  std::string bytes((std::istreambuf_iterator<char>(file)), {});
-  bytes.replace(stateOf("gst-audio-ac3.mxf").partitions[2].info.packEnd, 16, 16, '\x55');
-  DataIO::Memory::MemoryFile damaged(reinterpret_cast<const uint8*>(bytes.data()), bytes.size());
-  const auto state = readState(damaged, builtInDictionary());
-  EXPECT_NE(state.partitions[2].problem, "");
+  return std::string((std::istreambuf_iterator<char>(file)), {});
+}
+std::string bytesOf(const char* sample) { return bytesOf(Path(VANTOR_TEST_DATA_DIR) / sample); }
+
+std::set<std::string> codesOf(const std::string& bytes) {
+  DataIO::Memory::MemoryFile file(reinterpret_cast<const uint8*>(bytes.data()), bytes.size());
   std::set<std::string> codes;
-  for (const auto& finding : check(state)) codes.insert(finding.rule->code);
-  EXPECT_THAT(codes, ElementsAre("unknown-rate", "unreadable-metadata"));
+  for (const auto& finding : check(readState(file, builtInDictionary()))) codes.insert(finding.rule->code);
+  return codes;
+}
+
+TEST(Check, GoesOnWhereTheMetadataOfAnotherPartitionAreDamaged) {
+  auto bytes = bytesOf("gst-audio-ac3.mxf");
+  bytes.replace(stateOf("gst-audio-ac3.mxf").partitions[2].info.packEnd, 16, 16, '\x55');
+  EXPECT_THAT(codesOf(bytes), ElementsAre("unknown-rate", "unreadable-metadata"));
+}
+
+TEST(Check, FindsACountOfMetadataBytesThatEndsWithinThem) {
+  constexpr std::size_t kHeaderByteCount = 20 + 32 + 7;  // behind key and length, in the value; its last byte
+  auto bytes = bytesOf("op1a.mxf");
+  bytes[kHeaderByteCount] = static_cast<char>(bytes[kHeaderByteCount] + 1);
+  EXPECT_THAT(codesOf(bytes), ElementsAre("header-byte-count"));
+}
+
+TEST(Check, FindsARandomIndexPackThatPointsElsewhere) {
+  constexpr std::size_t kLastOffset = 5;  // from the end, in front of the length of the pack
+  auto bytes = bytesOf("op1a.mxf");
+  bytes[bytes.size() - kLastOffset] = static_cast<char>(bytes[bytes.size() - kLastOffset] + 1);
+  EXPECT_THAT(codesOf(bytes), ElementsAre("random-index-entry"));
+}
+
+/// Without the body partition, the packs seem to be all right, and its stream seems to be nowhere.
+TEST(Check, FindsABodyPartitionThatTheFooterSkips) {
+  auto bytes = bytesOf("op1a.mxf");
+  const auto state = stateOf("op1a.mxf");
+  constexpr std::size_t kPreviousPartition = 20 + 16;
+  const auto at = static_cast<std::size_t>(state.partitions[2].info.offset) + kPreviousPartition;
+  bytes.replace(at, 8, 8, '\0');
+  EXPECT_THAT(codesOf(bytes), ElementsAre("random-index-count"));
+}
+
+/// A file with an object directory; none where it is not there.
+std::optional<Path> directorySample() {
+  for (const auto& path : sampleFiles()) {
+    if (path.filename() == "bmx-avid-video_v1.mxf") return path;
+  }
+  return std::nullopt;
+}
+
+constexpr KLV::Key kDirectory({0x96, 0x13, 0xb3, 0x8a, 0x87, 0x34, 0x87, 0x46,  //
+                               0xf1, 0x02, 0x96, 0xf0, 0x56, 0xe0, 0x4d, 0x2a});
+
+TEST(Check, FindsAnObjectDirectoryThatPointsElsewhere) {
+  const auto sample = directorySample();
+  if (!sample) GTEST_SKIP() << "no sample";
+  auto bytes = bytesOf(*sample);
+  const auto at = bytes.find(std::string(reinterpret_cast<const char*>(kDirectory.rawBuffer()), KLV::Key::kSize));
+  ASSERT_NE(at, std::string::npos);
+  constexpr std::size_t kFirstOffset = 16 + 9 + 9 + 16 + 7;  // key, length, counts, identifier; its last byte
+  auto sound = codesOf(bytes);
+  ++bytes[at + kFirstOffset];
+  sound.insert("object-directory");
+  EXPECT_EQ(codesOf(bytes), sound);
+}
+
+TEST(Check, FindsASetThatTheRootOfAnObjectDirectoryNamesInVain) {
+  const auto sample = directorySample();
+  if (!sample) GTEST_SKIP() << "no sample";
+  const auto metadata = MXF::readHeaderMetadata(*sample, builtInDictionary());
+  metadata->remove(metadata->find("MetaDictionary"));
+  DataIO::Memory::MemoryDataSink sink;
+  MXF::writeHeaderMetadata(*metadata, MXF::SetOrder::kFile, sink);
+  auto state = stateOf(*sample);
+  const auto before = check(state);
+  state.partitions[0].metadata = readMetadata(sink.take(), builtInDictionary());
+  const auto found = newFindings(before, check(state));
+  EXPECT_TRUE(std::any_of(found.begin(), found.end(), [](const Finding& finding) {
+    return std::string(finding.rule->code) == "dangling-reference";
+  }));
+}
+
+TEST(Check, NamesOnlyTheRootsOfWhatNothingReaches) {
+  const Mutation mutation{"", [](PartitionMetadata& m) { m.remove(m.find("ContentStorage")); }};
+  const auto found = newFindingsOf(mutation);
+  std::set<std::string> lost;
+  for (const auto& text : found) {
+    if (text.rfind("unreached-set: ", 0) == 0) lost.insert(text.substr(15, text.find(' ', 15) - 15));
+  }
+  EXPECT_THAT(lost, ElementsAre("EssenceData", "MaterialPackage", "SourcePackage"));
+}
+
+TEST(Check, NamesOneSetOfACycleThatNothingReaches) {
+  const Mutation mutation{"", [](PartitionMetadata& m) {
+                            auto &one = m.createMetadataSet("Sequence"), &other = m.createMetadataSet("Sequence");
+                            one.append("ComponentObjects", other);
+                            other.append("ComponentObjects", one);
+                            for (auto* set : {&one, &other}) {
+                              set->append("ComponentObjects", m.createMetadataSet("Filler"));
+                            }
+                          }};
+  const auto found = newFindingsOf(mutation);
+  EXPECT_EQ(
+      std::count_if(found.begin(), found.end(), [](const auto& text) { return text.rfind("unreached-set", 0) == 0; }),
+      1);
 }
 
 }  // namespace

@@ -247,16 +247,16 @@ TEST_F(FileTest, KeepsWhatAnExportOfAPartLeavesOut) {
   LosslessXML::ExportOptions options;
   options.start = &file.metadata().find("Timecode[1]");
   const auto xml = replaced(LosslessXML::exportBytes(file.metadata(), options, XMLUtils::EncodingType::kUTF8Indented),
-                            ">188<", ">1875<");
+                            ">188<", ">375<");
   merge(xml);
   EXPECT_EQ(saved_.changes.changedSets, 1u);
   EXPECT_EQ(saved_.changes.removedSets, 0u);
-  EXPECT_EQ(text("Timecode[1]", "FramesPerSecond"), "1875");
+  EXPECT_EQ(text("Timecode[1]", "FramesPerSecond"), "375");
   EXPECT_THAT([&] { merge(withoutDescription(xml)); },
               ThrowsMessage<Exceptions::InvalidFormat>(HasSubstr("the document has no Preface, and does not")));
   MergeOptions start;
   start.start = "Timecode[1]";
-  merge(replaced(withoutDescription(xml), ">1875<", ">188<"), start);
+  merge(replaced(withoutDescription(xml), ">375<", ">188<"), start);
   EXPECT_EQ(text("Timecode[1]", "FramesPerSecond"), "188");
 }
 

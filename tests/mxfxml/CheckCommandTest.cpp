@@ -14,7 +14,7 @@ using testing::Not;
 using testing::StartsWith;
 
 const std::string kSound = sample("op1a.mxf");
-const std::string kWithNote = sample("gst-audio-ac3.mxf");
+const std::string kWithNote = sample("bmx-op1a-timedtext.mxf");
 const std::string kWithWarnings = sample("ffmpeg-mpeg2-pipe-unfinished.mxf");
 
 TEST(CheckCommand, EndsWithZeroWhereNothingIsFound) {
@@ -28,8 +28,9 @@ TEST(CheckCommand, EndsWithZeroAfterNotes) {
   const Result result = run({"check", kWithNote});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.out,
-            "note: unknown-rate: partitions 0, 2: SoundDescriptor DF.7E.30.CB.90.92.45.6D.A8.9F.69.11.11.2F.35.BA: "
-            "SampleRate: 0/0 leaves the rate or ratio open\n" +
+            "note: often-missing-property: partition 0: DCTimedTextDescriptor "
+            "D3.E9.CD.E6.1C.B4.4D.6A.88.63.12.93.8E.BE.A9.75: ResourceID: a required property is missing that many "
+            "writers leave out\n" +
                 kWithNote + ": 1 note\n");
 }
 

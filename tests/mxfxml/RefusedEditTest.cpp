@@ -32,7 +32,7 @@ const Refusal kRefusedEdits[] = {
      {"set", "{file}", "--remove", "MaterialPackage.PackageID"},
      1,
      {"{file}: error: needed-property: partition 0: MaterialPackage AD.AB.44.24.2F.25.4D.C7.92.FF.00.01.00.00.00.00: "
-      "PackageID: a property that readers need is missing",
+      "PackageID: a property that readers need is missing or empty",
       "{file}: the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it"},
      kOp1a},
     {"a track number twice",
