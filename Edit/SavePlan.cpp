@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "Core/Comparison/PartitionComparison.h"
@@ -15,6 +16,7 @@
 #include "Core/Platform/Raise.h"
 #include "Edit/Consequences.h"
 #include "Edit/Differences.h"
+#include "Edit/EditedSets.h"
 #include "Edit/Repetitions.h"
 
 namespace Vantor::Edit {
@@ -156,8 +158,21 @@ class Planner {
     const auto before = readState(file_.source, file_.dictionary);
     auto findings = check(stateAfter(before));
     // Nearly all files keep all rules.
-    if (!findings.empty()) findings = newFindings(check(before), std::move(findings));
+    if (!findings.empty()) findings = newFindings(check(before), std::move(findings), changedProperties());
     plan_.report.findings = std::move(findings);
+  }
+
+  IsChanged changedProperties() const {
+    std::set<std::pair<std::string, std::string>> changed;
+    for (const auto& set : editedSets(*before_, file_.metadata)) {
+      for (const auto& [old, now] : set.properties) {
+        const auto* definition = (now == nullptr ? old : now)->metaAttribute().metaElement();
+        if (definition != nullptr) changed.emplace(set.after->fullName(), definition->symbol());
+      }
+    }
+    return [changed = std::move(changed)](const std::string& set, const std::string& property) {
+      return changed.count({set, property}) != 0;
+    };
   }
 
   FileState stateAfter(const FileState& before) const {

@@ -23,6 +23,12 @@ constexpr const char* kRepeating =
     VANTOR_TEST_DATA_DIR "/gst-audio-ac3.mxf";  // with its metadata in partitions 0 and 2
 constexpr const char* kOP1b = "06.0E.2B.34.04.01.01.01.0D.01.02.01.01.02.01.00";
 
+SaveOptions ignoringEveryRule() {
+  SaveOptions options;
+  for (const auto* rule : rules()) options.ignoredRules.insert(rule->code);
+  return options;
+}
+
 SaveOptions ignoring(const std::string& rule) {
   SaveOptions options;
   options.ignoredRules = {rule};
@@ -120,6 +126,27 @@ TEST_F(SavingTest, WritesTheLabelsIntoThePackOfAChosenPartitionAlone) {
   EXPECT_THAT(patterns(), ElementsAre(before[0], before[1], kOP1b));
 }
 
+TEST_F(SavingTest, IsRefusedWhereTheEditBreaksARuleOnceMore) {
+  const SaveOptions all = ignoringEveryRule();
+  File file(path(), builtInDictionary());
+  auto& preface = *file.metadata().preface();
+  preface.append("IdentificationList", Types::StrongReference(Types::UUID(std::array<uint8, 16>{0x77})));
+  file.save(all);
+  file.metadata().find("Identification").set("ApplicationName", u"Ed");
+  EXPECT_EQ(file.save().changes.changedSets, 1u) << "another set";
+  preface.append("IdentificationList", Types::StrongReference(Types::UUID(std::array<uint8, 16>{0x78})));
+  EXPECT_THROW(file.save(), FileGetsWorse) << "a second reference of the same list that leads nowhere";
+}
+
+TEST_F(SavingTest, IsRefusedWhereAWrongValueBecomesAnotherWrongValue) {
+  File file(path(), builtInDictionary());
+  auto& track = file.metadata().find("TimelineTrack[2]");
+  track.set("EditRate", Types::Rational(0, 0));
+  file.save(ignoringEveryRule());
+  track.set("EditRate", Types::Rational(0, 7));
+  EXPECT_THROW(file.save(), FileGetsWorse);
+}
+
 TEST_F(SavingTest, IsRefusedWhereTheEditBreaksARule) {
   File file(path(), builtInDictionary());
   file.metadata().find("TimelineTrack[2]").set("EditRate", Types::Rational(0, 0));
@@ -151,7 +178,8 @@ TEST_F(SavingTest, IsNotRefusedForWhatTheFileBreaksAlready) {
   File file(path(), builtInDictionary());
   file.metadata().find("TimelineTrack[2]").set("EditRate", Types::Rational(0, 0));
   file.save(ignoring("edit-rate"));
-  file.metadata().find("TimelineTrack[2]").set("EditRate", Types::Rational(0, 1));
+  file.metadata().find("TimelineTrack[2]").set("Origin", Types::Position(0));
+  file.metadata().find("TimelineTrack[2]").set("TrackName", u"Sound");
   file.metadata().find("Identification").set("ApplicationName", u"Ed");
   EXPECT_EQ(file.save().changes.changedSets, 2u);
 }
