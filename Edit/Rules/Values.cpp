@@ -51,7 +51,7 @@ void checkRates(const Model& model, const std::array<const char*, kCount>& prope
   for (const auto* set : model.sets()) {
     for (const char* property : properties) {
       const auto* rate = valueOf<Rational>(*set, property);
-      if (rate != nullptr && isWrong(*rate)) report.add(*set, property, {valueText(*rate)});
+      if (rate != nullptr && isWrong(*rate)) report.add(*set, property, {valueText(*set, *set->find(property))});
     }
   }
 }
@@ -197,7 +197,7 @@ void checkUnreadable(const Model& model, Report& report) {
   for (const auto* set : model.sets()) {
     forEachUnread(model, *set, [&](const Element& element, const MetaMetadata::MetaElement& definition) {
       if (isDoubled(*set, definition) || element.wireValue() == nullptr) return;
-      report.add(*set, definition.symbol(), {valueText(*element.wireValue())});
+      report.add(*set, definition.symbol(), {valueText(*set, element)});
     });
   }
 }

@@ -112,7 +112,7 @@ class SetCommand final : public Command {
 
   static void make(const Change& change, MetadataSet& set) {
     if (change.value) {
-      set.set(change.property, Utils::stringToWstring(*change.value));
+      set.set(change.property, Utils::stringToWstring(*change.value), TextFiles::kRead);
     } else {
       set.remove(change.property);
     }
