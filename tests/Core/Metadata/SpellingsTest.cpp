@@ -19,11 +19,11 @@ constexpr const char* kOP1a = "060E2B34040101010D01020101010900";
 constexpr const char* kOP1aSymbol = "MXFOP1aSingleItemSinglePackageMultiTrackStreamInternal";
 constexpr const char* kBT709 = "060E2B34040101010401010101020000";
 constexpr const char* kBT709Symbol = "TransferCharacteristic_ITU709";
-constexpr const char* kPicture = "060E2B34040101010103020201000000";
-constexpr const char* kUUID = "00112233445566778899AABBCCDDEEFF";
-constexpr const char* kDotted = "00.11.22.33.44.55.66.77.88.99.AA.BB.CC.DD.EE.FF";
-constexpr const char* kUMID = "060A2B340101010501010D4313000000D3B6D3D7C1A14B4F8C0F0123456789AB";
-constexpr const char* kDottedUMID =
+constexpr const char* kPictureTrack = "060E2B34040101010103020201000000";
+constexpr const char* kSomeUUID = "00112233445566778899AABBCCDDEEFF";
+constexpr const char* kSomeDotted = "00.11.22.33.44.55.66.77.88.99.AA.BB.CC.DD.EE.FF";
+constexpr const char* kSomeUMID = "060A2B340101010501010D4313000000D3B6D3D7C1A14B4F8C0F0123456789AB";
+constexpr const char* kSomeDottedUMID =
     "06.0A.2B.34.01.01.01.05.01.01.0D.43.13.00.00.00.D3.B6.D3.D7.C1.A1.4B.4F.8C.0F.01.23.45.67.89.AB";
 
 const Spelling kSpellings[] = {
@@ -98,8 +98,9 @@ const Spelling kSpellings[] = {
     {"CDCIDescriptor", "TransferCharacteristic", kBT709Symbol, kBT709, kBT709Symbol},
     {"CDCIDescriptor", "ColorPrimaries", "BT.709", "060E2B34040101060401010103030000", "ColorPrimaries_ITU709"},
     {"CDCIDescriptor", "CodingEquations", "BT.709", "060E2B34040101010401010102020000", "CodingEquations_ITU709"},
-    {"Sequence", "ComponentDataDefinition", "Picture", kPicture, "PictureEssenceTrack"},
-    {"Sequence", "ComponentDataDefinition", "{01030202-0100-0000-060e-2b3404010101}", kPicture, "PictureEssenceTrack"},
+    {"Sequence", "ComponentDataDefinition", "Picture", kPictureTrack, "PictureEssenceTrack"},
+    {"Sequence", "ComponentDataDefinition", "{01030202-0100-0000-060e-2b3404010101}", kPictureTrack,
+     "PictureEssenceTrack"},
     // Booleans.
     {"Timecode", "DropFrame", "yes", "01", "true"},
     {"Timecode", "DropFrame", "Off", "00", "false"},
@@ -109,16 +110,17 @@ const Spelling kSpellings[] = {
     {"TimelineTrack", "EssenceTrackNumber", "0x15010500", "15010500", "352388352"},
     {"CDCIDescriptor", "VideoLineMap", "[21, 584]", "00000002000000040000001500000248", "[21, 584]"},
     // Identifiers.
-    {"Identification", "GenerationID", "urn:uuid:00112233-4455-6677-8899-aabbccddeeff", kUUID, kDotted},
-    {"Identification", "GenerationID", "{00112233-4455-6677-8899-AABBCCDDEEFF}", kUUID, kDotted},
-    {"Identification", "GenerationID", "00112233445566778899aabbccddeeff", kUUID, kDotted},
-    {"MaterialPackage", "PackageID", kUMID, kUMID, kDottedUMID},
-    {"MaterialPackage", "PackageID", "0x060A2B340101010501010D4313000000D3B6D3D7C1A14B4F8C0F0123456789AB", kUMID,
-     kDottedUMID},
+    {"Identification", "GenerationID", "urn:uuid:00112233-4455-6677-8899-aabbccddeeff", kSomeUUID, kSomeDotted},
+    {"Identification", "GenerationID", "{00112233-4455-6677-8899-AABBCCDDEEFF}", kSomeUUID, kSomeDotted},
+    {"Identification", "GenerationID", "00112233445566778899aabbccddeeff", kSomeUUID, kSomeDotted},
+    {"MaterialPackage", "PackageID", kSomeUMID, kSomeUMID, kSomeDottedUMID},
+    {"MaterialPackage", "PackageID", "0x060A2B340101010501010D4313000000D3B6D3D7C1A14B4F8C0F0123456789AB", kSomeUMID,
+     kSomeDottedUMID},
     {"MaterialPackage", "PackageID",
-     "urn:smpte:umid:060a2b34.01010105.01010d43.13000000.d3b6d3d7.c1a14b4f.8c0f0123.456789ab", kUMID, kDottedUMID},
-    {"MaterialPackage", "PackageID", "060A2B34 01010105 01010D43 13000000 D3B6D3D7 C1A14B4F 8C0F0123 456789AB", kUMID,
-     kDottedUMID},
+     "urn:smpte:umid:060a2b34.01010105.01010d43.13000000.d3b6d3d7.c1a14b4f.8c0f0123.456789ab", kSomeUMID,
+     kSomeDottedUMID},
+    {"MaterialPackage", "PackageID", "060A2B34 01010105 01010D43 13000000 D3B6D3D7 C1A14B4F 8C0F0123 456789AB",
+     kSomeUMID, kSomeDottedUMID},
     {"Sequence", "ComponentObjects", "[00112233-4455-6677-8899-aabbccddeeff]",
      "000000010000001000112233445566778899AABBCCDDEEFF", "[00.11.22.33.44.55.66.77.88.99.AA.BB.CC.DD.EE.FF]"},
     // Texts.
