@@ -55,7 +55,10 @@ auto_ptr<Types::SimpleDataType> parseProperty(const PropertyPlace& place, std::u
   const auto* list = MetaMetadata::asCollection(*place.definition);
   if (list == nullptr) return parseItem(place, place.definition->dataType(), text);
   const auto type = list->dataSubType();
-  return Types::parseList(list->dataType(), type, text, [&](auto item) { return parseItem(place, type, item); });
+  const auto* form = formOf(place, type);
+  return Types::parseList(
+      list->dataType(), type, text, [&](auto item) { return parseItem(place, type, item); },
+      form == nullptr ? std::string() : form->noun(place).examples);
 }
 
 }  // namespace Vantor

@@ -150,7 +150,7 @@ const Refusal kRefusedEdits[] = {
      {"set", "{file}", "Preface.EssenceContainers=none"},
      1,
      {"{file}: EssenceContainers of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'none' is not a list; "
-      "for example ["}},
+      "for example [MXFGCGenericEssenceMultipleMappings]"}},
     {"an InstanceUID",
      {"set", "{file}", "--remove", "Preface.InstanceUID"},
      1,

@@ -275,9 +275,9 @@ TEST(Set, TakesCompoundValuesAndLists) {
   const std::string diff = file.diff();
   EXPECT_THAT(diff, HasSubstr(": FileLastModified: 2026-10-21T01:15:27.020 -> 2027-02-09T03:04:05.008\n"));
   EXPECT_THAT(diff, HasSubstr(": FormatVersion: 1.2 -> 1.3\n"));
-  EXPECT_THAT(diff, HasSubstr(": ApplicationVersion: 1.22.0.0.1 -> 1.2.3.4.5\n"));
+  EXPECT_THAT(diff, HasSubstr(": ApplicationVersion: 1.22.0.0 release -> 1.2.3.4 private\n"));
   EXPECT_THAT(diff, HasSubstr(" -> [06.0E.2B.34.04.01.01.02.0D.01.03.01.02.06.03.00, "
-                              "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40.01]\n"));
+                              "MXFGCFrameWrappedMPEGESAudioStream0SID]\n"));
   EXPECT_THAT(diff,
               HasSubstr(": PackageTracks[0]: " + std::string(kTimecodeTrack) + " (TimelineTrack) -> " + kSecondTrack));
 }

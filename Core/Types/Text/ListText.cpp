@@ -26,8 +26,8 @@ wstring printItem(const SimpleDataType& item, const ItemPrinter& print) {
 /// Items as they stand between the brackets.
 class ItemScanner {
  public:
-  ItemScanner(std::u16string_view text, Identifiers::Identifier itemType)
-      : text_(text), itemType_(itemType), rest_(trimmed(text)) {
+  ItemScanner(std::u16string_view text, Identifiers::Identifier itemType, std::string_view examples)
+      : text_(text), itemType_(itemType), examples_(examples), rest_(trimmed(text)) {
     if (rest_.size() < 2 || rest_.front() != u'[' || rest_.back() != u']') refuse();
     rest_ = trimmed(rest_.substr(1, rest_.size() - 2));
   }
@@ -45,9 +45,9 @@ class ItemScanner {
  private:
   [[noreturn]] void refuse() const {
     const auto* item = typeText(itemType_);
-    const std::string example(item == nullptr ? "1" : item->examples);
-    const auto one = "[" + example.substr(0, std::min(example.find(", "), example.find(" or "))) + "]";
-    refuseText(text_, "a list", "", isTextType(itemType_) ? R"(["a", "b"])" : one);
+    const std::string_view examples = examples_.empty() && item != nullptr ? item->examples : examples_;
+    const std::string one(examples.substr(0, std::min(examples.find(", "), examples.find(" or "))));
+    refuseText(text_, "a list", "", isTextType(itemType_) ? R"(["a", "b"])" : "[" + one + "]");
   }
   wstring nextBare() {
     const bool isBraced = rest_.front() == u'{';
@@ -66,6 +66,7 @@ class ItemScanner {
 
   std::u16string_view text_;
   Identifiers::Identifier itemType_;
+  std::string_view examples_;
   std::u16string_view rest_;
 };
 
@@ -91,10 +92,10 @@ wstring printList(const Collection& list, const ItemPrinter& print) {
 }
 
 auto_ptr<SimpleDataType> parseList(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
-                                   std::u16string_view text, const ItemParser& parse) {
+                                   std::u16string_view text, const ItemParser& parse, std::string_view examples) {
   Templates::vector<auto_ptr<SimpleDataType>> items;
   uint32 itemSize = Identifiers::typeSize(itemType);
-  for (ItemScanner scanner(text, itemType); scanner.hasMore();) {
+  for (ItemScanner scanner(text, itemType, examples); scanner.hasMore();) {
     const wstring item = scanner.next();
     items.push_back(parse ? parse(item) : parseValue(itemType, item));
     itemSize = std::max(itemSize, items.back()->encodedSize());

@@ -18,8 +18,10 @@ wstring printList(const Collection& list, const ItemPrinter& print = {});
 /// commas in braces belong to the item. Shorter texts get NULs up to the size of the longest.
 /// @param arrayOrBatch  kArray or kBatch.
 /// @param parse         for items of other types than texts; throws for what is none. Empty for `parseValue`.
+/// @param examples      of items, as in a `TypeText`; empty for those of the type.
 /// @throws InvalidFormat with what the list takes, and for items that are not of one size on the wire.
 auto_ptr<SimpleDataType> parseList(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
-                                   std::u16string_view text, const ItemParser& parse = {});
+                                   std::u16string_view text, const ItemParser& parse = {},
+                                   std::string_view examples = {});
 
 }  // namespace Vantor::Types
