@@ -38,9 +38,16 @@ std::string sizeFault(const MetaElement& definition, const uint8* octets, std::s
          " of their type";
 }
 
-std::string reasonFor(const MetaElement* definition, bool isDoubled, const uint8* octets, std::size_t size) {
+bool hasDecoded(const MetadataSet& set, const MetaElement& definition) {
+  const auto* element = set.find(definition.key());
+  return element != nullptr && element->isPresent();
+}
+
+/// @param decodes  whether the octets are a value of the property.
+std::string reasonFor(const MetadataSet& set, const MetaElement* definition, bool decodes, const uint8* octets,
+                      std::size_t size) {
   if (definition == nullptr) return "the dictionary does not have it";
-  if (isDoubled) return "the set has it twice";
+  if (decodes) return hasDecoded(set, *definition) ? "the set has it twice" : "the set's definition does not list it";
   if (size == 0) return "it has no octets";
   const auto fault = sizeFault(*definition, octets, size);
   return fault.empty() ? "its octets are no " + std::string(typeName(*definition)) : fault;
@@ -63,9 +70,9 @@ UnreadValue unreadValueOf(const MetadataSet& set, const Element& element) {
   const uint8* octets = value == nullptr ? nullptr : value->rawBuffer();
   const std::size_t size = value == nullptr ? 0 : value->encodedSize();
   auto decoded = definition == nullptr || size == 0 ? nullptr : decodeValue(*definition, octets, size);
-  const bool isDoubled = decoded != nullptr;
+  const bool decodes = decoded != nullptr;
   if (decoded == nullptr && definition != nullptr && size != 0) decoded = decodeOtherForm(*definition, octets, size);
-  return {&set, &element, definition, std::move(decoded), reasonFor(definition, isDoubled, octets, size)};
+  return {&set, &element, definition, std::move(decoded), reasonFor(set, definition, decodes, octets, size)};
 }
 
 std::vector<UnreadValue> unreadValues(const PartitionMetadata& metadata) {

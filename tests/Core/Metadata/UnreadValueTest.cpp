@@ -78,6 +78,11 @@ TEST(UnreadValue, GivesTheReason) {
             "its size is not that of the items that it counts");
 }
 
+TEST(UnreadValue, OfAGenerationOutOfItsPlaceIsItsValue) {
+  FileSet file("ClassDefinition", 0x0102, hexOf(uid(2)));
+  EXPECT_EQ(file.unread().reason, "the set's definition does not list it");
+}
+
 TEST(UnreadValue, OfAPropertyThatIsThereTwiceIsItsValue) {
   PartitionMetadata partition(builtInDictionary());
   auto& set = readSet(partition, builtInDictionary()->findSetBySymbol("TimelineTrack")->key(),
