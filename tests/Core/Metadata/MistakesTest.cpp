@@ -2,7 +2,7 @@
 
 #include "tests/Core/Metadata/PropertySpellings.h"
 
-/// What people write by mistake, and what they are told.
+/// What people write by mistake, and the messages.
 namespace Vantor {
 namespace {
 
