@@ -6,7 +6,10 @@
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
+#include "Core/Types/DataValue.h"
 #include "Core/Types/Factories.h"
+#include "Core/Types/LocalTag.h"
+#include "Core/Types/UTF16.h"
 #include "Core/Types/ValueText.h"
 #include "XMLBuilder/FromXMLElementVisitor.h"
 #include "XMLBuilder/LosslessCopies.h"
@@ -225,7 +228,7 @@ void LosslessRules::checkPointer(const DOMElement& pointer) {
 // Values.
 
 auto_ptr<Types::SimpleDataType> LosslessRules::emptyValue(Identifier type) const {
-  if (Types::hasEmptyText(type)) return Types::valueFromText(type, {});
+  if (auto value = Types::emptyValue(type)) return value;
   raise<InvalidFormat>("the element is empty, and the type {} has no empty value", Types::Identifiers::name(type));
 }
 
@@ -233,7 +236,9 @@ auto_ptr<Types::SimpleDataType> LosslessRules::textValue(Identifier type, const 
   using namespace Types::Identifiers;
   const auto text = Types::checkedText(type, LosslessForms::plainText(node));
   // The exact reader has no form for two of these types, and loses a UTF16 that is white space.
-  if (type == kLocalTag || type == kDataValue || type == kUTF16) return Types::valueFromText(type, text);
+  if (type == kLocalTag) return std::make_unique<Types::LocalTag>(text, kDottedForm);
+  if (type == kDataValue) return std::make_unique<Types::DataValue>(parseHexString(text));
+  if (type == kUTF16) return std::make_unique<Types::UTF16>(text.empty() ? uint16{0} : static_cast<uint16>(text[0]));
   if (auto value = readText(type, node, text)) return value;
   raise<InvalidFormat>("documents have no form for the type {}", name(type));
 }

@@ -75,7 +75,7 @@ bool isRestoredFromText(const Element& property) {
     return items == nullptr || areRestored(*items, collection->dataSubType());
   }
   // An empty UTF16 is read as NUL.
-  if (value == nullptr) return Types::hasEmptyText(definition->dataType()) && definition->dataType() != kUTF16;
+  if (value == nullptr) return Types::emptyValue(definition->dataType()) != nullptr && definition->dataType() != kUTF16;
   return value->identifier() == definition->dataType() && isRestored(*value);
 }
 

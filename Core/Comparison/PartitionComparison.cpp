@@ -65,7 +65,19 @@ bool hasSameOctets(const SimpleDataType& left, const SimpleDataType& right) {
          std::equal(left.rawBuffer(), left.rawBuffer() + left.encodedSize(), right.rawBuffer());
 }
 
-std::string textOf(const SimpleDataType* value) { return value == nullptr ? kNoValue : valueText(*value); }
+/// A property of one side, which decides how its values read.
+struct Side {
+  const MetadataSet* set = nullptr;
+  const Element* property = nullptr;
+
+  /// @param value  the property's, or an item of it; null for none.
+  std::string textOf(const SimpleDataType* value) const {
+    if (value == nullptr) return kNoValue;
+    if (value == property->wireValue()) return valueText(*set, *property);
+    return valueText({set, set->definitionOf(*property)}, *value);
+  }
+};
+
 std::string textOf(const Types::UUID& identifier) { return identifier.dottedText(); }
 
 std::string octetText(const uint8* octets, std::size_t size, std::size_t at) {
@@ -230,7 +242,7 @@ class Comparer {
     for (const auto& pair : pairs) {
       ++result_.properties;
       if (pair.left == nullptr || pair.right == nullptr) {
-        compareWithNone(left, pair);
+        compareWithNone(left, right, pair);
         continue;
       }
       count(Insignificant::kBEROctets, haveBERLengths && lengthOctets(*pair.left) != lengthOctets(*pair.right) ? 1 : 0);
@@ -240,11 +252,12 @@ class Comparer {
     count(Insignificant::kPropertyOrder, std::is_sorted(places.begin(), places.end()) ? 0 : 1);
   }
 
-  void compareWithNone(const MetadataSet& leftSet, const PropertyPair& pair) {
+  void compareWithNone(const MetadataSet& leftSet, const MetadataSet& rightSet, const PropertyPair& pair) {
     const Element& property = pair.left != nullptr ? *pair.left : *pair.right;
     if (isEmptyOptional(property)) return count(Insignificant::kEmptyCollections, 1);
     ++result_.differingProperties;
-    const std::string text = textOf(property.wireValue());
+    const Side side = {pair.left != nullptr ? &leftSet : &rightSet, &property};
+    const std::string text = side.textOf(property.wireValue());
     if (pair.left != nullptr) {
       report(leftSet, propertyName(property, left_.partitionDictionary()), {Kind::kMissingProperty, text, ""});
     } else {
@@ -257,6 +270,8 @@ class Comparer {
     const auto leftTag = localTagOf(left, left_.partitionDictionary());
     count(Insignificant::kLocalTags, leftTag != localTagOf(right, right_.partitionDictionary()) ? 1 : 0);
     count(Insignificant::kPrimerLabels, haveSameLabel(left, right) ? 0 : 1);
+    leftSide_ = {&leftSet, &left};
+    rightSide_ = {&rightSet, &right};
     auto finding = holdsInstanceUID(left, leftSet) && holdsInstanceUID(right, rightSet)
                        ? compareInstanceUIDs(*leftSet.instanceUID(), *rightSet.instanceUID())
                        : compareValues(left.wireValue(), right.wireValue());
@@ -277,12 +292,13 @@ class Comparer {
 
   std::optional<Finding> compareValues(const SimpleDataType* left, const SimpleDataType* right) {
     if (left == nullptr && right == nullptr) return std::nullopt;
-    if (left == nullptr || right == nullptr) return Finding{Kind::kValue, textOf(left), textOf(right)};
+    if (left == nullptr || right == nullptr)
+      return Finding{Kind::kValue, leftSide_.textOf(left), rightSide_.textOf(right)};
     if (left->identifier() != right->identifier()) {
-      const auto typed = [](const SimpleDataType& value) {
-        return std::string(Types::Identifiers::name(value.identifier())) + " " + valueText(value);
+      const auto typed = [](const Side& side, const SimpleDataType& value) {
+        return std::string(Types::Identifiers::name(value.identifier())) + " " + side.textOf(&value);
       };
-      return Finding{Kind::kValue, typed(*left), typed(*right)};
+      return Finding{Kind::kValue, typed(leftSide_, *left), typed(rightSide_, *right)};
     }
     if (const auto* collection = dynamic_cast<const Types::Collection*>(left)) {
       return compareCollections(*collection, dynamic_cast<const Types::Collection&>(*right));
@@ -296,7 +312,7 @@ class Comparer {
   std::optional<Finding> compareCollections(const Types::Collection& left, const Types::Collection& right) {
     if (left.size() != right.size()) {
       const auto kind = holdsReferences(left) || holdsReferences(right) ? Kind::kReference : Kind::kValue;
-      return Finding{kind, valueText(left), valueText(right)};
+      return Finding{kind, leftSide_.textOf(&left), rightSide_.textOf(&right)};
     }
     if (left.size() == 0) count(Insignificant::kEmptyItemSizes, left.itemSize() != right.itemSize() ? 1 : 0);
     for (uint32 i = 0; i < left.size(); ++i) {
@@ -314,7 +330,7 @@ class Comparer {
       count(Insignificant::kTrailingNULs, 1);
       return std::nullopt;
     }
-    Finding finding{Kind::kValue, valueText(left), valueText(right)};
+    Finding finding{Kind::kValue, leftSide_.textOf(&left), rightSide_.textOf(&right)};
     if (finding.left == finding.right) {
       showFirstOctet(left.rawBuffer(), left.encodedSize(), right.rawBuffer(), right.encodedSize(), finding);
     }
@@ -355,6 +371,8 @@ class Comparer {
   bool areNamesShared_;
   SetPairing pairing_;
   IdentifierMap identifiers_;
+  Side leftSide_;  // of the pair that is compared
+  Side rightSide_;
   PartitionComparison result_;
 };
 

@@ -51,6 +51,8 @@ std::size_t PropertyIdentityHash::operator()(const PropertyIdentity& identity) c
 std::string propertyName(const Element& property, const PartitionDictionary& tags) {
   const auto* unknown = property.metaAttribute().asUnknown();
   if (unknown == nullptr) return property.metaAttribute().metaElement()->symbol();
+  if (const auto* definition = tags.findElement(unknown->localTag().value()))
+    return definition->symbol() + " as octets";
   const std::string name = "unknown property " + unknown->localTag().dottedText();
   const auto* label = tags.tryFind(unknown->localTag().value());
   return label == nullptr ? name : name + " (" + label->dottedText() + ")";

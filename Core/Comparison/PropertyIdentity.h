@@ -34,7 +34,8 @@ struct PropertyIdentityHash {
   std::size_t operator()(const PropertyIdentity& identity) const noexcept;
 };
 
-/// The name for messages: the symbol, or the tag of an unknown property and its label in the primer.
+/// The name for messages: the symbol, "SYMBOL as octets" for one that did not decode, or the tag of an unknown property
+/// and its label in the primer.
 std::string propertyName(const Element& property, const PartitionDictionary& tags);
 
 /// The label of an unknown property in the primer; null for none, and for other properties.

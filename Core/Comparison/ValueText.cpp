@@ -1,12 +1,13 @@
 #include "Core/Comparison/ValueText.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
+#include "Core/Metadata/UnreadValue.h"
 #include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
-#include "Core/Types/Types.h"
+#include "Core/Types/Collection.h"
+#include "Core/Types/Text/OctetText.h"
+#include "Core/Types/Text/StringText.h"
 #include "Core/Types/ValueText.h"
 
 namespace Vantor {
@@ -26,38 +27,34 @@ std::string quoted(const wstring& text) {
   return units == text.size() ? shown : shown + sizeText(text.size(), "code units");
 }
 
-// Texts that read better on one line than those of Types::textOfValue, by overload.
-
-std::string textOf(const Types::SimpleDataType& value) { return Utils::wstringToString(Types::textOfValue(value)); }
-std::string textOf(const Types::Boolean& value) { return value.value() ? "true" : "false"; }
-std::string textOf(const Types::UTF16& value) { return std::to_string(value.value()); }
-std::string textOf(const Types::NarrowString& value) { return quoted(Platform::stringToWstring(value.value())); }
-std::string textOf(const Types::WideString& value) { return quoted(Platform::utf16ToWstring(value.value())); }
-std::string textOf(const Types::ByteStringBase& value) { return octetsText(value.rawBuffer(), value.encodedSize()); }
-
-std::string textOf(const Types::Collection& value) {
+std::string listText(const PropertyPlace& place, const Types::Collection& value) {
   const uint32 shown = std::min(value.size(), kMostItems);
   std::string text;
-  for (uint32 i = 0; i < shown; ++i) text += (i == 0 ? "" : ", ") + valueText(value.at(i));
+  for (uint32 i = 0; i < shown; ++i) text += (i == 0 ? "" : ", ") + valueText(place, value.at(i));
   if (shown < value.size()) text += sizeText(value.size(), "items");
   return "[" + text + "]";
 }
 
-class TextVisitor : public Types::Visitors::Visitor {
- public:
-#define VANTOR_VISIT_TEXT(Type, number, octets) \
-  void visit(const Types::Type& value) override { text = textOf(value); }
-  VANTOR_FOR_EACH_TYPE(VANTOR_VISIT_TEXT)
-#undef VANTOR_VISIT_TEXT
-  std::string text;
-};
-
 }  // namespace
 
-std::string valueText(const Types::SimpleDataType& value) {
-  TextVisitor visitor;
-  value.accept(visitor);
-  return std::move(visitor.text);
+std::string valueText(const PropertyPlace& place, const Types::SimpleDataType& value) {
+  const auto type = value.identifier();
+  if (type == Types::Identifiers::kArray || type == Types::Identifiers::kBatch) {
+    return listText(place, static_cast<const Types::Collection&>(value));
+  }
+  if (Types::isOctetType(type)) return octetsText(value.rawBuffer(), value.encodedSize());
+  const bool isString = Types::isTextType(type) && type != Types::Identifiers::kUTF16;
+  return isString ? quoted(Types::textOfValue(value)) : Utils::wstringToString(printItem(place, value));
+}
+
+std::string valueText(const Types::SimpleDataType& value) { return valueText({}, value); }
+
+std::string valueText(const MetadataSet& set, const Element& element) {
+  const auto* value = element.wireValue();
+  if (value == nullptr) return "no value";
+  if (element.metaAttribute().asUnknown() == nullptr) return valueText({&set, set.definitionOf(element)}, *value);
+  const auto unread = unreadValueOf(set, element);
+  return valueText({&set, unread.definition}, unread.value == nullptr ? *value : *unread.value);
 }
 
 std::string octetsText(const uint8* octets, std::size_t size) {

@@ -21,6 +21,10 @@ const Definitions& builtInLabels() {
   return labels;
 }
 
+void appendBuiltInLabels(MetaMetadata::LabelIndex::Labels& labels) {
+  for (const auto& label : builtInLabels().labels()) labels.push_back({label.key, label.symbol, label.name});
+}
+
 SharedPtr<const MetaMetadata::Dictionary> builtInDictionary(Vocabulary vocabulary) {
   if (vocabulary == Vocabulary::kLegacy) {
     static const auto legacy = builtInDefinitions().makeDictionary(Vocabulary::kLegacy);

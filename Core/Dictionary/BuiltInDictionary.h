@@ -23,4 +23,7 @@ Definitions builtInDefinitions();
 /// may call.
 const Definitions& builtInLabels();
 
+/// Appends them, as a `MetaMetadata::LabelSource`.
+void appendBuiltInLabels(MetaMetadata::LabelIndex::Labels& labels);
+
 }  // namespace Vantor

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Core/DataIO/File.h"
+#include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MetaMetadata/LabelHash.h"
 
 namespace Vantor {
@@ -119,6 +120,7 @@ SharedPtr<const MetaMetadata::Dictionary> Definitions::makeDictionary(MetaMetada
     }
   }
   addMeanings(builder);
+  builder.setLabelSource(appendBuiltInLabels);
   return builder.build();
 }
 

@@ -58,6 +58,16 @@ const Label* Dictionary::findLabel(const Types::UniversalLabel& label) const {
   return place == HashIndex::kNotFound ? nullptr : &labels_[place];
 }
 
+const LabelIndex& Dictionary::labels() const {
+  std::call_once(labelsIndexed_, [this] {
+    LabelIndex::Labels labels;
+    for (const auto& label : labels_) labels.push_back({label.key, label.symbol, label.name});
+    if (otherLabels_ != nullptr) otherLabels_(labels);
+    labelIndex_ = std::make_unique<const LabelIndex>(labels);
+  });
+  return *labelIndex_;
+}
+
 void Dictionary::indexNames() const {
   std::call_once(namesIndexed_, [this] {
     indexByName(sets_, setsByName_);

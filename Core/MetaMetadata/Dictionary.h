@@ -9,6 +9,7 @@
 #include "Core/KLV/Key.h"
 #include "Core/MetaMetadata/Enumeration.h"
 #include "Core/MetaMetadata/HashIndex.h"
+#include "Core/MetaMetadata/LabelIndex.h"
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/MetaMetadata/MetaMetadataSet.h"
 #include "Core/Platform/Containers.h"
@@ -23,6 +24,9 @@ struct Label {
   std::string symbol;
   std::string name;
 };
+
+/// Appends labels to those of a dictionary; their texts live as long as the process. Called by any thread.
+using LabelSource = void (*)(LabelIndex::Labels& labels);
 
 /// The definitions of metadata sets and of their properties. Made by a `DictionaryBuilder`, never changed afterwards:
 /// any number of threads may share one. Every definition that it hands out belongs to it and lives as long as it does.
@@ -54,6 +58,9 @@ class Dictionary {
   /// A label that was added to the dictionary; octet 8 is ignored. The built-in labels are not among them: see
   /// `builtInLabels()`.
   const Label* findLabel(const Types::UniversalLabel& label) const;
+  /// The labels that were added, then those of the source that the builder was given. Made by the first call; any
+  /// thread may call.
+  const LabelIndex& labels() const;
 
   /// Every set that has this name (`MetaMetadataSet::isNamed`), in order of definition.
   std::vector<const MetaMetadataSet*> findSetsByName(std::string_view name) const;
@@ -74,6 +81,7 @@ class Dictionary {
   Pool<ExtensionAttributes> attributeExtensions_;
   Pool<Enumeration> enumerations_;
   Templates::vector<Label> labels_;
+  LabelSource otherLabels_ = nullptr;
   Templates::vector<auto_ptr<MetaMetadataSet>> ownedSets_;
   Templates::vector<const MetaMetadataSet*> sets_;
   Templates::vector<const MetaElement*> elements_;
@@ -86,6 +94,8 @@ class Dictionary {
   mutable std::once_flag namesIndexed_;
   mutable HashIndex setsByName_;
   mutable HashIndex elementsByName_;
+  mutable std::once_flag labelsIndexed_;
+  mutable auto_ptr<const LabelIndex> labelIndex_;
 };
 
 }  // namespace Vantor::MetaMetadata

@@ -196,6 +196,8 @@ void DictionaryBuilder::addLabel(const Types::UniversalLabel& label, std::string
   dictionary.labels_.push_back({label, std::string(symbol), std::string(name)});
 }
 
+void DictionaryBuilder::setLabelSource(LabelSource source) { state_->dictionary->otherLabels_ = source; }
+
 SharedPtr<const Dictionary> DictionaryBuilder::build() {
   for (uint32 set = 0; set < state_->sets.size(); ++set) state_->complete(set);
   state_->indexStaticTags();

@@ -90,6 +90,8 @@ class DictionaryBuilder {
 
   /// Adds a label. @param name  for people, in UTF-8.
   void addLabel(const Types::UniversalLabel& label, std::string_view symbol, std::string_view name);
+  /// Other labels, which `Dictionary::labels` finds, too. Asked when they are needed.
+  void setLabelSource(LabelSource source);
 
   /// The dictionary of what was added; the builder is empty afterwards.
   /// @throws Exceptions::InvalidFormat naming the set when a parent is not defined or a set inherits from itself;

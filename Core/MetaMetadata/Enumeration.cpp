@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Core/MetaMetadata/NameFolding.h"
+
 namespace Vantor::MetaMetadata {
 
 Enumeration::Enumeration(std::string_view name, const NamedNumbers& numbers) : name_(name) {
@@ -22,7 +24,22 @@ const Enumeration::Value* Enumeration::find(int64 number) const {
 
 std::string_view Enumeration::nameOf(int64 number) const {
   const auto* value = find(number);
-  return value == nullptr ? std::string_view() : std::string_view(names_).substr(value->nameStart, value->nameSize);
+  return value == nullptr ? std::string_view() : nameOf(*value);
+}
+
+Templates::vector<int64> Enumeration::numbersNamed(std::string_view name) const {
+  Templates::vector<int64> numbers;
+  for (const auto& value : values_) {
+    if (nameOf(value) == name) return {value.number};
+    if (foldedName(nameOf(value)) == foldedName(name)) numbers.push_back(value.number);
+  }
+  return numbers;
+}
+
+Templates::vector<std::string_view> Enumeration::firstNames(std::size_t most) const {
+  Templates::vector<std::string_view> names;
+  for (std::size_t i = 0; i < std::min(most, values_.size()); ++i) names.push_back(nameOf(values_[i]));
+  return names;
 }
 
 }  // namespace Vantor::MetaMetadata

@@ -25,6 +25,10 @@ class Enumeration {
   bool has(int64 number) const { return find(number) != nullptr; }
   /// The name of a number, the first of several; empty when it has none.
   std::string_view nameOf(int64 number) const;
+  /// The numbers that go by a name: the one that has it letter by letter, or else all that have it in another case.
+  Templates::vector<int64> numbersNamed(std::string_view name) const;
+  /// The names of the lowest numbers, at most so many.
+  Templates::vector<std::string_view> firstNames(std::size_t most) const;
 
  private:
   struct Value {
@@ -33,6 +37,9 @@ class Enumeration {
     uint32 nameSize;
   };
   const Value* find(int64 number) const;
+  std::string_view nameOf(const Value& value) const {
+    return std::string_view(names_).substr(value.nameStart, value.nameSize);
+  }
 
   std::string name_;
   Templates::vector<Value> values_;  // by number

@@ -27,6 +27,9 @@ class MetaMetadataSet {
   MetaMetadataSet(const MetaMetadataSet&) = delete;
   MetaMetadataSet& operator=(const MetaMetadataSet&) = delete;
 
+  /// The dictionary that it belongs to.
+  const Dictionary& dictionary() const { return dictionary_; }
+
   /// The key that files carry: octet 6 is 0x53, a local set with 2-byte tags and 2-byte lengths (ST 336), octet 8 the
   /// version as registered.
   const KLV::Key& key() const { return key_; }

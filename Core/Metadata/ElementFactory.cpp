@@ -5,7 +5,6 @@
 #include "Core/Metadata/SimpleElement.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
-#include "Core/Types/ValueText.h"
 
 namespace Vantor {
 
@@ -88,11 +87,10 @@ auto_ptr<Types::SimpleDataType> decodeValue(const MetaMetadata::MetaElement& def
   return Types::Factories::fromBytes(definition.dataType(), bytes, size);
 }
 
-auto_ptr<Types::SimpleDataType> valueFromText(const MetaMetadata::MetaElement& definition, std::u16string_view text) {
-  if (const auto* collection = MetaMetadata::asCollection(definition)) {
-    return Types::collectionFromText(collection->dataType(), collection->dataSubType(), text);
-  }
-  return Types::valueFromText(definition.dataType(), text);
+std::string typeName(const MetaMetadata::MetaElement& definition) {
+  const std::string name = Types::Identifiers::name(definition.dataType());
+  const auto* collection = MetaMetadata::asCollection(definition);
+  return collection == nullptr ? name : name + " of " + Types::Identifiers::name(collection->dataSubType());
 }
 
 void setDecodedValue(Element& element, auto_ptr<Types::SimpleDataType> value) {

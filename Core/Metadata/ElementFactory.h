@@ -20,9 +20,8 @@ auto_ptr<Element> makeElement(AttributeHandle attribute, MetadataSet* owner);
 auto_ptr<Types::SimpleDataType> decodeValue(const MetaMetadata::MetaElement& definition, const uint8* bytes,
                                             std::size_t size);
 
-/// The value of a property of this definition from its text (Core/Types/ValueText.h).
-/// @throws InvalidFormat saying what the type accepts.
-auto_ptr<Types::SimpleDataType> valueFromText(const MetaMetadata::MetaElement& definition, std::u16string_view text);
+/// The name of the definition's type for messages: "Batch of UInt16".
+std::string typeName(const MetaMetadata::MetaElement& definition);
 
 /// Gives a property a value of its definition's type, as `decodeValue` makes it.
 void setDecodedValue(Element& element, auto_ptr<Types::SimpleDataType> value);

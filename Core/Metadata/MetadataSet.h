@@ -19,6 +19,9 @@ namespace Vantor {
 class PartitionDictionary;
 class PartitionMetadata;
 
+/// Whether a text may name a file that holds the value.
+enum class TextFiles : uint8 { kRefuse, kRead };
+
 /// One metadata set: a key and its properties.
 ///
 /// The *valid* properties are those that the set's definition lists; they are kept in the order of their universal
@@ -122,15 +125,20 @@ class MetadataSet {
   const Value* tryGet(std::string_view property) const {
     return static_cast<const Value*>(valueOfType(property, Value::kIdentifier));
   }
-  /// The value as text (Core/Types/ValueText.h). @throws InvalidFormat also when the property has no value.
+  /// The value as people write it (Core/Metadata/PropertyText.h), which `set` reads back as the same octets. Includes
+  /// values that were read as octets and have another form than their type (Core/Metadata/UnreadValue.h).
+  /// @throws InvalidFormat also when the property has no value.
   wstring text(std::string_view property) const;
 
   /// Sets a copy of a value, whose type has to be that of the definition.
   /// @return whether that changed the set.
   bool set(std::string_view property, const Types::SimpleDataType& value);
-  /// Sets a value from its text (Core/Types/ValueText.h). Not for the InstanceUID, by which others refer to the set. A
-  /// text gets as many final NULs as the one before it had.
-  bool set(std::string_view property, std::u16string_view text);
+  /// Sets a value from a text as people write it (Core/Metadata/PropertyText.h). Not for the InstanceUID, by which
+  /// others refer to the set. A text gets as many final NULs as the one before it had; the text of the value that is
+  /// there changes nothing, whatever its form.
+  /// @param files  whether "@FILE" stands for the bytes of a file, for runs of octets. Not for texts that others give.
+  /// @throws IOError when the file cannot be read.
+  bool set(std::string_view property, std::u16string_view text, TextFiles files = TextFiles::kRefuse);
   /// Sets a property of one of the integer types, or a Boolean.
   template <class Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
   bool set(std::string_view property, Integer number) {
@@ -168,6 +176,9 @@ class MetadataSet {
   /// the definition.
   std::vector<const Element*> inWritingOrder() const;
 
+  /// The definition of a property of this set; also that of an unknown one which is the value of a known property in
+  /// octets that did not decode. Null when the dictionary has none.
+  const MetaMetadata::MetaElement* definitionOf(const Element& element) const;
   /// Whether a property of this set is the one that holds its InstanceUID.
   bool isInstanceUID(const Element& element) const;
   /// The set's InstanceUID; null when the property is missing or has no value.
@@ -195,6 +206,9 @@ class MetadataSet {
   const Types::SimpleDataType& requiredValue(std::string_view property, Types::Identifiers::Identifier type) const;
   Element& createElement(std::string_view property);
   void refuseInstanceUID(std::string_view property, const char* verb) const;
+  /// The unknown property that holds the octets of a known one; null when there is none.
+  Element* findUnread(const MetaMetadata::MetaElement& definition);
+  const Element* findUnread(const MetaMetadata::MetaElement& definition) const;
   bool setNumber(std::string_view property, const wstring& digits);
 
   void setPartition(PartitionMetadata* partition);

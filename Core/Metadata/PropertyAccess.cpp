@@ -1,12 +1,21 @@
 #include <algorithm>
+#include <limits>
+#include <optional>
 
+#include "Core/DataIO/File.h"
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Metadata/MetadataSet.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/PropertyText.h"
 #include "Core/Metadata/ReferenceElement.h"
+#include "Core/Metadata/UnreadValue.h"
 #include "Core/Platform/Raise.h"
+#include "Core/Types/Factories.h"
 #include "Core/Types/FinalNULs.h"
+#include "Core/Types/Text/ListText.h"
+#include "Core/Types/Text/OctetText.h"
+#include "Core/Types/Unknown.h"
 #include "Core/Types/ValueText.h"
 
 namespace Vantor {
@@ -17,12 +26,6 @@ using Exceptions::InvalidFormat;
 using Exceptions::raise;
 using MetaMetadata::MetaElement;
 using Types::Identifiers::Identifier;
-
-std::string typeName(const MetaElement& definition) {
-  const std::string name = Types::Identifiers::name(definition.dataType());
-  const auto* collection = MetaMetadata::asCollection(definition);
-  return collection == nullptr ? name : name + " of " + Types::Identifiers::name(collection->dataSubType());
-}
 
 bool isOfType(const Types::SimpleDataType& value, const MetaElement& definition) {
   if (value.identifier() != definition.dataType()) return false;
@@ -45,6 +48,51 @@ bool isInteger(Identifier type) {
 const Types::SimpleDataType* valueOf(const MetadataSet& set, std::string_view property) {
   const auto* element = set.find(property);
   return element == nullptr ? nullptr : element->wireValue();
+}
+
+Bytes bytesOfFile(const Path& path) {
+  DataIO::File::FileDataSource file(path);
+  if (file.size() > std::numeric_limits<uint32>::max()) {
+    raise<InvalidFormat>("{} is too large for a value: 2^32 bytes or more", path.u8string());
+  }
+  Bytes bytes(file.size());
+  file.read(bytes.data(), bytes.size());
+  return bytes;
+}
+
+/// The value of a text that may name a file.
+auto_ptr<Types::SimpleDataType> valueOfText(const PropertyPlace& place, std::u16string_view text, TextFiles files) {
+  const auto word = Types::trimmed(text);
+  const auto type = place.definition->dataType();
+  if (!Types::isOctetType(type) || word.empty() || word.front() != u'@') return parseProperty(place, text);
+  if (files == TextFiles::kRefuse) raise<InvalidFormat>("{}: files are not read here", Types::excerpt(text));
+  const auto bytes = bytesOfFile(Path(wstring(word.substr(1))));
+  return Types::Factories::fromBytes(type, bytes.data(), bytes.size());
+}
+
+/// The value of a text in the form of one that was read as octets: a list whose items have its items' size. Null for
+/// any other text.
+auto_ptr<Types::SimpleDataType> valueInFormOf(const Types::SimpleDataType& before, std::u16string_view text) {
+  const auto type = before.identifier();
+  if (type != Types::Identifiers::kArray && type != Types::Identifiers::kBatch) return nullptr;
+  try {
+    auto value = Types::parseList(type, Types::Identifiers::kUnknown, text);
+    return value->serializedSize() == before.serializedSize() ? std::move(value) : nullptr;
+  } catch (const InvalidFormat&) {
+    return nullptr;
+  }
+}
+
+/// Sets a property that was read as octets to the value of a text in the same form.
+/// @return whether that changed it; none when the text is of another form.
+std::optional<bool> setInOtherForm(Element& unread, const PropertyPlace& place, std::u16string_view text) {
+  const auto before = unreadValueOf(*place.set, unread).value;
+  if (before == nullptr) return std::nullopt;
+  if (text == printProperty(place, *before)) return false;
+  const auto after = valueInFormOf(*before, text);
+  if (after == nullptr) return std::nullopt;
+  setDecodedValue(unread, std::make_unique<Types::Unknown>(after->rawBuffer(), after->encodedSize()));
+  return true;
 }
 
 }  // namespace
@@ -90,31 +138,48 @@ const Types::SimpleDataType& MetadataSet::requiredValue(std::string_view propert
 }
 
 wstring MetadataSet::text(std::string_view property) const {
-  definitionOf(property);
-  const auto* value = valueOf(*this, property);
-  if (value == nullptr) raise<InvalidFormat>("{} of {} has no value", property, fullName());
-  return Types::textOfValue(*value);
+  const auto& definition = definitionOf(property);
+  const PropertyPlace place = {this, &definition};
+  if (const auto* value = valueOf(*this, property)) return printProperty(place, *value);
+  const auto* unread = findUnread(definition);
+  const auto value = unread == nullptr ? nullptr : unreadValueOf(*this, *unread).value;
+  if (value != nullptr) return printProperty(place, *value);
+  raise<InvalidFormat>("{} of {} has no value", property, fullName());
 }
 
-/// An unknown property under the tag of a known one is its value that did not decode. The new property takes its place.
+const MetaElement* MetadataSet::definitionOf(const Element& element) const {
+  const auto* unknown = element.metaAttribute().asUnknown();
+  if (unknown == nullptr) return element.metaAttribute().metaElement();
+  const auto tag = unknown->localTag().value();
+  if (partition_ != nullptr) return partition_->partitionDictionary().findElement(tag);
+  const auto* attribute = definition_ == nullptr ? nullptr : definition_->findAttributeByStaticTag(tag);
+  return attribute == nullptr ? nullptr : attribute->metaElement();
+}
+
+Element* MetadataSet::findUnread(const MetaElement& definition) {
+  const auto found = std::find_if(invalid_.begin(), invalid_.end(), [&](const auto& element) {
+    return element->metaAttribute().asUnknown() != nullptr && definitionOf(*element) == &definition;
+  });
+  return found == invalid_.end() ? nullptr : found->get();
+}
+
+const Element* MetadataSet::findUnread(const MetaElement& definition) const {
+  return const_cast<MetadataSet*>(this)->findUnread(definition);
+}
+
+/// The octets of a value that did not decode make place for the new property.
 Element& MetadataSet::createElement(std::string_view property) {
   if (Element* there = find(property)) return *there;
   const auto& attribute = *definition_->findAttribute(property);
   Element& created = createElement(attribute);
-  const auto attributeOf = [this](uint16 tag) {
-    return partition_ == nullptr ? definition_->findAttributeByStaticTag(tag)
-                                 : partition_->partitionDictionary().findAttribute(*definition_, tag);
-  };
-  const auto found = std::find_if(invalid_.begin(), invalid_.end(), [&](const auto& element) {
-    const auto* unknown = element->metaAttribute().asUnknown();
-    return unknown != nullptr && attributeOf(unknown->localTag().value()) == &attribute;
-  });
-  if (found == invalid_.end()) return created;
-  created.setLocalTag((*found)->localTag());
-  created.setLengthOctets((*found)->lengthOctets());
-  std::replace<std::vector<const Element*>::iterator, const Element*>(readOrder_.begin(), readOrder_.end(),
-                                                                      found->get(), &created);
-  invalid_.erase(found);
+  const auto* unread = findUnread(*attribute.metaElement());
+  if (unread == nullptr) return created;
+  created.setLocalTag(unread->localTag());
+  created.setLengthOctets(unread->lengthOctets());
+  std::replace<std::vector<const Element*>::iterator, const Element*>(readOrder_.begin(), readOrder_.end(), unread,
+                                                                      &created);
+  const auto isUnread = [unread](const auto& element) { return element.get() == unread; };
+  invalid_.erase(std::find_if(invalid_.begin(), invalid_.end(), isUnread));
   return created;
 }
 
@@ -130,18 +195,24 @@ bool MetadataSet::set(std::string_view property, const Types::SimpleDataType& va
   return true;
 }
 
-bool MetadataSet::set(std::string_view property, std::u16string_view text) {
+bool MetadataSet::set(std::string_view property, std::u16string_view text, TextFiles files) {
   const auto& definition = definitionOf(property);
   refuseInstanceUID(property, "be set from a text");
+  const PropertyPlace place = {this, &definition};
+  const auto* before = valueOf(*this, property);
+  if (before != nullptr && text == printProperty(place, *before)) return false;
+  auto* unread = before == nullptr ? findUnread(definition) : nullptr;
+  if (unread != nullptr) {
+    if (const auto changed = setInOtherForm(*unread, place, text)) return *changed;
+  }
   auto_ptr<Types::SimpleDataType> value;
   try {
-    value = valueFromText(definition, text);
-  } catch (const Exceptions::BaseException& error) {
+    value = valueOfText(place, text, files);
+  } catch (const InvalidFormat& error) {
     raise<InvalidFormat>("{} of {}: {}", property, fullName(), error.message());
   }
   // Texts, unlike values, do not show final NULs, so that those in the file stay.
-  const auto* before = valueOf(*this, property);
-  if (before != nullptr && Types::textOfValue(*before) == Types::textOfValue(*value)) return false;
+  if (before != nullptr && Types::printValue(*before) == Types::printValue(*value)) return false;
   if (before != nullptr) value = Types::withFinalNULs(std::move(value), Types::finalNULsOf(*before));
   setDecodedValue(createElement(property), std::move(value));
   return true;

@@ -4,33 +4,18 @@
 
 #include "Core/Types/SimpleDataType.h"
 
-/// Values as text and from text. Whatever `textOfValue` gives is read back as an equal value, but for final NULs.
+/// Values as documents have them. People read and write other forms (Core/Types/Text/TypeText.h).
 ///
 ///     numbers            decimal digits, "-5"; Boolean 0 or 1, read as "false" and "true" too
-///     identifiers        dotted pairs, read as URNs too; a reference is the UUID that it refers to
+///     identifiers        dotted pairs; a reference is the UUID that it refers to
 ///     texts              as they are; a UTF16 is one code unit, NUL an empty text
-///     Rational           "25/1"
-///     VersionType        "1.3", read as 256 * major + minor too
-///     ProductVersion     "1.2.3.4.5": major, minor, patch, build, release
-///     Timestamp          "2024-02-09T03:04:05.008"; the milliseconds, a multiple of 4, may be left out
-///     everything else    the octets on the wire in hexadecimal digits
-///     Array, Batch       "[1, 2]", texts in quotes: ["a", "\"b\" \\ \u000A"]
+///     everything else    the octets on the wire in hexadecimal digits; documents have elements for most of these
 namespace Vantor::Types {
 
 wstring textOfValue(const SimpleDataType& value);
 
-/// White space around everything but texts is ignored, and so is white space between hexadecimal digits.
-/// @throws InvalidFormat with the text and what the type accepts; always for kArray and kBatch.
-auto_ptr<SimpleDataType> valueFromText(Identifiers::Identifier type, std::u16string_view text);
-
-/// Items may stand without quotes where no text needs them. Shorter texts get NULs up to the size of the longest.
-/// @param arrayOrBatch  kArray or kBatch.
-/// @throws InvalidFormat as above, and for items that are not of one size on the wire.
-auto_ptr<SimpleDataType> collectionFromText(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
-                                            std::u16string_view text);
-
-/// Whether an empty text is a value of the type: texts and runs of octets.
-bool hasEmptyText(Identifiers::Identifier type);
+/// The value of an empty text: of texts and runs of octets; null for other types.
+auto_ptr<SimpleDataType> emptyValue(Identifiers::Identifier type);
 
 /// The text of a number, identifier or run of octets without the white space that is ignored, a Boolean as a digit;
 /// texts of other types as they are.

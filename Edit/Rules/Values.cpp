@@ -3,6 +3,7 @@
 
 #include "Core/Comparison/ValueText.h"
 #include "Core/KLV/Keys.h"
+#include "Core/Metadata/UnreadValue.h"
 #include "Core/Types/Collection.h"
 #include "Core/Types/Timestamp.h"
 #include "Edit/Rules/PackageFacts.h"
@@ -136,7 +137,7 @@ void checkUnreadable(const Model& model, Report& report) {
   for (const auto* set : model.sets()) {
     forEachUnread(model, *set, [&](const Element& element, const MetaMetadata::MetaElement& definition) {
       if (isDoubled(*set, definition) || element.wireValue() == nullptr) return;
-      report.add(*set, definition.symbol(), {valueText(*element.wireValue())});
+      report.add(*set, definition.symbol(), {valueText(*set, element), unreadValueOf(*set, element).reason});
     });
   }
 }
@@ -172,7 +173,7 @@ const RuleTable& valueRules() {
        checkDropFrame},
       {{"date-value", Severity::kWarning, "{date} is no date", "ST 377-1, Timestamp"}, checkDates},
       {{"doubled-property", Severity::kError, "the set has the property twice", "ST 336"}, checkDoubledProperties},
-      {{"unreadable-value", Severity::kNote, "the value {octets} cannot be decoded as the property's type",
+      {{"unreadable-value", Severity::kNote, "the value {value} cannot be decoded as the property's type: {reason}",
         "ST 335, ST 2003"},
        checkUnreadable},
       {{"misplaced-property", Severity::kNote, "the set's definition does not list the property", "ST 395"},

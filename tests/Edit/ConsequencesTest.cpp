@@ -201,7 +201,7 @@ std::string schemes(const PartitionMetadata& metadata) {
   return {text.begin(), text.end()};
 }
 
-constexpr const char* kAS11Core = "[06.0E.2B.34.04.01.01.01.0D.01.07.01.0B.01.00.00]";
+constexpr const char* kAS11Core = "[DM_AS_11_Core]";
 
 TEST_F(ConsequencesTest, TheFirstFrameworkOfASchemeListsItAndTheLastTakesItAway) {
   auto& framework = after_->createMetadataSet("DM_AS_11_Core_Framework");

@@ -21,7 +21,7 @@ TEST(EqualValues, NameTheSetsThatKeepTheOldValue) {
   const auto found = equalValuesOf(*before, *after);
   ASSERT_EQ(found.size(), 1u);
   EXPECT_EQ(found[0].property, "StartTimecode");
-  EXPECT_EQ(found[0].value, "0");
+  EXPECT_EQ(found[0].value, "00:00:00:00");
   ASSERT_EQ(found[0].sets.size(), before->findAll("Timecode").size() - 1);
   EXPECT_EQ(found[0].sets[0], before->find("Timecode[2]").fullName());
 }

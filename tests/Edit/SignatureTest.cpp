@@ -34,7 +34,7 @@ TEST(Signature, IsTheLastIdentificationOfThePreface) {
   EXPECT_EQ(identification.text("ApplicationSupplierName"), u"A company");
   EXPECT_EQ(identification.text("ApplicationName"), u"A product");
   EXPECT_EQ(identification.text("ApplicationVersionString"), u"1.2");
-  EXPECT_EQ(identification.text("ApplicationVersion"), u"1.2.0.0.1");
+  EXPECT_EQ(identification.text("ApplicationVersion"), u"1.2.0.0 release");
   EXPECT_EQ(identification.text("FileModificationDate"), u"2026-11-22T08:09:10.500");
   EXPECT_EQ(identification.get<Types::AUID>("ApplicationProductID").rawBuffer()[1], 2);
   const auto& list = dynamic_cast<const CollectionElement&>(*after->preface()->find("IdentificationList"));

@@ -34,7 +34,9 @@ class EditOptions : public testing::Test {
   std::string refusal() const {
     return line("the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it");
   }
-  std::string hint(const std::string& set) const { return line("hint: the old StartTimecode, 0, is still in " + set); }
+  std::string hint(const std::string& set) const {
+    return line("hint: the old StartTimecode, 00:00:00:00, is still in " + set);
+  }
 
   static constexpr const char* kOriginal = "gst-audio-ac3.mxf";  // the same metadata in header and footer partition
   const Edit edit_;
@@ -43,7 +45,8 @@ class EditOptions : public testing::Test {
 // --dry-run
 
 TEST_F(EditOptions, ADryRunPrintsWhatWouldChangeAndWritesNothing) {
-  const std::string difference = "value: " + std::string(kMaterialTimecode) + ": StartTimecode: 0 -> 90000\n";
+  const std::string difference =
+      "value: " + std::string(kMaterialTimecode) + ": StartTimecode: 00:00:00:00 -> 00:07:58:136\n";
   const std::string summary = "1 set changed (1 property); would be written to 2 partitions, " + std::string(kTwice);
   edit_.replace("<rp210:StartTimecode>0<", "<rp210:StartTimecode>90000<");
   for (const Result& result : {set({kLaterStart, "--dry-run"}), import({"--dry-run"})}) {
@@ -265,8 +268,8 @@ TEST_F(EditOptions, NoBytesAreKeptOfNoEdit) {
 TEST_F(EditOptions, KeepGoingWritesTheAssignmentsThatCanBeMade) {
   const std::vector<std::string> arguments = {kLaterStart, "Preface.ByteOrder=II", "Identification.ApplicationName=Ed"};
   const std::string wrong = line(
-      "ByteOrder of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'II' is no whole number from -32768 to "
-      "32767");
+      "ByteOrder of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'II' is not a whole number from -32768 to "
+      "32767; for example 25 or 0x19");
   const Result refused = set(arguments);
   EXPECT_EQ(refused.exitCode, 1);
   EXPECT_EQ(refused.out, "");
@@ -276,7 +279,7 @@ TEST_F(EditOptions, KeepGoingWritesTheAssignmentsThatCanBeMade) {
   EXPECT_EQ(rest.exitCode, 1);
   EXPECT_EQ(rest.out, "2 sets changed (2 properties); written to 2 partitions, " + std::string(kTwice));
   EXPECT_EQ(rest.err, wrong + hint(kSourceTimecode));
-  EXPECT_THAT(diff(), HasSubstr(": StartTimecode: 0 -> 90000\n"));
+  EXPECT_THAT(diff(), HasSubstr(": StartTimecode: 00:00:00:00 -> 00:07:58:136\n"));
   EXPECT_THAT(diff(), HasSubstr(" -> \"Ed\"\n"));
   EXPECT_THAT(diff(), HasSubstr(", different 2; properties compared 115, different 2\n"));
 }
@@ -302,7 +305,7 @@ TEST_F(EditOptions, KeepGoingDoesNotBreakRules) {
 TEST_F(EditOptions, AHintNamesOtherSetsThatHoldTheOldValue) {
   const std::string source = "SourcePackage 22.1E.14.F3.7C.58.4B.02.94.E6.26.D4.31.97.8E.40";
   for (const auto& [assignment, text] : std::vector<std::pair<std::string, std::string>>{
-           {kLaterStart, "StartTimecode, 0, is still in " + std::string(kSourceTimecode)},
+           {kLaterStart, "StartTimecode, 00:00:00:00, is still in " + std::string(kSourceTimecode)},
            {"TimelineTrack[4].TrackName=Time",
             "TrackName, \"Timecode track\", is still in TimelineTrack 79.4E.DE.7C.04.C7.43.42.80.EE.FA.59.53.B7.25.B3"},
            {"MaterialPackage.PackageLastModified=2027-01-01T00:00:00.000",

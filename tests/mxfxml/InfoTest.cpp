@@ -62,7 +62,9 @@ TEST(Info, CountsPropertiesThatTheirSetsDoNotList) {
   const ChangedSample misplaced("op1a.mxf", objectModelVersion, trackID);
   EXPECT_THAT(run({"info", misplaced.path()}).out, EndsWith("\n\nmisplaced properties: 1\n"));
   const ChangedSample unknown("op1a.mxf", objectModelVersion, nothing);
-  EXPECT_THAT(run({"info", unknown.path()}).out, EndsWith("\n\nunknown properties: 1\n"));
+  EXPECT_THAT(run({"info", unknown.path()}).out,
+              EndsWith("\n\nunknown properties: 1\n"
+                       "  1  Preface: unknown property FF.F0  the dictionary does not have it  00000001\n"));
 }
 
 TEST(Info, CountsTheSetsOfTheChosenPartition) {

@@ -139,18 +139,18 @@ const Refusal kRefusedEdits[] = {
     {"a letter for a number",
      {"set", "{file}", "Preface.ByteOrder=II"},
      1,
-     {"{file}: ByteOrder of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'II' is no whole number from "
-      "-32768 to 32767"}},
-    {"a whole number for a ratio",
-     {"set", "{file}", "TimelineTrack[1].EditRate=25"},
+     {"{file}: ByteOrder of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'II' is not a whole number "
+      "from -32768 to 32767; for example 25 or 0x19"}},
+    {"a word for a rate",
+     {"set", "{file}", "TimelineTrack[1].EditRate=PAL"},
      1,
-     {"{file}: EditRate of TimelineTrack 8D.9D.AD.D1.E1.B5.47.63.93.E4.7F.25.1B.C8.BF.00: '25' is not the text of a "
-      "Rational, such as 25/1"}},
+     {"{file}: EditRate of TimelineTrack 8D.9D.AD.D1.E1.B5.47.63.93.E4.7F.25.1B.C8.BF.00: 'PAL' is not a rate or "
+      "ratio; for example 25, 30000/1001, 29.97 or 16:9"}},
     {"a value in another shape",
      {"set", "{file}", "Preface.EssenceContainers=none"},
      1,
-     {"{file}: EssenceContainers of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'none' is no collection, "
-      "such as [1, 2] or [\"a\", \"b\"]"}},
+     {"{file}: EssenceContainers of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'none' is not a list; "
+      "for example [MXFGCGenericEssenceMultipleMappings]"}},
     {"an InstanceUID",
      {"set", "{file}", "--remove", "Preface.InstanceUID"},
      1,
@@ -159,8 +159,8 @@ const Refusal kRefusedEdits[] = {
     {"one of two assignments",
      {"set", "{file}", "Identification.ApplicationName=Ed", "Preface.ByteOrder=II"},
      1,
-     {"{file}: ByteOrder of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'II' is no whole number from "
-      "-32768 to 32767"}},
+     {"{file}: ByteOrder of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: 'II' is not a whole number "
+      "from -32768 to 32767; for example 25 or 0x19"}},
     {"two values",
      {"set", "{file}", "Preface.ByteOrder=1", "Preface.ByteOrder=2"},
      2,

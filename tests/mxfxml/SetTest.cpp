@@ -44,13 +44,14 @@ class SetFile {
 
 TEST(Set, ChangesPropertiesAndNothingElse) {
   const SetFile file;
-  const Result result = file.set({"Identification.ApplicationName=\xC3\x84 & <b>", "Timecode[2].StartTimecode=90000"});
-  EXPECT_EQ(result.err, file.hint("StartTimecode, 0, is still in " + std::string(kSecondTimecode)));
+  const Result result =
+      file.set({"Identification.ApplicationName=\xC3\x84 & <b>", "Timecode[2].StartTimecode=01:00:00:00"});
+  EXPECT_EQ(result.err, file.hint("StartTimecode, 00:00:00:00, is still in " + std::string(kSecondTimecode)));
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.out, "2 sets changed (2 properties); written to 2 partitions, which repeat each other\n");
   const std::string diff = file.diff();
   EXPECT_THAT(diff, HasSubstr(": ApplicationName: \"GStreamer Multimedia Framework\" -> \"\xC3\x84 & <b>\"\n"));
-  EXPECT_THAT(diff, HasSubstr(": StartTimecode: 0 -> 90000\n"));
+  EXPECT_THAT(diff, HasSubstr(": StartTimecode: 00:00:00:00 -> 01:00:00:00\n"));
   EXPECT_THAT(diff, HasSubstr("sets compared 19, different 2; properties compared 115, different 2\n"));
   EXPECT_EQ(withoutDescription(run({"export", file.path(), "--partition", "footer"}).out),
             withoutDescription(run({"export", file.path()}).out));
@@ -278,9 +279,9 @@ TEST(Set, TakesCompoundValuesAndLists) {
   const std::string diff = file.diff();
   EXPECT_THAT(diff, HasSubstr(": FileLastModified: 2026-10-21T01:15:27.020 -> 2027-02-09T03:04:05.008\n"));
   EXPECT_THAT(diff, HasSubstr(": FormatVersion: 1.2 -> 1.3\n"));
-  EXPECT_THAT(diff, HasSubstr(": ApplicationVersion: 1.22.0.0.1 -> 1.2.3.4.5\n"));
+  EXPECT_THAT(diff, HasSubstr(": ApplicationVersion: 1.22.0.0 release -> 1.2.3.4 private\n"));
   EXPECT_THAT(diff, HasSubstr(" -> [06.0E.2B.34.04.01.01.02.0D.01.03.01.02.06.03.00, "
-                              "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.40.01]\n"));
+                              "MXFGCFrameWrappedMPEGESAudioStream0SID]\n"));
   EXPECT_THAT(diff,
               HasSubstr(": PackageTracks[0]: " + std::string(kTimecodeTrack) + " (TimelineTrack) -> " + kSecondTrack));
 }
@@ -309,17 +310,20 @@ TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
            {"TimelineTrack.TrackID=1",
             ": TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"},
            {"TimelineTrack[5].TrackID=1", ": there is no TimelineTrack[5]: the partition has 4 of these sets\n"},
-           {"Preface.ByteOrder=x", ": ByteOrder of" + kThePreface + ": 'x' is no whole number from -32768 to 32767\n"},
-           {"TimelineTrack[1].EditRate=25", ": '25' is not the text of a Rational, such as 25/1\n"},
-           {"Preface.ByteOrder=", ": ByteOrder of" + kThePreface + ": '' is no whole number from -32768 to 32767\n"},
-           {"TimelineTrack[2].EditRate=", ": '' is not the text of a Rational, such as 25/1\n"},
+           {"Preface.ByteOrder=x", ": ByteOrder of" + kThePreface +
+                                       ": 'x' is not a whole number from -32768 to 32767; for example 25 or 0x19\n"},
+           {"TimelineTrack[1].EditRate=25p",
+            ": '25p' is not a rate or ratio; for example 25, 30000/1001, 29.97 or 16:9\n"},
+           {"Preface.ByteOrder=", ": ByteOrder of" + kThePreface +
+                                      ": '' is not a whole number from -32768 to 32767; for example 25 or 0x19\n"},
+           {"TimelineTrack[2].EditRate=", ": '' is not a rate or ratio; for example 25, 30000/1001, 29.97 or 16:9\n"},
            {"Preface.InstanceUID=1",
             ": the InstanceUID of" + kThePreface + " cannot be set from a text: references to the set would break\n"},
            {"Preface.FileLastModified=now",
-            ": 'now' is not the text of a Timestamp, such as 2024-02-09T03:04:05.008\n"},
-           {"Identification.ApplicationVersion=1.2",
-            ": '1.2' is not the text of a ProductVersion, such as 1.2.3.4.1\n"},
-           {"Preface.EssenceContainers=a", ": 'a' is no collection, such as [1, 2] or [\"a\", \"b\"]\n"}}) {
+            ": 'now' is not a date and time; for example 2024-02-09T03:04:05.008Z or 2024-02-09\n"},
+           {"Identification.ApplicationVersion=v1",
+            ": 'v1' is not a version; for example 1.2.3.4 release or 1.2 beta\n"},
+           {"Preface.EssenceContainers=a", ": 'a' is not a list; for example ["}}) {
     const SetFile file;
     const Result result = file.set({assignment});
     EXPECT_EQ(result.exitCode, 1) << assignment;

@@ -15,6 +15,7 @@
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 #include "TextTable.h"
+#include "UnreadText.h"
 
 namespace Vantor::Tool {
 
@@ -153,7 +154,7 @@ std::string describeMetadata(const PartitionMetadata& metadata, const MXF::Parti
   std::string text = "\nsets in " + describe(choice) + ": " + std::to_string(total(counts.known)) + "\n";
   text += list(counts.known);
   const std::string others = countLine("dark sets", total(counts.dark)) + list(counts.dark) +
-                             countLine("unknown properties", counts.unknownProperties) +
+                             countLine("unknown properties", counts.unknownProperties) + listOfUnread(metadata) +
                              countLine("misplaced properties", counts.misplacedProperties);
   return others.empty() ? text : text + "\n" + others;
 }

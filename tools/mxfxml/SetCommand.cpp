@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 #include <set>
 #include <vector>
@@ -48,7 +49,8 @@ class SetCommand final : public Command {
     app()
         .add_option("Set.Property=VALUE", assignments_,
                     "The new value of a property; Set[2] is the second set of that\nname in the file. "
-                    "An empty VALUE is an empty text")
+                    "An empty VALUE is an empty text, @FILE the\nbytes of a file. Values are written as in diff: "
+                    "10:00:00:00, 29.97,\n16:9, 2024-02-09, 1.2.3.4 release, FullFrame, BT.709, [1, 2]")
         ->type_name("");
     app()
         .add_option("--remove", removals_, "Remove a property from a set; may be given several times")
@@ -71,6 +73,9 @@ class SetCommand final : public Command {
     std::vector<Change> changes;
     for (const auto& text : assignments_) changes.push_back(parseChange(text, true));
     for (const auto& text : removals_) changes.push_back(parseChange(text, false));
+    // It is read by the base in its set, which may change with it.
+    std::stable_partition(changes.begin(), changes.end(),
+                          [](const Change& change) { return change.property != "StartTimecode"; });
     if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
     if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (output_) refuseSameFile(input(), *output_);
@@ -116,7 +121,7 @@ class SetCommand final : public Command {
 
   void make(const Change& change, MetadataSet& set) const {
     if (change.value) {
-      set.set(change.property, Utils::stringToWstring(*change.value));
+      set.set(change.property, Utils::stringToWstring(*change.value), TextFiles::kRead);
     } else if (!set.remove(change.property)) {
       printMessage(input().u8string() + ": the " + set.fullName() + " has no " + change.property + " to remove");
     }

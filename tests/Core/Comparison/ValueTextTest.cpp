@@ -12,7 +12,7 @@ TEST(ValueText, ShowsNumbersInDecimal) {
   EXPECT_EQ(valueText(Types::UInt8(uint8{200})), "200");
   EXPECT_EQ(valueText(Types::Length(-1)), "-1");
   EXPECT_EQ(valueText(Types::UInt64(~uint64{0})), "18446744073709551615");
-  EXPECT_EQ(valueText(Types::UTF16(uint16{0x41})), "65");
+  EXPECT_EQ(valueText(Types::UTF16(uint16{0x41})), "A");
   EXPECT_EQ(valueText(Types::Boolean(true)), "true");
   EXPECT_EQ(valueText(Types::Boolean(false)), "false");
 }
@@ -21,7 +21,7 @@ TEST(ValueText, ShowsRecordsAsPeopleWriteThem) {
   EXPECT_EQ(valueText(Types::Rational(30000, -1001)), "30000/-1001");
   EXPECT_EQ(valueText(Types::VersionType(uint8{1}, uint8{3})), "1.3");
   EXPECT_EQ(valueText(Types::ProductVersion(uint16{1}, uint16{2}, uint16{3}, uint16{4}, Types::ReleaseVersion::kBeta)),
-            "1.2.3.4.4");
+            "1.2.3.4 beta");
   EXPECT_EQ(valueText(Types::Timestamp(uint16{2024}, uint8{2}, uint8{9}, uint8{3}, uint8{4}, uint8{5}, uint16{8})),
             "2024-02-09T03:04:05.008");
   EXPECT_EQ(valueText(Types::J2KPictureComponent(uint8{9}, uint8{1}, uint8{2})), "090102");

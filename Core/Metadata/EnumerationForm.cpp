@@ -1,0 +1,53 @@
+#include "Core/DataIO/BigEndian.h"
+#include "Core/MetaMetadata/Enumeration.h"
+#include "Core/Metadata/PropertyForm.h"
+#include "Core/Platform/Numbers.h"
+#include "Core/Platform/Strings.h"
+#include "Core/Types/Text/NumberText.h"
+
+/// Numbers by the names that their enumeration gives them.
+namespace Vantor {
+
+namespace {
+
+constexpr std::size_t kMostNames = 4;
+
+bool hasEnumeration(const PropertyPlace& place, Types::Identifiers::Identifier) {
+  return place.definition->enumeration() != nullptr;
+}
+
+TextNoun nounOfEnumeration(const PropertyPlace& place) {
+  const auto& enumeration = *place.definition->enumeration();
+  std::string examples;
+  for (const auto name : enumeration.firstNames(kMostNames)) {
+    examples += (examples.empty() ? "" : ", ") + std::string(name);
+  }
+  return {"a value of " + enumeration.name(), examples};
+}
+
+/// The number's name where it is read as that number.
+std::optional<wstring> printName(const PropertyPlace& place, const Types::SimpleDataType& item) {
+  int64 number = 0;
+  const auto digits = Platform::wstringToString(Types::printValue(item));
+  if (!Types::readWholeNumber(Platform::stringToWstring(digits), number)) return std::nullopt;
+  const auto& enumeration = *place.definition->enumeration();
+  const auto name = enumeration.nameOf(number);
+  if (name.empty() || enumeration.numbersNamed(name) != Templates::vector<int64>{number}) return std::nullopt;
+  return Utils::stringToWstring(std::string(name));
+}
+
+std::optional<Types::ParsedValue> parseName(const PropertyPlace& place, Types::Identifiers::Identifier type,
+                                            std::u16string_view text) {
+  const auto name = Utils::wstringToString(wstring(Types::trimmed(text)));
+  const auto numbers = place.definition->enumeration()->numbersNamed(name);
+  if (numbers.empty()) return std::nullopt;
+  if (numbers.size() > 1) return Types::ParsedValue("several names differ from it in case alone");
+  const bool isBoolean = type == Types::Identifiers::kBoolean;
+  return Types::typeText(type)->parse(isBoolean && numbers[0] != 0 ? wstring(u"1") : Platform::toDecimal(numbers[0]));
+}
+
+}  // namespace
+
+const PropertyForm kEnumerationForm = {hasEnumeration, nounOfEnumeration, printName, parseName};
+
+}  // namespace Vantor

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Core/Types/SimpleDataType.h"
+
+/// Values as people write them: one row for each type, of how it is read and printed, with an example. Documents have
+/// forms of their own (Core/Types/ValueText.h).
+namespace Vantor::Types {
+
+/// What a text is as a value of some type.
+struct ParsedValue {
+  template <class Type>
+  ParsedValue(auto_ptr<Type> read)  // NOLINT(google-explicit-constructor): a value is a result
+      : value(std::move(read)) {}
+  /// No value, for a reason: "the hour is beyond 23". Without one, the text has just another form.
+  explicit ParsedValue(std::string why = {}) : reason(std::move(why)) {}
+
+  auto_ptr<SimpleDataType> value;  ///< null when the text is none
+  std::string reason;
+};
+
+/// One row: how people write the values of a type. `docs/values.md` lists what is read.
+struct TypeText {
+  Identifiers::Identifier type;
+  const char* noun;      ///< completes "'x' is not "
+  const char* examples;  ///< completes "; for example "; each is read
+  /// The whole value, which `parse` reads back as the same octets; texts without their final NULs.
+  wstring (*print)(const SimpleDataType& value);
+  /// Ignores white space around everything but texts.
+  ParsedValue (*parse)(std::u16string_view text);
+};
+
+/// The row of a type; null for kArray, kBatch and kNone.
+const TypeText* typeText(Identifiers::Identifier type);
+
+/// The text of a value; collections as "[a, b]", with texts in quotes.
+wstring printValue(const SimpleDataType& value);
+
+/// The value that a text is. White space around everything but texts is ignored.
+/// @throws InvalidFormat "'x' is not a rate; for example 25, 30000/1001 or 29.97"; always for kArray, kBatch and kNone.
+auto_ptr<SimpleDataType> parseValue(Identifiers::Identifier type, std::u16string_view text);
+
+/// Throws what `parseValue` throws.
+/// @param reason    follows in parentheses; may be empty.
+/// @param examples  as in a row; may be empty.
+[[noreturn]] void refuseText(std::u16string_view text, std::string_view noun, std::string_view reason,
+                             std::string_view examples);
+
+}  // namespace Vantor::Types
