@@ -56,6 +56,7 @@ class ImportCommand final : public Command {
     addWayOfReading();
     edit_.add(app(), app().get_option("--into"));
     dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app());
   }
 
   ExitCode run() const override {
@@ -119,16 +120,27 @@ class ImportCommand final : public Command {
         ->excludes(exact);
   }
 
-  void writeHeaderOnly() const {
-    refuseStoppedChange(*output_);
+  /// @param diagnostics  receives those of the last time that the document is read.
+  std::unique_ptr<PartitionMetadata> readDocument(const DictionaryOptions::LoadFor& load,
+                                                  Diagnostics& diagnostics) const {
     const auto document = LosslessXML::Document::fromFile(input());
-    PartitionMetadata metadata(dictionary_.load(document.vocabulary()));
+    auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
     if (exact_) {
       const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-      XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
+      XML2Partition::getPartitionMetadataFromFile(path.utf16(), metadata.get());
     } else {
-      printDiagnostics(input(), document.import(metadata).diagnostics, strict_, kNothingWritten);
+      diagnostics = document.import(*metadata).diagnostics;
     }
+    return metadata;
+  }
+
+  void writeHeaderOnly() const {
+    refuseStoppedChange(*output_);
+    Diagnostics diagnostics;
+    const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics); };
+    const auto found = dictionary_.read({input(), read});
+    auto& metadata = *found;
+    printDiagnostics(input(), diagnostics, strict_, kNothingWritten);
     const auto lost = tagsWithoutLabels(metadata);
     if (lost != 0) {
       printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
@@ -148,11 +160,15 @@ class ImportCommand final : public Command {
     if (document.description() && (options_.isStructuralOnly || !options_.start.empty())) {
       throw UsageError("--structural-only and --start are for documents that do not describe themselves");
     }
-    const auto definitions = dictionary_.load(document.vocabulary());
+    auto dictionary = dictionary_.load(document.vocabulary());
+    const auto partition = partition_ ? partition_ : partitionOf(document);
     std::unique_ptr<Edit::File> file;
     namingFile(*into_, [&] {
       undoStoppedChange(*into_);
-      file = std::make_unique<Edit::File>(*into_, definitions, partition_ ? partition_ : partitionOf(document));
+      const auto own =
+          DictionaryOptions::partitionOf(*into_, partition.value_or(MXF::PartitionChoice()), document.vocabulary());
+      if (dictionary_.usesOwn()) dictionary = dictionary_.loadFor(own);
+      file = std::make_unique<Edit::File>(*into_, dictionary, partition);
     });
     const bool isWhole = merge(document, *file);
     namingFile(*into_, [&] {
