@@ -14,7 +14,7 @@ Definitions registerDefinitions() {
 
 Definitions builtInDefinitions() {
   auto definitions = registerDefinitions();
-  definitions.readTrusted(Embedded::smpteSupplement(), "SmpteSupplement.dictionary");
+  definitions.readTrusted(Embedded::smpteSupplement(), "SmpteSupplement.dictionary", true);
   return definitions;
 }
 

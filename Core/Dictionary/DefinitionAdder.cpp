@@ -83,11 +83,17 @@ uint32 put(Definition definition, uint32 place, Templates::vector<Definition>& l
 
 DefinitionAdder::DefinitionAdder(Definitions& definitions, Definitions::Overlay overlay) : to_(definitions) {
   to_.isChecked_ = false;
-  if (overlay == Definitions::Overlay::kRefuse) return;
-  earlierSets_.assign(to_.sets_.size(), true);
-  earlierProperties_.assign(to_.properties_.size(), true);
-  earlierEnumerations_.assign(to_.enumerations_.size(), true);
-  earlierLabels_.assign(to_.labels_.size(), true);
+  if (overlay == Definitions::Overlay::kRefuse && to_.yieldingSources_.empty()) return;
+  const auto mark = [&](const auto& definitions, Templates::vector<bool>& earlier) {
+    for (const auto& definition : definitions) {
+      const bool isYielding = to_.yieldingSources_.count(definition.origin.source) != 0;
+      earlier.push_back(isYielding || overlay == Definitions::Overlay::kReplace);
+    }
+  };
+  mark(to_.sets_, earlierSets_);
+  mark(to_.properties_, earlierProperties_);
+  mark(to_.enumerations_, earlierEnumerations_);
+  mark(to_.labels_, earlierLabels_);
 }
 
 void DefinitionAdder::checkName(std::string_view word, const char* what, const Origin& origin) const {

@@ -242,10 +242,12 @@ void Definitions::readText(std::string text, std::string name, Overlay overlay) 
   DefinitionReader(*this, overlay, source).read(kept);
 }
 
-void Definitions::readTrusted(std::string_view text, std::string name) {
+void Definitions::readTrusted(std::string_view text, std::string name, bool givesWay) {
   const bool wasChecked = isChecked_;
   reserve(text.size());
-  DefinitionReader(*this, Overlay::kRefuse, addSource(std::move(name))).read(text);
+  const uint32 source = addSource(std::move(name));
+  DefinitionReader(*this, Overlay::kRefuse, source).read(text);
+  if (givesWay) yieldingSources_.insert(source);
   isChecked_ = wasChecked;
 }
 

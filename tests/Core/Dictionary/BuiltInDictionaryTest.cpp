@@ -91,6 +91,20 @@ TEST(BuiltInDictionary, IsCheckedAsIfAUserHadWrittenTheSupplement) {
   EXPECT_NO_THROW(definitions.check());
 }
 
+TEST(BuiltInDictionary, LetsADictionaryFileDefineTheSetsOfTheSupplementAnew) {
+  auto definitions = builtInDefinitions();
+  definitions.readText(
+      "dictionary 1\n"
+      "060e2b34.02530101.0d010101.01018110  Streams  SubDescriptor\n"
+      "  -  060e2b34.0101010e.04020308.06000000  StreamNumbers  ArrayOf(UInt32)  required\n",
+      "user.dictionary");
+  const auto dictionary = definitions.makeDictionary();
+  const auto key = registerKey("060e2b34.02530101.0d010101.01018110");
+  EXPECT_EQ(dictionary->findSet(key)->symbol(), "Streams");
+  EXPECT_NE(dictionary->findSet(key)->findAttribute("StreamNumbers"), nullptr);
+  EXPECT_EQ(dictionary->findSetBySymbol("RIFFChunkReferencesSubDescriptor"), nullptr);
+}
+
 TEST(BuiltInDictionary, KnowsTheSetsThatAreNewerThanTheRegisters) {
   EXPECT_EQ(setOf("ADM_CHNASubDescriptor").key(), registerKey("060e2b34.02530101.0d010101.0101810e"));
   EXPECT_EQ(setOf("ADM_CHNASubDescriptor").parent()->symbol(), "SubDescriptor");
