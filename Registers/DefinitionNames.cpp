@@ -37,7 +37,11 @@ std::string DefinitionNames::take(std::string_view wanted, std::string_view kind
   std::string free = name;
   if (!isFree(free)) free = name + "_" + digits.substr(0, 8);
   if (!isFree(free)) free = name + "_" + digits;
-  for (std::size_t number = 2; !isFree(free); ++number) free = name + "_" + digits + "_" + std::to_string(number);
+  if (!isFree(free)) {
+    auto& number = numbers_.emplace(free, 1).first->second;
+    const auto start = free + "_";
+    while (!isFree(free)) free = start + std::to_string(++number);
+  }
   taken_.insert(free);
   return free;
 }

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "Core/KLV/Key.h"
@@ -23,6 +24,7 @@ class DefinitionNames {
   bool isFree(const std::string& name) const { return taken_.count(name) == 0; }
 
   std::unordered_set<std::string> taken_;
+  std::unordered_map<std::string, std::size_t> numbers_;  // the last one behind a name with its key
 };
 
 /// The characters of a name that may stand in one, '_' for the others. Empty when there are none but others.

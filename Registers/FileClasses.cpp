@@ -1,7 +1,5 @@
 #include "Registers/FileClasses.h"
 
-#include <algorithm>
-
 #include "Core/KLV/Keys.h"
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Registers/Chains.h"
@@ -13,14 +11,8 @@ namespace {
 
 using Kind = DefinitionProblem::Kind;
 
-constexpr KLV::Key kInterchangeObject = RegisterKeys::group(0x0d01010101010100);
-
-/// DefinitionObject and MetaDefinition (ST 395).
-constexpr KLV::Key kDefinitionRoots[] = {RegisterKeys::group(0x0d01010101011a00),
-                                         RegisterKeys::group(0x0d01010102240000)};
-
 /// One less than `Definitions::check` allows, as InterchangeObject comes above those that are cut.
-constexpr uint32 kMostAncestors = 99;
+constexpr uint32 kMostGenerations = 99;
 /// As many as `Definitions::check` allows.
 constexpr uint64 kMostListedProperties = 1000000;
 
@@ -96,13 +88,13 @@ void FileClasses::findParents() {
     const auto* parent = set.parent.empty() ? nullptr : into_.findSet(set.parent);
     parents_.push_back(parent == nullptr ? kChainEnd : static_cast<uint32>(parent - into_.sets().data()));
   }
-  root_ = placeOf(kInterchangeObject);
+  root_ = placeOf(RegisterKeys::kInterchangeObject);
   const auto first = static_cast<uint32>(parents_.size());
   for (const uint32 number : numbers_) {
     parents_.push_back(parentOf(file_.classes[number], static_cast<uint32>(parents_.size())));
   }
   cutChains(
-      static_cast<uint32>(parents_.size()), kMostAncestors, [&](uint32 place) { return parents_[place]; },
+      static_cast<uint32>(parents_.size()), kMostGenerations, [&](uint32 place) { return parents_[place]; },
       [&](uint32 place, bool isCircle) {
         if (place < first) return;  // valid definitions have no such chains
         parents_[place] = root_;
@@ -124,11 +116,7 @@ uint32 FileClasses::parentOf(const FileClass& one, uint32 place) {
 
 bool FileClasses::isDefinition(uint32 place) const {
   for (; place != kChainEnd; place = parents_[place]) {
-    const auto& key = setAt(place).key;
-    if (std::any_of(std::begin(kDefinitionRoots), std::end(kDefinitionRoots),
-                    [&](const KLV::Key& root) { return root.matches(key); })) {
-      return true;
-    }
+    if (RegisterKeys::isDefinitionRoot(setAt(place).key)) return true;
   }
   return false;
 }

@@ -22,10 +22,10 @@ namespace Vantor::Registers {
 namespace {
 
 using Kind = DefinitionProblem::Kind;
+using MetaMetadata::DictionaryBuilder;
 using Types::UniversalLabel;
 using namespace Types::Identifiers;
 
-constexpr uint32 kRequired = 0, kOptional = 4;  // of `PropertyUse::requiredStatus`
 /// A property of more sets is taken to clash with every registered one of its name.
 constexpr std::size_t kMostUsers = 16;
 constexpr uint16 kFirstDynamicTag = Types::LocalTag::kFirstDynamic;
@@ -170,7 +170,9 @@ class FileAdder {
     return names_.take(name, "Property", key);
   }
 
-  static uint32 statusOf(const FileProperty& property) { return property.isOptional ? kOptional : kRequired; }
+  static uint32 statusOf(const FileProperty& property) {
+    return property.isOptional ? DictionaryBuilder::kOptional : DictionaryBuilder::kRequired;
+  }
 
   /// The file's static tag for the property; 0 when there is none, or others may understand it otherwise.
   uint16 tagOf(const FileProperty& property, const KLV::Key& key) {

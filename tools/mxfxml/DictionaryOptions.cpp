@@ -36,9 +36,15 @@ void DictionaryOptions::addVocabulary(CLI::App& command) {
 
 void DictionaryOptions::addOwnDictionary(CLI::App& command, bool byDefault) {
   usesOwn_ = byDefault;
-  command.add_flag(byDefault ? "--own-dictionary,!--no-own-dictionary" : "--own-dictionary", usesOwn_,
-                   byDefault ? "Add the definitions that the metadata have of their own, in\na MetaDictionary (default)"
-                             : "Add the definitions that the metadata have of their own, in\na MetaDictionary");
+  auto* own = command.add_flag_callback(
+      "--own-dictionary", [this] { usesOwn_ = true; },
+      std::string("Add the definitions that the metadata have of their own, in\na MetaDictionary") +
+          (byDefault ? " (default)" : ""));
+  if (!byDefault) return;
+  command
+      .add_flag_callback(
+          "--no-own-dictionary", [this] { usesOwn_ = false; }, "Leave out these definitions")
+      ->excludes(own);
 }
 
 DictionaryOptions::Source DictionaryOptions::partitionOf(const Path& file, const MXF::PartitionChoice& choice,

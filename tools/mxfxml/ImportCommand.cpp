@@ -1,5 +1,6 @@
 #include "Command.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "CommonOptions.h"
@@ -12,6 +13,7 @@
 #include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "Registers/FileDefinitions.h"
 #include "StoppedChange.h"
 #include "XML2Partition.h"
 #include "XMLUtils/UnicodeString.h"
@@ -21,6 +23,8 @@ namespace Vantor::Tool {
 namespace {
 
 constexpr const char* kNothingWritten = "; nothing is written";
+constexpr const char* kOwnNames =
+    ": warning: the document has names from its own MetaDictionary; --own-dictionary reads them";
 constexpr const char* kRestLeft = "; nothing is written; --keep-going writes the rest";
 
 /// How many items of dark groups have a dynamic tag without a label: only the primer pack of their file had that, and a
@@ -37,6 +41,16 @@ std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
     }
   }
   return count;
+}
+
+/// Whether a document has names that an export with --own-dictionary gave it.
+bool mentionsOwn(const Diagnostics& diagnostics) {
+  return std::any_of(diagnostics.begin(), diagnostics.end(), [](const LosslessXML::Diagnostic& one) {
+    const auto& all = one.arguments;
+    return std::any_of(all.begin(), all.end(), [](const std::string& argument) {
+      return argument == Registers::kOwnSets || argument == Registers::kOwnProperties;
+    });
+  });
 }
 
 /// The partition that a document was exported from; none for the header partition.
@@ -140,6 +154,7 @@ class ImportCommand final : public Command {
     const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics); };
     const auto found = dictionary_.read({input(), read});
     auto& metadata = *found;
+    if (!dictionary_.usesOwn() && mentionsOwn(diagnostics)) printMessage(input().u8string() + kOwnNames);
     printDiagnostics(input(), diagnostics, strict_, kNothingWritten);
     const auto lost = tagsWithoutLabels(metadata);
     if (lost != 0) {
@@ -183,6 +198,7 @@ class ImportCommand final : public Command {
     try {
       const auto edited = file.read(document, options_);
       const auto& diagnostics = edited.import.diagnostics;
+      if (!dictionary_.usesOwn() && mentionsOwn(diagnostics)) printMessage(input().u8string() + kOwnNames);
       printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kRestLeft);
       const auto merged = file.merge(edited, options_);
       if (edited.isOfEarlierState && !options_.mergesOtherFile) {
