@@ -3,6 +3,8 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "Core/Dictionary/Definition.h"
 #include "Core/KLV/Key.h"
@@ -47,9 +49,9 @@ struct ElementEntry {
   Origin origin;
 };
 
-/// How a type is made; kinds that no rule needs are `kOther`.
+/// How a type is made.
 enum class TypeKind : uint8 {
-  kOther,
+  kOther,  ///< a kind of no name here
   kInteger,
   kRename,
   kEnumeration,
@@ -58,7 +60,45 @@ enum class TypeKind : uint8 {
   kString,
   kStrongReference,
   kWeakReference,
+  kCharacter,
+  kFixedArray,
+  kIndirect,
+  kOpaque,
+  kRecord,
+  kStream,
 };
+
+/// The kinds by their names in the Types register.
+inline constexpr std::pair<std::string_view, TypeKind> kTypeKinds[] = {
+    {"Integer", TypeKind::kInteger},
+    {"Rename", TypeKind::kRename},
+    {"Enumeration", TypeKind::kEnumeration},
+    {"VariableArray", TypeKind::kVariableArray},
+    {"Set", TypeKind::kSet},
+    {"String", TypeKind::kString},
+    {"StrongReference", TypeKind::kStrongReference},
+    {"WeakReference", TypeKind::kWeakReference},
+    {"Character", TypeKind::kCharacter},
+    {"FixedArray", TypeKind::kFixedArray},
+    {"Indirect", TypeKind::kIndirect},
+    {"Opaque", TypeKind::kOpaque},
+    {"Record", TypeKind::kRecord},
+    {"Stream", TypeKind::kStream},
+};
+
+constexpr TypeKind typeKindNamed(std::string_view name) {
+  for (const auto& [known, kind] : kTypeKinds) {
+    if (known == name) return kind;
+  }
+  return TypeKind::kOther;
+}
+/// "Other" for a kind without a name.
+constexpr std::string_view nameOf(TypeKind wanted) {
+  for (const auto& [name, kind] : kTypeKinds) {
+    if (kind == wanted) return name;
+  }
+  return "Other";
+}
 
 /// A value of an enumeration; its texts are those of the register, even empty.
 struct TypeValue {

@@ -34,24 +34,6 @@ using std::u16string_view;
 using xercesc::SAX2XMLReader;
 using xercesc::XMLUni;
 
-constexpr std::pair<std::string_view, TypeKind> kTypeKinds[] = {
-    {"Integer", TypeKind::kInteger},
-    {"Rename", TypeKind::kRename},
-    {"Enumeration", TypeKind::kEnumeration},
-    {"VariableArray", TypeKind::kVariableArray},
-    {"Set", TypeKind::kSet},
-    {"String", TypeKind::kString},
-    {"StrongReference", TypeKind::kStrongReference},
-    {"WeakReference", TypeKind::kWeakReference},
-};
-
-TypeKind typeKindNamed(std::string_view name) {
-  for (const auto& [known, kind] : kTypeKinds) {
-    if (known == name) return kind;
-  }
-  return TypeKind::kOther;
-}
-
 /// 0 for anything that is no number, which no integer has as its size.
 uint32 sizeOf(const std::string& digits) {
   uint32 size = 0;

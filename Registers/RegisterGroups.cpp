@@ -28,15 +28,6 @@ bool isElsewhere(const KLV::Key& key) {
 /// Whether octet 6 of its keys may be that of local sets with 2-byte tags and lengths (ST 336).
 bool isLocalSet(const GroupEntry& group) { return (" " + group.klvSyntax + " ").find(" 53 ") != std::string::npos; }
 
-/// DefinitionObject and MetaDefinition (ST 395).
-constexpr KLV::Key kDefinitionRoots[] = {RegisterKeys::group(0x0d01010101011a00),
-                                         RegisterKeys::group(0x0d01010102240000)};
-
-bool isDefinitionRoot(const KLV::Key& key) {
-  return std::any_of(std::begin(kDefinitionRoots), std::end(kDefinitionRoots),
-                     [&](const KLV::Key& root) { return root.matches(key); });
-}
-
 }  // namespace
 
 RegisterGroups::RegisterGroups(const Entries& entries) : index_(entries.groups, entries) {
@@ -57,7 +48,7 @@ RegisterGroups::RegisterGroups(const Entries& entries) : index_(entries.groups, 
 bool RegisterGroups::isDefinition(const GroupEntry& group) const {
   const auto* at = &group;
   for (std::size_t i = 0; at != nullptr && i < kMostAncestors; ++i, at = parentOf(*at)) {
-    if (isDefinitionRoot(at->key)) return true;
+    if (RegisterKeys::isDefinitionRoot(at->key)) return true;
   }
   return false;
 }

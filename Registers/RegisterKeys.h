@@ -17,4 +17,12 @@ constexpr KLV::Key element(uint64 tail) { return key(0x01, 0x01, tail); }
 constexpr KLV::Key type(uint64 tail) { return key(0x01, 0x04, tail); }
 constexpr KLV::Key group(uint64 tail) { return key(0x02, 0x7f, tail); }
 
+inline constexpr KLV::Key kInterchangeObject = group(0x0d01010101010100);
+
+/// Whether the set is DefinitionObject or MetaDefinition (ST 395), from which all sets inherit that have an identifier
+/// of their own, by which weak references name them.
+inline bool isDefinitionRoot(const KLV::Key& set) {
+  return group(0x0d01010101011a00).matches(set) || group(0x0d01010102240000).matches(set);
+}
+
 }  // namespace Vantor::RegisterKeys

@@ -1,6 +1,7 @@
 #include "Registers/RegisterTypes.h"
 
 #include "Core/Dictionary/PropertyTypeText.h"
+#include "Core/KLV/Keys.h"
 #include "Registers/RegisterKeys.h"
 
 namespace Vantor::Registers {
@@ -50,23 +51,7 @@ Identifier among(const CoreType (&types)[kCount], const KLV::Key& key) {
 }
 
 /// The node of floating-point numbers, which are registered as integers.
-bool isFloat(const KLV::Key& key) { return key.octet(9) == 0x01 && key.octet(10) == 0x02; }
-
-Identifier integerOf(const TypeEntry& entry) {
-  if (isFloat(entry.key)) return kDataStream;
-  switch (entry.size) {
-    case 1:
-      return entry.isSigned ? kInt8 : kUInt8;
-    case 2:
-      return entry.isSigned ? kInt16 : kUInt16;
-    case 4:
-      return entry.isSigned ? kInt32 : kUInt32;
-    case 8:
-      return entry.isSigned ? kInt64 : kUInt64;
-    default:
-      return kDataStream;
-  }
-}
+bool isFloat(const KLV::Key& key) { return !KLV::isSwappedUUID(key) && key.octet(9) == 0x01 && key.octet(10) == 0x02; }
 
 /// Longer than any chain of types in the registers.
 constexpr std::size_t kLongestChain = 100;
@@ -74,7 +59,30 @@ constexpr std::size_t kLongestChain = 100;
 RegisteredType single(Identifier value) {
   RegisteredType type;
   type.value = value;
+  type.whyBytes = BytesReason::kNone;
   return type;
+}
+
+RegisteredType bytes(BytesReason reason) {
+  RegisteredType type;
+  type.whyBytes = reason;
+  return type;
+}
+
+RegisteredType integerOf(const TypeEntry& entry) {
+  if (isFloat(entry.key)) return bytes(BytesReason::kFloat);
+  switch (entry.size) {
+    case 1:
+      return single(entry.isSigned ? kInt8 : kUInt8);
+    case 2:
+      return single(entry.isSigned ? kInt16 : kUInt16);
+    case 4:
+      return single(entry.isSigned ? kInt32 : kUInt32);
+    case 8:
+      return single(entry.isSigned ? kInt64 : kUInt64);
+    default:
+      return bytes(BytesReason::kIntegerSize);
+  }
 }
 
 RegisteredType enumerationOf(const TypeEntry& entry, RegisteredType base) {
@@ -85,9 +93,14 @@ RegisteredType enumerationOf(const TypeEntry& entry, RegisteredType base) {
   return base;
 }
 
+RegisteredType stringOf(const TypeEntry& entry) {
+  const Identifier string = entry.base ? among(kStrings, *entry.base) : kNone;
+  return string == kNone ? bytes(BytesReason::kCharacters) : single(string);
+}
+
 /// A collection whose items are not values, or vary in size, cannot be taken apart.
 RegisteredType collectionOf(Identifier collection, RegisteredType item) {
-  if (item.collection != kNone || typeSize(item.value) == 0) return single(kDataStream);
+  if (item.collection != kNone || typeSize(item.value) == 0) return bytes(BytesReason::kItems);
   item.collection = collection;
   return item;
 }
@@ -111,13 +124,23 @@ RegisteredType RegisterTypes::resolve(const TypeEntry& entry, std::size_t depth)
   if (known != kNone) return isEnumeration ? enumerationOf(entry, single(known)) : single(known);
   switch (entry.kind) {
     case TypeKind::kOther:
-      return single(kDataStream);
+      return bytes(BytesReason::kOther);
+    case TypeKind::kCharacter:
+      return bytes(BytesReason::kCharacter);
+    case TypeKind::kFixedArray:
+      return bytes(BytesReason::kFixedArray);
+    case TypeKind::kIndirect:
+      return bytes(BytesReason::kIndirect);
+    case TypeKind::kOpaque:
+      return bytes(BytesReason::kOpaque);
+    case TypeKind::kRecord:
+      return bytes(BytesReason::kRecord);
+    case TypeKind::kStream:
+      return bytes(BytesReason::kStream);
     case TypeKind::kInteger:
-      return single(integerOf(entry));
-    case TypeKind::kString: {
-      const Identifier string = entry.base ? among(kStrings, *entry.base) : kNone;
-      return single(string == kNone ? kDataStream : string);
-    }
+      return integerOf(entry);
+    case TypeKind::kString:
+      return stringOf(entry);
     case TypeKind::kStrongReference:
       return referenceOf(kStrongReference, entry);
     case TypeKind::kWeakReference:

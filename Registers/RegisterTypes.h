@@ -8,6 +8,23 @@
 
 namespace Vantor::Registers {
 
+/// Why values are carried as bytes.
+enum class BytesReason : uint8 {
+  kNone,  ///< they are not, or bytes are what they are
+  kNoType,
+  kFloat,
+  kIntegerSize,
+  kCharacters,  ///< a string of characters of no known coding
+  kItems,       ///< a collection whose items have no fixed size, or are collections
+  kCharacter,
+  kFixedArray,
+  kIndirect,
+  kOpaque,
+  kRecord,
+  kStream,
+  kOther
+};
+
 /// The core types that carry the values of a registered type.
 struct RegisteredType {
   /// `kArray`, `kBatch`, or `kNone` for a single value.
@@ -16,6 +33,7 @@ struct RegisteredType {
   Types::Identifiers::Identifier value = Types::Identifiers::kDataStream;
   const TypeEntry* enumeration = nullptr;  ///< names the numbers of the value; null when there are no names
   std::optional<KLV::Key> target;          ///< the group that a reference leads to
+  BytesReason whyBytes = BytesReason::kNoType;
 };
 
 /// Resolves the types of a register to core types, one by one on request: a wrong type that is never requested does no

@@ -6,9 +6,15 @@ namespace Vantor {
 
 using MetaMetadata::Vocabulary;
 
-Definitions builtInDefinitions() {
+Definitions registerDefinitions() {
   Definitions definitions;
   definitions.readTrusted(Embedded::smpteRegisters(), "SmpteRegisters.dictionary");
+  return definitions;
+}
+
+Definitions builtInDefinitions() {
+  auto definitions = registerDefinitions();
+  definitions.readTrusted(Embedded::smpteSupplement(), "SmpteSupplement.dictionary", true);
   return definitions;
 }
 

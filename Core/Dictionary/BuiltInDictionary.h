@@ -7,17 +7,19 @@
 
 namespace Vantor {
 
-/// The sets and properties of the SMPTE metadata registers that occur in MXF header metadata. Part of the library: no
-/// file is read.
+/// The sets and properties of the SMPTE metadata registers that occur in MXF header metadata, and those that SMPTE has
+/// published since (SmpteSupplement.dictionary). Part of the library: no file is read.
 ///
 /// Built by the first caller who asks for the vocabulary, shared by all; any thread may call, at once with others. It
 /// lives until the process ends, and longer where the caller still holds a reference.
 SharedPtr<const MetaMetadata::Dictionary> builtInDictionary(
     MetaMetadata::Vocabulary vocabulary = MetaMetadata::Vocabulary::kLegacy);
 
-/// The definitions that the built-in dictionary is made from, with their enumerations, to add others to. Labels are not
-/// among them.
+/// The definitions that the built-in dictionary is made from, with their enumerations, to add others to: first those of
+/// the registers, then those of the supplement. Labels are not among them.
 Definitions builtInDefinitions();
+/// Those of the registers alone.
+Definitions registerDefinitions();
 
 /// The universal labels of the SMPTE labels register (ST 400), and nothing else. Read by the first caller; any thread
 /// may call.

@@ -8,7 +8,9 @@
 #include "Core/Dictionary/CharacterClass.h"
 #include "Core/Dictionary/DictionaryRow.h"
 #include "Core/Dictionary/PropertyTypeText.h"
+#include "Core/KLV/Keys.h"
 #include "Core/MetaMetadata/RegisterKey.h"
+#include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Types/LocalTag.h"
 
 namespace Vantor {
@@ -34,10 +36,36 @@ bool isUniversalLabel(const KLV::Key& key) {
 }
 
 bool isSetKey(const KLV::Key& key) {
-  return isUniversalLabel(key) && key.octet(5) == 0x02 && (key.octet(6) == 0x53 || key.octet(6) == 0x7f);
+  if (!isUniversalLabel(key)) return KLV::isSwappedUUID(key);
+  return key.octet(5) == 0x02 && (key.octet(6) == 0x53 || key.octet(6) == 0x7f);
 }
 
-bool isPropertyKey(const KLV::Key& key) { return isUniversalLabel(key) && key.octet(5) == 0x01; }
+bool isPropertyKey(const KLV::Key& key) {
+  return (isUniversalLabel(key) && key.octet(5) == 0x01) || KLV::isSwappedUUID(key);
+}
+
+/// More than any export needs; each new one is compared with all the others.
+constexpr std::size_t kMostNamespaces = 1000;
+
+/// Prefixes that begin with "xml" and these namespaces have a fixed meaning (W3C Namespaces 1.0).
+bool isReservedPrefix(std::string_view prefix) {
+  const auto isLetter = [&](std::size_t at, char lower) { return (prefix[at] | 0x20) == lower; };
+  return prefix.size() >= 3 && isLetter(0, 'x') && isLetter(1, 'm') && isLetter(2, 'l');
+}
+bool isReservedNamespace(std::string_view uri) {
+  return uri == "http://www.w3.org/XML/1998/namespace" || uri == "http://www.w3.org/2000/xmlns/";
+}
+
+/// The namespaces that exports use for what is built in.
+constexpr MetaMetadata::Namespace kFixedNamespaces[] = {MetaMetadata::kLegacySets,
+                                                        MetaMetadata::kLegacyElements,
+                                                        MetaMetadata::kST434Sets,
+                                                        MetaMetadata::kST434Elements,
+                                                        MetaMetadata::kST434Types,
+                                                        {u"groups", u"urn:SMPTE:Groups:MXF"},
+                                                        {u"types", u"urn:SMPTE:Types:MXF"},
+                                                        {u"s422mTypes", u"urn:SMPTE:S422MTypes:MXF"},
+                                                        {u"xs", u"http://www.w3.org/2001/XMLSchema"}};
 
 /// Appends a definition, or replaces the one that gives way to it.
 template <class Definition>
@@ -55,11 +83,17 @@ uint32 put(Definition definition, uint32 place, Templates::vector<Definition>& l
 
 DefinitionAdder::DefinitionAdder(Definitions& definitions, Definitions::Overlay overlay) : to_(definitions) {
   to_.isChecked_ = false;
-  if (overlay == Definitions::Overlay::kRefuse) return;
-  earlierSets_.assign(to_.sets_.size(), true);
-  earlierProperties_.assign(to_.properties_.size(), true);
-  earlierEnumerations_.assign(to_.enumerations_.size(), true);
-  earlierLabels_.assign(to_.labels_.size(), true);
+  if (overlay == Definitions::Overlay::kRefuse && to_.yieldingSources_.empty()) return;
+  const auto mark = [&](const auto& definitions, Templates::vector<bool>& earlier) {
+    for (const auto& definition : definitions) {
+      const bool isYielding = to_.yieldingSources_.count(definition.origin.source) != 0;
+      earlier.push_back(isYielding || overlay == Definitions::Overlay::kReplace);
+    }
+  };
+  mark(to_.sets_, earlierSets_);
+  mark(to_.properties_, earlierProperties_);
+  mark(to_.enumerations_, earlierEnumerations_);
+  mark(to_.labels_, earlierLabels_);
 }
 
 void DefinitionAdder::checkName(std::string_view word, const char* what, const Origin& origin) const {
@@ -68,11 +102,51 @@ void DefinitionAdder::checkName(std::string_view word, const char* what, const O
              quotedWord(word), what);
 }
 
+uint32 DefinitionAdder::addNamespace(std::string_view prefix, std::string_view uri, const Origin& origin) {
+  const auto isPrintable = [](char c) { return c > ' ' && c < '\x7f'; };
+  if (!std::all_of(uri.begin(), uri.end(), isPrintable)) {
+    to_.refuse(origin, "the URI {} has characters that are not printable ASCII; escape them as %XX", nullptr,
+               quotedWord(uri));
+  }
+  if (isReservedPrefix(prefix) || isReservedNamespace(uri)) {
+    to_.refuse(origin, "the prefix {} for {} is reserved for XML itself; choose another", nullptr, quotedWord(prefix),
+               quotedWord(uri));
+  }
+  const wstring widePrefix(prefix.begin(), prefix.end()), wideURI(uri.begin(), uri.end());
+  for (const auto& fixed : kFixedNamespaces) {
+    if (fixed.prefix != widePrefix && fixed.uri != wideURI) continue;
+    to_.refuse(
+        origin,
+        "the prefix {} for {} clashes with '{}' for '{}', which exports have for what is built in; choose another "
+        "of your own",
+        nullptr, quotedWord(prefix), quotedWord(uri), wstring(fixed.prefix), wstring(fixed.uri));
+  }
+  if (prefix.find("_REF") != std::string_view::npos) {
+    to_.refuse(origin, "exports use names with '_REF' for references; choose another prefix than {}", nullptr,
+               quotedWord(prefix));
+  }
+  for (uint32 place = 1; place < to_.namespaces_.size(); ++place) {
+    const auto& known = to_.namespaces_[place];
+    if (known.prefix == prefix && known.uri == uri) return place;
+    if (known.prefix != prefix && known.uri != uri) continue;
+    to_.refuse(
+        origin,
+        "the prefix {} for {} clashes with {} for {}; an export needs one prefix for each namespace, choose another",
+        nullptr, quotedWord(prefix), quotedWord(uri), quotedWord(known.prefix), quotedWord(known.uri));
+  }
+  if (to_.namespaces_.size() > kMostNamespaces) {
+    to_.refuse(origin, "there are {} namespaces already; take one of them", nullptr, kMostNamespaces);
+  }
+  to_.namespaces_.push_back({prefix, uri});
+  return static_cast<uint32>(to_.namespaces_.size() - 1);
+}
+
 uint32 DefinitionAdder::addSet(SetDefinition set) {
   if (!isSetKey(set.key)) {
-    to_.refuse(set.origin, "{} is no key of a set",
-               "such a key begins with 060e2b34.0253 or, for any coding, 060e2b34.027f",
-               quotedWord(registerText(set.key)));
+    to_.refuse(
+        set.origin, "{} is no key of a set",
+        "such a key begins with 060e2b34.0253 or, for any coding, 060e2b34.027f, or is a UUID with swapped halves",
+        quotedWord(registerText(set.key)));
   }
   checkName(set.symbol, "a symbol", set.origin);
   if (!set.parent.empty()) checkName(set.parent, "a parent's symbol", set.origin);
@@ -98,8 +172,8 @@ uint32 DefinitionAdder::addSet(SetDefinition set) {
 void DefinitionAdder::addProperty(uint32 set, PropertyDefinition property, PropertyUse use) {
   const KLV::Key key = property.key.key();
   if (!isPropertyKey(key)) {
-    to_.refuse(property.origin, "{} is no key of a property", "such a key begins with 060e2b34.01",
-               quotedWord(registerText(key)));
+    to_.refuse(property.origin, "{} is no key of a property",
+               "such a key begins with 060e2b34.01, or is a UUID with swapped halves", quotedWord(registerText(key)));
   }
   checkName(property.symbol, "a symbol", property.origin);
   if (!Types::LocalTag(use.staticLocalTag).isStaticLocalTag()) {

@@ -15,6 +15,9 @@ class DefinitionAdder {
  public:
   DefinitionAdder(Definitions& definitions, Definitions::Overlay overlay);
 
+  /// Enters a namespace of the source's own for definitions, or finds it.
+  /// @return its place in `Definitions::namespaces()`.
+  uint32 addNamespace(std::string_view prefix, std::string_view uri, const Origin& origin);
   /// `addProperty` adds its properties.
   /// @return its place in `Definitions::sets()`.
   uint32 addSet(SetDefinition set);

@@ -8,7 +8,6 @@
 #include "Core/Dictionary/DictionaryRow.h"
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/MetaMetadata/RegisterKey.h"
-#include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Platform/HexDigits.h"
 
 namespace Vantor {
@@ -26,29 +25,6 @@ constexpr const char* kLabelShape = "a label is: label, key, symbol, name";
 constexpr const char* kExtensionShape = "an extension is: extend, symbol of the set";
 constexpr const char* kNamespaceShape = "a namespace is: namespace, 'sets' or 'properties', prefix, URI";
 constexpr const char* kFormatShape = "the first row of a dictionary file has to be: dictionary 1";
-
-/// More than any export needs; each new one is compared with all the others.
-constexpr std::size_t kMostNamespaces = 1000;
-
-/// Prefixes that begin with "xml" and these namespaces have a fixed meaning (W3C Namespaces 1.0).
-bool isReservedPrefix(std::string_view prefix) {
-  const auto isLetter = [&](std::size_t at, char lower) { return (prefix[at] | 0x20) == lower; };
-  return prefix.size() >= 3 && isLetter(0, 'x') && isLetter(1, 'm') && isLetter(2, 'l');
-}
-bool isReservedNamespace(std::string_view uri) {
-  return uri == "http://www.w3.org/XML/1998/namespace" || uri == "http://www.w3.org/2000/xmlns/";
-}
-
-/// The namespaces that exports use for what is built in.
-constexpr MetaMetadata::Namespace kFixedNamespaces[] = {MetaMetadata::kLegacySets,
-                                                        MetaMetadata::kLegacyElements,
-                                                        MetaMetadata::kST434Sets,
-                                                        MetaMetadata::kST434Elements,
-                                                        MetaMetadata::kST434Types,
-                                                        {u"groups", u"urn:SMPTE:Groups:MXF"},
-                                                        {u"types", u"urn:SMPTE:Types:MXF"},
-                                                        {u"s422mTypes", u"urn:SMPTE:S422MTypes:MXF"},
-                                                        {u"xs", u"http://www.w3.org/2001/XMLSchema"}};
 
 }  // namespace
 
@@ -102,7 +78,7 @@ class DefinitionReader {
     if (word == "enum") return readEnumeration(row);
     if (word == "extend") return readExtension(row);
     if (word == "namespace") return readNamespace(row);
-    if (word.substr(0, 4) == "urn:") return readSet(row);
+    if (word.substr(0, 4) == "urn:" || MetaMetadata::parseRegisterKey(word)) return readSet(row);
     refuse(
         "{} begins no row; a row that is not indented begins with a set's key, or with extend, enum, label or "
         "namespace",
@@ -123,41 +99,7 @@ class DefinitionReader {
       refuse("{} is neither 'sets' nor 'properties'; {}", quotedWord(row[1]), kNamespaceShape);
     }
     adder_.checkName(row[2], "a prefix", here());
-    (forSets ? setNamespace_ : elementNamespace_) = addNamespace(row[2], row[3]);
-  }
-
-  uint32 addNamespace(std::string_view prefix, std::string_view uri) {
-    const auto isPrintable = [](char c) { return c > ' ' && c < '\x7f'; };
-    if (!std::all_of(uri.begin(), uri.end(), isPrintable)) {
-      refuse("the URI {} has characters that are not printable ASCII; escape them as %XX", quotedWord(uri));
-    }
-    if (isReservedPrefix(prefix) || isReservedNamespace(uri)) {
-      refuse("the prefix {} for {} is reserved for XML itself; choose another", quotedWord(prefix), quotedWord(uri));
-    }
-    const wstring widePrefix(prefix.begin(), prefix.end()), wideURI(uri.begin(), uri.end());
-    for (const auto& fixed : kFixedNamespaces) {
-      if (fixed.prefix != widePrefix && fixed.uri != wideURI) continue;
-      refuse(
-          "the prefix {} for {} clashes with '{}' for '{}', which exports have for what is built in; choose another "
-          "of your own",
-          quotedWord(prefix), quotedWord(uri), wstring(fixed.prefix), wstring(fixed.uri));
-    }
-    if (prefix.find("_REF") != std::string_view::npos) {
-      refuse("exports use names with '_REF' for references; choose another prefix than {}", quotedWord(prefix));
-    }
-    for (uint32 place = 1; place < to_.namespaces_.size(); ++place) {
-      const auto& known = to_.namespaces_[place];
-      if (known.prefix == prefix && known.uri == uri) return place;
-      if (known.prefix != prefix && known.uri != uri) continue;
-      refuse(
-          "the prefix {} for {} clashes with {} for {}; an export needs one prefix for each namespace, choose another",
-          quotedWord(prefix), quotedWord(uri), quotedWord(known.prefix), quotedWord(known.uri));
-    }
-    if (to_.namespaces_.size() > kMostNamespaces) {
-      refuse("there are {} namespaces already; take one of them", kMostNamespaces);
-    }
-    to_.namespaces_.push_back({prefix, uri});
-    return static_cast<uint32>(to_.namespaces_.size() - 1);
+    (forSets ? setNamespace_ : elementNamespace_) = adder_.addNamespace(row[2], row[3], here());
   }
 
   void readSet(const DictionaryRow& row) {
@@ -300,10 +242,12 @@ void Definitions::readText(std::string text, std::string name, Overlay overlay) 
   DefinitionReader(*this, overlay, source).read(kept);
 }
 
-void Definitions::readTrusted(std::string_view text, std::string name) {
+void Definitions::readTrusted(std::string_view text, std::string name, bool givesWay) {
   const bool wasChecked = isChecked_;
   reserve(text.size());
-  DefinitionReader(*this, Overlay::kRefuse, addSource(std::move(name))).read(text);
+  const uint32 source = addSource(std::move(name));
+  DefinitionReader(*this, Overlay::kRefuse, source).read(text);
+  if (givesWay) yieldingSources_.insert(source);
   isChecked_ = wasChecked;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -41,7 +42,9 @@ class Definitions {
 
   /// Reads a text that lives as long as the process and is known to be right: the built-in data. It is not checked
   /// again unless something else is read, too.
-  void readTrusted(std::string_view text, std::string name);
+  /// @param givesWay  whether a definition of a later source may take the place of one of these, whatever the overlay:
+  ///                  they may be defined elsewhere.
+  void readTrusted(std::string_view text, std::string name, bool givesWay = false);
 
   /// Enters the name of a published register, whose entries `DefinitionAdder` adds. Users do not edit registers, so
   /// messages about one advise another edition.
@@ -120,6 +123,7 @@ class Definitions {
   Templates::vector<auto_ptr<const std::string>> texts_;
   Templates::vector<std::string> sources_;
   Templates::vector<bool> registerSources_;  // beside the sources
+  std::set<uint32> yieldingSources_;         // whose definitions give way to later ones
   Templates::vector<ChosenNamespace> namespaces_ = Templates::vector<ChosenNamespace>(1);
   Templates::vector<SetDefinition> sets_;
   Templates::vector<PropertyDefinition> properties_;

@@ -7,5 +7,7 @@ namespace Vantor::Embedded {
 
 std::string_view smpteRegisters();
 std::string_view smpteLabels();
+std::string_view smpteSupplement();
+std::string_view smpteTypes();
 
 }  // namespace Vantor::Embedded

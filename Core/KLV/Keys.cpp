@@ -51,8 +51,6 @@ bool has(const Key& key, std::size_t n, std::initializer_list<uint8> octets) {
   return std::equal(octets.begin(), octets.end(), key.rawBuffer() + n - 1);
 }
 
-bool isSmpteLabel(const Key& key) { return has(key, 1, {0x06, 0x0E, 0x2B, 0x34}); }
-
 /// Partition packs, index table segments, the random index pack (ST 377-1), also with octets that no standard lists.
 bool isStructure(const Key& key) {
   return has(key, 5, {kGroup}) && has(key, 9, {0x0D, 0x01, 0x02, 0x01}) && !isPrimerPack(key);
@@ -80,12 +78,16 @@ Key partitionPackKey(PartitionKind kind, PartitionStatus status) {
 
 bool isStructuralMetadataSet(const Key& key) { return key.matches(kStructuralSet.withOctet(15, key.octet(15))); }
 
+bool isSmpteLabel(const Key& key) { return has(key, 1, {0x06, 0x0E, 0x2B, 0x34}); }
+
 bool isLocalSet(const Key& key) {
   const uint8 coding = key.octet(Key::kCodingOctet);
   return isSmpteLabel(key) && key.octet(5) == kGroup && (coding == kTwoByteLengths || coding == kBERLengths);
 }
 
-bool hasBERLengths(const Key& key) { return key.octet(Key::kCodingOctet) == kBERLengths; }
+bool isSwappedUUID(const Key& key) { return key.octet(1) >= 0x80; }
+
+bool hasBERLengths(const Key& key) { return !isSwappedUUID(key) && key.octet(Key::kCodingOctet) == kBERLengths; }
 
 bool isFill(const Key& key) { return equalButVersion(key, kFill); }
 bool isPrimerPack(const Key& key) { return equalButVersion(key, kPrimerPack); }

@@ -33,8 +33,13 @@ Key randomIndexPackKey();
 /// Whether the key is of a set of the structural metadata, 06.0E.2B.34.02.cc.01.vv.0D.01.01.01.01.01.xx.00, whatever
 /// its coding cc.
 bool isStructuralMetadataSet(const Key& key);
+/// Whether the octets are those of a universal label, which begin 06.0E.2B.34 (ST 298).
+bool isSmpteLabel(const Key& key);
 /// Whether the key is of a SMPTE local set with 2-byte tags, in either coding.
 bool isLocalSet(const Key& key);
+/// Whether the octets are no label but a UUID with swapped halves, the key of a maker's own sets and properties: its
+/// variant bits come first (ST 377-1). The coding of such a set is not in its key: local sets have 2-byte lengths.
+bool isSwappedUUID(const Key& key);
 /// Whether the items of a local set with this key have BER lengths.
 bool hasBERLengths(const Key& key);
 /// Whether the key is of a KLV fill item, with version 1 (as older files have it) or any later one.

@@ -44,6 +44,7 @@ void requireLength(LocalSetCoding coding, uint16 tag, std::size_t size, uint8 le
 }  // namespace
 
 LocalSetCoding localSetCoding(const Key& key) {
+  if (isSwappedUUID(key)) return LocalSetCoding::kTwoByteLengths;
   if (!isLocalSet(key)) {
     raise<Exceptions::InvalidFormat>("expected the key of a local set with 2-byte tags, found {}", key.toString());
   }

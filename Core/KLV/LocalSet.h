@@ -9,7 +9,7 @@
 
 namespace Vantor::KLV {
 
-/// @throws Exceptions::InvalidFormat naming the key when it is not one for which isLocalSet() holds.
+/// @throws Exceptions::InvalidFormat naming the key when it is not one for which isLocalSet() or isSwappedUUID() holds.
 LocalSetCoding localSetCoding(const Key& key);
 
 /// One item of a local set. The value points into the set's own bytes.

@@ -136,7 +136,7 @@ void DictionaryBuilder::addSet(const KLV::Key& key, std::string_view symbol, std
                                const ExtensionAttributes& extensionAttributes) {
   auto& dictionary = *state_->dictionary;
   constexpr auto kWritten = static_cast<uint8>(KLV::LocalSetCoding::kTwoByteLengths);
-  const bool isOpen = key.octet(KLV::Key::kCodingOctet) == kAnyCoding;
+  const bool isOpen = key.octet(KLV::Key::kCodingOctet) == kAnyCoding && !KLV::isSwappedUUID(key);
   const KLV::Key written = isOpen ? key.withOctet(KLV::Key::kCodingOctet, kWritten) : key;
 
   dictionary.setsByKey_.insert(groupIdentity(written.rawBuffer()).hash(), sizeOf(dictionary.sets_));

@@ -26,13 +26,20 @@ struct LabelIdentity {
   }
 };
 
+/// The octets of an identification that count. The halves of an AUID stand in either order, since writers swap those of
+/// UUIDs, and some those of labels (ST 377-1): both orders are one identification.
+/// @param counting  the octets of the first half of a label that count.
+inline LabelIdentity auidIdentity(const uint8* octets, uint64 counting) {
+  constexpr uint32 kLabelStart = 0x060E2B34;  // ST 298
+  const auto first = DataIO::readBigEndian<uint64>(octets), second = DataIO::readBigEndian<uint64>(octets + 8);
+  if (first >> 32 == kLabelStart) return {first & counting, second};
+  if (second >> 32 == kLabelStart) return {second & counting, first};
+  return first < second ? LabelIdentity{second, first} : LabelIdentity{first, second};
+}
+
 /// All octets of a property's label but octet 8, the version of the register that added it (ST 336).
-inline LabelIdentity elementIdentity(const uint8* label) {
-  return {DataIO::readBigEndian<uint64>(label) & 0xFFFFFFFFFFFFFF00u, DataIO::readBigEndian<uint64>(label + 8)};
-}
+inline LabelIdentity elementIdentity(const uint8* label) { return auidIdentity(label, 0xFFFFFFFFFFFFFF00u); }
 /// All octets of a set's key but octet 6, the coding of the group, and octet 8, the version (ST 336).
-inline LabelIdentity groupIdentity(const uint8* key) {
-  return {DataIO::readBigEndian<uint64>(key) & 0xFFFFFFFFFF00FF00u, DataIO::readBigEndian<uint64>(key + 8)};
-}
+inline LabelIdentity groupIdentity(const uint8* key) { return auidIdentity(key, 0xFFFFFFFFFF00FF00u); }
 
 }  // namespace Vantor::MetaMetadata

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "Core/DataIO/BigEndian.h"
+#include "Core/MetaMetadata/LabelHash.h"
 #include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Raise.h"
 
@@ -32,6 +34,14 @@ std::optional<KLV::Key> parseRegisterKey(std::string_view text) {
 KLV::Key registerKey(std::string_view text) {
   if (const auto key = parseRegisterKey(text)) return *key;
   Exceptions::raise<Exceptions::InvalidFormat>("not a register key: {}", text);
+}
+
+KLV::Key comparableKey(const KLV::Key& key) {
+  const auto identity = elementIdentity(key.rawBuffer());
+  std::array<uint8, KLV::Key::kSize> octets{};
+  DataIO::writeBigEndian(octets.data(), identity.head);
+  DataIO::writeBigEndian(octets.data() + sizeof identity.head, identity.tail);
+  return KLV::Key(octets);
 }
 
 std::string registerText(const KLV::Key& key) {

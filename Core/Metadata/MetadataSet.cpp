@@ -11,6 +11,7 @@
 #include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Metadata/SimpleElement.h"
+#include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 
 namespace Vantor {
@@ -35,7 +36,10 @@ KLV::LocalSetCoding codingFor(const KLV::Key& key, const std::vector<const Eleme
 }
 
 KLV::Key codedKey(const KLV::Key& key, KLV::LocalSetCoding coding) {
-  return key.withOctet(KLV::Key::kCodingOctet, static_cast<uint8>(coding));
+  if (!KLV::isSwappedUUID(key)) return key.withOctet(KLV::Key::kCodingOctet, static_cast<uint8>(coding));
+  if (coding == KLV::LocalSetCoding::kTwoByteLengths) return key;
+  Exceptions::raise<Exceptions::InvalidLength>("a set with the key {} has no values over 65,535 octets",
+                                               key.toString());
 }
 
 /// The tag of an unknown property may be one that the primer does not list.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Core/KLV/LocalSet.h"
+#include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor {
@@ -11,9 +12,6 @@ namespace {
 
 constexpr std::size_t kMostUnlistedTags = 256;  // so that labels find tags, too
 constexpr uint32 kFirstDynamicTag = Types::LocalTag::kFirstDynamic;
-
-/// Two versions of a label are one property.
-KLV::Key versionless(const KLV::Key& label) { return label.withOctet(KLV::Key::kVersionOctet, 0); }
 
 }  // namespace
 
@@ -31,13 +29,13 @@ const Types::UniversalLabel& PartitionDictionary::find(const Types::LocalTag& ta
 }
 
 uint16 PartitionDictionary::tryFindTag(const Types::UniversalLabel& label, uint16 preferredTag) const {
-  const auto found = tags_.find(versionless(label.key()));
+  const auto found = tags_.find(MetaMetadata::comparableKey(label.key()));
   if (found != tags_.end()) return found->second;
   return isFree(preferredTag) ? preferredTag : uint16{0};
 }
 
 Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel& label, uint16 preferredTag) {
-  const auto found = tags_.find(versionless(label.key()));
+  const auto found = tags_.find(MetaMetadata::comparableKey(label.key()));
   if (found != tags_.end()) return Types::LocalTag(found->second);
   const uint16 tag = freeTag(preferredTag);
   addPrimerEntry({tag, label.key()});
@@ -83,7 +81,7 @@ uint16 PartitionDictionary::freeTag(uint16 preferredTag) {
 void PartitionDictionary::addPrimerEntry(const KLV::PrimerEntry& entry) {
   entries_.push_back(entry);
   const bool isNewTag = labels_.emplace(entry.tag, Types::UniversalLabel(entry.label)).second;
-  if (isNewTag) tags_.emplace(versionless(entry.label), entry.tag);
+  if (isNewTag) tags_.emplace(MetaMetadata::comparableKey(entry.label), entry.tag);
 }
 
 void reserveDarkTags(const KLV::Key& key, const uint8* octets, std::size_t size, PartitionDictionary& tags) {

@@ -74,7 +74,7 @@ class PartitionDictionary {
   uint8 primerLengthOctets_ = 4;
   Templates::vector<KLV::PrimerEntry> entries_;
   std::unordered_map<uint16, Types::UniversalLabel> labels_;
-  std::unordered_map<KLV::Key, uint16, KLV::KeyHash> tags_;  // by label without its version octet
+  std::unordered_map<KLV::Key, uint16, KLV::KeyHash> tags_;  // by what counts of the label
   std::vector<uint16> unlisted_;                             // tags of `unlistedTag`
   std::unordered_set<uint16> reserved_;                      // dynamic tags of properties without label
   uint32 nextDynamicTag_ = 0xFFFF;

@@ -41,6 +41,16 @@ void eraseIf(List& list, Predicate predicate) {
   list.erase(std::remove_if(list.begin(), list.end(), predicate), list.end());
 }
 
+/// Whether the octets are items with 2-byte tags and lengths.
+bool isLocalSet(const uint8* value, std::size_t size) {
+  try {
+    KLV::readLocalSet(KLV::LocalSetCoding::kTwoByteLengths, value, size);
+    return true;
+  } catch (const Exceptions::ParseError&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 PartitionMetadata::PartitionMetadata(SharedPtr<const MetaMetadata::Dictionary> dictionary)
@@ -172,12 +182,20 @@ void PartitionMetadata::instanceUIDChanged(MetadataSet& set, const Types::UUID* 
 
 void PartitionMetadata::addKLV(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size,
                                uint64 offset) {
-  const auto* definition = KLV::isLocalSet(key) ? dictionary_.dictionary()->findSet(key) : nullptr;
+  const auto* definition = definitionOf(key, value, size);
   if (definition != nullptr) {
     addKnownSet(key, *definition, berOctets, value, size, offset);
   } else if (!KLV::isLocalSet(key) || !addDarkParsedGroup(key, berOctets, value, size)) {
     addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, berOctets, KLV::Value(Bytes(value, value + size))));
   }
+}
+
+const MetaMetadata::MetaMetadataSet* PartitionMetadata::definitionOf(const KLV::Key& key, const uint8* value,
+                                                                     std::size_t size) const {
+  const bool isOwn = KLV::isSwappedUUID(key);
+  const auto* definition = isOwn || KLV::isLocalSet(key) ? dictionary_.dictionary()->findSet(key) : nullptr;
+  // The key of a maker's own set does not show whether it is a local set.
+  return definition == nullptr || !isOwn || isLocalSet(value, size) ? definition : nullptr;
 }
 
 void PartitionMetadata::addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition,

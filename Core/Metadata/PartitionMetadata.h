@@ -152,6 +152,7 @@ class PartitionMetadata {
   void compact() const;
   Sets setsNamed(std::string_view name) const;
   static void dropRemoved(KeySets& sets);
+  const MetaMetadata::MetaMetadataSet* definitionOf(const KLV::Key& key, const uint8* value, std::size_t size) const;
   void addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition, uint8 berOctets,
                    const uint8* value, std::size_t size, uint64 offset);
   bool addDarkParsedGroup(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size);

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "SomeRegisters.h"
-#include "tools/generate-dictionary/DefinitionsText.h"
+#include "tools/mxfxml/DefinitionsText.h"
 
 namespace Vantor::Registers {
 namespace {

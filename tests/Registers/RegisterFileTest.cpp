@@ -167,7 +167,7 @@ TEST(RegisterFile, ReadsTypes) {
   EXPECT_EQ(grade.values[0].origin.line, 2u);
   EXPECT_EQ(grade.values[1].value, "1");
   EXPECT_EQ(grade.values[1].symbol, "");
-  EXPECT_EQ(registers.types[2].kind, TypeKind::kOther);
+  EXPECT_EQ(registers.types[2].kind, TypeKind::kRecord);
   EXPECT_TRUE(registers.types[2].values.empty());
 }
 
@@ -186,7 +186,8 @@ TEST(RegisterFile, KnowsTheKindsOfTypesThatRulesAskFor) {
   EXPECT_EQ(kindOf("String"), TypeKind::kString);
   EXPECT_EQ(kindOf("StrongReference"), TypeKind::kStrongReference);
   EXPECT_EQ(kindOf("WeakReference"), TypeKind::kWeakReference);
-  EXPECT_EQ(kindOf("FixedArray"), TypeKind::kOther);
+  EXPECT_EQ(kindOf("FixedArray"), TypeKind::kFixedArray);
+  EXPECT_EQ(kindOf("Opaque"), TypeKind::kOpaque);
   EXPECT_EQ(kindOf("rename"), TypeKind::kOther);
 }
 

@@ -64,6 +64,20 @@ TEST(RegisterTypes, CarriesFloatingPointNumbersAsBytesAlthoughTheyAreRegisteredA
   EXPECT_EQ(carrier(registers), "DataStream");
 }
 
+TEST(RegisterTypes, GivesTheReasonForBytes) {
+  const auto reason = [](TypeKind kind) {
+    SomeRegisters registers;
+    registers.type(kNewTail, "Type", kind);
+    return RegisterTypes(registers).find(registers.types.back().key)->whyBytes;
+  };
+  EXPECT_EQ(reason(TypeKind::kRecord), BytesReason::kRecord);
+  EXPECT_EQ(reason(TypeKind::kFixedArray), BytesReason::kFixedArray);
+  EXPECT_EQ(reason(TypeKind::kIndirect), BytesReason::kIndirect);
+  EXPECT_EQ(reason(TypeKind::kString), BytesReason::kCharacters);
+  EXPECT_EQ(reason(TypeKind::kInteger), BytesReason::kIntegerSize);
+  EXPECT_EQ(reason(TypeKind::kStrongReference), BytesReason::kNone);
+}
+
 TEST(RegisterTypes, CarriesARenamedTypeAsWhatItRenames) {
   auto registers = withUInt8();
   registers.type(kNewTail, "Renamed", TypeKind::kRename, kUInt8Tail);

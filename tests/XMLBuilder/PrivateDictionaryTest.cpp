@@ -121,7 +121,7 @@ TEST_P(PrivateDictionary, NamesWhatWasDarkWithValuesThatPeopleRead) {
   const std::string mapping =
       R"(<e:ADMTrackIndex>1</e:ADMTrackIndex><e:ADMTrackUID>ATU_00000003</e:ADMTrackUID>)"
       R"(<e:ADMTrackFormatID>AT_00010001_01</e:ADMTrackFormatID><e:ADMPackFormatID>AP_00010002</e:ADMPackFormatID>)"
-      R"(</s:ADMChannelMapping>)";
+      R"(</s:ADMTrackMapping>)";
   EXPECT_THAT(text, HasSubstr(named(mapping)));
   EXPECT_THAT(text, HasSubstr(named("<e:ADMNumTracks>2</e:ADMNumTracks><e:ADMNumUIDs>2</e:ADMNumUIDs>")));
   EXPECT_THAT(text, HasSubstr(named("<e:RIFFChunkStream>10</e:RIFFChunkStream><e:RIFFChunkCode>axml</e:RIFFChunkCode>"
@@ -142,14 +142,14 @@ TEST_P(PrivateDictionary, MakesReferencesOfWhatLedIntoTheDark) {
     EXPECT_EQ(countOf(named("<e:SubDescriptors/>"), text), 0u);
     EXPECT_EQ(countOf(named("<e:SubDescriptors><s:ADMChnaSubDescriptor "), text), chnas);
     EXPECT_EQ(countOf(named("<e:SubDescriptors><s:RIFFChunkSubDescriptor "), text), 1u);
-    EXPECT_EQ(countOf(named("<e:ADMChannelMappings><s:ADMChannelMapping "), text), chnas);
+    EXPECT_EQ(countOf(named("<e:ADMTrackMappings><s:ADMTrackMapping "), text), chnas);
   } else {
     EXPECT_EQ(countOf("<s377m:Dangling_REF", dark), 6u);
-    EXPECT_EQ(countOf(named("<s:ADMChannelMapping_REF types:TargetInstance="), text), mappings);
+    EXPECT_EQ(countOf(named("<s:ADMTrackMapping_REF types:TargetInstance="), text), mappings);
     EXPECT_EQ(countOf(named("<s:ADMChnaSubDescriptor_REF types:TargetInstance="), text), chnas);
   }
   EXPECT_EQ(countOf("Dangling_REF", text), 0u);
-  EXPECT_EQ(countOf(named("<s:ADMChannelMapping "), text), mappings);
+  EXPECT_EQ(countOf(named("<s:ADMTrackMapping "), text), mappings);
   EXPECT_EQ(countOf(named("<s:ADMChnaSubDescriptor "), text), chnas);
 }
 
@@ -269,12 +269,12 @@ MetadataSet& firstOf(const PartitionMetadata& partition, const char* symbol) {
 TEST_P(PrivateDictionary, AddsPropertiesToASetThatIsKnown) {
   const auto original = read(privateDictionary());
   auto& sound = firstOf(*original, "WAVEPCMDescriptor");
-  const auto& mapping = firstOf(*original, "ADMChannelMapping");
+  const auto& mapping = firstOf(*original, "ADMTrackMapping");
   TestSet(sound, *privateDictionary()).value("ADMOperatorsNote", Types::UTF16String(u"loud")).present("ADMMainMapping");
   dynamic_cast<ReferenceElement&>(property(sound, "ADMMainMapping")).set(&mapping);
   const std::string text = document(*original);
   EXPECT_THAT(text, HasSubstr(named("<e:ADMOperatorsNote>loud</e:ADMOperatorsNote><e:ADMMainMapping>"
-                                    "<s:ADMChannelMapping_REF types:TargetInstance=\"" +
+                                    "<s:ADMTrackMapping_REF types:TargetInstance=\"" +
                                     Utils::wstringToString(mapping.instanceUID()->toString(kDottedForm)) +
                                     "\"/></e:ADMMainMapping>")));
   EXPECT_THAT(differences(*original, Lossless(text, privateDictionary()).partition()), IsEmpty());

@@ -28,7 +28,7 @@ TEST(Dictionary, ListsSets) {
   const Result result = run({"dictionary"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.err, "");
-  EXPECT_THAT(result.out, StartsWith("sets: 352\n"));
+  EXPECT_THAT(result.out, StartsWith("sets: 358\n"));
   EXPECT_THAT(result.out, HasSubstr("  InterchangeObject                          060e2b34.027f0101.0d010101.01010100  "
                                     "-                                  no\n"));
   EXPECT_THAT(result.out, HasSubstr("  Preface                                    060e2b34.027f0101.0d010101.01012f00  "

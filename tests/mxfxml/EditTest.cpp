@@ -207,8 +207,8 @@ TEST(EditedFile, KeepsASetWhoseKindHasNoInstanceUIDAndTellsOfTheEdit) {
   const ScratchFolder folder;
   writeFile(folder.path("whole.mxf"), wholeFile("bmx-op1a-adm.header.mxf"));
   writeFile(folder.path("own.dictionary"),
-            "dictionary 1\n060e2b34.02530101.0d010101.01018110  Streams  -\n"
-            "  -  060e2b34.0101010e.04020308.06000000  StreamNumbers  ArrayOf(UInt32)  required\n");
+            "dictionary 1\n060e2b34.02530101.0d010101.0101f110  Streams  -\n"
+            "  -  060e2b34.0101010e.0402f308.06000000  StreamNumbers  ArrayOf(UInt32)  required\n");
   const Edit edit(folder.path("whole.mxf"), {"--dictionary", folder.path("own.dictionary")});
   const std::vector<std::string> options = {"--dictionary", folder.path("own.dictionary")};
   EXPECT_EQ(edit.intoCopy(options).out, "nothing is edited\n");

@@ -128,7 +128,7 @@ TEST_F(EditedDarkSets, WithAnInstanceUIDGetTheLengthFieldOfTheDocumentToo) {
 }
 
 TEST_F(EditedDarkSets, WithAnInstanceUIDGetTheKeyOfTheDocument) {
-  edit_.replace("01.01.01.01.01.81.0D\">", "01.01.01.01.01.81.0C\">");
+  edit_.replace("01.01.01.01.01.F1.0D\">", "01.01.01.01.01.F1.0C\">");
   expect(kOneChanged);
   EXPECT_TRUE(edit_.exported(edit_.copy()) == edit_.content());
 }

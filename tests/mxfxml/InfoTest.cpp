@@ -43,7 +43,7 @@ sets in the header partition: 19
 }
 
 TEST(Info, CountsDarkSetsByKey) {
-  const Result result = run({"info", sample("libmxf-writeaviddv50.header.mxf")});
+  const Result result = run({"info", sample("libmxf-writeaviddv50.header.mxf"), "--no-own-dictionary"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, AllOf(HasSubstr("OP-Atom  06.0E.2B.34.04.01.01.02.0D.01.02.01.10.02.00.00  "
                                           "MXF-OP Atom N Tracks 1 SourceClip\n"),

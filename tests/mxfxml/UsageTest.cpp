@@ -45,22 +45,26 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
   for (const auto& [command, names] : std::vector<std::pair<std::string, Names>>{
            {"export",
             {"INPUT", "-h,--help", "-o,--output", "--flat", "--structural-only", "--start", "--exact", "--encoding",
-             "--partition", "--vocabulary", "--dictionary"}},
+             "--partition", "--vocabulary", "--dictionary", "--own-dictionary"}},
            {"import",
-            {"INPUT", "-h,--help", "-o,--output", "--into", "--in-place", "--expect-unchanged", "--merge-anyway",
-             "--structural-only", "--start", "--partition", "--exact", "--strict", "--only", "--ignore", "--sign",
-             "--keep-undo", "--dry-run", "--keep-going", "--dictionary"}},
+            {"INPUT",          "-h,--help",         "-o,--output", "--into",      "--in-place", "--expect-unchanged",
+             "--merge-anyway", "--structural-only", "--start",     "--partition", "--exact",    "--strict",
+             "--only",         "--ignore",          "--sign",      "--keep-undo", "--dry-run",  "--keep-going",
+             "--dictionary",   "--own-dictionary"}},
            {"verify",
-            {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--vocabulary", "--dictionary"}},
-           {"info", {"INPUT", "-h,--help", "--partition", "--dictionary"}},
+            {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--vocabulary", "--dictionary",
+             "--own-dictionary"}},
+           {"info", {"INPUT", "-h,--help", "--partition", "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
            {"set",
             {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition", "--only",
-             "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary"}},
-           {"diff", {"INPUT", "OTHER", "-h,--help", "--strict", "--ignore-ids", "--partition", "--dictionary"}},
-           {"check", {"FILE", "-h,--help", "--ignore", "--rules", "--dictionary"}},
+             "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary", "--own-dictionary"}},
+           {"diff",
+            {"INPUT", "OTHER", "-h,--help", "--strict", "--ignore-ids", "--partition", "--dictionary",
+             "--own-dictionary", "--no-own-dictionary"}},
+           {"check", {"FILE", "-h,--help", "--ignore", "--rules", "--dictionary", "--own-dictionary"}},
            {"recover", {"INPUT", "-h,--help"}},
            {"undo", {"INPUT", "-h,--help"}},
-           {"dictionary", {"NAME", "-h,--help", "--dictionary"}}}) {
+           {"dictionary", {"NAME", "-h,--help", "--dictionary", "--learn", "-o,--output", "--partition"}}}) {
     const Result result = run({command, "--help"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");

@@ -10,9 +10,10 @@
 
 #include "Core/DataIO/File.h"
 #include "Core/Platform/Path.h"
-#include "DefinitionsText.h"
 #include "Registers/RegisterDefinitions.h"
 #include "Registers/RegisterFile.h"
+#include "Registers/TypesTable.h"
+#include "tools/mxfxml/DefinitionsText.h"
 
 namespace Vantor {
 
@@ -20,8 +21,9 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: generate-dictionary [--check] REGISTERS FOLDER\n"
-    "Writes SmpteRegisters.dictionary and SmpteLabels.dictionary into FOLDER, made from Groups.xml, Elements.xml,\n"
-    "Types.xml and Labels.xml of the folder REGISTERS. With --check nothing is written: the exit status is 0 when the\n"
+    "Writes SmpteRegisters.dictionary, SmpteLabels.dictionary and SmpteTypes.table into FOLDER, made from Groups.xml,\n"
+    "Elements.xml, Types.xml and Labels.xml of the folder REGISTERS. With --check nothing is written: the exit status "
+    "is 0 when the\n"
     "files there are what the registers make, 1 when they are not, and 77 where there are no registers.\n";
 constexpr int kWrongUsage = 2;
 constexpr int kNotThere = 77;
@@ -40,7 +42,8 @@ DataFiles make(const Path& folder) {
   return {{"SmpteRegisters.dictionary",
            textOf(definitions,
                   "Made from the SMPTE metadata registers Groups (ST 395), Elements (ST 335) and Types (ST 2003).")},
-          {"SmpteLabels.dictionary", textOf(labels, "Made from the SMPTE metadata register Labels (ST 400).")}};
+          {"SmpteLabels.dictionary", textOf(labels, "Made from the SMPTE metadata register Labels (ST 400).")},
+          {"SmpteTypes.table", Registers::tableOfTypes(entries)}};
 }
 
 bool isStored(const Path& path, const std::string& text) {

@@ -28,6 +28,7 @@ class CheckCommand final : public Command {
     rules_.addIgnore(app(), "Leave out what breaks this rule");
     app().add_flag("--rules", printsRules_, "Print the rules with their severity and source instead");
     dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app());
   }
 
   ExitCode run() const override {
@@ -36,19 +37,21 @@ class CheckCommand final : public Command {
       writeStandardOutput(tableOfRules());
       return kSuccess;
     }
-    const auto dictionary = dictionary_.load();
     ExitCode highest = kSuccess;
-    for (const auto& file : files_) highest = std::max(highest, check(file, dictionary));
+    const auto shared = dictionary_.load();
+    for (const auto& file : files_) highest = std::max(highest, check(file, shared));
     return highest;
   }
   ExitCode failure() const override { return kTrouble; }
 
  private:
-  ExitCode check(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& dictionary) const {
+  ExitCode check(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& shared) const {
     std::vector<Edit::Finding> findings;
     try {
       refuseStoppedChange(file);
       DataIO::File::FileDataSource source(file);
+      const auto dictionary =
+          dictionary_.usesOwn() ? dictionary_.loadFor(DictionaryOptions::partitionOf(file, {})) : shared;
       findings = rules_.withoutIgnored(Edit::check(Edit::readState(source, dictionary)));
     } catch (...) {
       printMessage(currentExceptionText(file));

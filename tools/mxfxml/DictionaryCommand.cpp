@@ -1,8 +1,14 @@
 #include "Command.h"
+#include "CommonOptions.h"
+#include "Core/DataIO/File.h"
+#include "Core/MXF/HeaderMetadataReader.h"
+#include "DefinitionsText.h"
 #include "DictionaryOptions.h"
 #include "DictionaryText.h"
 #include "ErrorText.h"
+#include "Registers/FileDefinitions.h"
 #include "StandardStreams.h"
+#include "StoppedChange.h"
 
 namespace Vantor::Tool {
 
@@ -18,9 +24,19 @@ class DictionaryCommand final : public Command {
                     "static local tag (four hexadecimal digits);\nall sets without it")
         ->type_name("");
     dictionary_.addDictionary(app());
+    auto* learned = addFile(app(), "--learn", learned_,
+                            "Write the definitions that this MXF file has of its own, in a\nMetaDictionary, as a "
+                            "dictionary file for --dictionary")
+                        ->type_name("FILE.mxf")
+                        ->excludes("NAME");
+    addFile(app(), "-o,--output", output_, "Write that to this file instead of standard output")
+        ->type_name("NAME.dictionary")
+        ->needs(learned);
+    addPartition(app(), partition_)->needs(learned);
   }
 
   ExitCode run() const override {
+    if (!learned_.empty()) return learn();
     const auto definitions = dictionary_.definitions();
     writeStandardOutput(wanted_.empty() ? listOfSets(definitions) : description(definitions));
     return kSuccess;
@@ -35,7 +51,35 @@ class DictionaryCommand final : public Command {
                        (similar.empty() ? "" : "; there is " + similar));
   }
 
+  ExitCode learn() const {
+    if (!output_.empty()) refuseSameFile(learned_, output_);
+    refuseStoppedChange(learned_);
+    const auto text = namingFile(learned_, [&] { return learnedText(); });
+    if (output_.empty()) {
+      writeStandardOutput(text);
+    } else {
+      DataIO::File::AtomicFile file(output_);
+      file.write(reinterpret_cast<const uint8*>(text.data()), text.size());
+      file.commit();
+    }
+    return kSuccess;
+  }
+
+  std::string learnedText() const {
+    const auto metadata = MXF::readHeaderMetadata(learned_, dictionary_.load(), partition_);
+    auto definitions = dictionary_.definitions();
+    const auto found = Registers::addFileDefinitions(*metadata, learned_.u8string(), definitions);
+    for (const auto& problem : found.problems) printMessage(oneLine(learned_.u8string() + ": " + describe(problem)));
+    if (found.sets + found.properties + found.extensions == 0) {
+      throw CommandError("the metadata define nothing that the dictionary lacks");
+    }
+    return textOf(definitions, "Learned from " + oneLine(learned_.filename().u8string()) + ".", found.source);
+  }
+
   std::string wanted_;  // empty for the list of sets
+  Path learned_;
+  Path output_;
+  MXF::PartitionChoice partition_;
   DictionaryOptions dictionary_;
 };
 

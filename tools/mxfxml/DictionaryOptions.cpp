@@ -1,11 +1,14 @@
 #include "DictionaryOptions.h"
 
 #include <string>
+#include <utility>
 
 #include "CommonOptions.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/MXF/HeaderMetadataReader.h"
 #include "ErrorText.h"
 #include "Registers/DictionaryFiles.h"
+#include "Registers/FileDefinitions.h"
 
 namespace Vantor::Tool {
 
@@ -29,6 +32,70 @@ void DictionaryOptions::addVocabulary(CLI::App& command) {
   addChoice(command, "--vocabulary", vocabulary_, "vocabulary",
             {{"legacy", Vocabulary::kLegacy}, {"st434-2014", Vocabulary::kST434_2014}},
             "legacy (default), or st434-2014 for the namespaces of\nSMPTE ST 434:2014");
+}
+
+void DictionaryOptions::addOwnDictionary(CLI::App& command, bool byDefault) {
+  usesOwn_ = byDefault;
+  auto* own = command.add_flag_callback(
+      "--own-dictionary", [this] { usesOwn_ = true; },
+      std::string("Add the definitions that the metadata have of their own, in\na MetaDictionary") +
+          (byDefault ? " (default)" : ""));
+  if (!byDefault) return;
+  command
+      .add_flag_callback(
+          "--no-own-dictionary", [this] { usesOwn_ = false; }, "Leave out these definitions")
+      ->excludes(own);
+}
+
+DictionaryOptions::Source DictionaryOptions::partitionOf(const Path& file, const MXF::PartitionChoice& choice,
+                                                         std::optional<Vocabulary> vocabulary) {
+  return {file, [=](const LoadFor& load) { return MXF::readHeaderMetadata(file, load(vocabulary), choice); }};
+}
+
+std::vector<std::unique_ptr<PartitionMetadata>> DictionaryOptions::read(const std::vector<Source>& sources) const {
+  const auto readWith = [&](const LoadFor& load) {
+    std::vector<std::unique_ptr<PartitionMetadata>> found;
+    for (const auto& source : sources) found.push_back(source.read(load));
+    return found;
+  };
+  auto metadata = readWith(loading());
+  const auto own = loadingOwn(sources, metadata);
+  if (!own) return metadata;
+  try {
+    return readWith(own);
+  } catch (...) {
+    printMessage("warning: the metadata cannot be read with their own definitions, and are read without: " +
+                 currentExceptionText());
+    return metadata;
+  }
+}
+
+std::unique_ptr<PartitionMetadata> DictionaryOptions::read(const Source& source) const {
+  return std::move(read(std::vector<Source>{source}).front());
+}
+
+SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::loadFor(const Source& source) const {
+  if (!usesOwn_) return load();
+  return read(source)->partitionDictionary().dictionary();
+}
+
+DictionaryOptions::LoadFor DictionaryOptions::loading() const {
+  return [this](std::optional<Vocabulary> vocabulary) { return load(vocabulary); };
+}
+
+DictionaryOptions::LoadFor DictionaryOptions::loadingOwn(
+    const std::vector<Source>& sources, const std::vector<std::unique_ptr<PartitionMetadata>>& metadata) const {
+  if (!usesOwn_) return {};
+  const auto all = std::make_shared<Definitions>(definitions());
+  std::size_t own = 0;
+  for (std::size_t i = 0; i < sources.size(); ++i) {
+    const auto found = Registers::addFileDefinitions(*metadata[i], sources[i].file.u8string(), *all);
+    own += found.sets + found.properties + found.extensions;
+  }
+  if (own == 0) return {};
+  return [this, all](std::optional<Vocabulary> vocabulary) {
+    return all->makeDictionary(vocabulary.value_or(vocabulary_));
+  };
 }
 
 SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::load(std::optional<Vocabulary> vocabulary) const {

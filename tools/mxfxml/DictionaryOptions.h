@@ -1,33 +1,65 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
 #include "Core/Dictionary/Definitions.h"
+#include "Core/MXF/PartitionChoice.h"
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/MetaMetadata/Vocabulary.h"
+#include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Path.h"
 
 namespace Vantor::Tool {
 
-/// The options that choose definitions: --dictionary and, where a document is written, --vocabulary.
+/// The options that choose definitions: --dictionary, --own-dictionary and, where a document is written, --vocabulary.
 /// Filled during parsing; lives as long as the subcommand.
 class DictionaryOptions {
  public:
   void addDictionary(CLI::App& command);
   void addVocabulary(CLI::App& command);
+  /// Adds --own-dictionary, and where that holds by default, --no-own-dictionary.
+  void addOwnDictionary(CLI::App& command, bool byDefault = false);
+
+  /// How to read metadata with a dictionary. Vocabularies are those of documents.
+  using LoadFor = std::function<SharedPtr<const MetaMetadata::Dictionary>(std::optional<MetaMetadata::Vocabulary>)>;
+  struct Source {
+    Path file;
+    std::function<std::unique_ptr<PartitionMetadata>(const LoadFor&)> read;
+  };
+  /// The header metadata of a partition of an MXF file, as a source.
+  /// @param vocabulary  as in `load`.
+  static Source partitionOf(const Path& file, const MXF::PartitionChoice& choice,
+                            std::optional<MetaMetadata::Vocabulary> vocabulary = {});
+
+  /// Reads metadata, and where their own definitions are wanted and there are any, once more with all of these.
+  /// Metadata that cannot be read with them is read without, with a warning.
+  /// @throws as `load`, and what the sources throw.
+  std::vector<std::unique_ptr<PartitionMetadata>> read(const std::vector<Source>& sources) const;
+  /// The same for one source.
+  std::unique_ptr<PartitionMetadata> read(const Source& source) const;
+  /// A dictionary with the definitions that the metadata have of their own, where these are wanted.
+  SharedPtr<const MetaMetadata::Dictionary> loadFor(const Source& source) const;
+  bool usesOwn() const { return usesOwn_; }
 
   /// The built-in dictionary, or one with the definitions of the chosen files beside.
   /// @param vocabulary  that of a document; without one, what --vocabulary chose, or legacy.
   /// @throws OtherFileError naming the file and the row that is wrong.
   SharedPtr<const MetaMetadata::Dictionary> load(std::optional<MetaMetadata::Vocabulary> vocabulary = {}) const;
 
-  /// The definitions themselves. @throws as above.
+  /// The definitions themselves, without any that metadata have of their own. @throws as above.
   Definitions definitions() const;
 
  private:
+  LoadFor loading() const;
+  LoadFor loadingOwn(const std::vector<Source>& sources,
+                     const std::vector<std::unique_ptr<PartitionMetadata>>& metadata) const;
+
   std::vector<Path> files_;
+  bool usesOwn_ = false;
   MetaMetadata::Vocabulary vocabulary_ = MetaMetadata::Vocabulary::kLegacy;
 };
 

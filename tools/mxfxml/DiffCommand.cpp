@@ -50,14 +50,18 @@ class DiffCommand final : public Command {
                  "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
                  "partition");
     dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app(), true);
   }
 
   ExitCode run() const override {
     if (partition_ && XMLUtils::looksLikeXML(input()) && XMLUtils::looksLikeXML(other_)) {
       throw UsageError("--partition is for MXF files, and neither file is one");
     }
-    const auto left = read(input());
-    const auto right = namingFile(other_, [&] { return read(other_); });
+    Diagnostics ofInput, ofOther;
+    const auto metadata = dictionary_.read({sourceOf(input(), ofInput), namingOther(sourceOf(other_, ofOther))});
+    printDiagnostics(input(), ofInput, strict_);
+    namingFile(other_, [&] { printDiagnostics(other_, ofOther, strict_); });
+    const auto &left = metadata.front(), &right = metadata.back();
     const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
     const auto comparison = comparePartitions(*left, *right, pairing);
     const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
@@ -67,16 +71,29 @@ class DiffCommand final : public Command {
   ExitCode failure() const override { return kTrouble; }
 
  private:
-  std::unique_ptr<PartitionMetadata> read(const Path& file) const {
-    if (XMLUtils::looksLikeXML(file)) return readDocument(file);
-    refuseStoppedChange(file);
-    return MXF::readHeaderMetadata(file, dictionary_.load(), partition_.value_or(MXF::PartitionChoice()));
+  using Source = DictionaryOptions::Source;
+
+  /// @param diagnostics  receives those of a document, from the last time that it is read.
+  Source sourceOf(const Path& file, Diagnostics& diagnostics) const {
+    const auto choice = partition_.value_or(MXF::PartitionChoice());
+    const auto read = [=, &diagnostics](const DictionaryOptions::LoadFor& load) {
+      if (XMLUtils::looksLikeXML(file)) return readDocument(file, load, diagnostics);
+      refuseStoppedChange(file);
+      return MXF::readHeaderMetadata(file, load({}), choice);
+    };
+    return {file, read};
   }
 
-  std::unique_ptr<PartitionMetadata> readDocument(const Path& file) const {
+  static Source namingOther(const Source& source) {
+    const auto read = [=](const auto& load) { return namingFile(source.file, [&] { return source.read(load); }); };
+    return {source.file, read};
+  }
+
+  static std::unique_ptr<PartitionMetadata> readDocument(const Path& file, const DictionaryOptions::LoadFor& load,
+                                                         Diagnostics& diagnostics) {
     const auto document = LosslessXML::Document::fromFile(file);
-    auto metadata = std::make_unique<PartitionMetadata>(dictionary_.load(document.vocabulary()));
-    printDiagnostics(file, document.import(*metadata).diagnostics, strict_);
+    auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
+    diagnostics = document.import(*metadata).diagnostics;
     return metadata;
   }
 

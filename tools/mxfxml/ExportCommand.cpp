@@ -4,7 +4,6 @@
 
 #include "CommonOptions.h"
 #include "Core/DataIO/File.h"
-#include "Core/MXF/HeaderMetadataReader.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
 #include "LosslessXML.h"
@@ -44,6 +43,7 @@ class ExportCommand final : public Command {
     addPartition(app(), partition_);
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app());
   }
 
   ExitCode run() const override {
@@ -61,7 +61,7 @@ class ExportCommand final : public Command {
 
  private:
   std::string document() const {
-    const auto metadata = MXF::readHeaderMetadata(input(), dictionary_.load(), partition_);
+    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
     const MetadataSet* start = start_ ? &findStart(*metadata) : metadata->preface();
     if (start == nullptr) throw CommandError(describe(partition_) + " has no Preface to start from");
     if (exact_) {

@@ -1,5 +1,6 @@
 #include "Command.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "CommonOptions.h"
@@ -12,6 +13,7 @@
 #include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "Registers/FileDefinitions.h"
 #include "StoppedChange.h"
 #include "XML2Partition.h"
 #include "XMLUtils/UnicodeString.h"
@@ -21,6 +23,8 @@ namespace Vantor::Tool {
 namespace {
 
 constexpr const char* kNothingWritten = "; nothing is written";
+constexpr const char* kOwnNames =
+    ": warning: the document has names from its own MetaDictionary; --own-dictionary reads them";
 constexpr const char* kRestLeft = "; nothing is written; --keep-going writes the rest";
 
 /// How many items of dark groups have a dynamic tag without a label: only the primer pack of their file had that, and a
@@ -37,6 +41,16 @@ std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
     }
   }
   return count;
+}
+
+/// Whether a document has names that an export with --own-dictionary gave it.
+bool mentionsOwn(const Diagnostics& diagnostics) {
+  return std::any_of(diagnostics.begin(), diagnostics.end(), [](const LosslessXML::Diagnostic& one) {
+    const auto& all = one.arguments;
+    return std::any_of(all.begin(), all.end(), [](const std::string& argument) {
+      return argument == Registers::kOwnSets || argument == Registers::kOwnProperties;
+    });
+  });
 }
 
 /// The partition that a document was exported from; none for the header partition.
@@ -56,6 +70,7 @@ class ImportCommand final : public Command {
     addWayOfReading();
     edit_.add(app(), app().get_option("--into"));
     dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app());
   }
 
   ExitCode run() const override {
@@ -119,16 +134,28 @@ class ImportCommand final : public Command {
         ->excludes(exact);
   }
 
-  void writeHeaderOnly() const {
-    refuseStoppedChange(*output_);
+  /// @param diagnostics  receives those of the last time that the document is read.
+  std::unique_ptr<PartitionMetadata> readDocument(const DictionaryOptions::LoadFor& load,
+                                                  Diagnostics& diagnostics) const {
     const auto document = LosslessXML::Document::fromFile(input());
-    PartitionMetadata metadata(dictionary_.load(document.vocabulary()));
+    auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
     if (exact_) {
       const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-      XML2Partition::getPartitionMetadataFromFile(path.utf16(), &metadata);
+      XML2Partition::getPartitionMetadataFromFile(path.utf16(), metadata.get());
     } else {
-      printDiagnostics(input(), document.import(metadata).diagnostics, strict_, kNothingWritten);
+      diagnostics = document.import(*metadata).diagnostics;
     }
+    return metadata;
+  }
+
+  void writeHeaderOnly() const {
+    refuseStoppedChange(*output_);
+    Diagnostics diagnostics;
+    const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics); };
+    const auto found = dictionary_.read({input(), read});
+    auto& metadata = *found;
+    if (!dictionary_.usesOwn() && mentionsOwn(diagnostics)) printMessage(input().u8string() + kOwnNames);
+    printDiagnostics(input(), diagnostics, strict_, kNothingWritten);
     const auto lost = tagsWithoutLabels(metadata);
     if (lost != 0) {
       printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
@@ -148,7 +175,8 @@ class ImportCommand final : public Command {
     if (document.description() && (options_.isStructuralOnly || !options_.start.empty())) {
       throw UsageError("--structural-only and --start are for documents that do not describe themselves");
     }
-    const auto definitions = dictionary_.load(document.vocabulary());
+    auto dictionary = dictionary_.load(document.vocabulary());
+    const auto partition = partition_ ? partition_ : partitionOf(document);
     std::unique_ptr<Edit::File> file;
     namingFile(*into_, [&] {
       if (inPlace_) {
@@ -156,7 +184,10 @@ class ImportCommand final : public Command {
       } else {
         refuseStoppedChange(*into_);
       }
-      file = std::make_unique<Edit::File>(*into_, definitions, partition_ ? partition_ : partitionOf(document));
+      const auto own =
+          DictionaryOptions::partitionOf(*into_, partition.value_or(MXF::PartitionChoice()), document.vocabulary());
+      if (dictionary_.usesOwn()) dictionary = dictionary_.loadFor(own);
+      file = std::make_unique<Edit::File>(*into_, dictionary, partition);
     });
     const bool isWhole = merge(document, *file);
     namingFile(*into_, [&] {
@@ -171,6 +202,7 @@ class ImportCommand final : public Command {
     try {
       const auto edited = file.read(document, options_);
       const auto& diagnostics = edited.import.diagnostics;
+      if (!dictionary_.usesOwn() && mentionsOwn(diagnostics)) printMessage(input().u8string() + kOwnNames);
       printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kRestLeft);
       const auto merged = file.merge(edited, options_);
       if (edited.isOfEarlierState && !options_.mergesOtherFile) {

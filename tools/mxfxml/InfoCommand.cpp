@@ -7,7 +7,6 @@
 
 #include "CommonOptions.h"
 #include "Core/MXF/FileStructure.h"
-#include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Platform/Strings.h"
 #include "DictionaryOptions.h"
 #include "DictionaryText.h"
@@ -166,13 +165,14 @@ class InfoCommand final : public Command {
     addInput("MXF file");
     addPartition(app(), partition_);
     dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app(), true);
   }
 
   ExitCode run() const override {
     refuseStoppedChange(input());
     const auto structure = MXF::readStructure(input());
-    auto definitions = dictionary_.definitions();
-    const auto metadata = MXF::readHeaderMetadata(input(), definitions.makeDictionary(), partition_);
+    const auto definitions = dictionary_.definitions();
+    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
     writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) +
                         describeMetadata(*metadata, partition_));
     return kSuccess;

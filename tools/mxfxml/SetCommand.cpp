@@ -66,6 +66,7 @@ class SetCommand final : public Command {
                  "that repeat its\nmetadata are changed");
     options_.add(app());
     dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app());
   }
 
   ExitCode run() const override {
@@ -79,13 +80,14 @@ class SetCommand final : public Command {
     if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
     if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (output_) refuseSameFile(input(), *output_);
-    const auto definitions = dictionary_.load();
+    const auto dictionary = dictionary_.load();
     if (output_ || options_.isDryRun()) {
       refuseStoppedChange(input());
     } else {
       undoStoppedChange(input());
     }
-    Edit::File file(input(), definitions, partition_);
+    const auto own = DictionaryOptions::partitionOf(input(), partition_.value_or(MXF::PartitionChoice()));
+    Edit::File file(input(), dictionary_.usesOwn() ? dictionary_.loadFor(own) : dictionary, partition_);
     const auto failures = edit(file.metadata(), changes);
     if (options_.isDryRun()) {
       previewEdits(file, input(), options_);

@@ -5,7 +5,6 @@
 #include "CommonOptions.h"
 #include "ComparisonText.h"
 #include "Core/Comparison/PartitionComparison.h"
-#include "Core/MXF/HeaderMetadataReader.h"
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
@@ -42,14 +41,14 @@ class VerifyCommand final : public Command {
     addPartition(app(), partition_);
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app());
   }
 
   ExitCode run() const override {
     refuseStoppedChange(input());
-    const auto dictionary = dictionary_.load();
-    const auto metadata = MXF::readHeaderMetadata(input(), dictionary, partition_);
+    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
     if (metadata->preface() == nullptr) throw CommandError(describe(partition_) + " has no Preface to start from");
-    PartitionMetadata copy(dictionary);
+    PartitionMetadata copy(metadata->partitionDictionary().dictionary());
     const auto diagnostics = exact_ ? roundTripExactly(*metadata, copy) : roundTrip(*metadata, copy);
     const auto comparison = comparePartitions(*metadata, copy);
     writeStandardOutput(linesOf(diagnostics) + describe(comparison));

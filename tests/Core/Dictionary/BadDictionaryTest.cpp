@@ -74,12 +74,12 @@ constexpr BadText kBadTexts[] = {
      "dictionary 1\n"
      "{P1}  A  -\n",
      "bad.dictionary:2: '{P1}' is no key of a set; such a key begins with 060e2b34.0253 or, for any "
-     "coding, 060e2b34.027f"},
+     "coding, 060e2b34.027f, or is a UUID with swapped halves"},
     {"SetKeyOfAnotherCoding",
      "dictionary 1\n"
      "060e2b34.02130101.0f0e0d0c.00000001  A  -\n",
      "bad.dictionary:2: '060e2b34.02130101.0f0e0d0c.00000001' is no key of a set; such a key begins with "
-     "060e2b34.0253 or, for any coding, 060e2b34.027f"},
+     "060e2b34.0253 or, for any coding, 060e2b34.027f, or is a UUID with swapped halves"},
     {"SetKeyTwice",
      "dictionary 1\n"
      "{S1}  A  -\n"
@@ -164,7 +164,8 @@ constexpr BadText kBadTexts[] = {
      "dictionary 1\n"
      "{S1}  A  -\n"
      "  -  {S1}  P  UInt8  optional\n",
-     "bad.dictionary:3: '{S1}' is no key of a property; such a key begins with 060e2b34.01"},
+     "bad.dictionary:3: '{S1}' is no key of a property; such a key begins with 060e2b34.01, or is a UUID with "
+     "swapped halves"},
     {"PropertyKeyThatIsNone",
      "dictionary 1\n"
      "{S1}  A  -\n"

@@ -59,14 +59,65 @@ std::vector<std::string> symbols(const MetaMetadataSet& set) {
   return found;
 }
 
+constexpr std::size_t kSetsOfRegisters = 352;
+constexpr std::size_t kPropertiesOfRegisters = 1800;
+
 TEST(BuiltInDictionary, HoldsTheSetsOfHeaderMetadata) {
-  EXPECT_EQ(allSets().size(), 352u);
-  EXPECT_EQ(allElements().size(), 1800u);
+  EXPECT_EQ(registerDefinitions().sets().size(), kSetsOfRegisters);
+  EXPECT_EQ(registerDefinitions().properties().size(), kPropertiesOfRegisters);
+  EXPECT_EQ(allSets().size(), kSetsOfRegisters + 6);
+  EXPECT_EQ(allElements().size(), kPropertiesOfRegisters + 18);
 }
 
-TEST(BuiltInDictionary, OrdersSetsByKey) {
+TEST(BuiltInDictionary, OrdersTheSetsOfTheRegistersByKeyAndThenThoseOfTheSupplement) {
   const auto sets = allSets();
-  for (std::size_t i = 1; i < sets.size(); ++i) EXPECT_LT(sets[i - 1]->key(), sets[i]->key()) << sets[i]->symbol();
+  for (std::size_t i = 1; i < sets.size(); ++i) {
+    if (i != kSetsOfRegisters) EXPECT_LT(sets[i - 1]->key(), sets[i]->key()) << sets[i]->symbol();
+  }
+}
+
+TEST(BuiltInDictionary, StaysWhatTheRegistersMakeWithTheSupplementBehind) {
+  const auto registers = registerDefinitions(), all = builtInDefinitions();
+  for (std::size_t i = 0; i < kSetsOfRegisters; ++i) {
+    EXPECT_EQ(all.sets()[i].symbol, registers.sets()[i].symbol);
+    EXPECT_EQ(all.sets()[i].properties.size(), registers.sets()[i].properties.size()) << all.sets()[i].symbol;
+  }
+  EXPECT_EQ(all.sources()[all.sets()[kSetsOfRegisters].origin.source], "SmpteSupplement.dictionary");
+}
+
+TEST(BuiltInDictionary, IsCheckedAsIfAUserHadWrittenTheSupplement) {
+  auto definitions = builtInDefinitions();
+  definitions.readText("dictionary 1\n", "anything that makes the check necessary");
+  EXPECT_NO_THROW(definitions.check());
+}
+
+TEST(BuiltInDictionary, LetsADictionaryFileDefineTheSetsOfTheSupplementAnew) {
+  auto definitions = builtInDefinitions();
+  definitions.readText(
+      "dictionary 1\n"
+      "060e2b34.02530101.0d010101.01018110  Streams  SubDescriptor\n"
+      "  -  060e2b34.0101010e.04020308.06000000  StreamNumbers  ArrayOf(UInt32)  required\n",
+      "user.dictionary");
+  const auto dictionary = definitions.makeDictionary();
+  const auto key = registerKey("060e2b34.02530101.0d010101.01018110");
+  EXPECT_EQ(dictionary->findSet(key)->symbol(), "Streams");
+  EXPECT_NE(dictionary->findSet(key)->findAttribute("StreamNumbers"), nullptr);
+  EXPECT_EQ(dictionary->findSetBySymbol("RIFFChunkReferencesSubDescriptor"), nullptr);
+}
+
+TEST(BuiltInDictionary, KnowsTheSetsThatAreNewerThanTheRegisters) {
+  EXPECT_EQ(setOf("ADM_CHNASubDescriptor").key(), registerKey("060e2b34.02530101.0d010101.0101810e"));
+  EXPECT_EQ(setOf("ADM_CHNASubDescriptor").parent()->symbol(), "SubDescriptor");
+  EXPECT_EQ(attributeOf("RIFFChunkDefinitionSubDescriptor", "RIFFChunkID").metaElement()->dataType(), kISO7String);
+  EXPECT_EQ(attributeOf("ADM_CHNASubDescriptor", "ADMChannelMappingsArray").metaElement()->target(),
+            &setOf("ADMChannelMapping"));
+  // Three sets have a property of this name; documents have another one for each.
+  EXPECT_EQ(
+      attributeOf("RIFFChunkDefinitionSubDescriptor", "RIFFChunkStreamID").metaElement()->extensionAttribute(kTagName),
+      u"RIFFChunkStreamID");
+  EXPECT_EQ(
+      attributeOf("ADMAudioMetadataSubDescriptor", "RIFFChunkStreamID").metaElement()->extensionAttribute(kTagName),
+      u"RIFFChunkStreamID_link1");
 }
 
 TEST(BuiltInDictionary, OrdersPropertiesByTheirFirstSet) {
@@ -169,7 +220,7 @@ TEST(BuiltInDictionary, NumbersThePropertiesOfEverySetFromOne) {
       EXPECT_EQ(set->attributes()[i].extensionAttribute(kSchemaIndex), Platform::toDecimal(i + 1)) << set->symbol();
     }
   }
-  EXPECT_EQ(attributes, 4375u);
+  EXPECT_EQ(attributes, 4439u);
 }
 
 TEST(BuiltInDictionary, PutsInheritedPropertiesFirst) {

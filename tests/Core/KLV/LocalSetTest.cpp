@@ -47,6 +47,10 @@ TEST(LocalSet, HasTheCodingThatItsKeyTells) {
   EXPECT_EQ(localSetCoding(Key(wstring(u"06.0E.2B.34.02.13.01.01.0D.01.01.01.01.01.2F.00"), kDottedForm)), kBER);
 }
 
+TEST(LocalSet, HasTwoByteLengthsWhereItsKeyIsAUUIDWithSwappedHalves) {
+  EXPECT_EQ(localSetCoding(Key(wstring(u"A1.00.00.00.00.13.00.01.0F.0E.0D.0C.00.00.40.01"), kDottedForm)), kTwoByte);
+}
+
 TEST(LocalSet, NamesTheKeyThatIsNotALocalSets) {
   EXPECT_THAT([] { localSetCoding(Key()); },
               ThrowsMessage<InvalidFormat>(StrEq("expected the key of a local set with 2-byte tags, found "

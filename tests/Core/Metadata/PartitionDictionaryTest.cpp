@@ -34,6 +34,17 @@ TEST_F(PartitionDictionaryTest, FindsTheLabelOfATag) {
   EXPECT_EQ(*tags_.tryFind(0x8001), labelNumber(1));
 }
 
+TEST_F(PartitionDictionaryTest, TakesBothOrdersOfTheHalvesOfAnAUIDForOneIdentification) {
+  const Types::UniversalLabel swappedUUID(hex("a2000000 00000001 0f0e0d0c 00004001").data());
+  const Types::UniversalLabel uuid(hex("0f0e0d0c 00004001 a2000000 00000001").data());
+  const Types::UniversalLabel swappedLabel(hex("7f7f7f7f 00000007 060e2b34 01010105").data());
+  tags_.addPrimerEntry({0x8001, uuid.key()});
+  tags_.addPrimerEntry({0x8002, swappedLabel.key()});
+  EXPECT_EQ(tags_.findOrGenerate(swappedUUID).value(), 0x8001);
+  EXPECT_EQ(tags_.findOrGenerate(labelNumber(7)).value(), 0x8002);
+  EXPECT_THAT(tags_.primerEntries(), SizeIs(2));
+}
+
 TEST_F(PartitionDictionaryTest, NamesATagThatThePrimerDoesNotList) {
   EXPECT_EQ(tags_.tryFind(0x8001), nullptr);
   try {
