@@ -7,5 +7,6 @@ namespace Vantor::Embedded {
 
 std::string_view smpteRegisters();
 std::string_view smpteLabels();
+std::string_view commonNames();
 
 }  // namespace Vantor::Embedded

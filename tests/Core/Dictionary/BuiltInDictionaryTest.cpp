@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <string>
@@ -61,7 +62,7 @@ std::vector<std::string> symbols(const MetaMetadataSet& set) {
 
 TEST(BuiltInDictionary, HoldsTheSetsOfHeaderMetadata) {
   EXPECT_EQ(allSets().size(), 352u);
-  EXPECT_EQ(allElements().size(), 1800u);
+  EXPECT_EQ(allElements().size(), 1802u);
 }
 
 TEST(BuiltInDictionary, OrdersSetsByKey) {
@@ -79,6 +80,10 @@ TEST(BuiltInDictionary, OrdersPropertiesByTheirFirstSet) {
       if (seen.insert(element).second) expected.push_back(element);
     }
   }
+  // The built-in data extends a set of the registers by these.
+  std::stable_partition(expected.begin(), expected.end(), [](const auto* element) {
+    return element->symbol() != "LinkedTimecodeTrackID" && element->symbol() != "DataStreamNumber";
+  });
   EXPECT_EQ(allElements(), expected);
 }
 
@@ -169,7 +174,7 @@ TEST(BuiltInDictionary, NumbersThePropertiesOfEverySetFromOne) {
       EXPECT_EQ(set->attributes()[i].extensionAttribute(kSchemaIndex), Platform::toDecimal(i + 1)) << set->symbol();
     }
   }
-  EXPECT_EQ(attributes, 4375u);
+  EXPECT_EQ(attributes, 4377u);
 }
 
 TEST(BuiltInDictionary, PutsInheritedPropertiesFirst) {
