@@ -52,7 +52,7 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
              "--keep-undo", "--dry-run", "--keep-going", "--dictionary"}},
            {"verify",
             {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--vocabulary", "--dictionary"}},
-           {"info", {"INPUT", "-h,--help", "--partition", "--dictionary"}},
+           {"info", {"INPUT", "-h,--help", "--partition", "--sets", "--dictionary"}},
            {"set",
             {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition", "--only",
              "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary"}},

@@ -1,5 +1,6 @@
 #include "Command.h"
 #include "DictionaryOptions.h"
+#include "DictionarySearch.h"
 #include "DictionaryText.h"
 #include "ErrorText.h"
 #include "StandardStreams.h"
@@ -14,8 +15,9 @@ class DictionaryCommand final : public Command {
       : Command(program, "dictionary", "Print the sets of the dictionary, or what it has under one name") {
     app()
         .add_option("NAME", wanted_,
-                    "A set, property, enumeration or label by symbol or name in XML,\nby key, or by "
-                    "static local tag (four hexadecimal digits);\nall sets without it")
+                    "A set, property, enumeration or label by symbol, name in XML\nor common name, by key, or by "
+                    "static local tag (four hexadecimal\ndigits); for anything else, all that have it in a name or\n"
+                    "begin their key with it. All sets without NAME")
         ->type_name("");
     dictionary_.addDictionary(app());
   }
@@ -30,9 +32,10 @@ class DictionaryCommand final : public Command {
   std::string description(const Definitions& definitions) const {
     const std::string text = descriptionOf(definitions, wanted_);
     if (!text.empty()) return text;
-    const std::string similar = similarNames(definitions, wanted_);
-    throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" +
-                       (similar.empty() ? "" : "; there is " + similar));
+    const DictionarySearch search(definitions, wanted_);
+    if (search.matches().size() == 1) return descriptionOf(definitions, search.matches()[0].key);
+    if (!search.matches().empty()) return listOf(search.matches());
+    throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" + search.suggestion());
   }
 
   std::string wanted_;  // empty for the list of sets
