@@ -92,8 +92,8 @@ class MetadataSet {
   const Element* find(const Types::UniversalLabel& label) const;
 
   /// @name Properties by name
-  /// A property goes by its symbol in the register, by its tag name or by its common name, such as "EditRate". A set has the properties
-  /// that its definition lists; a misplaced property that is there goes by its name too.
+  /// A property goes by its symbol in the register, by its tag name or by its common name, such as "EditRate". A set
+  /// has the properties that its definition lists; a misplaced property that is there goes by its name too.
   ///
   ///     track.set("EditRate", Types::Rational(25, 1));
   ///     track.set("TrackID", 2);

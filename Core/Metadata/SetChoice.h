@@ -18,7 +18,7 @@ class SetChoice {
 
   /// Sets of a kind in file order; those of a later step with the nearest first.
   const Sets& sets() const { return sets_; }
-  /// To be called when there are none. @throws InvalidFormat saying which part of the path leads nowhere.
+  /// To be called when there are none. @throws InvalidFormat naming the part of the path that leads nowhere.
   [[noreturn]] void raiseNotFound() const;
 
  private:

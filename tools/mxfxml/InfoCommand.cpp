@@ -164,8 +164,9 @@ class InfoCommand final : public Command {
       : Command(program, "info", "Print the partitions of a file and the sets in the metadata of one of them") {
     addInput("MXF file");
     addPartition(app(), partition_);
-    app().add_flag("--sets", sets_,
-                   "List the sets instead, each as mxfxml set takes it, with what\ntells it from others of its kind");
+    app().add_flag(
+        "--sets", sets_,
+        "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its kind");
     dictionary_.addDictionary(app());
   }
 

@@ -21,7 +21,7 @@ using Properties = std::vector<std::string_view>;
 constexpr std::string_view kDataDefinition = "ComponentDataDefinition";
 
 /// What people know sets by; sets that inherit from one of these have the same, unless they stand here, too.
-const std::unordered_map<std::string_view, Properties>& tellingProperties() {
+const std::unordered_map<std::string_view, Properties>& knownProperties() {
   static const std::unordered_map<std::string_view, Properties> properties = {
       {"Identification", {"ApplicationSupplierName", "ApplicationName", "FileModificationDate"}},
       {"Package", {"PackageName", "PackageID"}},
@@ -95,16 +95,16 @@ class SetList {
     for (const auto property : propertiesOf(set)) addDetail(set, property, details);
     if (const auto* segment = segmentOf(set)) addDetail(*segment, kDataDefinition, details);
     const auto owner = owners_.find(&set);
-    const bool isTold = owner != owners_.end() && owner->second->name() != "Preface" &&
-                        owner->second->name() != "ContentStorage";  // of which there is one
-    if (isTold) details.push_back("in " + choices_.at(owner->second));
+    const bool isShown = owner != owners_.end() && owner->second->name() != "Preface" &&
+                         owner->second->name() != "ContentStorage";  // of which there is one
+    if (isShown) details.push_back("in " + choices_.at(owner->second));
     return details;
   }
 
   static Properties propertiesOf(const MetadataSet& set) {
     for (const auto* kind = set.definition(); kind != nullptr; kind = kind->parent()) {
-      const auto found = tellingProperties().find(kind->symbol());
-      if (found != tellingProperties().end()) return found->second;
+      const auto found = knownProperties().find(kind->symbol());
+      if (found != knownProperties().end()) return found->second;
     }
     for (const Element* element : set.inDefinitionOrder()) {
       const auto* definition = element->metaAttribute().metaElement();

@@ -7,8 +7,8 @@
 
 namespace Vantor::Tool {
 
-/// A row for each known set by kind, in file order: the text that chooses it (`PartitionMetadata::find`), and what tells it
-/// from the others of its kind, with the set that owns it.
+/// A row for each known set by kind, in file order: the text that chooses it (`PartitionMetadata::find`), and what sets
+/// it apart from others of its kind, with the set that owns it.
 /// @param definitions  name labels.
 std::string listOfSets(const PartitionMetadata& metadata, const Definitions& definitions);
 

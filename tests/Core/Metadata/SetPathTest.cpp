@@ -226,7 +226,7 @@ TEST_F(SetPathInPartition, ChoosesSeveralSetsOnlyWhereAllAreAskedFor) {
   EXPECT_EQ(&partition_.choose("Preface[*]")[0], &preface_);
 }
 
-TEST_F(SetPathInPartition, SaysWhichPartLeadsNowhere) {
+TEST_F(SetPathInPartition, NamesThePartThatLeadsNowhere) {
   const std::vector<std::pair<std::string, std::string>> mistakes = {
       {"Other", "Other is ambiguous: 3 sets; use Other[1] to Other[3]"},
       {"Thing[Number=7]", "Thing[Number=7] is ambiguous: 2 sets; use Thing[Number=7][1] or Thing[Number=7][2]"},
