@@ -17,7 +17,7 @@ namespace {
 
 using Exceptions::InvalidFormat;
 using Exceptions::raise;
-using Definitions = std::vector<const MetaMetadata::MetaMetadataSet*>;
+using Kinds = std::vector<const MetaMetadata::MetaMetadataSet*>;
 using Sets = PartitionMetadata::Sets;
 
 constexpr std::size_t kAllDigits = 2 * Types::UUID::kSize;
@@ -43,17 +43,17 @@ Sets filtered(const Sets& sets, Predicate predicate) {
   return found;
 }
 
-bool isOneOf(const MetadataSet& set, const Definitions& definitions) {
+bool isOneOf(const MetadataSet& set, const Kinds& definitions) {
   return std::find(definitions.begin(), definitions.end(), set.definition()) != definitions.end();
 }
 
-bool inheritsOneOf(const MetadataSet& set, const Definitions& definitions) {
+bool inheritsOneOf(const MetadataSet& set, const Kinds& definitions) {
   return set.definition() != nullptr && std::any_of(definitions.begin(), definitions.end(), [&](const auto* kind) {
            return set.definition()->isOrInherits(*kind);
          });
 }
 
-bool hasAbstract(const Definitions& definitions) {
+bool hasAbstract(const Kinds& definitions) {
   return std::any_of(definitions.begin(), definitions.end(), [](const auto* kind) { return !kind->isConcrete(); });
 }
 

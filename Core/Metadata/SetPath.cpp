@@ -12,9 +12,9 @@ namespace {
 using Exceptions::InvalidFormat;
 using Exceptions::raise;
 
-constexpr auto kNone = std::string_view::npos;
+constexpr auto kNowhere = std::string_view::npos;
 
-/// Behind the quote that ends a quoted text; `kNone` when none does.
+/// Behind the quote that ends a quoted text; `kNowhere` when none does.
 std::size_t endOfQuoted(std::string_view text, std::size_t open) {
   for (std::size_t at = open + 1; at < text.size(); ++at) {
     if (text[at] == '\\') {
@@ -23,7 +23,7 @@ std::size_t endOfQuoted(std::string_view text, std::size_t open) {
       return at + 1;
     }
   }
-  return kNone;
+  return kNowhere;
 }
 
 /// The bracket that closes one. Quotes count at the start of a value and within lists.
@@ -36,13 +36,13 @@ std::size_t closingBracket(std::string_view text, std::size_t open) {
     if (text[at] == ']' && --depth == 0) return at;
     if (text[at] != '"' || (depth == 1 && at - 1 != equals)) continue;
     at = endOfQuoted(text, at);
-    if (at == kNone) raise<InvalidFormat>("the quoted text in '{}' has no end", text.substr(open));
+    if (at == kNowhere) raise<InvalidFormat>("the quoted text in '{}' has no end", text.substr(open));
     --at;
   }
   raise<InvalidFormat>("the bracket in '{}' is not closed", text);
 }
 
-std::string unquoted(std::string_view quoted) {
+std::string withoutQuotes(std::string_view quoted) {
   std::string text;
   for (std::size_t at = 1; at + 1 < quoted.size(); ++at) {
     if (quoted[at] == '\\') ++at;
@@ -102,7 +102,7 @@ SetPath::Selector SetPath::readSelector(std::size_t open, std::size_t close) con
   Selector selector;
   selector.end = close + 1;
   if (inside == "*") return selector;
-  if (inside.find('=') != kNone) return readCondition(open, close);
+  if (inside.find('=') != kNowhere) return readCondition(open, close);
   const auto index = numberOf(inside);
   if (!index) {
     raise<InvalidFormat>(
@@ -128,12 +128,12 @@ SetPath::Selector SetPath::readCondition(std::size_t open, std::size_t close) co
   if (isQuoted && endOfQuoted(value, 0) != value.size()) {
     raise<InvalidFormat>("the condition '[{}]' in '{}' goes on behind its quoted text", inside, text_);
   }
-  selector.value = isQuoted ? unquoted(value) : std::string(value);
+  selector.value = isQuoted ? withoutQuotes(value) : std::string(value);
   return selector;
 }
 
 PropertyPath::PropertyPath(std::string_view text) {
-  std::size_t at = 0, point = kNone;
+  std::size_t at = 0, point = kNowhere;
   for (; at < text.size() && text[at] != '='; ++at) {
     if (text[at] == '.') point = at;
     if (text[at] == '[') at = closingBracket(text, at);
@@ -141,7 +141,7 @@ PropertyPath::PropertyPath(std::string_view text) {
   choice = text.substr(0, at);
   if (at < text.size()) value = text.substr(at + 1);
   set = choice.substr(0, std::min(point, choice.size()));
-  if (point != kNone) property = choice.substr(point + 1);
+  if (point != kNowhere) property = choice.substr(point + 1);
 }
 
 }  // namespace Vantor

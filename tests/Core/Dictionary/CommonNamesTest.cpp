@@ -75,27 +75,27 @@ TEST(CommonNames, SetAndReadProperties) {
   }
 }
 
-Definitions withText(const std::string& text) {
+Definitions withNames(const std::string& text) {
   auto definitions = builtInDefinitions();
   definitions.readText("dictionary 1\n" + text, "acme.dictionary");
   return definitions;
 }
 
-std::string whyNot(const std::string& text) {
+std::string refusalOfNames(const std::string& text) {
   try {
-    withText(text);
+    withNames(text);
   } catch (const Exceptions::InvalidFormat& error) {
     return error.message();
   }
   return "none";
 }
 
-constexpr const char* kPreface = "060e2b34.027f0101.0d010101.01012f00";
+constexpr const char* kPrefaceOfRegister = "060e2b34.027f0101.0d010101.01012f00";
 
 TEST(CommonNames, CanBeAddedByFiles) {
-  const auto dictionary =
-      withText(std::string("names ") + kPreface + " TopOfAll\n  060e2b34.01010102.03010201.05000000 Edition\n")
-          .makeDictionary();
+  const auto dictionary = withNames(std::string("names ") + kPrefaceOfRegister +
+                                    " TopOfAll\n  060e2b34.01010102.03010201.05000000 Edition\n")
+                              .makeDictionary();
   const auto found = dictionary->findSetsByName("TopOfAll");
   ASSERT_EQ(found.size(), 1u);
   EXPECT_EQ(found[0]->symbol(), "Preface");
@@ -104,22 +104,22 @@ TEST(CommonNames, CanBeAddedByFiles) {
 }
 
 TEST(CommonNames, AreRefusedForWhatIsNotDefined) {
-  const std::string where = "acme.dictionary:2: ", preface = kPreface;
-  EXPECT_EQ(whyNot("names\n"),
+  const std::string where = "acme.dictionary:2: ", preface = kPrefaceOfRegister;
+  EXPECT_EQ(refusalOfNames("names\n"),
             where + "a word is missing; common names are: names, key of the set, and its common name if it has one");
   EXPECT_EQ(
-      whyNot("names " + preface + " a b\n"),
+      refusalOfNames("names " + preface + " a b\n"),
       where + "there are too many words; common names are: names, key of the set, and its common name if it has one");
-  EXPECT_EQ(whyNot("names Preface Root\n"),
+  EXPECT_EQ(refusalOfNames("names Preface Root\n"),
             where + "'Preface' is no key; write 32 hexadecimal digits, dots between octets allowed");
   const std::string none = "060e2b34.027f0101.0f0e0d0c.01012f00";
-  EXPECT_EQ(whyNot("names " + none + "\n"),
+  EXPECT_EQ(refusalOfNames("names " + none + "\n"),
             where + "there is no set '" + none + "'; define it before, or give the file that does so first");
-  EXPECT_EQ(whyNot("names " + preface + "\n  060e2b34.01010102.0f0e0d0c.05000000 Edition\n"),
+  EXPECT_EQ(refusalOfNames("names " + preface + "\n  060e2b34.01010102.0f0e0d0c.05000000 Edition\n"),
             "acme.dictionary:3: there is no property '060e2b34.01010102.0f0e0d0c.05000000'; define it before, or give "
             "the file that does so first");
   EXPECT_EQ(
-      whyNot("names " + preface + " 1st\n"),
+      refusalOfNames("names " + preface + " 1st\n"),
       where + "'1st' cannot be a common name; begin with a letter or '_' and go on with these, digits, '-' and '.'");
 }
 

@@ -11,7 +11,7 @@
 namespace Vantor {
 namespace {
 
-std::string shown(const SetPath::Selector& selector) {
+std::string shapeOf(const SetPath::Selector& selector) {
   switch (selector.kind) {
     case SetPath::Selector::Kind::kIndex:
       return "#" + std::to_string(selector.index);
@@ -23,11 +23,11 @@ std::string shown(const SetPath::Selector& selector) {
   return "?";
 }
 
-std::string shown(const SetPath& path) {
+std::string shapeOf(const SetPath& path) {
   std::string text;
   for (const auto& step : path.steps()) {
     text += (text.empty() ? "" : " / ") + step.name;
-    for (const auto& selector : step.selectors) text += " " + shown(selector);
+    for (const auto& selector : step.selectors) text += " " + shapeOf(selector);
   }
   return text;
 }
@@ -74,7 +74,7 @@ TEST(SetPath, HasStepsAndSelectors) {
       {"{8d9d-ad}/B", "{8d9d-ad} / B"},
   };
   for (const auto& [text, expected] : paths) {
-    EXPECT_EQ(shown(SetPath(text)), expected) << text;
+    EXPECT_EQ(shapeOf(SetPath(text)), expected) << text;
     EXPECT_EQ(SetPath(text).text(), text);
   }
 }
