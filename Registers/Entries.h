@@ -24,6 +24,12 @@ constexpr std::size_t kRegisterKinds = 4;
 /// By `RegisterKind`; SMPTE publishes each as a file of this name and the extension ".xml".
 inline constexpr std::array<const char*, kRegisterKinds> kRegisterNames = {"Groups", "Elements", "Types", "Labels"};
 
+/// The texts of an entry for people; empty where it has none.
+struct EntryTexts {
+  std::string definition;
+  std::string document;
+};
+
 /// A property among those of a group.
 struct GroupProperty {
   KLV::Key element;
@@ -40,6 +46,7 @@ struct GroupEntry {
   bool isConcrete = true;
   Templates::vector<GroupProperty> properties;  ///< in the order of the register
   Origin origin;
+  EntryTexts texts = {};
 };
 
 struct ElementEntry {
@@ -47,6 +54,7 @@ struct ElementEntry {
   std::string symbol;
   std::optional<KLV::Key> type;
   Origin origin;
+  EntryTexts texts = {};
 };
 
 /// How a type is made.

@@ -106,6 +106,7 @@ class SetAdder {
     if (const auto* parent = groups_.parentOf(group)) set.parent = into_.keep(parent->symbol);
     set.isConcrete = group.isConcrete;
     set.origin = originOf_(group.origin);
+    set.explanation = explanationOf(group.texts);
     const uint32 place = adder_.addSet(std::move(set));
     if (kMetaDictionary.matches(group.key) && !lists(group, kInstanceID)) {
       addProperty(place, group, {kInstanceID, MetaMetadata::MetaMetadataSet::kInstanceUIDTag, true, group.origin});
@@ -122,6 +123,7 @@ class SetAdder {
     property.tagName = rule != nullptr && rule->tagName != nullptr ? rule->tagName : property.symbol;
     property.type = typeOf(element, rule);
     property.origin = originOf_(element.origin);
+    property.explanation = explanationOf(element.texts);
     const uint32 status = listed.isOptional ? kOptional : kRequired;
     adder_.addProperty(set, std::move(property), {0, listed.staticLocalTag, status, originOf_(listed.origin)});
   }
@@ -135,6 +137,10 @@ class SetAdder {
     for (const auto& value : type.enumeration->values) {
       adder_.addValue(place, value.value, into_.keep(value.symbol), originOf_(value.origin));
     }
+  }
+
+  Explanation explanationOf(const EntryTexts& texts) {
+    return {into_.keep(texts.definition), into_.keep(texts.document)};
   }
 
   const ElementEntry& elementOf(const GroupEntry& group, const GroupProperty& property) const {

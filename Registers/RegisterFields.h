@@ -40,9 +40,10 @@ class RegisterFields {
   const Entries& entries_;
   Origin origin_;
   std::map<std::u16string_view, wstring> texts_ = {
-      {u"UL", {}},         {u"Symbol", {}},         {u"Name", {}},     {u"Kind", {}},     {u"Parent", {}},
-      {u"IsConcrete", {}}, {u"KLVSyntax", {}},      {u"Type", {}},     {u"TypeKind", {}}, {u"TypeSize", {}},
-      {u"BaseType", {}},   {u"TypeQualifiers", {}}, {u"LocalTag", {}}, {u"Value", {}},    {u"IsOptional", {}}};
+      {u"UL", {}},         {u"Symbol", {}},          {u"Name", {}},     {u"Kind", {}},     {u"Parent", {}},
+      {u"IsConcrete", {}}, {u"KLVSyntax", {}},       {u"Type", {}},     {u"TypeKind", {}}, {u"TypeSize", {}},
+      {u"BaseType", {}},   {u"TypeQualifiers", {}},  {u"LocalTag", {}}, {u"Value", {}},    {u"IsOptional", {}},
+      {u"Definition", {}}, {u"DefiningDocument", {}}};
 };
 
 }  // namespace Vantor::Registers

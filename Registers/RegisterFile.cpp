@@ -45,6 +45,10 @@ bool isSigned(const std::string& qualifiers) {
   return (" " + qualifiers + " ").find(" isSigned ") != std::string::npos;
 }
 
+EntryTexts textsOf(const RegisterFields& fields) {
+  return {fields.text(u"Definition"), fields.text(u"DefiningDocument")};
+}
+
 /// Reads entries of registers from their fields. Malformed ones are refused.
 class EntryReader {
  public:
@@ -88,10 +92,11 @@ class EntryReader {
     switch (kind) {
       case RegisterKind::kGroups:
         into_.groups.push_back({*key, symbol, fields.key(u"Parent"), fields.text(u"KLVSyntax"),
-                                fields.flag(u"IsConcrete", true), std::exchange(properties_, {}), fields.origin()});
+                                fields.flag(u"IsConcrete", true), std::exchange(properties_, {}), fields.origin(),
+                                textsOf(fields)});
         return;
       case RegisterKind::kElements:
-        into_.elements.push_back({*key, symbol, fields.key(u"Type"), fields.origin()});
+        into_.elements.push_back({*key, symbol, fields.key(u"Type"), fields.origin(), textsOf(fields)});
         return;
       case RegisterKind::kTypes:
         into_.types.push_back({*key, symbol, typeKindNamed(fields.text(u"TypeKind")), sizeOf(fields.text(u"TypeSize")),

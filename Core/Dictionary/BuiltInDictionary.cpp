@@ -9,6 +9,7 @@ using MetaMetadata::Vocabulary;
 Definitions registerDefinitions() {
   Definitions definitions;
   definitions.readTrusted(Embedded::smpteRegisters(), "SmpteRegisters.dictionary");
+  definitions.readTrusted(Embedded::commonNames(), "CommonNames.dictionary");
   return definitions;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "Core/KLV/Key.h"
@@ -59,6 +60,12 @@ struct ChosenNamespace {
   std::string_view uri;
 };
 
+/// What a register has about an entry for people; empty where it has nothing, and for what is built in.
+struct Explanation {
+  std::string_view definition;  ///< in a sentence
+  std::string_view document;    ///< the standard that defines it
+};
+
 struct PropertyDefinition {
   Types::UniversalLabel key;
   std::string_view symbol;
@@ -66,6 +73,7 @@ struct PropertyDefinition {
   PropertyType type;
   uint32 chosenNamespace = 0;  ///< a place in `Definitions::namespaces()`; 0 is that of the vocabulary
   Origin origin;
+  Explanation explanation = {};
 };
 
 /// How binding a property is for its set, in the words of dictionary files; ordered as `PropertyUse::requiredStatus`.
@@ -88,6 +96,15 @@ struct SetDefinition {
   bool isConcrete = true;
   uint32 chosenNamespace = 0;                 ///< a place in `Definitions::namespaces()`; 0 is that of the vocabulary
   Templates::vector<PropertyUse> properties;  ///< without inherited ones
+  Origin origin;
+  Explanation explanation = {};
+};
+
+/// A name that people use for a set, or for a property of a set and of all that inherit from it.
+struct CommonNameDefinition {
+  uint32 set = 0;                  ///< a place in `Definitions::sets()`
+  std::optional<uint32> property;  ///< a place in `Definitions::properties()`; none for the set itself
+  std::string_view name;
   Origin origin;
 };
 

@@ -265,6 +265,11 @@ void DefinitionAdder::addLabel(const LabelDefinition& label) {
   to_.enterLabel(put(label, place, to_.labels_, earlierLabels_));
 }
 
+void DefinitionAdder::addCommonName(const CommonNameDefinition& common) {
+  checkName(common.name, "a common name", common.origin);
+  to_.commonNames_.push_back(common);
+}
+
 void DefinitionAdder::finish() {
   if (!earlierSets_.empty()) checkSymbols();
   if (!earlierProperties_.empty()) replaceRenewedProperties();

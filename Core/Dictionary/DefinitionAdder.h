@@ -30,6 +30,8 @@ class DefinitionAdder {
   /// @param digits  the number in decimal.
   void addValue(uint32 enumeration, std::string_view digits, std::string_view name, const Origin& origin);
   void addLabel(const LabelDefinition& label);
+  /// @param common  of a set and a property that are defined already.
+  void addCommonName(const CommonNameDefinition& common);
   /// Ends the source: replaced definitions take effect everywhere, and symbols are checked once more.
   void finish();
 

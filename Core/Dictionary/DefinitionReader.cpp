@@ -24,6 +24,8 @@ constexpr const char* kValueShape = "a value of an enumeration is: number, name"
 constexpr const char* kLabelShape = "a label is: label, key, symbol, name";
 constexpr const char* kExtensionShape = "an extension is: extend, symbol of the set";
 constexpr const char* kNamespaceShape = "a namespace is: namespace, 'sets' or 'properties', prefix, URI";
+constexpr const char* kNamesShape = "common names are: names, key of the set, and its common name if it has one";
+constexpr const char* kCommonNameShape = "a common name of a property is: key, name";
 constexpr const char* kFormatShape = "the first row of a dictionary file has to be: dictionary 1";
 
 }  // namespace
@@ -52,7 +54,7 @@ class DefinitionReader {
 
  private:
   /// What the indented rows under a heading are.
-  enum class Section : uint8 { kNone, kSet, kEnumeration };
+  enum class Section : uint8 { kNone, kSet, kEnumeration, kNames };
 
   void readRow(const DictionaryRow& row) {
     if (row.isBlank()) return;
@@ -63,6 +65,8 @@ class DefinitionReader {
         return readProperty(row);
       case Section::kEnumeration:
         return readEnumerationValue(row);
+      case Section::kNames:
+        return readCommonName(row);
       case Section::kNone:
         refuse(
             "an indented row belongs to the set or enumeration above it, and there is none; put it under one, or take "
@@ -78,10 +82,11 @@ class DefinitionReader {
     if (word == "enum") return readEnumeration(row);
     if (word == "extend") return readExtension(row);
     if (word == "namespace") return readNamespace(row);
+    if (word == "names") return readNames(row);
     if (word.substr(0, 4) == "urn:" || MetaMetadata::parseRegisterKey(word)) return readSet(row);
     refuse(
-        "{} begins no row; a row that is not indented begins with a set's key, or with extend, enum, label or "
-        "namespace",
+        "{} begins no row; a row that is not indented begins with a set's key, or with extend, enum, label, "
+        "names or namespace",
         quotedWord(word));
   }
 
@@ -125,6 +130,25 @@ class DefinitionReader {
       refuse("there is no set {} to extend; define it before, or give the file that does so first", quotedWord(row[1]));
     }
     section_ = Section::kSet;
+  }
+
+  void readNames(const DictionaryRow& row) {
+    expectWords(row, 2, 3, kNamesShape);
+    set_ = to_.placeOfSet(keyOf(row[1]));
+    if (set_ == Definitions::kNotFound) {
+      refuse("there is no set {}; define it before, or give the file that does so first", quotedWord(row[1]));
+    }
+    section_ = Section::kNames;
+    if (row.size() == 3) adder_.addCommonName({set_, std::nullopt, row[2], here()});
+  }
+
+  void readCommonName(const DictionaryRow& row) {
+    expectWords(row, 2, 2, kCommonNameShape);
+    const uint32 property = to_.placeOfProperty(Types::UniversalLabel(keyOf(row[0])));
+    if (property == Definitions::kNotFound) {
+      refuse("there is no property {}; define it before, or give the file that does so first", quotedWord(row[0]));
+    }
+    adder_.addCommonName({set_, property, row[1], here()});
   }
 
   void readEnumeration(const DictionaryRow& row) {
@@ -223,7 +247,7 @@ class DefinitionReader {
   uint32 line_ = 0;
   bool hasFormat_ = false;
   Section section_ = Section::kNone;
-  uint32 set_ = 0;  // or the enumeration
+  uint32 set_ = 0;  // or the enumeration; of common names, too
   uint32 setNamespace_ = 0;
   uint32 elementNamespace_ = 0;
 };

@@ -102,6 +102,11 @@ void Definitions::addMeanings(DictionaryBuilder& builder) const {
     if (!type.target.empty()) builder.setTarget(property.key, type.target);
   }
   for (const auto& label : labels_) builder.addLabel(label.key, label.symbol, label.name);
+  for (const auto& common : commonNames_) {
+    const auto& set = sets_[common.set].key;
+    if (!common.property) builder.addCommonName(set, common.name);
+    if (common.property) builder.addCommonName(set, properties_[*common.property].key, common.name);
+  }
 }
 
 SharedPtr<const MetaMetadata::Dictionary> Definitions::makeDictionary(MetaMetadata::Vocabulary vocabulary) {

@@ -66,6 +66,7 @@ class Definitions {
   const Templates::vector<PropertyDefinition>& properties() const { return properties_; }
   const Templates::vector<EnumerationDefinition>& enumerations() const { return enumerations_; }
   const Templates::vector<LabelDefinition>& labels() const { return labels_; }
+  const Templates::vector<CommonNameDefinition>& commonNames() const { return commonNames_; }
   const Templates::vector<ChosenNamespace>& namespaces() const { return namespaces_; }
   const Templates::vector<std::string>& sources() const { return sources_; }
 
@@ -99,7 +100,7 @@ class Definitions {
   void enterEnumeration(uint32 place);
   void enterLabel(uint32 place);
 
-  /// Gives the properties of a dictionary their enumerations and targets, and adds the labels.
+  /// Gives the properties of a dictionary their enumerations and targets, and adds labels and common names.
   void addMeanings(MetaMetadata::DictionaryBuilder& builder) const;
   /// Makes room for what a text of this size may hold.
   void reserve(std::size_t textSize);
@@ -129,6 +130,7 @@ class Definitions {
   Templates::vector<PropertyDefinition> properties_;
   Templates::vector<EnumerationDefinition> enumerations_;
   Templates::vector<LabelDefinition> labels_;
+  Templates::vector<CommonNameDefinition> commonNames_;
   MetaMetadata::HashIndex setsByKey_;
   MetaMetadata::HashIndex setsBySymbol_;
   MetaMetadata::HashIndex propertiesByKey_;

@@ -9,5 +9,6 @@ std::string_view smpteRegisters();
 std::string_view smpteLabels();
 std::string_view smpteSupplement();
 std::string_view smpteTypes();
+std::string_view commonNames();
 
 }  // namespace Vantor::Embedded

@@ -82,6 +82,8 @@ std::vector<const MetaMetadataSet*> Dictionary::findSetsByName(std::string_view 
     if (sets_[candidate]->isNamed(name)) found.push_back(sets_[candidate]);
     return false;
   });
+  const auto* common = found.empty() ? commonNames_.findSet(name) : nullptr;
+  if (common != nullptr) found.push_back(common);
   return found;
 }
 
@@ -95,7 +97,7 @@ const MetaAttribute* Dictionary::findAttributeByName(const MetaMetadataSet& set,
     if (found == nullptr || element.symbol() == name) found = attribute;
     return element.symbol() == name;
   });
-  return found;
+  return found != nullptr ? found : commonNames_.findAttribute(set, name);
 }
 
 }  // namespace Vantor::MetaMetadata

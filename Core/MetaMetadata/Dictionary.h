@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Core/KLV/Key.h"
+#include "Core/MetaMetadata/CommonNames.h"
 #include "Core/MetaMetadata/Enumeration.h"
 #include "Core/MetaMetadata/HashIndex.h"
 #include "Core/MetaMetadata/LabelIndex.h"
@@ -62,9 +63,13 @@ class Dictionary {
   /// thread may call.
   const LabelIndex& labels() const;
 
-  /// Every set that has this name (`MetaMetadataSet::isNamed`), in order of definition.
+  const CommonNames& commonNames() const { return commonNames_; }
+
+  /// Every set that has this name (`MetaMetadataSet::isNamed`), in order of definition; without one, the set with this
+  /// common name.
   std::vector<const MetaMetadataSet*> findSetsByName(std::string_view name) const;
-  /// The property of that name among those of a set, by symbol before tag name; null when the set lists none.
+  /// The property of that name among those of a set, by symbol before tag name before common name; null when the set
+  /// lists none.
   /// @param set  of this dictionary.
   const MetaAttribute* findAttributeByName(const MetaMetadataSet& set, std::string_view name) const;
 
@@ -90,6 +95,7 @@ class Dictionary {
   HashIndex elementsByLabel_;
   HashIndex elementsByStaticTag_;
   HashIndex labelsByKey_;
+  CommonNames commonNames_;
   // Made by the first look-up by name: most processes need none.
   mutable std::once_flag namesIndexed_;
   mutable HashIndex setsByName_;

@@ -178,6 +178,21 @@ MetaElement& DictionaryBuilder::definedElement(const Types::UniversalLabel& labe
   return *state_->elements[element];
 }
 
+const MetaMetadataSet& DictionaryBuilder::definedSet(const KLV::Key& key) const {
+  const auto* set = state_->dictionary->findSet(key);
+  if (set == nullptr) raise<InvalidFormat>("a set that is not defined: {}", registerText(key));
+  return *set;
+}
+
+void DictionaryBuilder::addCommonName(const KLV::Key& set, std::string_view name) {
+  state_->dictionary->commonNames_.add({&definedSet(set), nullptr, std::string(name)});
+}
+
+void DictionaryBuilder::addCommonName(const KLV::Key& set, const Types::UniversalLabel& elementLabel,
+                                      std::string_view name) {
+  state_->dictionary->commonNames_.add({&definedSet(set), &definedElement(elementLabel), std::string(name)});
+}
+
 void DictionaryBuilder::setEnumeration(const Types::UniversalLabel& elementLabel, const Enumeration& enumeration) {
   definedElement(elementLabel).enumeration_ = &enumeration;
 }

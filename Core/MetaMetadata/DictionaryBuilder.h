@@ -88,6 +88,13 @@ class DictionaryBuilder {
   /// @throws Exceptions::InvalidFormat when there is no such property or set.
   void setTarget(const Types::UniversalLabel& elementLabel, std::string_view set);
 
+  /// Gives a set, or a property of a set and of all that inherit from it, a name that people use (`CommonNames`).
+  /// @param set           of a set that is defined already.
+  /// @param elementLabel  of a property that is defined already.
+  /// @throws Exceptions::InvalidFormat when there is no such set or property.
+  void addCommonName(const KLV::Key& set, std::string_view name);
+  void addCommonName(const KLV::Key& set, const Types::UniversalLabel& elementLabel, std::string_view name);
+
   /// Adds a label. @param name  for people, in UTF-8.
   void addLabel(const Types::UniversalLabel& label, std::string_view symbol, std::string_view name);
   /// Other labels, which `Dictionary::labels` finds, too. Asked when they are needed.
@@ -101,6 +108,7 @@ class DictionaryBuilder {
  private:
   /// @throws Exceptions::InvalidFormat when there is none.
   MetaElement& definedElement(const Types::UniversalLabel& label);
+  const MetaMetadataSet& definedSet(const KLV::Key& key) const;
 
   struct State;
   auto_ptr<State> state_;

@@ -37,6 +37,12 @@ bool MetaMetadataSet::isNamed(std::string_view name) const {
   return symbol_ == name || extensionAttributes_.isTagName(name);
 }
 
+std::string_view MetaMetadataSet::commonName() const { return dictionary_.commonNames().nameOf(*this); }
+
+std::string_view MetaMetadataSet::commonNameOf(const MetaElement& element) const {
+  return dictionary_.commonNames().nameOf(*this, element);
+}
+
 bool MetaMetadataSet::isOrInherits(const MetaMetadataSet& other) const {
   const auto* set = this;
   while (set != nullptr && set != &other) set = set->parent_;

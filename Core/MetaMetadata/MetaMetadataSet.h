@@ -36,6 +36,10 @@ class MetaMetadataSet {
   const std::string& symbol() const { return symbol_; }
   /// Whether the symbol or the tag name is this name.
   bool isNamed(std::string_view name) const;
+  /// The name that people use for the set beside its symbol (`CommonNames`); empty when there is none.
+  std::string_view commonName() const;
+  /// The same for a property of the set.
+  std::string_view commonNameOf(const MetaElement& element) const;
   /// Empty when there is none of that name.
   const wstring& extensionAttribute(std::u16string_view name) const { return extensionAttributes_.get(name); }
   /// The set that this one inherits properties from; null for a root.
@@ -51,7 +55,7 @@ class MetaMetadataSet {
   const Templates::vector<MetaAttribute>& attributes() const { return attributes_; }
   /// Null when the set does not list the property. Octet 8 of the label, its version, is ignored.
   const MetaAttribute* findAttribute(const Types::UniversalLabel& label) const;
-  /// The property with that symbol or else that tag name; null when the set lists none.
+  /// The property with that symbol, or else that tag name, or else that common name; null when the set lists none.
   const MetaAttribute* findAttribute(std::string_view name) const;
   /// Null when no property of this set has that static tag; the first one when several have. 0 is no tag.
   const MetaAttribute* findAttributeByStaticTag(uint16 tag) const;

@@ -95,8 +95,8 @@ class MetadataSet {
   const Element* find(const Types::UniversalLabel& label) const;
 
   /// @name Properties by name
-  /// A property goes by its symbol in the register or by its tag name, such as "EditRate". A set has the properties
-  /// that its definition lists; a misplaced property that is there goes by its name too.
+  /// A property goes by its symbol in the register, by its tag name or by its common name, such as "EditRate". A set
+  /// has the properties that its definition lists; a misplaced property that is there goes by its name too.
   ///
   ///     track.set("EditRate", Types::Rational(25, 1));
   ///     track.set("TrackID", 2);
@@ -112,6 +112,9 @@ class MetadataSet {
   /// The property, unset ones included; null when the set has none. Does not throw.
   Element* find(std::string_view property);
   const Element* find(std::string_view property) const;
+  /// The name as it was given and the common name, for messages: "ApplicationName (ProductName)"; the symbol in the
+  /// place of a common name that was given.
+  std::string namesOf(std::string_view property) const;
   /// Whether the property is present, even without a value. Does not throw.
   bool has(std::string_view property) const;
 

@@ -6,6 +6,7 @@
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/Metadata/ElementFactory.h"
+#include "Core/Metadata/NameSuggestions.h"
 #include "Core/Metadata/SetReader.h"
 #include "Core/Metadata/SimpleElement.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
@@ -95,7 +96,8 @@ MetadataSet* PartitionMetadata::createMetadataSet(const KLV::Key& key) {
 
 MetadataSet& PartitionMetadata::createMetadataSet(std::string_view name) {
   const auto definitions = dictionary_.dictionary()->findSetsByName(name);
-  if (definitions.empty()) raise<InvalidFormat>("the dictionary has no set '{}'", name);
+  if (definitions.empty())
+    raise<InvalidFormat>("the dictionary has no set '{}'{}", name, suggestSet(*dictionary_.dictionary(), name));
   const auto concrete = std::find_if(definitions.begin(), definitions.end(),
                                      [](const auto* definition) { return definition->isConcrete(); });
   if (concrete == definitions.end()) raise<InvalidFormat>("{} is abstract: files hold no such sets", name);

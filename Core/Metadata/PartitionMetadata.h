@@ -86,20 +86,30 @@ class PartitionMetadata {
   /// Every set that carries an InstanceUID, in file order.
   const Sets& findByInstanceUID(const Types::UUID& instanceUID) const;
 
-  /// The set that a text names:
+  /// The set that a text chooses (`SetPath`):
   ///
-  ///     "TimelineTrack"      the only set of that kind, by its symbol in the register or its tag name
-  ///     "TimelineTrack[2]"   the second one, in file order
-  ///     "06.0E.2B.34...."    the set with that InstanceUID, or else the only one with that key
-  ///     "urn:smpte:ul:..."   the same
-  ///     "urn:uuid:..."       the set with that InstanceUID; the bare 8-4-4-4-12 digits will do
+  ///     "TimelineTrack"      the only set of that kind, by its symbol in the register, its tag name or its common name
+  ///     "Track"              of an abstract kind, or of one without sets of its own: the only set that inherits from
+  ///     it "TimelineTrack[2]"   the second one, in file order "TimelineTrack[-1]"  the last one
+  ///     "TimelineTrack[TrackID=2]"  the only one with this value, in any form that `MetadataSet::set` takes
+  ///     "MaterialPackage/Timecode"  the only one that strong references of the MaterialPackage lead to, directly or
+  ///                          through other sets; the nearest is the first. Steps may have indexes and conditions
+  ///     "06.0E.2B.34...."    the set with that InstanceUID, or else the only one with that key; in any spelling of
+  ///                          `KLV::identifierDigits`
+  ///     "8d9dad"             the only set whose InstanceUID begins so, by four digits or more that are no name
   ///
-  /// @throws InvalidFormat when there is no such set, and naming the choices when there are several.
-  MetadataSet& find(std::string_view name) const;
+  /// Costs a look-up by hash for a kind that has sets of its own or a whole identifier, else a look at all sets; every
+  /// further step a look at the sets that it reaches.
+  /// @throws InvalidFormat when there is no such set, and naming the choices when there are several; also for an index,
+  ///         a condition or a path of a wrong form.
+  MetadataSet& find(std::string_view text) const;
   /// The same; null when there is none.
-  MetadataSet* tryFind(std::string_view name) const;
-  /// All sets that the text names, in file order.
-  FoundSets findAll(std::string_view name) const;
+  MetadataSet* tryFind(std::string_view text) const;
+  /// All sets that the text chooses; "[*]" behind a step, for all of them, changes nothing.
+  /// @throws InvalidFormat for an index, a condition or a path of a wrong form.
+  FoundSets findAll(std::string_view text) const;
+  /// The set that the text chooses, or with "[*]" at its end all of them, one at least. @throws as `find`.
+  FoundSets choose(std::string_view text) const;
 
   /// Adds a set at the end with every property of its definition, unset but for the InstanceUID, which is a new random
   /// one. A key that the dictionary does not know gives a set without definition and properties.
@@ -150,7 +160,6 @@ class PartitionMetadata {
     return *this;
   }
   void compact() const;
-  Sets setsNamed(std::string_view name) const;
   static void dropRemoved(KeySets& sets);
   const MetaMetadata::MetaMetadataSet* definitionOf(const KLV::Key& key, const uint8* value, std::size_t size) const;
   void addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition, uint8 berOctets,

@@ -6,6 +6,7 @@
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/ElementFactory.h"
 #include "Core/Metadata/MetadataSet.h"
+#include "Core/Metadata/NameSuggestions.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Metadata/PropertyText.h"
 #include "Core/Metadata/ReferenceElement.h"
@@ -111,6 +112,11 @@ Element* MetadataSet::find(std::string_view property) {
   return nullptr;
 }
 
+std::string MetadataSet::namesOf(std::string_view property) const {
+  const auto& definition = definitionOf(property);
+  return definition_ == nullptr ? definition.symbol() : MetaMetadata::namesOf(*definition_, definition, property);
+}
+
 bool MetadataSet::has(std::string_view property) const {
   const auto* element = find(property);
   return element != nullptr && element->isPresent();
@@ -119,7 +125,10 @@ bool MetadataSet::has(std::string_view property) const {
 const MetaElement& MetadataSet::definitionOf(std::string_view property) const {
   if (const auto* element = find(property)) return *element->metaAttribute().metaElement();
   const auto* attribute = definition_ == nullptr ? nullptr : definition_->findAttribute(property);
-  if (attribute == nullptr) raise<InvalidFormat>("{} has no property '{}'", fullName(), property);
+  if (attribute == nullptr) {
+    const auto near = definition_ == nullptr ? std::string() : suggestProperty(*definition_, property);
+    raise<InvalidFormat>("{} has no property '{}'{}", fullName(), property, near);
+  }
   return *attribute->metaElement();
 }
 
@@ -134,7 +143,7 @@ const Types::SimpleDataType* MetadataSet::valueOfType(std::string_view property,
 
 const Types::SimpleDataType& MetadataSet::requiredValue(std::string_view property, Identifier type) const {
   if (const auto* value = valueOfType(property, type)) return *value;
-  raise<InvalidFormat>("{} of {} has no value", property, fullName());
+  raise<InvalidFormat>("{} of {} has no value", namesOf(property), fullName());
 }
 
 wstring MetadataSet::text(std::string_view property) const {
@@ -144,7 +153,7 @@ wstring MetadataSet::text(std::string_view property) const {
   const auto* unread = findUnread(definition);
   const auto value = unread == nullptr ? nullptr : unreadValueOf(*this, *unread).value;
   if (value != nullptr) return printProperty(place, *value);
-  raise<InvalidFormat>("{} of {} has no value", property, fullName());
+  raise<InvalidFormat>("{} of {} has no value", namesOf(property), fullName());
 }
 
 const MetaElement* MetadataSet::definitionOf(const Element& element) const {
@@ -209,7 +218,7 @@ bool MetadataSet::set(std::string_view property, std::u16string_view text, TextF
   try {
     value = valueOfText(place, text, files);
   } catch (const InvalidFormat& error) {
-    raise<InvalidFormat>("{} of {}: {}", property, fullName(), error.message());
+    raise<InvalidFormat>("{} of {}: {}", namesOf(property), fullName(), error.message());
   }
   // Texts, unlike values, do not show final NULs, so that those in the file stay.
   if (before != nullptr && Types::printValue(*before) == Types::printValue(*value)) return false;
@@ -221,7 +230,7 @@ bool MetadataSet::set(std::string_view property, std::u16string_view text, TextF
 bool MetadataSet::setNumber(std::string_view property, const wstring& digits) {
   const auto& definition = definitionOf(property);
   if (isInteger(definition.dataType())) return set(property, digits);
-  raise<InvalidFormat>("{} of {} takes {}, not an integer", property, fullName(), typeName(definition));
+  raise<InvalidFormat>("{} of {} takes {}, not an integer", namesOf(property), fullName(), typeName(definition));
 }
 
 bool MetadataSet::set(std::string_view property, const MetadataSet& target) {
@@ -255,7 +264,8 @@ void MetadataSet::append(std::string_view property, const MetadataSet& target) {
 void MetadataSet::refuseInstanceUID(std::string_view property, const char* verb) const {
   const auto* attribute = definition_ == nullptr ? nullptr : definition_->instanceUIDAttribute();
   if (attribute == nullptr || &definitionOf(property) != attribute->metaElement()) return;
-  raise<InvalidFormat>("the {} of {} cannot {}: references to the set would break", property, fullName(), verb);
+  raise<InvalidFormat>("the {} of {} cannot {}: references to the set would break", namesOf(property), fullName(),
+                       verb);
 }
 
 bool MetadataSet::remove(std::string_view property) {

@@ -1,23 +1,11 @@
 #include <unordered_set>
 
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/ReferenceTargets.h"
 
 namespace Vantor {
 
 namespace {
-
-/// The first set of each InstanceUID that a set refers to.
-std::vector<const MetadataSet*> targetsOf(const MetadataSet& set, const PartitionMetadata& partition,
-                                          ReferenceKinds kinds) {
-  std::vector<Types::UUID> targetUIDs;
-  for (const Element* element : set.inDefinitionOrder()) element->appendTargets(kinds, targetUIDs);
-  std::vector<const MetadataSet*> targets;
-  for (const auto& uid : targetUIDs) {
-    const auto& found = partition.findByInstanceUID(uid);
-    if (!found.empty()) targets.push_back(found.front());
-  }
-  return targets;
-}
 
 /// Walks a partition's sets depth first along references, each set once. Keeps its own stack, since a damaged or
 /// hostile file may chain as many sets as it has bytes for.

@@ -83,6 +83,17 @@ TEST(RegisterDefinitions, HoldSetsByKeyAndTheirPropertiesInTheOrderOfTheRegister
             "  -     060e2b34.01010101.05000000.00000000  Number      UInt8   required\n");
 }
 
+TEST(RegisterDefinitions, KeepDefinitionsAndDocuments) {
+  auto registers = smallRegisters();
+  registers.elements.front().texts = {"How many", "SMPTE ST 9"};
+  registers.groups.front().texts = {"Measures time", ""};
+  const auto found = definitionsOf(registers);
+  EXPECT_EQ(found.properties().at(0).explanation.definition, "How many");
+  EXPECT_EQ(found.properties().at(0).explanation.document, "SMPTE ST 9");
+  EXPECT_EQ(found.sets().at(0).explanation.definition, "Measures time");
+  EXPECT_EQ(found.sets().at(0).explanation.document, "");
+}
+
 TEST(RegisterDefinitions, KeepTheFileAndLineOfEachEntry) {
   auto registers = smallRegisters();
   registers.enumeration(kUInt16, "Grade", kUInt8, {{"0", "Rough"}, {"1", "Fine"}});

@@ -70,6 +70,15 @@ std::string groupWith(const std::string& more) {
          more + "</Entry>\n";
 }
 
+TEST(RegisterFile, ReadsTheTextsOfAnEntryForPeople) {
+  const auto registers = registersOf(
+      groupsOf(groupWith("<Definition>Measures\n  time</Definition><DefiningDocument>SMPTE ST 9</DefiningDocument>") +
+               groupWith("")));
+  EXPECT_EQ(registers.groups.at(0).texts.definition, "Measures time");
+  EXPECT_EQ(registers.groups.at(0).texts.document, "SMPTE ST 9");
+  EXPECT_EQ(registers.groups.at(1).texts.definition, "");
+}
+
 std::string repeated(const std::string& text, std::size_t count) {
   std::string all;
   for (std::size_t i = 0; i < count; ++i) all += text;

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "Program.h"
 #include "ScratchFolder.h"
 
@@ -46,13 +48,13 @@ TEST(Dictionary, ShowsASetWithInheritedPropertiesInBothVocabularies) {
   XML, st434-2014  st395:GPITrigger
 
 properties: 12
-  tag   legacy                          st434-2014                      type                                               status    of
+  tag   legacy                          st434-2014                      type                                               status    of                 common name
   3c0a  rp210:InstanceUID               rp210:InstanceUID               UUID                                               optional  InterchangeObject
   0101  rp210:ObjectClass               st335:ObjectClass               AUID                                               optional  InterchangeObject
   0102  rp210:GenerationUID             rp210:GenerationUID             UUID                                               optional  InterchangeObject
   -     rp210:ApplicationPlugInObjects  st335:ApplicationPlugInObjects  BatchOf(StrongReference(ApplicationPlugInObject))  optional  InterchangeObject
-  0201  rp210:ComponentDataDefinition   st335:ComponentDataDefinition   AUID                                               required  Component
-  0202  rp210:ComponentLength           st335:ComponentLength           Length                                             optional  Component
+  0201  rp210:ComponentDataDefinition   st335:ComponentDataDefinition   AUID                                               required  Component          DataDefinition
+  0202  rp210:ComponentLength           st335:ComponentLength           Length                                             optional  Component          Duration
   0203  rp210:ComponentKLVData          st335:ComponentKLVData          ArrayOf(StrongReference(KLVData))                  optional  Component
   0204  rp210:ComponentUserComments     st335:ComponentUserComments     ArrayOf(StrongReference(TaggedValue))              optional  Component
   0205  rp210:ComponentAttributes       st335:ComponentAttributes       ArrayOf(StrongReference(TaggedValue))              optional  Component
@@ -89,7 +91,14 @@ enumeration LayoutType of UInt8
 TEST(Dictionary, TakesNamesAndTagsAsTheyAreWrittenElsewhere) {
   EXPECT_EQ(run({"dictionary", "s377m:GPITrigger"}).out, run({"dictionary", "GPITrigger"}).out);
   EXPECT_EQ(run({"dictionary", "st335:FrameLayout"}).out, run({"dictionary", "FrameLayout"}).out);
-  EXPECT_EQ(run({"dictionary", "0x320C"}).out, run({"dictionary", "320c"}).out);
+  for (const auto* tag : {"0x320C", "32.0c", "320C"}) {
+    EXPECT_EQ(run({"dictionary", tag}).out, run({"dictionary", "320c"}).out) << tag;
+  }
+  for (const auto* key :
+       {"0x060e2b34010101010401030104000000", "{060e2b34-0101-0101-0401-030104000000}",
+        "06 0E 2B 34 01 01 01 01 04 01 03 01 04 00 00 00", "URN:SMPTE:UL:060E2B34.01010101.04010301.04000000"}) {
+    EXPECT_EQ(run({"dictionary", key}).out, run({"dictionary", "FrameLayout"}).out) << key;
+  }
 }
 
 TEST(Dictionary, ShowsASetByTheKeyOfAnyCoding) {
@@ -110,13 +119,55 @@ TEST(Dictionary, ShowsEverythingOfOneName) {
   EXPECT_THAT(out, AllOf(StartsWith("set Dictionary\n"), HasSubstr("\nproperty Dictionary\n")));
 }
 
-TEST(Dictionary, NamesWhatDiffersByCaseOnlyWhenThereIsNothing) {
+TEST(Dictionary, ListsWhatHasAPartOfAName) {
   const Result result = run({"dictionary", "preface"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.out, R"(found: 2
+  set       Preface      060e2b34.027f0101.0d010101.01012f00
+  property  RootPreface  060e2b34.0101010a.06010107.17000000
+)");
+  EXPECT_EQ(run({"dictionary", "oundedTimecodeBas"}).out, run({"dictionary", "FramesPerSecond"}).out) << "only one";
+  EXPECT_EQ(run({"dictionary", "st335:oundedTimecodeBas"}).out, run({"dictionary", "FramesPerSecond"}).out);
+  EXPECT_THAT(run({"dictionary", "bt.709"}).out, HasSubstr("  label "));
+  EXPECT_THAT(run({"dictionary", "060e2b34.01010102.0520"}).out,
+              HasSubstr("060e2b34.01010102.05200701.02010000  CompanyName\n"));
+}
+
+TEST(Dictionary, NamesTheNearestWhenThereIsNothing) {
+  const Result result = run({"dictionary", "Prefcae"});
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "mxfxml: the dictionary has nothing of the name, key or tag 'preface'; there is Preface\n");
+  EXPECT_EQ(result.err,
+            "mxfxml: the dictionary has nothing of the name, key or tag 'Prefcae' (did you mean 'Preface'?)\n");
   EXPECT_EQ(run({"dictionary", "Nonesuch"}).err,
             "mxfxml: the dictionary has nothing of the name, key or tag 'Nonesuch'\n");
+}
+
+TEST(Dictionary, ShowsDefinitionsAndDocumentsOfRegistersThatAreGiven) {
+  const std::string registers = VANTOR_SHARED_REGISTERS_DIR "/xml";
+  if (!std::filesystem::exists(registers)) GTEST_SKIP() << "no registers beside the repository";
+  const Result result = run({"dictionary", "PackageName", "--dictionary", registers});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_THAT(result.out, HasSubstr("\n  definition       "));
+  EXPECT_THAT(run({"dictionary", "Timecode", "--dictionary", registers}).out,
+              HasSubstr("\n  document         AAF Object Specification SMPTE 377M\n"));
+}
+
+TEST(Dictionary, ShowsCommonNamesBesideSymbols) {
+  const Result result = run({"dictionary", "CompanyName"});
+  EXPECT_EQ(result.out, R"(property ApplicationSupplierName
+  key              060e2b34.01010102.05200701.02010000
+  type             UTF16String
+  common name      CompanyName in Identification
+  XML, legacy      rp210:ApplicationSupplierName
+  XML, st434-2014  st335:ApplicationSupplierName
+  tag   status    in set
+  3c01  required  Identification
+)");
+  EXPECT_THAT(run({"dictionary", "TimecodeComponent"}).out,
+              AllOf(StartsWith("set Timecode\n"), HasSubstr("  common name      TimecodeComponent\n"),
+                    HasSubstr("Timecode           RoundedTimecodeBase\n")));
+  EXPECT_THAT(run({"dictionary"}).out, HasSubstr("yes       TimecodeComponent\n"));
 }
 
 TEST(Dictionary, ShowsWhatAFileAdds) {

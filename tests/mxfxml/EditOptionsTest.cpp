@@ -288,7 +288,8 @@ TEST_F(EditOptions, KeepGoingEndsWithOneWhereNothingIsLeft) {
   const Result result = set({"Preface.ByteOrdr=1", "--keep-going"});
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.out, "nothing is edited\n");
-  EXPECT_EQ(result.err, line("Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C has no property 'ByteOrdr'"));
+  EXPECT_EQ(result.err, line("Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C has no property 'ByteOrdr' (did "
+                             "you mean 'ByteOrder'?)"));
   EXPECT_TRUE(isUntouched());
 }
 

@@ -215,7 +215,7 @@ TEST(Export, NamesTheStartThatIsNotThere) {
   expectFailure({"export", input, "--start", "Dance"},
                 "no set of the partition is named 'Dance', or has this InstanceUID");
   expectFailure({"export", input, "--start", "timecode"},
-                "no set of the partition is named 'timecode', or has this InstanceUID");
+                "no set of the partition is named 'timecode', or has this InstanceUID (did you mean 'Timecode'?)");
   expectFailure({"export", input, "--start", ""}, "no set of the partition is named '', or has this InstanceUID");
   expectFailure({"export", input, "--start", "00000000-0000-4000-8000-000000000000"},
                 "no set of the partition is named '00000000-0000-4000-8000-000000000000', or has this InstanceUID");

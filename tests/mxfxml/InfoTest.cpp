@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <sstream>
+
 #include "ChangedSample.h"
 #include "Program.h"
 #include "ScratchFolder.h"
@@ -40,6 +43,53 @@ sets in the header partition: 19
   2  Timecode
   4  TimelineTrack
 )");
+}
+
+TEST(Info, ListsSetsAsTheSetCommandTakesThem) {
+  const Result result = run({"info", sample("gst-audio-ac3.mxf"), "--sets"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.out, R"(sets in the header partition: 19
+  ContentStorage
+  EssenceData (EssenceContainerData)               EssenceStreamID (BodySID) 1, LinkedPackageID (LinkedPackageUID) 06.0A.2B.34.01.01.01.05.01.01.0D.22.13.9B.BD.B8.45.EE.F7.3A.7A.98.45.6A.B9.3F.97.6A.95.3F.0F.F9
+  Identification                                   ApplicationSupplierName (CompanyName) "GStreamer", ApplicationName (ProductName) "GStreamer Multimedia Framework", FileModificationDate (ModificationDate) 2026-10-21T01:15:27.020
+  MaterialPackage                                  PackageName (Name) "Material package", PackageID (PackageUID) 06.0A.2B.34.01.01.01.05.01.01.0D.22.13.6B.8D.CD.9C.D3.91.7D.27.A2.4C.F9.A8.60.6E.55.EA.41.0D.60
+  Preface                                          ObjectModelVersion 1
+  Sequence[1]                                      Sound Essence Track, in TimelineTrack[1]
+  Sequence[2]                                      Sound Essence Track, in TimelineTrack[2]
+  Sequence[3]                                      SMPTE-12M Timecode Track Inactive User Bits, in TimelineTrack[3]
+  Sequence[4]                                      SMPTE-12M Timecode Track Inactive User Bits, in TimelineTrack[4]
+  SoundDescriptor (GenericSoundEssenceDescriptor)  LinkedTrackID 2, AudioSampleRate (AudioSamplingRate) 48000/1, ChannelCount 2, in SourcePackage
+  SourceClip[1]                                    Sound Essence Track, SourceTrackID 0, StartPosition 0, in Sequence[1]
+  SourceClip[2]                                    Sound Essence Track, SourceTrackID 2, StartPosition 0, in Sequence[2]
+  SourcePackage                                    PackageName (Name) "Source package", PackageID (PackageUID) 06.0A.2B.34.01.01.01.05.01.01.0D.22.13.9B.BD.B8.45.EE.F7.3A.7A.98.45.6A.B9.3F.97.6A.95.3F.0F.F9
+  Timecode[1] (TimecodeComponent)                  StartTimecode 0, FramesPerSecond (RoundedTimecodeBase) 188, in Sequence[3]
+  Timecode[2] (TimecodeComponent)                  StartTimecode 0, FramesPerSecond (RoundedTimecodeBase) 188, in Sequence[4]
+  TimelineTrack[1]                                 TrackID 2, Sound Essence Track, in SourcePackage
+  TimelineTrack[2]                                 TrackID 2, Sound Essence Track, in MaterialPackage
+  TimelineTrack[3]                                 TrackID 1, TrackName "Timecode track", SMPTE-12M Timecode Track Inactive User Bits, in MaterialPackage
+  TimelineTrack[4]                                 TrackID 1, TrackName "Timecode track", SMPTE-12M Timecode Track Inactive User Bits, in SourcePackage
+)");
+}
+
+/// The texts before the first blanks of the rows of the list.
+std::vector<std::string> choicesIn(const std::string& list) {
+  std::vector<std::string> choices;
+  std::istringstream lines(list);
+  std::string line;
+  for (std::getline(lines, line); std::getline(lines, line) && line.rfind("  ", 0) == 0;) {
+    choices.push_back(line.substr(2, line.find(' ', 2) - 2));
+  }
+  return choices;
+}
+
+TEST(Info, ListsSetsByTextsThatTheSetCommandTakes) {
+  const auto choices = choicesIn(run({"info", sample("gst-audio-ac3.mxf"), "--sets"}).out);
+  ASSERT_EQ(choices.size(), 19u);
+  std::vector<std::string> command = {"set", sample("gst-audio-ac3.mxf"), "--dry-run"};
+  for (const auto& choice : choices) command.insert(command.end(), {"--remove", choice + ".ApplicationPlugInObjects"});
+  const Result result = run(command);
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 19) << "each is another set without this property";
 }
 
 TEST(Info, CountsDarkSetsByKey) {

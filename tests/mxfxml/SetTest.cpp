@@ -155,7 +155,8 @@ TEST(Set, TakesNothingOutThatCannotBe) {
             ": the InstanceUID of Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C cannot be removed: "
             "references to the set would break\n"},
            {"Preface.ByteOrdr",
-            ": Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C has no property 'ByteOrdr'\n"},
+            ": Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C has no property 'ByteOrdr' (did you mean "
+            "'ByteOrder'?)\n"},
            {"TimelineTrack.TrackName",
             ": TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"}}) {
     const SetFile file;
@@ -303,10 +304,10 @@ const std::string kThePreface = " Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5
 
 TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
   for (const auto& [assignment, reason] : std::vector<std::pair<std::string, std::string>>{
-           {"Prefce.ByteOrder=1", ": the dictionary has no set 'Prefce'\n"},
+           {"Prefce.ByteOrder=1", ": the dictionary has no set 'Prefce' (did you mean 'Preface'?)\n"},
            {"Filler.ComponentLength=1", ": the partition has no set Filler\n"},
-           {"Track[.TrackID=1", ": the dictionary has no set 'Track['\n"},
-           {"Preface.ByteOrdr=1", kThePreface + " has no property 'ByteOrdr'\n"},
+           {"Track[.TrackID=1", ": the bracket in 'Track[.TrackID=1' is not closed\n"},
+           {"Preface.ByteOrdr=1", kThePreface + " has no property 'ByteOrdr' (did you mean 'ByteOrder'?)\n"},
            {"TimelineTrack.TrackID=1",
             ": TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"},
            {"TimelineTrack[5].TrackID=1", ": there is no TimelineTrack[5]: the partition has 4 of these sets\n"},
@@ -376,7 +377,7 @@ TEST(Set, NamesTheStartThatIsNotThere) {
   for (const auto& [start, reason] : std::vector<std::pair<std::string, std::string>>{
            {"Preface", "the set 'Preface' is no TimelineTrack\n"},
            {"TimelineTrack", "TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"},
-           {"8D.9D.AD.D1", "the dictionary has no set '8D.9D.AD.D1'\n"}}) {
+           {"8D.9D.AD.D2", "the partition has no set whose InstanceUID begins with 8D.9D.AD.D2\n"}}) {
     const SetFile file;
     const Result result = file.set({"TimelineTrack.TrackID=9", "--start", start});
     EXPECT_EQ(result.exitCode, 1);

@@ -4,6 +4,7 @@
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "DefinitionsText.h"
 #include "DictionaryOptions.h"
+#include "DictionarySearch.h"
 #include "DictionaryText.h"
 #include "ErrorText.h"
 #include "Registers/FileDefinitions.h"
@@ -20,8 +21,9 @@ class DictionaryCommand final : public Command {
       : Command(program, "dictionary", "Print the sets of the dictionary, or what it has under one name") {
     app()
         .add_option("NAME", wanted_,
-                    "A set, property, enumeration or label by symbol or name in XML,\nby key, or by "
-                    "static local tag (four hexadecimal digits);\nall sets without it")
+                    "A set, property, enumeration or label by symbol, name in XML\nor common name, by key, or by "
+                    "static local tag (four hexadecimal\ndigits); for anything else, all that have it in a name or\n"
+                    "begin their key with it. All sets without NAME")
         ->type_name("");
     dictionary_.addDictionary(app());
     auto* learned = addFile(app(), "--learn", learned_,
@@ -46,9 +48,10 @@ class DictionaryCommand final : public Command {
   std::string description(const Definitions& definitions) const {
     const std::string text = descriptionOf(definitions, wanted_);
     if (!text.empty()) return text;
-    const std::string similar = similarNames(definitions, wanted_);
-    throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" +
-                       (similar.empty() ? "" : "; there is " + similar));
+    const DictionarySearch search(definitions, wanted_);
+    if (search.matches().size() == 1) return descriptionOf(definitions, search.matches()[0].key);
+    if (!search.matches().empty()) return listOf(search.matches());
+    throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" + search.suggestion());
   }
 
   ExitCode learn() const {

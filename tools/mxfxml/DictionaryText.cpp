@@ -1,11 +1,13 @@
 #include "DictionaryText.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <string_view>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Dictionary/PropertyTypeText.h"
+#include "Core/KLV/IdentifierDigits.h"
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/HexDigits.h"
 #include "TextTable.h"
@@ -48,6 +50,11 @@ void addNames(const Definitions& definitions, const Definition& definition, Text
   facts.addRow({"XML, st434-2014", nameIn(Vocabulary::kST434_2014, definitions, definition)});
 }
 
+void addExplanation(const Explanation& explanation, TextTable& facts) {
+  if (!explanation.definition.empty()) facts.addRow({"definition", std::string(explanation.definition)});
+  if (!explanation.document.empty()) facts.addRow({"document", std::string(explanation.document)});
+}
+
 /// What the notation of a type does not show: the core type of an enumeration.
 std::string typeText(const PropertyType& type) {
   std::string text = textOf(type);
@@ -71,16 +78,55 @@ std::string entryText(const LabelDefinition& label) {
   return "label " + std::string(label.symbol) + "\n" + table.text();
 }
 
-void addProperties(const Definitions& definitions, const SetDefinition& set, TextTable& table,
-                   std::set<uint32>& listed) {
+/// The common names of the properties of a set, inherited ones included, by the places of the properties.
+using PropertyNames = std::map<uint32, std::string_view>;
+
+PropertyNames commonNamesIn(const Definitions& definitions, const SetDefinition& set) {
+  std::set<const SetDefinition*> line;
+  for (const auto* at = &set; at != nullptr; at = definitions.findSet(at->parent)) line.insert(at);
+  PropertyNames names;
+  for (const auto& common : definitions.commonNames()) {
+    if (!common.property || line.count(&definitions.sets()[common.set]) == 0) continue;
+    const auto& property = definitions.properties()[*common.property];
+    if (common.name != property.symbol && common.name != property.tagName) names.emplace(*common.property, common.name);
+  }
+  return names;
+}
+
+std::string commonNameOf(const Definitions& definitions, const SetDefinition& set) {
+  for (const auto& common : definitions.commonNames()) {
+    if (!common.property && &definitions.sets()[common.set] == &set) return std::string(common.name);
+  }
+  return "";
+}
+
+/// The common names of a property with the sets that they count in.
+std::string commonNamesOf(const Definitions& definitions, uint32 property) {
+  std::string text;
+  for (const auto& common : definitions.commonNames()) {
+    if (common.property != property) continue;
+    text += (text.empty() ? "" : ", ") + std::string(common.name) + " in " +
+            std::string(definitions.sets()[common.set].symbol);
+  }
+  return text;
+}
+
+void addProperties(const Definitions& definitions, const SetDefinition& set, const PropertyNames& commonNames,
+                   TextTable& table, std::set<uint32>& listed) {
   const auto* parent = set.parent.empty() ? nullptr : definitions.findSet(set.parent);
-  if (parent != nullptr) addProperties(definitions, *parent, table, listed);
+  if (parent != nullptr) addProperties(definitions, *parent, commonNames, table, listed);
   for (const auto& use : set.properties) {
     if (!listed.insert(use.property).second) continue;
     const auto& property = definitions.properties()[use.property];
-    table.addRow({tagText(use.staticLocalTag), nameIn(Vocabulary::kLegacy, definitions, property),
-                  nameIn(Vocabulary::kST434_2014, definitions, property), typeText(property.type),
-                  statusName(use.requiredStatus), std::string(set.symbol)});
+    TextTable::Row row = {tagText(use.staticLocalTag),
+                          nameIn(Vocabulary::kLegacy, definitions, property),
+                          nameIn(Vocabulary::kST434_2014, definitions, property),
+                          typeText(property.type),
+                          statusName(use.requiredStatus),
+                          std::string(set.symbol)};
+    const auto common = commonNames.find(use.property);
+    if (common != commonNames.end()) row.emplace_back(common->second);
+    table.addRow(std::move(row));
   }
 }
 
@@ -89,11 +135,17 @@ std::string entryText(const Definitions& definitions, const SetDefinition& set) 
   facts.addRow({"key", registerText(set.key)});
   facts.addRow({"parent", set.parent.empty() ? "none" : std::string(set.parent)});
   facts.addRow({"in files", set.isConcrete ? "yes" : "no, only sets that inherit from it"});
+  const auto commonName = commonNameOf(definitions, set);
+  if (!commonName.empty()) facts.addRow({"common name", commonName});
   addNames(definitions, set, facts);
-  TextTable table(6);
-  table.addRow({"tag", "legacy", "st434-2014", "type", "status", "of"});
+  addExplanation(set.explanation, facts);
+  const auto commonNames = commonNamesIn(definitions, set);
+  TextTable table(7);
+  TextTable::Row heading = {"tag", "legacy", "st434-2014", "type", "status", "of"};
+  if (!commonNames.empty()) heading.emplace_back("common name");
+  table.addRow(std::move(heading));
   std::set<uint32> listed;
-  addProperties(definitions, set, table, listed);
+  addProperties(definitions, set, commonNames, table, listed);
   return "set " + std::string(set.symbol) + "\n" + facts.text() + "\nproperties: " + std::to_string(listed.size()) +
          "\n" + (listed.empty() ? "" : table.text());
 }
@@ -103,7 +155,10 @@ std::string entryText(const Definitions& definitions, const PropertyDefinition& 
   TextTable facts(2);
   facts.addRow({"key", registerText(property.key.key())});
   facts.addRow({"type", typeText(property.type)});
+  const auto commonNames = commonNamesOf(definitions, place);
+  if (!commonNames.empty()) facts.addRow({"common name", commonNames});
   addNames(definitions, property, facts);
+  addExplanation(property.explanation, facts);
   TextTable uses(3);
   uses.addRow({"tag", "status", "in set"});
   for (const auto& set : definitions.sets()) {
@@ -115,14 +170,6 @@ std::string entryText(const Definitions& definitions, const PropertyDefinition& 
   const auto* enumeration = definitions.findEnumeration(property.type.enumeration);
   return "property " + std::string(property.symbol) + "\n" + facts.text() + uses.text() +
          (enumeration == nullptr ? "" : "\n" + entryText(*enumeration));
-}
-
-/// A name without the prefix that documents have, or a tag without the "0x" of programmers.
-std::string withoutPrefix(const std::string& text) {
-  if (MetaMetadata::parseRegisterKey(text)) return text;
-  const auto colon = text.find(':');
-  if (colon != std::string::npos) return text.substr(colon + 1);
-  return text.rfind("0x", 0) == 0 ? text.substr(2) : text;
 }
 
 /// Descriptions of what was found, an empty row between any two.
@@ -144,12 +191,27 @@ void findByKey(const Definitions& definitions, const KLV::Key& key, std::string&
   if (const auto* known = findLabel(definitions, label)) add(entryText(*known), found);
 }
 
+/// What a common name stands for.
+struct CommonlyNamed {
+  CommonlyNamed(const Definitions& definitions, std::string_view name) {
+    for (const auto& common : definitions.commonNames()) {
+      if (common.name == name && common.property) properties.insert(&definitions.properties()[*common.property]);
+      if (common.name == name && !common.property) sets.insert(&definitions.sets()[common.set]);
+    }
+  }
+  std::set<const SetDefinition*> sets;
+  std::set<const PropertyDefinition*> properties;
+};
+
 void findByName(const Definitions& definitions, std::string_view name, std::string& found) {
+  const CommonlyNamed named(definitions, name);
   for (const auto& set : definitions.sets()) {
-    if (set.symbol == name || set.tagName == name) add(entryText(definitions, set), found);
+    const bool isNamed = set.symbol == name || set.tagName == name || named.sets.count(&set) != 0;
+    if (isNamed) add(entryText(definitions, set), found);
   }
   for (const auto& property : definitions.properties()) {
-    if (property.symbol == name || property.tagName == name) add(entryText(definitions, property), found);
+    const bool isNamed = property.symbol == name || property.tagName == name || named.properties.count(&property) != 0;
+    if (isNamed) add(entryText(definitions, property), found);
   }
   if (const auto* enumeration = definitions.findEnumeration(name)) add(entryText(*enumeration), found);
   if (const auto* label = findLabel(definitions, name)) add(entryText(*label), found);
@@ -165,50 +227,42 @@ void findByTag(const Definitions& definitions, uint16 tag, std::string& found) {
   for (const uint32 place : properties) add(entryText(definitions, definitions.properties()[place]), found);
 }
 
-bool isSameButForCase(std::string_view left, std::string_view right) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 'a' - 'A') : c; };
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [&](char a, char b) { return lower(a) == lower(b); });
-}
-
 }  // namespace
 
 std::string listOfSets(const Definitions& definitions) {
-  TextTable table(4);
-  table.addRow({"set", "key", "parent", "in files"});
-  for (const auto& set : definitions.sets()) {
-    table.addRow({std::string(set.symbol), registerText(set.key), set.parent.empty() ? "-" : std::string(set.parent),
-                  set.isConcrete ? "yes" : "no"});
+  std::map<uint32, std::string> commonNames;
+  for (const auto& common : definitions.commonNames()) {
+    if (!common.property) commonNames.emplace(common.set, common.name);
+  }
+  TextTable table(5);
+  table.addRow({"set", "key", "parent", "in files", "common name"});
+  for (uint32 place = 0; place < definitions.sets().size(); ++place) {
+    const auto& set = definitions.sets()[place];
+    TextTable::Row row = {std::string(set.symbol), registerText(set.key),
+                          set.parent.empty() ? "-" : std::string(set.parent), set.isConcrete ? "yes" : "no"};
+    const auto common = commonNames.find(place);
+    if (common != commonNames.end()) row.push_back(common->second);
+    table.addRow(std::move(row));
   }
   return "sets: " + std::to_string(definitions.sets().size()) + "\n" + table.text();
 }
 
+std::string withoutPrefix(const std::string& name) {
+  const auto colon = name.find(':');
+  return colon == std::string::npos ? name : name.substr(colon + 1);
+}
+
 std::string descriptionOf(const Definitions& definitions, const std::string& asked) {
   std::string found;
-  const std::string wanted = withoutPrefix(asked);
-  if (const auto key = MetaMetadata::parseRegisterKey(wanted)) {
+  const auto digits = KLV::identifierDigits(asked).value_or("");
+  if (const auto key = MetaMetadata::parseRegisterKey(digits)) {
     findByKey(definitions, *key, found);
     return found;
   }
-  findByName(definitions, wanted, found);
-  const uint16 tag = Platform::numberFromHex<uint16>(wanted).value_or(0);
+  findByName(definitions, withoutPrefix(asked), found);
+  const uint16 tag = Platform::numberFromHex<uint16>(digits).value_or(0);
   if (tag != 0) findByTag(definitions, tag, found);
   return found;
-}
-
-std::string similarNames(const Definitions& definitions, const std::string& wanted) {
-  std::set<std::string_view> names;
-  const auto take = [&](std::string_view name) {
-    if (isSameButForCase(name, wanted)) names.insert(name);
-  };
-  for (const auto& set : definitions.sets()) take(set.symbol), take(set.tagName);
-  for (const auto& property : definitions.properties()) take(property.symbol), take(property.tagName);
-  for (const auto& enumeration : definitions.enumerations()) take(enumeration.name);
-  for (const auto& label : definitions.labels()) take(label.symbol);
-  for (const auto& label : builtInLabels().labels()) take(label.symbol);
-  std::string text;
-  for (const auto name : names) text += (text.empty() ? "" : ", ") + std::string(name);
-  return text;
 }
 
 std::string labelName(const Definitions& definitions, const Types::UniversalLabel& label) {

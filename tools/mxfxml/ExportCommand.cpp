@@ -4,6 +4,7 @@
 
 #include "CommonOptions.h"
 #include "Core/DataIO/File.h"
+#include "Core/Metadata/NameSuggestions.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
 #include "LosslessXML.h"
@@ -80,8 +81,12 @@ class ExportCommand final : public Command {
 
   const MetadataSet& findStart(const PartitionMetadata& metadata) const {
     const auto found = metadata.findAll(*start_);
-    if (found.empty())
-      throw CommandError("no set of the partition is named '" + *start_ + "', or has this InstanceUID");
+    if (found.empty()) {
+      const auto& dictionary = *metadata.partitionDictionary().dictionary();
+      const bool isName = !dictionary.findSetsByName(*start_).empty();
+      throw CommandError("no set of the partition is named '" + *start_ + "', or has this InstanceUID" +
+                         (isName ? "" : suggestSet(dictionary, *start_)));
+    }
     return found[0];
   }
 

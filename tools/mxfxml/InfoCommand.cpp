@@ -11,6 +11,7 @@
 #include "DictionaryOptions.h"
 #include "DictionaryText.h"
 #include "OperationalPattern.h"
+#include "SetList.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 #include "TextTable.h"
@@ -148,10 +149,10 @@ std::string countLine(const char* what, std::size_t count) {
   return count == 0 ? "" : std::string(what) + ": " + std::to_string(count) + "\n";
 }
 
-std::string describeMetadata(const PartitionMetadata& metadata, const MXF::PartitionChoice& choice) {
-  const Counts counts(metadata);
-  std::string text = "\nsets in " + describe(choice) + ": " + std::to_string(total(counts.known)) + "\n";
-  text += list(counts.known);
+/// @param setList  what stands for the sets that the dictionary knows.
+std::string describeMetadata(const PartitionMetadata& metadata, const Counts& counts,
+                             const MXF::PartitionChoice& choice, const std::string& setList) {
+  const std::string text = "sets in " + describe(choice) + ": " + std::to_string(total(counts.known)) + "\n" + setList;
   const std::string others = countLine("dark sets", total(counts.dark)) + list(counts.dark) +
                              countLine("unknown properties", counts.unknownProperties) + listOfUnread(metadata) +
                              countLine("misplaced properties", counts.misplacedProperties);
@@ -164,6 +165,9 @@ class InfoCommand final : public Command {
       : Command(program, "info", "Print the partitions of a file and the sets in the metadata of one of them") {
     addInput("MXF file");
     addPartition(app(), partition_);
+    app().add_flag(
+        "--sets", sets_,
+        "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its kind");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
   }
@@ -173,13 +177,19 @@ class InfoCommand final : public Command {
     const auto structure = MXF::readStructure(input());
     const auto definitions = dictionary_.definitions();
     const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
-    writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) +
-                        describeMetadata(*metadata, partition_));
+    const Counts counts(*metadata);
+    if (sets_) {
+      writeStandardOutput(describeMetadata(*metadata, counts, partition_, listOfSets(*metadata, definitions)));
+    } else {
+      writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) + "\n" +
+                          describeMetadata(*metadata, counts, partition_, list(counts.known)));
+    }
     return kSuccess;
   }
 
  private:
   MXF::PartitionChoice partition_;
+  bool sets_ = false;
   DictionaryOptions dictionary_;
 };
 

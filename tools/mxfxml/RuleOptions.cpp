@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "NearestName.h"
+#include "Core/Platform/NearestName.h"
 
 namespace Vantor::Tool {
 
@@ -12,7 +12,7 @@ std::string whyNoRule(const std::string& code) {
   if (Edit::findRule(code) != nullptr) return "";
   std::vector<std::string> codes;
   for (const auto* rule : Edit::rules()) codes.emplace_back(rule->code);
-  return "'" + code + "' is no rule" + suggestion(code, codes);
+  return "'" + code + "' is no rule" + Platform::suggestion(code, codes);
 }
 
 }  // namespace

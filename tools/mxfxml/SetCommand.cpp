@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Command.h"
+#include "Core/Metadata/SetPath.h"
 #include "Core/Platform/Strings.h"
 #include "DictionaryOptions.h"
 #include "Edit/File.h"
@@ -17,28 +18,19 @@ namespace Vantor::Tool {
 namespace {
 
 /// What the user wants of one property: "Set.Property=VALUE", or "Set.Property" to remove it.
-struct Change {
-  std::string choice;  // as the user wrote it, without the value
-  std::string set;     // as `PartitionMetadata::find` takes it
-  std::string property;
-  std::optional<std::string> value;  // UTF-8; none to remove the property
-};
+using Change = PropertyPath;
 
 /// @throws UsageError naming the text when it has another shape.
 Change parseChange(const std::string& text, bool hasValue) {
   const auto valid = Utils::wstringToString(Utils::stringToWstring(text));
   if (valid != text) throw UsageError("'" + valid + "' is no text in UTF-8");
-  const auto equals = text.find('=');
-  const auto choice = text.substr(0, equals);
-  const auto point = choice.rfind('.');  // identifiers of sets have points, too
-  const bool hasBoth = point != std::string::npos && point != 0 && point + 1 != choice.size();
-  if (!hasBoth || hasValue != (equals != std::string::npos)) {
+  Change change(text);
+  if (change.set.empty() || change.property.empty() || hasValue != change.value.has_value()) {
     const std::string value = hasValue ? "=VALUE" : "";
     throw UsageError("'" + text + "' is no " + (hasValue ? "assignment" : "property") + "; write Set.Property" + value +
                      ", or Set[2].Property" + value + " for the second set of a name");
   }
-  return {choice, choice.substr(0, point), choice.substr(point + 1),
-          hasValue ? std::optional(text.substr(equals + 1)) : std::nullopt};
+  return change;
 }
 
 class SetCommand final : public Command {
@@ -47,17 +39,21 @@ class SetCommand final : public Command {
       : Command(program, "set", "Change or remove properties in the header metadata of a file") {
     addInput("MXF file");
     app()
-        .add_option("Set.Property=VALUE", assignments_,
-                    "The new value of a property; Set[2] is the second set of that\nname in the file. "
-                    "An empty VALUE is an empty text, @FILE the\nbytes of a file. Values are written as in diff: "
-                    "10:00:00:00, 29.97,\n16:9, 2024-02-09, 1.2.3.4 release, FullFrame, BT.709, [1, 2]")
+        .add_option(
+            "Set.Property=VALUE", assignments_,
+            "The new value of a property. Of several sets of a name, Set[2]\nis the second one, Set[-1] the "
+            "last, Set[*] all, Set[TrackID=2]\nthose with this value; Set/Other is the one that Set leads\nto. "
+            "An InstanceUID or its beginning is a set, too. See\nmxfxml info --sets. An empty VALUE is an empty "
+            "text,\n@FILE the bytes of a file. Values are written as in diff:\n10:00:00:00, 29.97, 16:9, 2024-02-09, "
+            "1.2.3.4 release, FullFrame,\nBT.709, [1, 2]")
         ->type_name("");
     app()
         .add_option("--remove", removals_, "Remove a property from a set; may be given several times")
         ->type_name("Set.Property")
         ->allow_extra_args(false);
     app()
-        .add_option("--start", start_, "Of several sets with one name, edit the one with this\nInstanceUID")
+        .add_option("--start", start_,
+                    "Of several sets with one name, edit this one, such as that\nwith an InstanceUID")
         ->type_name("ID");
     addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
         ->type_name("OUTPUT.mxf");
@@ -103,37 +99,50 @@ class SetCommand final : public Command {
     std::set<std::pair<const MetadataSet*, const MetaMetadata::MetaAttribute*>> given;
     std::size_t failures = 0;
     for (const auto& change : changes) {
-      try {
-        auto& set = find(metadata, change.set);
-        const auto* attribute =
-            set.definition() == nullptr ? nullptr : set.definition()->findAttribute(change.property);
-        // The second value would replace the first.
-        if (attribute != nullptr && !given.emplace(&set, attribute).second) {
-          throw UsageError(change.choice + " is given more than once");
-        }
-        make(change, set);
-      } catch (const Exceptions::BaseException& error) {
-        if (!options_.keepsGoing()) throw;
-        printMessage(input().u8string() + ": " + error.message());
-        ++failures;
+      auto sets = FoundSets({});
+      failures += attempt([&] { sets = find(metadata, change.set); });
+      for (auto& set : sets) {
+        failures += attempt([&] {
+          const auto* definition = set.definition();
+          const auto* attribute = definition == nullptr ? nullptr : definition->findAttribute(change.property);
+          // The second value would replace the first.
+          if (attribute != nullptr && !given.emplace(&set, attribute).second) {
+            throw UsageError(change.choice + " is given more than once");
+          }
+          make(change, set);
+        });
       }
     }
     return failures;
+  }
+
+  /// @return 1 when the action fails and the user wants to keep going, after a message.
+  template <class Action>
+  std::size_t attempt(Action action) const {
+    try {
+      action();
+    } catch (const Exceptions::BaseException& error) {
+      if (!options_.keepsGoing()) throw;
+      printMessage(input().u8string() + ": " + error.message());
+      return 1;
+    }
+    return 0;
   }
 
   void make(const Change& change, MetadataSet& set) const {
     if (change.value) {
       set.set(change.property, Utils::stringToWstring(*change.value), TextFiles::kRead);
     } else if (!set.remove(change.property)) {
-      printMessage(input().u8string() + ": the " + set.fullName() + " has no " + change.property + " to remove");
+      printMessage(input().u8string() + ": the " + set.fullName() + " has no " + set.namesOf(change.property) +
+                   " to remove");
     }
   }
 
-  MetadataSet& find(const PartitionMetadata& metadata, const std::string& name) const {
-    if (!start_) return metadata.find(name);
+  FoundSets find(const PartitionMetadata& metadata, const std::string& name) const {
+    if (!start_) return metadata.choose(name);
     auto& chosen = metadata.find(*start_);
     for (auto& set : metadata.findAll(name)) {
-      if (&set == &chosen) return set;
+      if (&set == &chosen) return FoundSets({&set});
     }
     throw CommandError("the set '" + *start_ + "' is no " + name);
   }

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "Command.h"
+#include "Core/Platform/NearestName.h"
 #include "ErrorText.h"
-#include "NearestName.h"
 #include "StandardStreams.h"
 
 namespace Vantor::Tool {
@@ -53,7 +53,7 @@ std::optional<int> refuseUnknownCommand(const CLI::App& program, const std::vect
   std::vector<std::string> names;
   for (const CLI::App* command : program.get_subcommands({})) names.push_back(command->get_name());
   if (std::find(names.begin(), names.end(), *first) != names.end()) return std::nullopt;
-  return refuse(program, "there is no command '" + *first + "'" + suggestion(*first, names));
+  return refuse(program, "there is no command '" + *first + "'" + Platform::suggestion(*first, names));
 }
 
 /// @return the exit code when nothing is left to do; none when a subcommand is to be run.

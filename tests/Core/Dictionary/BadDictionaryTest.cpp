@@ -49,7 +49,7 @@ constexpr BadText kBadTexts[] = {
      "dictionary 1\n"
      "sets\n",
      "bad.dictionary:2: 'sets' begins no row; a row that is not indented begins with a set's key, or with "
-     "extend, enum, label or namespace"},
+     "extend, enum, label, names or namespace"},
     {"SetWithoutParent",
      "dictionary 1\n"
      "{S1}  A\n",

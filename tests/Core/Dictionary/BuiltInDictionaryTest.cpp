@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <string>
@@ -66,7 +67,7 @@ TEST(BuiltInDictionary, HoldsTheSetsOfHeaderMetadata) {
   EXPECT_EQ(registerDefinitions().sets().size(), kSetsOfRegisters);
   EXPECT_EQ(registerDefinitions().properties().size(), kPropertiesOfRegisters);
   EXPECT_EQ(allSets().size(), kSetsOfRegisters + 6);
-  EXPECT_EQ(allElements().size(), kPropertiesOfRegisters + 18);
+  EXPECT_EQ(allElements().size(), kPropertiesOfRegisters + 18 + 2);
 }
 
 TEST(BuiltInDictionary, OrdersTheSetsOfTheRegistersByKeyAndThenThoseOfTheSupplement) {
@@ -130,6 +131,10 @@ TEST(BuiltInDictionary, OrdersPropertiesByTheirFirstSet) {
       if (seen.insert(element).second) expected.push_back(element);
     }
   }
+  // The built-in data extends a set of the registers by these.
+  std::stable_partition(expected.begin(), expected.end(), [](const auto* element) {
+    return element->symbol() != "LinkedTimecodeTrackID" && element->symbol() != "DataStreamNumber";
+  });
   EXPECT_EQ(allElements(), expected);
 }
 
@@ -220,7 +225,7 @@ TEST(BuiltInDictionary, NumbersThePropertiesOfEverySetFromOne) {
       EXPECT_EQ(set->attributes()[i].extensionAttribute(kSchemaIndex), Platform::toDecimal(i + 1)) << set->symbol();
     }
   }
-  EXPECT_EQ(attributes, 4439u);
+  EXPECT_EQ(attributes, 4441u);
 }
 
 TEST(BuiltInDictionary, PutsInheritedPropertiesFirst) {

@@ -23,7 +23,7 @@ TEST(UnusualDictionary, AreToldByTheirBeginningWhereAWordHasNoEnd) {
   const std::string xs(99, 'x');
   const std::string words =
       "begins no row; a row that is not indented begins with a set's key, or with extend, enum, "
-      "label or namespace";
+      "label, names or namespace";
   EXPECT_EQ(refusalOfText(dictionaryText(xs + "\xc3\xa9" + std::string(1000000, 'y'))),
             "bad.dictionary:2: '" + xs + "...' " + words);
   EXPECT_EQ(refusalOfText(dictionaryText(xs + "y")), "bad.dictionary:2: '" + xs + "y' " + words);

@@ -38,7 +38,7 @@ TEST_F(SetLookup, FindsTheOnlySetOfAKind) {
   EXPECT_EQ(partition_.tryFind("Other"), &other_);
   EXPECT_EQ(partition_.tryFind("Preface"), nullptr);
   EXPECT_EQ(refusal("Preface"), "the partition has no set Preface");
-  EXPECT_EQ(refusal("Thin"), "the dictionary has no set 'Thin'");
+  EXPECT_EQ(refusal("Thin"), "the dictionary has no set 'Thin' (did you mean 'Thing'?)");
   EXPECT_EQ(refusal(""), "the dictionary has no set ''");
 }
 
@@ -48,10 +48,15 @@ TEST_F(SetLookup, CountsSetsOfAKindFromOneInFileOrder) {
   EXPECT_EQ(&partition_.find("Other[1]"), &other_);
   EXPECT_EQ(refusal("Thing[3]"), "there is no Thing[3]: the partition has 2 of these sets");
   EXPECT_EQ(refusal("Preface[1]"), "the partition has no set Preface");
-  for (const auto* name : {"Thing[0]", "Thing[]", "Thing[x]", "Thing[1", "Thing[1]2", "Thing[-1]", "[1]"}) {
-    EXPECT_EQ(partition_.tryFind(name), nullptr) << name;
+  for (const auto* name : {"Thing[0]", "Thing[]", "Thing[x]", "Thing[1", "Thing[1]2", "[1]"}) {
+    EXPECT_THROW(partition_.tryFind(name), Exceptions::InvalidFormat) << name;
   }
-  EXPECT_EQ(refusal("Thing[0]"), "the dictionary has no set 'Thing[0]'");
+}
+
+TEST_F(SetLookup, CountsSetsOfAKindBackwardsFromMinusOne) {
+  EXPECT_EQ(&partition_.find("Thing[-1]"), &second_);
+  EXPECT_EQ(&partition_.find("Thing[-2]"), &first_);
+  EXPECT_EQ(refusal("Thing[-3]"), "there is no Thing[-3]: the partition has 2 of these sets");
 }
 
 TEST_F(SetLookup, RefusesANameOfSeveralSetsAndListsTheChoices) {
@@ -85,6 +90,16 @@ TEST_F(SetLookup, FindsSetsByInstanceUIDInEveryForm) {
             "00000000-0000-0000-0000-000000000003[2]");
 }
 
+TEST_F(SetLookup, FindsSetsByTheBeginningOfTheirInstanceUID) {
+  second_.set("InstanceUID", Types::UUID(hex("8d9dadd1e1b5476393e47f251bc8bf00").data()));
+  for (const auto* name : {"8d9d", "8D.9D.AD", "{8d9dadd1-e1", "urn:uuid:8d9d", "0x8d9da"}) {
+    EXPECT_EQ(&partition_.find(name), &second_) << name;
+  }
+  EXPECT_EQ(refusal("8d9"), "the dictionary has no set '8d9'");
+  EXPECT_EQ(refusal("8d9e"), "the partition has no set whose InstanceUID begins with 8d9e");
+  EXPECT_EQ(refusal("00000000"), "00000000 is ambiguous: 2 sets; use 00000000[1] or 00000000[2]");
+}
+
 TEST_F(SetLookup, FindsSetsByKeyAlsoThoseThatTheDictionaryLacks) {
   EXPECT_EQ(&partition_.find("06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.A1.00"), &other_);
   EXPECT_THAT(all("urn:smpte:ul:060e2b34.02530101.0d010101.0101a000"), ElementsAre(&first_, &second_));
@@ -116,6 +131,8 @@ TEST(SetLookupByTagName, FindsSetsAndPropertiesByTagNameToo) {
   PartitionMetadata partition(builder.build());
 
   auto& set = partition.createMetadataSet("GroupTag");
+  EXPECT_EQ(&partition.find("Kind"), &set) << "of an abstract kind, those that inherit from it";
+  EXPECT_EQ(&partition.find("Abstract[1]"), &set);
   EXPECT_EQ(&partition.find("Group"), &set);
   EXPECT_EQ(&partition.find("GroupTag"), &set);
   EXPECT_THROW(partition.createMetadataSet("Kind"), Exceptions::InvalidFormat) << "abstract";

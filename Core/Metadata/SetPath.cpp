@@ -1,0 +1,147 @@
+#include "Core/Metadata/SetPath.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "Core/Platform/Raise.h"
+
+namespace Vantor {
+
+namespace {
+
+using Exceptions::InvalidFormat;
+using Exceptions::raise;
+
+constexpr auto kNowhere = std::string_view::npos;
+
+/// Behind the quote that ends a quoted text; `kNowhere` when none does.
+std::size_t endOfQuoted(std::string_view text, std::size_t open) {
+  for (std::size_t at = open + 1; at < text.size(); ++at) {
+    if (text[at] == '\\') {
+      ++at;
+    } else if (text[at] == '"') {
+      return at + 1;
+    }
+  }
+  return kNowhere;
+}
+
+/// The bracket that closes one. Quotes count at the start of a value and within lists.
+/// @throws InvalidFormat when there is none.
+std::size_t closingBracket(std::string_view text, std::size_t open) {
+  const std::size_t equals = text.find('=', open);
+  std::size_t depth = 1;
+  for (std::size_t at = open + 1; at < text.size(); ++at) {
+    if (text[at] == '[') ++depth;
+    if (text[at] == ']' && --depth == 0) return at;
+    if (text[at] != '"' || (depth == 1 && at - 1 != equals)) continue;
+    at = endOfQuoted(text, at);
+    if (at == kNowhere) raise<InvalidFormat>("the quoted text in '{}' has no end", text.substr(open));
+    --at;
+  }
+  raise<InvalidFormat>("the bracket in '{}' is not closed", text);
+}
+
+std::string withoutQuotes(std::string_view quoted) {
+  std::string text;
+  for (std::size_t at = 1; at + 1 < quoted.size(); ++at) {
+    if (quoted[at] == '\\') ++at;
+    text += quoted[at];
+  }
+  return text;
+}
+
+std::string_view withoutBlanks(std::string_view text) {
+  const auto first = std::min(text.find_first_not_of(' '), text.size());
+  return text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
+
+std::optional<int64> numberOf(std::string_view text) {
+  int64 number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const bool isNumber = error == std::errc() && end == text.data() + text.size();
+  return isNumber ? std::optional(number) : std::nullopt;
+}
+
+}  // namespace
+
+SetPath::SetPath(std::string_view text) : text_(text) {
+  std::size_t at = 0;
+  for (;;) {
+    steps_.push_back(readStep(at));
+    if (at == text_.size()) return;
+    ++at;  // a slash
+  }
+}
+
+bool SetPath::isForAll() const {
+  const auto& selectors = steps_.back().selectors;
+  return !selectors.empty() && selectors.back().kind == Selector::Kind::kAll;
+}
+
+SetPath::Step SetPath::readStep(std::size_t& at) const {
+  Step step;
+  step.begin = at;
+  step.nameEnd = at = std::min(text_.find_first_of("[]/", at), text_.size());
+  step.name = withoutBlanks(std::string_view(text_).substr(step.begin, at - step.begin));
+  while (at < text_.size() && text_[at] == '[') {
+    if (step.name.empty()) raise<InvalidFormat>("there is no name before '{}'", text_.substr(at));
+    const auto close = closingBracket(text_, at);
+    step.selectors.push_back(readSelector(at, close));
+    at = close + 1;
+  }
+  const bool hasSlash = at < text_.size() && text_[at] == '/';
+  if (at < text_.size() && !hasSlash) raise<InvalidFormat>("'{}' in '{}' cannot stand there", text_.substr(at), text_);
+  const bool isOnly = steps_.empty() && !hasSlash;
+  if (step.name.empty() && !isOnly) raise<InvalidFormat>("'{}' has an empty step beside a '/'", text_);
+  return step;
+}
+
+SetPath::Selector SetPath::readSelector(std::size_t open, std::size_t close) const {
+  const auto inside = std::string_view(text_).substr(open + 1, close - open - 1);
+  Selector selector;
+  selector.end = close + 1;
+  if (inside == "*") return selector;
+  if (inside.find('=') != kNowhere) return readCondition(open, close);
+  const auto index = numberOf(inside);
+  if (!index) {
+    raise<InvalidFormat>(
+        "'[{}]' in '{}' is no index, such as [2] or [-1], nor [*], nor a condition, such as [TrackID=2]", inside,
+        text_);
+  }
+  if (*index == 0) raise<InvalidFormat>("'[{}]' in '{}': the first is [1], the last [-1]", inside, text_);
+  selector.kind = Selector::Kind::kIndex;
+  selector.index = *index;
+  return selector;
+}
+
+SetPath::Selector SetPath::readCondition(std::size_t open, std::size_t close) const {
+  const auto inside = std::string_view(text_).substr(open + 1, close - open - 1);
+  const auto equals = inside.find('=');
+  auto value = inside.substr(equals + 1);
+  Selector selector;
+  selector.kind = Selector::Kind::kCondition;
+  selector.property = inside.substr(0, equals);
+  selector.end = close + 1;
+  if (equals == 0) raise<InvalidFormat>("the condition '[{}]' in '{}' names no property", inside, text_);
+  const bool isQuoted = !value.empty() && value.front() == '"';
+  if (isQuoted && endOfQuoted(value, 0) != value.size()) {
+    raise<InvalidFormat>("the condition '[{}]' in '{}' goes on behind its quoted text", inside, text_);
+  }
+  selector.value = isQuoted ? withoutQuotes(value) : std::string(value);
+  return selector;
+}
+
+PropertyPath::PropertyPath(std::string_view text) {
+  std::size_t at = 0, point = kNowhere;
+  for (; at < text.size() && text[at] != '='; ++at) {
+    if (text[at] == '.') point = at;
+    if (text[at] == '[') at = closingBracket(text, at);
+  }
+  choice = text.substr(0, at);
+  if (at < text.size()) value = text.substr(at + 1);
+  set = choice.substr(0, std::min(point, choice.size()));
+  if (point != kNowhere) property = choice.substr(point + 1);
+}
+
+}  // namespace Vantor
