@@ -9,13 +9,13 @@ using MetaMetadata::Vocabulary;
 Definitions registerDefinitions() {
   Definitions definitions;
   definitions.readTrusted(Embedded::smpteRegisters(), "SmpteRegisters.dictionary");
-  definitions.readTrusted(Embedded::commonNames(), "CommonNames.dictionary");
   return definitions;
 }
 
 Definitions builtInDefinitions() {
   auto definitions = registerDefinitions();
   definitions.readTrusted(Embedded::smpteSupplement(), "SmpteSupplement.dictionary", true);
+  definitions.readTrusted(Embedded::commonNames(), "CommonNames.dictionary");
   return definitions;
 }
 

@@ -48,7 +48,7 @@ bool isAbsurd(const Rational& ratio) {
 void checkAspectRatios(const Model& model, Report& report) {
   constexpr std::array kProperties = {"ImageAspectRatio"};
   forEachRate(model, kProperties, [&](const MetadataSet& set, const char* property, const Rational& ratio) {
-    if (!isPositive(ratio) || isAbsurd(ratio)) report.add(set, property, {valueText(ratio)});
+    if (!isPositive(ratio) || isAbsurd(ratio)) report.add(set, property, {valueText(set, *set.find(property))});
   });
 }
 

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #endif
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 
@@ -152,11 +153,23 @@ TEST_F(PublishedRegisterFiles, GiveTheDefinitionsThatAreBuiltIn) {
   EXPECT_EQ(told(*definitions.makeDictionary()), told(*registerDefinitions().makeDictionary()));
 }
 
-TEST_F(PublishedRegisterFiles, OverTheBuiltInDefinitionsChangeNothing) {
+/// But for the two properties that common names add to a set of the registers.
+std::vector<std::string> withoutAdded(std::vector<std::string> lines) {
+  const auto isAdded = [](const std::string& line) {
+    return line.find("060e2b34.0101010c.04020501.07000000 ") != std::string::npos ||
+           line.find("060e2b34.0101010c.04020501.08000000 ") != std::string::npos;
+  };
+  const auto end = std::remove_if(lines.begin(), lines.end(), isAdded);
+  EXPECT_EQ(lines.end() - end, 2);
+  lines.erase(end, lines.end());
+  return lines;
+}
+
+TEST_F(PublishedRegisterFiles, OverTheBuiltInDefinitionsChangeNothingButASetThatIsExtended) {
   auto definitions = builtInDefinitions();
   readDictionaryFiles({folder_}, definitions);
-  EXPECT_EQ(told(definitions), told(builtInDefinitions()));
-  EXPECT_EQ(told(*definitions.makeDictionary()), told(*builtInDictionary()));
+  EXPECT_EQ(told(definitions), withoutAdded(told(builtInDefinitions())));
+  EXPECT_EQ(told(*definitions.makeDictionary()), withoutAdded(told(*builtInDictionary())));
   ASSERT_EQ(definitions.labels().size(), builtInLabels().labels().size());
   for (std::size_t i = 0; i < definitions.labels().size(); ++i) {
     EXPECT_EQ(definitions.labels()[i].key, builtInLabels().labels()[i].key);
