@@ -58,7 +58,7 @@ TEST(Info, ListsSetsAsTheSetCommandTakesThem) {
   Sequence[2]                                      Sound Essence Track, in TimelineTrack[2]
   Sequence[3]                                      SMPTE-12M Timecode Track Inactive User Bits, in TimelineTrack[3]
   Sequence[4]                                      SMPTE-12M Timecode Track Inactive User Bits, in TimelineTrack[4]
-  SoundDescriptor (GenericSoundEssenceDescriptor)  LinkedTrackID 2, AudioSampleRate (AudioSamplingRate) 48000/1, ChannelCount 2, in SourcePackage
+  SoundDescriptor (GenericSoundEssenceDescriptor)  LinkedTrackID 2, AudioSampleRate (AudioSamplingRate) 48000, ChannelCount 2, in SourcePackage
   SourceClip[1]                                    Sound Essence Track, SourceTrackID 0, StartPosition 0, in Sequence[1]
   SourceClip[2]                                    Sound Essence Track, SourceTrackID 2, StartPosition 0, in Sequence[2]
   SourcePackage                                    PackageName (Name) "Source package", PackageID (PackageUID) 06.0A.2B.34.01.01.01.05.01.01.0D.22.13.9B.BD.B8.45.EE.F7.3A.7A.98.45.6A.B9.3F.97.6A.95.3F.0F.F9

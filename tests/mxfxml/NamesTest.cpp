@@ -72,7 +72,7 @@ TEST(Names, ChooseSetsByAValueOrAPath) {
   EXPECT_EQ(file.set({"TimelineTrack[TrackName=a.b=c].TrackName=d"}).exitCode, 0);
   EXPECT_THAT(file.diff(), AllOf(HasSubstr("-> \"d\""), Not(HasSubstr("a.b=c"))));
   EXPECT_EQ(file.set({"MaterialPackage/Timecode.StartTimecode=90000"}).exitCode, 0);
-  EXPECT_THAT(file.diff(), HasSubstr(": StartTimecode: 0 -> 90000\n"));
+  EXPECT_THAT(file.diff(), HasSubstr(": StartTimecode: 00:00:00:00 -> 00:07:58:136\n"));
 }
 
 TEST(Names, ChooseSetsByTheBeginningOfAnInstanceUID) {

@@ -72,7 +72,7 @@ class SetCommand final : public Command {
     for (const auto& text : removals_) changes.push_back(parseChange(text, false));
     // It is read by the base in its set, which may change with it.
     std::stable_partition(changes.begin(), changes.end(),
-                          [](const Change& change) { return change.property != "StartTimecode"; });
+                          [](const Change& change) { return !change.value || change.property != "StartTimecode"; });
     if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
     if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (output_) refuseSameFile(input(), *output_);
