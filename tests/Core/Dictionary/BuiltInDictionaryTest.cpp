@@ -81,7 +81,9 @@ TEST(BuiltInDictionary, StaysWhatTheRegistersMakeWithTheSupplementBehind) {
   const auto registers = registerDefinitions(), all = builtInDefinitions();
   for (std::size_t i = 0; i < kSetsOfRegisters; ++i) {
     EXPECT_EQ(all.sets()[i].symbol, registers.sets()[i].symbol);
-    EXPECT_EQ(all.sets()[i].properties.size(), registers.sets()[i].properties.size()) << all.sets()[i].symbol;
+    // The common names add two properties to this one.
+    const std::size_t added = all.sets()[i].symbol == "AES3PCMDescriptor" ? 2 : 0;
+    EXPECT_EQ(all.sets()[i].properties.size(), registers.sets()[i].properties.size() + added) << all.sets()[i].symbol;
   }
   EXPECT_EQ(all.sources()[all.sets()[kSetsOfRegisters].origin.source], "SmpteSupplement.dictionary");
 }
