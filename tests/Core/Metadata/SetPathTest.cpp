@@ -243,7 +243,7 @@ TEST_F(SetPathInPartition, NamesThePartThatLeadsNowhere) {
        "there is no Preface[Child=00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.09]: the only set has another Child, or "
        "none"},
       {"Thing[Numbr=9]", "Thing has no property 'Numbr' (did you mean 'Number'?)"},
-      {"Thing[Number=x]", "Thing[Number=x]: 'x' is no whole number from 0 to 4294967295"},
+      {"Thing[Number=x]", "Thing[Number=x]: 'x' is not a whole number from 0 to 4294967295; for example 25 or 0x19"},
       {"0123.4567", "the partition has no set whose InstanceUID begins with 0123.4567"},
       {"Preface/0123", "Preface leads to no 0123"},
   };
