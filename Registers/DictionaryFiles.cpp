@@ -37,7 +37,7 @@ void checkFile(const Path& path) {
 void readFolder(const Path& folder, Entries& into) {
   for (const char* name : kRegisterNames) {
     const Path file = folder / (std::string(name) + ".xml");
-    if (name != kRegisterNames.back() || std::filesystem::exists(file)) readRegister(file, into);
+    if (std::string_view(name) != kRegisterNames.back() || std::filesystem::exists(file)) readRegister(file, into);
   }
 }
 
