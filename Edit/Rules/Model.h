@@ -159,4 +159,9 @@ inline bool isComplete(const MXF::PartitionInfo& partition) {
          partition.pack.status == KLV::PartitionStatus::kOpenComplete;
 }
 
+/// Whether nothing of a partition will change any more.
+inline bool isClosedComplete(const MXF::PartitionInfo& partition) {
+  return partition.pack.status == KLV::PartitionStatus::kClosedComplete;
+}
+
 }  // namespace Vantor::Edit

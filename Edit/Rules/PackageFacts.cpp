@@ -57,4 +57,8 @@ bool areEqual(const Types::Rational& left, const Types::Rational& right) {
   return int64{left.numerator()} * right.denominator() == int64{right.numerator()} * left.denominator();
 }
 
+std::optional<Types::UniversalLabel> patternOf(const Model& model) {
+  return model.preface() == nullptr ? std::nullopt : labelOf(*model.preface(), "OperationalPattern");
+}
+
 }  // namespace Vantor::Edit

@@ -26,6 +26,9 @@ const MetadataSet* linkedTrackOf(const PlacedDescriptor& descriptor);
 /// The packages that the content storage lists, each once per reference.
 std::vector<const MetadataSet*> storedPackages(const Model& model);
 
+/// The operational pattern of the Preface; none where it is missing, or no label.
+std::optional<Types::UniversalLabel> patternOf(const Model& model);
+
 /// @name Rates and ratios
 /// @{
 bool areEqual(const Types::Rational& left, const Types::Rational& right);

@@ -68,8 +68,7 @@ void forEachClip(const Model& model, Visit&& visit) {
 }
 
 bool asksForPackages(const Model& model) {
-  const auto* preface = model.preface();
-  const auto pattern = preface == nullptr ? std::nullopt : labelOf(*preface, "OperationalPattern");
+  const auto pattern = patternOf(model);
   return pattern && MXF::hasInternalEssence(*pattern);
 }
 

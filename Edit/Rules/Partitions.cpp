@@ -12,11 +12,6 @@ namespace Vantor::Edit {
 namespace {
 
 using KLV::PartitionKind;
-using KLV::PartitionStatus;
-
-bool isClosedComplete(const MXF::PartitionInfo& partition) {
-  return partition.pack.status == PartitionStatus::kClosedComplete;
-}
 
 void checkDamage(const CheckedFile& file, Report& report) {
   for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
@@ -24,29 +19,29 @@ void checkDamage(const CheckedFile& file, Report& report) {
   }
 }
 
-void checkProblems(const CheckedFile& file, Report& report) {
+/// Reports the partitions that have a problem of one kind. @param property  what of the pack; may be empty.
+void reportProblems(const CheckedFile& file, std::string FileState::Partition::*kind, const char* property,
+                    Report& report) {
   for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
-    const auto& problem = file.state().partitions[i].problem;
-    if (!problem.empty()) report.add(i, "", {problem});
+    const auto& problem = file.state().partitions[i].*kind;
+    if (!problem.empty()) report.add(i, property, {problem});
   }
+}
+
+void checkProblems(const CheckedFile& file, Report& report) {
+  reportProblems(file, &FileState::Partition::problem, "", report);
+}
+
+void checkCounts(const CheckedFile& file, Report& report) {
+  reportProblems(file, &FileState::Partition::countProblem, "HeaderByteCount", report);
+}
+
+void checkDirectories(const CheckedFile& file, Report& report) {
+  reportProblems(file, &FileState::Partition::directoryProblem, "", report);
 }
 
 void checkWhole(const CheckedFile& file, Report& report) {
   if (file.isCut()) report.add({std::to_string(file.state().fileSize)});
-}
-
-void checkCounts(const CheckedFile& file, Report& report) {
-  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
-    const auto& problem = file.state().partitions[i].countProblem;
-    if (!problem.empty()) report.add(i, "HeaderByteCount", {problem});
-  }
-}
-
-void checkDirectories(const CheckedFile& file, Report& report) {
-  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
-    const auto& problem = file.state().partitions[i].directoryProblem;
-    if (!problem.empty()) report.add(i, "", {problem});
-  }
 }
 
 void checkPartitionKinds(const CheckedFile& file, Report& report) {

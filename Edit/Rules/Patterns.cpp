@@ -13,16 +13,17 @@ namespace {
 
 using Types::UniversalLabel;
 
-/// The pattern of the Preface; none where it is missing.
-std::optional<UniversalLabel> patternOf(const Model& model) {
-  return model.preface() == nullptr ? std::nullopt : labelOf(*model.preface(), "OperationalPattern");
-}
-
 void checkPattern(const Model& model, Report& report) {
   const auto pattern = patternOf(model);
   if (pattern && !MXF::isOperationalPattern(*pattern)) {
     report.add(*model.preface(), "OperationalPattern", {textOf(*pattern)});
   }
+}
+
+/// None where the label of the Preface is no operational pattern.
+std::optional<UniversalLabel> realPatternOf(const Model& model) {
+  const auto pattern = patternOf(model);
+  return pattern && MXF::isOperationalPattern(*pattern) ? pattern : std::nullopt;
 }
 
 /// ST 377-1: octet 13 of a general pattern has the complexity of items, octet 14 that of packages.
@@ -37,8 +38,8 @@ bool isDefined(const Model& model, const UniversalLabel& label) {
 }
 
 void checkComplexity(const Model& model, Report& report) {
-  const auto pattern = patternOf(model);
-  if (!pattern || !MXF::isOperationalPattern(*pattern) || isGeneral(*pattern) || isDefined(model, *pattern)) return;
+  const auto pattern = realPatternOf(model);
+  if (!pattern || isGeneral(*pattern) || isDefined(model, *pattern)) return;
   report.add(*model.preface(), "OperationalPattern", {textOf(*pattern)});
 }
 
@@ -57,8 +58,8 @@ FilePackages topLevelPackages(const Model& model) {
 
 /// Columns a and b of the patterns have one material package, c has alternatives.
 void checkMaterialPackages(const Model& model, Report& report) {
-  const auto pattern = patternOf(model);
-  if (!pattern || !MXF::isOperationalPattern(*pattern) || !isGeneral(*pattern) || pattern->octet(14) == 3) return;
+  const auto pattern = realPatternOf(model);
+  if (!pattern || !isGeneral(*pattern) || pattern->octet(14) == 3) return;
   const auto packages = storedPackages(model);
   const auto number = std::count_if(packages.begin(), packages.end(),
                                     [&](const MetadataSet* set) { return model.is(*set, "MaterialPackage"); });
@@ -67,15 +68,15 @@ void checkMaterialPackages(const Model& model, Report& report) {
 
 /// Pattern 1a.
 void checkFilePackages(const Model& model, Report& report) {
-  const auto pattern = patternOf(model);
-  if (!pattern || !MXF::isOperationalPattern(*pattern) || pattern->octet(13) != 1 || pattern->octet(14) != 1) return;
+  const auto pattern = realPatternOf(model);
+  if (!pattern || pattern->octet(13) != 1 || pattern->octet(14) != 1) return;
   const auto number = topLevelPackages(model).size();
   if (number > 1) report.add(*model.preface(), "OperationalPattern", {std::to_string(number)});
 }
 
 void checkAtom(const Model& model, Report& report) {
-  const auto pattern = patternOf(model);
-  if (!pattern || !MXF::isOperationalPattern(*pattern) || !isAtom(*pattern)) return;
+  const auto pattern = realPatternOf(model);
+  if (!pattern || !isAtom(*pattern)) return;
   for (const auto* package : model.packagesWithEssence()) {
     const auto number = std::count_if(package->tracks.begin(), package->tracks.end(),
                                       [&](const MetadataSet* track) { return isEssenceTrack(model, *track); });

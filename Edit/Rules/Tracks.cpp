@@ -179,7 +179,7 @@ void checkLinkedTracks(const Model& model, Report& report) {
   }
 }
 
-/// Where several descriptors describe a package, nothing else tells which track each is about.
+/// Only this property links a descriptor to its track where a package has several.
 void checkUnlinkedDescriptors(const Model& model, Report& report) {
   for (const auto& descriptor : model.descriptors()) {
     if (descriptor.whole == nullptr || integerOf(*descriptor.set, "LinkedTrackID").value_or(0) != 0) continue;
@@ -213,11 +213,10 @@ void checkDoubledLinks(const Model& model, Report& report) {
   }
 }
 
-bool isClosedComplete(const CheckedFile& file, const Model& model) {
+bool isFinished(const CheckedFile& file, const Model& model) {
   const auto& partitions = model.partitions();
-  return std::any_of(partitions.begin(), partitions.end(), [&](std::size_t number) {
-    return file.state().partitions[number].info.pack.status == KLV::PartitionStatus::kClosedComplete;
-  });
+  return std::any_of(partitions.begin(), partitions.end(),
+                     [&](std::size_t number) { return isClosedComplete(file.state().partitions[number].info); });
 }
 
 /// Events have positions; static tracks have no time.
@@ -232,7 +231,7 @@ void checkUnknownLengths(const Model& model, Report& report) {
 /// A file that is still being written does not know them.
 void checkFinalLengths(const CheckedFile& file, Report& report) {
   for (const auto& model : file.models()) {
-    if (!isClosedComplete(file, model)) continue;
+    if (!isFinished(file, model)) continue;
     Report ofMetadata = report.about(model.partitions());
     checkUnknownLengths(model, ofMetadata);
   }
