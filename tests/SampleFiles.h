@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -21,12 +23,22 @@ inline std::vector<Path> mxfFilesIn(const Path& folder) {
   return files;
 }
 
+/// Whether two files hold the same bytes; a file that cannot be read has none.
+inline bool haveSameBytes(const Path& a, const Path& b) {
+  std::ifstream left(a, std::ios::binary), right(b, std::ios::binary);
+  using Octets = std::istreambuf_iterator<char>;
+  return std::equal(Octets(left), Octets(), Octets(right), Octets());
+}
+
 /// The files of tests/data and, where they exist, those of the folders `samples` and `more-samples` of `shared` beside
-/// the repository.
+/// the repository; a file that is in both stands once.
 inline std::vector<Path> sampleFiles() {
-  auto files = mxfFilesIn(VANTOR_TEST_DATA_DIR);
+  const Path data(VANTOR_TEST_DATA_DIR);
+  auto files = mxfFilesIn(data);
   for (const char* folder : {"samples", "more-samples"}) {
-    for (auto& file : mxfFilesIn(Path(VANTOR_SHARED_DIR) / folder)) files.push_back(std::move(file));
+    for (auto& file : mxfFilesIn(Path(VANTOR_SHARED_DIR) / folder)) {
+      if (!haveSameBytes(file, data / file.filename())) files.push_back(std::move(file));
+    }
   }
   return files;
 }

@@ -189,16 +189,20 @@ MXF::FileLayout manyPartitions(std::size_t count) {
 
 TEST(EditedLayout, TakesNoLongTimeForManyPartitionsThatRepeatTheMetadata) {
 #ifdef VANTOR_SANITIZED
-  const std::string seconds = "60";
+  const std::size_t partitions = 500;
+  const std::string seconds = "15";
 #else
+  const std::size_t partitions = 2000;
   const std::string seconds = "5";
 #endif
-  const EditedLayout file(manyPartitions(2000));
+  const EditedLayout file(manyPartitions(partitions));
+  const std::string number = std::to_string(partitions), all = std::to_string(partitions + 2);
   for (const auto& assignment : {kWithinRoom, kBeyondRoom}) {
     const Result result = runLimited("ulimit -t " + seconds, {"set", file.original(), assignment, "-o", file.copy()});
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_EQ(result.out, "1 set changed (1 property); written to 2002 partitions, which repeat each other\n");
-    for (const auto& partition : {"0", "1", "2000"}) EXPECT_THAT(file.difference(partition), HasSubstr(kOneDifference));
+    EXPECT_EQ(result.out, "1 set changed (1 property); written to " + all + " partitions, which repeat each other\n");
+    for (const auto& partition : {std::string("0"), std::string("1"), number})
+      EXPECT_THAT(file.difference(partition), HasSubstr(kOneDifference));
   }
 }
 

@@ -228,9 +228,10 @@ class ReplacedSampleTest : public ReplacementTest, public testing::WithParamInte
     for (std::size_t i = 0; i < structure.partitions.size(); ++i) {
       if (structure.partitions[i].pack.headerByteCount == 0) continue;
       const KLV::Key set = keyOf("06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.7F.00");
+      const Bytes dark = klv(set, item(0x8001, Bytes(20000, 1)));
       Bytes bytes = metadataIn(GetParam(), i);
       while (bytes.size() <= structure.partitions[i].pack.headerByteCount) {
-        bytes = bytes + klv(set, item(0x8001, Bytes(20000, 1)));
+        bytes.insert(bytes.end(), dark.begin(), dark.end());
       }
       larger.push_back({i, std::move(bytes)});
     }
