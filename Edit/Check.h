@@ -9,6 +9,7 @@
 
 #include "Core/DataIO/SeekableSource.h"
 #include "Core/MXF/FileStructure.h"
+#include "Core/MXF/IndexTable.h"
 #include "Core/Metadata/PartitionMetadata.h"
 
 /// Rules about what header metadata and partition packs have to state, and what a file has that breaks them.
@@ -54,6 +55,7 @@ struct FileState {
     /// Its header metadata, with all rows of the primer pack as they were read; null when it has none, or none that can
     /// be read. Repetitions share one object, and rules look at it once.
     SharedPtr<const PartitionMetadata> metadata;
+    std::optional<MXF::IndexTableSegment> index;  ///< its index table; none when it has none that can be read
     std::string problem;           ///< why its metadata cannot be read; empty when they can, or when it has none
     std::string countProblem;      ///< why its pack's count of metadata bytes is wrong; empty when it is right
     std::string directoryProblem;  ///< what is wrong with its object directory; empty when it has a sound one, or none

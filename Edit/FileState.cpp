@@ -28,6 +28,7 @@ class StateReader {
     for (std::size_t i = 0; i < structure_.partitions.size(); ++i) {
       auto& partition = state.partitions.emplace_back();
       partition.info = structure_.partitions[i];
+      partition.index = MXF::readIndexTable(source_, structure_, i);
       if (!hasMetadata(partition.info) && (i != 0 || leavesMetadataToALaterOne())) continue;
       readMetadata(i, state);
       if (partition.problem.empty()) checkRoom(i, partition);

@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <set>
 
+#include "Core/Comparison/ValueText.h"
 #include "Edit/Rules/PackageFacts.h"
 #include "Edit/Rules/Rule.h"
 
@@ -78,6 +80,39 @@ void checkPartitionIndexes(const CheckedFile& file, Report& report) {
   for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
     const int64 stream = file.state().partitions[i].info.pack.indexSID;
     if (streams.index.count(stream) == 0) report.add(i, "IndexSID", {std::to_string(stream)});
+  }
+}
+
+/// The package whose essence an index stream is about; null where none is named.
+const Package* packageOfIndex(const Model& model, int64 stream) {
+  for (const auto* data : model.all("EssenceData")) {
+    if (integerOf(*data, "IndexStreamID").value_or(0) == stream) return model.package(*data, "LinkedPackageID");
+  }
+  return nullptr;
+}
+
+/// The rates of the tracks of essence.
+std::vector<Types::Rational> editRatesOf(const Model& model, const Package& package) {
+  std::vector<Types::Rational> rates;
+  for (const auto* track : package.tracks) {
+    const auto* rate = valueOf<Types::Rational>(*track, "EditRate");
+    if (rate != nullptr && isPositive(*rate) && isEssenceTrack(model, *track)) rates.push_back(*rate);
+  }
+  return rates;
+}
+
+/// A table counts in edit units of its essence.
+void checkIndexRates(const CheckedFile& file, Report& report) {
+  if (file.best() == nullptr) return;
+  for (std::size_t i = 0; i < file.state().partitions.size(); ++i) {
+    const auto& index = file.state().partitions[i].index;
+    const auto* package =
+        index && isPositive(index->editRate) ? packageOfIndex(*file.best(), index->indexSID) : nullptr;
+    if (package == nullptr) continue;
+    const auto rates = editRatesOf(*file.best(), *package);
+    const auto isSame = [&](const Types::Rational& rate) { return areEqual(rate, index->editRate); };
+    if (rates.empty() || std::any_of(rates.begin(), rates.end(), isSame)) continue;
+    report.add(i, "IndexEditRate", {valueText(index->editRate), valueText(rates.front())});
   }
 }
 
@@ -165,6 +200,10 @@ const RuleTable& essenceRules() {
       {{"partition-index", Severity::kWarning, "no EssenceData names the index stream {number} of the partition",
         "ST 377-1, Partition Pack"},
        checkPartitionIndexes},
+      {{"index-rate", Severity::kError,
+        "the index table counts {rate} edit units a second, the tracks of its essence {rate}",
+        "ST 377-1, Index Table Segment"},
+       checkIndexRates},
       {{"stream-number", Severity::kError, "the number {number} belongs to another stream already",
         "ST 377-1, Essence Container Data"},
        checkStreamNumbers},

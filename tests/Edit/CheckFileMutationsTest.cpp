@@ -36,6 +36,11 @@ const std::vector<Mutation> kPartitions = {
     {"partition-kind", {}, [](FileState& state) { packOf(state, 1).kind = KLV::PartitionKind::kFooter; }},
     {"partition-kind", {}, [](FileState& state) { packOf(state, 1).kind = KLV::PartitionKind::kHeader; }},
     {"footer-kind", {}, [](FileState& state) { packOf(state, 2).kind = KLV::PartitionKind::kBody; }},
+    {"index-rate",
+     {},
+     [](FileState& state) {
+       state.partitions[2].index->editRate = {30000, 1001};
+     }},
     {"random-index", {}, [](FileState& state) { state.randomIndexProblem = "cut short"; }},
     {"random-index-count", {}, [](FileState& state) { state.randomIndex->pop_back(); }},
     {"random-index-entry", {}, [](FileState& state) { ++state.randomIndex->back().offset; }},
@@ -64,6 +69,15 @@ const std::vector<Mutation> kPartitions = {
      },
      kRepeatingSample},
 };
+
+TEST(CheckedIndexTable, DoesNotFollowTheRateOfItsTracks) {
+  const Mutation faster = {"index-rate", [](Metadata& m) {
+                             for (auto* set : m.sets()) {
+                               if (set->name() == "TimelineTrack") set->set("EditRate", Types::Rational(50, 1));
+                             }
+                           }};
+  EXPECT_THAT(newFindingsOf(faster), testing::Contains(testing::HasSubstr("the index table counts 25")));
+}
 
 const std::vector<Mutation> kLabels = {
     {"unknown-label", [](Metadata& m) { m.find("MPEGVideoDescriptor").set("PictureCompression", kUnregisteredLabel); }},
