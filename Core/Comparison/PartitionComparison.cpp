@@ -70,6 +70,7 @@ struct Side {
   const MetadataSet* set = nullptr;
   const Element* property = nullptr;
 
+  bool isUnread() const { return property->metaAttribute().asUnknown() != nullptr; }
   /// @param value  the property's, or an item of it; null for none.
   std::string textOf(const SimpleDataType* value) const {
     if (value == nullptr) return kNoValue;
@@ -300,7 +301,7 @@ class Comparer {
         return std::string(Types::Identifiers::name(value.identifier())) + " " + side.textOf(&value);
       };
       Finding finding{Kind::kValue, leftSide_.textOf(left), rightSide_.textOf(right)};
-      if (finding.left != finding.right) return finding;
+      if (leftSide_.isUnread() != rightSide_.isUnread() && finding.left != finding.right) return finding;
       return Finding{Kind::kValue, typed(leftSide_, *left), typed(rightSide_, *right)};
     }
     if (const auto* collection = dynamic_cast<const Types::Collection*>(left)) {

@@ -13,6 +13,15 @@ namespace {
 
 bool isUnread(const Element& property) { return property.metaAttribute().asUnknown() != nullptr; }
 
+bool isMisplaced(const Element& property) {
+  return dynamic_cast<const MetaMetadata::MisplacedAttribute*>(&property.metaAttribute()) != nullptr;
+}
+
+/// Misplaced properties stay alone.
+bool mayJoin(const Element& left, const Element& right) {
+  return isUnread(left) != isUnread(right) && !isMisplaced(left) && !isMisplaced(right);
+}
+
 }  // namespace
 
 std::vector<PropertyPair> pairProperties(const MetadataSet& left, const PartitionDictionary& leftTags,
@@ -43,7 +52,7 @@ void joinUnread(std::vector<PropertyPair>& pairs, const MetadataSet& left, const
   for (auto& pair : pairs) {
     const auto* definition = pair.right != nullptr || waiting.empty() ? nullptr : left.definitionOf(*pair.left);
     const auto found = definition == nullptr ? waiting.end() : waiting.find(definition->key().key());
-    if (found == waiting.end() || isUnread(*pair.left) == isUnread(*found->second->right)) continue;
+    if (found == waiting.end() || !mayJoin(*pair.left, *found->second->right)) continue;
     std::swap(pair.right, found->second->right);
     waiting.erase(found);
   }

@@ -61,6 +61,7 @@ constexpr std::array kNames = {
     // Kinds of tracks, as players call them.
     CommonLabelName{"video", "PictureEssenceTrack"},
     CommonLabelName{"audio", "SoundEssenceTrack"},
+    CommonLabelName{"data", "DataEssenceTrack"},
     // Tag symbols.
     CommonLabelName{"chl", "LeftAudioChannel"},
     CommonLabelName{"chr", "RightAudioChannel"},

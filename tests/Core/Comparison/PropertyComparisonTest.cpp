@@ -222,7 +222,7 @@ TEST_F(ThingComparison, DoesNotTakeAMisplacedPropertyForAValidOrUnknownOne) {
   readSet(left_, "Thing", Items().item(0x5001, "0005"));
   readSet(right_, "Thing", Items().item(0x5001, "05"));
   EXPECT_THAT(differences(), ElementsAre("missing property: Thing : Foreign: 5 -> ",
-                                         "added property: Thing : Foreign as octets:  -> 05"));
+                                         "added property: Thing : Foreign as octets:  -> 0x[05]"));
 }
 
 }  // namespace

@@ -87,8 +87,9 @@ const Mistake kMistakes[] = {
      "TransferCharacteristic_SMPTEST2084)"},
     {"CDCIDescriptor", "TransferCharacteristic", "BT.470",
      "'BT.470' is not a transfer characteristic (it has several systems: TransferCharacteristic_ITU470_PAL)"},
-    {"AudioChannelLabelSubDescriptor", "MCALabelDictionaryID", "5.14",
-     "'5.14' is not a label of an audio channel or soundfield (no label has that name)"},
+    {"AudioChannelLabelSubDescriptor", "MCALabelDictionaryID", "quad",
+     "'quad' is not a label of an audio channel or soundfield (no label has that name); for example chL, sg51 or "
+     "LeftAudioChannel"},
     {"CDCIDescriptor", "TransferCharacteristic", "CodingEquations_ITU709",
      "'CodingEquations_ITU709' is not a transfer characteristic (that is the label "
      "06.0E.2B.34.04.01.01.01.04.01.01.01.02.02.00.00)" REFUSED_TRANSFER},

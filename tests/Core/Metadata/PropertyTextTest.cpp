@@ -99,7 +99,7 @@ TEST(PropertyText, OfATimecodeFollowsTheBaseInItsSet) {
   EXPECT_EQ(timecode.text("StartTimecode"), "90000");
   EXPECT_EQ(timecode.refusal("StartTimecode", "01:00:00:00"),
             "'01:00:00:00' is not a timecode or a number of frames (FramesPerSecond of the set is missing or 0); for "
-            "example 10:00:00:00 or 900000");
+            "example 900000");
 }
 
 TEST(PropertyText, TakesLabelsOfOwnDictionaries) {
