@@ -70,6 +70,7 @@ struct Side {
   const MetadataSet* set = nullptr;
   const Element* property = nullptr;
 
+  bool isUnread() const { return property->metaAttribute().asUnknown() != nullptr; }
   /// @param value  the property's, or an item of it; null for none.
   std::string textOf(const SimpleDataType* value) const {
     if (value == nullptr) return kNoValue;
@@ -237,7 +238,8 @@ class Comparer {
   }
 
   void compareSets(const MetadataSet& left, const MetadataSet& right) {
-    const auto pairs = pairProperties(left, left_.partitionDictionary(), right, right_.partitionDictionary());
+    auto pairs = pairProperties(left, left_.partitionDictionary(), right, right_.partitionDictionary());
+    joinUnread(pairs, left, right);
     const bool haveBERLengths = KLV::hasBERLengths(left.key()) && KLV::hasBERLengths(right.key());
     for (const auto& pair : pairs) {
       ++result_.properties;
@@ -298,6 +300,8 @@ class Comparer {
       const auto typed = [](const Side& side, const SimpleDataType& value) {
         return std::string(Types::Identifiers::name(value.identifier())) + " " + side.textOf(&value);
       };
+      Finding finding{Kind::kValue, leftSide_.textOf(left), rightSide_.textOf(right)};
+      if (leftSide_.isUnread() != rightSide_.isUnread() && finding.left != finding.right) return finding;
       return Finding{Kind::kValue, typed(leftSide_, *left), typed(rightSide_, *right)};
     }
     if (const auto* collection = dynamic_cast<const Types::Collection*>(left)) {
@@ -318,10 +322,19 @@ class Comparer {
     for (uint32 i = 0; i < left.size(); ++i) {
       auto finding = compareValues(&left.at(i), &right.at(i));
       if (!finding) continue;
+      if (finding->kind == Kind::kValue) return wholeOr(*finding, i, left, right);
       finding->at.insert(0, "[" + std::to_string(i) + "]");
       return finding;
     }
     return std::nullopt;
+  }
+
+  /// Whole lists can be pasted back; the item is for those whose shortened texts are equal.
+  Finding wholeOr(Finding item, uint32 index, const Types::Collection& left, const Types::Collection& right) const {
+    Finding whole{Kind::kValue, leftSide_.textOf(&left), rightSide_.textOf(&right)};
+    if (whole.left != whole.right) return whole;
+    item.at.insert(0, "[" + std::to_string(index) + "]");
+    return item;
   }
 
   std::optional<Finding> compareOctets(const SimpleDataType& left, const SimpleDataType& right) {

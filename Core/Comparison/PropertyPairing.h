@@ -19,4 +19,9 @@ struct PropertyPair {
 std::vector<PropertyPair> pairProperties(const MetadataSet& left, const PartitionDictionary& leftTags,
                                          const MetadataSet& right, const PartitionDictionary& rightTags);
 
+/// Joins the pair of a value that did not decode with that of a decoded one of the same property, each of which is
+/// alone.
+/// @param pairs  of `pairProperties`, of these sets.
+void joinUnread(std::vector<PropertyPair>& pairs, const MetadataSet& left, const MetadataSet& right);
+
 }  // namespace Vantor

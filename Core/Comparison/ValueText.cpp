@@ -14,9 +14,9 @@ namespace Vantor {
 
 namespace {
 
-constexpr std::size_t kMostOctets = 32;
-constexpr std::size_t kMostUnits = 80;
-constexpr uint32 kMostItems = 4;
+constexpr std::size_t kMostOctets = 200;
+constexpr std::size_t kMostUnits = 400;
+constexpr std::size_t kMostInList = 400;
 
 std::string sizeText(std::size_t size, const char* unit) { return "... (" + std::to_string(size) + " " + unit + ")"; }
 
@@ -27,11 +27,22 @@ std::string quoted(const wstring& text) {
   return units == text.size() ? shown : shown + sizeText(text.size(), "code units");
 }
 
+/// Of the text of a form.
+std::string shortened(const wstring& text) {
+  if (text.size() <= kMostUnits) return Utils::wstringToString(text);
+  auto rest = std::u16string_view(text);
+  wstring inner;
+  if (Types::takeQuoted(rest, inner) && rest.empty()) return quoted(inner);
+  return Utils::wstringToString(text.substr(0, kMostUnits)) + sizeText(text.size(), "characters");
+}
+
 std::string listText(const PropertyPlace& place, const Types::Collection& value) {
-  const uint32 shown = std::min(value.size(), kMostItems);
   std::string text;
-  for (uint32 i = 0; i < shown; ++i) text += (i == 0 ? "" : ", ") + valueText(place, value.at(i));
-  if (shown < value.size()) text += sizeText(value.size(), "items");
+  for (uint32 i = 0; i < value.size(); ++i) {
+    const std::string item = valueText(place, value.at(i));
+    if (i != 0 && text.size() + item.size() > kMostInList) return "[" + text + sizeText(value.size(), "items") + "]";
+    text += (i == 0 ? "" : ", ") + item;
+  }
   return "[" + text + "]";
 }
 
@@ -42,9 +53,11 @@ std::string valueText(const PropertyPlace& place, const Types::SimpleDataType& v
   if (type == Types::Identifiers::kArray || type == Types::Identifiers::kBatch) {
     return listText(place, static_cast<const Types::Collection&>(value));
   }
-  if (Types::isOctetType(type)) return octetsText(value.rawBuffer(), value.encodedSize());
   const bool isString = Types::isTextType(type) && type != Types::Identifiers::kUTF16;
-  return isString ? quoted(Types::textOfValue(value)) : Utils::wstringToString(printItem(place, value));
+  if (isString) return quoted(Types::textOfValue(value));
+  if (hasForm(place, type)) return shortened(printItem(place, value));
+  if (Types::isOctetType(type)) return octetsText(value.rawBuffer(), value.encodedSize());
+  return Utils::wstringToString(Types::printValue(value));
 }
 
 std::string valueText(const Types::SimpleDataType& value) { return valueText({}, value); }
@@ -54,7 +67,9 @@ std::string valueText(const MetadataSet& set, const Element& element) {
   if (value == nullptr) return "no value";
   if (element.metaAttribute().asUnknown() == nullptr) return valueText({&set, set.definitionOf(element)}, *value);
   const auto unread = unreadValueOf(set, element);
-  return valueText({&set, unread.definition}, unread.value == nullptr ? *value : *unread.value);
+  if (unread.value != nullptr) return valueText({&set, unread.definition}, *unread.value);
+  const bool isRaw = unread.definition != nullptr && value->encodedSize() != 0;
+  return isRaw ? shortened(printRawOctets(*value)) : valueText(*value);
 }
 
 std::string octetsText(const uint8* octets, std::size_t size) {

@@ -6,6 +6,13 @@
 
 namespace Vantor::MetaMetadata {
 
+namespace {
+
+/// Fewer at the end of a name are more likely a mistake.
+constexpr std::size_t kFewestCharacters = 3;
+
+}  // namespace
+
 Enumeration::Enumeration(std::string_view name, const NamedNumbers& numbers) : name_(name) {
   values_.reserve(numbers.size());
   for (const auto& [number, text] : numbers) {
@@ -28,10 +35,16 @@ std::string_view Enumeration::nameOf(int64 number) const {
 }
 
 Templates::vector<int64> Enumeration::numbersNamed(std::string_view name) const {
+  const auto folded = foldedName(name);
   Templates::vector<int64> numbers;
   for (const auto& value : values_) {
     if (nameOf(value) == name) return {value.number};
-    if (foldedName(nameOf(value)) == foldedName(name)) numbers.push_back(value.number);
+    if (foldedName(nameOf(value)) == folded) numbers.push_back(value.number);
+  }
+  if (numbers.empty() && folded.size() >= kFewestCharacters) {
+    for (const auto& value : values_) {
+      if (endsWithWords(nameOf(value), folded)) numbers.push_back(value.number);
+    }
   }
   return numbers;
 }

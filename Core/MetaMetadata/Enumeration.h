@@ -25,7 +25,8 @@ class Enumeration {
   bool has(int64 number) const { return find(number) != nullptr; }
   /// The name of a number, the first of several; empty when it has none.
   std::string_view nameOf(int64 number) const;
-  /// The numbers that go by a name: the one that has it letter by letter, or else all that have it in another case.
+  /// The numbers that go by a name: the one that has it letter by letter, or else all that have it with other case
+  /// and punctuation, or else all that end with it as whole words: "EBU R48 2a" of "AudioLayout_EBU_R_48_2a".
   Templates::vector<int64> numbersNamed(std::string_view name) const;
   /// The names of the lowest numbers, at most so many.
   Templates::vector<std::string_view> firstNames(std::size_t most) const;

@@ -1,6 +1,7 @@
 #include "Core/MetaMetadata/LabelIndex.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "Core/MetaMetadata/LabelHash.h"
 #include "Core/MetaMetadata/NameFolding.h"
@@ -15,15 +16,6 @@ constexpr std::size_t kFewestCharacters = 3;
 uint32 hashOfLabel(const Types::UniversalLabel& key) {
   return hashOf(DataIO::readBigEndian<uint64>(key.rawBuffer()) * 31 +
                 DataIO::readBigEndian<uint64>(key.rawBuffer() + 8));
-}
-
-/// Whether a word begins at a place: behind punctuation, at a capital behind a small letter or before one, and where
-/// letters and digits meet.
-bool beginsWord(std::string_view name, std::size_t at) {
-  if (!isNameCharacter(name[at])) return false;
-  if (at == 0 || !isNameCharacter(name[at - 1]) || isDigit(name[at]) != isDigit(name[at - 1])) return true;
-  if (!isUpperCaseLetter(name[at])) return false;
-  return !isUpperCaseLetter(name[at - 1]) || (at + 1 < name.size() && isLowerCaseLetter(name[at + 1]));
 }
 
 }  // namespace
@@ -58,13 +50,15 @@ std::string_view LabelIndex::textAt(uint32 start) const {
 
 void LabelIndex::addParts(std::string_view name, uint32 label) const {
   wholes_.push_back({static_cast<uint32>(folded_.size()), label});
-  const auto folded = foldedName(name);
-  uint32 at = wholes_.back().start;
   for (std::size_t i = 0; i < name.size(); ++i) {
-    if (beginsWord(name, i)) parts_.push_back({at, label});
-    at += isNameCharacter(name[i]) ? 1 : 0;
+    if (!isNameCharacter(name[i])) continue;
+    const bool begins = beginsWord(name, i);
+    if (begins) parts_.push_back({static_cast<uint32>(folded_.size()), label});
+    wordBegins_.push_back(begins);
+    folded_ += foldedName(name.substr(i, 1));
   }
-  folded_ += folded + '\n';
+  wordBegins_.push_back(true);
+  folded_ += '\n';
 }
 
 void LabelIndex::indexParts() const {
@@ -78,44 +72,52 @@ void LabelIndex::indexParts() const {
   });
 }
 
-LabelIndex::Places LabelIndex::placesBeginningWith(const std::string& folded) const {
+LabelIndex::Places LabelIndex::placesOfWords(const std::string& folded) const {
   Places places;
   auto at = std::lower_bound(parts_.begin(), parts_.end(), folded, [this](const Part& part, const std::string& wanted) {
     return textAt(part.start) < wanted;
   });
-  for (; at != parts_.end() && textAt(at->start).substr(0, folded.size()) == folded; ++at) places.push_back(at->label);
+  for (; at != parts_.end() && textAt(at->start).substr(0, folded.size()) == folded; ++at) {
+    if (wordBegins_[at->start + folded.size()]) places.push_back(at->label);
+  }
   return places;
 }
 
-LabelIndex::Places LabelIndex::placesWith(const std::string& folded) const {
+std::vector<const LabelNames*> LabelIndex::labelsAt(Places places, const Filter& mayBe) const {
+  std::sort(places.begin(), places.end());
+  places.erase(std::unique(places.begin(), places.end()), places.end());
+  std::vector<const LabelNames*> labels;
+  for (const uint32 place : places) {
+    if (mayBe(labels_[place].key)) labels.push_back(&labels_[place]);
+  }
+  return labels;
+}
+
+std::vector<const LabelNames*> LabelIndex::findContaining(std::string_view text, const Filter& mayBe) const {
+  const auto folded = foldedName(text);
+  if (folded.empty()) return {};
+  indexParts();
   Places places;
   for (const auto& whole : wholes_) {
     if (textAt(whole.start).find(folded) != std::string_view::npos) places.push_back(whole.label);
   }
-  return places;
+  return labelsAt(std::move(places), mayBe);
 }
 
 std::vector<const LabelNames*> LabelIndex::findNamed(std::string_view text, const Filter& mayBe) const {
   const auto folded = foldedName(text);
   if (folded.empty()) return {};
   indexParts();
-  const auto chosen = [&](Places places, auto&& matches) {
-    std::sort(places.begin(), places.end());
-    places.erase(std::unique(places.begin(), places.end()), places.end());
-    std::vector<const LabelNames*> labels;
-    for (const uint32 place : places) {
-      const auto& label = labels_[place];
-      if (mayBe(label.key) && matches(label)) labels.push_back(&label);
-    }
-    return labels;
+  const auto parts = labelsAt(placesOfWords(folded), mayBe);
+  const auto whole = [&](std::string_view LabelNames::*name) {
+    std::vector<const LabelNames*> found;
+    std::copy_if(parts.begin(), parts.end(), std::back_inserter(found),
+                 [&](const LabelNames* label) { return foldedName(label->*name) == folded; });
+    return found;
   };
-  const auto begun = placesBeginningWith(folded);
-  auto found = chosen(begun, [&](const LabelNames& label) { return foldedName(label.symbol) == folded; });
-  if (found.empty()) found = chosen(begun, [&](const LabelNames& label) { return foldedName(label.name) == folded; });
-  if (!found.empty() || folded.size() < kFewestCharacters) return found;
-  found = chosen(begun, [](const LabelNames&) { return true; });
-  if (found.empty()) found = chosen(placesWith(folded), [](const LabelNames&) { return true; });
-  return found;
+  if (auto found = whole(&LabelNames::symbol); !found.empty()) return found;
+  if (auto found = whole(&LabelNames::name); !found.empty()) return found;
+  return folded.size() < kFewestCharacters ? std::vector<const LabelNames*>() : parts;
 }
 
 }  // namespace Vantor::MetaMetadata

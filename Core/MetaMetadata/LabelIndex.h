@@ -34,10 +34,12 @@ class LabelIndex {
   const LabelNames* findSymbol(std::string_view symbol) const;
 
   /// The labels that a text may mean: those whose symbol it is, or else whose name it is, or else in whose symbol or
-  /// name a word and what follows begins with it, or else that have it anywhere. A part
-  /// has three letters or digits at least. Case, white space and punctuation do not count. In the order of the index;
-  /// takes time in proportion to what is found, but for the last.
+  /// name it is one whole word or several. A run of digits is a word, and so is a run of letters up to a capital behind
+  /// a small one; a part has three letters or digits at least. Case, white space and punctuation do not count. In the
+  /// order of the index; takes time in proportion to what is found.
   std::vector<const LabelNames*> findNamed(std::string_view text, const Filter& mayBe) const;
+  /// The labels that have a text anywhere in their symbol or name, to suggest them. Compares all names.
+  std::vector<const LabelNames*> findContaining(std::string_view text, const Filter& mayBe) const;
 
  private:
   /// A symbol or a name from one of its words on.
@@ -51,8 +53,8 @@ class LabelIndex {
   void addParts(std::string_view name, uint32 label) const;
   /// The text from a part to the end of its symbol or name.
   std::string_view textAt(uint32 start) const;
-  Places placesBeginningWith(const std::string& folded) const;
-  Places placesWith(const std::string& folded) const;
+  Places placesOfWords(const std::string& folded) const;
+  std::vector<const LabelNames*> labelsAt(Places places, const Filter& mayBe) const;
 
   Labels labels_;
   HashIndex byKey_;
@@ -60,6 +62,7 @@ class LabelIndex {
   // Made by the first look-up by name.
   mutable std::once_flag partsIndexed_;
   mutable std::string folded_;              // all symbols and names, with line feeds behind them
+  mutable std::vector<bool> wordBegins_;    // at these; a line feed ends a word
   mutable Templates::vector<Part> parts_;   // in the order of their texts
   mutable Templates::vector<Part> wholes_;  // symbols and names, in the order of the labels
 };

@@ -10,7 +10,7 @@ namespace Vantor {
 
 namespace {
 
-constexpr std::size_t kMostNames = 4;
+constexpr std::size_t kMostNames = 12;
 
 bool hasEnumeration(const PropertyPlace& place, Types::Identifiers::Identifier) {
   return place.definition->enumeration() != nullptr;
@@ -36,12 +36,23 @@ std::optional<wstring> printName(const PropertyPlace& place, const Types::Simple
   return Utils::stringToWstring(std::string(name));
 }
 
+/// Lists the names that a text may mean.
+Types::ParsedValue refusalOf(const PropertyPlace& place, const Templates::vector<int64>& numbers) {
+  std::string names;
+  for (const auto number : numbers) {
+    names += (names.empty() ? "" : ", ") + std::string(place.definition->enumeration()->nameOf(number));
+  }
+  return Types::ParsedValue("several have that name: " + names);
+}
+
 std::optional<Types::ParsedValue> parseName(const PropertyPlace& place, Types::Identifiers::Identifier type,
                                             std::u16string_view text) {
   const auto name = Utils::wstringToString(wstring(Types::trimmed(text)));
+  int64 number = 0;
+  if (Types::readWholeNumber(Types::trimmed(text), number)) return std::nullopt;
   const auto numbers = place.definition->enumeration()->numbersNamed(name);
   if (numbers.empty()) return std::nullopt;
-  if (numbers.size() > 1) return Types::ParsedValue("several names differ from it in case alone");
+  if (numbers.size() > 1) return refusalOf(place, numbers);
   const bool isBoolean = type == Types::Identifiers::kBoolean;
   return Types::typeText(type)->parse(isBoolean && numbers[0] != 0 ? wstring(u"1") : Platform::toDecimal(numbers[0]));
 }

@@ -11,20 +11,28 @@ namespace Vantor {
 
 namespace {
 
-enum class Tags { kOne, kSeveral };
+enum class Tags { kOne, kSeveral, kCode };
 
 struct LanguageProperty {
   std::string_view symbol;
   Tags tags;
 };
 
-/// The register of elements (ST 335) gives their content as RFC 5646 or BCP 47.
+/// The register of elements (ST 335) gives their content as RFC 5646 or BCP 47, or as ISO 639.
 constexpr std::array kLanguageProperties = {
     LanguageProperty{"RFC5646SpokenLanguage", Tags::kOne},
     LanguageProperty{"RFC5646TextLanguageCode", Tags::kOne},
     LanguageProperty{"RFC5646AdditionalSpokenLanguages", Tags::kSeveral},
     LanguageProperty{"RFC5646LanguageTagList", Tags::kSeveral},
     LanguageProperty{"EventTextLanguageCode", Tags::kOne},
+    LanguageProperty{"ISO6391LanguageCode", Tags::kCode},
+    LanguageProperty{"ISO6391LanguageCode_ISO639", Tags::kCode},
+    LanguageProperty{"PrimarySpokenLanguageCode", Tags::kCode},
+    LanguageProperty{"SecondarySpokenLanguageCode", Tags::kCode},
+    LanguageProperty{"PrimaryOriginalLanguageCode", Tags::kCode},
+    LanguageProperty{"SecondaryOriginalSpokenLanguageCode", Tags::kCode},
+    LanguageProperty{"PrimaryExtendedSpokenLanguageCode", Tags::kCode},
+    LanguageProperty{"metadataFrameworkTextLanguageCode", Tags::kCode},
     LanguageProperty{"AS_07_Core_DMS_AudioTrackPrimaryLanguage", Tags::kOne},
     LanguageProperty{"AS_07_Core_DMS_AudioTrackSecondaryLanguage", Tags::kSeveral},
     LanguageProperty{"AS_07_GSP_TD_DMS_PrimaryRFC5646LanguageCode", Tags::kOne},
@@ -54,8 +62,27 @@ bool holdsLanguage(const PropertyPlace& place, Types::Identifiers::Identifier) {
 }
 
 TextNoun nounOfLanguage(const PropertyPlace& place) {
-  if (languageProperty(place)->tags == Tags::kOne) return {"a language tag of RFC 5646", "en, de-CH or zh-Hant-TW"};
-  return {"a list of language tags of RFC 5646", "en, de-CH"};
+  switch (languageProperty(place)->tags) {
+    case Tags::kOne:
+      return {"a language tag of RFC 5646", "en, de-CH or zh-Hant-TW"};
+    case Tags::kSeveral:
+      return {"a list of language tags of RFC 5646", "en, de-CH"};
+    case Tags::kCode:
+      return {"a language code of ISO 639", "en or eng"};
+  }
+  return {};
+}
+
+bool isLanguage(std::u16string_view text, Tags tags) {
+  switch (tags) {
+    case Tags::kOne:
+      return Types::isLanguageTag(text);
+    case Tags::kSeveral:
+      return Types::isLanguageTagList(text);
+    case Tags::kCode:
+      return Types::isLanguageCode(text);
+  }
+  return false;
 }
 
 std::optional<wstring> printLanguage(const PropertyPlace&, const Types::SimpleDataType&) { return std::nullopt; }
@@ -65,8 +92,7 @@ std::optional<Types::ParsedValue> parseLanguage(const PropertyPlace& place, Type
   auto parsed = Types::typeText(type)->parse(text);
   if (parsed.value == nullptr) return parsed;
   const wstring tags = Types::textOfValue(*parsed.value);
-  const bool isOne = languageProperty(place)->tags == Tags::kOne;
-  if (isOne ? Types::isLanguageTag(tags) : Types::isLanguageTagList(tags)) return parsed;
+  if (isLanguage(tags, languageProperty(place)->tags)) return parsed;
   return Types::ParsedValue();
 }
 

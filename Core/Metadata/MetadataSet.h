@@ -115,7 +115,7 @@ class MetadataSet {
   /// The name as it was given and the common name, for messages: "ApplicationName (ProductName)"; the symbol in the
   /// place of a common name that was given.
   std::string namesOf(std::string_view property) const;
-  /// Whether the property is present, even without a value. Does not throw.
+  /// Whether the property is present, even without a value, or as octets that did not decode. Does not throw.
   bool has(std::string_view property) const;
 
   /// The value. @throws InvalidFormat also when the property has no value, or one of another type.
@@ -129,7 +129,8 @@ class MetadataSet {
     return static_cast<const Value*>(valueOfType(property, Value::kIdentifier));
   }
   /// The value as people write it (Core/Metadata/PropertyText.h), which `set` reads back as the same octets. Includes
-  /// values that were read as octets and have another form than their type (Core/Metadata/UnreadValue.h).
+  /// values that were read as octets and have another form than their type (Core/Metadata/UnreadValue.h), and octets
+  /// of no known form, as "0x[D83D]".
   /// @throws InvalidFormat also when the property has no value.
   wstring text(std::string_view property) const;
 
@@ -139,7 +140,8 @@ class MetadataSet {
   /// Sets a value from a text as people write it (Core/Metadata/PropertyText.h). Not for the InstanceUID, by which
   /// others refer to the set. A text gets as many final NULs as the one before it had; the text of the value that is
   /// there changes nothing, whatever its form.
-  /// @param files  whether "@FILE" stands for the bytes of a file, for runs of octets. Not for texts that others give.
+  /// @param files  whether "@FILE" stands for the bytes of a file, where people write octets. Not for texts that others
+  ///               give.
   /// @throws IOError when the file cannot be read.
   bool set(std::string_view property, std::u16string_view text, TextFiles files = TextFiles::kRefuse);
   /// Sets a property of one of the integer types, or a Boolean.
@@ -212,6 +214,10 @@ class MetadataSet {
   /// The unknown property that holds the octets of a known one; null when there is none.
   Element* findUnread(const MetaMetadata::MetaElement& definition);
   const Element* findUnread(const MetaMetadata::MetaElement& definition) const;
+  /// The property that is present, or the unknown one that holds its octets; null when there is neither.
+  const Element* findPresent(std::string_view property) const;
+  /// Keeps octets that are no value of the property's type.
+  void setOctets(std::string_view property, auto_ptr<Types::SimpleDataType> octets);
   bool setNumber(std::string_view property, const wstring& digits);
 
   void setPartition(PartitionMetadata* partition);

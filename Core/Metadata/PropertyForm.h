@@ -27,10 +27,12 @@ struct PropertyForm {
                                              std::u16string_view text);
 };
 
-extern const PropertyForm kEnumerationForm;  ///< names of numbers
-extern const PropertyForm kLabelForm;        ///< symbols and names of labels
-extern const PropertyForm kTimecodeForm;     ///< timecodes of sets that have a timecode base
-extern const PropertyForm kAspectRatioForm;  ///< "16:9"
-extern const PropertyForm kLanguageForm;     ///< language tags
+extern const PropertyForm kEnumerationForm;   ///< names of numbers
+extern const PropertyForm kLabelForm;         ///< symbols and names of labels
+extern const PropertyForm kTimecodeForm;      ///< timecodes of sets that have a timecode base
+extern const PropertyForm kActiveFormatForm;  ///< active format descriptors
+extern const PropertyForm kIndirectForm;      ///< texts and integers whose type stands in the value
+extern const PropertyForm kAspectRatioForm;   ///< "16:9"
+extern const PropertyForm kLanguageForm;      ///< language tags
 
 }  // namespace Vantor

@@ -5,6 +5,7 @@
 #include "Core/Metadata/PropertyForm.h"
 #include "Core/Types/Collection.h"
 #include "Core/Types/Text/ListText.h"
+#include "Core/Types/Text/OctetText.h"
 
 namespace Vantor {
 
@@ -14,8 +15,8 @@ using Types::Identifiers::Identifier;
 
 /// Null where the texts of the type are all.
 const PropertyForm* formOf(const PropertyPlace& place, Identifier type) {
-  static constexpr std::array kForms = {&kEnumerationForm, &kLabelForm, &kTimecodeForm, &kAspectRatioForm,
-                                        &kLanguageForm};
+  static constexpr std::array kForms = {&kEnumerationForm, &kLabelForm,        &kTimecodeForm, &kAspectRatioForm,
+                                        &kLanguageForm,    &kActiveFormatForm, &kIndirectForm};
   if (place.definition == nullptr) return nullptr;
   for (const auto* form : kForms) {
     if (form->applies(place, type)) return form;
@@ -30,7 +31,7 @@ auto_ptr<Types::SimpleDataType> parseItem(const PropertyPlace& place, Identifier
   if (!parsed) parsed = Types::typeText(type)->parse(text);
   if (parsed->value != nullptr) return std::move(parsed->value);
   const auto [noun, examples] = form->noun(place);
-  Types::refuseText(text, noun, parsed->reason, examples);
+  Types::refuseText(text, noun, parsed->reason, parsed->hasExamples ? std::string() : examples);
 }
 
 bool isCollection(const Types::SimpleDataType& value) {
@@ -50,6 +51,10 @@ wstring printProperty(const PropertyPlace& place, const Types::SimpleDataType& v
   return Types::printList(static_cast<const Types::Collection&>(value),
                           [&place](const auto& item) { return printItem(place, item); });
 }
+
+bool hasForm(const PropertyPlace& place, Identifier type) { return formOf(place, type) != nullptr; }
+
+wstring printRawOctets(const Types::SimpleDataType& value) { return u"0x[" + Types::printOctets(value) + u"]"; }
 
 auto_ptr<Types::SimpleDataType> parseProperty(const PropertyPlace& place, std::u16string_view text) {
   const auto* list = MetaMetadata::asCollection(*place.definition);

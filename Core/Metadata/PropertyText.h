@@ -22,6 +22,12 @@ wstring printProperty(const PropertyPlace& place, const Types::SimpleDataType& v
 /// The same for a value that is no collection, or for an item of one.
 wstring printItem(const PropertyPlace& place, const Types::SimpleDataType& item);
 
+/// Whether values of a type have texts of their own in that place.
+bool hasForm(const PropertyPlace& place, Types::Identifiers::Identifier type);
+
+/// Octets that did not decode: "0x[D83D]".
+wstring printRawOctets(const Types::SimpleDataType& value);
+
 /// The value of the property that a text is.
 /// @param place  its definition is known.
 /// @throws InvalidFormat with what the property takes and examples: "'x' is not a timecode or a number of frames; for

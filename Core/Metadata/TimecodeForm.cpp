@@ -28,8 +28,10 @@ bool isStartTimecode(const PropertyPlace& place, Types::Identifiers::Identifier 
 }
 
 TextNoun nounOfTimecode(const PropertyPlace& place) {
-  return {"a timecode or a number of frames",
-          baseOf(*place.set).drops ? "10:00:00;00 or 1078920" : "10:00:00:00 or 900000"};
+  constexpr const char* kNoun = "a timecode or a number of frames";
+  const auto base = baseOf(*place.set);
+  if (!base.isValid()) return {kNoun, "900000"};
+  return {kNoun, base.drops ? "10:00:00;00 or 1078920" : "10:00:00:00 or 900000"};
 }
 
 std::optional<wstring> printStart(const PropertyPlace& place, const Types::SimpleDataType& item) {

@@ -64,6 +64,12 @@ auto_ptr<Types::SimpleDataType> decodeOtherForm(const MetaElement& definition, c
   return Types::Factories::collectionFromBytes(list->dataType(), Types::Identifiers::kUnknown, octets, size);
 }
 
+uint32 otherItemSize(const MetaElement& definition) {
+  constexpr uint32 kChannelStatusSize = 24;
+  const auto& symbol = definition.symbol();
+  return symbol == "FixedChannelStatusData" || symbol == "FixedUserData" ? kChannelStatusSize : 0;
+}
+
 UnreadValue unreadValueOf(const MetadataSet& set, const Element& element) {
   const auto* definition = set.definitionOf(element);
   const auto* value = element.wireValue();

@@ -21,6 +21,10 @@ class PartitionMetadata;
 auto_ptr<Types::SimpleDataType> decodeOtherForm(const MetaMetadata::MetaElement& definition, const uint8* octets,
                                                 std::size_t size);
 
+/// The size of the items that a standard gives to a list, where it is not that of the type: 24 for the data of the
+/// channels of AES3 (ST 382); 0 for other properties.
+uint32 otherItemSize(const MetaMetadata::MetaElement& definition);
+
 /// A property that was read as octets.
 struct UnreadValue {
   const MetadataSet* set;

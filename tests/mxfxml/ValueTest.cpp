@@ -86,8 +86,8 @@ TEST(Values, ThatAreNoneAreRefusedWithAnExample) {
             "'10:00:00;00' is not a timecode or a number of frames (';' is for drop frame, and DropFrame of the set is "
             "false); for example 10:00:00:00 or 900000\n"},
            {"Preface.OperationalPattern=OP9z",
-            "'OP9z' is not an operational pattern; for example "
-            "MXFOP1aSingleItemSinglePackageMultiTrackStreamInternal or OP1a\n"},
+            "'OP9z' is not an operational pattern (no label has that name); for example "
+            "MXFOP1aSingleItemSinglePackageMultiTrackStreamInternal\n"},
            {"MaterialPackage.PackageID=060a2b34",
             "'060a2b34' is not a UMID of 32 octets (it has 4 octets, not 32); for example 0x060A2B34"},
            {"Identification.ApplicationVersion=newest",
@@ -98,6 +98,13 @@ TEST(Values, ThatAreNoneAreRefusedWithAnExample) {
     EXPECT_THAT(result.err, HasSubstr(message)) << text;
     EXPECT_EQ(readFile(file.path()), readFile(sample("gst-audio-ac3.mxf")));
   }
+}
+
+TEST(Values, OfOtherKindsOfLabelsAreRefused) {
+  const ValuedFile file("op1a.mxf");
+  const auto result = file.set({"Identification.ApplicationProductID=ITU601"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("'ITU601' is not a UUID; for example urn:uuid:"));
 }
 
 TEST(Values, OfRunsOfOctetsAreReadFromFiles) {

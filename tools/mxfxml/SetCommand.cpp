@@ -44,8 +44,8 @@ class SetCommand final : public Command {
             "The new value of a property. Of several sets of a name, Set[2]\nis the second one, Set[-1] the "
             "last, Set[*] all, Set[TrackID=2]\nthose with this value; Set/Other is the one that Set leads\nto. "
             "An InstanceUID or its beginning is a set, too. See\nmxfxml info --sets. An empty VALUE is an empty "
-            "text,\n@FILE the bytes of a file. Values are written as in diff:\n10:00:00:00, 29.97, 16:9, 2024-02-09, "
-            "1.2.3.4 release, FullFrame,\nBT.709, [1, 2]")
+            "text,\n@FILE the octets of a file, for byte strings. Values are\nwritten as in diff: 10:00:00:00, 29.97, "
+            "16:9, 2024-02-09,\n1.2.3.4 release, FullFrame, BT.709, [1, 2]")
         ->type_name("");
     app()
         .add_option("--remove", removals_, "Remove a property from a set; may be given several times")

@@ -27,17 +27,22 @@ int daysOfMonth(int year, int month) {
   return kDays[static_cast<std::size_t>(month - 1)] + (isLeapYear && month == 2 ? 1 : 0);
 }
 
-/// What is wrong with it; empty for a time that there is, or whose date is unknown.
+/// All zeros stand for an unknown time (ST 377-1).
+bool isUnknown(const CivilTime& time) {
+  return (time.year | time.month | time.day | time.hour | time.minute | time.second | time.milliSecond) == 0;
+}
+
+/// What is wrong with it; empty for a time that there is, or that is unknown.
 std::string faultOf(const CivilTime& time) {
-  const bool isUnknownDate = time.month == 0 && time.day == 0;
-  if (!isUnknownDate && (time.month < 1 || time.month > 12)) return "there is no month " + std::to_string(time.month);
-  if (!isUnknownDate && (time.day < 1 || time.day > daysOfMonth(time.year, time.month))) {
+  if (isUnknown(time)) return time.offset != 0 ? "an unknown time has no time zone" : "";
+  if (time.month < 1 || time.month > 12) return "there is no month " + std::to_string(time.month);
+  if (time.day < 1 || time.day > daysOfMonth(time.year, time.month)) {
     return "that month has no day " + std::to_string(time.day);
   }
   if (time.hour > 23) return "there is no hour " + std::to_string(time.hour);
   if (time.minute > 59) return "there is no minute " + std::to_string(time.minute);
   if (time.second > 60) return "there is no second " + std::to_string(time.second);
-  return isUnknownDate && time.offset != 0 ? "an unknown date has no time zone" : "";
+  return "";
 }
 
 bool takeNumber(TextScanner& scanner, std::size_t digits, int& number) {
@@ -129,7 +134,8 @@ void toUTC(CivilTime& time) {
 }
 
 bool isPrintable(const Timestamp& time) {
-  const CivilTime civil = {time.year(), time.month(), time.day(), time.hour(), time.minute(), time.second(), 0, 0};
+  const CivilTime civil = {time.year(),   time.month(),  time.day(),         time.hour(),
+                           time.minute(), time.second(), time.milliSecond(), 0};
   return time.year() <= 9999 && time.milliSecond() < 1000 && faultOf(civil).empty();
 }
 

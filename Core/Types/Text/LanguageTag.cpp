@@ -10,6 +10,8 @@ namespace Vantor::Types {
 
 namespace {
 
+constexpr std::u16string_view kBlanks = u" \t\n\r";
+
 using Subtags = std::vector<std::u16string_view>;
 
 bool isLetter(char16_t unit) { return lowerCaseOf(unit) >= u'a' && lowerCaseOf(unit) <= u'z'; }
@@ -103,9 +105,15 @@ bool isLanguageTag(std::u16string_view text) {
 }
 
 bool isLanguageTagList(std::u16string_view text) {
-  auto tags = splitAt(text, u", ");
-  tags.erase(std::remove(tags.begin(), tags.end(), std::u16string_view()), tags.end());
-  return !tags.empty() && std::all_of(tags.begin(), tags.end(), isLanguageTag);
+  const auto isListOfTags = [](std::u16string_view part) {
+    auto tags = splitAt(part, kBlanks);
+    tags.erase(std::remove(tags.begin(), tags.end(), std::u16string_view()), tags.end());
+    return !tags.empty() && std::all_of(tags.begin(), tags.end(), isLanguageTag);
+  };
+  const auto parts = splitAt(text, u",");
+  return std::all_of(parts.begin(), parts.end(), isListOfTags);
 }
+
+bool isLanguageCode(std::u16string_view text) { return isOf(text, 2, 3, isLetter); }
 
 }  // namespace Vantor::Types

@@ -9,6 +9,10 @@ namespace Vantor::Types {
 bool isLanguageTag(std::u16string_view text);
 
 /// Whether a text is one or several tags with commas or white space between them.
+/// No tag may be missing between commas.
 bool isLanguageTagList(std::u16string_view text);
+
+/// Whether a text has the form of a language code of ISO 639: two or three letters.
+bool isLanguageCode(std::u16string_view text);
 
 }  // namespace Vantor::Types

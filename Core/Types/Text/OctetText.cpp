@@ -39,6 +39,11 @@ bool isOctetType(Identifiers::Identifier type) {
   return type == Identifiers::kDataStream || type == Identifiers::kDataValue || type == Identifiers::kUnknown;
 }
 
+bool isWrittenInOctets(Identifiers::Identifier type) {
+  return isOctetType(type) || type == Identifiers::kRGBALayout || type == Identifiers::kJ2KPictureComponent ||
+         type == Identifiers::kJ2KCodingStyleDefault || type == Identifiers::kJ2KQuantisationDefault;
+}
+
 bool hasHexPrefix(std::u16string_view text) {
   return text.size() >= 2 && text[0] == u'0' && lowerCaseOf(text[1]) == u'x';
 }

@@ -10,6 +10,9 @@ namespace Vantor::Types {
 /// Whether values of the type are runs of octets, of any length.
 bool isOctetType(Identifiers::Identifier type);
 
+/// Whether people write values of the type as octets: runs of them, pixel layouts, JPEG 2000 parameters.
+bool isWrittenInOctets(Identifiers::Identifier type);
+
 bool hasHexPrefix(std::u16string_view text);
 
 /// The octets of hexadecimal digits, two to an octet, in groups of any even length: behind 0x or not, with white space,

@@ -56,6 +56,24 @@ auto_ptr<Rational> rationalOf(const Decimal& decimal) {
   return std::make_unique<Rational>(static_cast<int32>(numerator), static_cast<int32>(denominator));
 }
 
+/// A whole number as a decimal, too; of few digits, so that products fit.
+std::optional<Decimal> shortDecimalIn(std::u16string_view text) {
+  if (text.size() > kMostDecimals) return std::nullopt;
+  Decimal whole;
+  return readWholeNumber(text, whole.number) ? whole : decimalIn(text);
+}
+
+/// The quotient of "1.85:1"; null for other texts.
+auto_ptr<Rational> quotientOf(std::u16string_view left, std::u16string_view right) {
+  const auto numerator = shortDecimalIn(left), denominator = shortDecimalIn(right);
+  if (!numerator || !denominator || denominator->number == 0) return nullptr;
+  const uint64 above = numerator->number * denominator->divisor, below = denominator->number * numerator->divisor;
+  const uint64 divisor = std::gcd(above, below);
+  constexpr uint64 kMost = std::numeric_limits<int32>::max();
+  if (above / divisor > kMost || below / divisor > kMost) return nullptr;
+  return std::make_unique<Rational>(static_cast<int32>(above / divisor), static_cast<int32>(below / divisor));
+}
+
 }  // namespace
 
 wstring printRational(const SimpleDataType& value) {
@@ -69,6 +87,9 @@ ParsedValue parseRational(std::u16string_view text) {
   const auto word = trimmed(text);
   if (const auto decimal = decimalIn(word)) return rationalOf(*decimal);
   const auto mark = word.find_first_of(u"/:");
+  if (mark != std::u16string_view::npos && word.find(u'.') != std::u16string_view::npos) {
+    return quotientOf(trimmed(word.substr(0, mark)), trimmed(word.substr(mark + 1)));
+  }
   int32 numerator = 0;
   int32 denominator = 1;
   if (!readWholeNumber(trimmed(word.substr(0, mark)), numerator)) return ParsedValue();

@@ -19,6 +19,7 @@ struct ParsedValue {
 
   auto_ptr<SimpleDataType> value;  ///< null when the text is none
   std::string reason;
+  bool hasExamples = false;  ///< whether the reason lists what may be meant, so that no other examples are needed
 };
 
 /// One row: how people write the values of a type. `docs/values.md` lists what is read.

@@ -217,10 +217,10 @@ TEST_F(ComparisonOfDarkSets, ComparesTheOctetsOfGroupsThatReferencesFind) {
 TEST_F(ComparisonOfDarkSets, TellsWhereLongGroupsDiffer) {
   refer(*leftThing_, "Child", 5);
   refer(*rightThing_, "Child", 105);
-  const Bytes octets(40, 0x11);
+  const Bytes octets(240, 0x11);
   readSet(left_, darkGroupKey(), Items().item(0x7f01, octets).instanceUID(5));
   readSet(right_, darkGroupKey(), Items().item(0x7f01, octets).instanceUID(105));
-  const std::string start = "7F010028" + hexOf(Bytes(28, 0x11)) + "... (64 octets), octet 63 is ";
+  const std::string start = "7F0100F0" + hexOf(Bytes(196, 0x11)) + "... (264 octets), octet 263 is ";
   EXPECT_THAT(differences(), ElementsAre("value: 06.0E.2B.34.02.53.01.01.0E.7F.7F.7F.00.00.01.00 #5: octets: " + start +
                                          "05 -> " + start + "69"));
 }

@@ -47,29 +47,32 @@ TEST(ValueText, KeepsControlCharactersOutOfALine) {
 }
 
 TEST(ValueText, CutsLongTextsBetweenCharacters) {
-  const std::string letters(79, 'x');
+  const std::string letters(399, 'x');
   EXPECT_EQ(valueText(Types::ISO7String((letters + "y").c_str())), "\"" + letters + "y\"");
-  EXPECT_EQ(valueText(Types::ISO7String((letters + "yz").c_str())), "\"" + letters + "y\"... (81 code units)");
-  const auto split = wstring(79, u'x') + u"\U0001F600";
-  EXPECT_EQ(valueText(Types::UTF16String(split)), "\"" + letters + "\"... (81 code units)");
+  EXPECT_EQ(valueText(Types::ISO7String((letters + "yz").c_str())), "\"" + letters + "y\"... (401 code units)");
+  const auto split = wstring(399, u'x') + u"\U0001F600";
+  EXPECT_EQ(valueText(Types::UTF16String(split)), "\"" + letters + "\"... (401 code units)");
 }
 
 TEST(ValueText, ShowsOctetsInHexadecimalAndCutsThem) {
   EXPECT_EQ(valueText(Types::DataStream(hex("01ab"))), "01AB");
   EXPECT_EQ(valueText(Types::Unknown(Bytes())), "no octets");
-  EXPECT_EQ(valueText(Types::Unknown(Bytes(32, 0xcd))), hexOf(Bytes(32, 0xcd)));
-  EXPECT_EQ(valueText(Types::Unknown(Bytes(33, 0xcd))), hexOf(Bytes(32, 0xcd)) + "... (33 octets)");
+  EXPECT_EQ(valueText(Types::Unknown(Bytes(200, 0xcd))), hexOf(Bytes(200, 0xcd)));
+  EXPECT_EQ(valueText(Types::Unknown(Bytes(201, 0xcd))), hexOf(Bytes(200, 0xcd)) + "... (201 octets)");
 }
 
-TEST(ValueText, ShowsTheFirstItemsOfACollection) {
+TEST(ValueText, CutsLongCollections) {
   Types::Array numbers(2);
   EXPECT_EQ(valueText(numbers), "[]");
   for (const uint16 number : {uint16{1}, uint16{2}, uint16{3}, uint16{4}}) {
     numbers.append(std::make_unique<Types::UInt16>(number));
   }
   EXPECT_EQ(valueText(numbers), "[1, 2, 3, 4]");
-  numbers.append(std::make_unique<Types::UInt16>(uint16{5}));
-  EXPECT_EQ(valueText(numbers), "[1, 2, 3, 4... (5 items)]");
+  for (int i = 0; i < 200; ++i) numbers.append(std::make_unique<Types::UInt16>(uint16{55555}));
+  const auto text = valueText(numbers);
+  EXPECT_EQ(text.substr(0, 24), "[1, 2, 3, 4, 55555, 5555");
+  EXPECT_EQ(text.substr(text.size() - 16), "... (204 items)]");
+  EXPECT_LT(text.size(), 430u);
 }
 
 }  // namespace

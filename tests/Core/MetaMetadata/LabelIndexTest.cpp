@@ -53,7 +53,21 @@ TEST_F(LabelLookup, FindsPartsWhateverTheirPunctuation) {
   EXPECT_THAT(named("bt 709", 2), ElementsAre("Transfer_ITU709"));
   EXPECT_THAT(named("OP1a"), ElementsAre("MXFOP1aUniTrack", "MXFOP1aUniTrackToo"));
   EXPECT_THAT(named("UniTrack"), ElementsAre("MXFOP1aUniTrack", "MXFOP1aUniTrackToo"));
-  EXPECT_THAT(named("rimari"), ElementsAre("Primaries_ITU709")) << "within a word, where no word begins with it";
+}
+
+TEST_F(LabelLookup, FindsNoPartThatBeginsOrEndsWithinAWord) {
+  EXPECT_THAT(named("BT.70"), IsEmpty());
+  EXPECT_THAT(named("U709"), IsEmpty());
+  EXPECT_THAT(named("UniTra"), IsEmpty());
+  EXPECT_THAT(named("rimaries"), IsEmpty());
+}
+
+TEST_F(LabelLookup, FindsPartsAnywhereToSuggestThem) {
+  std::vector<std::string> symbols;
+  for (const auto* label : index_.findContaining("rimari", [](const auto&) { return true; })) {
+    symbols.emplace_back(label->symbol);
+  }
+  EXPECT_THAT(symbols, ElementsAre("Primaries_ITU709"));
 }
 
 TEST_F(LabelLookup, FindsNothingForOtherAndForVeryShortTexts) {

@@ -40,6 +40,7 @@ TEST(UnreadValue, OfAVersionStaysForItsOwnTextAndBecomesTenOctetsForAnother) {
   FileSet file("Identification", 0x3c07, "0001 0006 0000 0000 01");
   const auto before = file.octets();
   EXPECT_FALSE(file.set().set("ToolkitVersion", u"1.6.0.0 release"));
+  EXPECT_FALSE(file.set().set("ToolkitVersion", u"1.6 release"));
   EXPECT_EQ(file.octets(), before);
   EXPECT_TRUE(file.set().set("ToolkitVersion", u"1.7 release"));
   EXPECT_EQ(file.octets(), "3C07000A00010007000000000001");
@@ -60,11 +61,59 @@ TEST(UnreadValue, OfChannelStatusDataIsEditedInItsForm) {
   EXPECT_EQ(file.octets(), "3D1100380000000200000018" + kStatus + other);
 }
 
-TEST(UnreadValue, BecomesAValueOfItsTypeForATextOfThat) {
+TEST(UnreadValue, OfChannelStatusDataKeepsTheSizeOfItsItems) {
   FileSet file("AES3PCMDescriptor", 0x3d11, "00000001 00000018 " + kStatus);
+  try {
+    file.set().set("FixedChannelStatusData", u"[85]");
+    ADD_FAILURE();
+  } catch (const Exceptions::InvalidFormat& error) {
+    EXPECT_NE(
+        std::string(error.what()).find("'[85]' is not a list of items of 24 octets; for example [" + kStatus + "]"),
+        std::string::npos)
+        << error.what();
+  }
+  EXPECT_EQ(file.text("FixedChannelStatusData"), "[" + kStatus + "]");
+}
+
+TEST(UnreadValue, IsMadeOfChannelStatusDataWhereThereAreNone) {
+  for (const auto* none : {"00000000 00000001", "00000000 00000018"}) {
+    FileSet file("AES3PCMDescriptor", 0x3d11, none);
+    EXPECT_TRUE(file.set().set("FixedChannelStatusData", Utils::stringToWstring("[" + kStatus + "]"))) << none;
+    EXPECT_EQ(file.octets(), "3D1100200000000100000018" + kStatus) << none;
+    EXPECT_EQ(file.text("FixedChannelStatusData"), "[" + kStatus + "]") << none;
+  }
+  SpelledSet made("AES3PCMDescriptor");
+  EXPECT_EQ(made.refusal("FixedUserData", "[" + kStatus + "]"), "none");
+  EXPECT_EQ(made.text("FixedUserData"), "[" + kStatus + "]");
+}
+
+TEST(UnreadValue, OfItsTypeKeepsThatForm) {
+  FileSet file("AES3PCMDescriptor", 0x3d11, "00000001 00000001 85");
   EXPECT_TRUE(file.set().set("FixedChannelStatusData", u"[1, 2]"));
   EXPECT_EQ(file.octets(), "3D11000A00000002000000010102");
   EXPECT_EQ(file.set().invalidBegin(), file.set().invalidEnd());
+}
+
+TEST(UnreadValue, IsPresentAndIsRemoved) {
+  FileSet file("AES3PCMDescriptor", 0x3d11, "00000001 00000018 " + kStatus);
+  EXPECT_TRUE(file.set().has("FixedChannelStatusData"));
+  EXPECT_TRUE(file.set().remove("FixedChannelStatusData"));
+  EXPECT_FALSE(file.set().has("FixedChannelStatusData"));
+  EXPECT_FALSE(file.set().remove("FixedChannelStatusData"));
+  EXPECT_EQ(file.octets(), "");
+}
+
+TEST(UnreadValue, OfNoKnownFormIsPrintedAsOctetsThatAreReadBack) {
+  FileSet file("TimelineTrack", 0x4802, "D83D");
+  const auto before = file.octets();
+  EXPECT_EQ(file.text("TrackName"), "0x[D83D]");
+  EXPECT_EQ(valueText(file.set(), *std::as_const(file.set()).invalidBegin()), "0x[D83D]");
+  EXPECT_FALSE(file.set().set("TrackName", u"0x[D83D]"));
+  EXPECT_TRUE(file.set().set("TrackName", u"V1"));
+  EXPECT_TRUE(file.set().set("TrackName", u"0x[D83D]"));
+  EXPECT_EQ(file.octets(), before);
+  EXPECT_TRUE(file.set().set("TrackName", u"0x[0041]"));
+  EXPECT_EQ(file.text("TrackName"), "A");
 }
 
 TEST(UnreadValue, GivesTheReason) {

@@ -43,7 +43,17 @@ TEST(LanguageTag, StandsInListsWithCommasOrWhiteSpace) {
   EXPECT_TRUE(isLanguageTagList(u"en de,fr"));
   EXPECT_TRUE(isLanguageTagList(u"en"));
   EXPECT_FALSE(isLanguageTagList(u"en;de"));
+  EXPECT_TRUE(isLanguageTagList(u"en\tde"));
   EXPECT_FALSE(isLanguageTagList(u", "));
+  EXPECT_FALSE(isLanguageTagList(u"en,"));
+  EXPECT_FALSE(isLanguageTagList(u"en,,de"));
+}
+
+TEST(LanguageTag, IsNoCodeOfISO639UnlessItHasTwoOrThreeLetters) {
+  EXPECT_TRUE(isLanguageCode(u"en"));
+  EXPECT_TRUE(isLanguageCode(u"eng"));
+  EXPECT_FALSE(isLanguageCode(u"english"));
+  EXPECT_FALSE(isLanguageCode(u"e1"));
 }
 
 }  // namespace

@@ -217,7 +217,7 @@ TEST(TypeText, RefusesDatesThatThereAreNot) {
            {u"2024-01-01T00:60:00", " (there is no minute 60)"},
            {u"2024-01-01T00:00:61", " (there is no second 61)"},
            {u"0000-01-01T00:00:00+01:00", " (in UTC, its year is beyond 0 to 9999)"},
-           {u"0000-00-00T00:00:00+01:00", " (an unknown date has no time zone)"},
+           {u"0000-00-00T00:00:00+01:00", " (an unknown time has no time zone)"},
            {u"0x07E8", " (it has 2 octets, not 8)"},
            {u"24-02-09", ""},
            {u"2024-2-9", ""},
