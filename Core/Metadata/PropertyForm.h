@@ -32,5 +32,6 @@ extern const PropertyForm kLabelForm;        ///< symbols and names of labels
 extern const PropertyForm kTimecodeForm;     ///< timecodes of sets that have a timecode base
 extern const PropertyForm kAspectRatioForm;  ///< "16:9"
 extern const PropertyForm kLanguageForm;     ///< language tags
+extern const PropertyForm kChunkForm;        ///< IDs of RIFF chunks
 
 }  // namespace Vantor

@@ -68,11 +68,11 @@ extend Preface
 
 namespace sets own urn:vantor:own:sets
 
-a1000000.00000001.0f0e0d0c.00004001  Grading  InterchangeObject  abstract
-  7001  a2000000.00000001.0f0e0d0c.00004001  Grade  Grade  optional
-
 060e2b34.027f0101.0f0e0d0c.00000001  Look  Grading
   -  a2000000.00000002.0f0e0d0c.00004001  Next  StrongReference(Look)  optional
+
+a1000000.00000001.0f0e0d0c.00004001  Grading  InterchangeObject  abstract
+  7001  a2000000.00000001.0f0e0d0c.00004001  Grade  Grade  optional
 )");
   EXPECT_EQ(readAndWritten(text), text);
 }
