@@ -63,7 +63,9 @@ std::string textOf(const DefinitionProblem& problem) {
     case Kind::kCircle:
       return "it leads to itself";
     case Kind::kTooDeep:
-      return "it has too many ancestors";
+      return "it has too many ancestors; it inherits from InterchangeObject";
+    case Kind::kTooManyBases:
+      return "it is made of too many types in a row";
     case Kind::kMissingType:
       return "it is made of a type that neither the file nor the registers define";
     case Kind::kTagTaken:

@@ -125,6 +125,7 @@ struct TypeEntry {
   std::optional<KLV::Key> base;
   Templates::vector<TypeValue> values;
   Origin origin;
+  EntryTexts texts = {};
 };
 
 struct LabelEntry {
@@ -132,6 +133,7 @@ struct LabelEntry {
   std::string symbol;
   std::string name;  ///< UTF-8, with single blanks for white space
   Origin origin;
+  EntryTexts texts = {};
 };
 
 /// The entries of all registers that were read. `Origin::source` of an entry is the number of its kind.

@@ -30,13 +30,9 @@ KLV::Key setKeyOf(const KLV::Key& key) {
 FileClasses::FileClasses(const MetaDictionary& file, const Identifications& identifications, Definitions& into,
                          Templates::vector<DefinitionProblem>& problems)
     : file_(file), identifications_(identifications), into_(into), problems_(problems) {
-  for (const char* reserved : {"DarkMetadata", "FloatingDarkMetadata"}) names_.add(reserved);
-  for (const auto& set : into.sets()) {
-    names_.add(set.symbol);
-    names_.add(set.tagName);
-  }
   places_.assign(file.classes.size(), kChainEnd);
   for (uint32 number = 0; number < file.classes.size(); ++number) add(file.classes[number], number);
+  nameAdded();
   findParents();
 }
 
@@ -49,16 +45,34 @@ void FileClasses::add(const FileClass& one, uint32 number) {
   }
   const auto place = static_cast<uint32>(into_.sets().size() + added_.size());
   const auto [other, isNew] = addedByKey_.emplace(MetaMetadata::comparableKey(*key), place);
-  if (!isNew) return problem(Kind::kSecondDefinition, one, std::string(symbolOf(other->second)));
+  places_[number] = other->second;
+  if (!isNew)
+    return problem(Kind::kSecondDefinition, one, file_.classes[numbers_[other->second - into_.sets().size()]].name);
   SetDefinition set;
   set.key = *key;
-  set.symbol = set.tagName = into_.keep(names_.take(one.name, "Class", *key));
   set.isConcrete = one.isConcrete;
   set.origin.line = one.number;
-  if (set.symbol != one.name) problem(Kind::kRenamed, one, std::string(set.symbol));
   added_.push_back(std::move(set));
   numbers_.push_back(number);
-  places_[number] = place;
+}
+
+void FileClasses::nameAdded() {
+  DefinitionNames names;
+  for (const char* reserved : {"DarkMetadata", "FloatingDarkMetadata"}) names.add(reserved);
+  for (const auto& set : into_.sets()) {
+    names.add(set.symbol);
+    names.add(set.tagName);
+  }
+  for (const auto& common : into_.commonNames()) {
+    if (!common.property) names.add(common.name);
+  }
+  for (std::size_t i = 0; i < added_.size(); ++i) names.want(file_.classes[numbers_[i]].name, "Class", added_[i].key);
+  const auto taken = names.take();
+  for (std::size_t i = 0; i < added_.size(); ++i) {
+    const auto& one = file_.classes[numbers_[i]];
+    added_[i].symbol = added_[i].tagName = into_.keep(taken[i]);
+    if (taken[i] != one.name) problem(Kind::kRenamed, one, taken[i]);
+  }
 }
 
 std::optional<KLV::Key> FileClasses::keyOf(const FileClass& one) {

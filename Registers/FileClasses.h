@@ -37,6 +37,7 @@ class FileClasses {
  private:
   void add(const FileClass& one, uint32 number);
   std::optional<KLV::Key> keyOf(const FileClass& one);
+  void nameAdded();
   void findParents();
   uint32 parentOf(const FileClass& one, uint32 place);
   const SetDefinition& setAt(uint32 place) const;
@@ -46,7 +47,6 @@ class FileClasses {
   const Identifications& identifications_;
   Definitions& into_;
   Templates::vector<DefinitionProblem>& problems_;
-  DefinitionNames names_;
   Templates::vector<SetDefinition> added_;
   Templates::vector<uint32> places_;   // by the number of the class
   Templates::vector<uint32> numbers_;  // of the classes, beside those added

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
@@ -16,6 +17,7 @@
 #include "Registers/FileClasses.h"
 #include "Registers/FileTypes.h"
 #include "Registers/KnownProperties.h"
+#include "Registers/LabelNames.h"
 
 namespace Vantor::Registers {
 
@@ -54,11 +56,13 @@ class FileAdder {
       : tags_(metadata.partitionDictionary()),
         file_(file),
         into_(into),
-        identifications_(metadata),
+        identifications_(file, metadata),
         classes_(file, identifications_, into, found_.problems),
         types_(file, found_.problems),
         known_(into) {
     found_.source = into.addRegister(std::move(name));
+    found_.isThere = true;
+    found_.types = types_.countOfOwn();
     for (const char* reserved : {"InstanceUID", "GenerationUID"}) names_.add(reserved);
     for (const auto& property : into.properties()) {
       if (into.namespaces()[property.chosenNamespace].uri == kOwnProperties) names_.add(property.tagName);
@@ -69,6 +73,7 @@ class FileAdder {
   FileDefinitions run() {
     if (classes_.hasTooManyProperties()) {
       found_.problems = {{Kind::kTooMany, "the dictionary of the file"}};
+      found_.types = 0;
       return std::move(found_);
     }
     DefinitionAdder adder(into_, Definitions::Overlay::kRefuse);
@@ -77,10 +82,12 @@ class FileAdder {
     propertyNamespace_ = namespaceOf(kOwnProperties, "ownP");
     for (auto set : classes_.added()) addSet(std::move(set));
     findClasses();
+    nameEnumerations();
     for (uint32 number = 0; number < file_.properties.size(); ++number) planned_.push_back(planOf(number));
+    nameProperties();
     addUses();
     for (const auto& [name, enumeration] : enumerations_) addEnumeration(name, *enumeration.first, enumeration.second);
-    for (const auto& type : file_.types) addLabels(type);
+    addLabels();
     adder.finish();
     return std::move(found_);
   }
@@ -135,13 +142,15 @@ class FileAdder {
       problem(key ? Kind::kNoPropertyKey : Kind::kNoIdentification, property);
       return std::nullopt;
     }
-    const auto [first, isNew] = byKey_.emplace(MetaMetadata::comparableKey(*key), planned_.size());
+    const auto [first, isNew] = byKey_.emplace(MetaMetadata::comparableKey(*key), number);
     if (!isNew) {
       problem(Kind::kSecondDefinition, property, file_.properties[first->second].name);
-      return planned_[first->second];
+      auto& users = users_[first->second];
+      users.insert(users.end(), users_[number].begin(), users_[number].end());
+      return std::nullopt;
     }
     const auto* known = into_.findProperty(UniversalLabel(*key));
-    return known == nullptr ? planNew(number, *key) : planKnown(property, *known);
+    return known == nullptr ? planNew(property, *key) : planKnown(property, *known);
   }
 
   Planned planKnown(const FileProperty& property, const PropertyDefinition& known) const {
@@ -149,25 +158,36 @@ class FileAdder {
     return {known, tag.value_or(uint16{0}), statusOf(property), true, !tag};
   }
 
-  Planned planNew(uint32 number, const KLV::Key& key) {
-    const auto& property = file_.properties[number];
+  /// `nameProperties` names it.
+  Planned planNew(const FileProperty& property, const KLV::Key& key) {
     PropertyDefinition definition;
     definition.key = UniversalLabel(key);
-    definition.symbol = definition.tagName = into_.keep(nameOf(number, key));
     definition.type = typeOf(property);
     definition.chosenNamespace = propertyNamespace_;
     definition.origin = originOf(property.number);
-    if (definition.symbol != property.name) problem(Kind::kRenamed, property, std::string(definition.symbol));
     return {definition, tagOf(property, key), statusOf(property), false, false};
   }
 
-  /// The name of a registered property will do, too, where no set has both.
-  std::string nameOf(uint32 number, const KLV::Key& key) {
-    const auto& name = file_.properties[number].name;
-    if (users_[number].size() > kMostUsers || known_.hasNameWith(nameOfLetters(name), users_[number], classes_)) {
-      names_.add(nameOfLetters(name));
+  void nameProperties() {
+    std::vector<uint32> added;
+    for (uint32 number = 0; number < planned_.size(); ++number) {
+      if (!planned_[number] || planned_[number]->isKnown) continue;
+      added.push_back(number);
+      const auto& name = file_.properties[number].name;
+      names_.want(name, "Property", planned_[number]->definition.key.key(), isTaken(name, users_[number]));
     }
-    return names_.take(name, "Property", key);
+    const auto names = names_.take();
+    for (std::size_t i = 0; i < added.size(); ++i) {
+      auto& definition = planned_[added[i]]->definition;
+      const auto& property = file_.properties[added[i]];
+      definition.symbol = definition.tagName = into_.keep(names[i]);
+      if (names[i] != property.name) problem(Kind::kRenamed, property, names[i]);
+    }
+  }
+
+  /// The name of a registered property will do, too, where no set has both.
+  bool isTaken(const std::string& name, const std::vector<uint32>& users) const {
+    return users.size() > kMostUsers || known_.hasNameWith(nameOfLetters(name), users, classes_);
   }
 
   static uint32 statusOf(const FileProperty& property) {
@@ -214,20 +234,23 @@ class FileAdder {
       const auto* known = into_.findEnumeration(type.enumeration->symbol);
       return known == nullptr ? std::string_view() : known->name;
     }
-    auto& name = ownEnumerations_[own];
-    if (name.empty()) {
-      name = into_.keep(nameOfEnumeration(*own));
-      enumerations_.emplace(name, std::make_pair(own, type.value));
-    }
+    const auto name = ownEnumerations_.at(own);
+    enumerations_.emplace(name, std::make_pair(own, type.value));
     return name;
   }
 
-  std::string nameOfEnumeration(const FileType& type) {
-    auto name = enumerationNames_.take(type.name, "Enumeration", *type.identification);
-    // Types have names, too.
-    if (propertyTypeNamed(name) != kNone)
-      name = enumerationNames_.take(name + "_", "Enumeration", *type.identification);
-    return name;
+  /// Those that properties have. Types have names, too.
+  void nameEnumerations() {
+    std::vector<const FileType*> wanted;
+    for (const auto& property : file_.properties) {
+      const auto* own = types_.ownEnumeration(types_.find(property.type));
+      if (own == nullptr || !ownEnumerations_.emplace(own, std::string_view()).second) continue;
+      wanted.push_back(own);
+      const bool isType = propertyTypeNamed(nameOfLetters(own->name)) != kNone;
+      enumerationNames_.want(own->name, "Enumeration", *own->identification, isType);
+    }
+    const auto names = enumerationNames_.take();
+    for (std::size_t i = 0; i < wanted.size(); ++i) ownEnumerations_[wanted[i]] = into_.keep(names[i]);
   }
 
   void addUses() {
@@ -237,7 +260,22 @@ class FileAdder {
       for (const uint32 place : users_[i]) uses[place].push_back(&*planned_[i]);
       if (users_[i].empty() && !planned_[i]->isKnown) problem(Kind::kNoClass, file_.properties[i]);
     }
-    for (const auto& [place, properties] : uses) addUses(place, properties);
+    for (const uint32 place : parentsFirst(uses)) addUses(place, uses[place]);
+  }
+
+  /// So that a set does not get what its parent gets.
+  template <class Uses>
+  std::vector<uint32> parentsFirst(const Uses& uses) const {
+    std::vector<std::pair<uint32, uint32>> order;  // generations above, and place
+    for (const auto& [place, properties] : uses) {
+      uint32 generation = 0;
+      for (uint32 at = classes_.parentOf(place); at != kChainEnd; at = classes_.parentOf(at)) ++generation;
+      order.emplace_back(generation, place);
+    }
+    std::sort(order.begin(), order.end());
+    std::vector<uint32> places;
+    for (const auto& entry : order) places.push_back(entry.second);
+    return places;
   }
 
   void addUses(uint32 place, const std::vector<const Planned*>& properties) {
@@ -277,40 +315,49 @@ class FileAdder {
     const uint32 place = adder_->addEnumeration({name, base, {}, originOf(type.number)});
     DefinitionNames names;
     std::set<int64> numbers;
+    std::vector<int64> named;
     const auto count = std::min(type.elementNames.size(), type.elementNumbers.size());
     for (std::size_t i = 0; i < count; ++i) {
       const int64 number = type.elementNumbers[i];
       if (!fitsInto(base, number) || !numbers.insert(number).second) continue;
-      const auto valueName = into_.keep(names.take(type.elementNames[i], "Value", *type.identification));
-      adder_->addValue(place, std::to_string(number), valueName, originOf(type.number));
+      named.push_back(number);
+      names.want(type.elementNames[i], "Value", std::to_string(number));
+    }
+    const auto taken = names.take();
+    for (std::size_t i = 0; i < named.size(); ++i) {
+      adder_->addValue(place, std::to_string(named[i]), into_.keep(taken[i]), originOf(type.number));
     }
     if (numbers.size() != std::max(type.elementNames.size(), type.elementNumbers.size())) {
       found_.problems.push_back({Kind::kUnnamedValues, "type " + type.name});
     }
   }
 
-  void addLabels(const FileType& type) {
+  void addLabels() {
+    std::vector<LabelDefinition> added;
+    for (const auto& type : file_.types) planLabels(type, added);
+    if (added.empty()) return;
+    LabelNames names(into_);
+    for (const auto& label : added) names.want(label.name, label.key.key());
+    const auto taken = names.take();
+    for (std::size_t i = 0; i < added.size(); ++i) {
+      added[i].symbol = added[i].name = into_.keep(taken[i]);
+      adder_->addLabel(added[i]);
+    }
+  }
+
+  /// @param added  receives them, named as the file names them.
+  void planLabels(const FileType& type, std::vector<LabelDefinition>& added) {
     const auto count = std::min(type.elementNames.size(), type.elementLabels.size());
     for (std::size_t i = 0; i < count; ++i) {
       const auto key = identifications_.keyOf(type.elementLabels[i]);
       if (!key || !KLV::isSmpteLabel(*key) || isKnownLabel(UniversalLabel(*key))) continue;
-      const auto symbol = into_.keep(labelNames().take(type.elementNames[i], "Label", *key));
-      adder_->addLabel({UniversalLabel(*key), symbol, symbol, originOf(type.number)});
+      if (!labels_.insert(MetaMetadata::comparableKey(*key)).second) continue;
+      added.push_back({UniversalLabel(*key), {}, type.elementNames[i], originOf(type.number)});
     }
   }
 
   bool isKnownLabel(const UniversalLabel& label) const {
     return into_.findLabel(label) != nullptr || builtInLabels().findLabel(label) != nullptr;
-  }
-
-  /// Filled when it is needed, as there are thousands.
-  DefinitionNames& labelNames() {
-    if (hasLabelNames_) return labelNames_;
-    for (const auto* definitions : {&builtInLabels(), static_cast<const Definitions*>(&into_)}) {
-      for (const auto& label : definitions->labels()) labelNames_.add(label.symbol);
-    }
-    hasLabelNames_ = true;
-    return labelNames_;
   }
 
   Origin originOf(uint32 number) const { return {found_.source, number}; }
@@ -326,13 +373,13 @@ class FileAdder {
   FileClasses classes_;
   FileTypes types_;
   KnownProperties known_;
-  DefinitionNames names_, enumerationNames_, labelNames_;
-  bool hasLabelNames_ = false;
+  DefinitionNames names_, enumerationNames_;
   DefinitionAdder* adder_ = nullptr;
   uint32 setNamespace_ = 0, propertyNamespace_ = 0;
-  std::vector<std::vector<uint32>> users_;       // the sets that list them, beside the file's properties
-  std::vector<std::optional<Planned>> planned_;  // beside the file's properties
-  std::unordered_map<KLV::Key, std::size_t, KLV::KeyHash> byKey_;  // places in the file's properties
+  std::vector<std::vector<uint32>> users_;                    // the sets that list them, beside the file's properties
+  std::vector<std::optional<Planned>> planned_;               // beside the file's properties
+  std::unordered_map<KLV::Key, uint32, KLV::KeyHash> byKey_;  // places in the file's properties
+  std::unordered_set<KLV::Key, KLV::KeyHash> labels_;         // of the file's enumerations
   std::unordered_map<const FileType*, std::string_view> ownEnumerations_;
   std::map<std::string_view, std::pair<const FileType*, Identifier>> enumerations_;
 };

@@ -90,7 +90,7 @@ void FileTypes::cutCircles() {
     return isCarriedAsBase(type.kind) ? placeOf(*type.base) : kChainEnd;
   };
   cutChains(static_cast<uint32>(entries_.types.size()), kMostBases, next, [&](uint32 place, bool isCircle) {
-    carryAsBytes(entries_.types[place], isCircle ? Kind::kCircle : Kind::kTooDeep);
+    carryAsBytes(entries_.types[place], isCircle ? Kind::kCircle : Kind::kTooManyBases);
   });
 }
 

@@ -23,6 +23,8 @@ class FileTypes {
   RegisteredType find(const std::optional<KLV::Key>& reference) const;
   /// The file's definition of the enumeration that a type has; null for one of the registers.
   const FileType* ownEnumeration(const RegisteredType& type) const;
+  /// The types of the file that the registers lack.
+  std::size_t countOfOwn() const { return own_.size(); }
 
  private:
   void addOwn();

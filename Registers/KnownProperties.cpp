@@ -24,6 +24,9 @@ KnownProperties::KnownProperties(const Definitions& definitions) {
       if (property.tagName != property.symbol) setsByName_[property.tagName].push_back(set);
     }
   }
+  for (const auto& common : definitions.commonNames()) {
+    if (common.property) setsByName_[common.name].push_back(common.set);
+  }
 }
 
 void KnownProperties::add(const PropertyUse& use) {

@@ -23,7 +23,7 @@ class KnownProperties {
   std::optional<uint16> tagOf(uint32 property) const;
 
   /// Whether one of the sets, or a set that one of them inherits from or that inherits from it, has a property of this
-  /// name.
+  /// name or common name.
   bool hasNameWith(std::string_view name, const std::vector<uint32>& sets, const FileClasses& classes) const;
 
  private:

@@ -3,6 +3,7 @@
 #include <utf8.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "Core/DataIO/BigEndian.h"
 #include "Core/Platform/Strings.h"
@@ -129,6 +130,7 @@ Definition definitionIn(const MetadataSet& set, uint32 number) {
   Definition found;
   found.identification = keyIn(set, kIdentification);
   found.name = textIn(set, kName);
+  if (const auto* instanceUID = set.instanceUID()) found.instanceUID = *instanceUID;
   found.number = number;
   return found;
 }
@@ -175,6 +177,15 @@ const TypeSet* typeSetOf(const KLV::Key& key) {
   return found == std::end(kTypeSets) ? nullptr : found;
 }
 
+template <class Definition>
+void sort(Templates::vector<Definition>& definitions) {
+  const auto orderOf = [](const FileDefinition& one) {
+    return std::tie(one.identification, one.name, one.instanceUID);
+  };
+  std::stable_sort(definitions.begin(), definitions.end(),
+                   [&](const Definition& left, const Definition& right) { return orderOf(left) < orderOf(right); });
+}
+
 }  // namespace
 
 MetaDictionary::MetaDictionary(const PartitionMetadata& metadata) {
@@ -186,19 +197,25 @@ MetaDictionary::MetaDictionary(const PartitionMetadata& metadata) {
     if (kClassDefinition.matches(key)) {
       classes.push_back(classIn(*set, number));
     } else if (kPropertyDefinition.matches(key) || kPropertyAliasDefinition.matches(key)) {
-      if (const auto* instance = set->instanceUID()) {
-        propertiesByInstance.emplace(*instance, static_cast<uint32>(properties.size()));
-      }
       properties.push_back(propertyIn(*set, number));
     } else if (const auto* kind = typeSetOf(key)) {
       types.push_back(typeIn(*set, *kind, number));
-    } else {
-      continue;
     }
-    const auto identification = keyIn(*set, kIdentification);
-    if (set->instanceUID() == nullptr || !identification) continue;
-    identificationsByInstance.emplace(KLV::Key(set->instanceUID()->rawBuffer()), *identification);
   }
+  sort(classes);
+  sort(properties);
+  sort(types);
+  for (uint32 place = 0; place < properties.size(); ++place) {
+    if (properties[place].instanceUID) propertiesByInstance.emplace(*properties[place].instanceUID, place);
+  }
+  for (const auto& one : classes) enter(one);
+  for (const auto& one : properties) enter(one);
+  for (const auto& one : types) enter(one);
+}
+
+void MetaDictionary::enter(const FileDefinition& one) {
+  if (!one.instanceUID || !one.identification) return;
+  identificationsByInstance.emplace(KLV::Key(one.instanceUID->rawBuffer()), *one.identification);
 }
 
 KLV::Key MetaDictionary::identificationOf(const KLV::Key& reference) const {

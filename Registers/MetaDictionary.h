@@ -12,12 +12,14 @@
 #include "Registers/Entries.h"
 
 /// The definitions that the sets of a MetaDictionary hold (ST 377-1), as they stand in a file: nothing is resolved or
-/// refused. Names are UTF-8, of any characters; identifications may have their halves swapped.
+/// refused. Two that clash are in one order, whatever that of their sets. Names are UTF-8, of any characters;
+/// identifications may have their halves swapped.
 namespace Vantor::Registers {
 
 struct FileDefinition {
   std::optional<KLV::Key> identification;
   std::string name;
+  std::optional<Types::UUID> instanceUID;
   uint32 number = 0;  ///< of the set in the partition, from 1
 };
 
@@ -45,7 +47,8 @@ struct FileType : FileDefinition {
   Templates::vector<KLV::Key> elementLabels;
 };
 
-/// All definitions of a partition, in the order of its sets, whether or not a MetaDictionary set refers to them.
+/// All definitions of a partition, whether or not a MetaDictionary set refers to them. In the order of their
+/// identifications, names and InstanceUIDs, so that the order of the sets, which documents change, does not matter.
 struct MetaDictionary {
   /// @param metadata  read with a dictionary that has the sets of MetaDictionaries, as the built-in one does.
   explicit MetaDictionary(const PartitionMetadata& metadata);
@@ -59,6 +62,9 @@ struct MetaDictionary {
   Templates::vector<FileType> types;
   std::unordered_map<Types::UUID, uint32> propertiesByInstance;  ///< places in `properties`
   std::unordered_map<KLV::Key, KLV::Key, KLV::KeyHash> identificationsByInstance;
+
+ private:
+  void enter(const FileDefinition& one);
 };
 
 }  // namespace Vantor::Registers

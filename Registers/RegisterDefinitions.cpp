@@ -80,6 +80,10 @@ class Origins {
   std::array<uint32, kRegisterKinds> sources_{};
 };
 
+Explanation explanationOf(const EntryTexts& texts, Definitions& into) {
+  return {into.keep(texts.definition), into.keep(texts.document)};
+}
+
 /// Adds the sets of header metadata with their properties, then the enumerations that these use.
 class SetAdder {
  public:
@@ -106,7 +110,7 @@ class SetAdder {
     if (const auto* parent = groups_.parentOf(group)) set.parent = into_.keep(parent->symbol);
     set.isConcrete = group.isConcrete;
     set.origin = originOf_(group.origin);
-    set.explanation = explanationOf(group.texts);
+    set.explanation = explanationOf(group.texts, into_);
     const uint32 place = adder_.addSet(std::move(set));
     if (kMetaDictionary.matches(group.key) && !lists(group, kInstanceID)) {
       addProperty(place, group, {kInstanceID, MetaMetadata::MetaMetadataSet::kInstanceUIDTag, true, group.origin});
@@ -123,7 +127,7 @@ class SetAdder {
     property.tagName = rule != nullptr && rule->tagName != nullptr ? rule->tagName : property.symbol;
     property.type = typeOf(element, rule);
     property.origin = originOf_(element.origin);
-    property.explanation = explanationOf(element.texts);
+    property.explanation = explanationOf(element.texts, into_);
     const uint32 status = listed.isOptional ? kOptional : kRequired;
     adder_.addProperty(set, std::move(property), {0, listed.staticLocalTag, status, originOf_(listed.origin)});
   }
@@ -137,10 +141,6 @@ class SetAdder {
     for (const auto& value : type.enumeration->values) {
       adder_.addValue(place, value.value, into_.keep(value.symbol), originOf_(value.origin));
     }
-  }
-
-  Explanation explanationOf(const EntryTexts& texts) {
-    return {into_.keep(texts.definition), into_.keep(texts.document)};
   }
 
   const ElementEntry& elementOf(const GroupEntry& group, const GroupProperty& property) const {
@@ -205,7 +205,8 @@ void addLabels(const Entries& entries, Definitions& into) {
   for (const auto& [key, label] : index.byKey()) {
     const auto symbol = into.keep(label->symbol);
     const auto name = label->name.empty() ? symbol : into.keep(label->name);
-    adder.addLabel({Types::UniversalLabel(key), symbol, name, originOf(label->origin)});
+    adder.addLabel(
+        {Types::UniversalLabel(key), symbol, name, originOf(label->origin), explanationOf(label->texts, into)});
   }
   adder.finish();
 }

@@ -101,10 +101,10 @@ class EntryReader {
       case RegisterKind::kTypes:
         into_.types.push_back({*key, symbol, typeKindNamed(fields.text(u"TypeKind")), sizeOf(fields.text(u"TypeSize")),
                                isSigned(fields.text(u"TypeQualifiers")), fields.key(u"BaseType"),
-                               std::exchange(values_, {}), fields.origin()});
+                               std::exchange(values_, {}), fields.origin(), textsOf(fields)});
         return;
       case RegisterKind::kLabels:
-        into_.labels.push_back({*key, symbol, fields.text(u"Name"), fields.origin()});
+        into_.labels.push_back({*key, symbol, fields.text(u"Name"), fields.origin(), textsOf(fields)});
         return;
     }
   }

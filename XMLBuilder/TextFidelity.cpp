@@ -76,6 +76,7 @@ bool isRestoredFromText(const Element& property) {
   }
   // An empty UTF16 is read as NUL.
   if (value == nullptr) return Types::emptyValue(definition->dataType()) != nullptr && definition->dataType() != kUTF16;
+  if (definition->isInChosenNamespace() && endsInNUL(*value)) return false;
   return value->identifier() == definition->dataType() && isRestored(*value);
 }
 

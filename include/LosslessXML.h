@@ -50,7 +50,8 @@ struct ExportOptions {
 /// - A nested document has a pointer, as a flat one does, for a reference to a dark group or to a set that is written
 ///   elsewhere. References to sets that `excludeNonStructural` leaves out are left out.
 /// - A value whose text would not read back as the same octets is written as octets, like an unknown property: in
-///   "groups:ExtensionElements", marked with its tag or label. Final NULs of a text do not count.
+///   "groups:ExtensionElements", marked with its tag or label. Final NULs of a text count only for
+///   properties in a namespace that their definitions chose.
 /// - An empty collection is written as an empty element, required or not.
 ///
 /// @return the document, owned by the caller: destroying the node destroys all of it. Empty when there is no set to

@@ -339,7 +339,9 @@ class Comparer {
 
   std::optional<Finding> compareOctets(const SimpleDataType& left, const SimpleDataType& right) {
     if (hasSameOctets(left, right)) return std::nullopt;
-    if (left.equals(right)) {
+    const auto* definition = leftSide_.property->metaAttribute().metaElement();
+    const bool isExact = definition != nullptr && definition->isInChosenNamespace();
+    if (!isExact && left.equals(right)) {
       count(Insignificant::kTrailingNULs, 1);
       return std::nullopt;
     }

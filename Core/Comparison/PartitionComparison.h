@@ -34,7 +34,7 @@ const char* name(PartitionDifference::Kind kind);
 
 /// Differences that do not change the meaning of a partition, with their names. Each is counted.
 ///
-/// - texts that are equal but for final NULs; one text each
+/// - texts that are equal but for final NULs, in the namespaces of the vocabularies; one text each
 /// - octets of BER length fields, of a set or of an item in a set coded 0x13
 /// - the fewest sets that would have to move to bring both partitions into one order
 /// - sets whose common properties stand in another order

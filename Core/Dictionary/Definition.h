@@ -114,6 +114,7 @@ struct LabelDefinition {
   std::string_view symbol;
   std::string_view name;
   Origin origin;
+  Explanation explanation = {};
 };
 
 }  // namespace Vantor

@@ -157,6 +157,7 @@ uint32 DefinitionAdder::addSet(SetDefinition set) {
   if (place == kNotFound && mayReplace(earlierSets_, named)) place = named;
   if (place != kNotFound && !mayReplace(earlierSets_, place)) {
     const auto& known = to_.sets_[place];
+    if (isRepeated(known, set)) return place;
     to_.refuse(set.origin, "the key is that of the set {} ({})", "to add properties to that set, write: extend {}",
                known.symbol, to_.where(known.origin), known.symbol);
   }
@@ -183,6 +184,12 @@ void DefinitionAdder::addProperty(uint32 set, PropertyDefinition property, Prope
   if (property.tagName != property.symbol) checkName(property.tagName, "a name in XML", property.origin);
   use.property = placeOf(std::move(property));
   to_.sets_[set].properties.push_back(use);
+}
+
+bool DefinitionAdder::isRepeated(const SetDefinition& known, const SetDefinition& here) {
+  return known.origin.source != here.origin.source && known.symbol == here.symbol && known.tagName == here.tagName &&
+         known.parent == here.parent && known.isConcrete == here.isConcrete &&
+         known.chosenNamespace == here.chosenNamespace;
 }
 
 uint32 DefinitionAdder::placeOf(PropertyDefinition property) {
@@ -223,6 +230,8 @@ uint32 DefinitionAdder::addEnumeration(EnumerationDefinition enumeration) {
   }
   const uint32 known = to_.placeOfEnumeration(enumeration.name);
   if (known != kNotFound && !mayReplace(earlierEnumerations_, known)) {
+    const auto& other = to_.enumerations_[known];
+    if (other.base == enumeration.base && other.origin.source != enumeration.origin.source) return known;
     to_.refuse(enumeration.origin, "there is an enumeration {} already ({})", "choose another name",
                quotedWord(enumeration.name), to_.where(to_.enumerations_[known].origin));
   }
@@ -256,6 +265,9 @@ void DefinitionAdder::addLabel(const LabelDefinition& label) {
   const uint32 named = to_.placeOfLabel(label.symbol);
   if (place == kNotFound && mayReplace(earlierLabels_, named)) place = named;
   if (place != kNotFound && !mayReplace(earlierLabels_, place)) {
+    const auto& known = to_.labels_[place];
+    const bool isRepeated = known.symbol == label.symbol && known.name == label.name;
+    if (isRepeated && known.origin.source != label.origin.source) return;
     to_.refuse(label.origin, "the label is defined already, as {} ({})", "take one of the two away",
                to_.labels_[place].symbol, to_.where(to_.labels_[place].origin));
   }

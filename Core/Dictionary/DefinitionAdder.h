@@ -9,8 +9,9 @@ namespace Vantor {
 /// Adds the definitions of one source to `Definitions`; one object per source.
 ///
 /// Checks keys, names, numbers and tags; references to other definitions wait for `Definitions::check`. The texts of a
-/// definition have to live as long as the `Definitions`: see `Definitions::keep`. Every member function throws
-/// Exceptions::InvalidFormat "FILE:LINE: what; what to do" for a definition that is wrong.
+/// definition have to live as long as the `Definitions`: see `Definitions::keep`. What another source has defined in
+/// the same way may be added once more. Every member function throws Exceptions::InvalidFormat "FILE:LINE: what; what
+/// to do" for a definition that is wrong.
 class DefinitionAdder {
  public:
   DefinitionAdder(Definitions& definitions, Definitions::Overlay overlay);
@@ -40,6 +41,7 @@ class DefinitionAdder {
   void checkName(std::string_view word, const char* what, const Origin& origin) const;
 
  private:
+  static bool isRepeated(const SetDefinition& known, const SetDefinition& here);
   uint32 placeOf(PropertyDefinition property);
   void checkAgreement(const PropertyDefinition& known, const PropertyDefinition& here) const;
   void checkSymbols() const;

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <map>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -43,7 +45,9 @@ class DefinitionCheck {
   explicit DefinitionCheck(Definitions& definitions) : of_(definitions) {}
 
   void run() {
+    for (auto& enumeration : of_.enumerations_) dropRepeatedValues(enumeration);
     checkEnumerations();
+    for (auto& set : of_.sets_) dropRepeatedUses(set);
     completeTypes();
     findParents();
     checkCircles();
@@ -55,6 +59,43 @@ class DefinitionCheck {
   }
 
  private:
+  /// Values that another source gives once more. One that gives others defines another enumeration.
+  void dropRepeatedValues(EnumerationDefinition& enumeration) const {
+    auto& values = enumeration.values;
+    const auto isFirst = [&](const EnumerationValue& value) {
+      return value.origin.source == enumeration.origin.source;
+    };
+    const auto rest = std::stable_partition(values.begin(), values.end(), isFirst);
+    if (rest == values.end()) return;
+    std::set<std::pair<int64, std::string_view>> known;
+    for (auto at = values.begin(); at != rest; ++at) known.emplace(at->number, at->name);
+    for (auto at = rest; at != values.end(); ++at) {
+      if (known.count({at->number, at->name}) != 0) continue;
+      of_.refuse(at->origin, "there is an enumeration {} already ({}), without the value {} {}", "choose another name",
+                 quotedWord(enumeration.name), of_.where(enumeration.origin), at->number, at->name);
+    }
+    values.erase(rest, values.end());
+  }
+
+  /// Properties that another source gives a set once more, in the same way.
+  static void dropRepeatedUses(SetDefinition& set) {
+    auto& uses = set.properties;
+    const auto isOfOther = [&](const PropertyUse& use) { return use.origin.source != uses.front().origin.source; };
+    if (std::none_of(uses.begin(), uses.end(), isOfOther)) return;
+    std::unordered_map<uint32, PropertyUse> known;
+    const auto isRepeated = [&](const PropertyUse& use) {
+      const auto [first, isNew] = known.emplace(use.property, use);
+      const auto& other = first->second;
+      return !isNew && other.origin.source != use.origin.source && other.staticLocalTag == use.staticLocalTag &&
+             other.requiredStatus == use.requiredStatus;
+    };
+    Templates::vector<PropertyUse> kept;
+    for (const auto& use : uses) {
+      if (!isRepeated(use)) kept.push_back(use);
+    }
+    uses = std::move(kept);
+  }
+
   void checkEnumerations() const {
     for (const auto& enumeration : of_.enumerations_) {
       std::map<int64, const EnumerationValue*> numbers;

@@ -10,5 +10,6 @@ std::string_view smpteLabels();
 std::string_view smpteSupplement();
 std::string_view smpteTypes();
 std::string_view commonNames();
+std::string_view smpteDescriptions();  ///< in vantor_registers
 
 }  // namespace Vantor::Embedded

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Core/MetaMetadata/Vocabulary.h"
+
 namespace Vantor::MetaMetadata {
 
 MetaElement::MetaElement(const Types::UniversalLabel& key, std::string symbol, Types::Identifiers::Identifier dataType,
@@ -15,6 +17,11 @@ MetaElement::~MetaElement() = default;
 
 bool MetaElement::isNamed(std::string_view name) const {
   return symbol_ == name || extensionAttributes_.isTagName(name);
+}
+
+bool MetaElement::isInChosenNamespace() const {
+  const auto& uri = extensionAttribute(kNamespaceURI);
+  return !uri.empty() && uri != kLegacyElements.uri && uri != kST434Elements.uri;
 }
 
 MetaCollectionElement::MetaCollectionElement(const Types::UniversalLabel& key, std::string symbol,

@@ -34,6 +34,8 @@ class MetaElement {
   const MetaMetadataSet* target() const { return target_; }
   /// The names of the value's numbers; null for other types.
   const Enumeration* enumeration() const { return enumeration_; }
+  /// Whether documents have it in a namespace that its definition chose, not in that of a vocabulary.
+  bool isInChosenNamespace() const;
   /// Empty when there is none of that name.
   const wstring& extensionAttribute(std::u16string_view name) const { return extensionAttributes_.get(name); }
 

@@ -34,5 +34,6 @@ extern const PropertyForm kActiveFormatForm;  ///< active format descriptors
 extern const PropertyForm kIndirectForm;      ///< texts and integers whose type stands in the value
 extern const PropertyForm kAspectRatioForm;   ///< "16:9"
 extern const PropertyForm kLanguageForm;      ///< language tags
+extern const PropertyForm kChunkForm;         ///< IDs of RIFF chunks
 
 }  // namespace Vantor

@@ -16,7 +16,7 @@ using Types::Identifiers::Identifier;
 /// Null where the texts of the type are all.
 const PropertyForm* formOf(const PropertyPlace& place, Identifier type) {
   static constexpr std::array kForms = {&kEnumerationForm, &kLabelForm,        &kTimecodeForm, &kAspectRatioForm,
-                                        &kLanguageForm,    &kActiveFormatForm, &kIndirectForm};
+                                        &kLanguageForm,    &kActiveFormatForm, &kIndirectForm, &kChunkForm};
   if (place.definition == nullptr) return nullptr;
   for (const auto* form : kForms) {
     if (form->applies(place, type)) return form;

@@ -68,13 +68,63 @@ extend Preface
 
 namespace sets own urn:vantor:own:sets
 
-a1000000.00000001.0f0e0d0c.00004001  Grading  InterchangeObject  abstract
-  7001  a2000000.00000001.0f0e0d0c.00004001  Grade  Grade  optional
-
 060e2b34.027f0101.0f0e0d0c.00000001  Look  Grading
   -  a2000000.00000002.0f0e0d0c.00004001  Next  StrongReference(Look)  optional
+
+a1000000.00000001.0f0e0d0c.00004001  Grading  InterchangeObject  abstract
+  7001  a2000000.00000001.0f0e0d0c.00004001  Grade  Grade  optional
 )");
   EXPECT_EQ(readAndWritten(text), text);
+}
+
+TEST(LearnedDictionaryText, MayBeReadTwice) {
+  const auto text = learned(*metadataOf(sampleWithMetaDictionary()));
+  auto once = builtInDefinitions(), twice = builtInDefinitions();
+  once.readText(text, "one.dictionary");
+  twice.readText(text, "one.dictionary");
+  twice.readText(text, "other.dictionary");
+  once.check();
+  twice.check();
+  const auto usesOf = [](const Definitions& definitions) {
+    std::vector<std::size_t> counts;
+    for (const auto& set : definitions.sets()) counts.push_back(set.properties.size());
+    return counts;
+  };
+  EXPECT_EQ(usesOf(twice), usesOf(once));
+  EXPECT_EQ(twice.properties().size(), once.properties().size());
+  EXPECT_EQ(twice.labels().size(), once.labels().size());
+  ASSERT_EQ(twice.enumerations().size(), once.enumerations().size());
+  for (std::size_t i = 0; i < once.enumerations().size(); ++i) {
+    EXPECT_EQ(twice.enumerations()[i].values.size(), once.enumerations()[i].values.size());
+  }
+}
+
+/// The message for a dictionary that follows another one.
+std::string refusalOf(const std::string& first, const std::string& second) {
+  auto definitions = builtInDefinitions();
+  definitions.readText("dictionary 1\n" + first, "one.dictionary");
+  try {
+    definitions.readText("dictionary 1\n" + second, "other.dictionary");
+    definitions.check();
+  } catch (const Exceptions::InvalidFormat& error) {
+    return error.message();
+  }
+  return {};
+}
+
+TEST(SecondDefinitions, AreRefusedWhereTheyDiffer) {
+  const std::string grade = "enum Grade UInt8\n  0  Rough\n  1  Fine\n";
+  EXPECT_EQ(refusalOf(grade, grade), "");
+  EXPECT_EQ(
+      refusalOf(grade, "enum Grade UInt8\n  0  Rough\n  1  Finer\n"),
+      "other.dictionary:4: there is an enumeration 'Grade' already (one.dictionary:2), without the value 1 Finer; "
+      "choose another name");
+  const std::string key = "060e2b34.04010101.0f0e0d0c.01000000";
+  EXPECT_EQ(refusalOf("label " + key + " Acme Acme's\n", "label " + key + " Acme Acme's\n"), "");
+  EXPECT_NE(refusalOf("label " + key + " Acme Acme's\n", "label " + key + " Acme Another\n"), "");
+  const std::string row = " a2000000.00000001.0f0e0d0c.00004001 Gain UInt8 optional\n";
+  EXPECT_EQ(refusalOf("extend Preface\n  -" + row, "extend Preface\n  -" + row), "");
+  EXPECT_NE(refusalOf("extend Preface\n  -" + row, "extend Preface\n  7001" + row), "");
 }
 
 TEST(LearnedDictionaryText, OfASampleIsReadAsTheSameDefinitions) {

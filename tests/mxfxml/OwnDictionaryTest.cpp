@@ -3,6 +3,7 @@
 
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
+#include "Core/Types/UTF16String.h"
 #include "Program.h"
 #include "ScratchFolder.h"
 #include "tests/Registers/SomeMetaDictionary.h"
@@ -92,7 +93,7 @@ void write(PartitionMetadata& metadata, const std::string& path) {
 }
 
 /// A file with a set under the key of a class that it defines itself, a UUID with swapped halves.
-void writeFileWithOwnSet(const std::string& path) {
+void writeFileWithOwnSet(const std::string& path, const wstring& note = u"warm") {
   auto definitions = builtInDefinitions();
   definitions.readText(
       "dictionary 1\n"
@@ -104,7 +105,7 @@ void writeFileWithOwnSet(const std::string& path) {
       file.addClass("a1000000.00130001.0f0e0d0c.00004001", u"Grading", "060e2b34.02530101.0d010101.01010100");
   file.addProperty(grading, "a2000000.00000001.0f0e0d0c.00004001", u"Note", "060e2b34.01040101.01100200.00000000");
   file.metadata().createMetadataSet("Preface").set("OperationalPattern", Types::AUID());
-  file.metadata().createMetadataSet("Grading").set("Note", u"warm");
+  file.metadata().createMetadataSet("Grading").set("Note", Types::UTF16String(note));
   write(file.metadata(), path);
 }
 
@@ -147,6 +148,98 @@ TEST(OwnDictionary, LetsPropertiesBeSetByTheirNames) {
   EXPECT_EQ(result.exitCode, 0) << result.err;
   EXPECT_THAT(run({"diff", file, copy}).out, HasSubstr(": Note: \"warm\" -> \"cold\"\n"));
   EXPECT_THAT(run({"diff", "--no-own-dictionary", file, copy}).out, Not(HasSubstr("Note")));
+}
+
+/// A file whose Preface has two properties of one name with different values.
+/// @param reversed  whether the second definition comes first.
+void writeFileWithTwins(const std::string& path, bool reversed) {
+  const char *const one = "a2000000.00000001.0f0e0d0c.00004001", *const other = "a2000000.00000002.0f0e0d0c.00004001";
+  auto definitions = builtInDefinitions();
+  definitions.readText(std::string("dictionary 1\nextend Preface\n  - ") + one + " Left UInt8 optional\n  - " + other +
+                           " Right UInt8 optional\n",
+                       "own.dictionary");
+  Registers::SomeMetaDictionary file(definitions.makeDictionary());
+  auto& preface = file.metadata().createMetadataSet("Preface");
+  preface.set("OperationalPattern", Types::AUID());
+  preface.set("Left", Types::UInt8(1));
+  preface.set("Right", Types::UInt8(2));
+  auto& definition =
+      file.addClass("060e2b34.02530101.0d010101.01012f00", u"Preface", "060e2b34.02530101.0d010101.01010100");
+  for (const auto* key : {reversed ? other : one, reversed ? one : other}) {
+    file.addProperty(definition, key, u"Gain", "060e2b34.01040101.01010100.00000000");
+  }
+  write(file.metadata(), path);
+}
+
+class TwinProperties : public testing::TestWithParam<std::pair<bool, bool>> {};
+
+TEST_P(TwinProperties, KeepTheirValuesInAnyOrderOfTheirDefinitions) {
+  const auto [isReversed, isFlat] = GetParam();
+  const ScratchFolder folder;
+  const auto file = folder.path("own.mxf"), document = folder.path("own.xml"), copy = folder.path("copy.mxf");
+  writeFileWithTwins(file, isReversed);
+  std::vector<std::string> form;
+  if (isFlat) form.emplace_back("--flat");
+  const auto with = [&](std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), form.begin(), form.end());
+    return run(arguments);
+  };
+  EXPECT_EQ(with({"verify", file, "--own-dictionary"}).exitCode, 0);
+  EXPECT_EQ(with({"export", file, "--own-dictionary", "-o", document}).exitCode, 0);
+  EXPECT_THAT(readFile(document),
+              AllOf(HasSubstr("<ownP:Gain_a200000000000001>1</"), HasSubstr("<ownP:Gain_a200000000000002>2</")));
+  EXPECT_EQ(run({"import", document, "--own-dictionary", "-o", copy}).exitCode, 0);
+  EXPECT_EQ(run({"diff", "--no-own-dictionary", file, copy}).exitCode, 0);
+  EXPECT_EQ(run({"diff", document, file}).exitCode, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(OwnDictionary, TwinProperties,
+                         testing::Values(std::pair(false, false), std::pair(false, true), std::pair(true, false),
+                                         std::pair(true, true)));
+
+TEST(OwnDictionary, KeepsTheNULsOfItsTexts) {
+  const ScratchFolder folder;
+  const auto file = folder.path("own.mxf"), document = folder.path("own.xml"), copy = folder.path("copy.mxf");
+  writeFileWithOwnSet(file, wstring(u"warm\0", 5));
+  EXPECT_EQ(run({"export", file, "--own-dictionary", "-o", document}).exitCode, 0);
+  EXPECT_THAT(readFile(document), AllOf(Not(HasSubstr("ownP:Note")), HasSubstr("00.77.00.61.00.72.00.6D.00.00")));
+  EXPECT_EQ(run({"import", document, "--own-dictionary", "-o", copy}).exitCode, 0);
+  EXPECT_EQ(run({"diff", "--no-own-dictionary", file, copy}).exitCode, 0);
+  const auto verified = run({"verify", file, "--own-dictionary"});
+  EXPECT_THAT(verified.out, Not(HasSubstr("trailing NULs")));
+  EXPECT_EQ(verified.exitCode, 0);
+}
+
+TEST(OwnDictionary, IsSummedUpByInfo) {
+  const ScratchFolder folder;
+  const auto file = folder.path("own.mxf");
+  writeFileWithOwnSet(file);
+  EXPECT_THAT(run({"info", file}).out, HasSubstr("\nown dictionary: 1 classes, 1 properties, 0 types; 0 problems\n"));
+  EXPECT_THAT(run({"info", file, "--no-own-dictionary"}).out, Not(HasSubstr("own dictionary")));
+  EXPECT_THAT(run({"info", sample("op1a.mxf")}).out, Not(HasSubstr("own dictionary")));
+  EXPECT_THAT(run({"info", fileWithOwn()}).out,
+              AllOf(HasSubstr("\nown dictionary: 0 classes, 44 properties, 17 types; "),
+                    HasSubstr("  property CommentMarkerColor: its values are bytes: its type is a record\n")));
+}
+
+TEST(OwnDictionary, IsMissedWhereTheUserAsksForIt) {
+  EXPECT_THAT(run({"verify", sample("op1a.mxf"), "--own-dictionary"}).err,
+              HasSubstr("op1a.mxf: warning: the metadata define nothing that the dictionary lacks"));
+}
+
+TEST(OwnDictionary, IsNamedOnceByAnImportWithoutIt) {
+  const ScratchFolder folder;
+  const auto document = folder.path("document.xml"), file = folder.path("new.mxf");
+  run({"export", fileWithOwn(), "--own-dictionary", "-o", document});
+  const auto whole = run({"import", document, "-o", file}).err;
+  EXPECT_THAT(whole, HasSubstr("the document is an export with --own-dictionary"));
+  EXPECT_EQ(whole.find("--own-dictionary"), whole.rfind("--own-dictionary"));
+  EXPECT_THAT(whole, Not(HasSubstr("--dictionary FILE adds definitions")));
+  auto text = readFile(document);
+  const auto start = text.find("<s377m:MetaDictionary "), end = text.find("</s377m:MetaDictionary>");
+  ASSERT_NE(end, std::string::npos);
+  writeFile(document, text.erase(start, end + 23 - start));
+  EXPECT_THAT(run({"import", document, "-o", file}).err, HasSubstr("a MetaDictionary that is not in it"));
 }
 
 TEST(LearnedDictionary, ServesAsADictionaryFile) {

@@ -10,6 +10,7 @@
 
 #include "Core/DataIO/File.h"
 #include "Core/Platform/Path.h"
+#include "Registers/Descriptions.h"
 #include "Registers/RegisterDefinitions.h"
 #include "Registers/RegisterFile.h"
 #include "Registers/TypesTable.h"
@@ -21,10 +22,12 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: generate-dictionary [--check] REGISTERS FOLDER\n"
-    "Writes SmpteRegisters.dictionary, SmpteLabels.dictionary and SmpteTypes.table into FOLDER, made from Groups.xml,\n"
-    "Elements.xml, Types.xml and Labels.xml of the folder REGISTERS. With --check nothing is written: the exit status "
-    "is 0 when the\n"
-    "files there are what the registers make, 1 when they are not, and 77 where there are no registers.\n";
+    "Writes SmpteRegisters.dictionary, SmpteLabels.dictionary, SmpteTypes.table and SmpteDescriptions.table into "
+    "FOLDER,\n"
+    "made from Groups.xml, Elements.xml, Types.xml and Labels.xml of the folder REGISTERS. With --check nothing is\n"
+    "written: the exit status is 0 when the files there are what the registers make, 1 when they are not, and 77 "
+    "where\n"
+    "there are no registers.\n";
 constexpr int kWrongUsage = 2;
 constexpr int kNotThere = 77;
 
@@ -43,7 +46,8 @@ DataFiles make(const Path& folder) {
            textOf(definitions,
                   "Made from the SMPTE metadata registers Groups (ST 395), Elements (ST 335) and Types (ST 2003).")},
           {"SmpteLabels.dictionary", textOf(labels, "Made from the SMPTE metadata register Labels (ST 400).")},
-          {"SmpteTypes.table", Registers::tableOfTypes(entries)}};
+          {"SmpteTypes.table", Registers::tableOfTypes(entries)},
+          {"SmpteDescriptions.table", Registers::tableOfDescriptions(entries)}};
 }
 
 bool isStored(const Path& path, const std::string& text) {

@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "ErrorText.h"
+#include "Registers/FileDefinitions.h"
 
 namespace Vantor::Tool {
 
@@ -10,18 +11,20 @@ namespace {
 
 using Kind = LosslessXML::Diagnostic::Kind;
 
-/// Whether a namespace is neither of the built-in definitions nor of documents, judged by its start.
+/// Whether a namespace is neither of the built-in definitions, nor of documents, nor of a file's own definitions,
+/// judged by its start.
 bool isPrivate(std::string uri) {
   for (char& character : uri) character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
   const auto starts = [&uri](const std::string& text) { return uri.compare(0, text.size(), text) == 0; };
-  return !uri.empty() && !starts("urn:smpte:") && !starts("http://www.smpte-ra.org");
+  return !uri.empty() && !starts("urn:smpte:") && !starts("http://www.smpte-ra.org") && !starts("urn:vantor:own:");
 }
 
 /// Whether definitions of the user may be missing. They may be in the namespaces of the built-in ones.
 bool lacksDefinition(const LosslessXML::Diagnostic& diagnostic) {
   switch (diagnostic.kind) {
     case Kind::kUnknownSet:
-      return !diagnostic.arguments[1].empty() && diagnostic.arguments[1] != "urn:SMPTE:Groups:MXF";
+      return !diagnostic.arguments[1].empty() && diagnostic.arguments[1] != "urn:SMPTE:Groups:MXF" &&
+             diagnostic.arguments[1] != Registers::kOwnSets;
     case Kind::kSetOfOtherNamespace:
     case Kind::kUnknownProperty:
     case Kind::kUnknownExtension:

@@ -73,7 +73,7 @@ class DictionaryCommand final : public Command {
     auto definitions = dictionary_.definitions();
     const auto found = Registers::addFileDefinitions(*metadata, learned_.u8string(), definitions);
     for (const auto& problem : found.problems) printMessage(oneLine(learned_.u8string() + ": " + describe(problem)));
-    if (found.sets + found.properties + found.extensions == 0) {
+    if (!found.isNew()) {
       throw CommandError("the metadata define nothing that the dictionary lacks");
     }
     return textOf(definitions, "Learned from " + oneLine(learned_.filename().u8string()) + ".", found.source);

@@ -1,5 +1,6 @@
 #include "DictionaryOptions.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -8,7 +9,6 @@
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "ErrorText.h"
 #include "Registers/DictionaryFiles.h"
-#include "Registers/FileDefinitions.h"
 
 namespace Vantor::Tool {
 
@@ -35,9 +35,13 @@ void DictionaryOptions::addVocabulary(CLI::App& command) {
 }
 
 void DictionaryOptions::addOwnDictionary(CLI::App& command, bool byDefault) {
-  usesOwn_ = byDefault;
+  usesOwn_ = usesOwnByDefault_ = byDefault;
   auto* own = command.add_flag_callback(
-      "--own-dictionary", [this] { usesOwn_ = true; },
+      "--own-dictionary",
+      [this] {
+        usesOwn_ = true;
+        usesOwnByDefault_ = false;
+      },
       std::string("Add the definitions that the metadata have of their own, in\na MetaDictionary") +
           (byDefault ? " (default)" : ""));
   if (!byDefault) return;
@@ -52,26 +56,63 @@ DictionaryOptions::Source DictionaryOptions::partitionOf(const Path& file, const
   return {file, [=](const LoadFor& load) { return MXF::readHeaderMetadata(file, load(vocabulary), choice); }};
 }
 
-std::vector<std::unique_ptr<PartitionMetadata>> DictionaryOptions::read(const std::vector<Source>& sources) const {
-  const auto readWith = [&](const LoadFor& load) {
-    std::vector<std::unique_ptr<PartitionMetadata>> found;
-    for (const auto& source : sources) found.push_back(source.read(load));
-    return found;
-  };
-  auto metadata = readWith(loading());
-  const auto own = loadingOwn(sources, metadata);
-  if (!own) return metadata;
+DictionaryOptions::AllMetadata DictionaryOptions::read(const std::vector<Source>& sources) const {
+  AllFound found;
+  auto metadata = readAll(sources, found);
+  for (std::size_t i = 0; i < found.size(); ++i) warnOf(sources[i].file, found[i]);
+  return metadata;
+}
+
+std::unique_ptr<PartitionMetadata> DictionaryOptions::read(const Source& source,
+                                                           Registers::FileDefinitions* found) const {
+  AllFound all;
+  auto metadata = std::move(readAll({source}, all).front());
+  for (const auto& one : all) warnOf(source.file, one);
+  if (found != nullptr && !all.empty()) *found = std::move(all.front());
+  return metadata;
+}
+
+std::unique_ptr<PartitionMetadata> DictionaryOptions::readCopy(const Source& source) const {
+  AllFound found;
+  return std::move(readAll({source}, found).front());
+}
+
+/// @param found  receives nothing where their own definitions are not wanted, or cannot be used.
+DictionaryOptions::AllMetadata DictionaryOptions::readAll(const std::vector<Source>& sources, AllFound& found) const {
+  AllMetadata metadata;
+  for (const auto& source : sources) metadata.push_back(source.read(loading()));
+  if (!usesOwn_) return metadata;
+  if (!usesOwnByDefault_) return readOwn(sources, metadata, found);
   try {
-    return readWith(own);
+    return readOwn(sources, metadata, found);
   } catch (...) {
+    found.clear();
     printMessage("warning: the metadata cannot be read with their own definitions, and are read without: " +
                  currentExceptionText());
     return metadata;
   }
 }
 
-std::unique_ptr<PartitionMetadata> DictionaryOptions::read(const Source& source) const {
-  return std::move(read(std::vector<Source>{source}).front());
+// Names depend on the definitions that are there before, and documents have those of their own definitions.
+DictionaryOptions::AllMetadata DictionaryOptions::readOwn(const std::vector<Source>& sources,
+                                                          const AllMetadata& metadata, AllFound& found) const {
+  AllMetadata own;
+  for (std::size_t i = 0; i < sources.size(); ++i) {
+    const auto load = loadingOwn(sources, metadata, i, found.emplace_back());
+    own.push_back(sources[i].read(load));
+  }
+  return own;
+}
+
+void DictionaryOptions::warnOf(const Path& file, const Registers::FileDefinitions& found) const {
+  if (usesOwnByDefault_) return;
+  const auto name = oneLine(file.u8string()) + ": warning: ";
+  if (!found.isNew()) printMessage(name + "the metadata define nothing that the dictionary lacks");
+  const auto left = std::count_if(found.problems.begin(), found.problems.end(), Registers::isLeftOut);
+  if (left == 0) return;
+  const auto first = std::find_if(found.problems.begin(), found.problems.end(), Registers::isLeftOut);
+  printMessage(name + "definitions left out: " + std::to_string(left) + ", such as " + oneLine(describe(*first)) +
+               "; mxfxml dictionary --learn lists them");
 }
 
 SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::loadFor(const Source& source) const {
@@ -83,16 +124,20 @@ DictionaryOptions::LoadFor DictionaryOptions::loading() const {
   return [this](std::optional<Vocabulary> vocabulary) { return load(vocabulary); };
 }
 
-DictionaryOptions::LoadFor DictionaryOptions::loadingOwn(
-    const std::vector<Source>& sources, const std::vector<std::unique_ptr<PartitionMetadata>>& metadata) const {
-  if (!usesOwn_) return {};
+/// Those of the first source come first.
+DictionaryOptions::LoadFor DictionaryOptions::loadingOwn(const std::vector<Source>& sources,
+                                                         const AllMetadata& metadata, std::size_t first,
+                                                         Registers::FileDefinitions& found) const {
   const auto all = std::make_shared<Definitions>(definitions());
-  std::size_t own = 0;
+  const auto add = [&](std::size_t i) {
+    return Registers::addFileDefinitions(*metadata[i], sources[i].file.u8string(), *all);
+  };
+  found = add(first);
+  bool isNew = found.isNew();
   for (std::size_t i = 0; i < sources.size(); ++i) {
-    const auto found = Registers::addFileDefinitions(*metadata[i], sources[i].file.u8string(), *all);
-    own += found.sets + found.properties + found.extensions;
+    if (i != first) isNew = add(i).isNew() || isNew;
   }
-  if (own == 0) return {};
+  if (!isNew) return loading();
   return [this, all](std::optional<Vocabulary> vocabulary) {
     return all->makeDictionary(vocabulary.value_or(vocabulary_));
   };

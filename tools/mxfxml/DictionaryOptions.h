@@ -12,6 +12,7 @@
 #include "Core/MetaMetadata/Vocabulary.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Path.h"
+#include "Registers/FileDefinitions.h"
 
 namespace Vantor::Tool {
 
@@ -35,12 +36,16 @@ class DictionaryOptions {
   static Source partitionOf(const Path& file, const MXF::PartitionChoice& choice,
                             std::optional<MetaMetadata::Vocabulary> vocabulary = {});
 
-  /// Reads metadata, and where their own definitions are wanted and there are any, once more with all of these.
-  /// Metadata that cannot be read with them is read without, with a warning.
+  /// Reads metadata, and where their own definitions are wanted and there are any, once more: each source with its own
+  /// and then those of the others. Warns of sources without definitions, and of definitions that are left out. Metadata
+  /// that cannot be read so is read without, with a warning; but not where the user asks for it.
   /// @throws as `load`, and what the sources throw.
   std::vector<std::unique_ptr<PartitionMetadata>> read(const std::vector<Source>& sources) const;
   /// The same for one source.
-  std::unique_ptr<PartitionMetadata> read(const Source& source) const;
+  /// @param found  receives what became of its own definitions.
+  std::unique_ptr<PartitionMetadata> read(const Source& source, Registers::FileDefinitions* found = nullptr) const;
+  /// The same without warnings, for a document that the command itself has made.
+  std::unique_ptr<PartitionMetadata> readCopy(const Source& source) const;
   /// A dictionary with the definitions that the metadata have of their own, where these are wanted.
   SharedPtr<const MetaMetadata::Dictionary> loadFor(const Source& source) const;
   bool usesOwn() const { return usesOwn_; }
@@ -54,12 +59,19 @@ class DictionaryOptions {
   Definitions definitions() const;
 
  private:
+  using AllMetadata = std::vector<std::unique_ptr<PartitionMetadata>>;
+  using AllFound = std::vector<Registers::FileDefinitions>;
+
   LoadFor loading() const;
-  LoadFor loadingOwn(const std::vector<Source>& sources,
-                     const std::vector<std::unique_ptr<PartitionMetadata>>& metadata) const;
+  LoadFor loadingOwn(const std::vector<Source>& sources, const AllMetadata& metadata, std::size_t first,
+                     Registers::FileDefinitions& found) const;
+  AllMetadata readOwn(const std::vector<Source>& sources, const AllMetadata& metadata, AllFound& found) const;
+  AllMetadata readAll(const std::vector<Source>& sources, AllFound& found) const;
+  void warnOf(const Path& file, const Registers::FileDefinitions& found) const;
 
   std::vector<Path> files_;
   bool usesOwn_ = false;
+  bool usesOwnByDefault_ = false;
   MetaMetadata::Vocabulary vocabulary_ = MetaMetadata::Vocabulary::kLegacy;
 };
 

@@ -10,6 +10,7 @@
 #include "Core/KLV/IdentifierDigits.h"
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/HexDigits.h"
+#include "Registers/Descriptions.h"
 #include "TextTable.h"
 
 namespace Vantor::Tool {
@@ -50,7 +51,10 @@ void addNames(const Definitions& definitions, const Definition& definition, Text
   facts.addRow({"XML, st434-2014", nameIn(Vocabulary::kST434_2014, definitions, definition)});
 }
 
-void addExplanation(const Explanation& explanation, TextTable& facts) {
+/// @param chosen      from the registers that the user gave.
+/// @param registered  from those that the library was made with.
+void addExplanation(const Explanation& chosen, const Explanation& registered, TextTable& facts) {
+  const auto& explanation = chosen.definition.empty() && chosen.document.empty() ? registered : chosen;
   if (!explanation.definition.empty()) facts.addRow({"definition", std::string(explanation.definition)});
   if (!explanation.document.empty()) facts.addRow({"document", std::string(explanation.document)});
 }
@@ -67,14 +71,17 @@ std::string entryText(const EnumerationDefinition& enumeration) {
   for (const auto& value : enumeration.values) {
     table.addRow({std::to_string(value.number), std::string(value.name)});
   }
+  TextTable facts(2);
+  addExplanation({}, Registers::registeredExplanation(enumeration.name), facts);
   return "enumeration " + std::string(enumeration.name) + " of " + Types::Identifiers::name(enumeration.base) + "\n" +
-         table.text();
+         facts.text() + table.text();
 }
 
 std::string entryText(const LabelDefinition& label) {
   TextTable table(2);
   table.addRow({"key", registerText(label.key.key())});
   table.addRow({"name", std::string(label.name)});
+  addExplanation(label.explanation, Registers::registeredExplanation(label.key.key()), table);
   return "label " + std::string(label.symbol) + "\n" + table.text();
 }
 
@@ -138,7 +145,7 @@ std::string entryText(const Definitions& definitions, const SetDefinition& set) 
   const auto commonName = commonNameOf(definitions, set);
   if (!commonName.empty()) facts.addRow({"common name", commonName});
   addNames(definitions, set, facts);
-  addExplanation(set.explanation, facts);
+  addExplanation(set.explanation, Registers::registeredExplanation(set.key), facts);
   const auto commonNames = commonNamesIn(definitions, set);
   TextTable table(7);
   TextTable::Row heading = {"tag", "legacy", "st434-2014", "type", "status", "of"};
@@ -158,7 +165,7 @@ std::string entryText(const Definitions& definitions, const PropertyDefinition& 
   const auto commonNames = commonNamesOf(definitions, place);
   if (!commonNames.empty()) facts.addRow({"common name", commonNames});
   addNames(definitions, property, facts);
-  addExplanation(property.explanation, facts);
+  addExplanation(property.explanation, Registers::registeredExplanation(property.key.key()), facts);
   TextTable uses(3);
   uses.addRow({"tag", "status", "in set"});
   for (const auto& set : definitions.sets()) {

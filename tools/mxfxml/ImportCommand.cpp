@@ -24,7 +24,10 @@ namespace {
 
 constexpr const char* kNothingWritten = "; nothing is written";
 constexpr const char* kOwnNames =
-    ": warning: the document has names from its own MetaDictionary; --own-dictionary reads them";
+    ": warning: the document is an export with --own-dictionary; what it names so is left out without that option";
+constexpr const char* kOthersNames =
+    ": warning: the document has names of a MetaDictionary that is not in it, which are left out; --dictionary reads "
+    "them with what mxfxml dictionary --learn makes of the file";
 constexpr const char* kRestLeft = "; nothing is written; --keep-going writes the rest";
 
 /// How many items of dark groups have a dynamic tag without a label: only the primer pack of their file had that, and a
@@ -51,6 +54,17 @@ bool mentionsOwn(const Diagnostics& diagnostics) {
       return argument == Registers::kOwnSets || argument == Registers::kOwnProperties;
     });
   });
+}
+
+/// Warns of names that an export with --own-dictionary gave a document.
+/// @param metadata  read from the document, or those of the file that it goes into.
+void warnOfOwnNames(const Path& document, const Diagnostics& diagnostics, const PartitionMetadata& metadata) {
+  if (!mentionsOwn(diagnostics)) return;
+  const auto& sets = metadata.sets();
+  const bool isThere = std::any_of(sets.begin(), sets.end(), [](const MetadataSet* set) {
+    return set->definition() != nullptr && set->name() == "MetaDictionary";
+  });
+  printMessage(document.u8string() + (isThere ? kOwnNames : kOthersNames));
 }
 
 /// The partition that a document was exported from; none for the header partition.
@@ -154,7 +168,7 @@ class ImportCommand final : public Command {
     const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics); };
     const auto found = dictionary_.read({input(), read});
     auto& metadata = *found;
-    if (!dictionary_.usesOwn() && mentionsOwn(diagnostics)) printMessage(input().u8string() + kOwnNames);
+    if (!dictionary_.usesOwn()) warnOfOwnNames(input(), diagnostics, metadata);
     printDiagnostics(input(), diagnostics, strict_, kNothingWritten);
     const auto lost = tagsWithoutLabels(metadata);
     if (lost != 0) {
@@ -202,7 +216,7 @@ class ImportCommand final : public Command {
     try {
       const auto edited = file.read(document, options_);
       const auto& diagnostics = edited.import.diagnostics;
-      if (!dictionary_.usesOwn() && mentionsOwn(diagnostics)) printMessage(input().u8string() + kOwnNames);
+      if (!dictionary_.usesOwn()) warnOfOwnNames(input(), diagnostics, file.metadata());
       printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kRestLeft);
       const auto merged = file.merge(edited, options_);
       if (edited.isOfEarlierState && !options_.mergesOtherFile) {

@@ -10,6 +10,7 @@
 #include "Core/Platform/Strings.h"
 #include "DictionaryOptions.h"
 #include "DictionaryText.h"
+#include "ErrorText.h"
 #include "OperationalPattern.h"
 #include "SetList.h"
 #include "StandardStreams.h"
@@ -159,6 +160,21 @@ std::string describeMetadata(const PartitionMetadata& metadata, const Counts& co
   return others.empty() ? text : text + "\n" + others;
 }
 
+/// What a file defines of its own; nothing for one without definitions.
+std::string describeOwn(const Registers::FileDefinitions& own) {
+  if (!own.isThere) return {};
+  constexpr std::size_t kMostListed = 5;
+  const auto& problems = own.problems;
+  std::string text = "\nown dictionary: " + std::to_string(own.sets) + " classes, " + std::to_string(own.properties) +
+                     " properties, " + std::to_string(own.types) + " types; " + std::to_string(problems.size()) +
+                     " problems\n";
+  for (std::size_t i = 0; i < std::min(kMostListed, problems.size()); ++i) {
+    text += "  " + oneLine(describe(problems[i])) + "\n";
+  }
+  if (problems.size() > kMostListed) text += "  and others: mxfxml dictionary --learn lists all\n";
+  return text;
+}
+
 class InfoCommand final : public Command {
  public:
   explicit InfoCommand(CLI::App& program)
@@ -176,13 +192,14 @@ class InfoCommand final : public Command {
     refuseStoppedChange(input());
     const auto structure = MXF::readStructure(input());
     const auto definitions = dictionary_.definitions();
-    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
+    Registers::FileDefinitions own;
+    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_), &own);
     const Counts counts(*metadata);
     if (sets_) {
       writeStandardOutput(describeMetadata(*metadata, counts, partition_, listOfSets(*metadata, definitions)));
     } else {
       writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) + "\n" +
-                          describeMetadata(*metadata, counts, partition_, list(counts.known)));
+                          describeMetadata(*metadata, counts, partition_, list(counts.known)) + describeOwn(own));
     }
     return kSuccess;
   }

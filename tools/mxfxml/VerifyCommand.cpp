@@ -1,5 +1,6 @@
 #include "Command.h"
 
+#include <memory>
 #include <string>
 
 #include "CommonOptions.h"
@@ -48,9 +49,9 @@ class VerifyCommand final : public Command {
     refuseStoppedChange(input());
     const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
     if (metadata->preface() == nullptr) throw CommandError(describe(partition_) + " has no Preface to start from");
-    PartitionMetadata copy(metadata->partitionDictionary().dictionary());
-    const auto diagnostics = exact_ ? roundTripExactly(*metadata, copy) : roundTrip(*metadata, copy);
-    const auto comparison = comparePartitions(*metadata, copy);
+    Diagnostics diagnostics;
+    const auto copy = exact_ ? roundTripExactly(*metadata) : roundTrip(*metadata, diagnostics);
+    const auto comparison = comparePartitions(*metadata, *copy);
     writeStandardOutput(linesOf(diagnostics) + describe(comparison));
     if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics));
     if (!comparison.isEqual()) throw CommandError("the metadata of " + describe(partition_) + " comes back changed");
@@ -58,18 +59,31 @@ class VerifyCommand final : public Command {
   }
 
  private:
-  Diagnostics roundTrip(PartitionMetadata& metadata, PartitionMetadata& copy) const {
+  using Metadata = std::unique_ptr<PartitionMetadata>;
+
+  /// @param diagnostics  receives those of the document.
+  Metadata roundTrip(PartitionMetadata& metadata, Diagnostics& diagnostics) const {
     LosslessXML::ExportOptions options;
     options.nestStrongReferences = !flat_;
-    const auto document = LosslessXML::exportBytes(metadata, options, XMLUtils::EncodingType::kUTF8);
-    return LosslessXML::Document::fromBytes(document.data(), document.size()).import(copy).diagnostics;
+    const auto bytes = LosslessXML::exportBytes(metadata, options, XMLUtils::EncodingType::kUTF8);
+    const auto document = LosslessXML::Document::fromBytes(bytes.data(), bytes.size());
+    return readBack([&](PartitionMetadata& copy) { diagnostics = document.import(copy).diagnostics; });
   }
 
-  Diagnostics roundTripExactly(PartitionMetadata& metadata, PartitionMetadata& copy) const {
+  Metadata roundTripExactly(PartitionMetadata& metadata) const {
     wstring document;
     XMLBuilder::partition2XML(&metadata, !flat_, false, XMLUtils::EncodingType::kUTF8, document);
-    XML2Partition::getPartitionMetadataFromString(document, &copy);
-    return {};
+    return readBack([&](PartitionMetadata& copy) { XML2Partition::getPartitionMetadataFromString(document, &copy); });
+  }
+
+  /// As an import does: with the definitions of the document itself.
+  template <class Read>
+  Metadata readBack(Read read) const {
+    return dictionary_.readCopy({input(), [&](const DictionaryOptions::LoadFor& load) {
+                                   auto copy = std::make_unique<PartitionMetadata>(load({}));
+                                   read(*copy);
+                                   return copy;
+                                 }});
   }
 
   bool flat_ = false;

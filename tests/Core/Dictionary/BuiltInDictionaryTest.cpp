@@ -112,7 +112,7 @@ TEST(BuiltInDictionary, LetsADictionaryFileDefineTheSetsOfTheSupplementAnew) {
 TEST(BuiltInDictionary, KnowsTheSetsThatAreNewerThanTheRegisters) {
   EXPECT_EQ(setOf("ADM_CHNASubDescriptor").key(), registerKey("060e2b34.02530101.0d010101.0101810e"));
   EXPECT_EQ(setOf("ADM_CHNASubDescriptor").parent()->symbol(), "SubDescriptor");
-  EXPECT_EQ(attributeOf("RIFFChunkDefinitionSubDescriptor", "RIFFChunkID").metaElement()->dataType(), kISO7String);
+  EXPECT_EQ(attributeOf("RIFFChunkDefinitionSubDescriptor", "RIFFChunkID").metaElement()->dataType(), kDataStream);
   EXPECT_EQ(attributeOf("ADM_CHNASubDescriptor", "ADMChannelMappingsArray").metaElement()->target(),
             &setOf("ADMChannelMapping"));
   // Three sets have a property of this name; documents have another one for each.
