@@ -158,7 +158,10 @@ TEST(Set, TakesNothingOutThatCannotBe) {
             ": Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C has no property 'ByteOrdr' (did you mean "
             "'ByteOrder'?)\n"},
            {"TimelineTrack.TrackName",
-            ": TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"}}) {
+            ": TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] (TrackID 2, in "
+            "SourcePackage), TimelineTrack[2] (TrackID 2, in MaterialPackage), TimelineTrack[3] (TrackID 1, TrackName "
+            "\"Timecode track\", in MaterialPackage), TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
+            "SourcePackage), or TimelineTrack[*] for all\n"}}) {
     const SetFile file;
     const Result result = file.set({"--remove", removal});
     EXPECT_EQ(result.exitCode, 1) << removal;
@@ -209,8 +212,10 @@ TEST(Set, NamesTheChoicesWhereSetsShareAnInstanceUID) {
   const std::string before = readFile(file.path()), track = kFirstTrack;
   const Result result = file.set({"TimelineTrack.TrackID=9", "--start", track});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": " + track + " is ambiguous: 2 sets; use " + track + "[1] or " +
-                            track + "[2]\n");
+  EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": " + track +
+                            " is ambiguous: 2 sets (see \"mxfxml info --sets\"); use " + track +
+                            "[1] (TrackID 2, in SourcePackage), " + track + "[2] (TrackID 2, in SourcePackage), or " +
+                            track + "[*] for all\n");
   EXPECT_EQ(readFile(file.path()), before);
 }
 
@@ -309,7 +314,10 @@ TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
            {"Track[.TrackID=1", ": the bracket in 'Track[.TrackID=1' is not closed\n"},
            {"Preface.ByteOrdr=1", kThePreface + " has no property 'ByteOrdr' (did you mean 'ByteOrder'?)\n"},
            {"TimelineTrack.TrackID=1",
-            ": TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"},
+            ": TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] (TrackID 2, in "
+            "SourcePackage), TimelineTrack[2] (TrackID 2, in MaterialPackage), TimelineTrack[3] (TrackID 1, TrackName "
+            "\"Timecode track\", in MaterialPackage), TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
+            "SourcePackage), or TimelineTrack[*] for all\n"},
            {"TimelineTrack[5].TrackID=1", ": there is no TimelineTrack[5]: the partition has 4 of these sets\n"},
            {"Preface.ByteOrder=x", ": ByteOrder of" + kThePreface +
                                        ": 'x' is not a whole number from -32768 to 32767; for example 25 or 0x19\n"},
@@ -376,7 +384,11 @@ TEST(Set, TakesNoPropertyOutThatItGivesAValue) {
 TEST(Set, NamesTheStartThatIsNotThere) {
   for (const auto& [start, reason] : std::vector<std::pair<std::string, std::string>>{
            {"Preface", "the set 'Preface' is no TimelineTrack\n"},
-           {"TimelineTrack", "TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"},
+           {"TimelineTrack",
+            "TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] (TrackID 2, in "
+            "SourcePackage), TimelineTrack[2] (TrackID 2, in MaterialPackage), TimelineTrack[3] (TrackID 1, TrackName "
+            "\"Timecode track\", in MaterialPackage), TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
+            "SourcePackage), or TimelineTrack[*] for all\n"},
            {"8D.9D.AD.D2", "the partition has no set whose InstanceUID begins with 8D.9D.AD.D2\n"}}) {
     const SetFile file;
     const Result result = file.set({"TimelineTrack.TrackID=9", "--start", start});

@@ -59,7 +59,7 @@ std::vector<std::unique_ptr<PartitionMetadata>> DictionaryOptions::read(const st
     return found;
   };
   auto metadata = readWith(loading());
-  const auto own = loadingOwn(sources, metadata);
+  const auto own = usesOwn_ ? loadingOwn(sources, metadata) : LoadFor();
   if (!own) return metadata;
   try {
     return readWith(own);
@@ -79,13 +79,23 @@ SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::loadFor(const Sourc
   return read(source)->partitionDictionary().dictionary();
 }
 
+SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::tryLoadOwn(const Source& source) const {
+  try {
+    std::vector<std::unique_ptr<PartitionMetadata>> metadata;
+    metadata.push_back(source.read(loading()));
+    const auto own = loadingOwn({source}, metadata);
+    return own ? own(std::nullopt) : nullptr;
+  } catch (...) {
+    return nullptr;
+  }
+}
+
 DictionaryOptions::LoadFor DictionaryOptions::loading() const {
   return [this](std::optional<Vocabulary> vocabulary) { return load(vocabulary); };
 }
 
 DictionaryOptions::LoadFor DictionaryOptions::loadingOwn(
     const std::vector<Source>& sources, const std::vector<std::unique_ptr<PartitionMetadata>>& metadata) const {
-  if (!usesOwn_) return {};
   const auto all = std::make_shared<Definitions>(definitions());
   std::size_t own = 0;
   for (std::size_t i = 0; i < sources.size(); ++i) {
