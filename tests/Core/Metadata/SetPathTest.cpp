@@ -110,7 +110,7 @@ TEST(SetPath, NamesWhatCannotStandThere) {
       {"A[X=\"b]", "the quoted text in '[X=\"b]' has no end"},
       {"A[X=\"b\\\"]", "the quoted text in '[X=\"b\\\"]' has no end"},
       {"A[X=\"b\"c]", "the condition '[X=\"b\"c]' in 'A[X=\"b\"c]' goes on behind its quoted text"},
-      {"A[ =1]", "the condition '[=1]' in 'A[ =1]' names no property"},
+      {"A[ =1]", "the condition '[ =1]' in 'A[ =1]' names no property"},
       {"A (B", "'(B' in 'A (B' cannot stand there"},
       {"A[=1]", "the condition '[=1]' in 'A[=1]' names no property"},
       {"A]", "']' in 'A]' cannot stand there"},
@@ -240,13 +240,15 @@ TEST_F(SetPathInPartition, ChoosesSeveralSetsOnlyWhereAllAreAskedFor) {
 TEST_F(SetPathInPartition, NamesThePartThatLeadsNowhere) {
   const std::vector<std::pair<std::string, std::string>> mistakes = {
       {"Other",
-       "Other is ambiguous: 3 sets (see \"mxfxml info --sets\"); use Other[1], Other[2], Other[3], or Other[*] for "
+       "Other is ambiguous: 3 sets (see \"mxfxml info --sets\"); use Other[1], Other[2] (Foreign 7), Other[3], or "
+       "Other[*] for "
        "all"},
       {"Thing[Number=7]",
        "Thing[Number=7] is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Thing[Number=7][1] (Number 7), "
        "Thing[Number=7][2] (Number 7), or Thing[Number=7][*] for all"},
       {"Preface/Other",
-       "Preface/Other is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Preface/Other[1], Preface/Other[2], or "
+       "Preface/Other is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Preface/Other[1] (Foreign 7), "
+       "Preface/Other[2], or "
        "Preface/Other[*] for all"},
       {"Other[4]", "there is no Other[4]: the partition has 3 of these sets"},
       {"Other[-4]", "there is no Other[-4]: the partition has 3 of these sets"},
