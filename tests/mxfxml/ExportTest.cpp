@@ -198,11 +198,11 @@ TEST(Export, StartsFromASetByItsNumber) {
 )"));
 }
 
-TEST(Export, StartsFromTheFirstOfSeveralSetsWithOneInstanceUID) {
+TEST(Export, StartsFromANumberedOneOfSeveralSetsWithOneInstanceUID) {
   const ChangedSample twins("op1a.mxf", keyBytes(u"AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.01"),
                             keyBytes(u"AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.00"));
   const std::string id = "adab4424-2f25-4dc7-92ff-000900000000";
-  const Result result = run({"export", twins.path(), "--start", id});
+  const Result result = run({"export", twins.path(), "--start", id + "[1]"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, HasSubstr(R"(>
   <s377m:TimelineTrack rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.00">
@@ -219,9 +219,9 @@ TEST(Export, NamesTheStartThatIsNotThere) {
   expectFailure({"export", input, "--start", "00000000-0000-4000-8000-000000000000"},
                 "the partition has no set with the identifier 00000000-0000-4000-8000-000000000000");
   expectFailure({"export", input, "--start", "TimelineTrack[9]"},
-                "there is no TimelineTrack[9]: the partition has 4 of these sets");
+                "there is no TimelineTrack[9]: the partition has 6 of these sets");
   EXPECT_THAT(run({"export", input, "--start", "TimelineTrack"}).err,
-              HasSubstr(": TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] ("));
+              HasSubstr(": TimelineTrack is ambiguous: 6 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] ("));
 }
 
 TEST(Export, StartsFromASetThatTheDictionaryDoesNotKnow) {

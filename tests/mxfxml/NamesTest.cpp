@@ -117,7 +117,7 @@ TEST(Names, OfOtherProgramsSuggestProperties) {
             "(ProductVersion)'"},
            {"MaterialPackage.material_package_name=x", "'PackageName (Name)'"},
            {"TimelineTrack[1].FrameRate=x", "'EditRate'"},
-           {"TimelineTrack[1].ID=x", "'TrackID'"},
+           {"TimelineTrack[1].ID=x", "'InstanceID', 'LinkedGenerationID' or 'TrackID'"},
            {"Preface.OP=x", "'OperationalPattern'"},
            {"Timecode[1].StartTC=x", "'StartTimecode'"},
            {"Identification.Comapny=x", "'ApplicationSupplierName (CompanyName)'"},

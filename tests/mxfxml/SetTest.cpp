@@ -50,7 +50,8 @@ TEST(Set, ChangesPropertiesAndNothingElse) {
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.out, "2 sets changed (2 properties); written to 2 partitions, which repeat each other\n");
   const std::string diff = file.diff();
-  EXPECT_THAT(diff, HasSubstr(": ApplicationName: \"GStreamer Multimedia Framework\" -> \"\xC3\x84 & <b>\"\n"));
+  EXPECT_THAT(diff,
+              HasSubstr(": ApplicationName (ProductName): \"GStreamer Multimedia Framework\" -> \"\xC3\x84 & <b>\"\n"));
   EXPECT_THAT(diff, HasSubstr(": StartTimecode: 00:00:00:00 -> 01:00:00:00\n"));
   EXPECT_THAT(diff, HasSubstr("sets compared 19, different 2; properties compared 115, different 2\n"));
   EXPECT_EQ(withoutDescription(run({"export", file.path(), "--partition", "footer"}).out),
@@ -121,8 +122,8 @@ TEST(Set, TakesPropertiesOut) {
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out, "3 sets changed (3 properties); written to 2 partitions, which repeat each other\n");
   const std::string diff = file.diff();
-  EXPECT_THAT(diff, ContainsRegex("missing property: Identification .*: ApplicationName: \"GStreamer"));
-  EXPECT_THAT(diff, ContainsRegex("missing property: TimelineTrack .*: EssenceTrackNumber: "));
+  EXPECT_THAT(diff, ContainsRegex("missing property: Identification .*: ApplicationName .ProductName.: \"GStreamer"));
+  EXPECT_THAT(diff, ContainsRegex("missing property: TimelineTrack .*: EssenceTrackNumber .TrackNumber.: "));
   EXPECT_THAT(diff, HasSubstr("properties compared 115, different 3\n"));
 }
 
@@ -132,8 +133,8 @@ TEST(Set, TakesAPropertyOutOfTheSetThatAnInstanceUIDNames) {
                               {"--remove", "TimelineTrack.EssenceTrackNumber", "--start", kFirstTrack}))
                 .exitCode,
             0);
-  EXPECT_THAT(file.diff(),
-              HasSubstr(std::string("missing property: TimelineTrack ") + kFirstTrack + ": EssenceTrackNumber: "));
+  EXPECT_THAT(file.diff(), HasSubstr(std::string("missing property: TimelineTrack ") + kFirstTrack +
+                                     ": EssenceTrackNumber (TrackNumber): "));
 }
 
 TEST(Set, TakesReferencesOutAndKeepsTheirTargets) {
@@ -173,7 +174,7 @@ TEST(Set, TakesNothingOutThatCannotBe) {
 TEST(Set, MakesATextEmpty) {
   const SetFile file;
   EXPECT_EQ(file.set({"Identification.ApplicationName="}).exitCode, 0);
-  EXPECT_THAT(file.diff(), HasSubstr(": ApplicationName: \"GStreamer Multimedia Framework\" -> \"\"\n"));
+  EXPECT_THAT(file.diff(), HasSubstr(": ApplicationName (ProductName): \"GStreamer Multimedia Framework\" -> \"\"\n"));
 }
 
 /// A copy of the file in which octets have become others, everywhere.
@@ -212,10 +213,10 @@ TEST(Set, NamesTheChoicesWhereSetsShareAnInstanceUID) {
   const std::string before = readFile(file.path()), track = kFirstTrack;
   const Result result = file.set({"TimelineTrack.TrackID=9", "--start", track});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": " + track +
-                            " is ambiguous: 2 sets (see \"mxfxml info --sets\"); use " + track +
-                            "[1] (TrackID 2, in SourcePackage), " + track + "[2] (TrackID 2, in SourcePackage), or " +
-                            track + "[*] for all\n");
+  EXPECT_EQ(result.err,
+            "mxfxml: " + file.path() + ": " + track + " is ambiguous: 2 sets (see \"mxfxml info --sets\"); use " +
+                track + "[1] (TrackID 2, in SourcePackage), " + track +
+                "[2] (TrackID 1, TrackName \"Timecode track\", in MaterialPackage), or " + track + "[*] for all\n");
   EXPECT_EQ(readFile(file.path()), before);
 }
 
@@ -283,13 +284,14 @@ TEST(Set, TakesCompoundValuesAndLists) {
             "repeat each other\n");
   EXPECT_THAT(result.err, MatchesRegex("mxfxml: .*: note: unused-container: [^\n]*\n"));
   const std::string diff = file.diff();
-  EXPECT_THAT(diff, HasSubstr(": FileLastModified: 2026-10-21T01:15:27.020 -> 2027-02-09T03:04:05.008\n"));
-  EXPECT_THAT(diff, HasSubstr(": FormatVersion: 1.2 -> 1.3\n"));
-  EXPECT_THAT(diff, HasSubstr(": ApplicationVersion: 1.22.0.0 release -> 1.2.3.4 private\n"));
+  EXPECT_THAT(diff,
+              HasSubstr(": FileLastModified (LastModifiedDate): 2026-10-21T01:15:27.020 -> 2027-02-09T03:04:05.008\n"));
+  EXPECT_THAT(diff, HasSubstr(": FormatVersion (Version): 1.2 -> 1.3\n"));
+  EXPECT_THAT(diff, HasSubstr(": ApplicationVersion (ProductVersion): 1.22.0.0 release -> 1.2.3.4 private\n"));
   EXPECT_THAT(diff, HasSubstr(" -> [06.0E.2B.34.04.01.01.02.0D.01.03.01.02.06.03.00, "
                               "MXFGCFrameWrappedMPEGESAudioStream0SID]\n"));
-  EXPECT_THAT(diff,
-              HasSubstr(": PackageTracks[0]: " + std::string(kTimecodeTrack) + " (TimelineTrack) -> " + kSecondTrack));
+  EXPECT_THAT(diff, HasSubstr(": PackageTracks[0] (Tracks): " + std::string(kTimecodeTrack) + " (TimelineTrack) -> " +
+                              kSecondTrack));
 }
 
 TEST(Set, WritesACopyWhenAskedTo) {
