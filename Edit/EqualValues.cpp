@@ -39,7 +39,12 @@ OldValues oldValuesOf(const std::vector<EditedSet>& edited) {
       auto& values = old[definition];
       const bool isKnown =
           std::any_of(values.begin(), values.end(), [&](const OldValue& one) { return one.value->equals(*value); });
-      if (!isKnown) values.push_back({value, {definition->symbol(), valueText(*set.before, *before), {}}});
+      if (!isKnown)
+        values.push_back({value,
+                          {definition->symbol(),
+                           valueText(*set.before, *before),
+                           {},
+                           std::string(set.before->otherNameOf(definition->symbol()))}});
     }
   }
   return old;

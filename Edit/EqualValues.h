@@ -13,6 +13,7 @@ struct EqualValue {
   std::string property;           ///< the symbol
   std::string value;              ///< the old one, for people
   std::vector<std::string> sets;  ///< the others by full name, in file order
+  std::string otherName = {};     ///< the common name of the property in the edited set; empty for none
 };
 
 /// The texts, positions, lengths, rates and times that an edit has changed while other sets hold them in the same

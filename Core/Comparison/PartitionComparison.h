@@ -27,6 +27,7 @@ struct PartitionDifference {
   std::string property;     ///< with the index of a collection's first item that differs; empty for whole sets
   std::string left;         ///< the value as text, shortened; empty for none
   std::string right;
+  std::string otherName = {};  ///< the common name of the property, or of the whole set; empty for none
 };
 
 /// The name of a kind of difference, such as "missing set".

@@ -34,20 +34,33 @@ std::string_view withoutPrefix(std::string_view text) {
   return text;
 }
 
-bool isSeparator(char character) { return character == '.' || character == '-' || character == ' '; }
+bool isSeparator(char character) { return std::string_view(".- :_,").find(character) != std::string_view::npos; }
+
+/// The number of characters between two digits; none where they cannot stand there. Groups may have a "0x" each.
+std::optional<std::size_t> separatorAt(std::string_view text) {
+  std::size_t size = isSeparator(text.front()) ? 1 : 0;
+  if (size == 0) return std::nullopt;
+  const bool isComma = text.front() == ',';
+  while (size < text.size() && text[size] == ' ' && (isComma || text[0] == ' ')) ++size;
+  return size + (beginsWith(text.substr(size), "0x") ? 2 : 0);
+}
 
 }  // namespace
 
 std::optional<std::string> identifierDigits(std::string_view text, std::size_t most) {
   text = withoutPrefix(withoutBraces(text));
   std::string digits;
-  bool isBehindDigit = false;
-  for (const char character : text) {
-    const bool isDigit = Platform::hexDigit(static_cast<unsigned char>(character)) >= 0;
-    if (!isDigit && !(isBehindDigit && isSeparator(character))) return std::nullopt;
-    if (isDigit) digits += upperCase(character);
+  while (!text.empty()) {
+    if (Platform::hexDigit(static_cast<unsigned char>(text.front())) >= 0) {
+      digits += upperCase(text.front());
+      text.remove_prefix(1);
+    } else {
+      const auto separator = digits.empty() ? std::nullopt : separatorAt(text);
+      const bool isDoubled = separator && *separator < text.size() && isSeparator(text[*separator]);
+      if (!separator || isDoubled) return std::nullopt;
+      text.remove_prefix(*separator);
+    }
     if (digits.size() > most) return std::nullopt;
-    isBehindDigit = isDigit;
   }
   return digits.empty() ? std::nullopt : std::optional(digits);
 }

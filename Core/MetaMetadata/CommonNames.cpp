@@ -22,9 +22,12 @@ std::string_view nameIn(const CommonNames::Entry* entry) {
 }
 
 template <class Definition>
-std::string withCommonName(std::string_view shown, const Definition& definition, std::string_view common) {
-  const bool isNew = !common.empty() && !definition.isNamed(common);
-  return std::string(shown) + (isNew ? " (" + std::string(common) + ")" : "");
+std::string_view unlessNamed(const Definition& definition, std::string_view common) {
+  return definition.isNamed(common) ? std::string_view() : common;
+}
+
+std::string withCommonName(std::string_view shown, std::string_view common) {
+  return std::string(shown) + (common.empty() ? "" : " (" + std::string(common) + ")");
 }
 
 }  // namespace
@@ -64,7 +67,12 @@ std::string_view CommonNames::nameOf(const MetaMetadataSet& set, const MetaEleme
   })));
 }
 
-std::string namesOf(const MetaMetadataSet& set) { return withCommonName(set.symbol(), set, set.commonName()); }
+std::string_view otherNameOf(const MetaMetadataSet& set) { return unlessNamed(set, set.commonName()); }
+std::string_view otherNameOf(const MetaMetadataSet& set, const MetaElement& element) {
+  return unlessNamed(element, set.commonNameOf(element));
+}
+
+std::string namesOf(const MetaMetadataSet& set) { return withCommonName(set.symbol(), otherNameOf(set)); }
 
 std::string namesOf(const MetaMetadataSet& set, const MetaElement& element) {
   return namesOf(set, element, element.symbol());
@@ -72,7 +80,7 @@ std::string namesOf(const MetaMetadataSet& set, const MetaElement& element) {
 
 std::string namesOf(const MetaMetadataSet& set, const MetaElement& element, std::string_view asked) {
   const std::string_view shown = element.isNamed(asked) ? asked : std::string_view(element.symbol());
-  return withCommonName(shown, element, set.commonNameOf(element));
+  return withCommonName(shown, otherNameOf(set, element));
 }
 
 }  // namespace Vantor::MetaMetadata

@@ -42,6 +42,10 @@ class CommonNames {
   HashIndex byDefinition_;  // by the element, or by the set of a name of its own
 };
 
+/// The common name where there is one that is neither the symbol nor the tag name; else empty.
+std::string_view otherNameOf(const MetaMetadataSet& set);
+std::string_view otherNameOf(const MetaMetadataSet& set, const MetaElement& element);
+
 /// The symbol, followed by the common name where there is one that is neither the symbol nor the tag name:
 /// "ApplicationSupplierName (CompanyName)".
 std::string namesOf(const MetaMetadataSet& set);

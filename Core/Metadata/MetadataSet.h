@@ -115,6 +115,9 @@ class MetadataSet {
   /// The name as it was given and the common name, for messages: "ApplicationName (ProductName)"; the symbol in the
   /// place of a common name that was given.
   std::string namesOf(std::string_view property) const;
+  /// The common name of a property, or of the set for an empty name, where that is another one than the symbol and the
+  /// tag name; else empty. Does not throw.
+  std::string_view otherNameOf(std::string_view property) const;
   /// Whether the property is present, even without a value, or as octets that did not decode. Does not throw.
   bool has(std::string_view property) const;
 

@@ -96,8 +96,7 @@ MetadataSet* PartitionMetadata::createMetadataSet(const KLV::Key& key) {
 
 MetadataSet& PartitionMetadata::createMetadataSet(std::string_view name) {
   const auto definitions = dictionary_.dictionary()->findSetsByName(name);
-  if (definitions.empty())
-    raise<InvalidFormat>("the dictionary has no set '{}'{}", name, suggestSet(*dictionary_.dictionary(), name));
+  if (definitions.empty()) raise<InvalidFormat>("the dictionary has no set '{}'{}", name, suggestSet(*this, name));
   const auto concrete = std::find_if(definitions.begin(), definitions.end(),
                                      [](const auto* definition) { return definition->isConcrete(); });
   if (concrete == definitions.end()) raise<InvalidFormat>("{} is abstract: files hold no such sets", name);

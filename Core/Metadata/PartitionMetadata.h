@@ -89,11 +89,17 @@ class PartitionMetadata {
   /// The set that a text chooses (`SetPath`):
   ///
   ///     "TimelineTrack"      the only set of that kind, by its symbol in the register, its tag name or its common name
-  ///     "Track"              of an abstract kind, or of one without sets of its own: the only set that inherits from
-  ///     it "TimelineTrack[2]"   the second one, in file order "TimelineTrack[-1]"  the last one
+  ///     "Component"          of an abstract kind, or of one without sets of its own: the only set that inherits from
+  ///                          it
+  ///     "Track"              both the common name of a kind and an abstract one: of the former where there are such
+  ///                          sets; a condition that holds for none of these tries the others
+  ///     "TimelineTrack[2]"   the second one, in file order
+  ///     "TimelineTrack[-1]"  the last one
   ///     "TimelineTrack[TrackID=2]"  the only one with this value, in any form that `MetadataSet::set` takes
   ///     "MaterialPackage/Timecode"  the only one that strong references of the MaterialPackage lead to, directly or
-  ///                          through other sets; the nearest is the first. Steps may have indexes and conditions
+  ///                          through other sets; the nearest is the first. Steps may have indexes and conditions,
+  ///                          which count and choose among all sets that the step reaches: "Package[*]/Track[1]" is
+  ///                          one set. Weak references and PackageIDs lead nowhere
   ///     "06.0E.2B.34...."    the set with that InstanceUID, or else the only one with that key; in any spelling of
   ///                          `KLV::identifierDigits`
   ///     "8d9dad"             the only set whose InstanceUID begins so, by four digits or more that are no name
@@ -109,7 +115,10 @@ class PartitionMetadata {
   /// @throws InvalidFormat for an index, a condition or a path of a wrong form.
   FoundSets findAll(std::string_view text) const;
   /// The set that the text chooses, or with "[*]" at its end all of them, one at least. @throws as `find`.
-  FoundSets choose(std::string_view text) const;
+  /// @param property  what the sets are wanted for: of sets of several kinds, only those count that can have it, so
+  ///                  that "Component" chooses the only Timecode for "StartTimecode". Indexes count all of them all the
+  ///                  same. Empty for none.
+  FoundSets choose(std::string_view text, std::string_view property = {}) const;
 
   /// Adds a set at the end with every property of its definition, unset but for the InstanceUID, which is a new random
   /// one. A key that the dictionary does not know gives a set without definition and properties.

@@ -206,6 +206,13 @@ std::string MetadataSet::namesOf(std::string_view property) const {
   return definition_ == nullptr ? definition.symbol() : MetaMetadata::namesOf(*definition_, definition, property);
 }
 
+std::string_view MetadataSet::otherNameOf(std::string_view property) const {
+  if (definition_ == nullptr) return {};
+  if (property.empty()) return MetaMetadata::otherNameOf(*definition_);
+  const auto* attribute = definition_->findAttribute(property);
+  return attribute == nullptr ? std::string_view() : MetaMetadata::otherNameOf(*definition_, *attribute->metaElement());
+}
+
 const Element* MetadataSet::findPresent(std::string_view property) const {
   const auto* element = find(property);
   if (element != nullptr && element->isPresent()) return element;
@@ -219,7 +226,7 @@ const MetaElement& MetadataSet::definitionOf(std::string_view property) const {
   if (const auto* element = find(property)) return *element->metaAttribute().metaElement();
   const auto* attribute = definition_ == nullptr ? nullptr : definition_->findAttribute(property);
   if (attribute == nullptr) {
-    const auto near = definition_ == nullptr ? std::string() : suggestProperty(*definition_, property);
+    const auto near = definition_ == nullptr ? std::string() : suggestProperty({definition_}, property);
     raise<InvalidFormat>("{} has no property '{}'{}", fullName(), property, near);
   }
   return *attribute->metaElement();

@@ -14,24 +14,31 @@ class SetChoice {
  public:
   using Sets = PartitionMetadata::Sets;
 
-  SetChoice(const PartitionMetadata& partition, const SetPath& path);
+  /// @param property  one that the sets are wanted for: of several kinds, only those count that can have it. It does
+  ///                  not change what an index counts. Empty for none.
+  SetChoice(const PartitionMetadata& partition, const SetPath& path, std::string_view property = {});
 
   /// Sets of a kind in file order; those of a later step with the nearest first.
   const Sets& sets() const { return sets_; }
   /// To be called when there are none. @throws InvalidFormat naming the part of the path that leads nowhere.
   [[noreturn]] void raiseNotFound() const;
+  /// To be called when there are several. @throws InvalidFormat listing the choices, with what tells them apart.
+  [[noreturn]] void raiseAmbiguous() const;
 
  private:
+  using Kinds = std::vector<const MetaMetadata::MetaMetadataSet*>;
   using Step = SetPath::Step;
   using Selector = SetPath::Selector;
 
   void follow(const Step& step, bool isFirst);
+  void takeKinds(const Kinds& kinds, const std::string& name, bool isFirst);
+  Sets ofKinds(const Kinds& kinds, bool isFirst) const;
   void select(const Selector& selector);
-  Sets named(const std::string& name) const;
-  Sets identified(const std::string& digits) const;
-  void keepNamed(const std::string& name);
+  void keepIdentified(const std::string& digits, bool isFirst);
   void keepMatching(const Selector& selector);
+  void keepHaving(std::string_view property);
   bool matches(const MetadataSet& set, const Selector& selector);
+  std::string choiceOf(const MetadataSet& set) const;
   [[noreturn]] void raiseUnselected() const;
   [[noreturn]] void raiseUnnamed() const;
   std::string textUpTo(std::size_t end) const { return path_.text().substr(0, end); }
@@ -39,10 +46,12 @@ class SetChoice {
   const PartitionMetadata& partition_;
   const SetPath& path_;
   Sets sets_;
+  Sets wider_;               // what the name means beside its usual sense; empty where there is nothing
+  bool isNarrowed_ = false;  // by a property; `before_` are the sets before that
   // Where the path ends, once there are no sets.
   const Step* lastStep_ = nullptr;
   const Selector* lastSelector_ = nullptr;
-  Sets before_;           // the sets that the selector had to choose from
+  Sets before_;           // the sets that the selector or the property had to choose from
   std::string mistake_;   // why a condition holds for none of them
   bool isKnown_ = false;  // whether one of them can have the property of the condition
 };

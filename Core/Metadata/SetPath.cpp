@@ -26,6 +26,11 @@ std::size_t endOfQuoted(std::string_view text, std::size_t open) {
   return kNowhere;
 }
 
+/// Whether a quote begins a value: nothing but blanks stands behind the equals sign.
+bool beginsValue(std::string_view text, std::size_t equals, std::size_t quote) {
+  return equals < quote && text.find_first_not_of(' ', equals + 1) == quote;
+}
+
 /// The bracket that closes one. Quotes count at the start of a value and within lists.
 /// @throws InvalidFormat when there is none.
 std::size_t closingBracket(std::string_view text, std::size_t open) {
@@ -34,21 +39,12 @@ std::size_t closingBracket(std::string_view text, std::size_t open) {
   for (std::size_t at = open + 1; at < text.size(); ++at) {
     if (text[at] == '[') ++depth;
     if (text[at] == ']' && --depth == 0) return at;
-    if (text[at] != '"' || (depth == 1 && at - 1 != equals)) continue;
+    if (text[at] != '"' || (depth == 1 && !beginsValue(text, equals, at))) continue;
     at = endOfQuoted(text, at);
     if (at == kNowhere) raise<InvalidFormat>("the quoted text in '{}' has no end", text.substr(open));
     --at;
   }
   raise<InvalidFormat>("the bracket in '{}' is not closed", text);
-}
-
-std::string withoutQuotes(std::string_view quoted) {
-  std::string text;
-  for (std::size_t at = 1; at + 1 < quoted.size(); ++at) {
-    if (quoted[at] == '\\') ++at;
-    text += quoted[at];
-  }
-  return text;
 }
 
 std::string_view withoutBlanks(std::string_view text) {
@@ -61,6 +57,19 @@ std::optional<int64> numberOf(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   const bool isNumber = error == std::errc() && end == text.data() + text.size();
   return isNumber ? std::optional(number) : std::nullopt;
+}
+
+/// Skips blanks and a name in parentheses, which messages add: "Timecode (TimecodeComponent)".
+std::size_t behindOtherName(std::string_view text, std::size_t at) {
+  const std::size_t open = std::min(text.find_first_not_of(' ', at), text.size());
+  if (open == text.size() || text[open] != '(') return at;
+  const std::size_t close = text.find(')', open);
+  return close == kNowhere ? at : std::min(text.find_first_not_of(' ', close + 1), text.size());
+}
+
+std::string_view withoutOtherName(std::string_view text) {
+  const std::size_t open = text.find('(');
+  return open == kNowhere || behindOtherName(text, open) != text.size() ? text : withoutBlanks(text.substr(0, open));
 }
 
 }  // namespace
@@ -82,13 +91,14 @@ bool SetPath::isForAll() const {
 SetPath::Step SetPath::readStep(std::size_t& at) const {
   Step step;
   step.begin = at;
-  step.nameEnd = at = std::min(text_.find_first_of("[]/", at), text_.size());
+  step.nameEnd = at = std::min(text_.find_first_of("[]/(", at), text_.size());
   step.name = withoutBlanks(std::string_view(text_).substr(step.begin, at - step.begin));
+  at = behindOtherName(text_, at);
   while (at < text_.size() && text_[at] == '[') {
     if (step.name.empty()) raise<InvalidFormat>("there is no name before '{}'", text_.substr(at));
     const auto close = closingBracket(text_, at);
     step.selectors.push_back(readSelector(at, close));
-    at = close + 1;
+    at = behindOtherName(text_, close + 1);
   }
   const bool hasSlash = at < text_.size() && text_[at] == '/';
   if (at < text_.size() && !hasSlash) raise<InvalidFormat>("'{}' in '{}' cannot stand there", text_.substr(at), text_);
@@ -98,7 +108,7 @@ SetPath::Step SetPath::readStep(std::size_t& at) const {
 }
 
 SetPath::Selector SetPath::readSelector(std::size_t open, std::size_t close) const {
-  const auto inside = std::string_view(text_).substr(open + 1, close - open - 1);
+  const auto inside = withoutBlanks(std::string_view(text_).substr(open + 1, close - open - 1));
   Selector selector;
   selector.end = close + 1;
   if (inside == "*") return selector;
@@ -118,17 +128,17 @@ SetPath::Selector SetPath::readSelector(std::size_t open, std::size_t close) con
 SetPath::Selector SetPath::readCondition(std::size_t open, std::size_t close) const {
   const auto inside = std::string_view(text_).substr(open + 1, close - open - 1);
   const auto equals = inside.find('=');
-  auto value = inside.substr(equals + 1);
+  const auto value = withoutBlanks(inside.substr(equals + 1));
   Selector selector;
   selector.kind = Selector::Kind::kCondition;
-  selector.property = inside.substr(0, equals);
+  selector.property = withoutOtherName(withoutBlanks(inside.substr(0, equals)));
   selector.end = close + 1;
-  if (equals == 0) raise<InvalidFormat>("the condition '[{}]' in '{}' names no property", inside, text_);
+  if (selector.property.empty()) raise<InvalidFormat>("the condition '[{}]' in '{}' names no property", inside, text_);
   const bool isQuoted = !value.empty() && value.front() == '"';
   if (isQuoted && endOfQuoted(value, 0) != value.size()) {
     raise<InvalidFormat>("the condition '[{}]' in '{}' goes on behind its quoted text", inside, text_);
   }
-  selector.value = isQuoted ? withoutQuotes(value) : std::string(value);
+  selector.value = value;
   return selector;
 }
 
@@ -141,7 +151,7 @@ PropertyPath::PropertyPath(std::string_view text) {
   choice = text.substr(0, at);
   if (at < text.size()) value = text.substr(at + 1);
   set = choice.substr(0, std::min(point, choice.size()));
-  if (point != kNowhere) property = choice.substr(point + 1);
+  if (point != kNowhere) property = withoutOtherName(std::string_view(choice).substr(point + 1));
 }
 
 }  // namespace Vantor

@@ -16,8 +16,9 @@ namespace Vantor {
 ///     selector  = index / "*" / property "=" value
 ///
 /// An index counts from 1, or from -1 for the last. A value ends at the bracket that closes its selector, and may have
-/// pairs of brackets itself; one in double quotes may have anything, with \" and \\ for quote and backslash. Blanks
-/// around names do not matter.
+/// pairs of brackets itself; one in double quotes may have anything, as `Types::quotedText` writes it. Blanks around
+/// names, indexes, properties and values do not matter; neither does a name in parentheses behind a name or a selector,
+/// as messages have it: "Timecode[1] (TimecodeComponent)".
 class SetPath {
  public:
   struct Selector {
@@ -25,7 +26,7 @@ class SetPath {
     Kind kind = Kind::kAll;
     int64 index = 0;       ///< of kIndex; never 0
     std::string property;  ///< of kCondition
-    std::string value;     ///< of kCondition; UTF-8, without the quotes
+    std::string value;     ///< of kCondition; UTF-8, in the quotes that it has
     std::size_t end = 0;   ///< where the selector ends in the text of the path
   };
   struct Step {
@@ -59,7 +60,7 @@ struct PropertyPath {
 
   std::string choice;    ///< everything before the value
   std::string set;       ///< as `SetPath` takes it; empty where there is none
-  std::string property;  ///< empty where there is none
+  std::string property;  ///< without a name in parentheses behind it; empty where there is none
   std::optional<std::string> value;
 };
 

@@ -152,7 +152,8 @@ TEST(EditedScope, NeedsADescriptionOrOptionsForAnExportFromAnotherStart) {
   const WholeEdit edit(kDescriptive, {"--start", "MaterialPackage"});
   edit.withdrawDescription();
   expectRefusal(edit, "the document has no Preface, and does not describe what it is an export of");
-  expectRefusal(edit, "Timecode is ambiguous: 2 sets; use Timecode[1] or Timecode[2]", {"--start", "Timecode"});
+  expectRefusal(edit, "Timecode is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Timecode[1] (",
+                {"--start", "Timecode"});
   expectRefusal(edit, "the dictionary has no set 'Dance'", {"--start", "Dance"});
 }
 

@@ -189,8 +189,8 @@ TEST(Export, StartsFromTheSetWithAnInstanceUID) {
   }
 }
 
-TEST(Export, StartsFromTheFirstSetOfAName) {
-  const Result result = run({"export", sample("op1a.mxf"), "--start", "TimelineTrack"});
+TEST(Export, StartsFromASetByItsNumber) {
+  const Result result = run({"export", sample("op1a.mxf"), "--start", "TimelineTrack[1]"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, HasSubstr(R"(>
   <s377m:TimelineTrack rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.00">
@@ -198,11 +198,11 @@ TEST(Export, StartsFromTheFirstSetOfAName) {
 )"));
 }
 
-TEST(Export, StartsFromTheFirstOfSeveralSetsWithOneInstanceUID) {
+TEST(Export, StartsFromANumberedOneOfSeveralSetsWithOneInstanceUID) {
   const ChangedSample twins("op1a.mxf", keyBytes(u"AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.01"),
                             keyBytes(u"AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.00"));
   const std::string id = "adab4424-2f25-4dc7-92ff-000900000000";
-  const Result result = run({"export", twins.path(), "--start", id});
+  const Result result = run({"export", twins.path(), "--start", id + "[1]"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, HasSubstr(R"(>
   <s377m:TimelineTrack rp210:InstanceUID="AD.AB.44.24.2F.25.4D.C7.92.FF.00.09.00.00.00.00">
@@ -212,13 +212,16 @@ TEST(Export, StartsFromTheFirstOfSeveralSetsWithOneInstanceUID) {
 
 TEST(Export, NamesTheStartThatIsNotThere) {
   const std::string input = sample("op1a.mxf");
-  expectFailure({"export", input, "--start", "Dance"},
-                "no set of the partition is named 'Dance', or has this InstanceUID");
+  expectFailure({"export", input, "--start", "Dance"}, "the dictionary has no set 'Dance'");
   expectFailure({"export", input, "--start", "timecode"},
-                "no set of the partition is named 'timecode', or has this InstanceUID (did you mean 'Timecode'?)");
-  expectFailure({"export", input, "--start", ""}, "no set of the partition is named '', or has this InstanceUID");
+                "the dictionary has no set 'timecode' (did you mean 'Timecode (TimecodeComponent)'?)");
+  expectFailure({"export", input, "--start", ""}, "the dictionary has no set ''");
   expectFailure({"export", input, "--start", "00000000-0000-4000-8000-000000000000"},
-                "no set of the partition is named '00000000-0000-4000-8000-000000000000', or has this InstanceUID");
+                "the partition has no set with the identifier 00000000-0000-4000-8000-000000000000");
+  expectFailure({"export", input, "--start", "TimelineTrack[9]"},
+                "there is no TimelineTrack[9]: the partition has 6 of these sets");
+  EXPECT_THAT(run({"export", input, "--start", "TimelineTrack"}).err,
+              HasSubstr(": TimelineTrack is ambiguous: 6 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] ("));
 }
 
 TEST(Export, StartsFromASetThatTheDictionaryDoesNotKnow) {

@@ -32,16 +32,16 @@ partitions: 3, as the random index pack lists them
 
 sets in the header partition: 19
   1  ContentStorage
-  1  EssenceData
+  1  EssenceData (EssenceContainerData)
   1  Identification
   1  MaterialPackage
   1  Preface
   4  Sequence
-  1  SoundDescriptor
+  1  SoundDescriptor (GenericSoundEssenceDescriptor)
   2  SourceClip
   1  SourcePackage
-  2  Timecode
-  4  TimelineTrack
+  2  Timecode (TimecodeComponent)
+  4  TimelineTrack (Track)
 )");
 }
 
@@ -49,25 +49,45 @@ TEST(Info, ListsSetsAsTheSetCommandTakesThem) {
   const Result result = run({"info", sample("gst-audio-ac3.mxf"), "--sets"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.out, R"(sets in the header partition: 19
-  ContentStorage
-  EssenceData (EssenceContainerData)               EssenceStreamID (BodySID) 1, LinkedPackageID (LinkedPackageUID) 06.0A.2B.34.01.01.01.05.01.01.0D.22.13.9B.BD.B8.45.EE.F7.3A.7A.98.45.6A.B9.3F.97.6A.95.3F.0F.F9
-  Identification                                   ApplicationSupplierName (CompanyName) "GStreamer", ApplicationName (ProductName) "GStreamer Multimedia Framework", FileModificationDate (ModificationDate) 2026-10-21T01:15:27.020
-  MaterialPackage                                  PackageName (Name) "Material package", PackageID (PackageUID) 06.0A.2B.34.01.01.01.05.01.01.0D.22.13.6B.8D.CD.9C.D3.91.7D.27.A2.4C.F9.A8.60.6E.55.EA.41.0D.60
-  Preface                                          ObjectModelVersion 1
-  Sequence[1]                                      Sound Essence Track, in TimelineTrack[1]
-  Sequence[2]                                      Sound Essence Track, in TimelineTrack[2]
-  Sequence[3]                                      SMPTE-12M Timecode Track Inactive User Bits, in TimelineTrack[3]
-  Sequence[4]                                      SMPTE-12M Timecode Track Inactive User Bits, in TimelineTrack[4]
-  SoundDescriptor (GenericSoundEssenceDescriptor)  LinkedTrackID 2, AudioSampleRate (AudioSamplingRate) 48000, ChannelCount 2, in SourcePackage
-  SourceClip[1]                                    Sound Essence Track, SourceTrackID 0, StartPosition 0, in Sequence[1]
-  SourceClip[2]                                    Sound Essence Track, SourceTrackID 2, StartPosition 0, in Sequence[2]
-  SourcePackage                                    PackageName (Name) "Source package", PackageID (PackageUID) 06.0A.2B.34.01.01.01.05.01.01.0D.22.13.9B.BD.B8.45.EE.F7.3A.7A.98.45.6A.B9.3F.97.6A.95.3F.0F.F9
-  Timecode[1] (TimecodeComponent)                  StartTimecode 0, FramesPerSecond (RoundedTimecodeBase) 188, in Sequence[3]
-  Timecode[2] (TimecodeComponent)                  StartTimecode 0, FramesPerSecond (RoundedTimecodeBase) 188, in Sequence[4]
-  TimelineTrack[1]                                 TrackID 2, Sound Essence Track, in SourcePackage
-  TimelineTrack[2]                                 TrackID 2, Sound Essence Track, in MaterialPackage
-  TimelineTrack[3]                                 TrackID 1, TrackName "Timecode track", SMPTE-12M Timecode Track Inactive User Bits, in MaterialPackage
-  TimelineTrack[4]                                 TrackID 1, TrackName "Timecode track", SMPTE-12M Timecode Track Inactive User Bits, in SourcePackage
+  ContentStorage    A60F894D
+  EssenceData       (EssenceContainerData), BodySID 1,
+                    LinkedPackageUID ...B9.3F.97.6A.95.3F.0F.F9, 3B4A3B74
+  Identification    CompanyName "GStreamer",
+                    ProductName "GStreamer Multimedia Framework",
+                    ModificationDate 2026-10-21T01:15:27.020, 8543AACE
+  MaterialPackage   Name "Material package",
+                    PackageUID ...A8.60.6E.55.EA.41.0D.60, 41B31AF9
+  Preface           ObjectModelVersion 1, 6978A36D
+  Sequence[1]       SoundEssenceTrack, in TimelineTrack[1] of SourcePackage,
+                    65DCEE2E
+  Sequence[2]       SoundEssenceTrack, in TimelineTrack[2] of MaterialPackage,
+                    FC1AAEAC
+  Sequence[3]       SMPTE12MTimecodeTrackInactive...,
+                    in TimelineTrack[3] of MaterialPackage, 8BA4E137
+  Sequence[4]       SMPTE12MTimecodeTrackInactive...,
+                    in TimelineTrack[4] of SourcePackage, BF42B8BC
+  SoundDescriptor   (GenericSoundEssenceDescriptor), LinkedTrackID 2,
+                    AudioSamplingRate 48000, ChannelCount 2, in SourcePackage,
+                    DF7E30CB
+  SourceClip[1]     SoundEssenceTrack, SourceTrackID 0, StartPosition 0,
+                    in Sequence[1] of SourcePackage, A1107F13
+  SourceClip[2]     SoundEssenceTrack, SourceTrackID 2, StartPosition 0,
+                    in Sequence[2] of MaterialPackage, B005E281
+  SourcePackage     Name "Source package",
+                    PackageUID ...B9.3F.97.6A.95.3F.0F.F9, 221E14F3
+  Timecode[1]       (TimecodeComponent), StartTimecode 00:00:00:00,
+                    RoundedTimecodeBase 188, in Sequence[3] of MaterialPackage,
+                    74D27B52
+  Timecode[2]       StartTimecode 00:00:00:00, RoundedTimecodeBase 188,
+                    in Sequence[4] of SourcePackage, 38C992B4
+  TimelineTrack[1]  (Track), TrackID 2, SoundEssenceTrack, in SourcePackage,
+                    8D9DADD1
+  TimelineTrack[2]  TrackID 2, SoundEssenceTrack, in MaterialPackage, DA87E0C7
+  TimelineTrack[3]  TrackID 1, TrackName "Timecode track",
+                    SMPTE12MTimecodeTrackInactive..., in MaterialPackage,
+                    794EDE7C
+  TimelineTrack[4]  TrackID 1, TrackName "Timecode track",
+                    SMPTE12MTimecodeTrackInactive..., in SourcePackage, 0F57D3F6
 )");
 }
 
@@ -77,7 +97,7 @@ std::vector<std::string> choicesIn(const std::string& list) {
   std::istringstream lines(list);
   std::string line;
   for (std::getline(lines, line); std::getline(lines, line) && line.rfind("  ", 0) == 0;) {
-    choices.push_back(line.substr(2, line.find(' ', 2) - 2));
+    if (line[2] != ' ') choices.push_back(line.substr(2, line.find(' ', 2) - 2));
   }
   return choices;
 }

@@ -52,8 +52,8 @@ TEST(Names, MayBeCommonOnes) {
   const Result result = file.set({"Identification.CompanyName=Acme", "TimecodeComponent[1].RoundedTimecodeBase=24",
                                   "GenericPackage[2].Name=Master", "--ignore", "timecode-rate"});
   EXPECT_EQ(result.exitCode, 0) << result.err;
-  EXPECT_THAT(file.diff(), AllOf(HasSubstr(": ApplicationSupplierName: "), HasSubstr(": FramesPerSecond: "),
-                                 HasSubstr("PackageName")));
+  EXPECT_THAT(file.diff(), AllOf(HasSubstr(": ApplicationSupplierName (CompanyName): "),
+                                 HasSubstr(": FramesPerSecond (RoundedTimecodeBase): "), HasSubstr("PackageName")));
 }
 
 TEST(Names, ChooseTheLastOrAllSets) {
@@ -86,14 +86,15 @@ TEST(Names, AreSuggestedWhereThereIsNoneSuch) {
   const NamedFile file;
   EXPECT_EQ(file.refusal("Identificaton.CompanyName=x"),
             "the dictionary has no set 'Identificaton' (did you mean 'Identification'?)\n");
-  EXPECT_THAT(file.refusal("Identification.CompnyName=x"),
-              testing::EndsWith(" has no property 'CompnyName' (did you mean 'CompanyName'?)\n"));
-  EXPECT_THAT(file.refusal("Identification.Company=x"), testing::EndsWith("(did you mean 'CompanyName'?)\n"));
+  EXPECT_THAT(
+      file.refusal("Identification.CompnyName=x"),
+      testing::EndsWith(" has no property 'CompnyName' (did you mean 'ApplicationSupplierName (CompanyName)'?)\n"));
+  EXPECT_THAT(file.refusal("Identification.Company=x"),
+              testing::EndsWith("(did you mean 'ApplicationSupplierName (CompanyName)'?)\n"));
   const Result result = run({"export", sample(kFourTracks), "--start", "Timecod"});
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.err, "mxfxml: " + sample(kFourTracks) +
-                            ": no set of the partition is named 'Timecod', or has this InstanceUID (did you mean "
-                            "'Timecode'?)\n");
+                            ": the dictionary has no set 'Timecod' (did you mean 'Timecode (TimecodeComponent)'?)\n");
 }
 
 TEST(Names, StandBesideOneAnotherInMessages) {
@@ -105,6 +106,73 @@ TEST(Names, StandBesideOneAnotherInMessages) {
   EXPECT_EQ(file.set({"--remove", "Identification.Platform", "--ignore", "required-property"}).exitCode, 0);
   EXPECT_THAT(file.set({"--remove", "Identification.Platform"}).err,
               testing::EndsWith(" has no ApplicationPlatform (Platform) to remove\n"));
+}
+
+TEST(Names, OfOtherProgramsSuggestProperties) {
+  const NamedFile file;
+  for (const auto& [assignment, expected] : std::vector<std::pair<std::string, std::string>>{
+           {"MaterialPackage.UMID=x", "'PackageID (PackageUID)'"},
+           {"Identification.product_version=x",
+            "'ApplicationVersionString (VersionString)' or 'ApplicationVersion "
+            "(ProductVersion)'"},
+           {"MaterialPackage.material_package_name=x", "'PackageName (Name)'"},
+           {"TimelineTrack[1].FrameRate=x", "'EditRate'"},
+           {"TimelineTrack[1].ID=x", "'InstanceID', 'LinkedGenerationID' or 'TrackID'"},
+           {"Preface.OP=x", "'OperationalPattern'"},
+           {"Timecode[1].StartTC=x", "'StartTimecode'"},
+           {"Identification.Comapny=x", "'ApplicationSupplierName (CompanyName)'"},
+           {"SoundDescriptor.Channels=x", "'ChannelCount'"},
+           {"SoundDescriptor.BitDepth=x", "'QuantizationBits'"},
+           {"FilePackage.Name=x", "'SourcePackage'"}}) {
+    EXPECT_THAT(file.refusal(assignment), HasSubstr("(did you mean " + expected + "?)")) << assignment;
+  }
+}
+
+TEST(Names, AndConditionsAreOfTheFileBeforeTheEdits) {
+  const NamedFile file;
+  const Result result = file.set({"TimelineTrack[2].TrackID=7", "TimelineTrack[TrackID=2][1].TrackName=First",
+                                  "TimelineTrack[TrackID=2][2].TrackName=Second", "TimelineTrack[1].TrackID=9"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_THAT(run({"info", file.path(), "--sets"}).out,
+              AllOf(HasSubstr("TrackID 9, TrackName \"First\""), HasSubstr("TrackID 7, TrackName \"Second\"")));
+}
+
+TEST(Names, AreAllReportedWhereTheyAreWrong) {
+  const NamedFile file;
+  const Result result = file.set({"Prefce.ByteOrder=1", "TimelineTrack[1].TrackName=x", "Preface.ByteOrder=y",
+                                  "TimelineTrack[9].TrackID=1", "TimelineTrack[*].TrackID=z"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 4) << result.err;
+  EXPECT_THAT(result.err,
+              AllOf(HasSubstr("'Prefce'"), HasSubstr("'y'"), HasSubstr("TimelineTrack[9]"), HasSubstr("'z'")));
+  EXPECT_EQ(file.diff().find("TrackName"), std::string::npos) << "nothing is edited";
+}
+
+TEST(Names, OfACommonKindChooseSetsThatCanHaveTheProperty) {
+  const NamedFile file;
+  EXPECT_EQ(file.set({"Track[1].EditRate=25"}).exitCode, 0);
+  EXPECT_EQ(file.set({"MaterialPackage/Component.StartTimecode=7"}).exitCode, 0) << "of its components the Timecode";
+}
+
+TEST(Names, MayBePastedAsTheyArePrinted) {
+  const NamedFile file;
+  EXPECT_EQ(file.set({"Timecode[1] (TimecodeComponent).StartTimecode=7"}).exitCode, 0);
+  EXPECT_EQ(file.set({"Identification.ApplicationSupplierName (CompanyName)=Acme"}).exitCode, 0);
+  EXPECT_THAT(file.diff(), AllOf(HasSubstr("StartTimecode"), HasSubstr("\"Acme\"")));
+}
+
+TEST(Names, OfTheFilesOwnDictionaryAreHintedAt) {
+  const std::string file = sample("libmxf-writeaviddv50.header.mxf");
+  const Result result = run({"export", file, "--start", "NoSuchSet"});
+  EXPECT_THAT(result.err, Not(HasSubstr("--own-dictionary")));
+}
+
+TEST(Names, AreNotLookedForInAFileThatCannotBeEdited) {
+  const ScratchFolder folder;
+  std::filesystem::copy_file(sample("libmxf-writeaviddv50.header.mxf"), folder.path("a.mxf"));
+  const Result result = run({"set", folder.path("a.mxf"), "Prefce.ByteOrder=1"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, AllOf(Not(HasSubstr("Prefce")), HasSubstr("such a file cannot be edited")));
 }
 
 /// A file with a set of every kind in the table, the track of ST 377-1 before other tracks.

@@ -139,7 +139,10 @@ const Refusal kRefusedEdits[] = {
     {"one of several sets",
      {"set", "{file}", "TimelineTrack.TrackID=9"},
      1,
-     {"{file}: TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]"}},
+     {"{file}: TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] (TrackID 2, in "
+      "SourcePackage), TimelineTrack[2] (TrackID 2, in MaterialPackage), TimelineTrack[3] (TrackID 1, TrackName "
+      "\"Timecode track\", in MaterialPackage), TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
+      "SourcePackage), or TimelineTrack[*] for all"}},
     {"a letter for a number",
      {"set", "{file}", "Preface.ByteOrder=II"},
      1,

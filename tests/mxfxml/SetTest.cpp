@@ -50,7 +50,8 @@ TEST(Set, ChangesPropertiesAndNothingElse) {
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.out, "2 sets changed (2 properties); written to 2 partitions, which repeat each other\n");
   const std::string diff = file.diff();
-  EXPECT_THAT(diff, HasSubstr(": ApplicationName: \"GStreamer Multimedia Framework\" -> \"\xC3\x84 & <b>\"\n"));
+  EXPECT_THAT(diff,
+              HasSubstr(": ApplicationName (ProductName): \"GStreamer Multimedia Framework\" -> \"\xC3\x84 & <b>\"\n"));
   EXPECT_THAT(diff, HasSubstr(": StartTimecode: 00:00:00:00 -> 01:00:00:00\n"));
   EXPECT_THAT(diff, HasSubstr("sets compared 19, different 2; properties compared 115, different 2\n"));
   EXPECT_EQ(withoutDescription(run({"export", file.path(), "--partition", "footer"}).out),
@@ -121,8 +122,8 @@ TEST(Set, TakesPropertiesOut) {
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out, "3 sets changed (3 properties); written to 2 partitions, which repeat each other\n");
   const std::string diff = file.diff();
-  EXPECT_THAT(diff, ContainsRegex("missing property: Identification .*: ApplicationName: \"GStreamer"));
-  EXPECT_THAT(diff, ContainsRegex("missing property: TimelineTrack .*: EssenceTrackNumber: "));
+  EXPECT_THAT(diff, ContainsRegex("missing property: Identification .*: ApplicationName .ProductName.: \"GStreamer"));
+  EXPECT_THAT(diff, ContainsRegex("missing property: TimelineTrack .*: EssenceTrackNumber .TrackNumber.: "));
   EXPECT_THAT(diff, HasSubstr("properties compared 115, different 3\n"));
 }
 
@@ -132,8 +133,8 @@ TEST(Set, TakesAPropertyOutOfTheSetThatAnInstanceUIDNames) {
                               {"--remove", "TimelineTrack.EssenceTrackNumber", "--start", kFirstTrack}))
                 .exitCode,
             0);
-  EXPECT_THAT(file.diff(),
-              HasSubstr(std::string("missing property: TimelineTrack ") + kFirstTrack + ": EssenceTrackNumber: "));
+  EXPECT_THAT(file.diff(), HasSubstr(std::string("missing property: TimelineTrack ") + kFirstTrack +
+                                     ": EssenceTrackNumber (TrackNumber): "));
 }
 
 TEST(Set, TakesReferencesOutAndKeepsTheirTargets) {
@@ -158,7 +159,10 @@ TEST(Set, TakesNothingOutThatCannotBe) {
             ": Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C has no property 'ByteOrdr' (did you mean "
             "'ByteOrder'?)\n"},
            {"TimelineTrack.TrackName",
-            ": TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"}}) {
+            ": TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] (TrackID 2, in "
+            "SourcePackage), TimelineTrack[2] (TrackID 2, in MaterialPackage), TimelineTrack[3] (TrackID 1, TrackName "
+            "\"Timecode track\", in MaterialPackage), TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
+            "SourcePackage), or TimelineTrack[*] for all\n"}}) {
     const SetFile file;
     const Result result = file.set({"--remove", removal});
     EXPECT_EQ(result.exitCode, 1) << removal;
@@ -170,7 +174,7 @@ TEST(Set, TakesNothingOutThatCannotBe) {
 TEST(Set, MakesATextEmpty) {
   const SetFile file;
   EXPECT_EQ(file.set({"Identification.ApplicationName="}).exitCode, 0);
-  EXPECT_THAT(file.diff(), HasSubstr(": ApplicationName: \"GStreamer Multimedia Framework\" -> \"\"\n"));
+  EXPECT_THAT(file.diff(), HasSubstr(": ApplicationName (ProductName): \"GStreamer Multimedia Framework\" -> \"\"\n"));
 }
 
 /// A copy of the file in which octets have become others, everywhere.
@@ -209,8 +213,10 @@ TEST(Set, NamesTheChoicesWhereSetsShareAnInstanceUID) {
   const std::string before = readFile(file.path()), track = kFirstTrack;
   const Result result = file.set({"TimelineTrack.TrackID=9", "--start", track});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": " + track + " is ambiguous: 2 sets; use " + track + "[1] or " +
-                            track + "[2]\n");
+  EXPECT_EQ(result.err,
+            "mxfxml: " + file.path() + ": " + track + " is ambiguous: 2 sets (see \"mxfxml info --sets\"); use " +
+                track + "[1] (TrackID 2, in SourcePackage), " + track +
+                "[2] (TrackID 1, TrackName \"Timecode track\", in MaterialPackage), or " + track + "[*] for all\n");
   EXPECT_EQ(readFile(file.path()), before);
 }
 
@@ -278,13 +284,14 @@ TEST(Set, TakesCompoundValuesAndLists) {
             "repeat each other\n");
   EXPECT_THAT(result.err, MatchesRegex("mxfxml: .*: note: unused-container: [^\n]*\n"));
   const std::string diff = file.diff();
-  EXPECT_THAT(diff, HasSubstr(": FileLastModified: 2026-10-21T01:15:27.020 -> 2027-02-09T03:04:05.008\n"));
-  EXPECT_THAT(diff, HasSubstr(": FormatVersion: 1.2 -> 1.3\n"));
-  EXPECT_THAT(diff, HasSubstr(": ApplicationVersion: 1.22.0.0 release -> 1.2.3.4 private\n"));
+  EXPECT_THAT(diff,
+              HasSubstr(": FileLastModified (LastModifiedDate): 2026-10-21T01:15:27.020 -> 2027-02-09T03:04:05.008\n"));
+  EXPECT_THAT(diff, HasSubstr(": FormatVersion (Version): 1.2 -> 1.3\n"));
+  EXPECT_THAT(diff, HasSubstr(": ApplicationVersion (ProductVersion): 1.22.0.0 release -> 1.2.3.4 private\n"));
   EXPECT_THAT(diff, HasSubstr(" -> [06.0E.2B.34.04.01.01.02.0D.01.03.01.02.06.03.00, "
                               "MXFGCFrameWrappedMPEGESAudioStream0SID]\n"));
-  EXPECT_THAT(diff,
-              HasSubstr(": PackageTracks[0]: " + std::string(kTimecodeTrack) + " (TimelineTrack) -> " + kSecondTrack));
+  EXPECT_THAT(diff, HasSubstr(": PackageTracks[0] (Tracks): " + std::string(kTimecodeTrack) + " (TimelineTrack) -> " +
+                              kSecondTrack));
 }
 
 TEST(Set, WritesACopyWhenAskedTo) {
@@ -309,7 +316,10 @@ TEST(Set, RefusesWhatCannotBeAndLeavesTheFileAlone) {
            {"Track[.TrackID=1", ": the bracket in 'Track[.TrackID=1' is not closed\n"},
            {"Preface.ByteOrdr=1", kThePreface + " has no property 'ByteOrdr' (did you mean 'ByteOrder'?)\n"},
            {"TimelineTrack.TrackID=1",
-            ": TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"},
+            ": TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] (TrackID 2, in "
+            "SourcePackage), TimelineTrack[2] (TrackID 2, in MaterialPackage), TimelineTrack[3] (TrackID 1, TrackName "
+            "\"Timecode track\", in MaterialPackage), TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
+            "SourcePackage), or TimelineTrack[*] for all\n"},
            {"TimelineTrack[5].TrackID=1", ": there is no TimelineTrack[5]: the partition has 4 of these sets\n"},
            {"Preface.ByteOrder=x", ": ByteOrder of" + kThePreface +
                                        ": 'x' is not a whole number from -32768 to 32767; for example 25 or 0x19\n"},
@@ -376,7 +386,11 @@ TEST(Set, TakesNoPropertyOutThatItGivesAValue) {
 TEST(Set, NamesTheStartThatIsNotThere) {
   for (const auto& [start, reason] : std::vector<std::pair<std::string, std::string>>{
            {"Preface", "the set 'Preface' is no TimelineTrack\n"},
-           {"TimelineTrack", "TimelineTrack is ambiguous: 4 sets; use TimelineTrack[1] to TimelineTrack[4]\n"},
+           {"TimelineTrack",
+            "TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] (TrackID 2, in "
+            "SourcePackage), TimelineTrack[2] (TrackID 2, in MaterialPackage), TimelineTrack[3] (TrackID 1, TrackName "
+            "\"Timecode track\", in MaterialPackage), TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
+            "SourcePackage), or TimelineTrack[*] for all\n"},
            {"8D.9D.AD.D2", "the partition has no set whose InstanceUID begins with 8D.9D.AD.D2\n"}}) {
     const SetFile file;
     const Result result = file.set({"TimelineTrack.TrackID=9", "--start", start});

@@ -7,11 +7,13 @@ namespace Vantor::Tool {
 namespace {
 
 std::string lineOf(const PartitionDifference& difference) {
+  const auto other = difference.otherName.empty() ? "" : " (" + difference.otherName + ")";
   std::string line = std::string(name(difference.kind)) + ": " + difference.set;
   if (!difference.instanceUID.empty()) line += " " + difference.instanceUID;
-  if (difference.property.empty()) return line;
+  if (difference.property.empty()) return line + other;
   const auto valueOr = [](const std::string& value) { return value.empty() ? std::string("nothing") : value; };
-  return line + ": " + difference.property + ": " + valueOr(difference.left) + " -> " + valueOr(difference.right);
+  return line + ": " + difference.property + other + ": " + valueOr(difference.left) + " -> " +
+         valueOr(difference.right);
 }
 
 std::string insignificantLine(const PartitionComparison& comparison) {

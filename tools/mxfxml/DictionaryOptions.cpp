@@ -120,6 +120,18 @@ SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::loadFor(const Sourc
   return read(source)->partitionDictionary().dictionary();
 }
 
+SharedPtr<const MetaMetadata::Dictionary> DictionaryOptions::tryLoadOwn(const Source& source) const {
+  try {
+    AllMetadata metadata;
+    metadata.push_back(source.read(loading()));
+    Registers::FileDefinitions found;
+    const auto own = loadingOwn({source}, metadata, 0, found);
+    return found.isNew() ? own(std::nullopt) : nullptr;
+  } catch (...) {
+    return nullptr;
+  }
+}
+
 DictionaryOptions::LoadFor DictionaryOptions::loading() const {
   return [this](std::optional<Vocabulary> vocabulary) { return load(vocabulary); };
 }

@@ -49,6 +49,9 @@ class DictionaryOptions {
   /// A dictionary with the definitions that the metadata have of their own, where these are wanted.
   SharedPtr<const MetaMetadata::Dictionary> loadFor(const Source& source) const;
   bool usesOwn() const { return usesOwn_; }
+  /// A dictionary with these definitions whether they are wanted or not; null where the metadata have none, or none
+  /// that can be read.
+  SharedPtr<const MetaMetadata::Dictionary> tryLoadOwn(const Source& source) const;
 
   /// The built-in dictionary, or one with the definitions of the chosen files beside.
   /// @param vocabulary  that of a document; without one, what --vocabulary chose, or legacy.

@@ -9,6 +9,7 @@
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/KLV/IdentifierDigits.h"
 #include "Core/MetaMetadata/RegisterKey.h"
+#include "Core/Metadata/LabelKinds.h"
 #include "Core/Platform/HexDigits.h"
 #include "Registers/Descriptions.h"
 #include "TextTable.h"
@@ -157,6 +158,28 @@ std::string entryText(const Definitions& definitions, const SetDefinition& set) 
          "\n" + (listed.empty() ? "" : table.text());
 }
 
+bool isLabel(Types::Identifiers::Identifier type) {
+  return type == Types::Identifiers::kAUID || type == Types::Identifiers::kUniversalLabel;
+}
+
+/// The labels that a property takes, as far as it takes those of one kind: the first ones, and how many there are.
+std::string labelsText(const Definitions& definitions, const PropertyDefinition& property) {
+  constexpr std::size_t kMostLabels = 12;
+  const auto* kind = labelKindOf(property.symbol);
+  if (kind == nullptr || !isLabel(property.type.value)) return "";
+  TextTable table(2);
+  std::size_t count = 0;
+  for (const auto* source : {&definitions, &builtInLabels()}) {
+    for (const auto& label : source->labels()) {
+      if (!isOfKind(kind, label.key) || ++count > kMostLabels) continue;
+      table.addRow({std::string(label.symbol), std::string(label.name)});
+    }
+  }
+  if (count == 0) return "";
+  const std::string shown = count > kMostLabels ? ", of which the first " + std::to_string(kMostLabels) + " are" : "";
+  return "\nlabels: " + std::to_string(count) + shown + "\n" + table.text();
+}
+
 std::string entryText(const Definitions& definitions, const PropertyDefinition& property) {
   const auto place = static_cast<uint32>(&property - definitions.properties().data());
   TextTable facts(2);
@@ -176,7 +199,7 @@ std::string entryText(const Definitions& definitions, const PropertyDefinition& 
   }
   const auto* enumeration = definitions.findEnumeration(property.type.enumeration);
   return "property " + std::string(property.symbol) + "\n" + facts.text() + uses.text() +
-         (enumeration == nullptr ? "" : "\n" + entryText(*enumeration));
+         (enumeration == nullptr ? labelsText(definitions, property) : "\n" + entryText(*enumeration));
 }
 
 /// Descriptions of what was found, an empty row between any two.

@@ -97,7 +97,8 @@ std::string editSummaryOf(const Edit::SaveReport& report, const std::string& ver
 }
 
 std::string hintOn(const Edit::EqualValue& value) {
-  std::string text = "hint: the old " + value.property + ", " + value.value + ", is still in ";
+  const auto other = value.otherName.empty() ? std::string() : " (" + value.otherName + ")";
+  std::string text = "hint: the old " + value.property + other + ", " + value.value + ", is still in ";
   for (std::size_t i = 0; i < value.sets.size() && i < kMostNamed; ++i) text += (i == 0 ? "" : ", ") + value.sets[i];
   if (value.sets.size() > kMostNamed) text += " and " + sets(value.sets.size() - kMostNamed) + " more";
   return text;

@@ -4,10 +4,10 @@
 
 #include "CommonOptions.h"
 #include "Core/DataIO/File.h"
-#include "Core/Metadata/NameSuggestions.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
 #include "LosslessXML.h"
+#include "OwnNames.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 #include "XMLBuilder.h"
@@ -35,7 +35,8 @@ class ExportCommand final : public Command {
     app().add_flag("--flat", flat_, "Write sets behind those that refer to them, not inside");
     app().add_flag("--structural-only", structuralOnly_, "Leave out references to sets that are not structural");
     app()
-        .add_option("--start", start_, "Start from the set with this InstanceUID, or\nfrom the first with this name")
+        .add_option("--start", start_,
+                    "Start from this set: an InstanceUID or its\nbeginning, or what mxfxml info --sets lists")
         ->type_name("ID|NAME");
     app().add_flag("--exact", exact_, "Write the exact form, which loses some metadata");
     addChoice(app(), "--encoding", encoding_, "encoding",
@@ -80,14 +81,16 @@ class ExportCommand final : public Command {
   }
 
   const MetadataSet& findStart(const PartitionMetadata& metadata) const {
-    const auto found = metadata.findAll(*start_);
-    if (found.empty()) {
-      const auto& dictionary = *metadata.partitionDictionary().dictionary();
-      const bool isName = !dictionary.findSetsByName(*start_).empty();
-      throw CommandError("no set of the partition is named '" + *start_ + "', or has this InstanceUID" +
-                         (isName ? "" : suggestSet(dictionary, *start_)));
+    try {
+      return metadata.find(*start_);
+    } catch (const Exceptions::InvalidFormat& error) {
+      throw CommandError(error.message() + hintOn(metadata));
     }
-    return found[0];
+  }
+
+  std::string hintOn(const PartitionMetadata& metadata) const {
+    const auto own = dictionary_.tryLoadOwn(DictionaryOptions::partitionOf(input(), partition_));
+    return ownNameHint(*metadata.partitionDictionary().dictionary(), own.get(), *start_, "");
   }
 
   std::optional<Path> output_;

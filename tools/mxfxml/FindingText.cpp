@@ -45,8 +45,10 @@ std::string nameOf(Severity severity) {
 std::string lineOf(const Finding& finding) {
   std::string text = nameOf(finding.rule->severity) + ": " + finding.rule->code + ": ";
   if (!finding.partitions.empty()) text += textOf(finding.partitions) + ": ";
-  if (!finding.set.empty()) text += finding.set + ": ";
-  if (!finding.property.empty()) text += finding.property + ": ";
+  const auto other = finding.otherName.empty() ? std::string() : " (" + finding.otherName + ")";
+  const bool isOfSet = finding.property.empty();
+  if (!finding.set.empty()) text += finding.set + (isOfSet ? other : "") + ": ";
+  if (!isOfSet) text += finding.property + other + ": ";
   return text + Edit::describe(finding);
 }
 

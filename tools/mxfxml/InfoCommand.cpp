@@ -15,6 +15,7 @@
 #include "SetList.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
+#include "TerminalWidth.h"
 #include "TextTable.h"
 #include "UnreadText.h"
 
@@ -120,7 +121,11 @@ struct Counts {
   }
 
   void count(const MetadataSet& set) {
-    ++(set.definition() != nullptr ? known : dark)[set.name()];
+    if (set.definition() != nullptr) {
+      ++known[MetaMetadata::namesOf(*set.definition())];
+    } else {
+      ++dark[set.name()];
+    }
     for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) {
       ++((*at).metaAttribute().metaElement() == nullptr ? unknownProperties : misplacedProperties);
     }
@@ -128,7 +133,7 @@ struct Counts {
 
   static std::string textOf(const KLV::Key& key) { return Utils::wstringToString(key.toString()); }
 
-  std::map<std::string, std::size_t> known;  // by symbol
+  std::map<std::string, std::size_t> known;  // by names
   std::map<std::string, std::size_t> dark;   // by key
   std::size_t unknownProperties = 0;
   std::size_t misplacedProperties = 0;
@@ -183,7 +188,9 @@ class InfoCommand final : public Command {
     addPartition(app(), partition_);
     app().add_flag(
         "--sets", sets_,
-        "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its kind");
+        "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its kind, and the "
+        "beginning of its\nInstanceUID, as mxfxml set takes it, too; wrapped to COLUMNS");
+    app().add_flag("--all-sets", allSets_, "The same with each definition of a MetaDictionary");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
   }
@@ -195,8 +202,9 @@ class InfoCommand final : public Command {
     Registers::FileDefinitions own;
     const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_), &own);
     const Counts counts(*metadata);
-    if (sets_) {
-      writeStandardOutput(describeMetadata(*metadata, counts, partition_, listOfSets(*metadata, definitions)));
+    if (sets_ || allSets_) {
+      writeStandardOutput(
+          describeMetadata(*metadata, counts, partition_, listOfSets(*metadata, {terminalWidth(), allSets_})));
     } else {
       writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) + "\n" +
                           describeMetadata(*metadata, counts, partition_, list(counts.known)) + describeOwn(own));
@@ -207,6 +215,7 @@ class InfoCommand final : public Command {
  private:
   MXF::PartitionChoice partition_;
   bool sets_ = false;
+  bool allSets_ = false;
   DictionaryOptions dictionary_;
 };
 

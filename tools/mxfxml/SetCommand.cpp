@@ -1,9 +1,13 @@
 #include <algorithm>
+#include <exception>
+#include <map>
 #include <optional>
-#include <set>
+#include <utility>
 #include <vector>
 
 #include "Command.h"
+#include "Core/DataIO/File.h"
+#include "Core/MXF/ReplacementSafety.h"
 #include "Core/Metadata/SetPath.h"
 #include "Core/Platform/Strings.h"
 #include "DictionaryOptions.h"
@@ -11,6 +15,7 @@
 #include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "OwnNames.h"
 #include "StoppedChange.h"
 
 namespace Vantor::Tool {
@@ -70,9 +75,6 @@ class SetCommand final : public Command {
     std::vector<Change> changes;
     for (const auto& text : assignments_) changes.push_back(parseChange(text, true));
     for (const auto& text : removals_) changes.push_back(parseChange(text, false));
-    // It is read by the base in its set, which may change with it.
-    std::stable_partition(changes.begin(), changes.end(),
-                          [](const Change& change) { return !change.value || change.property != "StartTimecode"; });
     if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
     if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (output_) refuseSameFile(input(), *output_);
@@ -83,6 +85,7 @@ class SetCommand final : public Command {
       undoStoppedChange(input());
     }
     const auto own = DictionaryOptions::partitionOf(input(), partition_.value_or(MXF::PartitionChoice()));
+    refuseUneditable();
     Edit::File file(input(), dictionary_.usesOwn() ? dictionary_.loadFor(own) : dictionary, partition_);
     const auto failures = edit(file.metadata(), changes);
     if (options_.isDryRun()) {
@@ -94,39 +97,111 @@ class SetCommand final : public Command {
   }
 
  private:
-  /// @return the number of changes that cannot be made, each of which is printed.
-  std::size_t edit(PartitionMetadata& metadata, const std::vector<Change>& changes) const {
-    std::set<std::pair<const MetadataSet*, const MetaMetadata::MetaAttribute*>> given;
-    std::size_t failures = 0;
-    for (const auto& change : changes) {
-      auto sets = FoundSets({});
-      failures += attempt([&] { sets = find(metadata, change.set); });
-      for (auto& set : sets) {
-        failures += attempt([&] {
-          const auto* definition = set.definition();
-          const auto* attribute = definition == nullptr ? nullptr : definition->findAttribute(change.property);
-          // The second value would replace the first.
-          if (attribute != nullptr && !given.emplace(&set, attribute).second) {
-            throw UsageError(change.choice + " is given more than once");
-          }
-          make(change, set);
-        });
-      }
+  /// A change with a set that it is made in.
+  struct Place {
+    const Change* change;
+    MetadataSet* set;
+  };
+
+  /// Before anybody looks for the right spelling.
+  void refuseUneditable() const {
+    DataIO::File::FileDataSource source(input());
+    const auto structure = MXF::readStructure(source);
+    try {
+      MXF::refuseUnsafe(source, structure);
+    } catch (const Exceptions::ParseError& error) {
+      throw CommandError(error.message() +
+                         std::string("; such a file cannot be edited; mxfxml export, and mxfxml import -o of the "
+                                     "edited document, make a file of the header metadata alone"));
     }
-    return failures;
   }
 
-  /// @return 1 when the action fails and the user wants to keep going, after a message.
+  /// Finds the sets of all changes before it makes one, so that no change decides which sets another means. Reports
+  /// every change that cannot be made.
+  /// @return the number of these, if the user wants to keep going. @throws what the last one throws, otherwise.
+  std::size_t edit(PartitionMetadata& metadata, const std::vector<Change>& changes) const {
+    std::vector<std::exception_ptr> failures;
+    const auto places = placesOf(metadata, changes, failures);
+    requireGivenOnce(places);
+    const Change* failed = nullptr;
+    for (const auto& place : places) {
+      if (place.change == failed && !options_.keepsGoing()) continue;  // one message will do
+      if (!attempt(*place.change, failures, metadata, [&] { make(*place.change, *place.set); })) failed = place.change;
+    }
+    return report(failures);
+  }
+
+  std::vector<Place> placesOf(const PartitionMetadata& metadata, const std::vector<Change>& changes,
+                              std::vector<std::exception_ptr>& failures) const {
+    std::vector<Place> places;
+    for (const auto& change : changes) {
+      attempt(change, failures, metadata, [&] {
+        for (auto& set : find(metadata, change)) places.push_back({&change, &set});
+      });
+    }
+    // It is read by the base in its set, which may change with it.
+    std::stable_partition(places.begin(), places.end(), [](const Place& place) {
+      const auto* attribute = attributeOf(place);
+      return attribute == nullptr || !place.change->value || attribute->metaElement()->symbol() != "StartTimecode";
+    });
+    return places;
+  }
+
+  static const MetaMetadata::MetaAttribute* attributeOf(const Place& place) {
+    const auto* definition = place.set->definition();
+    return definition == nullptr ? nullptr : definition->findAttribute(place.change->property);
+  }
+
+  /// The second value would replace the first.
+  static void requireGivenOnce(const std::vector<Place>& places) {
+    std::map<std::pair<const MetadataSet*, const MetaMetadata::MetaAttribute*>, const Change*> given;
+    for (const auto& place : places) {
+      const auto* attribute = attributeOf(place);
+      if (attribute == nullptr || given.emplace(std::pair(place.set, attribute), place.change).second) continue;
+      throw UsageError(place.change->choice + " is given more than once");
+    }
+  }
+
+  /// @return false when the action fails, which the failures keep.
   template <class Action>
-  std::size_t attempt(Action action) const {
+  bool attempt(const Change& change, std::vector<std::exception_ptr>& failures, const PartitionMetadata& metadata,
+               Action action) const {
     try {
       action();
-    } catch (const Exceptions::BaseException& error) {
-      if (!options_.keepsGoing()) throw;
-      printMessage(input().u8string() + ": " + error.message());
-      return 1;
+      return true;
+    } catch (const Exceptions::InvalidFormat& error) {
+      const auto hint = hintOn(change, metadata);
+      failures.push_back(hint.empty() ? std::current_exception()
+                                      : std::make_exception_ptr(CommandError(error.message() + hint)));
+    } catch (const Exceptions::BaseException&) {
+      failures.push_back(std::current_exception());
+    } catch (const CommandError&) {
+      failures.push_back(std::current_exception());
     }
-    return 0;
+    return false;
+  }
+
+  std::string hintOn(const Change& change, const PartitionMetadata& metadata) const {
+    if (dictionary_.usesOwn()) return "";
+    const auto choice = partition_.value_or(MXF::PartitionChoice());
+    const auto own = dictionary_.tryLoadOwn(DictionaryOptions::partitionOf(input(), choice));
+    try {
+      return ownNameHint(*metadata.partitionDictionary().dictionary(), own.get(), change.set, change.property);
+    } catch (const Exceptions::InvalidFormat&) {
+      return "";  // no path; the message is about that
+    }
+  }
+
+  std::size_t report(const std::vector<std::exception_ptr>& failures) const {
+    for (const auto& failure : failures) {
+      if (&failure == &failures.back() && !options_.keepsGoing()) std::rethrow_exception(failure);
+      try {
+        std::rethrow_exception(failure);
+      } catch (...) {
+        printMessage(currentExceptionText(input()));
+      }
+    }
+    return failures.size();
   }
 
   void make(const Change& change, MetadataSet& set) const {
@@ -138,13 +213,13 @@ class SetCommand final : public Command {
     }
   }
 
-  FoundSets find(const PartitionMetadata& metadata, const std::string& name) const {
-    if (!start_) return metadata.choose(name);
+  FoundSets find(const PartitionMetadata& metadata, const Change& change) const {
+    if (!start_) return metadata.choose(change.set, change.property);
     auto& chosen = metadata.find(*start_);
-    for (auto& set : metadata.findAll(name)) {
+    for (auto& set : metadata.findAll(change.set)) {
       if (&set == &chosen) return FoundSets({&set});
     }
-    throw CommandError("the set '" + *start_ + "' is no " + name);
+    throw CommandError("the set '" + *start_ + "' is no " + change.set);
   }
 
   std::vector<std::string> assignments_;

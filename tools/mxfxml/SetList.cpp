@@ -6,73 +6,67 @@
 #include <unordered_map>
 #include <vector>
 
-#include "Core/Comparison/ValueText.h"
 #include "Core/Metadata/ReferenceTargets.h"
-#include "Core/Types/Types.h"
-#include "DictionaryText.h"
-#include "TextTable.h"
+#include "Core/Metadata/SetDetails.h"
+#include "Core/Platform/HexDigits.h"
+#include "WrappedRows.h"
 
 namespace Vantor::Tool {
 
 namespace {
 
-using Properties = std::vector<std::string_view>;
-
+constexpr std::size_t kFewestDigits = 8;
 constexpr std::string_view kDataDefinition = "ComponentDataDefinition";
 
-/// What people know sets by; sets that inherit from one of these have the same, unless they stand here, too.
-const std::unordered_map<std::string_view, Properties>& knownProperties() {
-  static const std::unordered_map<std::string_view, Properties> properties = {
-      {"Identification", {"ApplicationSupplierName", "ApplicationName", "FileModificationDate"}},
-      {"Package", {"PackageName", "PackageID"}},
-      {"EssenceData", {"EssenceStreamID", "LinkedPackageID"}},
-      {"Track", {"TrackID", "TrackName"}},
-      {"Component", {kDataDefinition}},
-      {"Timecode", {"StartTimecode", "FramesPerSecond"}},
-      {"SourceReference", {kDataDefinition, "SourceTrackID", "StartPosition"}},
-      {"Event", {"EventPosition", "EventComment"}},
-      {"FileDescriptor", {"LinkedTrackID", "ContainerFormat"}},
-      {"PictureDescriptor", {"LinkedTrackID", "PictureCompression", "StoredWidth", "StoredHeight"}},
-      {"SoundDescriptor", {"LinkedTrackID", "AudioSampleRate", "ChannelCount"}},
-      {"MCALabelSubDescriptor", {"MCATagSymbol", "MCATagName", "RFC5646SpokenLanguage"}},
-      {"TaggedValue", {"Tag", "Value"}},
-  };
-  return properties;
+/// Whether sets of a kind only define what others mean, as the hundreds in a MetaDictionary do.
+bool isDefinition(const MetaMetadata::MetaMetadataSet* kind) {
+  while (kind != nullptr && kind->symbol() != "MetaDefinition") kind = kind->parent();
+  return kind != nullptr;
 }
 
-bool isTextOrNumber(Types::Identifiers::Identifier type) {
-  using namespace Types::Identifiers;
-  constexpr Identifier kTypes[] = {kUTF16String, kUTF8String, kISO7String, kISO8String, kInt8,   kInt16,  kInt32,
-                                   kInt64,       kUInt8,      kUInt16,     kUInt32,     kUInt64, kLength, kPosition};
-  return std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
+std::size_t commonDigits(const std::string& a, const std::string& b) {
+  return static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
 }
 
-const Types::SimpleDataType* valueOf(const MetadataSet& set, std::string_view property) {
-  const auto* element = set.find(property);
-  return element == nullptr ? nullptr : element->wireValue();
+/// The beginnings by which sets are told apart; those of sets with one InstanceUID are whole.
+std::unordered_map<const MetadataSet*, std::string> beginningsOf(const PartitionMetadata& metadata) {
+  std::vector<std::pair<std::string, const MetadataSet*>> digits;
+  for (const MetadataSet* set : metadata.sets()) {
+    const auto* uid = set->instanceUID();
+    if (uid != nullptr) digits.emplace_back(Platform::hexText<std::string>(uid->rawBuffer(), Types::UUID::kSize), set);
+  }
+  std::sort(digits.begin(), digits.end());
+  std::unordered_map<const MetadataSet*, std::string> beginnings;
+  for (std::size_t i = 0; i < digits.size(); ++i) {
+    std::size_t same = i == 0 ? 0 : commonDigits(digits[i].first, digits[i - 1].first);
+    if (i + 1 < digits.size()) same = std::max(same, commonDigits(digits[i].first, digits[i + 1].first));
+    beginnings[digits[i].second] = digits[i].first.substr(0, std::max(same + 1, kFewestDigits));
+  }
+  return beginnings;
 }
 
 class SetList {
  public:
-  SetList(const PartitionMetadata& metadata, const Definitions& definitions)
-      : metadata_(metadata), definitions_(definitions) {
+  SetList(const PartitionMetadata& metadata, const SetListOptions& options)
+      : metadata_(metadata), options_(options), beginnings_(beginningsOf(metadata)), owners_(metadata) {
     for (const MetadataSet* set : metadata.sets()) {
       if (set->definition() != nullptr) kinds_[set->definition()->symbol()].push_back(set);
     }
     for (const auto& [name, sets] : kinds_) {
       for (std::size_t i = 0; i < sets.size(); ++i) choices_[sets[i]] = choiceOf(*sets[i], i + 1, sets.size());
     }
-    for (const MetadataSet* set : metadata.sets()) {
-      for (const MetadataSet* target : targetsOf(*set, metadata, ReferenceKinds{})) owners_.emplace(target, set);
-    }
   }
 
   std::string text() const {
-    TextTable table(2);
+    WrappedRows rows;
     for (const auto& [name, sets] : kinds_) {
-      for (const auto* set : sets) table.addRow(row(*set));
+      if (!options_.listsDefinitions && sets.size() > 1 && isDefinition(sets.front()->definition())) {
+        rows.add(name + "[...]", {std::to_string(sets.size()) + " sets, listed by --all-sets"});
+        continue;
+      }
+      for (const auto* set : sets) rows.add(choices_.at(set), detailsIn(*set, set == sets.front()));
     }
-    return table.text();
+    return rows.text(options_.width);
   }
 
  private:
@@ -82,73 +76,54 @@ class SetList {
     return count == 1 ? set.name() : set.name() + "[" + std::to_string(number) + "]";
   }
 
-  TextTable::Row row(const MetadataSet& set) const {
-    std::string name = choices_.at(&set);
-    name += MetaMetadata::namesOf(*set.definition()).substr(set.definition()->symbol().size());
-    std::string details;
-    for (const auto& detail : detailsOf(set)) details += (details.empty() ? "" : ", ") + detail;
-    return details.empty() ? TextTable::Row{name} : TextTable::Row{name, details};
-  }
-
-  std::vector<std::string> detailsOf(const MetadataSet& set) const {
+  std::vector<std::string> detailsIn(const MetadataSet& set, bool isFirst) const {
     std::vector<std::string> details;
-    for (const auto property : propertiesOf(set)) addDetail(set, property, details);
-    if (const auto* segment = segmentOf(set)) addDetail(*segment, kDataDefinition, details);
-    const auto owner = owners_.find(&set);
-    const bool isShown = owner != owners_.end() && owner->second->name() != "Preface" &&
-                         owner->second->name() != "ContentStorage";  // of which there is one
-    if (isShown) details.push_back("in " + choices_.at(owner->second));
+    const auto names = MetaMetadata::namesOf(*set.definition());
+    if (isFirst && names.size() > set.name().size()) details.push_back(names.substr(set.name().size() + 1));
+    for (auto& detail : detailsOf(set)) details.push_back(std::move(detail));
+    if (const auto* segment = segmentOf(set)) details.push_back(shortText(*segment, kDataDefinition));
+    const auto place = placeOf(set);
+    if (!place.empty()) details.push_back(place);
+    const auto beginning = beginnings_.find(&set);
+    if (beginning != beginnings_.end()) details.push_back(beginning->second);
     return details;
   }
 
-  static Properties propertiesOf(const MetadataSet& set) {
-    for (const auto* kind = set.definition(); kind != nullptr; kind = kind->parent()) {
-      const auto found = knownProperties().find(kind->symbol());
-      if (found != knownProperties().end()) return found->second;
-    }
-    for (const Element* element : set.inDefinitionOrder()) {
-      const auto* definition = element->metaAttribute().metaElement();
-      const auto* value = element->wireValue();
-      if (definition != nullptr && value != nullptr && isTextOrNumber(value->identifier()))
-        return {definition->symbol()};
-    }
-    return {};
+  /// "in Sequence[1] of MaterialPackage"; nothing for what belongs to Preface or ContentStorage, of which there is one.
+  std::string placeOf(const MetadataSet& set) const {
+    const auto* owner = owners_.ownerOf(set);
+    if (owner == nullptr || owner->name() == "Preface" || owner->name() == "ContentStorage") return "";
+    const auto* package = owners_.packageOf(set);
+    const bool isDirect = package == nullptr || package == owner;
+    return "in " + nameOf(*owner) + (isDirect ? "" : " of " + nameOf(*package));
+  }
+
+  std::string nameOf(const MetadataSet& set) const {
+    const auto choice = choices_.find(&set);
+    return choice == choices_.end() ? set.name() : choice->second;
   }
 
   /// What a track has on it: its kind is that of the track.
   const MetadataSet* segmentOf(const MetadataSet& set) const {
     if (set.find("TrackSegment") == nullptr) return nullptr;
     for (const MetadataSet* target : targetsOf(set, metadata_, ReferenceKinds{})) {
-      if (valueOf(*target, kDataDefinition) != nullptr) return target;
+      if (!shortText(*target, kDataDefinition).empty()) return target;
     }
     return nullptr;
   }
 
-  void addDetail(const MetadataSet& set, std::string_view property, std::vector<std::string>& details) const {
-    const auto* value = valueOf(set, property);
-    if (value == nullptr) return;
-    const auto name = property == kDataDefinition ? std::string() : set.namesOf(property) + " ";
-    details.push_back(name + textOf(*value));
-  }
-
-  std::string textOf(const Types::SimpleDataType& value) const {
-    const bool isLabel =
-        value.identifier() == Types::Identifiers::kAUID || value.identifier() == Types::Identifiers::kUniversalLabel;
-    const auto name = isLabel ? labelName(definitions_, Types::UniversalLabel(value.rawBuffer())) : std::string();
-    return name.empty() ? valueText(value) : name;
-  }
-
   const PartitionMetadata& metadata_;
-  const Definitions& definitions_;
+  const SetListOptions& options_;
+  std::unordered_map<const MetadataSet*, std::string> beginnings_;
   std::map<std::string, std::vector<const MetadataSet*>> kinds_;
   std::unordered_map<const MetadataSet*, std::string> choices_;
-  std::unordered_map<const MetadataSet*, const MetadataSet*> owners_;  // the first that refers to a set
+  SetOwners owners_;
 };
 
 }  // namespace
 
-std::string listOfSets(const PartitionMetadata& metadata, const Definitions& definitions) {
-  return SetList(metadata, definitions).text();
+std::string listOfSets(const PartitionMetadata& metadata, const SetListOptions& options) {
+  return SetList(metadata, options).text();
 }
 
 }  // namespace Vantor::Tool

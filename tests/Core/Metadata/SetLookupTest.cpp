@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Core/MetaMetadata/DictionaryBuilder.h"
+#include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/Metadata/TestPartition.h"
 
@@ -60,10 +61,14 @@ TEST_F(SetLookup, CountsSetsOfAKindBackwardsFromMinusOne) {
 }
 
 TEST_F(SetLookup, RefusesANameOfSeveralSetsAndListsTheChoices) {
-  EXPECT_EQ(refusal("Thing"), "Thing is ambiguous: 2 sets; use Thing[1] or Thing[2]");
+  EXPECT_EQ(refusal("Thing"),
+            "Thing is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Thing[1], Thing[2], or Thing[*] for all");
   EXPECT_THROW(partition_.tryFind("Thing"), Exceptions::InvalidFormat);
-  addSet(partition_, "Thing", 4);
-  EXPECT_EQ(refusal("Thing"), "Thing is ambiguous: 3 sets; use Thing[1] to Thing[3]");
+  first_.set("Number", 7);
+  for (uint32 i = 4; i < 7; ++i) addSet(partition_, "Thing", i);
+  EXPECT_EQ(refusal("Thing"),
+            "Thing is ambiguous: 5 sets (see \"mxfxml info --sets\"); use Thing[1] (Number 7), Thing[2], Thing[3], "
+            "Thing[4], ... or Thing[*] for all");
 }
 
 TEST_F(SetLookup, FindsAllSetsOfAKind) {
@@ -86,8 +91,9 @@ TEST_F(SetLookup, FindsSetsByInstanceUIDInEveryForm) {
   addSet(partition_, "Other", 3);
   EXPECT_EQ(&partition_.find("00000000-0000-0000-0000-000000000003[2]"), partition_.sets().back());
   EXPECT_EQ(refusal("00000000-0000-0000-0000-000000000003"),
-            "00000000-0000-0000-0000-000000000003 is ambiguous: 2 sets; use 00000000-0000-0000-0000-000000000003[1] or "
-            "00000000-0000-0000-0000-000000000003[2]");
+            "00000000-0000-0000-0000-000000000003 is ambiguous: 2 sets (see \"mxfxml info --sets\"); use "
+            "00000000-0000-0000-0000-000000000003[1], 00000000-0000-0000-0000-000000000003[2], or "
+            "00000000-0000-0000-0000-000000000003[*] for all");
 }
 
 TEST_F(SetLookup, FindsSetsByTheBeginningOfTheirInstanceUID) {
@@ -97,7 +103,9 @@ TEST_F(SetLookup, FindsSetsByTheBeginningOfTheirInstanceUID) {
   }
   EXPECT_EQ(refusal("8d9"), "the dictionary has no set '8d9'");
   EXPECT_EQ(refusal("8d9e"), "the partition has no set whose InstanceUID begins with 8d9e");
-  EXPECT_EQ(refusal("00000000"), "00000000 is ambiguous: 2 sets; use 00000000[1] or 00000000[2]");
+  EXPECT_EQ(refusal("00000000"),
+            "00000000 is ambiguous: 2 sets (see \"mxfxml info --sets\"); use 00000000[1], 00000000[2], or 00000000[*] "
+            "for all");
 }
 
 TEST_F(SetLookup, FindsSetsByKeyAlsoThoseThatTheDictionaryLacks) {
@@ -140,6 +148,24 @@ TEST(SetLookupByTagName, FindsSetsAndPropertiesByTagNameToo) {
   set.set("Size", 2);
   EXPECT_EQ(set.text("Gr\u00f6\u00dfe"), u"2") << "a symbol counts before a tag name";
   EXPECT_FALSE(set.has("")) << "an empty tag name is none";
+}
+
+TEST(SetLookupByCommonName, PrefersTheUsualSenseOfAnAbstractName) {
+  MetaMetadata::DictionaryBuilder builder;
+  builder.addElement("060e2b34.01010101.7f000001.00000000", "Number", Types::Identifiers::kUInt8, {});
+  builder.addSet("060e2b34.02530101.0d010101.0101a000", "Track", "", false, {});
+  builder.addAttribute("060e2b34.01010101.7f000001.00000000");
+  builder.addSet("060e2b34.02530101.0d010101.0101a100", "EventTrack", "Track", true, {});
+  builder.addSet("060e2b34.02530101.0d010101.0101a200", "TimelineTrack", "Track", true, {});
+  builder.addCommonName(MetaMetadata::registerKey("060e2b34.02530101.0d010101.0101a200"), "Track");
+  PartitionMetadata partition(builder.build());
+  auto& event = partition.createMetadataSet("EventTrack");
+  EXPECT_EQ(&partition.find("Track"), &event) << "without a TimelineTrack, any";
+  auto& timeline = partition.createMetadataSet("TimelineTrack");
+  event.set("Number", 3);
+  EXPECT_EQ(&partition.find("Track"), &timeline);
+  EXPECT_EQ(&partition.find("Track[1]"), &timeline);
+  EXPECT_EQ(&partition.find("Track[Number=3]"), &event) << "where no TimelineTrack has it";
 }
 
 TEST_F(SetLookup, RemovesSetsFromEveryList) {

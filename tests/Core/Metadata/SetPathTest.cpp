@@ -63,8 +63,15 @@ TEST(SetPath, HasStepsAndSelectors) {
       {"Track[TrackName=a=b]", "Track TrackName<a=b>"},
       {"Track[TrackName=a.b]", "Track TrackName<a.b>"},
       {"Track[TrackName=a[b]c]", "Track TrackName<a[b]c>"},
-      {"Track[TrackName=\"a]b\"]", "Track TrackName<a]b>"},
-      {"Track[TrackName=\"a\\\"b\\\\\"]", "Track TrackName<a\"b\\>"},
+      {"Track[TrackName=\"a]b\"]", "Track TrackName<\"a]b\">"},
+      {"Track[TrackName=\"a\\\"b\\\\\"]", "Track TrackName<\"a\\\"b\\\\\">"},
+      {"Track[ 2 ]", "Track #2"},
+      {"Track[ * ]", "Track *"},
+      {"Track[TrackID = 2]", "Track TrackID<2>"},
+      {"Track[ TrackName = \"a]b\" ]", "Track TrackName<\"a]b\">"},
+      {"Track[1] (GenericTrack)", "Track #1"},
+      {"Track (GenericTrack)[1]/B", "Track #1 / B"},
+      {"A[Name (Other)=2]", "A Name<2>"},
       {"Track[TrackName=5\" disc]", "Track TrackName<5\" disc>"},
       {"Set[List=[1, 2]]", "Set List<[1, 2]>"},
       {"Set[List=[\"a]\", \"b\"]][1]", "Set List<[\"a]\", \"b\"]> #1"},
@@ -91,7 +98,6 @@ TEST(SetPath, NamesWhatCannotStandThere) {
       {"A[]", "'[]' in 'A[]' is no index, such as [2] or [-1], nor [*], nor a condition, such as [TrackID=2]"},
       {"A[x]", "'[x]' in 'A[x]' is no index, such as [2] or [-1], nor [*], nor a condition, such as [TrackID=2]"},
       {"A[+1]", "'[+1]' in 'A[+1]' is no index, such as [2] or [-1], nor [*], nor a condition, such as [TrackID=2]"},
-      {"A[1 ]", "'[1 ]' in 'A[1 ]' is no index, such as [2] or [-1], nor [*], nor a condition, such as [TrackID=2]"},
       {"A[**]", "'[**]' in 'A[**]' is no index, such as [2] or [-1], nor [*], nor a condition, such as [TrackID=2]"},
       {"A[1.5]", "'[1.5]' in 'A[1.5]' is no index, such as [2] or [-1], nor [*], nor a condition, such as [TrackID=2]"},
       {"A[[1]]", "'[[1]]' in 'A[[1]]' is no index, such as [2] or [-1], nor [*], nor a condition, such as [TrackID=2]"},
@@ -104,6 +110,8 @@ TEST(SetPath, NamesWhatCannotStandThere) {
       {"A[X=\"b]", "the quoted text in '[X=\"b]' has no end"},
       {"A[X=\"b\\\"]", "the quoted text in '[X=\"b\\\"]' has no end"},
       {"A[X=\"b\"c]", "the condition '[X=\"b\"c]' in 'A[X=\"b\"c]' goes on behind its quoted text"},
+      {"A[ =1]", "the condition '[ =1]' in 'A[ =1]' names no property"},
+      {"A (B", "'(B' in 'A (B' cannot stand there"},
       {"A[=1]", "the condition '[=1]' in 'A[=1]' names no property"},
       {"A]", "']' in 'A]' cannot stand there"},
       {"A[1]b", "'b' in 'A[1]b' cannot stand there"},
@@ -135,6 +143,7 @@ TEST(PropertyPath, EndsASetBeforeTheLastPointOutsideBrackets) {
       {"A.=c", "A", "", "c"},
       {"=c", "", "", "c"},
   };
+  EXPECT_EQ(PropertyPath("A[1] (B).C (D)=e").property, "C") << "as messages have it";
   for (const auto& [text, set, property, value] : paths) {
     const PropertyPath path(text);
     EXPECT_EQ(path.set, set) << text;
@@ -207,6 +216,8 @@ TEST_F(SetPathInPartition, LeadsToSetsInFileOrderOrTheNearestFirst) {
       {"Thing[Number=7][Text=\"a]b\"]", {4}},
       {"Preface/Thing[Number= 7 ][-1]/Other", {5}},
       {"Other[Foreign=7]", {3}},
+      {"Thing[ Number = 7 ][ 1 ]", {4}},
+      {"Thing[Number=\"7\"]", {4, 2}},
       {"Other/Thing", {}},
       {"Lost", {}},
       {"00000000-0000-0000-0000-000000000002/Other", {5}},
@@ -228,9 +239,17 @@ TEST_F(SetPathInPartition, ChoosesSeveralSetsOnlyWhereAllAreAskedFor) {
 
 TEST_F(SetPathInPartition, NamesThePartThatLeadsNowhere) {
   const std::vector<std::pair<std::string, std::string>> mistakes = {
-      {"Other", "Other is ambiguous: 3 sets; use Other[1] to Other[3]"},
-      {"Thing[Number=7]", "Thing[Number=7] is ambiguous: 2 sets; use Thing[Number=7][1] or Thing[Number=7][2]"},
-      {"Preface/Other", "Preface/Other is ambiguous: 2 sets; use Preface/Other[1] or Preface/Other[2]"},
+      {"Other",
+       "Other is ambiguous: 3 sets (see \"mxfxml info --sets\"); use Other[1], Other[2] (Foreign 7), Other[3], or "
+       "Other[*] for "
+       "all"},
+      {"Thing[Number=7]",
+       "Thing[Number=7] is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Thing[Number=7][1] (Number 7), "
+       "Thing[Number=7][2] (Number 7), or Thing[Number=7][*] for all"},
+      {"Preface/Other",
+       "Preface/Other is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Preface/Other[1] (Foreign 7), "
+       "Preface/Other[2], or "
+       "Preface/Other[*] for all"},
       {"Other[4]", "there is no Other[4]: the partition has 3 of these sets"},
       {"Other[-4]", "there is no Other[-4]: the partition has 3 of these sets"},
       {"Preface/Other[3]", "there is no Preface/Other[3]: there are 2 of these sets"},
@@ -248,6 +267,28 @@ TEST_F(SetPathInPartition, NamesThePartThatLeadsNowhere) {
       {"Preface/0123", "Preface leads to no 0123"},
   };
   for (const auto& [text, expected] : mistakes) EXPECT_EQ(refusal(text), expected) << text;
+}
+
+TEST_F(SetPathInPartition, ComparesTextsAsTheyArePrinted) {
+  thing_.set("Text", u"\"\\\"V1\\\"\"");
+  EXPECT_EQ(thing_.text("Text"), u"\"\\\"V1\\\"\"") << "a text in quotes";
+  EXPECT_EQ(found("Thing[Text=\"\\\"V1\\\"\"]"), Numbers{2});
+  EXPECT_EQ(found("Thing[Text=\"V1\"]"), Numbers{}) << "a text without quotes";
+  thing_.set("Text", u"a\nb");
+  EXPECT_EQ(found("Thing[Text=\"a\\u000Ab\"]"), Numbers{2});
+}
+
+TEST_F(SetPathInPartition, CountsOnlySetsThatCanHaveTheWantedProperty) {
+  EXPECT_EQ(partition_.choose("0000000000000000[*]").size(), 6u);
+  EXPECT_EQ(partition_.choose("0000000000000000[*]", "Number").size(), 2u) << "the Things";
+  EXPECT_EQ(&partition_.choose("0000000000000000[3]", "Number")[0], &inner_) << "counted among all";
+  EXPECT_EQ(partition_.choose("Other[*]", "Nothing").size(), 3u) << "the message is about the property";
+  try {
+    partition_.choose("0000000000000000", "Number");
+    ADD_FAILURE() << "two Things";
+  } catch (const Exceptions::InvalidFormat& error) {
+    EXPECT_THAT(error.message(), testing::HasSubstr("2 sets (see \"mxfxml info --sets\"); use 0000000000000000[3] "));
+  }
 }
 
 TEST_F(SetPathInPartition, TakesTimeInProportionToTheSetsReached) {

@@ -32,6 +32,14 @@ TEST(NearestName, IsOneThatContainsItWhereNoneIsNear) {
   EXPECT_THAT(nearestNames("Descriptor", {"description"}), ElementsAre("description"));
 }
 
+TEST(NearestName, IsOneWithAWordOrFirstLettersOfWords) {
+  EXPECT_THAT(nearestNames("ID", {"Identity", "TrackID", "IDAU"}), ElementsAre("TrackID"));
+  EXPECT_THAT(nearestNames("OP", {"Open", "OperationalPattern", "Operation"}), ElementsAre("OperationalPattern"));
+  EXPECT_THAT(nearestNames("Comapny", {"Preface", "CompanyName"}), ElementsAre("CompanyName"));
+  EXPECT_THAT(nearestNames("Channels", {"ChannelCount", "Chain"}), ElementsAre("ChannelCount"));
+  EXPECT_THAT(nearestNames("Titel", {"AS_11_Title"}), ElementsAre("AS_11_Title"));
+}
+
 TEST(NearestName, IsNoneWhereTooMuchDiffers) {
   EXPECT_THAT(nearestNames("dance", kCommandNames), IsEmpty());
   EXPECT_THAT(nearestNames("dance", {"date"}), IsEmpty()) << "two of five";

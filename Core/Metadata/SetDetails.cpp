@@ -1,0 +1,131 @@
+#include "Core/Metadata/SetDetails.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/PropertyText.h"
+#include "Core/Metadata/ReferenceTargets.h"
+#include "Core/Platform/Strings.h"
+#include "Core/Types/Text/StringText.h"
+#include "Core/Types/Types.h"
+#include "Core/Types/ValueText.h"
+
+namespace Vantor {
+
+namespace {
+
+using Properties = std::vector<std::string_view>;
+using Types::Identifiers::Identifier;
+
+constexpr std::string_view kDataDefinition = "ComponentDataDefinition";
+constexpr std::size_t kMostCharacters = 32;
+constexpr std::size_t kLastOctets = 3 * 8 - 1;  // with the points between them
+
+/// Sets that inherit from one of these have the same, unless they stand here, too.
+const std::unordered_map<std::string_view, Properties>& knownProperties() {
+  static const std::unordered_map<std::string_view, Properties> properties = {
+      {"Identification", {"ApplicationSupplierName", "ApplicationName", "FileModificationDate"}},
+      {"Package", {"PackageName", "PackageID"}},
+      {"EssenceData", {"EssenceStreamID", "LinkedPackageID"}},
+      {"Track", {"TrackID", "TrackName"}},
+      {"Component", {kDataDefinition}},
+      {"Timecode", {"StartTimecode", "FramesPerSecond"}},
+      {"SourceReference", {kDataDefinition, "SourceTrackID", "StartPosition"}},
+      {"Event", {"EventPosition", "EventComment"}},
+      {"FileDescriptor", {"LinkedTrackID", "ContainerFormat"}},
+      {"PictureDescriptor", {"LinkedTrackID", "PictureCompression", "StoredWidth", "StoredHeight"}},
+      {"SoundDescriptor", {"LinkedTrackID", "AudioSampleRate", "ChannelCount"}},
+      {"MCALabelSubDescriptor", {"MCATagSymbol", "MCATagName", "RFC5646SpokenLanguage"}},
+      {"TaggedValue", {"Tag", "Value"}},
+  };
+  return properties;
+}
+
+bool isTextOrNumber(Identifier type) {
+  using namespace Types::Identifiers;
+  constexpr Identifier kTypes[] = {kUTF16String, kUTF8String, kISO7String, kISO8String, kInt8,   kInt16,  kInt32,
+                                   kInt64,       kUInt8,      kUInt16,     kUInt32,     kUInt64, kLength, kPosition};
+  return std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
+}
+
+bool isIdentifier(Identifier type) {
+  using namespace Types::Identifiers;
+  return type == kUMID32 || type == kUMID64 || type == kUUID;
+}
+
+Properties propertiesOf(const MetadataSet& set) {
+  for (const auto* kind = set.definition(); kind != nullptr; kind = kind->parent()) {
+    const auto found = knownProperties().find(kind->symbol());
+    if (found != knownProperties().end()) return found->second;
+  }
+  for (const Element* element : set.inDefinitionOrder()) {
+    const auto* definition = element->metaAttribute().metaElement();
+    const auto* value = element->wireValue();
+    if (definition != nullptr && value != nullptr && isTextOrNumber(value->identifier())) return {definition->symbol()};
+  }
+  return {};
+}
+
+/// In UTF-16, so that no character is cut in halves.
+wstring beginningOf(const wstring& text) {
+  if (text.size() <= kMostCharacters) return text;
+  std::size_t units = kMostCharacters - 3;
+  if (text[units] >= 0xdc00 && text[units] < 0xe000) --units;
+  return text.substr(0, units) + u"...";
+}
+
+std::string commonOrSymbol(const MetadataSet& set, std::string_view symbol) {
+  const auto* attribute = set.definition()->findAttribute(symbol);
+  const auto common =
+      attribute == nullptr ? std::string_view() : set.definition()->commonNameOf(*attribute->metaElement());
+  return std::string(common.empty() ? symbol : common);
+}
+
+}  // namespace
+
+std::string shortText(const MetadataSet& set, std::string_view property) {
+  const auto* element = set.find(property);
+  const auto* value = element == nullptr ? nullptr : element->wireValue();
+  if (value == nullptr) return "";
+  const auto type = value->identifier();
+  if (Types::isTextType(type) && type != Types::Identifiers::kUTF16) {
+    return Utils::wstringToString(Types::quotedText(beginningOf(Types::textOfValue(*value))));
+  }
+  const wstring text = printProperty({&set, set.definitionOf(*element)}, *value);
+  const bool isShortened = isIdentifier(type) && text.size() > kMostCharacters;
+  return Utils::wstringToString(isShortened ? u"..." + text.substr(text.size() - kLastOctets) : beginningOf(text));
+}
+
+std::vector<std::string> detailsOf(const MetadataSet& set) {
+  std::vector<std::string> details;
+  for (const auto property : propertiesOf(set)) {
+    const auto text = shortText(set, property);
+    if (text.empty()) continue;
+    details.push_back(property == kDataDefinition ? text : commonOrSymbol(set, property) + " " + text);
+  }
+  return details;
+}
+
+SetOwners::SetOwners(const PartitionMetadata& partition) {
+  for (const MetadataSet* set : partition.sets()) {
+    for (const MetadataSet* target : targetsOf(*set, partition, ReferenceKinds{})) owners_.emplace(target, set);
+  }
+}
+
+const MetadataSet* SetOwners::ownerOf(const MetadataSet& set) const {
+  const auto found = owners_.find(&set);
+  return found == owners_.end() ? nullptr : found->second;
+}
+
+// References of damaged files may go round in circles.
+const MetadataSet* SetOwners::packageOf(const MetadataSet& set) const {
+  const auto* owner = ownerOf(set);
+  for (std::size_t steps = 0; owner != nullptr && steps < owners_.size(); ++steps) {
+    if (owner->find("PackageID") != nullptr) return owner;
+    owner = ownerOf(*owner);
+  }
+  return nullptr;
+}
+
+}  // namespace Vantor
