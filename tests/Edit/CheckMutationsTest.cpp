@@ -135,9 +135,8 @@ const std::vector<Mutation> kValues = {
        addPackage(m, "SourcePackage").set("EssenceDescription", descriptor);
        for (const char* text : {"UCSEncoding", "NamespaceURI"}) descriptor.set(text, u"x");
        descriptor.set("SampleRate", Rational(25, 1));
-       for (const char* label : {"ContainerFormat", "DataEssenceCoding"}) {
-         descriptor.set(label, m.find("AES3PCMDescriptor").text("ContainerFormat"));
-       }
+       descriptor.set("ContainerFormat", m.find("AES3PCMDescriptor").text("ContainerFormat"));
+       descriptor.set("DataEssenceCoding", u"EBUT3264STLSubtitleEssence");
      }},
 };
 

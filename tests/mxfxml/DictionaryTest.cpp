@@ -46,6 +46,8 @@ TEST(Dictionary, ShowsASetWithInheritedPropertiesInBothVocabularies) {
   in files         yes
   XML, legacy      s377m:GPITrigger
   XML, st434-2014  st395:GPITrigger
+  definition       GPI Trigger
+  document         AAF Object Specification
 
 properties: 12
   tag   legacy                          st434-2014                      type                                               status    of                 common name
@@ -71,6 +73,8 @@ TEST(Dictionary, ShowsAPropertyByNameInXMLByTagAndByKeyOfAnyVersion) {
   type             LayoutType (UInt8)
   XML, legacy      rp210:FrameLayout
   XML, st434-2014  st335:FrameLayout
+  definition       Specifies frame layout (interlaced, single frame, full frame, etc.)
+  document         SMPTE 377M
   tag   status    in set
   320c  required  PictureDescriptor
 
@@ -107,8 +111,10 @@ TEST(Dictionary, ShowsASetByTheKeyOfAnyCoding) {
 
 TEST(Dictionary, ShowsLabelsBySymbolAndByKey) {
   const std::string label = R"(label MXFOP1aSingleItemSinglePackageMultiTrackStreamInternal
-  key   060e2b34.04010101.0d010201.01010900
-  name  MXF OP1a SingleItem SinglePackage MultiTrack Stream Internal
+  key         060e2b34.04010101.0d010201.01010900
+  name        MXF OP1a SingleItem SinglePackage MultiTrack Stream Internal
+  definition  Identifier for MXF OP1a SingleItem SinglePackage, with MultiTrack Stream and Internal essence constraints
+  document    SMPTE ST 378
 )";
   EXPECT_EQ(run({"dictionary", "MXFOP1aSingleItemSinglePackageMultiTrackStreamInternal"}).out, label);
   EXPECT_EQ(run({"dictionary", "06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00"}).out, label);
@@ -161,6 +167,7 @@ TEST(Dictionary, ShowsCommonNamesBesideSymbols) {
   common name      CompanyName in Identification
   XML, legacy      rp210:ApplicationSupplierName
   XML, st434-2014  st335:ApplicationSupplierName
+  definition       Specifies the name of the application provider
   tag   status    in set
   3c01  required  Identification
 )");

@@ -76,7 +76,7 @@ void expectOneProperty(const Edit& edit, const std::string& property, const std:
 TEST(Diff, ShowsAReferenceThatWasTakenOutAsOneProperty) {
   const Edit edit(sample(kSample), {"--flat"});
   edit.replace(kFirstTrack, "");
-  expectOneProperty(edit, "PackageTracks: [79.4E.DE.7C.", {"unreached-set"});
+  expectOneProperty(edit, "PackageTracks (Tracks): [79.4E.DE.7C.", {"unreached-set"});
 }
 
 TEST(Diff, ShowsReferencesThatWereSwappedAsOneProperty) {
@@ -84,7 +84,7 @@ TEST(Diff, ShowsReferencesThatWereSwappedAsOneProperty) {
   edit.replace(kFirstTrack, "@");
   edit.replace(kSecondTrack, kFirstTrack);
   edit.replace("@", kSecondTrack);
-  expectOneProperty(edit, "PackageTracks[0]: 79.4E.DE.7C.");
+  expectOneProperty(edit, "PackageTracks[0] (Tracks): 79.4E.DE.7C.");
 }
 
 TEST(Diff, TakesThePartitionOfWhicheverFileIsNoDocument) {

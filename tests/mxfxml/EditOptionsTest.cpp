@@ -310,7 +310,7 @@ TEST_F(EditOptions, AHintNamesOtherSetsThatHoldTheOldValue) {
            {"TimelineTrack[4].TrackName=Time",
             "TrackName, \"Timecode track\", is still in TimelineTrack 79.4E.DE.7C.04.C7.43.42.80.EE.FA.59.53.B7.25.B3"},
            {"MaterialPackage.PackageLastModified=2027-01-01T00:00:00.000",
-            "PackageLastModified, 2026-10-21T01:15:27.020, is still in " + source}}) {
+            "PackageLastModified (PackageModifiedDate), 2026-10-21T01:15:27.020, is still in " + source}}) {
     const Result result = set({assignment, "-o", edit_.copy()});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, line("hint: the old " + text));

@@ -224,14 +224,15 @@ TEST(EditedPart, IsNoEditInFilesWithDescriptiveAndDarkSets) {
     const ScratchFolder folder;
     writeFile(folder.path("whole.mxf"), wholeFile(name));
     const Edit edit(folder.path("whole.mxf"), {});
-    for (const auto& form : std::vector<std::vector<std::string>>{{},
-                                                                  {"--flat"},
-                                                                  {"--structural-only", "--flat"},
-                                                                  {"--start", "SourcePackage"},
-                                                                  {"--start", "MaterialPackage", "--flat"},
-                                                                  {"--start", "Timecode"},  // which refers to nothing
-                                                                  {"--start", "Timecode", "--flat"},
-                                                                  {"--start", "ContentStorage", "--structural-only"}}) {
+    for (const auto& form :
+         std::vector<std::vector<std::string>>{{},
+                                               {"--flat"},
+                                               {"--structural-only", "--flat"},
+                                               {"--start", "SourcePackage"},
+                                               {"--start", "MaterialPackage", "--flat"},
+                                               {"--start", "Timecode[1]"},  // which refers to nothing
+                                               {"--start", "Timecode[1]", "--flat"},
+                                               {"--start", "ContentStorage", "--structural-only"}}) {
       edit.exportAgain(form);
       const Result result = edit.intoCopy({"--strict"});
       EXPECT_EQ(result.out, "nothing is edited\n") << name << result.err;
@@ -314,7 +315,7 @@ TEST(DocumentOfAnotherFile, IsRefusedWithAPackageOfEach) {
 
 TEST(DocumentOfAnotherFile, IsMergedWhereThatIsAskedFor) {
   const OfAnotherFile document;
-  const Result result = document.intoCopy({"--merge-anyway", "--ignore", "format-version"});
+  const Result result = document.intoCopy({"--merge-anyway", "--ignore", "format-version", "--ignore", "index-rate"});
   EXPECT_EQ(
       result.out,
       "27 sets added, 19 removed; with it: the labels of 3 partition packs; written to 2 partitions, which repeat each "

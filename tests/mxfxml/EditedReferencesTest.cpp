@@ -72,8 +72,8 @@ TEST(EditedReferences, OfSeveralOwnersArePointersInNestedDocuments) {
   EXPECT_THAT(sourcePackage(edit.content()), HasSubstr(pointer("TimelineTrack", "11")));
   const Result exact = run({"verify", "--exact", edit.original()});
   EXPECT_EQ(exact.exitCode, 1);
-  EXPECT_THAT(exact.out, HasSubstr("\nreference: SourcePackage " + uid("04") + ": PackageTracks: [" + uid("11") + ", " +
-                                   uid("13") + "] -> ["));
+  EXPECT_THAT(exact.out, HasSubstr("\nreference: SourcePackage " + uid("04") + ": PackageTracks (Tracks): [" +
+                                   uid("11") + ", " + uid("13") + "] -> ["));
 }
 
 TEST(EditedReferences, GetNewOnesBesideThoseOfAnotherOwner) {

@@ -152,7 +152,10 @@ TEST(EditedScope, NeedsADescriptionOrOptionsForAnExportFromAnotherStart) {
   const WholeEdit edit(kDescriptive, {"--start", "MaterialPackage"});
   edit.withdrawDescription();
   expectRefusal(edit, "the document has no Preface, and does not describe what it is an export of");
-  expectRefusal(edit, "Timecode is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Timecode[1] (",
+  expectRefusal(edit,
+                "Timecode is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Timecode[1] (StartTimecode "
+                "00:00:00:00, RoundedTimecodeBase 25, in MaterialPackage), Timecode[2] (StartTimecode 00:00:00:00, "
+                "RoundedTimecodeBase 25, in SourcePackage), or Timecode[*] for all",
                 {"--start", "Timecode"});
   expectRefusal(edit, "the dictionary has no set 'Dance'", {"--start", "Dance"});
 }

@@ -150,7 +150,7 @@ TEST(Names, AreAllReportedWhereTheyAreWrong) {
 
 TEST(Names, OfACommonKindChooseSetsThatCanHaveTheProperty) {
   const NamedFile file;
-  EXPECT_EQ(file.set({"Track[1].EditRate=25"}).exitCode, 0);
+  EXPECT_EQ(file.set({"Track[1].EditRate=48000/256"}).exitCode, 0);
   EXPECT_EQ(file.set({"MaterialPackage/Component.StartTimecode=7"}).exitCode, 0) << "of its components the Timecode";
 }
 

@@ -118,7 +118,7 @@ class NewSets : public testing::TestWithParam<std::tuple<const char*, bool>> {
     EXPECT_THAT(added[3], HasSubstr("added set: DM_AS_11_Core_Framework "));
     const auto changed = linesWith("reference: ", diff);
     ASSERT_THAT(changed, SizeIs(1));
-    EXPECT_THAT(changed[0], HasSubstr(": PackageTracks: "));
+    EXPECT_THAT(changed[0], HasSubstr(": PackageTracks (Tracks): "));
     const auto listed = linesWith("value: Preface ", diff);
     ASSERT_THAT(listed, SizeIs(1)) << diff;
     EXPECT_THAT(listed[0], HasSubstr(": DescriptiveSchemes"));

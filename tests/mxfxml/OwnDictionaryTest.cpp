@@ -3,7 +3,7 @@
 
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
-#include "Core/Types/UTF16String.h"
+#include "Core/Types/Factories.h"
 #include "Program.h"
 #include "ScratchFolder.h"
 #include "tests/Registers/SomeMetaDictionary.h"
@@ -93,7 +93,8 @@ void write(PartitionMetadata& metadata, const std::string& path) {
 }
 
 /// A file with a set under the key of a class that it defines itself, a UUID with swapped halves.
-void writeFileWithOwnSet(const std::string& path, const wstring& note = u"warm") {
+/// @param note  in UTF-16, big-endian.
+void writeFileWithOwnSet(const std::string& path, const std::string& note = std::string("\0w\0a\0r\0m", 8)) {
   auto definitions = builtInDefinitions();
   definitions.readText(
       "dictionary 1\n"
@@ -105,7 +106,9 @@ void writeFileWithOwnSet(const std::string& path, const wstring& note = u"warm")
       file.addClass("a1000000.00130001.0f0e0d0c.00004001", u"Grading", "060e2b34.02530101.0d010101.01010100");
   file.addProperty(grading, "a2000000.00000001.0f0e0d0c.00004001", u"Note", "060e2b34.01040101.01100200.00000000");
   file.metadata().createMetadataSet("Preface").set("OperationalPattern", Types::AUID());
-  file.metadata().createMetadataSet("Grading").set("Note", Types::UTF16String(note));
+  const auto* octets = reinterpret_cast<const uint8*>(note.data());
+  const auto text = Types::Factories::fromBytes(Types::Identifiers::kUTF16String, octets, note.size());
+  file.metadata().createMetadataSet("Grading").set("Note", *text);
   write(file.metadata(), path);
 }
 
@@ -200,7 +203,7 @@ INSTANTIATE_TEST_SUITE_P(OwnDictionary, TwinProperties,
 TEST(OwnDictionary, KeepsTheNULsOfItsTexts) {
   const ScratchFolder folder;
   const auto file = folder.path("own.mxf"), document = folder.path("own.xml"), copy = folder.path("copy.mxf");
-  writeFileWithOwnSet(file, wstring(u"warm\0", 5));
+  writeFileWithOwnSet(file, std::string("\0w\0a\0r\0m\0\0", 10));
   EXPECT_EQ(run({"export", file, "--own-dictionary", "-o", document}).exitCode, 0);
   EXPECT_THAT(readFile(document), AllOf(Not(HasSubstr("ownP:Note")), HasSubstr("00.77.00.61.00.72.00.6D.00.00")));
   EXPECT_EQ(run({"import", document, "--own-dictionary", "-o", copy}).exitCode, 0);

@@ -77,7 +77,7 @@ TEST_F(Recover, FailsWhereThereIsNoSuchFile) {
   EXPECT_EQ(missing.err, "mxfxml: cannot recover '" + path() + "': there is no such file\n");
   EXPECT_THAT(folder_.files(), ElementsAre());
   EXPECT_EQ(run({"set", path(), "Preface.ByteOrder=1"}).err,
-            "mxfxml: cannot read the size and time of '" + path() + "': No such file or directory\n");
+            "mxfxml: cannot open '" + path() + "': No such file or directory\n");
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ const Refusal kRefusedDocuments[] = {
      kIntoItself,
      1,
      {"{file}: warning: required-property: partitions 0, 2: Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: "
-      "IdentificationList: a required property is missing",
+      "IdentificationList (Identifications): a required property is missing",
       "{file}: the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it"},
      kGst,
      without("rp210:IdentificationList")},

@@ -32,7 +32,7 @@ const Refusal kRefusedEdits[] = {
      {"set", "{file}", "--remove", "MaterialPackage.PackageID"},
      1,
      {"{file}: error: needed-property: partition 0: MaterialPackage AD.AB.44.24.2F.25.4D.C7.92.FF.00.01.00.00.00.00: "
-      "PackageID: a property that readers need is missing or empty",
+      "PackageID (PackageUID): a property that readers need is missing or empty",
       "{file}: the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it"},
      kOp1a},
     {"a track number twice",
@@ -45,7 +45,7 @@ const Refusal kRefusedEdits[] = {
      {"set", "{file}", "--remove", "Preface.IdentificationList"},
      1,
      {"{file}: warning: required-property: partitions 0, 2: Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: "
-      "IdentificationList: a required property is missing",
+      "IdentificationList (Identifications): a required property is missing",
       "{file}: warning: unreached-set: partitions 0, 2: Identification "
       "85.43.AA.CE.4F.14.40.97.80.CE.25.A8.1C.87.90.74: no reference leads to the set",
       "{file}: the edit would break 2 rules that the file keeps; nothing is written; --ignore RULE permits it"}},
@@ -60,7 +60,7 @@ const Refusal kRefusedEdits[] = {
       "06.0A.2B.34.01.01.01.05.01.01.0D.22.13.9B.BD.B8.45.EE.F7.3A.7A.98.45.6A.B9.3F.97.6A.95.3F.0F.F9, though its "
       "operational pattern asks for it",
       "{file}: error: linked-package: partitions 0, 2: EssenceData 3B.4A.3B.74.61.B1.41.73.BB.A7.20.72.AF.1F.60.E2: "
-      "LinkedPackageID: the file has no source package "
+      "LinkedPackageID (LinkedPackageUID): the file has no source package "
       "06.0A.2B.34.01.01.01.05.01.01.0D.22.13.9B.BD.B8.45.EE.F7.3A.7A.98.45.6A.B9.3F.97.6A.95.3F.0F.F9",
       "{file}: the edit would break 2 rules that the file keeps; nothing is written; --ignore RULE permits it"}},
     {"a track number that leaves references behind",
@@ -99,23 +99,25 @@ const Refusal kRefusedEdits[] = {
       "unreached-set"},
      1,
      {"{file}: error: reference-kind: partitions 0, 2: Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: "
-      "ContentStorageObject: Identification 85.43.AA.CE.4F.14.40.97.80.CE.25.A8.1C.87.90.74 is no ContentStorage",
+      "ContentStorageObject (ContentStorage): Identification 85.43.AA.CE.4F.14.40.97.80.CE.25.A8.1C.87.90.74 is no "
+      "ContentStorage",
       "{file}: warning: shared-set: partitions 0, 2: Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: "
-      "IdentificationList: the set 85.43.AA.CE.4F.14.40.97.80.CE.25.A8.1C.87.90.74 belongs to a Preface already",
+      "IdentificationList (Identifications): the set 85.43.AA.CE.4F.14.40.97.80.CE.25.A8.1C.87.90.74 belongs to a "
+      "Preface already",
       "{file}: the edit would break 2 rules that the file keeps; nothing is written; --ignore RULE permits it"}},
     {"a sequence shorter than its components",
      {"set", "{file}", "Sequence[1].ComponentLength=3"},
      1,
      {"{file}: warning: sequence-length: partitions 0, 2: Sequence 65.DC.EE.2E.4C.63.49.EE.83.DC.2D.AC.8E.B3.2B.A9: "
-      "ComponentLength: the length is 3, that of all components 4",
+      "ComponentLength (Duration): the length is 3, that of all components 4",
       "{file}: warning: source-length: partitions 0, 2: SourceClip B0.05.E2.81.B8.73.40.93.AB.98.BE.C2.68.45.04.53: "
-      "ComponentLength: the clip takes 4 from 0 on, its source has 3",
+      "ComponentLength (Duration): the clip takes 4 from 0 on, its source has 3",
       "{file}: the edit would break 2 rules that the file keeps; nothing is written; --ignore RULE permits it"}},
     {"a modification before the last identification",
      {"set", "{file}", "Preface.FileLastModified=2001-02-03T04:05:06.000"},
      1,
      {"{file}: warning: modification-date: partitions 0, 2: Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: "
-      "FileLastModified: 2001-02-03T04:05:06.000 is before the date of the last identification, "
+      "FileLastModified (LastModifiedDate): 2001-02-03T04:05:06.000 is before the date of the last identification, "
       "2026-10-21T01:15:27.020",
       "{file}: the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it"}},
     {"the header alone",
@@ -186,7 +188,7 @@ const Refusal kRefusedEdits[] = {
      {"set", "{file}", "--remove", "Preface.IdentificationList", "--ignore", "unreached-set"},
      1,
      {"{file}: warning: required-property: partitions 0, 2: Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: "
-      "IdentificationList: a required property is missing",
+      "IdentificationList (Identifications): a required property is missing",
       "{file}: the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it"}},
     {"a read only file",
      {"set", "{file}", "Identification.ApplicationName=Ed"},
@@ -204,7 +206,7 @@ const Refusal kRefusedEdits[] = {
     {"a file that is not there",
      {"set", "{file}", "Identification.ApplicationName=Ed"},
      1,
-     {"cannot read the size and time of '{file}': No such file or directory"},
+     {"cannot open '{file}': No such file or directory"},
      kGst,
      removed()},
     {"a document instead of a file",

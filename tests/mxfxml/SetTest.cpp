@@ -213,10 +213,10 @@ TEST(Set, NamesTheChoicesWhereSetsShareAnInstanceUID) {
   const std::string before = readFile(file.path()), track = kFirstTrack;
   const Result result = file.set({"TimelineTrack.TrackID=9", "--start", track});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.err,
-            "mxfxml: " + file.path() + ": " + track + " is ambiguous: 2 sets (see \"mxfxml info --sets\"); use " +
-                track + "[1] (TrackID 2, in SourcePackage), " + track +
-                "[2] (TrackID 1, TrackName \"Timecode track\", in MaterialPackage), or " + track + "[*] for all\n");
+  EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": " + track +
+                            " is ambiguous: 2 sets (see \"mxfxml info --sets\"); use " + track +
+                            "[1] (TrackID 2, in SourcePackage), " + track +
+                            "[2] (TrackID 1, TrackName \"Timecode track\"), or " + track + "[*] for all\n");
   EXPECT_EQ(readFile(file.path()), before);
 }
 
@@ -261,7 +261,7 @@ TEST(Set, IsRefusedWithAReferenceToASetThatIsNotThere) {
   EXPECT_EQ(refused.out, "");
   EXPECT_EQ(refused.err,
             "mxfxml: " + file.path() + ": error: dangling-reference: partitions 0, 2: TimelineTrack " + kFirstTrack +
-                ": TrackSegment: no set has the InstanceUID " + missing + "\nmxfxml: " + file.path() +
+                ": TrackSegment (Sequence): no set has the InstanceUID " + missing + "\nmxfxml: " + file.path() +
                 ": the edit would break 1 rule that the file keeps; nothing is written; --ignore RULE permits it\n");
   EXPECT_TRUE(file.isUntouched());
   const Result there = assign("FC.1A.AE.AC.DE.38.4E.A6.85.C5.8A.73.06.23.40.B0", {"unreached-set", "shared-set"});

@@ -51,11 +51,11 @@ struct Assignment {
 const Assignment kAssignments[] = {
     {"gst-audio-ac3.mxf", "Timecode[1].StartTimecode=10:00:00:00", "StartTimecode: 00:00:00:00 -> 10:00:00:00"},
     {"gst-audio-ac3.mxf", "Preface.FileLastModified=2026-11-22T10:00+01:00",
-     "FileLastModified: 2026-10-21T01:15:27.020 -> 2026-11-22T09:00:00.000"},
+     "FileLastModified (LastModifiedDate): 2026-10-21T01:15:27.020 -> 2026-11-22T09:00:00.000"},
     {"gst-audio-ac3.mxf", "Identification.ApplicationVersion=1.2.3.4 release",
-     "ApplicationVersion: 1.22.0.0 release -> 1.2.3.4 release"},
+     "ApplicationVersion (ProductVersion): 1.22.0.0 release -> 1.2.3.4 release"},
     {"op1a.mxf", "MPEGVideoDescriptor.TransferCharacteristic=BT.709",
-     "TransferCharacteristic: nothing -> TransferCharacteristic_ITU709"},
+     "TransferCharacteristic (CaptureGamma): nothing -> TransferCharacteristic_ITU709"},
 };
 
 class ToolValues : public testing::TestWithParam<Assignment> {};

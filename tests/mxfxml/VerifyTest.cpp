@@ -71,22 +71,25 @@ TEST(VerifyExactly, PrintsEachDifferenceWithBothValues) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.err,
             "mxfxml: " + sample("gst-audio-ac3.mxf") + ": the metadata of the header partition comes back changed\n");
-  EXPECT_EQ(result.out,
-            "value: Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: FileLastModified: "
-            "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
-            "value: Identification 85.43.AA.CE.4F.14.40.97.80.CE.25.A8.1C.87.90.74: FileModificationDate: "
-            "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
-            "value: SourcePackage 22.1E.14.F3.7C.58.4B.02.94.E6.26.D4.31.97.8E.40: PackageLastModified: "
-            "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
-            "value: SourcePackage 22.1E.14.F3.7C.58.4B.02.94.E6.26.D4.31.97.8E.40: CreationTime: "
-            "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
-            "value: MaterialPackage 41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7: PackageLastModified: "
-            "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
-            "value: MaterialPackage 41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7: CreationTime: "
-            "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
-            "not counted as differences: BER octet counts 19, sets in another order 9, "
-            "sets with properties in another order 19\n"
-            "sets compared 19, different 4; properties compared 115, different 6\n");
+  EXPECT_EQ(
+      result.out,
+      "value: Preface 69.78.A3.6D.93.7F.4D.E1.AB.19.DE.B5.C5.F5.5E.2C: FileLastModified (LastModifiedDate): "
+      "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
+      "value: Identification 85.43.AA.CE.4F.14.40.97.80.CE.25.A8.1C.87.90.74: FileModificationDate (ModificationDate): "
+      "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
+      "value: SourcePackage 22.1E.14.F3.7C.58.4B.02.94.E6.26.D4.31.97.8E.40: PackageLastModified "
+      "(PackageModifiedDate): "
+      "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
+      "value: SourcePackage 22.1E.14.F3.7C.58.4B.02.94.E6.26.D4.31.97.8E.40: CreationTime (PackageCreationDate): "
+      "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
+      "value: MaterialPackage 41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7: PackageLastModified "
+      "(PackageModifiedDate): "
+      "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
+      "value: MaterialPackage 41.B3.1A.F9.95.F2.4B.72.AE.C8.96.5D.AC.A5.45.E7: CreationTime (PackageCreationDate): "
+      "2026-10-21T01:15:27.020 -> 2026-10-21T01:15:27.004\n"
+      "not counted as differences: BER octet counts 19, sets in another order 9, "
+      "sets with properties in another order 19\n"
+      "sets compared 19, different 4; properties compared 115, different 6\n");
 }
 
 TEST(VerifyExactly, TellsWhatReferencesToDarkGroupsCost) {
@@ -147,9 +150,9 @@ TEST(VerifyExactly, ReportsEmptyTextsAsMissing) {
   EXPECT_EQ(file.verify().exitCode, 0);
   const Result result = file.verify({"--exact"});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.out,
-              AllOf(HasSubstr("missing property: Identification "), HasSubstr(": ApplicationName: \"\" -> nothing\n"),
-                    EndsWith("sets compared 2, different 1; properties compared 4, different 1\n")));
+  EXPECT_THAT(result.out, AllOf(HasSubstr("missing property: Identification "),
+                                HasSubstr(": ApplicationName (ProductName): \"\" -> nothing\n"),
+                                EndsWith("sets compared 2, different 1; properties compared 4, different 1\n")));
 }
 
 TEST(Verify, KeepsTextsWithControlCharactersOnOneLine) {

@@ -49,9 +49,12 @@ Bytes octetsOf(const PrintedValue& value) {
   return {there->rawBuffer(), there->rawBuffer() + there->encodedSize()};
 }
 
-/// Final NULs are not printed, nor the order of octets of an indirect value.
+/// Final NULs are not printed, nor the item size of a list without items, the order of octets of an indirect value, or
+/// the form of a value in other octets than its type has.
 bool isPrintedWhole(const PrintedValue& value) {
-  const auto* there = elementOf(value)->wireValue();
+  const auto* element = std::as_const(*value.set).find(value.property);
+  if (element == nullptr || element->wireValue() == nullptr || value.set->text(value.property) == u"[]") return false;
+  const auto* there = element->wireValue();
   const auto octets = octetsOf(value);
   const bool hasFinalNUL = Types::isTextType(there->identifier()) && !octets.empty() && octets.back() == 0;
   return value.isListed && !hasFinalNUL && value.property != "IndirectValue";
