@@ -9,7 +9,7 @@ namespace Vantor::MetaMetadata {
 namespace {
 
 /// Fewer at the end of a name are more likely a mistake.
-constexpr std::size_t kFewestCharacters = 3;
+constexpr std::size_t kFewestOfAnEnding = 3;
 
 }  // namespace
 
@@ -41,7 +41,7 @@ Templates::vector<int64> Enumeration::numbersNamed(std::string_view name) const 
     if (nameOf(value) == name) return {value.number};
     if (foldedName(nameOf(value)) == folded) numbers.push_back(value.number);
   }
-  if (numbers.empty() && folded.size() >= kFewestCharacters) {
+  if (numbers.empty() && folded.size() >= kFewestOfAnEnding) {
     for (const auto& value : values_) {
       if (endsWithWords(nameOf(value), folded)) numbers.push_back(value.number);
     }

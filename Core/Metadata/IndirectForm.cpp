@@ -18,24 +18,24 @@ namespace {
 constexpr std::size_t kHeaderSize = 17;
 
 enum class Order : uint8 { kBig = 0x42, kLittle = 0x4c };
-enum class Kind : uint8 { kText, kSigned, kUnsigned };
+enum class IndirectKind : uint8 { kText, kSigned, kUnsigned };
 
 /// The labels of types (ST 2003) differ in three octets; an AUID has the halves of a label swapped.
 struct IndirectType {
   std::array<uint8, 3> place;  // octets 10 to 12 of the label
-  Kind kind;
+  IndirectKind kind;
   std::size_t size;  // 0 for texts
 };
-constexpr IndirectType kText = {{0x10, 0x02, 0x00}, Kind::kText, 0};
+constexpr IndirectType kText = {{0x10, 0x02, 0x00}, IndirectKind::kText, 0};
 constexpr std::array kTypes = {kText,
-                               IndirectType{{0x01, 0x01, 0x00}, Kind::kUnsigned, 1},
-                               IndirectType{{0x01, 0x02, 0x00}, Kind::kUnsigned, 2},
-                               IndirectType{{0x01, 0x03, 0x00}, Kind::kUnsigned, 4},
-                               IndirectType{{0x01, 0x04, 0x00}, Kind::kUnsigned, 8},
-                               IndirectType{{0x01, 0x05, 0x00}, Kind::kSigned, 1},
-                               IndirectType{{0x01, 0x06, 0x00}, Kind::kSigned, 2},
-                               IndirectType{{0x01, 0x07, 0x00}, Kind::kSigned, 4},
-                               IndirectType{{0x01, 0x08, 0x00}, Kind::kSigned, 8}};
+                               IndirectType{{0x01, 0x01, 0x00}, IndirectKind::kUnsigned, 1},
+                               IndirectType{{0x01, 0x02, 0x00}, IndirectKind::kUnsigned, 2},
+                               IndirectType{{0x01, 0x03, 0x00}, IndirectKind::kUnsigned, 4},
+                               IndirectType{{0x01, 0x04, 0x00}, IndirectKind::kUnsigned, 8},
+                               IndirectType{{0x01, 0x05, 0x00}, IndirectKind::kSigned, 1},
+                               IndirectType{{0x01, 0x06, 0x00}, IndirectKind::kSigned, 2},
+                               IndirectType{{0x01, 0x07, 0x00}, IndirectKind::kSigned, 4},
+                               IndirectType{{0x01, 0x08, 0x00}, IndirectKind::kSigned, 8}};
 
 /// Reverses the octets of each of the numbers.
 void swapNumbers(uint8* octets, std::size_t size, std::size_t count) {
@@ -69,14 +69,14 @@ std::optional<Header> headerIn(const Types::SimpleDataType& value) {
 /// The octets behind the header, in big-endian order.
 Bytes contentOf(const Types::SimpleDataType& value, const Header& header) {
   Bytes content(value.rawBuffer() + kHeaderSize, value.rawBuffer() + value.encodedSize());
-  const std::size_t size = header.type.kind == Kind::kText ? sizeof(char16_t) : header.type.size;
+  const std::size_t size = header.type.kind == IndirectKind::kText ? sizeof(char16_t) : header.type.size;
   if (header.order == Order::kLittle) swapNumbers(content.data(), size, content.size() / size);
   return content;
 }
 
 auto_ptr<Types::SimpleDataType> valueOf(const Header& header, Bytes content) {
   Bytes octets = headerOf(header.order, header.type);
-  const std::size_t size = header.type.kind == Kind::kText ? sizeof(char16_t) : header.type.size;
+  const std::size_t size = header.type.kind == IndirectKind::kText ? sizeof(char16_t) : header.type.size;
   if (header.order == Order::kLittle) swapNumbers(content.data(), size, content.size() / size);
   octets.insert(octets.end(), content.begin(), content.end());
   return std::make_unique<Types::DataStream>(std::move(octets));
@@ -109,7 +109,7 @@ std::optional<wstring> printInteger(const Bytes& content, const IndirectType& ty
   if (content.size() != type.size) return std::nullopt;
   uint64 number = 0;
   for (const uint8 octet : content) number = number << 8 | octet;
-  if (type.kind == Kind::kUnsigned) return Platform::toDecimal(number);
+  if (type.kind == IndirectKind::kUnsigned) return Platform::toDecimal(number);
   const auto unused = static_cast<int>(8 * (sizeof number - type.size));
   return Platform::toDecimal(static_cast<int64>(number << unused) >> unused);
 }
@@ -119,7 +119,7 @@ std::optional<wstring> printTyped(const Types::SimpleDataType& value) {
   const auto header = headerIn(value);
   if (!header) return std::nullopt;
   const auto content = contentOf(value, *header);
-  return header->type.kind == Kind::kText ? printText(content) : printInteger(content, header->type);
+  return header->type.kind == IndirectKind::kText ? printText(content) : printInteger(content, header->type);
 }
 
 /// A prefix tells octets from texts.
@@ -146,7 +146,7 @@ Types::ParsedValue parseText(const Header& header, std::u16string_view text, std
 auto_ptr<Types::SimpleDataType> parseInteger(const Header& header, std::u16string_view text) {
   int64 number = 0;
   uint64 bits = 0;
-  const bool isSigned = header.type.kind == Kind::kSigned;
+  const bool isSigned = header.type.kind == IndirectKind::kSigned;
   if (!(isSigned ? Types::readWholeNumber(text, number) : Types::readWholeNumber(text, bits))) return nullptr;
   if (isSigned) bits = static_cast<uint64>(number);
   Bytes content;
@@ -167,7 +167,7 @@ bool isIndirect(const PropertyPlace& place, Types::Identifiers::Identifier) {
 TextNoun nounOfIndirect(const PropertyPlace& place) {
   const auto* before = valueThere(place);
   const auto header = before == nullptr ? std::nullopt : headerIn(*before);
-  const bool isNumber = header && header->type.kind != Kind::kText;
+  const bool isNumber = header && header->type.kind != IndirectKind::kText;
   return isNumber ? TextNoun{"a number of the type that is there", "25"} : TextNoun{"a text", "Weekly"};
 }
 
@@ -185,7 +185,7 @@ std::optional<Types::ParsedValue> parseIndirect(const PropertyPlace& place, Type
   const auto* before = valueThere(place);
   const auto header = before == nullptr ? std::nullopt : headerIn(*before);
   if (!header) return parseText({}, text, 0);
-  if (header->type.kind != Kind::kText) return parseInteger(*header, Types::trimmed(text));
+  if (header->type.kind != IndirectKind::kText) return parseInteger(*header, Types::trimmed(text));
   return parseText(*header, text, countFinalNULs(textIn(contentOf(*before, *header))));
 }
 

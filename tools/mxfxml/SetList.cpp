@@ -15,7 +15,7 @@ namespace Vantor::Tool {
 
 namespace {
 
-constexpr std::size_t kFewestDigits = 8;
+constexpr std::size_t kFewestOfAnIdentifier = 8;
 constexpr std::string_view kDataDefinition = "ComponentDataDefinition";
 
 /// Whether sets of a kind only define what others mean, as the hundreds in a MetaDictionary do.
@@ -40,7 +40,7 @@ std::unordered_map<const MetadataSet*, std::string> beginningsOf(const Partition
   for (std::size_t i = 0; i < digits.size(); ++i) {
     std::size_t same = i == 0 ? 0 : commonDigits(digits[i].first, digits[i - 1].first);
     if (i + 1 < digits.size()) same = std::max(same, commonDigits(digits[i].first, digits[i + 1].first));
-    beginnings[digits[i].second] = digits[i].first.substr(0, std::max(same + 1, kFewestDigits));
+    beginnings[digits[i].second] = digits[i].first.substr(0, std::max(same + 1, kFewestOfAnIdentifier));
   }
   return beginnings;
 }

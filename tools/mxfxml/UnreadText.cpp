@@ -22,13 +22,13 @@ struct UnreadKind {
   bool isOneValue;
 };
 
-std::string nameOf(const UnreadValue& unread, const PartitionDictionary& tags) {
+std::string unreadNameOf(const UnreadValue& unread, const PartitionDictionary& tags) {
   if (unread.definition != nullptr) return unread.set->name() + "." + unread.definition->symbol();
   return unread.set->name() + ": " + propertyName(*unread.element, tags);
 }
 
 UnreadKind kindOf(const UnreadValue& unread, const PartitionDictionary& tags) {
-  return {nameOf(unread, tags), unread.reason, valueText(*unread.set, *unread.element), 1, true};
+  return {unreadNameOf(unread, tags), unread.reason, valueText(*unread.set, *unread.element), 1, true};
 }
 
 void enter(UnreadKind kind, std::vector<UnreadKind>& kinds, std::unordered_map<std::string, std::size_t>& places) {
