@@ -27,6 +27,9 @@ struct PartitionDifference {
   std::string property;     ///< with the index of a collection's first item that differs; empty for whole sets
   std::string left;         ///< the value as text, shortened; empty for none
   std::string right;
+  /// The set itself: of the left partition, of the right one for `kAddedSet`; null for a dark set. Belongs to its
+  /// partition.
+  const MetadataSet* place = nullptr;
 };
 
 /// The name of a kind of difference, such as "missing set".
