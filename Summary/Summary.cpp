@@ -19,7 +19,7 @@ namespace {
 
 using Kind = Track::Kind;
 
-/// The octets of a data definition that tell its kind, the 9th to the 13th of labels of ST 400.
+/// The octets of a data definition that give its kind, the 9th to the 13th of labels of ST 400.
 struct DataDefinition {
   std::array<uint8, 5> octets;
   Kind kind;

@@ -195,8 +195,8 @@ struct MetadataSummary {
   /// Those of the material packages; without one, those of packages with a FileDescriptor. In their order in the file.
   std::vector<Track> tracks;
   std::optional<Timecode> start;  ///< of the first material package
-  /// Of the nearest package with timecode that the first picture track, else the first sound track, leads to; where it
-  /// starts otherwise than `start`.
+  /// Of the nearest package with timecode that the first picture track, else the first sound track, leads to, where
+  /// that differs from `start`.
   std::optional<Timecode> sourceStart;
   std::optional<Duration> duration;   ///< of the first picture track, else of the first sound track, else of any
   std::optional<Ratio> frameRate;     ///< EditRate of the first picture track
