@@ -229,14 +229,14 @@ class Comparer {
   void reportSet(Kind kind, const EntryView& entry) {
     const auto* instanceUID = entry.set == nullptr ? nullptr : entry.set->instanceUID();
     result_.differences.push_back({kind, entry.name(), instanceUID == nullptr ? "" : textOf(*instanceUID), "", "", "",
-                                   entry.set == nullptr ? "" : std::string(entry.set->otherNameOf(""))});
+                                   entry.set == nullptr ? "" : std::string(entry.set->otherNameOf("")), entry.set});
   }
 
   void report(const MetadataSet& set, const std::string& property, Finding finding) {
     const auto* instanceUID = set.instanceUID();
     result_.differences.push_back({finding.kind, set.name(), instanceUID == nullptr ? "" : textOf(*instanceUID),
                                    property + finding.at, std::move(finding.left), std::move(finding.right),
-                                   std::string(set.otherNameOf(property))});
+                                   std::string(set.otherNameOf(property)), &set});
   }
 
   void compareSets(const MetadataSet& left, const MetadataSet& right) {

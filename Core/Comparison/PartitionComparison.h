@@ -28,6 +28,9 @@ struct PartitionDifference {
   std::string left;         ///< the value as text, shortened; empty for none
   std::string right;
   std::string otherName = {};  ///< the common name of the property, or of the whole set; empty for none
+  /// The set itself: of the left partition, of the right one for `kAddedSet`; null for a dark set. Belongs to its
+  /// partition.
+  const MetadataSet* place = nullptr;
 };
 
 /// The name of a kind of difference, such as "missing set".

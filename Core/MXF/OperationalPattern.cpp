@@ -11,6 +11,16 @@ bool isOperationalPattern(const Types::UniversalLabel& label) {
   return std::equal(octets, octets + 7, kStart.begin()) && std::equal(octets + 8, octets + 12, kStart.begin() + 8);
 }
 
+std::string operationalPatternName(const Types::UniversalLabel& label) {
+  if (!isOperationalPattern(label)) return "unknown pattern";
+  const uint8 items = label.octet(13);     // ST 377-1: 1 single item, 2 playlist, 3 edited items
+  const uint8 packages = label.octet(14);  // 1 one package per item, 2 ganged, 3 alternate ones
+  if (items == 0x10) return "OP-Atom";     // ST 390
+  if (items > 0x10 && items < 0x80) return "specialized pattern";
+  if (items < 1 || items > 3 || packages < 1 || packages > 3) return "unknown pattern";
+  return {'O', 'P', static_cast<char>('0' + items), static_cast<char>('a' + packages - 1)};
+}
+
 bool hasInternalEssence(const Types::UniversalLabel& pattern) {
   constexpr uint8 kLastGeneral = 3;      // octet 13 of the patterns 1a to 3c
   constexpr uint8 kExternalEssence = 2;  // of the qualifiers in octet 15

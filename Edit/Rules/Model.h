@@ -8,29 +8,12 @@
 #include <vector>
 
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/SetValues.h"
 #include "Core/Types/Rational.h"
 #include "Core/Types/UMID32.h"
 #include "Edit/Check.h"
 
 namespace Vantor::Edit {
-
-/// @name Values of sets
-/// A property that a set does not have, or that has no value, or one of another type, has none of these.
-/// @{
-const Types::SimpleDataType* valueOf(const MetadataSet& set, std::string_view property);
-template <class Value>
-const Value* valueOf(const MetadataSet& set, std::string_view property) {
-  const auto* value = valueOf(set, property);
-  return value == nullptr || value->identifier() != Value::kIdentifier ? nullptr : static_cast<const Value*>(value);
-}
-/// The value of any integer type, Booleans included.
-std::optional<int64> integerOf(const Types::SimpleDataType& value);
-std::optional<int64> integerOf(const MetadataSet& set, std::string_view property);
-/// A label or another identifier of 16 octets.
-std::optional<Types::UniversalLabel> labelOf(const MetadataSet& set, std::string_view property);
-/// The same for all items of a collection.
-std::vector<Types::UniversalLabel> labelsOf(const MetadataSet& set, std::string_view property);
-/// @}
 
 /// The definition of a property; null for an unknown one.
 inline const MetaMetadata::MetaElement* definitionOf(const Element& element) {

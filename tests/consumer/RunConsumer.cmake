@@ -15,6 +15,7 @@ run("${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}" -B "${SCRATCH_DIR}/build" 
   "-DCMAKE_PREFIX_PATH=${SCRATCH_DIR}/prefix")
 run("${CMAKE_COMMAND}" --build "${SCRATCH_DIR}/build" --config "${CONFIG}")
 run("${SCRATCH_DIR}/build/consumer")
+run("${SCRATCH_DIR}/build/print_summary" "${CMAKE_CURRENT_LIST_DIR}/../data/bmx-as02-as02b.mxf")
 # The example edits a file, which then differs from the original in one property.
 set(original "${CMAKE_CURRENT_LIST_DIR}/../data/gst-audio-ac3.mxf")
 configure_file("${original}" "${SCRATCH_DIR}/programme.mxf" COPYONLY)

@@ -16,7 +16,7 @@ using testing::EndsWith;
 using testing::HasSubstr;
 
 TEST(Info, PrintsPartitionsAndSets) {
-  const Result result = run({"info", sample("gst-audio-ac3.mxf")});
+  const Result result = run({"info", sample("gst-audio-ac3.mxf"), "--partitions"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out, R"(  size                 10608 bytes
@@ -113,7 +113,7 @@ TEST(Info, ListsSetsByTextsThatTheSetCommandTakes) {
 }
 
 TEST(Info, CountsDarkSetsByKey) {
-  const Result result = run({"info", sample("libmxf-writeaviddv50.header.mxf"), "--no-own-dictionary"});
+  const Result result = run({"info", sample("libmxf-writeaviddv50.header.mxf"), "--partitions", "--no-own-dictionary"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, AllOf(HasSubstr("OP-Atom  06.0E.2B.34.04.01.01.02.0D.01.02.01.10.02.00.00  "
                                           "MXF-OP Atom N Tracks 1 SourceClip\n"),
@@ -128,20 +128,20 @@ TEST(Info, CountsPropertiesThatTheirSetsDoNotList) {
   const std::string objectModelVersion("\x3B\x07\x00\x04\x00\x00\x00\x01", 8);  // in the Preface
   const std::string trackID("\x48\x01\x00\x04\x00\x00\x00\x01", 8);
   const std::string nothing("\xFF\xF0\x00\x04\x00\x00\x00\x01", 8);
-  EXPECT_THAT(run({"info", sample("op1a.mxf")}).out, Not(HasSubstr("properties: ")));
+  EXPECT_THAT(run({"info", sample("op1a.mxf"), "--partitions"}).out, Not(HasSubstr("properties: ")));
   const ChangedSample misplaced("op1a.mxf", objectModelVersion, trackID);
-  EXPECT_THAT(run({"info", misplaced.path()}).out, EndsWith("\n\nmisplaced properties: 1\n"));
+  EXPECT_THAT(run({"info", misplaced.path(), "--partitions"}).out, EndsWith("\n\nmisplaced properties: 1\n"));
   const ChangedSample unknown("op1a.mxf", objectModelVersion, nothing);
-  EXPECT_THAT(run({"info", unknown.path()}).out,
+  EXPECT_THAT(run({"info", unknown.path(), "--partitions"}).out,
               EndsWith("\n\nunknown properties: 1\n"
                        "  1  Preface: unknown property FF.F0  the dictionary does not have it  00000001\n"));
 }
 
 TEST(Info, CountsTheSetsOfTheChosenPartition) {
-  const Result footer = run({"info", sample("gst-audio-ac3.mxf"), "--partition", "footer"});
+  const Result footer = run({"info", sample("gst-audio-ac3.mxf"), "--partitions", "--partition", "footer"});
   EXPECT_EQ(footer.exitCode, 0);
   EXPECT_THAT(footer.out, HasSubstr("\nsets in the footer partition: 19\n"));
-  EXPECT_THAT(run({"info", sample("gst-audio-ac3.mxf"), "--partition", "2"}).out,
+  EXPECT_THAT(run({"info", sample("gst-audio-ac3.mxf"), "--partitions", "--partition", "2"}).out,
               HasSubstr("\nsets in partition 2: 19\n"));
 }
 
@@ -150,11 +150,73 @@ TEST(Info, TellsHowFarADamagedFileIsSound) {
   const std::string runIn = "12345";
   const std::string whole = readFile(sample("gst-audio-ac3.mxf"));
   writeFile(folder.path("cut.mxf"), runIn + whole.substr(0, 6000));
-  const Result result = run({"info", folder.path("cut.mxf")});
+  const Result result = run({"info", folder.path("cut.mxf"), "--partitions"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out,
               AllOf(HasSubstr("\n  run-in               5 bytes\n"), HasSubstr("  sound up to          offset "),
                     HasSubstr("partitions: 2, as a walk through the file met them\n")));
+}
+
+/// The value of a field, as it stands in the summary; empty for none.
+std::string fieldOf(const std::string& summary, const std::string& name) {
+  const auto at = summary.find("\n  " + name + "  ");
+  if (at == std::string::npos) return {};
+  const auto value = summary.find_first_not_of(' ', at + 3 + name.size());
+  return summary.substr(value, summary.find('\n', value) - value);
+}
+
+TEST(Info, PrintsWhatPeopleAskFirst) {
+  const Result result = run({"info", sample("bmx-as02-as02b.mxf")});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(fieldOf(result.out, "title"), "as02clip");
+  EXPECT_EQ(fieldOf(result.out, "start timecode"), "10:00:00:00 at 25");
+  EXPECT_EQ(fieldOf(result.out, "duration"), "00:00:00.080, 2 frames at 25");
+  EXPECT_EQ(fieldOf(result.out, "size"), "1920x1080, stored as 1920x540");
+  EXPECT_THAT(result.out, HasSubstr("\nAudio, track 2001 Audio1, 2002 Audio2\n"));
+}
+
+TEST(Info, PrintsSummaryPartitionsAndSetsForAll) {
+  const auto file = sample("gst-audio-ac3.mxf");
+  const auto all = run({"info", "--all", file}).out;
+  EXPECT_THAT(all, testing::StartsWith(run({"info", file}).out));
+  EXPECT_THAT(all, EndsWith(run({"info", "--sets", file}).out));
+  EXPECT_THAT(all, HasSubstr("partitions: 3, as the random index pack lists them\n"));
+}
+
+TEST(Info, GoesOnWithTheOtherFilesAndNamesEach) {
+  const ScratchFolder folder;
+  writeFile(folder.path("none.mxf"), "nothing");
+  const auto one = sample("gst-audio-ac3.mxf"), other = sample("op1a.mxf");
+  const Result result = run({"info", one, folder.path("none.mxf"), other});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr(folder.path("none.mxf") + ": "));
+  EXPECT_EQ(result.out, one + ":\n" + run({"info", one}).out + "\n" + other + ":\n" + run({"info", other}).out);
+}
+
+TEST(Info, ShowsAPartitionInABetterStateThanTheHeader) {
+  const std::string status("\x01\x02\x04\x00", 4);  // octets 13 to 16 of a header partition pack's key, closed complete
+  const ChangedSample open("gst-audio-ac3.mxf", std::string("\x0D\x01\x02\x01", 4) + status,
+                           std::string("\x0D\x01\x02\x01\x01\x02\x01\x00", 8));
+  const auto summary = run({"info", open.path()}).out;
+  EXPECT_EQ(fieldOf(summary, "best metadata"), "footer partition, closed complete");
+  EXPECT_EQ(fieldOf(summary, "shown here"), "the footer partition");
+  EXPECT_EQ(fieldOf(run({"info", sample("gst-audio-ac3.mxf")}).out, "shown here"), "the header partition");
+  EXPECT_EQ(fieldOf(run({"info", open.path(), "--partition", "header"}).out, "shown here"), "the header partition");
+}
+
+TEST(Info, CountsWhatItCannotDecode) {
+  const auto summary = run({"info", sample("libmxf-writeaviddv50.header.mxf"), "--no-own-dictionary"}).out;
+  EXPECT_EQ(fieldOf(summary, "dark sets"), "2");
+  EXPECT_EQ(fieldOf(summary, "unknown properties"), "3");
+}
+
+TEST(Info, PrintsFieldsForScripts) {
+  const auto lines = "\n" + run({"info", "--fields", sample("bmx-as02-as02b.mxf")}).out;
+  for (const char* line : {"title=as02clip", "start=10:00:00:00", "start_frames=900000", "duration_time=00:00:00.080",
+                           "track.1.kind=picture", "track.1.width=1920", "track.1.aspect_ratio=16/9"}) {
+    EXPECT_THAT(lines, HasSubstr("\n" + std::string(line) + "\n"));
+  }
 }
 
 TEST(Info, PrintsNothingOfAFileThatItCannotReadToTheEnd) {

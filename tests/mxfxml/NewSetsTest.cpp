@@ -161,7 +161,7 @@ TEST_P(NewSets, GoIntoPlainFilesAsWell) {
   const Result result = run({"import", edit_.document(), "-o", edit_.copy()});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.err, "");
-  EXPECT_THAT(run({"info", edit_.copy()}).out, HasSubstr("DM_AS_11_Core_Framework"));
+  EXPECT_THAT(run({"info", edit_.copy(), "--sets"}).out, HasSubstr("DM_AS_11_Core_Framework"));
 }
 
 /// The InstanceUIDs of the sets that a comparison names as added.

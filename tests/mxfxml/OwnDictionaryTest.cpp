@@ -19,8 +19,9 @@ using testing::Not;
 std::string fileWithOwn() { return sample("libmxf-writeaviddv50.header.mxf"); }
 
 TEST(OwnDictionary, IsUsedByInfoUnlessTheUserRefusesIt) {
-  EXPECT_THAT(run({"info", fileWithOwn()}).out, Not(HasSubstr("unknown properties")));
-  EXPECT_THAT(run({"info", fileWithOwn(), "--no-own-dictionary"}).out, HasSubstr("unknown properties: 3\n"));
+  EXPECT_THAT(run({"info", fileWithOwn(), "--partitions"}).out, Not(HasSubstr("unknown properties")));
+  EXPECT_THAT(run({"info", fileWithOwn(), "--partitions", "--no-own-dictionary"}).out,
+              HasSubstr("unknown properties: 3\n"));
 }
 
 TEST(OwnDictionary, NamesPropertiesInExports) {
@@ -116,9 +117,9 @@ TEST(OwnDictionary, ReadsSetsWhoseKeysAreUUIDs) {
   const ScratchFolder folder;
   const auto file = folder.path("own.mxf"), document = folder.path("own.xml"), copy = folder.path("copy.mxf");
   writeFileWithOwnSet(file);
-  EXPECT_THAT(run({"info", file, "--no-own-dictionary"}).out,
+  EXPECT_THAT(run({"info", file, "--partitions", "--no-own-dictionary"}).out,
               HasSubstr("dark sets: 1\n  1  A1.00.00.00.00.13.00.01.0F.0E.0D.0C.00.00.40.01\n"));
-  EXPECT_THAT(run({"info", file}).out, AllOf(Not(HasSubstr("dark sets")), HasSubstr("  1  Grading\n")));
+  EXPECT_THAT(run({"info", file, "--partitions"}).out, AllOf(Not(HasSubstr("dark sets")), HasSubstr("  1  Grading\n")));
   EXPECT_THAT(run({"export", file, "--own-dictionary", "-o", document}).err, "");
   EXPECT_THAT(readFile(document), HasSubstr("<ownP:Note>warm</ownP:Note>"));
   EXPECT_EQ(run({"verify", file, "--own-dictionary"}).exitCode, 0);
@@ -135,7 +136,7 @@ TEST(OwnDictionary, IsLeftOutWithAWarningWhereItMakesTheMetadataUnreadable) {
   file.metadata().createMetadataSet("Preface").set("OperationalPattern", Types::AUID());
   file.metadata().addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, 4, KLV::Value(Bytes{1, 2, 3})));
   write(file.metadata(), path);
-  const auto result = run({"info", path});
+  const auto result = run({"info", path, "--partitions"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, HasSubstr("dark sets: 1\n"));
   EXPECT_THAT(result.err, HasSubstr("warning: the metadata cannot be read with their own definitions, and are read "

@@ -34,8 +34,8 @@ TEST(Usage, HelpListsTheSubcommands) {
     const Result result = run({option});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("mxfxml [OPTIONS] SUBCOMMAND"));
-    EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "export", "import", "verify", "info", "set",
-                                                 "diff", "check", "recover", "undo", "dictionary"));
+    EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "export", "import", "verify", "info", "show",
+                                                 "set", "diff", "check", "recover", "undo", "dictionary"));
     EXPECT_EQ(result.err, "");
   }
 }
@@ -55,14 +55,17 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
             {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--vocabulary", "--dictionary",
              "--own-dictionary"}},
            {"info",
-            {"INPUT", "-h,--help", "--partition", "--sets", "--all-sets", "--dictionary", "--own-dictionary",
-             "--no-own-dictionary"}},
+            {"INPUT", "-h,--help", "--partition", "--partitions", "--sets", "--all-sets", "--all", "--fields",
+             "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
+           {"show",
+            {"INPUT", "-h,--help", "--set", "--depth", "--refs", "--color", "--partition", "--dictionary",
+             "--own-dictionary", "--no-own-dictionary"}},
            {"set",
             {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition", "--only",
              "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary", "--own-dictionary"}},
            {"diff",
-            {"INPUT", "OTHER", "-h,--help", "--strict", "--ignore-ids", "--partition", "--dictionary",
-             "--own-dictionary", "--no-own-dictionary"}},
+            {"INPUT", "OTHER", "-h,--help", "--tree", "--color", "--strict", "--ignore-ids", "--partition",
+             "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
            {"check", {"FILE", "-h,--help", "--ignore", "--rules", "--dictionary", "--own-dictionary"}},
            {"recover", {"INPUT", "-h,--help"}},
            {"undo", {"INPUT", "-h,--help"}},

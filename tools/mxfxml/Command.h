@@ -57,8 +57,10 @@ std::unique_ptr<Command> importCommand(CLI::App& program);
 /// `mxfxml verify`: writes the header metadata of one partition as XML in memory, reads it back, and prints what has
 /// changed. Fails after printing if anything has.
 std::unique_ptr<Command> verifyCommand(CLI::App& program);
-/// `mxfxml info`: prints the partitions of a file and the sets in the metadata of one of them.
+/// `mxfxml info`: prints what people ask of a file first, or its partitions and sets.
 std::unique_ptr<Command> infoCommand(CLI::App& program);
+/// `mxfxml show`: prints the sets of a file, MXF or XML, as a tree.
+std::unique_ptr<Command> showCommand(CLI::App& program);
 /// `mxfxml set`: changes values of properties, or removes properties.
 std::unique_ptr<Command> setCommand(CLI::App& program);
 /// `mxfxml diff`: prints the differences between the header metadata of two files, MXF or XML. Fails after printing if

@@ -39,10 +39,13 @@ std::string differenceLines(const PartitionComparison& comparison) {
   return text;
 }
 
-std::string describe(const PartitionComparison& comparison) {
-  return differenceLines(comparison) + insignificantLine(comparison) +
-         compared("sets", comparison.sets, comparison.differingSets) + "; " +
+std::string countLines(const PartitionComparison& comparison) {
+  return insignificantLine(comparison) + compared("sets", comparison.sets, comparison.differingSets) + "; " +
          compared("properties", comparison.properties, comparison.differingProperties) + "\n";
+}
+
+std::string describe(const PartitionComparison& comparison) {
+  return differenceLines(comparison) + countLines(comparison);
 }
 
 }  // namespace Vantor::Tool

@@ -1,19 +1,20 @@
 #include "Command.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
 #include "CommonOptions.h"
 #include "ComparisonText.h"
 #include "Core/Comparison/SetPairing.h"
-#include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Platform/Strings.h"
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
+#include "DifferenceTree.h"
 #include "ErrorText.h"
-#include "LosslessXML.h"
+#include "MetadataInput.h"
 #include "StandardStreams.h"
-#include "StoppedChange.h"
+#include "TreeOutput.h"
 #include "XMLUtils/InputFile.h"
 
 namespace Vantor::Tool {
@@ -36,12 +37,20 @@ std::string identifierLines(const PartitionMetadata& left, const PartitionMetada
   return lines;
 }
 
+/// How many lines there are, for a tree, which has no place for them.
+std::string identifierCount(const std::string& lines) {
+  const auto count = std::count(lines.begin(), lines.end(), '\n');
+  return count == 0 ? "" : "sets with another InstanceUID " + std::to_string(count) + "\n";
+}
+
 class DiffCommand final : public Command {
  public:
   explicit DiffCommand(CLI::App& program)
       : Command(program, "diff", "Print the differences between the header metadata of two files, MXF or XML") {
     addInput("MXF or XML file");
     addFileArgument(app(), "OTHER", other_, "MXF or XML file to compare it with");
+    app().add_flag("--tree", tree_, "Print the sets that differ as a tree: + added, - removed,\n~ changed");
+    addColor(app(), color_);
     app().add_flag("--strict", strict_,
                    "Fail on content of a document that occurs twice or means\nnothing, instead of warning");
     app().add_flag("--ignore-ids", ignoreIdentifiers_,
@@ -65,7 +74,8 @@ class DiffCommand final : public Command {
     const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
     const auto comparison = comparePartitions(*left, *right, pairing);
     const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
-    writeStandardOutput(identifiers + describe(comparison));
+    writeStandardOutput(tree_ ? treeOf(*left, *right, pairing, comparison) + identifierCount(identifiers)
+                              : identifiers + describe(comparison));
     return comparison.isEqual() && identifiers.empty() ? kSuccess : kFailure;
   }
   ExitCode failure() const override { return kTrouble; }
@@ -73,15 +83,16 @@ class DiffCommand final : public Command {
  private:
   using Source = DictionaryOptions::Source;
 
-  /// @param diagnostics  receives those of a document, from the last time that it is read.
   Source sourceOf(const Path& file, Diagnostics& diagnostics) const {
-    const auto choice = partition_.value_or(MXF::PartitionChoice());
-    const auto read = [=, &diagnostics](const DictionaryOptions::LoadFor& load) {
-      if (XMLUtils::looksLikeXML(file)) return readDocument(file, load, diagnostics);
-      refuseStoppedChange(file);
-      return MXF::readHeaderMetadata(file, load({}), choice);
-    };
-    return {file, read};
+    return metadataSource(file, partition_.value_or(MXF::PartitionChoice()), diagnostics);
+  }
+
+  std::string treeOf(const PartitionMetadata& left, const PartitionMetadata& right, Pairing pairing,
+                     const PartitionComparison& comparison) const {
+    auto style = treeStyleFor(color_);
+    style.hasSigns = true;
+    const SetPairing pairs(left, right, pairing);
+    return treeText(differenceTree(left, right, pairs, comparison, style), style) + countLines(comparison);
   }
 
   static Source namingOther(const Source& source) {
@@ -89,17 +100,11 @@ class DiffCommand final : public Command {
     return {source.file, read};
   }
 
-  static std::unique_ptr<PartitionMetadata> readDocument(const Path& file, const DictionaryOptions::LoadFor& load,
-                                                         Diagnostics& diagnostics) {
-    const auto document = LosslessXML::Document::fromFile(file);
-    auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
-    diagnostics = document.import(*metadata).diagnostics;
-    return metadata;
-  }
-
   Path other_;
   bool ignoreIdentifiers_ = false;
   bool strict_ = false;
+  bool tree_ = false;
+  ColorChoice color_ = ColorChoice::kAuto;
   std::optional<MXF::PartitionChoice> partition_;
   DictionaryOptions dictionary_;
 };

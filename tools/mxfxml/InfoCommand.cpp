@@ -1,168 +1,83 @@
-#include "Command.h"
-
 #include <algorithm>
-#include <cstddef>
-#include <map>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "Command.h"
 #include "CommonOptions.h"
 #include "Core/MXF/FileStructure.h"
-#include "Core/Platform/Strings.h"
 #include "DictionaryOptions.h"
-#include "DictionaryText.h"
 #include "ErrorText.h"
-#include "OperationalPattern.h"
+#include "MetadataText.h"
+#include "PartitionText.h"
 #include "SetList.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
-#include "TerminalWidth.h"
-#include "TextTable.h"
-#include "UnreadText.h"
+#include "Summary/Summary.h"
+#include "SummaryText.h"
+#include "Terminal.h"
 
 namespace Vantor::Tool {
 
 namespace {
 
-using Align = TextTable::Align;
-
-std::string nameOf(KLV::PartitionKind kind) {
-  switch (kind) {
-    case KLV::PartitionKind::kHeader:
-      return "header";
-    case KLV::PartitionKind::kBody:
-      return "body";
-    case KLV::PartitionKind::kFooter:
-      return "footer";
-  }
-  return "?";
-}
-
-std::string nameOf(KLV::PartitionStatus status) {
-  switch (status) {
-    case KLV::PartitionStatus::kOpenIncomplete:
-      return "open incomplete";
-    case KLV::PartitionStatus::kClosedIncomplete:
-      return "closed incomplete";
-    case KLV::PartitionStatus::kOpenComplete:
-      return "open complete";
-    case KLV::PartitionStatus::kClosedComplete:
-      return "closed complete";
-    case KLV::PartitionStatus::kGenericStream:
-      return "generic stream";
-  }
-  return "?";
-}
-
-std::string nameOf(MXF::StructureSource source) {
-  switch (source) {
-    case MXF::StructureSource::kRandomIndexPack:
-      return "as the random index pack lists them";
-    case MXF::StructureSource::kPreviousPartitions:
-      return "as each names the one before it";
-    case MXF::StructureSource::kWalk:
-      return "as a walk through the file met them";
-  }
-  return "?";
-}
-
-std::string textOf(const Types::UniversalLabel& label) { return Utils::wstringToString(label.toString(kDottedForm)); }
-
-/// The label and its name in the registers.
-std::string textOf(const Definitions& definitions, const Types::UniversalLabel& label) {
-  const std::string name = labelName(definitions, label);
-  return textOf(label) + (name.empty() ? "" : "  " + name);
-}
-
-std::string describeFile(const MXF::FileStructure& structure, const Definitions& definitions) {
-  const MXF::PartitionPack& header = structure.partitions.front().pack;
-  TextTable table(2);
-  table.addRow({"size", std::to_string(structure.fileSize) + " bytes"});
-  if (structure.runIn != 0) table.addRow({"run-in", std::to_string(structure.runIn) + " bytes"});
-  if (structure.end != structure.fileSize) table.addRow({"sound up to", "offset " + std::to_string(structure.end)});
-  table.addRow({"MXF version", std::to_string(header.majorVersion) + "." + std::to_string(header.minorVersion)});
-  table.addRow({"operational pattern", operationalPatternName(header.operationalPattern) + "  " +
-                                           textOf(definitions, header.operationalPattern)});
-  for (const auto& container : header.essenceContainers) {
-    table.addRow({"essence container", textOf(definitions, container)});
-  }
-  return table.text();
-}
-
-TextTable::Row partitionRow(std::size_t number, const MXF::PartitionInfo& partition) {
-  const MXF::PartitionPack& pack = partition.pack;
-  TextTable::Row row = {std::to_string(number), nameOf(pack.kind), nameOf(pack.status),
-                        std::to_string(partition.offset)};
-  if (partition.damaged) {
-    row.emplace_back("damaged");
-  } else {
-    for (const uint64 value :
-         {pack.headerByteCount, pack.indexByteCount, uint64{pack.indexSID}, uint64{pack.bodySID}, pack.bodyOffset}) {
-      row.push_back(std::to_string(value));
-    }
-  }
-  return row;
-}
-
-std::string describePartitions(const MXF::FileStructure& structure) {
-  TextTable table({Align::kRight, Align::kLeft, Align::kLeft, Align::kRight, Align::kRight, Align::kRight,
-                   Align::kRight, Align::kRight, Align::kRight});
-  table.addRow(
-      {"no", "kind", "status", "offset", "header bytes", "index bytes", "index SID", "body SID", "body offset"});
-  for (std::size_t i = 0; i < structure.partitions.size(); ++i) table.addRow(partitionRow(i, structure.partitions[i]));
-  return "\npartitions: " + std::to_string(structure.partitions.size()) + ", " + nameOf(structure.source) + "\n" +
-         table.text();
-}
-
-/// How many sets and properties of which kind a partition has.
-struct Counts {
-  explicit Counts(const PartitionMetadata& metadata) {
-    for (const MetadataSet* set : metadata.sets()) count(*set);
-    for (auto at = metadata.darkBegin(); at != metadata.darkEnd(); ++at) ++dark[textOf((*at)->key())];
-  }
-
-  void count(const MetadataSet& set) {
-    if (set.definition() != nullptr) {
-      ++known[MetaMetadata::namesOf(*set.definition())];
-    } else {
-      ++dark[set.name()];
-    }
-    for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) {
-      ++((*at).metaAttribute().metaElement() == nullptr ? unknownProperties : misplacedProperties);
-    }
-  }
-
-  static std::string textOf(const KLV::Key& key) { return Utils::wstringToString(key.toString()); }
-
-  std::map<std::string, std::size_t> known;  // by names
-  std::map<std::string, std::size_t> dark;   // by key
-  std::size_t unknownProperties = 0;
-  std::size_t misplacedProperties = 0;
+/// Partitions in a row with one kind and status.
+struct Run {
+  KLV::PartitionKind kind;
+  KLV::PartitionStatus status;
+  std::size_t count;
 };
 
-std::size_t total(const std::map<std::string, std::size_t>& counts) {
-  std::size_t sum = 0;
-  for (const auto& entry : counts) sum += entry.second;
-  return sum;
+/// "header closed complete, 5 body open incomplete, footer closed complete".
+std::string partitionsText(const std::vector<Summary::Partition>& partitions) {
+  std::vector<Run> runs;
+  for (const auto& each : partitions) {
+    const bool goesOn = !runs.empty() && runs.back().kind == each.kind && runs.back().status == each.status;
+    if (goesOn) ++runs.back().count;
+    if (!goesOn) runs.push_back({each.kind, each.status, 1});
+  }
+  std::string text;
+  for (const auto& run : runs) {
+    text += (text.empty() ? "" : ", ") + (run.count == 1 ? "" : std::to_string(run.count) + " ") + nameOf(run.kind) +
+            " " + nameOf(run.status);
+  }
+  return text;
 }
 
-std::string list(const std::map<std::string, std::size_t>& counts) {
-  TextTable table({Align::kRight, Align::kLeft});
-  for (const auto& [name, count] : counts) table.addRow({std::to_string(count), name});
-  return table.text();
+/// The partition to read when none is chosen: the header partition, unless another one is in a better state.
+MXF::PartitionChoice betterThanHeader(const std::vector<Summary::Partition>& partitions) {
+  const auto* best = Summary::bestOf(partitions);
+  if (best == nullptr || Summary::rankOf(best->status) <= Summary::rankOf(partitions.front().status)) return {};
+  if (best->kind == KLV::PartitionKind::kFooter) return MXF::PartitionChoice::footer();
+  return MXF::PartitionChoice::number(static_cast<uint32>(best->number));
 }
 
-std::string countLine(const char* what, std::size_t count) {
-  return count == 0 ? "" : std::string(what) + ": " + std::to_string(count) + "\n";
+FieldGroup fileGroup(const MXF::FileStructure& structure, const std::vector<Summary::Partition>& partitions,
+                     const MXF::PartitionChoice& choice) {
+  FieldGroup group{"File", {{"size", std::to_string(structure.fileSize) + " bytes"}}};
+  if (structure.runIn != 0) group.fields.push_back({"run-in", std::to_string(structure.runIn) + " bytes"});
+  if (structure.end != structure.fileSize) {
+    group.fields.push_back({"sound up to", "offset " + std::to_string(structure.end)});
+  }
+  group.fields.push_back({"partitions", partitionsText(partitions)});
+  const auto* best = Summary::bestOf(partitions);
+  if (best != nullptr) {
+    group.fields.push_back({"best metadata", nameOf(best->kind) + " partition, " + nameOf(best->status)});
+  }
+  group.fields.push_back({"shown here", describe(choice)});
+  return group;
 }
 
-/// @param setList  what stands for the sets that the dictionary knows.
-std::string describeMetadata(const PartitionMetadata& metadata, const Counts& counts,
-                             const MXF::PartitionChoice& choice, const std::string& setList) {
-  const std::string text = "sets in " + describe(choice) + ": " + std::to_string(total(counts.known)) + "\n" + setList;
-  const std::string others = countLine("dark sets", total(counts.dark)) + list(counts.dark) +
-                             countLine("unknown properties", counts.unknownProperties) + listOfUnread(metadata) +
-                             countLine("misplaced properties", counts.misplacedProperties);
-  return others.empty() ? text : text + "\n" + others;
+/// What the summary cannot show; no fields where there is nothing.
+FieldGroup undecodedGroup(const Counts& counts) {
+  FieldGroup group{"Not decoded", {}};
+  const auto add = [&group](const char* name, std::size_t count) {
+    if (count != 0) group.fields.push_back({name, std::to_string(count)});
+  };
+  add("dark sets", total(counts.dark));
+  add("unknown properties", counts.unknownProperties);
+  add("misplaced properties", counts.misplacedProperties);
+  return group;
 }
 
 /// What a file defines of its own; nothing for one without definitions.
@@ -183,39 +98,97 @@ std::string describeOwn(const Registers::FileDefinitions& own) {
 class InfoCommand final : public Command {
  public:
   explicit InfoCommand(CLI::App& program)
-      : Command(program, "info", "Print the partitions of a file and the sets in the metadata of one of them") {
-    addInput("MXF file");
-    addPartition(app(), partition_);
-    app().add_flag(
-        "--sets", sets_,
-        "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its kind, and the "
-        "beginning of its\nInstanceUID, as mxfxml set takes it, too; wrapped to COLUMNS");
+      : Command(program, "info", "Print what people ask of a file first: title, times, tracks, who wrote it") {
+    const auto take = [this](const std::vector<std::string>& names) {
+      for (const auto& name : names) files_.push_back(std::filesystem::u8path(name));
+    };
+    app()
+        .add_option_function<std::vector<std::string>>("INPUT", take, "MXF files")
+        ->required()
+        ->type_name("")
+        ->check(whyNoFileName);
+    addPartition(app(), partition_,
+                 "header, footer, or a number in file order from 0, which is\nthe header partition; by default the "
+                 "header partition, for the\nsummary the footer or another one in a better state");
+    app().add_flag("--partitions", partitions_, "Print the partitions and the number of sets of each kind instead");
+    app().add_flag("--sets", sets_,
+                   "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its "
+                   "kind, and the beginning of its\nInstanceUID, as mxfxml set takes it, too; wrapped to COLUMNS");
     app().add_flag("--all-sets", allSets_, "The same with each definition of a MetaDictionary");
+    app().add_flag("--all", all_, "Print the summary, the partitions and the sets");
+    app().add_flag("--fields", fields_, "Print the summary as lines of KEY=VALUE");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
   }
 
   ExitCode run() const override {
-    refuseStoppedChange(input());
-    const auto structure = MXF::readStructure(input());
-    const auto definitions = dictionary_.definitions();
-    Registers::FileDefinitions own;
-    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_), &own);
-    const Counts counts(*metadata);
-    if (sets_ || allSets_) {
-      writeStandardOutput(
-          describeMetadata(*metadata, counts, partition_, listOfSets(*metadata, {terminalWidth(), allSets_})));
-    } else {
-      writeStandardOutput(describeFile(structure, definitions) + describePartitions(structure) + "\n" +
-                          describeMetadata(*metadata, counts, partition_, list(counts.known)) + describeOwn(own));
-    }
-    return kSuccess;
+    const auto definitions = needsDefinitions() ? std::optional<Definitions>(dictionary_.definitions()) : std::nullopt;
+    ExitCode code = kSuccess;
+    for (const auto& file : files_) code = std::max(code, print(file, definitions));
+    return code;
   }
 
  private:
-  MXF::PartitionChoice partition_;
+  bool listsSets() const { return sets_ || allSets_; }
+  bool needsDefinitions() const { return partitions_ || listsSets() || all_; }
+
+  /// A file that cannot be read does not keep the command from the others.
+  ExitCode print(const Path& file, const std::optional<Definitions>& definitions) const {
+    std::string text;
+    try {
+      refuseStoppedChange(file);
+      text = textOf(file, definitions);
+    } catch (...) {
+      printMessage(currentExceptionText(file));
+      return kFailure;
+    }
+    if (files_.size() > 1) text = (&file == &files_.front() ? "" : "\n") + oneLine(file.u8string()) + ":\n" + text;
+    writeStandardOutput(text);
+    return kSuccess;
+  }
+
+  std::string textOf(const Path& file, const std::optional<Definitions>& definitions) const {
+    const auto structure = MXF::readStructure(file);
+    std::string text;
+    if (all_ || !(partitions_ || listsSets())) text = summaryText(file, structure);
+    if (all_) text += "\n";
+    if (partitions_ || listsSets() || all_) text += listText(file, structure, *definitions);
+    return text;
+  }
+
+  std::string summaryText(const Path& file, const MXF::FileStructure& structure) const {
+    const auto partitions = Summary::partitionsOf(structure);
+    const auto choice = partition_.value_or(betterThanHeader(partitions));
+    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(file, choice));
+    const auto summary = Summary::summaryOf(*metadata);
+    if (fields_) return fieldLines(summary);
+    auto groups = groupsOf(summary);
+    groups.push_back(fileGroup(structure, partitions, choice));
+    auto undecoded = undecodedGroup(Counts(*metadata));
+    if (!undecoded.fields.empty()) groups.push_back(std::move(undecoded));
+    return Tool::textOf(groups, terminalColumns());
+  }
+
+  std::string listText(const Path& file, const MXF::FileStructure& structure, const Definitions& definitions) const {
+    const auto choice = partition_.value_or(MXF::PartitionChoice());
+    Registers::FileDefinitions own;
+    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(file, choice), &own);
+    const Counts counts(*metadata);
+    std::string text;
+    if (partitions_ || all_) text = describeFile(structure, definitions) + describePartitions(structure) + "\n";
+    const bool isWhole = listsSets() || all_;
+    const auto sets = isWhole ? listOfSets(*metadata, {terminalColumns(), allSets_}) : list(counts.known);
+    text += describeMetadata(*metadata, counts, choice, sets);
+    return listsSets() ? text : text + describeOwn(own);
+  }
+
+  std::vector<Path> files_;
+  std::optional<MXF::PartitionChoice> partition_;
+  bool partitions_ = false;
   bool sets_ = false;
   bool allSets_ = false;
+  bool all_ = false;
+  bool fields_ = false;
   DictionaryOptions dictionary_;
 };
 

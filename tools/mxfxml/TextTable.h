@@ -5,7 +5,7 @@
 
 namespace Vantor::Tool {
 
-/// Text in columns, for people. Cells are ASCII, so that a column's width is its longest cell.
+/// Text in columns, for people. Cells are UTF-8 without control characters; a column is as wide as its widest cell.
 class TextTable {
  public:
   enum class Align { kLeft, kRight };

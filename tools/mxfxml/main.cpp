@@ -78,9 +78,9 @@ int run(std::vector<std::string> arguments) {
   CLI::App program("", kProgramName);
   describeProgram(program);
   const std::unique_ptr<Command> commands[] = {
-      exportCommand(program), importCommand(program),    verifyCommand(program), infoCommand(program),
-      setCommand(program),    diffCommand(program),      checkCommand(program),  recoverCommand(program),
-      undoCommand(program),   dictionaryCommand(program)};
+      exportCommand(program),  importCommand(program), verifyCommand(program),    infoCommand(program),
+      showCommand(program),    setCommand(program),    diffCommand(program),      checkCommand(program),
+      recoverCommand(program), undoCommand(program),   dictionaryCommand(program)};
   if (const auto exitCode = refuseUnknownCommand(program, arguments)) return *exitCode;
   if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
   for (const auto& command : commands) {

@@ -1,0 +1,74 @@
+#include <optional>
+#include <string>
+
+#include "Command.h"
+#include "CommonOptions.h"
+#include "DiagnosticText.h"
+#include "DictionaryOptions.h"
+#include "ErrorText.h"
+#include "MetadataInput.h"
+#include "SetTree.h"
+#include "StandardStreams.h"
+#include "TreeOutput.h"
+#include "XMLUtils/InputFile.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+class ShowCommand final : public Command {
+ public:
+  explicit ShowCommand(CLI::App& program)
+      : Command(program, "show", "Print the sets of a file, MXF or XML, as a tree") {
+    addInput("MXF or XML file");
+    app()
+        .add_option("--set", set_,
+                    "Only what this path chooses, and what is below, such as\nMaterialPackage/SourceClip")
+        ->type_name("PATH");
+    app().add_option("--depth", depth_, "How many levels of sets to show below the first one")->type_name("N");
+    app().add_flag("--refs", showsReferences_, "Print InstanceUIDs, and the identifiers of all references");
+    addColor(app(), color_);
+    addPartition(app(), partition_,
+                 "Of an MXF file: header (default), footer, or a number in file\norder from 0, which is the header "
+                 "partition");
+    dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app(), true);
+  }
+
+  ExitCode run() const override {
+    if (partition_ && XMLUtils::looksLikeXML(input())) throw UsageError("--partition is for MXF files");
+    Diagnostics diagnostics;
+    const auto partition = partition_.value_or(MXF::PartitionChoice());
+    const auto metadata = dictionary_.read(metadataSource(input(), partition, diagnostics));
+    printDiagnostics(input(), diagnostics, false);
+    const auto style = treeStyleFor(color_);
+    writeStandardOutput(treeText(treeOf(*metadata, optionsFor(*metadata, style)), style));
+    return kSuccess;
+  }
+
+ private:
+  TreeOptions optionsFor(const PartitionMetadata& metadata, const TreeStyle& style) const {
+    TreeOptions options;
+    if (set_) {
+      for (const auto& set : metadata.choose(*set_)) options.roots.push_back(&set);
+    }
+    options.depth = depth_;
+    options.deepestBranch = deepestBranch(style);
+    options.showsReferences = showsReferences_;
+    options.arrow = arrowOf(style);
+    return options;
+  }
+
+  std::optional<std::string> set_;
+  std::optional<uint32> depth_;
+  bool showsReferences_ = false;
+  ColorChoice color_ = ColorChoice::kAuto;
+  std::optional<MXF::PartitionChoice> partition_;
+  DictionaryOptions dictionary_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> showCommand(CLI::App& program) { return std::make_unique<ShowCommand>(program); }
+
+}  // namespace Vantor::Tool

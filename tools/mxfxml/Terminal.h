@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "CommonOptions.h"
+
+/// What standard output can show.
+namespace Vantor::Tool {
+
+/// Columns of the terminal: COLUMNS in the environment where it is a number, else the width of the terminal that
+/// standard output is, else 80. From 40 to 1000.
+std::size_t terminalColumns();
+
+/// Whether the environment asks for UTF-8: LC_ALL, else LC_CTYPE, else LANG.
+bool takesUTF8();
+
+enum class ColorChoice { kAuto, kAlways, kNever };
+
+/// The option --color.
+void addColor(CLI::App& command, ColorChoice& choice);
+/// kAuto: on a terminal that has colours, and without NO_COLOR in the environment.
+bool wantsColor(ColorChoice choice);
+
+}  // namespace Vantor::Tool
