@@ -11,10 +11,10 @@
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
-#include "LosslessXML.h"
+#include "InputDocument.h"
+#include "JSONOutput.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
-#include "XMLUtils/InputFile.h"
 
 namespace Vantor::Tool {
 
@@ -24,24 +24,49 @@ std::string textOf(const Types::UUID* instanceUID) {
   return instanceUID == nullptr ? "nothing" : Utils::wstringToString(instanceUID->toString());
 }
 
-/// A line for each pair of sets in the same place whose InstanceUIDs differ.
-std::string identifierLines(const PartitionMetadata& left, const PartitionMetadata& right) {
+/// Sets in the same place whose InstanceUIDs differ.
+struct OtherIdentifier {
+  std::string set;
+  const Types::UUID* left;  // null for none
+  const Types::UUID* right;
+};
+
+std::vector<OtherIdentifier> otherIdentifiers(const PartitionMetadata& left, const PartitionMetadata& right) {
   const SetPairing pairing(left, right, Pairing::kByIdentifier);
-  std::string lines;
+  std::vector<OtherIdentifier> others;
   for (const auto& [one, other] : pairing.setPairs()) {
     const auto *before = one->instanceUID(), *after = other->instanceUID();
     const bool isSame = before == nullptr || after == nullptr ? before == after : *before == *after;
-    if (!isSame) lines += "identifier: " + one->name() + ": " + textOf(before) + " -> " + textOf(after) + "\n";
+    if (!isSame) others.push_back({one->name(), before, after});
+  }
+  return others;
+}
+
+std::string linesOf(const std::vector<OtherIdentifier>& others) {
+  std::string lines;
+  for (const auto& [set, left, right] : others) {
+    lines += "identifier: " + set + ": " + textOf(left) + " -> " + textOf(right) + "\n";
   }
   return lines;
+}
+
+JSON::Value jsonOf(const std::vector<OtherIdentifier>& others) {
+  auto json = JSON::Value::array();
+  for (const auto& [set, left, right] : others) {
+    auto other = JSON::Value::object().add("set", set);
+    if (left != nullptr) other.add("left", textOf(left));
+    if (right != nullptr) other.add("right", textOf(right));
+    json.append(std::move(other));
+  }
+  return json;
 }
 
 class DiffCommand final : public Command {
  public:
   explicit DiffCommand(CLI::App& program)
-      : Command(program, "diff", "Print the differences between the header metadata of two files, MXF or XML") {
-    addInput("MXF or XML file");
-    addFileArgument(app(), "OTHER", other_, "MXF or XML file to compare it with");
+      : Command(program, "diff", "Print the differences between the header metadata of two files, MXF, XML or\nJSON") {
+    addInput("MXF, XML or JSON file");
+    addFileArgument(app(), "OTHER", other_, "MXF, XML or JSON file to compare it with");
     app().add_flag("--strict", strict_,
                    "Fail on content of a document that occurs twice or means\nnothing, instead of warning");
     app().add_flag("--ignore-ids", ignoreIdentifiers_,
@@ -49,12 +74,13 @@ class DiffCommand final : public Command {
     addPartition(app(), partition_,
                  "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
                  "partition");
+    addJSON(app(), isJSON_);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
   }
 
   ExitCode run() const override {
-    if (partition_ && XMLUtils::looksLikeXML(input()) && XMLUtils::looksLikeXML(other_)) {
+    if (partition_ && documentFormatOf(input()) && documentFormatOf(other_)) {
       throw UsageError("--partition is for MXF files, and neither file is one");
     }
     Diagnostics ofInput, ofOther;
@@ -64,20 +90,29 @@ class DiffCommand final : public Command {
     const auto &left = metadata.front(), &right = metadata.back();
     const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
     const auto comparison = comparePartitions(*left, *right, pairing);
-    const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
-    writeStandardOutput(identifiers + describe(comparison));
+    const auto identifiers = ignoreIdentifiers_ ? std::vector<OtherIdentifier>() : otherIdentifiers(*left, *right);
+    print(identifiers, comparison);
     return comparison.isEqual() && identifiers.empty() ? kSuccess : kFailure;
   }
   ExitCode failure() const override { return kTrouble; }
 
  private:
+  void print(const std::vector<OtherIdentifier>& identifiers, const PartitionComparison& comparison) const {
+    if (!isJSON_) return writeStandardOutput(linesOf(identifiers) + describe(comparison));
+    auto json = formatted("diff");
+    json.add("left", oneLine(input().u8string())).add("right", oneLine(other_.u8string()));
+    json.add("identifiers", jsonOf(identifiers));
+    addComparison(comparison, json);
+    printJSON(json);
+  }
+
   using Source = DictionaryOptions::Source;
 
   /// @param diagnostics  receives those of a document, from the last time that it is read.
   Source sourceOf(const Path& file, Diagnostics& diagnostics) const {
     const auto choice = partition_.value_or(MXF::PartitionChoice());
     const auto read = [=, &diagnostics](const DictionaryOptions::LoadFor& load) {
-      if (XMLUtils::looksLikeXML(file)) return readDocument(file, load, diagnostics);
+      if (const auto format = documentFormatOf(file)) return readDocument({file, *format}, load, diagnostics);
       refuseStoppedChange(file);
       return MXF::readHeaderMetadata(file, load({}), choice);
     };
@@ -89,17 +124,18 @@ class DiffCommand final : public Command {
     return {source.file, read};
   }
 
-  static std::unique_ptr<PartitionMetadata> readDocument(const Path& file, const DictionaryOptions::LoadFor& load,
+  static std::unique_ptr<PartitionMetadata> readDocument(const InputDocument& document,
+                                                         const DictionaryOptions::LoadFor& load,
                                                          Diagnostics& diagnostics) {
-    const auto document = LosslessXML::Document::fromFile(file);
     auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
-    diagnostics = document.import(*metadata).diagnostics;
+    diagnostics = document.import(*metadata);
     return metadata;
   }
 
   Path other_;
   bool ignoreIdentifiers_ = false;
   bool strict_ = false;
+  bool isJSON_ = false;
   std::optional<MXF::PartitionChoice> partition_;
   DictionaryOptions dictionary_;
 };

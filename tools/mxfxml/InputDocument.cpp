@@ -1,0 +1,51 @@
+#include "InputDocument.h"
+
+#include "XMLUtils/InputFile.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+std::variant<LosslessXML::Document, JSON::Document> read(const Path& file, DocumentFormat format) {
+  if (format == DocumentFormat::kJSON) return JSON::Document::fromFile(file);
+  return LosslessXML::Document::fromFile(file);
+}
+
+}  // namespace
+
+std::optional<DocumentFormat> documentFormatOf(const Path& file) {
+  if (XMLUtils::looksLikeXML(file)) return DocumentFormat::kXML;
+  if (JSON::isJSONFile(file)) return DocumentFormat::kJSON;
+  return std::nullopt;
+}
+
+InputDocument::InputDocument(const Path& file, DocumentFormat format) : document_(read(file, format)) {}
+
+std::optional<MetaMetadata::Vocabulary> InputDocument::vocabulary() const {
+  return xml() == nullptr ? std::nullopt : xml()->vocabulary();
+}
+
+std::optional<std::string> InputDocument::partition() const {
+  const auto partitionIn = [](const auto& document) -> std::optional<std::string> {
+    if (!document.description()) return std::nullopt;
+    return document.description()->partition;
+  };
+  return std::visit(partitionIn, document_);
+}
+
+bool InputDocument::isDescriptionDamaged() const { return xml() != nullptr && xml()->isDescriptionDamaged(); }
+
+Diagnostics InputDocument::import(PartitionMetadata& partition) const {
+  if (xml() != nullptr) return xml()->import(partition).diagnostics;
+  json().import(partition);
+  return {};
+}
+
+Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeOptions& options) const {
+  if (xml() != nullptr) return file.read(*xml(), options);
+  Edit::SetsOfDocument sets{[this](PartitionMetadata& partition) { json().import(partition); }};
+  if (json().description()) sets.digest = json().description()->digest;
+  return file.read(sets);
+}
+
+}  // namespace Vantor::Tool
