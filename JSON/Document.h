@@ -24,8 +24,8 @@
 ///         ...
 ///
 /// Sets stand in the order of the file, properties in that of their definition. What comes back has the same
-/// InstanceUIDs and octets, but for the final NULs of texts; as with documents in XML, local tags, the primer pack and
-/// the length fields of known sets are made anew.
+/// InstanceUIDs and octets, but for the final NULs of texts and the item sizes of collections without items; as with
+/// documents in XML, local tags, the primer pack and the length fields of known sets are made anew.
 namespace Vantor::JSON {
 
 inline constexpr const char* kFormat = "mxfxml-metadata";

@@ -45,11 +45,14 @@ bool hasSameOctets(const SimpleDataType& left, const SimpleDataType& right) {
                     right.rawBuffer() + right.encodedSize());
 }
 
-/// Whether the JSON is read back as the value. Texts lose final NULs, but within a collection, where these count.
+/// Whether the JSON is read back as the value. Texts lose final NULs, but within a collection, where these count, and
+/// collections without items the item size.
 bool restores(const PropertyPlace& place, const Value& json, const SimpleDataType& value) {
   try {
     const auto read = valueFrom(place, json);
-    return asCollection(value) == nullptr ? read->equals(value) : hasSameOctets(*read, value);
+    const auto* list = asCollection(value);
+    if (list == nullptr) return read->equals(value);
+    return list->size() == 0 || hasSameOctets(*read, value);
   } catch (const Refusal&) {
     return false;
   } catch (const Exceptions::BaseException&) {
