@@ -76,11 +76,11 @@ TEST(JSONCommand, PutsNothingBackWhereNothingWasEdited) {
 
 TEST(JSONCommand, PutsAnEditBackIntoTheFile) {
   Exported exported;
-  exported.replace("\"ApplicationName\": \"", "\"ApplicationName\": \"Ed ");
+  exported.replace("\"GStreamer Multimedia", "\"Ed Multimedia");
   const Result result = run({"import", exported.json, "--into", exported.original, "-o", exported.output, "--only"});
   EXPECT_EQ(result.exitCode, 0) << result.err;
   const auto diff = run({"diff", exported.original, exported.output}).out;
-  EXPECT_THAT(diff, HasSubstr("ApplicationName (ProductName): "));
+  EXPECT_THAT(diff, HasSubstr(": ApplicationName: "));
   EXPECT_THAT(diff, EndsWith("different 1\n"));
 }
 
@@ -141,13 +141,13 @@ TEST(JSONCommand, RefusesOptionsForXML) {
 TEST(JSONCommand, ComparesDocuments) {
   Exported exported;
   EXPECT_EQ(run({"diff", exported.json, exported.original}).exitCode, 0);
-  exported.replace("\"ApplicationName\": \"", "\"ApplicationName\": \"Ed ");
+  exported.replace("\"GStreamer Multimedia", "\"Ed Multimedia");
   EXPECT_EQ(run({"diff", exported.json, exported.original}).exitCode, 1);
 }
 
 TEST(JSONCommand, DescribesDifferences) {
   Exported exported;
-  exported.replace("\"ApplicationName\": \"", "\"ApplicationName\": \"Ed ");
+  exported.replace("\"GStreamer Multimedia", "\"Ed Multimedia");
   const Result result = run({"diff", exported.original, exported.json, "--json"});
   EXPECT_EQ(result.exitCode, 1);
   const auto object = objectOf(result);
@@ -168,7 +168,7 @@ TEST(JSONCommand, VerifiesAPartition) {
 }
 
 TEST(JSONCommand, ListsFindingsByFile) {
-  const Result result = run({"check", sample("op1a.mxf"), "missing.mxf", "--json"});
+  const Result result = run({"check", sample(kJSONSample), "missing.mxf", "--json"});
   EXPECT_EQ(result.exitCode, 2);
   const auto object = objectOf(result);
   const auto& files = *object.find("files")->items();
@@ -186,6 +186,15 @@ TEST(JSONCommand, PrintsDefinitions) {
   EXPECT_GT(objectOf(run({"dictionary", "aspect", "--json"})).find("matches")->items()->size(), 1u);
 }
 
+/// A process takes long to start under a sanitizer.
+std::vector<Path> samplesToDescribe() {
+#ifdef VANTOR_SANITIZED
+  return mxfFilesIn(Path(VANTOR_TEST_DATA_DIR));
+#else
+  return sampleFiles();
+#endif
+}
+
 /// The documents that every command makes of every sample, in a folder.
 std::vector<std::string> documentsIn(const ScratchFolder& folder) {
   std::vector<std::vector<std::string>> commands = {{"check", "--rules", "--json"}, {"dictionary", "--json"}};
@@ -193,7 +202,7 @@ std::vector<std::string> documentsIn(const ScratchFolder& folder) {
        {"Preface", "EditRate", "LayoutType", "aspect", "MXFOP1aSingleItemSinglePackageUniTrackStreamInternal"}) {
     commands.push_back({"dictionary", name, "--json"});
   }
-  for (const auto& path : sampleFiles()) {
+  for (const auto& path : samplesToDescribe()) {
     const auto file = path.string();
     commands.push_back({"export", file, "--format", "json"});
     commands.push_back({"verify", file, "--json"});

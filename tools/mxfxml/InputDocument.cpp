@@ -1,5 +1,7 @@
 #include "InputDocument.h"
 
+#include <system_error>
+
 #include "XMLUtils/InputFile.h"
 
 namespace Vantor::Tool {
@@ -14,6 +16,8 @@ std::variant<LosslessXML::Document, JSON::Document> read(const Path& file, Docum
 }  // namespace
 
 std::optional<DocumentFormat> documentFormatOf(const Path& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;  // opening a pipe may wait for its writer
   if (XMLUtils::looksLikeXML(file)) return DocumentFormat::kXML;
   if (JSON::isJSONFile(file)) return DocumentFormat::kJSON;
   return std::nullopt;
