@@ -26,6 +26,12 @@ using Exceptions::raise;
 
 constexpr std::size_t kShownBytes = 256;  // enough for the white space before a document
 
+std::string messageOf(const Part& part, const Refusal& refusal) {
+  const auto set = part.index ? nameOfSet(part.value) : std::string();
+  return "line " + std::to_string(refusal.line()) + ": " + refusal.pointer() + ": " + (set.empty() ? "" : set + ": ") +
+         refusal.what();
+}
+
 /// Reads a part; a refusal becomes an exception with the whole place.
 template <class Kind, class Read>
 void readPart(const Part& part, Read&& read) {
@@ -37,8 +43,7 @@ void readPart(const Part& part, Read&& read) {
   try {
     readingAt(part.name, part.value, readMember);
   } catch (const Refusal& refusal) {
-    const auto set = part.index ? nameOfSet(part.value) : std::string();
-    raise<Kind>("line {}: {}: {}{}", refusal.line(), refusal.pointer(), set.empty() ? "" : set + ": ", refusal.what());
+    raise<Kind>("{}", messageOf(part, refusal));
   }
 }
 
@@ -125,17 +130,26 @@ Document Document::fromFile(const Path& file) {
 
 const std::optional<Description>& Document::description() const { return content_->description; }
 
-void Document::import(PartitionMetadata& partition) const {
+void Document::import(PartitionMetadata& partition, std::vector<std::string>* unknown) const {
   const auto forEachSet = [this](const auto& read) {
     readParts(content_->text, [&read](const Part& part) {
-      if (part.name == "sets" && part.index) readPart<Exceptions::InvalidFormat>(part, read);
+      if (part.name != "sets" || !part.index) return;
+      readPart<Exceptions::InvalidFormat>(part, [&](const Value&) { read(part); });
     });
   };
   // First, since only the primer of their file has a meaning for these tags.
-  forEachSet([&partition](const Value& set) {
-    if (isDark(set)) reserveTags(set, partition.partitionDictionary());
+  forEachSet([&partition](const Part& part) {
+    if (isDark(part.value)) reserveTags(part.value, partition.partitionDictionary());
   });
-  forEachSet([&partition](const Value& set) { addSet(set, partition); });
+  forEachSet([&](const Part& part) {
+    std::vector<UnknownName> names;
+    addSet(part.value, partition, unknown == nullptr ? nullptr : &names);
+    for (auto& name : names) {
+      name.isWithin(std::to_string(*part.index), part.value.line());
+      name.isWithin(part.name, part.value.line());
+      unknown->push_back(messageOf(part, name));
+    }
+  });
 }
 
 bool isJSONFile(const Path& file) {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Core/DataIO/DataSink.h"
 #include "Core/Metadata/PartitionMetadata.h"
@@ -65,7 +66,9 @@ class Document {
   /// @throws Exceptions::InvalidFormat "line 12: /sets/3/properties/EditRate: TimelineTrack AD.AB...: reason" for a
   /// name that the dictionary lacks, a value that the property cannot have, and a contradiction. Sets before that one
   /// stay.
-  void import(PartitionMetadata& partition) const;
+  /// @param unknown  receives such a message for each name that the dictionary lacks; these sets and properties are
+  ///                 left out then. Null to refuse them.
+  void import(PartitionMetadata& partition, std::vector<std::string>* unknown = nullptr) const;
 
  private:
   struct Content;

@@ -6,8 +6,8 @@
 /// The values of properties as JSON: docs/json.md.
 namespace Vantor::JSON {
 
-/// The value of a property. Reading it back gives the same octets, but for the final NULs of a text and the item size of
-/// a collection without items, which are left out.
+/// The value of a property. Reading it back gives the same octets, but for the final NULs of a text and the item size
+/// of a collection without items, which are left out.
 ///
 ///     integers           numbers; text beyond 2^53, which not every program holds
 ///     numbers that people write otherwise, such as timecodes and enumerations

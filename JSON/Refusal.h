@@ -25,6 +25,12 @@ class Refusal : public std::runtime_error {
   uint32 line_;
 };
 
+/// A name or key that the dictionary lacks.
+class UnknownName : public Refusal {
+ public:
+  using Refusal::Refusal;
+};
+
 /// Reads a part of a value. What it throws gets the place of the part.
 /// @param step  a name or an index, as in a JSON pointer before its escapes.
 template <class Read>

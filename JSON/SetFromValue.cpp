@@ -79,13 +79,13 @@ const MetaMetadataSet& definitionBySymbol(const std::string& symbol, const MetaM
   if (const auto* definition = dictionary.findSetBySymbol(symbol)) return *definition;
   const auto named = dictionary.findSetsByName(symbol);
   if (named.size() == 1) return *named.front();
-  throw Refusal("the dictionary has no set '" + symbol + "'" + suggestSet(dictionary, symbol));
+  throw UnknownName("the dictionary has no set '" + symbol + "'" + suggestSet(dictionary, symbol));
 }
 
 const MetaMetadataSet& definitionByKey(const KLV::Key& key, const std::string& symbol,
                                        const MetaMetadata::Dictionary& dictionary) {
   const auto* definition = dictionary.findSet(key);
-  if (definition == nullptr) throw Refusal("the dictionary has no set with this key");
+  if (definition == nullptr) throw UnknownName("the dictionary has no set with this key");
   if (definition->isNamed(symbol)) return *definition;
   throw Refusal("the key is that of the set '" + definition->symbol() + "', not of '" + symbol + "'");
 }
@@ -100,12 +100,14 @@ const MetaMetadataSet& definitionOf(const Value& json, const MetaMetadata::Dicti
 /// Reads the properties of one set.
 class SetMaker {
  public:
-  SetMaker(const Value& json, const MetaMetadataSet& definition, PartitionDictionary& tags)
+  SetMaker(const Value& json, const MetaMetadataSet& definition, PartitionDictionary& tags,
+           std::vector<UnknownName>* unknownNames)
       : json_(json),
         set_(std::make_unique<MetadataSet>(definition.key(), &definition)),
         reader_(*set_, tags),
         unknown_(definition, tags),
-        tags_(tags) {}
+        tags_(tags),
+        unknownNames_(unknownNames) {}
 
   auto_ptr<MetadataSet> make() {
     requireMembers(json_, {"set", "key", "names", "instanceUID", "properties", "others"});
@@ -151,14 +153,14 @@ class SetMaker {
     if (listed.members() == nullptr) throw Refusal("\"properties\" is no object", listed.line());
     for (const auto& [name, value] : *listed.members()) {
       const Property property{nullptr, &value, "properties", name};
-      within(property, [&] { add(&elementNamed(property.name), property); });
+      known([&] { within(property, [&] { add(&elementNamed(property.name), property); }); });
     }
   }
 
   Element& elementNamed(const std::string& name) {
     const auto* attribute = definition().findAttribute(name);
     if (attribute != nullptr) return elementOf(*attribute);
-    throw Refusal("the set has no property '" + name + "'" + suggestProperty(definition(), name));
+    throw UnknownName("the set has no property '" + name + "'" + suggestProperty(definition(), name));
   }
 
   Element& elementOf(const MetaMetadata::MetaAttribute& attribute) {
@@ -178,7 +180,7 @@ class SetMaker {
     std::size_t number = 0;
     for (const auto& other : *others->items()) {
       const Property property{nullptr, &other, "others", std::to_string(number++)};
-      within(property, [&] { readOther(property); });
+      known([&] { within(property, [&] { readOther(property); }); });
     }
   }
 
@@ -195,7 +197,7 @@ class SetMaker {
   /// A property that the dictionary has, but not the set.
   Element& misplaced(const Types::UniversalLabel& label, const Value& json) {
     const auto* definition = tags_.dictionary()->findElement(label);
-    if (definition == nullptr) throw Refusal("the dictionary has no property with this key");
+    if (definition == nullptr) throw UnknownName("the dictionary has no property with this key");
     const auto* name = json.find("property");
     if (name != nullptr && textOf(*name) != definition->symbol()) {
       throw Refusal("the key is that of '" + definition->symbol() + "', not of '" + textOf(*name) + "'");
@@ -248,6 +250,17 @@ class SetMaker {
     within(property, [&] { requireAgreement({set_.get(), &definitionOf(property)}, *property.json, *value); });
   }
 
+  /// Leaves out what the dictionary lacks, where that is asked for.
+  template <class Action>
+  void known(Action&& action) {
+    try {
+      action();
+    } catch (const UnknownName& unknown) {
+      if (unknownNames_ == nullptr) throw;
+      unknownNames_->push_back(unknown);
+    }
+  }
+
   template <class Action>
   void within(const Property& property, Action&& action) {
     readingAt(property.place, json_, [&] { readingAt(property.name, *property.json, action); });
@@ -258,6 +271,7 @@ class SetMaker {
   SetReader reader_;
   UnknownTags unknown_;
   PartitionDictionary& tags_;
+  std::vector<UnknownName>* unknownNames_;
   std::vector<Property> read_;
   std::vector<Property> late_;
 };
@@ -271,10 +285,15 @@ void reserveTags(const Value& darkSet, PartitionDictionary& tags) {
   reserveDarkTags(keyIn(darkSet), octets.data(), octets.size(), tags);
 }
 
-void addSet(const Value& json, PartitionMetadata& partition) {
+void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown) {
   if (isDark(json)) return addDark(json, partition);
   auto& tags = partition.partitionDictionary();
-  partition.addMetadataSet(SetMaker(json, definitionOf(json, *tags.dictionary()), tags).make());
+  try {
+    partition.addMetadataSet(SetMaker(json, definitionOf(json, *tags.dictionary()), tags, unknown).make());
+  } catch (const UnknownName& set) {
+    if (unknown == nullptr) throw;
+    unknown->push_back(set);
+  }
 }
 
 }  // namespace Vantor::JSON

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Metadata/PartitionMetadata.h"
+#include "JSON/Refusal.h"
 #include "JSON/Value.h"
 
 /// The sets of a partition as JSON: docs/json.md.
@@ -17,7 +18,8 @@ bool isDark(const Value& json);
 void reserveTags(const Value& darkSet, PartitionDictionary& tags);
 
 /// Adds the set that an object is at the end of a partition.
+/// @param unknown  receives what the dictionary lacks, which is left out then; null to refuse it.
 /// @throws Refusal, with the place within the object.
-void addSet(const Value& json, PartitionMetadata& partition);
+void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown);
 
 }  // namespace Vantor::JSON

@@ -145,6 +145,30 @@ TEST(JSONCommand, ComparesDocuments) {
   EXPECT_EQ(run({"diff", exported.json, exported.original}).exitCode, 1);
 }
 
+TEST(JSONCommand, ReadsDefinitionsThatTheDocumentHasOfItsOwn) {
+  const ScratchFolder folder;
+  const std::string original = sample("libmxf-writeaviddv50.header.mxf"), json = folder.path("a.json");
+  ASSERT_EQ(run({"export", original, "--format", "json", "--own-dictionary", "-o", json}).exitCode, 0);
+  EXPECT_THAT(readFile(json), HasSubstr("\"ResolutionID\""));
+  EXPECT_EQ(run({"diff", original, json}).exitCode, 0);
+  EXPECT_EQ(run({"import", json, "--own-dictionary", "-o", folder.path("b.mxf")}).exitCode, 0);
+  EXPECT_EQ(run({"diff", original, folder.path("b.mxf")}).exitCode, 0);
+}
+
+TEST(JSONCommand, PrintsAllNamesThatTheDictionaryLacks) {
+  const ScratchFolder folder;
+  const std::string json = folder.path("a.json");
+  ASSERT_EQ(
+      run({"export", sample("libmxf-writeaviddv50.header.mxf"), "--format", "json", "--own-dictionary", "-o", json})
+          .exitCode,
+      0);
+  const Result result = run({"import", json, "-o", folder.path("b.mxf")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("/properties/ResolutionID: CDCIDescriptor "));
+  EXPECT_THAT(result.err, EndsWith("--own-dictionary and --dictionary FILE add definitions\n"));
+  EXPECT_THAT(folder.files(), testing::ElementsAre("a.json"));
+}
+
 TEST(JSONCommand, DescribesDifferences) {
   Exported exported;
   exported.replace("\"GStreamer Multimedia", "\"Ed Multimedia");

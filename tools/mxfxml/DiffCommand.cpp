@@ -83,10 +83,10 @@ class DiffCommand final : public Command {
     if (partition_ && documentFormatOf(input()) && documentFormatOf(other_)) {
       throw UsageError("--partition is for MXF files, and neither file is one");
     }
-    Diagnostics ofInput, ofOther;
+    Read ofInput, ofOther;
     const auto metadata = dictionary_.read({sourceOf(input(), ofInput), namingOther(sourceOf(other_, ofOther))});
-    printDiagnostics(input(), ofInput, strict_);
-    namingFile(other_, [&] { printDiagnostics(other_, ofOther, strict_); });
+    print(input(), ofInput);
+    namingFile(other_, [&] { print(other_, ofOther); });
     const auto &left = metadata.front(), &right = metadata.back();
     const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
     const auto comparison = comparePartitions(*left, *right, pairing);
@@ -97,6 +97,17 @@ class DiffCommand final : public Command {
   ExitCode failure() const override { return kTrouble; }
 
  private:
+  /// What was found wrong with a document.
+  struct Read {
+    Diagnostics diagnostics;
+    std::vector<std::string> unknown;
+  };
+
+  void print(const Path& document, const Read& read) const {
+    refuseUnknown(document, read.unknown);
+    printDiagnostics(document, read.diagnostics, strict_);
+  }
+
   void print(const std::vector<OtherIdentifier>& identifiers, const PartitionComparison& comparison) const {
     if (!isJSON_) return writeStandardOutput(linesOf(identifiers) + describe(comparison));
     auto json = formatted("diff");
@@ -108,11 +119,11 @@ class DiffCommand final : public Command {
 
   using Source = DictionaryOptions::Source;
 
-  /// @param diagnostics  receives those of a document, from the last time that it is read.
-  Source sourceOf(const Path& file, Diagnostics& diagnostics) const {
+  /// @param result  receives what is wrong with a document, from the last time that it is read.
+  Source sourceOf(const Path& file, Read& result) const {
     const auto choice = partition_.value_or(MXF::PartitionChoice());
-    const auto read = [=, &diagnostics](const DictionaryOptions::LoadFor& load) {
-      if (const auto format = documentFormatOf(file)) return readDocument({file, *format}, load, diagnostics);
+    const auto read = [=, &result](const DictionaryOptions::LoadFor& load) {
+      if (const auto format = documentFormatOf(file)) return readDocument({file, *format}, load, result);
       refuseStoppedChange(file);
       return MXF::readHeaderMetadata(file, load({}), choice);
     };
@@ -125,10 +136,9 @@ class DiffCommand final : public Command {
   }
 
   static std::unique_ptr<PartitionMetadata> readDocument(const InputDocument& document,
-                                                         const DictionaryOptions::LoadFor& load,
-                                                         Diagnostics& diagnostics) {
+                                                         const DictionaryOptions::LoadFor& load, Read& result) {
     auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
-    diagnostics = document.import(*metadata);
+    result.diagnostics = document.import(*metadata, result.unknown);
     return metadata;
   }
 

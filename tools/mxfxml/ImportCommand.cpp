@@ -145,15 +145,15 @@ class ImportCommand final : public Command {
   }
 
   /// @param diagnostics  receives those of the last time that the document is read.
-  std::unique_ptr<PartitionMetadata> readDocument(const DictionaryOptions::LoadFor& load,
-                                                  Diagnostics& diagnostics) const {
+  std::unique_ptr<PartitionMetadata> readDocument(const DictionaryOptions::LoadFor& load, Diagnostics& diagnostics,
+                                                  std::vector<std::string>& unknown) const {
     const InputDocument document(input(), format());
     auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
     if (exact_) {
       const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
       XML2Partition::getPartitionMetadataFromFile(path.utf16(), metadata.get());
     } else {
-      diagnostics = document.import(*metadata);
+      diagnostics = document.import(*metadata, unknown);
     }
     return metadata;
   }
@@ -161,8 +161,10 @@ class ImportCommand final : public Command {
   void writeHeaderOnly() const {
     refuseStoppedChange(*output_);
     Diagnostics diagnostics;
-    const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics); };
+    std::vector<std::string> unknown;
+    const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics, unknown); };
     const auto found = dictionary_.read({input(), read});
+    refuseUnknown(input(), unknown);
     auto& metadata = *found;
     if (!dictionary_.usesOwn() && mentionsOwn(diagnostics)) printMessage(input().u8string() + kOwnNames);
     printDiagnostics(input(), diagnostics, strict_, kNothingWritten);

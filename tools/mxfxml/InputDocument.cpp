@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "ErrorText.h"
 #include "XMLUtils/InputFile.h"
 
 namespace Vantor::Tool {
@@ -39,9 +40,10 @@ std::optional<std::string> InputDocument::partition() const {
 
 bool InputDocument::isDescriptionDamaged() const { return xml() != nullptr && xml()->isDescriptionDamaged(); }
 
-Diagnostics InputDocument::import(PartitionMetadata& partition) const {
+Diagnostics InputDocument::import(PartitionMetadata& partition, std::vector<std::string>& unknown) const {
+  unknown.clear();
   if (xml() != nullptr) return xml()->import(partition).diagnostics;
-  json().import(partition);
+  json().import(partition, &unknown);
   return {};
 }
 
@@ -50,6 +52,13 @@ Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeO
   Edit::SetsOfDocument sets{[this](PartitionMetadata& partition) { json().import(partition); }};
   if (json().description()) sets.digest = json().description()->digest;
   return file.read(sets);
+}
+
+void refuseUnknown(const Path& document, const std::vector<std::string>& unknown) {
+  if (unknown.empty()) return;
+  for (const auto& message : unknown) printMessage(oneLine(document.u8string() + ": " + message));
+  throw CommandError(
+      "the dictionary lacks names of the document; --own-dictionary and --dictionary FILE add definitions");
 }
 
 }  // namespace Vantor::Tool

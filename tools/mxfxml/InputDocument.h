@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Path.h"
@@ -31,7 +32,10 @@ class InputDocument {
   bool isDescriptionDamaged() const;
 
   /// Makes the sets of the document. What is wrong with JSON is an exception.
-  Diagnostics import(PartitionMetadata& partition) const;
+  /// @param unknown  receives a message for each name in JSON that the dictionary lacks, from the last time that this
+  /// is
+  ///                 called; the metadata may have definitions of their own.
+  Diagnostics import(PartitionMetadata& partition, std::vector<std::string>& unknown) const;
   /// The same for a document that was exported from a file.
   Edit::EditedDocument readFor(Edit::File& file, const Edit::MergeOptions& options) const;
 
@@ -41,5 +45,8 @@ class InputDocument {
 
   std::variant<LosslessXML::Document, JSON::Document> document_;
 };
+
+/// Prints the messages of an import, a line each. @throws CommandError when there are any.
+void refuseUnknown(const Path& document, const std::vector<std::string>& unknown);
 
 }  // namespace Vantor::Tool
