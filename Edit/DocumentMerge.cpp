@@ -139,20 +139,47 @@ void copyPrimer(const PartitionDictionary& from, PartitionDictionary& to) {
   for (const auto& entry : from.primerEntries()) to.addPrimerEntry(entry);
 }
 
+/// Which of the sets with one InstanceUID was edited, no one knows.
+void requireUniqueSets(const PartitionMetadata& theirs, const PartitionMetadata& ours) {
+  for (const MetadataSet* set : theirs.sets()) {
+    if (set->instanceUID() == nullptr) continue;
+    const auto& sharing = theirs.findByInstanceUID(*set->instanceUID());
+    if (sharing.size() == 1 || sharing.size() <= ours.findByInstanceUID(*set->instanceUID()).size()) continue;
+    raise<InvalidFormat>("the {} and the {} of the document have one InstanceUID, {}; give one of them another",
+                         sharing[0]->name(), sharing[1]->name(), set->instanceUID()->dottedText());
+  }
+}
+
+/// An empty partition for the sets of a document, with the primer of ours.
+EditedDocument emptyDocument(const PartitionMetadata& ours, DocumentForm form) {
+  requireDistinctSets(ours);
+  EditedDocument edited{std::make_unique<PartitionMetadata>(ours.partitionDictionary().dictionary()), {}, form};
+  copyPrimer(ours.partitionDictionary(), edited.partition->partitionDictionary());
+  return edited;
+}
+
 }  // namespace
 
 EditedDocument readDocument(const LosslessXML::Document& document, const PartitionMetadata& ours,
                             const MergeOptions& options) {
-  requireDistinctSets(ours);
-  const auto& dictionary = ours.partitionDictionary().dictionary();
-  EditedDocument edited{std::make_unique<PartitionMetadata>(dictionary), {}, formOf(document, ours, options)};
-  copyPrimer(ours.partitionDictionary(), edited.partition->partitionDictionary());
+  auto edited = emptyDocument(ours, formOf(document, ours, options));
   const bool isPart = edited.form.isStructuralOnly || edited.form.start;
   edited.import =
       document.import(*edited.partition, &ours, isPart ? LosslessXML::Extent::kPart : LosslessXML::Extent::kDescribed);
   if (edited.form.isAssumed && edited.form.isNested) acceptHiddenReferences(edited.import.diagnostics);
   const auto& description = document.description();
   edited.isOfEarlierState = description && description->digest != digestOf(ours);
+  return edited;
+}
+
+EditedDocument readDocument(const SetsOfDocument& document, const PartitionMetadata& ours) {
+  DocumentForm form;
+  form.isNested = false;
+  form.isAssumed = !document.digest;
+  auto edited = emptyDocument(ours, form);
+  document.read(*edited.partition);
+  requireUniqueSets(*edited.partition, ours);
+  edited.isOfEarlierState = document.digest && *document.digest != digestOf(ours);
   return edited;
 }
 

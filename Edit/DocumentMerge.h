@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,6 +37,13 @@ struct MergeOptions {
   bool expectsUnchanged = false;
 };
 
+/// A document in another form than XML, which shows all sets and describes the state that it was exported from, or does
+/// not.
+struct SetsOfDocument {
+  std::function<void(PartitionMetadata& partition)> read;  ///< adds the sets; exceptions pass
+  std::optional<uint64> digest = {};                       ///< `digestOf` the state; none when it does not have it
+};
+
 /// The sets of a document, ready to be merged.
 struct EditedDocument {
   std::unique_ptr<PartitionMetadata> partition;
@@ -56,6 +64,11 @@ struct DocumentReport : MergeReport {
 /// `LosslessXML::Document::import` throws.
 EditedDocument readDocument(const LosslessXML::Document& document, const PartitionMetadata& ours,
                             const MergeOptions& options);
+
+/// The same for a document in another form.
+/// @throws Exceptions::InvalidFormat also when two sets of the document share an InstanceUID that is not shared in
+/// ours.
+EditedDocument readDocument(const SetsOfDocument& document, const PartitionMetadata& ours);
 
 /// Merges these sets into the partition, which is unchanged when this throws.
 /// @throws DocumentOfOtherFile naming a package of each; FileHasChanged; Exceptions::InvalidFormat as `merge`, and when

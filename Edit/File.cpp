@@ -189,6 +189,8 @@ EditedDocument File::read(const LosslessXML::Document& document, const MergeOpti
   return readDocument(document, metadata(), options);
 }
 
+EditedDocument File::read(const SetsOfDocument& document) { return readDocument(document, metadata()); }
+
 MergeReport File::merge(const EditedDocument& edited, const MergeOptions& options) {
   return Edit::mergeDocument(edited, metadata(), options);
 }

@@ -48,6 +48,7 @@ class File {
   DocumentReport mergeDocument(const LosslessXML::Document& document, const MergeOptions& options = {});
   /// The same in two steps: reads the sets of a document, then merges them.
   EditedDocument read(const LosslessXML::Document& document, const MergeOptions& options = {});
+  EditedDocument read(const SetsOfDocument& document);
   MergeReport merge(const EditedDocument& edited, const MergeOptions& options = {});
 
   /// How the metadata differ from those in the file.

@@ -2,6 +2,7 @@
 
 #include "Core/Comparison/PropertyIdentity.h"
 #include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Metadata/UnknownTags.h"
 #include "XMLBuilder/ToXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
@@ -13,12 +14,6 @@ using xercesc::DOMElement;
 
 void mark(DOMElement& property, std::u16string_view name, const wstring& text, const ExportPass& pass) {
   setAttribute(property, groupsURI(pass), name, text);
-}
-
-/// Whether a static tag stands for a label without the primer of the file.
-bool meansLabel(uint16 tag, const Types::UniversalLabel& label, const MetaMetadata::Dictionary& dictionary) {
-  const auto* definition = dictionary.findElementByStaticTag(tag);
-  return definition != nullptr && definition == dictionary.findElement(label);
 }
 
 }  // namespace
@@ -43,13 +38,10 @@ wstring groupsURI(const ExportPass& pass) {
 void markUnknown(DOMElement& property, const Element& element, const ExportPass& pass) {
   const auto& tags = pass.partition.partitionDictionary();
   const auto& tag = element.metaAttribute().asUnknown()->localTag();
-  const auto* label = tags.tryFind(tag.value());
-  if (tag.isStaticLocalTag()) {
-    mark(property, Vocabulary::kStaticLocalTag, tag.toString(kDottedForm), pass);
-    if (!pass.rules.isLossless || label == nullptr || meansLabel(tag.value(), *label, *tags.dictionary())) return;
-  }
-  // Without a label the tag means nothing outside its file, and the value alone is kept.
-  if (label != nullptr) mark(property, Vocabulary::kUniversalLabel, label->toString(kDottedForm), pass);
+  auto marks = markOf(tag, tags.tryFind(tag.value()), *tags.dictionary());
+  if (marks.tag) mark(property, Vocabulary::kStaticLocalTag, marks.tag->toString(kDottedForm), pass);
+  if (marks.tag && !pass.rules.isLossless) marks.label.reset();
+  if (marks.label) mark(property, Vocabulary::kUniversalLabel, marks.label->toString(kDottedForm), pass);
 }
 
 void markKnown(DOMElement& property, const Element& element, const ExportPass& pass) {

@@ -95,7 +95,8 @@ LosslessSet::LosslessSet(const DOMElement& element, MetadataSet& set, LosslessRu
       set_(set),
       rules_(rules),
       reading_(rules.report(), set, hasInstanceUID(element) && !newNameOf(element)),
-      children_(element) {
+      children_(element),
+      tags_(*set.definition(), rules.partition().partitionDictionary()) {
   if (set.definition()->instanceUIDAttribute() != nullptr && !hasInstanceUID(element)) enterUnnamed();
 }
 
@@ -213,31 +214,17 @@ void LosslessSet::reportMisplacedInstanceUID(const DOMElement& child) {
   rules_.report().add(Kind::kInvalidValue, child, {"the InstanceUID of a set is an attribute of its element"});
 }
 
-/// The tag of a property whose file gave a static tag another label than the registers. The label counts where the tag
-/// is taken.
-Types::LocalTag LosslessSet::labelledTag(const Types::LocalTag& tag, const Types::UniversalLabel& label,
-                                         PartitionDictionary& tags) {
-  const auto* present = tags.tryFind(tag.value());
-  if (present == nullptr) tags.addPrimerEntry({tag.value(), label.key()});
-  return present == nullptr || *present == label ? tag : tags.findOrGenerate(label);
-}
-
-/// The local tag that an unknown property was read under, or that its label has in the partition; without either, one
-/// that no other property has.
+/// The local tag of an unknown property, by the marks of its element.
 Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
-  auto& tags = rules_.partition().partitionDictionary();
   const auto textOf = [](const DOMNode& mark) {
     return Types::checkedText(Types::Identifiers::kUniversalLabel, nodeText(mark));
   };
-  const auto* tagMark = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag);
-  const auto* labelMark = LosslessForms::groupsAttribute(child, Vocabulary::kUniversalLabel);
-  if (labelMark == nullptr) {
-    return tagMark == nullptr ? tags.unlistedTag(unmarked_++) : Types::LocalTag(textOf(*tagMark), kDottedForm);
-  }
-  const Types::UniversalLabel label(textOf(*labelMark), kDottedForm);
-  if (tagMark != nullptr) return labelledTag(Types::LocalTag(textOf(*tagMark), kDottedForm), label, tags);
-  const auto* own = set_.definition()->findAttribute(label);
-  return tags.findOrGenerate(label, own == nullptr ? uint16{0} : own->staticLocalTag());
+  const auto* tag = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag);
+  const auto* label = LosslessForms::groupsAttribute(child, Vocabulary::kUniversalLabel);
+  UnknownMark mark;
+  if (label != nullptr) mark.label = Types::UniversalLabel(textOf(*label), kDottedForm);
+  if (tag != nullptr) mark.tag = Types::LocalTag(textOf(*tag), kDottedForm);
+  return tags_.tagFor(mark);
 }
 
 /// The property that a tag stands for, if it is one of the set's own and the document has it.

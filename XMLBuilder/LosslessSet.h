@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "Core/Metadata/UnknownTags.h"
 #include "XMLBuilder/LosslessRules.h"
 
 namespace Vantor::XML2Partition {
@@ -35,8 +36,6 @@ class LosslessSet : public SetSource {
   void reportMisplacedInstanceUID(const xercesc::DOMElement& child);
   void readNamed(const xercesc::DOMElement& child, const MetaMetadata::MetaElement& definition);
   void readUnknown(const xercesc::DOMElement& child);
-  static Types::LocalTag labelledTag(const Types::LocalTag& tag, const Types::UniversalLabel& label,
-                                     PartitionDictionary& tags);
   Types::LocalTag localTagOf(const xercesc::DOMElement& child);
   const MetaMetadata::MetaElement* knownProperty(uint16 tag) const;
   bool isConfirmed(const BaseFacts::PropertyName& name, std::size_t ordinal);
@@ -46,7 +45,7 @@ class LosslessSet : public SetSource {
   LosslessRules& rules_;
   LosslessReport::Reading reading_;
   SetChildren children_;
-  std::size_t unmarked_ = 0;                         // unknown properties with neither tag nor label
+  UnknownTags tags_;
   std::unordered_map<uint16, std::size_t> unknown_;  // by tag, so far
   std::unordered_map<const MetaMetadata::MetaElement*, std::size_t> misplaced_;
   std::optional<BaseFacts::PropertyCounts> baseCounts_;

@@ -5,6 +5,7 @@ set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/VantorXMLBuilder")
 set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}/vantor")
 
 install(TARGETS vantor_core vantor_xmlutils vantor_registers vantor_summary vantor_xmlbuilder vantor_edit
+  vantor_json
   EXPORT VantorXMLBuilderTargets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
@@ -14,7 +15,7 @@ if(VANTOR_BUILD_TOOLS)
 endif()
 
 install(DIRECTORY include/ DESTINATION "${header_dir}" FILES_MATCHING PATTERN "*.h")
-install(DIRECTORY Core XMLUtils Registers Summary Edit DESTINATION "${header_dir}" FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY Core XMLUtils Registers Summary Edit JSON DESTINATION "${header_dir}" FILES_MATCHING PATTERN "*.h")
 
 configure_package_config_file(cmake/VantorXMLBuilderConfig.cmake.in
   "${PROJECT_BINARY_DIR}/VantorXMLBuilderConfig.cmake" INSTALL_DESTINATION "${package_dir}")

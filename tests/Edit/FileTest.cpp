@@ -5,6 +5,8 @@
 #include "Core/DataIO/Memory.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Metadata/ElementFactory.h"
+#include "Core/Metadata/PartitionDigest.h"
 #include "Core/Types/UUID.h"
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/SampleFiles.h"
@@ -316,6 +318,42 @@ TEST_F(FileTest, ChangesNothingWhereAnEditCannotBe) {
   const auto xml = replaced(named(exportedSample(), "Ed"), "rp210:InstanceUID=\"74.D2", "rp210:InstanceUID=\"74.");
   EXPECT_THROW(file.mergeDocument(xml.data(), xml.size()), Exceptions::InvalidFormat);
   EXPECT_TRUE(file.preview().changes.isNone());
+}
+
+/// A document in another form that shows the sets of a file, and another name of its writer.
+SetsOfDocument renamedSets(std::optional<uint64> digest) {
+  const auto read = [](PartitionMetadata& partition) {
+    const auto metadata = MXF::readHeaderMetadata(kSample, builtInDictionary(), {});
+    metadata->find("Identification").set("ApplicationName", u"Ed");
+    const auto xml = LosslessXML::exportBytes(*metadata, {}, XMLUtils::EncodingType::kUTF8);
+    LosslessXML::Document::fromBytes(xml.data(), xml.size()).import(partition);
+  };
+  return {read, digest};
+}
+
+TEST(EditedFile, MergesADocumentInAnotherForm) {
+  File file(Path(kSample), builtInDictionary());
+  const auto edited = file.read(renamedSets(digestOf(file.metadata())));
+  EXPECT_FALSE(edited.isOfEarlierState);
+  EXPECT_THAT(file.merge(edited).rejected, IsEmpty());
+  EXPECT_EQ(file.metadata().find("Identification").text("ApplicationName"), u"Ed");
+  EXPECT_EQ(file.compare().differences.size(), 1u);
+}
+
+TEST(EditedFile, KnowsThatADocumentInAnotherFormIsOfAnEarlierState) {
+  File file(Path(kSample), builtInDictionary());
+  EXPECT_TRUE(file.read(renamedSets(1)).isOfEarlierState);
+  EXPECT_TRUE(file.read(renamedSets({})).form.isAssumed);
+}
+
+TEST(EditedFile, RefusesADocumentThatHasASetTwice) {
+  File file(Path(kSample), builtInDictionary());
+  const auto addTwice = [](PartitionMetadata& partition) {
+    const auto instanceUID = *partition.createMetadataSet("Sequence").instanceUID();
+    setDecodedValue(*partition.createMetadataSet("Sequence").find("InstanceUID"),
+                    std::make_unique<Types::UUID>(instanceUID));
+  };
+  EXPECT_THROW(file.read(SetsOfDocument{addTwice}), Exceptions::InvalidFormat);
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include <cstdio>
 
+#include "Core/DataIO/Memory.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Metadata/StructuralMetadataKeys.h"
 #include "Core/Platform/Exceptions.h"
+#include "JSON/Document.h"
 #include "XML2Partition.h"
 #include "XMLBuilder.h"
 
@@ -20,6 +22,16 @@ bool bringsASetThereAndBack() {
   return sets.size() == 1 && sets.front()->name() == "Preface";
 }
 
+bool bringsASetToJSONAndBack() {
+  Vantor::PartitionMetadata partition(Vantor::builtInDictionary()), copy(Vantor::builtInDictionary());
+  partition.createMetadataSet("Preface");
+  Vantor::DataIO::Memory::MemoryDataSink sink;
+  Vantor::JSON::writeDocument(partition, "header", sink);
+  const std::string text(reinterpret_cast<const char*>(sink.rawBuffer()), sink.serializedSize());
+  Vantor::JSON::Document::fromText(text).import(copy);
+  return copy.sets().size() == 1 && copy.preface() != nullptr;
+}
+
 // The exception's type has to be the same one on both sides of the library's boundary.
 bool catchesWhatTheLibraryDefines() {
   try {
@@ -34,6 +46,7 @@ bool catchesWhatTheLibraryDefines() {
 int main() {
   if (!catchesWhatTheLibraryDefines()) return std::puts("a ParseError was not caught as a BaseException"), 1;
   if (!bringsASetThereAndBack()) return std::puts("a set did not come back from its XML"), 1;
+  if (!bringsASetToJSONAndBack()) return std::puts("a set did not come back from its JSON"), 1;
   std::puts("the installed package works");
   return 0;
 }

@@ -44,16 +44,22 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
   using Names = std::vector<std::string>;
   for (const auto& [command, names] : std::vector<std::pair<std::string, Names>>{
            {"export",
-            {"INPUT", "-h,--help", "-o,--output", "--flat", "--structural-only", "--start", "--exact", "--encoding",
-             "--partition", "--vocabulary", "--dictionary", "--own-dictionary"}},
-           {"import",
-            {"INPUT",          "-h,--help",         "-o,--output", "--into",      "--in-place", "--expect-unchanged",
-             "--merge-anyway", "--structural-only", "--start",     "--partition", "--exact",    "--strict",
-             "--only",         "--ignore",          "--sign",      "--keep-undo", "--dry-run",  "--keep-going",
-             "--dictionary",   "--own-dictionary"}},
+            {"INPUT", "-h,--help", "-o,--output", "--format", "--flat", "--structural-only", "--start", "--exact",
+             "--encoding", "--partition", "--vocabulary", "--dictionary", "--own-dictionary"}},
+           {"import", {"INPUT",           "-h,--help",
+                       "-o,--output",     "--into",
+                       "--in-place",      "--expect-unchanged",
+                       "--merge-anyway",  "--structural-only",
+                       "--start",         "--partition",
+                       "--format",        "--exact",
+                       "--strict",        "--only",
+                       "--ignore",        "--sign",
+                       "--keep-undo",     "--dry-run",
+                       "--keep-going",    "--dictionary",
+                       "--own-dictionary"}},
            {"verify",
-            {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--vocabulary", "--dictionary",
-             "--own-dictionary"}},
+            {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--json", "--vocabulary",
+             "--dictionary", "--own-dictionary"}},
            {"info",
             {"INPUT", "-h,--help", "--partition", "--partitions", "--sets", "--all-sets", "--all", "--fields",
              "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
@@ -64,12 +70,12 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
             {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition", "--only",
              "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary", "--own-dictionary"}},
            {"diff",
-            {"INPUT", "OTHER", "-h,--help", "--tree", "--color", "--strict", "--ignore-ids", "--partition",
+           {"INPUT", "OTHER", "-h,--help", "--tree", "--color", "--strict", "--ignore-ids", "--partition", "--json",
              "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
-           {"check", {"FILE", "-h,--help", "--ignore", "--rules", "--dictionary", "--own-dictionary"}},
+           {"check", {"FILE", "-h,--help", "--ignore", "--rules", "--json", "--dictionary", "--own-dictionary"}},
            {"recover", {"INPUT", "-h,--help"}},
            {"undo", {"INPUT", "-h,--help"}},
-           {"dictionary", {"NAME", "-h,--help", "--dictionary", "--learn", "-o,--output", "--partition"}}}) {
+           {"dictionary", {"NAME", "-h,--help", "--json", "--dictionary", "--learn", "-o,--output", "--partition"}}}) {
     const Result result = run({command, "--help"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");

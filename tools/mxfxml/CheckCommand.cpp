@@ -9,6 +9,7 @@
 #include "Edit/Check.h"
 #include "ErrorText.h"
 #include "FindingText.h"
+#include "JSONOutput.h"
 #include "RuleOptions.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
@@ -27,6 +28,7 @@ class CheckCommand final : public Command {
     app().add_option_function<std::vector<std::string>>("FILE", take, "MXF files")->type_name("")->check(whyNoFileName);
     rules_.addIgnore(app(), "Leave out what breaks this rule");
     app().add_flag("--rules", printsRules_, "Print the rules with their severity and source instead");
+    addJSON(app(), isJSON_);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
   }
@@ -34,18 +36,28 @@ class CheckCommand final : public Command {
   ExitCode run() const override {
     if (printsRules_ != files_.empty()) throw UsageError("give files, or --rules");
     if (printsRules_) {
-      writeStandardOutput(tableOfRules());
+      printRules();
       return kSuccess;
     }
     ExitCode highest = kSuccess;
     const auto shared = dictionary_.load();
-    for (const auto& file : files_) highest = std::max(highest, check(file, shared));
+    auto checked = JSON::Value::array();
+    for (const auto& file : files_) highest = std::max(highest, check(file, shared, checked));
+    if (isJSON_) printJSON(formatted("check").add("files", std::move(checked)));
     return highest;
   }
   ExitCode failure() const override { return kTrouble; }
 
  private:
-  ExitCode check(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& shared) const {
+  void printRules() const {
+    if (isJSON_) return printJSON(formatted("rules").add("rules", jsonOfRules()));
+    writeStandardOutput(tableOfRules());
+  }
+
+  /// @param checked  with --json, gets an object for the file.
+  ExitCode check(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& shared,
+                 JSON::Value& checked) const {
+    auto json = JSON::Value::object().add("file", oneLine(file.u8string()));
     std::vector<Edit::Finding> findings;
     try {
       refuseStoppedChange(file);
@@ -54,10 +66,16 @@ class CheckCommand final : public Command {
           dictionary_.usesOwn() ? dictionary_.loadFor(DictionaryOptions::partitionOf(file, {})) : shared;
       findings = rules_.withoutIgnored(Edit::check(Edit::readState(source, dictionary)));
     } catch (...) {
-      printMessage(currentExceptionText(file));
+      const auto problem = currentExceptionText(file);
+      printMessage(problem);
+      checked.append(json.add("problem", oneLine(problem)));
       return kTrouble;
     }
-    print(file, findings);
+    if (isJSON_) {
+      checked.append(json.add("findings", jsonOf(findings)));
+    } else {
+      print(file, findings);
+    }
     const bool isSound = std::all_of(findings.begin(), findings.end(), [](const Edit::Finding& finding) {
       return finding.rule->severity == Edit::Severity::kNote;
     });
@@ -75,6 +93,7 @@ class CheckCommand final : public Command {
   std::vector<Path> files_;
   RuleOptions rules_;
   bool printsRules_ = false;
+  bool isJSON_ = false;
   DictionaryOptions dictionary_;
 };
 

@@ -3,10 +3,12 @@
 #include "Core/DataIO/File.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "DefinitionsText.h"
+#include "DictionaryJSON.h"
 #include "DictionaryOptions.h"
 #include "DictionarySearch.h"
 #include "DictionaryText.h"
 #include "ErrorText.h"
+#include "JSONOutput.h"
 #include "Registers/FileDefinitions.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
@@ -25,12 +27,14 @@ class DictionaryCommand final : public Command {
                     "static local tag (four hexadecimal\ndigits); for anything else, all that have it in a name or\n"
                     "begin their key with it. All sets without NAME")
         ->type_name("");
+    auto* json = addJSON(app(), isJSON_);
     dictionary_.addDictionary(app());
     auto* learned = addFile(app(), "--learn", learned_,
                             "Write the definitions that this MXF file has of its own, in a\nMetaDictionary, as a "
                             "dictionary file for --dictionary")
                         ->type_name("FILE.mxf")
-                        ->excludes("NAME");
+                        ->excludes("NAME")
+                        ->excludes(json);
     addFile(app(), "-o,--output", output_, "Write that to this file instead of standard output")
         ->type_name("NAME.dictionary")
         ->needs(learned);
@@ -40,18 +44,34 @@ class DictionaryCommand final : public Command {
   ExitCode run() const override {
     if (!learned_.empty()) return learn();
     const auto definitions = dictionary_.definitions();
-    writeStandardOutput(wanted_.empty() ? listOfSets(definitions) : description(definitions));
+    if (isJSON_) {
+      printJSON(wanted_.empty() ? jsonOfSets(definitions) : jsonOf(definitions));
+    } else {
+      writeStandardOutput(wanted_.empty() ? listOfSets(definitions) : description(definitions));
+    }
     return kSuccess;
   }
 
  private:
-  std::string description(const Definitions& definitions) const {
-    const std::string text = descriptionOf(definitions, wanted_);
-    if (!text.empty()) return text;
+  /// What was asked for, or else what is found, as the caller shows it.
+  template <class OfEntries, class OfMatches>
+  auto found(const Definitions& definitions, OfEntries&& ofEntries, OfMatches&& ofMatches) const {
+    const auto entries = entriesOf(definitions, wanted_);
+    if (!entries.empty()) return ofEntries(entries);
     const DictionarySearch search(definitions, wanted_);
-    if (search.matches().size() == 1) return descriptionOf(definitions, search.matches()[0].key);
-    if (!search.matches().empty()) return listOf(search.matches());
+    if (search.matches().size() == 1) return ofEntries(entriesOf(definitions, search.matches()[0].key));
+    if (!search.matches().empty()) return ofMatches(search.matches());
     throw CommandError("the dictionary has nothing of the name, key or tag '" + wanted_ + "'" + search.suggestion());
+  }
+
+  std::string description(const Definitions& definitions) const {
+    return found(
+        definitions, [&](const auto& entries) { return descriptionOf(definitions, entries); }, listOf);
+  }
+
+  JSON::Value jsonOf(const Definitions& definitions) const {
+    return found(
+        definitions, [&](const auto& entries) { return jsonOfEntries(definitions, entries); }, jsonOfMatches);
   }
 
   ExitCode learn() const {
@@ -80,6 +100,7 @@ class DictionaryCommand final : public Command {
   }
 
   std::string wanted_;  // empty for the list of sets
+  bool isJSON_ = false;
   Path learned_;
   Path output_;
   MXF::PartitionChoice partition_;

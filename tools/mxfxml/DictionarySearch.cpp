@@ -9,7 +9,7 @@
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/HexDigits.h"
 #include "Core/Platform/NearestName.h"
-#include "DictionaryText.h"
+#include "DictionaryEntries.h"
 #include "TextTable.h"
 
 namespace Vantor::Tool {

@@ -1,16 +1,11 @@
 #include "DictionaryText.h"
 
-#include <algorithm>
 #include <map>
-#include <set>
-#include <string_view>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Dictionary/PropertyTypeText.h"
-#include "Core/KLV/IdentifierDigits.h"
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Metadata/LabelKinds.h"
-#include "Core/Platform/HexDigits.h"
 #include "Registers/Descriptions.h"
 #include "TextTable.h"
 
@@ -21,13 +16,6 @@ namespace {
 using Align = TextTable::Align;
 using MetaMetadata::registerText;
 using MetaMetadata::Vocabulary;
-
-/// ST 377-1, by `MetaAttribute::requiredStatus`.
-std::string statusName(uint32 status) {
-  std::string name(kRequiredStatuses.at(status));
-  std::replace(name.begin(), name.end(), '-', ' ');
-  return name;
-}
 
 /// As documents of a vocabulary have it.
 template <class Definition>
@@ -86,56 +74,26 @@ std::string entryText(const LabelDefinition& label) {
   return "label " + std::string(label.symbol) + "\n" + table.text();
 }
 
-/// The common names of the properties of a set, inherited ones included, by the places of the properties.
-using PropertyNames = std::map<uint32, std::string_view>;
-
-PropertyNames commonNamesIn(const Definitions& definitions, const SetDefinition& set) {
-  std::set<const SetDefinition*> line;
-  for (const auto* at = &set; at != nullptr; at = definitions.findSet(at->parent)) line.insert(at);
-  PropertyNames names;
-  for (const auto& common : definitions.commonNames()) {
-    if (!common.property || line.count(&definitions.sets()[common.set]) == 0) continue;
-    const auto& property = definitions.properties()[*common.property];
-    if (common.name != property.symbol && common.name != property.tagName) names.emplace(*common.property, common.name);
-  }
-  return names;
-}
-
-std::string commonNameOf(const Definitions& definitions, const SetDefinition& set) {
-  for (const auto& common : definitions.commonNames()) {
-    if (!common.property && &definitions.sets()[common.set] == &set) return std::string(common.name);
-  }
-  return "";
-}
-
 /// The common names of a property with the sets that they count in.
-std::string commonNamesOf(const Definitions& definitions, uint32 property) {
+std::string textOf(const std::vector<PropertyName>& names) {
   std::string text;
-  for (const auto& common : definitions.commonNames()) {
-    if (common.property != property) continue;
-    text += (text.empty() ? "" : ", ") + std::string(common.name) + " in " +
-            std::string(definitions.sets()[common.set].symbol);
+  for (const auto& [name, set] : names) {
+    text += (text.empty() ? "" : ", ") + std::string(name) + " in " + std::string(set->symbol);
   }
   return text;
 }
 
-void addProperties(const Definitions& definitions, const SetDefinition& set, const PropertyNames& commonNames,
-                   TextTable& table, std::set<uint32>& listed) {
-  const auto* parent = set.parent.empty() ? nullptr : definitions.findSet(set.parent);
-  if (parent != nullptr) addProperties(definitions, *parent, commonNames, table, listed);
-  for (const auto& use : set.properties) {
-    if (!listed.insert(use.property).second) continue;
-    const auto& property = definitions.properties()[use.property];
-    TextTable::Row row = {tagText(use.staticLocalTag),
-                          nameIn(Vocabulary::kLegacy, definitions, property),
-                          nameIn(Vocabulary::kST434_2014, definitions, property),
-                          typeText(property.type),
-                          statusName(use.requiredStatus),
-                          std::string(set.symbol)};
-    const auto common = commonNames.find(use.property);
-    if (common != commonNames.end()) row.emplace_back(common->second);
-    table.addRow(std::move(row));
-  }
+TextTable::Row rowOf(const Definitions& definitions, const ListedProperty& listed, const PropertyNames& commonNames) {
+  const auto& property = definitions.properties()[listed.use->property];
+  TextTable::Row row = {tagText(listed.use->staticLocalTag),
+                        nameIn(Vocabulary::kLegacy, definitions, property),
+                        nameIn(Vocabulary::kST434_2014, definitions, property),
+                        typeText(property.type),
+                        statusName(listed.use->requiredStatus),
+                        std::string(listed.set->symbol)};
+  const auto common = commonNames.find(listed.use->property);
+  if (common != commonNames.end()) row.emplace_back(common->second);
+  return row;
 }
 
 std::string entryText(const Definitions& definitions, const SetDefinition& set) {
@@ -152,8 +110,8 @@ std::string entryText(const Definitions& definitions, const SetDefinition& set) 
   TextTable::Row heading = {"tag", "legacy", "st434-2014", "type", "status", "of"};
   if (!commonNames.empty()) heading.emplace_back("common name");
   table.addRow(std::move(heading));
-  std::set<uint32> listed;
-  addProperties(definitions, set, commonNames, table, listed);
+  const auto listed = propertiesOf(definitions, set);
+  for (const auto& one : listed) table.addRow(rowOf(definitions, one, commonNames));
   return "set " + std::string(set.symbol) + "\n" + facts.text() + "\nproperties: " + std::to_string(listed.size()) +
          "\n" + (listed.empty() ? "" : table.text());
 }
@@ -181,11 +139,11 @@ std::string labelsText(const Definitions& definitions, const PropertyDefinition&
 }
 
 std::string entryText(const Definitions& definitions, const PropertyDefinition& property) {
-  const auto place = static_cast<uint32>(&property - definitions.properties().data());
+  const auto place = placeOf(definitions, property);
   TextTable facts(2);
   facts.addRow({"key", registerText(property.key.key())});
   facts.addRow({"type", typeText(property.type)});
-  const auto commonNames = commonNamesOf(definitions, place);
+  const auto commonNames = textOf(commonNamesOf(definitions, property));
   if (!commonNames.empty()) facts.addRow({"common name", commonNames});
   addNames(definitions, property, facts);
   addExplanation(property.explanation, Registers::registeredExplanation(property.key.key()), facts);
@@ -202,59 +160,11 @@ std::string entryText(const Definitions& definitions, const PropertyDefinition& 
          (enumeration == nullptr ? labelsText(definitions, property) : "\n" + entryText(*enumeration));
 }
 
-/// Descriptions of what was found, an empty row between any two.
-void add(const std::string& description, std::string& found) { found += (found.empty() ? "" : "\n") + description; }
-
-const LabelDefinition* findLabel(const Definitions& definitions, const Types::UniversalLabel& key) {
-  const auto* label = definitions.findLabel(key);
-  return label != nullptr ? label : builtInLabels().findLabel(key);
-}
-const LabelDefinition* findLabel(const Definitions& definitions, std::string_view symbol) {
-  const auto* label = definitions.findLabel(symbol);
-  return label != nullptr ? label : builtInLabels().findLabel(symbol);
-}
-
-void findByKey(const Definitions& definitions, const KLV::Key& key, std::string& found) {
-  const Types::UniversalLabel label(key);
-  if (const auto* set = definitions.findSet(key)) add(entryText(definitions, *set), found);
-  if (const auto* property = definitions.findProperty(label)) add(entryText(definitions, *property), found);
-  if (const auto* known = findLabel(definitions, label)) add(entryText(*known), found);
-}
-
-/// What a common name stands for.
-struct CommonlyNamed {
-  CommonlyNamed(const Definitions& definitions, std::string_view name) {
-    for (const auto& common : definitions.commonNames()) {
-      if (common.name == name && common.property) properties.insert(&definitions.properties()[*common.property]);
-      if (common.name == name && !common.property) sets.insert(&definitions.sets()[common.set]);
-    }
-  }
-  std::set<const SetDefinition*> sets;
-  std::set<const PropertyDefinition*> properties;
-};
-
-void findByName(const Definitions& definitions, std::string_view name, std::string& found) {
-  const CommonlyNamed named(definitions, name);
-  for (const auto& set : definitions.sets()) {
-    const bool isNamed = set.symbol == name || set.tagName == name || named.sets.count(&set) != 0;
-    if (isNamed) add(entryText(definitions, set), found);
-  }
-  for (const auto& property : definitions.properties()) {
-    const bool isNamed = property.symbol == name || property.tagName == name || named.properties.count(&property) != 0;
-    if (isNamed) add(entryText(definitions, property), found);
-  }
-  if (const auto* enumeration = definitions.findEnumeration(name)) add(entryText(*enumeration), found);
-  if (const auto* label = findLabel(definitions, name)) add(entryText(*label), found);
-}
-
-void findByTag(const Definitions& definitions, uint16 tag, std::string& found) {
-  std::set<uint32> properties;
-  for (const auto& set : definitions.sets()) {
-    for (const auto& use : set.properties) {
-      if (use.staticLocalTag == tag) properties.insert(use.property);
-    }
-  }
-  for (const uint32 place : properties) add(entryText(definitions, definitions.properties()[place]), found);
+std::string descriptionOf(const Definitions& definitions, const DictionaryEntry& entry) {
+  if (const auto* set = std::get_if<const SetDefinition*>(&entry)) return entryText(definitions, **set);
+  if (const auto* property = std::get_if<const PropertyDefinition*>(&entry)) return entryText(definitions, **property);
+  if (const auto* label = std::get_if<const LabelDefinition*>(&entry)) return entryText(**label);
+  return entryText(*std::get<const EnumerationDefinition*>(entry));
 }
 
 }  // namespace
@@ -277,22 +187,14 @@ std::string listOfSets(const Definitions& definitions) {
   return "sets: " + std::to_string(definitions.sets().size()) + "\n" + table.text();
 }
 
-std::string withoutPrefix(const std::string& name) {
-  const auto colon = name.find(':');
-  return colon == std::string::npos ? name : name.substr(colon + 1);
+std::string descriptionOf(const Definitions& definitions, const std::vector<DictionaryEntry>& entries) {
+  std::string text;
+  for (const auto& entry : entries) text += (text.empty() ? "" : "\n") + descriptionOf(definitions, entry);
+  return text;
 }
 
 std::string descriptionOf(const Definitions& definitions, const std::string& asked) {
-  std::string found;
-  const auto digits = KLV::identifierDigits(asked).value_or("");
-  if (const auto key = MetaMetadata::parseRegisterKey(digits)) {
-    findByKey(definitions, *key, found);
-    return found;
-  }
-  findByName(definitions, withoutPrefix(asked), found);
-  const uint16 tag = Platform::numberFromHex<uint16>(digits).value_or(0);
-  if (tag != 0) findByTag(definitions, tag, found);
-  return found;
+  return descriptionOf(definitions, entriesOf(definitions, asked));
 }
 
 std::string labelName(const Definitions& definitions, const Types::UniversalLabel& label) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "Core/Dictionary/Definitions.h"
+#include "DictionaryEntries.h"
 
 /// Definitions as text for people.
 namespace Vantor::Tool {
@@ -10,12 +12,9 @@ namespace Vantor::Tool {
 /// A row for every set: symbol, key, parent, and whether it is abstract.
 std::string listOfSets(const Definitions& definitions);
 
-/// A name without the prefix that documents have.
-std::string withoutPrefix(const std::string& name);
-
-/// Everything with this symbol, name in XML or common name, this key, or this static local tag.
-/// @param asked  a key or a tag in a spelling of `KLV::identifierDigits`, or a name, with or without a prefix.
-/// @return empty when there is nothing.
+/// Descriptions, an empty row between any two; empty for no entries.
+std::string descriptionOf(const Definitions& definitions, const std::vector<DictionaryEntry>& entries);
+/// The same for `entriesOf` what was asked for.
 std::string descriptionOf(const Definitions& definitions, const std::string& asked);
 
 /// The name of a label in the definitions, or else among the built-in ones; empty when neither has it.

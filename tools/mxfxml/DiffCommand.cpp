@@ -1,6 +1,5 @@
 #include "Command.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -8,14 +7,14 @@
 #include "ComparisonText.h"
 #include "Core/Comparison/SetPairing.h"
 #include "Core/Platform/Strings.h"
-#include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 #include "DifferenceTree.h"
 #include "ErrorText.h"
+#include "InputDocument.h"
+#include "JSONOutput.h"
 #include "MetadataInput.h"
 #include "StandardStreams.h"
 #include "TreeOutput.h"
-#include "XMLUtils/InputFile.h"
 
 namespace Vantor::Tool {
 
@@ -25,31 +24,56 @@ std::string textOf(const Types::UUID* instanceUID) {
   return instanceUID == nullptr ? "nothing" : Utils::wstringToString(instanceUID->toString());
 }
 
-/// A line for each pair of sets in the same place whose InstanceUIDs differ.
-std::string identifierLines(const PartitionMetadata& left, const PartitionMetadata& right) {
+/// Sets in the same place whose InstanceUIDs differ.
+struct OtherIdentifier {
+  std::string set;
+  const Types::UUID* left;  // null for none
+  const Types::UUID* right;
+};
+
+std::vector<OtherIdentifier> otherIdentifiers(const PartitionMetadata& left, const PartitionMetadata& right) {
   const SetPairing pairing(left, right, Pairing::kByIdentifier);
-  std::string lines;
+  std::vector<OtherIdentifier> others;
   for (const auto& [one, other] : pairing.setPairs()) {
     const auto *before = one->instanceUID(), *after = other->instanceUID();
     const bool isSame = before == nullptr || after == nullptr ? before == after : *before == *after;
-    if (!isSame) lines += "identifier: " + one->name() + ": " + textOf(before) + " -> " + textOf(after) + "\n";
+    if (!isSame) others.push_back({one->name(), before, after});
+  }
+  return others;
+}
+
+std::string linesOf(const std::vector<OtherIdentifier>& others) {
+  std::string lines;
+  for (const auto& [set, left, right] : others) {
+    lines += "identifier: " + set + ": " + textOf(left) + " -> " + textOf(right) + "\n";
   }
   return lines;
 }
 
-/// How many lines there are, for a tree, which has no place for them.
-std::string identifierCount(const std::string& lines) {
-  const auto count = std::count(lines.begin(), lines.end(), '\n');
-  return count == 0 ? "" : "sets with another InstanceUID " + std::to_string(count) + "\n";
+/// How many there are, for a tree, which has no place for them.
+std::string countOf(const std::vector<OtherIdentifier>& others) {
+  return others.empty() ? "" : "sets with another InstanceUID " + std::to_string(others.size()) + "\n";
+}
+
+JSON::Value listOf(const std::vector<OtherIdentifier>& others) {
+  auto json = JSON::Value::array();
+  for (const auto& [set, left, right] : others) {
+    auto other = JSON::Value::object().add("set", set);
+    if (left != nullptr) other.add("left", textOf(left));
+    if (right != nullptr) other.add("right", textOf(right));
+    json.append(std::move(other));
+  }
+  return json;
 }
 
 class DiffCommand final : public Command {
  public:
   explicit DiffCommand(CLI::App& program)
-      : Command(program, "diff", "Print the differences between the header metadata of two files, MXF or XML") {
-    addInput("MXF or XML file");
-    addFileArgument(app(), "OTHER", other_, "MXF or XML file to compare it with");
-    app().add_flag("--tree", tree_, "Print the sets that differ as a tree: + added, - removed,\n~ changed");
+      : Command(program, "diff", "Print the differences between the header metadata of two files, MXF, XML or\nJSON") {
+    addInput("MXF, XML or JSON file");
+    addFileArgument(app(), "OTHER", other_, "MXF, XML or JSON file to compare it with");
+    auto* tree =
+        app().add_flag("--tree", tree_, "Print the sets that differ as a tree: + added, - removed,\n~ changed");
     addColor(app(), color_);
     app().add_flag("--strict", strict_,
                    "Fail on content of a document that occurs twice or means\nnothing, instead of warning");
@@ -58,24 +82,29 @@ class DiffCommand final : public Command {
     addPartition(app(), partition_,
                  "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
                  "partition");
+    addJSON(app(), isJSON_)->excludes(tree);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
   }
 
   ExitCode run() const override {
-    if (partition_ && XMLUtils::looksLikeXML(input()) && XMLUtils::looksLikeXML(other_)) {
+    if (partition_ && documentFormatOf(input()) && documentFormatOf(other_)) {
       throw UsageError("--partition is for MXF files, and neither file is one");
     }
-    Diagnostics ofInput, ofOther;
+    InputProblems ofInput, ofOther;
     const auto metadata = dictionary_.read({sourceOf(input(), ofInput), namingOther(sourceOf(other_, ofOther))});
-    printDiagnostics(input(), ofInput, strict_);
-    namingFile(other_, [&] { printDiagnostics(other_, ofOther, strict_); });
+    printProblems(input(), ofInput, strict_);
+    namingFile(other_, [&] { printProblems(other_, ofOther, strict_); });
     const auto &left = metadata.front(), &right = metadata.back();
     const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
     const auto comparison = comparePartitions(*left, *right, pairing);
-    const std::string identifiers = ignoreIdentifiers_ ? "" : identifierLines(*left, *right);
-    writeStandardOutput(tree_ ? treeOf(*left, *right, pairing, comparison) + identifierCount(identifiers)
-                              : identifiers + describe(comparison));
+    const auto identifiers = ignoreIdentifiers_ ? std::vector<OtherIdentifier>() : otherIdentifiers(*left, *right);
+    if (isJSON_) {
+      printJSON(jsonOf(identifiers, comparison));
+    } else {
+      writeStandardOutput(tree_ ? treeOf(*left, *right, pairing, comparison) + countOf(identifiers)
+                                : linesOf(identifiers) + describe(comparison));
+    }
     return comparison.isEqual() && identifiers.empty() ? kSuccess : kFailure;
   }
   ExitCode failure() const override { return kTrouble; }
@@ -83,8 +112,16 @@ class DiffCommand final : public Command {
  private:
   using Source = DictionaryOptions::Source;
 
-  Source sourceOf(const Path& file, Diagnostics& diagnostics) const {
-    return metadataSource(file, partition_.value_or(MXF::PartitionChoice()), diagnostics);
+  Source sourceOf(const Path& file, InputProblems& problems) const {
+    return metadataSource(file, partition_.value_or(MXF::PartitionChoice()), problems);
+  }
+
+  JSON::Value jsonOf(const std::vector<OtherIdentifier>& identifiers, const PartitionComparison& comparison) const {
+    auto json = formatted("diff");
+    json.add("left", oneLine(input().u8string())).add("right", oneLine(other_.u8string()));
+    json.add("identifiers", listOf(identifiers));
+    addComparison(comparison, json);
+    return json;
   }
 
   std::string treeOf(const PartitionMetadata& left, const PartitionMetadata& right, Pairing pairing,
@@ -104,6 +141,7 @@ class DiffCommand final : public Command {
   bool ignoreIdentifiers_ = false;
   bool strict_ = false;
   bool tree_ = false;
+  bool isJSON_ = false;
   ColorChoice color_ = ColorChoice::kAuto;
   std::optional<MXF::PartitionChoice> partition_;
   DictionaryOptions dictionary_;

@@ -6,6 +6,7 @@
 #include "Core/DataIO/File.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
+#include "InputDocument.h"
 #include "LosslessXML.h"
 #include "OwnNames.h"
 #include "StandardStreams.h"
@@ -29,9 +30,11 @@ void writeFile(const Path& path, const std::string& bytes) {
 class ExportCommand final : public Command {
  public:
   explicit ExportCommand(CLI::App& program)
-      : Command(program, "export", "Write the header metadata of a partition as XML") {
+      : Command(program, "export", "Write the header metadata of a partition as XML or JSON") {
     addInput("MXF file");
     addFile(app(), "-o,--output", output_, "Write to this file instead of standard output");
+    addChoice(app(), "--format", format_, "format", {{"xml", DocumentFormat::kXML}, {"json", DocumentFormat::kJSON}},
+              "xml (default), or json with all sets and properties");
     app().add_flag("--flat", flat_, "Write sets behind those that refer to them, not inside");
     app().add_flag("--structural-only", structuralOnly_, "Leave out references to sets that are not structural");
     app()
@@ -52,6 +55,7 @@ class ExportCommand final : public Command {
     if (output_) refuseSameFile(input(), *output_);
     refuseStoppedChange(input());
     if (output_) refuseStoppedChange(*output_);
+    if (format_ == DocumentFormat::kJSON) return exportJSON();
     const std::string bytes = document();
     if (output_) {
       writeFile(*output_, bytes);
@@ -62,6 +66,23 @@ class ExportCommand final : public Command {
   }
 
  private:
+  ExitCode exportJSON() const {
+    if (flat_ || structuralOnly_ || exact_ || start_ || encoding_ != EncodingType::kUTF8Indented) {
+      throw UsageError("--flat, --structural-only, --start, --exact and --encoding are for XML");
+    }
+    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
+    if (output_) {
+      DataIO::File::AtomicFile file(*output_);
+      JSON::writeDocument(*metadata, partition_.text(), file);
+      file.commit();
+    } else {
+      StandardOutput output;
+      JSON::writeDocument(*metadata, partition_.text(), output);
+      output.finish();
+    }
+    return kSuccess;
+  }
+
   std::string document() const {
     const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
     const MetadataSet* start = start_ ? &findStart(*metadata) : metadata->preface();
@@ -94,6 +115,7 @@ class ExportCommand final : public Command {
   }
 
   std::optional<Path> output_;
+  DocumentFormat format_ = DocumentFormat::kXML;
   bool flat_ = false;
   bool structuralOnly_ = false;
   bool exact_ = false;

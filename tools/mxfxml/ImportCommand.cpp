@@ -13,6 +13,7 @@
 #include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "InputDocument.h"
 #include "Registers/FileDefinitions.h"
 #include "StoppedChange.h"
 #include "XML2Partition.h"
@@ -68,17 +69,18 @@ void warnOfOwnNames(const Path& document, const Diagnostics& diagnostics, const 
 }
 
 /// The partition that a document was exported from; none for the header partition.
-std::optional<MXF::PartitionChoice> partitionOf(const LosslessXML::Document& document) {
-  const auto& description = document.description();
-  if (!description || description->partition == "header") return std::nullopt;
-  return MXF::PartitionChoice::parse(description->partition);
+std::optional<MXF::PartitionChoice> partitionOf(const InputDocument& document) {
+  const auto partition = document.partition();
+  if (!partition || *partition == "header") return std::nullopt;
+  return MXF::PartitionChoice::parse(*partition);
 }
 
 class ImportCommand final : public Command {
  public:
   explicit ImportCommand(CLI::App& program)
-      : Command(program, "import", "Write the header metadata of an XML document as an MXF file, or into one") {
-    addInput("XML file");
+      : Command(program, "import",
+                "Write the header metadata of an XML or JSON document as an MXF file, or\ninto one") {
+    addInput("XML or JSON file");
     addTarget();
     addDescription();
     addWayOfReading();
@@ -97,6 +99,7 @@ class ImportCommand final : public Command {
     if (into_ && exact_) {
       throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
     }
+    if (exact_ && format() == DocumentFormat::kJSON) throw UsageError("--exact is for XML");
     if (output_) refuseSameFile(input(), *output_);
     if (into_) return editFile();
     writeHeaderOnly();
@@ -140,6 +143,9 @@ class ImportCommand final : public Command {
   }
 
   void addWayOfReading() {
+    addChoice(app(), "--format", format_, "format",
+              {{"xml", std::optional(DocumentFormat::kXML)}, {"json", std::optional(DocumentFormat::kJSON)}},
+              "xml or json; by default what the first character shows");
     auto* exact = app().add_flag("--exact", exact_, "Read the exact form, which loses some metadata");
     app()
         .add_flag("--strict", strict_,
@@ -148,16 +154,20 @@ class ImportCommand final : public Command {
         ->excludes(exact);
   }
 
+  DocumentFormat format() const {
+    return format_ ? *format_ : documentFormatOf(input()).value_or(DocumentFormat::kXML);
+  }
+
   /// @param diagnostics  receives those of the last time that the document is read.
-  std::unique_ptr<PartitionMetadata> readDocument(const DictionaryOptions::LoadFor& load,
-                                                  Diagnostics& diagnostics) const {
-    const auto document = LosslessXML::Document::fromFile(input());
+  std::unique_ptr<PartitionMetadata> readDocument(const DictionaryOptions::LoadFor& load, Diagnostics& diagnostics,
+                                                  std::vector<std::string>& unknown) const {
+    const InputDocument document(input(), format());
     auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
     if (exact_) {
       const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
       XML2Partition::getPartitionMetadataFromFile(path.utf16(), metadata.get());
     } else {
-      diagnostics = document.import(*metadata).diagnostics;
+      diagnostics = document.import(*metadata, unknown);
     }
     return metadata;
   }
@@ -165,8 +175,10 @@ class ImportCommand final : public Command {
   void writeHeaderOnly() const {
     refuseStoppedChange(*output_);
     Diagnostics diagnostics;
-    const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics); };
+    std::vector<std::string> unknown;
+    const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics, unknown); };
     const auto found = dictionary_.read({input(), read});
+    refuseUnknown(input(), unknown);
     auto& metadata = *found;
     if (!dictionary_.usesOwn()) warnOfOwnNames(input(), diagnostics, metadata);
     printDiagnostics(input(), diagnostics, strict_, kNothingWritten);
@@ -182,11 +194,15 @@ class ImportCommand final : public Command {
   }
 
   ExitCode editFile() const {
-    const auto document = LosslessXML::Document::fromFile(input());
+    const InputDocument document(input(), format());
     if (document.isDescriptionDamaged()) {
       printMessage(input().u8string() + ": warning: the document's description of itself is damaged, and is ignored");
     }
-    if (document.description() && (options_.isStructuralOnly || !options_.start.empty())) {
+    const bool isPart = options_.isStructuralOnly || !options_.start.empty();
+    if (isPart && format() == DocumentFormat::kJSON) {
+      throw UsageError("--structural-only and --start are for XML; JSON has all sets");
+    }
+    if (document.partition() && isPart) {
       throw UsageError("--structural-only and --start are for documents that do not describe themselves");
     }
     auto dictionary = dictionary_.load(document.vocabulary());
@@ -212,9 +228,9 @@ class ImportCommand final : public Command {
   }
 
   /// @return whether all of the edit was taken.
-  bool merge(const LosslessXML::Document& document, Edit::File& file) const {
+  bool merge(const InputDocument& document, Edit::File& file) const {
     try {
-      const auto edited = file.read(document, options_);
+      const auto edited = document.readFor(file, options_);
       const auto& diagnostics = edited.import.diagnostics;
       if (!dictionary_.usesOwn()) warnOfOwnNames(input(), diagnostics, file.metadata());
       printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kRestLeft);
@@ -243,6 +259,7 @@ class ImportCommand final : public Command {
   bool inPlace_ = false;
   Edit::MergeOptions options_;
   std::optional<MXF::PartitionChoice> partition_;
+  std::optional<DocumentFormat> format_;
   bool exact_ = false;
   bool strict_ = false;
   EditOptions edit_;

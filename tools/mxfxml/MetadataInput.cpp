@@ -1,32 +1,35 @@
 #include "MetadataInput.h"
 
 #include "Core/MXF/HeaderMetadataReader.h"
-#include "LosslessXML.h"
+#include "InputDocument.h"
 #include "StoppedChange.h"
-#include "XMLUtils/InputFile.h"
 
 namespace Vantor::Tool {
 
 namespace {
 
-std::unique_ptr<PartitionMetadata> readDocument(const Path& file, const DictionaryOptions::LoadFor& load,
-                                                Diagnostics& diagnostics) {
-  const auto document = LosslessXML::Document::fromFile(file);
+std::unique_ptr<PartitionMetadata> readDocument(const InputDocument& document, const DictionaryOptions::LoadFor& load,
+                                                InputProblems& problems) {
   auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
-  diagnostics = document.import(*metadata).diagnostics;
+  problems.diagnostics = document.import(*metadata, problems.unknown);
   return metadata;
 }
 
 }  // namespace
 
 DictionaryOptions::Source metadataSource(const Path& file, const MXF::PartitionChoice& partition,
-                                         Diagnostics& diagnostics) {
-  const auto read = [=, &diagnostics](const DictionaryOptions::LoadFor& load) {
-    if (XMLUtils::looksLikeXML(file)) return readDocument(file, load, diagnostics);
+                                         InputProblems& problems) {
+  const auto read = [=, &problems](const DictionaryOptions::LoadFor& load) {
+    if (const auto format = documentFormatOf(file)) return readDocument({file, *format}, load, problems);
     refuseStoppedChange(file);
     return MXF::readHeaderMetadata(file, load({}), partition);
   };
   return {file, read};
+}
+
+void printProblems(const Path& file, const InputProblems& problems, bool areErrors) {
+  refuseUnknown(file, problems.unknown);
+  printDiagnostics(file, problems.diagnostics, areErrors);
 }
 
 }  // namespace Vantor::Tool

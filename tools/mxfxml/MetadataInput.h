@@ -1,18 +1,28 @@
 #pragma once
 
-#include <memory>
+#include <string>
+#include <vector>
 
 #include "Core/MXF/PartitionChoice.h"
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 
-/// Header metadata from files of either kind.
+/// Header metadata from files of any kind.
 namespace Vantor::Tool {
 
-/// The metadata of a file, MXF or XML.
-/// @param partition    of an MXF file.
-/// @param diagnostics  receives those of a document, from the last time that it is read; outlives the source.
+/// What is wrong with a document.
+struct InputProblems {
+  Diagnostics diagnostics;
+  std::vector<std::string> unknown;  ///< messages about names in JSON that the dictionary lacks
+};
+
+/// The metadata of a file, MXF, XML or JSON.
+/// @param partition  of an MXF file.
+/// @param problems   receives those of a document, from the last time that it is read; outlives the source.
 DictionaryOptions::Source metadataSource(const Path& file, const MXF::PartitionChoice& partition,
-                                         Diagnostics& diagnostics);
+                                         InputProblems& problems);
+
+/// Prints them. @throws CommandError for names that the dictionary lacks, and with `areErrors` for any.
+void printProblems(const Path& file, const InputProblems& problems, bool areErrors);
 
 }  // namespace Vantor::Tool

@@ -37,10 +37,10 @@ class ShowCommand final : public Command {
 
   ExitCode run() const override {
     if (partition_ && XMLUtils::looksLikeXML(input())) throw UsageError("--partition is for MXF files");
-    Diagnostics diagnostics;
+    InputProblems problems;
     const auto partition = partition_.value_or(MXF::PartitionChoice());
-    const auto metadata = dictionary_.read(metadataSource(input(), partition, diagnostics));
-    printDiagnostics(input(), diagnostics, false);
+    const auto metadata = dictionary_.read(metadataSource(input(), partition, problems));
+    printProblems(input(), problems, false);
     const auto style = treeStyleFor(color_);
     writeStandardOutput(treeText(treeOf(*metadata, optionsFor(*metadata, style)), style));
     return kSuccess;

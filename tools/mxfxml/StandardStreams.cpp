@@ -51,4 +51,16 @@ void writeStandardOutput(const std::string& bytes) {
   throw OtherFileError("cannot write to standard output: " + std::generic_category().message(errno));
 }
 
+void StandardOutput::write(const uint8* from, std::size_t size) {
+  constexpr std::size_t kMostPending = std::size_t{1} << 16;
+  pending_.append(reinterpret_cast<const char*>(from), size);
+  if (pending_.size() > kMostPending) finish();
+}
+
+void StandardOutput::finish() {
+  writeStandardOutput(pending_);
+  written_ += pending_.size();
+  pending_.clear();
+}
+
 }  // namespace Vantor::Tool

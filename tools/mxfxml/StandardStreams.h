@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "Core/DataIO/DataSink.h"
+
 namespace Vantor::Tool {
 
 /// To be called first. Afterwards standard output takes bytes as they are; a pipe without a reader and a file beyond
@@ -20,5 +22,18 @@ class ReaderGone : public std::runtime_error {
 /// Writes everything and makes sure that the system took it.
 /// @throws ReaderGone; OtherFileError with the system's reason, such as a full disk or a closed stream.
 void writeStandardOutput(const std::string& bytes);
+
+/// The same piece by piece, gathered into larger ones.
+class StandardOutput : public DataIO::DataSink {
+ public:
+  void write(const uint8* from, std::size_t size) override;
+  uint64 position() const override { return written_ + pending_.size(); }
+  /// Writes what is gathered. To be called at the end.
+  void finish();
+
+ private:
+  std::string pending_;
+  uint64 written_ = 0;
+};
 
 }  // namespace Vantor::Tool

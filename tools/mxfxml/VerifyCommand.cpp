@@ -9,6 +9,7 @@
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
+#include "JSONOutput.h"
 #include "LosslessXML.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
@@ -20,12 +21,15 @@ namespace Vantor::Tool {
 
 namespace {
 
+/// The document is in memory, where nobody sees its lines.
+Diagnostics withoutLines(Diagnostics diagnostics) {
+  for (auto& diagnostic : diagnostics) diagnostic.place.line = 0;
+  return diagnostics;
+}
+
 std::string linesOf(const Diagnostics& diagnostics) {
   std::string lines;
-  for (auto diagnostic : diagnostics) {
-    diagnostic.place.line = 0;  // of a document in memory
-    lines += "note: " + describeForUser(diagnostic) + "\n";
-  }
+  for (const auto& diagnostic : withoutLines(diagnostics)) lines += "note: " + describeForUser(diagnostic) + "\n";
   return lines;
 }
 
@@ -40,6 +44,7 @@ class VerifyCommand final : public Command {
         .add_flag("--strict", strict_, "Fail also on content of the document that occurs twice or\nmeans nothing")
         ->excludes(exact);
     addPartition(app(), partition_);
+    addJSON(app(), isJSON_);
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
@@ -52,7 +57,7 @@ class VerifyCommand final : public Command {
     Diagnostics diagnostics;
     const auto copy = exact_ ? roundTripExactly(*metadata) : roundTrip(*metadata, diagnostics);
     const auto comparison = comparePartitions(*metadata, *copy);
-    writeStandardOutput(linesOf(diagnostics) + describe(comparison));
+    print(diagnostics, comparison);
     if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics));
     if (!comparison.isEqual()) throw CommandError("the metadata of " + describe(partition_) + " comes back changed");
     return kSuccess;
@@ -60,6 +65,15 @@ class VerifyCommand final : public Command {
 
  private:
   using Metadata = std::unique_ptr<PartitionMetadata>;
+
+  void print(const Diagnostics& diagnostics, const PartitionComparison& comparison) const {
+    if (!isJSON_) return writeStandardOutput(linesOf(diagnostics) + describe(comparison));
+    auto json = formatted("verify").add("file", oneLine(input().u8string())).add("partition", partition_.text());
+    json.add("form", exact_ ? "exact" : "lossless").add("nested", !flat_);
+    json.add("notes", jsonOf(withoutLines(diagnostics)));
+    addComparison(comparison, json);
+    printJSON(json);
+  }
 
   /// @param diagnostics  receives those of the document.
   Metadata roundTrip(PartitionMetadata& metadata, Diagnostics& diagnostics) const {
@@ -89,6 +103,7 @@ class VerifyCommand final : public Command {
   bool flat_ = false;
   bool exact_ = false;
   bool strict_ = false;
+  bool isJSON_ = false;
   MXF::PartitionChoice partition_;
   DictionaryOptions dictionary_;
 };

@@ -83,6 +83,20 @@ auto_ptr<Collection> emptyList(Identifiers::Identifier arrayOrBatch, uint32 item
   return std::make_unique<Batch>(static_cast<int>(itemSize));
 }
 
+/// Null when the items are not of one size, and NULs do not make them so.
+auto_ptr<Collection> tryList(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
+                             Templates::vector<auto_ptr<SimpleDataType>> items) {
+  uint32 itemSize = Identifiers::typeSize(itemType);
+  for (const auto& item : items) itemSize = std::max(itemSize, item->encodedSize());
+  auto list = emptyList(arrayOrBatch, itemSize);
+  for (auto& item : items) {
+    if (item->encodedSize() != itemSize) item = padded(*item, itemSize);
+    if (item == nullptr) return nullptr;
+    list->append(std::move(item));
+  }
+  return list;
+}
+
 }  // namespace
 
 wstring printList(const Collection& list, const ItemPrinter& print) {
@@ -94,18 +108,19 @@ wstring printList(const Collection& list, const ItemPrinter& print) {
 auto_ptr<SimpleDataType> parseList(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
                                    std::u16string_view text, const ItemParser& parse, std::string_view examples) {
   Templates::vector<auto_ptr<SimpleDataType>> items;
-  uint32 itemSize = Identifiers::typeSize(itemType);
   for (ItemScanner scanner(text, itemType, examples); scanner.hasMore();) {
     const wstring item = scanner.next();
     items.push_back(parse ? parse(item) : parseValue(itemType, item));
-    itemSize = std::max(itemSize, items.back()->encodedSize());
   }
-  auto list = emptyList(arrayOrBatch, itemSize);
-  for (auto& item : items) {
-    if (item->encodedSize() != itemSize) item = padded(*item, itemSize);
-    if (item == nullptr) Exceptions::raise<InvalidFormat>("the items of {} are not of one size", excerpt(text));
-    list->append(std::move(item));
-  }
+  auto list = tryList(arrayOrBatch, itemType, std::move(items));
+  if (list == nullptr) Exceptions::raise<InvalidFormat>("the items of {} are not of one size", excerpt(text));
+  return list;
+}
+
+auto_ptr<SimpleDataType> listOf(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
+                                Templates::vector<auto_ptr<SimpleDataType>> items) {
+  auto list = tryList(arrayOrBatch, itemType, std::move(items));
+  if (list == nullptr) Exceptions::raise<InvalidFormat>("the items are not of one size");
   return list;
 }
 

@@ -24,4 +24,9 @@ auto_ptr<SimpleDataType> parseList(Identifiers::Identifier arrayOrBatch, Identif
                                    std::u16string_view text, const ItemParser& parse = {},
                                    std::string_view examples = {});
 
+/// The collection of these items; shorter texts get NULs up to the size of the longest.
+/// @param items  of this type. @throws InvalidFormat when they are not of one size on the wire.
+auto_ptr<SimpleDataType> listOf(Identifiers::Identifier arrayOrBatch, Identifiers::Identifier itemType,
+                                Templates::vector<auto_ptr<SimpleDataType>> items);
+
 }  // namespace Vantor::Types

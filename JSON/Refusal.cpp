@@ -1,0 +1,60 @@
+#include "JSON/Refusal.h"
+
+#include <algorithm>
+
+namespace Vantor::JSON {
+
+namespace {
+
+std::string escaped(std::string_view step) {
+  std::string text;
+  for (const char character : step) {
+    if (character == '~') {
+      text += "~0";
+    } else if (character == '/') {
+      text += "~1";
+    } else {
+      text += character;
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+void Refusal::isWithin(std::string_view step, uint32 line) {
+  pointer_ = "/" + escaped(step) + pointer_;
+  if (line_ == 0) line_ = line;
+}
+
+void requireMembers(const Value& object, std::initializer_list<std::string_view> names) {
+  if (object.members() == nullptr) throw Refusal(std::string("it is ") + object.kindName() + ", not an object");
+  for (const auto& [name, value] : *object.members()) {
+    if (std::find(names.begin(), names.end(), name) != names.end()) continue;
+    throw Refusal("there is no member \"" + name + "\" here", value.line());
+  }
+}
+
+const Value& requiredMember(const Value& object, std::string_view name) {
+  const auto* value = object.find(name);
+  if (value == nullptr) throw Refusal("the member \"" + std::string(name) + "\" is missing");
+  return *value;
+}
+
+const std::string& requiredText(const Value& object, std::string_view name) {
+  const auto& value = requiredMember(object, name);
+  return readingAt(name, value, [&]() -> const std::string* { return &textOf(value); })[0];
+}
+
+const std::string& textOf(const Value& value) {
+  if (value.text() == nullptr) throw Refusal(std::string("it is ") + value.kindName() + ", not a text");
+  return *value.text();
+}
+
+int64 numberOf(const Value& value, int64 least, int64 most) {
+  const auto* number = value.integer();
+  if (number != nullptr && *number >= least && *number <= most) return *number;
+  throw Refusal("it is no whole number from " + std::to_string(least) + " to " + std::to_string(most));
+}
+
+}  // namespace Vantor::JSON

@@ -1,0 +1,277 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+
+#include "Edit.h"
+#include "JSON/Text.h"
+#include "tests/SampleFiles.h"
+
+namespace Vantor::Tool {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kJSONSample = "gst-audio-ac3.mxf";
+
+/// An export of a sample, in a file that tests may change.
+class Exported {
+ public:
+  explicit Exported(const std::string& name = kJSONSample) : original(sample(name)) {
+    text = run({"export", original, "--format", "json"}).out;
+    save();
+  }
+  void replace(const std::string& from, const std::string& to) {
+    const auto at = text.find(from);
+    ASSERT_NE(at, std::string::npos) << from;
+    text.replace(at, from.size(), to);
+    save();
+  }
+
+  ScratchFolder folder;
+  std::string original;
+  std::string text;
+  std::string json = folder.path("a.json");
+  std::string output = folder.path("b.mxf");
+
+ private:
+  void save() const { writeFile(json, text); }
+};
+
+JSON::Value objectOf(const Result& result) { return JSON::fromText(result.out); }
+
+std::string lineOf(const JSON::Value& object, const char* member) {
+  const auto* value = object.find(member);
+  return value == nullptr ? "nothing" : JSON::toLine(*value);
+}
+
+TEST(JSONCommand, ImportsWhatItExports) {
+  const Exported exported;
+  const Result result = run({"import", exported.json, "-o", exported.output});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(result.err, "");
+  const std::string xml = exported.folder.path("a.xml"), fromXML = exported.folder.path("c.mxf");
+  ASSERT_EQ(run({"export", exported.original, "-o", xml}).exitCode, 0);
+  ASSERT_EQ(run({"import", xml, "-o", fromXML}).exitCode, 0);
+  EXPECT_EQ(readFile(exported.output), readFile(fromXML));
+}
+
+TEST(JSONCommand, WritesTheSameToAFile) {
+  const Exported exported;
+  const std::string file = exported.folder.path("b.json");
+  ASSERT_EQ(run({"export", exported.original, "--format", "json", "-o", file}).exitCode, 0);
+  EXPECT_EQ(readFile(file), exported.text);
+}
+
+TEST(JSONCommand, PutsNothingBackWhereNothingWasEdited) {
+  const Exported exported;
+  const Result result = run({"import", exported.json, "--into", exported.original, "-o", exported.output});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(readFile(exported.output), readFile(exported.original));
+}
+
+TEST(JSONCommand, PutsAnEditBackIntoTheFile) {
+  Exported exported;
+  exported.replace("\"GStreamer Multimedia", "\"Ed Multimedia");
+  const Result result = run({"import", exported.json, "--into", exported.original, "-o", exported.output, "--only"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  const auto diff = run({"diff", exported.original, exported.output}).out;
+  EXPECT_THAT(diff, HasSubstr(": ApplicationName: "));
+  EXPECT_THAT(diff, EndsWith("different 1\n"));
+}
+
+TEST(JSONCommand, WarnsWhenTheFileHasChangedSinceTheExport) {
+  Exported exported;
+  exported.replace("\"metadata\": \"", "\"metadata\": \"0000000000000000\", \"x\": \"");
+  EXPECT_THAT(run({"import", exported.json, "--into", exported.original, "-o", exported.output}).err,
+              HasSubstr("/description: there is no member \"x\" here"));
+  Exported changed;
+  const auto at = changed.text.find("\"metadata\": \"") + 13;
+  changed.replace(changed.text.substr(at, 16), "0123456789ABCDEF");
+  EXPECT_THAT(run({"import", changed.json, "--into", changed.original, "-o", changed.output}).err,
+              HasSubstr("warning: the file has changed since the document was exported"));
+}
+
+TEST(JSONCommand, RefusesTwoSetsWithOneInstanceUID) {
+  Exported exported;
+  const auto at = exported.text.find("    {\n      \"set\": \"Identification\"");
+  const auto end = exported.text.find("    {\n      \"set\"", at + 1);
+  exported.replace(exported.text.substr(at, end - at),
+                   exported.text.substr(at, end - at) + exported.text.substr(at, end - at));
+  const Result result = run({"import", exported.json, "--into", exported.original, "-o", exported.output});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("the Identification and the Identification of the document have one InstanceUID"));
+}
+
+TEST(JSONCommand, WritesNothingOfADocumentThatIsWrong) {
+  for (const auto& [from, to] :
+       {std::pair("\"version\": 1,", "\"version\": 1"), std::pair("\"Preface\"", "\"Prefaces\""),
+        std::pair("\"set\": \"Identification\"", "\"set\": 1")}) {
+    Exported exported;
+    exported.replace(from, to);
+    const Result result = run({"import", exported.json, "-o", exported.output});
+    EXPECT_EQ(result.exitCode, 1) << from;
+    EXPECT_THAT(result.err, StartsWith("mxfxml: " + exported.json + ": line ")) << from;
+    EXPECT_THAT(exported.folder.files(), testing::ElementsAre("a.json")) << from;
+  }
+}
+
+TEST(JSONCommand, TakesTheFormatThatIsGiven) {
+  const Exported exported;
+  EXPECT_THAT(run({"import", exported.json, "--format", "xml", "-o", exported.output}).err, HasSubstr("XML"));
+  EXPECT_EQ(run({"import", exported.json, "--format", "json", "-o", exported.output}).exitCode, 0);
+  EXPECT_THAT(run({"import", exported.original, "--format", "json", "-o", exported.output}).err,
+              HasSubstr("line 1, column 1: "));
+}
+
+TEST(JSONCommand, RefusesOptionsForXML) {
+  const Exported exported;
+  for (const char* option : {"--flat", "--exact", "--structural-only"}) {
+    const Result result = run({"export", exported.original, "--format", "json", option});
+    EXPECT_EQ(result.exitCode, 2) << option;
+    EXPECT_THAT(result.err, HasSubstr("are for XML")) << option;
+  }
+  EXPECT_THAT(run({"import", exported.json, "-o", exported.output, "--exact"}).err, HasSubstr("--exact is for XML"));
+}
+
+TEST(JSONCommand, ComparesDocuments) {
+  Exported exported;
+  EXPECT_EQ(run({"diff", exported.json, exported.original}).exitCode, 0);
+  exported.replace("\"GStreamer Multimedia", "\"Ed Multimedia");
+  EXPECT_EQ(run({"diff", exported.json, exported.original}).exitCode, 1);
+}
+
+TEST(JSONCommand, ReadsDefinitionsThatTheDocumentHasOfItsOwn) {
+  const ScratchFolder folder;
+  const std::string original = sample("libmxf-writeaviddv50.header.mxf"), json = folder.path("a.json");
+  ASSERT_EQ(run({"export", original, "--format", "json", "--own-dictionary", "-o", json}).exitCode, 0);
+  EXPECT_THAT(readFile(json), HasSubstr("\"ResolutionID\""));
+  EXPECT_EQ(run({"diff", original, json}).exitCode, 0);
+  EXPECT_EQ(run({"import", json, "--own-dictionary", "-o", folder.path("b.mxf")}).exitCode, 0);
+  EXPECT_EQ(run({"diff", original, folder.path("b.mxf")}).exitCode, 0);
+}
+
+TEST(JSONCommand, PrintsAllNamesThatTheDictionaryLacks) {
+  const ScratchFolder folder;
+  const std::string json = folder.path("a.json");
+  ASSERT_EQ(
+      run({"export", sample("libmxf-writeaviddv50.header.mxf"), "--format", "json", "--own-dictionary", "-o", json})
+          .exitCode,
+      0);
+  const Result result = run({"import", json, "-o", folder.path("b.mxf")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("/properties/ResolutionID: CDCIDescriptor "));
+  EXPECT_THAT(result.err, EndsWith("--own-dictionary and --dictionary FILE add definitions\n"));
+  EXPECT_THAT(folder.files(), testing::ElementsAre("a.json"));
+}
+
+TEST(JSONCommand, DescribesDifferences) {
+  Exported exported;
+  exported.replace("\"GStreamer Multimedia", "\"Ed Multimedia");
+  const Result result = run({"diff", exported.original, exported.json, "--json"});
+  EXPECT_EQ(result.exitCode, 1);
+  const auto object = objectOf(result);
+  EXPECT_EQ(lineOf(object, "format"), "\"mxfxml-diff\"");
+  EXPECT_EQ(lineOf(object, "equal"), "false");
+  EXPECT_EQ(lineOf(object, "identifiers"), "[]");
+  const auto& difference = object.find("differences")->items()->at(0);
+  EXPECT_EQ(lineOf(difference, "kind"), "\"value\"");
+  EXPECT_EQ(lineOf(difference, "set"), "\"Identification\"");
+  EXPECT_THAT(lineOf(difference, "right"), StartsWith("\"\\\"Ed "));
+}
+
+TEST(JSONCommand, VerifiesAPartition) {
+  const Result result = run({"verify", sample(kJSONSample), "--json"});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_EQ(lineOf(objectOf(result), "equal"), "true");
+  EXPECT_EQ(lineOf(objectOf(result), "form"), "\"lossless\"");
+}
+
+TEST(JSONCommand, ListsFindingsByFile) {
+  const Result result = run({"check", sample(kJSONSample), "missing.mxf", "--json"});
+  EXPECT_EQ(result.exitCode, 2);
+  const auto object = objectOf(result);
+  const auto& files = *object.find("files")->items();
+  ASSERT_EQ(files.size(), 2u);
+  EXPECT_GT(files[0].find("findings")->items()->size(), 0u);
+  EXPECT_THAT(lineOf(files[1], "problem"), HasSubstr("missing.mxf"));
+}
+
+TEST(JSONCommand, PrintsDefinitions) {
+  const auto entries = objectOf(run({"dictionary", "EditRate", "--json"}));
+  const auto& property = entries.find("entries")->items()->at(0);
+  EXPECT_EQ(lineOf(property, "property"), "\"EditRate\"");
+  EXPECT_EQ(lineOf(property, "type"), "\"Rational\"");
+  EXPECT_GT(objectOf(run({"dictionary", "--json"})).find("sets")->items()->size(), 100u);
+  EXPECT_GT(objectOf(run({"dictionary", "aspect", "--json"})).find("matches")->items()->size(), 1u);
+}
+
+/// A process takes long to start under a sanitizer.
+std::vector<Path> samplesToDescribe() {
+#ifdef VANTOR_SANITIZED
+  return mxfFilesIn(Path(VANTOR_TEST_DATA_DIR));
+#else
+  return sampleFiles();
+#endif
+}
+
+/// The documents that every command makes of every sample, in a folder.
+std::vector<std::string> documentsIn(const ScratchFolder& folder) {
+  std::vector<std::vector<std::string>> commands = {{"check", "--rules", "--json"}, {"dictionary", "--json"}};
+  for (const char* name :
+       {"Preface", "EditRate", "LayoutType", "aspect", "MXFOP1aSingleItemSinglePackageUniTrackStreamInternal"}) {
+    commands.push_back({"dictionary", name, "--json"});
+  }
+  for (const auto& path : samplesToDescribe()) {
+    const auto file = path.string();
+    commands.push_back({"export", file, "--format", "json"});
+    commands.push_back({"verify", file, "--json"});
+    commands.push_back({"check", file, "--json"});
+    commands.push_back({"diff", file, sample("op1a.mxf"), "--json"});
+  }
+  std::vector<std::string> files;
+  for (const auto& command : commands) {
+    files.push_back(folder.path(std::to_string(files.size()) + ".json"));
+    writeFile(files.back(), run(command).out);
+  }
+  return files;
+}
+
+/// Validates documents against the schema.
+class JSONSchema : public testing::Test {
+ protected:
+  /// The exit code of the script; the test is skipped where the script misses its library, but not in CI.
+  int validate(const std::vector<std::string>& files) {
+    constexpr int kLibraryIsMissing = 77;
+    std::string command = "python3 '" VANTOR_TEST_DATA_DIR "/../../scripts/check-json'";
+    for (const auto& file : files) command += " '" + file + "'";
+    const int status = std::system((command + " >'" + folder.path("problems") + "' 2>&1").c_str());
+    isMissing = WEXITSTATUS(status) == kLibraryIsMissing && std::getenv("CI") == nullptr;
+    return WEXITSTATUS(status);
+  }
+
+  ScratchFolder folder;
+  bool isMissing = false;
+};
+
+TEST_F(JSONSchema, DescribesWhatTheProgramPrints) {
+  const int exitCode = validate(documentsIn(folder));
+  if (isMissing) GTEST_SKIP() << "python3-jsonschema is missing";
+  EXPECT_EQ(exitCode, 0) << readFile(folder.path("problems"));
+}
+
+TEST_F(JSONSchema, DescribesNothingElse) {
+  Exported exported;
+  exported.replace("\"TrackID\": ", "\"TrackID\": 0.5, \"x\": ");
+  const int exitCode = validate({exported.json});
+  if (isMissing) GTEST_SKIP() << "python3-jsonschema is missing";
+  EXPECT_EQ(exitCode, 1);
+  EXPECT_THAT(readFile(folder.path("problems")), HasSubstr("0.5"));
+}
+
+}  // namespace
+}  // namespace Vantor::Tool
