@@ -161,13 +161,18 @@ void SetChoice::takeKinds(const Kinds& kinds, const std::string& name, bool isFi
   sets_ = std::move(usual);
 }
 
-// The sets of one kind are found by their key; only others need a look at all sets.
+// The sets of one kind are found by their key. A look at all sets carries out removals: who walks them and looks for
+// sets of one kind on the way does without.
 SetChoice::Sets SetChoice::ofKinds(const Kinds& kinds, bool isFirst) const {
   const auto isExact = [&](const MetadataSet* set) { return isOneOf(*set, kinds); };
   if (kinds.empty()) return {};
-  const bool isKeyed = isFirst && kinds.size() == 1;
+  const bool isAbstract = hasAbstract(kinds);
+  if (isFirst && kinds.size() == 1 && !isAbstract) {
+    auto exact = filtered(partition_.find(kinds[0]->key()), isExact);
+    if (!exact.empty()) return exact;
+  }
   const Sets& among = isFirst ? partition_.sets() : sets_;
-  auto exact = hasAbstract(kinds) ? Sets() : filtered(isKeyed ? partition_.find(kinds[0]->key()) : among, isExact);
+  auto exact = isAbstract ? Sets() : filtered(among, isExact);
   if (!exact.empty()) return exact;
   return filtered(among, [&](const MetadataSet* set) { return inheritsOneOf(*set, kinds); });
 }
