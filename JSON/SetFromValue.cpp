@@ -75,11 +75,12 @@ void addDark(const Value& json, PartitionMetadata& partition) {
 
 // Known sets.
 
-const MetaMetadataSet& definitionBySymbol(const std::string& symbol, const MetaMetadata::Dictionary& dictionary) {
+const MetaMetadataSet& definitionBySymbol(const std::string& symbol, const PartitionMetadata& partition) {
+  const auto& dictionary = *partition.partitionDictionary().dictionary();
   if (const auto* definition = dictionary.findSetBySymbol(symbol)) return *definition;
   const auto named = dictionary.findSetsByName(symbol);
   if (named.size() == 1) return *named.front();
-  throw UnknownName("the dictionary has no set '" + symbol + "'" + suggestSet(dictionary, symbol));
+  throw UnknownName("the dictionary has no set '" + symbol + "'" + suggestSet(partition, symbol));
 }
 
 const MetaMetadataSet& definitionByKey(const KLV::Key& key, const std::string& symbol,
@@ -90,11 +91,12 @@ const MetaMetadataSet& definitionByKey(const KLV::Key& key, const std::string& s
   throw Refusal("the key is that of the set '" + definition->symbol() + "', not of '" + symbol + "'");
 }
 
-const MetaMetadataSet& definitionOf(const Value& json, const MetaMetadata::Dictionary& dictionary) {
+const MetaMetadataSet& definitionOf(const Value& json, const PartitionMetadata& partition) {
   const auto& symbol = requiredText(json, "set");
-  if (json.find("key") != nullptr) return definitionByKey(keyIn(json), symbol, dictionary);
+  if (json.find("key") != nullptr)
+    return definitionByKey(keyIn(json), symbol, *partition.partitionDictionary().dictionary());
   return readingAt("set", *json.find("set"),
-                   [&]() -> const MetaMetadataSet* { return &definitionBySymbol(symbol, dictionary); })[0];
+                   [&]() -> const MetaMetadataSet* { return &definitionBySymbol(symbol, partition); })[0];
 }
 
 /// Reads the properties of one set.
@@ -160,7 +162,7 @@ class SetMaker {
   Element& elementNamed(const std::string& name) {
     const auto* attribute = definition().findAttribute(name);
     if (attribute != nullptr) return elementOf(*attribute);
-    throw UnknownName("the set has no property '" + name + "'" + suggestProperty(definition(), name));
+    throw UnknownName("the set has no property '" + name + "'" + suggestProperty({&definition()}, name));
   }
 
   Element& elementOf(const MetaMetadata::MetaAttribute& attribute) {
@@ -289,7 +291,7 @@ void addSet(const Value& json, PartitionMetadata& partition, std::vector<Unknown
   if (isDark(json)) return addDark(json, partition);
   auto& tags = partition.partitionDictionary();
   try {
-    partition.addMetadataSet(SetMaker(json, definitionOf(json, *tags.dictionary()), tags, unknown).make());
+    partition.addMetadataSet(SetMaker(json, definitionOf(json, partition), tags, unknown).make());
   } catch (const UnknownName& set) {
     if (unknown == nullptr) throw;
     unknown->push_back(set);

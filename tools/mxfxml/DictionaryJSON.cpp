@@ -124,7 +124,7 @@ Value jsonOfMatches(const std::vector<DictionarySearch::Match>& matches) {
   for (const auto& match : matches) {
     auto json = Value::object().add("kind", match.kind).add("name", match.name);
     if (match.kind != "enumeration") json.add("key", keyText(*MetaMetadata::parseRegisterKey(match.key)));
-    addText(match.kind == "label" ? "label" : "commonName", match.commonName, json);
+    if (match.kind != "enumeration") addText(match.kind == "label" ? "label" : "commonName", match.remark, json);
     list.append(std::move(json));
   }
   return formatted("dictionary").add("matches", std::move(list));
