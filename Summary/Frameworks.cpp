@@ -52,9 +52,10 @@ class FrameworkReader {
   void findTracks() {
     const PackageIndex packages(metadata_);
     std::unordered_set<const MetadataSet*> segments;  // which tracks may share
-    for (const auto& track : metadata_.findAll("Track")) {
-      if (segments.insert(targetIn(metadata_, track, "TrackSegment")).second) {
-        for (const auto* framework : packages.frameworksOf(track)) tracks_.emplace(framework, &track);
+    for (const MetadataSet* track : metadata_.sets()) {  // by that name, TimelineTracks alone would be found
+      if (track->find("TrackSegment") == nullptr) continue;
+      if (segments.insert(targetIn(metadata_, *track, "TrackSegment")).second) {
+        for (const auto* framework : packages.frameworksOf(*track)) tracks_.emplace(framework, track);
       }
     }
   }
