@@ -47,7 +47,7 @@ TEST(DifferenceTree, ShowsChangedValuesBelowTheSetsThatOwnThem) {
   └─ ContentStorageObject (ContentStorage): ContentStorage
      └─ Packages[1]: MaterialPackage
 -       │ PackageName: "Programme"
-        └─ PackageTracks[1] (Tracks): TimelineTrack
+        └─ PackageTracks[1] (Tracks): TimelineTrack (Track)
 ~            TrackID: 2 → 3
 +            TrackName: "V1"
 )");

@@ -80,7 +80,7 @@ TEST(JSONCommand, PutsAnEditBackIntoTheFile) {
   const Result result = run({"import", exported.json, "--into", exported.original, "-o", exported.output, "--only"});
   EXPECT_EQ(result.exitCode, 0) << result.err;
   const auto diff = run({"diff", exported.original, exported.output}).out;
-  EXPECT_THAT(diff, HasSubstr(": ApplicationName: "));
+  EXPECT_THAT(diff, HasSubstr(": ApplicationName (ProductName): "));
   EXPECT_THAT(diff, EndsWith("different 1\n"));
 }
 

@@ -218,10 +218,12 @@ TEST(OwnDictionary, IsSummedUpByInfo) {
   const ScratchFolder folder;
   const auto file = folder.path("own.mxf");
   writeFileWithOwnSet(file);
-  EXPECT_THAT(run({"info", file}).out, HasSubstr("\nown dictionary: 1 classes, 1 properties, 0 types; 0 problems\n"));
+  EXPECT_THAT(run({"info", file}).out, HasSubstr("\n  own dictionary  1 classes, 1 properties, 0 types; 0 problems\n"));
+  EXPECT_THAT(run({"info", file, "--partitions"}).out,
+              HasSubstr("\nown dictionary: 1 classes, 1 properties, 0 types; 0 problems\n"));
   EXPECT_THAT(run({"info", file, "--no-own-dictionary"}).out, Not(HasSubstr("own dictionary")));
   EXPECT_THAT(run({"info", sample("op1a.mxf")}).out, Not(HasSubstr("own dictionary")));
-  EXPECT_THAT(run({"info", fileWithOwn()}).out,
+  EXPECT_THAT(run({"info", fileWithOwn(), "--partitions"}).out,
               AllOf(HasSubstr("\nown dictionary: 0 classes, 44 properties, 17 types; "),
                     HasSubstr("  property CommentMarkerColor: its values are bytes: its type is a record\n")));
 }

@@ -80,14 +80,17 @@ FieldGroup undecodedGroup(const Counts& counts) {
   return group;
 }
 
+std::string countsOf(const Registers::FileDefinitions& own) {
+  return std::to_string(own.sets) + " classes, " + std::to_string(own.properties) + " properties, " +
+         std::to_string(own.types) + " types; " + std::to_string(own.problems.size()) + " problems";
+}
+
 /// What a file defines of its own; nothing for one without definitions.
 std::string describeOwn(const Registers::FileDefinitions& own) {
   if (!own.isThere) return {};
   constexpr std::size_t kMostListed = 5;
   const auto& problems = own.problems;
-  std::string text = "\nown dictionary: " + std::to_string(own.sets) + " classes, " + std::to_string(own.properties) +
-                     " properties, " + std::to_string(own.types) + " types; " + std::to_string(problems.size()) +
-                     " problems\n";
+  std::string text = "\nown dictionary: " + countsOf(own) + "\n";
   for (std::size_t i = 0; i < std::min(kMostListed, problems.size()); ++i) {
     text += "  " + oneLine(describe(problems[i])) + "\n";
   }
@@ -159,11 +162,13 @@ class InfoCommand final : public Command {
   std::string summaryText(const Path& file, const MXF::FileStructure& structure) const {
     const auto partitions = Summary::partitionsOf(structure);
     const auto choice = partition_.value_or(betterThanHeader(partitions));
-    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(file, choice));
+    Registers::FileDefinitions own;
+    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(file, choice), &own);
     const auto summary = Summary::summaryOf(*metadata);
     if (fields_) return fieldLines(summary);
     auto groups = groupsOf(summary);
     groups.push_back(fileGroup(structure, partitions, choice));
+    if (own.isThere) groups.back().fields.push_back({"own dictionary", countsOf(own)});
     auto undecoded = undecodedGroup(Counts(*metadata));
     if (!undecoded.fields.empty()) groups.push_back(std::move(undecoded));
     return Tool::textOf(groups, terminalColumns());
