@@ -29,6 +29,7 @@ class CheckCommand final : public Command {
     app().add_flag("--rules", printsRules_, "Print the rules with their severity and source instead");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addExamples({"check in.mxf", "check --rules"});
   }
 
   ExitCode run() const override {

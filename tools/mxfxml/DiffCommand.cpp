@@ -51,6 +51,7 @@ class DiffCommand final : public Command {
                  "partition");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
+    addExamples({"diff a.mxf b.mxf", "diff in.mxf edited.xml"});
   }
 
   ExitCode run() const override {

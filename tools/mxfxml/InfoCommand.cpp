@@ -170,6 +170,7 @@ class InfoCommand final : public Command {
         "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its kind");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
+    addExamples({"info in.mxf", "info in.mxf --sets"});
   }
 
   ExitCode run() const override {
