@@ -4,6 +4,14 @@
 find_package(XercesC QUIET)
 find_path(XQilla_INCLUDE_DIR xqilla/xqilla-dom3.hpp)
 find_library(XQilla_LIBRARY NAMES xqilla xqilla23)
+# Its headers name no version; its shared library does.
+set(XQilla_VERSION "")
+if(XQilla_LIBRARY)
+  get_filename_component(xqilla_file "${XQilla_LIBRARY}" REALPATH)
+  if(xqilla_file MATCHES "\\.so\\.([0-9.]+)$")
+    set(XQilla_VERSION "${CMAKE_MATCH_1}")
+  endif()
+endif()
 mark_as_advanced(XQilla_INCLUDE_DIR XQilla_LIBRARY)
 
 include(FindPackageHandleStandardArgs)

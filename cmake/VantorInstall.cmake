@@ -12,6 +12,9 @@ install(TARGETS vantor_core vantor_xmlutils vantor_registers vantor_summary vant
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 if(VANTOR_BUILD_TOOLS)
   install(TARGETS mxfxml RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  install(FILES tools/mxfxml/completion/mxfxml.bash
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME mxfxml)
+  install(FILES tools/mxfxml/completion/_mxfxml DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
 endif()
 
 install(DIRECTORY include/ DESTINATION "${header_dir}" FILES_MATCHING PATTERN "*.h")

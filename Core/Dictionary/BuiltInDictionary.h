@@ -18,6 +18,10 @@ SharedPtr<const MetaMetadata::Dictionary> builtInDictionary(
 /// The definitions that the built-in dictionary is made from, with their enumerations, to add others to: first those of
 /// the registers, then those of the supplement. Labels are not among them.
 Definitions builtInDefinitions();
+/// The edition of the registers that the built-in definitions and labels are made from, and its year: the tag that
+/// SMPTE's own files carry.
+inline constexpr const char* kRegistersEdition = "v000000084";
+inline constexpr int kRegistersYear = 2023;
 /// Those of the registers alone.
 Definitions registerDefinitions();
 

@@ -34,8 +34,9 @@ TEST(Usage, HelpListsTheSubcommands) {
     const Result result = run({option});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("mxfxml [OPTIONS] SUBCOMMAND"));
-    EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "export", "import", "verify", "info", "show",
-                                                 "set", "diff", "check", "recover", "undo", "dictionary"));
+    EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "info", "show", "diff", "check",
+                                                 "dictionary", "set", "undo", "recover", "export", "import", "verify"));
+    EXPECT_THAT(result.out, AllOf(HasSubstr("\nLook:\n"), HasSubstr("\nEdit:\n"), HasSubstr("\nConvert:\n")));
     EXPECT_EQ(result.err, "");
   }
 }
@@ -70,7 +71,7 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
             {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition", "--only",
              "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary", "--own-dictionary"}},
            {"diff",
-           {"INPUT", "OTHER", "-h,--help", "--tree", "--color", "--strict", "--ignore-ids", "--partition", "--json",
+            {"INPUT", "OTHER", "-h,--help", "--tree", "--color", "--strict", "--ignore-ids", "--partition", "--json",
              "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
            {"check", {"FILE", "-h,--help", "--ignore", "--rules", "--json", "--dictionary", "--own-dictionary"}},
            {"recover", {"INPUT", "-h,--help"}},
@@ -83,11 +84,20 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
   }
 }
 
-TEST(Usage, VersionIsOneLine) {
+TEST(Usage, VersionNamesTheRegistersAndTheLibraries) {
   const Result result = run({"--version"});
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_EQ(result.out, "mxfxml 0.1.0\n");
+  EXPECT_THAT(result.out, testing::MatchesRegex("mxfxml 0\\.1\\.0\nSMPTE metadata registers v[0-9]+ of 20[0-9]+\n"
+                                                "Xerces-C\\+\\+ 3\\.[0-9.]+\nXQilla, library version [0-9.]+\n"));
   EXPECT_EQ(result.err, "");
+}
+
+TEST(Usage, HelpOfASubcommandEndsWithExamples) {
+  for (const char* command :
+       {"info", "show", "diff", "check", "dictionary", "set", "undo", "recover", "export", "import", "verify"}) {
+    EXPECT_THAT(run({command, "--help"}).out, HasSubstr(std::string("\nExamples:\n  mxfxml ") + command + " "))
+        << command;
+  }
 }
 
 TEST(Usage, DemandsOneSubcommand) { expectUsageError({}, "A subcommand is required; see mxfxml --help"); }

@@ -31,6 +31,7 @@ class CheckCommand final : public Command {
     addJSON(app(), isJSON_);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addExamples({"check in.mxf", "check --rules"});
   }
 
   ExitCode run() const override {

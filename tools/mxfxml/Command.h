@@ -3,9 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "CommonOptions.h"
 #include "Core/Platform/Path.h"
+#include "ErrorText.h"
 
 namespace Vantor::Tool {
 
@@ -28,6 +30,8 @@ class Command {
 
   bool isChosen() const { return app_->parsed(); }
   std::string name() const { return app_->get_name(); }
+  /// Puts the command under a title in the help of the program.
+  void showUnder(const std::string& title) { app_->group(title); }
   /// The file that messages are about.
   const Path& input() const { return input_; }
   /// Does the whole task. When it throws, nothing was written to an output, unless the output failed or shows what is
@@ -42,6 +46,12 @@ class Command {
       : app_(program.add_subcommand(name, description)) {}
 
   CLI::App& app() { return *app_; }
+  /// Command lines for the end of the help, a line each, without the program's name.
+  void addExamples(const std::vector<std::string>& examples) {
+    std::string text = "Examples:\n";
+    for (const auto& example : examples) text += std::string("  ") + kProgramName + " " + example + "\n";
+    app_->footer(text + "\n" + app_->get_footer());
+  }
   void addInput(const std::string& description) { addFileArgument(app(), "INPUT", input_, description); }
 
  private:

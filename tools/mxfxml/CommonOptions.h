@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "CompletionHints.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/Platform/Path.h"
 
@@ -38,9 +39,11 @@ CLI::Option* addPartition(
     const std::string& description =
         "header (default), footer, or a number in file order\nfrom 0, which is the header partition") {
   const auto take = [&choice](const std::string& text) { choice = MXF::PartitionChoice::parse(text); };
-  return command.add_option_function<std::string>("--partition", take, description)
-      ->type_name("WHICH")
-      ->check(whyNoPartition);
+  auto* option = command.add_option_function<std::string>("--partition", take, description)
+                     ->type_name("WHICH")
+                     ->check(whyNoPartition);
+  hint(option, {CompletionHint::Kind::kNames, {"header", "footer"}});
+  return option;
 }
 
 /// An option for one of some values by name.
@@ -61,7 +64,10 @@ void addChoice(CLI::App& command, const std::string& option, Value& value, const
     }
     return "'" + text + "' is no " + kind + ": expected " + expected;
   };
-  command.add_option_function<std::string>(option, take, description)->type_name("NAME")->check(whyNot);
+  std::vector<std::string> names;
+  for (const auto& one : named) names.push_back(one.first);
+  hint(command.add_option_function<std::string>(option, take, description)->type_name("NAME")->check(whyNot),
+       {CompletionHint::Kind::kNames, names});
 }
 
 /// The chosen partition in messages: "the header partition", "the footer partition" or "partition 2".

@@ -21,12 +21,15 @@ class DictionaryCommand final : public Command {
  public:
   explicit DictionaryCommand(CLI::App& program)
       : Command(program, "dictionary", "Print the sets of the dictionary, or what it has under one name") {
-    app()
-        .add_option("NAME", wanted_,
-                    "A set, property, enumeration or label by symbol, name in XML\nor common name, by key, or by "
-                    "static local tag (four hexadecimal\ndigits); for anything else, all that have it in a name or\n"
-                    "begin their key with it. All sets without NAME")
-        ->type_name("");
+    auto* wanted =
+        app()
+            .add_option(
+                "NAME", wanted_,
+                "A set, property, enumeration or label by symbol, name in XML\nor common name, by key, or by "
+                "static local tag (four hexadecimal\ndigits); for anything else, all that have it in a name or\n"
+                "begin their key with it. All sets without NAME")
+            ->type_name("");
+    hint(wanted, {CompletionHint::Kind::kDefinition});
     auto* json = addJSON(app(), isJSON_);
     dictionary_.addDictionary(app());
     auto* learned = addFile(app(), "--learn", learned_,
@@ -39,6 +42,7 @@ class DictionaryCommand final : public Command {
         ->type_name("NAME.dictionary")
         ->needs(learned);
     addPartition(app(), partition_)->needs(learned);
+    addExamples({"dictionary AspectRatio", "dictionary 3c0a", "dictionary --learn in.mxf -o maker.dictionary"});
   }
 
   ExitCode run() const override {

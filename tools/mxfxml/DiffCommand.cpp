@@ -85,6 +85,7 @@ class DiffCommand final : public Command {
     addJSON(app(), isJSON_)->excludes(tree);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
+    addExamples({"diff a.mxf b.mxf", "diff in.mxf edited.xml"});
   }
 
   ExitCode run() const override {

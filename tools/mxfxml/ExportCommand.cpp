@@ -37,10 +37,12 @@ class ExportCommand final : public Command {
               "xml (default), or json with all sets and properties");
     app().add_flag("--flat", flat_, "Write sets behind those that refer to them, not inside");
     app().add_flag("--structural-only", structuralOnly_, "Leave out references to sets that are not structural");
-    app()
-        .add_option("--start", start_,
-                    "Start from this set: an InstanceUID or its\nbeginning, or what mxfxml info --sets lists")
-        ->type_name("ID|NAME");
+    auto* start =
+        app()
+            .add_option("--start", start_,
+                        "Start from this set: an InstanceUID or its\nbeginning, or what mxfxml info --sets lists")
+            ->type_name("ID|NAME");
+    hint(start, {CompletionHint::Kind::kSetPath});
     app().add_flag("--exact", exact_, "Write the exact form, which loses some metadata");
     addChoice(app(), "--encoding", encoding_, "encoding",
               {{"utf-8", EncodingType::kUTF8Indented}, {"utf-16", EncodingType::kUTF16Indented}},
@@ -49,6 +51,7 @@ class ExportCommand final : public Command {
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addExamples({"export in.mxf", "export in.mxf -o out.xml", "export in.mxf --flat --partition footer"});
   }
 
   ExitCode run() const override {

@@ -87,6 +87,8 @@ class ImportCommand final : public Command {
     edit_.add(app(), app().get_option("--into"));
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addExamples({"import in.xml -o header.mxf", "import edited.xml --into in.mxf --dry-run",
+                 "import edited.xml --into in.mxf --in-place"});
   }
 
   ExitCode run() const override {

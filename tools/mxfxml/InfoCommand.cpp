@@ -122,6 +122,7 @@ class InfoCommand final : public Command {
     app().add_flag("--fields", fields_, "Print the summary as lines of KEY=VALUE");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
+    addExamples({"info in.mxf", "info in.mxf --sets"});
   }
 
   ExitCode run() const override {

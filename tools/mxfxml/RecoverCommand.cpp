@@ -11,6 +11,7 @@ class RecoverCommand final : public Command {
   explicit RecoverCommand(CLI::App& program)
       : Command(program, "recover", "Undo a change in place that was stopped before its end") {
     addInput("MXF file");
+    addExamples({"recover in.mxf"});
   }
   ExitCode run() const override {
     writeStandardOutput(describe(DataIO::File::recover(input())) + "\n");

@@ -43,23 +43,28 @@ class SetCommand final : public Command {
   explicit SetCommand(CLI::App& program)
       : Command(program, "set", "Change or remove properties in the header metadata of a file") {
     addInput("MXF file");
-    app()
-        .add_option(
-            "Set.Property=VALUE", assignments_,
-            "The new value of a property. Of several sets of a name, Set[2]\nis the second one, Set[-1] the "
-            "last, Set[*] all, Set[TrackID=2]\nthose with this value; Set/Other is the one that Set leads\nto. "
-            "An InstanceUID or its beginning is a set, too. See\nmxfxml info --sets. An empty VALUE is an empty "
-            "text,\n@FILE the octets of a file, for byte strings. Values are\nwritten as in diff: 10:00:00:00, 29.97, "
-            "16:9, 2024-02-09,\n1.2.3.4 release, FullFrame, BT.709, [1, 2]")
-        ->type_name("");
-    app()
-        .add_option("--remove", removals_, "Remove a property from a set; may be given several times")
-        ->type_name("Set.Property")
-        ->allow_extra_args(false);
-    app()
-        .add_option("--start", start_,
-                    "Of several sets with one name, edit this one, such as that\nwith an InstanceUID")
-        ->type_name("ID");
+    auto* assigned =
+        app()
+            .add_option(
+                "Set.Property=VALUE", assignments_,
+                "The new value of a property. Of several sets of a name, Set[2]\nis the second one, Set[-1] the "
+                "last, Set[*] all, Set[TrackID=2]\nthose with this value; Set/Other is the one that Set leads\nto. "
+                "An InstanceUID or its beginning is a set, too. See\nmxfxml info --sets. An empty VALUE is an empty "
+                "text,\n@FILE the octets of a file, for byte strings. Values are\nwritten as in diff: 10:00:00:00, "
+                "29.97, "
+                "16:9, 2024-02-09,\n1.2.3.4 release, FullFrame, BT.709, [1, 2]")
+            ->type_name("");
+    hint(assigned, {CompletionHint::Kind::kAssignment});
+    auto* removed = app()
+                        .add_option("--remove", removals_, "Remove a property from a set; may be given several times")
+                        ->type_name("Set.Property")
+                        ->allow_extra_args(false);
+    hint(removed, {CompletionHint::Kind::kPropertyPath});
+    auto* start = app()
+                      .add_option("--start", start_,
+                                  "Of several sets with one name, edit this one, such as that\nwith an InstanceUID")
+                      ->type_name("ID");
+    hint(start, {CompletionHint::Kind::kSetPath});
     addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
         ->type_name("OUTPUT.mxf");
     addPartition(app(), partition_,
@@ -68,6 +73,9 @@ class SetCommand final : public Command {
     options_.add(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addExamples(
+        {"set in.mxf 'Timecode[*].StartTimecode=10:00:00:00'", "set in.mxf MaterialPackage.Name='Episode 3' -o out.mxf",
+         "set in.mxf 'TimelineTrack[TrackID=2].TrackName=A1' --dry-run", "set in.mxf --remove Preface.Dictionary"});
   }
 
   ExitCode run() const override {

@@ -6,11 +6,11 @@
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
+#include "InputDocument.h"
 #include "MetadataInput.h"
 #include "SetTree.h"
 #include "StandardStreams.h"
 #include "TreeOutput.h"
-#include "XMLUtils/InputFile.h"
 
 namespace Vantor::Tool {
 
@@ -19,12 +19,13 @@ namespace {
 class ShowCommand final : public Command {
  public:
   explicit ShowCommand(CLI::App& program)
-      : Command(program, "show", "Print the sets of a file, MXF or XML, as a tree") {
-    addInput("MXF or XML file");
-    app()
-        .add_option("--set", set_,
-                    "Only what this path chooses, and what is below, such as\nMaterialPackage/SourceClip")
-        ->type_name("PATH");
+      : Command(program, "show", "Print the sets of a file, MXF, XML or JSON, as a tree") {
+    addInput("MXF, XML or JSON file");
+    auto* set = app()
+                    .add_option("--set", set_,
+                                "Only what this path chooses, and what is below, such as\nMaterialPackage/SourceClip")
+                    ->type_name("PATH");
+    hint(set, {CompletionHint::Kind::kSetPath});
     app().add_option("--depth", depth_, "How many levels of sets to show below the first one")->type_name("N");
     app().add_flag("--refs", showsReferences_, "Print InstanceUIDs, and the identifiers of all references");
     addColor(app(), color_);
@@ -33,10 +34,11 @@ class ShowCommand final : public Command {
                  "partition");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
+    addExamples({"show in.mxf", "show in.mxf --set MaterialPackage --depth 2", "show edited.xml --refs"});
   }
 
   ExitCode run() const override {
-    if (partition_ && XMLUtils::looksLikeXML(input())) throw UsageError("--partition is for MXF files");
+    if (partition_ && documentFormatOf(input())) throw UsageError("--partition is for MXF files");
     InputProblems problems;
     const auto partition = partition_.value_or(MXF::PartitionChoice());
     const auto metadata = dictionary_.read(metadataSource(input(), partition, problems));

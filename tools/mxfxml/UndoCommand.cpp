@@ -12,6 +12,7 @@ class UndoCommand final : public Command {
   explicit UndoCommand(CLI::App& program)
       : Command(program, "undo", "Undo the last change in place that kept its old bytes (--keep-undo)") {
     addInput("MXF file");
+    addExamples({"undo in.mxf"});
   }
   ExitCode run() const override {
     const auto undoing = DataIO::File::undo(input());

@@ -48,6 +48,7 @@ class VerifyCommand final : public Command {
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addExamples({"verify in.mxf", "verify in.mxf --flat --vocabulary st434-2014"});
   }
 
   ExitCode run() const override {

@@ -6,9 +6,11 @@
 #include <vector>
 
 #include "Command.h"
+#include "Completion.h"
 #include "Core/Platform/NearestName.h"
 #include "ErrorText.h"
 #include "StandardStreams.h"
+#include "VersionText.h"
 
 namespace Vantor::Tool {
 
@@ -40,7 +42,7 @@ void describeProgram(CLI::App& program) {
   program.footer(
       "Exit codes: 0 done, 1 something is wrong with a file, 2 wrong usage; of diff and check:\n"
       "0 nothing found, 1 differences or findings, 2 trouble or wrong usage.");
-  program.set_version_flag("--version", std::string(kProgramName) + " " + VANTOR_VERSION, "Print the version");
+  program.set_version_flag("--version", versionText(), "Print the version, and what it is made with");
   program.require_subcommand(1);
   program.allow_windows_style_options(false);
 }
@@ -73,14 +75,42 @@ std::optional<int> parse(CLI::App& program, std::vector<std::string> arguments) 
   return kSuccess;
 }
 
+using AddCommand = std::unique_ptr<Command> (*)(CLI::App& program);
+struct CommandGroup {
+  const char* title;
+  std::vector<AddCommand> commands;
+};
+
+/// In the order of the help.
+std::vector<std::unique_ptr<Command>> addCommands(CLI::App& program) {
+  const CommandGroup groups[] = {{"Look", {infoCommand, showCommand, diffCommand, checkCommand, dictionaryCommand}},
+                                 {"Edit", {setCommand, undoCommand, recoverCommand}},
+                                 {"Convert", {exportCommand, importCommand, verifyCommand}}};
+  std::vector<std::unique_ptr<Command>> commands;
+  for (const auto& group : groups) {
+    for (const auto& add : group.commands) {
+      commands.push_back(add(program));
+      commands.back()->showUnder(group.title);
+    }
+  }
+  return commands;
+}
+
+/// What the scripts of shells call: prints what may follow, a word each line. No command to show.
+constexpr const char* kComplete = "__complete";
+int complete(const CLI::App& program, const std::vector<std::string>& arguments) {
+  std::string text;
+  for (const auto& word : completionsOf(program, {arguments.begin() + 1, arguments.end()})) text += word + "\n";
+  writeStandardOutput(text);
+  return kSuccess;
+}
+
 /// @param arguments  in UTF-8, without the program's name.
 int run(std::vector<std::string> arguments) {
   CLI::App program("", kProgramName);
   describeProgram(program);
-  const std::unique_ptr<Command> commands[] = {
-      exportCommand(program),  importCommand(program), verifyCommand(program),    infoCommand(program),
-      showCommand(program),    setCommand(program),    diffCommand(program),      checkCommand(program),
-      recoverCommand(program), undoCommand(program),   dictionaryCommand(program)};
+  const auto commands = addCommands(program);
+  if (!arguments.empty() && arguments.front() == kComplete) return complete(program, arguments);
   if (const auto exitCode = refuseUnknownCommand(program, arguments)) return *exitCode;
   if (const auto exitCode = parse(program, std::move(arguments))) return *exitCode;
   for (const auto& command : commands) {

@@ -397,5 +397,16 @@ TEST(BuiltInDictionary, FollowsTheRulesOfSinglePropertiesBeforeThoseOfTheirTypes
   EXPECT_EQ(itemTypeOf("JPEG2000SubDescriptor", "PictureComponentSizing"), kJ2KPictureComponent);
 }
 
+TEST(BuiltInDictionary, NamesTheEditionOfTheRegisters) {
+  for (const char* name : {"Elements", "Groups", "Labels", "Types"}) {
+    const auto file = Path(VANTOR_SHARED_REGISTERS_DIR) / "xml" / (std::string(name) + ".xml");
+    if (!std::filesystem::exists(file)) GTEST_SKIP() << "the registers are not beside the repository";
+    std::string start(300, '\0');
+    std::ifstream(file).read(start.data(), static_cast<std::streamsize>(start.size()));
+    EXPECT_THAT(start, testing::HasSubstr(std::string("master_commit_tag=") + kRegistersEdition)) << name;
+    EXPECT_THAT(start, testing::HasSubstr("(c) " + std::to_string(kRegistersYear))) << name;
+  }
+}
+
 }  // namespace
 }  // namespace Vantor
