@@ -66,8 +66,9 @@ TEST(Completion, NamesTheSetsOfTheFile) {
 }
 
 TEST(Completion, NamesAllSetsWithoutAFileThatCanBeRead) {
-  EXPECT_THAT(completions({"set", "nosuch.mxf", "RGBA"}), ElementsAre("RGBADescriptor."));
-  EXPECT_THAT(completions({"set", sample("adm.dictionary"), "RGBA"}), ElementsAre("RGBADescriptor."));
+  EXPECT_THAT(completions({"set", "nosuch.mxf", "RGBA"}), ElementsAre("RGBADescriptor.", "RGBAEssenceDescriptor."));
+  EXPECT_THAT(completions({"set", sample("adm.dictionary"), "RGBA"}),
+              ElementsAre("RGBADescriptor.", "RGBAEssenceDescriptor."));
 }
 
 TEST(Completion, NamesPropertiesByBothNames) {

@@ -19,11 +19,13 @@ void expectUsageError(const std::vector<std::string>& arguments, const std::stri
 }
 
 /// What a help text explains, line by line: arguments, options or subcommands.
+/// The first words of indented lines, but for examples.
 std::vector<std::string> namesIn(const std::string& help) {
   std::vector<std::string> names;
   std::istringstream lines(help);
   for (std::string line; std::getline(lines, line);) {
     if (line.size() < 3 || line.compare(0, 2, "  ") != 0 || line[2] == ' ') continue;
+    if (line.compare(2, 7, "mxfxml ") == 0) continue;
     names.push_back(line.substr(2, line.find(' ', 2) - 2));
   }
   return names;
