@@ -51,7 +51,7 @@ class FrameworkReader {
  private:
   void findTracks() {
     const PackageIndex packages(metadata_);
-    std::unordered_set<const MetadataSet*> segments;  // which tracks may share
+    std::unordered_set<const MetadataSet*> segments;     // which tracks may share
     for (const MetadataSet* track : metadata_.sets()) {  // by that name, TimelineTracks alone would be found
       if (track->find("TrackSegment") == nullptr) continue;
       if (segments.insert(targetIn(metadata_, *track, "TrackSegment")).second) {
