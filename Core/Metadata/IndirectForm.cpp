@@ -122,7 +122,7 @@ std::optional<wstring> printTyped(const Types::SimpleDataType& value) {
   return header->type.kind == IndirectKind::kText ? printText(content) : printInteger(content, header->type);
 }
 
-/// A prefix tells octets from texts.
+/// Octets are printed behind 0x, so that nothing reads them as a text.
 std::optional<wstring> printIndirect(const PropertyPlace&, const Types::SimpleDataType& value) {
   if (value.encodedSize() == 0) return wstring(u"no octets");
   auto text = printTyped(value);

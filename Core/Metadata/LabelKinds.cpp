@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Core/Platform/HexDigits.h"
+#include "Core/Types/Text/TypeText.h"
 
 namespace Vantor {
 
@@ -50,8 +51,7 @@ constexpr LabelKind kEye = {"a track for one eye", "LeftEyePictureTrack", "04010
 constexpr LabelKind kCipher = {"an encryption algorithm", "AES128CBCIdentifier", "02090201"};
 constexpr LabelKind kHash = {"a hashing algorithm", "HMACSHA1128", "02090202 0D0E01010704020"};
 constexpr LabelKind kAudioLayout = {"an audio layout", "AS_07_AudioLayoutSilence", "0D0E010107020"};
-constexpr LabelKind kIdentifier = {
-    "a UUID", "urn:uuid:5a1fbd9c-3a52-4cd2-9e3f-0123456789ab or 5A.1F.BD.9C.3A.52.4C.D2.9E.3F.01.23.45.67.89.AB", ""};
+constexpr LabelKind kIdentifier = {"a UUID", Types::kUUIDExamples, ""};
 
 constexpr std::array kKinds = {
     PropertyKind{"OperationalPattern", &kPattern},

@@ -22,7 +22,8 @@ class SetChoice {
   const Sets& sets() const { return sets_; }
   /// To be called when there are none. @throws InvalidFormat naming the part of the path that leads nowhere.
   [[noreturn]] void raiseNotFound() const;
-  /// To be called when there are several. @throws InvalidFormat listing the choices, with what tells them apart.
+  /// To be called when there are several. @throws InvalidFormat listing the choices, each with what distinguishes its
+  /// set.
   [[noreturn]] void raiseAmbiguous() const;
 
  private:

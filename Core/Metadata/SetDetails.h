@@ -7,7 +7,7 @@
 
 #include "Core/Metadata/MetadataSet.h"
 
-/// What tells sets of one kind apart, in a few words.
+/// The few words that distinguish sets of one kind.
 namespace Vantor {
 
 class PartitionMetadata;

@@ -191,13 +191,18 @@ class SetCommand final : public Command {
 
   std::string hintOn(const Change& change, const PartitionMetadata& metadata) const {
     if (dictionary_.usesOwn()) return "";
-    const auto choice = partition_.value_or(MXF::PartitionChoice());
-    const auto own = dictionary_.tryLoadOwn(DictionaryOptions::partitionOf(input(), choice));
     try {
-      return ownNameHint(*metadata.partitionDictionary().dictionary(), own.get(), change.set, change.property);
+      return ownNameHint(*metadata.partitionDictionary().dictionary(), ownDictionary(), change.set, change.property);
     } catch (const Exceptions::InvalidFormat&) {
       return "";  // no path; the message is about that
     }
+  }
+
+  /// Null where the file defines nothing. Read for the first change that cannot be made, and kept for the others.
+  const MetaMetadata::Dictionary* ownDictionary() const {
+    const auto choice = partition_.value_or(MXF::PartitionChoice());
+    if (!ownDictionary_) ownDictionary_ = dictionary_.tryLoadOwn(DictionaryOptions::partitionOf(input(), choice));
+    return ownDictionary_->get();
   }
 
   std::size_t report(const std::vector<std::exception_ptr>& failures) const {
@@ -237,6 +242,7 @@ class SetCommand final : public Command {
   std::optional<MXF::PartitionChoice> partition_;
   EditOptions options_;
   DictionaryOptions dictionary_;
+  mutable std::optional<SharedPtr<const MetaMetadata::Dictionary>> ownDictionary_;
 };
 
 }  // namespace

@@ -28,7 +28,7 @@ std::size_t commonDigits(const std::string& a, const std::string& b) {
   return static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
 }
 
-/// The beginnings by which sets are told apart; those of sets with one InstanceUID are whole.
+/// The shortest beginnings of InstanceUIDs that choose one set each; InstanceUIDs that sets share are whole.
 std::unordered_map<const MetadataSet*, std::string> beginningsOf(const PartitionMetadata& metadata) {
   std::vector<std::pair<std::string, const MetadataSet*>> digits;
   for (const MetadataSet* set : metadata.sets()) {

@@ -33,6 +33,10 @@ struct TypeText {
   ParsedValue (*parse)(std::u16string_view text);
 };
 
+/// The examples of a UUID.
+inline constexpr const char* kUUIDExamples =
+    "urn:uuid:5a1fbd9c-3a52-4cd2-9e3f-0123456789ab or 5A.1F.BD.9C.3A.52.4C.D2.9E.3F.01.23.45.67.89.AB";
+
 /// The row of a type; null for kArray, kBatch and kNone.
 const TypeText* typeText(Identifiers::Identifier type);
 

@@ -18,8 +18,6 @@ namespace Vantor::Types {
 
 namespace {
 
-constexpr const char* kUUIDExamples =
-    "urn:uuid:5a1fbd9c-3a52-4cd2-9e3f-0123456789ab or 5A.1F.BD.9C.3A.52.4C.D2.9E.3F.01.23.45.67.89.AB";
 constexpr const char* kLabelExamples =
     "urn:smpte:ul:060e2b34.04010101.0d010201.01010900 or 06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00";
 constexpr const char* kUMIDExamples =
