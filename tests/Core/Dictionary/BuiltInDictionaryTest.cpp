@@ -14,6 +14,7 @@
 #include "Core/MetaMetadata/DictionaryBuilder.h"
 #include "Core/MetaMetadata/LabelHash.h"
 #include "Core/Platform/Numbers.h"
+#include "Core/Platform/Path.h"
 
 namespace Vantor {
 namespace {
