@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Core/Metadata/CollectionElements.h"
+#include "Core/Metadata/SetValues.h"
 #include "Core/Types/Array.h"
 #include "Core/Types/Batch.h"
 #include "Core/Types/UInt32.h"
@@ -36,13 +37,6 @@ constexpr TrackReference kTrackReferences[] = {{"SourceTrackID", "SourcePackageI
                                                {"LinkedTrackID", nullptr},
                                                {"ShotTrackIDs", nullptr},
                                                {"AS_07_DateTimeEssenceTrackID", nullptr}};
-
-template <class Value>
-const Value* valueOf(const MetadataSet& set, std::string_view property) {
-  const auto* element = set.find(property);
-  const auto* value = element == nullptr ? nullptr : element->wireValue();
-  return value != nullptr && value->identifier() == Value::kIdentifier ? static_cast<const Value*>(value) : nullptr;
-}
 
 /// Whether the value, or the items of it, are of a type.
 template <class Value>

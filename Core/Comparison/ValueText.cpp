@@ -20,7 +20,7 @@ constexpr std::size_t kMostInList = 400;
 
 std::string sizeText(std::size_t size, const char* unit) { return "... (" + std::to_string(size) + " " + unit + ")"; }
 
-std::string quoted(const wstring& text) {
+std::string quotedBeginning(const wstring& text) {
   std::size_t units = std::min(text.size(), kMostUnits);
   if (units < text.size() && text[units] >= 0xdc00 && text[units] < 0xe000) --units;  // no half of a character
   const std::string shown = Utils::wstringToString(Types::quotedText({text.data(), units}));
@@ -32,7 +32,7 @@ std::string shortened(const wstring& text) {
   if (text.size() <= kMostUnits) return Utils::wstringToString(text);
   auto rest = std::u16string_view(text);
   wstring inner;
-  if (Types::takeQuoted(rest, inner) && rest.empty()) return quoted(inner);
+  if (Types::takeQuoted(rest, inner) && rest.empty()) return quotedBeginning(inner);
   return Utils::wstringToString(text.substr(0, kMostUnits)) + sizeText(text.size(), "characters");
 }
 
@@ -54,7 +54,7 @@ std::string valueText(const PropertyPlace& place, const Types::SimpleDataType& v
     return listText(place, static_cast<const Types::Collection&>(value));
   }
   const bool isString = Types::isTextType(type) && type != Types::Identifiers::kUTF16;
-  if (isString) return quoted(Types::textOfValue(value));
+  if (isString) return quotedBeginning(Types::textOfValue(value));
   if (hasForm(place, type)) return shortened(printItem(place, value));
   if (Types::isOctetType(type)) return octetsText(value.rawBuffer(), value.encodedSize());
   return Utils::wstringToString(Types::printValue(value));

@@ -10,6 +10,7 @@
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Metadata/PropertyText.h"
 #include "Core/Metadata/ReferenceElement.h"
+#include "Core/Metadata/SetValues.h"
 #include "Core/Metadata/UnreadValue.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
@@ -45,11 +46,6 @@ bool isInteger(Identifier type) {
   constexpr Identifier kIntegers[] = {kInt8,   kInt16,  kInt32,    kInt64,       kUInt8,          kUInt16, kUInt32,
                                       kUInt64, kLength, kPosition, kOrientation, kSignalStandard, kBoolean};
   return std::find(std::begin(kIntegers), std::end(kIntegers), type) != std::end(kIntegers);
-}
-
-const Types::SimpleDataType* valueOf(const MetadataSet& set, std::string_view property) {
-  const auto* element = set.find(property);
-  return element == nullptr ? nullptr : element->wireValue();
 }
 
 /// @param size  of the type; 0 for those of any size.

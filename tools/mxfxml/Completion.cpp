@@ -12,7 +12,7 @@ namespace Vantor::Tool {
 namespace {
 
 using Words = std::vector<std::string>;
-using Kind = CompletionHint::Kind;
+using HintKind = CompletionHint::Kind;
 
 bool isOption(const std::string& word) { return !word.empty() && word[0] == '-'; }
 bool takesValue(const CLI::Option& option) { return option.get_items_expected_max() > 0; }
@@ -103,10 +103,10 @@ class CommandLine {
   Words of(const CLI::Option& option, const std::string& word, const std::string& before) const {
     const auto& what = hintOf(&option);
     Words found;
-    if (what.kind == Kind::kNames) {
+    if (what.kind == HintKind::kNames) {
       std::copy_if(what.names.begin(), what.names.end(), std::back_inserter(found),
                    [&](const std::string& name) { return name.compare(0, word.size(), word) == 0; });
-    } else if (what.kind != Kind::kNone) {
+    } else if (what.kind != HintKind::kNone) {
       found = pathCompletions(what.kind, word, file());
     }
     for (auto& one : found) one.insert(0, before);

@@ -19,10 +19,10 @@ namespace {
 
 #ifdef _WIN32
 constexpr int kClosed = SIGBREAK;
-bool isTerminal() { return _isatty(_fileno(stderr)) != 0; }
+bool errorsAreShown() { return _isatty(_fileno(stderr)) != 0; }
 #else
 constexpr int kClosed = SIGHUP;
-bool isTerminal() { return isatty(STDERR_FILENO) != 0; }
+bool errorsAreShown() { return isatty(STDERR_FILENO) != 0; }
 #endif
 
 volatile std::sig_atomic_t waiting = 0;  // the last signal that came, 0 if none did
@@ -78,7 +78,7 @@ CopyProgress::Watched CopyProgress::watch(int signal) {
 }
 
 MXF::Progress CopyProgress::progress() {
-  return [this, bar = isTerminal() ? std::make_shared<Bar>() : nullptr](uint64 done, uint64 total) {
+  return [this, bar = errorsAreShown() ? std::make_shared<Bar>() : nullptr](uint64 done, uint64 total) {
     isStopped_ = waiting != 0;
     if (isStopped_) throw CommandError("stopped; nothing is written");
     if (bar) bar->show(done, total);

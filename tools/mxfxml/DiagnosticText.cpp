@@ -9,7 +9,7 @@ namespace Vantor::Tool {
 
 namespace {
 
-using Kind = LosslessXML::Diagnostic::Kind;
+using DiagnosticKind = LosslessXML::Diagnostic::Kind;
 
 /// Whether a namespace is neither of the built-in definitions, nor of documents, nor of a file's own definitions,
 /// judged by its start.
@@ -22,13 +22,13 @@ bool isPrivate(std::string uri) {
 /// Whether definitions of the user may be missing. They may be in the namespaces of the built-in ones.
 bool lacksDefinition(const LosslessXML::Diagnostic& diagnostic) {
   switch (diagnostic.kind) {
-    case Kind::kUnknownSet:
+    case DiagnosticKind::kUnknownSet:
       return !diagnostic.arguments[1].empty() && diagnostic.arguments[1] != "urn:SMPTE:Groups:MXF" &&
              diagnostic.arguments[1] != Registers::kOwnSets;
-    case Kind::kSetOfOtherNamespace:
-    case Kind::kUnknownProperty:
-    case Kind::kUnknownExtension:
-    case Kind::kUnknownAttribute:
+    case DiagnosticKind::kSetOfOtherNamespace:
+    case DiagnosticKind::kUnknownProperty:
+    case DiagnosticKind::kUnknownExtension:
+    case DiagnosticKind::kUnknownAttribute:
       return isPrivate(diagnostic.arguments[1]);
     default:
       return false;

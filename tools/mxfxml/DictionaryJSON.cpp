@@ -35,7 +35,7 @@ Value outlineOf(const SetDefinition& set, std::string_view commonName) {
   return json.add("concrete", set.isConcrete);
 }
 
-Value jsonOf(const Definitions& definitions, const ListedProperty& listed, const PropertyNames& commonNames) {
+Value entryJSON(const Definitions& definitions, const ListedProperty& listed, const PropertyNames& commonNames) {
   const auto& property = definitions.properties()[listed.use->property];
   auto json = Value::object().add("property", property.symbol).add("key", keyText(property.key));
   const auto common = commonNames.find(listed.use->property);
@@ -45,13 +45,14 @@ Value jsonOf(const Definitions& definitions, const ListedProperty& listed, const
   return json.add("of", listed.set->symbol);
 }
 
-Value jsonOf(const Definitions& definitions, const SetDefinition& set) {
+Value entryJSON(const Definitions& definitions, const SetDefinition& set) {
   auto json = outlineOf(set, commonNameOf(definitions, set));
   json.add("tagName", set.tagName);
   addExplanation(set.explanation, json);
   const auto commonNames = commonNamesIn(definitions, set);
   auto properties = Value::array();
-  for (const auto& listed : propertiesOf(definitions, set)) properties.append(jsonOf(definitions, listed, commonNames));
+  for (const auto& listed : propertiesOf(definitions, set))
+    properties.append(entryJSON(definitions, listed, commonNames));
   return json.add("properties", std::move(properties));
 }
 
@@ -69,7 +70,7 @@ Value usesOf(const Definitions& definitions, const PropertyDefinition& property)
   return uses;
 }
 
-Value jsonOf(const Definitions& definitions, const PropertyDefinition& property) {
+Value entryJSON(const Definitions& definitions, const PropertyDefinition& property) {
   auto json = Value::object().add("property", property.symbol).add("key", keyText(property.key));
   auto names = Value::array();
   for (const auto& [name, set] : commonNamesOf(definitions, property)) {
@@ -81,7 +82,7 @@ Value jsonOf(const Definitions& definitions, const PropertyDefinition& property)
   return json.add("uses", usesOf(definitions, property));
 }
 
-Value jsonOf(const Definitions&, const EnumerationDefinition& enumeration) {
+Value entryJSON(const Definitions&, const EnumerationDefinition& enumeration) {
   auto values = Value::array();
   for (const auto& value : enumeration.values) {
     values.append(Value::object().add("value", value.number).add("name", value.name));
@@ -92,7 +93,7 @@ Value jsonOf(const Definitions&, const EnumerationDefinition& enumeration) {
       .add("values", std::move(values));
 }
 
-Value jsonOf(const Definitions&, const LabelDefinition& label) {
+Value entryJSON(const Definitions&, const LabelDefinition& label) {
   return Value::object().add("label", label.symbol).add("key", keyText(label.key)).add("name", label.name);
 }
 
@@ -114,7 +115,7 @@ Value jsonOfSets(const Definitions& definitions) {
 Value jsonOfEntries(const Definitions& definitions, const std::vector<DictionaryEntry>& entries) {
   auto list = Value::array();
   for (const auto& entry : entries) {
-    list.append(std::visit([&definitions](const auto* one) { return jsonOf(definitions, *one); }, entry));
+    list.append(std::visit([&definitions](const auto* one) { return entryJSON(definitions, *one); }, entry));
   }
   return formatted("dictionary").add("entries", std::move(list));
 }

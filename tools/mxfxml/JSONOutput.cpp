@@ -15,7 +15,7 @@ void addText(const char* name, const std::string& text, Value& object) {
   if (!text.empty()) object.add(name, text);
 }
 
-Value jsonOf(const PartitionDifference& difference) {
+Value objectOf(const PartitionDifference& difference) {
   auto json = Value::object().add("kind", name(difference.kind)).add("set", difference.set);
   addText("instanceUID", difference.instanceUID, json);
   addText("property", difference.property, json);
@@ -37,7 +37,7 @@ Value counts(uint64 compared, uint64 different) {
   return Value::object().add("compared", compared).add("different", different);
 }
 
-Value jsonOf(const Edit::Rule& rule) {
+Value objectOf(const Edit::Rule& rule) {
   return Value::object()
       .add("rule", rule.code)
       .add("severity", nameOf(rule.severity))
@@ -45,7 +45,7 @@ Value jsonOf(const Edit::Rule& rule) {
       .add("source", rule.source);
 }
 
-Value jsonOf(const Edit::Finding& finding) {
+Value objectOf(const Edit::Finding& finding) {
   auto json = Value::object().add("severity", nameOf(finding.rule->severity)).add("rule", finding.rule->code);
   auto partitions = Value::array();
   for (const auto partition : finding.partitions) partitions.append(uint64{partition});
@@ -69,7 +69,7 @@ void printJSON(const Value& value) { writeStandardOutput(JSON::toText(value) + "
 
 void addComparison(const PartitionComparison& comparison, Value& object) {
   auto differences = Value::array();
-  for (const auto& difference : comparison.differences) differences.append(jsonOf(difference));
+  for (const auto& difference : comparison.differences) differences.append(objectOf(difference));
   object.add("equal", comparison.isEqual()).add("differences", std::move(differences));
   object.add("insignificant", jsonOfInsignificant(comparison));
   object.add("sets", counts(comparison.sets, comparison.differingSets));
@@ -84,13 +84,13 @@ Value jsonOf(const Diagnostics& diagnostics) {
 
 Value jsonOf(const std::vector<Edit::Finding>& findings) {
   auto json = Value::array();
-  for (const auto& finding : findings) json.append(jsonOf(finding));
+  for (const auto& finding : findings) json.append(objectOf(finding));
   return json;
 }
 
 Value jsonOfRules() {
   auto json = Value::array();
-  for (const auto* rule : Edit::rules()) json.append(jsonOf(*rule));
+  for (const auto* rule : Edit::rules()) json.append(objectOf(*rule));
   return json;
 }
 

@@ -14,7 +14,7 @@ namespace Vantor::Tool {
 
 namespace {
 
-using Kind = CompletionHint::Kind;
+using HintKind = CompletionHint::Kind;
 using Words = std::vector<std::string>;
 using MetaMetadata::MetaAttribute;
 using MetaMetadata::MetaMetadataSet;
@@ -49,17 +49,17 @@ struct BegunPath {
 
 class PathCompleter {
  public:
-  PathCompleter(Kind kind, const std::string& word, const std::optional<Path>& file)
+  PathCompleter(HintKind kind, const std::string& word, const std::optional<Path>& file)
       : kind_(kind), word_(word), begun_(word), dictionary_(builtInDictionary()) {
     if (file) read(*file);
   }
 
   Words completions() {
-    if (kind_ == Kind::kDefinition) {
+    if (kind_ == HintKind::kDefinition) {
       addDefinitions();
     } else if (begun_.equals) {
-      if (kind_ == Kind::kAssignment) addValues();
-    } else if (begun_.point && kind_ != Kind::kSetPath) {
+      if (kind_ == HintKind::kAssignment) addValues();
+    } else if (begun_.point && kind_ != HintKind::kSetPath) {
       addProperties();
     } else {
       addSets();
@@ -83,7 +83,7 @@ class PathCompleter {
 
   /// The names of the sets of the file, numbered where there are several of a kind; else all of the dictionary.
   void addSets() {
-    const std::string before = word_.substr(0, begun_.step), behind = kind_ == Kind::kSetPath ? "" : ".";
+    const std::string before = word_.substr(0, begun_.step), behind = kind_ == HintKind::kSetPath ? "" : ".";
     for (const auto& [definition, count] : kinds()) {
       addSet(before, definition->symbol(), count, behind);
       const std::string common(definition->commonName());
@@ -120,7 +120,7 @@ class PathCompleter {
   }
 
   void addProperties() {
-    const std::string before = word_.substr(0, *begun_.point + 1), behind = kind_ == Kind::kAssignment ? "=" : "";
+    const std::string before = word_.substr(0, *begun_.point + 1), behind = kind_ == HintKind::kAssignment ? "=" : "";
     for (const auto* definition : definitions()) {
       for (const auto& attribute : definition->attributes()) {
         const auto& element = *attribute.metaElement();
@@ -162,7 +162,7 @@ class PathCompleter {
     for (const auto& label : builtInLabels().labels()) add("", std::string(label.symbol), "");
   }
 
-  Kind kind_;
+  HintKind kind_;
   const std::string& word_;
   BegunPath begun_;
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
@@ -172,7 +172,7 @@ class PathCompleter {
 
 }  // namespace
 
-Words pathCompletions(Kind kind, const std::string& word, const std::optional<Path>& file) {
+Words pathCompletions(HintKind kind, const std::string& word, const std::optional<Path>& file) {
   return PathCompleter(kind, word, file).completions();
 }
 

@@ -12,7 +12,7 @@ namespace Vantor::Tool {
 
 namespace {
 
-using Kind = TreeLine::Kind;
+using LineKind = TreeLine::Kind;
 using Pieces = PropertyLines::Pieces;
 
 Pieces joined(Pieces left, const Pieces& right) {
@@ -29,7 +29,7 @@ class TreeWalk {
   /// Whether a set is shown, or below one that is.
   bool hasSeen(const MetadataSet* set) const { return seen_.count(set) != 0 || hidden_.count(set) != 0; }
 
-  void addHeading(const std::string& text) { lines_.push_back({Kind::kHeading, 0, false, false, {{text}}}); }
+  void addHeading(const std::string& text) { lines_.push_back({LineKind::kHeading, 0, false, false, {{text}}}); }
 
   /// A root with all below it, and what is too deep apart, behind it.
   void addRoot(const MetadataSet& root) {
@@ -67,7 +67,7 @@ class TreeWalk {
     const bool isCut = options_.depth && depth >= *options_.depth;
     auto owned = ownedSets(set, metadata_);
     const bool hasBranches = !isCut && !owned.empty();
-    lines_.push_back({Kind::kSet, depth, isLast, hasBranches, joined(before, properties_.nameOf(set))});
+    lines_.push_back({LineKind::kSet, depth, isLast, hasBranches, joined(before, properties_.nameOf(set))});
     for (const auto* element : inOrderOfInterest(set)) addValue(set, *element, depth, hasBranches);
     if (isCut) addCounts(set, owned, depth);
     if (isCut) hideBelow(owned);
@@ -82,7 +82,7 @@ class TreeWalk {
     if (!isShown || !owned.empty()) return;
     const auto pieces = ownsSets(element) ? Pieces{{properties_.propertyName(set, element)}, {": none", Style::kDim}}
                                           : properties_.valueOf(set, element, options_.showsReferences);
-    lines_.push_back({Kind::kValue, depth, false, hasBranches, pieces});
+    lines_.push_back({LineKind::kValue, depth, false, hasBranches, pieces});
   }
 
   /// Those by which sets refer to one another: InstanceUID, and GenerationUID, which is of an Identification.
@@ -97,7 +97,7 @@ class TreeWalk {
       const auto* element = owned[i].element;
       std::size_t count = 0;
       for (; i < owned.size() && owned[i].element == element; ++i) ++count;
-      lines_.push_back({Kind::kValue,
+      lines_.push_back({LineKind::kValue,
                         depth,
                         false,
                         false,
@@ -123,7 +123,7 @@ class TreeWalk {
     auto before = properties_.ownerOf(owner, owned);
     if (owned.target == nullptr) {
       before.push_back({"no set " + owned.identifier.dottedText(), Style::kMark});
-      lines_.push_back({Kind::kSet, depth, isLast, false, std::move(before)});
+      lines_.push_back({LineKind::kSet, depth, isLast, false, std::move(before)});
     } else if (!seen_.insert(owned.target).second) {
       pointTo(*owned.target, onPath_.count(owned.target) != 0 ? " (circular, above)" : " (above)", depth, isLast,
               std::move(before));
@@ -138,7 +138,7 @@ class TreeWalk {
   void pointTo(const MetadataSet& target, const char* where, std::size_t depth, bool isLast, Pieces before) {
     before.push_back({options_.arrow + (" " + names_.fullName(target)), Style::kReference});
     before.push_back({where, Style::kDim});
-    lines_.push_back({Kind::kSet, depth, isLast, false, std::move(before)});
+    lines_.push_back({LineKind::kSet, depth, isLast, false, std::move(before)});
   }
 
   const PartitionMetadata& metadata_;
@@ -168,10 +168,10 @@ void addUnreached(const PartitionMetadata& metadata, TreeWalk& walk) {
 std::vector<TreeLine> darkLines(const PartitionMetadata& metadata) {
   std::vector<TreeLine> lines;
   for (auto at = metadata.darkBegin(); at != metadata.darkEnd(); ++at) {
-    if (lines.empty()) lines.push_back({Kind::kHeading, 0, false, false, {{"Dark sets:"}}});
+    if (lines.empty()) lines.push_back({LineKind::kHeading, 0, false, false, {{"Dark sets:"}}});
     const auto key = Utils::wstringToString((*at)->key().toString());
     const auto size = std::to_string((*at)->value().serializedSize());
-    lines.push_back({Kind::kSet, 0, false, false, {{key, Style::kMark}, {"  " + size + " octets"}}});
+    lines.push_back({LineKind::kSet, 0, false, false, {{key, Style::kMark}, {"  " + size + " octets"}}});
   }
   return lines;
 }

@@ -15,7 +15,7 @@ namespace {
 using Summary::Essence;
 using Summary::MetadataSummary;
 using Summary::Track;
-using Kind = Summary::Track::Kind;
+using TrackKind = Summary::Track::Kind;
 
 /// Fields of a group: those without a value are left out.
 class Fields {
@@ -70,7 +70,7 @@ std::string packageText(const Summary::Package& package) {
   return joined({package.name, id}, ", ");
 }
 
-const char* nameOf(Summary::Package::Kind kind) {
+const char* wordOf(Summary::Package::Kind kind) {
   switch (kind) {
     case Summary::Package::Kind::kMaterial:
       return "material package";
@@ -102,7 +102,7 @@ std::vector<FieldGroup::Field> generalFields(const MetadataSummary& summary) {
   addWriters(summary, fields);
   fields.add("modified", summary.modified, dateText);
   if (!summary.packages.empty()) fields.add("created", summary.packages.front().created, dateText);
-  for (const auto& package : summary.packages) fields.add(nameOf(package.kind), packageText(package));
+  for (const auto& package : summary.packages) fields.add(wordOf(package.kind), packageText(package));
   for (const auto& scheme : summary.descriptiveSchemes) fields.add("descriptive scheme", labelText(scheme));
   return fields.take();
 }
@@ -112,7 +112,7 @@ std::optional<std::string> codingText(const Essence& essence) {
   return joined({essence.codingName, label}, ", ");
 }
 
-const char* nameOf(Summary::Scan scan) {
+const char* wordOf(Summary::Scan scan) {
   switch (scan) {
     case Summary::Scan::kProgressive:
       return "progressive";
@@ -141,7 +141,7 @@ std::string depthText(uint32 depth) { return numberText(depth) + " bits"; }
 void addPicture(const Essence& essence, Fields& fields) {
   fields.add("size", sizeText(essence));
   fields.add("aspect ratio", essence.aspectRatio, ratioText);
-  const auto scan = essence.scan ? std::optional<std::string>(nameOf(*essence.scan)) : std::nullopt;
+  const auto scan = essence.scan ? std::optional<std::string>(wordOf(*essence.scan)) : std::nullopt;
   fields.add("scan", joined({scan, essence.frameLayout, essence.fieldDominance}, ", "));
   const auto depth = essence.bitDepth ? std::optional<std::string>(depthText(*essence.bitDepth)) : std::nullopt;
   fields.add("sampling", joined({essence.subsampling, depth}, ", "));
@@ -173,19 +173,19 @@ void addSound(const Essence& essence, Fields& fields) {
   }
 }
 
-const char* headingOf(Kind kind) {
+const char* headingOf(TrackKind kind) {
   switch (kind) {
-    case Kind::kPicture:
+    case TrackKind::kPicture:
       return "Video";
-    case Kind::kSound:
+    case TrackKind::kSound:
       return "Audio";
-    case Kind::kData:
+    case TrackKind::kData:
       return "Data";
-    case Kind::kTimecode:
+    case TrackKind::kTimecode:
       return "Timecode";
-    case Kind::kDescriptive:
+    case TrackKind::kDescriptive:
       return "Descriptive metadata";
-    case Kind::kOther:
+    case TrackKind::kOther:
       return "Other";
   }
   return "";
@@ -198,10 +198,10 @@ bool isSame(const std::optional<Summary::Duration>& left, const std::optional<Su
 /// All of a track but its number and name.
 std::vector<FieldGroup::Field> trackFields(const MetadataSummary& summary, const Track& track) {
   Fields fields;
-  const bool isPicture = track.kind == Kind::kPicture;
+  const bool isPicture = track.kind == TrackKind::kPicture;
   if (track.essence != nullptr) fields.add("coding", codingText(*track.essence));
   if (track.essence != nullptr && isPicture) addPicture(*track.essence, fields);
-  if (track.essence != nullptr && track.kind == Kind::kSound) addSound(*track.essence, fields);
+  if (track.essence != nullptr && track.kind == TrackKind::kSound) addSound(*track.essence, fields);
   fields.add("start", track.start, startText);
   if (isPicture) fields.add("frame rate", track.editRate, rateText);
   if (!isSame(track.duration, summary.duration)) {
@@ -225,7 +225,7 @@ bool areSame(const std::vector<FieldGroup::Field>& left, const std::vector<Field
 }
 
 /// The tracks of a kind; neighbours with the same fields under one heading.
-void addTracks(const MetadataSummary& summary, Kind kind, std::vector<FieldGroup>& groups) {
+void addTracks(const MetadataSummary& summary, TrackKind kind, std::vector<FieldGroup>& groups) {
   const std::size_t before = groups.size();
   for (const auto& track : summary.tracks) {
     if (track.kind != kind) continue;
@@ -299,7 +299,8 @@ std::string timeText(double seconds) {
 
 std::vector<FieldGroup> groupsOf(const MetadataSummary& summary) {
   std::vector<FieldGroup> groups = {{"General", generalFields(summary)}};
-  for (const auto kind : {Kind::kPicture, Kind::kSound, Kind::kData, Kind::kTimecode, Kind::kOther}) {
+  for (const auto kind :
+       {TrackKind::kPicture, TrackKind::kSound, TrackKind::kData, TrackKind::kTimecode, TrackKind::kOther}) {
     addTracks(summary, kind, groups);
   }
   for (const auto& framework : summary.frameworks) groups.push_back(groupOf(framework));

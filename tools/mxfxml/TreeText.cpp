@@ -8,7 +8,7 @@ namespace Vantor::Tool {
 
 namespace {
 
-using Kind = TreeLine::Kind;
+using LineKind = TreeLine::Kind;
 
 constexpr std::size_t kIndent = 3;  // columns of a branch
 
@@ -29,9 +29,9 @@ class TreeWriter {
   explicit TreeWriter(const TreeStyle& style) : style_(style), boxes_(style.hasBoxes ? kBoxes : kPlainBoxes) {}
 
   void add(const TreeLine& line) {
-    if (line.kind == Kind::kHeading && !text_.empty()) text_ += "\n";
-    const auto start = line.kind == Kind::kHeading ? std::string() : startOf(line);
-    const auto rest = line.kind == Kind::kHeading ? std::string() : restOf(line);
+    if (line.kind == LineKind::kHeading && !text_.empty()) text_ += "\n";
+    const auto start = line.kind == LineKind::kHeading ? std::string() : startOf(line);
+    const auto rest = line.kind == LineKind::kHeading ? std::string() : restOf(line);
     addWrapped(line, start, rest);
   }
   std::string take() { return std::move(text_); }
@@ -39,7 +39,7 @@ class TreeWriter {
  private:
   /// What stands before the first line of a set or a value.
   std::string startOf(const TreeLine& line) {
-    if (line.kind == Kind::kValue) return restOf(line);
+    if (line.kind == LineKind::kValue) return restOf(line);
     goesOn_.resize(std::max(goesOn_.size(), line.depth + 1));
     goesOn_[line.depth] = line.depth != 0 && !line.isLast;
     if (line.depth == 0) return {};
@@ -49,7 +49,7 @@ class TreeWriter {
   /// What stands before the other lines.
   std::string restOf(const TreeLine& line) const {
     const auto bars = barsUpTo(line.depth) + (line.hasBranches ? boxes_.value : "  ");
-    return line.kind == Kind::kSet ? bars + "  " : bars;
+    return line.kind == LineKind::kSet ? bars + "  " : bars;
   }
 
   std::string barsUpTo(std::size_t depth) const {
@@ -65,7 +65,7 @@ class TreeWriter {
       pieces.push_back({printable(piece.text), piece.style});
       all += pieces.back().text;
     }
-    const std::string hanging = line.kind == Kind::kValue ? rest + "  " : rest;
+    const std::string hanging = line.kind == LineKind::kValue ? rest + "  " : rest;
     std::size_t at = 0;
     std::string before = start;
     for (const auto& part : wrapped(all, roomBehind(start), roomBehind(hanging))) {

@@ -26,7 +26,7 @@ std::string cutTo(std::size_t width, std::string text) {
 }
 
 /// The lines of the details.
-std::vector<std::string> wrapped(const std::vector<std::string>& details, std::size_t room) {
+std::vector<std::string> wrappedDetails(const std::vector<std::string>& details, std::size_t room) {
   std::vector<std::string> lines(1);
   for (std::size_t i = 0; i < details.size(); ++i) {
     const auto detail = cutTo(room - 1, details[i]) + (i + 1 < details.size() ? "," : "");
@@ -56,7 +56,7 @@ std::string WrappedRows::text(std::size_t width) const {
 std::string WrappedRows::linesOf(const Row& row, std::size_t column, std::size_t room) {
   std::string text;
   std::string line = std::string(kMargin, ' ') + row.name;
-  for (const auto& details : wrapped(row.details, room)) {
+  for (const auto& details : wrappedDetails(row.details, room)) {
     const bool isFull = widthOf(line) + kMargin > column;
     if (isFull && !details.empty()) text += std::exchange(line, "") + "\n";
     if (!details.empty()) line += std::string(column - widthOf(line), ' ') + details;

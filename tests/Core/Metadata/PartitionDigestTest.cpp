@@ -9,11 +9,12 @@
 namespace Vantor {
 namespace {
 
-Items thing() { return Items().instanceUID(1).item(0x4001, "00000102").item(0x9abc, "55"); }
+Items thingItems() { return Items().instanceUID(1).item(0x4001, "00000102").item(0x9abc, "55"); }
 
 /// A partition with a primer row, a known set, a dark group and a dark set.
 struct Sample {
-  explicit Sample(SharedPtr<const MetaMetadata::Dictionary> dictionary = testDictionary(), const Items& items = thing())
+  explicit Sample(SharedPtr<const MetaMetadata::Dictionary> dictionary = testDictionary(),
+                  const Items& items = thingItems())
       : partition(std::move(dictionary)) {
     partition.partitionDictionary().addPrimerEntry({0x8001, darkSetKey()});
     readSet(partition, keyOf("Thing"), items);
