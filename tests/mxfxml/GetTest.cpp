@@ -86,7 +86,7 @@ TEST(Get, NamesPropertiesOnDemand) {
 }
 
 TEST(Get, EndsWith1WhereAFileHasNoSuchValue) {
-  const auto a = sample("op1a.mxf"), b = sample("bmx-as02-as02b.mxf");
+  const auto a = sample("op1a.mxf"), b = sample("gst-audio-ac3.mxf");
   const auto result = get({"-p", "MPEGVideoDescriptor.ImageAspectRatio", a, b});
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.out, a + ": 4:3\n");

@@ -80,8 +80,8 @@ class ValuesReader {
   }
 
   void readFiles(const JSON::Value& root) {
-    JSON::requireMembers(root, {"format", "version", "files"});
     requireFormat(root);
+    JSON::requireMembers(root, {"format", "version", "files"});
     const auto& files = JSON::requiredMember(root, "files");
     JSON::readingAt("files", files, [&] {
       if (files.items() == nullptr) throw Refusal("it is no array");

@@ -5,6 +5,7 @@
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Types/Types.h"
+#include "Core/Types/ValueText.h"
 #include "Core/Types/WideStringType.h"
 
 namespace Vantor {
@@ -39,7 +40,7 @@ TEST(PropertyLine, IsReadBack) {
   for (const wstring text : {u"a\nb", u"\"V1\"", u"\"V1", u"\"V1\"... (5 octets)", u" 0x[41]", u"\\", u"a\tb\u2028"}) {
     NamedProduct original(text), copy(u"other");
     copy.set().set("ApplicationName", original.line());
-    EXPECT_EQ(copy.set().get<Types::UTF16String>("ApplicationName").value(), text);
+    EXPECT_EQ(Types::textOfValue(copy.set().get<Types::UTF16String>("ApplicationName")), text);
   }
 }
 
