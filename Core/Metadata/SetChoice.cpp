@@ -237,6 +237,14 @@ bool SetChoice::matches(const MetadataSet& set, const Selector& selector) {
   }
 }
 
+bool SetChoice::isMistaken() const {
+  if (lastSelector_ != nullptr) {
+    return lastSelector_->kind == Selector::Kind::kCondition && (!isKnown_ || !mistake_.empty());
+  }
+  const auto kinds = partition_.partitionDictionary().dictionary()->findSetsByName(lastStep_->name);
+  return kinds.empty() && !digitsIn(lastStep_->name);
+}
+
 void SetChoice::raiseNotFound() const {
   if (lastSelector_ != nullptr) raiseUnselected();
   raiseUnnamed();

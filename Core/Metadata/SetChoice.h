@@ -20,6 +20,9 @@ class SetChoice {
 
   /// Sets of a kind in file order; those of a later step with the nearest first.
   const Sets& sets() const { return sets_; }
+  /// Of a path that leads to no sets: whether it can lead to none in any partition, since a set or a property has a
+  /// name of none, or a condition has a value that its property cannot have.
+  bool isMistaken() const;
   /// To be called when there are none. @throws InvalidFormat naming the part of the path that leads nowhere.
   [[noreturn]] void raiseNotFound() const;
   /// To be called when there are several. @throws InvalidFormat listing the choices, each with what distinguishes its

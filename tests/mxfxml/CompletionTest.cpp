@@ -65,6 +65,12 @@ TEST(Completion, NamesTheSetsOfTheFile) {
   EXPECT_THAT(completions({"export", sample("op1a.mxf"), "--start", "Pre"}), ElementsAre("Preface"));
 }
 
+TEST(Completion, NamesThePropertiesToGet) {
+  EXPECT_THAT(completions({"get", sample("op1a.mxf"), "Preface.FormatV"}), ElementsAre("Preface.FormatVersion"));
+  EXPECT_THAT(completions({"get", "-p", "Identification.Com"}), ElementsAre("Identification.CompanyName"));
+  EXPECT_THAT(completions({"get", sample("op1a.mxf"), "--wi"}), ElementsAre("--with-names"));
+}
+
 TEST(Completion, NamesAllSetsWithoutAFileThatCanBeRead) {
   EXPECT_THAT(completions({"set", "nosuch.mxf", "RGBA"}), ElementsAre("RGBADescriptor.", "RGBAEssenceDescriptor."));
   EXPECT_THAT(completions({"set", sample("adm.dictionary"), "RGBA"}),

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "ChangedSample.h"
+#include "JSON/Text.h"
 #include "Program.h"
 #include "ScratchFolder.h"
 
@@ -211,11 +212,43 @@ TEST(Info, CountsWhatItCannotDecode) {
   EXPECT_EQ(fieldOf(summary, "unknown properties"), "3");
 }
 
-TEST(Info, PrintsFieldsForScripts) {
-  const auto lines = "\n" + run({"info", "--fields", sample("bmx-as02-as02b.mxf")}).out;
-  for (const char* line : {"title=as02clip", "start=10:00:00:00", "start_frames=900000", "duration_time=00:00:00.080",
-                           "track.1.kind=picture", "track.1.width=1920", "track.1.aspect_ratio=16/9"}) {
-    EXPECT_THAT(lines, HasSubstr("\n" + std::string(line) + "\n"));
+/// A member of the first file in JSON, on one line.
+std::string describedMember(const Result& result, const char* name) {
+  const auto json = JSON::fromText(result.out);
+  const auto* member = json.find("files")->items()->at(0).find(name);
+  return member == nullptr ? "" : JSON::toLine(*member);
+}
+
+TEST(Info, DescribesFilesAsJSON) {
+  const Result result = run({"info", "--json", sample("bmx-as02-as02b.mxf")});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(describedMember(result, "title"), "\"as02clip\"");
+  EXPECT_EQ(describedMember(result, "start"),
+            R"({"value":900000,"framesPerSecond":25,"dropFrame":false,"text":"10:00:00:00"})");
+  EXPECT_THAT(describedMember(result, "duration"),
+              testing::AllOf(HasSubstr(R"("seconds":0.08)"), HasSubstr(R"("text":"00:00:00.080")")));
+  EXPECT_THAT(describedMember(result, "tracks"),
+              testing::AllOf(HasSubstr(R"("width":1920)"), HasSubstr(R"("text":"16:9")")));
+  EXPECT_EQ(describedMember(result, "partition"), "\"header\"");
+  EXPECT_THAT(describedMember(result, "counts"), HasSubstr(R"("Preface":1)"));
+}
+
+TEST(Info, DescribesAFileThatCannotBeReadByItsProblem) {
+  const Result result = run({"info", "--json", "missing.mxf", sample("op1a.mxf")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("missing.mxf"));
+  EXPECT_THAT(describedMember(result, "problem"), HasSubstr("missing.mxf"));
+  EXPECT_EQ(JSON::fromText(result.out).find("files")->items()->size(), 2u);
+}
+
+TEST(Info, DescribesWhatTheFileDefinesOfItsOwn) {
+  const Result result = run({"info", "--json", sample("libmxf-writeaviddv50.header.mxf")});
+  EXPECT_THAT(describedMember(result, "ownDictionary"), HasSubstr("\"problems\":["));
+}
+
+TEST(Info, RefusesJSONOfLists) {
+  for (const char* option : {"--partitions", "--sets", "--all-sets", "--all"}) {
+    EXPECT_EQ(run({"info", "--json", option, sample("op1a.mxf")}).exitCode, 2) << option;
   }
 }
 

@@ -232,6 +232,10 @@ std::vector<std::string> documentsIn(const ScratchFolder& folder) {
     commands.push_back({"verify", file, "--json"});
     commands.push_back({"check", file, "--json"});
     commands.push_back({"diff", file, sample("op1a.mxf"), "--json"});
+    commands.push_back({"info", file, "--json"});
+    commands.push_back({"get", file, "--json", "Preface.OperationalPattern", "TimelineTrack[*].EditRate",
+                        "Timecode[*].StartTimecode", "FileDescriptor[*].SampleRate",
+                        "Identification[*].ProductVersion"});
   }
   std::vector<std::string> files;
   for (const auto& command : commands) {
@@ -260,6 +264,20 @@ class JSONSchema : public testing::Test {
 
 TEST_F(JSONSchema, DescribesWhatTheProgramPrints) {
   const int exitCode = validate(documentsIn(folder));
+  if (isMissing) GTEST_SKIP() << "python3-jsonschema is missing";
+  EXPECT_EQ(exitCode, 0) << readFile(folder.path("problems"));
+}
+
+TEST_F(JSONSchema, DescribesFilesWithTrouble) {
+  const std::vector<std::vector<std::string>> commands = {{"info", "--json", "missing.mxf"},
+                                                          {"get", "--json", "missing.mxf", "Preface.FormatVersion"},
+                                                          {"get", "--json", sample("op1a.mxf"), "Preface.Dictionary"}};
+  std::vector<std::string> files;
+  for (const auto& command : commands) {
+    files.push_back(folder.path(std::to_string(files.size()) + ".json"));
+    writeFile(files.back(), run(command).out);
+  }
+  const int exitCode = validate(files);
   if (isMissing) GTEST_SKIP() << "python3-jsonschema is missing";
   EXPECT_EQ(exitCode, 0) << readFile(folder.path("problems"));
 }

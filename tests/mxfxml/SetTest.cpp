@@ -403,7 +403,7 @@ TEST(Set, NamesTheStartThatIsNotThere) {
 TEST(Set, NeedsSomethingToDo) {
   const Result result = run({"set", sample(kSample)});
   EXPECT_EQ(result.exitCode, 2);
-  EXPECT_EQ(result.err, "mxfxml: Set.Property=VALUE or --remove is required; see mxfxml set --help\n");
+  EXPECT_EQ(result.err, "mxfxml: Set.Property=VALUE, --remove or --from is required; see mxfxml set --help\n");
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ TEST(Usage, HelpListsTheSubcommands) {
     const Result result = run({option});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("mxfxml [OPTIONS] SUBCOMMAND"));
-    EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "info", "show", "diff", "check",
+    EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "info", "get", "show", "diff", "check",
                                                  "dictionary", "set", "undo", "recover", "export", "import", "verify"));
     EXPECT_THAT(result.out, AllOf(HasSubstr("\nLook:\n"), HasSubstr("\nEdit:\n"), HasSubstr("\nConvert:\n")));
     EXPECT_EQ(result.err, "");
@@ -64,14 +64,18 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
             {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--json", "--vocabulary",
              "--dictionary", "--own-dictionary"}},
            {"info",
-            {"INPUT", "-h,--help", "--partition", "--partitions", "--sets", "--all-sets", "--all", "--fields",
+            {"INPUT", "-h,--help", "--partition", "--partitions", "--sets", "--all-sets", "--all", "--json",
              "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
+           {"get",
+            {"INPUT", "Set.Property", "-h,--help", "-p,--property", "--with-names", "--no-names", "--json",
+             "--partition", "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
            {"show",
             {"INPUT", "-h,--help", "--set", "--depth", "--refs", "--color", "--partition", "--dictionary",
              "--own-dictionary", "--no-own-dictionary"}},
            {"set",
-            {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--start", "-o,--output", "--partition", "--only",
-             "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary", "--own-dictionary"}},
+            {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--from", "--start", "-o,--output", "--partition",
+             "--only", "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary",
+             "--own-dictionary"}},
            {"diff",
             {"INPUT", "OTHER", "-h,--help", "--tree", "--color", "--strict", "--ignore-ids", "--partition", "--json",
              "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
@@ -96,7 +100,7 @@ TEST(Usage, VersionNamesTheRegistersAndTheLibraries) {
 
 TEST(Usage, HelpOfASubcommandEndsWithExamples) {
   for (const char* command :
-       {"info", "show", "diff", "check", "dictionary", "set", "undo", "recover", "export", "import", "verify"}) {
+       {"info", "get", "show", "diff", "check", "dictionary", "set", "undo", "recover", "export", "import", "verify"}) {
     EXPECT_THAT(run({command, "--help"}).out, HasSubstr(std::string("\nExamples:\n  mxfxml ") + command + " "))
         << command;
   }
@@ -134,7 +138,7 @@ TEST(Usage, RefusesBadValuesOfOptions) {
 }
 
 TEST(Usage, RefusesEmptyFileNames) {
-  for (const std::string command : {"export", "import", "verify", "info", "set", "diff", "recover", "undo"}) {
+  for (const std::string command : {"export", "import", "verify", "info", "get", "set", "diff", "recover", "undo"}) {
     expectUsageError({command, ""}, "INPUT: the file name is empty; see mxfxml " + command + " --help");
   }
   for (const std::string command : {"export", "import", "set"}) {

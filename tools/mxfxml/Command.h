@@ -69,6 +69,9 @@ std::unique_ptr<Command> importCommand(CLI::App& program);
 std::unique_ptr<Command> verifyCommand(CLI::App& program);
 /// `mxfxml info`: prints what people ask of a file first, or its partitions and sets.
 std::unique_ptr<Command> infoCommand(CLI::App& program);
+/// `mxfxml get`: prints values of properties alone. Ends with 1 when a file does not have one; a file that cannot be
+/// read does not keep it from the others.
+std::unique_ptr<Command> getCommand(CLI::App& program);
 /// `mxfxml show`: prints the sets of a file, MXF or XML, as a tree.
 std::unique_ptr<Command> showCommand(CLI::App& program);
 /// `mxfxml set`: changes values of properties, or removes properties.

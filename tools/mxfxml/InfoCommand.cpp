@@ -8,12 +8,14 @@
 #include "Core/MXF/FileStructure.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
+#include "JSONOutput.h"
 #include "MetadataText.h"
 #include "PartitionText.h"
 #include "SetList.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 #include "Summary/Summary.h"
+#include "SummaryJSON.h"
 #include "SummaryText.h"
 #include "Terminal.h"
 
@@ -85,6 +87,16 @@ std::string countsOf(const Registers::FileDefinitions& own) {
          std::to_string(own.types) + " types; " + std::to_string(own.problems.size()) + " problems";
 }
 
+JSON::Value definitionsOf(const Registers::FileDefinitions& own) {
+  auto problems = JSON::Value::array();
+  for (const auto& problem : own.problems) problems.append(oneLine(describe(problem)));
+  return JSON::Value::object()
+      .add("sets", uint64{own.sets})
+      .add("properties", uint64{own.properties})
+      .add("types", uint64{own.types})
+      .add("problems", std::move(problems));
+}
+
 /// What a file defines of its own; nothing for one without definitions.
 std::string describeOwn(const Registers::FileDefinitions& own) {
   if (!own.isThere) return {};
@@ -113,22 +125,28 @@ class InfoCommand final : public Command {
     addPartition(app(), partition_,
                  "header, footer, or a number in file order from 0, which is\nthe header partition; by default the "
                  "header partition, for the\nsummary the footer or another one in a better state");
-    app().add_flag("--partitions", partitions_, "Print the partitions and the number of sets of each kind instead");
-    app().add_flag("--sets", sets_,
-                   "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its "
-                   "kind, and the beginning of its\nInstanceUID, as mxfxml set takes it, too; wrapped to COLUMNS");
-    app().add_flag("--all-sets", allSets_, "The same with each definition of a MetaDictionary");
-    app().add_flag("--all", all_, "Print the summary, the partitions and the sets");
-    app().add_flag("--fields", fields_, "Print the summary as lines of KEY=VALUE");
+    auto* partitions =
+        app().add_flag("--partitions", partitions_, "Print the partitions and the number of sets of each kind instead");
+    auto* sets = app().add_flag(
+        "--sets", sets_,
+        "List the sets instead, each as mxfxml set takes it, with what\nsets it apart from others of its "
+        "kind, and the beginning of its\nInstanceUID, as mxfxml set takes it, too; wrapped to COLUMNS");
+    auto* allSets = app().add_flag("--all-sets", allSets_, "The same with each definition of a MetaDictionary");
+    auto* all = app().add_flag("--all", all_, "Print the summary, the partitions and the sets");
+    addJSON(app(), isJSON_)->excludes(partitions)->excludes(sets)->excludes(allSets)->excludes(all);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
-    addExamples({"info in.mxf", "info in.mxf --sets"});
+    addExamples({"info in.mxf", "info in.mxf --sets", "info --json a.mxf b.mxf"});
   }
 
   ExitCode run() const override {
     const auto definitions = needsDefinitions() ? std::optional<Definitions>(dictionary_.definitions()) : std::nullopt;
     ExitCode code = kSuccess;
-    for (const auto& file : files_) code = std::max(code, print(file, definitions));
+    auto list = JSON::Value::array();
+    for (const auto& file : files_) {
+      code = std::max(code, isJSON_ ? describe(file, list) : print(file, definitions));
+    }
+    if (isJSON_) printJSON(formatted("info").add("files", std::move(list)));
     return code;
   }
 
@@ -160,19 +178,57 @@ class InfoCommand final : public Command {
     return text;
   }
 
-  std::string summaryText(const Path& file, const MXF::FileStructure& structure) const {
-    const auto partitions = Summary::partitionsOf(structure);
-    const auto choice = partition_.value_or(betterThanHeader(partitions));
+  /// @param list  gets an object for the file.
+  ExitCode describe(const Path& file, JSON::Value& list) const {
+    auto json = JSON::Value::object().add("file", oneLine(file.u8string()));
+    try {
+      refuseStoppedChange(file);
+      auto described = json;
+      addTo(described, read(file, MXF::readStructure(file)));
+      list.append(std::move(described));
+      return kSuccess;
+    } catch (...) {
+      const auto problem = currentExceptionText(file);
+      printMessage(problem);
+      list.append(json.add("problem", oneLine(problem)));
+      return kFailure;
+    }
+  }
+
+  /// What a summary is made of.
+  struct Source {
+    MXF::FileStructure structure;
+    std::vector<Summary::Partition> partitions;
+    MXF::PartitionChoice choice;
     Registers::FileDefinitions own;
-    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(file, choice), &own);
-    const auto summary = Summary::summaryOf(*metadata);
-    if (fields_) return fieldLines(summary);
-    auto groups = groupsOf(summary);
-    groups.push_back(fileGroup(structure, partitions, choice));
-    if (own.isThere) groups.back().fields.push_back({"own dictionary", countsOf(own)});
-    auto undecoded = undecodedGroup(Counts(*metadata));
+    std::unique_ptr<PartitionMetadata> metadata;
+  };
+
+  Source read(const Path& file, const MXF::FileStructure& structure) const {
+    Source source{structure, Summary::partitionsOf(structure), {}, {}, nullptr};
+    source.choice = partition_.value_or(betterThanHeader(source.partitions));
+    source.metadata = dictionary_.read(DictionaryOptions::partitionOf(file, source.choice), &source.own);
+    return source;
+  }
+
+  std::string summaryText(const Path& file, const MXF::FileStructure& structure) const {
+    const auto source = read(file, structure);
+    auto groups = groupsOf(Summary::summaryOf(*source.metadata));
+    groups.push_back(fileGroup(structure, source.partitions, source.choice));
+    if (source.own.isThere) groups.back().fields.push_back({"own dictionary", countsOf(source.own)});
+    auto undecoded = undecodedGroup(Counts(*source.metadata));
     if (!undecoded.fields.empty()) groups.push_back(std::move(undecoded));
     return Tool::textOf(groups, terminalColumns());
+  }
+
+  static void addTo(JSON::Value& json, const Source& source) {
+    json.add("size", source.structure.fileSize).add("runIn", source.structure.runIn).add("end", source.structure.end);
+    json.add("partitions", jsonOf(source.partitions));
+    if (const auto* best = Summary::bestOf(source.partitions)) json.add("best", uint64{best->number});
+    json.add("partition", source.choice.text());
+    addSummary(Summary::summaryOf(*source.metadata), json);
+    json.add("counts", Tool::countsOf(*source.metadata));
+    if (source.own.isThere) json.add("ownDictionary", definitionsOf(source.own));
   }
 
   std::string listText(const Path& file, const MXF::FileStructure& structure, const Definitions& definitions) const {
@@ -194,7 +250,7 @@ class InfoCommand final : public Command {
   bool sets_ = false;
   bool allSets_ = false;
   bool all_ = false;
-  bool fields_ = false;
+  bool isJSON_ = false;
   DictionaryOptions dictionary_;
 };
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <exception>
 #include <map>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -15,28 +16,24 @@
 #include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "GivenValues.h"
 #include "OwnNames.h"
+#include "PropertyPaths.h"
 #include "StoppedChange.h"
 
 namespace Vantor::Tool {
 
 namespace {
 
-/// What the user wants of one property: "Set.Property=VALUE", or "Set.Property" to remove it.
-using Change = PropertyPath;
+/// What the user wants of one property: "Set.Property=VALUE", or "Set.Property" to remove it, or a value of a document.
+struct Change : PropertyPath {
+  Change(const PropertyPath& path, std::shared_ptr<const GivenValue> givenValue = nullptr)
+      : PropertyPath(path), given(std::move(givenValue)) {}
 
-/// @throws UsageError naming the text when it has another shape.
-Change parseChange(const std::string& text, bool hasValue) {
-  const auto valid = Utils::wstringToString(Utils::stringToWstring(text));
-  if (valid != text) throw UsageError("'" + valid + "' is no text in UTF-8");
-  Change change(text);
-  if (change.set.empty() || change.property.empty() || hasValue != change.value.has_value()) {
-    const std::string value = hasValue ? "=VALUE" : "";
-    throw UsageError("'" + text + "' is no " + (hasValue ? "assignment" : "property") + "; write Set.Property" + value +
-                     ", or Set[2].Property" + value + " for the second set of a name");
-  }
-  return change;
-}
+  bool isAssignment() const { return value || given != nullptr; }
+
+  std::shared_ptr<const GivenValue> given;
+};
 
 class SetCommand final : public Command {
  public:
@@ -60,6 +57,10 @@ class SetCommand final : public Command {
                         ->type_name("Set.Property")
                         ->allow_extra_args(false);
     hint(removed, {CompletionHint::Kind::kPropertyPath});
+    addFile(app(), "--from", from_,
+            "Set the values in a JSON document: what mxfxml get --json\nprints of another file, or "
+            "{\"Set.Property\": value, ...}; -\nreads it from standard input")
+        ->type_name("VALUES.json");
     auto* start = app()
                       .add_option("--start", start_,
                                   "Of several sets with one name, edit this one, such as that\nwith an InstanceUID")
@@ -73,16 +74,17 @@ class SetCommand final : public Command {
     options_.add(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
-    addExamples(
-        {"set in.mxf 'Timecode[*].StartTimecode=10:00:00:00'", "set in.mxf MaterialPackage.Name='Episode 3' -o out.mxf",
-         "set in.mxf 'TimelineTrack[TrackID=2].TrackName=A1' --dry-run", "set in.mxf --remove Preface.Dictionary"});
+    addExamples({"set in.mxf 'Timecode[*].StartTimecode=10:00:00:00'",
+                 "set in.mxf MaterialPackage.Name='Episode 3' -o out.mxf",
+                 "set in.mxf 'TimelineTrack[TrackID=2].TrackName=A1' --dry-run",
+                 "set in.mxf --remove Preface.Dictionary", "set in.mxf --from values.json"});
   }
 
   ExitCode run() const override {
-    if (assignments_.empty() && removals_.empty()) throw UsageError("Set.Property=VALUE or --remove is required");
-    std::vector<Change> changes;
-    for (const auto& text : assignments_) changes.push_back(parseChange(text, true));
-    for (const auto& text : removals_) changes.push_back(parseChange(text, false));
+    if (assignments_.empty() && removals_.empty() && !from_) {
+      throw UsageError("Set.Property=VALUE, --remove or --from is required");
+    }
+    const auto changes = wanted();
     if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
     if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (output_) refuseSameFile(input(), *output_);
@@ -111,6 +113,15 @@ class SetCommand final : public Command {
     MetadataSet* set;
   };
 
+  std::vector<Change> wanted() const {
+    std::vector<Change> changes;
+    for (const auto& text : assignments_) changes.emplace_back(parsePropertyPath(text, true));
+    for (const auto& text : removals_) changes.emplace_back(parsePropertyPath(text, false));
+    if (!from_) return changes;
+    for (const auto& given : readGivenValues(*from_)) changes.emplace_back(given->path(), given);
+    return changes;
+  }
+
   /// Before anybody looks for the right spelling.
   void refuseUneditable() const {
     DataIO::File::FileDataSource source(input());
@@ -136,7 +147,17 @@ class SetCommand final : public Command {
       if (place.change == failed && !options_.keepsGoing()) continue;  // one message will do
       if (!attempt(*place.change, failures, metadata, [&] { make(*place.change, *place.set); })) failed = place.change;
     }
+    if (failures.empty()) checkGiven(places, failures, metadata);
     return report(failures);
+  }
+
+  /// A property may show by another what it means, as a timecode by its rate: therefore after all changes.
+  void checkGiven(const std::vector<Place>& places, std::vector<std::exception_ptr>& failures,
+                  const PartitionMetadata& metadata) const {
+    for (const auto& place : places) {
+      const auto* given = place.change->given.get();
+      if (given != nullptr) attempt(*place.change, failures, metadata, [&] { given->requireAgreement(*place.set); });
+    }
   }
 
   std::vector<Place> placesOf(const PartitionMetadata& metadata, const std::vector<Change>& changes,
@@ -150,7 +171,8 @@ class SetCommand final : public Command {
     // It is read by the base in its set, which may change with it.
     std::stable_partition(places.begin(), places.end(), [](const Place& place) {
       const auto* attribute = attributeOf(place);
-      return attribute == nullptr || !place.change->value || attribute->metaElement()->symbol() != "StartTimecode";
+      return attribute == nullptr || !place.change->isAssignment() ||
+             attribute->metaElement()->symbol() != "StartTimecode";
     });
     return places;
   }
@@ -185,6 +207,8 @@ class SetCommand final : public Command {
       failures.push_back(std::current_exception());
     } catch (const CommandError&) {
       failures.push_back(std::current_exception());
+    } catch (const OtherFileError&) {
+      failures.push_back(std::current_exception());
     }
     return false;
   }
@@ -218,7 +242,9 @@ class SetCommand final : public Command {
   }
 
   void make(const Change& change, MetadataSet& set) const {
-    if (change.value) {
+    if (change.given != nullptr) {
+      change.given->assignTo(set);
+    } else if (change.value) {
       set.set(change.property, Utils::stringToWstring(*change.value), TextFiles::kRead);
     } else if (!set.remove(change.property)) {
       printMessage(input().u8string() + ": the " + set.fullName() + " has no " + set.namesOf(change.property) +
@@ -237,6 +263,7 @@ class SetCommand final : public Command {
 
   std::vector<std::string> assignments_;
   std::vector<std::string> removals_;
+  std::optional<Path> from_;
   std::optional<std::string> start_;
   std::optional<Path> output_;
   std::optional<MXF::PartitionChoice> partition_;

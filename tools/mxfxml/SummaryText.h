@@ -26,10 +26,6 @@ std::vector<FieldGroup> groupsOf(const Summary::MetadataSummary& summary);
 /// @param columns  of a line.
 std::string textOf(const std::vector<FieldGroup>& groups, std::size_t columns);
 
-/// Lines "key=value" for scripts: numbers and texts as they are, control characters escaped, in the order of the
-/// structure; tracks, channels and so on by their place from 0, such as "track.0.width".
-std::string fieldLines(const Summary::MetadataSummary& summary);
-
 /// "29.97 (30000/1001)", or a whole number.
 std::string rateText(const Summary::Ratio& rate);
 /// "00:28:15.040", in hours; rounded to milliseconds.

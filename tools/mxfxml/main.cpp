@@ -41,7 +41,8 @@ void describeProgram(CLI::App& program) {
   program.description("Turns the header metadata of MXF files into XML.");
   program.footer(
       "Exit codes: 0 done, 1 something is wrong with a file, 2 wrong usage; of diff and check:\n"
-      "0 nothing found, 1 differences or findings, 2 trouble or wrong usage.");
+      "0 nothing found, 1 differences or findings, 2 trouble or wrong usage; of get: 0 found,\n"
+      "1 a file lacks a value, 2 trouble or wrong usage.");
   program.set_version_flag("--version", versionText(), "Print the version, and what it is made with");
   program.require_subcommand(1);
   program.allow_windows_style_options(false);
@@ -83,9 +84,10 @@ struct CommandGroup {
 
 /// In the order of the help.
 std::vector<std::unique_ptr<Command>> addCommands(CLI::App& program) {
-  const CommandGroup groups[] = {{"Look", {infoCommand, showCommand, diffCommand, checkCommand, dictionaryCommand}},
-                                 {"Edit", {setCommand, undoCommand, recoverCommand}},
-                                 {"Convert", {exportCommand, importCommand, verifyCommand}}};
+  const CommandGroup groups[] = {
+      {"Look", {infoCommand, getCommand, showCommand, diffCommand, checkCommand, dictionaryCommand}},
+      {"Edit", {setCommand, undoCommand, recoverCommand}},
+      {"Convert", {exportCommand, importCommand, verifyCommand}}};
   std::vector<std::unique_ptr<Command>> commands;
   for (const auto& group : groups) {
     for (const auto& add : group.commands) {

@@ -3,7 +3,7 @@
 #include "Core/Comparison/ValueText.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
-#include "Core/Metadata/PropertyText.h"
+#include "Core/Metadata/PropertyLine.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Text/StringText.h"
@@ -93,6 +93,22 @@ TEST_P(SampleValues, AreTheSameOctetsWhereTheyAreSetAnew) {
     EXPECT_TRUE(value.set->set(value.property, text));
     EXPECT_EQ(octetsOf(value), octets) << value.set->fullName() << "." << value.property << "="
                                        << Utils::wstringToString(text);
+    ++pasted;
+  }
+  EXPECT_GT(pasted, 20u);
+}
+
+TEST_P(SampleValues, AreTheSameOctetsWhereTheirLinesAreSetAnew) {
+  std::size_t pasted = 0;
+  for (const auto& value : printedValues(*metadata_)) {
+    if (!isPrintedWhole(value)) continue;
+    const auto line = *lineOf(*value.set, heldProperty(*value.set, value.property));
+    const auto octets = octetsOf(value);
+    EXPECT_EQ(line.find(u'\n'), wstring::npos);
+    EXPECT_TRUE(value.set->remove(value.property));
+    EXPECT_TRUE(value.set->set(value.property, line));
+    EXPECT_EQ(octetsOf(value), octets) << value.set->fullName() << "." << value.property << "="
+                                       << Utils::wstringToString(line);
     ++pasted;
   }
   EXPECT_GT(pasted, 20u);

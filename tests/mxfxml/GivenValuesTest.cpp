@@ -1,0 +1,238 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Program.h"
+#include "ScratchFolder.h"
+#include "tests/SampleFiles.h"
+
+/// `mxfxml set --from`: values that a JSON document gives.
+namespace Vantor::Tool {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+/// A copy of a sample, and a document with values for it.
+class GivenValues : public testing::Test {
+ protected:
+  GivenValues() { copy("gst-audio-ac3.mxf"); }
+
+  void copy(const std::string& name) const {
+    fs::copy_file(sample(name), file(), fs::copy_options::overwrite_existing);
+  }
+  std::string file() const { return folder_.path("b.mxf"); }
+  std::string document() const { return folder_.path("values.json"); }
+
+  Result set(const std::string& json, std::vector<std::string> options = {}) const {
+    writeFile(document(), json);
+    options.insert(options.begin(), {"set", file(), "--from", document()});
+    return run(options);
+  }
+  std::string value(const std::string& path) const { return run({"get", file(), path}).out; }
+
+  /// A document with one value, as `get --json` prints it.
+  static std::string given(const std::string& path, const std::string& property, const std::string& members) {
+    return R"({"format": "mxfxml-get", "version": 1, "files": [{"file": "a.mxf", "values": [{"path": ")" + path +
+           R"(", "property": ")" + property + "\", " + members + "}]}]}";
+  }
+
+  void expectRefusal(const std::string& json, const std::string& message) const {
+    const auto before = readFile(file());
+    const auto result = set(json);
+    EXPECT_EQ(result.exitCode, 1) << json;
+    EXPECT_THAT(result.err, HasSubstr(document() + ": " + message)) << json;
+    EXPECT_TRUE(readFile(file()) == before) << json;
+  }
+
+  ScratchFolder folder_;
+};
+
+TEST_F(GivenValues, AreThoseOfAnObject) {
+  const auto result = set(R"({"Identification.CompanyName": "Ed", "MaterialPackage.Name": "Episode 3"})");
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(value("Identification.ApplicationSupplierName"), "Ed\n");
+  EXPECT_EQ(value("MaterialPackage.PackageName"), "Episode 3\n");
+}
+
+TEST_F(GivenValues, HaveTheFormsOfExportsAndThoseOfPeople) {
+  copy("op1a.mxf");
+  for (const auto& [json, text] :
+       {std::pair(R"("16:9")", "16:9\n"), std::pair(R"({"numerator": 4, "denominator": 3})", "4:3\n"),
+        std::pair(R"({"octets": "0000001000000009"})", "16:9\n"), std::pair(R"("0x[0000000400000003]")", "4:3\n")}) {
+    const auto result = set(std::string(R"({"MPEGVideoDescriptor.ImageAspectRatio": )") + json + "}", {"--only"});
+    EXPECT_EQ(result.exitCode, 0) << json << result.err;
+    EXPECT_EQ(value("MPEGVideoDescriptor.ImageAspectRatio"), text) << json;
+  }
+}
+
+TEST_F(GivenValues, OfTextPropertiesAreTheTextAsItIs) {
+  for (const auto& [json, text] :
+       {std::pair(R"("\"Ed\"")", "\"\\\"Ed\\\"\"\n"), std::pair(R"("@file")", "@file\n"),
+        std::pair(R"("0x[41]")", "\"0x[41]\"\n"), std::pair(R"("a\nb")", "\"a\\u000Ab\"\n")}) {
+    EXPECT_EQ(set(std::string(R"({"Identification.CompanyName": )") + json + "}").exitCode, 0) << json;
+    EXPECT_EQ(value("Identification.CompanyName"), text) << json;
+  }
+}
+
+TEST_F(GivenValues, OfAnotherFileAreThoseOfItsSetsByNumber) {
+  copy("op1a.mxf");
+  const auto values = folder_.path("values.json");
+  ASSERT_EQ(run({"set", file(), "TimelineTrack[1].TrackName=one", "TimelineTrack[2].TrackName=two"}).exitCode, 0);
+  const auto json = run({"get", "--json", file(), "TimelineTrack[*].TrackName"}).out;
+  copy("gst-audio-ac3.mxf");
+  const auto result = set(json);
+  const auto tracks = run({"get", file(), "TimelineTrack[*].TrackID"}).out;
+  EXPECT_GE(std::count(tracks.begin(), tracks.end(), '\n'), 2);
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(value("TimelineTrack[1].TrackName"), "one\n");
+  EXPECT_EQ(value("TimelineTrack[2].TrackName"), "two\n");
+}
+
+TEST_F(GivenValues, MayComeFromStandardInput) {
+  writeFile(document(), R"({"Identification.CompanyName": "Ed"})");
+  const auto result = runLimited("exec <'" + document() + "'", {"set", file(), "--from", "-"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(value("Identification.CompanyName"), "Ed\n");
+}
+
+TEST_F(GivenValues, AreRefusedForASetThatTheFileLacks) {
+  const auto before = readFile(file());
+  const auto result = set(given("TimelineTrack[99]", "TrackName", R"("value": "x")"));
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err,
+              testing::ContainsRegex("there is no TimelineTrack\\[99\\]: the partition has [0-9]+ of these sets"));
+  EXPECT_TRUE(readFile(file()) == before);
+}
+
+TEST_F(GivenValues, DecideAndTheirTextsHaveToAgree) {
+  EXPECT_EQ(set(given("Timecode[1]", "StartTimecode", R"("text": "10:00:00:00")"), {"--only"}).exitCode, 0);
+  EXPECT_EQ(set(given("Identification", "CompanyName", R"("value": "Ed", "text": "Ed")")).exitCode, 0);
+  EXPECT_EQ(value("Identification.CompanyName"), "Ed\n");
+  expectRefusal(given("Identification", "CompanyName", R"("value": "Ed", "text": "Eva")"),
+                "line 1: /files/0/values/0/text: \"text\" has 'Eva', but the value is Ed; correct one, or leave "
+                "\"text\" out");
+  expectRefusal(given("TimelineTrack[1]", "EditRate",
+                      R"("value": {"numerator": 24, "denominator": 1, "text": "25"}, "text": "24")"),
+                "line 1: /files/0/values/0/value/text: \"text\" has '25', but the value is 24");
+}
+
+TEST_F(GivenValues, AreComparedWithTextsAfterAllChanges) {
+  const auto json = [](const char* text) {
+    return std::string(R"({"Timecode[1].StartTimecode": {"value": 108000, "text": ")") + text +
+           R"("}, "Timecode[1].FramesPerSecond": 30})";
+  };
+  expectRefusal(json("02:00:00:00"), "line 1: /Timecode[1].StartTimecode/text: \"text\" has '02:00:00:00'");
+  const auto result = set(json("01:00:00:00"), {"--only", "--ignore", "timecode-rate"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(value("Timecode[1].StartTimecode"), "01:00:00:00\n");
+}
+
+TEST_F(GivenValues, AreRefusedWithTheirPlace) {
+  expectRefusal("{\"Identification.CompanyName\": \"Ed\",}", "line 1, column ");
+  expectRefusal("", "line 1, column 1");
+  expectRefusal("[]", "line 1");
+  expectRefusal("{}", "there are no values");
+  expectRefusal("{\n\"Identification.CompanyName\": null}",
+                "line 2: /Identification.CompanyName: null is no value; --remove removes a property");
+  expectRefusal("{\"Identification.CompanyName\": 1}",
+                "line 1: /Identification.CompanyName: it is a number, not a text");
+  expectRefusal("{\"Identification\": 1}",
+                "line 1: /Identification: 'Identification' is no property; write Set.Property");
+  expectRefusal("{\"A.B=C\": 1}", "line 1: /A.B=C: 'A.B=C' is no property");
+  expectRefusal("{\"A[.B\": 1}", "line 1: /A[.B: the bracket in ");
+  expectRefusal("{\"TimelineTrack[1].EditRate\": \"fast\"}", "line 1: /TimelineTrack[1].EditRate: ");
+  expectRefusal("{\"TimelineTrack[1].EditRate\": {\"octets\": \"0\"}}", "line 1: /TimelineTrack[1].EditRate: ");
+  expectRefusal("{\"MaterialPackage.PackageID\": \"@/etc/hostname\"}", "line 1: /MaterialPackage.PackageID: ");
+  expectRefusal("{\"Preface.InstanceUID\": \"00\"}", "line 1: /Preface.InstanceUID: the InstanceUID of Preface");
+  std::string deep(100, '[');
+  expectRefusal("{\"Preface.FormatVersion\": " + deep, "line 1");
+}
+
+TEST_F(GivenValues, AreRefusedInADocumentOfAnotherForm) {
+  expectRefusal(R"({"format": "mxfxml-metadata", "version": 1, "sets": []})",
+                "the format is \"mxfxml-metadata\", not \"mxfxml-get\"");
+  expectRefusal(R"({"format": "x", "version": 1, "files": []})", "the format is \"x\", not \"mxfxml-get\"");
+  expectRefusal(R"({"format": "mxfxml-get", "version": 2, "files": []})", "line 1: /version: ");
+  expectRefusal(R"({"format": "mxfxml-get", "version": 1, "files": []})",
+                "line 1: /files: values of one file are taken, not of 0");
+  expectRefusal(R"({"format": "mxfxml-get", "version": 1, "files": [{"file": "a", "problem": "gone"}]})",
+                "line 1: /files/0: there are no values: gone");
+  expectRefusal(R"({"format": "mxfxml-get", "version": 1, "files": [{"file": "a", "values": []}]})",
+                "there are no values");
+  expectRefusal(R"({"format": "mxfxml-get", "version": 1, "files": [{"file": "a", "values": [1]}]})",
+                "line 1: /files/0/values/0: it is a number, not an object");
+  expectRefusal(given("Preface", "FormatVersion", R"("set": "Preface")"),
+                "line 1: /files/0/values/0: the member \"value\" is missing");
+  expectRefusal(given("Preface", "FormatVersion", R"("values": 1)"), "line 1: /files/0/values/0: there is no member");
+}
+
+TEST_F(GivenValues, NeedAFileThatCanBeRead) {
+  for (const auto& document : {folder_.path("missing.json"), folder_.path().string()}) {
+    const auto result = run({"set", file(), "--from", document});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, StartsWith("mxfxml: " + document + ": "));
+  }
+}
+
+TEST_F(GivenValues, GiveAPropertyOnlyOnce) {
+  writeFile(document(), R"({"Identification.CompanyName": "Ed"})");
+  const auto result = run({"set", file(), "Identification.ApplicationSupplierName=Eva", "--from", document()});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_THAT(result.err, HasSubstr("is given more than once"));
+}
+
+TEST_F(GivenValues, LeaveOutWhatCannotBeTakenOnDemand) {
+  const auto result =
+      set(R"({"Identification.CompanyName": "Ed", "TimelineTrack[1].EditRate": "fast"})", {"--keep-going"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(value("Identification.CompanyName"), "Ed\n");
+}
+
+/// Every value that `get` describes is the one that is there: nothing changes.
+TEST_F(GivenValues, ChangeNothingInTheFileThatTheyAreFrom) {
+  copy("op1a.mxf");
+  const auto before = readFile(file());
+  const std::vector<std::string> paths = {"Preface.FormatVersion",
+                                          "Preface.OperationalPattern",
+                                          "Preface.EssenceContainers",
+                                          "Identification.ApplicationVersion",
+                                          "Identification.FileModificationDate",
+                                          "TimelineTrack[*].EditRate",
+                                          "Timecode[*].StartTimecode",
+                                          "MaterialPackage.PackageID",
+                                          "MPEGVideoDescriptor.VideoLineMap",
+                                          "MPEGVideoDescriptor.FrameLayout"};
+  auto arguments = std::vector<std::string>{"get", "--json", file()};
+  arguments.insert(arguments.end(), paths.begin(), paths.end());
+  const auto json = run(arguments).out;
+  const auto result = set(json);
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_TRUE(readFile(file()) == before);
+}
+
+/// The languages of one sample in a file with the same sets under other InstanceUIDs.
+TEST_F(GivenValues, CopyLanguagesFromFileToFile) {
+  const auto from = (Path(VANTOR_SHARED_DIR) / "samples" / "bmx-op1a-mca-properties.header.mxf").string();
+  if (!fs::exists(from)) GTEST_SKIP() << "there is no " << from;
+  const std::string path = "MCALabelSubDescriptor[*].RFC5646SpokenLanguage", all = "MCALabelSubDescriptor[*].";
+  const auto languages = run({"get", from, path}).out;
+  ASSERT_NE(languages, "");
+  ASSERT_EQ(run({"export", from, "-o", folder_.path("a.xml")}).exitCode, 0);
+  ASSERT_EQ(run({"import", "--exact", folder_.path("a.xml"), "-o", file()}).exitCode, 0);
+  EXPECT_NE(value(all + "InstanceUID"), run({"get", from, all + "InstanceUID"}).out);
+  ASSERT_EQ(run({"set", file(), "--only", "--remove", path}).exitCode, 0);
+  EXPECT_EQ(value(path), "");
+  const auto result = set(run({"get", "--json", from, path}).out);
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(value(path), languages);
+}
+
+TEST_F(GivenValues, AreRefusedWhereTheFileHasNoSetOfTheKind) {
+  const auto result = set(given("SoundfieldGroupLabelSubDescriptor[1]", "RFC5646SpokenLanguage", R"("value": "en")"));
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("the partition has no set SoundfieldGroupLabelSubDescriptor"));
+}
+
+}  // namespace
+}  // namespace Vantor::Tool

@@ -1,0 +1,200 @@
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Command.h"
+#include "CommonOptions.h"
+#include "DictionaryOptions.h"
+#include "ErrorText.h"
+#include "InputDocument.h"
+#include "JSONOutput.h"
+#include "MetadataInput.h"
+#include "PropertyPaths.h"
+#include "PropertyValues.h"
+#include "StandardStreams.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+/// What one file has of the properties.
+struct Answers {
+  std::unique_ptr<PartitionMetadata> metadata;
+  std::vector<PropertyValues> byPath;  // in the order of the paths
+  std::vector<std::exception_ptr> troubles;
+};
+
+class GetCommand final : public Command {
+ public:
+  explicit GetCommand(CLI::App& program)
+      : Command(program, "get", "Print values of properties alone, as mxfxml set takes them") {
+    app().add_option("INPUT", input_, "MXF, XML or JSON file")->required()->type_name("")->check(whyNoFileName);
+    hint(
+        app()
+            .add_option("Set.Property", rest_,
+                        "The properties to print, with sets as mxfxml set takes them.\nOf several sets, the value that "
+                        "all of them have; Set[*] prints\nthat of each. After -p, these are more files")
+            ->type_name(""),
+        {CompletionHint::Kind::kPropertyPath});
+    auto* property =
+        app()
+            .add_option("-p,--property", properties_, "A property to print of all files; may be given several times")
+            ->type_name("Set.Property")
+            ->allow_extra_args(false);
+    hint(property, {CompletionHint::Kind::kPropertyPath});
+    auto* names = app().add_flag("--with-names", withNames_, "Print Set.Property before each value");
+    auto* bare = app().add_flag("--no-names", noNames_,
+                                "Print values alone where there are several files, without the\nname of the file");
+    auto* json = addJSON(app(), isJSON_);
+    json->excludes(names)->excludes(bare);
+    names->excludes(bare);
+    addPartition(app(), partition_,
+                 "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
+                 "partition");
+    dictionary_.addDictionary(app());
+    dictionary_.addOwnDictionary(app(), true);
+    app().footer(
+        "Exit codes: 0 found, 1 a file does not have a property, 2 trouble: a file that cannot\nbe read, a name that "
+        "the dictionary lacks, sets with different values.");
+    addExamples({"get in.mxf MaterialPackage.Name", "get -p Timecode.StartTimecode a.mxf b.mxf",
+                 "get in.mxf 'MCALabelSubDescriptor[*].RFC5646SpokenLanguage'",
+                 "get --json a.mxf 'TimelineTrack[*].TrackName' | mxfxml set b.mxf --from -"});
+  }
+
+  ExitCode run() const override {
+    std::vector<PropertyPath> paths;
+    for (const auto& text : properties_.empty() ? rest_ : properties_) paths.push_back(parsePropertyPath(text, false));
+    if (paths.empty()) throw UsageError("Set.Property is required");
+    const auto files = filesToRead();
+    ExitCode code = kSuccess;
+    auto list = JSON::Value::array();
+    for (const auto& file : files) code = std::max(code, get(file, paths, files.size() > 1, list));
+    if (isJSON_) printJSON(formatted("get").add("files", std::move(list)));
+    return code;
+  }
+  ExitCode failure() const override { return kTrouble; }
+
+ private:
+  using Paths = std::vector<PropertyPath>;
+
+  std::vector<Path> filesToRead() const {
+    std::vector<Path> files = {std::filesystem::u8path(input_)};
+    if (properties_.empty()) return files;
+    for (const auto& name : rest_) {
+      if (name.empty()) throw UsageError("INPUT: " + whyNoFileName(name));
+      files.push_back(std::filesystem::u8path(name));
+    }
+    return files;
+  }
+
+  /// A file with trouble does not keep the command from the others; nothing is printed of it.
+  /// @param list  with --json, gets an object for the file.
+  ExitCode get(const Path& file, const Paths& paths, bool areSeveral, JSON::Value& list) const {
+    auto json = JSON::Value::object().add("file", oneLine(file.u8string()));
+    Answers answers = answersOf(file, paths);
+    if (!answers.troubles.empty()) {
+      list.append(json.add("problem", report(file, answers.troubles)));
+      return kTrouble;
+    }
+    if (isJSON_) {
+      list.append(describe(file, answers, std::move(json)));
+    } else {
+      print(answers, paths, areSeveral ? oneLine(file.u8string()) + ": " : "");
+    }
+    return reportMissing(file, answers);
+  }
+
+  Answers answersOf(const Path& file, const Paths& paths) const {
+    Answers answers;
+    const auto attempt = [&answers](const auto& action) {
+      try {
+        action();
+      } catch (...) {
+        answers.troubles.push_back(std::current_exception());
+      }
+    };
+    attempt([&] { answers.metadata = read(file); });
+    if (answers.metadata == nullptr) return answers;
+    for (const auto& path : paths) attempt([&] { answers.byPath.push_back(valuesOf(*answers.metadata, path)); });
+    return answers;
+  }
+
+  std::unique_ptr<PartitionMetadata> read(const Path& file) const {
+    if (partition_ && documentFormatOf(file)) throw CommandError("--partition is for MXF files");
+    InputProblems problems;
+    auto metadata = dictionary_.read(metadataSource(file, partition_.value_or(MXF::PartitionChoice()), problems));
+    printProblems(file, problems, false);
+    return metadata;
+  }
+
+  /// @return the messages.
+  static std::string report(const Path& file, const std::vector<std::exception_ptr>& troubles) {
+    std::string all;
+    for (const auto& trouble : troubles) {
+      try {
+        std::rethrow_exception(trouble);
+      } catch (...) {
+        const auto message = oneLine(currentExceptionText(file));
+        printMessage(message);
+        all += (all.empty() ? "" : "; ") + message;
+      }
+    }
+    return all;
+  }
+
+  static ExitCode reportMissing(const Path& file, const Answers& answers) {
+    ExitCode code = kSuccess;
+    for (const auto& found : answers.byPath) {
+      if (!found.values.empty()) continue;
+      printMessage(file.u8string() + ": " + found.whyNone);
+      code = kFailure;
+    }
+    return code;
+  }
+
+  JSON::Value describe(const Path& file, const Answers& answers, JSON::Value json) const {
+    if (!documentFormatOf(file)) json.add("partition", partition_.value_or(MXF::PartitionChoice()).text());
+    const ExactPaths exact(*answers.metadata);
+    auto values = JSON::Value::array();
+    for (const auto& found : answers.byPath) {
+      for (const auto& value : found.values) values.append(jsonOf(value, exact));
+    }
+    return json.add("values", std::move(values));
+  }
+
+  void print(const Answers& answers, const Paths& paths, const std::string& fileName) const {
+    const ExactPaths exact(*answers.metadata);
+    const std::string before = noNames_ ? "" : fileName;
+    std::string text;
+    for (std::size_t i = 0; i < paths.size(); ++i) text += linesOf(answers.byPath[i], paths[i], exact, before);
+    writeStandardOutput(text);
+  }
+
+  std::string linesOf(const PropertyValues& found, const PropertyPath& path, const ExactPaths& exact,
+                      const std::string& before) const {
+    std::string lines;
+    for (const auto& value : found.values) {
+      const auto set = found.isOne ? path.set : exact.pathOf(*value.set);
+      lines += before + (withNames_ ? set + "." + path.property + ": " : "") + value.text + "\n";
+      if (found.isOne) break;
+    }
+    return lines;
+  }
+
+  std::string input_;
+  std::vector<std::string> rest_;  // properties, or with -p more files
+  std::vector<std::string> properties_;
+  bool withNames_ = false;
+  bool noNames_ = false;
+  bool isJSON_ = false;
+  std::optional<MXF::PartitionChoice> partition_;
+  DictionaryOptions dictionary_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> getCommand(CLI::App& program) { return std::make_unique<GetCommand>(program); }
+
+}  // namespace Vantor::Tool
