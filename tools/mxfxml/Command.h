@@ -52,7 +52,10 @@ class Command {
     for (const auto& example : examples) text += std::string("  ") + kProgramName + " " + example + "\n";
     app_->footer(text + "\n" + app_->get_footer());
   }
-  void addInput(const std::string& description) { addFileArgument(app(), "INPUT", input_, description); }
+  /// @param dash  whether "-" is standard input.
+  void addInput(const std::string& description, Dash dash = Dash::kNone) {
+    addFileArgument(app(), "INPUT", input_, description, dash);
+  }
 
  private:
   CLI::App* app_;

@@ -8,6 +8,9 @@
 /// What standard output can show.
 namespace Vantor::Tool {
 
+/// Whether standard output is a terminal.
+bool isTerminal();
+
 /// Columns of the terminal: COLUMNS in the environment where it is a number, else the width of the terminal that
 /// standard output is, else 80. From 40 to 1000.
 std::size_t terminalColumns();
