@@ -76,6 +76,8 @@ std::unique_ptr<Command> infoCommand(CLI::App& program);
 std::unique_ptr<Command> showCommand(CLI::App& program);
 /// `mxfxml set`: changes values of properties, or removes properties.
 std::unique_ptr<Command> setCommand(CLI::App& program);
+/// `mxfxml edit`: opens an export in the user's editor, shows what changed, and puts it back.
+std::unique_ptr<Command> editCommand(CLI::App& program);
 /// `mxfxml diff`: prints the differences between the header metadata of two files, MXF or XML. Fails after printing if
 /// there are any.
 std::unique_ptr<Command> diffCommand(CLI::App& program);

@@ -84,7 +84,7 @@ struct CommandGroup {
 /// In the order of the help.
 std::vector<std::unique_ptr<Command>> addCommands(CLI::App& program) {
   const CommandGroup groups[] = {{"Look", {infoCommand, showCommand, diffCommand, checkCommand, dictionaryCommand}},
-                                 {"Edit", {setCommand, undoCommand, recoverCommand}},
+                                 {"Edit", {setCommand, editCommand, undoCommand, recoverCommand}},
                                  {"Convert", {exportCommand, importCommand, verifyCommand}}};
   std::vector<std::unique_ptr<Command>> commands;
   for (const auto& group : groups) {
