@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "Program.h"
@@ -15,13 +15,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::AllOf;
-using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
-using testing::Not;
-using testing::StartsWith;
 
 constexpr const char* kRename = "sed -i s/FFmpeg/Edited/";
 
@@ -184,6 +180,9 @@ class EditDialogueTest : public EditCommandTest {
   }
 };
 
+constexpr const char* kSpoil = "sed -i '39s/25/many/' \"$file\"";
+constexpr const char* kMend = "sed -i -e '39s/many/25/' -e s/FFmpeg/Edited/ \"$file\"";
+constexpr const char* kSpoilt = "1 thing is wrong with the document";
 constexpr const char* kWrite = "Write these changes? [y]es, [e]dit again, [n]o ";
 constexpr const char* kAgain = "Edit it again? [e]dit again, [n]o ";
 
@@ -257,17 +256,18 @@ TEST_P(MistakenEditTest, IsOpenedAtItsLineAndMended) {
   EXPECT_THAT(log().substr(log().find('\n') + 1), MatchesRegex(mistake.arguments));
 }
 
-INSTANTIATE_TEST_SUITE_P(Edit, MistakenEditTest,
-                         testing::Values(Mistake{"Markup", "vim", "sed -i '6s/>/</' \"$file\"",
-                                                 "sed -i -e '6s/<0/>0/' -e s/FFmpeg/Edited/ \"$file\"",
-                                                 "not well-formed XML", "\\+6 .*/a\\.xml\n"},
-                                         Mistake{"Value", "nano", "sed -i '39s/25/many/' \"$file\"",
-                                                 "sed -i -e '39s/many/25/' -e s/FFmpeg/Edited/ \"$file\"",
-                                                 "1 thing is wrong with the document", "\\+3[89] .*/a\\.xml\n"},
-                                         Mistake{"Rule", "code", "sed -i '21s/>1</>2</' \"$file\"",
-                                                 "sed -i -e '21s/>2</>1</' -e s/FFmpeg/Edited/ \"$file\"",
-                                                 "the edit would break", "--wait --goto .*/a\\.xml:(21|45)\n"}),
-                         [](const auto& mistake) { return mistake.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Edit, MistakenEditTest,
+    testing::Values(Mistake{"Markup", "vim", "sed -i '6s/>/</' \"$file\"",
+                            "sed -i -e '6s/<0/>0/' -e s/FFmpeg/Edited/ \"$file\"", "not well-formed XML",
+                            "\\+6 .*/a\\.xml\n"},
+                    Mistake{"Value", "nano", kSpoil, kMend, kSpoilt, "\\+3[89] .*/a\\.xml\n"},
+                    Mistake{"ValueInSublime", "subl", kSpoil, kMend, kSpoilt, "--wait .*/a\\.xml:3[89]\n"},
+                    Mistake{"ValueInAnUnknownEditor", "ped", kSpoil, kMend, kSpoilt, "/[^ ]*/a\\.xml\n"},
+                    Mistake{"Rule", "code", "sed -i '21s/>1</>2</' \"$file\"",
+                            "sed -i -e '21s/>2</>1</' -e s/FFmpeg/Edited/ \"$file\"", "the edit would break",
+                            "--wait --goto .*/a\\.xml:(21|45)\n"}),
+    [](const auto& mistake) { return mistake.param.name; });
 
 TEST_F(EditDialogueTest, EndsWithTheMistakeWhenTheUserWantsThat) {
   auto terminal = started("sed -i s/EditRate/EdRate/");

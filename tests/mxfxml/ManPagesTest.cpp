@@ -66,6 +66,27 @@ TEST_F(ManPagesTest, HaveEveryOptionOfTheHelp) {
   }
 }
 
+/// As they look on a terminal, without hyphens.
+std::string shown(const std::string& page) {
+  return runScript("{ echo .nh; cat \"$1\"; } | groff -man -Tascii -P-cbou -rLL=200n", {page}).out;
+}
+
+TEST_F(ManPagesTest, HaveALineForEachExample) {
+  if (std::system("command -v groff >/dev/null 2>&1") != 0) GTEST_SKIP() << "groff is not installed";
+  for (const auto& name : pageNames()) {
+    if (name == "mxfxml") continue;
+    const auto page = shown(pathOf(name)), help = run({name.substr(7), "--help"}).out;
+    std::istringstream lines(help.substr(help.find("\nExamples:\n")));
+    std::size_t examples = 0;
+    for (std::string line; std::getline(lines, line);) {
+      if (line.compare(0, 9, "  mxfxml ") != 0) continue;
+      EXPECT_THAT(page, HasSubstr(" " + line.substr(2) + "\n")) << name;
+      ++examples;
+    }
+    EXPECT_NE(examples, 0u) << name;
+  }
+}
+
 TEST_F(ManPagesTest, AreSetWithoutAWarning) {
   if (std::system("command -v groff >/dev/null 2>&1") != 0) GTEST_SKIP() << "groff is not installed";
   for (const auto& name : pageNames()) {

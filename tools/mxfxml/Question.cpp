@@ -6,11 +6,7 @@
 #include <cstdio>
 
 #include "ErrorText.h"
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "Terminal.h"
 
 namespace Vantor::Tool {
 
@@ -18,11 +14,9 @@ namespace {
 
 #ifdef _WIN32
 constexpr std::array kSignals = {SIGINT, SIGTERM, SIGBREAK};
-bool isTerminal(std::FILE* stream) { return ::_isatty(::_fileno(stream)) != 0; }
 void endCallsOf(int) {}
 #else
 constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
-bool isTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) == 1; }
 /// A signal that is caught ends a read instead of being followed by its rest.
 void endCallsOf(int signal) {
   struct sigaction action {};

@@ -6,8 +6,6 @@
 #include <cstring>
 #ifdef _WIN32
 #include <io.h>
-
-#include <cstdio>
 #else
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -34,9 +32,9 @@ std::size_t systemColumns() {
 }  // namespace
 
 #ifdef _WIN32
-bool isTerminal() { return ::_isatty(::_fileno(stdout)) != 0; }
+bool isTerminal(std::FILE* stream) { return ::_isatty(::_fileno(stream)) != 0; }
 #else
-bool isTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
+bool isTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) == 1; }
 #endif
 
 std::size_t terminalColumns() {
