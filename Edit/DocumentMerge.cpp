@@ -175,6 +175,7 @@ EditedDocument readDocument(const LosslessXML::Document& document, const Partiti
 EditedDocument readDocument(const SetsOfDocument& document, const PartitionMetadata& ours) {
   DocumentForm form;
   form.isNested = false;
+  form.start = document.start;
   form.isAssumed = !document.digest;
   auto edited = emptyDocument(ours, form);
   document.read(*edited.partition);

@@ -37,11 +37,13 @@ struct MergeOptions {
   bool expectsUnchanged = false;
 };
 
-/// A document in another form than XML, which shows all sets and describes the state that it was exported from, or does
-/// not.
+/// A document in another form than XML, which describes the state that it was exported from, or does not.
 struct SetsOfDocument {
   std::function<void(PartitionMetadata& partition)> read;  ///< adds the sets; exceptions pass
   std::optional<uint64> digest = {};                       ///< `digestOf` the state; none when it does not have it
+  /// The set that the document starts from: it has this one, what that leads to, and what no reference leads to. None
+  /// for all sets.
+  std::optional<Types::UUID> start = {};
 };
 
 /// The sets of a document, ready to be merged.

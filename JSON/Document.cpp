@@ -48,11 +48,12 @@ void readPart(const Part& part, Read&& read) {
 }
 
 Description descriptionFrom(const Value& json) {
-  requireMembers(json, {"sets", "partition", "metadata"});
+  requireMembers(json, {"sets", "start", "partition", "metadata"});
   if (requiredText(json, "sets") != "all") throw Refusal("\"sets\" is not \"all\"");
   Description description;
   description.partition = requiredText(json, "partition");
   MXF::PartitionChoice::parse(description.partition);
+  if (json.find("start") != nullptr) description.start = instanceUIDIn(json, "start");
   const auto digest = Platform::numberFromHex<uint64>(requiredText(json, "metadata"));
   if (!digest) throw Refusal("\"metadata\" is no digest of 16 hexadecimal digits");
   description.digest = *digest;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 #include "Core/DataIO/DataSink.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Path.h"
+#include "Core/Types/UUID.h"
 
 /// Header metadata as JSON and back, without loss. The form is described in docs/json.md, and in JSON Schema in
 /// docs/mxf-metadata.schema.json.
@@ -35,13 +37,23 @@ inline constexpr int64 kVersion = 1;
 /// What a document is an export of.
 struct Description {
   std::string partition = "header";  ///< which partition of the file: "header", "footer" or its number
-  uint64 digest = 0;                 ///< `digestOf` the partition
+  /// The InstanceUID of the set that the document starts from; none for all sets.
+  std::optional<Types::UUID> start = {};
+  uint64 digest = 0;  ///< `digestOf` the partition, with what the document leaves out
+};
+
+/// The sets of a document that shows a part of a partition, beside the dark sets, which all documents have.
+struct Selection {
+  Types::UUID start;  ///< the InstanceUID of the set that it starts from; only written into the description
+  std::function<bool(const MetadataSet&)> shows;
 };
 
 /// Writes a partition, set by set: no more than the text of one set is in memory.
 /// @param partition  which one of the file it is; only written into the description.
+/// @param selection  null for all sets.
 /// @throws Exceptions::InvalidFormat when `partition` names none; what `digestOf` and the sink throw.
-void writeDocument(const PartitionMetadata& metadata, const std::string& partition, DataIO::DataSink& sink);
+void writeDocument(const PartitionMetadata& metadata, const std::string& partition, DataIO::DataSink& sink,
+                   const Selection* selection = nullptr);
 
 /// A document whose outline has been read: its sets are not made yet. For one thread at a time.
 class Document {

@@ -280,6 +280,8 @@ class SetMaker {
 
 }  // namespace
 
+Types::UUID instanceUIDIn(const Value& json, std::string_view name) { return identifierIn<Types::UUID>(json, name); }
+
 bool isDark(const Value& json) { return json.find("set") == nullptr && json.find("key") != nullptr; }
 
 void reserveTags(const Value& darkSet, PartitionDictionary& tags) {

@@ -17,6 +17,9 @@ bool isDark(const Value& json);
 /// @throws Refusal.
 void reserveTags(const Value& darkSet, PartitionDictionary& tags);
 
+/// The identifier in a member. @throws Refusal.
+Types::UUID instanceUIDIn(const Value& json, std::string_view name);
+
 /// Adds the set that an object is at the end of a partition.
 /// @param unknown  receives what the dictionary lacks, which is left out then; null to refuse it.
 /// @throws Refusal, with the place within the object.

@@ -1,4 +1,5 @@
 #include "Core/MXF/PartitionChoice.h"
+#include "Core/Metadata/EntryView.h"
 #include "Core/Metadata/PartitionDigest.h"
 #include "Core/Platform/HexDigits.h"
 #include "JSON/Document.h"
@@ -15,26 +16,32 @@ void write(const std::string& text, DataIO::DataSink& sink) {
 
 std::string member(const std::string& name, const Value& value) { return "  \"" + name + "\": " + toText(value, 1); }
 
-Value description(const PartitionMetadata& metadata, const std::string& partition) {
+Value description(const PartitionMetadata& metadata, const std::string& partition, const Selection* selection) {
   MXF::PartitionChoice::parse(partition);
-  return Value::object()
-      .add("sets", "all")
-      .add("partition", partition)
-      .add("metadata", Platform::hexNumber<std::string>(digestOf(metadata)));
+  auto json = Value::object().add("sets", "all");
+  if (selection != nullptr) json.add("start", selection->start.dottedText());
+  return json.add("partition", partition).add("metadata", Platform::hexNumber<std::string>(digestOf(metadata)));
+}
+
+bool shows(const Selection* selection, const MetadataSet* set) {
+  return selection == nullptr || set == nullptr || selection->shows(*set);
 }
 
 }  // namespace
 
-void writeDocument(const PartitionMetadata& metadata, const std::string& partition, DataIO::DataSink& sink) {
-  const auto about = description(metadata, partition);
+void writeDocument(const PartitionMetadata& metadata, const std::string& partition, DataIO::DataSink& sink,
+                   const Selection* selection) {
+  const auto about = description(metadata, partition, selection);
   write("{\n" + member("format", kFormat) + ",\n" + member("version", kVersion) + ",\n", sink);
   write(member("description", about) + ",\n  \"sets\": [", sink);
-  std::string separator = "\n    ";
+  const char* const first = "\n    ";
+  const char* separator = first;
   for (const auto& entry : metadata.entries()) {
+    if (!shows(selection, EntryView(entry).set)) continue;
     write(separator + toText(valueOf(entry, metadata.partitionDictionary()), 2), sink);
     separator = ",\n    ";
   }
-  write(metadata.entries().empty() ? "]\n}\n" : "\n  ]\n}\n", sink);
+  write(separator == first ? "]\n}\n" : "\n  ]\n}\n", sink);
 }
 
 }  // namespace Vantor::JSON

@@ -28,9 +28,12 @@ bool looksLikeXML(const Path& path) {
   std::array<char, 256> start{};
   std::ifstream file(path, std::ios::binary);
   file.read(start.data(), start.size());
-  const std::string_view text(start.data(), static_cast<std::size_t>(file.gcount()));
-  const auto first = text.find_first_not_of("\0 \t\r\n\xEF\xBB\xBF\xFE\xFF"sv);
-  return first != text.npos && text[first] == '<';
+  return startsLikeXML(std::string_view(start.data(), static_cast<std::size_t>(file.gcount())));
+}
+
+bool startsLikeXML(std::string_view start) {
+  const auto first = start.find_first_not_of("\0 \t\r\n\xEF\xBB\xBF\xFE\xFF"sv);
+  return first != start.npos && start[first] == '<';
 }
 
 Bytes readInputFile(const wstring& path) {

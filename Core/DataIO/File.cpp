@@ -88,6 +88,11 @@ FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   if (error) raise<IOError>("cannot read the size of '{}': {}", path_.u8string(), error.message());
 }
 
+FileDataSource::FileDataSource(Stream stream, Path name, uint64 size)
+    : path_(std::move(name)), stream_(std::move(stream)), size_(size) {
+  std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
+}
+
 void FileDataSource::readAt(uint64 offset, uint8* to, std::size_t size) {
   std::size_t found = 0;
   if (size >= kWindowSize) {

@@ -40,6 +40,9 @@ class FileDataSource : public SeekableSource {
   /// @throws Exceptions::IOError naming the path and the system's reason when it is not a file that can be read at any
   /// offset (missing, forbidden, a directory, a pipe).
   explicit FileDataSource(Path path);
+  /// A regular file that is open already.
+  /// @param name  how messages name it. @param size  as sizeOfUnreadFile() has it.
+  FileDataSource(Stream stream, Path name, uint64 size);
 
   const Path& path() const { return path_; }
   std::string name() const override { return path_.u8string(); }

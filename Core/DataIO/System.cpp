@@ -7,8 +7,10 @@
 #include <vector>
 
 #ifdef _WIN32
+#include <fcntl.h>
 #include <io.h>
 #include <sys/locking.h>
+#include <sys/stat.h>
 #else
 #include <fcntl.h>
 #include <sys/file.h>
@@ -83,6 +85,49 @@ std::FILE* openStream(const Path& path, const char* mode) {
   return std::fopen(path.c_str(), mode);
 #endif
 }
+
+#ifdef _WIN32
+
+std::FILE* openStandardInput() {
+  errno = 0;
+  const int descriptor = ::_dup(::_fileno(stdin));
+  if (descriptor < 0) return nullptr;
+  ::_setmode(descriptor, _O_BINARY);
+  std::FILE* stream = ::_fdopen(descriptor, "rb");
+  if (stream == nullptr) ::_close(descriptor);
+  if (stream != nullptr) std::setvbuf(stream, nullptr, _IOFBF, kReadAhead);
+  return stream;
+}
+
+std::optional<uint64> sizeOfUnreadFile(std::FILE* stream) {
+  struct _stat64 status {};
+  const int descriptor = ::_fileno(stream);
+  const bool isFile = ::_fstat64(descriptor, &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
+  if (!isFile || ::_lseeki64(descriptor, 0, SEEK_CUR) != 0) return std::nullopt;
+  return static_cast<uint64>(status.st_size);
+}
+
+#else
+
+std::FILE* openStandardInput() {
+  errno = 0;
+  const int descriptor = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0);
+  if (descriptor < 0) return nullptr;
+  std::FILE* stream = ::fdopen(descriptor, "rb");
+  if (stream == nullptr) ::close(descriptor);
+  if (stream != nullptr) std::setvbuf(stream, nullptr, _IOFBF, kReadAhead);
+  return stream;
+}
+
+std::optional<uint64> sizeOfUnreadFile(std::FILE* stream) {
+  struct stat status {};
+  const int descriptor = ::fileno(stream);
+  const bool isFile = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+  if (!isFile || ::lseek(descriptor, 0, SEEK_CUR) != 0) return std::nullopt;
+  return static_cast<uint64>(status.st_size);
+}
+
+#endif
 
 bool seekStream(std::FILE* stream, uint64 offset) {
   errno = 0;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Core/Platform/Path.h"
@@ -19,6 +21,14 @@ using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
 /// `std::fopen` for every path; null and `errno` when it fails.
 std::FILE* openStream(const Path& path, const char* mode);
+/// How far ahead of what is asked for openStandardInput() reads, at most, in bytes.
+constexpr std::size_t kReadAhead = std::size_t{1} << 16;
+/// Another stream for standard input, which takes bytes as they are. Null and `errno` when it fails, such as for a
+/// standard input that is closed.
+std::FILE* openStandardInput();
+/// The size in bytes of the regular file that a stream is going to read from its start; none for anything else, such
+/// as a pipe, a terminal, and a file of which something was read.
+std::optional<uint64> sizeOfUnreadFile(std::FILE* stream);
 /// Goes to an offset from the start; false and `errno` when it fails.
 bool seekStream(std::FILE* stream, uint64 offset);
 /// Flushes a stream to the medium; false and `errno` when it fails.

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "Program.h"
+#include "PseudoTerminal.h"
 #include "ScratchFolder.h"
 
 /// What shells offer behind a begun command line.
@@ -126,8 +127,39 @@ TEST(Completion, ReplacesInBashWhatStandsBehindItsWordBreaks) {
               ElementsAre("Identification.CompanyName="));
 }
 
+/// CI has it.
+bool hasZsh() {
+  const bool isThere = std::system("command -v zsh >/dev/null 2>&1") == 0;
+  if (!isThere) EXPECT_EQ(std::getenv("CI"), nullptr) << "zsh is not installed";
+  return isThere;
+}
+
+/// What zsh makes of the line of a terminal when TAB is pressed behind it.
+std::string completedInZsh(const std::string& line) {
+  const ScratchFolder folder;
+  std::filesystem::create_symlink(VANTOR_MXFXML, folder.path("mxfxml"));
+  writeFile(folder.path(".zshrc"),
+            "PATH=" + folder.path().string() +
+                ":$PATH\nfpath=(" VANTOR_COMPLETION_DIR
+                " $fpath)\nautoload -U compinit\ncompinit -u -D\nunsetopt beep\nPS1='ready> '\n"
+                "show() { zle -I; print -r -- \"[$BUFFER]\"; exit }\nzle -N show\nbindkey '^X' show\n");
+  PseudoTerminal terminal("/bin/sh", {"-c", "exec zsh -d -i"},
+                          {"ZDOTDIR=" + folder.path().string(), "TERM=dumb", "COLUMNS=200"});
+  EXPECT_TRUE(terminal.shows("ready> "));
+  terminal.type(line + "\t\x18");
+  const auto shown = terminal.finish().out;
+  const auto at = shown.rfind("\n[");
+  return at == std::string::npos ? shown : shown.substr(at + 2, shown.find("]\n", at) - at - 2);
+}
+
+TEST(Completion, IsLoadedByZsh) {
+  if (!hasZsh()) GTEST_SKIP() << "zsh is not installed";
+  EXPECT_EQ(completedInZsh("mxfxml exp"), "mxfxml export ");
+  EXPECT_EQ(completedInZsh("mxfxml set a.mxf Identification.Comp"), "mxfxml set a.mxf Identification.CompanyName=");
+}
+
 TEST(Completion, AsksInZshForWholeWords) {
-  if (std::system("command -v zsh >/dev/null 2>&1") != 0) GTEST_SKIP() << "zsh is not installed";
+  if (!hasZsh()) GTEST_SKIP() << "zsh is not installed";
   const std::string lines =
       "compdef() { }\n_files() { print files }\ncompadd() { print -r -- \"$@\" }\n"
       "words=(mxfxml set a.mxf Identification.Comp) CURRENT=4\nsource " VANTOR_COMPLETION_DIR

@@ -14,6 +14,7 @@ namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kJSONSample = "gst-audio-ac3.mxf";
@@ -82,6 +83,41 @@ TEST(JSONCommand, PutsAnEditBackIntoTheFile) {
   const auto diff = run({"diff", exported.original, exported.output}).out;
   EXPECT_THAT(diff, HasSubstr(": ApplicationName (ProductName): "));
   EXPECT_THAT(diff, EndsWith("different 1\n"));
+}
+
+TEST(JSONCommand, ExportsAPartWithStart) {
+  const Exported exported;
+  const std::string part = exported.folder.path("part.json"), flat = exported.folder.path("part.xml");
+  ASSERT_EQ(run({"export", exported.original, "--format", "json", "--start", "MaterialPackage", "-o", part}).exitCode,
+            0);
+  ASSERT_EQ(run({"export", exported.original, "--flat", "--start", "MaterialPackage", "-o", flat}).exitCode, 0);
+  EXPECT_THAT(readFile(part), HasSubstr("\"start\": \""));
+  EXPECT_THAT(readFile(part), Not(HasSubstr("\"set\": \"SourcePackage\"")));
+  EXPECT_EQ(run({"diff", part, flat}).exitCode, 0) << run({"diff", part, flat}).out;
+}
+
+TEST(JSONCommand, ExportsAllSetsWithThePrefaceAsStart) {
+  const Exported exported;
+  EXPECT_EQ(run({"export", exported.original, "--format", "json", "--start", "Preface"}).out, exported.text);
+}
+
+TEST(JSONCommand, KeepsTheOtherSetsWhenAPartIsPutBack) {
+  Exported exported;
+  exported.text = run({"export", exported.original, "--format", "json", "--start", "Identification"}).out;
+  exported.replace("\"GStreamer Multimedia", "\"Ed Multimedia");
+  const Result result = run({"import", exported.json, "--into", exported.original, "-o", exported.output, "--only"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_THAT(run({"diff", exported.original, exported.output}).out, EndsWith("different 1\n"));
+}
+
+TEST(JSONCommand, RefusesAPartOfASetThatTheFileDoesNotHave) {
+  Exported exported;
+  exported.text = run({"export", exported.original, "--format", "json", "--start", "Identification"}).out;
+  const auto at = exported.text.find("\"start\": \"") + 10;
+  exported.replace(exported.text.substr(at, 11), "FF.FF.FF.FF");
+  const Result result = run({"import", exported.json, "--into", exported.original, "-o", exported.output});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("the document starts from a set that the file does not have: FF.FF.FF.FF"));
 }
 
 TEST(JSONCommand, WarnsWhenTheFileHasChangedSinceTheExport) {

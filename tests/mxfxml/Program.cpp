@@ -112,7 +112,11 @@ Result run(const std::vector<std::string>& arguments, Out out, Err err) {
 }
 
 Result runLimited(const std::string& limit, const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {"/bin/sh", "-c", limit + " && exec \"$0\" \"$@\"", VANTOR_MXFXML};
+  return runScript(limit + " && exec \"$0\" \"$@\"", arguments);
+}
+
+Result runScript(const std::string& script, const std::vector<std::string>& arguments) {
+  std::vector<std::string> command = {"/bin/sh", "-c", script, VANTOR_MXFXML};
   command.insert(command.end(), arguments.begin(), arguments.end());
   return runCommand(command, Out::kCaptured, Err::kCaptured);
 }

@@ -28,6 +28,9 @@ Result run(const std::vector<std::string>& arguments, Out out = Out::kCaptured, 
 /// The same by a shell that sets a limit first, such as "ulimit -f 1".
 Result runLimited(const std::string& limit, const std::vector<std::string>& arguments);
 
+/// Runs a script of the shell, in which "$0" is mxfxml, and "$1" the first argument.
+Result runScript(const std::string& script, const std::vector<std::string>& arguments = {});
+
 /// A run of mxfxml that is interfered with. One that nobody waited for is killed.
 class StartedProgram {
  public:

@@ -36,8 +36,9 @@ TEST(Usage, HelpListsTheSubcommands) {
     const Result result = run({option});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("mxfxml [OPTIONS] SUBCOMMAND"));
-    EXPECT_THAT(namesIn(result.out), ElementsAre("-h,--help", "--version", "info", "get", "show", "diff", "check",
-                                                 "dictionary", "set", "undo", "recover", "export", "import", "verify"));
+    EXPECT_THAT(namesIn(result.out),
+                ElementsAre("-h,--help", "--version", "info", "get", "show", "diff", "check", "dictionary", "set",
+                            "edit", "undo", "recover", "export", "import", "verify"));
     EXPECT_THAT(result.out, AllOf(HasSubstr("\nLook:\n"), HasSubstr("\nEdit:\n"), HasSubstr("\nConvert:\n")));
     EXPECT_EQ(result.err, "");
   }
@@ -76,6 +77,10 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
             {"INPUT", "Set.Property=VALUE", "-h,--help", "--remove", "--from", "--start", "-o,--output", "--partition",
              "--only", "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--dictionary",
              "--own-dictionary"}},
+           {"edit",
+            {"INPUT", "-h,--help", "-o,--output", "--format", "--start", "--partition", "-y,--yes", "--only",
+             "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--vocabulary", "--dictionary",
+             "--own-dictionary"}},
            {"diff",
             {"INPUT", "OTHER", "-h,--help", "--tree", "--color", "--strict", "--ignore-ids", "--partition", "--json",
              "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
@@ -99,8 +104,8 @@ TEST(Usage, VersionNamesTheRegistersAndTheLibraries) {
 }
 
 TEST(Usage, HelpOfASubcommandEndsWithExamples) {
-  for (const char* command :
-       {"info", "get", "show", "diff", "check", "dictionary", "set", "undo", "recover", "export", "import", "verify"}) {
+  for (const char* command : {"info", "get", "show", "diff", "check", "dictionary", "set", "edit", "undo", "recover",
+                              "export", "import", "verify"}) {
     EXPECT_THAT(run({command, "--help"}).out, HasSubstr(std::string("\nExamples:\n  mxfxml ") + command + " "))
         << command;
   }

@@ -52,7 +52,10 @@ class Command {
     for (const auto& example : examples) text += std::string("  ") + kProgramName + " " + example + "\n";
     app_->footer(text + "\n" + app_->get_footer());
   }
-  void addInput(const std::string& description) { addFileArgument(app(), "INPUT", input_, description); }
+  /// @param dash  whether "-" is standard input.
+  void addInput(const std::string& description, Dash dash = Dash::kNone) {
+    addFileArgument(app(), "INPUT", input_, description, dash);
+  }
 
  private:
   CLI::App* app_;
@@ -76,6 +79,8 @@ std::unique_ptr<Command> getCommand(CLI::App& program);
 std::unique_ptr<Command> showCommand(CLI::App& program);
 /// `mxfxml set`: changes values of properties, or removes properties.
 std::unique_ptr<Command> setCommand(CLI::App& program);
+/// `mxfxml edit`: opens an export in the user's editor, shows what changed, and puts it back.
+std::unique_ptr<Command> editCommand(CLI::App& program);
 /// `mxfxml diff`: prints the differences between the header metadata of two files, MXF or XML. Fails after printing if
 /// there are any.
 std::unique_ptr<Command> diffCommand(CLI::App& program);

@@ -4,10 +4,21 @@
 
 #include "Core/Platform/Exceptions.h"
 #include "ErrorText.h"
+#include "StandardInput.h"
 
 namespace Vantor::Tool {
 
-std::string whyNoFileName(const std::string& text) { return text.empty() ? "the file name is empty" : ""; }
+std::string whyNoFileOrDash(const std::string& text) { return text.empty() ? "the file name is empty" : ""; }
+
+std::string whyNoFileName(const std::string& text) {
+  return text == "-" ? "'-', a standard stream, is not possible here; ./- is a file of that name"
+                     : whyNoFileOrDash(text);
+}
+
+Path pathFrom(const std::string& argument, Dash dash) {
+  if (dash == Dash::kNone) return std::filesystem::u8path(argument);
+  return dash == Dash::kInput ? inputPath(argument) : outputPath(argument);
+}
 
 std::string whyNoPartition(const std::string& text) {
   try {
@@ -23,8 +34,11 @@ std::string describe(const MXF::PartitionChoice& choice) {
 }
 
 void refuseSameFile(const Path& input, const Path& output) {
+  if (isStandardOutput(output)) return;
   std::error_code error;  // a file that does not exist is not the other
-  if (!std::filesystem::equivalent(input, output, error) || error) return;
+  const bool isSame = isStandardInput(input) ? StandardInput::instance().isFile(output)
+                                             : std::filesystem::equivalent(input, output, error) && !error;
+  if (!isSame) return;
   throw OtherFileError("the output '" + output.u8string() + "' is the input itself");
 }
 

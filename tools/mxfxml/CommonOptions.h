@@ -13,21 +13,33 @@
 /// is when its option is not given.
 namespace Vantor::Tool {
 
+/// Which standard stream "-" stands for in the place of a file.
+enum class Dash { kNone, kInput, kOutput };
+
 /// Why a text is no name of a file, or of a partition; empty when it may be one.
 std::string whyNoFileName(const std::string& text);
+/// The same where "-" may stand for a stream.
+std::string whyNoFileOrDash(const std::string& text);
 std::string whyNoPartition(const std::string& text);
 
+/// The path that an argument names.
+Path pathFrom(const std::string& argument, Dash dash);
+
 /// An option with the name of a file, such as "-o,--output".
-/// @param file  a Path or an optional one.
+/// @param file  a Path or an optional one; gets what `inputPath` or `outputPath` makes of "-".
 template <class File>
-CLI::Option* addFile(CLI::App& command, const std::string& name, File& file, const std::string& description) {
-  const auto take = [&file](const std::string& text) { file = std::filesystem::u8path(text); };
-  return command.add_option_function<std::string>(name, take, description)->type_name("FILE")->check(whyNoFileName);
+CLI::Option* addFile(CLI::App& command, const std::string& name, File& file, const std::string& description,
+                     Dash dash = Dash::kNone) {
+  const auto take = [&file, dash](const std::string& text) { file = pathFrom(text, dash); };
+  return command.add_option_function<std::string>(name, take, description)
+      ->type_name("FILE")
+      ->check(dash == Dash::kNone ? whyNoFileName : whyNoFileOrDash);
 }
 
 /// A required file name in the place of the next positional argument.
-inline void addFileArgument(CLI::App& command, const std::string& name, Path& file, const std::string& description) {
-  addFile(command, name, file, description)->required()->type_name("");
+inline void addFileArgument(CLI::App& command, const std::string& name, Path& file, const std::string& description,
+                            Dash dash = Dash::kNone) {
+  addFile(command, name, file, description, dash)->required()->type_name("");
 }
 
 /// --partition header|footer|N.

@@ -5,13 +5,9 @@
 #include <memory>
 #include <string>
 #include <utility>
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 #include "ErrorText.h"
+#include "Terminal.h"
 
 namespace Vantor::Tool {
 
@@ -19,10 +15,8 @@ namespace {
 
 #ifdef _WIN32
 constexpr int kClosed = SIGBREAK;
-bool errorsAreShown() { return _isatty(_fileno(stderr)) != 0; }
 #else
 constexpr int kClosed = SIGHUP;
-bool errorsAreShown() { return isatty(STDERR_FILENO) != 0; }
 #endif
 
 volatile std::sig_atomic_t waiting = 0;  // the last signal that came, 0 if none did
@@ -78,7 +72,7 @@ CopyProgress::Watched CopyProgress::watch(int signal) {
 }
 
 MXF::Progress CopyProgress::progress() {
-  return [this, bar = errorsAreShown() ? std::make_shared<Bar>() : nullptr](uint64 done, uint64 total) {
+  return [this, bar = isTerminal(stderr) ? std::make_shared<Bar>() : nullptr](uint64 done, uint64 total) {
     isStopped_ = waiting != 0;
     if (isStopped_) throw CommandError("stopped; nothing is written");
     if (bar) bar->show(done, total);

@@ -38,7 +38,8 @@ class DictionaryCommand final : public Command {
                         ->type_name("FILE.mxf")
                         ->excludes("NAME")
                         ->excludes(json);
-    addFile(app(), "-o,--output", output_, "Write that to this file instead of standard output")
+    addFile(app(), "-o,--output", output_, "Write that to this file instead of standard output, which is -",
+            Dash::kOutput)
         ->type_name("NAME.dictionary")
         ->needs(learned);
     addPartition(app(), partition_)->needs(learned);
@@ -79,16 +80,9 @@ class DictionaryCommand final : public Command {
   }
 
   ExitCode learn() const {
-    if (!output_.empty()) refuseSameFile(learned_, output_);
+    if (output_) refuseSameFile(learned_, *output_);
     refuseStoppedChange(learned_);
-    const auto text = namingFile(learned_, [&] { return learnedText(); });
-    if (output_.empty()) {
-      writeStandardOutput(text);
-    } else {
-      DataIO::File::AtomicFile file(output_);
-      file.write(reinterpret_cast<const uint8*>(text.data()), text.size());
-      file.commit();
-    }
+    writeOutput(output_, namingFile(learned_, [&] { return learnedText(); }));
     return kSuccess;
   }
 
@@ -106,7 +100,7 @@ class DictionaryCommand final : public Command {
   std::string wanted_;  // empty for the list of sets
   bool isJSON_ = false;
   Path learned_;
-  Path output_;
+  std::optional<Path> output_;
   MXF::PartitionChoice partition_;
   DictionaryOptions dictionary_;
 };

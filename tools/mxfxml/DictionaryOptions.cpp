@@ -6,9 +6,9 @@
 
 #include "CommonOptions.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
-#include "Core/MXF/HeaderMetadataReader.h"
 #include "ErrorText.h"
 #include "Registers/DictionaryFiles.h"
+#include "StandardInput.h"
 
 namespace Vantor::Tool {
 
@@ -53,7 +53,7 @@ void DictionaryOptions::addOwnDictionary(CLI::App& command, bool byDefault) {
 
 DictionaryOptions::Source DictionaryOptions::partitionOf(const Path& file, const MXF::PartitionChoice& choice,
                                                          std::optional<Vocabulary> vocabulary) {
-  return {file, [=](const LoadFor& load) { return MXF::readHeaderMetadata(file, load(vocabulary), choice); }};
+  return {file, [=](const LoadFor& load) { return readPartition(file, load(vocabulary), choice); }};
 }
 
 DictionaryOptions::AllMetadata DictionaryOptions::read(const std::vector<Source>& sources) const {

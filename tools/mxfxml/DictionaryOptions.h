@@ -31,7 +31,7 @@ class DictionaryOptions {
     Path file;
     std::function<std::unique_ptr<PartitionMetadata>(const LoadFor&)> read;
   };
-  /// The header metadata of a partition of an MXF file, as a source.
+  /// The header metadata of a partition of an MXF file or of standard input, as a source.
   /// @param vocabulary  as in `load`.
   static Source partitionOf(const Path& file, const MXF::PartitionChoice& choice,
                             std::optional<MetaMetadata::Vocabulary> vocabulary = {});

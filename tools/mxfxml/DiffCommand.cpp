@@ -13,6 +13,7 @@
 #include "InputDocument.h"
 #include "JSONOutput.h"
 #include "MetadataInput.h"
+#include "StandardInput.h"
 #include "StandardStreams.h"
 #include "TreeOutput.h"
 
@@ -70,8 +71,8 @@ class DiffCommand final : public Command {
  public:
   explicit DiffCommand(CLI::App& program)
       : Command(program, "diff", "Print the differences between the header metadata of two files, MXF, XML or\nJSON") {
-    addInput("MXF, XML or JSON file");
-    addFileArgument(app(), "OTHER", other_, "MXF, XML or JSON file to compare it with");
+    addInput("MXF, XML or JSON file, or - for standard input", Dash::kInput);
+    addFileArgument(app(), "OTHER", other_, "MXF, XML or JSON file to compare it with, or -", Dash::kInput);
     auto* tree =
         app().add_flag("--tree", tree_, "Print the sets that differ as a tree: + added, - removed,\n~ changed");
     addColor(app(), color_);
@@ -89,6 +90,7 @@ class DiffCommand final : public Command {
   }
 
   ExitCode run() const override {
+    requireOneStandardInput({input(), other_});
     if (partition_ && documentFormatOf(input()) && documentFormatOf(other_)) {
       throw UsageError("--partition is for MXF files, and neither file is one");
     }

@@ -1,21 +1,22 @@
 #include "Command.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "CommonOptions.h"
-#include "Core/DataIO/File.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
-#include "Edit/File.h"
 #include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "ImportEdit.h"
+#include "ImportedNames.h"
 #include "InputDocument.h"
-#include "Registers/FileDefinitions.h"
+#include "StandardInput.h"
+#include "StandardStreams.h"
 #include "StoppedChange.h"
+#include "Terminal.h"
 #include "XML2Partition.h"
 #include "XMLUtils/UnicodeString.h"
 
@@ -24,12 +25,6 @@ namespace Vantor::Tool {
 namespace {
 
 constexpr const char* kNothingWritten = "; nothing is written";
-constexpr const char* kOwnNames =
-    ": warning: the document is an export with --own-dictionary; what it names so is left out without that option";
-constexpr const char* kOthersNames =
-    ": warning: the document has names of a MetaDictionary that is not in it, which are left out; --dictionary reads "
-    "them with what mxfxml dictionary --learn makes of the file";
-constexpr const char* kRestLeft = "; nothing is written; --keep-going writes the rest";
 
 /// How many items of dark groups have a dynamic tag without a label: only the primer pack of their file had that, and a
 /// document does not have it.
@@ -47,40 +42,12 @@ std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
   return count;
 }
 
-/// Whether a document has names that an export with --own-dictionary gave it.
-bool mentionsOwn(const Diagnostics& diagnostics) {
-  return std::any_of(diagnostics.begin(), diagnostics.end(), [](const LosslessXML::Diagnostic& one) {
-    const auto& all = one.arguments;
-    return std::any_of(all.begin(), all.end(), [](const std::string& argument) {
-      return argument == Registers::kOwnSets || argument == Registers::kOwnProperties;
-    });
-  });
-}
-
-/// Warns of names that an export with --own-dictionary gave a document.
-/// @param metadata  read from the document, or those of the file that it goes into.
-void warnOfOwnNames(const Path& document, const Diagnostics& diagnostics, const PartitionMetadata& metadata) {
-  if (!mentionsOwn(diagnostics)) return;
-  const auto& sets = metadata.sets();
-  const bool isThere = std::any_of(sets.begin(), sets.end(), [](const MetadataSet* set) {
-    return set->definition() != nullptr && set->name() == "MetaDictionary";
-  });
-  printMessage(document.u8string() + (isThere ? kOwnNames : kOthersNames));
-}
-
-/// The partition that a document was exported from; none for the header partition.
-std::optional<MXF::PartitionChoice> partitionOf(const InputDocument& document) {
-  const auto partition = document.partition();
-  if (!partition || *partition == "header") return std::nullopt;
-  return MXF::PartitionChoice::parse(*partition);
-}
-
 class ImportCommand final : public Command {
  public:
   explicit ImportCommand(CLI::App& program)
       : Command(program, "import",
                 "Write the header metadata of an XML or JSON document as an MXF file, or\ninto one") {
-    addInput("XML or JSON file");
+    addInput("XML or JSON file, or - for standard input", Dash::kInput);
     addTarget();
     addDescription();
     addWayOfReading();
@@ -97,6 +64,7 @@ class ImportCommand final : public Command {
       throw UsageError(isWriting ? "--dry-run writes nothing, neither with -o nor --in-place"
                                  : "-o is required, or --into with --in-place or --dry-run");
     }
+    if (output_ && isStandardOutput(*output_)) requireStreamable();
     if (output_ && edit_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (into_ && exact_) {
       throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
@@ -110,7 +78,9 @@ class ImportCommand final : public Command {
 
  private:
   void addTarget() {
-    auto* output = addFile(app(), "-o,--output", output_, "Write to this file")->type_name("OUTPUT.mxf");
+    auto* output =
+        addFile(app(), "-o,--output", output_, "Write to this file, or with - to standard output", Dash::kOutput)
+            ->type_name("OUTPUT.mxf");
     auto* into = addFile(app(), "--into", into_,
                          "Write a copy of this file with the edits of the document;\n"
                          "everything else in it stays as it is")
@@ -156,6 +126,12 @@ class ImportCommand final : public Command {
         ->excludes(exact);
   }
 
+  /// @throws UsageError.
+  void requireStreamable() const {
+    if (into_) throw UsageError("--into needs the name of a file behind -o; - is for header metadata alone");
+    if (isTerminal()) throw UsageError("an MXF file is not for a terminal; redirect standard output, or name a file");
+  }
+
   DocumentFormat format() const {
     return format_ ? *format_ : documentFormatOf(input()).value_or(DocumentFormat::kXML);
   }
@@ -165,7 +141,11 @@ class ImportCommand final : public Command {
                                                   std::vector<std::string>& unknown) const {
     const InputDocument document(input(), format());
     auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
-    if (exact_) {
+    if (exact_ && isStandardInput(input())) {
+      const auto bytes = StandardInput::instance().all();
+      XML2Partition::getPartitionMetadataFromBuffer(reinterpret_cast<const uint8*>(bytes.data()),
+                                                    static_cast<uint32>(bytes.size()), metadata.get());
+    } else if (exact_) {
       const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
       XML2Partition::getPartitionMetadataFromFile(path.utf16(), metadata.get());
     } else {
@@ -190,70 +170,20 @@ class ImportCommand final : public Command {
                    " local tags in dark sets stand for; importing --into the original file keeps it");
     }
     printRemarks(input(), Edit::longValuesOf(metadata));
-    DataIO::File::AtomicFile file(*output_);
-    MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, file);
-    file.commit();
+    writeOutput(output_, [&metadata](DataIO::DataSink& sink) {
+      MXF::writeHeaderOnlyFile(metadata, MXF::SetOrder::kSerialization, sink);
+    });
   }
 
   ExitCode editFile() const {
-    const InputDocument document(input(), format());
-    if (document.isDescriptionDamaged()) {
-      printMessage(input().u8string() + ": warning: the document's description of itself is damaged, and is ignored");
-    }
-    const bool isPart = options_.isStructuralOnly || !options_.start.empty();
-    if (isPart && format() == DocumentFormat::kJSON) {
-      throw UsageError("--structural-only and --start are for XML; JSON has all sets");
-    }
-    if (document.partition() && isPart) {
-      throw UsageError("--structural-only and --start are for documents that do not describe themselves");
-    }
-    auto dictionary = dictionary_.load(document.vocabulary());
-    const auto partition = partition_ ? partition_ : partitionOf(document);
-    std::unique_ptr<Edit::File> file;
-    namingFile(*into_, [&] {
-      if (inPlace_) {
-        undoStoppedChange(*into_);
-      } else {
-        refuseStoppedChange(*into_);
-      }
-      const auto own =
-          DictionaryOptions::partitionOf(*into_, partition.value_or(MXF::PartitionChoice()), document.vocabulary());
-      if (dictionary_.usesOwn()) dictionary = dictionary_.loadFor(own);
-      file = std::make_unique<Edit::File>(*into_, dictionary, partition);
-    });
-    const bool isWhole = merge(document, *file);
+    const ImportEdit edit(input(), format(), *into_, {dictionary_, options_, partition_, edit_.keepsGoing()});
+    const auto file = edit.open(inPlace_);
+    const bool isWhole = edit.merge(*file).isWhole;
     namingFile(*into_, [&] {
       if (edit_.isDryRun()) return previewEdits(*file, *into_, edit_);
       saveEdits(*file, *into_, output_, edit_);
     });
     return isWhole ? kSuccess : kFailure;
-  }
-
-  /// @return whether all of the edit was taken.
-  bool merge(const InputDocument& document, Edit::File& file) const {
-    try {
-      const auto edited = document.readFor(file, options_);
-      const auto& diagnostics = edited.import.diagnostics;
-      if (!dictionary_.usesOwn()) warnOfOwnNames(input(), diagnostics, file.metadata());
-      printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kRestLeft);
-      const auto merged = file.merge(edited, options_);
-      if (edited.isOfEarlierState && !options_.mergesOtherFile) {
-        printMessage(into_->u8string() +
-                     ": warning: the file has changed since the document was exported; the document is compared with "
-                     "the file as it is now");
-      }
-      printRemarks(*into_, merged);
-      const auto rejected = merged.rejected.size();
-      if (rejected != 0 && !edit_.keepsGoing()) {
-        throw OtherFileError(into_->u8string() + ": " + (rejected == 1 ? "an edit is" : "edits are") + " rejected" +
-                             kRestLeft);
-      }
-      return diagnostics.empty() && rejected == 0;
-    } catch (const Exceptions::InvalidFormat& error) {
-      const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
-      throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message() +
-                           (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""));
-    }
   }
 
   std::optional<Path> output_;

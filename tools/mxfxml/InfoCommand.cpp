@@ -12,6 +12,7 @@
 #include "MetadataText.h"
 #include "PartitionText.h"
 #include "SetList.h"
+#include "StandardInput.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
 #include "Summary/Summary.h"
@@ -22,6 +23,8 @@
 namespace Vantor::Tool {
 
 namespace {
+
+constexpr const char* kNotRead = "; others of a pipe are not read";
 
 /// Partitions in a row with one kind and status.
 struct Run {
@@ -56,12 +59,13 @@ MXF::PartitionChoice betterThanHeader(const std::vector<Summary::Partition>& par
 
 FieldGroup fileGroup(const MXF::FileStructure& structure, const std::vector<Summary::Partition>& partitions,
                      const MXF::PartitionChoice& choice) {
-  FieldGroup group{"File", {{"size", std::to_string(structure.fileSize) + " bytes"}}};
+  FieldGroup group{"File", {}};
+  if (!isOfPipe(structure)) group.fields.push_back({"size", std::to_string(structure.fileSize) + " bytes"});
   if (structure.runIn != 0) group.fields.push_back({"run-in", std::to_string(structure.runIn) + " bytes"});
   if (structure.end != structure.fileSize) {
     group.fields.push_back({"sound up to", "offset " + std::to_string(structure.end)});
   }
-  group.fields.push_back({"partitions", partitionsText(partitions)});
+  group.fields.push_back({"partitions", partitionsText(partitions) + (isOfPipe(structure) ? kNotRead : "")});
   const auto* best = Summary::bestOf(partitions);
   if (best != nullptr) {
     group.fields.push_back({"best metadata", nameOf(best->kind) + " partition, " + nameOf(best->status)});
@@ -115,13 +119,13 @@ class InfoCommand final : public Command {
   explicit InfoCommand(CLI::App& program)
       : Command(program, "info", "Print what people ask of a file first: title, times, tracks, who wrote it") {
     const auto take = [this](const std::vector<std::string>& names) {
-      for (const auto& name : names) files_.push_back(std::filesystem::u8path(name));
+      for (const auto& name : names) files_.push_back(inputPath(name));
     };
     app()
-        .add_option_function<std::vector<std::string>>("INPUT", take, "MXF files")
+        .add_option_function<std::vector<std::string>>("INPUT", take, "MXF files, or - for standard input")
         ->required()
         ->type_name("")
-        ->check(whyNoFileName);
+        ->check(whyNoFileOrDash);
     addPartition(app(), partition_,
                  "header, footer, or a number in file order from 0, which is\nthe header partition; by default the "
                  "header partition, for the\nsummary the footer or another one in a better state");
@@ -140,6 +144,7 @@ class InfoCommand final : public Command {
   }
 
   ExitCode run() const override {
+    requireOneStandardInput(files_);
     const auto definitions = needsDefinitions() ? std::optional<Definitions>(dictionary_.definitions()) : std::nullopt;
     ExitCode code = kSuccess;
     auto list = JSON::Value::array();
@@ -170,7 +175,7 @@ class InfoCommand final : public Command {
   }
 
   std::string textOf(const Path& file, const std::optional<Definitions>& definitions) const {
-    const auto structure = MXF::readStructure(file);
+    const auto structure = readStructure(file);
     std::string text;
     if (all_ || !(partitions_ || listsSets())) text = summaryText(file, structure);
     if (all_) text += "\n";

@@ -1,22 +1,41 @@
 #include "InputDocument.h"
 
 #include <system_error>
+#include <utility>
 
 #include "ErrorText.h"
+#include "JSON/Text.h"
+#include "StandardInput.h"
 #include "XMLUtils/InputFile.h"
 
 namespace Vantor::Tool {
 
 namespace {
 
-std::variant<LosslessXML::Document, JSON::Document> read(const Path& file, DocumentFormat format) {
+using AnyDocument = std::variant<LosslessXML::Document, JSON::Document>;
+
+AnyDocument readStandardInput(DocumentFormat format) {
+  auto text = StandardInput::instance().all();
+  if (format == DocumentFormat::kJSON) return JSON::Document::fromText(std::move(text));
+  return LosslessXML::Document::fromBytes(text.data(), text.size());
+}
+
+AnyDocument read(const Path& file, DocumentFormat format) {
+  if (isStandardInput(file)) return readStandardInput(format);
   if (format == DocumentFormat::kJSON) return JSON::Document::fromFile(file);
   return LosslessXML::Document::fromFile(file);
+}
+
+std::optional<DocumentFormat> formatOfStart(const std::string& start) {
+  if (XMLUtils::startsLikeXML(start)) return DocumentFormat::kXML;
+  if (JSON::looksLikeJSON(start)) return DocumentFormat::kJSON;
+  return std::nullopt;
 }
 
 }  // namespace
 
 std::optional<DocumentFormat> documentFormatOf(const Path& file) {
+  if (isStandardInput(file)) return formatOfStart(StandardInput::instance().start());
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;  // opening a pipe may wait for its writer
   if (XMLUtils::looksLikeXML(file)) return DocumentFormat::kXML;
@@ -50,7 +69,10 @@ Diagnostics InputDocument::import(PartitionMetadata& partition, std::vector<std:
 Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeOptions& options) const {
   if (xml() != nullptr) return file.read(*xml(), options);
   Edit::SetsOfDocument sets{[this](PartitionMetadata& partition) { json().import(partition); }};
-  if (json().description()) sets.digest = json().description()->digest;
+  if (const auto& description = json().description()) {
+    sets.digest = description->digest;
+    sets.start = description->start;
+  }
   return file.read(sets);
 }
 

@@ -16,7 +16,7 @@ namespace Vantor::Tool {
 
 enum class DocumentFormat { kXML, kJSON };
 
-/// By the first character of a regular file; none for a file that looks like neither.
+/// By the first character of a regular file or of standard input; none for a file that looks like neither.
 std::optional<DocumentFormat> documentFormatOf(const Path& file);
 
 /// A document of either form, whose sets are not read yet.

@@ -1,7 +1,7 @@
 #include "MetadataInput.h"
 
-#include "Core/MXF/HeaderMetadataReader.h"
 #include "InputDocument.h"
+#include "StandardInput.h"
 #include "StoppedChange.h"
 
 namespace Vantor::Tool {
@@ -22,7 +22,7 @@ DictionaryOptions::Source metadataSource(const Path& file, const MXF::PartitionC
   const auto read = [=, &problems](const DictionaryOptions::LoadFor& load) {
     if (const auto format = documentFormatOf(file)) return readDocument({file, *format}, load, problems);
     refuseStoppedChange(file);
-    return MXF::readHeaderMetadata(file, load({}), partition);
+    return readPartition(file, load({}), partition);
   };
   return {file, read};
 }

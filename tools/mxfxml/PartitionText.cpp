@@ -3,6 +3,7 @@
 #include "Core/MXF/OperationalPattern.h"
 #include "Core/Platform/Strings.h"
 #include "DictionaryText.h"
+#include "StandardInput.h"
 #include "TextTable.h"
 
 namespace Vantor::Tool {
@@ -11,8 +12,9 @@ namespace {
 
 using Align = TextTable::Align;
 
-std::string orderText(MXF::StructureSource source) {
-  switch (source) {
+std::string orderText(const MXF::FileStructure& structure) {
+  if (isOfPipe(structure)) return "the first; others of a pipe are not read";
+  switch (structure.source) {
     case MXF::StructureSource::kRandomIndexPack:
       return "as the random index pack lists them";
     case MXF::StructureSource::kPreviousPartitions:
@@ -79,7 +81,7 @@ std::string nameOf(KLV::PartitionStatus status) {
 std::string describeFile(const MXF::FileStructure& structure, const Definitions& definitions) {
   const MXF::PartitionPack& header = structure.partitions.front().pack;
   TextTable table(2);
-  table.addRow({"size", std::to_string(structure.fileSize) + " bytes"});
+  if (!isOfPipe(structure)) table.addRow({"size", std::to_string(structure.fileSize) + " bytes"});
   if (structure.runIn != 0) table.addRow({"run-in", std::to_string(structure.runIn) + " bytes"});
   if (structure.end != structure.fileSize) table.addRow({"sound up to", "offset " + std::to_string(structure.end)});
   table.addRow({"MXF version", std::to_string(header.majorVersion) + "." + std::to_string(header.minorVersion)});
@@ -97,7 +99,7 @@ std::string describePartitions(const MXF::FileStructure& structure) {
   table.addRow(
       {"no", "kind", "status", "offset", "header bytes", "index bytes", "index SID", "body SID", "body offset"});
   for (std::size_t i = 0; i < structure.partitions.size(); ++i) table.addRow(partitionRow(i, structure.partitions[i]));
-  return "\npartitions: " + std::to_string(structure.partitions.size()) + ", " + orderText(structure.source) + "\n" +
+  return "\npartitions: " + std::to_string(structure.partitions.size()) + ", " + orderText(structure) + "\n" +
          table.text();
 }
 

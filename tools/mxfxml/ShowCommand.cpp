@@ -20,7 +20,7 @@ class ShowCommand final : public Command {
  public:
   explicit ShowCommand(CLI::App& program)
       : Command(program, "show", "Print the sets of a file, MXF, XML or JSON, as a tree") {
-    addInput("MXF, XML or JSON file");
+    addInput("MXF, XML or JSON file, or - for standard input", Dash::kInput);
     auto* set = app()
                     .add_option("--set", set_,
                                 "Only what this path chooses, and what is below, such as\nMaterialPackage/SourceClip")

@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <system_error>
 
+#include "Core/DataIO/File.h"
 #include "ErrorText.h"
+#include "StandardInput.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -61,6 +63,24 @@ void StandardOutput::finish() {
   writeStandardOutput(pending_);
   written_ += pending_.size();
   pending_.clear();
+}
+
+void writeOutput(const std::optional<Path>& file, const std::function<void(DataIO::DataSink&)>& write) {
+  if (file && !isStandardOutput(*file)) {
+    DataIO::File::AtomicFile output(*file);
+    write(output);
+    output.commit();
+    return;
+  }
+  StandardOutput output;
+  write(output);
+  output.finish();
+}
+
+void writeOutput(const std::optional<Path>& file, const std::string& bytes) {
+  writeOutput(file, [&bytes](DataIO::DataSink& sink) {
+    sink.write(reinterpret_cast<const uint8*>(bytes.data()), bytes.size());
+  });
 }
 
 }  // namespace Vantor::Tool

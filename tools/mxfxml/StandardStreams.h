@@ -1,9 +1,12 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
 #include "Core/DataIO/DataSink.h"
+#include "Core/Platform/Path.h"
 
 namespace Vantor::Tool {
 
@@ -35,5 +38,12 @@ class StandardOutput : public DataIO::DataSink {
   std::string pending_;
   uint64 written_ = 0;
 };
+
+/// Writes a file that appears whole or not at all, or standard output.
+/// @param file  none for standard output.
+/// @throws what `DataIO::File::AtomicFile` and `writeStandardOutput` throw.
+void writeOutput(const std::optional<Path>& file, const std::function<void(DataIO::DataSink&)>& write);
+/// The same for bytes.
+void writeOutput(const std::optional<Path>& file, const std::string& bytes);
 
 }  // namespace Vantor::Tool

@@ -2,6 +2,7 @@
 
 #include "Core/Platform/Exceptions.h"
 #include "ErrorText.h"
+#include "StandardInput.h"
 
 namespace Vantor::Tool {
 
@@ -12,6 +13,7 @@ using DataIO::File::Undoing;
 namespace {
 
 OpenChange requireNoChangeUnderWay(const Path& file) {
+  if (isStandardInput(file) || isStandardOutput(file)) return OpenChange::kNone;
   const auto change = DataIO::File::openChange(file);
   if (change != OpenChange::kUnderWay) return change;
   throw OtherFileError(file.u8string() + ": another program is changing the file at the moment; try again later");

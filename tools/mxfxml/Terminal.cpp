@@ -4,7 +4,9 @@
 #include <cctype>
 #include <cstdlib>
 #include <cstring>
-#ifndef _WIN32
+#ifdef _WIN32
+#include <io.h>
+#else
 #include <sys/ioctl.h>
 #include <unistd.h>
 #endif
@@ -19,10 +21,8 @@ std::string environment(const char* name) {
 }
 
 #ifdef _WIN32
-bool isTerminal() { return false; }
 std::size_t systemColumns() { return 0; }
 #else
-bool isTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
 std::size_t systemColumns() {
   winsize size{};
   return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
@@ -30,6 +30,12 @@ std::size_t systemColumns() {
 #endif
 
 }  // namespace
+
+#ifdef _WIN32
+bool isTerminal(std::FILE* stream) { return ::_isatty(::_fileno(stream)) != 0; }
+#else
+bool isTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) == 1; }
+#endif
 
 std::size_t terminalColumns() {
   constexpr std::size_t kLeast = 40, kMost = 1000, kUsual = 80;

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <string>
 
 #include "CommonOptions.h"
 
-/// What standard output can show.
+/// Terminals, and what standard output can show.
 namespace Vantor::Tool {
+
+/// Whether a stream is a terminal.
+bool isTerminal(std::FILE* stream = stdout);
 
 /// Columns of the terminal: COLUMNS in the environment where it is a number, else the width of the terminal that
 /// standard output is, else 80. From 40 to 1000.

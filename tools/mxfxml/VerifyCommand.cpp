@@ -37,7 +37,7 @@ class VerifyCommand final : public Command {
  public:
   explicit VerifyCommand(CLI::App& program)
       : Command(program, "verify", "Print what the metadata of a partition lose on the way through XML and back") {
-    addInput("MXF file");
+    addInput("MXF file, or - for standard input", Dash::kInput);
     app().add_flag("--flat", flat_, "Write sets behind those that refer to them, not inside");
     auto* exact = app().add_flag("--exact", exact_, "Write and read the exact form, which loses some metadata");
     app()

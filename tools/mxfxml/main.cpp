@@ -86,7 +86,7 @@ struct CommandGroup {
 std::vector<std::unique_ptr<Command>> addCommands(CLI::App& program) {
   const CommandGroup groups[] = {
       {"Look", {infoCommand, getCommand, showCommand, diffCommand, checkCommand, dictionaryCommand}},
-      {"Edit", {setCommand, undoCommand, recoverCommand}},
+      {"Edit", {setCommand, editCommand, undoCommand, recoverCommand}},
       {"Convert", {exportCommand, importCommand, verifyCommand}}};
   std::vector<std::unique_ptr<Command>> commands;
   for (const auto& group : groups) {

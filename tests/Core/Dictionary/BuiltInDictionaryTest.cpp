@@ -1,7 +1,9 @@
 #include "Core/Dictionary/BuiltInDictionary.h"
 
 #include <gmock/gmock.h>
+
 #include <gtest/gtest.h>
+#include <fstream>
 
 #include <algorithm>
 #include <fstream>
