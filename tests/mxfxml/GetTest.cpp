@@ -138,6 +138,7 @@ TEST(Get, RefusesWhatIsNoProperty) {
     EXPECT_THAT(result.err, HasSubstr("is no property; write Set.Property")) << path;
   }
   EXPECT_THAT(get({sample("op1a.mxf")}).err, HasSubstr("Set.Property is required"));
+  EXPECT_THAT(get({"a.mxf", sample("op1a.mxf")}).err, HasSubstr("is a file; of several files, write -p Set.Property"));
   EXPECT_THAT(get({"-p", "Preface.FormatVersion", "a.mxf", ""}).err, HasSubstr("the file name is empty"));
 }
 
