@@ -90,7 +90,7 @@ TEST(Get, EndsWith1WhereAFileHasNoSuchValue) {
   const auto result = get({"-p", "MPEGVideoDescriptor.ImageAspectRatio", a, b});
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.out, a + ": 4:3\n");
-  EXPECT_EQ(result.err, "mxfxml: " + b + ": the partition has no set MPEGVideoDescriptor (MPEG2VideoDescriptor)\n");
+  EXPECT_EQ(result.err, "mxfxml: " + b + ": the partition has no set MPEGVideoDescriptor\n");
   EXPECT_EQ(get({a, "Timecode[9].FramesPerSecond"}).exitCode, 1);
   const auto missing = get({a, "Preface.Dictionary"});
   EXPECT_EQ(missing.exitCode, 1);
@@ -138,6 +138,7 @@ TEST(Get, RefusesWhatIsNoProperty) {
     EXPECT_THAT(result.err, HasSubstr("is no property; write Set.Property")) << path;
   }
   EXPECT_THAT(get({sample("op1a.mxf")}).err, HasSubstr("Set.Property is required"));
+  EXPECT_THAT(get({"a.mxf", sample("op1a.mxf")}).err, HasSubstr("is a file; of several files, write -p Set.Property"));
   EXPECT_THAT(get({"-p", "Preface.FormatVersion", "a.mxf", ""}).err, HasSubstr("the file name is empty"));
 }
 

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
+#include "JSON/Text.h"
 #include "Program.h"
 #include "ScratchFolder.h"
 #include "tests/SampleFiles.h"
@@ -232,6 +235,63 @@ TEST_F(GivenValues, AreRefusedWhereTheFileHasNoSetOfTheKind) {
   const auto result = set(given("SoundfieldGroupLabelSubDescriptor[1]", "RFC5646SpokenLanguage", R"("value": "en")"));
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.err, HasSubstr("the partition has no set SoundfieldGroupLabelSubDescriptor"));
+}
+
+/// "Set[*].Property" for everything that a document has.
+std::vector<std::string> pathsIn(const JSON::Value& document) {
+  std::set<std::string> paths;
+  for (const auto& set : *document.find("sets")->items()) {
+    if (set.find("set") == nullptr) continue;
+    for (const auto& property : *set.find("properties")->members()) {
+      paths.insert(*set.find("set")->text() + "[*]." + property.name);
+    }
+  }
+  return {paths.begin(), paths.end()};
+}
+
+/// "Set[2].Property=VALUE" for the values of a file, as `get --json` prints them.
+std::vector<std::string> assignmentsIn(const JSON::Value& values) {
+  std::vector<std::string> assignments;
+  for (const auto& value : *values.find("files")->items()->front().find("values")->items()) {
+    assignments.push_back(*value.find("path")->text() + "." + *value.find("property")->text() + "=" +
+                          *value.find("text")->text());
+  }
+  return assignments;
+}
+
+std::vector<Path> samplesToCopy() {
+#ifdef VANTOR_SANITIZED
+  return {sample("op1a.mxf")};
+#else
+  return sampleFiles();
+#endif
+}
+
+/// All values of a file with the metadata of each sample, set there by a document and on the command line.
+TEST(ValuesOfSamples, ChangeNothingWhereTheyAre) {
+  const ScratchFolder folder;
+  const auto exported = folder.path("a.json"), copy = folder.path("b.mxf"), document = folder.path("values.json");
+  std::size_t count = 0;
+  for (const auto& path : samplesToCopy()) {
+    const auto original = path.string();
+    ASSERT_EQ(run({"export", original, "--format", "json", "-o", exported}).exitCode, 0) << original;
+    ASSERT_EQ(run({"import", exported, "-o", copy}).exitCode, 0) << original;
+    const auto before = readFile(copy);
+    std::vector<std::string> get = {"get", "--json", "--no-own-dictionary", copy};
+    for (const auto& property : pathsIn(JSON::fromText(readFile(exported)))) get.insert(get.end(), {"-p", property});
+    const auto values = run(get).out;
+    writeFile(document, values);
+    const auto byDocument = run({"set", copy, "--from", document});
+    EXPECT_EQ(byDocument.exitCode, 0) << original << byDocument.err;
+    const auto assignments = assignmentsIn(JSON::fromText(values));
+    std::vector<std::string> set = {"set", copy};
+    set.insert(set.end(), assignments.begin(), assignments.end());
+    const auto byHand = run(set);
+    EXPECT_EQ(byHand.exitCode, 0) << original << byHand.err;
+    EXPECT_TRUE(readFile(copy) == before) << original;
+    count += assignments.size();
+  }
+  EXPECT_GT(count, 100u);
 }
 
 }  // namespace

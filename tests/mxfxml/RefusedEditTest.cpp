@@ -179,7 +179,10 @@ const Refusal kRefusedEdits[] = {
      2,
      {"'Preface.ByteOrder' is no assignment; write Set.Property=VALUE, or Set[2].Property=VALUE for the second set of "
       "a name; see mxfxml set --help"}},
-    {"nothing to set", {"set", "{file}"}, 2, {"Set.Property=VALUE, --remove or --from is required; see mxfxml set --help"}},
+    {"nothing to set",
+     {"set", "{file}"},
+     2,
+     {"Set.Property=VALUE, --remove or --from is required; see mxfxml set --help"}},
     {"a rule that does not exist",
      {"set", "{file}", "--remove", "Preface.IdentificationList", "--ignore", "unreached-sets"},
      2,

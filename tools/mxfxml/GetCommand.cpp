@@ -2,6 +2,7 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "Command.h"
@@ -64,9 +65,7 @@ class GetCommand final : public Command {
   }
 
   ExitCode run() const override {
-    std::vector<PropertyPath> paths;
-    for (const auto& text : properties_.empty() ? rest_ : properties_) paths.push_back(parsePropertyPath(text, false));
-    if (paths.empty()) throw UsageError("Set.Property is required");
+    const auto paths = pathsToGet();
     const auto files = filesToRead();
     ExitCode code = kSuccess;
     auto list = JSON::Value::array();
@@ -78,6 +77,24 @@ class GetCommand final : public Command {
 
  private:
   using Paths = std::vector<PropertyPath>;
+
+  Paths pathsToGet() const {
+    if (properties_.empty()) refuseFiles(rest_);
+    Paths paths;
+    for (const auto& text : properties_.empty() ? rest_ : properties_) paths.push_back(parsePropertyPath(text, false));
+    if (paths.empty()) throw UsageError("Set.Property is required");
+    return paths;
+  }
+
+  /// The name of a file has the shape of a property.
+  static void refuseFiles(const std::vector<std::string>& texts) {
+    for (const auto& text : texts) {
+      std::error_code error;
+      const bool isFile = std::filesystem::is_regular_file(std::filesystem::u8path(text), error);
+      if (isFile)
+        throw UsageError("'" + oneLine(text) + "' is a file; of several files, write -p Set.Property FILE...");
+    }
+  }
 
   std::vector<Path> filesToRead() const {
     std::vector<Path> files = {std::filesystem::u8path(input_)};

@@ -27,7 +27,7 @@ namespace {
 
 /// What the user wants of one property: "Set.Property=VALUE", or "Set.Property" to remove it, or a value of a document.
 struct Change : PropertyPath {
-  Change(const PropertyPath& path, std::shared_ptr<const GivenValue> givenValue = nullptr)
+  explicit Change(const PropertyPath& path, std::shared_ptr<const GivenValue> givenValue = nullptr)
       : PropertyPath(path), given(std::move(givenValue)) {}
 
   bool isAssignment() const { return value || given != nullptr; }
