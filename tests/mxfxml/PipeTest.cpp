@@ -85,7 +85,7 @@ TEST(Pipe, IsReadNoFurtherThanTheHeaderMetadataAndWhatIsReadAhead) {
     const Result result =
         runScript(std::string("cat \"$1\" | { \"$0\" ") + arguments + " >/dev/null; wc -c; }", {folder.path("a.mxf")});
     const auto taken = bytes.size() - std::stoul(result.out);
-    EXPECT_EQ(result.err, "") << arguments;
+    EXPECT_THAT(result.err, Not(HasSubstr("byte offset"))) << arguments;
     EXPECT_LE(taken, endOfHeader(folder.path("a.mxf")) + DataIO::File::kReadAhead) << arguments;
   }
 }
