@@ -129,7 +129,7 @@ TEST_F(EditCommandTest, KeepsForTheUserAloneWhatCannotBePutBack) {
 }
 
 TEST_F(EditCommandTest, KeepsWhatAFailingEditorHasChanged) {
-  const Result result = edited(editor("odd", "sed -i s/FFmpeg/Edited/ \"$file\"; exit 1", ""));
+  const Result result = edited(editor("odd", "sed -i s/FFmpeg/Edited/ \"$file\"; exit 1", ":"));
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_TRUE(isUntouched());
   EXPECT_EQ(kept().size(), 2u);
@@ -158,7 +158,7 @@ TEST_F(EditCommandTest, NeedsATerminalToAsk) {
 TEST_F(EditCommandTest, RefusesAFileThatChangedMeanwhile) {
   const auto script = std::string(VANTOR_MXFXML) + " set " + file() +
                       " Identification.ToolkitVersion=2.0.0.0 >/dev/null; sed -i s/FFmpeg/Edited/ \"$file\"";
-  const Result result = edited(editor("busy", script, ""));
+  const Result result = edited(editor("busy", script, ":"));
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.err, HasSubstr("the file has changed since the document was exported"));
   EXPECT_FALSE(isRenamed(file()));

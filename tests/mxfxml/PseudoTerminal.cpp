@@ -75,7 +75,8 @@ bool PseudoTerminal::receive() {
   std::array<char, 4096> bytes{};
   if (::poll(&waiting, 1, kLongest) <= 0) return false;
   const ssize_t count = ::read(terminal_, bytes.data(), bytes.size());
-  if (count <= 0) return false;  // EIO: nobody has the other side any more
+  hasEnded_ = count <= 0;  // EIO: nobody has the other side any more
+  if (hasEnded_) return false;
   shown_.append(bytes.data(), static_cast<std::size_t>(count));
   return true;
 }
@@ -98,6 +99,7 @@ void PseudoTerminal::type(const std::string& text) const {
 Result PseudoTerminal::finish() {
   while (receive()) {
   }
+  if (!hasEnded_) ::kill(process_, SIGKILL);
   int status = 0;
   ::waitpid(process_, &status, 0);
   process_ = -1;

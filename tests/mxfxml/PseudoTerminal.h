@@ -26,7 +26,8 @@ class PseudoTerminal {
   /// @return whether it does; false also when the program ends without it.
   bool shows(const std::string& text);
   void type(const std::string& text) const;
-  /// Waits for the end. @return `out` has all that the terminal showed, with line feeds alone.
+  /// Waits for the end; kills a program that is silent for a minute. @return `out` has all that the terminal showed,
+  /// with line feeds alone.
   Result finish();
 
  private:
@@ -36,6 +37,7 @@ class PseudoTerminal {
   pid_t process_ = -1;
   std::string shown_;
   std::size_t seen_ = 0;
+  bool hasEnded_ = false;
 };
 
 }  // namespace Vantor::Tool

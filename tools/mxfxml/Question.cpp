@@ -1,12 +1,15 @@
 #include "Question.h"
 
 #include <cctype>
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 
 #include "ErrorText.h"
 #include "Terminal.h"
+#ifndef _WIN32
+#include <sys/select.h>
+#include <unistd.h>
+#endif
 
 namespace Vantor::Tool {
 
@@ -14,30 +17,48 @@ namespace {
 
 #ifdef _WIN32
 constexpr std::array kSignals = {SIGINT, SIGTERM, SIGBREAK};
-void endCallsOf(int) {}
 #else
 constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
-/// A signal that is caught ends a read instead of being followed by its rest.
-void endCallsOf(int signal) {
-  struct sigaction action {};
-  ::sigaction(signal, nullptr, &action);
-  action.sa_flags &= ~SA_RESTART;
-  ::sigaction(signal, &action, nullptr);
-}
 #endif
 
 volatile std::sig_atomic_t came = 0;
 
 extern "C" void noteSignal(int) { came = 1; }
 
+#ifdef _WIN32
+
+int nextCharacter() { return std::getchar(); }
+
+#else
+
+/// Lets signals come at no other moment than while it waits, so that none is missed.
+void waitForInput() {
+  sigset_t postponed, before;
+  ::sigemptyset(&postponed);
+  for (const int signal : kSignals) ::sigaddset(&postponed, signal);
+  ::sigprocmask(SIG_BLOCK, &postponed, &before);
+  fd_set input;
+  FD_ZERO(&input);
+  FD_SET(STDIN_FILENO, &input);
+  if (came == 0) ::pselect(STDIN_FILENO + 1, &input, nullptr, nullptr, nullptr, &before);
+  ::sigprocmask(SIG_SETMASK, &before, nullptr);
+  PostponedSignals::throwIfAny();
+}
+
+int nextCharacter() {
+  waitForInput();
+  char character = 0;
+  return ::read(STDIN_FILENO, &character, 1) == 1 ? static_cast<unsigned char>(character) : EOF;
+}
+
+#endif
+
 /// The first letter of the next line; NUL at the end of the input.
 char firstLetterOfLine() {
-  int first = '\0';
-  int character = std::getchar();
-  if (character == EOF) return '\0';
-  for (first = character; character != EOF && character != '\n'; character = std::getchar()) {
-  }
-  return static_cast<char>(std::tolower(static_cast<unsigned char>(first)));
+  const int first = nextCharacter();
+  if (first == EOF) return '\0';
+  for (int character = first; character != EOF && character != '\n';) character = nextCharacter();
+  return static_cast<char>(std::tolower(first));
 }
 
 }  // namespace
@@ -45,7 +66,6 @@ char firstLetterOfLine() {
 bool canAsk() { return isTerminal(stdin) && isTerminal(stderr); }
 
 char ask(const std::string& question, const std::string& answers) {
-  for (const int signal : kSignals) endCallsOf(signal);
   for (;;) {
     PostponedSignals::throwIfAny();
     std::fputs((question + " ").c_str(), stderr);
