@@ -1,6 +1,5 @@
 #include "Command.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "CommonOptions.h"
@@ -9,12 +8,15 @@
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "DiagnosticText.h"
 #include "DictionaryOptions.h"
-#include "Edit/File.h"
 #include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "ImportEdit.h"
+#include "ImportPlan.h"
+#include "ImportedNames.h"
 #include "InputDocument.h"
-#include "Registers/FileDefinitions.h"
+#include "PlanRun.h"
+#include "PlanTable.h"
 #include "StoppedChange.h"
 #include "XML2Partition.h"
 #include "XMLUtils/UnicodeString.h"
@@ -24,12 +26,6 @@ namespace Vantor::Tool {
 namespace {
 
 constexpr const char* kNothingWritten = "; nothing is written";
-constexpr const char* kOwnNames =
-    ": warning: the document is an export with --own-dictionary; what it names so is left out without that option";
-constexpr const char* kOthersNames =
-    ": warning: the document has names of a MetaDictionary that is not in it, which are left out; --dictionary reads "
-    "them with what mxfxml dictionary --learn makes of the file";
-constexpr const char* kRestLeft = "; nothing is written; --keep-going writes the rest";
 
 /// How many items of dark groups have a dynamic tag without a label: only the primer pack of their file had that, and a
 /// document does not have it.
@@ -47,34 +43,6 @@ std::size_t tagsWithoutLabels(const PartitionMetadata& metadata) {
   return count;
 }
 
-/// Whether a document has names that an export with --own-dictionary gave it.
-bool mentionsOwn(const Diagnostics& diagnostics) {
-  return std::any_of(diagnostics.begin(), diagnostics.end(), [](const LosslessXML::Diagnostic& one) {
-    const auto& all = one.arguments;
-    return std::any_of(all.begin(), all.end(), [](const std::string& argument) {
-      return argument == Registers::kOwnSets || argument == Registers::kOwnProperties;
-    });
-  });
-}
-
-/// Warns of names that an export with --own-dictionary gave a document.
-/// @param metadata  read from the document, or those of the file that it goes into.
-void warnOfOwnNames(const Path& document, const Diagnostics& diagnostics, const PartitionMetadata& metadata) {
-  if (!mentionsOwn(diagnostics)) return;
-  const auto& sets = metadata.sets();
-  const bool isThere = std::any_of(sets.begin(), sets.end(), [](const MetadataSet* set) {
-    return set->definition() != nullptr && set->name() == "MetaDictionary";
-  });
-  printMessage(document.u8string() + (isThere ? kOwnNames : kOthersNames));
-}
-
-/// The partition that a document was exported from; none for the header partition.
-std::optional<MXF::PartitionChoice> partitionOf(const InputDocument& document) {
-  const auto partition = document.partition();
-  if (!partition || *partition == "header") return std::nullopt;
-  return MXF::PartitionChoice::parse(*partition);
-}
-
 class ImportCommand final : public Command {
  public:
   explicit ImportCommand(CLI::App& program)
@@ -84,14 +52,19 @@ class ImportCommand final : public Command {
     addTarget();
     addDescription();
     addWayOfReading();
-    edit_.add(app(), app().get_option("--into"));
+    plan_.add(app(), "file,document", {"INPUT", "--into", "--exact", "--strict"});
+    app().get_option("INPUT")->required(false);
+    edit_.add(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
     addExamples({"import in.xml -o header.mxf", "import edited.xml --into in.mxf --dry-run",
-                 "import edited.xml --into in.mxf --in-place"});
+                 "import edited.xml --into in.mxf --in-place", "import --plan documents.csv --dry-run"});
   }
 
   ExitCode run() const override {
+    if (plan_.isGiven()) return editFiles();
+    if (input().empty()) throw UsageError("INPUT is required");
+    if (!into_) refuseEditOptions();
     const bool isWriting = output_ || inPlace_;
     if (isWriting == edit_.isDryRun()) {
       throw UsageError(isWriting ? "--dry-run writes nothing, neither with -o nor --in-place"
@@ -111,37 +84,29 @@ class ImportCommand final : public Command {
  private:
   void addTarget() {
     auto* output = addFile(app(), "-o,--output", output_, "Write to this file")->type_name("OUTPUT.mxf");
-    auto* into = addFile(app(), "--into", into_,
-                         "Write a copy of this file with the edits of the document;\n"
-                         "everything else in it stays as it is")
-                     ->type_name("ORIGINAL.mxf");
-    app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
-    app()
-        .add_flag("--expect-unchanged", options_.expectsUnchanged,
-                  "Fail if the file has changed since the export, instead of\nwarning")
-        ->needs(into);
-    app()
-        .add_flag("--merge-anyway", options_.mergesOtherFile,
-                  "Merge the document even if it shares no package with the file")
-        ->needs(into);
+    addFile(app(), "--into", into_,
+            "Write a copy of this file with the edits of the document;\n"
+            "everything else in it stays as it is")
+        ->type_name("ORIGINAL.mxf");
+    app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->excludes(output);
+    app().add_flag("--expect-unchanged", options_.expectsUnchanged,
+                   "Fail if the file has changed since the export, instead of\nwarning");
+    app().add_flag("--merge-anyway", options_.mergesOtherFile,
+                   "Merge the document even if it shares no package with the file");
   }
 
   void addDescription() {
-    auto* into = app().get_option("--into");
-    app()
-        .add_flag("--structural-only", options_.isStructuralOnly,
-                  "For a document without description: it is an export of this\nkind; sets that it leaves out are kept")
-        ->needs(into);
+    app().add_flag(
+        "--structural-only", options_.isStructuralOnly,
+        "For a document without description: it is an export of this\nkind; sets that it leaves out are kept");
     app()
         .add_option("--start", options_.start,
                     "For a document without description: it starts from this set;\nother sets are kept")
-        ->type_name("ID|NAME")
-        ->needs(into);
+        ->type_name("ID|NAME");
     addPartition(app(), partition_,
                  "The partition that was exported: header, footer or a number.\n"
                  "Only this one is changed. By default, the one that the document\n"
-                 "describes; with the header partition, all that repeat its\nmetadata")
-        ->needs(into);
+                 "describes; with the header partition, all that repeat its\nmetadata");
   }
 
   void addWayOfReading() {
@@ -195,65 +160,33 @@ class ImportCommand final : public Command {
     file.commit();
   }
 
+  /// Options that mean nothing without a file that edits go into.
+  void refuseEditOptions() const {
+    for (const char* name :
+         {"--in-place", "--expect-unchanged", "--merge-anyway", "--structural-only", "--start", "--partition", "--only",
+          "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going"}) {
+      if (app().count(name) != 0) throw UsageError(std::string(name) + " requires --into");
+    }
+  }
+
+  ExitCode editFiles() const {
+    if (output_ && edit_.isDryRun()) throw UsageError("--dry-run writes no output");
+    if (output_ && edit_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
+    auto files = readImportPlan(plan_.table());
+    if (output_) writeCopies(files, *output_);
+    const ImportPlan plan(plan_.table(), format_, {dictionary_, options_, partition_});
+    return runPlan(plan_, files, plan, edit_);
+  }
+
   ExitCode editFile() const {
-    const InputDocument document(input(), format());
-    if (document.isDescriptionDamaged()) {
-      printMessage(input().u8string() + ": warning: the document's description of itself is damaged, and is ignored");
-    }
-    const bool isPart = options_.isStructuralOnly || !options_.start.empty();
-    if (isPart && format() == DocumentFormat::kJSON) {
-      throw UsageError("--structural-only and --start are for XML; JSON has all sets");
-    }
-    if (document.partition() && isPart) {
-      throw UsageError("--structural-only and --start are for documents that do not describe themselves");
-    }
-    auto dictionary = dictionary_.load(document.vocabulary());
-    const auto partition = partition_ ? partition_ : partitionOf(document);
-    std::unique_ptr<Edit::File> file;
-    namingFile(*into_, [&] {
-      if (inPlace_) {
-        undoStoppedChange(*into_);
-      } else {
-        refuseStoppedChange(*into_);
-      }
-      const auto own =
-          DictionaryOptions::partitionOf(*into_, partition.value_or(MXF::PartitionChoice()), document.vocabulary());
-      if (dictionary_.usesOwn()) dictionary = dictionary_.loadFor(own);
-      file = std::make_unique<Edit::File>(*into_, dictionary, partition);
-    });
-    const bool isWhole = merge(document, *file);
+    const ImportEdit edit(input(), format(), *into_, {dictionary_, options_, partition_, edit_.keepsGoing()});
+    const auto file = edit.open(inPlace_);
+    const bool isWhole = edit.merge(*file).isWhole;
     namingFile(*into_, [&] {
       if (edit_.isDryRun()) return previewEdits(*file, *into_, edit_);
       saveEdits(*file, *into_, output_, edit_);
     });
     return isWhole ? kSuccess : kFailure;
-  }
-
-  /// @return whether all of the edit was taken.
-  bool merge(const InputDocument& document, Edit::File& file) const {
-    try {
-      const auto edited = document.readFor(file, options_);
-      const auto& diagnostics = edited.import.diagnostics;
-      if (!dictionary_.usesOwn()) warnOfOwnNames(input(), diagnostics, file.metadata());
-      printDiagnostics(input(), diagnostics, !edit_.keepsGoing(), kRestLeft);
-      const auto merged = file.merge(edited, options_);
-      if (edited.isOfEarlierState && !options_.mergesOtherFile) {
-        printMessage(into_->u8string() +
-                     ": warning: the file has changed since the document was exported; the document is compared with "
-                     "the file as it is now");
-      }
-      printRemarks(*into_, merged);
-      const auto rejected = merged.rejected.size();
-      if (rejected != 0 && !edit_.keepsGoing()) {
-        throw OtherFileError(into_->u8string() + ": " + (rejected == 1 ? "an edit is" : "edits are") + " rejected" +
-                             kRestLeft);
-      }
-      return diagnostics.empty() && rejected == 0;
-    } catch (const Exceptions::InvalidFormat& error) {
-      const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
-      throw OtherFileError(input().u8string() + ": cannot be put into " + into_->u8string() + ": " + error.message() +
-                           (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""));
-    }
   }
 
   std::optional<Path> output_;
@@ -265,6 +198,7 @@ class ImportCommand final : public Command {
   bool exact_ = false;
   bool strict_ = false;
   EditOptions edit_;
+  PlanOptions plan_;
   DictionaryOptions dictionary_;
 };
 

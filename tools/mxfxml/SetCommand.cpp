@@ -7,7 +7,10 @@
 #include "EditOptions.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "PlanRun.h"
+#include "PlanTable.h"
 #include "SetEdit.h"
+#include "SetPlan.h"
 
 namespace Vantor::Tool {
 
@@ -45,21 +48,27 @@ class SetCommand final : public Command {
     addPartition(app(), partition_,
                  "header, footer or a number: change this partition only.\nBy default, the header partition and all "
                  "that repeat its\nmetadata are changed");
+    plan_.add(app(), "file,path,value, and action for set or remove",
+              {"INPUT", "Set.Property=VALUE", "--remove", "--start"});
+    app().get_option("INPUT")->required(false);
     options_.add(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
-    addExamples(
-        {"set in.mxf 'Timecode[*].StartTimecode=10:00:00:00'", "set in.mxf MaterialPackage.Name='Episode 3' -o out.mxf",
-         "set in.mxf 'TimelineTrack[TrackID=2].TrackName=A1' --dry-run", "set in.mxf --remove Preface.Dictionary"});
+    addExamples({"set in.mxf 'Timecode[*].StartTimecode=10:00:00:00'",
+                 "set in.mxf MaterialPackage.Name='Episode 3' -o out.mxf",
+                 "set in.mxf 'TimelineTrack[TrackID=2].TrackName=A1' --dry-run",
+                 "set in.mxf --remove Preface.Dictionary", "set --plan titles.csv --report done.csv"});
   }
 
   ExitCode run() const override {
+    if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
+    if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
+    if (plan_.isGiven()) return editFiles();
+    if (input().empty()) throw UsageError("INPUT is required");
     if (assignments_.empty() && removals_.empty()) throw UsageError("Set.Property=VALUE or --remove is required");
     std::vector<PropertyPath> changes;
     for (const auto& text : assignments_) changes.push_back(parseChange(text, true));
     for (const auto& text : removals_) changes.push_back(parseChange(text, false));
-    if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
-    if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
     if (output_) refuseSameFile(input(), *output_);
     const EditTarget target{input(), dictionary_, partition_};
     const auto file = openForSetting(target, !output_ && !options_.isDryRun());
@@ -73,6 +82,12 @@ class SetCommand final : public Command {
   }
 
  private:
+  ExitCode editFiles() const {
+    auto files = readSetPlan(plan_.table());
+    if (output_) writeCopies(files, *output_);
+    return runPlan(plan_, files, SetPlan(dictionary_, partition_), options_);
+  }
+
   /// Reports every change that cannot be made.
   /// @return the number of these, if the user wants to keep going. @throws what the last one throws, otherwise.
   std::size_t edit(const EditTarget& target, PartitionMetadata& metadata,
@@ -97,6 +112,7 @@ class SetCommand final : public Command {
   std::optional<Path> output_;
   std::optional<MXF::PartitionChoice> partition_;
   EditOptions options_;
+  PlanOptions plan_;
   DictionaryOptions dictionary_;
 };
 

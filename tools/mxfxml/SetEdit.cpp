@@ -50,10 +50,11 @@ void requireGivenOnce(const Places& places) {
   }
 }
 
-std::string textOf(const MetadataSet& set, const std::string& property) {
+std::optional<std::string> textOf(const MetadataSet& set, const std::string& property) {
   const auto* element = set.find(property);
   const bool hasValue = element != nullptr && element->isPresent() && element->wireValue() != nullptr;
-  return hasValue ? Utils::wstringToString(set.text(property)) : "";
+  if (!hasValue) return std::nullopt;
+  return Utils::wstringToString(set.text(property));
 }
 
 /// @return a remark when there is nothing to remove; else an empty text.
@@ -100,7 +101,7 @@ SetEdit::Result SetEdit::run(PartitionMetadata& metadata, const std::vector<Prop
   const PropertyPath* failed = nullptr;
   for (const auto& place : places) {
     if (place.change == failed && !keepsGoing_) continue;  // one message will do
-    Made made{place.change, textOf(*place.set, place.change->property), ""};
+    Made made{place.change, textOf(*place.set, place.change->property), {}};
     const bool isMade = attempt(*place.change, result.failures, metadata, [&] {
       auto remark = make(*place.change, *place.set);
       if (!remark.empty()) result.remarks.push_back(std::move(remark));

@@ -37,10 +37,10 @@ class SetEdit {
     const PropertyPath* change;
     std::exception_ptr reason;  ///< InvalidFormat, IOError or CommandError
   };
-  /// A change of one set, with the texts of the values; they are empty where there is none.
+  /// A change of one set, with the texts of the values; none where there is no value.
   struct Made {
     const PropertyPath* change;
-    std::string before, after;
+    std::optional<std::string> before, after;
   };
   struct Result {
     std::vector<Failure> failures = {};
