@@ -105,6 +105,13 @@ std::string hintOn(const Edit::EqualValue& value) {
   return text;
 }
 
+std::string hintOn(const Edit::MovedTimecode& timecode) {
+  const auto text = "hint: the " + timecode.property + " of the " + timecode.set + " now reads " + timecode.after +
+                    ", was " + timecode.before;
+  if (timecode.kept.empty()) return text + ", which its new base does not have";
+  return text + "; set " + timecode.property + "=" + timecode.kept + ", too, to keep it";
+}
+
 void printUnedited(const Path& file, const std::vector<Edit::UneditedPartition>& partitions) {
   for (const auto& partition : partitions) printMessage(file.u8string() + ": " + remarkOn(partition));
 }
@@ -153,6 +160,7 @@ void printRemarks(const Path& file, const std::vector<Edit::LongValue>& values) 
 void printRemarks(const Path& file, const Edit::SaveReport& report) {
   printRemarks(file, report.longValues);
   printUnedited(file, report.unedited);
+  for (const auto& timecode : report.movedTimecodes) printMessage(file.u8string() + ": " + hintOn(timecode));
   for (const auto& value : report.equalValues) printMessage(file.u8string() + ": " + hintOn(value));
 }
 
