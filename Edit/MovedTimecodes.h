@@ -7,7 +7,7 @@
 
 namespace Vantor::Edit {
 
-/// A start timecode that an edit left alone, and that reads otherwise since the edit changed its base: the frames per
+/// A start timecode that an edit left alone, and that reads differently since the edit changed its base: the frames per
 /// second or drop frame of its set.
 struct MovedTimecode {
   std::string set;       ///< `MetadataSet::fullName`

@@ -50,7 +50,7 @@ struct SaveReport {
   std::vector<MergePlace> followed = {};           ///< the properties among them that changed with the edit
   bool isSigned = false;                           ///< the changes include an Identification of the edit
   std::vector<EqualValue> equalValues = {};        ///< that the edit left in other sets
-  std::vector<MovedTimecode> movedTimecodes = {};  ///< start timecodes that read otherwise in their new base
+  std::vector<MovedTimecode> movedTimecodes = {};  ///< start timecodes that read differently in their new base
   std::size_t partitions = 0;                      ///< number of those with replaced metadata; 0 when nothing is edited
   std::vector<std::size_t> packs = {};             ///< the partitions whose packs get other labels
   std::vector<UneditedPartition> unedited = {};    ///< only where the header partition is edited

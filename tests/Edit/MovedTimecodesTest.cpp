@@ -29,7 +29,7 @@ class MovedTimecodes : public testing::Test {
   std::unique_ptr<PartitionMetadata> before_, after_;
 };
 
-TEST_F(MovedTimecodes, ReadOtherwiseWhenFramesAreDropped) {
+TEST_F(MovedTimecodes, ReadDifferentlyWhenFramesAreDropped) {
   timecode().set("DropFrame", true);
   const auto found = moved();
   ASSERT_EQ(found.size(), 1u);
@@ -40,7 +40,7 @@ TEST_F(MovedTimecodes, ReadOtherwiseWhenFramesAreDropped) {
   EXPECT_EQ(found[0].kept, "10:00:00;00");
 }
 
-TEST_F(MovedTimecodes, ReadOtherwiseAtAnotherNumberOfFramesPerSecond) {
+TEST_F(MovedTimecodes, ReadDifferentlyAtAnotherNumberOfFramesPerSecond) {
   timecode().set("FramesPerSecond", 25);
   const auto found = moved();
   ASSERT_EQ(found.size(), 1u);
