@@ -92,7 +92,7 @@ TEST_F(PlanTableTest, NamesAllMistakesOfItsRows) {
             "line 4, column 1: the file name is empty\n"
             "line 5, column 27: 'delete' is no action: expected 'set' or 'remove'\n"
             "line 6, column 25: a property that is removed has no value\n"
-            "line 7, column 7: 'TimelineTrack[1.TrackID': a bracket is not closed\n"
+            "line 7, column 7: the bracket in 'TimelineTrack[1.TrackID' is not closed\n"
             "the table has 6 mistakes; nothing is written\n");
 }
 
@@ -111,10 +111,10 @@ TEST_F(PlanTableTest, RefusesTwoValuesOfOneProperty) {
   EXPECT_EQ(
       mistakesOf("file,path,value\na.mxf,Preface.ByteOrder,1\n./a.mxf,Preface.ByteOrder,2\n"),
       std::string("line 3, column 9: 'Preface.ByteOrder' of './a.mxf' has another value in line 2\n") + kOneMistake);
-  expectSet("file,path,value\na.mxf,Identification.ApplicationName,Ed\na.mxf,Identification.ApplicationName,Ed\n",
-            "Ed");
   EXPECT_EQ(mistakesOf("file,document\nb.mxf,b.xml\nb.mxf,c.xml\n", true).substr(0, 59),
             "line 3, column 1: 'b.mxf' has a document in line 2 already\n");
+  expectSet("file,path,value\na.mxf,Identification.ApplicationName,Ed\na.mxf,Identification.ApplicationName,Ed\n",
+            "Ed");
 }
 
 TEST_F(PlanTableTest, ThatIsNotThereIsNamed) {

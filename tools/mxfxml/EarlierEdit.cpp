@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "Core/Comparison/PartitionComparison.h"
 #include "Core/DataIO/File.h"
@@ -39,6 +40,17 @@ bool isOfSignature(const PartitionDifference& difference, const std::set<const M
 }
 
 }  // namespace
+
+MetadataSet* lastSignature(const PartitionMetadata& metadata) {
+  const auto* preface = metadata.preface();
+  const auto* list = preface == nullptr ? nullptr : preface->find("IdentificationList");
+  std::vector<Types::UUID> targets;
+  if (list != nullptr) list->appendTargets({}, targets);
+  if (targets.empty()) return nullptr;
+  const auto& last = metadata.findByInstanceUID(targets.back());
+  const bool isSignature = last.size() == 1 && last.front()->name() == "Identification" && isOurs(*last.front());
+  return isSignature ? last.front() : nullptr;
+}
 
 bool isEditThere(const Path& file, const std::optional<MXF::PartitionChoice>& choice, const PartitionMetadata& edited,
                  Pairing pairing) {

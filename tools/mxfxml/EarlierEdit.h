@@ -9,6 +9,9 @@
 
 namespace Vantor::Tool {
 
+/// The Identification at the end of the Preface's list, if --sign added it; else null.
+MetadataSet* lastSignature(const PartitionMetadata& metadata);
+
 /// Whether a file has an edit already: its metadata are the edited ones, or differ from these by nothing but signatures
 /// of this program, which --sign gave it (`Edit::sign`).
 /// @param choice   the partition of the file; none for the header partition.

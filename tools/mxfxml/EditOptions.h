@@ -18,6 +18,7 @@ class EditOptions {
   static Types::UUID productUID();
   /// Whether to keep the old bytes of a change in place.
   bool keepsUndo() const { return keepsUndo_; }
+  bool isSigned() const { return isSigned_; }
   bool isDryRun() const { return isDryRun_; }
   /// Whether to save the rest when a part of the edit cannot be taken.
   bool keepsGoing() const { return keepsGoing_; }

@@ -85,7 +85,7 @@ class SetCommand final : public Command {
   ExitCode editFiles() const {
     auto files = readSetPlan(plan_.table());
     if (output_) writeCopies(files, *output_);
-    return runPlan(plan_, files, SetPlan(dictionary_, partition_), options_);
+    return runPlan(plan_, files, SetPlan(dictionary_, partition_, options_.isSigned()), options_);
   }
 
   /// Reports every change that cannot be made.

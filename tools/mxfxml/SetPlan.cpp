@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "EarlierEdit.h"
 #include "ErrorText.h"
 #include "SetEdit.h"
 
@@ -38,11 +39,28 @@ std::vector<PlanChange> changesIn(const SetEdit::Result& result, const std::vect
 
 }  // namespace
 
+/// Whether an earlier run has made and signed these changes. Its Identification is one more than paths were written
+/// for.
+bool SetPlan::wasSigned(const EditTarget& target, const std::vector<PropertyPath>& changes,
+                        EditedPlanFile& edited) const {
+  if (lastSignature(edited.file->metadata()) == nullptr) return false;
+  const auto before = openForSetting(target, false);
+  before->metadata().remove(*lastSignature(before->metadata()));
+  const auto result = SetEdit(target, {}, false).run(before->metadata(), changes);
+  const bool isNone = std::all_of(result.made.begin(), result.made.end(),
+                                  [](const SetEdit::Made& made) { return made.before == made.after; });
+  if (!result.failures.empty() || !isNone) return false;
+  edited.changes = changesIn(result, changes, target.file);
+  return true;
+}
+
 EditedPlanFile SetPlan::edit(const PlannedFile& file, bool isInPlace) const {
   std::vector<PropertyPath> changes;
   for (const auto& row : file.rows) changes.push_back(*row.change);
   const EditTarget target{file.file, dictionary_, partition_};
   EditedPlanFile edited{openForSetting(target, isInPlace), partition_};
+  edited.isThere = isSigned_ && !file.copy && wasSigned(target, changes, edited);
+  if (edited.isThere) return edited;
   const auto result = SetEdit(target, {}, false).run(edited.file->metadata(), changes);
   edited.changes = changesIn(result, changes, file.file);
   edited.refusals = result.failures.size();
