@@ -227,6 +227,20 @@ TEST_F(ImportPlanTest, FindsFilesThatHaveTheEdits) {
   }
 }
 
+TEST_F(ImportPlanTest, FindsNewSetsOfAnEarlierRun) {
+  addFiles({"a.mxf"});
+  const auto document = run({"export", path("a.mxf")}).out;
+  const auto from = document.find("<s377m:Identification "), end = document.find("</s377m:Identification>", from) + 23;
+  const auto attributes = document.find('>', from);
+  const auto added = "<s377m:Identification" + document.substr(attributes, end - attributes);
+  writeFile(path("a.xml"), document.substr(0, end) + added + document.substr(end));
+  writeFile(table(), "file,document\na.mxf,a.xml\n");
+  EXPECT_EQ(lastLine(import({"--ignore", "doubled-generation"}).out), "1 file changed\n");
+  const auto bytes = readFile(path("a.mxf"));
+  EXPECT_EQ(lastLine(import({"--ignore", "doubled-generation"}).out), "1 file already so\n");
+  EXPECT_EQ(readFile(path("a.mxf")), bytes);
+}
+
 TEST_F(ImportPlanTest, RefusesAFileWithOtherEditsWhereNoneAreExpected) {
   addDocuments({"a.mxf"});
   EXPECT_EQ(run({"set", path("a.mxf"), "Preface.ByteOrder=18761"}).exitCode, 0);
