@@ -15,6 +15,7 @@
 #include "Edit/EqualValues.h"
 #include "Edit/LongValues.h"
 #include "Edit/Merge.h"
+#include "Edit/MovedTimecodes.h"
 #include "Edit/Signature.h"
 
 namespace Vantor::Edit {
@@ -45,13 +46,14 @@ struct UneditedPartition {
 
 /// What saving writes, or wrote.
 struct SaveReport {
-  Changes changes = {};                          ///< of the metadata of the edited partition
-  std::vector<MergePlace> followed = {};         ///< the properties among them that changed with the edit
-  bool isSigned = false;                         ///< the changes include an Identification of the edit
-  std::vector<EqualValue> equalValues = {};      ///< that the edit left in other sets
-  std::size_t partitions = 0;                    ///< number of those with replaced metadata; 0 when nothing is edited
-  std::vector<std::size_t> packs = {};           ///< the partitions whose packs get other labels
-  std::vector<UneditedPartition> unedited = {};  ///< only where the header partition is edited
+  Changes changes = {};                            ///< of the metadata of the edited partition
+  std::vector<MergePlace> followed = {};           ///< the properties among them that changed with the edit
+  bool isSigned = false;                           ///< the changes include an Identification of the edit
+  std::vector<EqualValue> equalValues = {};        ///< that the edit left in other sets
+  std::vector<MovedTimecode> movedTimecodes = {};  ///< start timecodes that read differently in their new base
+  std::size_t partitions = 0;                      ///< number of those with replaced metadata; 0 when nothing is edited
+  std::vector<std::size_t> packs = {};             ///< the partitions whose packs get other labels
+  std::vector<UneditedPartition> unedited = {};    ///< only where the header partition is edited
   std::vector<LongValue> longValues = {};
   /// Of any rule that the file did not break before, notes and ignored rules included.
   std::vector<Finding> findings = {};

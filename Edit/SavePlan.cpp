@@ -74,6 +74,7 @@ class Planner {
     report.isSigned = options_.signature.has_value();
     report.changes = changesBetween(old, *bytes, file_.dictionary);
     report.equalValues = equalValuesOf(*before_, file_.metadata);
+    report.movedTimecodes = movedTimecodesOf(*before_, file_.metadata);
     report.longValues = longValuesOf(file_.metadata);
     structure_ = MXF::readStructure(file_.source);
     planMetadata(bytes);

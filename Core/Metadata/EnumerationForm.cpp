@@ -1,5 +1,6 @@
 #include "Core/DataIO/BigEndian.h"
 #include "Core/MetaMetadata/Enumeration.h"
+#include "Core/MetaMetadata/NameFolding.h"
 #include "Core/Metadata/PropertyForm.h"
 #include "Core/Platform/Numbers.h"
 #include "Core/Platform/Strings.h"
@@ -36,6 +37,28 @@ std::optional<wstring> printName(const PropertyPlace& place, const Types::Simple
   return Utils::stringToWstring(std::string(name));
 }
 
+/// What other programs call a value of an enumeration.
+struct OtherWord {
+  std::string_view enumeration;
+  std::string_view word;  // folded
+  const char* meant;
+};
+constexpr OtherWord kOtherWords[] = {
+    {"LayoutType", "progressive", "progressive pictures have FullFrame"},
+    {"LayoutType", "progressivescan", "progressive pictures have FullFrame"},
+    {"LayoutType", "psf", "segmented progressive pictures have SegmentedFrame"},
+    {"LayoutType", "progressivesegmentedframe", "segmented progressive pictures have SegmentedFrame"},
+    {"LayoutType", "interlaced", "interlaced pictures have SeparateFields, or MixedFields with both fields in one"}};
+
+/// Names the value that a word of another program stands for; none for other texts.
+std::optional<Types::ParsedValue> refusalOfWord(const MetaMetadata::Enumeration& enumeration, std::string_view text) {
+  const auto word = MetaMetadata::foldedName(text);
+  for (const auto& other : kOtherWords) {
+    if (other.enumeration == enumeration.name() && other.word == word) return Types::ParsedValue(other.meant);
+  }
+  return std::nullopt;
+}
+
 /// Lists the names that a text may mean.
 Types::ParsedValue refusalOf(const PropertyPlace& place, const Templates::vector<int64>& numbers) {
   std::string names;
@@ -51,7 +74,7 @@ std::optional<Types::ParsedValue> parseName(const PropertyPlace& place, Types::I
   int64 number = 0;
   if (Types::readWholeNumber(Types::trimmed(text), number)) return std::nullopt;
   const auto numbers = place.definition->enumeration()->numbersNamed(name);
-  if (numbers.empty()) return std::nullopt;
+  if (numbers.empty()) return refusalOfWord(*place.definition->enumeration(), name);
   if (numbers.size() > 1) return refusalOf(place, numbers);
   const bool isBoolean = type == Types::Identifiers::kBoolean;
   return Types::typeText(type)->parse(isBoolean && numbers[0] != 0 ? wstring(u"1") : Platform::toDecimal(numbers[0]));

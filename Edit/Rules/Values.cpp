@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <unordered_set>
 
@@ -79,6 +80,22 @@ void checkDropFrame(const Model& model, Report& report) {
     const bool drops = integerOf(*set, "DropFrame").value_or(0) != 0;
     if (drops && base && *base != 30 && *base != 60 && *base != 120)
       report.add(*set, "DropFrame", {std::to_string(*base)});
+  }
+}
+
+/// The octet has a code of 4 bits in the bits 6 to 3, and the shape of the coded frame in bit 2 (ST 377-1).
+bool isActiveFormat(int64 octet) {
+  constexpr int64 kOtherBits = 0x83;
+  constexpr std::array kReservedCodes = {1, 5, 6, 7, 12};  // ST 2016-1
+  const auto code = octet >> 3 & 0x0F;
+  return (octet & kOtherBits) == 0 &&
+         std::find(kReservedCodes.begin(), kReservedCodes.end(), code) == kReservedCodes.end();
+}
+
+void checkActiveFormats(const Model& model, Report& report) {
+  for (const auto* set : model.sets()) {
+    const auto octet = integerOf(*set, "ActiveFormatDescriptor");
+    if (octet && !isActiveFormat(*octet)) report.add(*set, "ActiveFormatDescriptor", {std::to_string(*octet)});
   }
 }
 
@@ -171,6 +188,10 @@ const RuleTable& valueRules() {
       {{"drop-frame", Severity::kWarning, "frames are dropped at 30, 60 and 120 frames per second only, not at {base}",
         "ST 12-1, ST 12-3"},
        checkDropFrame},
+      {{"active-format", Severity::kWarning,
+        "{octet} is no active format descriptor: it is 8 times a code of ST 2016-1, plus 4 for a coded frame of 16:9",
+        "ST 377-1, Generic Picture Essence Descriptor; ST 2016-1"},
+       checkActiveFormats},
       {{"date-value", Severity::kWarning, "{date} is no date", "ST 377-1, Timestamp"}, checkDates},
       {{"doubled-property", Severity::kError, "the set has the property twice", "ST 336"}, checkDoubledProperties},
       {{"unreadable-value", Severity::kNote, "the value {value} cannot be decoded as the property's type: {reason}",

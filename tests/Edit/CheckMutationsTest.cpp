@@ -96,6 +96,9 @@ const std::vector<Mutation> kValues = {
     {"length-value", [](Metadata& m) { m.find("AES3PCMDescriptor").set("EssenceLength", -2); }},
     {"timecode-base", [](Metadata& m) { m.find("Timecode[1]").set("FramesPerSecond", 0); }},
     {"drop-frame", [](Metadata& m) { m.find("Timecode[1]").set("DropFrame", true); }},
+    {"active-format", [](Metadata& m) { m.find("MPEGVideoDescriptor").set("ActiveFormatDescriptor", 8); }},
+    {"active-format",
+     [](Metadata& m) { m.find("MPEGVideoDescriptor").set("ActiveFormatDescriptor", Types::UInt8(0x45)); }},
     {"date-value", [](Metadata& m) { m.find("Preface").set("FileLastModified", Timestamp(2023, 2, 29, 0, 0, 0, 0)); }},
     {"doubled-property",
      [](Metadata& m) {

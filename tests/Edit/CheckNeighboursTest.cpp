@@ -85,6 +85,8 @@ const std::vector<Mutation> kLegalValues = {
        m.find("Timecode[1]").set("FramesPerSecond", 60);
        m.find("Timecode[1]").set("DropFrame", true);
      }},
+    {"active-format", [](M& m) { m.find("MPEGVideoDescriptor").set("ActiveFormatDescriptor", 0x44); }},
+    {"active-format", [](M& m) { m.find("MPEGVideoDescriptor").set("ActiveFormatDescriptor", 4); }},
     {"date-value", [](M& m) { m.find("Preface").set("FileLastModified", Timestamp(2024, 2, 29, 23, 59, 59, 996)); }},
     {"doubled-property", [](M& m) { addUnknown(m.find("Identification"), kPrivateTag, Bytes{1}); }},
     {"unreadable-value", [](M& m) { addUnknown(m.find("Identification"), kPrivateTag, Bytes{1}); }},

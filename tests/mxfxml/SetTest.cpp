@@ -58,6 +58,20 @@ TEST(Set, ChangesPropertiesAndNothingElse) {
             withoutDescription(run({"export", file.path()}).out));
 }
 
+TEST(Set, HintsAtAStartTimecodeThatItsNewBaseMoves) {
+  const SetFile file;
+  const Result result = file.set({"Timecode[2].StartTimecode=01:00:00:00"});
+  ASSERT_EQ(result.exitCode, 0);
+  const Result moved = file.set(ignoring({"timecode-rate"}, {"Timecode[2].FramesPerSecond=24"}));
+  EXPECT_EQ(moved.exitCode, 0) << moved.err;
+  EXPECT_THAT(moved.err, ContainsRegex("hint: the StartTimecode of the Timecode [0-9A-F.]+ now reads [0-9:]+, was "
+                                       "01:00:00:00; set StartTimecode=01:00:00:00, too, to keep it\n"));
+  const Result both = file.set(
+      ignoring({"timecode-rate"}, {"Timecode[2].FramesPerSecond=48", "Timecode[2].StartTimecode=01:00:00:00"}));
+  EXPECT_EQ(both.exitCode, 0) << both.err;
+  EXPECT_THAT(both.err, testing::Not(HasSubstr("now reads")));
+}
+
 TEST(Set, AddsAPropertyThatWasNotThere) {
   const SetFile file;
   EXPECT_EQ(file.set({"Preface.ByteOrder=18761"}).exitCode, 0);

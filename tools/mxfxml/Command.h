@@ -46,6 +46,7 @@ class Command {
       : app_(program.add_subcommand(name, description)) {}
 
   CLI::App& app() { return *app_; }
+  const CLI::App& app() const { return *app_; }
   /// Command lines for the end of the help, a line each, without the program's name.
   void addExamples(const std::vector<std::string>& examples) {
     std::string text = "Examples:\n";

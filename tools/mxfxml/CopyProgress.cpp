@@ -71,6 +71,8 @@ CopyProgress::Watched CopyProgress::watch(int signal) {
   return {signal, before};
 }
 
+bool CopyProgress::isInterrupted() const { return waiting != 0; }
+
 MXF::Progress CopyProgress::progress() {
   return [this, bar = isTerminal(stderr) ? std::make_shared<Bar>() : nullptr](uint64 done, uint64 total) {
     isStopped_ = waiting != 0;

@@ -20,6 +20,8 @@ class CopyProgress {
 
   /// To be called while a copy is written. Throws CommandError when a signal waits. It must not outlive this object.
   MXF::Progress progress();
+  /// Whether a signal waits.
+  bool isInterrupted() const;
 
  private:
   using Handler = void (*)(int);

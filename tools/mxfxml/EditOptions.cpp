@@ -28,23 +28,22 @@ Edit::Signature programSignature() {
 
 }  // namespace
 
-void EditOptions::add(CLI::App& command, CLI::Option* needed) {
-  const auto need = [needed](CLI::Option* option) {
-    if (needed != nullptr) option->needs(needed);
-  };
-  need(command.add_flag("--only", isOnly_,
-                        "Change nothing along with the edit: not the references to a\nrenamed package or track, nor "
-                        "the labels in partition packs"));
-  need(rules_.addIgnore(command, "Write the file even if the edit breaks this rule"));
-  need(command.add_flag("--sign", isSigned_,
-                        "Add an Identification of this program, with the time and a new\ngeneration, which changed "
-                        "sets get, too"));
-  need(command.add_flag("--keep-undo", keepsUndo_,
-                        "Keep the old bytes of a change in place beside the file, for\nmxfxml undo"));
-  need(command.add_flag("--dry-run", isDryRun_, "Print what would change, and which rules that would break"));
-  need(command.add_flag("--keep-going", keepsGoing_,
-                        "Write the rest when a part of the edit cannot be taken, and end\nwith 1"));
+void EditOptions::add(CLI::App& command) {
+  command.add_flag("--only", isOnly_,
+                   "Change nothing along with the edit: not the references to a\nrenamed package or track, nor "
+                   "the labels in partition packs");
+  rules_.addIgnore(command, "Write the file even if the edit breaks this rule");
+  command.add_flag("--sign", isSigned_,
+                   "Add an Identification of this program, with the time and a new\ngeneration, which changed "
+                   "sets get, too");
+  command.add_flag("--keep-undo", keepsUndo_,
+                   "Keep the old bytes of a change in place beside the file, for\nmxfxml undo");
+  command.add_flag("--dry-run", isDryRun_, "Print what would change, and which rules that would break");
+  command.add_flag("--keep-going", keepsGoing_,
+                   "Write the rest when a part of the edit cannot be taken, and end\nwith 1");
 }
+
+Types::UUID EditOptions::productUID() { return Types::UUID(kProductUID); }
 
 Edit::SaveOptions EditOptions::saving() const {
   Edit::SaveOptions options;

@@ -11,12 +11,14 @@ namespace Vantor::Tool {
 class EditOptions {
  public:
   /// Adds --only, --ignore, --sign, --keep-undo, --dry-run and --keep-going.
-  /// @param needed  the option without which these mean nothing; null for none.
-  void add(CLI::App& command, CLI::Option* needed = nullptr);
+  void add(CLI::App& command);
 
   Edit::SaveOptions saving() const;
+  /// Identifies this program in the signatures that --sign leaves.
+  static Types::UUID productUID();
   /// Whether to keep the old bytes of a change in place.
   bool keepsUndo() const { return keepsUndo_; }
+  bool isSigned() const { return isSigned_; }
   bool isDryRun() const { return isDryRun_; }
   /// Whether to save the rest when a part of the edit cannot be taken.
   bool keepsGoing() const { return keepsGoing_; }

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "ComparisonText.h"
 #include "CopyProgress.h"
@@ -104,14 +105,15 @@ std::string hintOn(const Edit::EqualValue& value) {
   return text;
 }
 
-void printUnedited(const Path& file, const std::vector<Edit::UneditedPartition>& partitions) {
-  for (const auto& partition : partitions) printMessage(file.u8string() + ": " + remarkOn(partition));
+std::string hintOn(const Edit::MovedTimecode& timecode) {
+  const auto text = "hint: the " + timecode.property + " of the " + timecode.set + " now reads " + timecode.after +
+                    ", was " + timecode.before;
+  if (timecode.kept.empty()) return text + ", which its new base does not have";
+  return text + "; set " + timecode.property + "=" + timecode.kept + ", too, to keep it";
 }
 
-void printSaveRemarks(const Path& file, const Edit::SaveReport& report) {
-  printRemarks(file, report.longValues);
-  printUnedited(file, report.unedited);
-  for (const auto& value : report.equalValues) printMessage(file.u8string() + ": " + hintOn(value));
+void printUnedited(const Path& file, const std::vector<Edit::UneditedPartition>& partitions) {
+  for (const auto& partition : partitions) printMessage(file.u8string() + ": " + remarkOn(partition));
 }
 
 /// What the user permitted needs no line.
@@ -121,19 +123,10 @@ void printNotes(const Path& file, const Edit::SaveReport& report) {
   }
 }
 
-[[noreturn]] void refuse(const std::vector<Edit::Finding>& findings) {
-  std::set<const Edit::Rule*> rules;
-  for (const auto& finding : findings) rules.insert(finding.rule);
-  throw CommandError("the edit would break " + counted(rules.size(), "rule", "rules") +
-                     " that the file keeps; nothing is written; --ignore RULE permits it");
-}
-
 /// The file is written by now.
 void printSummary(const std::string& summary, const Path& file, DataIO::File::Durability durability) {
   const auto print = [&file](const std::string& message) { printMessage(file.u8string() + ": " + message); };
-  if (durability == DataIO::File::Durability::kAtomic) {
-    print("warning: the file is written, but its folder cannot be flushed, so that a power failure may undo it");
-  }
+  warnOfDurability(file, durability);
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return print(summary);
   try {
@@ -164,6 +157,13 @@ void printRemarks(const Path& file, const std::vector<Edit::LongValue>& values) 
   }
 }
 
+void printRemarks(const Path& file, const Edit::SaveReport& report) {
+  printRemarks(file, report.longValues);
+  printUnedited(file, report.unedited);
+  for (const auto& timecode : report.movedTimecodes) printMessage(file.u8string() + ": " + hintOn(timecode));
+  for (const auto& value : report.equalValues) printMessage(file.u8string() + ": " + hintOn(value));
+}
+
 void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& copy, const EditOptions& options) {
   const auto saving = options.saving();
   CopyProgress progress;
@@ -171,24 +171,43 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
     const auto report =
         copy ? edited.saveCopy(*copy, saving, progress.progress()) : edited.save(saving, progress.progress());
     printNotes(file, report);
-    printSaveRemarks(file, report);
+    printRemarks(file, report);
     printSummary(editSummaryOf(report, "written"), copy.value_or(file), report.durability);
   } catch (const Edit::FileGetsWorse& refusal) {
     for (const auto& finding : refusal.findings()) printMessage(file.u8string() + ": " + lineOf(finding));
     printUnedited(file, edited.preview(saving).unedited);
-    refuse(refusal.findings());
+    throw CommandError(refusalOf(refusal.findings()));
   }
 }
 
-void previewEdits(Edit::File& edited, const Path& file, const EditOptions& options) {
+std::string refusalOf(const std::vector<Edit::Finding>& findings) {
+  std::set<const Edit::Rule*> rules;
+  for (const auto& finding : findings) rules.insert(finding.rule);
+  return "the edit would break " + counted(rules.size(), "rule", "rules") +
+         " that the file keeps; nothing is written; --ignore RULE permits it";
+}
+
+void warnOfDurability(const Path& file, DataIO::File::Durability durability) {
+  if (durability != DataIO::File::Durability::kAtomic) return;
+  printMessage(file.u8string() +
+               ": warning: the file is written, but its folder cannot be flushed, so that a power failure may undo it");
+}
+
+EditPreview previewOf(Edit::File& edited, const EditOptions& options, bool isCopy) {
   const auto saving = options.saving();
-  const auto report = edited.rehearse(saving);
+  auto report = isCopy ? edited.preview(saving) : edited.rehearse(saving);
   std::string text = differenceLines(edited.compare());
   for (const auto& finding : report.findings) text += lineOf(finding) + "\n";
-  writeStandardOutput(text + editSummaryOf(report, "would be written") + "\n");
-  printSaveRemarks(file, report);
-  const auto refused = Edit::refusedFindings(report, saving);
-  if (!refused.empty()) refuse(refused);
+  text += editSummaryOf(report, "would be written") + "\n";
+  auto refused = Edit::refusedFindings(report, saving);
+  return {std::move(text), std::move(report), std::move(refused)};
+}
+
+void previewEdits(Edit::File& edited, const Path& file, const EditOptions& options) {
+  const auto preview = previewOf(edited, options);
+  writeStandardOutput(preview.text);
+  printRemarks(file, preview.report);
+  if (!preview.refused.empty()) throw CommandError(refusalOf(preview.refused));
 }
 
 }  // namespace Vantor::Tool

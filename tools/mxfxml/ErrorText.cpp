@@ -39,11 +39,17 @@ bool currentExceptionNamesItsFile() {
   }
 }
 
+bool isSilent = false;
+
 constexpr const char* kNoMemory = "there is not enough memory";
 
 }  // namespace
 
+SilentMessages::SilentMessages() { isSilent = true; }
+SilentMessages::~SilentMessages() { isSilent = false; }
+
 void printMessage(const std::string& message) {
+  if (isSilent) return;
   std::fputs((std::string(kProgramName) + ": " + oneLine(message) + "\n").c_str(), stderr);
 }
 

@@ -30,6 +30,15 @@ class OtherFileError : public std::runtime_error {
 /// Writes a line to standard error, after the program's name.
 void printMessage(const std::string& message);
 
+/// As long as it lives, messages are not printed, since they were before. Only one object may exist at a time.
+class SilentMessages {
+ public:
+  SilentMessages();
+  ~SilentMessages();
+  SilentMessages(const SilentMessages&) = delete;
+  SilentMessages& operator=(const SilentMessages&) = delete;
+};
+
 /// The message, in UTF-8, of the exception that is being handled, whoever threw it. To be called in a catch clause.
 std::string currentExceptionText();
 

@@ -14,6 +14,7 @@
 #include "MetadataInput.h"
 #include "PropertyPaths.h"
 #include "PropertyValues.h"
+#include "StandardInput.h"
 #include "StandardStreams.h"
 
 namespace Vantor::Tool {
@@ -31,7 +32,11 @@ class GetCommand final : public Command {
  public:
   explicit GetCommand(CLI::App& program)
       : Command(program, "get", "Print values of properties alone, as mxfxml set takes them") {
-    app().add_option("INPUT", input_, "MXF, XML or JSON file")->required()->type_name("")->check(whyNoFileName);
+    app()
+        .add_option("INPUT", input_, "MXF, XML or JSON file, or - for standard input")
+        ->required()
+        ->type_name("")
+        ->check(whyNoFileOrDash);
     hint(
         app()
             .add_option("Set.Property", rest_,
@@ -97,12 +102,13 @@ class GetCommand final : public Command {
   }
 
   std::vector<Path> filesToRead() const {
-    std::vector<Path> files = {std::filesystem::u8path(input_)};
+    std::vector<Path> files = {inputPath(input_)};
     if (properties_.empty()) return files;
     for (const auto& name : rest_) {
-      if (name.empty()) throw UsageError("INPUT: " + whyNoFileName(name));
-      files.push_back(std::filesystem::u8path(name));
+      if (name.empty()) throw UsageError("INPUT: " + whyNoFileOrDash(name));
+      files.push_back(inputPath(name));
     }
+    requireOneStandardInput(files);
     return files;
   }
 

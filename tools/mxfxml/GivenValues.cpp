@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <fstream>
-#include <iostream>
 #include <iterator>
 #include <system_error>
 
@@ -13,6 +12,7 @@
 #include "JSON/PropertyValue.h"
 #include "JSON/Refusal.h"
 #include "JSON/Text.h"
+#include "StandardInput.h"
 
 namespace Vantor::Tool {
 
@@ -24,22 +24,16 @@ using GivenValues = std::vector<std::shared_ptr<const GivenValue>>;
 constexpr const char* kFormat = "mxfxml-get";
 constexpr int64 kVersion = 1;
 
-std::string bytesOf(std::istream& stream) {
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 /// Pipes, too, which have no size.
 std::string textOf(const Path& document) {
-  if (document == "-") return bytesOf(std::cin);
+  if (isStandardInput(document)) return StandardInput::instance().all();
   std::error_code error;
   if (std::filesystem::is_directory(document, error)) throw CommandError("it is a folder");
   errno = 0;
   std::ifstream stream(document, std::ios::binary);
   if (!stream) throw CommandError(std::generic_category().message(errno));
-  return bytesOf(stream);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
-
-std::string nameOf(const Path& document) { return document == "-" ? "standard input" : oneLine(document.u8string()); }
 
 std::string messageOf(const std::string& pointer, const Refusal& refusal) {
   const auto line = refusal.line() == 0 ? "" : "line " + std::to_string(refusal.line()) + ": ";
@@ -182,7 +176,7 @@ void GivenValue::requireText(const MetadataSet& set) const {
 }
 
 GivenValues readGivenValues(const Path& document) {
-  const auto name = nameOf(document);
+  const auto name = oneLine(document.u8string());
   try {
     return ValuesReader(name).read(JSON::fromText(textOf(document)));
   } catch (const Refusal& refusal) {

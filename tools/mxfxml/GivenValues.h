@@ -45,7 +45,7 @@ class GivenValue {
 };
 
 /// The values in a document: what `mxfxml get --json` prints of one file, or an object {"Set.Property": value, ...}.
-/// @param document  "-" for standard input.
+/// @param document  a file, a pipe or standard input.
 /// @throws OtherFileError naming the document, and what is wrong with line and column or JSON pointer.
 std::vector<std::shared_ptr<const GivenValue>> readGivenValues(const Path& document);
 

@@ -11,8 +11,11 @@
 #include "EditReport.h"
 #include "ErrorText.h"
 #include "ImportEdit.h"
+#include "ImportPlan.h"
 #include "ImportedNames.h"
 #include "InputDocument.h"
+#include "PlanRun.h"
+#include "PlanTable.h"
 #include "StandardInput.h"
 #include "StandardStreams.h"
 #include "StoppedChange.h"
@@ -51,14 +54,19 @@ class ImportCommand final : public Command {
     addTarget();
     addDescription();
     addWayOfReading();
-    edit_.add(app(), app().get_option("--into"));
+    plan_.add(app(), "file,document", {"INPUT", "--into", "--exact", "--strict"});
+    app().get_option("INPUT")->required(false);
+    edit_.add(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
     addExamples({"import in.xml -o header.mxf", "import edited.xml --into in.mxf --dry-run",
-                 "import edited.xml --into in.mxf --in-place"});
+                 "import edited.xml --into in.mxf --in-place", "import --plan documents.csv --dry-run"});
   }
 
   ExitCode run() const override {
+    if (plan_.isGiven()) return editFiles();
+    if (input().empty()) throw UsageError("INPUT is required");
+    if (!into_) refuseEditOptions();
     const bool isWriting = output_ || inPlace_;
     if (isWriting == edit_.isDryRun()) {
       throw UsageError(isWriting ? "--dry-run writes nothing, neither with -o nor --in-place"
@@ -81,37 +89,29 @@ class ImportCommand final : public Command {
     auto* output =
         addFile(app(), "-o,--output", output_, "Write to this file, or with - to standard output", Dash::kOutput)
             ->type_name("OUTPUT.mxf");
-    auto* into = addFile(app(), "--into", into_,
-                         "Write a copy of this file with the edits of the document;\n"
-                         "everything else in it stays as it is")
-                     ->type_name("ORIGINAL.mxf");
-    app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->needs(into)->excludes(output);
-    app()
-        .add_flag("--expect-unchanged", options_.expectsUnchanged,
-                  "Fail if the file has changed since the export, instead of\nwarning")
-        ->needs(into);
-    app()
-        .add_flag("--merge-anyway", options_.mergesOtherFile,
-                  "Merge the document even if it shares no package with the file")
-        ->needs(into);
+    addFile(app(), "--into", into_,
+            "Write a copy of this file with the edits of the document;\n"
+            "everything else in it stays as it is")
+        ->type_name("ORIGINAL.mxf");
+    app().add_flag("--in-place", inPlace_, "Change the file of --into itself")->excludes(output);
+    app().add_flag("--expect-unchanged", options_.expectsUnchanged,
+                   "Fail if the file has changed since the export, instead of\nwarning");
+    app().add_flag("--merge-anyway", options_.mergesOtherFile,
+                   "Merge the document even if it shares no package with the file");
   }
 
   void addDescription() {
-    auto* into = app().get_option("--into");
-    app()
-        .add_flag("--structural-only", options_.isStructuralOnly,
-                  "For a document without description: it is an export of this\nkind; sets that it leaves out are kept")
-        ->needs(into);
+    app().add_flag(
+        "--structural-only", options_.isStructuralOnly,
+        "For a document without description: it is an export of this\nkind; sets that it leaves out are kept");
     app()
         .add_option("--start", options_.start,
                     "For a document without description: it starts from this set;\nother sets are kept")
-        ->type_name("ID|NAME")
-        ->needs(into);
+        ->type_name("ID|NAME");
     addPartition(app(), partition_,
                  "The partition that was exported: header, footer or a number.\n"
                  "Only this one is changed. By default, the one that the document\n"
-                 "describes; with the header partition, all that repeat its\nmetadata")
-        ->needs(into);
+                 "describes; with the header partition, all that repeat its\nmetadata");
   }
 
   void addWayOfReading() {
@@ -175,6 +175,25 @@ class ImportCommand final : public Command {
     });
   }
 
+  /// Options that mean nothing without a file that edits go into.
+  void refuseEditOptions() const {
+    for (const char* name :
+         {"--in-place", "--expect-unchanged", "--merge-anyway", "--structural-only", "--start", "--partition", "--only",
+          "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going"}) {
+      if (app().count(name) != 0) throw UsageError(std::string(name) + " requires --into");
+    }
+  }
+
+  ExitCode editFiles() const {
+    if (output_ && edit_.isDryRun()) throw UsageError("--dry-run writes no output");
+    if (output_ && edit_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
+    if (output_ && isStandardOutput(*output_)) throw UsageError("-o is a folder for the copies of a plan");
+    auto files = readImportPlan(plan_.table());
+    if (output_) writeCopies(files, *output_);
+    const ImportPlan plan(plan_.table(), format_, {dictionary_, options_, partition_});
+    return runPlan(plan_, files, plan, edit_);
+  }
+
   ExitCode editFile() const {
     const ImportEdit edit(input(), format(), *into_, {dictionary_, options_, partition_, edit_.keepsGoing()});
     const auto file = edit.open(inPlace_);
@@ -195,6 +214,7 @@ class ImportCommand final : public Command {
   bool exact_ = false;
   bool strict_ = false;
   EditOptions edit_;
+  PlanOptions plan_;
   DictionaryOptions dictionary_;
 };
 

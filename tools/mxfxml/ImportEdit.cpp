@@ -1,8 +1,10 @@
 #include "ImportEdit.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "DiagnosticText.h"
+#include "EarlierEdit.h"
 #include "EditReport.h"
 #include "ErrorText.h"
 #include "ImportedNames.h"
@@ -58,12 +60,13 @@ std::optional<MXF::PartitionChoice> ImportEdit::partition() const {
 
 ImportEdit::Merged ImportEdit::merge(Edit::File& file) const {
   try {
+    Merged result;
     const auto edited = document_.readFor(file, options_.merge);
     const auto& diagnostics = edited.import.diagnostics;
     if (!options_.dictionary.usesOwn()) warnOfOwnNames(documentFile_, diagnostics, file.metadata());
     printDiagnostics(documentFile_, diagnostics, !options_.keepsGoing, kRestLeft);
-    const auto merged = file.merge(edited, options_.merge);
-    if (edited.isOfEarlierState && !options_.merge.mergesOtherFile) {
+    const auto merged = mergeInto(file, edited, result);
+    if (edited.isOfEarlierState && !options_.merge.mergesOtherFile && !result.isThere) {
       printMessage(file_.u8string() +
                    ": warning: the file has changed since the document was exported; the document is compared with "
                    "the file as it is now");
@@ -74,12 +77,28 @@ ImportEdit::Merged ImportEdit::merge(Edit::File& file) const {
       throw OtherFileError(file_.u8string() + ": " + (rejected == 1 ? "an edit is" : "edits are") + " rejected" +
                            kRestLeft);
     }
-    return {diagnostics.empty() && rejected == 0};
+    result.isWhole = diagnostics.empty() && rejected == 0;
+    return result;
   } catch (const Exceptions::InvalidFormat& error) {
     const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
     throw OtherFileError(documentFile_.u8string() + ": cannot be put into " + file_.u8string() + ": " +
                          error.message() + (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""));
   }
+}
+
+/// A file that has the edits already has changed since the export, whatever is expected.
+Edit::MergeReport ImportEdit::mergeInto(Edit::File& file, const Edit::EditedDocument& edited, Merged& merged) const {
+  if (!options_.resumes || !edited.isOfEarlierState) return file.merge(edited, options_.merge);
+  auto later = options_.merge;
+  later.expectsUnchanged = false;
+  auto report = file.merge(edited, later);
+  merged.isThere = hasEdits(file);
+  if (!merged.isThere && options_.merge.expectsUnchanged) file.merge(edited, options_.merge);  // which throws
+  return report;
+}
+
+bool ImportEdit::hasEdits(Edit::File& file) const {
+  return isEditThere(file_, partition(), file.metadata(), Pairing::kByPlace);
 }
 
 }  // namespace Vantor::Tool

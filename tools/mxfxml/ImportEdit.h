@@ -17,14 +17,18 @@ class ImportEdit {
     const Edit::MergeOptions& merge;
     const std::optional<MXF::PartitionChoice>& partition;  ///< none for the one that the document describes
     bool keepsGoing = false;  ///< merge the rest when a part of the document cannot be merged
+    bool resumes = false;     ///< a document whose edits the file has already is fine
   };
   struct Merged {
-    bool isWhole = true;  ///< all of the document was merged
+    bool isWhole = true;   ///< all of the document was merged
+    bool isThere = false;  ///< the file has the edits already: it was changed since the export, by this document
   };
 
   /// Reads the document. Warns of a description that is damaged.
   ImportEdit(Path documentFile, DocumentFormat format, Path file, const Options& options);
 
+  /// The partition to edit; none for the header partition and all that repeat it.
+  std::optional<MXF::PartitionChoice> partition() const;
   /// Opens the MXF file.
   /// @param isInPlace  the file itself will change: a change of it that was stopped is undone first, with a message.
   /// @throws OtherFileError naming the file.
@@ -34,8 +38,8 @@ class ImportEdit {
   Merged merge(Edit::File& file) const;
 
  private:
-  /// The partition to edit; none for the header partition and all that repeat it.
-  std::optional<MXF::PartitionChoice> partition() const;
+  Edit::MergeReport mergeInto(Edit::File& file, const Edit::EditedDocument& edited, Merged& merged) const;
+  bool hasEdits(Edit::File& file) const;
 
   Path documentFile_;
   InputDocument document_;

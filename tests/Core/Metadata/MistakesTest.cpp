@@ -72,7 +72,9 @@ const Mistake kMistakes[] = {
      "for example 1.2.3.4 release or 1.2 beta"},
     {"Identification", "ApplicationVersion", "1.2.3.4.5.6",
      "'1.2.3.4.5.6' is not a version; for example 1.2.3.4 release or 1.2 beta"},
-    {"CDCIDescriptor", "FrameLayout", "Progressive", "'Progressive'" REFUSED_LAYOUT},
+    {"CDCIDescriptor", "FrameLayout", "Progressive",
+     "'Progressive' is not a value of LayoutType (progressive pictures have FullFrame); for example FullFrame, "
+     "SeparateFields, OneField, MixedFields, SegmentedFrame"},
     {"CDCIDescriptor", "FrameLayout", "256", "'256'" REFUSED_LAYOUT},
     {"CDCIDescriptor", "TransferCharacteristic", "BT.2001",
      "'BT.2001' is not a transfer characteristic (no label has that name)" REFUSED_TRANSFER},

@@ -1,0 +1,268 @@
+#include <gmock/gmock.h>
+
+#include <regex>
+
+#include "Edit.h"
+#include "PlannedFiles.h"
+#include "tests/SampleFiles.h"
+
+/// Edits of many files by a table.
+namespace Vantor::Tool {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+using PlanTest = PlannedFiles;
+
+constexpr const char* kReportHeader = "file,path,old value,new value,state,reason\r\n";
+/// The number before a word of a summary; 0 where it is not there.
+std::size_t countOf(const std::string& word, const std::string& summary) {
+  std::smatch match;
+  return std::regex_search(summary, match, std::regex("([0-9]+) (files? )?" + word)) ? std::stoul(match[1]) : 0;
+}
+
+constexpr const char* kOldName = "GStreamer Multimedia Framework";
+
+TEST_F(PlanTest, ShowsAndWritesTheEditsOfEachFile) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeFile(table(),
+            "file,path,value\na.mxf,Identification.ApplicationName,Ed\nb.mxf,Preface.ByteOrder,18761\n"
+            "a.mxf,Timecode[*].StartTimecode,10:00:00:00\n");
+  const Result result = set({"--report", path("report.csv")});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  const auto out = inFolder(result.out);
+  EXPECT_THAT(out, StartsWith("FOLDER/a.mxf\n  value: Identification "));
+  EXPECT_THAT(out, HasSubstr("  3 sets changed (3 properties); would be written to 2 partitions"));
+  EXPECT_THAT(out, HasSubstr("FOLDER/a.mxf: written\nFOLDER/b.mxf: written\n2 files changed\n"));
+  EXPECT_EQ(report(), std::string(kReportHeader) + "a.mxf,Identification.ApplicationName," + kOldName +
+                          ",Ed,changed,\r\n"
+                          "a.mxf,Timecode[*].StartTimecode,00:00:00:00,10:00:00:00,changed,\r\n"
+                          "a.mxf,Timecode[*].StartTimecode,00:00:00:00,10:00:00:00,changed,\r\n"
+                          "b.mxf,Preface.ByteOrder,,18761,changed,\r\n");
+  EXPECT_TRUE(hasName("a.mxf", "Ed"));
+  EXPECT_THAT(diff("b.mxf"), HasSubstr("added property: Preface"));
+}
+
+TEST_F(PlanTest, WritesNothingInADryRun) {
+  addFiles({"a.mxf"});
+  writeTable({"a.mxf"});
+  const Result result = set({"--dry-run", "--report", path("report.csv")});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(lastLine(result.out), "1 file would be changed\n");
+  EXPECT_THAT(report(), HasSubstr(",Writer of a.mxf,would be changed,\r\n"));
+  EXPECT_TRUE(isUntouched("a.mxf"));
+}
+
+TEST_F(PlanTest, WritesNothingWhenARowIsRefused) {
+  addFiles({"a.mxf", "b.mxf", "c.mxf"});
+  writeTable({"a.mxf", "b.mxf", "missing.mxf", "c.mxf"});
+  writeFile(table(), readFile(table()) + "b.mxf,TimelineTrack.TrackName,x\r\nc.mxf,TimelineTrack[1].EditRate,0/0\r\n");
+  const Result result = set({"--report", path("report.csv")});
+  EXPECT_EQ(result.exitCode, 1);
+  const auto err = inFolder(result.err);
+  EXPECT_THAT(err, HasSubstr("mxfxml: FOLDER/plan.csv: line 6, column 7: FOLDER/b.mxf: TimelineTrack is ambiguous"));
+  EXPECT_THAT(err, HasSubstr("FOLDER/plan.csv: line 4, column 1: cannot open 'FOLDER/missing.mxf': No such file"));
+  EXPECT_THAT(err, HasSubstr("FOLDER/plan.csv: line 5, column 1: FOLDER/c.mxf: the edit would break 1 rule"));
+  EXPECT_EQ(lastLine(err),
+            "mxfxml: FOLDER/plan.csv: 3 of 4 files are refused; nothing is written; --keep-going writes the others\n");
+  EXPECT_EQ(lastLine(result.out), "3 files refused, 1 not reached\n");
+  for (const char* name : {"a.mxf", "b.mxf", "c.mxf"}) EXPECT_TRUE(isUntouched(name)) << name;
+  EXPECT_THAT(report(), HasSubstr(std::string("\r\na.mxf,Identification.ApplicationName,") + kOldName +
+                                  ",Writer of a.mxf,not reached,\r\n"));
+  EXPECT_THAT(report(), HasSubstr("\r\nmissing.mxf,Identification.ApplicationName,,Writer of missing.mxf,refused,"));
+  EXPECT_THAT(report(), HasSubstr("\r\nb.mxf,TimelineTrack.TrackName,,x,refused,"));
+}
+
+TEST_F(PlanTest, WritesTheFilesWithoutRefusedRowsOnRequest) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeTable({"missing.mxf", "b.mxf", "a.mxf"});
+  writeFile(table(), readFile(table()) + "b.mxf,Preface.ByteOrder,x\r\n");
+  const Result result = set({"--keep-going"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(lastLine(result.out), "1 file changed, 2 refused\n");
+  EXPECT_EQ(lastLine(inFolder(result.err)), "mxfxml: FOLDER/plan.csv: 2 of 3 files are refused\n");
+  EXPECT_TRUE(hasName("a.mxf", "Writer of a.mxf"));
+  EXPECT_TRUE(isUntouched("b.mxf"));
+}
+
+TEST_F(PlanTest, LetsAnEditBreakARuleThatIsIgnored) {
+  addFiles({"a.mxf"});
+  writeFile(table(), "file,path,value\na.mxf,TimelineTrack[1].EditRate,0/0\n");
+  EXPECT_EQ(set({"--ignore", "edit-rate"}).exitCode, 0);
+  EXPECT_THAT(diff("a.mxf"), HasSubstr(": EditRate: "));
+}
+
+TEST_F(PlanTest, KeepsOldBytesOfEachFile) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeTable({"a.mxf", "b.mxf"});
+  EXPECT_EQ(set({"--keep-undo"}).exitCode, 0);
+  for (const char* name : {"a.mxf", "b.mxf"}) {
+    EXPECT_FALSE(isUntouched(name));
+    EXPECT_EQ(run({"undo", path(name)}).exitCode, 0);
+    EXPECT_TRUE(isUntouched(name));
+  }
+}
+
+TEST_F(PlanTest, WritesCopiesIntoAFolder) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeTable({"a.mxf", "b.mxf"});
+  const Result result = set({"-o", path("out")});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_TRUE(hasName("out/a.mxf", "Writer of a.mxf") && hasName("out/b.mxf", "Writer of b.mxf"));
+  EXPECT_TRUE(isUntouched("a.mxf") && isUntouched("b.mxf"));
+}
+
+TEST_F(PlanTest, RefusesCopiesWithOneNameAndCopiesOverItsFiles) {
+  fs::create_directory(path("m"));
+  addFiles({"a.mxf", "m/a.mxf"});
+  writeTable({"a.mxf", "m/a.mxf"});
+  const Result same = set({"-o", path("out")});
+  EXPECT_EQ(same.exitCode, 2);
+  EXPECT_THAT(inFolder(same.err), HasSubstr("FOLDER/a.mxf and FOLDER/m/a.mxf would have one copy; "));
+  const Result over = set({"-o", path("m")});
+  EXPECT_EQ(over.exitCode, 2);
+  EXPECT_THAT(inFolder(over.err), HasSubstr("the copy of FOLDER/a.mxf would replace FOLDER/m/a.mxf; "));
+  EXPECT_TRUE(isUntouched("a.mxf") && isUntouched("m/a.mxf") && !fs::exists(path("out")));
+}
+
+TEST_F(PlanTest, RefusesAReportOverOneOfItsFiles) {
+  addFiles({"a.mxf"});
+  writeTable({"a.mxf"});
+  for (const char* name : {"a.mxf", "plan.csv"}) {
+    const Result result = set({"--report", path(name)});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(inFolder(result.err), std::string("mxfxml: the output 'FOLDER/") + name + "' is the input itself\n");
+  }
+  EXPECT_TRUE(isUntouched("a.mxf"));
+}
+
+TEST_F(PlanTest, WritesNothingWithoutAPlaceForItsReport) {
+  addFiles({"a.mxf"});
+  writeTable({"a.mxf"});
+  EXPECT_EQ(set({"--report", path("missing/report.csv")}).exitCode, 1);
+  EXPECT_TRUE(isUntouched("a.mxf"));
+}
+
+TEST_F(PlanTest, WritesFilesWithoutAReaderOfWhatItShows) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeTable({"a.mxf", "b.mxf"});
+  EXPECT_EQ(run({"set", "--plan", table()}, Out::kPipeWithoutReader).exitCode, 0);
+  EXPECT_TRUE(hasName("b.mxf", "Writer of b.mxf"));
+}
+
+TEST_F(PlanTest, EditsCopiesOfAllSamples) {
+  std::string text = "file,path,value\r\n";
+  std::size_t count = 0;
+  const auto all = sampleFiles();
+  for (std::size_t i = 0; i < 200; ++i) {
+    const auto name = std::to_string(i) + ".mxf";
+    if (fs::file_size(all[i % all.size()]) > 1u << 20) continue;
+    fs::copy_file(all[i % all.size()], path(name));
+    fs::permissions(path(name), fs::perms::owner_read | fs::perms::owner_write);
+    text += name + ",Identification[-1].ApplicationName,Ed\r\n";
+    ++count;
+  }
+  writeFile(table(), text);
+  const Result first = set({"--keep-going", "--report", path("report.csv")});
+  const auto refused = countOf("refused", lastLine(first.out));
+  EXPECT_GT(countOf("changed", lastLine(first.out)), count / 2) << first.err;
+  const auto second = lastLine(set({"--keep-going"}).out);
+  EXPECT_EQ(countOf("already so", second), count - refused) << second;
+  EXPECT_EQ(countOf("changed", second), 0u) << second;
+}
+
+// import
+
+class ImportPlanTest : public PlannedFiles {
+ protected:
+  /// Files, their exports with another name each, and a table of these.
+  void addDocuments(const Names& names) const {
+    std::string text = "file,document\n";
+    for (const auto& name : names) {
+      addFiles({name});
+      const bool isJSON = name == names.back();
+      auto document = run({"export", path(name), "--format", isJSON ? "json" : "xml"}).out;
+      const std::string old = kOldName;
+      writeFile(path(name + ".doc"), document.replace(document.find(old), old.size(), "Writer of " + name));
+      text += name + "," + name + ".doc\n";
+    }
+    writeFile(table(), text);
+  }
+};
+
+TEST_F(ImportPlanTest, PutsDocumentsOfBothFormsIntoTheirFiles) {
+  addDocuments({"a.mxf", "b.mxf"});
+  const Result result = import({"--report", path("report.csv")});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(lastLine(result.out), "2 files changed\n");
+  EXPECT_TRUE(hasName("a.mxf", "Writer of a.mxf") && hasName("b.mxf", "Writer of b.mxf"));
+  EXPECT_THAT(report(), HasSubstr(".ApplicationName,\"\"\"GStreamer Multimedia Framework\"\"\",\"\"\"Writer of b.mxf"
+                                  "\"\"\",changed,\r\n"));
+}
+
+TEST_F(ImportPlanTest, WritesNothingWhenADocumentIsRefused) {
+  addDocuments({"a.mxf", "b.mxf"});
+  writeFile(path("b.mxf.doc"), "<a>");
+  const Result result = import();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(inFolder(result.err), HasSubstr("FOLDER/plan.csv: line 3, column 1: "));
+  EXPECT_TRUE(isUntouched("a.mxf") && isUntouched("b.mxf"));
+}
+
+TEST_F(ImportPlanTest, FindsFilesThatHaveTheEdits) {
+  for (const Names& options : {Names{}, {"--sign"}, {"--expect-unchanged"}, {"--sign", "--expect-unchanged"}}) {
+    addDocuments({"a.mxf", "b.mxf"});
+    EXPECT_EQ(import(options).exitCode, 0);
+    const auto bytes = readFile(path("a.mxf"));
+    fs::copy_file(sample(kOriginal), path("b.mxf"), fs::copy_options::overwrite_existing);  // as if never reached
+    const Result again = import(options);
+    EXPECT_EQ(again.exitCode, 0) << again.err;
+    EXPECT_EQ(lastLine(again.out), "1 file changed, 1 already so\n");
+    EXPECT_EQ(again.err, "");
+    EXPECT_EQ(readFile(path("a.mxf")), bytes);
+    for (const char* name : {"a.mxf", "b.mxf", "a.mxf.doc", "b.mxf.doc"}) fs::remove(path(name));
+  }
+}
+
+TEST_F(ImportPlanTest, FindsNewSetsOfAnEarlierRun) {
+  addFiles({"a.mxf"});
+  const auto document = run({"export", path("a.mxf")}).out;
+  const auto from = document.find("<s377m:Identification "), end = document.find("</s377m:Identification>", from) + 23;
+  const auto attributes = document.find('>', from);
+  const auto added = "<s377m:Identification" + document.substr(attributes, end - attributes);
+  writeFile(path("a.xml"), document.substr(0, end) + added + document.substr(end));
+  writeFile(table(), "file,document\na.mxf,a.xml\n");
+  EXPECT_EQ(lastLine(import({"--ignore", "doubled-generation"}).out), "1 file changed\n");
+  const auto bytes = readFile(path("a.mxf"));
+  EXPECT_EQ(lastLine(import({"--ignore", "doubled-generation"}).out), "1 file already so\n");
+  EXPECT_EQ(readFile(path("a.mxf")), bytes);
+}
+
+TEST_F(ImportPlanTest, RefusesAFileWithOtherEditsWhereNoneAreExpected) {
+  addDocuments({"a.mxf"});
+  EXPECT_EQ(run({"set", path("a.mxf"), "Preface.ByteOrder=18761"}).exitCode, 0);
+  const auto bytes = readFile(path("a.mxf"));
+  const Result result = import({"--expect-unchanged"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("the file has changed since the document was exported"));
+  EXPECT_EQ(readFile(path("a.mxf")), bytes);
+}
+
+TEST_F(ImportPlanTest, FindsCopiesThatHaveTheEdits) {
+  addDocuments({"a.mxf", "b.mxf"});
+  const Names options = {"-o", path("out"), "--sign"};
+  EXPECT_EQ(import(options).exitCode, 0);
+  const auto bytes = readFile(path("out/a.mxf"));
+  fs::remove(path("out/b.mxf"));
+  const Result again = import(options);
+  EXPECT_EQ(again.exitCode, 0) << again.err;
+  EXPECT_EQ(lastLine(again.out), "1 file changed, 1 already so\n");
+  EXPECT_EQ(readFile(path("out/a.mxf")), bytes);
+  EXPECT_TRUE(hasName("out/b.mxf", "Writer of b.mxf"));
+}
+
+}  // namespace
+}  // namespace Vantor::Tool

@@ -1,0 +1,68 @@
+#include "SetPlan.h"
+
+#include <algorithm>
+
+#include "EarlierEdit.h"
+#include "ErrorText.h"
+#include "SetEdit.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+std::string reasonOf(const SetEdit::Failure& failure, const Path& file) {
+  try {
+    std::rethrow_exception(failure.reason);
+  } catch (...) {
+    return currentExceptionText(file);
+  }
+}
+
+/// What became of the rows, in their order.
+/// @param changes  of the rows, in their order; the result points to them.
+std::vector<PlanChange> changesIn(const SetEdit::Result& result, const std::vector<Change>& changes, const Path& file) {
+  const auto rowOf = [&](const Change* change) { return static_cast<std::size_t>(change - changes.data()); };
+  std::vector<PlanChange> all;
+  for (const auto& made : result.made) {
+    all.push_back({rowOf(made.change), made.change->choice, made.before.value_or(""), made.after.value_or(""),
+                   made.before != made.after});
+  }
+  for (const auto& failure : result.failures) {
+    all.push_back({rowOf(failure.change), failure.change->choice, "", failure.change->value.value_or(""), true,
+                   PlanState::kRefused, reasonOf(failure, file)});
+  }
+  std::stable_sort(all.begin(), all.end(),
+                   [](const PlanChange& left, const PlanChange& right) { return left.row < right.row; });
+  return all;
+}
+
+}  // namespace
+
+/// Whether an earlier run has made and signed these changes. Its Identification is one more than paths were written
+/// for.
+bool SetPlan::wasSigned(const EditTarget& target, const std::vector<Change>& changes, EditedPlanFile& edited) const {
+  if (lastSignature(edited.file->metadata()) == nullptr) return false;
+  const auto before = openForSetting(target, false);
+  before->metadata().remove(*lastSignature(before->metadata()));
+  const auto result = SetEdit(target, {}, false).run(before->metadata(), changes);
+  const bool isNone = std::all_of(result.made.begin(), result.made.end(),
+                                  [](const SetEdit::Made& made) { return made.before == made.after; });
+  if (!result.failures.empty() || !isNone) return false;
+  edited.changes = changesIn(result, changes, target.file);
+  return true;
+}
+
+EditedPlanFile SetPlan::edit(const PlannedFile& file, bool isInPlace) const {
+  std::vector<Change> changes;
+  for (const auto& row : file.rows) changes.emplace_back(*row.change);
+  const EditTarget target{file.file, dictionary_, partition_};
+  EditedPlanFile edited{openForSetting(target, isInPlace), partition_};
+  edited.isThere = isSigned_ && !file.copy && wasSigned(target, changes, edited);
+  if (edited.isThere) return edited;
+  const auto result = SetEdit(target, {}, false).run(edited.file->metadata(), changes);
+  edited.changes = changesIn(result, changes, file.file);
+  edited.refusals = result.failures.size();
+  return edited;
+}
+
+}  // namespace Vantor::Tool
