@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "CharacterWidth.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 
@@ -18,8 +19,6 @@ std::string_view withoutMark(std::string_view text) {
   const bool hasMark = text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
   return hasMark ? text.substr(kByteOrderMark.size()) : text;
 }
-
-bool isContinuation(char octet) { return (static_cast<unsigned char>(octet) & 0xC0) == 0x80; }
 
 /// Walks over the characters of a table.
 class CSVReader {

@@ -10,6 +10,9 @@
 /// Text as a terminal shows it, in columns.
 namespace Vantor::Tool {
 
+/// Whether an octet of UTF-8 goes on with a character.
+inline bool isContinuation(char octet) { return (static_cast<unsigned char>(octet) & 0xc0) == 0x80; }
+
 /// Columns of a character: 2 for wide ones, 0 for those that stand on another one and for format characters, else 1.
 std::size_t columnsOf(uint32 character);
 /// Columns of a text in UTF-8; an octet that is none counts as one character.

@@ -21,7 +21,7 @@ uint64 lineIn(std::string_view text) {
 }
 
 /// Where the text gives a set its InstanceUID, in XML or JSON.
-std::size_t placeOf(const std::string& instanceUID, const std::string& text) {
+std::size_t offsetOf(const std::string& instanceUID, const std::string& text) {
   return std::min(text.find("nstanceUID=\"" + instanceUID), text.find("nstanceUID\": \"" + instanceUID));
 }
 
@@ -45,7 +45,7 @@ uint64 EditedText::lineOf(const Edit::Finding& finding) const {
   const auto space = finding.set.rfind(' ');
   if (space == std::string::npos) return 0;
   const auto text = file_.bytes();
-  const auto set = placeOf(finding.set.substr(space + 1), text);
+  const auto set = offsetOf(finding.set.substr(space + 1), text);
   if (set == std::string::npos) return 0;
   const auto property = finding.property.empty() ? set : std::min(text.find(finding.property, set), text.size());
   const auto place = property == text.size() ? set : property;

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "ErrorText.h"
+#include "Terminal.h"
 #ifndef _WIN32
 #include <spawn.h>
 #include <sys/wait.h>
@@ -20,11 +21,6 @@ namespace {
 
 constexpr std::array kTakesPlus = {"vi",    "vim",         "nvim",  "gvim", "view", "nano",
                                    "emacs", "emacsclient", "micro", "kak",  "joe"};
-
-std::string environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
 
 /// The name of the program that a command begins with.
 std::string programOf(const std::string& command) {

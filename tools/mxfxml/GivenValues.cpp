@@ -25,7 +25,7 @@ constexpr const char* kFormat = "mxfxml-get";
 constexpr int64 kVersion = 1;
 
 /// Pipes, too, which have no size.
-std::string textOf(const Path& document) {
+std::string documentText(const Path& document) {
   if (isStandardInput(document)) return StandardInput::instance().all();
   std::error_code error;
   if (std::filesystem::is_directory(document, error)) throw CommandError("it is a folder");
@@ -178,7 +178,7 @@ void GivenValue::requireText(const MetadataSet& set) const {
 GivenValues readGivenValues(const Path& document) {
   const auto name = oneLine(document.u8string());
   try {
-    return ValuesReader(name).read(JSON::fromText(textOf(document)));
+    return ValuesReader(name).read(JSON::fromText(documentText(document)));
   } catch (const Refusal& refusal) {
     throw OtherFileError(name + ": " + (refusal.pointer().empty() ? refusal.what() : messageOf("", refusal)));
   } catch (...) {

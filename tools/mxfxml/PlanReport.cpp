@@ -8,7 +8,7 @@ namespace Vantor::Tool {
 
 namespace {
 
-const char* nameOf(PlanState state, bool isDryRun) {
+const char* stateName(PlanState state, bool isDryRun) {
   switch (state) {
     case PlanState::kNotReached:
       return "not reached";
@@ -35,7 +35,7 @@ std::string planSummary(const std::vector<PlanOutcome>& outcomes, bool isDryRun)
     if (count == 0) continue;
     const auto number = std::to_string(count);
     text += text.empty() ? number + (count == 1 ? " file " : " files ") : ", " + number + " ";
-    text += nameOf(state, isDryRun);
+    text += stateName(state, isDryRun);
   }
   return text.empty() ? "no files" : text;
 }
@@ -45,7 +45,7 @@ std::string planReport(const Plan& files, const std::vector<PlanOutcome>& outcom
   for (std::size_t i = 0; i < files.size(); ++i) {
     for (const auto& change : outcomes[i].changes) {
       text += csvLine({files[i].rows[change.row].file.text, change.path, change.before, change.after,
-                       nameOf(change.state, isDryRun), change.reason});
+                       stateName(change.state, isDryRun), change.reason});
     }
   }
   return text;

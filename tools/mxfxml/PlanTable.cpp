@@ -15,7 +15,7 @@ namespace Vantor::Tool {
 
 namespace {
 
-std::string textOf(const Path& file) {
+std::string bytesOfTable(const Path& file) {
   return namingFile(file, [&] {
     DataIO::File::FileDataSource source(file);
     std::string text(static_cast<std::size_t>(source.size()), '\0');
@@ -33,7 +33,7 @@ struct Column {
 class PlanTable {
  public:
   PlanTable(const Path& file, std::vector<Column> columns) : file_(file), columns_(std::move(columns)) {
-    const auto text = textOf(file);
+    const auto text = bytesOfTable(file);
     namingFile(file, [&] { records_ = readCSV(text, separatorOf(text)); });
     if (records_.empty()) throw OtherFileError(file.u8string() + ": the table is empty; its first line is " + header());
     readHeader();

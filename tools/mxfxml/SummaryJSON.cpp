@@ -28,27 +28,27 @@ Value ratio(const Summary::Ratio& ratio, const char* sign) {
       .add("text", isWhole ? numerator : numerator + sign + denominator);
 }
 
-Value jsonOf(const Summary::Ratio& rate) { return ratio(rate, "/"); }
+Value memberOf(const Summary::Ratio& rate) { return ratio(rate, "/"); }
 Value aspectRatio(const Summary::Ratio& aspect) { return ratio(aspect, ":"); }
 
-Value jsonOf(const Summary::Label& label) {
+Value memberOf(const Summary::Label& label) {
   auto json = Value::object().add("value", label.key.dottedText());
   if (!label.symbol.empty()) json.add("label", label.symbol);
   if (!label.name.empty()) json.add("name", label.name);
   return json;
 }
 
-Value jsonOf(const Types::Timestamp& date) { return Utils::wstringToString(Types::printValue(date)); }
-Value jsonOf(const Types::UMID32& id) { return id.dottedText(); }
-Value jsonOf(const Types::UniversalLabel& label) { return label.dottedText(); }
-Value jsonOf(const std::string& text) { return text; }
-Value jsonOf(bool value) { return value; }
+Value memberOf(const Types::Timestamp& date) { return Utils::wstringToString(Types::printValue(date)); }
+Value memberOf(const Types::UMID32& id) { return id.dottedText(); }
+Value memberOf(const Types::UniversalLabel& label) { return label.dottedText(); }
+Value memberOf(const std::string& text) { return text; }
+Value memberOf(bool value) { return value; }
 template <class Number, std::enable_if_t<std::is_integral_v<Number> && !std::is_same_v<Number, bool>, int> = 0>
-Value jsonOf(Number number) {
+Value memberOf(Number number) {
   return static_cast<int64>(number);
 }
 
-Value jsonOf(const Summary::Timecode& timecode) {
+Value memberOf(const Summary::Timecode& timecode) {
   return Value::object()
       .add("value", timecode.frames)
       .add("framesPerSecond", int64{timecode.framesPerSecond})
@@ -56,10 +56,10 @@ Value jsonOf(const Summary::Timecode& timecode) {
       .add("text", timecode.text);
 }
 
-Value jsonOf(const Summary::Duration& duration) {
+Value memberOf(const Summary::Duration& duration) {
   return Value::object()
       .add("value", duration.editUnits)
-      .add("editRate", jsonOf(duration.editRate))
+      .add("editRate", memberOf(duration.editRate))
       .add("seconds", duration.seconds())
       .add("text", timeText(duration.seconds()));
 }
@@ -67,7 +67,7 @@ Value jsonOf(const Summary::Duration& duration) {
 /// Adds a member where there is a value.
 template <class Type>
 void addTo(Value& object, const char* name, const std::optional<Type>& value) {
-  if (value) object.add(name, jsonOf(*value));
+  if (value) object.add(name, memberOf(*value));
 }
 
 /// Adds an array, also one without items.
@@ -170,7 +170,7 @@ Value describeEssence(const Essence& essence) {
 }
 
 Value describeTrack(const Summary::Track& track) {
-  auto json = Value::object().add("package", jsonOf(track.package)).add("kind", kindName(track.kind));
+  auto json = Value::object().add("package", memberOf(track.package)).add("kind", kindName(track.kind));
   addTo(json, "id", track.id);
   addTo(json, "number", track.number);
   addTo(json, "name", track.name);
@@ -204,22 +204,22 @@ Value describeFramework(const Summary::Framework& framework) {
 
 Value describePartition(const Summary::Partition& partition) {
   return Value::object()
-      .add("number", jsonOf(partition.number))
+      .add("number", memberOf(partition.number))
       .add("kind", nameOf(partition.kind))
       .add("status", nameOf(partition.status))
       .add("hasMetadata", partition.hasMetadata);
 }
 
-Value jsonOf(const std::map<std::string, std::size_t>& counts) {
+Value memberOf(const std::map<std::string, std::size_t>& counts) {
   auto json = Value::object();
-  for (const auto& [name, count] : counts) json.add(name, jsonOf(count));
+  for (const auto& [name, count] : counts) json.add(name, memberOf(count));
   return json;
 }
 
 }  // namespace
 
 void addSummary(const Summary::MetadataSummary& summary, Value& object) {
-  const auto label = [](const auto& one) { return jsonOf(one); };
+  const auto label = [](const auto& one) { return memberOf(one); };
   addTo(object, "title", summary.title);
   addTo(object, "operationalPattern", summary.operationalPattern);
   addTo(object, "operationalPatternName", summary.operationalPatternName);
@@ -249,10 +249,10 @@ Value countsOf(const PartitionMetadata& metadata) {
   }
   const Counts counts(metadata);
   return Value::object()
-      .add("sets", jsonOf(sets))
-      .add("darkSets", jsonOf(counts.dark))
-      .add("unknownProperties", jsonOf(counts.unknownProperties))
-      .add("misplacedProperties", jsonOf(counts.misplacedProperties));
+      .add("sets", memberOf(sets))
+      .add("darkSets", memberOf(counts.dark))
+      .add("unknownProperties", memberOf(counts.unknownProperties))
+      .add("misplacedProperties", memberOf(counts.misplacedProperties));
 }
 
 }  // namespace Vantor::Tool

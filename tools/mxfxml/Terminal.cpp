@@ -15,11 +15,6 @@ namespace Vantor::Tool {
 
 namespace {
 
-std::string environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
 #ifdef _WIN32
 std::size_t systemColumns() { return 0; }
 #else
@@ -36,6 +31,11 @@ bool isTerminal(std::FILE* stream) { return ::_isatty(::_fileno(stream)) != 0; }
 #else
 bool isTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) == 1; }
 #endif
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
 
 std::size_t terminalColumns() {
   constexpr std::size_t kLeast = 40, kMost = 1000, kUsual = 80;

@@ -12,6 +12,9 @@ namespace Vantor::Tool {
 /// Whether a stream is a terminal.
 bool isTerminal(std::FILE* stream = stdout);
 
+/// A variable of the environment; empty when it is not set.
+std::string environment(const char* name);
+
 /// Columns of the terminal: COLUMNS in the environment where it is a number, else the width of the terminal that
 /// standard output is, else 80. From 40 to 1000.
 std::size_t terminalColumns();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "CharacterWidth.h"
+
 namespace Vantor::Tool {
 
 namespace {
@@ -10,15 +12,9 @@ namespace {
 constexpr std::size_t kMargin = 2;
 constexpr std::size_t kLeastRoom = 16;
 
-bool isContinuation(char octet) { return (static_cast<unsigned char>(octet) & 0xc0) == 0x80; }
-
-std::size_t widthOf(const std::string& text) {
-  return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isContinuation));
-}
-
 std::string cutTo(std::size_t width, std::string text) {
-  if (widthOf(text) <= width) return text;
-  while (!text.empty() && widthOf(text) + 3 > width) {
+  if (columnsOf(text) <= width) return text;
+  while (!text.empty() && columnsOf(text) + 3 > width) {
     while (isContinuation(text.back())) text.pop_back();
     text.pop_back();
   }
@@ -31,7 +27,7 @@ std::vector<std::string> wrappedDetails(const std::vector<std::string>& details,
   for (std::size_t i = 0; i < details.size(); ++i) {
     const auto detail = cutTo(room - 1, details[i]) + (i + 1 < details.size() ? "," : "");
     auto& line = lines.back();
-    const bool fits = line.empty() || widthOf(line) + 1 + widthOf(detail) <= room;
+    const bool fits = line.empty() || columnsOf(line) + 1 + columnsOf(detail) <= room;
     if (fits) line += (line.empty() ? "" : " ") + detail;
     if (!fits) lines.push_back(detail);
   }
@@ -43,7 +39,7 @@ std::vector<std::string> wrappedDetails(const std::vector<std::string>& details,
 std::string WrappedRows::text(std::size_t width) const {
   std::size_t column = 0;
   for (const auto& row : rows_) {
-    const auto end = kMargin + widthOf(row.name) + kMargin;
+    const auto end = kMargin + columnsOf(row.name) + kMargin;
     if (end <= width / 2) column = std::max(column, end);
   }
   column = std::max(column, 2 * kMargin);
@@ -57,9 +53,9 @@ std::string WrappedRows::linesOf(const Row& row, std::size_t column, std::size_t
   std::string text;
   std::string line = std::string(kMargin, ' ') + row.name;
   for (const auto& details : wrappedDetails(row.details, room)) {
-    const bool isFull = widthOf(line) + kMargin > column;
+    const bool isFull = columnsOf(line) + kMargin > column;
     if (isFull && !details.empty()) text += std::exchange(line, "") + "\n";
-    if (!details.empty()) line += std::string(column - widthOf(line), ' ') + details;
+    if (!details.empty()) line += std::string(column - columnsOf(line), ' ') + details;
     text += std::exchange(line, "") + "\n";
   }
   return text;
