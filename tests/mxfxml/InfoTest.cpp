@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <regex>
 #include <sstream>
 
 #include "ChangedSample.h"
@@ -15,6 +16,8 @@ namespace {
 using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 TEST(Info, PrintsPartitionsAndSets) {
   const Result result = run({"info", sample("gst-audio-ac3.mxf"), "--partitions"});
@@ -175,6 +178,14 @@ TEST(Info, PrintsWhatPeopleAskFirst) {
   EXPECT_EQ(fieldOf(result.out, "duration"), "00:00:00.080, 2 frames at 25");
   EXPECT_EQ(fieldOf(result.out, "size"), "1920x1080, stored as 1920x540");
   EXPECT_THAT(result.out, HasSubstr("\nAudio, track 2001 Audio1, 2002 Audio2\n"));
+}
+
+TEST(Info, ColoursOnlyOnATerminalOrWhenAskedTo) {
+  const std::string plain = run({"info", sample("op1a.mxf")}).out;
+  EXPECT_THAT(plain, AllOf(StartsWith("General\n"), Not(HasSubstr("\x1b["))));
+  const auto coloured = run({"info", sample("op1a.mxf"), "--color", "always"}).out;
+  EXPECT_THAT(coloured, AllOf(StartsWith("\x1b[1mGeneral\x1b[0m\n\x1b[2m  "), HasSubstr("\x1b[1mFile\x1b[0m\n")));
+  EXPECT_EQ(std::regex_replace(coloured, std::regex("\x1b\\[[0-9]*m"), ""), plain);
 }
 
 TEST(Info, PrintsSummaryPartitionsAndSetsForAll) {

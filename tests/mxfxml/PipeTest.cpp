@@ -100,10 +100,27 @@ TEST(Pipe, HasOneSummaryButForTheFile) {
   const Result result = piped(sample(kPiped), "info -");
   EXPECT_EQ(result.exitCode, 0) << result.err;
   EXPECT_THAT(result.out, AllOf(HasSubstr("others of a pipe are not read"), Not(HasSubstr("bytes"))));
-  EXPECT_EQ(piped(sample(kPiped), "info - --fields").out, run({"info", sample(kPiped), "--fields"}).out);
   EXPECT_EQ(piped(sample(kPiped), "info - --sets").out, run({"info", sample(kPiped), "--sets"}).out);
   EXPECT_THAT(piped(sample(kPiped), "info - --partitions").out,
               AllOf(HasSubstr("partitions: 1, the first; others of a pipe are not read"), Not(HasSubstr("size"))));
+}
+
+TEST(Pipe, HasNoSizeInJSON) {
+  const auto ofPipe = piped(sample(kPiped), "info --json -"), ofFile = run({"info", "--json", sample(kPiped)});
+  EXPECT_EQ(ofPipe.exitCode, 0) << ofPipe.err;
+  EXPECT_THAT(ofPipe.out, AllOf(HasSubstr("\"file\": \"standard input\""), Not(HasSubstr("\"end\""))));
+  const auto summaryIn = [](const Result& result) {
+    const auto start = result.out.find("\"essenceContainers\"");
+    return start == std::string::npos ? "no summary" : result.out.substr(start);
+  };
+  EXPECT_THAT(summaryIn(ofPipe), HasSubstr("\"packages\""));
+  EXPECT_EQ(summaryIn(ofPipe), summaryIn(ofFile));
+}
+
+TEST(Pipe, HasItsValues) {
+  EXPECT_EQ(piped(sample(kPiped), "get - Preface.OperationalPattern").out,
+            run({"get", sample(kPiped), "Preface.OperationalPattern"}).out);
+  EXPECT_NE(piped(sample(kPiped), "get - Preface.OperationalPattern").out, "");
 }
 
 TEST(Pipe, HasNoFooter) {

@@ -66,7 +66,7 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
             {"INPUT", "-h,--help", "--flat", "--exact", "--strict", "--partition", "--json", "--vocabulary",
              "--dictionary", "--own-dictionary"}},
            {"info",
-            {"INPUT", "-h,--help", "--partition", "--partitions", "--sets", "--all-sets", "--all", "--json",
+            {"INPUT", "-h,--help", "--partition", "--partitions", "--sets", "--all-sets", "--all", "--json", "--color",
              "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
            {"get",
             {"INPUT", "Set.Property", "-h,--help", "-p,--property", "--with-names", "--no-names", "--json",

@@ -138,6 +138,7 @@ class InfoCommand final : public Command {
     auto* allSets = app().add_flag("--all-sets", allSets_, "The same with each definition of a MetaDictionary");
     auto* all = app().add_flag("--all", all_, "Print the summary, the partitions and the sets");
     addJSON(app(), isJSON_)->excludes(partitions)->excludes(sets)->excludes(allSets)->excludes(all);
+    addColor(app(), color_);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
     addExamples({"info in.mxf", "info in.mxf --sets", "info --json a.mxf b.mxf"});
@@ -189,7 +190,7 @@ class InfoCommand final : public Command {
     try {
       refuseStoppedChange(file);
       auto described = json;
-      addTo(described, read(file, MXF::readStructure(file)));
+      addTo(described, read(file, readStructure(file)));
       list.append(std::move(described));
       return kSuccess;
     } catch (...) {
@@ -223,11 +224,13 @@ class InfoCommand final : public Command {
     if (source.own.isThere) groups.back().fields.push_back({"own dictionary", countsOf(source.own)});
     auto undecoded = undecodedGroup(Counts(*source.metadata));
     if (!undecoded.fields.empty()) groups.push_back(std::move(undecoded));
-    return Tool::textOf(groups, terminalColumns());
+    return Tool::textOf(groups, terminalColumns(), wantsColor(color_));
   }
 
   static void addTo(JSON::Value& json, const Source& source) {
-    json.add("size", source.structure.fileSize).add("runIn", source.structure.runIn).add("end", source.structure.end);
+    const auto& structure = source.structure;
+    if (!isOfPipe(structure)) json.add("size", structure.fileSize).add("end", structure.end);
+    json.add("runIn", structure.runIn);
     json.add("partitions", jsonOf(source.partitions));
     if (const auto* best = Summary::bestOf(source.partitions)) json.add("best", uint64{best->number});
     json.add("partition", source.choice.text());
@@ -256,6 +259,7 @@ class InfoCommand final : public Command {
   bool allSets_ = false;
   bool all_ = false;
   bool isJSON_ = false;
+  ColorChoice color_ = ColorChoice::kAuto;
   DictionaryOptions dictionary_;
 };
 

@@ -7,6 +7,7 @@
 #include "CharacterWidth.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Text/TypeText.h"
+#include "TextStyle.h"
 
 namespace Vantor::Tool {
 
@@ -255,10 +256,11 @@ std::string shortened(const std::string& value) {
 }
 
 /// A name, and its value in a column of its own.
-std::string linesOf(const FieldGroup::Field& field, std::size_t left, std::size_t columns) {
+std::string linesOf(const FieldGroup::Field& field, std::size_t left, std::size_t columns, bool hasColor) {
   std::string start = "  " + field.name;
   start.append(columnsOf(start) + 2 <= left ? left - columnsOf(start) : 2, ' ');
   const std::size_t used = columnsOf(start);
+  start = styled(start, Style::kDim, hasColor);
   std::string lines;
   for (const auto& line :
        wrapped(shortened(printable(field.value)), columns > used ? columns - used : 1, columns - left)) {
@@ -268,12 +270,12 @@ std::string linesOf(const FieldGroup::Field& field, std::size_t left, std::size_
   return lines;
 }
 
-std::string linesOf(const FieldGroup& group, std::size_t columns) {
+std::string linesOf(const FieldGroup& group, std::size_t columns, bool hasColor) {
   std::size_t names = 0;
   for (const auto& field : group.fields) names = std::max(names, columnsOf(field.name));
   const std::size_t left = std::min(names + 4, columns / 2);
   std::string lines;
-  for (const auto& field : group.fields) lines += linesOf(field, left, columns);
+  for (const auto& field : group.fields) lines += linesOf(field, left, columns, hasColor);
   return lines;
 }
 
@@ -307,12 +309,14 @@ std::vector<FieldGroup> groupsOf(const MetadataSummary& summary) {
   return groups;
 }
 
-std::string textOf(const std::vector<FieldGroup>& groups, std::size_t columns) {
+std::string textOf(const std::vector<FieldGroup>& groups, std::size_t columns, bool hasColor) {
   std::string text;
   for (const auto& group : groups) {
     if (!text.empty()) text += "\n";
-    for (const auto& line : wrapped(printable(group.heading), columns, columns)) text += line + "\n";
-    text += linesOf(group, columns);
+    for (const auto& line : wrapped(printable(group.heading), columns, columns)) {
+      text += styled(line, Style::kName, hasColor) + "\n";
+    }
+    text += linesOf(group, columns, hasColor);
   }
   return text;
 }

@@ -23,8 +23,9 @@ struct FieldGroup {
 std::vector<FieldGroup> groupsOf(const Summary::MetadataSummary& summary);
 
 /// Groups with a blank line between them, names and values in two columns, long values in several lines.
-/// @param columns  of a line.
-std::string textOf(const std::vector<FieldGroup>& groups, std::size_t columns);
+/// @param columns   of a line.
+/// @param hasColor  with headings and names of fields set off from values.
+std::string textOf(const std::vector<FieldGroup>& groups, std::size_t columns, bool hasColor = false);
 
 /// "29.97 (30000/1001)", or a whole number.
 std::string rateText(const Summary::Ratio& rate);
