@@ -212,12 +212,17 @@ void read(std::string_view text, Builder& builder) {
   nlohmann::json::sax_parse(begin, end, &builder);
 }
 
+/// @param indent  -1 for a single line.
+std::string written(const Value& value, int indent) {
+  return treeOf(value).dump(indent, ' ', false, Tree::error_handler_t::replace);
+}
+
 }  // namespace
 
-std::string toLine(const Value& value) { return treeOf(value).dump(); }
+std::string toLine(const Value& value) { return written(value, -1); }
 
 std::string toText(const Value& value, std::size_t level) {
-  const std::string text = treeOf(value).dump(kIndent);
+  const std::string text = written(value, kIndent);
   if (level == 0) return text;
   // No text has a line feed of its own: these are escaped.
   const std::string indent(level * kIndent, ' ');

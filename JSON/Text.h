@@ -14,7 +14,8 @@ namespace Vantor::JSON {
 /// A value may stand in this many arrays and objects, the outermost included.
 inline constexpr std::size_t kMaximumDepth = 32;
 
-/// The text of a value, indented by two spaces a level, without a line feed at its end.
+/// The text of a value, indented by two spaces a level, without a line feed at its end. Octets that are no UTF-8, as in
+/// a file name, become U+FFFD.
 /// @param level  of indentation of all lines but the first.
 std::string toText(const Value& value, std::size_t level = 0);
 /// The same on one line.

@@ -50,7 +50,7 @@ std::optional<uint32> numberIn(const MetadataSet& set, std::string_view property
 
 std::optional<Ratio> ratioIn(const MetadataSet& set, std::string_view property) {
   const auto* value = valueOf<Types::Rational>(set, property);
-  if (value == nullptr || value->numerator() == 0 || value->denominator() == 0) return std::nullopt;
+  if (value == nullptr || value->numerator() <= 0 || value->denominator() <= 0) return std::nullopt;
   return Ratio{value->numerator(), value->denominator()};
 }
 

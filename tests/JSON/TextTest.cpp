@@ -32,6 +32,10 @@ TEST(JSONText, IndentsAllLinesButTheFirstByTheLevel) {
             "{\n    \"a\": [\n      \"x\\n\"\n    ]\n  }");
 }
 
+TEST(JSONText, HasNoOctetsOfOtherEncodings) {
+  EXPECT_EQ(toLine(Value::object().add("file", "bad\xff.mxf")), "{\"file\":\"bad\xEF\xBF\xBD.mxf\"}");
+}
+
 TEST(JSONText, HoldsEveryWholeNumberOfSixtyFourBits) {
   const auto value =
       Value::array().append(std::numeric_limits<int64>::min()).append(std::numeric_limits<uint64>::max());

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "Core/Types/RGBALayout.h"
 #include "tests/Summary/SomeProgramme.h"
 
@@ -72,6 +74,16 @@ TEST(EssenceOf, CallsACodingByItsLabelOrElseByItsDescriptor) {
   other.set.set("SoundCompression", u"DolbyECompressedAudio");
   EXPECT_THAT(other.essence().codingName, Optional(std::string("Dolby E")));
   EXPECT_EQ(other.essence().coding->symbol, "DolbyECompressedAudio");
+}
+
+TEST(EssenceOf, IgnoresRatesBelowZero) {
+  SomeDescriptor descriptor("CDCIDescriptor");
+  for (const int32 numerator : {-25, std::numeric_limits<int32>::min()}) {
+    descriptor.set.set("SampleRate", Types::Rational(numerator, -1));
+    EXPECT_FALSE(descriptor.essence().sampleRate);
+    descriptor.set.set("SampleRate", Types::Rational(numerator, 1));
+    EXPECT_FALSE(descriptor.essence().sampleRate);
+  }
 }
 
 TEST(EssenceOf, IgnoresRatiosOfZero) {

@@ -260,10 +260,15 @@ TEST(Export, TellsWhyAFileCannotBeRead) {
             "mxfxml: cannot read '" + folder.path().string() + "': Is a directory\n");
 }
 
+TEST(Export, ReportsAFileNameWithoutWhatATerminalObeys) {
+  const Result result = run({"export", "a\xC2\x9B31m\xE2\x80\xAE"});
+  EXPECT_EQ(result.err, "mxfxml: cannot open 'a\\u009B31m\\u202E': No such file or directory\n");
+}
+
 TEST(Export, ReportsAFileNameWithControlCharactersOnOneLine) {
   const Result result = run({"export", "no\nsuch\x1b[31mfile"});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_EQ(result.err, "mxfxml: cannot open 'no?such?[31mfile': No such file or directory\n");
+  EXPECT_EQ(result.err, "mxfxml: cannot open 'no\\u000Asuch\\u001B[31mfile': No such file or directory\n");
 }
 
 TEST(Export, TakesFileNamesOutsideASCII) {

@@ -58,7 +58,7 @@ class CheckCommand final : public Command {
   /// @param checked  with --json, gets an object for the file.
   ExitCode check(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& shared,
                  JSON::Value& checked) const {
-    auto json = JSON::Value::object().add("file", oneLine(file.u8string()));
+    auto json = JSON::Value::object().add("file", file.u8string());
     std::vector<Edit::Finding> findings;
     try {
       refuseStoppedChange(file);

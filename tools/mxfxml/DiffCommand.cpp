@@ -121,7 +121,7 @@ class DiffCommand final : public Command {
 
   JSON::Value jsonOf(const std::vector<OtherIdentifier>& identifiers, const PartitionComparison& comparison) const {
     auto json = formatted("diff");
-    json.add("left", oneLine(input().u8string())).add("right", oneLine(other_.u8string()));
+    json.add("left", input().u8string()).add("right", other_.u8string());
     json.add("identifiers", listOf(identifiers));
     addComparison(comparison, json);
     return json;

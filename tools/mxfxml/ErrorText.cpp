@@ -1,6 +1,5 @@
 #include "ErrorText.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <new>
 #include <xercesc/dom/DOMException.hpp>
@@ -8,6 +7,7 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "CharacterWidth.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 #include "XMLUtils/Strings.h"
@@ -19,11 +19,6 @@ namespace {
 template <class XercesException>
 std::string messageOf(const XercesException& exception) {
   return Utils::wstringToString(XMLUtils::utf16ToWstring(exception.getMessage()));
-}
-
-bool isControl(char character) {
-  const auto octet = static_cast<unsigned char>(character);
-  return octet < 0x20 || octet == 0x7F;
 }
 
 /// Whether the exception that is being handled names the file that it is about.
@@ -78,9 +73,6 @@ std::string currentExceptionText(const Path& file) {
   return file.empty() || currentExceptionNamesItsFile() ? text : file.u8string() + ": " + text;
 }
 
-std::string oneLine(std::string text) {
-  std::replace_if(text.begin(), text.end(), isControl, '?');
-  return text;
-}
+std::string oneLine(std::string_view text) { return printable(text); }
 
 }  // namespace Vantor::Tool

@@ -56,8 +56,7 @@ auto namingFile(const Path& file, Action&& action) -> decltype(action()) {
   }
 }
 
-/// The text with every control character replaced by a question mark, so that a message with a file name of any kind
-/// stays on one line.
-std::string oneLine(std::string text);
+/// The text as `printable` shows it, so that a message with a file name of any kind stays on one line.
+std::string oneLine(std::string_view text);
 
 }  // namespace Vantor::Tool

@@ -115,7 +115,7 @@ class GetCommand final : public Command {
   /// A file with trouble does not keep the command from the others; nothing is printed of it.
   /// @param list  with --json, gets an object for the file.
   ExitCode get(const Path& file, const Paths& paths, bool areSeveral, JSON::Value& list) const {
-    auto json = JSON::Value::object().add("file", oneLine(file.u8string()));
+    auto json = JSON::Value::object().add("file", file.u8string());
     Answers answers = answersOf(file, paths);
     if (!answers.troubles.empty()) {
       list.append(json.add("problem", report(file, answers.troubles)));

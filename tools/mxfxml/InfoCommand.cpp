@@ -186,7 +186,7 @@ class InfoCommand final : public Command {
 
   /// @param list  gets an object for the file.
   ExitCode describe(const Path& file, JSON::Value& list) const {
-    auto json = JSON::Value::object().add("file", oneLine(file.u8string()));
+    auto json = JSON::Value::object().add("file", file.u8string());
     try {
       refuseStoppedChange(file);
       auto described = json;

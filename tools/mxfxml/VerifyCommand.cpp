@@ -69,7 +69,7 @@ class VerifyCommand final : public Command {
 
   void print(const Diagnostics& diagnostics, const PartitionComparison& comparison) const {
     if (!isJSON_) return writeStandardOutput(linesOf(diagnostics) + describe(comparison));
-    auto json = formatted("verify").add("file", oneLine(input().u8string())).add("partition", partition_.text());
+    auto json = formatted("verify").add("file", input().u8string()).add("partition", partition_.text());
     json.add("form", exact_ ? "exact" : "lossless").add("nested", !flat_);
     json.add("notes", jsonOf(withoutLines(diagnostics)));
     addComparison(comparison, json);
