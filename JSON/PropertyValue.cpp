@@ -60,18 +60,10 @@ bool restores(const PropertyPlace& place, const Value& json, const SimpleDataTyp
   }
 }
 
-Bytes octetsFrom(const Value& json) {
-  requireMembers(json, {"octets", "text"});
-  const auto& digits = requiredText(json, "octets");
-  auto octets = Platform::bytesFromHex(Utils::stringToWstring(digits));
-  if (!octets) throw Refusal("\"octets\" are hexadecimal digits, two to an octet");
-  return std::move(*octets);
-}
-
 /// @param decode  null when the octets are no value of the type.
 template <class Decode>
 Made decodedOctets(const Value& json, const std::string& type, Decode&& decode) {
-  const auto octets = octetsFrom(json);
+  const auto octets = octetsIn(json);
   auto value = decode(octets.data(), octets.size());
   if (value == nullptr) throw Refusal("its " + std::to_string(octets.size()) + " octets are no " + type);
   return value;
@@ -166,6 +158,14 @@ Value valueOf(const PropertyPlace& place, const SimpleDataType* value) {
   if (value == nullptr) return {};
   auto json = naturalValue(place, *value);
   return restores(place, json, *value) ? json : octetsOf(value->rawBuffer(), value->encodedSize());
+}
+
+Bytes octetsIn(const Value& json) {
+  requireMembers(json, {"octets", "text"});
+  const auto& digits = requiredText(json, "octets");
+  auto octets = Platform::bytesFromHex(Utils::stringToWstring(digits));
+  if (!octets) throw Refusal("\"octets\" are hexadecimal digits, two to an octet");
+  return std::move(*octets);
 }
 
 Made valueFrom(const PropertyPlace& place, const Value& json) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Metadata/PropertyText.h"
+#include "Core/Platform/Containers.h"
 #include "JSON/Value.h"
 
 /// The values of properties as JSON: docs/json.md.
@@ -44,5 +45,7 @@ void requireAgreement(const PropertyPlace& place, const Value& json, const Types
 
 /// The octets of a value, {"octets": "..."}, as digits.
 Value octetsOf(const uint8* octets, std::size_t size);
+/// The octets of such a value, which may have a "text" for people. @throws Refusal.
+Bytes octetsIn(const Value& json);
 
 }  // namespace Vantor::JSON

@@ -1,6 +1,7 @@
 #include "JSON/Refusal.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace Vantor::JSON {
 
@@ -49,6 +50,13 @@ const std::string& requiredText(const Value& object, std::string_view name) {
 const std::string& textOf(const Value& value) {
   if (value.text() == nullptr) throw Refusal(std::string("it is ") + value.kindName() + ", not a text");
   return *value.text();
+}
+
+void requireVersion(const Value& version, int64 known) {
+  const auto number = numberOf(version, 0, std::numeric_limits<int64>::max());
+  if (number == known) return;
+  throw Refusal("version " + std::to_string(number) + " is not known; this program reads version " +
+                std::to_string(known));
 }
 
 int64 numberOf(const Value& value, int64 least, int64 most) {

@@ -57,5 +57,7 @@ const std::string& requiredText(const Value& object, std::string_view name);
 const std::string& textOf(const Value& value);
 /// @throws Refusal for a value that is no whole number from `least` to `most`.
 int64 numberOf(const Value& value, int64 least, int64 most);
+/// @throws Refusal for the version of a format that is not the one that this program reads.
+void requireVersion(const Value& version, int64 known);
 
 }  // namespace Vantor::JSON

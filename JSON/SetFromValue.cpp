@@ -34,7 +34,7 @@ Type identifierIn(const Value& json, std::string_view name) {
 
 KLV::Key keyIn(const Value& json) { return identifierIn<Types::UniversalLabel>(json, "key").key(); }
 
-Bytes octetsIn(const Value& json) {
+Bytes octetsMember(const Value& json) {
   const auto& value = requiredMember(json, "octets");
   return readingAt("octets", value, [&] {
     auto octets = Platform::bytesFromHex(Utils::stringToWstring(textOf(value)));
@@ -66,7 +66,7 @@ void addDark(const Value& json, PartitionMetadata& partition) {
   const auto key = keyIn(json);
   if (!KLV::canBeSet(key))
     throw Refusal("the key " + Utils::wstringToString(key.toString()) + " is of another part of MXF");
-  const auto octets = octetsIn(json);
+  const auto octets = octetsMember(json);
   const auto before = partition.sets().size();
   partition.addKLV(key, lengthOctetsIn(json), octets.data(), octets.size(), 0);
   const bool isSet = partition.sets().size() != before;
@@ -209,7 +209,7 @@ class SetMaker {
 
   void readUnknown(const Value& json) {
     requireMembers(json, {"tag", "key", "octets", "property", "text", "reason"});
-    const auto octets = octetsIn(json);
+    const auto octets = octetsMember(json);
     const auto tag = unknown_.tagFor(markIn(json)).value();
     const bool hadInstanceUID = set_->instanceUID() != nullptr;
     reader_.place({tag, octets.data(), octets.size()});
@@ -285,7 +285,7 @@ Types::UUID instanceUIDIn(const Value& json, std::string_view name) { return ide
 bool isDark(const Value& json) { return json.find("set") == nullptr && json.find("key") != nullptr; }
 
 void reserveTags(const Value& darkSet, PartitionDictionary& tags) {
-  const auto octets = octetsIn(darkSet);
+  const auto octets = octetsMember(darkSet);
   reserveDarkTags(keyIn(darkSet), octets.data(), octets.size(), tags);
 }
 

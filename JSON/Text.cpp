@@ -128,7 +128,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   /// The message without the position and the number of the error that stand before it.
   static std::string reasonOf(const std::string& message) {
     const auto column = message.find("column ");
-    const auto end = message.find(": ", column == message.npos ? message.find("] ") : column);
+    const auto end = column == message.npos ? message.find("] ") : message.find(": ", column);
     return end == message.npos ? message : message.substr(end + 2);
   }
 

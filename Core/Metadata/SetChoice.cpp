@@ -121,10 +121,44 @@ std::string countOf(std::size_t count) { return count == 1 ? "is 1" : "are " + s
                        kinds.size() > 1 ? "have" : "has", property, suggestProperty(kinds, property));
 }
 
+std::string joined(const std::vector<std::string>& texts, const char* separator) {
+  std::string all;
+  for (const auto& text : texts) all += (all.empty() ? "" : separator) + text;
+  return all;
+}
+
+/// "A, B or C".
+std::string alternatives(std::vector<std::string> texts) {
+  const std::string last = std::move(texts.back());
+  texts.pop_back();
+  return texts.empty() ? last : joined(texts, ", ") + " or " + last;
+}
+
+/// A path without a "[*]" at its end: an index in its place chooses among the same sets.
+std::string withoutAll(const std::string& path) {
+  constexpr std::string_view kAll = "[*]";
+  const bool isForAll = path.size() > kAll.size() && path.compare(path.size() - kAll.size(), kAll.size(), kAll) == 0;
+  return isForAll ? path.substr(0, path.size() - kAll.size()) : path;
+}
+
+/// Of sets with points between them, as in "MaterialPackage.Timecode": the path that is meant. Empty for other names.
+std::string pathInsteadOf(const std::string& name, std::string_view property,
+                          const MetaMetadata::Dictionary& dictionary) {
+  std::string path = name;
+  if (property.empty() || name.find('.') == name.npos) return "";
+  for (std::size_t begin = 0; begin <= name.size();) {
+    const auto end = std::min(name.find('.', begin), name.size());
+    if (dictionary.findSetsByName(name.substr(begin, end - begin)).empty()) return "";
+    if (end < name.size()) path[end] = '/';
+    begin = end + 1;
+  }
+  return path;
+}
+
 }  // namespace
 
 SetChoice::SetChoice(const PartitionMetadata& partition, const SetPath& path, std::string_view property)
-    : partition_(partition), path_(path) {
+    : partition_(partition), path_(path), property_(property) {
   for (const auto& step : path.steps()) {
     follow(step, &step == &path.steps().front());
     if (sets_.empty()) return;
@@ -250,17 +284,26 @@ void SetChoice::raiseNotFound() const {
   raiseUnnamed();
 }
 
-void SetChoice::raiseAmbiguous() const {
-  constexpr std::size_t kMostNamed = 4;
+void SetChoice::raiseAmbiguous(Taken taken) const {
   const auto& text = path_.text();
-  const SetOwners owners(partition_);
-  std::string choices;
-  for (std::size_t i = 0; i < std::min(sets_.size(), kMostNamed); ++i) {
-    choices += choiceOf(*sets_[i]) + inParentheses(*sets_[i], owners) + ", ";
+  const auto choices = firstChoices();
+  const bool isCut = choices.size() < sets_.size();
+  if (taken == Taken::kOne) {
+    raise<InvalidFormat>("{} is ambiguous: {} sets (see \"mxfxml info --sets\"); use {}", text, sets_.size(),
+                         isCut ? joined(choices, ", ") + ", or another one" : alternatives(choices));
   }
-  if (sets_.size() > kMostNamed) choices += "... ";
-  raise<InvalidFormat>("{} is ambiguous: {} sets (see \"mxfxml info --sets\"); use {}or {}[*] for all", text,
-                       sets_.size(), choices, text);
+  raise<InvalidFormat>("{} is ambiguous: {} sets (see \"mxfxml info --sets\"); use {}, {}or {}[*] for all", text,
+                       sets_.size(), joined(choices, ", "), isCut ? "... " : "", text);
+}
+
+std::vector<std::string> SetChoice::firstChoices() const {
+  constexpr std::size_t kMostNamed = 4;
+  const SetOwners owners(partition_);
+  std::vector<std::string> choices;
+  for (std::size_t i = 0; i < std::min(sets_.size(), kMostNamed); ++i) {
+    choices.push_back(choiceOf(*sets_[i]) + inParentheses(*sets_[i], owners));
+  }
+  return choices;
 }
 
 /// An index counts the sets before a property left some of them out.
@@ -268,7 +311,7 @@ std::string SetChoice::choiceOf(const MetadataSet& set) const {
   const auto& counted = isNarrowed_ ? before_ : sets_;
   const auto found = std::find(counted.begin(), counted.end(), &set);
   if (found == counted.end()) return set.instanceUID() == nullptr ? set.name() : set.instanceUID()->dottedText();
-  return path_.text() + "[" + std::to_string(found - counted.begin() + 1) + "]";
+  return withoutAll(path_.text()) + "[" + std::to_string(found - counted.begin() + 1) + "]";
 }
 
 void SetChoice::raiseUnselected() const {
@@ -290,6 +333,11 @@ void SetChoice::raiseUnnamed() const {
   const auto& dictionary = *partition_.partitionDictionary().dictionary();
   const auto kinds = dictionary.findSetsByName(name);
   const auto digits = digitsIn(name);
+  const auto path = kinds.empty() ? pathInsteadOf(name, property_, dictionary) : "";
+  if (!path.empty()) {
+    raise<InvalidFormat>("the dictionary has no set '{}'; write {}.{} for the {} that it leads to", name,
+                         textUpTo(lastStep_->begin) + path, property_, path.substr(path.rfind('/') + 1));
+  }
   if (kinds.empty() && !digits) {
     raise<InvalidFormat>("the dictionary has no set '{}'{}", name, suggestSet(partition_, name));
   }

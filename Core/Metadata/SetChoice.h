@@ -25,9 +25,11 @@ class SetChoice {
   bool isMistaken() const;
   /// To be called when there are none. @throws InvalidFormat naming the part of the path that leads nowhere.
   [[noreturn]] void raiseNotFound() const;
+  /// How many sets the caller can take.
+  enum class Taken : uint8 { kOne, kSeveral };
   /// To be called when there are several. @throws InvalidFormat listing the choices, each with what distinguishes its
-  /// set.
-  [[noreturn]] void raiseAmbiguous() const;
+  /// set, and all of them where the caller takes several.
+  [[noreturn]] void raiseAmbiguous(Taken taken) const;
 
  private:
   using Kinds = std::vector<const MetaMetadata::MetaMetadataSet*>;
@@ -42,6 +44,7 @@ class SetChoice {
   void keepMatching(const Selector& selector);
   void keepHaving(std::string_view property);
   bool matches(const MetadataSet& set, const Selector& selector);
+  std::vector<std::string> firstChoices() const;
   std::string choiceOf(const MetadataSet& set) const;
   [[noreturn]] void raiseUnselected() const;
   [[noreturn]] void raiseUnnamed() const;
@@ -49,6 +52,7 @@ class SetChoice {
 
   const PartitionMetadata& partition_;
   const SetPath& path_;
+  std::string property_;
   Sets sets_;
   Sets wider_;               // what the name means beside its usual sense; empty where there is nothing
   bool isNarrowed_ = false;  // by a property; `before_` are the sets before that

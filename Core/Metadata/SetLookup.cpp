@@ -12,7 +12,7 @@ FoundSets PartitionMetadata::findAll(std::string_view text) const {
 MetadataSet* PartitionMetadata::tryFind(std::string_view text) const {
   const SetPath path(text);
   const SetChoice choice(*this, path);
-  if (choice.sets().size() > 1) choice.raiseAmbiguous();
+  if (choice.sets().size() > 1) choice.raiseAmbiguous(SetChoice::Taken::kOne);
   return choice.sets().empty() ? nullptr : choice.sets().front();
 }
 
@@ -20,7 +20,7 @@ MetadataSet& PartitionMetadata::find(std::string_view text) const {
   const SetPath path(text);
   const SetChoice choice(*this, path);
   if (choice.sets().empty()) choice.raiseNotFound();
-  if (choice.sets().size() > 1) choice.raiseAmbiguous();
+  if (choice.sets().size() > 1) choice.raiseAmbiguous(SetChoice::Taken::kOne);
   return *choice.sets().front();
 }
 
@@ -28,7 +28,7 @@ FoundSets PartitionMetadata::choose(std::string_view text, std::string_view prop
   const SetPath path(text);
   const SetChoice choice(*this, path, property);
   if (choice.sets().empty()) choice.raiseNotFound();
-  if (choice.sets().size() > 1 && !path.isForAll()) choice.raiseAmbiguous();
+  if (choice.sets().size() > 1 && !path.isForAll()) choice.raiseAmbiguous(SetChoice::Taken::kSeveral);
   return FoundSets(choice.sets());
 }
 

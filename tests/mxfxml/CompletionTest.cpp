@@ -110,10 +110,10 @@ std::string inShell(const std::string& shell, const std::string& commands) {
   return readFile(folder.path("out"));
 }
 
-/// @param words  as bash divides the line, at its word breaks too.
-Words inBash(const std::string& line, const std::string& words) {
-  return linesOf(inShell("bash", "source " VANTOR_COMPLETION_DIR "/mxfxml.bash\nCOMP_LINE='" + line +
-                                     "'\nCOMP_POINT=${#COMP_LINE}\nCOMP_WORDS=(" + words +
+/// @param words    as bash divides the line, at its word breaks too. @param options  of the shell.
+Words inBash(const std::string& line, const std::string& words, const std::string& options = "") {
+  return linesOf(inShell("bash", "source " VANTOR_COMPLETION_DIR "/mxfxml.bash\n" + options + "\nCOMP_LINE=\"" + line +
+                                     "\"\nCOMP_POINT=${#COMP_LINE}\nCOMP_WORDS=(" + words +
                                      ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_mxfxml\n"
                                      "printf '%s\\n' \"${COMPREPLY[@]}\"\n"));
 }
@@ -125,6 +125,22 @@ TEST(Completion, ReplacesInBashWhatStandsBehindItsWordBreaks) {
               Contains("FullFrame"));
   EXPECT_THAT(inBash("mxfxml set a.mxf Identification.Comp", "mxfxml set a.mxf Identification.Comp"),
               ElementsAre("Identification.CompanyName="));
+}
+
+/// Sets in brackets are no patterns of file names.
+TEST(Completion, KeepsBracketsInBashWhateverFilesThereAre) {
+  const std::string files = "cd $(mktemp -d); touch Timecode1.StartTimecode=; trap 'rm -r $PWD' EXIT; ";
+  for (const std::string options : {"", "shopt -s nullglob", "shopt -s failglob"}) {
+    for (const std::string quote : {"", "'", "\\\""}) {
+      const auto line = "mxfxml set a.mxf " + quote + "Timecode[1].StartT";
+      const auto word = quote.empty()  ? "'Timecode[1].StartT'"
+                        : quote == "'" ? "\"'Timecode[1].StartT\""
+                                       : "'\"Timecode[1].StartT'";
+      EXPECT_THAT(inBash(line, std::string("mxfxml set a.mxf ") + word, files + options),
+                  ElementsAre("Timecode[1].StartTimecode="))
+          << options << line;
+    }
+  }
 }
 
 /// CI has it.
@@ -156,6 +172,18 @@ TEST(Completion, IsLoadedByZsh) {
   if (!hasZsh()) GTEST_SKIP() << "zsh is not installed";
   EXPECT_EQ(completedInZsh("mxfxml exp"), "mxfxml export ");
   EXPECT_EQ(completedInZsh("mxfxml set a.mxf Identification.Comp"), "mxfxml set a.mxf Identification.CompanyName=");
+}
+
+TEST(Completion, GoesOnInZshInsideQuotes) {
+  if (!hasZsh()) GTEST_SKIP() << "zsh is not installed";
+  for (const std::string quote : {"'", "\""}) {
+    EXPECT_EQ(completedInZsh("mxfxml set a.mxf " + quote + "Timecode[1].StartT"),
+              "mxfxml set a.mxf " + quote + "Timecode[1].StartTimecode=");
+  }
+  EXPECT_EQ(completedInZsh("mxfxml set 'a b.mxf' Identification.Comp"),
+            "mxfxml set 'a b.mxf' Identification.CompanyName=");
+  EXPECT_EQ(completedInZsh("mxfxml set a.mxf Timecode\\[1\\].StartT"),
+            "mxfxml set a.mxf Timecode\\[1\\].StartTimecode=");
 }
 
 TEST(Completion, AsksInZshForWholeWords) {

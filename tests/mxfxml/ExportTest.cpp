@@ -222,6 +222,11 @@ TEST(Export, NamesTheStartThatIsNotThere) {
                 "there is no TimelineTrack[9]: the partition has 6 of these sets");
   EXPECT_THAT(run({"export", input, "--start", "TimelineTrack"}).err,
               HasSubstr(": TimelineTrack is ambiguous: 6 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] ("));
+  for (const char* start : {"TimelineTrack", "TimelineTrack[*]"}) {
+    EXPECT_THAT(run({"export", input, "--start", start}).err,
+                testing::AllOf(HasSubstr("use TimelineTrack[1] ("), testing::EndsWith(", or another one\n")))
+        << start;
+  }
 }
 
 TEST(Export, StartsFromASetThatTheDictionaryDoesNotKnow) {

@@ -66,6 +66,21 @@ TEST(Get, RefusesSetsWithDifferentValuesAsSetDoes) {
   EXPECT_THAT(result.err, EndsWith("or TimelineTrack[*] for all\n"));
 }
 
+TEST(Get, ShowsThePathThatPointsBetweenSetsMean) {
+  for (const auto& [path, meant, last] :
+       {std::tuple("MaterialPackage.Timecode.StartTimecode", "MaterialPackage/Timecode.StartTimecode", "Timecode"),
+        std::tuple("MaterialPackage.TimelineTrack.Sequence.Duration", "MaterialPackage/TimelineTrack/Sequence.Duration",
+                   "Sequence"),
+        std::tuple("Preface/MaterialPackage.Timecode.Duration", "Preface/MaterialPackage/Timecode.Duration",
+                   "Timecode")}) {
+    EXPECT_THAT(get({sample("op1a.mxf"), path}).err,
+                EndsWith(std::string("; write ") + meant + " for the " + last + " that it leads to\n"))
+        << path;
+  }
+  EXPECT_THAT(get({sample("op1a.mxf"), "MaterialPackage.Nothing.StartTimecode"}).err,
+              testing::Not(testing::HasSubstr("; write ")));
+}
+
 TEST(Get, NamesFilesWhereThereAreSeveral) {
   const auto a = sample("op1a.mxf"), b = sample("gst-audio-ac3.mxf");
   const auto result = get({"-p", "Preface.FormatVersion", a, b});

@@ -78,6 +78,25 @@ TEST_F(GivenValues, OfTextPropertiesAreTheTextAsItIs) {
   }
 }
 
+TEST_F(GivenValues, InOctetsAreNothingElseForTextPropertiesToo) {
+  const std::string name = R"({"Identification.CompanyName": {"octets": )";
+  EXPECT_EQ(set(name + R"("00450064", "text": "Ed"}})").exitCode, 0);
+  EXPECT_EQ(value("Identification.CompanyName"), "Ed\n");
+  for (const std::string octets : {"zz", "004", "] x", "0045] x", "0x0045"}) {
+    expectRefusal(name + "\"" + octets + "\"}}",
+                  "line 1: /Identification.CompanyName: \"octets\" are hexadecimal digits, two to an octet");
+  }
+  expectRefusal(name + R"("0045", "comment": "E"}})",
+                "line 1: /Identification.CompanyName: there is no member \"comment\" here");
+  expectRefusal(name + "69}}", "line 1: /Identification.CompanyName/octets: it is a number, not a text");
+}
+
+TEST_F(GivenValues, AreRefusedWithTheLineOfANumberBeyondAll) {
+  expectRefusal("{\n\"TimelineTrack[1].TrackID\": 1e999}", "line 2, column ");
+  EXPECT_THAT(set("{\"TimelineTrack[1].TrackID\": 1e999}").err,
+              testing::AllOf(HasSubstr(": number overflow parsing '1e999'"), testing::Not(HasSubstr("exception"))));
+}
+
 TEST_F(GivenValues, OfAnotherFileAreThoseOfItsSetsByNumber) {
   copy("op1a.mxf");
   const auto values = folder_.path("values.json");
@@ -156,7 +175,8 @@ TEST_F(GivenValues, AreRefusedInADocumentOfAnotherForm) {
   expectRefusal(R"({"format": "mxfxml-metadata", "version": 1, "sets": []})",
                 "the format is \"mxfxml-metadata\", not \"mxfxml-get\"");
   expectRefusal(R"({"format": "x", "version": 1, "files": []})", "the format is \"x\", not \"mxfxml-get\"");
-  expectRefusal(R"({"format": "mxfxml-get", "version": 2, "files": []})", "line 1: /version: ");
+  expectRefusal(R"({"format": "mxfxml-get", "version": 2, "files": []})",
+                "line 1: /version: version 2 is not known; this program reads version 1");
   expectRefusal(R"({"format": "mxfxml-get", "version": 1, "files": []})",
                 "line 1: /files: values of one file are taken, not of 0");
   expectRefusal(R"({"format": "mxfxml-get", "version": 1, "files": [{"file": "a", "problem": "gone"}]})",

@@ -206,10 +206,15 @@ TEST(Info, GoesOnWithTheOtherFilesAndNamesEach) {
   EXPECT_EQ(result.out, one + ":\n" + run({"info", one}).out + "\n" + other + ":\n" + run({"info", other}).out);
 }
 
-TEST(Info, ShowsAPartitionInABetterStateThanTheHeader) {
+/// Opens the header partition of a sample.
+ChangedSample openedSample() {
   const std::string status("\x01\x02\x04\x00", 4);  // octets 13 to 16 of a header partition pack's key, closed complete
-  const ChangedSample open("gst-audio-ac3.mxf", std::string("\x0D\x01\x02\x01", 4) + status,
-                           std::string("\x0D\x01\x02\x01\x01\x02\x01\x00", 8));
+  return {"gst-audio-ac3.mxf", std::string("\x0D\x01\x02\x01", 4) + status,
+          std::string("\x0D\x01\x02\x01\x01\x02\x01\x00", 8)};
+}
+
+TEST(Info, ShowsAPartitionInABetterStateThanTheHeader) {
+  const auto open = openedSample();
   const auto summary = run({"info", open.path()}).out;
   EXPECT_EQ(fieldOf(summary, "best metadata"), "footer partition, closed complete");
   EXPECT_EQ(fieldOf(summary, "shown here"), "the footer partition");
@@ -217,10 +222,45 @@ TEST(Info, ShowsAPartitionInABetterStateThanTheHeader) {
   EXPECT_EQ(fieldOf(run({"info", open.path(), "--partition", "header"}).out, "shown here"), "the header partition");
 }
 
+TEST(OtherViews, NameAPartitionInABetterStateThanTheHeader) {
+  const auto open = openedSample();
+  const auto note =
+      "mxfxml: " + open.path() + ": note: the footer partition is in a better state; --partition footer reads it\n";
+  const std::vector<std::vector<std::string>> commands = {
+      {"get", open.path(), "Preface.FormatVersion"}, {"show", open.path()}, {"export", open.path()}};
+  for (auto words : commands) {
+    EXPECT_EQ(run(words).err, note) << words[0];
+    words.insert(words.end(), {"--partition", "header"});
+    EXPECT_EQ(run(words).err, "") << words[0];
+  }
+  EXPECT_EQ(run({"show", sample("gst-audio-ac3.mxf")}).err, "");
+}
+
+TEST(Info, ClaimsNoBestMetadataOfAPipe) {
+  const auto file = sample("gst-audio-ac3.mxf");
+  const auto pipe = "cat '" + file + "' | \"$0\" \"$@\"";
+  const auto text = runScript(pipe, {"info", "-"});
+  EXPECT_EQ(text.exitCode, 0) << text.err;
+  EXPECT_THAT(text.out, testing::AllOf(HasSubstr("partitions"), Not(HasSubstr("best metadata"))));
+  const auto json = runScript(pipe, {"info", "--json", "-"});
+  EXPECT_THAT(json.out, testing::AllOf(HasSubstr("\"partitions\""), Not(HasSubstr("\"best\""))));
+  EXPECT_THAT(run({"info", "--json", file}).out, HasSubstr("\"best\""));
+}
+
 TEST(Info, CountsWhatItCannotDecode) {
   const auto summary = run({"info", sample("libmxf-writeaviddv50.header.mxf"), "--no-own-dictionary"}).out;
   EXPECT_EQ(fieldOf(summary, "dark sets"), "2");
-  EXPECT_EQ(fieldOf(summary, "unknown properties"), "3");
+  EXPECT_EQ(fieldOf(summary, "unknown properties"), "3: CDCIDescriptor: unknown property FF.F6");
+  EXPECT_THAT(summary, HasSubstr("1 other: mxfxml show\n"));
+}
+
+TEST(Info, KeepsValuesThatCannotBeReadApartFromUnknownProperties) {
+  const auto file = sample("bmx-rdd9-embedxml.header.mxf");
+  const auto summary = run({"info", file}).out;
+  EXPECT_EQ(fieldOf(summary, "values that cannot be read"), "4: AES3PCMDescriptor.FixedChannelStatusData");
+  EXPECT_THAT(summary, Not(HasSubstr("unknown properties")));
+  EXPECT_THAT(run({"info", "--json", file}).out,
+              testing::AllOf(HasSubstr("\"unknownProperties\": 0"), HasSubstr("\"unreadableValues\": 4")));
 }
 
 /// A member of the first file in JSON, on one line.

@@ -403,8 +403,8 @@ TEST(Set, NamesTheStartThatIsNotThere) {
            {"TimelineTrack",
             "TimelineTrack is ambiguous: 4 sets (see \"mxfxml info --sets\"); use TimelineTrack[1] (TrackID 2, in "
             "SourcePackage), TimelineTrack[2] (TrackID 2, in MaterialPackage), TimelineTrack[3] (TrackID 1, TrackName "
-            "\"Timecode track\", in MaterialPackage), TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
-            "SourcePackage), or TimelineTrack[*] for all\n"},
+            "\"Timecode track\", in MaterialPackage) or TimelineTrack[4] (TrackID 1, TrackName \"Timecode track\", in "
+            "SourcePackage)\n"},
            {"8D.9D.AD.D2", "the partition has no set whose InstanceUID begins with 8D.9D.AD.D2\n"}}) {
     const SetFile file;
     const Result result = file.set({"TimelineTrack.TrackID=9", "--start", start});

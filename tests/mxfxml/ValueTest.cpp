@@ -120,7 +120,7 @@ TEST(Values, OfRunsOfOctetsAreReadFromFiles) {
 
 TEST(Values, ThatWereNotReadAreListedByInfoWithTheReason) {
   EXPECT_THAT(run({"info", "--partitions", sample("bmx-rdd9-embedxml.header.mxf")}).out,
-              EndsWith("\nunknown properties: 4\n"
+              EndsWith("\nvalues that cannot be read: 4\n"
                        "  4  AES3PCMDescriptor.FixedChannelStatusData  its items have 24 octets, not the 1 of their "
                        "type  [850000000000000000000000000000000000000000000000]\n"));
   EXPECT_THAT(run({"info", "--partitions", "--no-own-dictionary", sample("libmxf-writeaviddv50.header.mxf")}).out,

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "BetterPartition.h"
 #include "CommonOptions.h"
 #include "DictionaryOptions.h"
 #include "ErrorText.h"
@@ -48,6 +49,7 @@ class ExportCommand final : public Command {
       throw UsageError("--flat, --structural-only, --exact and --encoding are for XML");
     }
     const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), form_.partition));
+    noteBetterPartition(input(), app().count("--partition") != 0);
     const auto* start = startOf(*metadata, form_, dictionary_, input());
     if (exact_) {
       writeOutput(output_, exactDocument(*metadata, start));

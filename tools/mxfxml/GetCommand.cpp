@@ -5,6 +5,7 @@
 #include <system_error>
 #include <vector>
 
+#include "BetterPartition.h"
 #include "Command.h"
 #include "CommonOptions.h"
 #include "DictionaryOptions.h"
@@ -149,6 +150,7 @@ class GetCommand final : public Command {
     InputProblems problems;
     auto metadata = dictionary_.read(metadataSource(file, partition_.value_or(MXF::PartitionChoice()), problems));
     printProblems(file, problems, false);
+    if (!documentFormatOf(file)) noteBetterPartition(file, partition_.has_value());
     return metadata;
   }
 

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "Core/Metadata/PropertyLine.h"
+#include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Text/StringText.h"
 #include "ErrorText.h"
@@ -41,6 +42,11 @@ std::string messageOf(const std::string& pointer, const Refusal& refusal) {
 }
 
 bool isOctets(const JSON::Value& json) { return json.find("octets") != nullptr; }
+
+/// As it stands for any property, whatever its type.
+wstring rawOctetsText(const Bytes& octets) {
+  return u"0x[" + Platform::hexText<wstring>(octets.data(), octets.size()) + u"]";
+}
 
 PropertyPath pathIn(const std::string& text) {
   PropertyPath path(text);
@@ -89,7 +95,7 @@ class ValuesReader {
     const auto& format = JSON::requiredText(root, "format");
     if (format != kFormat) throw Refusal("the format is \"" + format + "\", not \"" + kFormat + "\"");
     const auto& version = JSON::requiredMember(root, "version");
-    JSON::readingAt("version", version, [&] { JSON::numberOf(version, kVersion, kVersion); });
+    JSON::readingAt("version", version, [&] { JSON::requireVersion(version, kVersion); });
   }
 
   void readFile(const JSON::Value& file) {
@@ -149,7 +155,7 @@ wstring GivenValue::textFor(const MetadataSet& set) const {
   const auto& json = *part_.value;
   if (json.isNull()) throw Refusal("null is no value; --remove removes a property");
   const auto* definition = heldProperty(set, path_.property).definition;
-  if (isOctets(json)) return u"0x[" + Utils::stringToWstring(JSON::requiredText(json, "octets")) + u"]";
+  if (isOctets(json)) return rawOctetsText(JSON::octetsIn(json));
   const bool isWord = json.text() != nullptr && !Types::isTextType(definition->dataType());
   if (isWord) return Utils::stringToWstring(*json.text());
   const PropertyPlace place = {&set, definition};

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "BetterPartition.h"
 #include "Command.h"
 #include "CommonOptions.h"
 #include "Core/MXF/FileStructure.h"
@@ -19,6 +20,7 @@
 #include "SummaryJSON.h"
 #include "SummaryText.h"
 #include "Terminal.h"
+#include "UnreadText.h"
 
 namespace Vantor::Tool {
 
@@ -49,14 +51,6 @@ std::string partitionsText(const std::vector<Summary::Partition>& partitions) {
   return text;
 }
 
-/// The partition to read when none is chosen: the header partition, unless another one is in a better state.
-MXF::PartitionChoice betterThanHeader(const std::vector<Summary::Partition>& partitions) {
-  const auto* best = Summary::bestOf(partitions);
-  if (best == nullptr || Summary::rankOf(best->status) <= Summary::rankOf(partitions.front().status)) return {};
-  if (best->kind == KLV::PartitionKind::kFooter) return MXF::PartitionChoice::footer();
-  return MXF::PartitionChoice::number(static_cast<uint32>(best->number));
-}
-
 FieldGroup fileGroup(const MXF::FileStructure& structure, const std::vector<Summary::Partition>& partitions,
                      const MXF::PartitionChoice& choice) {
   FieldGroup group{"File", {}};
@@ -67,21 +61,38 @@ FieldGroup fileGroup(const MXF::FileStructure& structure, const std::vector<Summ
   }
   group.fields.push_back({"partitions", partitionsText(partitions) + (isOfPipe(structure) ? kNotRead : "")});
   const auto* best = Summary::bestOf(partitions);
-  if (best != nullptr) {
+  if (best != nullptr && !isOfPipe(structure)) {
     group.fields.push_back({"best metadata", nameOf(best->kind) + " partition, " + nameOf(best->status)});
   }
   group.fields.push_back({"shown here", describe(choice)});
   return group;
 }
 
+/// "7: Preface.FormatVersion, Sequence.Duration, ... and 4 others: mxfxml show".
+void addUnread(const char* name, std::size_t count, const std::vector<std::string>& properties, FieldGroup& group) {
+  constexpr std::size_t kMostNamed = 2;
+  if (count == 0) return;
+  std::string text = std::to_string(count);
+  for (std::size_t i = 0; i < std::min(properties.size(), kMostNamed); ++i) {
+    text += (i == 0 ? ": " : ", ") + oneLine(properties[i]);
+  }
+  if (properties.size() > kMostNamed) {
+    const auto others = properties.size() - kMostNamed;
+    text += ", ... and " + std::to_string(others) + (others == 1 ? " other" : " others") + ": mxfxml show";
+  }
+  group.fields.push_back({name, text});
+}
+
 /// What the summary cannot show; no fields where there is nothing.
-FieldGroup undecodedGroup(const Counts& counts) {
+FieldGroup undecodedGroup(const PartitionMetadata& metadata) {
+  const Counts counts(metadata);
   FieldGroup group{"Not decoded", {}};
   const auto add = [&group](const char* name, std::size_t count) {
     if (count != 0) group.fields.push_back({name, std::to_string(count)});
   };
   add("dark sets", total(counts.dark));
-  add("unknown properties", counts.unknownProperties);
+  addUnread("unknown properties", counts.unknownProperties, unreadNames(metadata, Unread::kUnknown), group);
+  addUnread(kUnreadableText, counts.unreadableValues, unreadNames(metadata, Unread::kUnreadable), group);
   add("misplaced properties", counts.misplacedProperties);
   return group;
 }
@@ -222,7 +233,7 @@ class InfoCommand final : public Command {
     auto groups = groupsOf(Summary::summaryOf(*source.metadata));
     groups.push_back(fileGroup(structure, source.partitions, source.choice));
     if (source.own.isThere) groups.back().fields.push_back({"own dictionary", countsOf(source.own)});
-    auto undecoded = undecodedGroup(Counts(*source.metadata));
+    auto undecoded = undecodedGroup(*source.metadata);
     if (!undecoded.fields.empty()) groups.push_back(std::move(undecoded));
     return Tool::textOf(groups, terminalColumns(), wantsColor(color_));
   }
@@ -232,7 +243,8 @@ class InfoCommand final : public Command {
     if (!isOfPipe(structure)) json.add("size", structure.fileSize).add("end", structure.end);
     json.add("runIn", structure.runIn);
     json.add("partitions", jsonOf(source.partitions));
-    if (const auto* best = Summary::bestOf(source.partitions)) json.add("best", uint64{best->number});
+    const auto* best = isOfPipe(structure) ? nullptr : Summary::bestOf(source.partitions);
+    if (best != nullptr) json.add("best", uint64{best->number});
     json.add("partition", source.choice.text());
     addSummary(Summary::summaryOf(*source.metadata), json);
     json.add("counts", Tool::countsOf(*source.metadata));

@@ -30,8 +30,13 @@ void Counts::count(const MetadataSet& set) {
     ++dark[set.name()];
   }
   for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) {
-    ++((*at).metaAttribute().metaElement() == nullptr ? unknownProperties : misplacedProperties);
+    ++countFor(set, *at);
   }
+}
+
+std::size_t& Counts::countFor(const MetadataSet& set, const Element& element) {
+  if (element.metaAttribute().metaElement() != nullptr) return misplacedProperties;
+  return set.definitionOf(element) == nullptr ? unknownProperties : unreadableValues;
 }
 
 std::size_t total(const std::map<std::string, std::size_t>& counts) {
@@ -49,9 +54,11 @@ std::string list(const std::map<std::string, std::size_t>& counts) {
 std::string describeMetadata(const PartitionMetadata& metadata, const Counts& counts,
                              const MXF::PartitionChoice& choice, const std::string& setList) {
   const std::string text = "sets in " + describe(choice) + ": " + std::to_string(total(counts.known)) + "\n" + setList;
-  const std::string others = countLine("dark sets", total(counts.dark)) + list(counts.dark) +
-                             countLine("unknown properties", counts.unknownProperties) + listOfUnread(metadata) +
-                             countLine("misplaced properties", counts.misplacedProperties);
+  const std::string others =
+      countLine("dark sets", total(counts.dark)) + list(counts.dark) +
+      countLine("unknown properties", counts.unknownProperties) + listOfUnread(metadata, Unread::kUnknown) +
+      countLine(kUnreadableText, counts.unreadableValues) + listOfUnread(metadata, Unread::kUnreadable) +
+      countLine("misplaced properties", counts.misplacedProperties);
   return others.empty() ? text : text + "\n" + others;
 }
 

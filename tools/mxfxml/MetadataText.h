@@ -15,11 +15,13 @@ struct Counts {
 
   std::map<std::string, std::size_t> known;  ///< by names
   std::map<std::string, std::size_t> dark;   ///< by key
-  std::size_t unknownProperties = 0;
+  std::size_t unknownProperties = 0;         ///< that the dictionary does not have
+  std::size_t unreadableValues = 0;          ///< properties that it has, kept as octets
   std::size_t misplacedProperties = 0;
 
  private:
   void count(const MetadataSet& set);
+  std::size_t& countFor(const MetadataSet& set, const Element& element);
 };
 
 /// The sum of all counts.

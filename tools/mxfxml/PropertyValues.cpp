@@ -97,7 +97,7 @@ PropertyValues valuesOf(const PartitionMetadata& metadata, const PropertyPath& p
   } else if (found.values.empty()) {
     found.whyNone = whyNoValues(path, choice);
   }
-  if (found.isOne && !areEqual(found.values)) choice.raiseAmbiguous();
+  if (found.isOne && !areEqual(found.values)) choice.raiseAmbiguous(SetChoice::Taken::kSeveral);
   return found;
 }
 

@@ -1,6 +1,7 @@
 #include <optional>
 #include <string>
 
+#include "BetterPartition.h"
 #include "Command.h"
 #include "CommonOptions.h"
 #include "DiagnosticText.h"
@@ -43,6 +44,7 @@ class ShowCommand final : public Command {
     const auto partition = partition_.value_or(MXF::PartitionChoice());
     const auto metadata = dictionary_.read(metadataSource(input(), partition, problems));
     printProblems(input(), problems, false);
+    if (!documentFormatOf(input())) noteBetterPartition(input(), partition_.has_value());
     const auto style = treeStyleFor(color_);
     writeStandardOutput(treeText(treeOf(*metadata, optionsFor(*metadata, style)), style));
     return kSuccess;

@@ -252,6 +252,7 @@ Value countsOf(const PartitionMetadata& metadata) {
       .add("sets", memberOf(sets))
       .add("darkSets", memberOf(counts.dark))
       .add("unknownProperties", memberOf(counts.unknownProperties))
+      .add("unreadableValues", memberOf(counts.unreadableValues))
       .add("misplacedProperties", memberOf(counts.misplacedProperties));
 }
 

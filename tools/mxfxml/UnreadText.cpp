@@ -1,6 +1,8 @@
 #include "UnreadText.h"
 
+#include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "Core/Comparison/PropertyIdentity.h"
@@ -42,13 +44,24 @@ void enter(UnreadKind kind, std::vector<UnreadKind>& kinds, std::unordered_map<s
   known.isOneValue = known.isOneValue && known.value == kind.value;
 }
 
+/// Those that were not read for one reason.
+std::vector<UnreadValue> unreadFor(const PartitionMetadata& metadata, Unread why) {
+  auto values = unreadValues(metadata);
+  const auto isOther = [why](const auto& unread) {
+    return (unread.definition == nullptr) != (why == Unread::kUnknown);
+  };
+  values.erase(std::remove_if(values.begin(), values.end(), isOther), values.end());
+  return values;
+}
+
 }  // namespace
 
-std::string listOfUnread(const PartitionMetadata& metadata) {
+std::string listOfUnread(const PartitionMetadata& metadata, Unread why) {
   std::vector<UnreadKind> kinds;
   std::unordered_map<std::string, std::size_t> places;
-  for (const auto& unread : unreadValues(metadata))
+  for (const auto& unread : unreadFor(metadata, why)) {
     enter(kindOf(unread, metadata.partitionDictionary()), kinds, places);
+  }
   TextTable table(
       {TextTable::Align::kRight, TextTable::Align::kLeft, TextTable::Align::kLeft, TextTable::Align::kLeft});
   for (const auto& kind : kinds) {
@@ -56,6 +69,16 @@ std::string listOfUnread(const PartitionMetadata& metadata) {
     table.addRow({std::to_string(kind.count), kind.property, kind.reason, oneLine(value)});
   }
   return table.text();
+}
+
+std::vector<std::string> unreadNames(const PartitionMetadata& metadata, Unread why) {
+  std::vector<std::string> names;
+  std::unordered_set<std::string> known;
+  for (const auto& unread : unreadFor(metadata, why)) {
+    auto name = unreadNameOf(unread, metadata.partitionDictionary());
+    if (known.insert(name).second) names.push_back(std::move(name));
+  }
+  return names;
 }
 
 }  // namespace Vantor::Tool

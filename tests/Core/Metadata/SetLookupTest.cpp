@@ -61,14 +61,15 @@ TEST_F(SetLookup, CountsSetsOfAKindBackwardsFromMinusOne) {
 }
 
 TEST_F(SetLookup, RefusesANameOfSeveralSetsAndListsTheChoices) {
-  EXPECT_EQ(refusal("Thing"),
-            "Thing is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Thing[1], Thing[2], or Thing[*] for all");
+  EXPECT_EQ(refusal("Thing"), "Thing is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Thing[1] or Thing[2]");
+  EXPECT_EQ(refusal("Thing[*]"),
+            "Thing[*] is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Thing[1] or Thing[2]");
   EXPECT_THROW(partition_.tryFind("Thing"), Exceptions::InvalidFormat);
   first_.set("Number", 7);
   for (uint32 i = 4; i < 7; ++i) addSet(partition_, "Thing", i);
   EXPECT_EQ(refusal("Thing"),
             "Thing is ambiguous: 5 sets (see \"mxfxml info --sets\"); use Thing[1] (Number 7), Thing[2], Thing[3], "
-            "Thing[4], ... or Thing[*] for all");
+            "Thing[4], or another one");
 }
 
 TEST_F(SetLookup, FindsAllSetsOfAKind) {
@@ -92,8 +93,7 @@ TEST_F(SetLookup, FindsSetsByInstanceUIDInEveryForm) {
   EXPECT_EQ(&partition_.find("00000000-0000-0000-0000-000000000003[2]"), partition_.sets().back());
   EXPECT_EQ(refusal("00000000-0000-0000-0000-000000000003"),
             "00000000-0000-0000-0000-000000000003 is ambiguous: 2 sets (see \"mxfxml info --sets\"); use "
-            "00000000-0000-0000-0000-000000000003[1], 00000000-0000-0000-0000-000000000003[2], or "
-            "00000000-0000-0000-0000-000000000003[*] for all");
+            "00000000-0000-0000-0000-000000000003[1] or 00000000-0000-0000-0000-000000000003[2]");
 }
 
 TEST_F(SetLookup, FindsSetsByTheBeginningOfTheirInstanceUID) {
@@ -104,8 +104,7 @@ TEST_F(SetLookup, FindsSetsByTheBeginningOfTheirInstanceUID) {
   EXPECT_EQ(refusal("8d9"), "the dictionary has no set '8d9'");
   EXPECT_EQ(refusal("8d9e"), "the partition has no set whose InstanceUID begins with 8d9e");
   EXPECT_EQ(refusal("00000000"),
-            "00000000 is ambiguous: 2 sets (see \"mxfxml info --sets\"); use 00000000[1], 00000000[2], or 00000000[*] "
-            "for all");
+            "00000000 is ambiguous: 2 sets (see \"mxfxml info --sets\"); use 00000000[1] or 00000000[2]");
 }
 
 TEST_F(SetLookup, FindsSetsByKeyAlsoThoseThatTheDictionaryLacks) {

@@ -11,8 +11,7 @@ _mxfxml() {
   # The shell replaces only what stands behind the last of its own word breaks.
   prefix=${COMP_WORDS[COMP_CWORD]#[\"\']}
   if [[ $prefix == [=:] ]]; then prefix=$current; else prefix=${current%"$prefix"}; fi
-  IFS=$'\n'
-  COMPREPLY=($("$program" __complete "${words[@]}" 2>/dev/null))
+  mapfile -t COMPREPLY < <("$program" __complete "${words[@]}" 2>/dev/null)
   COMPREPLY=("${COMPREPLY[@]#"$prefix"}")
   # Nothing ends with a point, an equals sign, a slash or a bracket.
   if [[ ${#COMPREPLY[@]} -gt 0 && ${COMPREPLY[0]} == *[.=/[] ]]; then compopt -o nospace 2>/dev/null; fi
