@@ -18,6 +18,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
+using testing::Not;
 
 constexpr const char* kRename = "sed -i s/FFmpeg/Edited/";
 
@@ -165,6 +166,34 @@ TEST_F(EditCommandTest, RefusesAFileThatChangedMeanwhile) {
   EXPECT_EQ(kept().size(), 2u);
 }
 
+TEST_F(EditCommandTest, SaysHowToMergeWhatIsKeptIntoAFileThatChangedMeanwhile) {
+  const auto script = std::string(VANTOR_MXFXML) + " set " + file() +
+                      " Identification.ToolkitVersion=2.0.0.0 >/dev/null; sed -i s/FFmpeg/Edited/ \"$file\"";
+  const Result result = edited(editor("busy", script, ":"));
+  ASSERT_EQ(kept().size(), 2u) << result.err;
+  EXPECT_THAT(result.err,
+              HasSubstr("; mxfxml import " + kept()[1] + " --into " + file() + " --in-place merges it all the same\n"));
+  EXPECT_EQ(run({"import", kept()[1], "--into", file(), "--in-place"}).exitCode, 0);
+  EXPECT_TRUE(isRenamed(file()));
+}
+
+TEST_F(EditCommandTest, NamesTheDocumentWithAMistake) {
+  const Result result = edited("sed -i '6s/>/</'");
+  EXPECT_EQ(result.exitCode, 1);
+  ASSERT_EQ(kept().size(), 2u) << result.err;
+  EXPECT_THAT(result.err, HasSubstr("mxfxml: " + kept()[1] + ": not well-formed XML: line "));
+}
+
+TEST_F(EditCommandTest, WritesNothingAfterASignalWhileTheEditorRuns) {
+  for (const char* signal : {"TERM", "HUP"}) {
+    const Result result = edited(std::string("kill -") + signal + " $PPID; " + kRename);
+    EXPECT_EQ(result.exitCode, 1) << signal;
+    EXPECT_THAT(result.err, HasSubstr("interrupted; nothing is written")) << signal;
+    EXPECT_TRUE(isUntouched()) << signal;
+  }
+  EXPECT_EQ(kept().size(), 4u);
+}
+
 TEST_F(EditCommandTest, KeepsOldBytesForUndo) {
   EXPECT_EQ(edited(kRename, {"--yes", "--keep-undo"}).exitCode, 0);
   EXPECT_TRUE(isRenamed(file()));
@@ -216,6 +245,26 @@ TEST_F(EditDialogueTest, WritesNothingAfterAnInterrupt) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.out, HasSubstr("interrupted; nothing is written"));
   EXPECT_TRUE(isUntouched());
+  EXPECT_EQ(kept().size(), 2u);
+}
+
+TEST_F(EditDialogueTest, KeepsTheDocumentAtTheEndOfTheInput) {
+  auto terminal = started(kRename);
+  ASSERT_TRUE(terminal.shows(kWrite));
+  terminal.type("\x04");
+  const Result result = terminal.finish();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.out, HasSubstr("the question has no answer; nothing is written"));
+  EXPECT_TRUE(isUntouched());
+  EXPECT_EQ(kept().size(), 2u);
+}
+
+TEST_F(EditDialogueTest, AsksNothingAboutAFileThatChangedMeanwhile) {
+  const auto script = std::string(VANTOR_MXFXML) + " set " + file() +
+                      " Identification.ToolkitVersion=2.0.0.0 >/dev/null; sed -i s/FFmpeg/Edited/ \"$file\"";
+  const Result result = started(editor("busy", script, ":")).finish();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.out, AllOf(HasSubstr(" --in-place merges it all the same"), Not(HasSubstr(kAgain))));
   EXPECT_EQ(kept().size(), 2u);
 }
 

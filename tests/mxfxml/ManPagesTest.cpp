@@ -66,6 +66,36 @@ TEST_F(ManPagesTest, HaveEveryOptionOfTheHelp) {
   }
 }
 
+/// The first lines of tagged entries, without fonts.
+std::vector<std::string> tagsIn(const std::string& page) {
+  std::vector<std::string> tags;
+  std::istringstream lines(page);
+  bool isTag = false;
+  for (std::string line; std::getline(lines, line); isTag = line == ".TP") {
+    if (!isTag) continue;
+    for (const char* font : {"\\fB", "\\fI", "\\fR"}) {
+      for (auto at = line.find(font); at != std::string::npos; at = line.find(font)) line.erase(at, 3);
+    }
+    tags.push_back(withoutBackslashes(line));
+  }
+  return tags;
+}
+
+TEST_F(ManPagesTest, HaveAnEntryForEachOptionAndArgument) {
+  for (const auto& name : pageNames()) {
+    const auto tags = tagsIn(readFile(pathOf(name)));
+    const auto help = name == "mxfxml" ? run({"--help"}).out : run({name.substr(7), "--help"}).out;
+    for (const auto& option : optionsIn(help)) {
+      const auto isOf = [&](const std::string& tag) {
+        const auto at = tag.find(option);
+        return at != std::string::npos && tag.find("  ") == std::string::npos && at + option.size() <= tag.size();
+      };
+      EXPECT_TRUE(std::any_of(tags.begin(), tags.end(), isOf)) << name << " " << option;
+    }
+    for (const auto& tag : tags) EXPECT_LE(tag.size(), 40u) << name << ": " << tag;
+  }
+}
+
 /// As they look on a terminal, without hyphens.
 std::string shown(const std::string& page) {
   return runScript("{ echo .nh; cat \"$1\"; } | groff -man -Tascii -P-cbou -rLL=200n", {page}).out;

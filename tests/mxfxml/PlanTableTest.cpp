@@ -47,6 +47,23 @@ TEST_F(PlanTableTest, IsReadWithAnySeparatorLineEndAndOrderOfColumns) {
   expectSet("file,path,value,action\na.mxf,Identification.ApplicationName,Eddy,set\n,,,\n\n", "Eddy");
 }
 
+TEST_F(PlanTableTest, TakesALineThatGivesTheSeparator) {
+  expectSet("sep=;\nfile;path;value\na.mxf;Identification.ApplicationName;E,d,,,\n", "E,d,,,");
+  expectSet("\xEF\xBB\xBFsep=,\r\nfile,path,value\r\na.mxf,Identification.ApplicationName,Ed\r\n", "Ed");
+  expectSet("sep=\t\nfile\tpath\tvalue\na.mxf\tIdentification.ApplicationName\tE;d\n", "E;d");
+}
+
+TEST_F(PlanTableTest, CountsALineThatGivesTheSeparator) {
+  EXPECT_EQ(mistakesOf("sep=;\nfile;path;value\na.mxf;Preface;1\n").substr(0, 18), "line 3, column 7: ");
+  EXPECT_EQ(mistakesOf("sep=;"), "the table is empty; its first line is file,path,value\n");
+  EXPECT_THAT(mistakesOf("sep=|\nfile|path|value\n"), HasSubstr("line 1, column 1: there is no column 'sep=|'"));
+}
+
+TEST_F(PlanTableTest, TakesALoneCarriageReturnAtItsEndAsALineEnd) {
+  expectSet("file,path,value\r\na.mxf,Identification.ApplicationName,Ed\r", "Ed");
+  expectSet("file,path,value\r\na.mxf,Identification.ApplicationName,\"Ed\"\r", "Ed");
+}
+
 TEST_F(PlanTableTest, TakesQuotedCellsWithSeparatorsQuotesAndNothing) {
   expectSet("file,path,value\n\"a.mxf\",Identification.ApplicationName,\"Ed, \"\"the\"\" one\"\n",
             "Ed, \\\"the\\\" one");

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 #include <regex>
 
 #include "Edit.h"
@@ -11,6 +13,8 @@ namespace Vantor::Tool {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::AllOf;
+using testing::ContainsRegex;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -128,6 +132,72 @@ TEST_F(PlanTest, RefusesCopiesWithOneNameAndCopiesOverItsFiles) {
   EXPECT_TRUE(isUntouched("a.mxf") && isUntouched("m/a.mxf") && !fs::exists(path("out")));
 }
 
+TEST_F(PlanTest, CountsCopiesWithoutAChangeApart) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeTable({"a.mxf"});
+  writeFile(table(), readFile(table()) + "b.mxf,Identification.ApplicationName," + kOldName + "\r\n");
+  EXPECT_EQ(lastLine(set({"-o", path("out"), "--report", path("report.csv")}).out), "1 file changed, 1 copied\n");
+  EXPECT_THAT(report(), HasSubstr(std::string(kOldName) + "," + kOldName + ",already so,\r\n"));
+  EXPECT_TRUE(isUntouched("out/b.mxf"));
+  EXPECT_EQ(lastLine(set({"-o", path("out")}).out), "2 files already so\n");
+}
+
+TEST_F(PlanTest, LeavesCopiesWithoutAChangeWhenAnotherFileIsRefused) {
+  addFiles({"b.mxf"});
+  writeTable({"missing.mxf"});
+  writeFile(table(), readFile(table()) + "b.mxf,Identification.ApplicationName," + kOldName + "\r\n");
+  EXPECT_EQ(lastLine(set({"-o", path("out")}).out), "1 file refused, 1 not reached\n");
+  EXPECT_FALSE(fs::exists(path("out/b.mxf")));
+}
+
+TEST_F(PlanTest, RefusesAFileInThePlaceOfTheFolderOfCopies) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeTable({"a.mxf"});
+  const Result result = set({"-o", path("b.mxf")});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_THAT(inFolder(result.err),
+              HasSubstr("-o names a folder for the copies of a plan, but 'FOLDER/b.mxf' is a file"));
+}
+
+TEST_F(PlanTest, PrintsNamesOfFilesWithoutControlCharacters) {
+  addFiles({"a\x1b[2J.mxf"});
+  writeTable({"a\x1b[2J.mxf"});
+  for (const Names& options : {Names{"--dry-run"}, {"-o", path("out")}, {}}) {
+    const Result result = set(options);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(inFolder(result.out), StartsWith("FOLDER/a?[2J.mxf\n"));
+    EXPECT_EQ(result.out.find('\x1b'), std::string::npos);
+  }
+}
+
+TEST_F(PlanTest, RefusesTwoSpellingsOfOneProperty) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeTable({"b.mxf", "a.mxf"});
+  writeFile(table(), readFile(table()) + "a.mxf,Identification[1].ApplicationName,Ed\r\n");
+  for (const Names& options : {Names{}, {"--sign"}}) {
+    auto reported = options;
+    reported.insert(reported.end(), {"--report", path("report.csv")});
+    const Result result = set(reported);
+    EXPECT_EQ(result.exitCode, 1);
+    const auto reason =
+        "'Identification[1].ApplicationName' of 'a.mxf' is the property of line 3, too, which has it as "
+        "'Identification.ApplicationName'";
+    EXPECT_THAT(inFolder(result.err), StartsWith(std::string("mxfxml: FOLDER/plan.csv: line 4, column 7: ") + reason));
+    EXPECT_THAT(report(), HasSubstr(std::string(",,Ed,refused,") + "\"" + reason + "\"\r\n"));
+    EXPECT_TRUE(isUntouched("a.mxf") && isUntouched("b.mxf"));
+  }
+}
+
+TEST_F(PlanTest, NamesTheLaterLineOfTwoStartTimecodesInAnyOrder) {
+  addFiles({"a.mxf"});
+  writeFile(table(),
+            "file,path,value\na.mxf,Timecode[*].StartTimecode,1\na.mxf,Timecode[1].DropFrame,false\n"
+            "a.mxf,Timecode[1].StartTimecode,2\n");
+  EXPECT_THAT(inFolder(set().err), StartsWith("mxfxml: FOLDER/plan.csv: line 4, column 7: "
+                                              "'Timecode[1].StartTimecode' of 'a.mxf' is the property of line 2, too"));
+}
+
 TEST_F(PlanTest, RefusesAReportOverOneOfItsFiles) {
   addFiles({"a.mxf"});
   writeTable({"a.mxf"});
@@ -142,7 +212,18 @@ TEST_F(PlanTest, RefusesAReportOverOneOfItsFiles) {
 TEST_F(PlanTest, WritesNothingWithoutAPlaceForItsReport) {
   addFiles({"a.mxf"});
   writeTable({"a.mxf"});
-  EXPECT_EQ(set({"--report", path("missing/report.csv")}).exitCode, 1);
+  fs::create_directory(path("folder"));
+  ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+  for (const auto& [name, reason] :
+       {std::pair("missing/report.csv", "is in a folder that is not there"),
+        std::pair("a.mxf/report.csv", "is in a folder that is not there"), std::pair("folder", "is no regular file"),
+        std::pair("pipe", "is no regular file")}) {
+    const Result result = set({"--report", path(name)});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(inFolder(result.err), std::string("mxfxml: --report: 'FOLDER/") + name + "' " + reason + "\n");
+    EXPECT_EQ(result.out, "");  // nothing is checked before
+  }
+  EXPECT_TRUE(fs::is_fifo(path("pipe")));
   EXPECT_TRUE(isUntouched("a.mxf"));
 }
 
@@ -208,8 +289,43 @@ TEST_F(ImportPlanTest, WritesNothingWhenADocumentIsRefused) {
   writeFile(path("b.mxf.doc"), "<a>");
   const Result result = import();
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(inFolder(result.err), HasSubstr("FOLDER/plan.csv: line 3, column 1: "));
+  EXPECT_THAT(inFolder(result.err), HasSubstr("FOLDER/plan.csv: line 3, column 7: FOLDER/b.mxf.doc: "));
   EXPECT_TRUE(isUntouched("a.mxf") && isUntouched("b.mxf"));
+}
+
+TEST_F(ImportPlanTest, NamesTheDocumentWithAMistakeAndItsCell) {
+  const auto start = std::string("mxfxml: FOLDER/plan.csv: line 2, column 7: ");
+  for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
+           {"<a>\n<b></a>", "FOLDER/a.mxf.doc: not well-formed XML: line 2"},
+           {"{\"a\": ", "FOLDER/a.mxf.doc: line 1"},
+           {"", "FOLDER/a.mxf.doc: "}}) {
+    addDocuments({"a.mxf"});
+    writeFile(path("a.mxf.doc"), text);
+    const Result result = import({"--report", path("report.csv")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(inFolder(result.err), StartsWith(start + message));
+    EXPECT_THAT(inFolder(report()), HasSubstr(message)) << report();
+    fs::remove(path("a.mxf"));
+  }
+}
+
+TEST_F(ImportPlanTest, NamesTheDocumentThatIsNotThere) {
+  addDocuments({"a.mxf"});
+  fs::remove(path("a.mxf.doc"));
+  EXPECT_THAT(inFolder(import().err), AllOf(HasSubstr("FOLDER/plan.csv: line 2, column 7: "),
+                                            HasSubstr("FOLDER/a.mxf.doc: No such file or directory")));
+}
+
+TEST_F(ImportPlanTest, NamesTheDocumentWithContentThatMeansNothing) {
+  addDocuments({"b.mxf", "a.mxf"});
+  auto document = readFile(path("b.mxf.doc"));
+  const std::string known = "EditRate";
+  for (auto at = document.find(known); at != std::string::npos; at = document.find(known)) {
+    document.replace(at, known.size(), "EdRate");
+  }
+  writeFile(path("b.mxf.doc"), document);
+  EXPECT_THAT(inFolder(import().err),
+              ContainsRegex("plan.csv: line 2, column 7: FOLDER/b.mxf.doc: [0-9]+ things are wrong with the document"));
 }
 
 TEST_F(ImportPlanTest, FindsFilesThatHaveTheEdits) {

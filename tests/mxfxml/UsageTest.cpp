@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "Program.h"
@@ -42,6 +43,32 @@ TEST(Usage, HelpListsTheSubcommands) {
     EXPECT_THAT(result.out, AllOf(HasSubstr("\nLook:\n"), HasSubstr("\nEdit:\n"), HasSubstr("\nConvert:\n")));
     EXPECT_EQ(result.err, "");
   }
+}
+
+TEST(Usage, HelpKeepsNamesApartFromDescriptions) {
+  constexpr std::size_t kDescription = 30;  // its column
+  constexpr std::size_t kLongestName = 40;  // without a description in its line
+  std::istringstream commands(run({"__complete", ""}).out);
+  for (std::string command; std::getline(commands, command);) {
+    const auto help = run({command, "--help"}).out;
+    std::istringstream lines(help.substr(0, help.find("\nExamples:\n")));
+    for (std::string line; std::getline(lines, line);) {
+      if (line.size() < 3 || line.compare(0, 2, "  ") != 0 || line[2] == ' ') continue;
+      EXPECT_EQ(line.find(':'), line.find(':', std::min(line.size(), kDescription))) << command << ": " << line;
+      const auto blanks = line.find("  ", 2);
+      if (blanks == std::string::npos) {
+        EXPECT_LE(line.size(), kLongestName) << command << ": " << line;
+      } else {
+        EXPECT_EQ(line.find_first_not_of(' ', blanks), kDescription) << command << ": " << line;
+      }
+    }
+  }
+}
+
+TEST(Usage, HelpOfAnOptionEndsWithTheOptionsThatItGoesWith) {
+  const auto help = run({"set", "--help"}).out;
+  EXPECT_THAT(help, HasSubstr("\n                              Not with --from, --remove, --start, INPUT,"));
+  EXPECT_THAT(help, HasSubstr("what became of each row of the plan\n                              Only with --plan\n"));
 }
 
 TEST(Usage, HelpOfASubcommandListsItsOptions) {

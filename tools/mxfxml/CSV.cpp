@@ -1,6 +1,7 @@
 #include "CSV.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "CharacterWidth.h"
 #include "Core/Platform/Raise.h"
@@ -20,6 +21,19 @@ std::string_view withoutMark(std::string_view text) {
   return hasMark ? text.substr(kByteOrderMark.size()) : text;
 }
 
+constexpr std::string_view kSeparators = ",;\t";
+/// A first line with a separator behind it is for the program that opens the table. Spreadsheets write it.
+constexpr std::string_view kSeparatorIs = "sep=";
+
+/// Nothing where the text does not begin with such a line.
+std::optional<char> separatorGivenIn(std::string_view text) {
+  const auto end = text.find_first_of("\r\n");
+  const auto line = text.substr(0, end);
+  const bool isGiven = line.size() == kSeparatorIs.size() + 1 && line.substr(0, kSeparatorIs.size()) == kSeparatorIs;
+  if (!isGiven || kSeparators.find(line.back()) == std::string_view::npos) return std::nullopt;
+  return line.back();
+}
+
 /// Walks over the characters of a table.
 class CSVReader {
  public:
@@ -27,6 +41,7 @@ class CSVReader {
 
   std::vector<CSVRecord> run() {
     std::vector<CSVRecord> records;
+    if (separatorGivenIn(text_)) skipLine();
     while (!isAtEnd()) {
       auto record = readRecord();
       const bool isEmpty =
@@ -88,9 +103,15 @@ class CSVReader {
     return true;
   }
 
+  void skipLine() {
+    while (!isAtEnd() && !isCellEnd()) take();
+    while (takeSeparator()) continue;
+    if (!isAtEnd()) skipLineEnd();
+  }
+
   void skipLineEnd() {
     if (text_[at_] == '\r') take();
-    take();
+    if (!isAtEnd()) take();
   }
 
   char take() {
@@ -107,7 +128,7 @@ class CSVReader {
   bool isAtEnd() const { return at_ == text_.size(); }
   bool isCellEnd() const {
     const auto next = text_.substr(at_, 2);
-    return next[0] == separator_ || next[0] == '\n' || next == "\r\n";
+    return next[0] == separator_ || next[0] == '\n' || next == "\r\n" || next == "\r";
   }
   std::string place() const { return placeOf({"", line_, column_}); }
 
@@ -128,7 +149,8 @@ std::vector<CSVRecord> readCSV(std::string_view text, char separator) {
 }
 
 char separatorOf(std::string_view text) {
-  constexpr std::string_view kSeparators = ",;\t";
+  text = withoutMark(text);
+  if (const auto given = separatorGivenIn(text)) return *given;
   std::size_t counts[kSeparators.size()] = {};
   bool isQuoted = false;
   for (const char character : text.substr(0, text.find('\n'))) {

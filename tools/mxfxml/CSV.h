@@ -15,14 +15,16 @@ struct CSVCell {
 };
 using CSVRecord = std::vector<CSVCell>;
 
-/// The records of a table in UTF-8, with or without a byte order mark, its lines ended by CRLF or LF. Lines without any
+/// The records of a table in UTF-8, with or without a byte order mark, its lines ended by CRLF or LF. A first
+/// line that only gives the separator, such as "sep=;", is none of them. Lines without any
 /// text in their cells are left out, as spreadsheets write them below a table.
 /// @param separator  of cells: a comma, a semicolon or a tab.
 /// @throws Exceptions::ParseError with line and column for text that is not UTF-8, and for a quote that is not closed
 /// or stands where none may be.
 std::vector<CSVRecord> readCSV(std::string_view text, char separator);
 
-/// The separator that stands in the first line most often outside of quotes: a comma, a semicolon or a tab.
+/// The separator that a first line such as "sep=;" gives, or else that stands in the first line most often outside of
+/// quotes: a comma, a semicolon or a tab.
 char separatorOf(std::string_view text);
 
 /// The cells as a line that ends with CRLF; quoted where need be.

@@ -40,7 +40,7 @@ class DictionaryCommand final : public Command {
                         ->excludes(json);
     addFile(app(), "-o,--output", output_, "Write that to this file instead of standard output, which is -",
             Dash::kOutput)
-        ->type_name("NAME.dictionary")
+        ->type_name("FILE")
         ->needs(learned);
     addPartition(app(), partition_)->needs(learned);
     addExamples({"dictionary AspectRatio", "dictionary 3c0a", "dictionary --learn in.mxf -o maker.dictionary"});

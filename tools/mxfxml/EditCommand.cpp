@@ -107,15 +107,24 @@ class EditCommand final : public Command {
       if (!edit.merge(*file).isWhole) code = kFailure;
       if (isUnedited(*file)) return sayNothingChanged();
       previewEdits(*file, input(), options_);
+    } catch (const OutdatedDocument& error) {
+      throw OtherFileError(error.what() + std::string("; ") + mergingCommand(text) + " merges it all the same");
     } catch (...) {
       return afterMistake(text, file.get());
     }
     return options_.isDryRun() ? code : saveIfWanted(*file, code);
   }
 
+  /// For the document that is kept.
+  std::string mergingCommand(const EditedText& text) const {
+    const auto end = output_ ? " -o " + output_->u8string() : std::string(" --in-place");
+    return std::string(kProgramName) + " import " + text.path().u8string() + " --into " + input().u8string() + end;
+  }
+
   bool isUnedited(Edit::File& file) const { return file.preview(options_.saving()).changes.isNone(); }
 
   End saveIfWanted(Edit::File& file, ExitCode code) const {
+    PostponedSignals::throwIfAny();  // while the editor ran
     const char answer = isAnswered_ ? 'y' : ask("Write these changes? [y]es, [e]dit again, [n]o", "yen");
     if (answer == 'e') return std::nullopt;
     if (answer == 'y') {
@@ -138,7 +147,7 @@ class EditCommand final : public Command {
 
   /// 0 where it is not known.
   uint64 lineOfMistake(const EditedText& text, Edit::File* file) const {
-    if (file == nullptr) return lineOfCurrentException();
+    if (file == nullptr) return text.lineOfCurrentException();
     try {
       const InputDocument document(text.path(), form_.format);
       const auto edited = document.readFor(*file, unchangedOnly_);
@@ -147,7 +156,7 @@ class EditCommand final : public Command {
       const auto refused = Edit::refusedFindings(file->preview(options_.saving()), options_.saving());
       return refused.empty() ? 0 : text.lineOf(refused.front());
     } catch (const Exceptions::BaseException&) {
-      return lineOfCurrentException();
+      return text.lineOfCurrentException();
     }
   }
 

@@ -52,6 +52,10 @@ uint64 EditedText::lineOf(const Edit::Finding& finding) const {
   return 1 + static_cast<uint64>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(place), '\n'));
 }
 
-uint64 lineOfCurrentException() { return lineIn(currentExceptionText()); }
+uint64 EditedText::lineOfCurrentException() const {
+  const auto text = currentExceptionText(), start = path().u8string() + ": ";
+  const bool isNamed = text.compare(0, start.size(), start) == 0;
+  return lineIn(std::string_view(text).substr(isNamed ? start.size() : 0));
+}
 
 }  // namespace Vantor::Tool

@@ -16,11 +16,33 @@ namespace {
 
 constexpr const char* kRestLeft = "; nothing is written; --keep-going writes the rest";
 
+template <class Action>
+auto namingDocument(const Path& document, Action action) {
+  try {
+    return action();
+  } catch (...) {
+    throw DocumentError(currentExceptionText(document));
+  }
+}
+
+InputDocument readInput(const Path& file, std::optional<DocumentFormat> format) {
+  return namingDocument(file, [&] {
+    return InputDocument(file, format ? *format : documentFormatOf(file).value_or(DocumentFormat::kXML));
+  });
+}
+
+[[noreturn]] void refuseDocument(const Path& document, const Path& file, const Exceptions::InvalidFormat& error) {
+  const auto text = document.u8string() + ": cannot be put into " + file.u8string() + ": " + error.message();
+  if (dynamic_cast<const Edit::FileHasChanged*>(&error) != nullptr) throw OutdatedDocument(text);
+  const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
+  throw DocumentError(text + (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""));
+}
+
 }  // namespace
 
-ImportEdit::ImportEdit(Path documentFile, DocumentFormat format, Path file, const Options& options)
+ImportEdit::ImportEdit(Path documentFile, std::optional<DocumentFormat> format, Path file, const Options& options)
     : documentFile_(std::move(documentFile)),
-      document_(documentFile_, format),
+      document_(readInput(documentFile_, format)),
       file_(std::move(file)),
       options_(options) {
   if (document_.isDescriptionDamaged()) {
@@ -28,7 +50,7 @@ ImportEdit::ImportEdit(Path documentFile, DocumentFormat format, Path file, cons
                  ": warning: the document's description of itself is damaged, and is ignored");
   }
   const bool isPart = options_.merge.isStructuralOnly || !options_.merge.start.empty();
-  if (isPart && format == DocumentFormat::kJSON) {
+  if (isPart && document_.isJSON()) {
     throw UsageError("--structural-only and --start are for XML; JSON describes itself, or has all sets");
   }
   if (document_.partition() && isPart) {
@@ -61,10 +83,11 @@ std::optional<MXF::PartitionChoice> ImportEdit::partition() const {
 ImportEdit::Merged ImportEdit::merge(Edit::File& file) const {
   try {
     Merged result;
-    const auto edited = document_.readFor(file, options_.merge);
+    const auto edited = readFor(file);
     const auto& diagnostics = edited.import.diagnostics;
     if (!options_.dictionary.usesOwn()) warnOfOwnNames(documentFile_, diagnostics, file.metadata());
-    printDiagnostics(documentFile_, diagnostics, !options_.keepsGoing, kRestLeft);
+    namingDocument(documentFile_,
+                   [&] { printDiagnostics(documentFile_, diagnostics, !options_.keepsGoing, kRestLeft); });
     const auto merged = mergeInto(file, edited, result);
     if (edited.isOfEarlierState && !options_.merge.mergesOtherFile && !result.isThere) {
       printMessage(file_.u8string() +
@@ -80,9 +103,17 @@ ImportEdit::Merged ImportEdit::merge(Edit::File& file) const {
     result.isWhole = diagnostics.empty() && rejected == 0;
     return result;
   } catch (const Exceptions::InvalidFormat& error) {
-    const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
-    throw OtherFileError(documentFile_.u8string() + ": cannot be put into " + file_.u8string() + ": " +
-                         error.message() + (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""));
+    refuseDocument(documentFile_, file_, error);
+  }
+}
+
+Edit::EditedDocument ImportEdit::readFor(Edit::File& file) const {
+  try {
+    return document_.readFor(file, options_.merge);
+  } catch (const Exceptions::InvalidFormat&) {
+    throw;  // it may be about both
+  } catch (...) {
+    throw DocumentError(currentExceptionText(documentFile_));
   }
 }
 

@@ -5,9 +5,21 @@
 
 #include "DictionaryOptions.h"
 #include "Edit/File.h"
+#include "ErrorText.h"
 #include "InputDocument.h"
 
 namespace Vantor::Tool {
+
+/// A document cannot be read, or not be put into a file. The text names it.
+class DocumentError : public OtherFileError {
+ public:
+  using OtherFileError::OtherFileError;
+};
+/// The file has changed since the document was exported, and the options refuse that.
+class OutdatedDocument final : public DocumentError {
+ public:
+  using DocumentError::DocumentError;
+};
 
 /// Puts the edits of a document into an MXF file. The options outlive this object.
 class ImportEdit {
@@ -25,7 +37,9 @@ class ImportEdit {
   };
 
   /// Reads the document. Warns of a description that is damaged.
-  ImportEdit(Path documentFile, DocumentFormat format, Path file, const Options& options);
+  /// @param format  none for what the first character shows.
+  /// @throws DocumentError when that fails; UsageError for options that do not fit the document.
+  ImportEdit(Path documentFile, std::optional<DocumentFormat> format, Path file, const Options& options);
 
   /// The partition to edit; none for the header partition and all that repeat it.
   std::optional<MXF::PartitionChoice> partition() const;
@@ -34,10 +48,11 @@ class ImportEdit {
   /// @throws OtherFileError naming the file.
   std::unique_ptr<Edit::File> open(bool isInPlace) const;
   /// Merges the document into the metadata in memory. Prints what could not be read or merged.
-  /// @throws CommandError, or OtherFileError naming both files, when nothing is to be saved.
+  /// @throws DocumentError when nothing is to be saved, or OtherFileError naming the file for rejected edits.
   Merged merge(Edit::File& file) const;
 
  private:
+  Edit::EditedDocument readFor(Edit::File& file) const;
   Edit::MergeReport mergeInto(Edit::File& file, const Edit::EditedDocument& edited, Merged& merged) const;
   bool hasEdits(Edit::File& file) const;
 

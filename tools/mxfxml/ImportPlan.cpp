@@ -22,8 +22,7 @@ EditedPlanFile ImportPlan::edit(const PlannedFile& file, bool isInPlace) const {
   const auto document = documentOf(table_, row);
   auto options = options_;
   options.resumes = !file.copy;
-  const ImportEdit import(document, format_ ? *format_ : documentFormatOf(document).value_or(DocumentFormat::kXML),
-                          file.file, options);
+  const ImportEdit import(document, format_, file.file, options);
   EditedPlanFile edited{import.open(isInPlace), import.partition()};
   edited.isThere = import.merge(*edited.file).isThere;
   if (!edited.isThere) {

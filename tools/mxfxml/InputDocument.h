@@ -25,6 +25,7 @@ class InputDocument {
   /// @throws what `LosslessXML::Document::fromFile` and `JSON::Document::fromFile` throw.
   InputDocument(const Path& file, DocumentFormat format);
 
+  bool isJSON() const { return xml() == nullptr; }
   /// None for JSON, whose names are those of the registers.
   std::optional<MetaMetadata::Vocabulary> vocabulary() const;
   /// The partition that it was exported from; none for a document that does not describe itself.

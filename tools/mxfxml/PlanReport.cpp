@@ -14,6 +14,8 @@ const char* stateName(PlanState state, bool isDryRun) {
       return "not reached";
     case PlanState::kChanged:
       return isDryRun ? "would be changed" : "changed";
+    case PlanState::kCopied:
+      return "copied";
     case PlanState::kAlreadySo:
       return "already so";
     case PlanState::kRefused:
@@ -28,8 +30,8 @@ const char* stateName(PlanState state, bool isDryRun) {
 
 std::string planSummary(const std::vector<PlanOutcome>& outcomes, bool isDryRun) {
   std::string text;
-  for (const auto state :
-       {PlanState::kChanged, PlanState::kAlreadySo, PlanState::kRefused, PlanState::kFailed, PlanState::kNotReached}) {
+  for (const auto state : {PlanState::kChanged, PlanState::kCopied, PlanState::kAlreadySo, PlanState::kRefused,
+                           PlanState::kFailed, PlanState::kNotReached}) {
     const auto count = std::count_if(outcomes.begin(), outcomes.end(),
                                      [&](const PlanOutcome& outcome) { return outcome.state == state; });
     if (count == 0) continue;

@@ -8,6 +8,7 @@
 #include "EarlierEdit.h"
 #include "EditReport.h"
 #include "ErrorText.h"
+#include "ImportEdit.h"
 #include "PlanReport.h"
 #include "StandardStreams.h"
 
@@ -48,6 +49,18 @@ std::string indented(const std::string& lines) {
   return text;
 }
 
+/// @throws OtherFileError.
+void requirePlaceFor(const Path& report) {
+  const auto refuse = [&](const std::string& text) {
+    throw OtherFileError("--report: '" + report.u8string() + "' " + text);
+  };
+  std::error_code error;
+  const auto status = std::filesystem::status(report, error);
+  if (exists(status) && !is_regular_file(status)) refuse("is no regular file");
+  const auto folder = report.parent_path();
+  if (!folder.empty() && !std::filesystem::is_directory(folder, error)) refuse("is in a folder that is not there");
+}
+
 class PlanRun {
  public:
   PlanRun(const PlanOptions& plan, const Plan& files, const PlanEdits& edits, const EditOptions& options)
@@ -60,7 +73,7 @@ class PlanRun {
         states_(files.size()) {}
 
   ExitCode run() {
-    refuseReportOver();
+    requirePlaceForReport();
     for (std::size_t i = 0; i < files_.size(); ++i) check(i);
     if (options_.isDryRun() || (count(PlanState::kRefused) != 0 && !options_.keepsGoing())) {
       finish(reportFile());
@@ -73,9 +86,10 @@ class PlanRun {
   }
 
  private:
-  /// Refuses a report that would replace the table or a file of the plan.
-  void refuseReportOver() const {
+  /// Refuses a report that would replace the table, a file of the plan or a device, or whose folder is not there.
+  void requirePlaceForReport() const {
     if (!plan_.report()) return;
+    requirePlaceFor(*plan_.report());
     refuseSameFile(plan_.table(), *plan_.report());
     for (const auto& file : files_) refuseSameFile(file.file, *plan_.report());
   }
@@ -83,7 +97,7 @@ class PlanRun {
   bool isInPlace(const PlannedFile& file) const { return !file.copy && !options_.isDryRun(); }
 
   void check(std::size_t number) {
-    output_.print(files_[number].file.u8string() + "\n");
+    output_.print(oneLine(files_[number].file.u8string()) + "\n");
     output_.print(indented(checked(number)));
     if (plan_.report()) return;
     for (auto& change : outcomes_[number].changes) change.before = change.after = "";  // nobody asks for them
@@ -93,10 +107,12 @@ class PlanRun {
   std::string checked(std::size_t number) {
     try {
       return edited(number);
+    } catch (const DocumentError& error) {
+      refuse(number, error.what(), files_[number].rows.front().what);
     } catch (...) {
       refuse(number, currentExceptionText(files_[number].file));
-      return "refused\n";
     }
+    return "refused\n";
   }
 
   std::string edited(std::size_t number) {
@@ -115,8 +131,9 @@ class PlanRun {
       refuse(number, file.file.u8string() + ": " + refusalOf(preview.refused));
       return preview.text + "refused\n";
     }
-    if (!file.copy && preview.report.changes.isNone()) return alreadySo(outcome);
-    settle(outcome, PlanState::kChanged);
+    const bool isSame = preview.report.changes.isNone();
+    if (!file.copy && isSame) return alreadySo(outcome);
+    settle(outcome, isSame ? PlanState::kCopied : PlanState::kChanged);
     return preview.text;
   }
 
@@ -154,9 +171,11 @@ class PlanRun {
 
   /// All of a file.
   void refuse(std::size_t number, const std::string& reason) {
+    refuse(number, reason, files_[number].rows.front().file);
+  }
+  void refuse(std::size_t number, const std::string& reason, const CSVCell& cell) {
     give(number, PlanState::kRefused, reason);
-    const auto& row = files_[number].rows.front();
-    printMessage(plan_.table().u8string() + ": " + placeOf(row.file) + ": " + reason);
+    printMessage(plan_.table().u8string() + ": " + placeOf(cell) + ": " + reason);
   }
 
   void give(std::size_t number, PlanState state, const std::string& reason) {
@@ -193,7 +212,7 @@ class PlanRun {
     auto report = reportFile();  // fails before anything is written
     bool isStopped = false;
     for (std::size_t i = 0; i < files_.size(); ++i) {
-      if (outcomes_[i].state != PlanState::kChanged) continue;
+      if (!isToWrite(i)) continue;
       isStopped = isStopped || progress.isInterrupted();
       if (isStopped) {
         give(i, PlanState::kNotReached, "");
@@ -206,12 +225,17 @@ class PlanRun {
     if (isInterrupted_) printMessage(plan_.table().u8string() + ": stopped; the same command does the rest");
   }
 
+  bool isToWrite(std::size_t number) const {
+    const auto state = outcomes_[number].state;
+    return state == PlanState::kChanged || state == PlanState::kCopied;
+  }
+
   /// @return false when that fails.
   bool write(std::size_t number, CopyProgress& progress) {
     const auto& file = files_[number];
     try {
       writeFile(number, progress);
-      output_.print(file.copy.value_or(file.file).u8string() + ": written\n");
+      output_.print(oneLine(file.copy.value_or(file.file).u8string()) + ": written\n");
       return true;
     } catch (...) {
       const auto reason = currentExceptionText(file.file);
@@ -254,7 +278,7 @@ class PlanRun {
 
   void leaveOthers() {
     for (std::size_t i = 0; i < files_.size(); ++i) {
-      if (outcomes_[i].state == PlanState::kChanged) give(i, PlanState::kNotReached, "");
+      if (isToWrite(i)) give(i, PlanState::kNotReached, "");
     }
   }
 

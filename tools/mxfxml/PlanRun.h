@@ -18,6 +18,7 @@ namespace Vantor::Tool {
 enum class PlanState {
   kNotReached,  ///< left alone, since something else was refused or failed before
   kChanged,     ///< written; of a dry run: would be
+  kCopied,      ///< written, with nothing to change, as a copy that was not there
   kAlreadySo,   ///< nothing to change
   kRefused,     ///< cannot be edited so; found before anything was written
   kFailed       ///< could not be written

@@ -239,6 +239,10 @@ Plan readImportPlan(const Path& path) {
 Path documentOf(const Path& table, const PlanRow& row) { return inFolderOf(table, row.what.text); }
 
 void writeCopies(Plan& plan, const Path& folder) {
+  std::error_code error;
+  if (std::filesystem::exists(folder, error) && !std::filesystem::is_directory(folder, error)) {
+    throw UsageError("-o names a folder for the copies of a plan, but '" + folder.u8string() + "' is a file");
+  }
   std::map<Path, const PlannedFile*> files, copies;
   for (const auto& file : plan) files.emplace(keyOf(file.file), &file);
   for (auto& file : plan) {

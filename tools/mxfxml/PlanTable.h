@@ -41,7 +41,8 @@ Plan readImportPlan(const Path& table);
 Path documentOf(const Path& table, const PlanRow& row);
 
 /// Lets copies of the files in a folder be written instead.
-/// @throws UsageError when two copies would have one name, or one would replace a file of the plan.
+/// @throws UsageError when two copies would have one name, or one would replace a file of the plan, or the folder is
+/// a file.
 void writeCopies(Plan& plan, const Path& folder);
 
 }  // namespace Vantor::Tool

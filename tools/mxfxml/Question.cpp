@@ -72,7 +72,7 @@ char ask(const std::string& question, const std::string& answers) {
     std::fflush(stderr);
     const char answer = firstLetterOfLine();
     PostponedSignals::throwIfAny();
-    if (answer == '\0') return answers.back();
+    if (answer == '\0') throw CommandError("the question has no answer; nothing is written");
     if (answers.find(answer) != std::string::npos) return answer;
   }
 }

@@ -10,8 +10,8 @@ namespace Vantor::Tool {
 bool canAsk();
 
 /// Prints the question on standard error and waits for a line that begins with one of the answers, in either case; asks
-/// again for any other. @param answers  a small letter each. @return the letter; the last one at the end of the input.
-/// @throws CommandError when the user interrupts.
+/// again for any other. @param answers  a small letter each. @return the letter.
+/// @throws CommandError when the user interrupts, and at the end of the input.
 char ask(const std::string& question, const std::string& answers);
 
 /// Postpones what ends the program from outside, so that nothing is left behind: an interrupt of the user, SIGTERM, a

@@ -45,8 +45,9 @@ void requireGivenOnce(const Places& places) {
   std::map<std::pair<const MetadataSet*, const MetaMetadata::MetaAttribute*>, const Change*> given;
   for (const auto& place : places) {
     const auto* attribute = place.attribute();
-    if (attribute == nullptr || given.emplace(std::pair(place.set, attribute), place.change).second) continue;
-    throw UsageError(place.change->choice + " is given more than once");
+    if (attribute == nullptr) continue;
+    const auto [at, isNew] = given.emplace(std::pair(place.set, attribute), place.change);
+    if (!isNew) throw GivenTwice(*at->second, *place.change);
   }
 }
 

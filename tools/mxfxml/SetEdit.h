@@ -10,6 +10,7 @@
 #include "Core/Metadata/SetPath.h"
 #include "DictionaryOptions.h"
 #include "Edit/File.h"
+#include "ErrorText.h"
 #include "GivenValues.h"
 
 namespace Vantor::Tool {
@@ -34,6 +35,20 @@ struct Change : PropertyPath {
   bool isAssignment() const { return value || given != nullptr; }
 
   std::shared_ptr<const GivenValue> given;
+};
+
+/// Two changes are of one property of one set.
+class GivenTwice final : public UsageError {
+ public:
+  GivenTwice(const Change& first, const Change& second)
+      : UsageError(second.choice + " is given more than once"), first_(first), second_(second) {}
+
+  const Change& first() const { return first_; }
+  const Change& second() const { return second_; }
+
+ private:
+  const Change& first_;
+  const Change& second_;
 };
 
 /// Changes properties in the metadata of one file.
@@ -63,7 +78,7 @@ class SetEdit {
   /// Finds the sets of all changes before it makes one, so that no change decides which sets another means, and tries
   /// all changes.
   /// @param changes  outlive the result.
-  /// @throws UsageError when two of them change one property.
+  /// @throws GivenTwice when two of them change one property.
   Result run(PartitionMetadata& metadata, const std::vector<Change>& changes) const;
 
  private:

@@ -36,6 +36,22 @@ std::vector<PlanChange> changesIn(const SetEdit::Result& result, const std::vect
   return all;
 }
 
+/// All changes, the later one of two with one property refused.
+std::vector<PlanChange> changesWith(const GivenTwice& twice, const std::vector<Change>& changes,
+                                    const PlannedFile& file) {
+  std::vector<PlanChange> all;
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    all.push_back({i, changes[i].choice, "", changes[i].value.value_or(""), true});
+  }
+  const auto [first, second] = std::minmax(&twice.first() - changes.data(), &twice.second() - changes.data());
+  const auto& row = file.rows[static_cast<std::size_t>(first)];
+  auto& refused = all[static_cast<std::size_t>(second)];
+  refused.state = PlanState::kRefused;
+  refused.reason = "'" + refused.path + "' of '" + row.file.text + "' is the property of line " +
+                   std::to_string(row.what.line) + ", too, which has it as '" + row.what.text + "'";
+  return all;
+}
+
 }  // namespace
 
 /// Whether an earlier run has made and signed these changes. Its Identification is one more than paths were written
@@ -57,12 +73,22 @@ EditedPlanFile SetPlan::edit(const PlannedFile& file, bool isInPlace) const {
   for (const auto& row : file.rows) changes.emplace_back(*row.change);
   const EditTarget target{file.file, dictionary_, partition_};
   EditedPlanFile edited{openForSetting(target, isInPlace), partition_};
-  edited.isThere = isSigned_ && !file.copy && wasSigned(target, changes, edited);
-  if (edited.isThere) return edited;
-  const auto result = SetEdit(target, {}, false).run(edited.file->metadata(), changes);
-  edited.changes = changesIn(result, changes, file.file);
-  edited.refusals = result.failures.size();
+  try {
+    make(changes, target, !file.copy, edited);
+  } catch (const GivenTwice& twice) {
+    edited.changes = changesWith(twice, changes, file);
+    edited.refusals = 1;
+  }
   return edited;
+}
+
+void SetPlan::make(const std::vector<Change>& changes, const EditTarget& target, bool isInPlace,
+                   EditedPlanFile& edited) const {
+  edited.isThere = isSigned_ && isInPlace && wasSigned(target, changes, edited);
+  if (edited.isThere) return;
+  const auto result = SetEdit(target, {}, false).run(edited.file->metadata(), changes);
+  edited.changes = changesIn(result, changes, target.file);
+  edited.refusals = result.failures.size();
 }
 
 }  // namespace Vantor::Tool

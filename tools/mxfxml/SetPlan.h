@@ -21,6 +21,7 @@ class SetPlan final : public PlanEdits {
   Pairing pairing() const override { return Pairing::kByIdentifier; }
 
  private:
+  void make(const std::vector<Change>& changes, const EditTarget& target, bool isInPlace, EditedPlanFile& edited) const;
   bool wasSigned(const EditTarget& target, const std::vector<Change>& changes, EditedPlanFile& edited) const;
 
   const DictionaryOptions& dictionary_;

@@ -9,6 +9,7 @@
 #include "Completion.h"
 #include "Core/Platform/NearestName.h"
 #include "ErrorText.h"
+#include "HelpText.h"
 #include "StandardStreams.h"
 #include "VersionText.h"
 
@@ -44,6 +45,7 @@ void describeProgram(CLI::App& program) {
       "0 nothing found, 1 differences or findings, 2 trouble or wrong usage; of get: 0 found,\n"
       "1 a file lacks a value, 2 trouble or wrong usage.");
   program.set_version_flag("--version", versionText(), "Print the version, and what it is made with");
+  program.formatter(std::make_shared<HelpText>());  // which commands that are added later have, too
   program.require_subcommand(1);
   program.allow_windows_style_options(false);
 }
