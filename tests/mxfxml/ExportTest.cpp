@@ -266,7 +266,9 @@ TEST(Export, TellsWhyAFileCannotBeRead) {
 }
 
 TEST(Export, ReportsAFileNameWithoutWhatATerminalObeys) {
-  const Result result = run({"export", "a\xC2\x9B31m\xE2\x80\xAE"});
+  const Result result = run({"export",
+                             "a\xC2\x9B"
+                             "31m\xE2\x80\xAE"});
   EXPECT_EQ(result.err, "mxfxml: cannot open 'a\\u009B31m\\u202E': No such file or directory\n");
 }
 

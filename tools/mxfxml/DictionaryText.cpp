@@ -160,7 +160,7 @@ std::string entryText(const Definitions& definitions, const PropertyDefinition& 
          (enumeration == nullptr ? labelsText(definitions, property) : "\n" + entryText(*enumeration));
 }
 
-std::string descriptionOf(const Definitions& definitions, const DictionaryEntry& entry) {
+std::string entryDescription(const Definitions& definitions, const DictionaryEntry& entry) {
   if (const auto* set = std::get_if<const SetDefinition*>(&entry)) return entryText(definitions, **set);
   if (const auto* property = std::get_if<const PropertyDefinition*>(&entry)) return entryText(definitions, **property);
   if (const auto* label = std::get_if<const LabelDefinition*>(&entry)) return entryText(**label);
@@ -189,7 +189,7 @@ std::string listOfSets(const Definitions& definitions) {
 
 std::string descriptionOf(const Definitions& definitions, const std::vector<DictionaryEntry>& entries) {
   std::string text;
-  for (const auto& entry : entries) text += (text.empty() ? "" : "\n") + descriptionOf(definitions, entry);
+  for (const auto& entry : entries) text += (text.empty() ? "" : "\n") + entryDescription(definitions, entry);
   return text;
 }
 

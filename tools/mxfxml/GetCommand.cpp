@@ -38,13 +38,13 @@ class GetCommand final : public Command {
         ->required()
         ->type_name("")
         ->check(whyNoFileOrDash);
-    hint(
-        app()
-            .add_option("Set.Property", rest_,
-                        "The properties to print, with sets as mxfxml set takes them.\nOf several sets, the value that "
-                        "all of them have; Set[*] prints\nthat of each. After -p, these are more files")
-            ->type_name(""),
-        {CompletionHint::Kind::kPropertyPath});
+    hint(app()
+             .add_option(
+                 "Set.Property", rest_,
+                 "The properties to print, with sets as mxfxml set takes them.\nOf several sets, the value of those "
+                 "that have one, if it is the same;\nSet[*] prints each. After -p, these are more files")
+             ->type_name(""),
+         {CompletionHint::Kind::kPropertyPath});
     auto* property =
         app()
             .add_option("-p,--property", properties_, "A property to print of all files; may be given several times")

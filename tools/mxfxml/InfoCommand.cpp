@@ -51,6 +51,14 @@ std::string partitionsText(const std::vector<Summary::Partition>& partitions) {
   return text;
 }
 
+/// @param best  the last of those with the best metadata.
+std::string bestText(const std::vector<Summary::Partition>& partitions, const Summary::Partition& best) {
+  const auto& header = partitions.front();
+  const bool isHeaderAsGood = &best != &header && header.hasMetadata && header.status == best.status;
+  return (isHeaderAsGood ? "header and " + nameOf(best.kind) + " partitions" : nameOf(best.kind) + " partition") +
+         ", " + nameOf(best.status);
+}
+
 FieldGroup fileGroup(const MXF::FileStructure& structure, const std::vector<Summary::Partition>& partitions,
                      const MXF::PartitionChoice& choice) {
   FieldGroup group{"File", {}};
@@ -62,7 +70,7 @@ FieldGroup fileGroup(const MXF::FileStructure& structure, const std::vector<Summ
   group.fields.push_back({"partitions", partitionsText(partitions) + (isOfPipe(structure) ? kNotRead : "")});
   const auto* best = Summary::bestOf(partitions);
   if (best != nullptr && !isOfPipe(structure)) {
-    group.fields.push_back({"best metadata", nameOf(best->kind) + " partition, " + nameOf(best->status)});
+    group.fields.push_back({"best metadata", bestText(partitions, *best)});
   }
   group.fields.push_back({"shown here", describe(choice)});
   return group;
