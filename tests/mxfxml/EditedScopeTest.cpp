@@ -154,8 +154,8 @@ TEST(EditedScope, NeedsADescriptionOrOptionsForAnExportFromAnotherStart) {
   expectRefusal(edit, "the document has no Preface, and does not describe what it is an export of");
   expectRefusal(edit,
                 "Timecode is ambiguous: 2 sets (see \"mxfxml info --sets\"); use Timecode[1] (StartTimecode "
-                "00:00:00:00, RoundedTimecodeBase 25, in MaterialPackage), Timecode[2] (StartTimecode 00:00:00:00, "
-                "RoundedTimecodeBase 25, in SourcePackage), or Timecode[*] for all",
+                "00:00:00:00, RoundedTimecodeBase 25, in MaterialPackage) or Timecode[2] (StartTimecode 00:00:00:00, "
+                "RoundedTimecodeBase 25, in SourcePackage)",
                 {"--start", "Timecode"});
   expectRefusal(edit, "the dictionary has no set 'Dance'", {"--start", "Dance"});
 }

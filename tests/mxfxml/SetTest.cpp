@@ -229,8 +229,8 @@ TEST(Set, NamesTheChoicesWhereSetsShareAnInstanceUID) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_EQ(result.err, "mxfxml: " + file.path() + ": " + track +
                             " is ambiguous: 2 sets (see \"mxfxml info --sets\"); use " + track +
-                            "[1] (TrackID 2, in SourcePackage), " + track +
-                            "[2] (TrackID 1, TrackName \"Timecode track\"), or " + track + "[*] for all\n");
+                            "[1] (TrackID 2, in SourcePackage) or " + track +
+                            "[2] (TrackID 1, TrackName \"Timecode track\")\n");
   EXPECT_EQ(readFile(file.path()), before);
 }
 

@@ -43,7 +43,8 @@ std::vector<PlanChange> changesWith(const GivenTwice& twice, const std::vector<C
   for (std::size_t i = 0; i < changes.size(); ++i) {
     all.push_back({i, changes[i].choice, "", changes[i].value.value_or(""), true});
   }
-  const auto [first, second] = std::minmax(&twice.first() - changes.data(), &twice.second() - changes.data());
+  const auto one = &twice.first() - changes.data(), other = &twice.second() - changes.data();
+  const auto first = std::min(one, other), second = std::max(one, other);
   const auto& row = file.rows[static_cast<std::size_t>(first)];
   auto& refused = all[static_cast<std::size_t>(second)];
   refused.state = PlanState::kRefused;
