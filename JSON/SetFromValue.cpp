@@ -95,8 +95,8 @@ const MetaMetadataSet& definitionOf(const Value& json, const PartitionMetadata& 
   const auto& symbol = requiredText(json, "set");
   if (json.find("key") != nullptr)
     return definitionByKey(keyIn(json), symbol, *partition.partitionDictionary().dictionary());
-  return readingAt("set", *json.find("set"),
-                   [&]() -> const MetaMetadataSet* { return &definitionBySymbol(symbol, partition); })[0];
+  return *readingAt("set", *json.find("set"),
+                    [&]() -> const MetaMetadataSet* { return &definitionBySymbol(symbol, partition); });
 }
 
 /// Reads the properties of one set.

@@ -44,7 +44,8 @@ std::optional<uint32> firstSize(const MetadataSet& descriptor, std::initializer_
 }
 
 std::optional<Scan> scanOf(uint32 layout) {
-  switch (layout) {
+  if (layout > kSegmentedFrame) return std::nullopt;
+  switch (static_cast<Layout>(layout)) {
     case kFullFrame:
       return Scan::kProgressive;
     case kSeparateFields:
@@ -53,9 +54,8 @@ std::optional<Scan> scanOf(uint32 layout) {
       return Scan::kInterlaced;
     case kSegmentedFrame:
       return Scan::kSegmented;
-    default:
-      return std::nullopt;
   }
+  return std::nullopt;
 }
 
 void addSize(const MetadataSet& descriptor, Essence& essence) {

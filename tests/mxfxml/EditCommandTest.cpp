@@ -207,6 +207,8 @@ class EditDialogueTest : public EditCommandTest {
   PseudoTerminal started(const std::string& editor) const {
     return PseudoTerminal({"edit", file()}, {"VISUAL=" + editor});
   }
+  /// Expects that a key at the question whether to write ends the command, and that the document stays.
+  void expectEnd(const std::string& key, const std::string& message) const;
 };
 
 constexpr const char* kSpoil = "sed -i '39s/25/many/' \"$file\"";
@@ -214,6 +216,17 @@ constexpr const char* kMend = "sed -i -e '39s/many/25/' -e s/FFmpeg/Edited/ \"$f
 constexpr const char* kSpoilt = "1 thing is wrong with the document";
 constexpr const char* kWrite = "Write these changes? [y]es, [e]dit again, [n]o ";
 constexpr const char* kAgain = "Edit it again? [e]dit again, [n]o ";
+
+void EditDialogueTest::expectEnd(const std::string& key, const std::string& message) const {
+  auto terminal = started(kRename);
+  ASSERT_TRUE(terminal.shows(kWrite));
+  terminal.type(key);
+  const Result result = terminal.finish();
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.out, HasSubstr(message));
+  EXPECT_TRUE(isUntouched());
+  EXPECT_EQ(kept().size(), 2u);
+}
 
 TEST_F(EditDialogueTest, WritesAfterYes) {
   auto terminal = started(kRename);
@@ -237,26 +250,10 @@ TEST_F(EditDialogueTest, WritesNothingAfterNo) {
   EXPECT_THAT(kept(), IsEmpty());
 }
 
-TEST_F(EditDialogueTest, WritesNothingAfterAnInterrupt) {
-  auto terminal = started(kRename);
-  ASSERT_TRUE(terminal.shows(kWrite));
-  terminal.type("\x03");
-  const Result result = terminal.finish();
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.out, HasSubstr("interrupted; nothing is written"));
-  EXPECT_TRUE(isUntouched());
-  EXPECT_EQ(kept().size(), 2u);
-}
+TEST_F(EditDialogueTest, WritesNothingAfterAnInterrupt) { expectEnd("\x03", "interrupted; nothing is written"); }
 
 TEST_F(EditDialogueTest, KeepsTheDocumentAtTheEndOfTheInput) {
-  auto terminal = started(kRename);
-  ASSERT_TRUE(terminal.shows(kWrite));
-  terminal.type("\x04");
-  const Result result = terminal.finish();
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.out, HasSubstr("the question has no answer; nothing is written"));
-  EXPECT_TRUE(isUntouched());
-  EXPECT_EQ(kept().size(), 2u);
+  expectEnd("\x04", "the question has no answer; nothing is written");
 }
 
 TEST_F(EditDialogueTest, AsksNothingAboutAFileThatChangedMeanwhile) {

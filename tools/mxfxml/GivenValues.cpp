@@ -13,6 +13,7 @@
 #include "JSON/PropertyValue.h"
 #include "JSON/Refusal.h"
 #include "JSON/Text.h"
+#include "JSONOutput.h"
 #include "StandardInput.h"
 
 namespace Vantor::Tool {
@@ -21,9 +22,6 @@ namespace {
 
 using JSON::Refusal;
 using GivenValues = std::vector<std::shared_ptr<const GivenValue>>;
-
-constexpr const char* kFormat = "mxfxml-get";
-constexpr int64 kVersion = 1;
 
 /// Pipes, too, which have no size.
 std::string documentText(const Path& document) {
@@ -93,9 +91,10 @@ class ValuesReader {
 
   static void requireFormat(const JSON::Value& root) {
     const auto& format = JSON::requiredText(root, "format");
-    if (format != kFormat) throw Refusal("the format is \"" + format + "\", not \"" + kFormat + "\"");
+    const auto expected = formatName("get");
+    if (format != expected) throw Refusal("the format is \"" + format + "\", not \"" + expected + "\"");
     const auto& version = JSON::requiredMember(root, "version");
-    JSON::readingAt("version", version, [&] { JSON::requireVersion(version, kVersion); });
+    JSON::readingAt("version", version, [&] { JSON::requireVersion(version, kFormatVersion); });
   }
 
   void readFile(const JSON::Value& file) {

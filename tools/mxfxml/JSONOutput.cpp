@@ -61,8 +61,10 @@ CLI::Option* addJSON(CLI::App& command, bool& isJSON) {
   return command.add_flag("--json", isJSON, "Print one JSON object, as docs/json.md describes");
 }
 
-Value formatted(const std::string& format) {
-  return Value::object().add("format", "mxfxml-" + format).add("version", 1);
+std::string formatName(const std::string& command) { return "mxfxml-" + command; }
+
+Value formatted(const std::string& command) {
+  return Value::object().add("format", formatName(command)).add("version", kFormatVersion);
 }
 
 void printJSON(const Value& value) { writeStandardOutput(JSON::toText(value) + "\n"); }

@@ -15,8 +15,12 @@ namespace Vantor::Tool {
 /// --json.
 CLI::Option* addJSON(CLI::App& command, bool& isJSON);
 
-/// An object of a command, with the format "mxfxml-..." and its version.
-JSON::Value formatted(const std::string& format);
+/// The version of every format below.
+inline constexpr int64 kFormatVersion = 1;
+/// "mxfxml-..." for what a command prints.
+std::string formatName(const std::string& command);
+/// An object of a command, with its format and version.
+JSON::Value formatted(const std::string& command);
 
 /// Writes a value and a line feed to standard output. @throws as `writeStandardOutput`.
 void printJSON(const JSON::Value& value);
