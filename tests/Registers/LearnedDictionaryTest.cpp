@@ -6,9 +6,9 @@
 
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Definitions/DefinitionsText.h"
 #include "Registers/FileDefinitions.h"
 #include "SomeMetaDictionary.h"
-#include "tools/mxfxml/DefinitionsText.h"
 
 // What is made of a MetaDictionary, written as a dictionary file and read again; and MetaDictionaries with damage.
 

@@ -5,8 +5,8 @@
 
 #include <utility>
 
+#include "Definitions/DefinitionsText.h"
 #include "SomeRegisters.h"
-#include "tools/mxfxml/DefinitionsText.h"
 
 namespace Vantor::Registers {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/mxfxml/CharacterWidth.h"
+#include "Terminal/CharacterWidth.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tools/mxfxml/DifferenceTree.h"
+#include "Tree/DifferenceTree.h"
 
 #include <gtest/gtest.h>
 

@@ -9,11 +9,11 @@
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Types/UniversalLabel.h"
+#include "Definitions/DictionaryText.h"
 #include "Edit.h"
 #include "Program.h"
 #include "ScratchFolder.h"
 #include "tests/CommonNameRows.h"
-#include "tools/mxfxml/DictionaryText.h"
 
 namespace Vantor::Tool {
 namespace {

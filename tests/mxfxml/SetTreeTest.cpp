@@ -1,4 +1,4 @@
-#include "tools/mxfxml/SetTree.h"
+#include "Tree/SetTree.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tools/mxfxml/TreeText.h"
+#include "Terminal/TreeText.h"
 
 #include <gtest/gtest.h>
 

@@ -7,8 +7,8 @@
 #include "Program.h"
 #include "ScopedVariable.h"
 #include "ScratchFolder.h"
+#include "Terminal/CharacterWidth.h"
 #include "tests/SampleFiles.h"
-#include "tools/mxfxml/CharacterWidth.h"
 
 namespace Vantor::Tool {
 namespace {

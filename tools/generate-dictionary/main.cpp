@@ -10,11 +10,11 @@
 
 #include "Core/DataIO/File.h"
 #include "Core/Platform/Path.h"
+#include "Definitions/DefinitionsText.h"
 #include "Registers/Descriptions.h"
 #include "Registers/RegisterDefinitions.h"
 #include "Registers/RegisterFile.h"
 #include "Registers/TypesTable.h"
-#include "tools/mxfxml/DefinitionsText.h"
 
 namespace Vantor {
 

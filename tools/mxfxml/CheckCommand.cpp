@@ -2,17 +2,17 @@
 #include <memory>
 #include <vector>
 
-#include "Command.h"
-#include "CommonOptions.h"
+#include "CommandLine/Command.h"
+#include "CommandLine/CommonOptions.h"
+#include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/RuleOptions.h"
 #include "Core/DataIO/File.h"
-#include "DictionaryOptions.h"
 #include "Edit/Check.h"
-#include "ErrorText.h"
-#include "FindingText.h"
-#include "JSONOutput.h"
-#include "RuleOptions.h"
-#include "StandardStreams.h"
-#include "StoppedChange.h"
+#include "Input/StoppedChange.h"
+#include "Report/FindingText.h"
+#include "Report/JSONOutput.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/StandardStreams.h"
 
 namespace Vantor::Tool {
 

@@ -1,21 +1,21 @@
-#include "Command.h"
+#include "CommandLine/Command.h"
 
 #include <memory>
 #include <optional>
 
-#include "CommonOptions.h"
-#include "ComparisonText.h"
+#include "CommandLine/CommonOptions.h"
+#include "CommandLine/DictionaryOptions.h"
 #include "Core/Comparison/SetPairing.h"
 #include "Core/Platform/Strings.h"
-#include "DictionaryOptions.h"
-#include "DifferenceTree.h"
-#include "ErrorText.h"
-#include "InputDocument.h"
-#include "JSONOutput.h"
-#include "MetadataInput.h"
-#include "StandardInput.h"
-#include "StandardStreams.h"
-#include "TreeOutput.h"
+#include "Input/InputDocument.h"
+#include "Input/MetadataInput.h"
+#include "Report/ComparisonText.h"
+#include "Report/JSONOutput.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/StandardInput.h"
+#include "Terminal/StandardStreams.h"
+#include "Tree/DifferenceTree.h"
+#include "Tree/TreeOutput.h"
 
 namespace Vantor::Tool {
 

@@ -1,19 +1,19 @@
 #include <memory>
 #include <optional>
 
-#include "Command.h"
-#include "CommonOptions.h"
+#include "CommandLine/Command.h"
+#include "CommandLine/CommonOptions.h"
+#include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/EditOptions.h"
 #include "Core/DataIO/Memory.h"
-#include "DictionaryOptions.h"
-#include "EditOptions.h"
-#include "EditReport.h"
-#include "EditedText.h"
-#include "ErrorText.h"
-#include "ExportForm.h"
-#include "ImportEdit.h"
-#include "InputDocument.h"
-#include "Question.h"
-#include "StoppedChange.h"
+#include "Editing/EditReport.h"
+#include "Editing/EditedText.h"
+#include "Editing/ImportEdit.h"
+#include "Input/ExportForm.h"
+#include "Input/InputDocument.h"
+#include "Input/StoppedChange.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/Question.h"
 
 namespace Vantor::Tool {
 

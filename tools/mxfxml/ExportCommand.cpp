@@ -1,14 +1,14 @@
-#include "Command.h"
+#include "CommandLine/Command.h"
 
 #include <optional>
 
-#include "BetterPartition.h"
-#include "CommonOptions.h"
-#include "DictionaryOptions.h"
-#include "ErrorText.h"
-#include "ExportForm.h"
-#include "StandardStreams.h"
-#include "StoppedChange.h"
+#include "CommandLine/CommonOptions.h"
+#include "CommandLine/DictionaryOptions.h"
+#include "Input/BetterPartition.h"
+#include "Input/ExportForm.h"
+#include "Input/StoppedChange.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/StandardStreams.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/DomToBuffer.h"
 

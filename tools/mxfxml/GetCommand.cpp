@@ -5,18 +5,18 @@
 #include <system_error>
 #include <vector>
 
-#include "BetterPartition.h"
-#include "Command.h"
-#include "CommonOptions.h"
-#include "DictionaryOptions.h"
-#include "ErrorText.h"
-#include "InputDocument.h"
-#include "JSONOutput.h"
-#include "MetadataInput.h"
-#include "PropertyPaths.h"
-#include "PropertyValues.h"
-#include "StandardInput.h"
-#include "StandardStreams.h"
+#include "CommandLine/Command.h"
+#include "CommandLine/CommonOptions.h"
+#include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/PropertyPaths.h"
+#include "Input/BetterPartition.h"
+#include "Input/InputDocument.h"
+#include "Input/MetadataInput.h"
+#include "Look/PropertyValues.h"
+#include "Report/JSONOutput.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/StandardInput.h"
+#include "Terminal/StandardStreams.h"
 
 namespace Vantor::Tool {
 

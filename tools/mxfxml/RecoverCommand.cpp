@@ -1,6 +1,6 @@
-#include "Command.h"
-#include "StandardStreams.h"
-#include "StoppedChange.h"
+#include "CommandLine/Command.h"
+#include "Input/StoppedChange.h"
+#include "Terminal/StandardStreams.h"
 
 namespace Vantor::Tool {
 

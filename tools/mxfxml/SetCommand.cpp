@@ -2,17 +2,17 @@
 #include <optional>
 #include <vector>
 
-#include "Command.h"
-#include "DictionaryOptions.h"
-#include "EditOptions.h"
-#include "EditReport.h"
-#include "ErrorText.h"
-#include "GivenValues.h"
-#include "PlanRun.h"
-#include "PlanTable.h"
-#include "PropertyPaths.h"
-#include "SetEdit.h"
-#include "SetPlan.h"
+#include "CommandLine/Command.h"
+#include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/EditOptions.h"
+#include "CommandLine/PropertyPaths.h"
+#include "Editing/EditReport.h"
+#include "Editing/GivenValues.h"
+#include "Editing/SetEdit.h"
+#include "Plan/PlanRun.h"
+#include "Plan/PlanTable.h"
+#include "Plan/SetPlan.h"
+#include "Terminal/ErrorText.h"
 
 namespace Vantor::Tool {
 

@@ -1,17 +1,17 @@
 #include <optional>
 #include <string>
 
-#include "BetterPartition.h"
-#include "Command.h"
-#include "CommonOptions.h"
-#include "DiagnosticText.h"
-#include "DictionaryOptions.h"
-#include "ErrorText.h"
-#include "InputDocument.h"
-#include "MetadataInput.h"
-#include "SetTree.h"
-#include "StandardStreams.h"
-#include "TreeOutput.h"
+#include "CommandLine/Command.h"
+#include "CommandLine/CommonOptions.h"
+#include "CommandLine/DictionaryOptions.h"
+#include "Input/BetterPartition.h"
+#include "Input/InputDocument.h"
+#include "Input/MetadataInput.h"
+#include "Report/DiagnosticText.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/StandardStreams.h"
+#include "Tree/SetTree.h"
+#include "Tree/TreeOutput.h"
 
 namespace Vantor::Tool {
 

@@ -1,7 +1,7 @@
-#include "Command.h"
-#include "ErrorText.h"
-#include "StandardStreams.h"
-#include "StoppedChange.h"
+#include "CommandLine/Command.h"
+#include "Input/StoppedChange.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/StandardStreams.h"
 
 namespace Vantor::Tool {
 

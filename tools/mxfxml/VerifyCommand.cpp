@@ -1,18 +1,18 @@
-#include "Command.h"
+#include "CommandLine/Command.h"
 
 #include <memory>
 #include <string>
 
-#include "CommonOptions.h"
-#include "ComparisonText.h"
+#include "CommandLine/CommonOptions.h"
+#include "CommandLine/DictionaryOptions.h"
 #include "Core/Comparison/PartitionComparison.h"
-#include "DiagnosticText.h"
-#include "DictionaryOptions.h"
-#include "ErrorText.h"
-#include "JSONOutput.h"
+#include "Input/StoppedChange.h"
 #include "LosslessXML.h"
-#include "StandardStreams.h"
-#include "StoppedChange.h"
+#include "Report/ComparisonText.h"
+#include "Report/DiagnosticText.h"
+#include "Report/JSONOutput.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/StandardStreams.h"
 #include "XML2Partition.h"
 #include "XMLBuilder.h"
 #include "XMLUtils/EncodingType.h"

@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "Command.h"
-#include "Completion.h"
+#include "CommandLine/Command.h"
+#include "CommandLine/Completion.h"
+#include "CommandLine/HelpText.h"
+#include "CommandLine/VersionText.h"
 #include "Core/Platform/NearestName.h"
-#include "ErrorText.h"
-#include "HelpText.h"
-#include "StandardStreams.h"
-#include "VersionText.h"
+#include "Terminal/ErrorText.h"
+#include "Terminal/StandardStreams.h"
 
 namespace Vantor::Tool {
 

@@ -1,0 +1,23 @@
+#include "CommandLine/VersionText.h"
+
+#include <xercesc/util/XercesVersion.hpp>
+
+#include "Core/Dictionary/BuiltInDictionary.h"
+#include "Terminal/ErrorText.h"
+
+namespace Vantor::Tool {
+
+std::string versionText() {
+  const std::string year = std::to_string(kRegistersYear);
+  std::string text = std::string(kProgramName) + " " + VANTOR_VERSION;
+  text += std::string("\nSMPTE metadata registers ") + kRegistersEdition + " of " + year;
+  text += std::string("\nXerces-C++ ") + XERCES_FULLVERSIONDOT;
+#ifdef VANTOR_WITH_XQILLA
+  text += std::string("\nXQilla, library version ") + VANTOR_XQILLA_VERSION;
+#else
+  text += "\nwithout XQilla";
+#endif
+  return text;
+}
+
+}  // namespace Vantor::Tool

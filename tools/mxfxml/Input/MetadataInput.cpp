@@ -1,0 +1,35 @@
+#include "Input/MetadataInput.h"
+
+#include "Input/InputDocument.h"
+#include "Input/StoppedChange.h"
+#include "Terminal/StandardInput.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+std::unique_ptr<PartitionMetadata> readDocument(const InputDocument& document, const DictionaryOptions::LoadFor& load,
+                                                InputProblems& problems) {
+  auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
+  problems.diagnostics = document.import(*metadata, problems.unknown);
+  return metadata;
+}
+
+}  // namespace
+
+DictionaryOptions::Source metadataSource(const Path& file, const MXF::PartitionChoice& partition,
+                                         InputProblems& problems) {
+  const auto read = [=, &problems](const DictionaryOptions::LoadFor& load) {
+    if (const auto format = documentFormatOf(file)) return readDocument({file, *format}, load, problems);
+    refuseStoppedChange(file);
+    return readPartition(file, load({}), partition);
+  };
+  return {file, read};
+}
+
+void printProblems(const Path& file, const InputProblems& problems, bool areErrors) {
+  refuseUnknown(file, problems.unknown);
+  printDiagnostics(file, problems.diagnostics, areErrors);
+}
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "CommandLine/DictionaryOptions.h"
+#include "Core/MXF/PartitionChoice.h"
+#include "Report/DiagnosticText.h"
+
+/// Header metadata from files of any kind.
+namespace Vantor::Tool {
+
+/// What is wrong with a document.
+struct InputProblems {
+  Diagnostics diagnostics;
+  std::vector<std::string> unknown;  ///< messages about names in JSON that the dictionary lacks
+};
+
+/// The metadata of a file, MXF, XML or JSON.
+/// @param partition  of an MXF file.
+/// @param problems   receives those of a document, from the last time that it is read; outlives the source.
+DictionaryOptions::Source metadataSource(const Path& file, const MXF::PartitionChoice& partition,
+                                         InputProblems& problems);
+
+/// Prints them. @throws CommandError for names that the dictionary lacks, and with `areErrors` for any.
+void printProblems(const Path& file, const InputProblems& problems, bool areErrors);
+
+}  // namespace Vantor::Tool

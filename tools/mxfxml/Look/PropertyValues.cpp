@@ -1,0 +1,111 @@
+#include "Look/PropertyValues.h"
+
+#include <algorithm>
+
+#include "Core/Metadata/NameSuggestions.h"
+#include "Core/Metadata/SetChoice.h"
+#include "Core/Platform/Raise.h"
+#include "Core/Platform/Strings.h"
+#include "JSON/PropertyValue.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+using Exceptions::InvalidFormat;
+using Kinds = std::vector<const MetaMetadata::MetaMetadataSet*>;
+
+/// Kinds with those that inherit from them, which abstract ones stand for.
+Kinds withHeirs(const Kinds& kinds, const MetaMetadata::Dictionary& dictionary) {
+  Kinds all;
+  for (auto at = dictionary.metaMetadataSetBegin(); at != dictionary.metaMetadataSetEnd(); ++at) {
+    const auto inherits = [at](const auto* kind) { return (*at)->isOrInherits(*kind); };
+    if (std::any_of(kinds.begin(), kinds.end(), inherits)) all.push_back(*at);
+  }
+  return all;
+}
+
+/// Of sets that the partition does not have: refuses a name that is no property of theirs.
+void requireProperty(const PartitionMetadata& metadata, const SetPath& path, const std::string& property) {
+  const auto& dictionary = *metadata.partitionDictionary().dictionary();
+  const auto named = dictionary.findSetsByName(path.steps().back().name);
+  const auto kinds = withHeirs(named, dictionary);
+  const auto hasProperty = [&](const auto* kind) { return kind->findAttribute(property) != nullptr; };
+  if (kinds.empty() || std::any_of(kinds.begin(), kinds.end(), hasProperty)) return;
+  Exceptions::raise<InvalidFormat>("{} has no property '{}'{}", named.front()->symbol(), property,
+                                   suggestProperty(named, property));
+}
+
+std::string whyNoSets(const PartitionMetadata& metadata, const SetPath& path, const std::string& property,
+                      const SetChoice& choice) {
+  try {
+    choice.raiseNotFound();
+  } catch (const InvalidFormat& error) {
+    if (choice.isMistaken()) throw;
+    requireProperty(metadata, path, property);
+    return error.message();
+  }
+}
+
+std::string whyNoValues(const PropertyPath& path, const SetChoice& choice) {
+  const auto count = choice.sets().size();
+  const std::string sets =
+      count == 1 ? "the set does not have it" : "none of " + std::to_string(count) + " sets has it";
+  return "there is no " + path.choice + ": " + sets;
+}
+
+void addValue(const MetadataSet& set, const std::string& property, std::vector<PropertyValue>& values) {
+  const auto held = heldProperty(set, property);
+  if (const auto line = lineOf(set, held)) values.push_back({&set, held, Utils::wstringToString(*line)});
+}
+
+bool areEqual(const std::vector<PropertyValue>& values) {
+  return std::all_of(values.begin(), values.end(), [&](const auto& one) { return one.text == values.front().text; });
+}
+
+JSON::Value exactValue(const PropertyValue& value) {
+  const auto& there = *value.property.element->wireValue();
+  const bool isRead = value.property.element->metaAttribute().asUnknown() == nullptr;
+  return isRead ? JSON::valueOf({value.set, value.property.definition}, &there)
+                : JSON::octetsOf(there.rawBuffer(), there.encodedSize());
+}
+
+}  // namespace
+
+std::string ExactPaths::pathOf(const MetadataSet& set) const {
+  const auto& places = placesOf(*set.definition());
+  const auto found = places.find(&set);
+  if (found == places.end()) return set.instanceUID() == nullptr ? set.name() : set.instanceUID()->dottedText();
+  return places.size() == 1 ? set.name() : set.name() + "[" + std::to_string(found->second) + "]";
+}
+
+const ExactPaths::Places& ExactPaths::placesOf(const MetaMetadata::MetaMetadataSet& kind) const {
+  const auto [found, isNew] = places_.try_emplace(&kind);
+  if (!isNew) return found->second;
+  for (const auto& set : metadata_.findAll(kind.symbol())) found->second.emplace(&set, found->second.size() + 1);
+  return found->second;
+}
+
+PropertyValues valuesOf(const PartitionMetadata& metadata, const PropertyPath& path) {
+  const SetPath sets(path.set);
+  const SetChoice choice(metadata, sets, path.property);
+  PropertyValues found;
+  found.isOne = !sets.isForAll();
+  for (const auto* set : choice.sets()) addValue(*set, path.property, found.values);
+  if (choice.sets().empty()) {
+    found.whyNone = whyNoSets(metadata, sets, path.property, choice);
+  } else if (found.values.empty()) {
+    found.whyNone = whyNoValues(path, choice);
+  }
+  if (found.isOne && !areEqual(found.values)) choice.raiseAmbiguous(SetChoice::Taken::kSeveral);
+  return found;
+}
+
+JSON::Value jsonOf(const PropertyValue& value, const ExactPaths& paths) {
+  auto json = JSON::Value::object().add("path", paths.pathOf(*value.set)).add("set", value.set->name());
+  if (const auto* uid = value.set->instanceUID()) json.add("instanceUID", uid->dottedText());
+  json.add("property", value.property.definition->symbol());
+  return json.add("value", exactValue(value)).add("text", value.text);
+}
+
+}  // namespace Vantor::Tool

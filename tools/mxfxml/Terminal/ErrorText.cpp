@@ -1,0 +1,78 @@
+#include "Terminal/ErrorText.h"
+
+#include <cstdio>
+#include <new>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Strings.h"
+#include "Terminal/CharacterWidth.h"
+#include "XMLUtils/Strings.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+template <class XercesException>
+std::string messageOf(const XercesException& exception) {
+  return Utils::wstringToString(XMLUtils::utf16ToWstring(exception.getMessage()));
+}
+
+/// Whether the exception that is being handled names the file that it is about.
+bool currentExceptionNamesItsFile() {
+  try {
+    throw;
+  } catch (const OtherFileError&) {
+    return true;
+  } catch (const Exceptions::IOError&) {
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+bool isSilent = false;
+
+constexpr const char* kNoMemory = "there is not enough memory";
+
+}  // namespace
+
+SilentMessages::SilentMessages() { isSilent = true; }
+SilentMessages::~SilentMessages() { isSilent = false; }
+
+void printMessage(const std::string& message) {
+  if (isSilent) return;
+  std::fputs((std::string(kProgramName) + ": " + oneLine(message) + "\n").c_str(), stderr);
+}
+
+std::string currentExceptionText() {
+  try {
+    throw;
+  } catch (const xercesc::OutOfMemoryException&) {
+    return kNoMemory;
+  } catch (const xercesc::XMLException& exception) {
+    return messageOf(exception);
+  } catch (const xercesc::SAXException& exception) {
+    return messageOf(exception);
+  } catch (const xercesc::DOMException& exception) {
+    return messageOf(exception);
+  } catch (const std::bad_alloc&) {
+    return kNoMemory;
+  } catch (const std::exception& exception) {
+    return exception.what();
+  } catch (...) {
+    return "an error of an unknown kind";
+  }
+}
+
+std::string currentExceptionText(const Path& file) {
+  const std::string text = currentExceptionText();
+  return file.empty() || currentExceptionNamesItsFile() ? text : file.u8string() + ": " + text;
+}
+
+std::string oneLine(std::string_view text) { return printable(text); }
+
+}  // namespace Vantor::Tool

@@ -1,0 +1,62 @@
+#include "Terminal/Terminal.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <cstring>
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <sys/ioctl.h>
+#include <unistd.h>
+#endif
+
+namespace Vantor::Tool {
+
+namespace {
+
+#ifdef _WIN32
+std::size_t systemColumns() { return 0; }
+#else
+std::size_t systemColumns() {
+  winsize size{};
+  return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+#endif
+
+}  // namespace
+
+#ifdef _WIN32
+bool isTerminal(std::FILE* stream) { return ::_isatty(::_fileno(stream)) != 0; }
+#else
+bool isTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) == 1; }
+#endif
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+std::size_t terminalColumns() {
+  constexpr std::size_t kLeast = 40, kMost = 1000, kUsual = 80;
+  std::size_t columns = static_cast<std::size_t>(std::strtoul(environment("COLUMNS").c_str(), nullptr, 10));
+  if (columns == 0) columns = systemColumns();
+  return columns == 0 ? kUsual : std::clamp(columns, kLeast, kMost);
+}
+
+bool takesUTF8() {
+  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    auto locale = environment(name);
+    if (locale.empty()) continue;
+    std::transform(locale.begin(), locale.end(), locale.begin(), [](unsigned char c) { return std::tolower(c); });
+    return locale.find("utf-8") != std::string::npos || locale.find("utf8") != std::string::npos;
+  }
+  return false;
+}
+
+bool wantsColor(ColorChoice choice) {
+  if (choice != ColorChoice::kAuto) return choice == ColorChoice::kAlways;
+  return environment("NO_COLOR").empty() && environment("TERM") != "dumb" && isTerminal();
+}
+
+}  // namespace Vantor::Tool
