@@ -1,7 +1,6 @@
 #include "Summary/Summary.h"
 
 #include <algorithm>
-#include <array>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -17,33 +16,7 @@ namespace Vantor::Summary {
 
 namespace {
 
-using Kind = Track::Kind;
-
-/// The octets of a data definition that give its kind, the 9th to the 13th of labels of ST 400.
-struct DataDefinition {
-  std::array<uint8, 5> octets;
-  Kind kind;
-};
-constexpr DataDefinition kDataDefinitions[] = {
-    {{0x01, 0x03, 0x02, 0x02, 0x01}, Kind::kPicture},
-    {{0x01, 0x03, 0x02, 0x02, 0x02}, Kind::kSound},
-    {{0x01, 0x03, 0x02, 0x02, 0x03}, Kind::kData},
-    {{0x01, 0x03, 0x02, 0x01, 0x01}, Kind::kTimecode},
-    {{0x01, 0x03, 0x02, 0x01, 0x02}, Kind::kTimecode},
-    {{0x01, 0x03, 0x02, 0x01, 0x03}, Kind::kTimecode},
-    {{0x01, 0x03, 0x02, 0x01, 0x10}, Kind::kDescriptive},
-    // Those that were in use before: AUIDs, whose last eight octets come first in MXF files.
-    {{0x6f, 0x3c, 0x8c, 0xe1, 0x6c}, Kind::kPicture},
-    {{0x78, 0xe1, 0xeb, 0xe1, 0x6c}, Kind::kSound},
-    {{0x7f, 0x27, 0x5e, 0x81, 0x77}, Kind::kTimecode}};
-
-Kind kindOf(const Types::UniversalLabel& dataDefinition) {
-  const uint8* octets = dataDefinition.rawBuffer() + 8;
-  for (const auto& known : kDataDefinitions) {
-    if (std::equal(known.octets.begin(), known.octets.end(), octets)) return known.kind;
-  }
-  return Kind::kOther;
-}
+using MXF::TrackKind;
 
 std::optional<Timecode> timecodeIn(const MetadataSet& set) {
   const auto frames = integerOf(set, "StartTimecode");
@@ -140,7 +113,7 @@ class SummaryReader {
     const auto* main = mainTrack();
     if (main == nullptr) return;
     result_.duration = main->duration;
-    if (main->kind == Kind::kPicture) result_.frameRate = main->editRate;
+    if (main->kind == TrackKind::kPicture) result_.frameRate = main->editRate;
     addSourceStart(*sets_[static_cast<std::size_t>(main - result_.tracks.data())]);
   }
 
@@ -150,7 +123,7 @@ class SummaryReader {
       const auto found = std::find_if(result_.tracks.begin(), result_.tracks.end(), isWanted);
       return found == result_.tracks.end() ? nullptr : &*found;
     };
-    for (const auto kind : {Kind::kPicture, Kind::kSound}) {
+    for (const auto kind : {TrackKind::kPicture, TrackKind::kSound}) {
       if (const auto* track = first([kind](const Track& each) { return each.kind == kind; })) return track;
     }
     return first([](const Track& each) { return each.duration.has_value(); });
@@ -172,13 +145,13 @@ class SummaryReader {
     track.name = textIn(set, "TrackName");
     track.editRate = ratioIn(set, "EditRate");
     if (const auto* segment = targetIn(metadata_, set, "TrackSegment")) addSegment(*segment, track);
-    if (track.kind == Kind::kTimecode) track.start = startOfTrack(set);
-    if (track.kind != Kind::kTimecode) track.essence = essenceBehind(packageSet, set, track.id);
+    if (track.kind == TrackKind::kTimecode) track.start = startOfTrack(set);
+    if (track.kind != TrackKind::kTimecode) track.essence = essenceBehind(packageSet, set, track.id);
     return track;
   }
 
   static void addSegment(const MetadataSet& segment, Track& track) {
-    if (const auto definition = labelOf(segment, "ComponentDataDefinition")) track.kind = kindOf(*definition);
+    if (const auto definition = labelOf(segment, "ComponentDataDefinition")) track.kind = MXF::trackKindOf(*definition);
     const auto length = integerOf(segment, "ComponentLength");
     if (length && *length >= 0 && track.editRate) track.duration = Duration{*length, *track.editRate};
   }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Core/MXF/FileStructure.h"
+#include "Core/MXF/TrackKind.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Types/Timestamp.h"
 #include "Core/Types/UMID32.h"
@@ -132,7 +133,7 @@ struct Essence {
 
 struct Track {
   /// By the ComponentDataDefinition of its segment.
-  enum class Kind : uint8 { kPicture, kSound, kData, kTimecode, kDescriptive, kOther };
+  using Kind = MXF::TrackKind;
 
   std::size_t package = 0;  ///< in `MetadataSummary::packages`
   Kind kind = Kind::kOther;

@@ -14,8 +14,8 @@ class SetChoice {
  public:
   using Sets = PartitionMetadata::Sets;
 
-  /// @param property  one that the sets are wanted for: of several kinds, only those count that can have it. It does
-  ///                  not change what an index counts. Empty for none.
+  /// @param property  what the sets are to have: where a name stands for several kinds, only kinds that can have it
+  ///                  count. An index counts all sets all the same. Empty for any set.
   SetChoice(const PartitionMetadata& partition, const SetPath& path, std::string_view property = {});
 
   /// Sets of a kind in file order; those of a later step with the nearest first.

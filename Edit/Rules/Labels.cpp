@@ -165,7 +165,7 @@ void checkKnownDefinitions(const Model& model, Report& report) {
   const KnownLabels known(model);
   for (const auto* component : model.all("Component")) {
     const auto label = labelOf(*component, kDataDefinition);
-    const bool isOld = label && !isLabel(*label) && essenceKindOf(*label) != EssenceKind::kNone;
+    const bool isOld = label && !isLabel(*label) && MXF::isEssence(MXF::trackKindOf(*label));
     if (label && !isOld && !known.has(*label)) report.add(*component, kDataDefinition, {textOf(*label)});
   }
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "Core/MXF/TrackKind.h"
 #include "Edit/Rules/Model.h"
 
 namespace Vantor::Edit {
@@ -11,11 +12,7 @@ namespace Vantor::Edit {
 /// The length of a track in its edit units; none where it is unknown.
 std::optional<int64> lengthOf(const Model& model, const MetadataSet& track);
 
-enum class EssenceKind { kNone, kPicture, kSound, kData };
-
-/// What a data definition stands for; none for timecode, descriptions, and labels that are no data definitions.
-EssenceKind essenceKindOf(const Types::UniversalLabel& definition);
-/// That of a track's segment.
+/// The data definition of a track's segment.
 std::optional<Types::UniversalLabel> dataDefinitionOf(const Model& model, const MetadataSet& track);
 /// Whether a track has picture, sound or other essence, rather than timecode or descriptions.
 bool isEssenceTrack(const Model& model, const MetadataSet& track);

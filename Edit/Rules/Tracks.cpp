@@ -187,11 +187,11 @@ void checkUnlinkedDescriptors(const Model& model, Report& report) {
   }
 }
 
-/// None for a descriptor of anything else.
-EssenceKind describedKind(const Model& model, const MetadataSet& descriptor) {
-  if (model.is(descriptor, "PictureDescriptor")) return EssenceKind::kPicture;
-  if (model.is(descriptor, "SoundDescriptor")) return EssenceKind::kSound;
-  return model.is(descriptor, "DataEssenceDescriptor") ? EssenceKind::kData : EssenceKind::kNone;
+/// `kOther` for a descriptor of anything but essence of one kind.
+MXF::TrackKind describedKind(const Model& model, const MetadataSet& descriptor) {
+  if (model.is(descriptor, "PictureDescriptor")) return MXF::TrackKind::kPicture;
+  if (model.is(descriptor, "SoundDescriptor")) return MXF::TrackKind::kSound;
+  return model.is(descriptor, "DataEssenceDescriptor") ? MXF::TrackKind::kData : MXF::TrackKind::kOther;
 }
 
 void checkDescribedKinds(const Model& model, Report& report) {
@@ -199,7 +199,7 @@ void checkDescribedKinds(const Model& model, Report& report) {
     const auto* track = linkedTrackOf(descriptor);
     const auto own = describedKind(model, *descriptor.set);
     const auto other = track == nullptr ? std::nullopt : dataDefinitionOf(model, *track);
-    if (own == EssenceKind::kNone || !other || own == essenceKindOf(*other)) continue;
+    if (own == MXF::TrackKind::kOther || !other || own == MXF::trackKindOf(*other)) continue;
     report.add(*descriptor.set, "LinkedTrackID", {std::to_string(*integerOf(*track, "TrackID"))});
   }
 }
