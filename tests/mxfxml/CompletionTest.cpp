@@ -94,6 +94,11 @@ TEST(Completion, NamesTheValuesOfEnumerationsAndLabels) {
   EXPECT_THAT(labels, Each(StartsWith("CDCIDescriptor.ColorPrimaries=")));
 }
 
+TEST(Completion, NamesTheValuesOfBooleans) {
+  EXPECT_THAT(completions({"set", "a.mxf", "Timecode[*].DropFrame="}),
+              ElementsAre("Timecode[*].DropFrame=false", "Timecode[*].DropFrame=true"));
+}
+
 TEST(Completion, NamesDefinitions) {
   EXPECT_THAT(completions({"dictionary", "AspectR"}), Contains("AspectRatio"));
   EXPECT_THAT(completions({"dictionary", "TransferCharacteristic_ITU7"}), ElementsAre("TransferCharacteristic_ITU709"));
@@ -125,6 +130,14 @@ TEST(Completion, ReplacesInBashWhatStandsBehindItsWordBreaks) {
               Contains("FullFrame"));
   EXPECT_THAT(inBash("mxfxml set a.mxf Identification.Comp", "mxfxml set a.mxf Identification.Comp"),
               ElementsAre("Identification.CompanyName="));
+}
+
+TEST(Completion, TakesInBashAFileNameWithABlankForOneWord) {
+  const ScratchFolder folder;
+  std::filesystem::copy_file(sample("op1a.mxf"), folder.path("two words.mxf"));
+  EXPECT_THAT(inBash("mxfxml set two\\\\ words.mxf Timecode", "mxfxml set 'two\\ words.mxf' Timecode",
+                     "cd '" + folder.path().string() + "'"),
+              Contains("Timecode[1]."));
 }
 
 /// Sets in brackets are no patterns of file names.

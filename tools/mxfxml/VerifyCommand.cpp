@@ -21,7 +21,7 @@ namespace Vantor::Tool {
 
 namespace {
 
-/// The document is in memory, where nobody sees its lines.
+/// The document is in memory only, so its line numbers mean nothing to the user.
 Diagnostics withoutLines(Diagnostics diagnostics) {
   for (auto& diagnostic : diagnostics) diagnostic.place.line = 0;
   return diagnostics;

@@ -39,7 +39,7 @@ int refuse(const CLI::App& program, const std::string& reason) {
 }
 
 void describeProgram(CLI::App& program) {
-  program.description("Turns the header metadata of MXF files into XML.");
+  program.description("Shows, edits and converts the header metadata of MXF files.");
   program.footer(
       "Exit codes: 0 done, 1 something is wrong with a file, 2 wrong usage; of diff and check:\n"
       "0 nothing found, 1 differences or findings, 2 trouble or wrong usage; of get: 0 found,\n"

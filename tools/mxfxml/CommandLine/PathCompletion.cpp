@@ -131,7 +131,7 @@ class PathCompleter {
     }
   }
 
-  /// The symbols of a property's enumeration, or of the labels that it takes.
+  /// The symbols of a property's enumeration or of the labels that it takes, or the values of a Boolean.
   void addValues() {
     const std::string before = word_.substr(0, *begun_.equals + 1);
     const auto property = word_.substr(*begun_.point + 1, *begun_.equals - *begun_.point - 1);
@@ -148,6 +148,8 @@ class PathCompleter {
       for (const auto& label : builtInLabels().labels()) {
         if (isOfKind(kind, label.key)) add(before, std::string(label.symbol), "");
       }
+    } else if (element.dataType() == Types::Identifiers::kBoolean) {
+      for (const char* value : {"true", "false"}) add(before, value, "");
     }
   }
 

@@ -13,7 +13,7 @@
 
 namespace Vantor::Tool {
 
-/// A change with a set that it is made in.
+/// A change, and one of the sets that it changes.
 struct SetEdit::Place {
   const Change* change;
   MetadataSet* set;
@@ -108,7 +108,7 @@ SetEdit::Result SetEdit::run(PartitionMetadata& metadata, const std::vector<Chan
   return result;
 }
 
-/// A property may show by another what it means, as a timecode by its rate: therefore after all changes.
+/// What a property means may depend on another one, as a timecode does on its rate: so this runs after all changes.
 void SetEdit::checkGiven(const std::vector<Place>& places, std::vector<Failure>& failures,
                          const PartitionMetadata& metadata) const {
   for (const auto& place : places) {
@@ -125,7 +125,7 @@ std::vector<SetEdit::Place> SetEdit::placesOf(const PartitionMetadata& metadata,
       for (auto& set : find(metadata, change)) places.push_back({&change, &set});
     });
   }
-  // It is read by the base in its set, which may change with it.
+  // A start timecode is read in the frame rate of its set, which may change with it: it comes last.
   std::stable_partition(places.begin(), places.end(), [](const Place& place) {
     const auto* attribute = place.attribute();
     return attribute == nullptr || !place.change->isAssignment() ||

@@ -18,7 +18,7 @@ namespace {
 
 using DataIO::File::FileState;
 
-/// Standard output, which does not keep files from being written: nobody may wait for it.
+/// Standard output. When its reader is gone, files are written all the same.
 class PlanOutput {
  public:
   explicit PlanOutput(bool isNeeded) : isNeeded_(isNeeded) {}

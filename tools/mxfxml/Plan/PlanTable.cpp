@@ -42,7 +42,7 @@ class PlanTable {
     for (const auto& record : records_) requireCells(record);
   }
 
-  /// Those with all their cells.
+  /// The records that have a cell for each column.
   std::vector<const CSVRecord*> records() const {
     std::vector<const CSVRecord*> whole;
     for (const auto& record : records_) {

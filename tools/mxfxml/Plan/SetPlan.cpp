@@ -55,8 +55,7 @@ std::vector<PlanChange> changesWith(const GivenTwice& twice, const std::vector<C
 
 }  // namespace
 
-/// Whether an earlier run has made and signed these changes. Its Identification is one more than paths were written
-/// for.
+/// Whether an earlier run made these changes and signed them. It added an Identification, which paths do not count.
 bool SetPlan::wasSigned(const EditTarget& target, const std::vector<Change>& changes, EditedPlanFile& edited) const {
   if (lastSignature(edited.file->metadata()) == nullptr) return false;
   const auto before = openForSetting(target, false);

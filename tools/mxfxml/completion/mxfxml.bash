@@ -2,7 +2,8 @@
 _mxfxml() {
   local line=${COMP_LINE:0:COMP_POINT} program word current prefix IFS=$' \t\n'
   local -a words=()
-  read -r -a words <<<"$line"
+  # A backslash keeps a blank in its word.
+  read -a words <<<"$line"
   [[ -z $line || $line == *[[:space:]] ]] && words+=("")
   program=${words[0]}
   words=("${words[@]:1}")
