@@ -50,6 +50,12 @@ std::string lineOf(const JSON::Value& object, const char* member) {
   return value == nullptr ? "nothing" : JSON::toLine(*value);
 }
 
+TEST(JSONCommand, ExportsWithTheOptionThatOtherCommandsHave) {
+  EXPECT_EQ(run({"export", "--json", sample("op1a.mxf")}).out,
+            run({"export", "--format", "json", sample("op1a.mxf")}).out);
+  EXPECT_EQ(run({"export", "--json", "--format", "xml", sample("op1a.mxf")}).exitCode, 2);
+}
+
 TEST(JSONCommand, ImportsWhatItExports) {
   const Exported exported;
   const Result result = run({"import", exported.json, "-o", exported.output});

@@ -90,7 +90,7 @@ const Refusal kRefusedCommands[] = {
     {"an option that does not exist",
      {"set", "{file}", "Preface.ByteOrder=1", "--dryrun"},
      2,
-     {"The following argument was not expected: --dryrun; see mxfxml set --help"}},
+     {"set has no option '--dryrun' (did you mean '--dry-run'?); see mxfxml set --help"}},
     {"an option without its value",
      {"check", "{file}", "--ignore"},
      2,
@@ -98,7 +98,7 @@ const Refusal kRefusedCommands[] = {
     {"an option of another command",
      {"check", "{file}", "--only"},
      2,
-     {"The following argument was not expected: --only; see mxfxml check --help"}},
+     {"check has no option '--only'; set, edit and import have it; see mxfxml check --help"}},
 };
 
 class RefusedCommand : public testing::TestWithParam<Refusal> {};

@@ -75,8 +75,8 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
   using Names = std::vector<std::string>;
   for (const auto& [command, names] : std::vector<std::pair<std::string, Names>>{
            {"export",
-            {"INPUT", "-h,--help", "-o,--output", "--format", "--flat", "--structural-only", "--start", "--exact",
-             "--encoding", "--partition", "--vocabulary", "--dictionary", "--own-dictionary"}},
+            {"INPUT", "-h,--help", "-o,--output", "--format", "--json", "--flat", "--structural-only", "--start",
+             "--exact", "--encoding", "--partition", "--vocabulary", "--dictionary", "--own-dictionary"}},
            {"import", {"INPUT",           "-h,--help",
                        "-o,--output",     "--into",
                        "--in-place",      "--expect-unchanged",
@@ -106,7 +106,7 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
              "--plan", "--report", "--only", "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going",
              "--dictionary", "--own-dictionary"}},
            {"edit",
-            {"INPUT", "-h,--help", "-o,--output", "--format", "--start", "--partition", "-y,--yes", "--only",
+            {"INPUT", "-h,--help", "-o,--output", "--format", "--json", "--start", "--partition", "-y,--yes", "--only",
              "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going", "--vocabulary", "--dictionary",
              "--own-dictionary"}},
            {"diff",
@@ -154,9 +154,16 @@ TEST(Usage, DemandsAnInput) {
 
 TEST(Usage, RefusesWhatItDoesNotKnow) {
   expectUsageError({"export", "a.mxf", "--fast"},
-                   "The following argument was not expected: --fast; see mxfxml export --help");
+                   "export has no option '--fast' (did you mean '--flat'?); see mxfxml export --help");
   expectUsageError({"export", "a.mxf", "b.xml"},
                    "The following argument was not expected: b.xml; see mxfxml export --help");
+}
+
+TEST(Usage, NamesTheCommandsThatHaveAnOption) {
+  expectUsageError({"show", "a.mxf", "--keep-undo"},
+                   "show has no option '--keep-undo'; set, edit and import have it; see mxfxml show --help");
+  expectUsageError({"diff", "a.mxf", "b.mxf", "--sets=1"},
+                   "diff has no option '--sets'; info has it; see mxfxml diff --help");
 }
 
 TEST(Usage, RefusesBadValuesOfOptions) {

@@ -65,7 +65,7 @@ class GetCommand final : public Command {
     app().footer(
         "Exit codes: 0 found, 1 a file does not have a property, 2 trouble: a file that cannot\nbe read, a name that "
         "the dictionary lacks, sets with different values.");
-    addExamples({"get in.mxf MaterialPackage.Name", "get -p Timecode.StartTimecode a.mxf b.mxf",
+    addExamples({"get in.mxf MaterialPackage.Name", "get -p MaterialPackage/Timecode.StartTimecode a.mxf b.mxf",
                  "get in.mxf 'MCALabelSubDescriptor[*].RFC5646SpokenLanguage'",
                  "get --json a.mxf 'TimelineTrack[*].TrackName' | mxfxml set b.mxf --from -"});
   }

@@ -61,6 +61,45 @@ std::optional<int> refuseUnknownCommand(const CLI::App& program, const std::vect
   return refuse(program, "there is no command '" + *first + "'" + Platform::suggestion(*first, names));
 }
 
+std::string listOf(const std::vector<std::string>& names) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    text += (i == 0 ? "" : i + 1 < names.size() ? ", " : " and ") + names[i];
+  }
+  return text;
+}
+
+std::vector<std::string> longOptionsOf(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : command.get_options()) {
+    for (const auto& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+/// "; info and get have it", for an option that other commands have; else those of the command that may be meant.
+std::string hintOnOption(const CLI::App& program, const CLI::App& command, const std::string& option) {
+  std::vector<std::string> others;
+  for (const CLI::App* other : program.get_subcommands({})) {
+    if (other->get_option_no_throw(option) != nullptr) others.push_back(other->get_name());
+  }
+  const auto near = Platform::suggestion(option, longOptionsOf(command));
+  if (others.empty() || !near.empty()) return near;
+  return "; " + listOf(others) + (others.size() == 1 ? " has it" : " have it");
+}
+
+/// Why an argument is left over that no option and no place of the command takes.
+std::string whyLeftOver(const CLI::App& program, const CLI::ExtrasError& error) {
+  const auto chosen = program.get_subcommands();
+  const CLI::App& command = chosen.empty() ? program : *chosen.front();
+  for (const auto& argument : command.remaining()) {
+    if (argument.size() < 2 || argument[0] != '-') continue;
+    const auto option = argument.substr(0, argument.find('='));
+    return command.get_name() + " has no option '" + option + "'" + hintOnOption(program, command, option);
+  }
+  return error.what();
+}
+
 /// @return the exit code when nothing is left to do; none when a subcommand is to be run.
 std::optional<int> parse(CLI::App& program, std::vector<std::string> arguments) {
   try {
@@ -72,6 +111,8 @@ std::optional<int> parse(CLI::App& program, std::vector<std::string> arguments) 
     writeStandardOutput(program.help());
   } catch (const CLI::CallForVersion& version) {
     writeStandardOutput(std::string(version.what()) + "\n");
+  } catch (const CLI::ExtrasError& error) {
+    return refuse(program, whyLeftOver(program, error));
   } catch (const CLI::ParseError& error) {
     return refuse(program, error.what());
   }

@@ -43,6 +43,10 @@ void writeJSON(const PartitionMetadata& metadata, const ExportForm& form, const 
 void addFormat(CLI::App& command, DocumentFormat& format) {
   addChoice(command, "--format", format, "format", {{"xml", DocumentFormat::kXML}, {"json", DocumentFormat::kJSON}},
             "xml (default), or json with all sets and properties");
+  command
+      .add_flag_callback(
+          "--json", [&format] { format = DocumentFormat::kJSON; }, "Short for --format json")
+      ->excludes(command.get_option("--format"));
 }
 
 void addStart(CLI::App& command, std::optional<std::string>& start) {
