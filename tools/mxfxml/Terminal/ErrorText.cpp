@@ -1,6 +1,7 @@
 #include "Terminal/ErrorText.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <new>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
@@ -31,6 +32,19 @@ bool currentExceptionNamesItsFile() {
     return true;
   } catch (...) {
     return false;
+  }
+}
+
+/// What to name instead of a folder; nothing when the exception that is being handled, or the path, is another one.
+std::string folderHint(const Path& file) {
+  try {
+    throw;
+  } catch (const Exceptions::IOError&) {
+    std::error_code error;
+    if (!std::filesystem::is_directory(file, error)) return {};
+    return "; name files, such as " + (file / "*.mxf").u8string();
+  } catch (...) {
+    return {};
   }
 }
 
@@ -69,7 +83,7 @@ std::string currentExceptionText() {
 }
 
 std::string currentExceptionText(const Path& file) {
-  const std::string text = currentExceptionText();
+  const std::string text = currentExceptionText() + folderHint(file);
   return file.empty() || currentExceptionNamesItsFile() ? text : file.u8string() + ": " + text;
 }
 
