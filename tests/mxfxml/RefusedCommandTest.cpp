@@ -106,6 +106,7 @@ class RefusedCommand : public testing::TestWithParam<Refusal> {};
 TEST(FolderForAFile, IsAnsweredWithAHintAtItsFiles) {
   const ScratchFolder folder;
   const auto name = folder.path().string();
+  writeFile(folder.path("a.mxf"), "");
   const std::vector<std::vector<std::string>> commands = {{"info", name},
                                                           {"info", "--json", name},
                                                           {"show", name},
@@ -122,6 +123,16 @@ TEST(FolderForAFile, IsAnsweredWithAHintAtItsFiles) {
               "mxfxml: cannot read '" + name + "': Is a directory; name files, such as " + name + "/*.mxf\n")
         << command.front();
   }
+}
+
+TEST(FolderForAFile, IsAnsweredWithoutAHintWhereItHasNoSuchFiles) {
+  const ScratchFolder folder;
+  const auto name = folder.path().string();
+  writeFile(folder.path("a.txt"), "");
+  EXPECT_EQ(run({"info", name}).err, "mxfxml: cannot read '" + name + "': Is a directory\n");
+  writeFile(folder.path("B.MXF"), "");
+  EXPECT_EQ(run({"info", name}).err,
+            "mxfxml: cannot read '" + name + "': Is a directory; name files, such as " + name + "/*.MXF\n");
 }
 
 TEST_P(RefusedCommand, WritesNothingAndGivesTheReason) { expectRefusal(GetParam()); }

@@ -35,14 +35,24 @@ bool currentExceptionNamesItsFile() {
   }
 }
 
-/// What to name instead of a folder; nothing when the exception that is being handled, or the path, is another one.
+/// The extension of an MXF file in a folder, which may be in capitals; empty when there is none.
+std::string extensionIn(const Path& folder) {
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    const auto extension = entry.path().extension().u8string();
+    if (extension == ".mxf" || extension == ".MXF") return extension;
+  }
+  return {};
+}
+
+/// What to name instead of a folder with MXF files; nothing when the exception that is being handled, or the path, is
+/// another one.
 std::string folderHint(const Path& file) {
   try {
     throw;
   } catch (const Exceptions::IOError&) {
-    std::error_code error;
-    if (!std::filesystem::is_directory(file, error)) return {};
-    return "; name files, such as " + (file / "*.mxf").u8string();
+    const auto extension = extensionIn(file);
+    return extension.empty() ? "" : "; name files, such as " + (file / ("*" + extension)).u8string();
   } catch (...) {
     return {};
   }

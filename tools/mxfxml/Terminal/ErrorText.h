@@ -43,7 +43,7 @@ class SilentMessages {
 std::string currentExceptionText();
 
 /// The same with the name of a file in front, unless the exception names its file itself, as every IOError does; an
-/// IOError about a folder gets a hint at the files in it.
+/// IOError about a folder with MXF files gets a hint at these.
 /// @param file  may be empty.
 std::string currentExceptionText(const Path& file);
 
