@@ -1,8 +1,10 @@
 #include "Summary/EssenceOf.h"
 
 #include <algorithm>
+#include <cstring>
 #include <unordered_map>
 
+#include "Core/Types/Array.h"
 #include "Core/Types/RGBALayout.h"
 #include "Summary/CodingName.h"
 #include "Summary/Values.h"
@@ -58,6 +60,32 @@ std::optional<Scan> scanOf(uint32 layout) {
   return std::nullopt;
 }
 
+enum class Topmost { kUnknown, kFirst, kSecond };
+
+/// Which of two fields has the topmost line, by the lines in which their pictures begin: of the odd number of lines of
+/// a frame, the second field begins half a line down, so that it is the upper one when it begins a line earlier than
+/// that.
+Topmost topmostField(const MetadataSet& descriptor) {
+  constexpr int64 kFrames[] = {525, 625, 1125};  // ST 125, ITU-R BT.601 and ST 274
+  const auto* lines = valueOf<Types::Array>(descriptor, "VideoLineMap");
+  if (lines == nullptr || lines->size() != 2) return Topmost::kUnknown;
+  const auto distance = integerOf(lines->at(1)).value_or(0) - integerOf(lines->at(0)).value_or(0);
+  for (const auto frame : kFrames) {
+    if (distance == frame / 2 + 1) return Topmost::kFirst;
+    if (distance == frame / 2) return Topmost::kSecond;
+  }
+  return Topmost::kUnknown;
+}
+
+std::optional<FieldOrder> fieldOrderOf(const MetadataSet& descriptor) {
+  constexpr uint32 kFieldOne = 1, kFieldTwo = 2;  // FieldDominance (ST 377-1)
+  const auto dominant = numberIn(descriptor, "FieldDominance");
+  const auto topmost = topmostField(descriptor);
+  if ((dominant != kFieldOne && dominant != kFieldTwo) || topmost == Topmost::kUnknown) return std::nullopt;
+  const bool isTopFirst = (dominant == kFieldOne) == (topmost == Topmost::kFirst);
+  return isTopFirst ? FieldOrder::kTopFirst : FieldOrder::kBottomFirst;
+}
+
 void addSize(const MetadataSet& descriptor, Essence& essence) {
   essence.storedWidth = numberIn(descriptor, "StoredWidth");
   essence.storedHeight = numberIn(descriptor, "StoredHeight");
@@ -80,8 +108,9 @@ std::optional<std::string> subsamplingOf(const MetadataSet& descriptor) {
   return *across == 4 ? std::optional<std::string>("4:1:1") : std::nullopt;
 }
 
+/// Of RGB, of Y, Cb and Cr, which are Y, U and V here, and of XYZ.
 bool isColor(const Types::RGBAComponent& component) {
-  return component.code == 'R' || component.code == 'G' || component.code == 'B';
+  return component.code != 0 && std::strchr("RGBYUVXZ", component.code) != nullptr;
 }
 
 /// None where colours differ in depth, or have one beyond integers (ST 377-1: from 252 on).
@@ -100,8 +129,9 @@ std::optional<uint32> layoutDepth(const MetadataSet& descriptor) {
 
 void addPicture(const MetadataSet& descriptor, Essence& essence) {
   addSize(descriptor, essence);
-  essence.aspectRatio = ratioIn(descriptor, "ImageAspectRatio");
+  essence.aspectRatio = givenRatioIn(descriptor, "ImageAspectRatio");
   essence.fieldDominance = nameIn(descriptor, "FieldDominance");
+  if (essence.scan == Scan::kInterlaced) essence.fieldOrder = fieldOrderOf(descriptor);
   essence.subsampling = subsamplingOf(descriptor);
   essence.bitDepth = firstSize(descriptor, {"ComponentDepth"});
   if (!essence.bitDepth) essence.bitDepth = layoutDepth(descriptor);

@@ -34,6 +34,15 @@ Identifier typeOf(const MetaMetadata::MetaElement& definition) {
   return list == nullptr ? definition.dataType() : list->dataSubType();
 }
 
+/// A text in XML whose octets stand in the other order than those of MXF, put right: it begins with the mark of that
+/// order, or with "<?" (XML 1.0, appendix F).
+wstring inOrder(wstring text) {
+  const bool isMarked = text.compare(0, 1, u"\xfffe") == 0;
+  if (!isMarked && text.compare(0, 2, u"\x3c00\x3f00") != 0) return text;
+  for (auto& unit : text) unit = static_cast<char16_t>((unit & 0xff) << 8 | unit >> 8);
+  return isMarked ? text.substr(1) : text;
+}
+
 class FrameworkReader {
  public:
   explicit FrameworkReader(const PartitionMetadata& metadata) : metadata_(metadata) { findTracks(); }
@@ -85,7 +94,7 @@ class FrameworkReader {
       const auto* definition = element->metaAttribute().metaElement();
       const auto* value = element->wireValue();
       if (definition == nullptr || value == nullptr || !isWanted(typeOf(*definition))) continue;
-      auto text = Utils::wstringToString(printProperty({&set, definition}, *value));
+      auto text = Utils::wstringToString(inOrder(printProperty({&set, definition}, *value)));
       if (!text.empty()) framework.values.push_back({set.name(), definition->symbol(), std::move(text)});
     }
   }

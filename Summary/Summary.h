@@ -21,14 +21,16 @@
 ///
 /// All of it are values of the header metadata, named here by their properties (SMPTE ST 377-1, ST 335). A field is
 /// empty where the metadata do not have it, or have no value that means anything: an empty text, a date of zeros, an
-/// unknown duration. Texts are UTF-8, as the file has them: they may hold control characters.
+/// unknown duration. Texts are UTF-8, as the file has them: they may hold control characters, NULs too.
 namespace Vantor::Summary {
 
-/// Numerator and denominator as in the file, not reduced; neither is 0.
+/// Numerator and denominator as in the file, not reduced; neither is 0, except in `Essence::aspectRatio`.
 struct Ratio {
   int32 numerator = 1;
   int32 denominator = 1;
 
+  bool isPositive() const { return numerator > 0 && denominator > 0; }
+  /// @pre the denominator is not 0.
   double value() const { return static_cast<double>(numerator) / denominator; }
 };
 
@@ -97,6 +99,12 @@ enum class Scan : uint8 {
   kSegmented     ///< SegmentedFrame: a progressive frame in two segments
 };
 
+/// Which field of interlaced pictures comes first in time.
+enum class FieldOrder : uint8 {
+  kTopFirst,    ///< the one with the topmost line
+  kBottomFirst  ///< the other
+};
+
 /// What a file descriptor has about essence.
 struct Essence {
   std::string descriptor;       ///< the symbol of the set, such as "CDCIDescriptor"
@@ -111,13 +119,18 @@ struct Essence {
   /// and StoredHeight; the height twice that where FrameLayout is SeparateFields, whose heights are of a field.
   std::optional<uint32> width, height;
   std::optional<uint32> storedWidth, storedHeight;  ///< StoredWidth, StoredHeight as they are
-  std::optional<Ratio> aspectRatio;                 ///< ImageAspectRatio (AspectRatio), of the whole picture
-  std::optional<std::string> frameLayout;           ///< FrameLayout by name, such as "SeparateFields"
-  std::optional<Scan> scan;                         ///< what that layout means
-  std::optional<std::string> fieldDominance;        ///< FieldDominance by name: which field comes first
+  /// ImageAspectRatio (AspectRatio), of the whole picture, as it is: some writers put 0:1 for one that they do not
+  /// know.
+  std::optional<Ratio> aspectRatio;
+  std::optional<std::string> frameLayout;     ///< FrameLayout by name, such as "SeparateFields"
+  std::optional<Scan> scan;                   ///< what that layout means
+  std::optional<std::string> fieldDominance;  ///< FieldDominance by name: which field comes first
+  /// By FieldDominance and VideoLineMap, whose lines show which field is on top; none unless the file has both.
+  std::optional<FieldOrder> fieldOrder;
   /// By HorizontalSubsampling and VerticalSubsampling: "4:2:2", "4:2:0", "4:1:1" or "4:4:4".
   std::optional<std::string> subsampling;
-  /// ComponentDepth, or the depth that all colours of PixelLayout have; of sound QuantizationBits.
+  /// ComponentDepth, or the depth that all colours of PixelLayout have, of RGB, YCbCr or XYZ; of sound
+  /// QuantizationBits.
   std::optional<uint32> bitDepth;
   std::optional<Label> colorPrimaries;          ///< ColorPrimaries
   std::optional<Label> transferCharacteristic;  ///< TransferCharacteristic (CaptureGamma)

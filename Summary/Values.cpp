@@ -1,8 +1,12 @@
 #include "Summary/Values.h"
 
+#include <algorithm>
+
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/MetaMetadata/Enumeration.h"
+#include "Core/MetaMetadata/MetaElement.h"
+#include "Core/Metadata/ElementFactory.h"
 #include "Core/Metadata/PropertyText.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Rational.h"
@@ -27,11 +31,50 @@ std::optional<std::string> unlessEmpty(std::string text) {
   return text.empty() ? std::nullopt : std::optional<std::string>(std::move(text));
 }
 
+using MetaMetadata::MetaElement;
+
+/// Appends the text of octets without NULs; false when they are none.
+bool appendText(const MetaElement& definition, const uint8* octets, std::size_t size, std::string& text) {
+  if (size == 0) return true;
+  const auto value = decodeValue(definition, octets, size);
+  if (value != nullptr) text += Utils::wstringToString(Types::printValue(*value));
+  return value != nullptr;
+}
+
+/// The text of octets among which NULs stand; none when another part of them is no text.
+std::optional<std::string> textBetweenNULs(const MetaElement& definition, const uint8* octets, std::size_t size) {
+  const std::size_t unit = definition.dataType() == Types::Identifiers::kUTF16String ? 2 : 1;
+  std::string text;
+  std::size_t begin = 0;
+  for (std::size_t at = 0; at + unit <= size; at += unit) {
+    if (std::any_of(octets + at, octets + at + unit, [](uint8 octet) { return octet != 0; })) continue;
+    if (!appendText(definition, octets + begin, at - begin, text)) return std::nullopt;
+    text += '\0';
+    begin = at + unit;
+  }
+  if (!appendText(definition, octets + begin, size - begin, text)) return std::nullopt;
+  text.erase(text.find_last_not_of('\0') + 1);
+  return unlessEmpty(std::move(text));
+}
+
+/// Of a property that was read as octets.
+std::optional<std::string> textWithNULs(const MetadataSet& set, std::string_view property) {
+  for (auto at = set.invalidBegin(); at != set.invalidEnd(); ++at) {
+    const auto* definition = set.definitionOf(*at);
+    const auto* value = (*at).wireValue();
+    const bool isWanted = definition != nullptr && definition->symbol() == property;
+    if (!isWanted || value == nullptr || !Types::isTextType(definition->dataType())) continue;
+    return textBetweenNULs(*definition, value->rawBuffer(), value->encodedSize());
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<std::string> textIn(const MetadataSet& set, std::string_view property) {
   const auto* value = valueOf(set, property);
-  if (value == nullptr || !Types::isTextType(value->identifier())) return std::nullopt;
+  if (value == nullptr) return textWithNULs(set, property);
+  if (!Types::isTextType(value->identifier())) return std::nullopt;
   return unlessEmpty(Utils::wstringToString(Types::printValue(*value)));
 }
 
@@ -49,8 +92,13 @@ std::optional<uint32> numberIn(const MetadataSet& set, std::string_view property
 }
 
 std::optional<Ratio> ratioIn(const MetadataSet& set, std::string_view property) {
+  const auto ratio = givenRatioIn(set, property);
+  return ratio && ratio->isPositive() ? ratio : std::nullopt;
+}
+
+std::optional<Ratio> givenRatioIn(const MetadataSet& set, std::string_view property) {
   const auto* value = valueOf<Types::Rational>(set, property);
-  if (value == nullptr || value->numerator() <= 0 || value->denominator() <= 0) return std::nullopt;
+  if (value == nullptr) return std::nullopt;
   return Ratio{value->numerator(), value->denominator()};
 }
 

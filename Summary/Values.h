@@ -11,11 +11,15 @@
 /// Values of sets as fields of summaries: none where a property has no value that means anything.
 namespace Vantor::Summary {
 
+/// A text with NULs inside, too, which its type does not decode: with these NULs, without those at its end.
 std::optional<std::string> textIn(const MetadataSet& set, std::string_view property);
 /// As people write it, whatever its type.
 std::optional<std::string> printedIn(const MetadataSet& set, std::string_view property);
 std::optional<uint32> numberIn(const MetadataSet& set, std::string_view property);
+/// Unless one of the numbers is 0 or less.
 std::optional<Ratio> ratioIn(const MetadataSet& set, std::string_view property);
+/// Whatever its numbers are.
+std::optional<Ratio> givenRatioIn(const MetadataSet& set, std::string_view property);
 std::optional<Types::Timestamp> dateIn(const MetadataSet& set, std::string_view property);
 /// The name of the number in its enumeration.
 std::optional<std::string> nameIn(const MetadataSet& set, std::string_view property);

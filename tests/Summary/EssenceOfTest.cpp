@@ -86,12 +86,68 @@ TEST(EssenceOf, IgnoresRatesBelowZero) {
   }
 }
 
-TEST(EssenceOf, IgnoresRatiosOfZero) {
+TEST(EssenceOf, IgnoresRatesOfZero) {
   SomeDescriptor descriptor("CDCIDescriptor");
   descriptor.set.set("SampleRate", Types::Rational(0, 1));
-  descriptor.set.set("ImageAspectRatio", Types::Rational(16, 0));
   EXPECT_FALSE(descriptor.essence().sampleRate);
+}
+
+TEST(EssenceOf, HasTheAspectRatioAsItIs) {
+  SomeDescriptor descriptor("CDCIDescriptor");
   EXPECT_FALSE(descriptor.essence().aspectRatio);
+  for (const auto& [numerator, denominator] : {std::pair(16, 9), std::pair(0, 1), std::pair(16, 0)}) {
+    descriptor.set.set("ImageAspectRatio", Types::Rational(numerator, denominator));
+    const auto ratio = descriptor.essence().aspectRatio;
+    ASSERT_TRUE(ratio);
+    EXPECT_EQ(ratio->numerator, numerator);
+    EXPECT_EQ(ratio->denominator, denominator);
+  }
+}
+
+/// The order of fields of interlaced pictures.
+std::optional<FieldOrder> orderOf(const char16_t* lines, const char16_t* dominance) {
+  SomeDescriptor descriptor("CDCIDescriptor");
+  descriptor.set.set("FrameLayout", u"SeparateFields");
+  descriptor.set.set("VideoLineMap", std::u16string_view(lines));
+  descriptor.set.set("FieldDominance", std::u16string_view(dominance));
+  return descriptor.essence().fieldOrder;
+}
+
+TEST(EssenceOf, FindsTheFieldOrderByTheLinesOfTheDominantField) {
+  for (const auto* topIsFirst : {u"[23, 336]", u"[21, 584]", u"[20, 283]"}) {
+    EXPECT_THAT(orderOf(topIsFirst, u"FieldOne"), Optional(FieldOrder::kTopFirst));
+    EXPECT_THAT(orderOf(topIsFirst, u"FieldTwo"), Optional(FieldOrder::kBottomFirst));
+  }
+  for (const auto* topIsSecond : {u"[23, 335]", u"[20, 582]", u"[23, 285]"}) {
+    EXPECT_THAT(orderOf(topIsSecond, u"FieldOne"), Optional(FieldOrder::kBottomFirst));
+    EXPECT_THAT(orderOf(topIsSecond, u"FieldTwo"), Optional(FieldOrder::kTopFirst));
+  }
+}
+
+TEST(EssenceOf, LeavesTheFieldOrderOpenWhereTheFileDoes) {
+  for (const auto* lines : {u"[0, 0]", u"[1, 0]", u"[336, 23]", u"[23]", u"[]"}) {
+    EXPECT_EQ(orderOf(lines, u"FieldOne"), std::nullopt);
+  }
+  SomeDescriptor descriptor("CDCIDescriptor");
+  descriptor.set.set("FrameLayout", u"SeparateFields");
+  descriptor.set.set("VideoLineMap", u"[23, 336]");
+  EXPECT_EQ(descriptor.essence().fieldOrder, std::nullopt);
+  descriptor.set.set("FieldDominance", u"FieldOne");
+  descriptor.set.set("FrameLayout", u"FullFrame");
+  EXPECT_EQ(descriptor.essence().fieldOrder, std::nullopt);
+}
+
+TEST(EssenceOf, TakesTheDepthOfColourDifferencesToo) {
+  SomeDescriptor descriptor("RGBADescriptor");
+  Types::RGBALayout layout;
+  layout.set(0, {'Y', 8});
+  layout.set(1, {'U', 8});
+  layout.set(2, {'V', 8});
+  descriptor.set.set("PixelLayout", layout);
+  EXPECT_THAT(descriptor.essence().bitDepth, Optional(8u));
+  layout.set(2, {'V', 10});
+  descriptor.set.set("PixelLayout", layout);
+  EXPECT_EQ(descriptor.essence().bitDepth, std::nullopt);
 }
 
 TEST(EssenceOf, ListsChannelsByNumberWithTheirGroups) {

@@ -37,6 +37,20 @@ TEST(Frameworks, HaveTheirValuesInOrderOfDefinitionAndTheirTrack) {
                                                    "DM_AS_11_Core_Framework.AS_11_Shim_Version=1.2"));
 }
 
+TEST(Frameworks, HaveXMLWithItsOctetsInTheOrderOfText) {
+  SomeProgramme programme;
+  auto& core = programme.add("DM_AS_11_Core_Framework");
+  const auto titleOf = [&](std::u16string_view title) {
+    core.set("AS_11_Programme_Title", title);
+    return valuesOf(frameworksOf(programme.metadata).at(0)).at(0);
+  };
+  const std::string start = "DM_AS_11_Core_Framework.AS_11_Programme_Title=";
+  EXPECT_EQ(titleOf(u"\x3c00\x3f00\x7800"), start + "<?x");
+  EXPECT_EQ(titleOf(u"\xfffe\x3c00\x6100"), start + "<a");
+  EXPECT_EQ(titleOf(u"\x3c00\x7800"), start + "\xE3\xB0\x80\xE7\xA0\x80");  // may be Chinese
+  EXPECT_EQ(titleOf(u"<?x"), start + "<?x");
+}
+
 TEST(Frameworks, HaveTheTextsOfTheSetsThatTheyReferToOnce) {
   PartitionMetadata metadata(builtInDictionary());
   auto& titles = metadata.createMetadataSet("Titles");

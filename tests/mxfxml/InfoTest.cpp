@@ -320,5 +320,42 @@ TEST(Info, FailsWhenItsTextCannotBeWritten) {
   EXPECT_THAT(result.err, testing::StrEq("mxfxml: cannot write to standard output: No space left on device\n"));
 }
 
+/// A copy of a sample with the title in other UTF-16 code units, as many as before.
+std::string withTitle(const ScratchFolder& folder, std::u16string_view title) {
+  const auto octetsOf = [](std::u16string_view text) {
+    std::string octets;
+    for (const char16_t unit : text) octets += {static_cast<char>(unit >> 8), static_cast<char>(unit & 0xff)};
+    return octets;
+  };
+  const auto old = octetsOf(u"Material package");
+  auto file = readFile(sample("gst-audio-ac3.mxf"));
+  for (auto at = file.find(old); at != std::string::npos; at = file.find(old)) {
+    file.replace(at, old.size(), octetsOf(title));
+  }
+  writeFile(folder.path("a.mxf"), file);
+  return folder.path("a.mxf");
+}
+
+TEST(Info, ShowsATitleWithNULsInside) {
+  const ScratchFolder folder;
+  using namespace std::string_view_literals;
+  const auto file = withTitle(folder, u"Tape 01\0\0Part 2\0"sv);
+  const Result result = run({"info", file});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_THAT(result.out, HasSubstr("  title                Tape 01\\u0000\\u0000Part 2\n"));
+  EXPECT_THAT(result.out, HasSubstr("MaterialPackage.PackageName"));
+  EXPECT_THAT(run({"info", "--json", file}).out, HasSubstr(R"("title": "Tape 01\u0000\u0000Part 2")"));
+}
+
+TEST(Info, LeavesOutATitleThatIsNoText) {
+  const ScratchFolder folder;
+  using namespace std::string_view_literals;
+  for (const auto title : {u"Half \xd800 A\0       "sv, u"\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"sv}) {
+    const Result result = run({"info", withTitle(folder, title)});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, Not(HasSubstr("title")));
+  }
+}
+
 }  // namespace
 }  // namespace Vantor::Tool

@@ -1,12 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
-#include <cstdlib>
-
 #include "Edit.h"
 #include "JSON/Text.h"
+#include "JSONSchema.h"
 #include "tests/SampleFiles.h"
 
 namespace Vantor::Tool {
@@ -286,23 +283,6 @@ std::vector<std::string> documentsIn(const ScratchFolder& folder) {
   }
   return files;
 }
-
-/// Validates documents against the schema.
-class JSONSchema : public testing::Test {
- protected:
-  /// The exit code of the script; the test is skipped where the script misses its library, but not in CI.
-  int validate(const std::vector<std::string>& files) {
-    constexpr int kLibraryIsMissing = 77;
-    std::string command = "python3 '" VANTOR_TEST_DATA_DIR "/../../scripts/check-json'";
-    for (const auto& file : files) command += " '" + file + "'";
-    const int status = std::system((command + " >'" + folder.path("problems") + "' 2>&1").c_str());
-    isMissing = WEXITSTATUS(status) == kLibraryIsMissing && std::getenv("CI") == nullptr;
-    return WEXITSTATUS(status);
-  }
-
-  ScratchFolder folder;
-  bool isMissing = false;
-};
 
 TEST_F(JSONSchema, DescribesWhatTheProgramPrints) {
   const int exitCode = validate(documentsIn(folder));

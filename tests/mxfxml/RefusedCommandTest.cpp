@@ -103,6 +103,38 @@ const Refusal kRefusedCommands[] = {
 
 class RefusedCommand : public testing::TestWithParam<Refusal> {};
 
+TEST(FolderForAFile, IsAnsweredWithAHintAtItsFiles) {
+  const ScratchFolder folder;
+  const auto name = folder.path().string();
+  writeFile(folder.path("a.mxf"), "");
+  const std::vector<std::vector<std::string>> commands = {{"info", name},
+                                                          {"info", "--json", name},
+                                                          {"show", name},
+                                                          {"get", name, "Preface.FormatVersion"},
+                                                          {"check", name},
+                                                          {"verify", name},
+                                                          {"export", name},
+                                                          {"diff", name, sample("op1a.mxf")},
+                                                          {"diff", sample("op1a.mxf"), name},
+                                                          {"set", name, "Preface.ByteOrder=18761"},
+                                                          {"dictionary", "--learn", name}};
+  for (const auto& command : commands) {
+    EXPECT_EQ(run(command).err,
+              "mxfxml: cannot read '" + name + "': Is a directory; name files, such as " + name + "/*.mxf\n")
+        << command.front();
+  }
+}
+
+TEST(FolderForAFile, IsAnsweredWithoutAHintWhereItHasNoSuchFiles) {
+  const ScratchFolder folder;
+  const auto name = folder.path().string();
+  writeFile(folder.path("a.txt"), "");
+  EXPECT_EQ(run({"info", name}).err, "mxfxml: cannot read '" + name + "': Is a directory\n");
+  writeFile(folder.path("B.MXF"), "");
+  EXPECT_EQ(run({"info", name}).err,
+            "mxfxml: cannot read '" + name + "': Is a directory; name files, such as " + name + "/*.MXF\n");
+}
+
 TEST_P(RefusedCommand, WritesNothingAndGivesTheReason) { expectRefusal(GetParam()); }
 
 INSTANTIATE_TEST_SUITE_P(Mistakes, RefusedCommand, testing::ValuesIn(kRefusedCommands), mistakeOf);

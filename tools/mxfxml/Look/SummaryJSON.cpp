@@ -21,11 +21,9 @@ using Summary::Essence;
 Value ratio(const Summary::Ratio& ratio, const char* sign) {
   const auto numerator = std::to_string(ratio.numerator), denominator = std::to_string(ratio.denominator);
   const bool isWhole = ratio.denominator == 1 && *sign == '/';
-  return Value::object()
-      .add("numerator", ratio.numerator)
-      .add("denominator", ratio.denominator)
-      .add("value", ratio.value())
-      .add("text", isWhole ? numerator : numerator + sign + denominator);
+  auto json = Value::object().add("numerator", ratio.numerator).add("denominator", ratio.denominator);
+  if (ratio.denominator != 0) json.add("value", ratio.value());
+  return json.add("text", isWhole ? numerator : numerator + sign + denominator);
 }
 
 Value memberOf(const Summary::Ratio& rate) { return ratio(rate, "/"); }
@@ -100,6 +98,10 @@ const char* scanName(Summary::Scan scan) {
   return kNames[static_cast<std::size_t>(scan)];
 }
 
+const char* orderName(Summary::FieldOrder order) {
+  return order == Summary::FieldOrder::kTopFirst ? "topFirst" : "bottomFirst";
+}
+
 Value describePackage(const Summary::Package& package) {
   auto json = Value::object().add("kind", kindName(package.kind));
   addTo(json, "name", package.name);
@@ -120,6 +122,7 @@ void addPicture(const Essence& essence, Value& json) {
   addTo(json, "frameLayout", essence.frameLayout);
   if (essence.scan) json.add("scan", scanName(*essence.scan));
   addTo(json, "fieldDominance", essence.fieldDominance);
+  if (essence.fieldOrder) json.add("fieldOrder", orderName(*essence.fieldOrder));
   addTo(json, "subsampling", essence.subsampling);
   addTo(json, "bitDepth", essence.bitDepth);
   addTo(json, "colorPrimaries", essence.colorPrimaries);

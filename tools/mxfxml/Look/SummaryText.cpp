@@ -137,18 +137,37 @@ std::string ratioText(const Summary::Ratio& ratio) {
   return std::to_string(ratio.numerator) + ":" + std::to_string(ratio.denominator);
 }
 
+/// "top field first (FieldOne)", or what the file has of that; nothing of pictures that are not interlaced.
+std::optional<std::string> fieldOrderText(const Essence& essence) {
+  const auto& dominant = essence.fieldDominance;
+  if (essence.scan != Summary::Scan::kInterlaced) return dominant;
+  if (!dominant) return "field order not given";
+  if (!essence.fieldOrder) return *dominant + " first";
+  const bool isTopFirst = *essence.fieldOrder == Summary::FieldOrder::kTopFirst;
+  return std::string(isTopFirst ? "top" : "bottom") + " field first (" + *dominant + ")";
+}
+
+std::string scanText(const Essence& essence) {
+  const auto scan = essence.scan ? std::optional<std::string>(wordOf(*essence.scan)) : std::nullopt;
+  return joined({scan, essence.frameLayout, fieldOrderText(essence)}, ", ");
+}
+
 std::string depthText(uint32 depth) { return numberText(depth) + " bits"; }
 
 void addPicture(const Essence& essence, Fields& fields) {
   fields.add("size", sizeText(essence));
   fields.add("aspect ratio", essence.aspectRatio, ratioText);
-  const auto scan = essence.scan ? std::optional<std::string>(wordOf(*essence.scan)) : std::nullopt;
-  fields.add("scan", joined({scan, essence.frameLayout, essence.fieldDominance}, ", "));
+  fields.add("scan", scanText(essence));
   const auto depth = essence.bitDepth ? std::optional<std::string>(depthText(*essence.bitDepth)) : std::nullopt;
   fields.add("sampling", joined({essence.subsampling, depth}, ", "));
   fields.add("colour primaries", essence.colorPrimaries, labelText);
   fields.add("transfer", essence.transferCharacteristic, labelText);
   fields.add("coding equations", essence.codingEquations, labelText);
+}
+
+/// "language: en"; nothing where there is no value.
+std::optional<std::string> labelled(const char* label, const std::optional<std::string>& value) {
+  return value ? std::optional<std::string>(std::string(label) + ": " + *value) : std::nullopt;
 }
 
 std::string channelText(const Summary::Channel& channel, const Essence& essence) {
@@ -157,7 +176,13 @@ std::string channelText(const Summary::Channel& channel, const Essence& essence)
     const auto& found = essence.groups[*channel.group];
     group = "in " + (found.tagSymbol ? *found.tagSymbol : found.tagName.value_or("a group"));
   }
-  return joined({channel.tagSymbol, channel.tagName, channel.language, group}, ", ");
+  return joined({channel.tagSymbol, channel.tagName, labelled("language", channel.language), group}, ", ");
+}
+
+std::string groupText(const Summary::SoundGroup& group) {
+  return joined({group.tagSymbol, group.tagName, labelled("language", group.language), labelled("title", group.title),
+                 labelled("content", group.contentKind), labelled("element", group.elementKind)},
+                ", ");
 }
 
 void addSound(const Essence& essence, Fields& fields) {
@@ -167,11 +192,7 @@ void addSound(const Essence& essence, Fields& fields) {
   for (const auto& channel : essence.channels) {
     fields.add(channel.number ? "channel " + numberText(*channel.number) : "channel", channelText(channel, essence));
   }
-  for (const auto& group : essence.groups) {
-    fields.add("group", joined({group.tagSymbol, group.tagName, group.language, group.title, group.contentKind,
-                                group.elementKind},
-                               ", "));
-  }
+  for (const auto& group : essence.groups) fields.add("group", groupText(group));
 }
 
 const char* headingOf(TrackKind kind) {

@@ -1,6 +1,7 @@
 #include "Terminal/ErrorText.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <new>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
@@ -31,6 +32,29 @@ bool currentExceptionNamesItsFile() {
     return true;
   } catch (...) {
     return false;
+  }
+}
+
+/// The extension of an MXF file in a folder, which may be in capitals; empty when there is none.
+std::string extensionIn(const Path& folder) {
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+    const auto extension = entry.path().extension().u8string();
+    if (extension == ".mxf" || extension == ".MXF") return extension;
+  }
+  return {};
+}
+
+/// What to name instead of a folder with MXF files; nothing when the exception that is being handled, or the path, is
+/// another one.
+std::string folderHint(const Path& file) {
+  try {
+    throw;
+  } catch (const Exceptions::IOError&) {
+    const auto extension = extensionIn(file);
+    return extension.empty() ? "" : "; name files, such as " + (file / ("*" + extension)).u8string();
+  } catch (...) {
+    return {};
   }
 }
 
@@ -69,7 +93,7 @@ std::string currentExceptionText() {
 }
 
 std::string currentExceptionText(const Path& file) {
-  const std::string text = currentExceptionText();
+  const std::string text = currentExceptionText() + folderHint(file);
   return file.empty() || currentExceptionNamesItsFile() ? text : file.u8string() + ": " + text;
 }
 

@@ -42,7 +42,8 @@ class SilentMessages {
 /// The message, in UTF-8, of the exception that is being handled, whoever threw it. To be called in a catch clause.
 std::string currentExceptionText();
 
-/// The same with the name of a file in front, unless the exception names its file itself, as every IOError does.
+/// The same with the name of a file in front, unless the exception names its file itself, as every IOError does; an
+/// IOError about a folder with MXF files gets a hint at these.
 /// @param file  may be empty.
 std::string currentExceptionText(const Path& file);
 
