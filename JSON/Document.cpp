@@ -138,10 +138,15 @@ void Document::import(PartitionMetadata& partition, std::vector<std::string>* un
       readPart<Exceptions::InvalidFormat>(part, [&](const Value&) { read(part); });
     });
   };
-  // First, since only the primer of their file has a meaning for these tags.
-  forEachSet([&partition](const Part& part) {
-    if (isDark(part.value)) reserveTags(part.value, partition.partitionDictionary());
+  // First, since only the primer of their file has a meaning for the tags in dark sets, and so that the order of sets
+  // does not decide which tags the other labels get.
+  auto& tags = partition.partitionDictionary();
+  std::vector<UnknownMark> marks;
+  forEachSet([&](const Part& part) {
+    if (isDark(part.value)) return reserveTags(part.value, tags);
+    appendUnknownMarks(part.value, *tags.dictionary(), marks);
   });
+  enterLabels(std::move(marks), tags);
   forEachSet([&](const Part& part) {
     std::vector<UnknownName> names;
     addSet(part.value, partition, unknown == nullptr ? nullptr : &names);

@@ -43,6 +43,15 @@ Bytes octetsMember(const Value& json) {
   });
 }
 
+/// The mark of an unknown property.
+UnknownMark markIn(const Value& json, const MetaMetadata::Dictionary& dictionary) {
+  std::optional<Types::UniversalLabel> label;
+  if (json.find("key") != nullptr) label = identifierIn<Types::UniversalLabel>(json, "key");
+  const auto* given = label ? &*label : nullptr;
+  if (json.find("tag") == nullptr) return {std::nullopt, label};
+  return markOf(identifierIn<Types::LocalTag>(json, "tag"), given, dictionary);
+}
+
 // Dark sets.
 
 uint8 lengthOctetsIn(const Value& json) {
@@ -210,18 +219,10 @@ class SetMaker {
   void readUnknown(const Value& json) {
     requireMembers(json, {"tag", "key", "octets", "property", "text", "reason"});
     const auto octets = octetsMember(json);
-    const auto tag = unknown_.tagFor(markIn(json)).value();
+    const auto tag = unknown_.tagFor(markIn(json, *tags_.dictionary())).value();
     const bool hadInstanceUID = set_->instanceUID() != nullptr;
     reader_.place({tag, octets.data(), octets.size()});
     if (!hadInstanceUID && set_->instanceUID() != nullptr) throw Refusal("the InstanceUID stands in \"instanceUID\"");
-  }
-
-  UnknownMark markIn(const Value& json) const {
-    std::optional<Types::UniversalLabel> label;
-    if (json.find("key") != nullptr) label = identifierIn<Types::UniversalLabel>(json, "key");
-    const auto* given = label ? &*label : nullptr;
-    if (json.find("tag") == nullptr) return {std::nullopt, label};
-    return markOf(identifierIn<Types::LocalTag>(json, "tag"), given, *tags_.dictionary());
   }
 
   void add(Element* element, Property property) {
@@ -287,6 +288,19 @@ bool isDark(const Value& json) { return json.find("set") == nullptr && json.find
 void reserveTags(const Value& darkSet, PartitionDictionary& tags) {
   const auto octets = octetsMember(darkSet);
   reserveDarkTags(keyIn(darkSet), octets.data(), octets.size(), tags);
+}
+
+void appendUnknownMarks(const Value& set, const MetaMetadata::Dictionary& dictionary, std::vector<UnknownMark>& marks) {
+  const auto* others = set.find("others");
+  if (others == nullptr || others->items() == nullptr) return;
+  for (const auto& other : *others->items()) {
+    if (other.find("octets") == nullptr) continue;
+    try {
+      marks.push_back(markIn(other, dictionary));
+    } catch (const Refusal&) {
+      // It is refused when the property is read.
+    }
+  }
 }
 
 void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <vector>
+
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Metadata/UnknownTags.h"
 #include "JSON/Refusal.h"
 #include "JSON/Value.h"
 
@@ -16,6 +19,9 @@ bool isDark(const Value& json);
 /// Keeps the local tags used in a dark set from properties, for which only the primer of its file has a meaning.
 /// @throws Refusal.
 void reserveTags(const Value& darkSet, PartitionDictionary& tags);
+
+/// Appends the marks of the unknown properties of a set. Those that are none are left out: `addSet` refuses them.
+void appendUnknownMarks(const Value& set, const MetaMetadata::Dictionary& dictionary, std::vector<UnknownMark>& marks);
 
 /// The identifier in a member. @throws Refusal.
 Types::UUID instanceUIDIn(const Value& json, std::string_view name);
