@@ -160,6 +160,13 @@ Value valueOf(const PropertyPlace& place, const SimpleDataType* value) {
   return restores(place, json, *value) ? json : octetsOf(value->rawBuffer(), value->encodedSize());
 }
 
+Value valueOf(const MetadataSet& set, const Element& property) {
+  const auto* value = property.wireValue();
+  const auto* definition = property.metaAttribute().metaElement();
+  if (definition != nullptr) return valueOf({&set, definition}, value);
+  return value == nullptr ? octetsOf(nullptr, 0) : octetsOf(value->rawBuffer(), value->encodedSize());
+}
+
 Bytes octetsIn(const Value& json) {
   requireMembers(json, {"octets", "text"});
   const auto& digits = requiredText(json, "octets");

@@ -28,6 +28,9 @@ namespace Vantor::JSON {
 /// @param place  with its definition. @param value  null for a property without value.
 Value valueOf(const PropertyPlace& place, const Types::SimpleDataType* value);
 
+/// The same for a property of a set; the octets of one that was not read.
+Value valueOf(const MetadataSet& set, const Element& property);
+
 /// The value that a JSON value is. Takes what `valueOf` makes, and texts as people write them (`parseProperty`).
 /// Members for people, such as "text" and "label", are ignored here; see `requireAgreement`.
 /// @param place  with its definition.

@@ -3,6 +3,7 @@
 
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "Edit.h"
@@ -218,6 +219,30 @@ TEST(JSONCommand, DescribesDifferences) {
   EXPECT_EQ(lineOf(difference, "kind"), "\"value\"");
   EXPECT_EQ(lineOf(difference, "set"), "\"Identification\"");
   EXPECT_THAT(lineOf(difference, "right"), StartsWith("\"\\\"Ed "));
+  EXPECT_THAT(lineOf(difference, "leftValue"), StartsWith("\"GStreamer Multimedia"));
+  EXPECT_THAT(lineOf(difference, "rightValue"), StartsWith("\"Ed Multimedia"));
+}
+
+TEST(JSONCommand, GivesTheValuesOfDifferencesTheFormOfAnExport) {
+  Exported exported;
+  const auto at = exported.text.find("\"StartTimecode\": {");
+  exported.replace(exported.text.substr(at, exported.text.find('}', at) + 1 - at), "\"StartTimecode\": 25");
+  const auto object = objectOf(run({"diff", exported.json, exported.original, "--json"}));
+  const auto& difference = object.find("differences")->items()->at(0);
+  EXPECT_EQ(*difference.find("leftValue")->find("value")->integer(), 25);
+  EXPECT_NE(difference.find("leftValue")->find("text"), nullptr);
+  EXPECT_EQ(lineOf(difference, "property"), "\"StartTimecode\"");
+}
+
+TEST(JSONCommand, GivesNoValueOfAPropertyThatIsNotThere) {
+  Exported exported;
+  const auto at = exported.text.find("\"ApplicationName\"");
+  exported.replace(exported.text.substr(at, exported.text.find('\n', at) + 1 - at), "");
+  const auto object = objectOf(run({"diff", exported.original, exported.json, "--json"}));
+  const auto& difference = object.find("differences")->items()->at(0);
+  EXPECT_EQ(lineOf(difference, "kind"), "\"missing property\"");
+  EXPECT_THAT(lineOf(difference, "leftValue"), StartsWith("\"GStreamer"));
+  EXPECT_EQ(lineOf(difference, "rightValue"), "nothing");
 }
 
 TEST(JSONCommand, VerifiesAPartition) {
@@ -233,7 +258,12 @@ TEST(JSONCommand, ListsFindingsByFile) {
   const auto object = objectOf(result);
   const auto& files = *object.find("files")->items();
   ASSERT_EQ(files.size(), 2u);
-  EXPECT_GT(files[0].find("findings")->items()->size(), 0u);
+  const auto& findings = *files[0].find("findings")->items();
+  const auto ofSet = std::find_if(findings.begin(), findings.end(),
+                                  [](const JSON::Value& finding) { return finding.find("instanceUID") != nullptr; });
+  ASSERT_NE(ofSet, findings.end());
+  EXPECT_EQ(ofSet->find("set")->text()->find(' '), std::string::npos);
+  EXPECT_EQ(ofSet->find("instanceUID")->text()->size(), 47u);
   EXPECT_THAT(lineOf(files[1], "problem"), HasSubstr("missing.mxf"));
 }
 

@@ -42,10 +42,9 @@ void EditedText::keep() {
 }
 
 uint64 EditedText::lineOf(const Edit::Finding& finding) const {
-  const auto space = finding.set.rfind(' ');
-  if (space == std::string::npos) return 0;
+  if (finding.instanceUID.empty()) return 0;
   const auto text = file_.bytes();
-  const auto set = offsetOf(finding.set.substr(space + 1), text);
+  const auto set = offsetOf(finding.instanceUID, text);
   if (set == std::string::npos) return 0;
   const auto property = finding.property.empty() ? set : std::min(text.find(finding.property, set), text.size());
   const auto place = property == text.size() ? set : property;
