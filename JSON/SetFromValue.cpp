@@ -112,13 +112,14 @@ const MetaMetadataSet& definitionOf(const Value& json, const PartitionMetadata& 
 class SetMaker {
  public:
   SetMaker(const Value& json, const MetaMetadataSet& definition, PartitionDictionary& tags,
-           std::vector<UnknownName>* unknownNames)
+           std::vector<UnknownName>* unknownNames, Diagnostics& diagnostics)
       : json_(json),
         set_(std::make_unique<MetadataSet>(definition.key(), &definition)),
         reader_(*set_, tags),
         unknown_(definition, tags),
         tags_(tags),
-        unknownNames_(unknownNames) {}
+        unknownNames_(unknownNames),
+        diagnostics_(diagnostics) {}
 
   auto_ptr<MetadataSet> make() {
     requireMembers(json_, {"set", "key", "names", "instanceUID", "properties", "others"});
@@ -128,6 +129,7 @@ class SetMaker {
     readOthers();
     for (const auto& late : late_) readValue(late);
     for (const auto& one : read_) check(one);
+    requireIdentity();
     return std::move(set_);
   }
 
@@ -250,7 +252,14 @@ class SetMaker {
   void check(const Property& property) {
     const auto* value = property.element->wireValue();
     if (value == nullptr) return;
-    within(property, [&] { requireAgreement({set_.get(), &definitionOf(property)}, *property.json, *value); });
+    within(property, [&] {
+      requireAgreement({set_.get(), &definitionOf(property)}, *property.json, *value, diagnostics_);
+    });
+  }
+
+  void requireIdentity() {
+    const bool isMissing = definition().instanceUIDAttribute() != nullptr && set_->instanceUID() == nullptr;
+    if (isMissing) diagnostics_.push_back({Diagnostic::Kind::kMissingInstanceUID});
   }
 
   /// Leaves out what the dictionary lacks, where that is asked for.
@@ -266,7 +275,8 @@ class SetMaker {
 
   template <class Action>
   void within(const Property& property, Action&& action) {
-    readingAt(property.place, json_, [&] { readingAt(property.name, *property.json, action); });
+    readingAt(property.place, json_, diagnostics_,
+              [&] { readingAt(property.name, *property.json, diagnostics_, action); });
   }
 
   const Value& json_;
@@ -275,6 +285,7 @@ class SetMaker {
   UnknownTags unknown_;
   PartitionDictionary& tags_;
   std::vector<UnknownName>* unknownNames_;
+  Diagnostics& diagnostics_;
   std::vector<Property> read_;
   std::vector<Property> late_;
 };
@@ -303,11 +314,12 @@ void appendUnknownMarks(const Value& set, const MetaMetadata::Dictionary& dictio
   }
 }
 
-void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown) {
+void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown,
+            Diagnostics& diagnostics) {
   if (isDark(json)) return addDark(json, partition);
   auto& tags = partition.partitionDictionary();
   try {
-    partition.addMetadataSet(SetMaker(json, definitionOf(json, partition), tags, unknown).make());
+    partition.addMetadataSet(SetMaker(json, definitionOf(json, partition), tags, unknown, diagnostics).make());
   } catch (const UnknownName& set) {
     if (unknown == nullptr) throw;
     unknown->push_back(set);

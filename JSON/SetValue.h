@@ -27,8 +27,10 @@ void appendUnknownMarks(const Value& set, const MetaMetadata::Dictionary& dictio
 Types::UUID instanceUIDIn(const Value& json, std::string_view name);
 
 /// Adds the set that an object is at the end of a partition.
-/// @param unknown  receives what the dictionary lacks, which is left out then; null to refuse it.
+/// @param unknown      receives what the dictionary lacks, which is left out then; null to refuse it.
+/// @param diagnostics  receives what else is odd, with the place within the object.
 /// @throws Refusal, with the place within the object.
-void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown);
+void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown,
+            Diagnostics& diagnostics);
 
 }  // namespace Vantor::JSON

@@ -175,6 +175,61 @@ TEST(JSONCommand, RefusesOptionsForXML) {
   EXPECT_THAT(run({"import", exported.json, "-o", exported.output, "--exact"}).err, HasSubstr("--exact is for XML"));
 }
 
+TEST(JSONCommand, WarnsOfALabelThatTheDictionaryDoesNotKnow) {
+  Exported exported;
+  exported.replace("\"label\": \"MXFOP1a", "\"label\": \"MXFOP1q");
+  const Result result = run({"import", exported.json, "-o", exported.output});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.err,
+              testing::MatchesRegex("mxfxml: [^\n]*/a\\.json: warning: line [0-9]+: "
+                                    "/sets/[0-9]+/properties/OperationalPattern/label: Preface [^\n]*"
+                                    "\"label\" has 'MXFOP1q[^\n]* the value counts, which is MXFOP1a[^\n]*\n"));
+  EXPECT_EQ(run({"import", exported.json, "-o", exported.folder.path("c.mxf"), "--strict"}).exitCode, 1);
+  EXPECT_THAT(exported.folder.files(), testing::ElementsAre("a.json", "b.mxf"));
+}
+
+TEST(JSONCommand, PutsNoUnknownLabelBackUnlessItKeepsGoing) {
+  Exported exported;
+  exported.replace("\"label\": \"MXFOP1a", "\"label\": \"MXFOP1q");
+  const std::vector<std::string> command = {"import",          exported.json, "--into",
+                                            exported.original, "-o",          exported.output};
+  const Result result = run(command);
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err,
+              EndsWith("1 thing is wrong with the document; nothing is written; --keep-going writes the rest\n"));
+  EXPECT_THAT(exported.folder.files(), testing::ElementsAre("a.json"));
+  auto going = command;
+  going.push_back("--keep-going");
+  EXPECT_EQ(run(going).exitCode, 1);
+  EXPECT_EQ(readFile(exported.output), readFile(exported.original));
+}
+
+TEST(JSONCommand, WarnsOfASetWithoutInstanceUID) {
+  Exported exported;
+  exported.replace("\"sets\": [", "\"sets\": [{\"set\": \"Identification\", \"properties\": {}},");
+  const Result result = run({"import", exported.json, "-o", exported.output});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.err, HasSubstr(": /sets/0: Identification: the set has no \"instanceUID\", so that no reference"));
+}
+
+/// A file that is no document, and what messages call it.
+TEST(JSONCommand, NamesWhatIsNoDocument) {
+  const ScratchFolder folder;
+  const std::string file = folder.path("a.json");
+  for (const auto& [content, text] : std::vector<std::pair<std::string, std::string>>{
+           {"", "the file is empty"},
+           {" \n", "the file has only white space"},
+           {"null", "the file begins with 'null'"},
+           {std::string("{\0\n\0", 4), "this is text in UTF-16, and no XML; JSON is read in UTF-8"},
+           {"\x89PNG\r\n\x1A\n", "this is a binary file"},
+           {readFile(sample(kJSONSample)), "this is an MXF file"}}) {
+    writeFile(file, content);
+    const auto message = "mxfxml: " + file + ": " + text + "; metadata in XML begin with '<', in JSON with '{'\n";
+    EXPECT_EQ(run({"import", file, "-o", folder.path("b.mxf")}).err, message);
+    EXPECT_EQ(run({"import", file, "--into", sample(kJSONSample), "-o", folder.path("b.mxf")}).err, message);
+  }
+}
+
 TEST(JSONCommand, ComparesDocuments) {
   Exported exported;
   EXPECT_EQ(run({"diff", exported.json, exported.original}).exitCode, 0);
@@ -236,7 +291,7 @@ TEST(JSONCommand, GivesTheValuesOfDifferencesTheFormOfAnExport) {
 
 TEST(JSONCommand, GivesNoValueOfAPropertyThatIsNotThere) {
   Exported exported;
-  const auto at = exported.text.find("\"ApplicationName\"");
+  const auto at = exported.text.find("\"ApplicationName\": \"GStreamer");
   exported.replace(exported.text.substr(at, exported.text.find('\n', at) + 1 - at), "");
   const auto object = objectOf(run({"diff", exported.original, exported.json, "--json"}));
   const auto& difference = object.find("differences")->items()->at(0);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Core/Platform/Path.h"
+#include "Core/Platform/Types.h"
 
 namespace Vantor::Tool {
 
@@ -45,6 +46,10 @@ std::string currentExceptionText();
 /// The same with the name of a file in front, unless the exception names its file itself, as every IOError does.
 /// @param file  may be empty.
 std::string currentExceptionText(const Path& file);
+
+/// The line of a document that the exception being handled carries (`Exceptions::DocumentLine`); 0 for none. To be
+/// called in a catch clause.
+uint64 currentExceptionLine();
 
 /// Does something with a file that is not the input, which its errors name then. @throws OtherFileError.
 template <class Action>
