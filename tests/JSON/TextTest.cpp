@@ -73,7 +73,7 @@ TEST(JSONText, IsRefusedWithLineAndColumn) {
   EXPECT_THAT(refusalOf("{\"a\": \"\xC3\"}"), testing::HasSubstr(": it is not UTF-8"));
   EXPECT_THAT(refusalOf("{\"a\" \"\xC3\xA4\"}"), testing::HasSubstr(": '\"\xC3\xA4\"' cannot stand here"));
   EXPECT_THAT(refusalOf("{\"a\" \"" + std::string(100, 'x') + "\"}"), testing::HasSubstr("xxx...' cannot stand here"));
-  EXPECT_EQ(refusalOf("{\"a\": nulx}"), "line 1, column 11: 'nulx' cannot stand here");
+  EXPECT_EQ(refusalOf("{\"a\": nulx}"), "line 1, column 10: 'nulx' cannot stand here");
   EXPECT_THAT(refusalOf("{\"a\": \"\xFF\"}"), testing::HasSubstr(": it is not UTF-8"));
   EXPECT_THAT(refusalOf("{\"a\": \"\xC3 \"}"), testing::HasSubstr(": it is not UTF-8"));
   EXPECT_THAT(refusalOf("{\"a\": \"x\n\"}"),
