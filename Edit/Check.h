@@ -38,7 +38,9 @@ struct Finding {
   std::string set;       ///< `MetadataSet::fullName`; empty when no set is concerned
   std::string property;  ///< its symbol; empty when the set as a whole is concerned, or none
   std::vector<std::string> arguments;
-  std::string otherName = {};  ///< the common name of the property, or of the whole set; empty for none
+  std::string otherName = {};    ///< the common name of the property, or of the whole set; empty for none
+  std::string symbol = {};       ///< of the set (`MetadataSet::name`), its key where it has none; empty without a set
+  std::string instanceUID = {};  ///< of the set, in dotted pairs; empty for none
 };
 
 /// The sentence of the rule with the arguments, in English.

@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "Core/Metadata/PartitionDigest.h"
+#include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/UMID32.h"
@@ -14,6 +15,7 @@ namespace {
 
 using Exceptions::InvalidFormat;
 using Exceptions::raise;
+using Exceptions::raiseAt;
 using LosslessXML::Diagnostic;
 
 /// The package identifiers of a partition, as octets in file order.
@@ -123,8 +125,9 @@ void requireIdentifiedSets(const std::vector<Diagnostic>& diagnostics) {
            diagnostic.kind == Diagnostic::Kind::kMissingInstanceUID;
   });
   if (found == diagnostics.end()) return;
-  raise<InvalidFormat>("line {}: the set has no valid InstanceUID, so that it matches no set of the file",
-                       found->place.line);
+  raiseAt<InvalidFormat>(found->place.line,
+                         "line {}: the set has no valid InstanceUID, so that it matches no set of the file",
+                         found->place.line);
 }
 
 /// A nested document in the exact form has nothing in the place of a reference to a set that is written elsewhere. The

@@ -7,6 +7,7 @@
 
 #include "Core/DataIO/File.h"
 #include "Core/MXF/PartitionChoice.h"
+#include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Raise.h"
 #include "JSON/Refusal.h"
@@ -23,13 +24,21 @@ struct Document::Content {
 namespace {
 
 using Exceptions::raise;
+using Exceptions::raiseAt;
 
 constexpr std::size_t kShownBytes = 256;  // enough for the white space before a document
 
+std::string setIn(const Part& part) { return part.index ? nameOfSet(part.value) : std::string(); }
+
 std::string messageOf(const Part& part, const Refusal& refusal) {
-  const auto set = part.index ? nameOfSet(part.value) : std::string();
-  return "line " + std::to_string(refusal.line()) + ": " + refusal.pointer() + ": " + (set.empty() ? "" : set + ": ") +
-         refusal.what();
+  return describe(refusal.place(), setIn(part)) + refusal.what();
+}
+
+/// The place in the whole document of what was found in an item.
+template <class Found>
+void placeIn(const Part& part, Found& found) {
+  found.isWithin(std::to_string(*part.index), part.value.line());
+  found.isWithin(part.name, part.value.line());
 }
 
 /// Reads a part; a refusal becomes an exception with the whole place.
@@ -43,7 +52,7 @@ void readPart(const Part& part, Read&& read) {
   try {
     readingAt(part.name, part.value, readMember);
   } catch (const Refusal& refusal) {
-    raise<Kind>("{}", messageOf(part, refusal));
+    raiseAt<Kind>(refusal.place().line, "{}", messageOf(part, refusal));
   }
 }
 
@@ -131,24 +140,34 @@ Document Document::fromFile(const Path& file) {
 
 const std::optional<Description>& Document::description() const { return content_->description; }
 
-void Document::import(PartitionMetadata& partition, std::vector<std::string>* unknown) const {
+void Document::import(PartitionMetadata& partition, std::vector<std::string>* unknown, Diagnostics* diagnostics) const {
   const auto forEachSet = [this](const auto& read) {
     readParts(content_->text, [&read](const Part& part) {
       if (part.name != "sets" || !part.index) return;
       readPart<Exceptions::InvalidFormat>(part, [&](const Value&) { read(part); });
     });
   };
-  // First, since only the primer of their file has a meaning for these tags.
-  forEachSet([&partition](const Part& part) {
-    if (isDark(part.value)) reserveTags(part.value, partition.partitionDictionary());
+  // First, since only the primer of their file has a meaning for the tags in dark sets, and so that the order of sets
+  // does not decide which tags the other labels get.
+  auto& tags = partition.partitionDictionary();
+  std::vector<UnknownMark> marks;
+  forEachSet([&](const Part& part) {
+    if (isDark(part.value)) return reserveTags(part.value, tags);
+    appendUnknownMarks(part.value, *tags.dictionary(), marks);
   });
+  enterLabels(std::move(marks), tags);
   forEachSet([&](const Part& part) {
     std::vector<UnknownName> names;
-    addSet(part.value, partition, unknown == nullptr ? nullptr : &names);
+    Diagnostics found;
+    addSet(part.value, partition, unknown == nullptr ? nullptr : &names, found);
     for (auto& name : names) {
-      name.isWithin(std::to_string(*part.index), part.value.line());
-      name.isWithin(part.name, part.value.line());
+      placeIn(part, name);
       unknown->push_back(messageOf(part, name));
+    }
+    for (auto& one : found) {
+      placeIn(part, one.place);
+      one.set = setIn(part);
+      if (diagnostics != nullptr) diagnostics->push_back(std::move(one));
     }
   });
 }

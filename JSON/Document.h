@@ -10,6 +10,7 @@
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Path.h"
 #include "Core/Types/UUID.h"
+#include "JSON/Diagnostic.h"
 
 /// Header metadata as JSON and back, without loss. The form is described in docs/json.md, and in JSON Schema in
 /// docs/mxf-metadata.schema.json.
@@ -80,7 +81,9 @@ class Document {
   /// stay.
   /// @param unknown  receives such a message for each name that the dictionary lacks; these sets and properties are
   ///                 left out then. Null to refuse them.
-  void import(PartitionMetadata& partition, std::vector<std::string>* unknown = nullptr) const;
+  /// @param diagnostics  receives what may not be meant, in the order of the sets; may be null.
+  void import(PartitionMetadata& partition, std::vector<std::string>* unknown = nullptr,
+              Diagnostics* diagnostics = nullptr) const;
 
  private:
   struct Content;

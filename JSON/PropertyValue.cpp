@@ -113,11 +113,15 @@ bool isKnownLabel(const PropertyPlace& place, const std::string& label) {
   }
 }
 
-void requireLabel(const PropertyPlace& place, const Value& json, const SimpleDataType& item) {
+void requireLabel(const PropertyPlace& place, const Value& json, const SimpleDataType& item, Diagnostics& diagnostics) {
   const auto& label = textOf(json);
-  const bool agrees = Utils::wstringToString(printItem(place, item)) == label || !isKnownLabel(place, label) ||
-                      stands(place, label, item);
-  if (!agrees) refuseContradiction(place, "label", label, item);
+  const auto text = Utils::wstringToString(printItem(place, item));
+  if (text == label) return;
+  if (!isKnownLabel(place, label)) {
+    diagnostics.push_back({Diagnostic::Kind::kUnknownLabel, {label, text}});
+  } else if (!stands(place, label, item)) {
+    refuseContradiction(place, "label", label, item);
+  }
 }
 
 double numberIn(const Value& json) {
@@ -135,17 +139,19 @@ void requireRatio(const PropertyPlace& place, const Value& json, const Types::Ra
 }
 
 template <class Check>
-void checkMember(const Value& json, const char* name, Check&& check) {
+void checkMember(const Value& json, const char* name, Diagnostics& diagnostics, Check&& check) {
   const auto* member = json.find(name);
-  if (member != nullptr) readingAt(name, *member, [&] { check(*member); });
+  if (member != nullptr) readingAt(name, *member, diagnostics, [&] { check(*member); });
 }
 
-void requireItemAgreement(const PropertyPlace& place, const Value& json, const SimpleDataType& item) {
-  checkMember(json, "text", [&](const Value& member) { requireText(place, member, item); });
-  checkMember(json, "label", [&](const Value& member) { requireLabel(place, member, item); });
+void requireItemAgreement(const PropertyPlace& place, const Value& json, const SimpleDataType& item,
+                          Diagnostics& diagnostics) {
+  const auto check = [&](const char* name, const auto& action) { checkMember(json, name, diagnostics, action); };
+  check("text", [&](const Value& member) { requireText(place, member, item); });
+  check("label", [&](const Value& member) { requireLabel(place, member, item, diagnostics); });
   if (item.identifier() != Types::Identifiers::kRational) return;
   const auto& rational = static_cast<const Types::Rational&>(item);
-  checkMember(json, "value", [&](const Value& member) { requireRatio(place, member, rational); });
+  check("value", [&](const Value& member) { requireRatio(place, member, rational); });
 }
 
 }  // namespace
@@ -158,6 +164,13 @@ Value valueOf(const PropertyPlace& place, const SimpleDataType* value) {
   if (value == nullptr) return {};
   auto json = naturalValue(place, *value);
   return restores(place, json, *value) ? json : octetsOf(value->rawBuffer(), value->encodedSize());
+}
+
+Value valueOf(const MetadataSet& set, const Element& property) {
+  const auto* value = property.wireValue();
+  const auto* definition = property.metaAttribute().metaElement();
+  if (definition != nullptr) return valueOf({&set, definition}, value);
+  return value == nullptr ? octetsOf(nullptr, 0) : octetsOf(value->rawBuffer(), value->encodedSize());
 }
 
 Bytes octetsIn(const Value& json) {
@@ -183,13 +196,15 @@ bool dependsOnSet(const PropertyPlace& place, const Value& json) {
   return place.definition->dataType() == Types::Identifiers::kPosition && json.text() != nullptr;
 }
 
-void requireAgreement(const PropertyPlace& place, const Value& json, const SimpleDataType& value) {
+void requireAgreement(const PropertyPlace& place, const Value& json, const SimpleDataType& value,
+                      Diagnostics& diagnostics) {
   const auto* list = asCollection(value);
-  if (list == nullptr) return requireItemAgreement(place, json, value);
+  if (list == nullptr) return requireItemAgreement(place, json, value, diagnostics);
   if (json.items() == nullptr) return;
   for (uint32 i = 0; i < list->size(); ++i) {
     const auto& item = json.items()->at(i);
-    readingAt(std::to_string(i), item, [&] { requireItemAgreement(place, item, list->at(i)); });
+    const auto check = [&] { requireItemAgreement(place, item, list->at(i), diagnostics); };
+    readingAt(std::to_string(i), item, diagnostics, check);
   }
 }
 

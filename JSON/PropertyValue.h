@@ -2,6 +2,7 @@
 
 #include "Core/Metadata/PropertyText.h"
 #include "Core/Platform/Containers.h"
+#include "JSON/Diagnostic.h"
 #include "JSON/Value.h"
 
 /// The values of properties as JSON: docs/json.md.
@@ -28,6 +29,9 @@ namespace Vantor::JSON {
 /// @param place  with its definition. @param value  null for a property without value.
 Value valueOf(const PropertyPlace& place, const Types::SimpleDataType* value);
 
+/// The same for a property of a set; the octets of one that was not read.
+Value valueOf(const MetadataSet& set, const Element& property);
+
 /// The value that a JSON value is. Takes what `valueOf` makes, and texts as people write them (`parseProperty`).
 /// Members for people, such as "text" and "label", are ignored here; see `requireAgreement`.
 /// @param place  with its definition.
@@ -38,10 +42,12 @@ auto_ptr<Types::SimpleDataType> valueFrom(const PropertyPlace& place, const Valu
 /// Whether `valueFrom` may need other properties of the set: timecodes as text have the rate of their set.
 bool dependsOnSet(const PropertyPlace& place, const Value& json);
 
-/// Compares what JSON has for people with the value. A label that the dictionary does not know is ignored.
-/// @param place  with set and definition; all other properties of the set have their values.
+/// Compares what JSON has for people with the value.
+/// @param place        with set and definition; all other properties of the set have their values.
+/// @param diagnostics  receives labels that the dictionary does not know, with their place in the value.
 /// @throws Refusal for a contradiction.
-void requireAgreement(const PropertyPlace& place, const Value& json, const Types::SimpleDataType& value);
+void requireAgreement(const PropertyPlace& place, const Value& json, const Types::SimpleDataType& value,
+                      Diagnostics& diagnostics);
 
 /// The octets of a value, {"octets": "..."}, as digits.
 Value octetsOf(const uint8* octets, std::size_t size);

@@ -5,29 +5,6 @@
 
 namespace Vantor::JSON {
 
-namespace {
-
-std::string escaped(std::string_view step) {
-  std::string text;
-  for (const char character : step) {
-    if (character == '~') {
-      text += "~0";
-    } else if (character == '/') {
-      text += "~1";
-    } else {
-      text += character;
-    }
-  }
-  return text;
-}
-
-}  // namespace
-
-void Refusal::isWithin(std::string_view step, uint32 line) {
-  pointer_ = "/" + escaped(step) + pointer_;
-  if (line_ == 0) line_ = line;
-}
-
 void requireMembers(const Value& object, std::initializer_list<std::string_view> names) {
   if (object.members() == nullptr) throw Refusal(std::string("it is ") + object.kindName() + ", not an object");
   for (const auto& [name, value] : *object.members()) {

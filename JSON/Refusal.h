@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "Core/Platform/Exceptions.h"
+#include "JSON/Diagnostic.h"
 #include "JSON/Value.h"
 
 /// Why a part of a document is refused, and where.
@@ -13,16 +14,13 @@ namespace Vantor::JSON {
 class Refusal : public std::runtime_error {
  public:
   /// @param line  of the document; 0 when it is not known.
-  explicit Refusal(const std::string& reason, uint32 line = 0) : std::runtime_error(reason), line_(line) {}
+  explicit Refusal(const std::string& reason, uint32 line = 0) : std::runtime_error(reason), place_{"", line} {}
 
-  /// The JSON pointer (RFC 6901) of the part, from the value that is read.
-  const std::string& pointer() const { return pointer_; }
-  uint32 line() const { return line_; }
-  void isWithin(std::string_view step, uint32 line);
+  const Place& place() const { return place_; }
+  void isWithin(std::string_view step, uint32 line) { place_.isWithin(step, line); }
 
  private:
-  std::string pointer_;
-  uint32 line_;
+  Place place_;
 };
 
 /// A name or key that the dictionary lacks.
@@ -45,6 +43,14 @@ auto readingAt(std::string_view step, const Value& part, Read&& read) {
     refusal.isWithin(step, part.line());
     throw refusal;
   }
+}
+
+/// The same for a reader that adds to diagnostics, which get the place of the part, too.
+template <class Read>
+void readingAt(std::string_view step, const Value& part, Diagnostics& diagnostics, Read&& read) {
+  const auto first = diagnostics.size();
+  readingAt(step, part, read);
+  for (auto i = first; i < diagnostics.size(); ++i) diagnostics[i].place.isWithin(step, part.line());
 }
 
 /// @throws Refusal when the object has a member of another name.

@@ -43,6 +43,15 @@ Bytes octetsMember(const Value& json) {
   });
 }
 
+/// The mark of an unknown property.
+UnknownMark markIn(const Value& json, const MetaMetadata::Dictionary& dictionary) {
+  std::optional<Types::UniversalLabel> label;
+  if (json.find("key") != nullptr) label = identifierIn<Types::UniversalLabel>(json, "key");
+  const auto* given = label ? &*label : nullptr;
+  if (json.find("tag") == nullptr) return {std::nullopt, label};
+  return markOf(identifierIn<Types::LocalTag>(json, "tag"), given, dictionary);
+}
+
 // Dark sets.
 
 uint8 lengthOctetsIn(const Value& json) {
@@ -103,13 +112,14 @@ const MetaMetadataSet& definitionOf(const Value& json, const PartitionMetadata& 
 class SetMaker {
  public:
   SetMaker(const Value& json, const MetaMetadataSet& definition, PartitionDictionary& tags,
-           std::vector<UnknownName>* unknownNames)
+           std::vector<UnknownName>* unknownNames, Diagnostics& diagnostics)
       : json_(json),
         set_(std::make_unique<MetadataSet>(definition.key(), &definition)),
         reader_(*set_, tags),
         unknown_(definition, tags),
         tags_(tags),
-        unknownNames_(unknownNames) {}
+        unknownNames_(unknownNames),
+        diagnostics_(diagnostics) {}
 
   auto_ptr<MetadataSet> make() {
     requireMembers(json_, {"set", "key", "names", "instanceUID", "properties", "others"});
@@ -119,6 +129,7 @@ class SetMaker {
     readOthers();
     for (const auto& late : late_) readValue(late);
     for (const auto& one : read_) check(one);
+    requireIdentity();
     return std::move(set_);
   }
 
@@ -210,18 +221,10 @@ class SetMaker {
   void readUnknown(const Value& json) {
     requireMembers(json, {"tag", "key", "octets", "property", "text", "reason"});
     const auto octets = octetsMember(json);
-    const auto tag = unknown_.tagFor(markIn(json)).value();
+    const auto tag = unknown_.tagFor(markIn(json, *tags_.dictionary())).value();
     const bool hadInstanceUID = set_->instanceUID() != nullptr;
     reader_.place({tag, octets.data(), octets.size()});
     if (!hadInstanceUID && set_->instanceUID() != nullptr) throw Refusal("the InstanceUID stands in \"instanceUID\"");
-  }
-
-  UnknownMark markIn(const Value& json) const {
-    std::optional<Types::UniversalLabel> label;
-    if (json.find("key") != nullptr) label = identifierIn<Types::UniversalLabel>(json, "key");
-    const auto* given = label ? &*label : nullptr;
-    if (json.find("tag") == nullptr) return {std::nullopt, label};
-    return markOf(identifierIn<Types::LocalTag>(json, "tag"), given, *tags_.dictionary());
   }
 
   void add(Element* element, Property property) {
@@ -249,7 +252,14 @@ class SetMaker {
   void check(const Property& property) {
     const auto* value = property.element->wireValue();
     if (value == nullptr) return;
-    within(property, [&] { requireAgreement({set_.get(), &definitionOf(property)}, *property.json, *value); });
+    within(property, [&] {
+      requireAgreement({set_.get(), &definitionOf(property)}, *property.json, *value, diagnostics_);
+    });
+  }
+
+  void requireIdentity() {
+    const bool isMissing = definition().instanceUIDAttribute() != nullptr && set_->instanceUID() == nullptr;
+    if (isMissing) diagnostics_.push_back({Diagnostic::Kind::kMissingInstanceUID});
   }
 
   /// Leaves out what the dictionary lacks, where that is asked for.
@@ -265,7 +275,8 @@ class SetMaker {
 
   template <class Action>
   void within(const Property& property, Action&& action) {
-    readingAt(property.place, json_, [&] { readingAt(property.name, *property.json, action); });
+    readingAt(property.place, json_, diagnostics_,
+              [&] { readingAt(property.name, *property.json, diagnostics_, action); });
   }
 
   const Value& json_;
@@ -274,6 +285,7 @@ class SetMaker {
   UnknownTags unknown_;
   PartitionDictionary& tags_;
   std::vector<UnknownName>* unknownNames_;
+  Diagnostics& diagnostics_;
   std::vector<Property> read_;
   std::vector<Property> late_;
 };
@@ -289,11 +301,25 @@ void reserveTags(const Value& darkSet, PartitionDictionary& tags) {
   reserveDarkTags(keyIn(darkSet), octets.data(), octets.size(), tags);
 }
 
-void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown) {
+void appendUnknownMarks(const Value& set, const MetaMetadata::Dictionary& dictionary, std::vector<UnknownMark>& marks) {
+  const auto* others = set.find("others");
+  if (others == nullptr || others->items() == nullptr) return;
+  for (const auto& other : *others->items()) {
+    if (other.find("octets") == nullptr) continue;
+    try {
+      marks.push_back(markIn(other, dictionary));
+    } catch (const Refusal&) {
+      // It is refused when the property is read.
+    }
+  }
+}
+
+void addSet(const Value& json, PartitionMetadata& partition, std::vector<UnknownName>* unknown,
+            Diagnostics& diagnostics) {
   if (isDark(json)) return addDark(json, partition);
   auto& tags = partition.partitionDictionary();
   try {
-    partition.addMetadataSet(SetMaker(json, definitionOf(json, partition), tags, unknown).make());
+    partition.addMetadataSet(SetMaker(json, definitionOf(json, partition), tags, unknown, diagnostics).make());
   } catch (const UnknownName& set) {
     if (unknown == nullptr) throw;
     unknown->push_back(set);

@@ -1,23 +1,27 @@
 #include "JSON/Text.h"
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
-#include "Core/Platform/Raise.h"
+#include "Core/Platform/DocumentLine.h"
 
 namespace Vantor::JSON {
 
 namespace {
 
 using Exceptions::ParseError;
-using Exceptions::raise;
+using Exceptions::raiseAt;
 using Tree = nlohmann::ordered_json;
 
 constexpr int kIndent = 2;
+constexpr uint8 kFirstPrintable = 0x20;
+constexpr uint8 kBeyondASCII = 0x80;
+constexpr uint8 kLeadOctet = 0xC0;  // of several that are a character in UTF-8
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 Tree treeOf(const Value& value);
@@ -120,16 +124,76 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     return true;
   }
 
-  bool parse_error(std::size_t position, const std::string&, const nlohmann::json::exception& error) override {
-    refuse(reasonOf(error.what()), position == 0 ? 0 : position - 1);
+  /// @param position  how many bytes were read. @param token  of a number, its text.
+  bool parse_error(std::size_t position, const std::string& token, const nlohmann::json::exception& error) override {
+    const auto byte = position == 0 ? 0 : position - 1;
+    const bool isTooLarge = dynamic_cast<const nlohmann::json::out_of_range*>(&error) != nullptr;
+    refuse(isTooLarge ? "the number " + token + " is too large" : reasonAt(byte), byte);
   }
 
  private:
-  /// The message without the position and the number of the error that stand before it.
-  static std::string reasonOf(const std::string& message) {
-    const auto column = message.find("column ");
-    const auto end = column == message.npos ? message.find("] ") : message.find(": ", column);
-    return end == message.npos ? message : message.substr(end + 2);
+  /// Why the document is no JSON. @param byte  the last one that was read.
+  std::string reasonAt(std::size_t byte) const {
+    const auto open = openTextAt(byte);
+    const bool isInText = open != text_.npos;
+    if (byte >= text_.size()) return isInText ? "a text has no end" : "the document ends too early";
+    if (isNoUTF8(byte)) return "it is not UTF-8";
+    const bool isControl = static_cast<uint8>(text_[byte]) < kFirstPrintable;
+    if (!isInText && isControl) return "a control character cannot stand here";
+    const bool isWhole = text_[byte] == '"' && !endsInEscape(byte);
+    if (!isInText || isWhole) {
+      return "'" + wordBetween(isInText ? open : wordAt(byte), byte) + "' cannot stand here";
+    }
+    if (isControl) return "a text has a control character; a line feed is \\n";
+    return "a text has an escape that stands for no character; a backslash is \\\\";
+  }
+
+  /// Shortened.
+  std::string wordBetween(std::size_t first, std::size_t last) const {
+    constexpr std::size_t kMost = 40;
+    std::string word(text_.substr(first, std::min(last + 1 - first, kMost)));
+    if (last + 1 - first <= kMost) return word;
+    while (static_cast<uint8>(word.back()) >= kBeyondASCII) word.pop_back();
+    return word + "...";
+  }
+
+  /// Where the quoted text begins that a byte is in, its last quote included; npos for none.
+  std::size_t openTextAt(std::size_t byte) const {
+    std::size_t open = text_.npos;
+    for (std::size_t at = 0; at < std::min(byte, text_.size()); ++at) {
+      if (open != text_.npos && text_[at] == '\\') {
+        ++at;
+      } else if (text_[at] == '"') {
+        open = open == text_.npos ? at : text_.npos;
+      }
+    }
+    return open;
+  }
+
+  /// Where the word begins that a byte ends.
+  std::size_t wordAt(std::size_t byte) const {
+    const auto isInWord = [](char character) { return std::isalnum(static_cast<uint8>(character)) != 0; };
+    if (!isInWord(text_[byte])) return byte;
+    while (byte != 0 && isInWord(text_[byte - 1])) --byte;
+    return byte;
+  }
+
+  /// Of a byte that was refused: whether it is beyond ASCII, or behind a character that is not whole.
+  bool isNoUTF8(std::size_t byte) const {
+    const auto octet = static_cast<uint8>(text_[byte]);
+    if (octet >= kBeyondASCII) return true;
+    const uint8 before = byte == 0 ? uint8{0} : static_cast<uint8>(text_[byte - 1]);
+    return octet >= kFirstPrintable && before >= (octet == '"' ? kLeadOctet : kBeyondASCII);
+  }
+
+  /// Whether a quote stands behind an escape with too few digits, or behind one half of a character ("\ud800").
+  bool endsInEscape(std::size_t quote) const {
+    constexpr std::size_t kSize = 6;
+    const auto last = text_.substr(quote - std::min(quote, kSize), std::min(quote, kSize));
+    const auto escape = last.rfind("\\u");
+    if (escape == last.npos) return false;
+    const bool isHalf = escape == 0 && (last[2] == 'd' || last[2] == 'D') && last.find_first_of("89abAB", 3) == 3;
+    return escape != 0 || isHalf;
   }
 
   [[noreturn]] void refuse(const std::string& reason) {
@@ -137,7 +201,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   }
   [[noreturn]] void refuse(const std::string& reason, std::size_t byte) {
     const auto [line, column] = positionOf(text_, byte);
-    raise<ParseError>("line {}, column {}: {}{}", line, column, reason, placeText());
+    raiseAt<ParseError>(line, "line {}, column {}: {}{}", line, column, reason, placeText());
   }
 
   /// The part that is being read, for messages.
@@ -258,7 +322,8 @@ std::string nameOfSet(const Value& set) {
 bool looksLikeJSON(std::string_view text) {
   if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) text.remove_prefix(kByteOrderMark.size());
   const auto first = text.find_first_not_of(" \t\r\n");
-  return first != text.npos && (text[first] == '{' || text[first] == '[');
+  const bool isUTF16 = first != text.npos && first + 1 < text.size() && text[first + 1] == '\0';
+  return first != text.npos && !isUTF16 && (text[first] == '{' || text[first] == '[');
 }
 
 }  // namespace Vantor::JSON

@@ -42,7 +42,7 @@ Value fromText(std::string_view text);
 std::string nameOfSet(const Value& set);
 
 /// Whether a text looks like a JSON document: its first character is '{' or '[', apart from white space and a byte
-/// order mark.
+/// order mark, and no NUL follows, as in UTF-16.
 bool looksLikeJSON(std::string_view text);
 
 }  // namespace Vantor::JSON

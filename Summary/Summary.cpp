@@ -81,7 +81,7 @@ class SummaryReader {
     if (const auto* id = valueOf<Types::UMID32>(set, "PackageID")) package.id = *id;
     package.created = dateIn(set, "CreationTime");
     package.modified = dateIn(set, "PackageLastModified");
-    package.usage = labelOf(set, "PackageUsage");
+    package.usage = labelIn(set, "PackageUsage");
     package.start = startOf(set);
     starts_.emplace(&set, package.start);
     result_.packages.push_back(std::move(package));

@@ -65,12 +65,12 @@ struct Package {
   };
 
   Kind kind = Kind::kSource;
-  std::optional<std::string> name;             ///< PackageName (Name)
-  std::optional<Types::UMID32> id;             ///< PackageID (PackageUID)
-  std::optional<Types::Timestamp> created;     ///< CreationTime (PackageCreationDate), UTC
-  std::optional<Types::Timestamp> modified;    ///< PackageLastModified (PackageModifiedDate), UTC
-  std::optional<Timecode> start;               ///< of its first timecode track
-  std::optional<Types::UniversalLabel> usage;  ///< PackageUsage
+  std::optional<std::string> name;           ///< PackageName (Name)
+  std::optional<Types::UMID32> id;           ///< PackageID (PackageUID)
+  std::optional<Types::Timestamp> created;   ///< CreationTime (PackageCreationDate), UTC
+  std::optional<Types::Timestamp> modified;  ///< PackageLastModified (PackageModifiedDate), UTC
+  std::optional<Timecode> start;             ///< of its first timecode track
+  std::optional<Label> usage;                ///< PackageUsage
 };
 
 /// A soundfield group or a group of these: a MCALabelSubDescriptor (ST 377-4).

@@ -3,6 +3,7 @@
 #include <xercesc/dom/DOMCharacterData.hpp>
 
 #include "Core/Metadata/ElementFactory.h"
+#include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Raise.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "XMLBuilder/LosslessForms.h"
@@ -173,12 +174,14 @@ void requireUnused(const Types::UUID& instanceUID, const DOMElement& element, co
                    LosslessRules& rules, const MetadataSet* own) {
   const auto line = rules.report().lineOf(element);
   if (const auto* known = rules.report().find(instanceUID)) {
-    Exceptions::raise<Clash>("line {}: the {} has the InstanceUID of the {} at line {}; give one of them another", line,
-                             name, known->set->fullName(), rules.report().lineOf(*known->element));
+    Exceptions::raiseAt<Clash>(line,
+                               "line {}: the {} has the InstanceUID of the {} at line {}; give one of them another",
+                               line, name, known->set->fullName(), rules.report().lineOf(*known->element));
   }
   const auto& all = rules.partition().findByInstanceUID(instanceUID);
   if (all.empty() || all.front() == own) return;
-  Exceptions::raise<Clash>(
+  Exceptions::raiseAt<Clash>(
+      line,
       "line {}: the {} has the InstanceUID of the {} that the partition has already; give one of them another, or "
       "import into a new partition",
       line, name, all.front()->fullName());

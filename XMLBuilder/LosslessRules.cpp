@@ -99,6 +99,22 @@ uint32 itemSizeOf(const Values& values, Identifier type) {
   return size;
 }
 
+/// The marks of all unknown properties that have one.
+std::vector<UnknownMark> unknownMarksBelow(const DOMElement& root) {
+  std::vector<UnknownMark> marks;
+  for (const auto* node = XMLUtils::nextInTree(root, root); node != nullptr; node = XMLUtils::nextInTree(*node, root)) {
+    if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
+    const auto& element = static_cast<const DOMElement&>(*node);
+    if (!LosslessForms::isGroupsElement(element, Vocabulary::kDarkElement)) continue;
+    try {
+      marks.push_back(unknownMarkOf(element));
+    } catch (const Exceptions::BaseException&) {
+      // Reported when the property is read.
+    }
+  }
+  return marks;
+}
+
 }  // namespace
 
 // Sets.
@@ -111,6 +127,7 @@ void LosslessRules::begin() {
   for (const auto* child : XMLUtils::childElements(root())) {
     if (isFloatingContainer(*child)) LosslessDarkSets::reserveTags(*child, partition());
   }
+  enterLabels(unknownMarksBelow(root()), partition().partitionDictionary());
 }
 
 const MetaMetadata::MetaMetadataSet* LosslessRules::findSet(const DOMElement& element, std::u16string_view other) {

@@ -23,7 +23,7 @@ class LosslessRules : public ReadingRules {
   /// Counts the Prefaces of the document, this one included.
   std::size_t countPreface() { return ++prefaces_; }
 
-  /// Checks the root, and reserves the local tags used in dark sets.
+  /// Checks the root, reserves the local tags used in dark sets, and gives tags to the labels of unknown properties.
   void begin();
 
   const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element,

@@ -74,6 +74,18 @@ std::optional<wstring> newNameOf(const DOMElement& element) {
   return NewSets::isName(text) ? std::optional(std::move(text)) : std::nullopt;
 }
 
+UnknownMark unknownMarkOf(const DOMElement& element) {
+  const auto textOf = [](const DOMNode& mark) {
+    return Types::checkedText(Types::Identifiers::kUniversalLabel, nodeText(mark));
+  };
+  const auto* tag = LosslessForms::groupsAttribute(element, Vocabulary::kStaticLocalTag);
+  const auto* label = LosslessForms::groupsAttribute(element, Vocabulary::kUniversalLabel);
+  UnknownMark mark;
+  if (label != nullptr) mark.label = Types::UniversalLabel(textOf(*label), kDottedForm);
+  if (tag != nullptr) mark.tag = Types::LocalTag(textOf(*tag), kDottedForm);
+  return mark;
+}
+
 void reportUnread(const DOMElement& element, const SetChildren& children,
                   const MetaMetadata::MetaMetadataSet& definition, LosslessRules& rules) {
   rules.reportText(element);
@@ -192,7 +204,7 @@ void LosslessSet::readNamed(const DOMElement& child, const MetaMetadata::MetaEle
 /// of their tag become that property, as in a file.
 void LosslessSet::readUnknown(const DOMElement& child) {
   rules_.reportValueAttributes(child, nullptr);
-  const auto tag = localTagOf(child).value();
+  const auto tag = tags_.tagFor(unknownMarkOf(child)).value();
   const auto octets = parseHexString(Types::checkedText(Types::Identifiers::kUnknown, LosslessForms::plainText(child)));
   auto& tags = rules_.partition().partitionDictionary();
   const auto* known = knownProperty(tag);
@@ -212,19 +224,6 @@ void LosslessSet::readUnknown(const DOMElement& child) {
 
 void LosslessSet::reportMisplacedInstanceUID(const DOMElement& child) {
   rules_.report().add(Kind::kInvalidValue, child, {"the InstanceUID of a set is an attribute of its element"});
-}
-
-/// The local tag of an unknown property, by the marks of its element.
-Types::LocalTag LosslessSet::localTagOf(const DOMElement& child) {
-  const auto textOf = [](const DOMNode& mark) {
-    return Types::checkedText(Types::Identifiers::kUniversalLabel, nodeText(mark));
-  };
-  const auto* tag = LosslessForms::groupsAttribute(child, Vocabulary::kStaticLocalTag);
-  const auto* label = LosslessForms::groupsAttribute(child, Vocabulary::kUniversalLabel);
-  UnknownMark mark;
-  if (label != nullptr) mark.label = Types::UniversalLabel(textOf(*label), kDottedForm);
-  if (tag != nullptr) mark.tag = Types::LocalTag(textOf(*tag), kDottedForm);
-  return tags_.tagFor(mark);
 }
 
 /// The property that a tag stands for, if it is one of the set's own and the document has it.

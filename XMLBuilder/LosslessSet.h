@@ -12,6 +12,9 @@ std::optional<Types::UUID> instanceUIDOf(const xercesc::DOMElement& element);
 /// The name "new:..." that a set's element has in place of an InstanceUID; none for every other element.
 std::optional<wstring> newNameOf(const xercesc::DOMElement& element);
 
+/// The mark of an unknown property's element. @throws Exceptions::InvalidFormat for a mark that is none.
+UnknownMark unknownMarkOf(const xercesc::DOMElement& element);
+
 /// Reports what was not read of a set's element: text, attributes and children. Where two children stand for one
 /// property, either may be the one that was meant, so the property counts as unread.
 void reportUnread(const xercesc::DOMElement& element, const SetChildren& children,
@@ -36,7 +39,6 @@ class LosslessSet : public SetSource {
   void reportMisplacedInstanceUID(const xercesc::DOMElement& child);
   void readNamed(const xercesc::DOMElement& child, const MetaMetadata::MetaElement& definition);
   void readUnknown(const xercesc::DOMElement& child);
-  Types::LocalTag localTagOf(const xercesc::DOMElement& child);
   const MetaMetadata::MetaElement* knownProperty(uint16 tag) const;
   bool isConfirmed(const BaseFacts::PropertyName& name, std::size_t ordinal);
 

@@ -9,9 +9,11 @@
 #include <xercesc/dom/DOMLSParser.hpp>
 #include <xercesc/dom/DOMProcessingInstruction.hpp>
 #include <xercesc/sax/SAXException.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Raise.h"
 #include "XMLBuilder/DocumentDescription.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
@@ -50,6 +52,9 @@ auto inWords(const char* refusal, Operation&& operation) {
   using Exceptions::ParseError;
   try {
     return operation();
+  } catch (const xercesc::SAXParseException& error) {
+    Exceptions::raiseAt<ParseError>(error.getLineNumber(), "{} XML: {}", refusal,
+                                    XMLUtils::utf16ToWstring(error.getMessage()));
   } catch (const xercesc::SAXException& error) {
     Exceptions::raise<ParseError>("{} XML: {}", refusal, XMLUtils::utf16ToWstring(error.getMessage()));
   } catch (const xercesc::XMLException& error) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Core/Platform/Raise.h"
+#include "Core/Platform/DocumentLine.h"
 #include "Core/Types/Factories.h"
 #include "Core/Types/ValueText.h"
 #include "XMLBuilder/LosslessRules.h"
@@ -10,7 +10,7 @@
 namespace Vantor::XML2Partition {
 
 using Exceptions::InvalidFormat;
-using Exceptions::raise;
+using Exceptions::raiseAt;
 
 namespace {
 
@@ -29,8 +29,8 @@ NewSets::Names::value_type& NewSets::at(std::u16string_view name) {
 const Types::UUID& NewSets::define(std::u16string_view name, uint64 line, const std::string& kind) {
   auto& [text, named] = at(name);
   if (named.isSet) {
-    raise<Clash>("line {}: the {} is named {}, as is the {} at line {}; give one of them another name", line, kind,
-                 Types::excerpt(text), named.kind, named.line);
+    raiseAt<Clash>(line, "line {}: the {} is named {}, as is the {} at line {}; give one of them another name", line,
+                   kind, Types::excerpt(text), named.kind, named.line);
   }
   named.isSet = true;
   named.kind = kind;
@@ -61,9 +61,11 @@ void NewSets::requireAllDefined() const {
   if (first == nullptr) return;
   const auto& [text, named] = *first;
   const auto name = Types::excerpt(text);
-  if (named.kind.empty()) raise<InvalidFormat>("line {}: no set of the document is named {}", named.reference, name);
-  raise<InvalidFormat>("line {}: no set of the document is named {}; the {} at line {} is, which is no known set",
-                       named.reference, name, named.kind, named.line);
+  if (named.kind.empty())
+    raiseAt<InvalidFormat>(named.reference, "line {}: no set of the document is named {}", named.reference, name);
+  raiseAt<InvalidFormat>(named.reference,
+                         "line {}: no set of the document is named {}; the {} at line {} is, which is no known set",
+                         named.reference, name, named.kind, named.line);
 }
 
 }  // namespace Vantor::XML2Partition

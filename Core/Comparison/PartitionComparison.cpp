@@ -20,6 +20,7 @@ namespace Vantor {
 namespace {
 
 using Kind = PartitionDifference::Kind;
+using Property = PartitionDifference::Property;
 using Insignificant = InsignificantDifference;
 using Types::SimpleDataType;
 
@@ -232,11 +233,12 @@ class Comparer {
                                    entry.set == nullptr ? "" : std::string(entry.set->otherNameOf("")), entry.set});
   }
 
-  void report(const MetadataSet& set, const std::string& property, Finding finding) {
+  void report(const MetadataSet& set, const std::string& property, Finding finding, Property left = {},
+              Property right = {}) {
     const auto* instanceUID = set.instanceUID();
     result_.differences.push_back({finding.kind, set.name(), instanceUID == nullptr ? "" : textOf(*instanceUID),
                                    property + finding.at, std::move(finding.left), std::move(finding.right),
-                                   std::string(set.otherNameOf(property)), &set});
+                                   std::string(set.otherNameOf(property)), &set, left, right});
   }
 
   void compareSets(const MetadataSet& left, const MetadataSet& right) {
@@ -263,9 +265,11 @@ class Comparer {
     const Side side = {pair.left != nullptr ? &leftSet : &rightSet, &property};
     const std::string text = side.textOf(property.wireValue());
     if (pair.left != nullptr) {
-      report(leftSet, propertyName(property, left_.partitionDictionary()), {Kind::kMissingProperty, text, ""});
+      report(leftSet, propertyName(property, left_.partitionDictionary()), {Kind::kMissingProperty, text, ""},
+             {&leftSet, &property});
     } else {
-      report(leftSet, propertyName(property, right_.partitionDictionary()), {Kind::kAddedProperty, "", text});
+      report(leftSet, propertyName(property, right_.partitionDictionary()), {Kind::kAddedProperty, "", text}, {},
+             {&rightSet, &property});
     }
   }
 
@@ -281,7 +285,8 @@ class Comparer {
                        : compareValues(left.wireValue(), right.wireValue());
     if (!finding) return;
     ++result_.differingProperties;
-    report(leftSet, propertyName(left, left_.partitionDictionary()), std::move(*finding));
+    report(leftSet, propertyName(left, left_.partitionDictionary()), std::move(*finding), {&leftSet, &left},
+           {&rightSet, &right});
   }
 
   bool haveSameLabel(const Element& left, const Element& right) const {

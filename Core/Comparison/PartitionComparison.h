@@ -31,6 +31,14 @@ struct PartitionDifference {
   /// The set itself: of the left partition, of the right one for `kAddedSet`; null for a dark set. Belongs to its
   /// partition.
   const MetadataSet* place = nullptr;
+
+  /// A property of a set; both belong to their partition.
+  struct Property {
+    const MetadataSet* set = nullptr;
+    const Element* element = nullptr;  ///< null where there is none: of whole sets and dark sets, and on one side alone
+  };
+  Property leftProperty = {};
+  Property rightProperty = {};
 };
 
 /// The name of a kind of difference, such as "missing set".

@@ -72,6 +72,13 @@ std::string_view withoutOtherName(std::string_view text) {
   return open == kNowhere || behindOtherName(text, open) != text.size() ? text : withoutBlanks(text.substr(0, open));
 }
 
+[[noreturn]] void raiseNoKind(const std::string& path) {
+  raise<InvalidFormat>(
+      "'*' in '{}' is no kind of sets; write InterchangeObject[*] for sets of all kinds, or a kind, such as "
+      "TimelineTrack[*]",
+      path);
+}
+
 }  // namespace
 
 SetPath::SetPath(std::string_view text) : text_(text) {
@@ -93,6 +100,7 @@ SetPath::Step SetPath::readStep(std::size_t& at) const {
   step.begin = at;
   step.nameEnd = at = std::min(text_.find_first_of("[]/(", at), text_.size());
   step.name = withoutBlanks(std::string_view(text_).substr(step.begin, at - step.begin));
+  if (step.name == "*") raiseNoKind(text_);
   at = behindOtherName(text_, at);
   while (at < text_.size() && text_[at] == '[') {
     if (step.name.empty()) raise<InvalidFormat>("there is no name before '{}'", text_.substr(at));

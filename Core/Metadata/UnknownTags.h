@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <vector>
 
 #include "Core/MetaMetadata/MetaMetadataSet.h"
 #include "Core/Metadata/PartitionDictionary.h"
@@ -23,6 +24,11 @@ struct UnknownMark {
 UnknownMark markOf(const Types::LocalTag& tag, const Types::UniversalLabel* label,
                    const MetaMetadata::Dictionary& dictionary);
 
+/// Enters the labels of a document's unknown properties into the primer. Their order is that of tags and labels, so
+/// that the numbers of dynamic tags do not depend on the order of sets in the document.
+/// @param marks  in any order; those without label are ignored, and those for which no dynamic tag is free.
+void enterLabels(std::vector<UnknownMark> marks, PartitionDictionary& tags);
+
 /// The local tags that the unknown properties of one set get in a partition, by their marks.
 class UnknownTags {
  public:
@@ -36,8 +42,6 @@ class UnknownTags {
   Types::LocalTag tagFor(const UnknownMark& mark);
 
  private:
-  Types::LocalTag labelled(const Types::LocalTag& tag, const Types::UniversalLabel& label);
-
   const MetaMetadata::MetaMetadataSet& set_;
   PartitionDictionary& tags_;
   std::size_t unmarked_ = 0;

@@ -20,6 +20,16 @@ std::string lowered(std::string_view text) {
   return result;
 }
 
+/// Without case, and without what joins words.
+std::string folded(std::string_view text) {
+  auto result = lowered(text);
+  const auto joinsWords = [](char character) {
+    return std::string_view("_-. ").find(character) != std::string_view::npos;
+  };
+  result.erase(std::remove_if(result.begin(), result.end(), joinsWords), result.end());
+  return result;
+}
+
 /// The edits that make one text of another, each of one letter or of two neighbours that change places.
 std::size_t distance(const std::string& from, const std::string& to) {
   std::vector<std::size_t> beforeLast, last, row(to.size() + 1);
@@ -99,8 +109,8 @@ std::vector<std::string> namesThat(Predicate predicate, const std::vector<std::s
 std::vector<std::string> nearestNames(std::string_view name, const std::vector<std::string>& names, std::size_t most) {
   if (name.empty() || name.size() > kLongestName) return {};
   auto nearest = withFewestEdits(name, names, name.size() < 2 ? 0 : 1, most);
-  if (nearest.empty() && name.size() >= kShortestPart) {
-    nearest = namesThat([&](const auto& candidate) { return containsName(candidate, name); }, names, most);
+  if (const auto part = folded(name); nearest.empty() && part.size() >= kShortestPart) {
+    nearest = namesThat([&](const auto& candidate) { return containsName(folded(candidate), part); }, names, most);
   }
   const auto wanted = lowered(name);
   const auto isPart = [&](const std::string& candidate) {

@@ -31,8 +31,9 @@ class Report {
   void add(const MetadataSet& set, std::vector<std::string> arguments = {}) { add(set, "", std::move(arguments)); }
   /// Something is wrong with a property of a set. @param property  its symbol.
   void add(const MetadataSet& set, const std::string& property, std::vector<std::string> arguments = {}) {
-    const auto other = set.otherNameOf(property);
-    found_.push_back({{&rule_, partitions_, set.fullName(), property, std::move(arguments), std::string(other)}, &set});
+    const std::string other(set.otherNameOf(property)), id = set.instanceUID() ? set.instanceUID()->dottedText() : "";
+    found_.push_back(
+        {{&rule_, partitions_, set.fullName(), property, std::move(arguments), other, set.name(), id}, &set});
   }
   void add(const MetadataSet& set, const char* property, std::vector<std::string> arguments = {}) {
     add(set, std::string(property), std::move(arguments));

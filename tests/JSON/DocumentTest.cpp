@@ -194,6 +194,24 @@ TEST(JSONDocument, MakesAKnownPropertyOfOctetsThatDecode) {
   EXPECT_EQ(onlySet(*back).get<Types::UInt32>("Number").value(), 7u);
 }
 
+/// What an import remarks about documents of these sets.
+std::vector<std::string> remarksOn(const std::string& sets) {
+  PartitionMetadata metadata(testDictionary());
+  Diagnostics found;
+  Document::fromText(documentOf(sets)).import(metadata, nullptr, &found);
+  std::vector<std::string> texts;
+  for (const auto& diagnostic : found) texts.push_back(describe(diagnostic));
+  return texts;
+}
+
+TEST(JSONDocument, HasARemarkOnASetWithoutInstanceUID) {
+  EXPECT_THAT(remarksOn("{\"set\": \"Thing\",\n\"properties\": {}}"),
+              testing::ElementsAre(
+                  "line 2: /sets/0: Thing: the set has no \"instanceUID\", so that no reference can lead to it"));
+  EXPECT_THAT(remarksOn("{\"set\": \"Thing\", \"instanceUID\": \"" + uid(1).dottedText() + "\", \"properties\": {}}"),
+              testing::IsEmpty());
+}
+
 TEST(JSONDocument, IsRefusedWithoutFormatVersionOrSets) {
   EXPECT_EQ(refusalOf("{}"), "the document has no member \"format\"");
   EXPECT_EQ(refusalOf(R"({"format": "mxfxml-metadata", "version": 1})"), "the document has no member \"sets\"");

@@ -5,6 +5,7 @@
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/Metadata/ElementFactory.h"
+#include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/HexDigits.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Types.h"
@@ -17,9 +18,9 @@ namespace {
 using testing::HasSubstr;
 
 /// A property of a set of the built-in dictionary.
-class Place {
+class Property {
  public:
-  Place(const char* set, const char* property)
+  Property(const char* set, const char* property)
       : set_(metadata_.createMetadataSet(set)),
         definition_(*set_.definition()->findAttribute(std::string_view(property))->metaElement()) {}
 
@@ -36,13 +37,14 @@ class Place {
   /// The octets of the value that JSON is, or why it is none.
   std::string octets(const std::string& json) const {
     const auto parsed = fromText("{\"v\": " + json + "}");
+    Diagnostics diagnostics;
     try {
       const auto value = valueFrom(get(), *parsed.find("v"));
       if (value == nullptr) return "none";
-      requireAgreement(get(), *parsed.find("v"), *value);
+      requireAgreement(get(), *parsed.find("v"), *value, diagnostics);
       return Platform::hexText<std::string>(value->rawBuffer(), value->encodedSize());
     } catch (const Refusal& refusal) {
-      return refusal.pointer() + " " + refusal.what();
+      return refusal.place().pointer + " " + refusal.what();
     } catch (const Exceptions::InvalidFormat& error) {
       return error.message();
     }
@@ -54,13 +56,13 @@ class Place {
   const MetaMetadata::MetaElement& definition_;
 };
 
-void expectBoth(const Place& place, const char* octets, const std::string& json) {
+void expectBoth(const Property& place, const char* octets, const std::string& json) {
   EXPECT_EQ(place.json(octets), json);
   EXPECT_EQ(place.octets(json), octets);
 }
 
 TEST(JSONValue, OfAnIntegerIsANumber) {
-  const Place trackID("TimelineTrack", "TrackID");
+  const Property trackID("TimelineTrack", "TrackID");
   expectBoth(trackID, "00000007", "7");
   EXPECT_EQ(trackID.octets("\"7\""), "00000007");
   EXPECT_THAT(trackID.octets("4294967296"), HasSubstr("is not a whole number from 0 to 4294967295"));
@@ -72,7 +74,7 @@ TEST(JSONValue, OfAnIntegerIsANumber) {
 }
 
 TEST(JSONValue, OfAnIntegerBeyondTheRangeOfDoublesIsText) {
-  const Place origin("TimelineTrack", "Origin");
+  const Property origin("TimelineTrack", "Origin");
   expectBoth(origin, "0020000000000000", "9007199254740992");
   expectBoth(origin, "0020000000000001", "\"9007199254740993\"");
   expectBoth(origin, "8000000000000000", "\"-9223372036854775808\"");
@@ -80,7 +82,7 @@ TEST(JSONValue, OfAnIntegerBeyondTheRangeOfDoublesIsText) {
 }
 
 TEST(JSONValue, OfAnEnumerationHasTheName) {
-  const Place layout("CDCIDescriptor", "FrameLayout");
+  const Property layout("CDCIDescriptor", "FrameLayout");
   expectBoth(layout, "01", R"({"value":1,"text":"SeparateFields"})");
   expectBoth(layout, "63", R"({"value":99,"text":"99"})");
   EXPECT_EQ(layout.octets("1"), "01");
@@ -90,7 +92,7 @@ TEST(JSONValue, OfAnEnumerationHasTheName) {
 }
 
 TEST(JSONValue, OfATimecodeHasItsText) {
-  Place start("Timecode", "StartTimecode");
+  Property start("Timecode", "StartTimecode");
   start.set().set("FramesPerSecond", 25);
   start.set().set("DropFrame", false);
   expectBoth(start, "00000000000DBBA0", R"({"value":900000,"text":"10:00:00:00"})");
@@ -99,7 +101,7 @@ TEST(JSONValue, OfATimecodeHasItsText) {
 }
 
 TEST(JSONValue, OfABooleanIsOne) {
-  const Place drop("Timecode", "DropFrame");
+  const Property drop("Timecode", "DropFrame");
   expectBoth(drop, "01", "true");
   expectBoth(drop, "00", "false");
   EXPECT_EQ(drop.octets("\"yes\""), "01");
@@ -107,7 +109,7 @@ TEST(JSONValue, OfABooleanIsOne) {
 }
 
 TEST(JSONValue, OfARationalHasNumeratorAndDenominator) {
-  const Place rate("TimelineTrack", "EditRate");
+  const Property rate("TimelineTrack", "EditRate");
   expectBoth(rate, "00007530000003E9",
              R"({"numerator":30000,"denominator":1001,"value":29.97002997002997,"text":"30000/1001"})");
   expectBoth(rate, "0000000100000000", R"({"numerator":1,"denominator":0,"text":"1/0"})");
@@ -123,20 +125,20 @@ TEST(JSONValue, OfARationalHasNumeratorAndDenominator) {
 }
 
 TEST(JSONValue, OfAVersionHasItsNumbers) {
-  expectBoth(Place("Preface", "FormatVersion"), "0103", R"({"value":259,"text":"1.3"})");
-  expectBoth(Place("Identification", "ToolkitVersion"), "00010002000300040001",
+  expectBoth(Property("Preface", "FormatVersion"), "0103", R"({"value":259,"text":"1.3"})");
+  expectBoth(Property("Identification", "ToolkitVersion"), "00010002000300040001",
              R"({"major":1,"minor":2,"patch":3,"build":4,"release":1,"text":"1.2.3.4 release"})");
 }
 
 TEST(JSONValue, OfATimestampIsText) {
-  const Place modified("Preface", "FileLastModified");
+  const Property modified("Preface", "FileLastModified");
   expectBoth(modified, "07E8020903040502", "\"2024-02-09T03:04:05.008\"");
   expectBoth(modified, "07E80209030405FF", "\"0x07E80209030405FF\"");
   EXPECT_THAT(modified.octets("\"yesterday\""), HasSubstr("is not a date and time"));
 }
 
 TEST(JSONValue, OfATextIsOneWithoutItsFinalNULs) {
-  const Place name("MaterialPackage", "PackageName");
+  const Property name("MaterialPackage", "PackageName");
   EXPECT_EQ(name.json("0041006C00E90000"), "\"Alé\"");
   expectBoth(name, "", "\"\"");
   expectBoth(name, "00220041000A0022", R"("\"A\n\"")");
@@ -147,7 +149,7 @@ TEST(JSONValue, OfATextIsOneWithoutItsFinalNULs) {
 }
 
 TEST(JSONValue, OfALabelHasItsSymbol) {
-  const Place pattern("Preface", "OperationalPattern");
+  const Property pattern("Preface", "OperationalPattern");
   const std::string label = "06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00";
   expectBoth(pattern, "060E2B34040101010D01020101010900",
              R"({"value":")" + label + R"(","label":"MXFOP1aSingleItemSinglePackageMultiTrackStreamInternal"})");
@@ -158,20 +160,20 @@ TEST(JSONValue, OfALabelHasItsSymbol) {
             "060E2B34040101010D01020101010900");
 }
 
-TEST(JSONValue, IgnoresALabelThatTheDictionaryDoesNotKnow) {
-  const Place pattern("Preface", "OperationalPattern");
+TEST(JSONValue, CountsWhereTheDictionaryDoesNotKnowTheLabel) {
+  const Property pattern("Preface", "OperationalPattern");
   const std::string value = R"({"value": "06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00", "label": ")";
   EXPECT_EQ(pattern.octets(value + "AcmePattern\"}"), "060E2B34040101010D01020101010900");
   EXPECT_THAT(pattern.octets(value + "MXFOPAtom1Track1SourceClip\"}"), HasSubstr("/label \"label\" has 'MXFOPAtom"));
 }
 
 TEST(JSONValue, OfAReferenceIsTheInstanceUIDOfItsTarget) {
-  const Place sequence("TimelineTrack", "TrackSegment");
+  const Property sequence("TimelineTrack", "TrackSegment");
   expectBoth(sequence, "00112233445566778899AABBCCDDEEFF", "\"00.11.22.33.44.55.66.77.88.99.AA.BB.CC.DD.EE.FF\"");
 }
 
 TEST(JSONValue, OfOctetsHasDigits) {
-  const Place layout("RGBADescriptor", "PixelLayout");
+  const Property layout("RGBADescriptor", "PixelLayout");
   const std::string octets = "52084708420800000000000000000000";
   EXPECT_THAT(layout.json(octets.c_str()), HasSubstr(R"("octets":")" + octets + '"'));
   EXPECT_EQ(layout.octets(layout.json(octets.c_str())), octets);
@@ -180,7 +182,7 @@ TEST(JSONValue, OfOctetsHasDigits) {
 }
 
 TEST(JSONValue, OfACollectionIsAnArray) {
-  const Place lines("CDCIDescriptor", "VideoLineMap");
+  const Property lines("CDCIDescriptor", "VideoLineMap");
   expectBoth(lines, "00000002000000040000001500000248", "[21,584]");
   expectBoth(lines, "0000000000000004", "[]");
   EXPECT_EQ(lines.json("0000000000000000"), "[]");  // the size of no items is left out
@@ -191,7 +193,7 @@ TEST(JSONValue, OfACollectionIsAnArray) {
 }
 
 TEST(JSONValue, OfNothingIsNull) {
-  const Place lines("CDCIDescriptor", "VideoLineMap");
+  const Property lines("CDCIDescriptor", "VideoLineMap");
   EXPECT_EQ(toLine(valueOf(lines.get(), nullptr)), "null");
   EXPECT_EQ(lines.octets("null"), "none");
 }

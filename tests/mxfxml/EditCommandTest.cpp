@@ -315,6 +315,19 @@ INSTANTIATE_TEST_SUITE_P(
                             "--wait --goto .*/a\\.xml:(21|45)\n"}),
     [](const auto& mistake) { return mistake.param.name; });
 
+TEST_F(EditDialogueTest, OpensJSONAtTheLineOfTheMistake) {
+  const auto script = editor("vim", "sed -i '4s/\"version\"/\"versions\"/;3s/\"version\"/\"versions\"/' \"$file\"",
+                             "sed -i -e s/versions/version/ -e s/FFmpeg/Edited/ \"$file\"");
+  PseudoTerminal terminal({"edit", file(), "--format", "json"}, {"VISUAL=" + script});
+  ASSERT_TRUE(terminal.shows("documents have no such member"));
+  ASSERT_TRUE(terminal.shows(kAgain));
+  terminal.type("e\n");
+  ASSERT_TRUE(terminal.shows(kWrite));
+  terminal.type("y\n");
+  EXPECT_EQ(terminal.finish().exitCode, 0);
+  EXPECT_THAT(log().substr(log().find('\n') + 1), MatchesRegex("\\+3 .*/a\\.json\n"));
+}
+
 TEST_F(EditDialogueTest, EndsWithTheMistakeWhenTheUserWantsThat) {
   auto terminal = started("sed -i s/EditRate/EdRate/");
   ASSERT_TRUE(terminal.shows(kAgain));

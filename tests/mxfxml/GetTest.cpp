@@ -57,6 +57,53 @@ TEST(Get, PrintsAValueOnceThatAllSetsHave) {
   EXPECT_EQ(found("Timecode[*].FramesPerSecond", "bmx-as02-as02b.mxf").substr(0, 6), "25\n25\n");
 }
 
+TEST(Get, PrintsATableWithALineForEachFile) {
+  const auto one = sample("op1a.mxf"), other = sample("gst-audio-ac3.mxf");
+  const auto result =
+      get({"--table", "-p", "MPEGVideoDescriptor.ImageAspectRatio", "-p", "Timecode[*].FramesPerSecond", one, other});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.err, "");
+  auto rates = found("Timecode[*].FramesPerSecond", "gst-audio-ac3.mxf");
+  rates.replace(rates.find('\n'), 1, "; ");
+  EXPECT_EQ(result.out, "file\tMPEGVideoDescriptor.ImageAspectRatio\tTimecode[*].FramesPerSecond\n" + one +
+                            "\t4:3\t25; 25\n" + other + "\t\t" + rates);
+}
+
+TEST(Get, KeepsTabsAndLineFeedsOutOfTheCellsOfATable) {
+  const ScratchFolder folder;
+  const auto file = folder.path("a\tb.mxf");
+  const std::string name = "Identification.ApplicationName";
+  const auto changed = run({"set", sample("gst-audio-ac3.mxf"), name + "=\"one\\ttwo\\nthree\"", "-o", file});
+  ASSERT_EQ(changed.exitCode, 0) << changed.err;
+  const auto value = get({file, name}).out;
+  const auto table = get({"--table", file, name}).out;
+  EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 2);
+  EXPECT_EQ(std::count(table.begin(), table.end(), '\t'), 2);
+  EXPECT_THAT(table, EndsWith("\t" + value));
+  EXPECT_THAT(value, HasSubstr("\\t"));
+  EXPECT_THAT(value, HasSubstr("\\n"));
+}
+
+TEST(Get, LeavesAFileThatCannotBeReadOutOfATable) {
+  const auto result = get({"--table", "-p", "Preface.FormatVersion", "missing.mxf", sample("op1a.mxf")});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 2);
+  EXPECT_THAT(result.err, HasSubstr("missing.mxf"));
+}
+
+TEST(Get, NamesTheKindForAllSetsWhereAStarStandsForIt) {
+  const auto result = get({sample("op1a.mxf"), "*.TrackID"});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_THAT(result.err, HasSubstr("'*' in '*' is no kind of sets; write InterchangeObject[*] for sets of all kinds, "
+                                    "or a kind, such as TimelineTrack[*]"));
+  EXPECT_EQ(get({sample("op1a.mxf"), "InterchangeObject[*].TrackID"}).exitCode, 0);
+}
+
+TEST(Get, FindsNamesWithoutTheSignsBetweenTheirWords) {
+  EXPECT_THAT(get({sample("op1a.mxf"), "AS11CoreFramework.AS_11_Series_Title"}).err,
+              HasSubstr("(did you mean 'DM_AS_11_Core_Framework'"));
+}
+
 TEST(Get, RefusesSetsWithDifferentValuesAsSetDoes) {
   const auto file = sample("bmx-as02-as02b.mxf");
   const auto result = get({file, "TimelineTrack.TrackID"});

@@ -94,7 +94,7 @@ TEST_F(GivenValues, InOctetsAreNothingElseForTextPropertiesToo) {
 TEST_F(GivenValues, AreRefusedWithTheLineOfANumberBeyondAll) {
   expectRefusal("{\n\"TimelineTrack[1].TrackID\": 1e999}", "line 2, column ");
   EXPECT_THAT(set("{\"TimelineTrack[1].TrackID\": 1e999}").err,
-              testing::AllOf(HasSubstr(": number overflow parsing '1e999'"), testing::Not(HasSubstr("exception"))));
+              testing::AllOf(HasSubstr(": the number 1e999 is too large"), testing::Not(HasSubstr("exception"))));
 }
 
 TEST_F(GivenValues, OfAnotherFileAreThoseOfItsSetsByNumber) {
@@ -125,6 +125,14 @@ TEST_F(GivenValues, AreRefusedForASetThatTheFileLacks) {
   EXPECT_THAT(result.err,
               testing::ContainsRegex("there is no TimelineTrack\\[99\\]: the partition has [0-9]+ of these sets"));
   EXPECT_TRUE(readFile(file()) == before);
+}
+
+TEST_F(GivenValues, AreTakenWithAWarningOfALabelThatTheDictionaryDoesNotKnow) {
+  const auto result = set(R"({"Preface.OperationalPattern": {"value": "06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00",
+"label": "MXFOP1q"}})",
+                          {"--only"});
+  EXPECT_THAT(result.err, HasSubstr(": warning: line 2: /Preface.OperationalPattern/label: \"label\" has 'MXFOP1q', "
+                                    "which is no known label; the value counts, which is MXFOP1a"));
 }
 
 TEST_F(GivenValues, DecideAndTheirTextsHaveToAgree) {

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "Edit.h"
 #include "JSON/Text.h"
 #include "JSONSchema.h"
@@ -177,6 +179,61 @@ TEST(JSONCommand, RefusesOptionsForXML) {
   EXPECT_THAT(run({"import", exported.json, "-o", exported.output, "--exact"}).err, HasSubstr("--exact is for XML"));
 }
 
+TEST(JSONCommand, WarnsOfALabelThatTheDictionaryDoesNotKnow) {
+  Exported exported;
+  exported.replace("\"label\": \"MXFOP1a", "\"label\": \"MXFOP1q");
+  const Result result = run({"import", exported.json, "-o", exported.output});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.err,
+              testing::MatchesRegex("mxfxml: [^\n]*/a\\.json: warning: line [0-9]+: "
+                                    "/sets/[0-9]+/properties/OperationalPattern/label: Preface [^\n]*"
+                                    "\"label\" has 'MXFOP1q[^\n]* the value counts, which is MXFOP1a[^\n]*\n"));
+  EXPECT_EQ(run({"import", exported.json, "-o", exported.folder.path("c.mxf"), "--strict"}).exitCode, 1);
+  EXPECT_THAT(exported.folder.files(), testing::ElementsAre("a.json", "b.mxf"));
+}
+
+TEST(JSONCommand, PutsNoUnknownLabelBackUnlessItKeepsGoing) {
+  Exported exported;
+  exported.replace("\"label\": \"MXFOP1a", "\"label\": \"MXFOP1q");
+  const std::vector<std::string> command = {"import",          exported.json, "--into",
+                                            exported.original, "-o",          exported.output};
+  const Result result = run(command);
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err,
+              EndsWith("1 thing is wrong with the document; nothing is written; --keep-going writes the rest\n"));
+  EXPECT_THAT(exported.folder.files(), testing::ElementsAre("a.json"));
+  auto going = command;
+  going.push_back("--keep-going");
+  EXPECT_EQ(run(going).exitCode, 1);
+  EXPECT_EQ(readFile(exported.output), readFile(exported.original));
+}
+
+TEST(JSONCommand, WarnsOfASetWithoutInstanceUID) {
+  Exported exported;
+  exported.replace("\"sets\": [", "\"sets\": [{\"set\": \"Identification\", \"properties\": {}},");
+  const Result result = run({"import", exported.json, "-o", exported.output});
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_THAT(result.err, HasSubstr(": /sets/0: Identification: the set has no \"instanceUID\", so that no reference"));
+}
+
+/// A file that is no document, and what messages call it.
+TEST(JSONCommand, NamesWhatIsNoDocument) {
+  const ScratchFolder folder;
+  const std::string file = folder.path("a.json");
+  for (const auto& [content, text] : std::vector<std::pair<std::string, std::string>>{
+           {"", "the file is empty"},
+           {" \n", "the file has only white space"},
+           {"null", "the file begins with 'null'"},
+           {std::string("{\0\n\0", 4), "this is text in UTF-16, and no XML; JSON is read in UTF-8"},
+           {"\x89PNG\r\n\x1A\n", "this is a binary file"},
+           {readFile(sample(kJSONSample)), "this is an MXF file"}}) {
+    writeFile(file, content);
+    const auto message = "mxfxml: " + file + ": " + text + "; metadata in XML begin with '<', in JSON with '{'\n";
+    EXPECT_EQ(run({"import", file, "-o", folder.path("b.mxf")}).err, message);
+    EXPECT_EQ(run({"import", file, "--into", sample(kJSONSample), "-o", folder.path("b.mxf")}).err, message);
+  }
+}
+
 TEST(JSONCommand, ComparesDocuments) {
   Exported exported;
   EXPECT_EQ(run({"diff", exported.json, exported.original}).exitCode, 0);
@@ -221,6 +278,30 @@ TEST(JSONCommand, DescribesDifferences) {
   EXPECT_EQ(lineOf(difference, "kind"), "\"value\"");
   EXPECT_EQ(lineOf(difference, "set"), "\"Identification\"");
   EXPECT_THAT(lineOf(difference, "right"), StartsWith("\"\\\"Ed "));
+  EXPECT_THAT(lineOf(difference, "leftValue"), StartsWith("\"GStreamer Multimedia"));
+  EXPECT_THAT(lineOf(difference, "rightValue"), StartsWith("\"Ed Multimedia"));
+}
+
+TEST(JSONCommand, GivesTheValuesOfDifferencesTheFormOfAnExport) {
+  Exported exported;
+  const auto at = exported.text.find("\"StartTimecode\": {");
+  exported.replace(exported.text.substr(at, exported.text.find('}', at) + 1 - at), "\"StartTimecode\": 25");
+  const auto object = objectOf(run({"diff", exported.json, exported.original, "--json"}));
+  const auto& difference = object.find("differences")->items()->at(0);
+  EXPECT_EQ(*difference.find("leftValue")->find("value")->integer(), 25);
+  EXPECT_NE(difference.find("leftValue")->find("text"), nullptr);
+  EXPECT_EQ(lineOf(difference, "property"), "\"StartTimecode\"");
+}
+
+TEST(JSONCommand, GivesNoValueOfAPropertyThatIsNotThere) {
+  Exported exported;
+  const auto at = exported.text.find("\"ApplicationName\"");
+  exported.replace(exported.text.substr(at, exported.text.find('\n', at) + 1 - at), "");
+  const auto object = objectOf(run({"diff", exported.original, exported.json, "--json"}));
+  const auto& difference = object.find("differences")->items()->at(0);
+  EXPECT_EQ(lineOf(difference, "kind"), "\"missing property\"");
+  EXPECT_THAT(lineOf(difference, "leftValue"), StartsWith("\"GStreamer"));
+  EXPECT_EQ(lineOf(difference, "rightValue"), "nothing");
 }
 
 TEST(JSONCommand, VerifiesAPartition) {
@@ -236,7 +317,12 @@ TEST(JSONCommand, ListsFindingsByFile) {
   const auto object = objectOf(result);
   const auto& files = *object.find("files")->items();
   ASSERT_EQ(files.size(), 2u);
-  EXPECT_GT(files[0].find("findings")->items()->size(), 0u);
+  const auto& findings = *files[0].find("findings")->items();
+  const auto ofSet = std::find_if(findings.begin(), findings.end(),
+                                  [](const JSON::Value& finding) { return finding.find("instanceUID") != nullptr; });
+  ASSERT_NE(ofSet, findings.end());
+  EXPECT_EQ(ofSet->find("set")->text()->find(' '), std::string::npos);
+  EXPECT_EQ(ofSet->find("instanceUID")->text()->size(), 47u);
   EXPECT_THAT(lineOf(files[1], "problem"), HasSubstr("missing.mxf"));
 }
 

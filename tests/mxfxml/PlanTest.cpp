@@ -112,6 +112,27 @@ TEST_F(PlanTest, KeepsOldBytesOfEachFile) {
   }
 }
 
+TEST_F(PlanTest, ForeseesInADryRunThatOldBytesCannotBeKept) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeFile(table(), std::string("file,path,value\na.mxf,") + kName + "," + std::string(100000, 'x') + "\nb.mxf," +
+                         kName + ",Ed\n");
+  const Result foreseen = set({"--keep-undo", "--dry-run"}), done = set({"--keep-undo"});
+  for (const auto& result : {foreseen, done}) {
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("cannot keep the old bytes of '"));
+    EXPECT_THAT(result.out, HasSubstr("1 file refused, 1 not reached\n"));
+  }
+  EXPECT_TRUE(isUntouched("a.mxf") && isUntouched("b.mxf"));
+}
+
+TEST_F(PlanTest, TakesItsFilesBackAtOnce) {
+  addFiles({"a.mxf", "b.mxf"});
+  writeTable({"a.mxf", "b.mxf"});
+  ASSERT_EQ(set({"--keep-undo"}).exitCode, 0);
+  EXPECT_EQ(run({"undo", path("a.mxf"), path("b.mxf")}).exitCode, 0);
+  EXPECT_TRUE(isUntouched("a.mxf") && isUntouched("b.mxf"));
+}
+
 TEST_F(PlanTest, WritesCopiesIntoAFolder) {
   addFiles({"a.mxf", "b.mxf"});
   writeTable({"a.mxf", "b.mxf"});

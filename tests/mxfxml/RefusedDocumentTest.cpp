@@ -68,7 +68,7 @@ const Refusal kRefusedDocuments[] = {
     {"a document that is no XML",
      kIntoItself,
      1,
-     {"{doc}: not well-formed XML: line 1, column 1: invalid document structure"},
+     {"{doc}: the file begins with 'Hello'; metadata in XML begin with '<', in JSON with '{'"},
      kGst,
      written("Hello\n")},
     {"a document that is not there", kIntoItself, 1, {"cannot read {doc}: No such file or directory"}},

@@ -51,6 +51,18 @@ TEST_F(Undo, PutsTheOldBytesBackOnce) {
             "mxfxml: " + path() + ": no change of the file has kept its old bytes; there is nothing to put back\n");
 }
 
+TEST_F(Undo, TakesManyFilesAndFailsWhereOneHasNothingKept) {
+  change();
+  const auto other = folder_.path("b.mxf");
+  fs::copy_file(sample(kUndoneSample), other);
+  const Result result = run({"undo", other, path()});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.out, path() + ": the file is as it was before its last change\n");
+  EXPECT_EQ(result.err,
+            "mxfxml: " + other + ": no change of the file has kept its old bytes; there is nothing to put back\n");
+  EXPECT_TRUE(isAsItWas());
+}
+
 TEST_F(Undo, FailsWhereItWasStoppedItself) {
   change();
   const std::string real = fs::canonical(path()).string();

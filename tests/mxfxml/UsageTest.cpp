@@ -96,7 +96,7 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
             {"INPUT", "-h,--help", "--partition", "--partitions", "--sets", "--all-sets", "--all", "--json", "--color",
              "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
            {"get",
-            {"INPUT", "Set.Property", "-h,--help", "-p,--property", "--with-names", "--no-names", "--json",
+            {"INPUT", "Set.Property", "-h,--help", "-p,--property", "--with-names", "--no-names", "--json", "--table",
              "--partition", "--dictionary", "--own-dictionary", "--no-own-dictionary"}},
            {"show",
             {"INPUT", "-h,--help", "--set", "--depth", "--refs", "--color", "--partition", "--dictionary",

@@ -147,16 +147,17 @@ class EditCommand final : public Command {
 
   /// 0 where it is not known.
   uint64 lineOfMistake(const EditedText& text, Edit::File* file) const {
-    if (file == nullptr) return text.lineOfCurrentException();
+    if (const auto line = currentExceptionLine(); line != 0 || file == nullptr) return line;
     try {
       const InputDocument document(text.path(), form_.format);
-      const auto edited = document.readFor(*file, unchangedOnly_);
-      const auto& diagnostics = edited.import.diagnostics;
-      if (!diagnostics.empty()) return diagnostics.front().place.line;
+      InputProblems problems;
+      document.readFor(*file, unchangedOnly_, problems);
+      if (!problems.diagnostics.empty()) return problems.diagnostics.front().place.line;
+      if (!problems.jsonDiagnostics.empty()) return problems.jsonDiagnostics.front().place.line;
       const auto refused = Edit::refusedFindings(file->preview(options_.saving()), options_.saving());
       return refused.empty() ? 0 : text.lineOf(refused.front());
     } catch (const Exceptions::BaseException&) {
-      return text.lineOfCurrentException();
+      return currentExceptionLine();
     }
   }
 

@@ -55,7 +55,11 @@ class GetCommand final : public Command {
     auto* bare = app().add_flag("--no-names", noNames_,
                                 "Print values alone where there are several files, without the\nname of the file");
     auto* json = addJSON(app(), isJSON_);
-    json->excludes(names)->excludes(bare);
+    auto* table = app().add_flag("--table", isTable_,
+                                 "Print a line for each file, with its name and a column for each\nproperty, between "
+                                 "tabs; a cell is empty where the file has none");
+    json->excludes(names)->excludes(bare)->excludes(table);
+    table->excludes(names)->excludes(bare);
     names->excludes(bare);
     addPartition(app(), partition_,
                  "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
@@ -67,6 +71,7 @@ class GetCommand final : public Command {
         "the dictionary lacks, sets with different values.");
     addExamples({"get in.mxf MaterialPackage.Name", "get -p MaterialPackage/Timecode.StartTimecode a.mxf b.mxf",
                  "get in.mxf 'MCALabelSubDescriptor[*].RFC5646SpokenLanguage'",
+                 "get --table -p MaterialPackage.Name -p Timecode.StartTimecode *.mxf",
                  "get --json a.mxf 'TimelineTrack[*].TrackName' | mxfxml set b.mxf --from -"});
   }
 
@@ -75,6 +80,7 @@ class GetCommand final : public Command {
     const auto files = filesToRead();
     ExitCode code = kSuccess;
     auto list = JSON::Value::array();
+    if (isTable_) writeStandardOutput(tableHead(paths));
     for (const auto& file : files) code = std::max(code, get(file, paths, files.size() > 1, list));
     if (isJSON_) printJSON(formatted("get").add("files", std::move(list)));
     return code;
@@ -124,6 +130,9 @@ class GetCommand final : public Command {
     }
     if (isJSON_) {
       list.append(describe(file, answers, std::move(json)));
+    } else if (isTable_) {
+      writeStandardOutput(tableRow(file, answers));
+      return codeOf(answers);  // an empty cell shows what is missing
     } else {
       print(answers, paths, areSeveral ? oneLine(file.u8string()) + ": " : "");
     }
@@ -169,14 +178,38 @@ class GetCommand final : public Command {
     return all;
   }
 
+  static ExitCode codeOf(const Answers& answers) {
+    const auto isMissing = [](const PropertyValues& found) { return found.values.empty(); };
+    return std::any_of(answers.byPath.begin(), answers.byPath.end(), isMissing) ? kFailure : kSuccess;
+  }
+
   static ExitCode reportMissing(const Path& file, const Answers& answers) {
-    ExitCode code = kSuccess;
     for (const auto& found : answers.byPath) {
-      if (!found.values.empty()) continue;
-      printMessage(file.u8string() + ": " + found.whyNone);
-      code = kFailure;
+      if (found.values.empty()) printMessage(file.u8string() + ": " + found.whyNone);
     }
-    return code;
+    return codeOf(answers);
+  }
+
+  static std::string tableHead(const Paths& paths) {
+    std::string line = "file";
+    for (const auto& path : paths) line += "\t" + oneLine(path.choice);
+    return line + "\n";
+  }
+
+  /// No value has a tab or a line feed: both are escaped.
+  static std::string tableRow(const Path& file, const Answers& answers) {
+    std::string line = oneLine(file.u8string());
+    for (const auto& found : answers.byPath) line += "\t" + cellOf(found);
+    return line + "\n";
+  }
+
+  static std::string cellOf(const PropertyValues& found) {
+    std::string cell;
+    for (const auto& value : found.values) {
+      cell += (&value == &found.values.front() ? "" : "; ") + value.text;
+      if (found.isOne) break;
+    }
+    return cell;
   }
 
   JSON::Value describe(const Path& file, const Answers& answers, JSON::Value json) const {
@@ -214,6 +247,7 @@ class GetCommand final : public Command {
   bool withNames_ = false;
   bool noNames_ = false;
   bool isJSON_ = false;
+  bool isTable_ = false;
   std::optional<MXF::PartitionChoice> partition_;
   DictionaryOptions dictionary_;
 };

@@ -132,13 +132,11 @@ class ImportCommand final : public Command {
     if (isTerminal()) throw UsageError("an MXF file is not for a terminal; redirect standard output, or name a file");
   }
 
-  DocumentFormat format() const {
-    return format_ ? *format_ : documentFormatOf(input()).value_or(DocumentFormat::kXML);
-  }
+  DocumentFormat format() const { return format_ ? *format_ : requiredFormatOf(input()); }
 
-  /// @param diagnostics  receives those of the last time that the document is read.
-  std::unique_ptr<PartitionMetadata> readDocument(const DictionaryOptions::LoadFor& load, Diagnostics& diagnostics,
-                                                  std::vector<std::string>& unknown) const {
+  /// @param problems  receives those of the last time that the document is read.
+  std::unique_ptr<PartitionMetadata> readDocument(const DictionaryOptions::LoadFor& load,
+                                                  InputProblems& problems) const {
     const InputDocument document(input(), format());
     auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
     if (exact_ && isStandardInput(input())) {
@@ -149,21 +147,20 @@ class ImportCommand final : public Command {
       const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
       XML2Partition::getPartitionMetadataFromFile(path.utf16(), metadata.get());
     } else {
-      diagnostics = document.import(*metadata, unknown);
+      document.import(*metadata, problems);
     }
     return metadata;
   }
 
   void writeHeaderOnly() const {
     refuseStoppedChange(*output_);
-    Diagnostics diagnostics;
-    std::vector<std::string> unknown;
-    const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, diagnostics, unknown); };
+    InputProblems problems;
+    const auto read = [&](const DictionaryOptions::LoadFor& load) { return readDocument(load, problems); };
     const auto found = dictionary_.read({input(), read});
-    refuseUnknown(input(), unknown);
+    refuseUnknown(input(), problems.unknown);
     auto& metadata = *found;
-    if (!dictionary_.usesOwn()) warnOfOwnNames(input(), diagnostics, metadata);
-    printDiagnostics(input(), diagnostics, strict_, kNothingWritten);
+    if (!dictionary_.usesOwn()) warnOfOwnNames(input(), problems.diagnostics, metadata);
+    printDiagnostics(input(), problems, strict_, kNothingWritten);
     const auto lost = tagsWithoutLabels(metadata);
     if (lost != 0) {
       printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +

@@ -109,6 +109,7 @@ class SetCommand final : public Command {
   std::size_t edit(const EditTarget& target, PartitionMetadata& metadata, const std::vector<Change>& changes) const {
     const auto result = SetEdit(target, start_, options_.keepsGoing()).run(metadata, changes);
     for (const auto& remark : result.remarks) printMessage(input().u8string() + ": " + remark);
+    for (const auto& warning : result.warnings) printMessage(warning);
     const auto& failures = result.failures;
     for (const auto& failure : failures) {
       if (&failure == &failures.back() && !options_.keepsGoing()) std::rethrow_exception(failure.reason);

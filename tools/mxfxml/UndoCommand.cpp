@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <vector>
+
 #include "CommandLine/Command.h"
+#include "CommandLine/CommonOptions.h"
 #include "Input/StoppedChange.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardStreams.h"
@@ -7,19 +11,46 @@ namespace Vantor::Tool {
 
 namespace {
 
+using DataIO::File::Undoing;
+
 class UndoCommand final : public Command {
  public:
   explicit UndoCommand(CLI::App& program)
-      : Command(program, "undo", "Undo the last change in place that kept its old bytes (--keep-undo)") {
-    addInput("MXF file");
-    addExamples({"undo in.mxf"});
+      : Command(program, "undo", "Undo the last change in place of files that kept its old bytes (--keep-undo)") {
+    const auto take = [this](const std::vector<std::string>& names) {
+      for (const auto& name : names) files_.push_back(std::filesystem::u8path(name));
+    };
+    app()
+        .add_option_function<std::vector<std::string>>("INPUT", take, "MXF files")
+        ->required()
+        ->type_name("")
+        ->check(whyNoFileName);
+    addExamples({"undo in.mxf", "undo *.mxf"});
   }
+
   ExitCode run() const override {
-    const auto undoing = DataIO::File::undo(input());
-    if (undoing == DataIO::File::Undoing::kNothingKept) throw CommandError(describe(undoing));
-    writeStandardOutput(describe(undoing) + "\n");
+    ExitCode highest = kSuccess;
+    for (const auto& file : files_) highest = std::max(highest, undo(file));
+    return highest;
+  }
+
+ private:
+  /// A file that cannot be put back does not keep the command from the others.
+  ExitCode undo(const Path& file) const {
+    auto undoing = Undoing::kNothingKept;
+    try {
+      undoing = DataIO::File::undo(file);
+      if (undoing == Undoing::kNothingKept) throw CommandError(describe(undoing));
+    } catch (...) {
+      printMessage(currentExceptionText(file));
+      return kFailure;
+    }
+    const auto name = files_.size() > 1 ? oneLine(file.u8string()) + ": " : "";
+    writeStandardOutput(name + describe(undoing) + "\n");
     return kSuccess;
   }
+
+  std::vector<Path> files_;
 };
 
 }  // namespace

@@ -33,6 +33,20 @@ TEST(UnknownTags, GiveALabelTheStaticTagOfTheSet) {
   EXPECT_EQ(UnknownTags(thing(), tags).tagFor({{}, labelOf("Number")}).value(), 0x4001);
 }
 
+TEST(UnknownTags, GiveLabelsTheSameTagsInAnyOrder) {
+  const UnknownMark foreign{Types::LocalTag(0x4001), labelOf("Foreign")}, number{{}, labelOf("Number")}, none;
+  const UnknownMark dynamic{{}, labelOf("Dynamic")}, dark{{}, Types::UniversalLabel(darkSetKey())};
+  PartitionDictionary tags(testDictionary()), others(testDictionary());
+  enterLabels({dynamic, none, dark, foreign, number, dark}, tags);
+  enterLabels({dark, number, foreign, dynamic}, others);
+  ASSERT_EQ(tags.primerEntries().size(), 4u);
+  for (const auto* mark : {&foreign, &number, &dynamic, &dark}) {
+    EXPECT_NE(tags.tryFindTag(*mark->label), 0);
+    EXPECT_EQ(tags.tryFindTag(*mark->label), others.tryFindTag(*mark->label));
+  }
+  EXPECT_EQ(tags.tryFindTag(*foreign.label), 0x4001);
+}
+
 TEST(UnknownTags, LetTheLabelCountWhereTheTagIsTaken) {
   PartitionDictionary tags(testDictionary());
   tags.addPrimerEntry({0x4001, labelOf("Number").key()});

@@ -29,9 +29,6 @@ class EditedText {
 
   /// The line of what a rule forbids, as far as the text shows it; else 0.
   uint64 lineOf(const Edit::Finding& finding) const;
-  /// The line that the exception being handled names in its text, behind the name of the file; 0 for none. To be called
-  /// in a catch clause.
-  uint64 lineOfCurrentException() const;
 
  private:
   PrivateFile file_;

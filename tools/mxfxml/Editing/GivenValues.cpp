@@ -35,8 +35,7 @@ std::string documentText(const Path& document) {
 }
 
 std::string messageOf(const std::string& pointer, const Refusal& refusal) {
-  const auto line = refusal.line() == 0 ? "" : "line " + std::to_string(refusal.line()) + ": ";
-  return line + pointer + refusal.pointer() + ": " + refusal.what();
+  return JSON::describe({pointer + refusal.place().pointer, refusal.place().line}, "") + refusal.what();
 }
 
 bool isOctets(const JSON::Value& json) { return json.find("octets") != nullptr; }
@@ -161,13 +160,27 @@ wstring GivenValue::textFor(const MetadataSet& set) const {
   return printLine(place, *JSON::valueFrom(place, json));
 }
 
-void GivenValue::requireAgreement(const MetadataSet& set) const {
+std::vector<std::string> GivenValue::requireAgreement(const MetadataSet& set) const {
   const auto held = heldProperty(set, path_.property);
   const auto* value = held.element == nullptr ? nullptr : held.element->wireValue();
   const bool isExact = part_.value && !isOctets(*part_.value) && value != nullptr;
-  if (!isExact || held.element->metaAttribute().asUnknown() != nullptr) return;
-  within(part_.member, &*part_.value, [&] { JSON::requireAgreement({&set, held.definition}, *part_.value, *value); });
+  if (!isExact || held.element->metaAttribute().asUnknown() != nullptr) return {};
+  JSON::Diagnostics found;
+  within(part_.member, &*part_.value, [&] {
+    JSON::requireAgreement({&set, held.definition}, *part_.value, *value, found);
+  });
   if (part_.text) within("text", nullptr, [&] { requireText(set); });
+  return messagesOf(std::move(found));
+}
+
+std::vector<std::string> GivenValue::messagesOf(JSON::Diagnostics diagnostics) const {
+  std::vector<std::string> messages;
+  for (auto& diagnostic : diagnostics) {
+    diagnostic.place.isWithin(part_.member, part_.value->line());
+    diagnostic.place.pointer.insert(0, part_.pointer);
+    messages.push_back(part_.document + ": warning: " + describe(diagnostic));
+  }
+  return messages;
 }
 
 void GivenValue::requireText(const MetadataSet& set) const {
@@ -185,7 +198,7 @@ GivenValues readGivenValues(const Path& document) {
   try {
     return ValuesReader(name).read(JSON::fromText(documentText(document)));
   } catch (const Refusal& refusal) {
-    throw OtherFileError(name + ": " + (refusal.pointer().empty() ? refusal.what() : messageOf("", refusal)));
+    throw OtherFileError(name + ": " + (refusal.place().pointer.empty() ? refusal.what() : messageOf("", refusal)));
   } catch (...) {
     throw OtherFileError(name + ": " + currentExceptionText());
   }

@@ -8,6 +8,7 @@
 #include "Core/Metadata/MetadataSet.h"
 #include "Core/Metadata/SetPath.h"
 #include "Core/Platform/Path.h"
+#include "JSON/Diagnostic.h"
 #include "JSON/Value.h"
 
 /// Values of properties that a JSON document gives: docs/json.md.
@@ -31,14 +32,16 @@ class GivenValue {
   /// Sets the property. Files are not read for a value. @throws OtherFileError.
   void assignTo(MetadataSet& set) const;
   /// Compares what the document has for people with the value of the set, once all properties have theirs.
+  /// @return warnings about labels that the dictionary does not know, which name the document.
   /// @throws OtherFileError for a contradiction.
-  void requireAgreement(const MetadataSet& set) const;
+  std::vector<std::string> requireAgreement(const MetadataSet& set) const;
 
  private:
   template <class Action>
   void within(const std::string& member, const JSON::Value* json, Action action) const;
   wstring textFor(const MetadataSet& set) const;
   void requireText(const MetadataSet& set) const;
+  std::vector<std::string> messagesOf(JSON::Diagnostics diagnostics) const;
 
   PropertyPath path_;
   Part part_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Core/Platform/DocumentLine.h"
 #include "Editing/EarlierEdit.h"
 #include "Editing/EditReport.h"
 #include "Input/StoppedChange.h"
@@ -16,26 +17,30 @@ namespace {
 
 constexpr const char* kRestLeft = "; nothing is written; --keep-going writes the rest";
 
+/// To be called in a catch clause.
+[[noreturn]] void throwDocumentError(const Path& document) {
+  throw DocumentError(currentExceptionText(document), currentExceptionLine());
+}
+
 template <class Action>
 auto namingDocument(const Path& document, Action action) {
   try {
     return action();
   } catch (...) {
-    throw DocumentError(currentExceptionText(document));
+    throwDocumentError(document);
   }
 }
 
 InputDocument readInput(const Path& file, std::optional<DocumentFormat> format) {
-  return namingDocument(file, [&] {
-    return InputDocument(file, format ? *format : documentFormatOf(file).value_or(DocumentFormat::kXML));
-  });
+  return namingDocument(file, [&] { return InputDocument(file, format ? *format : requiredFormatOf(file)); });
 }
 
 [[noreturn]] void refuseDocument(const Path& document, const Path& file, const Exceptions::InvalidFormat& error) {
   const auto text = document.u8string() + ": cannot be put into " + file.u8string() + ": " + error.message();
   if (dynamic_cast<const Edit::FileHasChanged*>(&error) != nullptr) throw OutdatedDocument(text);
   const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
-  throw DocumentError(text + (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""));
+  throw DocumentError(text + (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""),
+                      Exceptions::documentLineOf(error));
 }
 
 }  // namespace
@@ -83,11 +88,10 @@ std::optional<MXF::PartitionChoice> ImportEdit::partition() const {
 ImportEdit::Merged ImportEdit::merge(Edit::File& file) const {
   try {
     Merged result;
-    const auto edited = readFor(file);
-    const auto& diagnostics = edited.import.diagnostics;
-    if (!options_.dictionary.usesOwn()) warnOfOwnNames(documentFile_, diagnostics, file.metadata());
-    namingDocument(documentFile_,
-                   [&] { printDiagnostics(documentFile_, diagnostics, !options_.keepsGoing, kRestLeft); });
+    InputProblems problems;
+    const auto edited = readFor(file, problems);
+    if (!options_.dictionary.usesOwn()) warnOfOwnNames(documentFile_, problems.diagnostics, file.metadata());
+    namingDocument(documentFile_, [&] { printDiagnostics(documentFile_, problems, !options_.keepsGoing, kRestLeft); });
     const auto merged = mergeInto(file, edited, result);
     if (edited.isOfEarlierState && !options_.merge.mergesOtherFile && !result.isThere) {
       printMessage(file_.u8string() +
@@ -100,20 +104,20 @@ ImportEdit::Merged ImportEdit::merge(Edit::File& file) const {
       throw OtherFileError(file_.u8string() + ": " + (rejected == 1 ? "an edit is" : "edits are") + " rejected" +
                            kRestLeft);
     }
-    result.isWhole = diagnostics.empty() && rejected == 0;
+    result.isWhole = problems.count() == 0 && rejected == 0;
     return result;
   } catch (const Exceptions::InvalidFormat& error) {
     refuseDocument(documentFile_, file_, error);
   }
 }
 
-Edit::EditedDocument ImportEdit::readFor(Edit::File& file) const {
+Edit::EditedDocument ImportEdit::readFor(Edit::File& file, InputProblems& problems) const {
   try {
-    return document_.readFor(file, options_.merge);
+    return document_.readFor(file, options_.merge, problems);
   } catch (const Exceptions::InvalidFormat&) {
     throw;  // it may be about both
   } catch (...) {
-    throw DocumentError(currentExceptionText(documentFile_));
+    throwDocumentError(documentFile_);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "CommandLine/DictionaryOptions.h"
+#include "Core/Platform/DocumentLine.h"
 #include "Edit/File.h"
 #include "Input/InputDocument.h"
 #include "Terminal/ErrorText.h"
@@ -11,9 +12,9 @@
 namespace Vantor::Tool {
 
 /// A document cannot be read, or not be put into a file. The text names it.
-class DocumentError : public OtherFileError {
+class DocumentError : public OtherFileError, public Exceptions::DocumentLine {
  public:
-  using OtherFileError::OtherFileError;
+  explicit DocumentError(const std::string& text, uint64 line = 0) : OtherFileError(text), DocumentLine(line) {}
 };
 /// The file has changed since the document was exported, and the options refuse that.
 class OutdatedDocument final : public DocumentError {
@@ -52,7 +53,7 @@ class ImportEdit {
   Merged merge(Edit::File& file) const;
 
  private:
-  Edit::EditedDocument readFor(Edit::File& file) const;
+  Edit::EditedDocument readFor(Edit::File& file, InputProblems& problems) const;
   Edit::MergeReport mergeInto(Edit::File& file, const Edit::EditedDocument& edited, Merged& merged) const;
   bool hasEdits(Edit::File& file) const;
 

@@ -104,16 +104,18 @@ SetEdit::Result SetEdit::run(PartitionMetadata& metadata, const std::vector<Chan
     made.after = textOf(*place.set, place.change->property);
     result.made.push_back(std::move(made));
   }
-  if (result.failures.empty()) checkGiven(places, result.failures, metadata);
+  if (result.failures.empty()) checkGiven(places, result, metadata);
   return result;
 }
 
 /// What a property means may depend on another one, as a timecode does on its rate: so this runs after all changes.
-void SetEdit::checkGiven(const std::vector<Place>& places, std::vector<Failure>& failures,
-                         const PartitionMetadata& metadata) const {
+void SetEdit::checkGiven(const std::vector<Place>& places, Result& result, const PartitionMetadata& metadata) const {
   for (const auto& place : places) {
     const auto* given = place.change->given.get();
-    if (given != nullptr) attempt(*place.change, failures, metadata, [&] { given->requireAgreement(*place.set); });
+    if (given == nullptr) continue;
+    attempt(*place.change, result.failures, metadata, [&] {
+      for (auto& warning : given->requireAgreement(*place.set)) result.warnings.insert(std::move(warning));
+    });
   }
 }
 

@@ -3,6 +3,7 @@
 #include <exception>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,7 @@ class SetEdit {
     std::vector<Failure> failures = {};
     std::vector<Made> made = {};
     std::vector<std::string> remarks = {};  ///< on properties that cannot be removed, since they are not there
+    std::set<std::string> warnings = {};    ///< about given values; each names its document
   };
 
   /// @param start       of several sets with one name, the one to edit; none for the sets that paths lead to.
@@ -87,8 +89,7 @@ class SetEdit {
   std::vector<Place> placesOf(const PartitionMetadata& metadata, const std::vector<Change>& changes,
                               std::vector<Failure>& failures) const;
   FoundSets find(const PartitionMetadata& metadata, const Change& change) const;
-  void checkGiven(const std::vector<Place>& places, std::vector<Failure>& failures,
-                  const PartitionMetadata& metadata) const;
+  void checkGiven(const std::vector<Place>& places, Result& result, const PartitionMetadata& metadata) const;
   template <class Action>
   bool attempt(const Change& change, std::vector<Failure>& failures, const PartitionMetadata& metadata,
                Action action) const;

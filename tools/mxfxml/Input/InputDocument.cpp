@@ -1,6 +1,10 @@
 #include "Input/InputDocument.h"
 
+#include <algorithm>
+#include <cstring>
+#include <fstream>
 #include <system_error>
+#include <unordered_map>
 #include <utility>
 
 #include "JSON/Text.h"
@@ -32,6 +36,61 @@ std::optional<DocumentFormat> formatOfStart(const std::string& start) {
   return std::nullopt;
 }
 
+/// Files have sets without InstanceUID, which their documents have, too.
+void leaveOutUnidentified(const PartitionMetadata& metadata, JSON::Diagnostics& diagnostics) {
+  std::unordered_map<std::string, std::size_t> counts;
+  for (const auto* set : metadata.sets()) {
+    if (set->instanceUID() == nullptr) ++counts[set->name()];
+  }
+  const auto isOfFile = [&counts](const JSON::Diagnostic& diagnostic) {
+    if (diagnostic.kind != JSON::Diagnostic::Kind::kMissingInstanceUID) return false;
+    const auto found = counts.find(diagnostic.set);
+    return found != counts.end() && found->second-- != 0;
+  };
+  diagnostics.erase(std::remove_if(diagnostics.begin(), diagnostics.end(), isOfFile), diagnostics.end());
+}
+
+/// None for a file that cannot be read.
+std::optional<std::string> startOf(const Path& file) {
+  if (isStandardInput(file)) return StandardInput::instance().start();
+  constexpr std::size_t kShownBytes = 256;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) return std::nullopt;
+  std::string start(kShownBytes, '\0');
+  stream.read(start.data(), kShownBytes);
+  start.resize(static_cast<std::size_t>(stream.gcount()));
+  return start;
+}
+
+/// By a mark, or by a first character of ASCII.
+bool isUTF16(std::string_view start) {
+  if (start.size() < 2) return false;
+  const auto isASCII = [](char character) { return character >= ' ' && character <= '~'; };
+  const bool hasMark = start.substr(0, 2) == "\xFF\xFE" || start.substr(0, 2) == "\xFE\xFF";
+  return hasMark || (start[0] == '\0' && isASCII(start[1])) || (isASCII(start[0]) && start[1] == '\0');
+}
+
+/// Whether there are control characters beside white space.
+bool isBinary(std::string_view start) {
+  return std::any_of(start.begin(), start.end(), [](char character) {
+    const auto octet = static_cast<unsigned char>(character);
+    return octet < 0x20 && std::strchr("\t\n\r\f", character) == nullptr;
+  });
+}
+
+/// What a file that looks like no document is.
+std::string describeStart(const std::string& start) {
+  constexpr std::string_view kPartitionPack = "\x06\x0E\x2B\x34\x02\x05\x01\x01\x0D\x01\x02";
+  const auto first = start.find_first_not_of(" \t\r\n");
+  if (start.empty()) return "the file is empty";
+  if (first == start.npos) return "the file has only white space";
+  if (start.compare(0, kPartitionPack.size(), kPartitionPack) == 0) return "this is an MXF file";
+  if (isUTF16(start)) return "this is text in UTF-16, and no XML; JSON is read in UTF-8";
+  if (isBinary(start)) return "this is a binary file";
+  const auto end = std::min(start.find_first_of(" \t\r\n", first), first + 16);
+  return "the file begins with '" + start.substr(first, end - first) + "'";
+}
+
 }  // namespace
 
 std::optional<DocumentFormat> documentFormatOf(const Path& file) {
@@ -41,6 +100,15 @@ std::optional<DocumentFormat> documentFormatOf(const Path& file) {
   if (XMLUtils::looksLikeXML(file)) return DocumentFormat::kXML;
   if (JSON::isJSONFile(file)) return DocumentFormat::kJSON;
   return std::nullopt;
+}
+
+DocumentFormat requiredFormatOf(const Path& file) {
+  if (const auto format = documentFormatOf(file)) return *format;
+  std::error_code error;
+  if (!isStandardInput(file) && !std::filesystem::is_regular_file(file, error)) return DocumentFormat::kXML;
+  const auto start = startOf(file);
+  if (!start) return DocumentFormat::kXML;  // whose reader has the reason
+  throw CommandError(describeStart(*start) + "; metadata in XML begin with '<', in JSON with '{'");
 }
 
 InputDocument::InputDocument(const Path& file, DocumentFormat format) : document_(read(file, format)) {}
@@ -59,21 +127,32 @@ std::optional<std::string> InputDocument::partition() const {
 
 bool InputDocument::isDescriptionDamaged() const { return xml() != nullptr && xml()->isDescriptionDamaged(); }
 
-Diagnostics InputDocument::import(PartitionMetadata& partition, std::vector<std::string>& unknown) const {
-  unknown.clear();
-  if (xml() != nullptr) return xml()->import(partition).diagnostics;
-  json().import(partition, &unknown);
-  return {};
+void InputDocument::import(PartitionMetadata& partition, InputProblems& problems) const {
+  problems = {};
+  if (xml() != nullptr) {
+    problems.diagnostics = xml()->import(partition).diagnostics;
+  } else {
+    json().import(partition, &problems.unknown, &problems.jsonDiagnostics);
+  }
 }
 
-Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeOptions& options) const {
-  if (xml() != nullptr) return file.read(*xml(), options);
-  Edit::SetsOfDocument sets{[this](PartitionMetadata& partition) { json().import(partition); }};
+Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeOptions& options,
+                                            InputProblems& problems) const {
+  problems = {};
+  if (xml() != nullptr) {
+    auto edited = file.read(*xml(), options);
+    problems.diagnostics = edited.import.diagnostics;
+    return edited;
+  }
+  auto& found = problems.jsonDiagnostics;
+  Edit::SetsOfDocument sets{[&](PartitionMetadata& partition) { json().import(partition, nullptr, &found); }};
   if (const auto& description = json().description()) {
     sets.digest = description->digest;
     sets.start = description->start;
   }
-  return file.read(sets);
+  auto edited = file.read(sets);
+  leaveOutUnidentified(file.metadata(), found);
+  return edited;
 }
 
 void refuseUnknown(const Path& document, const std::vector<std::string>& unknown) {
@@ -81,6 +160,15 @@ void refuseUnknown(const Path& document, const std::vector<std::string>& unknown
   for (const auto& message : unknown) printMessage(oneLine(document.u8string() + ": " + message));
   throw CommandError(
       "the dictionary lacks names of the document; --own-dictionary and --dictionary FILE add definitions");
+}
+
+void printDiagnostics(const Path& document, const InputProblems& problems, bool areErrors,
+                      const std::string& consequence) {
+  for (const auto& diagnostic : problems.jsonDiagnostics) {
+    printMessage(document.u8string() + ": " + (areErrors ? "" : "warning: ") + describe(diagnostic));
+  }
+  printDiagnostics(document, problems.diagnostics, areErrors, consequence);
+  if (areErrors && problems.count() != 0) throw CommandError(countOfThings(problems.count()) + consequence);
 }
 
 }  // namespace Vantor::Tool

@@ -1,6 +1,5 @@
 #include "Input/MetadataInput.h"
 
-#include "Input/InputDocument.h"
 #include "Input/StoppedChange.h"
 #include "Terminal/StandardInput.h"
 
@@ -11,7 +10,7 @@ namespace {
 std::unique_ptr<PartitionMetadata> readDocument(const InputDocument& document, const DictionaryOptions::LoadFor& load,
                                                 InputProblems& problems) {
   auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
-  problems.diagnostics = document.import(*metadata, problems.unknown);
+  document.import(*metadata, problems);
   return metadata;
 }
 
@@ -29,7 +28,7 @@ DictionaryOptions::Source metadataSource(const Path& file, const MXF::PartitionC
 
 void printProblems(const Path& file, const InputProblems& problems, bool areErrors) {
   refuseUnknown(file, problems.unknown);
-  printDiagnostics(file, problems.diagnostics, areErrors);
+  printDiagnostics(file, problems, areErrors);
 }
 
 }  // namespace Vantor::Tool

@@ -1,20 +1,11 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "CommandLine/DictionaryOptions.h"
 #include "Core/MXF/PartitionChoice.h"
-#include "Report/DiagnosticText.h"
+#include "Input/InputDocument.h"
 
 /// Header metadata from files of any kind.
 namespace Vantor::Tool {
-
-/// What is wrong with a document.
-struct InputProblems {
-  Diagnostics diagnostics;
-  std::vector<std::string> unknown;  ///< messages about names in JSON that the dictionary lacks
-};
 
 /// The metadata of a file, MXF, XML or JSON.
 /// @param partition  of an MXF file.

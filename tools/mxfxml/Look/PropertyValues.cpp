@@ -63,13 +63,6 @@ bool areEqual(const std::vector<PropertyValue>& values) {
   return std::all_of(values.begin(), values.end(), [&](const auto& one) { return one.text == values.front().text; });
 }
 
-JSON::Value exactValue(const PropertyValue& value) {
-  const auto& there = *value.property.element->wireValue();
-  const bool isRead = value.property.element->metaAttribute().asUnknown() == nullptr;
-  return isRead ? JSON::valueOf({value.set, value.property.definition}, &there)
-                : JSON::octetsOf(there.rawBuffer(), there.encodedSize());
-}
-
 }  // namespace
 
 std::string ExactPaths::pathOf(const MetadataSet& set) const {
@@ -105,7 +98,7 @@ JSON::Value jsonOf(const PropertyValue& value, const ExactPaths& paths) {
   auto json = JSON::Value::object().add("path", paths.pathOf(*value.set)).add("set", value.set->name());
   if (const auto* uid = value.set->instanceUID()) json.add("instanceUID", uid->dottedText());
   json.add("property", value.property.definition->symbol());
-  return json.add("value", exactValue(value)).add("text", value.text);
+  return json.add("value", JSON::valueOf(*value.set, *value.property.element)).add("text", value.text);
 }
 
 }  // namespace Vantor::Tool

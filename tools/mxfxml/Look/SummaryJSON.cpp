@@ -38,7 +38,6 @@ Value memberOf(const Summary::Label& label) {
 
 Value memberOf(const Types::Timestamp& date) { return Utils::wstringToString(Types::printValue(date)); }
 Value memberOf(const Types::UMID32& id) { return id.dottedText(); }
-Value memberOf(const Types::UniversalLabel& label) { return label.dottedText(); }
 Value memberOf(const std::string& text) { return text; }
 Value memberOf(bool value) { return value; }
 template <class Number, std::enable_if_t<std::is_integral_v<Number> && !std::is_same_v<Number, bool>, int> = 0>

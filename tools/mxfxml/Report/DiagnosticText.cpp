@@ -50,9 +50,10 @@ void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool
   if (isStrict && !diagnostics.empty()) throw CommandError(countOf(diagnostics) + consequence);
 }
 
-std::string countOf(const Diagnostics& diagnostics) {
-  const auto count = std::to_string(diagnostics.size());
-  return count + (count == "1" ? " thing is" : " things are") + " wrong with the document";
+std::string countOf(const Diagnostics& diagnostics) { return countOfThings(diagnostics.size()); }
+
+std::string countOfThings(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " thing is" : " things are") + " wrong with the document";
 }
 
 }  // namespace Vantor::Tool

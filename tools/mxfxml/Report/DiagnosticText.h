@@ -20,5 +20,6 @@ void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool
 
 /// "2 things are wrong with the document".
 std::string countOf(const Diagnostics& diagnostics);
+std::string countOfThings(std::size_t count);
 
 }  // namespace Vantor::Tool

@@ -1,5 +1,6 @@
 #include "Report/JSONOutput.h"
 
+#include "JSON/PropertyValue.h"
 #include "JSON/Text.h"
 #include "Report/FindingText.h"
 #include "Terminal/StandardStreams.h"
@@ -15,12 +16,19 @@ void addText(const char* name, const std::string& text, Value& object) {
   if (!text.empty()) object.add(name, text);
 }
 
+void addValue(const char* name, const PartitionDifference::Property& property, Value& object) {
+  if (property.element != nullptr) object.add(name, JSON::valueOf(*property.set, *property.element));
+}
+
+/// The texts are for people, the values for programs.
 Value objectOf(const PartitionDifference& difference) {
   auto json = Value::object().add("kind", name(difference.kind)).add("set", difference.set);
   addText("instanceUID", difference.instanceUID, json);
   addText("property", difference.property, json);
   addText("left", difference.left, json);
   addText("right", difference.right, json);
+  addValue("leftValue", difference.leftProperty, json);
+  addValue("rightValue", difference.rightProperty, json);
   return json;
 }
 
@@ -50,7 +58,8 @@ Value objectOf(const Edit::Finding& finding) {
   auto partitions = Value::array();
   for (const auto partition : finding.partitions) partitions.append(uint64{partition});
   json.add("partitions", std::move(partitions));
-  addText("set", finding.set, json);
+  addText("set", finding.symbol, json);
+  addText("instanceUID", finding.instanceUID, json);
   addText("property", finding.property, json);
   return json.add("text", Edit::describe(finding));
 }

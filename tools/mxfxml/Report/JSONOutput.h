@@ -25,7 +25,8 @@ JSON::Value formatted(const std::string& command);
 /// Writes a value and a line feed to standard output. @throws as `writeStandardOutput`.
 void printJSON(const JSON::Value& value);
 
-/// Adds "equal", "differences", "insignificant", "sets" and "properties" to an object.
+/// Adds "equal", "differences", "insignificant", "sets" and "properties" to an object. The compared partitions still
+/// live.
 void addComparison(const PartitionComparison& comparison, JSON::Value& object);
 
 JSON::Value jsonOf(const Diagnostics& diagnostics);

@@ -8,6 +8,7 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 #include "Terminal/CharacterWidth.h"
@@ -95,6 +96,16 @@ std::string currentExceptionText() {
 std::string currentExceptionText(const Path& file) {
   const std::string text = currentExceptionText() + folderHint(file);
   return file.empty() || currentExceptionNamesItsFile() ? text : file.u8string() + ": " + text;
+}
+
+uint64 currentExceptionLine() {
+  try {
+    throw;
+  } catch (const Exceptions::DocumentLine& line) {
+    return line.documentLine();
+  } catch (...) {
+    return 0;
+  }
 }
 
 std::string oneLine(std::string_view text) { return printable(text); }

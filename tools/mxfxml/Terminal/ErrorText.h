@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Core/Platform/Path.h"
+#include "Core/Platform/Types.h"
 
 namespace Vantor::Tool {
 
@@ -46,6 +47,10 @@ std::string currentExceptionText();
 /// IOError about a folder with MXF files gets a hint at these.
 /// @param file  may be empty.
 std::string currentExceptionText(const Path& file);
+
+/// The line of a document that the exception being handled carries (`Exceptions::DocumentLine`); 0 for none. To be
+/// called in a catch clause.
+uint64 currentExceptionLine();
 
 /// Does something with a file that is not the input, which its errors name then. @throws OtherFileError.
 template <class Action>

@@ -1,0 +1,7 @@
+#include "Core/Platform/DocumentLine.h"
+
+namespace Vantor::Exceptions {
+
+DocumentLine::~DocumentLine() = default;
+
+}  // namespace Vantor::Exceptions
