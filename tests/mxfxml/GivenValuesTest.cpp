@@ -259,6 +259,31 @@ TEST_F(GivenValues, CopyLanguagesFromFileToFile) {
   EXPECT_EQ(value(path), languages);
 }
 
+/// Files of other writers have the channels in another order.
+TEST_F(GivenValues, OfLabelsFollowTheirSymbol) {
+  const std::string label = "AudioChannelLabelSubDescriptor";
+  const auto from = folder_.path("a.mxf");
+  ASSERT_EQ(run({"export", sample("bmx-op1a-mca-properties.header.mxf"), "-o", folder_.path("a.xml")}).exitCode, 0);
+  for (const auto& made : {from, file()}) ASSERT_EQ(run({"import", folder_.path("a.xml"), "-o", made}).exitCode, 0);
+  ASSERT_EQ(run({"set", from, label + "[MCATagSymbol=chC].RFC5646SpokenLanguage=de"}).exitCode, 0);
+  for (const auto& [old, now] : {std::pair("chC", "chX"), std::pair("chLs", "chC"), std::pair("chX", "chLs")}) {
+    ASSERT_EQ(run({"set", file(), label + "[MCATagSymbol=" + old + "].MCATagSymbol=" + now}).exitCode, 0);
+  }
+  const auto result = set(run({"get", "--json", from, label + "[*].RFC5646SpokenLanguage"}).out);
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(value(label + "[MCATagSymbol=chC].RFC5646SpokenLanguage"), "de\n");
+  EXPECT_EQ(value(label + "[MCATagSymbol=chLs].RFC5646SpokenLanguage"), "");
+}
+
+TEST_F(GivenValues, NameLabelsOfOneSymbolByTheirNumberAmongThem) {
+  const auto json = run({"get", "--json", sample("bmx-op1a-mca-properties.header.mxf"),
+                         "AudioChannelLabelSubDescriptor[*].MCATagSymbol"})
+                        .out;
+  for (const char* path : {"[MCATagSymbol=chL][1]", "[MCATagSymbol=chL][2]", "[MCATagSymbol=chC]"}) {
+    EXPECT_THAT(json, HasSubstr("\"path\":\"AudioChannelLabelSubDescriptor" + std::string(path) + "\""));
+  }
+}
+
 TEST_F(GivenValues, AreRefusedWhereTheFileHasNoSetOfTheKind) {
   const auto result = set(given("SoundfieldGroupLabelSubDescriptor[1]", "RFC5646SpokenLanguage", R"("value": "en")"));
   EXPECT_EQ(result.exitCode, 1);

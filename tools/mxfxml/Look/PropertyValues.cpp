@@ -1,6 +1,7 @@
 #include "Look/PropertyValues.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "Core/Metadata/NameSuggestions.h"
 #include "Core/Metadata/SetChoice.h"
@@ -63,19 +64,41 @@ bool areEqual(const std::vector<PropertyValue>& values) {
   return std::all_of(values.begin(), values.end(), [&](const auto& one) { return one.text == values.front().text; });
 }
 
+/// "[MCATagSymbol=chC]" for a label of sound; empty for other sets, and for a symbol that a path would need quotes for.
+std::string placeInLayout(const MetadataSet& set) {
+  const auto* symbol = set.definition()->findAttribute("MCATagSymbol") == nullptr ? nullptr : set.find("MCATagSymbol");
+  if (symbol == nullptr || symbol->wireValue() == nullptr) return "";
+  const auto text = Utils::wstringToString(set.text("MCATagSymbol"));
+  const auto isPlain = [](unsigned char c) { return std::isalnum(c) != 0 || c == '_' || c == '-'; };
+  return !text.empty() && std::all_of(text.begin(), text.end(), isPlain) ? "[MCATagSymbol=" + text + "]" : "";
+}
+
 }  // namespace
 
 std::string ExactPaths::pathOf(const MetadataSet& set) const {
-  const auto& places = placesOf(*set.definition());
-  const auto found = places.find(&set);
-  if (found == places.end()) return set.instanceUID() == nullptr ? set.name() : set.instanceUID()->dottedText();
-  return places.size() == 1 ? set.name() : set.name() + "[" + std::to_string(found->second) + "]";
+  const auto& paths = pathsOf(*set.definition());
+  const auto found = paths.find(&set);
+  if (found != paths.end()) return found->second;
+  return set.instanceUID() == nullptr ? set.name() : set.instanceUID()->dottedText();
 }
 
-const ExactPaths::Places& ExactPaths::placesOf(const MetaMetadata::MetaMetadataSet& kind) const {
-  const auto [found, isNew] = places_.try_emplace(&kind);
+const ExactPaths::Paths& ExactPaths::pathsOf(const MetaMetadata::MetaMetadataSet& kind) const {
+  const auto [found, isNew] = paths_.try_emplace(&kind);
   if (!isNew) return found->second;
-  for (const auto& set : metadata_.findAll(kind.symbol())) found->second.emplace(&set, found->second.size() + 1);
+  std::unordered_map<std::string, std::vector<const MetadataSet*>> byName;
+  std::size_t count = 0;
+  for (const auto& set : metadata_.findAll(kind.symbol())) {
+    ++count;
+    const auto place = placeInLayout(set);
+    if (place.empty()) found->second.emplace(&set, set.name() + "[" + std::to_string(count) + "]");
+    if (!place.empty()) byName[set.name() + place].push_back(&set);
+  }
+  if (count == 1 && byName.empty()) found->second.begin()->second = found->second.begin()->first->name();
+  for (const auto& [name, sets] : byName) {
+    for (std::size_t i = 0; i < sets.size(); ++i) {
+      found->second.emplace(sets[i], name + (sets.size() == 1 ? "" : "[" + std::to_string(i + 1) + "]"));
+    }
+  }
   return found->second;
 }
 

@@ -12,7 +12,9 @@
 /// The values that paths of the command line choose.
 namespace Vantor::Tool {
 
-/// What chooses one set, here and in other files: "Preface", "TimelineTrack[2]". For one thread.
+/// What chooses one set, here and in other files: "Preface", "TimelineTrack[2]". Labels of sound have their place in
+/// the layout, "AudioChannelLabelSubDescriptor[MCATagSymbol=chC]", since other files may have them in another order.
+/// For one thread.
 class ExactPaths {
  public:
   /// @param metadata  outlives this.
@@ -22,11 +24,11 @@ class ExactPaths {
   std::string pathOf(const MetadataSet& set) const;
 
  private:
-  using Places = std::unordered_map<const MetadataSet*, std::size_t>;
-  const Places& placesOf(const MetaMetadata::MetaMetadataSet& kind) const;
+  using Paths = std::unordered_map<const MetadataSet*, std::string>;
+  const Paths& pathsOf(const MetaMetadata::MetaMetadataSet& kind) const;
 
   const PartitionMetadata& metadata_;
-  mutable std::unordered_map<const MetaMetadata::MetaMetadataSet*, Places> places_;  // of kinds that were asked for
+  mutable std::unordered_map<const MetaMetadata::MetaMetadataSet*, Paths> paths_;  // of kinds that were asked for
 };
 
 struct PropertyValue {
