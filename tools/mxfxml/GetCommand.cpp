@@ -9,6 +9,7 @@
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/PropertyPaths.h"
+#include "Core/Platform/Path.h"
 #include "Input/BetterPartition.h"
 #include "Input/InputDocument.h"
 #include "Input/MetadataInput.h"
@@ -96,7 +97,7 @@ class GetCommand final : public Command {
   static void refuseFiles(const std::vector<std::string>& texts) {
     for (const auto& text : texts) {
       std::error_code error;
-      const bool isFile = std::filesystem::is_regular_file(std::filesystem::u8path(text), error);
+      const bool isFile = std::filesystem::is_regular_file(Platform::pathFromUTF8(text), error);
       if (isFile)
         throw UsageError("'" + oneLine(text) + "' is a file; of several files, write -p Set.Property FILE...");
     }
@@ -116,7 +117,7 @@ class GetCommand final : public Command {
   /// A file with trouble does not keep the command from the others; nothing is printed of it.
   /// @param list  with --json, gets an object for the file.
   ExitCode get(const Path& file, const Paths& paths, bool areSeveral, JSON::Value& list) const {
-    auto json = JSON::Value::object().add("file", file.u8string());
+    auto json = JSON::Value::object().add("file", Platform::pathToUTF8(file));
     Answers answers = answersOf(file, paths);
     if (!answers.troubles.empty()) {
       list.append(json.add("problem", report(file, answers.troubles)));
@@ -125,7 +126,7 @@ class GetCommand final : public Command {
     if (isJSON_) {
       list.append(describe(file, answers, std::move(json)));
     } else {
-      print(answers, paths, areSeveral ? oneLine(file.u8string()) + ": " : "");
+      print(answers, paths, areSeveral ? oneLine(Platform::pathToUTF8(file)) + ": " : "");
     }
     return reportMissing(file, answers);
   }
@@ -173,7 +174,7 @@ class GetCommand final : public Command {
     ExitCode code = kSuccess;
     for (const auto& found : answers.byPath) {
       if (!found.values.empty()) continue;
-      printMessage(file.u8string() + ": " + found.whyNone);
+      printMessage(Platform::pathToUTF8(file) + ": " + found.whyNone);
       code = kFailure;
     }
     return code;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 
 namespace Vantor::Tool {
@@ -38,7 +39,7 @@ void EditedText::open() {
 
 void EditedText::keep() {
   file_.keep();
-  printMessage("the edited document is kept: " + path().u8string());
+  printMessage("the edited document is kept: " + Platform::pathToUTF8(path()));
 }
 
 uint64 EditedText::lineOf(const Edit::Finding& finding) const {
@@ -53,7 +54,7 @@ uint64 EditedText::lineOf(const Edit::Finding& finding) const {
 }
 
 uint64 EditedText::lineOfCurrentException() const {
-  const auto text = currentExceptionText(), start = path().u8string() + ": ";
+  const auto text = currentExceptionText(), start = Platform::pathToUTF8(path()) + ": ";
   const bool isNamed = text.compare(0, start.size(), start) == 0;
   return lineIn(std::string_view(text).substr(isNamed ? start.size() : 0));
 }

@@ -3,6 +3,7 @@
 #include <system_error>
 #include <utility>
 
+#include "Core/Platform/Path.h"
 #include "JSON/Text.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardInput.h"
@@ -78,7 +79,7 @@ Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeO
 
 void refuseUnknown(const Path& document, const std::vector<std::string>& unknown) {
   if (unknown.empty()) return;
-  for (const auto& message : unknown) printMessage(oneLine(document.u8string() + ": " + message));
+  for (const auto& message : unknown) printMessage(oneLine(Platform::pathToUTF8(document) + ": " + message));
   throw CommandError(
       "the dictionary lacks names of the document; --own-dictionary and --dictionary FILE add definitions");
 }

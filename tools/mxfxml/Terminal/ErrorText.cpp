@@ -8,6 +8,7 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Strings.h"
 #include "Terminal/CharacterWidth.h"
 #include "XMLUtils/Strings.h"
@@ -70,7 +71,7 @@ std::string currentExceptionText() {
 
 std::string currentExceptionText(const Path& file) {
   const std::string text = currentExceptionText();
-  return file.empty() || currentExceptionNamesItsFile() ? text : file.u8string() + ": " + text;
+  return file.empty() || currentExceptionNamesItsFile() ? text : Platform::pathToUTF8(file) + ": " + text;
 }
 
 std::string oneLine(std::string_view text) { return printable(text); }
