@@ -5,7 +5,8 @@ foreach(target mxfxml vantor_core_tests vantor_benchmarks vantor_example_edit_fi
     message(SEND_ERROR "the guest brings the target ${target}")
   endif()
 endforeach()
-if(DEFINED CMAKE_EXPORT_COMPILE_COMMANDS OR BUILD_SHARED_LIBS OR CMAKE_CXX_STANDARD)
+if(CMAKE_EXPORT_COMPILE_COMMANDS OR BUILD_SHARED_LIBS OR CMAKE_CXX_STANDARD
+  OR NOT CMAKE_CXX_FLAGS STREQUAL flags_of_host)
   message(SEND_ERROR "the guest has set variables of its host")
 endif()
 get_directory_property(tests DIRECTORY "${folder}" TESTS)
