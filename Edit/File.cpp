@@ -7,6 +7,7 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/MetadataRoom.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 #include "Edit/SavePlan.h"
 
@@ -144,7 +145,7 @@ class File::State {
     raise<IOError>(
         "cannot keep the old bytes of '{}': the edit does not fit in place, so that the file would be written anew; "
         "save a copy",
-        path_->u8string());
+        Platform::pathToUTF8(*path_));
   }
 
   void openFile() {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 #include "Registers/RegisterDefinitions.h"
 #include "Registers/RegisterFile.h"
@@ -24,12 +25,12 @@ void checkFile(const Path& path) {
   std::error_code error;
   const bool isThere = std::filesystem::exists(path, error);
   if (isThere && !std::filesystem::is_regular_file(path, error)) {
-    raise<Exceptions::IOError>("cannot read '{}': it is no file", path.u8string());
+    raise<Exceptions::IOError>("cannot read '{}': it is no file", Platform::pathToUTF8(path));
   }
   if (isThere && std::filesystem::file_size(path, error) > kLargestRegister) {
     raise<Exceptions::InvalidFormat>(
         "{}: a register or dictionary file has 64 MiB at most; this is another file, or one to be split",
-        path.u8string());
+        Platform::pathToUTF8(path));
   }
 }
 

@@ -17,6 +17,7 @@
 #include "Core/DataIO/File.h"
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/Containers.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 #include "Registers/RegisterFields.h"
 #include "XMLUtils/Initializer.h"
@@ -258,7 +259,7 @@ void parse(const Bytes& bytes, RegisterHandler& handler) {
 
 void readRegister(const Path& path, Entries& into) {
   const auto bytes = readFile(path);
-  RegisterHandler handler(path.u8string(), into);
+  RegisterHandler handler(Platform::pathToUTF8(path), into);
   XMLUtils::Utils::convertingExceptions(
       [&] {
         try {

@@ -1,20 +1,6 @@
 #pragma once
 
-#include <string>
-#include <typeinfo>
-#include <xercesc/dom/DOMException.hpp>
-#include <xercesc/sax/SAXException.hpp>
-#include <xercesc/util/XMLException.hpp>
-
-#if VANTOR_WITH_XQILLA
-#include <xqilla/exceptions/XQException.hpp>
-#include <xqilla/exceptions/XQillaException.hpp>
-#endif
-
-#include "Core/Platform/Numbers.h"
 #include "Core/Platform/Raise.h"
-#include "Core/Platform/Strings.h"
-#include "XMLUtils/Strings.h"
 
 /// The failures of the XML stack as the core library's exceptions.
 namespace Vantor::XMLUtils::Utils {
@@ -22,29 +8,8 @@ namespace Vantor::XMLUtils::Utils {
 /// The place of every converted exception, wherever the failure was: callers rely on it.
 constexpr Exceptions::SourcePlace kPlace = {"XMLUtils/Utils", 207};
 
-/// @param kind  begins the message. The three kinds without a class name of their own end in a colon already, and keep
-///              it: "DOMException:: ...".
-[[noreturn]] inline void raiseParseError(const wstring& kind, const wstring& message) {
-  Exceptions::raise<Exceptions::ParseError>({"{}: {}", kPlace}, kind, message);
-}
-
-#if VANTOR_WITH_XQILLA
-[[noreturn]] inline void convert(const XQillaException& exception) {
-  raiseParseError(u"XQillaException:", utf16ToWstring(exception.getMessage()));
-}
-[[noreturn]] inline void convert(const XQException& exception) {
-  raiseParseError(u"XQException:", utf16ToWstring(exception.getError()));
-}
-#endif
-[[noreturn]] inline void convert(const xercesc::DOMException& exception) {
-  raiseParseError(u"DOMException:", utf16ToWstring(exception.getMessage()) + u"(" +
-                                        Platform::toDecimal(static_cast<int>(exception.code)) + u")");
-}
-/// A SAXException or XMLException, with its class as the compiler names it.
-template <class Exception>
-[[noreturn]] void convert(const Exception& exception) {
-  raiseParseError(Vantor::Utils::stringToWstring(typeid(exception).name()), utf16ToWstring(exception.getMessage()));
-}
+/// To be called in a handler: throws what the handler caught, as `convertingExceptions` lets it out.
+[[noreturn]] void rethrowConverted(const char* source, int line);
 
 /// Calls `operation` and lets only exceptions of the core library out: those of Xerces and XQilla become `ParseError`
 /// with their message, the core library's own pass unchanged, and anything else becomes a `ParseError` "Unknown error
@@ -54,24 +19,8 @@ template <class Operation>
 auto convertingExceptions(Operation&& operation, const char* source, int line) -> decltype(operation()) {
   try {
     return operation();
-  }
-#if VANTOR_WITH_XQILLA
-  catch (const XQillaException& exception) {
-    convert(exception);
-  } catch (const XQException& exception) {
-    convert(exception);
-  }
-#endif
-  catch (const xercesc::DOMException& exception) {
-    convert(exception);
-  } catch (const xercesc::SAXException& exception) {
-    convert(exception);
-  } catch (const xercesc::XMLException& exception) {
-    convert(exception);
-  } catch (const Exceptions::BaseException&) {
-    throw;
   } catch (...) {
-    Exceptions::raise<Exceptions::ParseError>({"Unknown error in Xerces or XQilla", {source, line}});
+    rethrowConverted(source, line);
   }
 }
 

@@ -1,8 +1,16 @@
-# How every target of this project is compiled.
+# How every target of this project is compiled. Nothing here reaches the targets of a project that includes this one.
 
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
-  set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+if(PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+  if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+  endif()
+endif()
+
+# The standard of CMAKE_CXX_STANDARD, but C++17 at least.
+set(VANTOR_CXX_STANDARD 17)
+if(CMAKE_CXX_STANDARD AND NOT CMAKE_CXX_STANDARD EQUAL 98 AND CMAKE_CXX_STANDARD GREATER 17)
+  set(VANTOR_CXX_STANDARD ${CMAKE_CXX_STANDARD})
 endif()
 
 add_library(vantor_warnings INTERFACE)
@@ -11,27 +19,47 @@ if(MSVC)
 else()
   target_compile_options(vantor_warnings INTERFACE
     -Wall -Wextra -Wpedantic $<$<BOOL:${VANTOR_WARNINGS_AS_ERRORS}>:-Werror>)
+  # Some C++ libraries deprecate a function that their own algorithms use, and newer compilers report that at our calls.
+  include(CheckCXXSourceCompiles)
+  set(CMAKE_REQUIRED_FLAGS "-std=c++17 -Werror=deprecated-declarations")
+  check_cxx_source_compiles("
+    #include <algorithm>
+    void sort(int* from, int* to) { std::stable_sort(from, to); }
+    int main() {}" VANTOR_LIBRARY_KEEPS_ITS_DEPRECATIONS)
+  unset(CMAKE_REQUIRED_FLAGS)
+  if(NOT VANTOR_LIBRARY_KEEPS_ITS_DEPRECATIONS)
+    target_compile_options(vantor_warnings INTERFACE -Wno-deprecated-declarations)
+  endif()
 endif()
 
 # Sanitizers and coverage count only when everything that is linked together has them.
 set(VANTOR_INSTRUMENTATION "")
 if(VANTOR_SANITIZE)
-  string(APPEND VANTOR_INSTRUMENTATION
-    " -fsanitize=${VANTOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer")
+  list(APPEND VANTOR_INSTRUMENTATION
+    -fsanitize=${VANTOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
 endif()
 if(VANTOR_FUZZ)
-  string(APPEND VANTOR_INSTRUMENTATION " -fsanitize=fuzzer-no-link")
+  list(APPEND VANTOR_INSTRUMENTATION -fsanitize=fuzzer-no-link)
 endif()
 if(VANTOR_COVERAGE)
-  string(APPEND VANTOR_INSTRUMENTATION " --coverage")
+  list(APPEND VANTOR_INSTRUMENTATION --coverage)
 endif()
-string(APPEND CMAKE_CXX_FLAGS "${VANTOR_INSTRUMENTATION}")
+add_library(vantor_instrumentation INTERFACE)
+target_compile_options(vantor_instrumentation INTERFACE ${VANTOR_INSTRUMENTATION})
+target_link_options(vantor_instrumentation INTERFACE ${VANTOR_INSTRUMENTATION})
 
-# Language, warnings and include root of one target.
+# Language and warnings of a program that sees the libraries as others do.
+function(vantor_configure_example target)
+  set_target_properties(${target} PROPERTIES
+    CXX_STANDARD ${VANTOR_CXX_STANDARD} CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)
+  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:vantor_warnings> $<BUILD_INTERFACE:vantor_instrumentation>)
+endfunction()
+
+# The same for a target of this project: its sources include from the root of the repository, and the exported headers by
+# their names.
 function(vantor_configure_target target)
-  set_target_properties(${target} PROPERTIES CXX_STANDARD 17 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)
-  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:vantor_warnings>)
+  vantor_configure_example(${target})
+  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 endfunction()
 
 # For targets that need not be fast: no optimisation, which takes most of the time that compiling them takes.
@@ -49,13 +77,21 @@ function(vantor_configure_library target name)
     POSITION_INDEPENDENT_CODE ON
     INSTALL_RPATH "$ORIGIN"  # the libraries find each other wherever they are installed
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR})
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})  # docs/abi.md
   target_compile_features(${target} PUBLIC cxx_std_17)
-  if(MSVC)
-    # std::auto_ptr is part of the exported interface; C++17 took it out of the standard.
-    target_compile_definitions(${target} PUBLIC _HAS_AUTO_PTR_ETC=1)
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "STATIC_LIBRARY")
+    target_compile_definitions(${target} PUBLIC VANTOR_STATIC)
   endif()
-  target_include_directories(${target} PUBLIC
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vantor>)
+  target_include_directories(${target} INTERFACE
+    $<BUILD_INTERFACE:${VANTOR_HEADER_DIR}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  add_dependencies(${target} vantor_public_headers)
+endfunction()
+
+# For libraries whose headers have `std::auto_ptr`, their own or the XML parser's. From C++17 on, libc++ and MSVC have it
+# only when asked; libstdc++ always has it.
+set(VANTOR_AUTO_PTR_DEFINITIONS _LIBCPP_ENABLE_CXX17_REMOVED_AUTO_PTR _HAS_AUTO_PTR_ETC=1)
+function(vantor_allow_auto_ptr target)
+  target_compile_definitions(${target} PUBLIC ${VANTOR_AUTO_PTR_DEFINITIONS})
 endfunction()

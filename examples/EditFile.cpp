@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <exception>
 
-#include "Core/DataIO/Memory.h"
-#include "Core/Dictionary/BuiltInDictionary.h"
-#include "Edit/File.h"
+#include <vantor/Core/DataIO/Memory.h>
+#include <vantor/Core/Dictionary/BuiltInDictionary.h>
+#include <vantor/Edit/File.h>
 
 int main(int argc, char** argv) try {
   if (argc != 2) return 2;

@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <exception>
 
-#include "Core/Dictionary/BuiltInDictionary.h"
-#include "Core/MXF/HeaderMetadataReader.h"
-#include "Summary/Summary.h"
+#include <vantor/Core/Dictionary/BuiltInDictionary.h>
+#include <vantor/Core/MXF/HeaderMetadataReader.h>
+#include <vantor/Summary/Summary.h>
 
 int main(int argc, char** argv) try {
   if (argc != 2) return 2;

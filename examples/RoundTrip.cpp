@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <exception>
 
-#include "Core/Dictionary/BuiltInDictionary.h"
-#include "Core/MXF/HeaderMetadataReader.h"
-#include "Core/Platform/Strings.h"
+#include <vantor/Core/Dictionary/BuiltInDictionary.h>
+#include <vantor/Core/MXF/HeaderMetadataReader.h>
+#include <vantor/Core/Platform/Strings.h>
 #include "XML2Partition.h"
 #include "XMLBuilder.h"
 

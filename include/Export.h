@@ -1,7 +1,9 @@
 #pragma once
 
 /// Marks what the XMLBuilder library exports; all its other symbols are hidden.
-#if defined(_WIN32)
+#if defined(VANTOR_STATIC)
+#define VANTOR_XMLBUILDER_EXPORT
+#elif defined(_WIN32)
 #if defined(VANTOR_XMLBUILDER_EXPORTS)
 #define VANTOR_XMLBUILDER_EXPORT __declspec(dllexport)
 #else

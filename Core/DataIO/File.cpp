@@ -8,6 +8,7 @@
 
 #include "Core/DataIO/FileUpdate.h"
 #include "Core/Platform/HexDigits.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor::DataIO::File {
@@ -37,9 +38,9 @@ Path behindDanglingLinks(const Path& target) {
   std::error_code error;
   Path file = target;
   for (int links = 0; fs::is_symlink(fs::symlink_status(file, error)); ++links) {
-    if (links == kMostLinks) raise<IOError>("cannot write '{}': {}", target.u8string(), systemReason(ELOOP));
+    if (links == kMostLinks) raise<IOError>("cannot write '{}': {}", Platform::pathToUTF8(target), systemReason(ELOOP));
     const Path next = fs::read_symlink(file, error);
-    if (error) raise<IOError>("cannot write '{}': {}", target.u8string(), error.message());
+    if (error) raise<IOError>("cannot write '{}': {}", Platform::pathToUTF8(target), error.message());
     file = file.parent_path() / next;
   }
   return file;
@@ -63,14 +64,14 @@ FileState stateOf(const Path& path) {
   FileState state;
   state.size = fs::file_size(path, error);
   if (!error) state.modified = fs::last_write_time(path, error);
-  if (error) raise<IOError>("cannot read the size and time of '{}': {}", path.u8string(), error.message());
+  if (error) raise<IOError>("cannot read the size and time of '{}': {}", Platform::pathToUTF8(path), error.message());
   state.identity = identityOf(path);
   return state;
 }
 
 void requireState(const Path& path, const FileState& expected, const char* failure) {
   if (stateOf(path) == expected) return;
-  raise<IOError>("{} '{}': another program has changed it meanwhile; begin anew", failure, path.u8string());
+  raise<IOError>("{} '{}': another program has changed it meanwhile; begin anew", failure, Platform::pathToUTF8(path));
 }
 
 FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
@@ -78,14 +79,14 @@ FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   const fs::file_status status = fs::status(path_, error);
   // Before opening, because opening a pipe waits for its writer.
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    raise<IOError>("cannot read '{}': {}", path_.u8string(),
+    raise<IOError>("cannot read '{}': {}", Platform::pathToUTF8(path_),
                    fs::is_directory(status) ? systemReason(EISDIR) : "not a regular file");
   }
   stream_.reset(openStream(path_, "rb"));
-  if (!stream_) raise<IOError>("cannot open '{}': {}", path_.u8string(), systemReason(errno));
+  if (!stream_) raise<IOError>("cannot open '{}': {}", Platform::pathToUTF8(path_), systemReason(errno));
   std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
   size_ = fs::file_size(path_, error);
-  if (error) raise<IOError>("cannot read the size of '{}': {}", path_.u8string(), error.message());
+  if (error) raise<IOError>("cannot read the size of '{}': {}", Platform::pathToUTF8(path_), error.message());
 }
 
 FileDataSource::FileDataSource(Stream stream, Path name, uint64 size)
@@ -140,13 +141,14 @@ AtomicFile::AtomicFile(const Path& target) : OutputFile(target), replaced_(fileT
   const fs::file_status status = fs::status(replaced_, error);
   const bool isThere = fs::exists(status);
   if (isThere && !fs::is_regular_file(status)) {
-    if (!open(replaced_)) raise<IOError>("cannot write '{}': {}", target.u8string(), systemReason(errno));
+    if (!open(replaced_)) raise<IOError>("cannot write '{}': {}", Platform::pathToUTF8(target), systemReason(errno));
     return;
   }
   if (isThere) FileUpdate{target};  // renaming over a file needs no permission for that file
   for (int attempt = 0; !create(replaced_.parent_path() / temporaryName()); ++attempt) {
     if (errno == EEXIST && attempt < kNameAttempts) continue;
-    raise<IOError>("cannot create a temporary file to write '{}': {}", target.u8string(), systemReason(errno));
+    raise<IOError>("cannot create a temporary file to write '{}': {}", Platform::pathToUTF8(target),
+                   systemReason(errno));
   }
   if (isThere) copyAttributes(replaced_, vanishing());
 }
@@ -157,7 +159,7 @@ Durability AtomicFile::commit(Durability durability, const std::function<void()>
   if (vanishing().empty()) return durability;  // written directly
   std::error_code error;
   fs::rename(vanishing(), replaced_, error);
-  if (error) raise<IOError>("cannot replace '{}': {}", name().u8string(), error.message());
+  if (error) raise<IOError>("cannot replace '{}': {}", Platform::pathToUTF8(name()), error.message());
   keep();
   const bool isFlushed = durability == Durability::kAtomic || flushFolder(replaced_.parent_path());
   return isFlushed ? durability : Durability::kAtomic;

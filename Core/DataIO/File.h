@@ -45,7 +45,7 @@ class FileDataSource : public SeekableSource {
   FileDataSource(Stream stream, Path name, uint64 size);
 
   const Path& path() const { return path_; }
-  std::string name() const override { return path_.u8string(); }
+  std::string name() const override { return Platform::pathToUTF8(path_); }
   /// As of opening; offsets beyond it are refused even if the file has grown.
   uint64 size() const override { return size_; }
 

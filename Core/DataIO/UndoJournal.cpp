@@ -5,6 +5,7 @@
 
 #include "Core/DataIO/JournalFormat.h"
 #include "Core/DataIO/Pieces.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor::DataIO::File {
@@ -63,8 +64,8 @@ void putBack(FileDataSource& journal, const Journal::Place& place, FileDataSourc
 }
 
 [[noreturn]] void refuseRecovery(const FileUpdate& file, const std::string& reason) {
-  raise<IOError>("cannot recover '{}': {}; to keep it as it is, remove the journal '{}'", file.path().u8string(),
-                 reason, journalOf(file.path()).u8string());
+  raise<IOError>("cannot recover '{}': {}; to keep it as it is, remove the journal '{}'",
+                 Platform::pathToUTF8(file.path()), reason, Platform::pathToUTF8(journalOf(file.path())));
 }
 
 std::string sizes(uint64 now, uint64 before) {
@@ -98,8 +99,8 @@ void putBack(const Path& journalFile, FileUpdate& file) {
 
 void requireNoJournal(const Path& realFile) {
   if (!isThere(journalOf(realFile))) return;
-  raise<IOError>("cannot change '{}': an earlier change was stopped; recover it first, from '{}'", realFile.u8string(),
-                 journalOf(realFile).u8string());
+  raise<IOError>("cannot change '{}': an earlier change was stopped; recover it first, from '{}'",
+                 Platform::pathToUTF8(realFile), Platform::pathToUTF8(journalOf(realFile)));
 }
 
 /// @param task  what is to be done with the file.
@@ -110,9 +111,9 @@ void requireFile(const Path& realFile, const char* task) {
   const Path journal = journalOf(realFile);
   if (!fs::exists(status) && isThere(journal)) {
     raise<IOError>("cannot {} '{}': the file is gone; put it back, or remove '{}', which has old bytes of it", task,
-                   realFile.u8string(), journal.u8string());
+                   Platform::pathToUTF8(realFile), Platform::pathToUTF8(journal));
   }
-  raise<IOError>("cannot {} '{}': {}", task, realFile.u8string(),
+  raise<IOError>("cannot {} '{}': {}", task, Platform::pathToUTF8(realFile),
                  fs::exists(status) ? "it is no regular file" : "there is no such file");
 }
 
@@ -125,7 +126,7 @@ Durability endChange(const Path& realFile, OldBytes oldBytes) {
     raise<IOError>(
         "the file has been changed, but has its journal still: '{}': {}; remove the journal to keep the change, or "
         "recover the file to undo it",
-        realFile.u8string(), error.message());
+        Platform::pathToUTF8(realFile), error.message());
   }
 }
 
@@ -141,7 +142,7 @@ Durability endChange(const Path& realFile, OldBytes oldBytes) {
 }
 
 [[noreturn]] void refuseUndoing(const Path& realFile, const std::string& reason) {
-  raise<IOError>("cannot undo the change of '{}': {}", realFile.u8string(), reason);
+  raise<IOError>("cannot undo the change of '{}': {}", Platform::pathToUTF8(realFile), reason);
 }
 
 /// Whether there is something to put back.
@@ -192,12 +193,14 @@ void requireNoOpenChange(const Path& file, const char* failure) {
   const auto change = openChange(file);
   if (change == OpenChange::kStopped) requireNoStoppedChange(file, failure);
   if (change != OpenChange::kUnderWay) return;
-  raise<IOError>("{} '{}': another program is changing it at the moment; try again later", failure, file.u8string());
+  raise<IOError>("{} '{}': another program is changing it at the moment; try again later", failure,
+                 Platform::pathToUTF8(file));
 }
 
 void requireNoStoppedChange(const Path& file, const char* failure) {
   if (!hasJournal(file)) return;
-  raise<IOError>("{} '{}': an earlier change of it was stopped half-way; recover it first", failure, file.u8string());
+  raise<IOError>("{} '{}': an earlier change of it was stopped half-way; recover it first", failure,
+                 Platform::pathToUTF8(file));
 }
 
 Durability changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,

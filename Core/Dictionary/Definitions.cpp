@@ -6,6 +6,7 @@
 #include "Core/DataIO/File.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MetaMetadata/LabelHash.h"
+#include "Core/Platform/Path.h"
 
 namespace Vantor {
 
@@ -25,8 +26,8 @@ std::string textOfFile(const Path& path) {
   DataIO::File::FileDataSource file(path);
   if (file.size() > kLargestFile) {
     Exceptions::raise<Exceptions::InvalidFormat>(
-        "{}: a dictionary file has {} octets at most; this is another file, or one to be split", path.u8string(),
-        kLargestFile);
+        "{}: a dictionary file has {} octets at most; this is another file, or one to be split",
+        Platform::pathToUTF8(path), kLargestFile);
   }
   std::string text(file.size(), '\0');
   file.read(reinterpret_cast<uint8*>(text.data()), text.size());
@@ -65,7 +66,7 @@ ExtensionAttributes extensionsOf(const Definition& definition, const ChosenNames
 
 }  // namespace
 
-void Definitions::readFile(const Path& path) { readText(textOfFile(path), path.u8string()); }
+void Definitions::readFile(const Path& path) { readText(textOfFile(path), Platform::pathToUTF8(path)); }
 
 void Definitions::reserve(std::size_t textSize) {
   constexpr std::size_t kTypicalRow = 90;  // octets, in files whose columns are aligned

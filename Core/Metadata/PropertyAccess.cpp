@@ -12,6 +12,7 @@
 #include "Core/Metadata/ReferenceElement.h"
 #include "Core/Metadata/SetValues.h"
 #include "Core/Metadata/UnreadValue.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Types/Factories.h"
 #include "Core/Types/FinalNULs.h"
@@ -52,10 +53,10 @@ bool isInteger(Identifier type) {
 Bytes bytesOfFile(const Path& path, uint32 size) {
   DataIO::File::FileDataSource file(path);
   if (size != 0 && file.size() != size) {
-    raise<InvalidFormat>("{} has {} octets, not {}", path.u8string(), file.size(), size);
+    raise<InvalidFormat>("{} has {} octets, not {}", Platform::pathToUTF8(path), file.size(), size);
   }
   if (file.size() > std::numeric_limits<uint32>::max()) {
-    raise<InvalidFormat>("{} is too large for a value: 2^32 bytes or more", path.u8string());
+    raise<InvalidFormat>("{} is too large for a value: 2^32 bytes or more", Platform::pathToUTF8(path));
   }
   Bytes bytes(file.size());
   file.read(bytes.data(), bytes.size());

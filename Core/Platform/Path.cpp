@@ -54,4 +54,17 @@ Path pathFromWstring(const wstring& name) {
 
 #endif
 
+std::string pathToUTF8(const Path& path) {
+  const auto name = path.u8string();  // of char8_t from C++20 on
+  return {name.begin(), name.end()};
+}
+
+Path pathFromUTF8(const std::string& name) {
+#ifdef __cpp_lib_char8_t
+  return std::u8string(name.begin(), name.end());
+#else
+  return std::filesystem::u8path(name);
+#endif
+}
+
 }  // namespace Vantor::Platform

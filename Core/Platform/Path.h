@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "Core/Platform/Types.h"
 
@@ -15,6 +16,10 @@ namespace Platform {
 /// U+DCFF, which no text has alone, so that every name comes back.
 wstring pathToWstring(const Path& path);
 Path pathFromWstring(const wstring& name);
+
+/// The name of a file as UTF-8, whatever character type a standard gives it. Where names are octets, these are they.
+std::string pathToUTF8(const Path& path);
+Path pathFromUTF8(const std::string& name);
 
 }  // namespace Platform
 

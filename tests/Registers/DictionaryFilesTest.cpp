@@ -15,6 +15,7 @@
 #include "Core/Dictionary/PropertyTypeText.h"
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 
 namespace Vantor::Registers {
 namespace {
@@ -205,7 +206,7 @@ TEST(DictionaryFiles, ReadRegistersFirstWhateverTheOrder) {
 TEST(DictionaryFiles, TellRegistersByTheirContent) {
   const SmallRegisters registers;
   const Path groups = registers.folder.write("groups", "\xEF\xBB\xBF \n" + registerOf("GroupsRegister", ""));
-  EXPECT_THAT(messageOf({groups}), StartsWith(groups.u8string()));
+  EXPECT_THAT(messageOf({groups}), StartsWith(Platform::pathToUTF8(groups)));
   EXPECT_THAT(messageOf({registers.folder.write("a.xml", "dictionary 1\n")}), "nothing is wrong");
 }
 
@@ -220,8 +221,8 @@ TEST(DictionaryFiles, NameTheRegisterAndTheLineOfWhatOnlyShowsInTheEnd) {
   const SmallRegisters registers;
   const Path own =
       registers.folder.write("own.dictionary", "dictionary 1\n" + std::string(kAcmeKey) + " Preface2 - name=Preface\n");
-  EXPECT_EQ(messageOf({registers.folder.path(), own}).find(own.u8string() + ":2: "), 0u);
-  EXPECT_THAT(messageOf({registers.folder.path(), own}), HasSubstr(registers.groups.u8string() + ":2)"));
+  EXPECT_EQ(messageOf({registers.folder.path(), own}).find(Platform::pathToUTF8(own) + ":2: "), 0u);
+  EXPECT_THAT(messageOf({registers.folder.path(), own}), HasSubstr(Platform::pathToUTF8(registers.groups) + ":2)"));
 }
 
 TEST(DictionaryFiles, ThatAreNotThereAreAnError) {
@@ -235,7 +236,7 @@ TEST(DictionaryFiles, DefineNoLabelThatIsBuiltIn) {
   const std::string text = "dictionary 1\nlabel 060e2b34.04010101.0d010201.01010900 Mine My own\n";
   const Path file = folder.write("own.dictionary", text);
   EXPECT_EQ(messageOf({file}),
-            file.u8string() +
+            Platform::pathToUTF8(file) +
                 ":2: the label MXFOP1aSingleItemSinglePackageMultiTrackStreamInternal is built in, as "
                 "'MXF OP1a SingleItem SinglePackage MultiTrack Stream Internal'; take the row away, "
                 "or choose another key and symbol");
@@ -246,16 +247,16 @@ TEST(DictionaryFiles, AreNotWaitedForWhereTheyAreNoFiles) {
   const Folder folder;
   const Path pipe = folder.path() / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  EXPECT_EQ(messageOf({pipe}), "cannot read '" + pipe.u8string() + "': it is no file");
+  EXPECT_EQ(messageOf({pipe}), "cannot read '" + Platform::pathToUTF8(pipe) + "': it is no file");
 }
 
 TEST(DictionaryFiles, AreRefusedWhenTheyAreTooLarge) {
   const Folder folder;
   const Path file = folder.write("large.xml", "<GroupsRegister/>");
   std::filesystem::resize_file(file, (std::uintmax_t{64} << 20) + 1);
-  EXPECT_EQ(
-      messageOf({file}),
-      file.u8string() + ": a register or dictionary file has 64 MiB at most; this is another file, or one to be split");
+  EXPECT_EQ(messageOf({file}),
+            Platform::pathToUTF8(file) +
+                ": a register or dictionary file has 64 MiB at most; this is another file, or one to be split");
 }
 #endif
 

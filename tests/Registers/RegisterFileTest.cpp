@@ -9,6 +9,7 @@
 
 #include "Core/MetaMetadata/RegisterKey.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "XMLUtils/LoadDocument.h"
 
 namespace Vantor::Registers {
@@ -53,7 +54,7 @@ std::string refusal(const std::string& bytes, Entries registers = {}) {
     readRegister(file.path(), registers);
     return "";
   } catch (const Exceptions::InvalidFormat& exception) {
-    const auto folder = file.path().parent_path().u8string() + "/";
+    const auto folder = Platform::pathToUTF8(file.path().parent_path()) + "/";
     EXPECT_EQ(exception.message().compare(0, folder.size(), folder), 0) << exception.message();
     return exception.message().substr(folder.size());
   }
@@ -342,14 +343,14 @@ TEST(RegisterFile, NamesAFileThatCannotBeRead) {
     readRegister(missing, registers);
     FAIL();
   } catch (const Exceptions::IOError& exception) {
-    EXPECT_EQ(exception.message(), "cannot open '" + missing.u8string() + "': No such file or directory");
+    EXPECT_EQ(exception.message(), "cannot open '" + Platform::pathToUTF8(missing) + "': No such file or directory");
   }
   EXPECT_THROW(readRegister(::testing::TempDir(), registers), Exceptions::IOError);
 }
 
 TEST(RegisterFile, IsNotMadeToOpenOrExpandAnything) {
   const RegisterFile secret("Secret.txt", "secret");
-  const auto uri = "file://" + secret.path().u8string();
+  const auto uri = "file://" + Platform::pathToUTF8(secret.path());
   EXPECT_THAT(refusal("<!DOCTYPE GroupsRegister [<!ENTITY e SYSTEM '" + uri + "'>]>" +
                       groupsOf(groupWith("<KLVSyntax>&e;</KLVSyntax>"))),
               HasSubstr("this is no XML that can be read: "));

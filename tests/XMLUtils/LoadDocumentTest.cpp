@@ -7,6 +7,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "Core/Platform/Path.h"
 #include "Documents.h"
 #include "XMLUtils/Initializer.h"
 #include "XMLUtils/UnicodeString.h"
@@ -237,7 +238,7 @@ TEST(CleanEmptyTextNodes, ReachesDepthsThatNoStackWouldHold) {
 class TemporaryFile {
  public:
   TemporaryFile(const char* name, const std::string& content)
-      : path_(std::filesystem::path(::testing::TempDir()) / std::filesystem::u8path(name)) {
+      : path_(std::filesystem::path(::testing::TempDir()) / Platform::pathFromUTF8(name)) {
     std::ofstream(path_, std::ios::binary) << content;
   }
   ~TemporaryFile() { std::filesystem::remove(path_); }

@@ -11,7 +11,13 @@
 #include <ostream>
 #include <stdexcept>
 
+#if VANTOR_WITH_XQILLA
+#include <xqilla/exceptions/XQException.hpp>
+#include <xqilla/exceptions/XQillaException.hpp>
+#endif
+
 #include "XMLUtils/Initializer.h"
+#include "XMLUtils/Strings.h"
 
 namespace Vantor::XMLUtils {
 namespace {

@@ -1,11 +1,11 @@
 #include <cstdio>
 
-#include "Core/DataIO/Memory.h"
-#include "Core/Dictionary/BuiltInDictionary.h"
-#include "Core/Metadata/PartitionMetadata.h"
-#include "Core/Metadata/StructuralMetadataKeys.h"
-#include "Core/Platform/Exceptions.h"
-#include "JSON/Document.h"
+#include <vantor/Core/DataIO/Memory.h>
+#include <vantor/Core/Dictionary/BuiltInDictionary.h>
+#include <vantor/Core/Metadata/PartitionMetadata.h>
+#include <vantor/Core/Metadata/StructuralMetadataKeys.h>
+#include <vantor/Core/Platform/Exceptions.h>
+#include <vantor/JSON/Document.h>
 #include "XML2Partition.h"
 #include "XMLBuilder.h"
 

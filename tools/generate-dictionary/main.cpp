@@ -54,7 +54,8 @@ bool isStored(const Path& path, const std::string& text) {
   std::ifstream file(path, std::ios::binary);
   const std::string stored{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   if (stored == text) return true;
-  std::fprintf(stderr, "%s is not what the registers make; run scripts/generate-dictionary\n", path.u8string().c_str());
+  std::fprintf(stderr, "%s is not what the registers make; run scripts/generate-dictionary\n",
+               Platform::pathToUTF8(path).c_str());
   return false;
 }
 
@@ -71,11 +72,11 @@ int run(std::vector<std::string> arguments) {
     std::fputs(kUsage, stderr);
     return kWrongUsage;
   }
-  const Path registers = std::filesystem::u8path(arguments[0]);
+  const Path registers = Platform::pathFromUTF8(arguments[0]);
   if (isCheck && !std::filesystem::exists(registers)) return kNotThere;
   bool isSame = true;
   for (const auto& [name, text] : make(registers)) {
-    const Path path = std::filesystem::u8path(arguments[1]) / name;
+    const Path path = Platform::pathFromUTF8(arguments[1]) / name;
     if (isCheck) {
       isSame = isStored(path, text) && isSame;
     } else {

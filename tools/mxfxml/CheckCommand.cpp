@@ -7,6 +7,7 @@
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/RuleOptions.h"
 #include "Core/DataIO/File.h"
+#include "Core/Platform/Path.h"
 #include "Edit/Check.h"
 #include "Input/StoppedChange.h"
 #include "Report/FindingText.h"
@@ -23,7 +24,7 @@ class CheckCommand final : public Command {
   explicit CheckCommand(CLI::App& program)
       : Command(program, "check", "Print what in the metadata of files breaks the rules of the standards") {
     const auto take = [this](const std::vector<std::string>& names) {
-      for (const auto& name : names) files_.push_back(std::filesystem::u8path(name));
+      for (const auto& name : names) files_.push_back(Platform::pathFromUTF8(name));
     };
     app().add_option_function<std::vector<std::string>>("FILE", take, "MXF files")->type_name("")->check(whyNoFileName);
     rules_.addIgnore(app(), "Leave out what breaks this rule");
@@ -58,7 +59,7 @@ class CheckCommand final : public Command {
   /// @param checked  with --json, gets an object for the file.
   ExitCode check(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& shared,
                  JSON::Value& checked) const {
-    auto json = JSON::Value::object().add("file", file.u8string());
+    auto json = JSON::Value::object().add("file", Platform::pathToUTF8(file));
     std::vector<Edit::Finding> findings;
     try {
       refuseStoppedChange(file);
@@ -85,7 +86,7 @@ class CheckCommand final : public Command {
 
   /// With the name of the file on each line where there are several files.
   void print(const Path& file, const std::vector<Edit::Finding>& findings) const {
-    const std::string name = oneLine(file.u8string()) + ": ";
+    const std::string name = oneLine(Platform::pathToUTF8(file)) + ": ";
     std::string text;
     for (const auto& finding : findings) text += (files_.size() > 1 ? name : "") + oneLine(lineOf(finding)) + "\n";
     writeStandardOutput(text + name + summaryOf(findings) + "\n");

@@ -3,6 +3,7 @@
 #include "CommandLine/DictionaryOptions.h"
 #include "Core/DataIO/File.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Platform/Path.h"
 #include "Definitions/DefinitionsText.h"
 #include "Definitions/DictionaryJSON.h"
 #include "Definitions/DictionarySearch.h"
@@ -89,12 +90,14 @@ class DictionaryCommand final : public Command {
   std::string learnedText() const {
     const auto metadata = MXF::readHeaderMetadata(learned_, dictionary_.load(), partition_);
     auto definitions = dictionary_.definitions();
-    const auto found = Registers::addFileDefinitions(*metadata, learned_.u8string(), definitions);
-    for (const auto& problem : found.problems) printMessage(oneLine(learned_.u8string() + ": " + describe(problem)));
+    const auto found = Registers::addFileDefinitions(*metadata, Platform::pathToUTF8(learned_), definitions);
+    for (const auto& problem : found.problems)
+      printMessage(oneLine(Platform::pathToUTF8(learned_) + ": " + describe(problem)));
     if (!found.isNew()) {
       throw CommandError("the metadata define nothing that the dictionary lacks");
     }
-    return textOf(definitions, "Learned from " + oneLine(learned_.filename().u8string()) + ".", found.source);
+    return textOf(definitions, "Learned from " + oneLine(Platform::pathToUTF8(learned_.filename())) + ".",
+                  found.source);
   }
 
   std::string wanted_;  // empty for the list of sets

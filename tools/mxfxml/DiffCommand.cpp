@@ -6,6 +6,7 @@
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
 #include "Core/Comparison/SetPairing.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Strings.h"
 #include "Input/InputDocument.h"
 #include "Input/MetadataInput.h"
@@ -121,7 +122,7 @@ class DiffCommand final : public Command {
 
   JSON::Value jsonOf(const std::vector<OtherIdentifier>& identifiers, const PartitionComparison& comparison) const {
     auto json = formatted("diff");
-    json.add("left", input().u8string()).add("right", other_.u8string());
+    json.add("left", Platform::pathToUTF8(input())).add("right", Platform::pathToUTF8(other_));
     json.add("identifiers", listOf(identifiers));
     addComparison(comparison, json);
     return json;

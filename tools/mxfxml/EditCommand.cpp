@@ -6,6 +6,7 @@
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/EditOptions.h"
 #include "Core/DataIO/Memory.h"
+#include "Core/Platform/Path.h"
 #include "Editing/EditReport.h"
 #include "Editing/EditedText.h"
 #include "Editing/ImportEdit.h"
@@ -83,7 +84,7 @@ class EditCommand final : public Command {
   }
 
   ExitCode sayNothingChanged() const {
-    printMessage(input().u8string() + ": nothing changed");
+    printMessage(Platform::pathToUTF8(input()) + ": nothing changed");
     return kSuccess;
   }
 
@@ -117,8 +118,9 @@ class EditCommand final : public Command {
 
   /// For the document that is kept.
   std::string mergingCommand(const EditedText& text) const {
-    const auto end = output_ ? " -o " + output_->u8string() : std::string(" --in-place");
-    return std::string(kProgramName) + " import " + text.path().u8string() + " --into " + input().u8string() + end;
+    const auto end = output_ ? " -o " + Platform::pathToUTF8(*output_) : std::string(" --in-place");
+    return std::string(kProgramName) + " import " + Platform::pathToUTF8(text.path()) + " --into " +
+           Platform::pathToUTF8(input()) + end;
   }
 
   bool isUnedited(Edit::File& file) const { return file.preview(options_.saving()).changes.isNone(); }
@@ -130,7 +132,7 @@ class EditCommand final : public Command {
     if (answer == 'y') {
       saveEdits(file, input(), output_, options_);
     } else {
-      printMessage(input().u8string() + ": nothing is written");
+      printMessage(Platform::pathToUTF8(input()) + ": nothing is written");
     }
     return code;
   }

@@ -9,6 +9,7 @@
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/PropertyPaths.h"
+#include "Core/Platform/Path.h"
 #include "Input/BetterPartition.h"
 #include "Input/InputDocument.h"
 #include "Input/MetadataInput.h"
@@ -102,7 +103,7 @@ class GetCommand final : public Command {
   static void refuseFiles(const std::vector<std::string>& texts) {
     for (const auto& text : texts) {
       std::error_code error;
-      const bool isFile = std::filesystem::is_regular_file(std::filesystem::u8path(text), error);
+      const bool isFile = std::filesystem::is_regular_file(Platform::pathFromUTF8(text), error);
       if (isFile)
         throw UsageError("'" + oneLine(text) + "' is a file; of several files, write -p Set.Property FILE...");
     }
@@ -122,7 +123,7 @@ class GetCommand final : public Command {
   /// A file with trouble does not keep the command from the others; nothing is printed of it.
   /// @param list  with --json, gets an object for the file.
   ExitCode get(const Path& file, const Paths& paths, bool areSeveral, JSON::Value& list) const {
-    auto json = JSON::Value::object().add("file", file.u8string());
+    auto json = JSON::Value::object().add("file", Platform::pathToUTF8(file));
     Answers answers = answersOf(file, paths);
     if (!answers.troubles.empty()) {
       list.append(json.add("problem", report(file, answers.troubles)));
@@ -134,7 +135,7 @@ class GetCommand final : public Command {
       writeStandardOutput(tableRow(file, answers));
       return codeOf(answers);  // an empty cell shows what is missing
     } else {
-      print(answers, paths, areSeveral ? oneLine(file.u8string()) + ": " : "");
+      print(answers, paths, areSeveral ? oneLine(Platform::pathToUTF8(file)) + ": " : "");
     }
     return reportMissing(file, answers);
   }
@@ -185,7 +186,7 @@ class GetCommand final : public Command {
 
   static ExitCode reportMissing(const Path& file, const Answers& answers) {
     for (const auto& found : answers.byPath) {
-      if (found.values.empty()) printMessage(file.u8string() + ": " + found.whyNone);
+      if (found.values.empty()) printMessage(Platform::pathToUTF8(file) + ": " + found.whyNone);
     }
     return codeOf(answers);
   }
@@ -198,7 +199,7 @@ class GetCommand final : public Command {
 
   /// No value has a tab or a line feed: both are escaped.
   static std::string tableRow(const Path& file, const Answers& answers) {
-    std::string line = oneLine(file.u8string());
+    std::string line = oneLine(Platform::pathToUTF8(file));
     for (const auto& found : answers.byPath) line += "\t" + cellOf(found);
     return line + "\n";
   }

@@ -7,6 +7,7 @@
 #include "CommandLine/EditOptions.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
+#include "Core/Platform/Path.h"
 #include "Editing/EditReport.h"
 #include "Editing/ImportEdit.h"
 #include "Input/InputDocument.h"
@@ -163,7 +164,7 @@ class ImportCommand final : public Command {
     printDiagnostics(input(), problems, strict_, kNothingWritten);
     const auto lost = tagsWithoutLabels(metadata);
     if (lost != 0) {
-      printMessage(input().u8string() + ": warning: documents do not hold what " + std::to_string(lost) +
+      printMessage(Platform::pathToUTF8(input()) + ": warning: documents do not hold what " + std::to_string(lost) +
                    " local tags in dark sets stand for; importing --into the original file keeps it");
     }
     printRemarks(input(), Edit::longValuesOf(metadata));

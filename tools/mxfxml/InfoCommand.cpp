@@ -7,6 +7,7 @@
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
 #include "Core/MXF/FileStructure.h"
+#include "Core/Platform/Path.h"
 #include "Input/BetterPartition.h"
 #include "Input/StoppedChange.h"
 #include "Look/MetadataText.h"
@@ -189,7 +190,8 @@ class InfoCommand final : public Command {
       printMessage(currentExceptionText(file));
       return kFailure;
     }
-    if (files_.size() > 1) text = (&file == &files_.front() ? "" : "\n") + oneLine(file.u8string()) + ":\n" + text;
+    if (files_.size() > 1)
+      text = (&file == &files_.front() ? "" : "\n") + oneLine(Platform::pathToUTF8(file)) + ":\n" + text;
     writeStandardOutput(text);
     return kSuccess;
   }
@@ -205,7 +207,7 @@ class InfoCommand final : public Command {
 
   /// @param list  gets an object for the file.
   ExitCode describe(const Path& file, JSON::Value& list) const {
-    auto json = JSON::Value::object().add("file", file.u8string());
+    auto json = JSON::Value::object().add("file", Platform::pathToUTF8(file));
     try {
       refuseStoppedChange(file);
       auto described = json;

@@ -6,6 +6,7 @@
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/EditOptions.h"
 #include "CommandLine/PropertyPaths.h"
+#include "Core/Platform/Path.h"
 #include "Editing/EditReport.h"
 #include "Editing/GivenValues.h"
 #include "Editing/SetEdit.h"
@@ -108,7 +109,7 @@ class SetCommand final : public Command {
   /// @return the number of these, if the user wants to keep going. @throws what the last one throws, otherwise.
   std::size_t edit(const EditTarget& target, PartitionMetadata& metadata, const std::vector<Change>& changes) const {
     const auto result = SetEdit(target, start_, options_.keepsGoing()).run(metadata, changes);
-    for (const auto& remark : result.remarks) printMessage(input().u8string() + ": " + remark);
+    for (const auto& remark : result.remarks) printMessage(Platform::pathToUTF8(input()) + ": " + remark);
     for (const auto& warning : result.warnings) printMessage(warning);
     const auto& failures = result.failures;
     for (const auto& failure : failures) {

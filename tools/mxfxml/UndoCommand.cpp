@@ -3,6 +3,7 @@
 
 #include "CommandLine/Command.h"
 #include "CommandLine/CommonOptions.h"
+#include "Core/Platform/Path.h"
 #include "Input/StoppedChange.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardStreams.h"
@@ -18,7 +19,7 @@ class UndoCommand final : public Command {
   explicit UndoCommand(CLI::App& program)
       : Command(program, "undo", "Undo the last change in place of files that kept its old bytes (--keep-undo)") {
     const auto take = [this](const std::vector<std::string>& names) {
-      for (const auto& name : names) files_.push_back(std::filesystem::u8path(name));
+      for (const auto& name : names) files_.push_back(Platform::pathFromUTF8(name));
     };
     app()
         .add_option_function<std::vector<std::string>>("INPUT", take, "MXF files")
@@ -45,7 +46,7 @@ class UndoCommand final : public Command {
       printMessage(currentExceptionText(file));
       return kFailure;
     }
-    const auto name = files_.size() > 1 ? oneLine(file.u8string()) + ": " : "";
+    const auto name = files_.size() > 1 ? oneLine(Platform::pathToUTF8(file)) + ": " : "";
     writeStandardOutput(name + describe(undoing) + "\n");
     return kSuccess;
   }

@@ -6,6 +6,7 @@
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
 #include "Core/Comparison/PartitionComparison.h"
+#include "Core/Platform/Path.h"
 #include "Input/StoppedChange.h"
 #include "LosslessXML.h"
 #include "Report/ComparisonText.h"
@@ -69,7 +70,7 @@ class VerifyCommand final : public Command {
 
   void print(const Diagnostics& diagnostics, const PartitionComparison& comparison) const {
     if (!isJSON_) return writeStandardOutput(linesOf(diagnostics) + describe(comparison));
-    auto json = formatted("verify").add("file", input().u8string()).add("partition", partition_.text());
+    auto json = formatted("verify").add("file", Platform::pathToUTF8(input())).add("partition", partition_.text());
     json.add("form", exact_ ? "exact" : "lossless").add("nested", !flat_);
     json.add("notes", jsonOf(withoutLines(diagnostics)));
     addComparison(comparison, json);

@@ -10,6 +10,7 @@
 #include "CommandLine/HelpText.h"
 #include "CommandLine/VersionText.h"
 #include "Core/Platform/NearestName.h"
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardStreams.h"
 
@@ -184,7 +185,7 @@ int runProgram(std::vector<std::string> arguments) {
 // The system's code page cannot name every file, its wide characters can.
 int wmain(int argc, wchar_t** argv) {
   std::vector<std::string> arguments;
-  for (int i = 1; i < argc; ++i) arguments.push_back(std::filesystem::path(argv[i]).u8string());
+  for (int i = 1; i < argc; ++i) arguments.push_back(Platform::pathToUTF8(std::filesystem::path(argv[i])));
   return Vantor::Tool::runProgram(std::move(arguments));
 }
 #else

@@ -9,6 +9,7 @@
 
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
 
@@ -92,13 +93,14 @@ TEST_F(FileDataSourceTest, ReadsBeyondFourGibibytes) {
 
 TEST_F(FileDataSourceTest, NamesPathAndReasonOfAMissingFile) {
   const Path missing = folder_ / "mi\u00DFing";
-  EXPECT_THAT([&] { FileDataSource source(missing); },
-              ThrowsMessage<IOError>(StrEq("cannot open '" + missing.u8string() + "': No such file or directory")));
+  EXPECT_THAT(
+      [&] { FileDataSource source(missing); },
+      ThrowsMessage<IOError>(StrEq("cannot open '" + Platform::pathToUTF8(missing) + "': No such file or directory")));
 }
 
 TEST_F(FileDataSourceTest, RefusesADirectory) {
   EXPECT_THAT([&] { FileDataSource source(folder_); },
-              ThrowsMessage<IOError>(AllOf(HasSubstr(folder_.u8string()), HasSubstr("Is a directory"))));
+              ThrowsMessage<IOError>(AllOf(HasSubstr(Platform::pathToUTF8(folder_)), HasSubstr("Is a directory"))));
 }
 
 TEST_F(FileDataSourceTest, RefusesADeviceInsteadOfWaitingForIt) {
@@ -227,10 +229,12 @@ TEST_F(AtomicFileTest, CreatesTheFileBehindSymbolicLinksThatLeadToNothingYet) {
 TEST_F(AtomicFileTest, RefusesSymbolicLinksThatLeadNowhere) {
   fs::create_symlink(Path("missing") / "real", folder_ / "link");
   fs::create_symlink("loop", folder_ / "loop");
-  EXPECT_THAT([&] { AtomicFile file(folder_ / "link"); },
-              ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "link").u8string()), HasSubstr("No such file"))));
-  EXPECT_THAT([&] { AtomicFile file(folder_ / "loop"); },
-              ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "loop").u8string()), HasSubstr("symbolic links"))));
+  EXPECT_THAT(
+      [&] { AtomicFile file(folder_ / "link"); },
+      ThrowsMessage<IOError>(AllOf(HasSubstr(Platform::pathToUTF8(folder_ / "link")), HasSubstr("No such file"))));
+  EXPECT_THAT(
+      [&] { AtomicFile file(folder_ / "loop"); },
+      ThrowsMessage<IOError>(AllOf(HasSubstr(Platform::pathToUTF8(folder_ / "loop")), HasSubstr("symbolic links"))));
   EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
   EXPECT_TRUE(fs::is_symlink(folder_ / "loop"));
 }
@@ -241,7 +245,7 @@ TEST_F(AtomicFileTest, RefusesAnExistingFileThatIsReadOnly) {
   fs::permissions(folder_ / "a", fs::perms::owner_read);
   for (const Path& target : {folder_ / "a", folder_ / "link"}) {
     EXPECT_THAT([&] { AtomicFile file(target); },
-                ThrowsMessage<IOError>(StrEq("cannot change '" + target.u8string() + "': it is read-only")));
+                ThrowsMessage<IOError>(StrEq("cannot change '" + Platform::pathToUTF8(target) + "': it is read-only")));
   }
   EXPECT_EQ(contents(folder_ / "a"), "precious");
   EXPECT_THAT(names(), testing::UnorderedElementsAre("a", "link"));
@@ -249,8 +253,8 @@ TEST_F(AtomicFileTest, RefusesAnExistingFileThatIsReadOnly) {
 
 TEST_F(AtomicFileTest, NamesTheTargetWhoseFolderDoesNotExist) {
   const Path target = folder_ / "missing" / "a";
-  EXPECT_THAT([&] { AtomicFile file(target); },
-              ThrowsMessage<IOError>(AllOf(HasSubstr(target.u8string()), HasSubstr("No such file or directory"))));
+  EXPECT_THAT([&] { AtomicFile file(target); }, ThrowsMessage<IOError>(AllOf(HasSubstr(Platform::pathToUTF8(target)),
+                                                                             HasSubstr("No such file or directory"))));
   EXPECT_THAT(names(), testing::IsEmpty());
 }
 
@@ -319,13 +323,13 @@ TEST_F(FileStateTest, TellsAnotherFileOfTheSameSizeAndTime) {
   fs::rename(folder_ / "b", folder_ / "a");
   EXPECT_NE(stateOf(folder_ / "link"), state);
   EXPECT_THAT([&] { requireState(folder_ / "link", state, "cannot change"); },
-              ThrowsMessage<IOError>(StrEq("cannot change '" + (folder_ / "link").u8string() +
+              ThrowsMessage<IOError>(StrEq("cannot change '" + Platform::pathToUTF8(folder_ / "link") +
                                            "': another program has changed it meanwhile; begin anew")));
 }
 
 TEST_F(FileStateTest, NamesTheFileThatIsMissing) {
   EXPECT_THAT([&] { stateOf(folder_ / "a"); },
-              ThrowsMessage<IOError>(AllOf(HasSubstr((folder_ / "a").u8string()), HasSubstr("No such file"))));
+              ThrowsMessage<IOError>(AllOf(HasSubstr(Platform::pathToUTF8(folder_ / "a")), HasSubstr("No such file"))));
 }
 
 #ifdef __linux__

@@ -6,6 +6,7 @@
 
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
 
@@ -35,7 +36,7 @@ class KeptChangeTest : public FolderTest {
   }
   std::string kept() const { return contents(undoPath(file_)); }
   std::string reason(const std::string& text) const {
-    return "cannot undo the change of '" + fs::canonical(file_).u8string() + "': " + text;
+    return "cannot undo the change of '" + Platform::pathToUTF8(fs::canonical(file_)) + "': " + text;
   }
   void expectRefusal(const std::string& text) const {
     const std::string present = contents(file_), bytes = kept();
@@ -118,13 +119,13 @@ TEST_F(KeptChangeTest, IsNotUndoneByDamagedBytes) {
   const std::string whole = kept();
   for (std::size_t size = 0; size < whole.size(); ++size) {
     create(undoPath(file_), whole.substr(0, size));
-    expectRefusal("'" + undoPath(file_).u8string() + "', which has the old bytes, is damaged");
+    expectRefusal("'" + Platform::pathToUTF8(undoPath(file_)) + "', which has the old bytes, is damaged");
   }
   for (std::size_t at = 12; at < whole.size(); ++at) {
     std::string changed = whole;
     changed[at] ^= 0x10;
     create(undoPath(file_), changed);
-    expectRefusal("'" + undoPath(file_).u8string() + "', which has the old bytes, is damaged");
+    expectRefusal("'" + Platform::pathToUTF8(undoPath(file_)) + "', which has the old bytes, is damaged");
   }
   create(undoPath(file_), "notes");
   EXPECT_THAT([&] { undo(file_); }, ThrowsMessage<IOError>(HasSubstr("' is no journal of a change; move it away")));

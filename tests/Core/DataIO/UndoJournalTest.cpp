@@ -10,6 +10,7 @@
 
 #include "Core/DataIO/Crc64.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
 
@@ -298,7 +299,7 @@ TEST_F(UndoJournalTest, IsBelievedForNoOtherFileOfTheSameSize) {
           [&] { recover(file_); },
           ThrowsMessage<IOError>(
               AllOf(HasSubstr("it is not the file whose change was stopped, or was changed since; to keep it as it is"),
-                    HasSubstr("remove the journal '" + journalPath(file_).u8string() + "'"))))
+                    HasSubstr("remove the journal '" + Platform::pathToUTF8(journalPath(file_)) + "'"))))
           << at;
       EXPECT_EQ(contents(file_), other);
       EXPECT_EQ(contents(journalPath(file_)), whole);
@@ -363,7 +364,7 @@ TEST_F(UndoJournalTest, DistinguishesAChangeUnderWayFromAStoppedOne) {
   change([&](FileUpdate& file) {
     EXPECT_EQ(openChange(file_), OpenChange::kUnderWay);
     EXPECT_THAT([&] { requireNoOpenChange(file_, "cannot edit"); },
-                ThrowsMessage<IOError>(StrEq("cannot edit '" + file_.u8string() +
+                ThrowsMessage<IOError>(StrEq("cannot edit '" + Platform::pathToUTF8(file_) +
                                              "': another program is changing it at the moment; try again later")));
     writeNew(file);
   });
@@ -371,7 +372,7 @@ TEST_F(UndoJournalTest, DistinguishesAChangeUnderWayFromAStoppedOne) {
   create(journalPath(file_), journalOfStoppedChange());
   EXPECT_EQ(openChange(file_), OpenChange::kStopped);
   EXPECT_THAT([&] { requireNoOpenChange(file_, "cannot edit"); },
-              ThrowsMessage<IOError>(StrEq("cannot edit '" + file_.u8string() +
+              ThrowsMessage<IOError>(StrEq("cannot edit '" + Platform::pathToUTF8(file_) +
                                            "': an earlier change of it was stopped half-way; recover it first")));
 }
 

@@ -9,6 +9,7 @@
 
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
 
@@ -58,7 +59,8 @@ TEST_F(UnreadableFolderTest, IsNamedWhenTheChangeCannotBegin) {
               try {
                 changeInPlace(file_, stateOf(file_), {{3, kDigits}});
               } catch (const IOError& error) {
-                return error.message() == "cannot flush the folder '" + sub_.u8string() + "': Permission denied";
+                return error.message() ==
+                       "cannot flush the folder '" + Platform::pathToUTF8(sub_) + "': Permission denied";
               }
               return false;
             }),
@@ -97,7 +99,7 @@ TEST_F(UnreadableFolderTest, KeepsAChangeFromBeingUndone) {
                 undo(file_);
               } catch (const IOError& error) {
                 return error.message() ==
-                       "cannot undo the change of '" + file_.u8string() + "': its folder cannot be flushed";
+                       "cannot undo the change of '" + Platform::pathToUTF8(file_) + "': its folder cannot be flushed";
               }
               return false;
             }),

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "Core/Dictionary/DefinitionAdder.h"
+#include "Core/Platform/Path.h"
 #include "tests/Core/Dictionary/DictionaryTexts.h"
 
 namespace Vantor {
@@ -206,7 +207,7 @@ TEST(Definitions, OfAFileAreThoseOfItsText) {
   definitions.readFile(path);
   std::filesystem::remove(path);
   EXPECT_THAT(setSymbols(definitions), ElementsAre("AcmeShot"));
-  EXPECT_THAT(definitions.sources(), ElementsAre(path.u8string()));
+  EXPECT_THAT(definitions.sources(), ElementsAre(Platform::pathToUTF8(path)));
 }
 
 TEST(Definitions, OfTheExampleMakeADictionary) {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <random>
 
+#include "Core/Platform/Path.h"
 #include "tests/Core/Dictionary/DictionaryTexts.h"
 
 /// Files that are no text, and texts of extreme size: they take seconds at most, and no more stack than others.
@@ -78,10 +79,11 @@ std::string unreadable(const Path& path) {
 
 TEST(UnusualDictionary, ThatAreMissingOrFoldersCannotBeRead) {
   const Scratch missing;
-  EXPECT_EQ(unreadable(missing.path()), "cannot open '" + missing.path().u8string() + "': No such file or directory");
+  EXPECT_EQ(unreadable(missing.path()),
+            "cannot open '" + Platform::pathToUTF8(missing.path()) + "': No such file or directory");
   const Scratch folder;
   std::filesystem::create_directory(folder.path());
-  EXPECT_EQ(unreadable(folder.path()), "cannot read '" + folder.path().u8string() + "': Is a directory");
+  EXPECT_EQ(unreadable(folder.path()), "cannot read '" + Platform::pathToUTF8(folder.path()) + "': Is a directory");
 }
 
 TEST(UnusualDictionary, OfMoreOctetsThanAnyDictionaryAreNotReadIntoMemory) {
@@ -90,7 +92,7 @@ TEST(UnusualDictionary, OfMoreOctetsThanAnyDictionaryAreNotReadIntoMemory) {
   std::filesystem::resize_file(large.path(), uint64{1} << 40);
   Definitions definitions;
   EXPECT_EQ(refusalOf([&] { definitions.readFile(large.path()); }),
-            large.path().u8string() +
+            Platform::pathToUTF8(large.path()) +
                 ": a dictionary file has 67108864 octets at most; this is another file, or one to be split");
 }
 

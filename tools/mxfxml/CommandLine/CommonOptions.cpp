@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardInput.h"
 
@@ -16,7 +17,7 @@ std::string whyNoFileName(const std::string& text) {
 }
 
 Path pathFrom(const std::string& argument, Dash dash) {
-  if (dash == Dash::kNone) return std::filesystem::u8path(argument);
+  if (dash == Dash::kNone) return Platform::pathFromUTF8(argument);
   return dash == Dash::kInput ? inputPath(argument) : outputPath(argument);
 }
 
@@ -45,7 +46,7 @@ void refuseSameFile(const Path& input, const Path& output) {
   const bool isSame = isStandardInput(input) ? StandardInput::instance().isFile(output)
                                              : std::filesystem::equivalent(input, output, error) && !error;
   if (!isSame) return;
-  throw OtherFileError("the output '" + output.u8string() + "' is the input itself");
+  throw OtherFileError("the output '" + Platform::pathToUTF8(output) + "' is the input itself");
 }
 
 }  // namespace Vantor::Tool

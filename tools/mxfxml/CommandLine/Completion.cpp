@@ -116,7 +116,7 @@ class CommandLine {
   /// The file whose sets may be meant: the first argument that is one.
   std::optional<Path> file() const {
     for (const auto& word : positionals_) {
-      const auto path = std::filesystem::u8path(word);
+      const auto path = Platform::pathFromUTF8(word);
       std::error_code error;
       if (std::filesystem::is_regular_file(path, error)) return path;
     }

@@ -6,6 +6,7 @@
 
 #include "CommandLine/CommonOptions.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
+#include "Core/Platform/Path.h"
 #include "Registers/DictionaryFiles.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardInput.h"
@@ -16,7 +17,7 @@ using MetaMetadata::Vocabulary;
 
 void DictionaryOptions::addDictionary(CLI::App& command) {
   const auto take = [this](const std::vector<std::string>& names) {
-    for (const auto& name : names) files_.push_back(std::filesystem::u8path(name));
+    for (const auto& name : names) files_.push_back(Platform::pathFromUTF8(name));
   };
   command
       .add_option_function<std::vector<std::string>>(
@@ -106,7 +107,7 @@ DictionaryOptions::AllMetadata DictionaryOptions::readOwn(const std::vector<Sour
 
 void DictionaryOptions::warnOf(const Path& file, const Registers::FileDefinitions& found) const {
   if (usesOwnByDefault_) return;
-  const auto name = oneLine(file.u8string()) + ": warning: ";
+  const auto name = oneLine(Platform::pathToUTF8(file)) + ": warning: ";
   if (!found.isNew()) printMessage(name + "the metadata define nothing that the dictionary lacks");
   const auto left = std::count_if(found.problems.begin(), found.problems.end(), Registers::isLeftOut);
   if (left == 0) return;
@@ -142,7 +143,7 @@ DictionaryOptions::LoadFor DictionaryOptions::loadingOwn(const std::vector<Sourc
                                                          Registers::FileDefinitions& found) const {
   const auto all = std::make_shared<Definitions>(definitions());
   const auto add = [&](std::size_t i) {
-    return Registers::addFileDefinitions(*metadata[i], sources[i].file.u8string(), *all);
+    return Registers::addFileDefinitions(*metadata[i], Platform::pathToUTF8(sources[i].file), *all);
   };
   found = add(first);
   bool isNew = found.isNew();

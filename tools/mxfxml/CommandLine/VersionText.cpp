@@ -12,11 +12,8 @@ std::string versionText() {
   std::string text = std::string(kProgramName) + " " + VANTOR_VERSION;
   text += std::string("\nSMPTE metadata registers ") + kRegistersEdition + " of " + year;
   text += std::string("\nXerces-C++ ") + XERCES_FULLVERSIONDOT;
-#ifdef VANTOR_WITH_XQILLA
-  text += std::string("\nXQilla, library version ") + VANTOR_XQILLA_VERSION;
-#else
-  text += "\nwithout XQilla";
-#endif
+  const std::string xqilla = VANTOR_XQILLA;  // its version, or "without"
+  text += xqilla == "without" ? "\nwithout XQilla" : "\nXQilla, library version " + xqilla;
   return text;
 }
 

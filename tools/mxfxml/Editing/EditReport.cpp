@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "Core/Platform/Path.h"
 #include "Report/ComparisonText.h"
 #include "Report/FindingText.h"
 #include "Terminal/CopyProgress.h"
@@ -113,19 +114,20 @@ std::string hintOn(const Edit::MovedTimecode& timecode) {
 }
 
 void printUnedited(const Path& file, const std::vector<Edit::UneditedPartition>& partitions) {
-  for (const auto& partition : partitions) printMessage(file.u8string() + ": " + remarkOn(partition));
+  for (const auto& partition : partitions) printMessage(Platform::pathToUTF8(file) + ": " + remarkOn(partition));
 }
 
 /// What the user permitted needs no line.
 void printNotes(const Path& file, const Edit::SaveReport& report) {
   for (const auto& finding : report.findings) {
-    if (finding.rule->severity == Edit::Severity::kNote) printMessage(file.u8string() + ": " + lineOf(finding));
+    if (finding.rule->severity == Edit::Severity::kNote)
+      printMessage(Platform::pathToUTF8(file) + ": " + lineOf(finding));
   }
 }
 
 /// The file is written by now.
 void printSummary(const std::string& summary, const Path& file, DataIO::File::Durability durability) {
-  const auto print = [&file](const std::string& message) { printMessage(file.u8string() + ": " + message); };
+  const auto print = [&file](const std::string& message) { printMessage(Platform::pathToUTF8(file) + ": " + message); };
   warnOfDurability(file, durability);
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return print(summary);
@@ -141,7 +143,7 @@ void printSummary(const std::string& summary, const Path& file, DataIO::File::Du
 }  // namespace
 
 void printRemarks(const Path& file, const Edit::MergeReport& report) {
-  const auto print = [&file](const std::string& remark) { printMessage(file.u8string() + ": " + remark); };
+  const auto print = [&file](const std::string& remark) { printMessage(Platform::pathToUTF8(file) + ": " + remark); };
   const auto& kept = report.kept;
   if (!kept.empty()) print(keptText(kept));
   for (std::size_t i = 0; kept.size() <= kMostNamed && i < kept.size(); ++i) {
@@ -152,16 +154,16 @@ void printRemarks(const Path& file, const Edit::MergeReport& report) {
 
 void printRemarks(const Path& file, const std::vector<Edit::LongValue>& values) {
   for (const auto& value : values) {
-    printMessage(file.u8string() + ": warning: set " + value.set + ": a value of " + std::to_string(value.size) +
-                 " bytes needs BER-coded lengths, which many readers do not know");
+    printMessage(Platform::pathToUTF8(file) + ": warning: set " + value.set + ": a value of " +
+                 std::to_string(value.size) + " bytes needs BER-coded lengths, which many readers do not know");
   }
 }
 
 void printRemarks(const Path& file, const Edit::SaveReport& report) {
   printRemarks(file, report.longValues);
   printUnedited(file, report.unedited);
-  for (const auto& timecode : report.movedTimecodes) printMessage(file.u8string() + ": " + hintOn(timecode));
-  for (const auto& value : report.equalValues) printMessage(file.u8string() + ": " + hintOn(value));
+  for (const auto& timecode : report.movedTimecodes) printMessage(Platform::pathToUTF8(file) + ": " + hintOn(timecode));
+  for (const auto& value : report.equalValues) printMessage(Platform::pathToUTF8(file) + ": " + hintOn(value));
 }
 
 void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& copy, const EditOptions& options) {
@@ -174,7 +176,7 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
     printRemarks(file, report);
     printSummary(editSummaryOf(report, "written"), copy.value_or(file), report.durability);
   } catch (const Edit::FileGetsWorse& refusal) {
-    for (const auto& finding : refusal.findings()) printMessage(file.u8string() + ": " + lineOf(finding));
+    for (const auto& finding : refusal.findings()) printMessage(Platform::pathToUTF8(file) + ": " + lineOf(finding));
     printUnedited(file, edited.preview(saving).unedited);
     throw CommandError(refusalOf(refusal.findings()));
   }
@@ -189,7 +191,7 @@ std::string refusalOf(const std::vector<Edit::Finding>& findings) {
 
 void warnOfDurability(const Path& file, DataIO::File::Durability durability) {
   if (durability != DataIO::File::Durability::kAtomic) return;
-  printMessage(file.u8string() +
+  printMessage(Platform::pathToUTF8(file) +
                ": warning: the file is written, but its folder cannot be flushed, so that a power failure may undo it");
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 
 namespace Vantor::Tool {
@@ -26,7 +27,7 @@ void EditedText::open() {
 
 void EditedText::keep() {
   file_.keep();
-  printMessage("the edited document is kept: " + path().u8string());
+  printMessage("the edited document is kept: " + Platform::pathToUTF8(path()));
 }
 
 uint64 EditedText::lineOf(const Edit::Finding& finding) const {

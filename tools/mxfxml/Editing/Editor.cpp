@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/Terminal.h"
 #ifndef _WIN32
@@ -26,7 +27,7 @@ constexpr std::array kTakesPlus = {"vi",    "vim",         "nvim",  "gvim", "vie
 std::string programOf(const std::string& command) {
   auto word = command.substr(0, command.find_first_of(" \t"));
   word.erase(std::remove_if(word.begin(), word.end(), [](char c) { return c == '"' || c == '\''; }), word.end());
-  return std::filesystem::u8path(word).stem().u8string();
+  return Platform::pathToUTF8(Platform::pathFromUTF8(word).stem());
 }
 
 [[noreturn]] void refuse(const std::string& command, const std::string& reason) {
@@ -116,7 +117,7 @@ Editor Editor::ofUser() {
 
 std::vector<std::string> Editor::argumentsFor(const Path& file, uint64 line) const {
   const auto program = programOf(command_);
-  const auto name = file.u8string(), number = std::to_string(line);
+  const auto name = Platform::pathToUTF8(file), number = std::to_string(line);
   const bool isLineKnown = line != 0;
   if (program == "code") {
     return isLineKnown ? std::vector<std::string>{"--wait", "--goto", name + ":" + number}

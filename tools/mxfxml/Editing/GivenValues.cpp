@@ -7,6 +7,7 @@
 
 #include "Core/Metadata/PropertyLine.h"
 #include "Core/Platform/HexDigits.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Strings.h"
 #include "Core/Types/Text/StringText.h"
 #include "JSON/PropertyValue.h"
@@ -194,7 +195,7 @@ void GivenValue::requireText(const MetadataSet& set) const {
 }
 
 GivenValues readGivenValues(const Path& document) {
-  const auto name = oneLine(document.u8string());
+  const auto name = oneLine(Platform::pathToUTF8(document));
   try {
     return ValuesReader(name).read(JSON::fromText(documentText(document)));
   } catch (const Refusal& refusal) {

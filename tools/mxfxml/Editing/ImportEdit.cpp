@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Core/Platform/DocumentLine.h"
+#include "Core/Platform/Path.h"
 #include "Editing/EarlierEdit.h"
 #include "Editing/EditReport.h"
 #include "Input/StoppedChange.h"
@@ -36,7 +37,8 @@ InputDocument readInput(const Path& file, std::optional<DocumentFormat> format) 
 }
 
 [[noreturn]] void refuseDocument(const Path& document, const Path& file, const Exceptions::InvalidFormat& error) {
-  const auto text = document.u8string() + ": cannot be put into " + file.u8string() + ": " + error.message();
+  const auto text =
+      Platform::pathToUTF8(document) + ": cannot be put into " + Platform::pathToUTF8(file) + ": " + error.message();
   if (dynamic_cast<const Edit::FileHasChanged*>(&error) != nullptr) throw OutdatedDocument(text);
   const bool isOfOtherFile = dynamic_cast<const Edit::DocumentOfOtherFile*>(&error) != nullptr;
   throw DocumentError(text + (isOfOtherFile ? "; --merge-anyway merges it all the same" : ""),
@@ -51,7 +53,7 @@ ImportEdit::ImportEdit(Path documentFile, std::optional<DocumentFormat> format, 
       file_(std::move(file)),
       options_(options) {
   if (document_.isDescriptionDamaged()) {
-    printMessage(documentFile_.u8string() +
+    printMessage(Platform::pathToUTF8(documentFile_) +
                  ": warning: the document's description of itself is damaged, and is ignored");
   }
   const bool isPart = options_.merge.isStructuralOnly || !options_.merge.start.empty();
@@ -94,15 +96,15 @@ ImportEdit::Merged ImportEdit::merge(Edit::File& file) const {
     namingDocument(documentFile_, [&] { printDiagnostics(documentFile_, problems, !options_.keepsGoing, kRestLeft); });
     const auto merged = mergeInto(file, edited, result);
     if (edited.isOfEarlierState && !options_.merge.mergesOtherFile && !result.isThere) {
-      printMessage(file_.u8string() +
+      printMessage(Platform::pathToUTF8(file_) +
                    ": warning: the file has changed since the document was exported; the document is compared with "
                    "the file as it is now");
     }
     printRemarks(file_, merged);
     const auto rejected = merged.rejected.size();
     if (rejected != 0 && !options_.keepsGoing) {
-      throw OtherFileError(file_.u8string() + ": " + (rejected == 1 ? "an edit is" : "edits are") + " rejected" +
-                           kRestLeft);
+      throw OtherFileError(Platform::pathToUTF8(file_) + ": " + (rejected == 1 ? "an edit is" : "edits are") +
+                           " rejected" + kRestLeft);
     }
     result.isWhole = problems.count() == 0 && rejected == 0;
     return result;

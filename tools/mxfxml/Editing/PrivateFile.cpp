@@ -7,6 +7,7 @@
 #include <random>
 #include <system_error>
 
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 
 namespace Vantor::Tool {
@@ -16,7 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void refuse(const Path& file, const std::error_code& error) {
-  throw OtherFileError("cannot use the temporary file '" + file.u8string() + "': " + error.message());
+  throw OtherFileError("cannot use the temporary file '" + Platform::pathToUTF8(file) + "': " + error.message());
 }
 
 std::error_code lastError() { return {errno, std::generic_category()}; }

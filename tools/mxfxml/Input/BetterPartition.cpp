@@ -2,6 +2,7 @@
 
 #include "CommandLine/CommonOptions.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardInput.h"
 
@@ -31,8 +32,8 @@ void noteBetterPartition(const Path& file, bool isChosen) {
   if (isChosen) return;
   const auto best = bestPartitionOf(file);
   if (best.kind() == MXF::PartitionChoice::Kind::kHeader) return;
-  printMessage(file.u8string() + ": note: " + describe(best) + " is in a better state; --partition " + best.text() +
-               " reads it");
+  printMessage(Platform::pathToUTF8(file) + ": note: " + describe(best) + " is in a better state; --partition " +
+               best.text() + " reads it");
 }
 
 }  // namespace Vantor::Tool

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "Core/Platform/Path.h"
 #include "JSON/Text.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardInput.h"
@@ -157,7 +158,7 @@ Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeO
 
 void refuseUnknown(const Path& document, const std::vector<std::string>& unknown) {
   if (unknown.empty()) return;
-  for (const auto& message : unknown) printMessage(oneLine(document.u8string() + ": " + message));
+  for (const auto& message : unknown) printMessage(oneLine(Platform::pathToUTF8(document) + ": " + message));
   throw CommandError(
       "the dictionary lacks names of the document; --own-dictionary and --dictionary FILE add definitions");
 }
@@ -165,7 +166,7 @@ void refuseUnknown(const Path& document, const std::vector<std::string>& unknown
 void printDiagnostics(const Path& document, const InputProblems& problems, bool areErrors,
                       const std::string& consequence) {
   for (const auto& diagnostic : problems.jsonDiagnostics) {
-    printMessage(document.u8string() + ": " + (areErrors ? "" : "warning: ") + describe(diagnostic));
+    printMessage(Platform::pathToUTF8(document) + ": " + (areErrors ? "" : "warning: ") + describe(diagnostic));
   }
   printDiagnostics(document, problems.diagnostics, areErrors, consequence);
   if (areErrors && problems.count() != 0) throw CommandError(countOfThings(problems.count()) + consequence);

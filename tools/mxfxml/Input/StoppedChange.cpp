@@ -1,6 +1,7 @@
 #include "Input/StoppedChange.h"
 
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardInput.h"
 
@@ -16,7 +17,8 @@ OpenChange requireNoChangeUnderWay(const Path& file) {
   if (isStandardInput(file) || isStandardOutput(file)) return OpenChange::kNone;
   const auto change = DataIO::File::openChange(file);
   if (change != OpenChange::kUnderWay) return change;
-  throw OtherFileError(file.u8string() + ": another program is changing the file at the moment; try again later");
+  throw OtherFileError(Platform::pathToUTF8(file) +
+                       ": another program is changing the file at the moment; try again later");
 }
 
 }  // namespace
@@ -50,7 +52,7 @@ void undoStoppedChange(const Path& file) {
   if (requireNoChangeUnderWay(file) == OpenChange::kNone) return;
   try {
     if (DataIO::File::recover(file) != Recovery::kRestored) return;  // it belonged to a change that is done by now
-    printMessage(file.u8string() + ": a change that was stopped half-way is undone");
+    printMessage(Platform::pathToUTF8(file) + ": a change that was stopped half-way is undone");
   } catch (const Exceptions::IOError& error) {
     throw OtherFileError("a change that was stopped half-way cannot be undone: " + error.message());
   }
@@ -58,8 +60,8 @@ void undoStoppedChange(const Path& file) {
 
 void refuseStoppedChange(const Path& file) {
   if (requireNoChangeUnderWay(file) == OpenChange::kNone) return;
-  throw OtherFileError(file.u8string() + ": a change of the file was stopped half-way; mxfxml recover " +
-                       file.u8string() + " undoes it");
+  throw OtherFileError(Platform::pathToUTF8(file) + ": a change of the file was stopped half-way; mxfxml recover " +
+                       Platform::pathToUTF8(file) + " undoes it");
 }
 
 }  // namespace Vantor::Tool

@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "Core/Platform/Path.h"
 #include "Editing/EarlierEdit.h"
 #include "Editing/EditReport.h"
 #include "Editing/ImportEdit.h"
@@ -52,7 +53,7 @@ std::string indented(const std::string& lines) {
 /// @throws OtherFileError.
 void requirePlaceFor(const Path& report) {
   const auto refuse = [&](const std::string& text) {
-    throw OtherFileError("--report: '" + report.u8string() + "' " + text);
+    throw OtherFileError("--report: '" + Platform::pathToUTF8(report) + "' " + text);
   };
   std::error_code error;
   const auto status = std::filesystem::status(report, error);
@@ -97,7 +98,7 @@ class PlanRun {
   bool isInPlace(const PlannedFile& file) const { return !file.copy && !options_.isDryRun(); }
 
   void check(std::size_t number) {
-    output_.print(oneLine(files_[number].file.u8string()) + "\n");
+    output_.print(oneLine(Platform::pathToUTF8(files_[number].file)) + "\n");
     output_.print(indented(checked(number)));
     if (plan_.report()) return;
     for (auto& change : outcomes_[number].changes) change.before = change.after = "";  // nobody asks for them
@@ -128,7 +129,7 @@ class PlanRun {
     const auto preview = previewOf(*edited.file, options_, file.copy.has_value());
     printRemarks(file.file, preview.report);
     if (!preview.refused.empty()) {
-      refuse(number, file.file.u8string() + ": " + refusalOf(preview.refused));
+      refuse(number, Platform::pathToUTF8(file.file) + ": " + refusalOf(preview.refused));
       return preview.text + "refused\n";
     }
     const bool isSame = preview.report.changes.isNone();
@@ -164,7 +165,7 @@ class PlanRun {
     for (const auto& change : outcome.changes) {
       if (change.state != PlanState::kRefused) continue;
       const auto& row = files_[number].rows[change.row];
-      printMessage(plan_.table().u8string() + ": " + placeOf(row.what) + ": " + change.reason);
+      printMessage(Platform::pathToUTF8(plan_.table()) + ": " + placeOf(row.what) + ": " + change.reason);
     }
     return "refused\n";
   }
@@ -175,7 +176,7 @@ class PlanRun {
   }
   void refuse(std::size_t number, const std::string& reason, const CSVCell& cell) {
     give(number, PlanState::kRefused, reason);
-    printMessage(plan_.table().u8string() + ": " + placeOf(cell) + ": " + reason);
+    printMessage(Platform::pathToUTF8(plan_.table()) + ": " + placeOf(cell) + ": " + reason);
   }
 
   void give(std::size_t number, PlanState state, const std::string& reason) {
@@ -222,7 +223,7 @@ class PlanRun {
     }
     finish(std::move(report));
     isInterrupted_ = progress.isInterrupted() && count(PlanState::kNotReached) != 0;
-    if (isInterrupted_) printMessage(plan_.table().u8string() + ": stopped; the same command does the rest");
+    if (isInterrupted_) printMessage(Platform::pathToUTF8(plan_.table()) + ": stopped; the same command does the rest");
   }
 
   bool isToWrite(std::size_t number) const {
@@ -235,7 +236,7 @@ class PlanRun {
     const auto& file = files_[number];
     try {
       writeFile(number, progress);
-      output_.print(oneLine(file.copy.value_or(file.file).u8string()) + ": written\n");
+      output_.print(oneLine(Platform::pathToUTF8(file.copy.value_or(file.file))) + ": written\n");
       return true;
     } catch (...) {
       const auto reason = currentExceptionText(file.file);
@@ -291,7 +292,9 @@ class PlanRun {
   void requireDone() const {
     const auto refused = count(PlanState::kRefused), failed = count(PlanState::kFailed);
     const auto of = " of " + std::to_string(files_.size()) + (files_.size() == 1 ? " file " : " files ");
-    const auto fail = [&](const std::string& text) { throw OtherFileError(plan_.table().u8string() + ": " + text); };
+    const auto fail = [&](const std::string& text) {
+      throw OtherFileError(Platform::pathToUTF8(plan_.table()) + ": " + text);
+    };
     if (failed != 0) {
       fail(std::to_string(failed) + of + "could not be written; the same command does the rest");
     }

@@ -9,6 +9,7 @@
 #include "Core/DataIO/File.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/NearestName.h"
+#include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 
 namespace Vantor::Tool {
@@ -35,7 +36,8 @@ class PlanTable {
   PlanTable(const Path& file, std::vector<Column> columns) : file_(file), columns_(std::move(columns)) {
     const auto text = bytesOfTable(file);
     namingFile(file, [&] { records_ = readCSV(text, separatorOf(text)); });
-    if (records_.empty()) throw OtherFileError(file.u8string() + ": the table is empty; its first line is " + header());
+    if (records_.empty())
+      throw OtherFileError(Platform::pathToUTF8(file) + ": the table is empty; its first line is " + header());
     readHeader();
     requireNoMistakes();
     records_.erase(records_.begin());
@@ -57,12 +59,12 @@ class PlanTable {
     return record[static_cast<std::size_t>(at - places_.begin())];
   }
   void addMistake(const CSVCell& cell, const std::string& mistake) {
-    printMessage(file_.u8string() + ": " + placeOf(cell) + ": " + mistake);
+    printMessage(Platform::pathToUTF8(file_) + ": " + placeOf(cell) + ": " + mistake);
     ++mistakes_;
   }
   void requireNoMistakes() const {
     if (mistakes_ == 0) return;
-    throw OtherFileError(file_.u8string() + ": the table has " +
+    throw OtherFileError(Platform::pathToUTF8(file_) + ": the table has " +
                          (mistakes_ == 1 ? "a mistake" : std::to_string(mistakes_) + " mistakes") +
                          "; nothing is written");
   }
@@ -125,7 +127,7 @@ class PlanTable {
 };
 
 Path inFolderOf(const Path& table, const std::string& name) {
-  return table.parent_path() / std::filesystem::u8path(name);
+  return table.parent_path() / Platform::pathFromUTF8(name);
 }
 
 /// The same for all spellings of a path.
@@ -241,7 +243,8 @@ Path documentOf(const Path& table, const PlanRow& row) { return inFolderOf(table
 void writeCopies(Plan& plan, const Path& folder) {
   std::error_code error;
   if (std::filesystem::exists(folder, error) && !std::filesystem::is_directory(folder, error)) {
-    throw UsageError("-o names a folder for the copies of a plan, but '" + folder.u8string() + "' is a file");
+    throw UsageError("-o names a folder for the copies of a plan, but '" + Platform::pathToUTF8(folder) +
+                     "' is a file");
   }
   std::map<Path, const PlannedFile*> files, copies;
   for (const auto& file : plan) files.emplace(keyOf(file.file), &file);
@@ -249,12 +252,12 @@ void writeCopies(Plan& plan, const Path& folder) {
     file.copy = folder / file.file.filename();
     const auto key = keyOf(*file.copy);
     if (files.count(key) != 0) {
-      throw UsageError("the copy of " + file.file.u8string() + " would replace " + files.at(key)->file.u8string() +
-                       "; choose another folder");
+      throw UsageError("the copy of " + Platform::pathToUTF8(file.file) + " would replace " +
+                       Platform::pathToUTF8(files.at(key)->file) + "; choose another folder");
     }
     const auto [at, isNew] = copies.emplace(key, &file);
     if (!isNew) {
-      throw UsageError(at->second->file.u8string() + " and " + file.file.u8string() +
+      throw UsageError(Platform::pathToUTF8(at->second->file) + " and " + Platform::pathToUTF8(file.file) +
                        " would have one copy; write them into two folders");
     }
   }

@@ -2,6 +2,7 @@
 
 #include <cctype>
 
+#include "Core/Platform/Path.h"
 #include "Registers/FileDefinitions.h"
 #include "Terminal/ErrorText.h"
 
@@ -45,7 +46,7 @@ std::string describeForUser(const LosslessXML::Diagnostic& diagnostic) {
 void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict,
                       const std::string& consequence) {
   for (const auto& diagnostic : diagnostics) {
-    printMessage(document.u8string() + ": " + (isStrict ? "" : "warning: ") + describeForUser(diagnostic));
+    printMessage(Platform::pathToUTF8(document) + ": " + (isStrict ? "" : "warning: ") + describeForUser(diagnostic));
   }
   if (isStrict && !diagnostics.empty()) throw CommandError(countOf(diagnostics) + consequence);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Core/Platform/Path.h"
 #include "Registers/FileDefinitions.h"
 #include "Terminal/ErrorText.h"
 
@@ -33,7 +34,7 @@ void warnOfOwnNames(const Path& document, const Diagnostics& diagnostics, const 
   const bool isThere = std::any_of(sets.begin(), sets.end(), [](const MetadataSet* set) {
     return set->definition() != nullptr && set->name() == "MetaDictionary";
   });
-  printMessage(document.u8string() + (isThere ? kOwnNames : kOthersNames));
+  printMessage(Platform::pathToUTF8(document) + (isThere ? kOwnNames : kOthersNames));
 }
 
 }  // namespace Vantor::Tool

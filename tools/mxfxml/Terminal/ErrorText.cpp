@@ -10,6 +10,7 @@
 
 #include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Strings.h"
 #include "Terminal/CharacterWidth.h"
 #include "XMLUtils/Strings.h"
@@ -40,7 +41,7 @@ bool currentExceptionNamesItsFile() {
 std::string extensionIn(const Path& folder) {
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-    const auto extension = entry.path().extension().u8string();
+    const auto extension = Platform::pathToUTF8(entry.path().extension());
     if (extension == ".mxf" || extension == ".MXF") return extension;
   }
   return {};
@@ -53,7 +54,7 @@ std::string folderHint(const Path& file) {
     throw;
   } catch (const Exceptions::IOError&) {
     const auto extension = extensionIn(file);
-    return extension.empty() ? "" : "; name files, such as " + (file / ("*" + extension)).u8string();
+    return extension.empty() ? "" : "; name files, such as " + Platform::pathToUTF8((file / ("*" + extension)));
   } catch (...) {
     return {};
   }
@@ -95,7 +96,7 @@ std::string currentExceptionText() {
 
 std::string currentExceptionText(const Path& file) {
   const std::string text = currentExceptionText() + folderHint(file);
-  return file.empty() || currentExceptionNamesItsFile() ? text : file.u8string() + ": " + text;
+  return file.empty() || currentExceptionNamesItsFile() ? text : Platform::pathToUTF8(file) + ": " + text;
 }
 
 uint64 currentExceptionLine() {

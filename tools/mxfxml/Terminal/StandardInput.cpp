@@ -6,6 +6,7 @@
 #include "Core/DataIO/File.h"
 #include "Core/DataIO/StreamSource.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 #include "Terminal/ErrorText.h"
 
@@ -22,7 +23,7 @@ constexpr std::size_t kShown = 256;  // enough for the white space before a docu
 
 Path pathOf(const std::string& argument, const char* stream) {
   if (argument == kDash) return stream;
-  const auto file = std::filesystem::u8path(argument);
+  const auto file = Platform::pathFromUTF8(argument);
   return argument == stream ? "." / file : file;
 }
 
