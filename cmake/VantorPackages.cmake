@@ -25,7 +25,17 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+# Who links which library depends on this package from the version on that has all of its interface; ldconfig runs as
+# other packages make it, by a trigger.
+set(shlibs "")
+foreach(library core summary xmlutils registers xmlbuilder edit json)
+  get_target_property(soversion vantor_${library} SOVERSION)
+  string(APPEND shlibs "libvantor_${library} ${soversion} ${runtime_package} (>= ${PROJECT_VERSION})\n")
+endforeach()
+file(WRITE "${PROJECT_BINARY_DIR}/package/shlibs" "${shlibs}")
+file(WRITE "${PROJECT_BINARY_DIR}/package/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  "${PROJECT_BINARY_DIR}/package/shlibs" "${PROJECT_BINARY_DIR}/package/triggers")
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "MXF header metadata to XML and back: libraries
 Reads and writes the header metadata of MXF files (SMPTE ST 377-1), turns them
 into XML or JSON and back with nothing lost, and edits them in place.
