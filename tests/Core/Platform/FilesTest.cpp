@@ -107,9 +107,13 @@ TEST_F(FilesTest, BeyondFourGiBAreReadAndChangedAtTheirOffsets) {
   const Path file = folder_ / "large";
   constexpr uint64 kFar = (uint64{5} << 30) + 7;
   create(file, "start");
-  std::error_code error;
-  fs::resize_file(file, kFar + 3, error);  // without blocks on the medium
-  if (error) GTEST_SKIP() << "no file is that large here: " << error.message();
+  {
+    // Without blocks on the medium, where the file system can; std::filesystem takes fewer bytes on some systems.
+    const Stream stream(openStream(file, "r+b"));
+    ASSERT_TRUE(stream && seekStream(stream.get(), kFar + 2));
+    if (std::fputc(0, stream.get()) == EOF || std::fflush(stream.get()) != 0)
+      GTEST_SKIP() << "no file is that large here";
+  }
   FileUpdate update(file);
   EXPECT_EQ(update.size(), kFar + 3);
   const uint8 text[] = {'e', 'n', 'd'};
