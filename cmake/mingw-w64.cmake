@@ -18,7 +18,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# GNU ld takes minutes to write the symbols of a large test program.
+# Without symbols, which GNU ld is slow to write; a large test program still takes it minutes.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-s")
 
 find_program(CMAKE_CROSSCOMPILING_EMULATOR NAMES wine64 wine PATHS /usr/lib/wine)
