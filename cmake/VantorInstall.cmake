@@ -2,6 +2,9 @@
 # pkg-config file for each library.
 include(CMakePackageConfigHelpers)
 
+# What is not given to another component is for development.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
+
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/VantorXMLBuilder")
 set(libraries core summary xmlutils registers xmlbuilder edit json)
 set(targets ${libraries})
@@ -13,11 +16,15 @@ install(TARGETS ${targets}
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development)
 if(VANTOR_BUILD_TOOLS)
+  # Debian's zsh reads the functions of packages in a folder of its own.
+  set(zsh_folder "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+  if(VANTOR_DEBIAN_PACKAGES)
+    set(zsh_folder "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions")
+  endif()
   install(TARGETS mxfxml RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
   install(FILES tools/mxfxml/completion/mxfxml.bash
     DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME mxfxml COMPONENT tool)
-  install(FILES tools/mxfxml/completion/_mxfxml DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions"
-    COMPONENT tool)
+  install(FILES tools/mxfxml/completion/_mxfxml DESTINATION "${zsh_folder}" COMPONENT tool)
 endif()
 
 install(DIRECTORY "${VANTOR_HEADER_DIR}/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
@@ -69,3 +76,9 @@ vantor_install_pkgconfig(xmlbuilder "Header metadata of MXF files to XML and bac
   CFLAGS "-I\${includedir}/${VANTOR_NAMES_DIR}" REQUIRES vantor-core vantor-xmlutils)
 vantor_install_pkgconfig(edit "Edits the header metadata of MXF files" REQUIRES vantor-xmlbuilder)
 vantor_install_pkgconfig(json "Header metadata of MXF files to JSON and back" REQUIRES vantor-core)
+
+if(VANTOR_DEBIAN_PACKAGES)
+  include(VantorPackages)
+else()
+  install(FILES LICENSE NOTICE DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT runtime)
+endif()

@@ -1,19 +1,12 @@
 #include "Core/Types/Factories.h"
 
+#include <cerrno>
 #include <limits>
+#include <system_error>
 
 #include "Core/Platform/Raise.h"
+#include "Core/Platform/System.h"
 #include "Core/Types/Types.h"
-
-#if defined(_WIN32)
-#include <random>
-#else
-#include <sys/random.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <system_error>
-#endif
 
 namespace Vantor::Types::Factories {
 
@@ -45,28 +38,14 @@ namespace {
 
 using Octets = std::array<uint8, UUID::kSize>;
 
-#if defined(_WIN32)
-
-Octets randomOctets() {
-  // The standard library there asks BCryptGenRandom for every number.
-  thread_local std::random_device device;
-  Octets octets{};
-  for (uint8& octet : octets) octet = static_cast<uint8>(device());
-  return octets;
-}
-
-#else
-
 Octets randomOctets() {
   Octets octets{};
-  if (getentropy(octets.data(), octets.size()) != 0) {
+  if (!Platform::System::fillWithRandomOctets(octets.data(), octets.size())) {
     Exceptions::raise<Exceptions::IOError>("The system gives no random octets: {}",
                                            std::generic_category().message(errno));
   }
   return octets;
 }
-
-#endif
 
 }  // namespace
 

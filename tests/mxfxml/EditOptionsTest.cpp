@@ -205,7 +205,7 @@ TEST_F(EditOptions, SignAddsAnIdentificationWithItsGenerationAndDates) {
   ASSERT_EQ(identifications.size(), 2u);
   const std::string& signature = identifications[1];
   EXPECT_EQ(textIn(signature, "ApplicationName"), "mxfxml");
-  EXPECT_EQ(textIn(signature, "ApplicationVersionString"), "0.1.0");
+  EXPECT_EQ(textIn(signature, "ApplicationVersionString"), "0.2.0");
   const std::string generation = textIn(signature, "GenerationID");
   EXPECT_THAT(generation, MatchesRegex("[0-9A-F]{2}(\\.[0-9A-F]{2}){15}"));
   EXPECT_NE(generation, textIn(identifications[0], "GenerationID"));

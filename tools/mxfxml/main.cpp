@@ -10,7 +10,7 @@
 #include "CommandLine/HelpText.h"
 #include "CommandLine/VersionText.h"
 #include "Core/Platform/NearestName.h"
-#include "Core/Platform/Path.h"
+#include "Core/Platform/System.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardStreams.h"
 
@@ -167,7 +167,7 @@ int run(std::vector<std::string> arguments) {
 
 int runProgram(std::vector<std::string> arguments) {
   try {
-    prepareStandardStreams();
+    Platform::System::prepareStandardStreams();
     return run(std::move(arguments));
   } catch (const ReaderGone&) {
     return kFailure;
@@ -181,13 +181,6 @@ int runProgram(std::vector<std::string> arguments) {
 
 }  // namespace Vantor::Tool
 
-#ifdef _WIN32
-// The system's code page cannot name every file, its wide characters can.
-int wmain(int argc, wchar_t** argv) {
-  std::vector<std::string> arguments;
-  for (int i = 1; i < argc; ++i) arguments.push_back(Platform::pathToUTF8(std::filesystem::path(argv[i])));
-  return Vantor::Tool::runProgram(std::move(arguments));
+int main(int argc, char** argv) {
+  return Vantor::Tool::runProgram(Vantor::Platform::System::programArguments(argc, argv));
 }
-#else
-int main(int argc, char** argv) { return Vantor::Tool::runProgram(std::vector<std::string>(argv + 1, argv + argc)); }
-#endif

@@ -1,12 +1,11 @@
 #include "Editing/PrivateFile.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <system_error>
 
+#include "Core/Platform/Files.h"
 #include "Core/Platform/Path.h"
 #include "Terminal/ErrorText.h"
 
@@ -22,34 +21,14 @@ namespace fs = std::filesystem;
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
 
-#ifdef _WIN32
-
-/// Temporary files are in a folder of the user there.
-Path makeFolder(const Path& start) {
-  std::random_device random;
-  const auto folder = Path(start) += std::to_string(random());
-  std::error_code error;
-  if (!fs::create_directory(folder, error)) refuse(folder, error);
-  return folder;
-}
-
-#else
-
-Path makeFolder(const Path& start) {
-  auto name = start.string() + "XXXXXX";
-  if (::mkdtemp(name.data()) == nullptr) refuse(name, lastError());  // for the user alone
-  return name;
-}
-
-#endif
-
 }  // namespace
 
 PrivateFile::PrivateFile(const Path& name, const std::string& bytes) {
   std::error_code error;
   const auto temporary = fs::temp_directory_path(error);
   if (error) refuse(temporary, error);
-  folder_ = makeFolder(temporary / "mxfxml-");
+  folder_ = temporary / "mxfxml-";
+  if (!Platform::Files::makePrivateFolder(folder_)) refuse(folder_, lastError());
   path_ = folder_ / name;
   std::ofstream file(path_, std::ios::binary);
   fs::permissions(path_, fs::perms::owner_read | fs::perms::owner_write, error);

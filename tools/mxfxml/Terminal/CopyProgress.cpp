@@ -6,18 +6,13 @@
 #include <string>
 #include <utility>
 
+#include "Core/Platform/System.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/Terminal.h"
 
 namespace Vantor::Tool {
 
 namespace {
-
-#ifdef _WIN32
-constexpr int kClosed = SIGBREAK;
-#else
-constexpr int kClosed = SIGHUP;
-#endif
 
 volatile std::sig_atomic_t waiting = 0;  // the last signal that came, 0 if none did
 
@@ -54,7 +49,7 @@ class Bar {
 
 }  // namespace
 
-CopyProgress::CopyProgress() : watched_{watch(SIGINT), watch(SIGTERM), watch(kClosed)} {}
+CopyProgress::CopyProgress() : watched_{watch(SIGINT), watch(SIGTERM), watch(Platform::System::closingSignal())} {}
 
 CopyProgress::~CopyProgress() {
   for (const auto& one : watched_) {

@@ -4,54 +4,25 @@
 #include <csignal>
 #include <cstdio>
 
+#include "Core/Platform/System.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/Terminal.h"
-#ifndef _WIN32
-#include <sys/select.h>
-#include <unistd.h>
-#endif
 
 namespace Vantor::Tool {
 
 namespace {
 
-#ifdef _WIN32
-constexpr std::array kSignals = {SIGINT, SIGTERM, SIGBREAK};
-#else
-constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
-#endif
+const std::array kSignals = {SIGINT, SIGTERM, Platform::System::closingSignal()};
 
 volatile std::sig_atomic_t came = 0;
 
 extern "C" void noteSignal(int) { came = 1; }
 
-#ifdef _WIN32
-
-int nextCharacter() { return std::getchar(); }
-
-#else
-
-/// Lets signals come at no other moment than while it waits, so that none is missed.
-void waitForInput() {
-  sigset_t postponed, before;
-  ::sigemptyset(&postponed);
-  for (const int signal : kSignals) ::sigaddset(&postponed, signal);
-  ::sigprocmask(SIG_BLOCK, &postponed, &before);
-  fd_set input;
-  FD_ZERO(&input);
-  FD_SET(STDIN_FILENO, &input);
-  if (came == 0) ::pselect(STDIN_FILENO + 1, &input, nullptr, nullptr, nullptr, &before);
-  ::sigprocmask(SIG_SETMASK, &before, nullptr);
-  PostponedSignals::throwIfAny();
-}
-
 int nextCharacter() {
-  waitForInput();
-  char character = 0;
-  return ::read(STDIN_FILENO, &character, 1) == 1 ? static_cast<unsigned char>(character) : EOF;
+  Platform::System::waitForInput({kSignals.begin(), kSignals.end()}, came);
+  PostponedSignals::throwIfAny();
+  return Platform::System::readCharacter();
 }
-
-#endif
 
 /// The first letter of the next line; NUL at the end of the input.
 char firstLetterOfLine() {

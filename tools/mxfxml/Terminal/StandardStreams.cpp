@@ -1,7 +1,6 @@
 #include "Terminal/StandardStreams.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <system_error>
 
@@ -9,41 +8,7 @@
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardInput.h"
 
-#ifdef _WIN32
-#include <fcntl.h>
-#include <io.h>
-#else
-#include <fcntl.h>
-#include <unistd.h>
-#endif
-
 namespace Vantor::Tool {
-
-#ifdef _WIN32
-
-void prepareStandardStreams() { _setmode(_fileno(stdout), _O_BINARY); }
-
-#else
-
-namespace {
-
-// The system gives the lowest free number to the next file opened. Opening the null device for the other direction
-// keeps the number of a closed stream from a file of ours, and makes writes to the stream fail.
-void occupyIfClosed(int descriptor, int mode) {
-  if (::fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) static_cast<void>(::open("/dev/null", mode));
-}
-
-}  // namespace
-
-void prepareStandardStreams() {
-  occupyIfClosed(STDIN_FILENO, O_WRONLY);
-  occupyIfClosed(STDOUT_FILENO, O_RDONLY);
-  occupyIfClosed(STDERR_FILENO, O_RDONLY);
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);
-}
-
-#endif
 
 void writeStandardOutput(const std::string& bytes) {
   errno = 0;

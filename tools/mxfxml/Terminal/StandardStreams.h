@@ -10,11 +10,6 @@
 
 namespace Vantor::Tool {
 
-/// To be called first. Afterwards standard output takes bytes as they are; a pipe without a reader and a file beyond
-/// the caller's limit make a write fail instead of ending the process, which would leave a temporary file behind; and a
-/// standard stream that the caller closed is not confused with the first file opened.
-void prepareStandardStreams();
-
 /// The program that reads standard output has ended, as `head` does when it has enough: no error, but nothing more to
 /// do.
 class ReaderGone : public std::runtime_error {

@@ -3,44 +3,19 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <cstring>
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <sys/ioctl.h>
-#include <unistd.h>
-#endif
+
+#include "Core/Platform/System.h"
 
 namespace Vantor::Tool {
 
-namespace {
+bool isTerminal(std::FILE* stream) { return Platform::System::isTerminal(stream); }
 
-#ifdef _WIN32
-std::size_t systemColumns() { return 0; }
-#else
-std::size_t systemColumns() {
-  winsize size{};
-  return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
-}
-#endif
-
-}  // namespace
-
-#ifdef _WIN32
-bool isTerminal(std::FILE* stream) { return ::_isatty(::_fileno(stream)) != 0; }
-#else
-bool isTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) == 1; }
-#endif
-
-std::string environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
+std::string environment(const char* name) { return Platform::System::environmentVariable(name); }
 
 std::size_t terminalColumns() {
   constexpr std::size_t kLeast = 40, kMost = 1000, kUsual = 80;
   std::size_t columns = static_cast<std::size_t>(std::strtoul(environment("COLUMNS").c_str(), nullptr, 10));
-  if (columns == 0) columns = systemColumns();
+  if (columns == 0) columns = Platform::System::terminalColumns();
   return columns == 0 ? kUsual : std::clamp(columns, kLeast, kMost);
 }
 

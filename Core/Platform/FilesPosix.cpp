@@ -1,37 +1,25 @@
-#include "Core/DataIO/System.h"
+#include "Core/Platform/Files.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <vector>
 
-#ifdef _WIN32
-#include <fcntl.h>
-#include <io.h>
-#include <sys/locking.h>
-#include <sys/stat.h>
-#else
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#endif
 #ifdef __linux__
 #include <sys/xattr.h>
 #endif
 
-namespace Vantor::DataIO::File {
+namespace Vantor::Platform::Files {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-#ifdef _WIN32
-
-void copyOwner(const Path&, const Path&) {}
-
-#else
 
 /// Only an administrator can give files away, but every user may give them to one of his groups.
 void copyOwner(const Path& from, const Path& to) {
@@ -46,8 +34,6 @@ void copyOwner(const Path& from, const Path& to) {
 FileIdentity identityIn(const struct stat& status) {
   return {static_cast<uint64>(status.st_dev), static_cast<uint64>(status.st_ino)};
 }
-
-#endif
 
 #ifdef __linux__
 
@@ -79,35 +65,8 @@ void copyExtendedAttributes(const Path&, const Path&) {}
 
 std::FILE* openStream(const Path& path, const char* mode) {
   errno = 0;
-#ifdef _WIN32
-  return ::_wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
-#else
   return std::fopen(path.c_str(), mode);
-#endif
 }
-
-#ifdef _WIN32
-
-std::FILE* openStandardInput() {
-  errno = 0;
-  const int descriptor = ::_dup(::_fileno(stdin));
-  if (descriptor < 0) return nullptr;
-  ::_setmode(descriptor, _O_BINARY);
-  std::FILE* stream = ::_fdopen(descriptor, "rb");
-  if (stream == nullptr) ::_close(descriptor);
-  if (stream != nullptr) std::setvbuf(stream, nullptr, _IOFBF, kReadAhead);
-  return stream;
-}
-
-std::optional<uint64> sizeOfUnreadFile(std::FILE* stream) {
-  struct _stat64 status {};
-  const int descriptor = ::_fileno(stream);
-  const bool isFile = ::_fstat64(descriptor, &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFREG;
-  if (!isFile || ::_lseeki64(descriptor, 0, SEEK_CUR) != 0) return std::nullopt;
-  return static_cast<uint64>(status.st_size);
-}
-
-#else
 
 std::FILE* openStandardInput() {
   errno = 0;
@@ -127,60 +86,37 @@ std::optional<uint64> sizeOfUnreadFile(std::FILE* stream) {
   return static_cast<uint64>(status.st_size);
 }
 
-#endif
-
 bool seekStream(std::FILE* stream, uint64 offset) {
   errno = 0;
-#ifdef _WIN32
-  return ::_fseeki64(stream, static_cast<__int64>(offset), SEEK_SET) == 0;
-#else
   return ::fseeko(stream, static_cast<off_t>(offset), SEEK_SET) == 0;
-#endif
 }
 
 bool flushToDisk(std::FILE* stream) {
   errno = 0;
   if (std::fflush(stream) != 0) return false;
-#ifdef _WIN32
-  return ::_commit(::_fileno(stream)) == 0;
-#else
   // EINVAL: what is behind the stream, such as a pipe, has no medium.
   return ::fsync(::fileno(stream)) == 0 || errno == EINVAL;
-#endif
 }
 
 bool lockFile(std::FILE* stream) {
   errno = 0;
-#ifdef _WIN32
-  constexpr __int64 kBehindEveryFile = __int64{1} << 62;  // a locked byte cannot be read by others
-  const int descriptor = ::_fileno(stream);
-  return ::_lseeki64(descriptor, kBehindEveryFile, SEEK_SET) < 0 || ::_locking(descriptor, _LK_NBLCK, 1) == 0 ||
-         errno != EACCES;
-#else
   return ::flock(::fileno(stream), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-#endif
 }
 
 bool isLocked(const Path& path) {
   const Stream stream(openStream(path, "rb"));
   if (!stream) return false;
-#ifdef _WIN32
-  return !lockFile(stream.get());
-#else
   // Shared, so that two who ask at a time do not take each other for the holder.
   return ::flock(::fileno(stream.get()), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-#endif
 }
 
-#ifdef _WIN32
-
-bool flushFolder(const Path&) { return true; }
-
-FileIdentity identityOf(const Path&) { return {}; }
-
-FileIdentity identityOf(std::FILE*) { return {}; }
-
-#else
+bool makePrivateFolder(Path& start) {
+  errno = 0;
+  std::string name = start.native() + "XXXXXX";
+  if (::mkdtemp(name.data()) == nullptr) return false;
+  start = name;
+  return true;
+}
 
 bool flushFolder(const Path& folder) {
   errno = 0;
@@ -204,8 +140,6 @@ FileIdentity identityOf(std::FILE* stream) {
   return ::fstat(::fileno(stream), &status) == 0 ? identityIn(status) : FileIdentity();
 }
 
-#endif
-
 void copyAttributes(const Path& from, const Path& to) {
   copyOwner(from, to);
   copyExtendedAttributes(from, to);
@@ -217,4 +151,4 @@ void copyAttributes(const Path& from, const Path& to) {
 
 std::string systemReason(int error) { return error == 0 ? "unknown reason" : std::generic_category().message(error); }
 
-}  // namespace Vantor::DataIO::File
+}  // namespace Vantor::Platform::Files
