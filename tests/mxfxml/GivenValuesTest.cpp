@@ -280,7 +280,7 @@ TEST_F(GivenValues, NameLabelsOfOneSymbolByTheirNumberAmongThem) {
                          "AudioChannelLabelSubDescriptor[*].MCATagSymbol"})
                         .out;
   for (const char* path : {"[MCATagSymbol=chL][1]", "[MCATagSymbol=chL][2]", "[MCATagSymbol=chC]"}) {
-    EXPECT_THAT(json, HasSubstr("\"path\":\"AudioChannelLabelSubDescriptor" + std::string(path) + "\""));
+    EXPECT_THAT(json, HasSubstr("\"path\": \"AudioChannelLabelSubDescriptor" + std::string(path) + "\""));
   }
 }
 

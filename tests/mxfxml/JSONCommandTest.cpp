@@ -295,7 +295,7 @@ TEST(JSONCommand, GivesTheValuesOfDifferencesTheFormOfAnExport) {
 
 TEST(JSONCommand, GivesNoValueOfAPropertyThatIsNotThere) {
   Exported exported;
-  const auto at = exported.text.find("\"ApplicationName\"");
+  const auto at = exported.text.find("\"ApplicationName\": \"GStreamer");
   exported.replace(exported.text.substr(at, exported.text.find('\n', at) + 1 - at), "");
   const auto object = objectOf(run({"diff", exported.original, exported.json, "--json"}));
   const auto& difference = object.find("differences")->items()->at(0);
