@@ -14,6 +14,7 @@
 
 #include "Core/DataIO/File.h"
 #include "Core/DataIO/FileUpdate.h"
+#include "Core/Platform/Path.h"
 #include "tests/Core/DataIO/FolderTest.h"
 
 namespace Vantor::DataIO::File {
@@ -132,7 +133,7 @@ TEST_F(FilesTest, BeyondFourGiBAreReadAndChangedAtTheirOffsets) {
 
 TEST_F(FilesTest, HaveNamesOfAllCharacters) {
   for (const char* name : {"\u00fcb\u00e9r", "\u5b9f\u9a13", "reel \U0001f39e"}) {
-    const Path file = folder_ / fs::u8path(name);
+    const Path file = folder_ / Platform::pathFromUTF8(name);
     replaceBy(file, "first");
     replaceBy(file, "second");
     EXPECT_EQ(contents(file), "second");
@@ -195,7 +196,7 @@ TEST_F(FilesTest, OfPrivateFoldersHaveNamesThatBeginAsAsked) {
   ASSERT_TRUE(makePrivateFolder(second));
   EXPECT_NE(first, second);
   EXPECT_TRUE(fs::is_directory(first));
-  EXPECT_THAT(first.filename().u8string(), testing::StartsWith("mine-"));
+  EXPECT_THAT(Platform::pathToUTF8(first.filename()), testing::StartsWith("mine-"));
   Path nowhere = folder_ / "missing" / "mine-";
   EXPECT_FALSE(makePrivateFolder(nowhere));
 }

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "Core/Platform/Files.h"
+#include "Core/Platform/Path.h"
 #include "tests/Core/DataIO/FolderTest.h"
 
 namespace Vantor::Platform::System {
@@ -45,9 +46,9 @@ TEST_F(SystemTest, RunsACommandAndTakesItsExitCode) {
 }
 
 TEST_F(SystemTest, GivesACommandArgumentsOfAllCharacters) {
-  const Path target = folder_ / std::filesystem::u8path("two \u5b9f.txt");
+  const Path target = folder_ / Platform::pathFromUTF8("two \u5b9f.txt");
   int exitCode = -1;
-  EXPECT_EQ(runCommand(kCopyNothingTo, {target.u8string()}, exitCode), 0);
+  EXPECT_EQ(runCommand(kCopyNothingTo, {Platform::pathToUTF8(target)}, exitCode), 0);
   EXPECT_EQ(exitCode, 0);
   EXPECT_TRUE(std::filesystem::exists(target));
 }
