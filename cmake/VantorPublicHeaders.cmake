@@ -3,7 +3,9 @@
 set(VANTOR_PUBLIC_HEADERS
   Core/Platform/Allocator.h
   Core/Platform/Containers.h
+  Core/Platform/DocumentLine.h
   Core/Platform/Exceptions.h
+  Core/Platform/Files.h
   Core/Platform/Numbers.h
   Core/Platform/Path.h
   Core/Platform/Raise.h
@@ -129,6 +131,7 @@ set(VANTOR_PUBLIC_HEADERS
   Core/MXF/OperationalPattern.h
   Core/MXF/PartitionChoice.h
   Core/MXF/PartitionPack.h
+  Core/MXF/TrackKind.h
   XMLUtils/DomToBuffer.h
   XMLUtils/EncodingType.h
   XMLUtils/Holder.h
@@ -161,7 +164,9 @@ set(VANTOR_PUBLIC_HEADERS
   Edit/Save.h
   Edit/Scope.h
   Edit/Signature.h
+  JSON/Diagnostic.h
   JSON/Document.h
+  JSON/Place.h
   JSON/PropertyValue.h
   JSON/Refusal.h
   JSON/Text.h

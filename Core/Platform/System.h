@@ -8,10 +8,10 @@
 
 #include "Core/Platform/Types.h"
 
-/// Processes, signals and consoles; alike on all systems.
+/// Processes, signals and consoles, with one interface for all systems.
 namespace Vantor::Platform::System {
 
-/// Fills with octets that nobody can foresee; false and `errno` when the system gives none.
+/// Fills with unpredictable octets; false and `errno` when the system gives none.
 bool fillWithRandomOctets(uint8* octets, std::size_t size);
 
 /// The arguments of the program in UTF-8, without its name; `argc` and `argv` as main() has them.
@@ -23,7 +23,7 @@ std::string environmentVariable(const char* name);
 /// For a program that writes files, to be called first. Afterwards standard output takes bytes as they are; a pipe
 /// without a reader and a file beyond the caller's limit make a write fail instead of ending the process, which would
 /// leave a temporary file behind; and a standard stream that the caller closed is not confused with the first file
-/// opened. A console shows UTF-8 and colours.
+/// opened. A console shows UTF-8 and colours. Windows has no closed streams and no limits of that kind.
 void prepareStandardStreams();
 
 bool isTerminal(std::FILE* stream);
