@@ -8,10 +8,12 @@ std::string sentenceOf(const Diagnostic& diagnostic) {
   const auto& arguments = diagnostic.arguments;
   switch (diagnostic.kind) {
     case Diagnostic::Kind::kUnknownLabel:
-      return "\"label\" has '" + arguments[0] + "', which is no known label; the value counts, which is " +
-             arguments[1];
+      return "unknown label '" + arguments[0] + "'; using the value, " + arguments[1];
     case Diagnostic::Kind::kMissingInstanceUID:
       return "the set has no \"instanceUID\", so that no reference can lead to it";
+    case Diagnostic::Kind::kMoreWithoutInstanceUID:
+      return arguments[0] + " sets have no \"instanceUID\", in the file only " + arguments[1] +
+             "; no reference can lead to such sets";
   }
   return "";
 }

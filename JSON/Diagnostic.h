@@ -12,8 +12,10 @@ namespace Vantor::JSON {
 struct Diagnostic {
   /// The comment of each kind lists its arguments.
   enum class Kind {
-    kUnknownLabel,       ///< label, value: the dictionary knows no such label; the value beside it counts
-    kMissingInstanceUID  ///< no argument: no reference can lead to the set
+    kUnknownLabel,           ///< label, value: the dictionary knows no such label; the value beside it is used
+    kMissingInstanceUID,     ///< no argument: no reference can lead to the set
+    kMoreWithoutInstanceUID  ///< number, number in the file: of sets of one kind without InstanceUID; which of them the
+                             ///< file lacks is not known
   };
   Kind kind;
   std::vector<std::string> arguments = {};

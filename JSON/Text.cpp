@@ -21,7 +21,6 @@ using Tree = nlohmann::ordered_json;
 constexpr int kIndent = 2;
 constexpr uint8 kFirstPrintable = 0x20;
 constexpr uint8 kBeyondASCII = 0x80;
-constexpr uint8 kLeadOctet = 0xC0;  // of several that are a character in UTF-8
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 Tree treeOf(const Value& value);
@@ -62,6 +61,13 @@ Position positionOf(std::string_view text, std::size_t byte) {
   const auto start = before.rfind('\n');
   return {static_cast<std::size_t>(lines) + 1, before.size() - (start == before.npos ? 0 : start + 1) + 1};
 }
+
+bool isASCII(char byte) { return static_cast<uint8>(byte) < kBeyondASCII; }
+/// Whether a byte goes on with a character of UTF-8.
+bool isTrail(char byte) { return (static_cast<uint8>(byte) & 0xC0) == 0x80; }
+
+/// @param text  without quotes, backslashes and control characters.
+bool isUTF8(std::string_view text) { return Tree::accept('"' + std::string(text) + '"'); }
 
 /// Steps through a text and leaves word how far it was read.
 class Cursor {
@@ -142,7 +148,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     if (!isInText && isControl) return "a control character cannot stand here";
     const bool isWhole = text_[byte] == '"' && !endsInEscape(byte);
     if (!isInText || isWhole) {
-      return "'" + wordBetween(isInText ? open : wordAt(byte), byte) + "' cannot stand here";
+      return "'" + wordBetween(isInText ? open : wordAt(byte), lastOfCharacter(byte)) + "' cannot stand here";
     }
     if (isControl) return "a text has a control character; a line feed is \\n";
     return "a text has an escape that stands for no character; a backslash is \\\\";
@@ -153,7 +159,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     constexpr std::size_t kMost = 40;
     std::string word(text_.substr(first, std::min(last + 1 - first, kMost)));
     if (last + 1 - first <= kMost) return word;
-    while (static_cast<uint8>(word.back()) >= kBeyondASCII) word.pop_back();
+    while (!isASCII(word.back())) word.pop_back();
     return word + "...";
   }
 
@@ -170,20 +176,35 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     return open;
   }
 
-  /// Where the word begins that a byte ends.
+  /// The last byte of the character that a byte is in.
+  std::size_t lastOfCharacter(std::size_t byte) const {
+    if (isASCII(text_[byte])) return byte;
+    while (byte + 1 < text_.size() && isTrail(text_[byte + 1])) ++byte;
+    return byte;
+  }
+
+  /// Where the word begins that a byte ends, or the character beyond ASCII that it is in.
   std::size_t wordAt(std::size_t byte) const {
+    while (byte != 0 && isTrail(text_[byte])) --byte;
     const auto isInWord = [](char character) { return std::isalnum(static_cast<uint8>(character)) != 0; };
     if (!isInWord(text_[byte])) return byte;
     while (byte != 0 && isInWord(text_[byte - 1])) --byte;
     return byte;
   }
 
-  /// Of a byte that was refused: whether it is beyond ASCII, or behind a character that is not whole.
+  /// Whether the bytes beyond ASCII around one that was refused, or before it, are no characters.
   bool isNoUTF8(std::size_t byte) const {
-    const auto octet = static_cast<uint8>(text_[byte]);
-    if (octet >= kBeyondASCII) return true;
-    const uint8 before = byte == 0 ? uint8{0} : static_cast<uint8>(text_[byte - 1]);
-    return octet >= kFirstPrintable && before >= (octet == '"' ? kLeadOctet : kBeyondASCII);
+    std::size_t begin = byte, end = byte;
+    while (begin != 0 && !isASCII(text_[begin - 1])) --begin;
+    while (end < text_.size() && !isASCII(text_[end])) ++end;
+    return !isUTF8(text_.substr(begin, end - begin));
+  }
+
+  /// Whether a backslash is not the second of two, which are an escape themselves.
+  bool isEscape(std::size_t backslash) const {
+    std::size_t first = backslash;
+    while (first != 0 && text_[first - 1] == '\\') --first;
+    return (backslash - first) % 2 == 0;
   }
 
   /// Whether a quote stands behind an escape with too few digits, or behind one half of a character ("\ud800").
@@ -191,7 +212,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     constexpr std::size_t kSize = 6;
     const auto last = text_.substr(quote - std::min(quote, kSize), std::min(quote, kSize));
     const auto escape = last.rfind("\\u");
-    if (escape == last.npos) return false;
+    if (escape == last.npos || !isEscape(quote - last.size() + escape)) return false;
     const bool isHalf = escape == 0 && (last[2] == 'd' || last[2] == 'D') && last.find_first_of("89abAB", 3) == 3;
     return escape != 0 || isHalf;
   }

@@ -99,20 +99,19 @@ uint32 itemSizeOf(const Values& values, Identifier type) {
   return size;
 }
 
-/// The marks of all unknown properties that have one.
-std::vector<UnknownMark> unknownMarksBelow(const DOMElement& root) {
-  std::vector<UnknownMark> marks;
-  for (const auto* node = XMLUtils::nextInTree(root, root); node != nullptr; node = XMLUtils::nextInTree(*node, root)) {
-    if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
-    const auto& element = static_cast<const DOMElement&>(*node);
-    if (!LosslessForms::isGroupsElement(element, Vocabulary::kDarkElement)) continue;
-    try {
-      marks.push_back(unknownMarkOf(element));
-    } catch (const Exceptions::BaseException&) {
-      // Reported when the property is read.
-    }
+void appendMark(const DOMElement& property, std::vector<UnknownMark>& marks) {
+  try {
+    marks.push_back(unknownMarkOf(property));
+  } catch (const Exceptions::BaseException&) {
+    // Reported when the property is read.
   }
-  return marks;
+}
+
+/// The element of the set that an unknown property is in, below the one of its extensions; null for none.
+const DOMElement* setAround(const DOMElement& property) {
+  const auto* set = property.getParentNode()->getParentNode();
+  const bool isElement = set != nullptr && set->getNodeType() == DOMNode::ELEMENT_NODE;
+  return isElement ? static_cast<const DOMElement*>(set) : nullptr;
 }
 
 }  // namespace
@@ -127,16 +126,32 @@ void LosslessRules::begin() {
   for (const auto* child : XMLUtils::childElements(root())) {
     if (isFloatingContainer(*child)) LosslessDarkSets::reserveTags(*child, partition());
   }
-  enterLabels(unknownMarksBelow(root()), partition().partitionDictionary());
+  enterLabels(unknownMarks(), partition().partitionDictionary());
+}
+
+const MetaMetadata::MetaMetadataSet* LosslessRules::definitionOf(const DOMElement& element) {
+  const auto* definition = definitions().findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
+  if (definition == nullptr) return nullptr;
+  const bool isOfNamespace =
+      viewOf(element.getNamespaceURI()) == definition->extensionAttribute(MetaMetadata::kNamespaceURI);
+  return isOfNamespace ? definition : nullptr;
+}
+
+std::vector<UnknownMark> LosslessRules::unknownMarks() {
+  std::vector<UnknownMark> marks;
+  for (const DOMNode* node = &root(); node != nullptr; node = XMLUtils::nextInTree(*node, root())) {
+    if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
+    const auto& element = static_cast<const DOMElement&>(*node);
+    if (!LosslessForms::isGroupsElement(element, Vocabulary::kDarkElement)) continue;
+    const auto* set = setAround(element);
+    if (set != nullptr && definitionOf(*set) != nullptr) appendMark(element, marks);
+  }
+  return marks;
 }
 
 const MetaMetadata::MetaMetadataSet* LosslessRules::findSet(const DOMElement& element, std::u16string_view other) {
   if (!other.empty() && LosslessForms::isGroupsElement(element, other)) return nullptr;
-  const auto* definition = definitions().findSet(XMLUtils::utf16ToWstring(element.getLocalName()));
-  if (definition != nullptr &&
-      viewOf(element.getNamespaceURI()) == definition->extensionAttribute(MetaMetadata::kNamespaceURI)) {
-    return definition;
-  }
+  if (const auto* definition = definitionOf(element)) return definition;
   auto name = nameOf(element);
   if (hasPointerName(element)) {
     report_.addUnread(Kind::kPointerWithoutTarget, element, {name.front()});
@@ -146,7 +161,8 @@ const MetaMetadata::MetaMetadataSet* LosslessRules::findSet(const DOMElement& el
       report_.newSets().noteUnknown(*newName, report_.lineOf(element), name.front());
     }
     name.push_back(instanceUID ? Utils::wstringToString(instanceUID->toString(kDottedForm)) : "");
-    const auto kind = definition == nullptr ? Kind::kUnknownSet : Kind::kSetOfOtherNamespace;
+    const bool isKnownName = definitions().findSet(XMLUtils::utf16ToWstring(element.getLocalName())) != nullptr;
+    const auto kind = isKnownName ? Kind::kSetOfOtherNamespace : Kind::kUnknownSet;
     report_.addUnread(kind, element, std::move(name));
   }
   return nullptr;

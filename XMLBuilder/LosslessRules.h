@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Metadata/UnknownTags.h"
 #include "Core/Platform/Exceptions.h"
 #include "XMLBuilder/LosslessReport.h"
 #include "XMLBuilder/ReadingRules.h"
@@ -71,6 +72,11 @@ class LosslessRules : public ReadingRules {
 
  private:
   void checkPointer(const xercesc::DOMElement& pointer);
+  /// The set that an element is named after, in the namespace of its definition; null for none.
+  const MetaMetadata::MetaMetadataSet* definitionOf(const xercesc::DOMElement& element);
+  /// The marks of the unknown properties that have one, in sets that are known. (One in a set that stands in an unknown
+  /// set has its mark here, too, though neither is read.)
+  std::vector<UnknownMark> unknownMarks();
 
   LosslessReport& report_;
   std::size_t prefaces_ = 0;

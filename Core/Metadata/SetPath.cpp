@@ -74,9 +74,8 @@ std::string_view withoutOtherName(std::string_view text) {
 
 [[noreturn]] void raiseNoKind(const std::string& path) {
   raise<InvalidFormat>(
-      "'*' in '{}' is no kind of sets; write InterchangeObject[*] for sets of all kinds, or a kind, such as "
-      "TimelineTrack[*]",
-      path);
+      "'*'{} is no kind of sets; write InterchangeObject[*] for sets of all kinds, or a kind, such as TimelineTrack[*]",
+      path == "*" ? "" : " in '" + path + "'");
 }
 
 }  // namespace

@@ -85,6 +85,22 @@ TEST(JSONText, IsRefusedWithLineAndColumn) {
   EXPECT_EQ(refusalOf(R"({"a": 1e999})"), "line 1, column 11: the number 1e999 is too large");
 }
 
+TEST(JSONText, IsRefusedWithTheCharacterThatStandsOutsideQuotes) {
+  EXPECT_EQ(refusalOf("{\u201Ca\u201D: 1}"), "line 1, column 2: '\u201C' cannot stand here");
+  EXPECT_EQ(refusalOf("{\"a\": nul\u00E4}"), "line 1, column 10: '\u00E4' cannot stand here");
+  EXPECT_THAT(refusalOf("\uFF02a"), testing::HasSubstr(": '\uFF02' cannot stand here"));
+  EXPECT_THAT(refusalOf("\xEF\xBB\xBFx"), testing::HasSubstr(": 'x' cannot stand here"));
+  for (const char* text : {"{\xFF", "{\xE2\x80: 1}", "{\xED\xA0\x80}", "\xEF\xBBx"}) {
+    EXPECT_THAT(refusalOf(text), testing::HasSubstr(": it is not UTF-8")) << text;
+  }
+}
+
+TEST(JSONText, TakesNoBackslashBehindABackslashForAnEscape) {
+  EXPECT_THAT(refusalOf(R"({"a" "\\u12"})"), testing::HasSubstr(R"(: '"\\u12"' cannot stand here)"));
+  EXPECT_THAT(refusalOf(R"({"a" "\\ud800"})"), testing::HasSubstr(R"(: '"\\ud800"' cannot stand here)"));
+  EXPECT_THAT(refusalOf(R"({"a": "\\\u12"})"), testing::HasSubstr(": a text has an escape"));
+}
+
 TEST(JSONText, IsRefusedWithTheLineForPrograms) {
   for (const auto& [text, line] : {std::pair("{\n  \"a\": ]}", 2u), std::pair("{\"a\": 1,\n\n\"a\": 2}", 3u)}) {
     try {

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
@@ -63,6 +65,33 @@ TEST(LosslessTags, KeepALabelThatIsNotThatOfTheRegisters) {
   EXPECT_THAT(xml, HasSubstr("<rp210:PackageName>Harbour</rp210:PackageName>"));
   EXPECT_THAT(xml, HasSubstr("groups:StaticLocalTag=\"44.02\" groups:UniversalLabel=\"" + kPrivate + "\">CAFE<"));
   EXPECT_EQ(losslessXMLOf(*writtenAndRead(Imported(xml).partition())), xml);
+}
+
+bool isInPrimer(const PartitionMetadata& partition, const std::string& label) {
+  const auto& entries = partition.partitionDictionary().primerEntries();
+  return std::any_of(entries.begin(), entries.end(), [&label](const KLV::PrimerEntry& entry) {
+    return Types::UniversalLabel(entry.label).dottedText() == label;
+  });
+}
+
+TEST(LosslessTags, AreNotMadeForSetsThatAreNotRead) {
+  const auto label = [](const std::string& text) {
+    return "<groups:ExtensionElements><groups:DarkElement groups:UniversalLabel='" + text +
+           "'>CAFE</groups:DarkElement></groups:ExtensionElements>";
+  };
+  auto xml = packageWith("");
+  const std::string name =
+      "<rp210:PackageName>Harbour</rp210:PackageName><groups:ExtensionElements></groups:ExtensionElements>";
+  const auto at = xml.find(name);
+  ASSERT_NE(at, std::string::npos);
+  xml.replace(at, name.size(), label(kPrivate));
+  const std::string end = "</rp210:Packages>";
+  xml.insert(xml.find(end), "<s377m:NoSuchPackage>" + label(kOtherPrivate) + "</s377m:NoSuchPackage>");
+  Imported document(xml);
+  EXPECT_THAT(document.messages(), testing::Contains(HasSubstr("NoSuchPackage")));
+  const auto file = writtenAndRead(document.partition());
+  EXPECT_TRUE(isInPrimer(*file, kPrivate));
+  EXPECT_FALSE(isInPrimer(*file, kOtherPrivate));
 }
 
 TEST(LosslessTags, AreOthersWhereTheirOwnAreTaken) {

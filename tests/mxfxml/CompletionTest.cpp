@@ -140,6 +140,16 @@ TEST(Completion, TakesInBashAFileNameWithABlankForOneWord) {
               Contains("Timecode[1]."));
 }
 
+TEST(Completion, GoesOnInBashWithTheWordThatAnEscapedBlankIsPartOf) {
+  const std::string program = "mxfxml() { printf '[%s]\\n' \"$@\"; }";
+  EXPECT_THAT(inBash("mxfxml set two\\\\ ", "mxfxml set 'two\\ '", program),
+              ElementsAre("[__complete]", "[set]", "[two ]"));
+  EXPECT_THAT(inBash("mxfxml set two\\\\\\\\ ", "mxfxml set 'two\\\\' ''", program),
+              ElementsAre("[__complete]", "[set]", "[two\\]", "[]"));
+  EXPECT_THAT(inBash("mxfxml set two ", "mxfxml set two ''", program),
+              ElementsAre("[__complete]", "[set]", "[two]", "[]"));
+}
+
 /// Sets in brackets are no patterns of file names.
 TEST(Completion, KeepsBracketsInBashWhateverFilesThereAre) {
   const std::string files = "cd $(mktemp -d); touch Timecode1.StartTimecode=; trap 'rm -r $PWD' EXIT; ";

@@ -94,8 +94,9 @@ TEST(Get, LeavesAFileThatCannotBeReadOutOfATable) {
 TEST(Get, NamesTheKindForAllSetsWhereAStarStandsForIt) {
   const auto result = get({sample("op1a.mxf"), "*.TrackID"});
   EXPECT_EQ(result.exitCode, 2);
-  EXPECT_THAT(result.err, HasSubstr("'*' in '*' is no kind of sets; write InterchangeObject[*] for sets of all kinds, "
+  EXPECT_THAT(result.err, HasSubstr("'*' is no kind of sets; write InterchangeObject[*] for sets of all kinds, "
                                     "or a kind, such as TimelineTrack[*]"));
+  EXPECT_THAT(get({sample("op1a.mxf"), "*[1].TrackID"}).err, HasSubstr("'*' in '*[1]' is no kind of sets; write"));
   EXPECT_EQ(get({sample("op1a.mxf"), "InterchangeObject[*].TrackID"}).exitCode, 0);
 }
 

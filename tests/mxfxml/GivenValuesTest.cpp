@@ -131,8 +131,8 @@ TEST_F(GivenValues, AreTakenWithAWarningOfALabelThatTheDictionaryDoesNotKnow) {
   const auto result = set(R"({"Preface.OperationalPattern": {"value": "06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00",
 "label": "MXFOP1q"}})",
                           {"--only"});
-  EXPECT_THAT(result.err, HasSubstr(": warning: line 2: /Preface.OperationalPattern/label: \"label\" has 'MXFOP1q', "
-                                    "which is no known label; the value counts, which is MXFOP1a"));
+  EXPECT_THAT(result.err, HasSubstr(": warning: line 2: /Preface.OperationalPattern/label: unknown label 'MXFOP1q'; "
+                                    "using the value, MXFOP1a"));
 }
 
 TEST_F(GivenValues, DecideAndTheirTextsHaveToAgree) {

@@ -184,10 +184,9 @@ TEST(JSONCommand, WarnsOfALabelThatTheDictionaryDoesNotKnow) {
   exported.replace("\"label\": \"MXFOP1a", "\"label\": \"MXFOP1q");
   const Result result = run({"import", exported.json, "-o", exported.output});
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_THAT(result.err,
-              testing::MatchesRegex("mxfxml: [^\n]*/a\\.json: warning: line [0-9]+: "
-                                    "/sets/[0-9]+/properties/OperationalPattern/label: Preface [^\n]*"
-                                    "\"label\" has 'MXFOP1q[^\n]* the value counts, which is MXFOP1a[^\n]*\n"));
+  EXPECT_THAT(result.err, testing::MatchesRegex("mxfxml: [^\n]*/a\\.json: warning: line [0-9]+: "
+                                                "/sets/[0-9]+/properties/OperationalPattern/label: Preface [^\n]*"
+                                                "unknown label 'MXFOP1q[^\n]*'; using the value, MXFOP1a[^\n]*\n"));
   EXPECT_EQ(run({"import", exported.json, "-o", exported.folder.path("c.mxf"), "--strict"}).exitCode, 1);
   EXPECT_THAT(exported.folder.files(), testing::ElementsAre("a.json", "b.mxf"));
 }
@@ -216,6 +215,32 @@ TEST(JSONCommand, WarnsOfASetWithoutInstanceUID) {
   EXPECT_THAT(result.err, HasSubstr(": /sets/0: Identification: the set has no \"instanceUID\", so that no reference"));
 }
 
+/// Of importing a JSON export, with more such sets, into its file, whose Identification has no InstanceUID.
+std::string messagesOfSetsWithoutInstanceUID(std::size_t added) {
+  const ScratchFolder folder;
+  auto bytes = readFile(sample(kJSONSample));
+  const std::string item("\x3C\x0A\0\x10\x85\x43", 6), other("\x3C\x7F\0\x10\x85\x43", 6);
+  for (auto at = bytes.find(item); at != bytes.npos; at = bytes.find(item, at)) bytes.replace(at, item.size(), other);
+  writeFile(folder.path("a.mxf"), bytes);
+  auto json = run({"export", folder.path("a.mxf"), "--format", "json"}).out;
+  const std::string list = "\"sets\": [";
+  for (std::size_t i = 0; i < added; ++i) {
+    json.insert(json.find(list) + list.size(), "{\"set\": \"Identification\", \"properties\": {}},");
+  }
+  writeFile(folder.path("a.json"), json);
+  const auto result = run(
+      {"import", folder.path("a.json"), "--into", folder.path("a.mxf"), "-o", folder.path("b.mxf"), "--keep-going"});
+  return result.err;
+}
+
+TEST(JSONCommand, CountsTheSetsWithoutInstanceUIDThatTheFileLacks) {
+  EXPECT_THAT(messagesOfSetsWithoutInstanceUID(0), Not(HasSubstr("instanceUID")));
+  EXPECT_THAT(messagesOfSetsWithoutInstanceUID(1),
+              HasSubstr(": /sets: Identification: 2 sets have no \"instanceUID\", in the file only 1; no reference"));
+  EXPECT_THAT(messagesOfSetsWithoutInstanceUID(4),
+              HasSubstr(": /sets: Identification: 5 sets have no \"instanceUID\", in the file only 1; no reference"));
+}
+
 /// A file that is no document, and what messages call it.
 TEST(JSONCommand, NamesWhatIsNoDocument) {
   const ScratchFolder folder;
@@ -226,6 +251,10 @@ TEST(JSONCommand, NamesWhatIsNoDocument) {
            {"null", "the file begins with 'null'"},
            {std::string("{\0\n\0", 4), "this is text in UTF-16, and no XML; JSON is read in UTF-8"},
            {"\x89PNG\r\n\x1A\n", "this is a binary file"},
+           {std::string(300, '\0'), "this is a binary file"},
+           {"no\x7F\x1Cthing", "this is a binary file"},
+           {"no\x7Fthing", "the file begins with 'no\\u007Fthing'"},
+           {"\u201CCrossing\u201D\u201D\u201D", "the file begins with '\u201CCrossing\u201D'"},
            {readFile(sample(kJSONSample)), "this is an MXF file"}}) {
     writeFile(file, content);
     const auto message = "mxfxml: " + file + ": " + text + "; metadata in XML begin with '<', in JSON with '{'\n";

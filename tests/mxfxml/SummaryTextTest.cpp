@@ -96,6 +96,8 @@ TEST(SummaryOfPictures, NamesTheFieldThatComesFirstOfInterlacedOnes) {
   essence.frameLayout = "SeparateFields";
   const auto scan = [&essence] { return pictureOf(essence).at(0).value; };
   EXPECT_EQ(scan(), "interlaced, SeparateFields, field order not given");
+  essence.fieldDominance = "UnspecifiedField";
+  EXPECT_EQ(scan(), "interlaced, SeparateFields, UnspecifiedField");
   essence.fieldDominance = "FieldTwo";
   EXPECT_EQ(scan(), "interlaced, SeparateFields, FieldTwo first");
   essence.fieldOrder = Summary::FieldOrder::kBottomFirst;

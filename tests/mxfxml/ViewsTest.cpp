@@ -134,9 +134,10 @@ TEST_P(Views, AreThoseThatWereReviewed) {
   expectGolden(text, golden(command + "-" + columns + ".txt"));
 }
 
+/// Of the reviewed text, which AreThoseThatWereReviewed compares with what the commands print.
 TEST_P(Views, StayWithinTheColumns) {
   const auto& [folder, command, widest] = GetParam();
-  std::istringstream lines(readFile(golden(command + "-" + widest + ".txt")));  // which are what it prints
+  std::istringstream lines(readFile(golden(command + "-" + widest + ".txt")));
   std::size_t columns = 0;
   for (std::string line; std::getline(lines, line);) columns = std::max(columns, columnsOf(line));
   EXPECT_GT(columns, 0u);

@@ -17,7 +17,7 @@ using DataIO::File::Undoing;
 class UndoCommand final : public Command {
  public:
   explicit UndoCommand(CLI::App& program)
-      : Command(program, "undo", "Undo the last change in place of files that kept its old bytes (--keep-undo)") {
+      : Command(program, "undo", "Undo the last in-place change of each file, if it kept its old bytes (--keep-undo)") {
     const auto take = [this](const std::vector<std::string>& names) {
       for (const auto& name : names) files_.push_back(Platform::pathFromUTF8(name));
     };

@@ -90,7 +90,7 @@ std::unique_ptr<Command> diffCommand(CLI::App& program);
 std::unique_ptr<Command> checkCommand(CLI::App& program);
 /// `mxfxml recover`: undoes a change in place that was stopped half-way.
 std::unique_ptr<Command> recoverCommand(CLI::App& program);
-/// `mxfxml undo`: undoes the last change in place of files that kept its old bytes. Ends with 1 when one of them
+/// `mxfxml undo`: undoes the last in-place change of each file, if it kept its old bytes. Ends with 1 when one of them
 /// cannot be put back, which does not keep it from the others.
 std::unique_ptr<Command> undoCommand(CLI::App& program);
 /// `mxfxml dictionary`: prints the sets that the dictionary knows, or what it knows under a name, a key or a tag.

@@ -1,10 +1,9 @@
 #include "Input/InputDocument.h"
 
 #include <algorithm>
-#include <cstring>
 #include <fstream>
+#include <map>
 #include <system_error>
-#include <unordered_map>
 #include <utility>
 
 #include "Core/Platform/Path.h"
@@ -37,18 +36,41 @@ std::optional<DocumentFormat> formatOfStart(const std::string& start) {
   return std::nullopt;
 }
 
-/// Files have sets without InstanceUID, which their documents have, too.
-void leaveOutUnidentified(const PartitionMetadata& metadata, JSON::Diagnostics& diagnostics) {
-  std::unordered_map<std::string, std::size_t> counts;
+/// Numbers of sets without InstanceUID by their kind.
+using Counts = std::map<std::string, std::size_t>;
+
+Counts unidentifiedIn(const PartitionMetadata& metadata) {
+  Counts counts;
   for (const auto* set : metadata.sets()) {
     if (set->instanceUID() == nullptr) ++counts[set->name()];
   }
-  const auto isOfFile = [&counts](const JSON::Diagnostic& diagnostic) {
-    if (diagnostic.kind != JSON::Diagnostic::Kind::kMissingInstanceUID) return false;
-    const auto found = counts.find(diagnostic.set);
-    return found != counts.end() && found->second-- != 0;
+  return counts;
+}
+
+JSON::Diagnostic surplusOf(const std::string& kind, std::size_t inDocument, std::size_t inFile) {
+  JSON::Diagnostic diagnostic{JSON::Diagnostic::Kind::kMoreWithoutInstanceUID};
+  diagnostic.arguments = {std::to_string(inDocument), std::to_string(inFile)};
+  diagnostic.place.pointer = "/sets";
+  diagnostic.set = kind;
+  return diagnostic;
+}
+
+/// A set without InstanceUID is no problem where the file has it so. Of a kind of which the document has more than the
+/// file, one diagnostic stands for all of them.
+void joinUnidentified(const PartitionMetadata& metadata, JSON::Diagnostics& diagnostics) {
+  const auto inFile = unidentifiedIn(metadata);
+  Counts inDocument;
+  const auto isOfKindInFile = [&](const JSON::Diagnostic& diagnostic) {
+    const bool isMissing = diagnostic.kind == JSON::Diagnostic::Kind::kMissingInstanceUID;
+    if (!isMissing || inFile.count(diagnostic.set) == 0) return false;
+    ++inDocument[diagnostic.set];
+    return true;
   };
-  diagnostics.erase(std::remove_if(diagnostics.begin(), diagnostics.end(), isOfFile), diagnostics.end());
+  diagnostics.erase(std::remove_if(diagnostics.begin(), diagnostics.end(), isOfKindInFile), diagnostics.end());
+  for (const auto& [kind, count] : inDocument) {
+    const auto present = inFile.at(kind);
+    if (count > present) diagnostics.push_back(surplusOf(kind, count, present));
+  }
 }
 
 /// None for a file that cannot be read.
@@ -71,12 +93,22 @@ bool isUTF16(std::string_view start) {
   return hasMark || (start[0] == '\0' && isASCII(start[1])) || (isASCII(start[0]) && start[1] == '\0');
 }
 
-/// Whether there are control characters beside white space.
+/// Whether there are control characters, such as NUL, beside white space.
 bool isBinary(std::string_view start) {
-  return std::any_of(start.begin(), start.end(), [](char character) {
-    const auto octet = static_cast<unsigned char>(character);
-    return octet < 0x20 && std::strchr("\t\n\r\f", character) == nullptr;
+  constexpr std::string_view kWhiteSpace = "\t\n\r\f";
+  return std::any_of(start.begin(), start.end(), [kWhiteSpace](char character) {
+    return static_cast<unsigned char>(character) < 0x20 && kWhiteSpace.find(character) == kWhiteSpace.npos;
   });
+}
+
+/// The first word, or as much of it as 16 bytes have of whole characters.
+std::string firstWord(const std::string& start, std::size_t first) {
+  const auto isTrail = [&start](std::size_t at) {
+    return at < start.size() && (static_cast<unsigned char>(start[at]) & 0xC0) == 0x80;
+  };
+  auto end = std::min(start.find_first_of(" \t\r\n", first), first + 16);
+  while (end > first + 1 && isTrail(end)) --end;
+  return oneLine(start.substr(first, end - first));
 }
 
 /// What a file that looks like no document is.
@@ -88,8 +120,7 @@ std::string describeStart(const std::string& start) {
   if (start.compare(0, kPartitionPack.size(), kPartitionPack) == 0) return "this is an MXF file";
   if (isUTF16(start)) return "this is text in UTF-16, and no XML; JSON is read in UTF-8";
   if (isBinary(start)) return "this is a binary file";
-  const auto end = std::min(start.find_first_of(" \t\r\n", first), first + 16);
-  return "the file begins with '" + start.substr(first, end - first) + "'";
+  return "the file begins with '" + firstWord(start, first) + "'";
 }
 
 }  // namespace
@@ -152,7 +183,7 @@ Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeO
     sets.start = description->start;
   }
   auto edited = file.read(sets);
-  leaveOutUnidentified(file.metadata(), found);
+  joinUnidentified(file.metadata(), found);
   return edited;
 }
 

@@ -49,8 +49,8 @@ class InputDocument {
   /// @param problems  get those of this time: the metadata may have definitions of their own, with which it is called
   ///                  again.
   void import(PartitionMetadata& partition, InputProblems& problems) const;
-  /// The same for a document that was exported from a file. Sets without InstanceUID that the file has, too, are no
-  /// problem. @param problems  gets diagnostics.
+  /// The same for a document that was exported from a file. Sets without InstanceUID are no problem,
+  /// unless there are more of a kind than in the file. @param problems  gets diagnostics.
   Edit::EditedDocument readFor(Edit::File& file, const Edit::MergeOptions& options, InputProblems& problems) const;
 
  private:

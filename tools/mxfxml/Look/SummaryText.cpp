@@ -137,12 +137,14 @@ std::string ratioText(const Summary::Ratio& ratio) {
   return std::to_string(ratio.numerator) + ":" + std::to_string(ratio.denominator);
 }
 
-/// "top field first (FieldOne)", or what the file has of that; nothing of pictures that are not interlaced.
+/// "top field first (FieldOne)", or what the file has of that; of pictures that are not interlaced, the name of their
+/// FieldDominance, or nothing.
 std::optional<std::string> fieldOrderText(const Essence& essence) {
   const auto& dominant = essence.fieldDominance;
   if (essence.scan != Summary::Scan::kInterlaced) return dominant;
   if (!dominant) return "field order not given";
-  if (!essence.fieldOrder) return *dominant + " first";
+  const bool isField = *dominant == "FieldOne" || *dominant == "FieldTwo";
+  if (!essence.fieldOrder) return *dominant + (isField ? " first" : "");
   const bool isTopFirst = *essence.fieldOrder == Summary::FieldOrder::kTopFirst;
   return std::string(isTopFirst ? "top" : "bottom") + " field first (" + *dominant + ")";
 }

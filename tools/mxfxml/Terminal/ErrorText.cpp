@@ -40,8 +40,9 @@ bool currentExceptionNamesItsFile() {
 /// The extension of an MXF file in a folder, which may be in capitals; empty when there is none.
 std::string extensionIn(const Path& folder) {
   std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-    const auto extension = Platform::pathToUTF8(entry.path().extension());
+  // increment() returns errors, where ++ would throw while another exception is handled.
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    const auto extension = Platform::pathToUTF8(entry->path().extension());
     if (extension == ".mxf" || extension == ".MXF") return extension;
   }
   return {};

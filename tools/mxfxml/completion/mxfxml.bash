@@ -1,10 +1,12 @@
 # Completion of mxfxml for bash. The program itself names what may follow; where it names nothing, files do.
 _mxfxml() {
-  local line=${COMP_LINE:0:COMP_POINT} program word current prefix IFS=$' \t\n'
+  local line=${COMP_LINE:0:COMP_POINT} program word last current prefix IFS=$' \t\n'
   local -a words=()
   # A backslash keeps a blank in its word.
   read -a words <<<"$line"
-  [[ -z $line || $line == *[[:space:]] ]] && words+=("")
+  # Behind a blank, a new word begins, unless the blank has a backslash that is no escaped one.
+  last=${line//\\\\/}
+  [[ -z $line || $last == *[[:space:]] && $last != *\\[[:space:]] ]] && words+=("")
   program=${words[0]}
   words=("${words[@]:1}")
   for word in "${!words[@]}"; do words[word]=${words[word]#[\"\']}; done
