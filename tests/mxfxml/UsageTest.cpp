@@ -132,8 +132,9 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
 TEST(Usage, VersionNamesTheRegistersAndTheLibraries) {
   const Result result = run({"--version"});
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_THAT(result.out, testing::MatchesRegex("mxfxml 0\\.1\\.0\nSMPTE metadata registers v[0-9]+ of 20[0-9]+\n"
-                                                "Xerces-C\\+\\+ 3\\.[0-9.]+\n" VANTOR_XQILLA_LINE "\n"));
+  EXPECT_THAT(result.out,
+              testing::MatchesRegex("mxfxml " VANTOR_VERSION "\nSMPTE metadata registers v[0-9]+ of 20[0-9]+\n"
+                                    "Xerces-C\\+\\+ 3\\.[0-9.]+\n" VANTOR_XQILLA_LINE "\n"));
   EXPECT_EQ(result.err, "");
 }
 
