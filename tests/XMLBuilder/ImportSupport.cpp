@@ -8,6 +8,7 @@
 #include "Core/Comparison/ValueText.h"
 #include "Core/MetaMetadata/MetaElement.h"
 #include "Core/Platform/Strings.h"
+#include "tests/XMLUtils/LoadedXQilla.h"
 
 namespace Vantor::XML2Partition {
 
@@ -86,11 +87,7 @@ Failure invalidLength(const std::string& message, int line) {
 Failure converted(const std::string& message) { return {"ParseError", message, "XMLUtils/Utils", 207}; }
 
 Failure pathFailure(const std::string& message) {
-#if VANTOR_WITH_XQILLA
-  return converted("XQillaException:: " + message);
-#else
-  return converted("DOMException:: " + message + "(51)");
-#endif
+  return converted(XMLUtils::hasXQilla() ? "XQillaException:: " + message : "DOMException:: " + message + "(51)");
 }
 
 Element& property(MetadataSet& set, const std::string& symbol) {
