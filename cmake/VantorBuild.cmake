@@ -37,6 +37,14 @@ set(VANTOR_INSTRUMENTATION "")
 if(VANTOR_SANITIZE)
   list(APPEND VANTOR_INSTRUMENTATION
     -fsanitize=${VANTOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    list(APPEND VANTOR_INSTRUMENTATION
+      "-fsanitize-ignorelist=${CMAKE_CURRENT_LIST_DIR}/sanitizer-ignore.txt")
+  endif()
+  # The libraries call their own copies of inline functions, not those of tests that have no sanitizer in them.
+  if(VANTOR_TESTS_OF)
+    add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-Bsymbolic-functions>)
+  endif()
 endif()
 if(VANTOR_FUZZ)
   list(APPEND VANTOR_INSTRUMENTATION -fsanitize=fuzzer-no-link)

@@ -119,7 +119,7 @@ class Seen {
 TEST(Comparison, RandomPartitionsAreExportedAsThePlainWayExportsThem) {
   const auto dictionary = entangledDictionary();
   Seen seen;
-  for (uint32 seed = 0; seed < (kIsSanitized ? 120 : 400); ++seed) {
+  for (uint32 seed = 0; seed < (isSanitized() ? 120 : 400); ++seed) {
     RandomPartition partition(seed, dictionary);
     const MetadataSet* start = partition.start();
     if (start == nullptr) continue;

@@ -32,7 +32,7 @@ using Types::Identifiers::kUnknown;
 using Types::Identifiers::kUTF16String;
 using XMLBuilder::exported;
 
-constexpr rlim_t kSeconds = kIsSanitized ? 20 : 1;
+const rlim_t kSeconds = isSanitized() ? 20 : 1;
 constexpr rlim_t kOctets = rlim_t{256} << 20;
 
 constexpr const char* kSecret = "what nobody but the tests should read";
@@ -61,7 +61,7 @@ rlim_t addressSpace() {
 void limitProcess() {
   XMLUtils::Initializer::instance();
   limit(RLIMIT_CPU, kSeconds);
-  if (!kIsSanitized) limit(RLIMIT_AS, addressSpace() + kOctets);
+  if (!isSanitized()) limit(RLIMIT_AS, addressSpace() + kOctets);
 }
 
 /// Prints what became of a document: the failure or the number of sets, the export, and its length as KLV.
@@ -270,7 +270,7 @@ TEST(HostileDocument, MayClaimAnEncodingThatNobodyReads) {
 }
 
 TEST(HostileDocument, ForWhichThereIsTooLittleMemoryIsNotToBlame) {
-  if (kIsSanitized) GTEST_SKIP() << "sanitizers need address space of their own";
+  if (isSanitized()) GTEST_SKIP() << "sanitizers need address space of their own";
   for (const std::string element : {"<a/>", "<a b='c'/>", "<a>b</a>"}) {
     EXPECT_EXIT(loadWithLittleMemory("<r>" + repeated(element, 1'000'000) + "</r>"), ::testing::ExitedWithCode(0),
                 "out of memory");

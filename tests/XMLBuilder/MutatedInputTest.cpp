@@ -31,7 +31,7 @@ using XMLBuilder::kFlat;
 using XMLBuilder::kNested;
 
 constexpr int kParts = 8;
-constexpr int kMutants = kIsSanitized ? 100 : 250;  // of each part
+const int kMutants = isSanitized() ? 100 : 250;  // of each part
 
 /// Exports a partition and has the text parsed, which must succeed.
 std::string parsed(PartitionMetadata& partition, Flags flags) {

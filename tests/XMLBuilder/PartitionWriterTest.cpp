@@ -61,7 +61,7 @@ TEST(Nesting, AChainOf100000SetsIsTooDeepAndNothingMore) {
 }
 
 TEST(Nesting, AChainOfAnyLengthIsWrittenWhereNothingNests) {
-  constexpr uint32 kSets = kIsSanitized ? 20000 : 100000;
+  const uint32 kSets = isSanitized() ? 20000 : 100000;
   const std::string text = exported(chain(kSets), kFlat);
   EXPECT_EQ(count(text, "<p:Link rp210:InstanceUID="), kSets);
   EXPECT_LT(text.find(xml("<p:Link rp210:InstanceUID=\"{2}\"")),

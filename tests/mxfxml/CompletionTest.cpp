@@ -107,7 +107,7 @@ TEST(Completion, NamesDefinitions) {
 /// What a shell makes of the script with the program as "mxfxml" in its path.
 std::string inShell(const std::string& shell, const std::string& commands) {
   const ScratchFolder folder;
-  std::filesystem::create_symlink(VANTOR_MXFXML, folder.path("mxfxml"));
+  std::filesystem::create_symlink(programPath(), folder.path("mxfxml"));
   writeFile(folder.path("commands"), commands);
   const std::string command = "PATH=" + folder.path().string() + ":$PATH " + shell + " " + folder.path("commands") +
                               " >" + folder.path("out") + " 2>&1";
@@ -176,7 +176,7 @@ bool hasZsh() {
 /// What zsh makes of the line of a terminal when TAB is pressed behind it.
 std::string completedInZsh(const std::string& line) {
   const ScratchFolder folder;
-  std::filesystem::create_symlink(VANTOR_MXFXML, folder.path("mxfxml"));
+  std::filesystem::create_symlink(programPath(), folder.path("mxfxml"));
   writeFile(folder.path(".zshrc"),
             "PATH=" + folder.path().string() +
                 ":$PATH\nfpath=(" VANTOR_COMPLETION_DIR

@@ -157,7 +157,7 @@ TEST_F(EditCommandTest, NeedsATerminalToAsk) {
 }
 
 TEST_F(EditCommandTest, RefusesAFileThatChangedMeanwhile) {
-  const auto script = std::string(VANTOR_MXFXML) + " set " + file() +
+  const auto script = programPath() + " set " + file() +
                       " Identification.ToolkitVersion=2.0.0.0 >/dev/null; sed -i s/FFmpeg/Edited/ \"$file\"";
   const Result result = edited(editor("busy", script, ":"));
   EXPECT_EQ(result.exitCode, 1);
@@ -167,7 +167,7 @@ TEST_F(EditCommandTest, RefusesAFileThatChangedMeanwhile) {
 }
 
 TEST_F(EditCommandTest, SaysHowToMergeWhatIsKeptIntoAFileThatChangedMeanwhile) {
-  const auto script = std::string(VANTOR_MXFXML) + " set " + file() +
+  const auto script = programPath() + " set " + file() +
                       " Identification.ToolkitVersion=2.0.0.0 >/dev/null; sed -i s/FFmpeg/Edited/ \"$file\"";
   const Result result = edited(editor("busy", script, ":"));
   ASSERT_EQ(kept().size(), 2u) << result.err;
@@ -257,7 +257,7 @@ TEST_F(EditDialogueTest, KeepsTheDocumentAtTheEndOfTheInput) {
 }
 
 TEST_F(EditDialogueTest, AsksNothingAboutAFileThatChangedMeanwhile) {
-  const auto script = std::string(VANTOR_MXFXML) + " set " + file() +
+  const auto script = programPath() + " set " + file() +
                       " Identification.ToolkitVersion=2.0.0.0 >/dev/null; sed -i s/FFmpeg/Edited/ \"$file\"";
   const Result result = started(editor("busy", script, ":")).finish();
   EXPECT_EQ(result.exitCode, 1);

@@ -9,6 +9,7 @@
 #include "Program.h"
 #include "ScratchFolder.h"
 #include "tests/Core/MXF/WholeFile.h"
+#include "tests/Sanitized.h"
 
 /// Edits of files whose parts are laid out in rarer ways.
 namespace Vantor::Tool {
@@ -188,13 +189,8 @@ MXF::FileLayout manyPartitions(std::size_t count) {
 }
 
 TEST(EditedLayout, TakesNoLongTimeForManyPartitionsThatRepeatTheMetadata) {
-#ifdef VANTOR_SANITIZED
-  const std::size_t partitions = 500;
-  const std::string seconds = "15";
-#else
-  const std::size_t partitions = 2000;
-  const std::string seconds = "5";
-#endif
+  const std::size_t partitions = isSanitized() ? 500 : 2000;
+  const std::string seconds = isSanitized() ? "15" : "5";
   const EditedLayout file(manyPartitions(partitions));
   const std::string number = std::to_string(partitions), all = std::to_string(partitions + 2);
   for (const auto& assignment : {kWithinRoom, kBeyondRoom}) {

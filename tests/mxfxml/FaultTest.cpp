@@ -294,7 +294,7 @@ TEST_F(FaultTest, KeepsTheDocumentWhenThatIsNamedAsTheFile) {
 
 /// Becomes the program, without its messages.
 void execute(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), VANTOR_MXFXML);
+  arguments.insert(arguments.begin(), programPath());
   std::vector<char*> pointers;
   for (auto& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);

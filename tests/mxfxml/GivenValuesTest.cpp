@@ -7,6 +7,7 @@
 #include "Program.h"
 #include "ScratchFolder.h"
 #include "tests/SampleFiles.h"
+#include "tests/Sanitized.h"
 
 /// `mxfxml set --from`: values that a JSON document gives.
 namespace Vantor::Tool {
@@ -312,13 +313,7 @@ std::vector<std::string> assignmentsIn(const JSON::Value& values) {
   return assignments;
 }
 
-std::vector<Path> samplesToCopy() {
-#ifdef VANTOR_SANITIZED
-  return {sample("op1a.mxf")};
-#else
-  return sampleFiles();
-#endif
-}
+std::vector<Path> samplesToCopy() { return isSanitized() ? std::vector<Path>{sample("op1a.mxf")} : sampleFiles(); }
 
 /// All values of a file with the metadata of each sample, set there by a document and on the command line.
 TEST(ValuesOfSamples, ChangeNothingWhereTheyAre) {

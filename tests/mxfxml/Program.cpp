@@ -100,12 +100,17 @@ pid_t startCaptured(const std::vector<std::string>& command, const ScratchFolder
 }
 
 std::vector<std::string> programWith(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {VANTOR_MXFXML};
+  std::vector<std::string> command = {programPath()};
   command.insert(command.end(), arguments.begin(), arguments.end());
   return command;
 }
 
 }  // namespace
+
+std::string programPath() {
+  const char* path = std::getenv("VANTOR_MXFXML");
+  return path != nullptr ? path : VANTOR_MXFXML;
+}
 
 Result run(const std::vector<std::string>& arguments, Out out, Err err) {
   return runCommand(programWith(arguments), out, err);
@@ -116,7 +121,7 @@ Result runLimited(const std::string& limit, const std::vector<std::string>& argu
 }
 
 Result runScript(const std::string& script, const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {"/bin/sh", "-c", script, VANTOR_MXFXML};
+  std::vector<std::string> command = {"/bin/sh", "-c", script, programPath()};
   command.insert(command.end(), arguments.begin(), arguments.end());
   return runCommand(command, Out::kCaptured, Err::kCaptured);
 }

@@ -22,6 +22,9 @@ struct Result {
 enum class Out { kCaptured, kFullDevice, kPipeWithoutReader, kClosed };
 enum class Err { kCaptured, kClosed };
 
+/// The program under test: that of the environment's VANTOR_MXFXML, or of the build that compiled the tests.
+std::string programPath();
+
 /// Runs mxfxml with the arguments and waits for its end.
 Result run(const std::vector<std::string>& arguments, Out out = Out::kCaptured, Err err = Err::kCaptured);
 

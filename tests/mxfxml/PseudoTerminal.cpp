@@ -42,7 +42,7 @@ std::vector<std::string> environmentWith(const std::vector<std::string>& variabl
 }  // namespace
 
 PseudoTerminal::PseudoTerminal(const std::vector<std::string>& arguments, const std::vector<std::string>& variables)
-    : PseudoTerminal(VANTOR_MXFXML, arguments, variables) {}
+    : PseudoTerminal(programPath(), arguments, variables) {}
 
 PseudoTerminal::PseudoTerminal(const std::string& program, const std::vector<std::string>& arguments,
                                const std::vector<std::string>& variables)

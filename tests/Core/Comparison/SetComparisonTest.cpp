@@ -143,7 +143,7 @@ TEST_F(ComparisonOfSets, PairsSetsOfOneInstanceUIDAsReferencesFindThem) {
 }
 
 TEST_F(ComparisonOfSets, ComesToAnEndInCirclesAndLongChains) {
-  constexpr uint32 kSets = kIsSanitized ? 10000 : 100000;
+  const uint32 kSets = isSanitized() ? 10000 : 100000;
   for (auto* partition : {&left_, &right_}) {
     const uint32 base = partition == &left_ ? 0 : 1000000;
     refer(addSet(*partition, "Preface", base + 1), "Child", base + 2);
@@ -158,7 +158,7 @@ TEST_F(ComparisonOfSets, ComesToAnEndInCirclesAndLongChains) {
 }
 
 TEST_F(ComparisonOfSets, NeedsNoLongerForManySetsThatAreAlike) {
-  constexpr uint32 kSets = kIsSanitized ? 5000 : 20000;
+  const uint32 kSets = isSanitized() ? 5000 : 20000;
   for (uint32 i = 0; i < kSets; ++i) {
     for (auto* partition : {&left_, &right_}) {
       readSet(*partition, "Thing", Items().instanceUID(7).item(0x4006, hexOf(uid(7))).item(0x7f01, "01"));

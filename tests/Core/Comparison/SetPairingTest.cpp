@@ -88,7 +88,7 @@ TEST_F(PairingByIdentifier, ComparesTheOctetsOfDarkGroups) {
 }
 
 TEST_F(PairingByIdentifier, NeedsNoLongerForManyReferencesThatMoved) {
-  constexpr uint32 kSets = kIsSanitized ? 5000 : 20000;
+  const uint32 kSets = isSanitized() ? 5000 : 20000;
   for (auto* partition : {&left_, &right_}) {
     auto& preface = addSet(*partition, "Preface", 1);
     for (uint32 i = 0; i < kSets; ++i) refer(preface, "Children", partition == &left_ ? 2 + i : 1 + kSets - i);

@@ -136,7 +136,7 @@ TEST_F(SerializationOrder, PassesOverReferencesToNothing) {
 }
 
 TEST_F(SerializationOrder, FollowsALongChainOfSets) {
-  constexpr uint32 kSets = kIsSanitized ? 10000 : 100000;
+  const uint32 kSets = isSanitized() ? 10000 : 100000;
   add("Preface", 1);
   refer(*partition_.sets().front(), "Child", 2);
   std::vector<uint32> expected = {1};
