@@ -7,6 +7,7 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 
@@ -99,8 +100,13 @@ pid_t startCaptured(const std::vector<std::string>& command, const ScratchFolder
   return start(command, actions);
 }
 
+std::string program() {
+  const char* other = std::getenv("VANTOR_TESTED_MXFXML");
+  return other == nullptr ? VANTOR_MXFXML : other;
+}
+
 std::vector<std::string> programWith(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {VANTOR_MXFXML};
+  std::vector<std::string> command = {program()};
   command.insert(command.end(), arguments.begin(), arguments.end());
   return command;
 }
@@ -116,7 +122,7 @@ Result runLimited(const std::string& limit, const std::vector<std::string>& argu
 }
 
 Result runScript(const std::string& script, const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {"/bin/sh", "-c", script, VANTOR_MXFXML};
+  std::vector<std::string> command = {"/bin/sh", "-c", script, program()};
   command.insert(command.end(), arguments.begin(), arguments.end());
   return runCommand(command, Out::kCaptured, Err::kCaptured);
 }

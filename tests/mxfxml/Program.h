@@ -22,7 +22,7 @@ struct Result {
 enum class Out { kCaptured, kFullDevice, kPipeWithoutReader, kClosed };
 enum class Err { kCaptured, kClosed };
 
-/// Runs mxfxml with the arguments and waits for its end.
+/// Runs mxfxml, or what the environment has as VANTOR_TESTED_MXFXML, with the arguments and waits for its end.
 Result run(const std::vector<std::string>& arguments, Out out = Out::kCaptured, Err err = Err::kCaptured);
 
 /// The same by a shell that sets a limit first, such as "ulimit -f 1".
