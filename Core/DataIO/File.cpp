@@ -63,7 +63,7 @@ FileState stateOf(const Path& path) {
   std::error_code error;
   FileState state;
   state.size = fs::file_size(path, error);
-  if (!error) state.modified = fs::last_write_time(path, error);
+  if (!error) state.modified = modificationTime(path, error);
   if (error) raise<IOError>("cannot read the size and time of '{}': {}", Platform::pathToUTF8(path), error.message());
   state.identity = identityOf(path);
   return state;
@@ -75,8 +75,7 @@ void requireState(const Path& path, const FileState& expected, const char* failu
 }
 
 FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
-  std::error_code error;
-  const fs::file_status status = fs::status(path_, error);
+  const fs::file_status status = statusOf(path_);
   // Before opening, because opening a pipe waits for its writer.
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     raise<IOError>("cannot read '{}': {}", Platform::pathToUTF8(path_),
@@ -85,6 +84,7 @@ FileDataSource::FileDataSource(Path path) : path_(std::move(path)) {
   stream_.reset(openStream(path_, "rb"));
   if (!stream_) raise<IOError>("cannot open '{}': {}", Platform::pathToUTF8(path_), systemReason(errno));
   std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
+  std::error_code error;
   size_ = fs::file_size(path_, error);
   if (error) raise<IOError>("cannot read the size of '{}': {}", Platform::pathToUTF8(path_), error.message());
 }
@@ -137,10 +137,12 @@ std::size_t FileDataSource::readFromStream(uint64 offset, uint8* to, std::size_t
 }
 
 AtomicFile::AtomicFile(const Path& target) : OutputFile(target), replaced_(fileToReplace(target)) {
-  std::error_code error;
-  const fs::file_status status = fs::status(replaced_, error);
+  const fs::file_status status = statusOf(replaced_);
   const bool isThere = fs::exists(status);
   if (isThere && !fs::is_regular_file(status)) {
+    if (fs::is_directory(status)) {
+      raise<IOError>("cannot write '{}': {}", Platform::pathToUTF8(target), systemReason(EISDIR));
+    }
     if (!open(replaced_)) raise<IOError>("cannot write '{}': {}", Platform::pathToUTF8(target), systemReason(errno));
     return;
   }

@@ -17,8 +17,7 @@ using Exceptions::raise;
 /// Before opening, because opening a pipe waits for its reader.
 void requireWritableFile(const Path& path) {
   constexpr auto kAnyWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-  std::error_code error;
-  const fs::file_status status = fs::status(path, error);
+  const fs::file_status status = statusOf(path);
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     raise<IOError>("cannot change '{}': not a regular file", Platform::pathToUTF8(path));
   }
@@ -90,7 +89,7 @@ void NewFile::commit(const Path& target) {
 
 void requireOneName(const Path& path) {
   std::error_code error;
-  const auto names = fs::hard_link_count(path, error);
+  const auto names = nameCount(path, error);
   if (error) {
     raise<IOError>("cannot read the hard links of '{}': {}", Platform::pathToUTF8(path), error.message());
   }

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
@@ -61,6 +64,13 @@ struct FileIdentity {
 FileIdentity identityOf(const Path& path);
 /// Of the file behind a stream, even if another file has its name by now.
 FileIdentity identityOf(std::FILE* stream);
+
+/// What is behind a path and its symbolic links, as `std::filesystem::status`, which knows no devices on some systems.
+std::filesystem::file_status statusOf(const Path& path);
+/// How many names (hard links) a file has.
+std::uintmax_t nameCount(const Path& path, std::error_code& error);
+/// When a file was last changed, with the resolution of the file system, at best 1 ns.
+std::filesystem::file_time_type modificationTime(const Path& path, std::error_code& error);
 
 /// Makes a folder that only the user can use, with a name that begins with `start`, and puts its name there. False and
 /// `errno` when it fails.

@@ -140,6 +140,17 @@ FileIdentity identityOf(std::FILE* stream) {
   return ::fstat(::fileno(stream), &status) == 0 ? identityIn(status) : FileIdentity();
 }
 
+fs::file_status statusOf(const Path& path) {
+  std::error_code error;
+  return fs::status(path, error);
+}
+
+std::uintmax_t nameCount(const Path& path, std::error_code& error) { return fs::hard_link_count(path, error); }
+
+fs::file_time_type modificationTime(const Path& path, std::error_code& error) {
+  return fs::last_write_time(path, error);
+}
+
 void copyAttributes(const Path& from, const Path& to) {
   copyOwner(from, to);
   copyExtendedAttributes(from, to);

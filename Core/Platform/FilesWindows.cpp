@@ -7,9 +7,11 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <random>
+#include <ratio>
 #include <string>
 #include <system_error>
 
@@ -25,6 +27,13 @@ struct HandleCloser {
 using Handle = std::unique_ptr<void, HandleCloser>;
 
 HANDLE handleOf(std::FILE* stream) { return reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream))); }
+
+/// Asks for no access, so that files which others use have it, too. Null when it fails.
+Handle handleOf(const Path& path) {
+  const HANDLE handle = ::CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  return Handle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
 
 FileIdentity identityBehind(HANDLE handle) {
   BY_HANDLE_FILE_INFORMATION information{};
@@ -115,13 +124,45 @@ bool makePrivateFolder(Path& start) {
 bool flushFolder(const Path&) { return true; }
 
 FileIdentity identityOf(const Path& path) {
-  const HANDLE handle = ::CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) return {};
-  return identityBehind(Handle(handle).get());
+  const Handle handle = handleOf(path);
+  return handle ? identityBehind(handle.get()) : FileIdentity();
 }
 
 FileIdentity identityOf(std::FILE* stream) { return identityBehind(handleOf(stream)); }
+
+fs::file_status statusOf(const Path& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (fs::exists(status)) return status;
+  const Handle handle = handleOf(path);
+  return handle && ::GetFileType(handle.get()) == FILE_TYPE_CHAR ? fs::file_status(fs::file_type::character) : status;
+}
+
+// The C library, which some C++ libraries ask, counts one name for every file.
+std::uintmax_t nameCount(const Path& path, std::error_code& error) {
+  const Handle handle = handleOf(path);
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (handle && ::GetFileInformationByHandle(handle.get(), &information) != 0) {
+    error.clear();
+    return information.nNumberOfLinks;
+  }
+  return fs::hard_link_count(path, error);
+}
+
+// The C library, which some C++ libraries ask, has whole seconds.
+fs::file_time_type modificationTime(const Path& path, std::error_code& error) {
+  using Ticks = std::chrono::duration<uint64, std::ratio<1, 10'000'000>>;
+  const auto time = fs::last_write_time(path, error);
+  if (error) return time;
+  const Handle handle = handleOf(path);
+  FILETIME changed{};
+  if (!handle || ::GetFileTime(handle.get(), nullptr, nullptr, &changed) == 0) return time;
+  const Ticks ticks((uint64{changed.dwHighDateTime} << 32) | changed.dwLowDateTime);
+  // Both clocks begin at a whole second.
+  const auto fraction = ticks - std::chrono::floor<std::chrono::seconds>(ticks);
+  return std::chrono::floor<std::chrono::seconds>(time) +
+         std::chrono::duration_cast<fs::file_time_type::duration>(fraction);
+}
 
 void copyAttributes(const Path& from, const Path& to) {
   std::error_code error;

@@ -20,10 +20,10 @@ std::vector<std::string> programArguments(int argc, char** argv);
 /// A variable of the environment in UTF-8; empty when it is not set.
 std::string environmentVariable(const char* name);
 
-/// For a program that writes files, to be called first. Afterwards standard output takes bytes as they are; a pipe
-/// without a reader and a file beyond the caller's limit make a write fail instead of ending the process, which would
-/// leave a temporary file behind; and a standard stream that the caller closed is not confused with the first file
-/// opened. A console shows UTF-8 and colours. Windows has no closed streams and no limits of that kind.
+/// For a program that writes files, to be called first. Afterwards standard output and error take bytes as they are; a
+/// pipe without a reader and a file beyond the caller's limit make a write fail instead of ending the process, which
+/// would leave a temporary file behind; and a standard stream that the caller closed is not confused with the first
+/// file opened. A console shows UTF-8 and colours. Windows has no closed streams and no limits of that kind.
 void prepareStandardStreams();
 
 bool isTerminal(std::FILE* stream);

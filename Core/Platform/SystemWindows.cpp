@@ -32,9 +32,13 @@ struct LocalMemory {
 };
 
 UINT codePageBefore = 0;
+constexpr std::size_t kConsoleBuffer = 4096;
 
 /// A console shows bytes by its code page, which stays when the program has ended.
-void restoreCodePage() { ::SetConsoleOutputCP(codePageBefore); }
+void restoreCodePage() {
+  std::fflush(nullptr);
+  ::SetConsoleOutputCP(codePageBefore);
+}
 
 void prepareConsole(DWORD standardStream) {
   const HANDLE console = ::GetStdHandle(standardStream);
@@ -71,6 +75,11 @@ std::string environmentVariable(const char* name) {
 
 void prepareStandardStreams() {
   ::_setmode(::_fileno(stdout), _O_BINARY);
+  ::_setmode(::_fileno(stderr), _O_BINARY);
+  // The C library writes to a console byte by byte, which are no UTF-8 each.
+  for (std::FILE* stream : {stdout, stderr}) {
+    if (isTerminal(stream)) std::setvbuf(stream, nullptr, _IOFBF, kConsoleBuffer);
+  }
   prepareConsole(STD_OUTPUT_HANDLE);
   prepareConsole(STD_ERROR_HANDLE);
 }

@@ -54,7 +54,7 @@ std::string refusal(const std::string& bytes, Entries registers = {}) {
     readRegister(file.path(), registers);
     return "";
   } catch (const Exceptions::InvalidFormat& exception) {
-    const auto folder = Platform::pathToUTF8(file.path().parent_path()) + "/";
+    const auto folder = Platform::pathToUTF8(file.path().parent_path() / "");
     EXPECT_EQ(exception.message().compare(0, folder.size(), folder), 0) << exception.message();
     return exception.message().substr(folder.size());
   }

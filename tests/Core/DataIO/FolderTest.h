@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Core/Platform/Path.h"
+#include "tests/Core/Platform/ThisSystem.h"
 
 namespace Vantor {
 
@@ -30,7 +31,7 @@ class FolderTest : public testing::Test {
     folder_ = std::filesystem::temp_directory_path() / name;
     ASSERT_TRUE(std::filesystem::create_directory(folder_));
   }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
+  void TearDown() override { ThisSystem::removeFolder(folder_); }
 
   /// What is in the folder, hidden files too.
   std::vector<std::string> names() const {

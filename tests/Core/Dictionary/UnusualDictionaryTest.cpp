@@ -7,6 +7,7 @@
 
 #include "Core/Platform/Path.h"
 #include "tests/Core/Dictionary/DictionaryTexts.h"
+#include "tests/Core/Platform/ThisSystem.h"
 
 /// Files that are no text, and texts of extreme size: they take seconds at most, and no more stack than others.
 namespace Vantor {
@@ -89,7 +90,7 @@ TEST(UnusualDictionary, ThatAreMissingOrFoldersCannotBeRead) {
 TEST(UnusualDictionary, OfMoreOctetsThanAnyDictionaryAreNotReadIntoMemory) {
   const Scratch large;
   std::ofstream(large.path(), std::ios::binary) << dictionaryText("");
-  std::filesystem::resize_file(large.path(), uint64{1} << 40);
+  ASSERT_TRUE(ThisSystem::growTo(large.path(), uint64{1} << 40));
   Definitions definitions;
   EXPECT_EQ(refusalOf([&] { definitions.readFile(large.path()); }),
             Platform::pathToUTF8(large.path()) +

@@ -12,6 +12,7 @@
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
 #include "tests/Core/MXF/ReplacementTest.h"
+#include "tests/Core/Platform/ThisSystem.h"
 #include "tests/Sanitized.h"
 
 namespace Vantor::MXF {
@@ -149,9 +150,13 @@ TEST_F(RewriteTest, MayHaveTheOriginalAsItsTarget) {
 TEST_F(RewriteTest, RefusesAnOriginalAsItsTargetThatIsReadOnlyOrHasFurtherNames) {
   const Path file = write(fivePartitions());
   fs::create_hard_link(file, folder_ / "b.mxf");
-  fs::create_symlink("a.mxf", folder_ / "link.mxf");
+  std::vector<std::string> targets = {"a.mxf", "b.mxf"};
+  if (ThisSystem::hasSymbolicLinks(folder_)) {
+    fs::create_symlink("a.mxf", folder_ / "link.mxf");
+    targets.push_back("link.mxf");
+  }
   bool isBegun = false;
-  for (const char* name : {"a.mxf", "b.mxf", "link.mxf"}) {
+  for (const auto& name : targets) {
     EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / name, [&](uint64, uint64) { isBegun = true; }); },
                 ThrowsMessage<IOError>(HasSubstr("it has 2 hard links")));
   }
@@ -159,7 +164,7 @@ TEST_F(RewriteTest, RefusesAnOriginalAsItsTargetThatIsReadOnlyOrHasFurtherNames)
   EXPECT_NO_THROW(rewrite(file, {replacement(0, 5000)}, folder_ / "c.mxf"));
   fs::remove(folder_ / "b.mxf");
   fs::permissions(file, fs::perms::owner_read);
-  EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / "link.mxf"); },
+  EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, folder_ / (targets.size() == 2 ? "a.mxf" : "link.mxf")); },
               ThrowsMessage<IOError>(HasSubstr("it is read-only")));
   EXPECT_EQ(bytesOf(file), fileOf(fivePartitions()));
 }
@@ -327,6 +332,13 @@ TEST_F(RewriteTest, HoldsTheLockFromTheLastLookOnUntilTheOriginalIsReplaced) {
     EXPECT_THROW(other.lock(), IOError);
     isLocked = true;
   };
+  if (!DataIO::File::kReplacesOpenFiles) {  // which this one is
+    EXPECT_THAT([&] { rewrite(file, {replacement(0, 5000)}, file, tryAtLast); },
+                ThrowsMessage<IOError>(HasSubstr("cannot replace '")));
+    EXPECT_TRUE(isLocked);
+    EXPECT_EQ(bytesOf(file), fileOf(fivePartitions()));
+    return;
+  }
   rewrite(file, {replacement(0, 5000)}, file, tryAtLast);
   EXPECT_TRUE(isLocked);
   EXPECT_THAT([&] { other.lock(); }, ThrowsMessage<IOError>(HasSubstr("another program has replaced it meanwhile")));

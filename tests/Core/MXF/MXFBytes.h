@@ -15,6 +15,7 @@
 #include "Core/MXF/PartitionPack.h"
 #include "Core/Platform/Containers.h"
 #include "Core/Platform/Path.h"
+#include "tests/Core/Platform/ThisSystem.h"
 
 /// The parts of MXF files as bytes, sound or not, and files made of them.
 namespace Vantor::MXF {
@@ -119,6 +120,7 @@ class TemporaryFile {
     stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   }
   void resize(uint64 size) { std::filesystem::resize_file(path_, size); }
+  bool growTo(uint64 size) { return ThisSystem::growTo(path_, size); }
 
  private:
   static std::string name() {

@@ -11,6 +11,7 @@
 #include "tests/Core/DataIO/FolderTest.h"
 #include "tests/Core/DataIO/StoppedProcess.h"
 #include "tests/Core/MXF/WholeFile.h"
+#include "tests/Core/Platform/ThisSystem.h"
 
 /// Shared by the tests of replaced header metadata.
 namespace Vantor::MXF {
@@ -67,7 +68,12 @@ inline FileLayout layoutOf(const RewriteCase& one) {
   return layout;
 }
 
-inline bool hasPython() { return std::system("python3 --version > /dev/null 2>&1") == 0; }
+/// Some shells report success for a program that they do not find.
+inline bool hasPython() {
+  constexpr int kExitCode = 7;
+  const int status = std::system("python3 -c \"raise SystemExit(7)\"");
+  return status == kExitCode || status == kExitCode << 8;  // as Windows and POSIX have it
+}
 
 /// For files that no other program changes.
 inline bool fits(const Path& file, const Replacements& replacements) {
@@ -127,8 +133,8 @@ class ReplacementTest : public FolderTest {
   std::string complaint(const Path& file, const Path& original, const char* option = "") const {
     const Path script = Path(VANTOR_TEST_DATA_DIR) / ".." / ".." / "scripts" / "check-partitions";
     const std::string output = (folder_ / "output").string();
-    const std::string command = "python3 '" + script.string() + "' '" + file.string() + "' --original '" +
-                                original.string() + "' " + option + " > '" + output + "' 2>&1";
+    const std::string command = "python3 \"" + script.string() + "\" \"" + file.string() + "\" --original \"" +
+                                original.string() + "\" " + option + " > \"" + output + "\" 2>&1";
     return std::system(command.c_str()) == 0 ? "" : contents(output);
   }
 };
