@@ -35,7 +35,8 @@ class StdAllocator {
   StdAllocator(const StdAllocator<U, Policy>&) noexcept {}  // NOLINT(google-explicit-constructor): containers rebind
 
   T* allocate(std::size_t count) {
-    if (count > std::numeric_limits<std::size_t>::max() / sizeof(T)) throw std::bad_alloc();
+    // No object is larger; GCC checks what it can prove about malloc's argument against the same limit.
+    if (count > std::numeric_limits<std::ptrdiff_t>::max() / sizeof(T)) throw std::bad_alloc();
     return static_cast<T*>(Policy::allocate(count * sizeof(T)));
   }
   void deallocate(T* memory, std::size_t) noexcept { Policy::deallocate(memory); }

@@ -5,6 +5,7 @@
 #include "CommandLine/Command.h"
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/EditOptions.h"
+#include "CommandLine/HelpText.h"
 #include "CommandLine/PropertyPaths.h"
 #include "Core/Platform/Path.h"
 #include "Editing/EditReport.h"
@@ -27,7 +28,7 @@ class SetCommand final : public Command {
     auto* assigned =
         app()
             .add_option(
-                "Set.Property=VALUE", assignments_,
+                kAssignmentArgument, assignments_,
                 "The new value of a property. Of several sets of a name, Set[2]\nis the second one, Set[-1] the "
                 "last, Set[*] all, Set[TrackID=2]\nthose with this value; Set/Other is the one that Set leads\nto. "
                 "An InstanceUID or its beginning is a set, too. See\nmxfxml info --sets. An empty VALUE is an empty "
@@ -57,7 +58,7 @@ class SetCommand final : public Command {
                  "header, footer or a number: change this partition only.\nBy default, the header partition and all "
                  "that repeat its\nmetadata are changed");
     plan_.add(app(), "file,path,value, and action for set or remove",
-              {"INPUT", "Set.Property=VALUE", "--remove", "--from", "--start"});
+              {"INPUT", kAssignmentArgument, "--remove", "--from", "--start"});
     app().get_option("INPUT")->required(false);
     options_.add(app());
     dictionary_.addDictionary(app());

@@ -109,13 +109,13 @@ std::optional<int> parse(CLI::App& program, std::vector<std::string> arguments) 
     program.parse(std::move(arguments));
     return std::nullopt;
   } catch (const CLI::CallForHelp&) {
-    writeStandardOutput(program.help());
+    writeStandardOutput(withArgumentNames(program.help()));
   } catch (const CLI::CallForVersion& version) {
     writeStandardOutput(std::string(version.what()) + "\n");
   } catch (const CLI::ExtrasError& error) {
     return refuse(program, whyLeftOver(program, error));
   } catch (const CLI::ParseError& error) {
-    return refuse(program, error.what());
+    return refuse(program, withArgumentNames(error.what()));
   }
   return kSuccess;
 }

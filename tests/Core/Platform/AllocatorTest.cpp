@@ -22,6 +22,20 @@ TEST(StdAllocator, RefusesACountWhoseBytesOverflow) {
   EXPECT_THROW(allocator.allocate(overflowing), std::bad_alloc);
 }
 
+struct NeverAsked {
+  static void* allocate(std::size_t bytes) {
+    ADD_FAILURE() << bytes;
+    throw std::bad_alloc();
+  }
+  static void deallocate(void*) noexcept {}
+};
+
+TEST(StdAllocator, AsksForNoObjectLargerThanTheLanguageAllows) {
+  Platform::StdAllocator<uint64, NeverAsked> allocator;
+  const std::size_t tooMany = std::numeric_limits<std::ptrdiff_t>::max() / sizeof(uint64) + 1;
+  EXPECT_THROW(allocator.allocate(tooMany), std::bad_alloc);
+}
+
 TEST(StdAllocator, ComparesEqualWhateverTypesItAllocates) {
   EXPECT_TRUE(Platform::StdAllocator<uint8>() == Platform::StdAllocator<uint64>());
   EXPECT_FALSE(Platform::StdAllocator<uint8>() != Platform::StdAllocator<uint64>());

@@ -46,4 +46,12 @@ std::string HelpText::make_option_desc(const CLI::Option* option) const {
          relationOf("Not with", option->get_excludes());
 }
 
+std::string withArgumentNames(std::string text) {
+  const std::string name = kAssignmentArgument, shown = "Set.Property=VALUE";
+  for (auto at = text.find(name); at != std::string::npos; at = text.find(name, at + shown.size())) {
+    text.replace(at, name.size(), shown);
+  }
+  return text;
+}
+
 }  // namespace Vantor::Tool

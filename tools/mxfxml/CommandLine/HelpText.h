@@ -13,4 +13,9 @@ class HelpText final : public CLI::Formatter {
   std::string make_option_desc(const CLI::Option* option) const override;
 };
 
+/// What the parser calls the argument Set.Property=VALUE: newer ones take no '=' in a name.
+constexpr const char* kAssignmentArgument = "Set.Property_VALUE";
+/// A text of the parser, with the names of arguments as users know them.
+std::string withArgumentNames(std::string text);
+
 }  // namespace Vantor::Tool
