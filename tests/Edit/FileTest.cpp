@@ -179,7 +179,7 @@ TEST_F(FileTest, EditsOnePartitionWhereOneIsChosen) {
 
 TEST_F(FileTest, MergesADocumentThatDescribesItself) {
   for (const bool isNested : {true, false}) {
-    const auto xml = named(exportedSample(path().c_str(), isNested), isNested ? "Ed" : "Edna");
+    const auto xml = named(exportedSample(path().string().c_str(), isNested), isNested ? "Ed" : "Edna");
     const auto report = merge(xml);
     EXPECT_THAT(report.diagnostics, IsEmpty());
     EXPECT_FALSE(report.isOfEarlierState);
@@ -190,7 +190,8 @@ TEST_F(FileTest, MergesADocumentThatDescribesItself) {
 
 TEST_F(FileTest, MergesADocumentThatDoesNotDescribeItself) {
   for (const bool isNested : {true, false}) {
-    const auto xml = withoutDescription(named(exportedSample(path().c_str(), isNested), isNested ? "Ed" : "Edna"));
+    const auto xml =
+        withoutDescription(named(exportedSample(path().string().c_str(), isNested), isNested ? "Ed" : "Edna"));
     EXPECT_FALSE(merge(xml).isOfEarlierState);
     EXPECT_EQ(saved_.changes.changedProperties, 1u);
     EXPECT_EQ(text("Identification", "ApplicationName"), isNested ? "Ed" : "Edna");
@@ -264,7 +265,7 @@ TEST_F(FileTest, KeepsWhatAnExportOfAPartLeavesOut) {
 
 /// A pointer without its set is half an edit.
 TEST_F(FileTest, RemovesNothingWhereAPointerOfTheDocumentHasNoTarget) {
-  auto xml = exportedSample(path().c_str(), false);
+  auto xml = exportedSample(path().string().c_str(), false);
   const std::string end = "</s377m:Identification>";
   const auto from = xml.find("<s377m:Identification ");
   xml.erase(from, xml.find(end) + end.size() - from);
