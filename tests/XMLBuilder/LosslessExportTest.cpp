@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <xercesc/dom/DOM.hpp>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
@@ -80,11 +81,12 @@ TEST(LosslessExport, DescribesTheDocumentInEveryEncoding) {
 
 TEST(LosslessExport, PutsTheDescriptionOnALineOfItsOwnInIndentedText) {
   const auto partition = smallPartition();
-  EXPECT_THAT(LosslessXML::exportBytes(*partition, {}, EncodingType::kUTF8Indented),
-              testing::MatchesRegex("<.xml version=\"1.0\" encoding=\"UTF-8\".>\n"
-                                    "<.mxfxml form=\"nested\" sets=\"all\" partition=\"header\" vocabulary=\"legacy\" "
-                                    "metadata=\"[0-9A-F]*\".>\n"
-                                    "<s377m:MetadataSets (.|\n)*"));
+  const auto document = LosslessXML::exportBytes(*partition, {}, EncodingType::kUTF8Indented);
+  const std::regex start(
+      "<.xml version=\"1.0\" encoding=\"UTF-8\".>\n"
+      "<.mxfxml form=\"nested\" sets=\"all\" partition=\"header\" vocabulary=\"legacy\" metadata=\"[0-9A-F]*\".>\n"
+      "<s377m:MetadataSets ");
+  EXPECT_TRUE(std::regex_search(document, start, std::regex_constants::match_continuous)) << document;
 }
 
 TEST(LosslessExport, NamesNoStartForThePrefaceAndTheVocabularyOfTheDictionary) {
