@@ -53,7 +53,7 @@ std::string linesOf(const std::vector<OtherIdentifier>& others) {
 }
 
 /// How many there are, for a tree, which has no place for them.
-std::string countOf(const std::vector<OtherIdentifier>& others) {
+std::string numberOf(const std::vector<OtherIdentifier>& others) {
   return others.empty() ? "" : "sets with another InstanceUID " + std::to_string(others.size()) + "\n";
 }
 
@@ -106,7 +106,7 @@ class DiffCommand final : public Command {
     if (isJSON_) {
       printJSON(jsonOf(identifiers, comparison));
     } else {
-      writeStandardOutput(tree_ ? treeOf(*left, *right, pairing, comparison) + countOf(identifiers)
+      writeStandardOutput(tree_ ? treeOf(*left, *right, pairing, comparison) + numberOf(identifiers)
                                 : linesOf(identifiers) + describe(comparison));
     }
     return comparison.isEqual() && identifiers.empty() ? kSuccess : kFailure;

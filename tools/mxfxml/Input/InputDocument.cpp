@@ -37,10 +37,10 @@ std::optional<DocumentFormat> formatOfStart(const std::string& start) {
 }
 
 /// Numbers of sets without InstanceUID by their kind.
-using Counts = std::map<std::string, std::size_t>;
+using CountsByName = std::map<std::string, std::size_t>;
 
-Counts unidentifiedIn(const PartitionMetadata& metadata) {
-  Counts counts;
+CountsByName unidentifiedIn(const PartitionMetadata& metadata) {
+  CountsByName counts;
   for (const auto* set : metadata.sets()) {
     if (set->instanceUID() == nullptr) ++counts[set->name()];
   }
@@ -59,7 +59,7 @@ JSON::Diagnostic surplusOf(const std::string& kind, std::size_t inDocument, std:
 /// file, one diagnostic stands for all of them.
 void joinUnidentified(const PartitionMetadata& metadata, JSON::Diagnostics& diagnostics) {
   const auto inFile = unidentifiedIn(metadata);
-  Counts inDocument;
+  CountsByName inDocument;
   const auto isOfKindInFile = [&](const JSON::Diagnostic& diagnostic) {
     const bool isMissing = diagnostic.kind == JSON::Diagnostic::Kind::kMissingInstanceUID;
     if (!isMissing || inFile.count(diagnostic.set) == 0) return false;
