@@ -27,10 +27,9 @@ class PartitionWriter {
       : partition_(partition), rules_(rules), document_(document) {}
 
   void write(const MetadataSet& start) {
-    WrittenSets written;
     // Another namespace with the root's prefix replaces this declaration, whichever of the two comes first in the map.
     declare(Vocabulary::kRootPrefix, Vocabulary::kRootURI);
-    writeFrom(start, document_.root(), written);
+    writeFrom(start, document_.root(), written_);
     writeDarkSets();
     writeFloatingSets();
     for (const auto& [uri, prefix] : document_.namespaces()) {
@@ -56,25 +55,29 @@ class PartitionWriter {
     }
   }
 
-  /// A floating set is written with what it refers to, even where that stands under the start set already; what was
-  /// written with an earlier floating set is not written again as one of its own.
+  /// A floating set is written with what it refers to, even where that stands under the start set already, or under an
+  /// earlier floating set; what was written with that one is not written again as a floating set. Lossless documents
+  /// have each set once: many floating sets may share a long chain.
   void writeFloatingSets() {
     std::vector<const MetadataSet*> order;
     const uint32 floating = partition_.calculateSerializationOrder(order, true, false);
     WrittenSets done;
+    const WrittenSets& earlier = rules_.isLossless ? written_ : done;
     for (std::size_t i = order.size() - floating; i < order.size(); ++i) {
       // One without definition is written only if its octets were kept.
       const bool isDark = order[i]->definition() == nullptr;
-      if (done.count(order[i]) != 0 || (isDark && dynamic_cast<const DarkParsedGroup*>(order[i]) == nullptr)) continue;
-      WrittenSets written;
-      writeFrom(*order[i], document_.floatingContainer(), written);
-      done.insert(written.begin(), written.end());
+      const bool isLost = isDark && dynamic_cast<const DarkParsedGroup*>(order[i]) == nullptr;
+      if (isLost || earlier.count(order[i]) != 0) continue;
+      WrittenSets own;
+      writeFrom(*order[i], document_.floatingContainer(), rules_.isLossless ? written_ : own);
+      done.insert(own.begin(), own.end());
     }
   }
 
   PartitionMetadata& partition_;
   WritingRules rules_;
   ExportDocument document_;
+  WrittenSets written_;
 };
 
 }  // namespace

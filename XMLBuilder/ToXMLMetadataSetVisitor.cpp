@@ -66,8 +66,12 @@ void ToXMLMetadataSetVisitor::writeNext() {
   auto& frame = frames_.back();
   if (!frame.targets.empty()) {
     const auto& target = *takeLast(frame.targets);
-    if (target.definition() == nullptr) return writeDarkGroup(target);
-    if (pass_.written.insert(&target).second) open(target);
+    const bool isDark = target.definition() == nullptr;
+    // Under lossless rules, many references to one dark group do not multiply it.
+    const bool isRepeated = isDark && !pass_.rules.isLossless;
+    if (!isRepeated && !pass_.written.insert(&target).second) return;
+    if (isDark) return writeDarkGroup(target);
+    open(target);
   } else if (!frame.properties.empty()) {
     const auto& property = *takeLast(frame.properties);
     ToXMLElementVisitor visitor(*frame.element, pass_, frame.targets);

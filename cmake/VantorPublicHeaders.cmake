@@ -6,6 +6,8 @@ set(VANTOR_PUBLIC_HEADERS
   Core/Platform/DocumentLine.h
   Core/Platform/Exceptions.h
   Core/Platform/Files.h
+  Core/Platform/Limits.h
+  Core/Platform/MemoryBudget.h
   Core/Platform/Numbers.h
   Core/Platform/Path.h
   Core/Platform/Raise.h

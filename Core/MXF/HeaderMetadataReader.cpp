@@ -11,6 +11,7 @@
 #include "Core/KLV/PrimerPack.h"
 #include "Core/KLV/Value.h"
 #include "Core/MXF/KLVHeader.h"
+#include "Core/Platform/Limits.h"
 #include "Core/Platform/Raise.h"
 #include "Core/Platform/Strings.h"
 
@@ -25,8 +26,8 @@ using Exceptions::raise;
 /// Reads from front to back. The source stands behind the key of the next KLV, which decides what becomes of it.
 class Reader {
  public:
-  Reader(DataIO::DataSource& source, SharedPtr<const MetaMetadata::Dictionary> dictionary)
-      : source_(source), metadata_(std::make_unique<PartitionMetadata>(std::move(dictionary))) {}
+  Reader(DataIO::DataSource& source, SharedPtr<const MetaMetadata::Dictionary> dictionary, const Limits& limits)
+      : source_(source), limits_(limits), metadata_(std::make_unique<PartitionMetadata>(std::move(dictionary))) {}
 
   /// @param partition  the source stands behind its pack.
   std::unique_ptr<PartitionMetadata> read(const PartitionInfo& partition) {
@@ -106,7 +107,10 @@ class Reader {
         tags.addPrimerEntry(entry);
       }
     } else {
-      metadata_->addKLV(klv.key, klv.length.octets, value.rawBuffer(), value.serializedSize(), klv.valueOffset);
+      if (++sets_ > limits_.sets) refuse(&Limits::sets, klv);
+      properties_ +=
+          metadata_->addKLV(klv.key, klv.length.octets, value.rawBuffer(), value.serializedSize(), klv.valueOffset);
+      if (properties_ > limits_.properties) refuse(&Limits::properties, klv);
     }
   }
 
@@ -116,10 +120,11 @@ class Reader {
       raise<ParseError>("at byte offset {}: expected {} bytes of {}, found {} to the end of the file", klv.valueOffset,
                         klv.length.value, nameOf(klv.key), source_.remaining());
     }
-    if (klv.length.value > kMaxSetSize) {
-      raise<ParseError>("at byte offset {}: expected at most {} bytes of {}, found {}", klv.valueOffset, kMaxSetSize,
-                        nameOf(klv.key), klv.length.value);
-    }
+    if (klv.length.value > limits_.valueSize) refuse(&Limits::valueSize, klv);
+  }
+
+  [[noreturn]] void refuse(uint64 Limits::*limit, const KLVHeader& klv) const {
+    refuseBeyond(limit, limits_.*limit, "at byte offset " + std::to_string(klv.valueOffset) + ", " + nameOf(klv.key));
   }
 
   std::string nameOf(const KLV::Key& key) const {
@@ -130,9 +135,12 @@ class Reader {
   }
 
   DataIO::DataSource& source_;
+  const Limits& limits_;
   std::unique_ptr<PartitionMetadata> metadata_;
   KLV::Key key_;  // of the next KLV
   uint64 offset_ = 0;
+  uint64 sets_ = 0;
+  uint64 properties_ = 0;
   std::size_t keySize_ = 0;    // octets of the key that the file has
   std::optional<uint64> end_;  // by the partition pack's count, as long as that is believed
   bool atEnd_ = false;         // a KLV ended exactly there
@@ -142,31 +150,36 @@ class Reader {
 
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                      const PartitionInfo& partition) {
-  source.seek(partition.packEnd);
-  Reader reader(source, std::move(dictionary));
-  auto metadata = reader.read(partition);
-  source.seek(reader.end());
-  return metadata;
+                                                      const PartitionInfo& partition, const Limits& limits) {
+  return withinMemory(limits, [&] {
+    source.seek(partition.packEnd);
+    Reader reader(source, std::move(dictionary), limits);
+    auto metadata = reader.read(partition);
+    source.seek(reader.end());
+    return metadata;
+  });
 }
 
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                      const PartitionChoice& choice) {
-  return readHeaderMetadata(source, std::move(dictionary), findPartition(source, choice));
+                                                      const PartitionChoice& choice, const Limits& limits) {
+  return readHeaderMetadata(source, std::move(dictionary), findPartition(source, choice), limits);
 }
 
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::DataSource& source,
-                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary) {
-  const PartitionInfo header = readHeaderPartition(source);
-  return Reader(source, std::move(dictionary)).read(header);
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const Limits& limits) {
+  return withinMemory(limits, [&] {
+    const PartitionInfo header = readHeaderPartition(source);
+    return Reader(source, std::move(dictionary), limits).read(header);
+  });
 }
 
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                      const PartitionChoice& choice) {
+                                                      const PartitionChoice& choice, const Limits& limits) {
   DataIO::File::FileDataSource source(path);
-  return readHeaderMetadata(source, std::move(dictionary), choice);
+  return readHeaderMetadata(source, std::move(dictionary), choice, limits);
 }
 
 }  // namespace Vantor::MXF

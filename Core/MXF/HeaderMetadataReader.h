@@ -6,13 +6,11 @@
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Limits.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::MXF {
-
-/// The longest value of one KLV of header metadata that is read into memory, in bytes.
-constexpr uint64 kMaxSetSize = uint64{1} << 30;
 
 /// Reads the header metadata of one partition of an MXF file (ST 377-1): fill, a primer pack, then sets and fill.
 ///
@@ -28,28 +26,32 @@ constexpr uint64 kMaxSetSize = uint64{1} << 30;
 /// @param path        the file; it is opened for reading and closed before the call returns.
 /// @param dictionary  names sets and properties; the result keeps a reference to it.
 /// @param choice      which partition; by default the header partition.
+/// @param limits      sets, properties, value size and memory beyond which the file is refused.
 /// @return the partition's sets, dark sets included, in file order; owned by the caller.
 /// @throws Exceptions::ParseError with the byte offset where the file stops being MXF, or when the file has no such
-/// partition or the partition no header metadata; nothing is returned then. Exceptions::IOError when the file cannot be
-/// read.
+/// partition or the partition no header metadata, and LimitExceeded, which is one; nothing is returned then.
+/// Exceptions::IOError when the file cannot be read.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                      const PartitionChoice& choice = PartitionChoice::header());
+                                                      const PartitionChoice& choice = PartitionChoice::header(),
+                                                      const Limits& limits = {});
 /// The same for a file in memory or anywhere else.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                      const PartitionChoice& choice = PartitionChoice::header());
+                                                      const PartitionChoice& choice = PartitionChoice::header(),
+                                                      const Limits& limits = {});
 /// The same for a partition that readStructure() or findPartition() has found in the file. Afterwards the source stands
 /// where the metadata end, behind the fill that belongs to them.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::SeekableSource& source,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                      const PartitionInfo& partition);
+                                                      const PartitionInfo& partition, const Limits& limits = {});
 
 /// Reads the header metadata of the header partition from a source that only goes forward, such as a pipe or a
 /// connection (DataIO::ForwardSource). The source stands at the start of the file, which may have a run-in. Nothing is
 /// read behind the metadata but the 16 octets of the key that ends them.
 /// @throws Exceptions::ParseError as above, also where the file ends within a set; and what the source throws.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::DataSource& source,
-                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary);
+                                                      SharedPtr<const MetaMetadata::Dictionary> dictionary,
+                                                      const Limits& limits = {});
 
 }  // namespace Vantor::MXF

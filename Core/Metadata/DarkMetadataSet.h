@@ -7,7 +7,7 @@
 namespace Vantor {
 
 /// A KLV of the header metadata that is neither a known set nor a dark group: key, length octets and value, as read.
-class DarkMetadataSet {
+class DarkMetadataSet : public Platform::HeapObject {
  public:
   /// @param berOctetCount  octets of the BER length field; 0 leaves the choice to the writer.
   DarkMetadataSet(const KLV::Key& key, uint8 berOctetCount, KLV::Value value);

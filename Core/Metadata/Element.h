@@ -46,7 +46,7 @@ struct ReferenceKinds {
 /// A property is *unset* after `PartitionMetadata::createMetadataSet`: a place for a value that readers and writers
 /// skip. It is *present* once it was given a value, was read from a file or was added explicitly; a present property
 /// may still have no value (zero octets on the wire).
-class Element {
+class Element : public Platform::HeapObject {
  public:
   explicit Element(AttributeHandle attribute) : attribute_(std::move(attribute)) {}
   virtual ~Element() = default;

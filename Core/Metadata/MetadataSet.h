@@ -27,7 +27,7 @@ enum class TextFiles : uint8 { kRefuse, kRead };
 /// The *valid* properties are those that the set's definition lists; they are kept in the order of their universal
 /// labels. The *invalid* ones are misplaced (the dictionary knows them as properties of another set) or unknown; they
 /// are kept in the order in which they were met. A set belongs to one partition and is changed by one thread at a time.
-class MetadataSet {
+class MetadataSet : public Platform::HeapObject {
  public:
   using Elements = std::vector<auto_ptr<Element>>;
 

@@ -181,14 +181,15 @@ void PartitionMetadata::instanceUIDChanged(MetadataSet& set, const Types::UUID* 
   }
 }
 
-void PartitionMetadata::addKLV(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size,
-                               uint64 offset) {
+std::size_t PartitionMetadata::addKLV(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size,
+                                      uint64 offset) {
   const auto* definition = definitionOf(key, value, size);
-  if (definition != nullptr) {
-    addKnownSet(key, *definition, berOctets, value, size, offset);
-  } else if (!KLV::isLocalSet(key) || !addDarkParsedGroup(key, berOctets, value, size)) {
-    addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, berOctets, KLV::Value(Bytes(value, value + size))));
+  if (definition != nullptr) return addKnownSet(key, *definition, berOctets, value, size, offset);
+  if (KLV::isLocalSet(key)) {
+    if (const auto properties = addDarkParsedGroup(key, berOctets, value, size)) return *properties;
   }
+  addDarkMetadataSet(std::make_unique<DarkMetadataSet>(key, berOctets, KLV::Value(Bytes(value, value + size))));
+  return 0;
 }
 
 const MetaMetadata::MetaMetadataSet* PartitionMetadata::definitionOf(const KLV::Key& key, const uint8* value,
@@ -199,27 +200,32 @@ const MetaMetadata::MetaMetadataSet* PartitionMetadata::definitionOf(const KLV::
   return definition == nullptr || !isOwn || isLocalSet(value, size) ? definition : nullptr;
 }
 
-void PartitionMetadata::addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition,
-                                    uint8 berOctets, const uint8* value, std::size_t size, uint64 offset) {
+std::size_t PartitionMetadata::addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition,
+                                           uint8 berOctets, const uint8* value, std::size_t size, uint64 offset) {
+  std::size_t properties = 0;
   auto set = std::make_unique<MetadataSet>(key, &definition);
   set->setBerLength(berOctets);
   try {
     SetReader reader(*set, dictionary_);
-    for (const auto& item : KLV::readLocalSet(KLV::localSetCoding(key), value, size, offset)) reader.read(item);
+    const auto items = KLV::readLocalSet(KLV::localSetCoding(key), value, size, offset);
+    for (const auto& item : items) reader.read(item);
+    properties = items.size();
   } catch (const Exceptions::ParseError& error) {
     Exceptions::raise<Exceptions::ParseError>("set {}: {}", definition.symbol(), error.message());
   }
   addMetadataSet(std::move(set));
+  return properties;
 }
 
-bool PartitionMetadata::addDarkParsedGroup(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size) {
+std::optional<std::size_t> PartitionMetadata::addDarkParsedGroup(const KLV::Key& key, uint8 berOctets,
+                                                                 const uint8* value, std::size_t size) {
   try {
     const auto items = KLV::readLocalSet(KLV::localSetCoding(key), value, size);
     addMetadataSet(std::make_unique<DarkParsedGroup>(key, berOctets, Bytes(value, value + size),
                                                      findInstanceUID(items, dictionary_)));
-    return true;
+    return items.size();
   } catch (const Exceptions::ParseError&) {
-    return false;  // an unknown key may look like that of a local set
+    return std::nullopt;  // an unknown key may look like that of a local set
   }
 }
 

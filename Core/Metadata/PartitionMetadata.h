@@ -3,6 +3,7 @@
 #include <atomic>
 #include <iterator>
 #include <mutex>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <variant>
@@ -143,8 +144,9 @@ class PartitionMetadata {
   /// not decode, or would be written back as other bytes, is kept in it as unknown. An unknown local set becomes a
   /// `DarkParsedGroup`, anything else a `DarkMetadataSet`. Primer entries are added first (`partitionDictionary`).
   /// @param offset  where the value starts in the file, for messages.
+  /// @return how many properties it has; 0 for a `DarkMetadataSet`.
   /// @throws ParseError naming the set and the offset when a known set's items do not fit it; nothing is added then.
-  void addKLV(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size, uint64 offset);
+  std::size_t addKLV(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size, uint64 offset);
 
   /// The sets in the order in which they are serialised: the Preface, then depth first along the strong references of
   /// each set in the order of its definition, then the sets that no such path reaches, each followed by its targets.
@@ -171,9 +173,10 @@ class PartitionMetadata {
   void compact() const;
   static void dropRemoved(KeySets& sets);
   const MetaMetadata::MetaMetadataSet* definitionOf(const KLV::Key& key, const uint8* value, std::size_t size) const;
-  void addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition, uint8 berOctets,
-                   const uint8* value, std::size_t size, uint64 offset);
-  bool addDarkParsedGroup(const KLV::Key& key, uint8 berOctets, const uint8* value, std::size_t size);
+  std::size_t addKnownSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition, uint8 berOctets,
+                          const uint8* value, std::size_t size, uint64 offset);
+  std::optional<std::size_t> addDarkParsedGroup(const KLV::Key& key, uint8 berOctets, const uint8* value,
+                                                std::size_t size);
   void instanceUIDChanged(MetadataSet& set, const Types::UUID* before, const Types::UUID* after);
 
   PartitionDictionary dictionary_;

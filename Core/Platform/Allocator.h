@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 #include <limits>
 #include <new>
+
+#include "Core/Platform/MemoryBudget.h"
 
 namespace Vantor {
 namespace Platform {
@@ -11,13 +12,18 @@ namespace Platform {
 /// Where the core library's strings, containers and values get their memory: the C heap.
 /// Both functions may be called from any thread.
 struct malloc_alloc {
-  /// @throws std::bad_alloc when the heap is exhausted.
-  static void* allocate(std::size_t bytes) {
-    void* memory = std::malloc(bytes == 0 ? 1 : bytes);
-    if (memory == nullptr) throw std::bad_alloc();
-    return memory;
-  }
-  static void deallocate(void* memory) noexcept { std::free(memory); }
+  /// @throws std::bad_alloc when the heap is exhausted; MemoryLimitReached, which is one, beyond a MemoryBudget.
+  static void* allocate(std::size_t bytes) { return allocateMemory(bytes); }
+  static void deallocate(void* memory) noexcept { releaseMemory(memory); }
+};
+
+/// Base of classes whose objects live on the core library's heap (`malloc_alloc`).
+struct HeapObject {
+  static void* operator new(std::size_t size) { return malloc_alloc::allocate(size); }
+  static void operator delete(void* memory) noexcept { malloc_alloc::deallocate(memory); }
+  /// For construction in place, as in standard containers.
+  static void* operator new(std::size_t, void* place) noexcept { return place; }
+  static void operator delete(void*, void*) noexcept {}
 };
 
 /// Makes an allocation policy such as `malloc_alloc` usable by standard containers.

@@ -46,6 +46,12 @@ class ParseError : public BaseException {
   using BaseException::BaseException;
 };
 
+/// Input, or a document of it, beyond one of the limits (`Limits`), whose place, value and name are its `arguments()`.
+class LimitExceeded : public ParseError {
+ public:
+  using ParseError::ParseError;
+};
+
 /// A value's text or bytes that cannot be what its type demands.
 class InvalidFormat : public BaseException {
  public:

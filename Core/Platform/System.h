@@ -14,6 +14,9 @@ namespace Vantor::Platform::System {
 /// Fills with unpredictable octets; false and `errno` when the system gives none.
 bool fillWithRandomOctets(uint8* octets, std::size_t size);
 
+/// Bytes of a block that malloc() gave, which may be more than was asked for.
+std::size_t allocatedSize(void* memory) noexcept;
+
 /// The arguments of the program in UTF-8, without its name; `argc` and `argv` as main() has them.
 std::vector<std::string> programArguments(int argc, char** argv);
 

@@ -1,4 +1,9 @@
 #include <fcntl.h>
+#ifdef __APPLE__
+#include <malloc/malloc.h>
+#else
+#include <malloc.h>
+#endif
 #include <spawn.h>
 #include <sys/ioctl.h>
 #include <sys/random.h>
@@ -65,6 +70,14 @@ int waitFor(pid_t process) {
 }
 
 }  // namespace
+
+std::size_t allocatedSize(void* memory) noexcept {
+#ifdef __APPLE__
+  return ::malloc_size(memory);
+#else
+  return ::malloc_usable_size(memory);
+#endif
+}
 
 bool fillWithRandomOctets(uint8* octets, std::size_t size) { return ::getentropy(octets, size) == 0; }
 

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <io.h>
+#include <malloc.h>
 #include <shellapi.h>
 
 #include <cerrno>
@@ -51,6 +52,8 @@ void prepareConsole(DWORD standardStream) {
 }
 
 }  // namespace
+
+std::size_t allocatedSize(void* memory) noexcept { return ::_msize(memory); }
 
 bool fillWithRandomOctets(uint8* octets, std::size_t size) {
   // The standard library there asks the system for every number.

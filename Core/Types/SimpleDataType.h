@@ -19,7 +19,7 @@ class Visitor;
 ///
 /// Values do not change once made, but for `RGBALayout::set` and the items of a `Collection`; a value that stays
 /// unchanged may be read from several threads. A value that was read writes the same octets again.
-class SimpleDataType {
+class SimpleDataType : public Platform::HeapObject {
  public:
   virtual ~SimpleDataType() = default;
 
@@ -41,13 +41,6 @@ class SimpleDataType {
 
   /// Writes `encodedSize()` octets.
   void serialize(DataIO::DataSink& sink) const;
-
-  /// Values live on the core library's heap (`Platform::malloc_alloc`).
-  static void* operator new(std::size_t size) { return Platform::malloc_alloc::allocate(size); }
-  static void operator delete(void* memory) noexcept { Platform::malloc_alloc::deallocate(memory); }
-  /// For construction in place, as in standard containers.
-  static void* operator new(std::size_t, void* place) noexcept { return place; }
-  static void operator delete(void*, void*) noexcept {}
 
  protected:
   SimpleDataType() = default;

@@ -199,6 +199,73 @@ TEST(LosslessExport, WritesMisplacedReferencesAsOthersToo) {
     </s377m:MetadataSets>)");
 }
 
+// Sets that several others lead to.
+
+TestDictionary linkedSets() {
+  TestDictionary dictionary;
+  dictionary.property("Strong", kStrongReference);
+  dictionary.set("Preface", {"Strong"}).set("A", {"Strong"}).set("B", {"Strong"}).set("C", {"Strong"});
+  return dictionary;
+}
+
+TEST(LosslessExport, WritesASetOfSeveralFloatingSetsOnce) {
+  TestPartition partition(linkedSets());
+  partition.add("Preface", 1);
+  partition.add("A", 2).refer("Strong", 4);
+  partition.add("B", 3).refer("Strong", 4);
+  partition.add("C", 4);
+  EXPECT_XML(losslesslyExported(partition), R"(
+    <s377m:MetadataSets {p} {rp210} {types} {s377m}>
+      <p:Preface rp210:InstanceUID="{1}"/>
+      <groups:FloatingDarkMetadata {groups}>
+        <p:A rp210:InstanceUID="{2}"><p:Strong><p:C rp210:InstanceUID="{4}"/></p:Strong></p:A>
+        <p:B rp210:InstanceUID="{3}"><p:Strong><p:C_REF types:TargetInstance="{4}"/></p:Strong></p:B>
+      </groups:FloatingDarkMetadata>
+    </s377m:MetadataSets>)");
+  expectNothingLost(*partition);
+}
+
+TEST(LosslessExport, WritesASetOfThePrefaceAndAFloatingSetOnce) {
+  TestPartition partition(linkedSets());
+  partition.add("Preface", 1).refer("Strong", 3);
+  partition.add("A", 2).refer("Strong", 3);
+  partition.add("B", 3);
+  EXPECT_XML(losslesslyExported(partition), R"(
+    <s377m:MetadataSets {p} {rp210} {types} {s377m}>
+      <p:Preface rp210:InstanceUID="{1}"><p:Strong><p:B rp210:InstanceUID="{3}"/></p:Strong></p:Preface>
+      <groups:FloatingDarkMetadata {groups}>
+        <p:A rp210:InstanceUID="{2}"><p:Strong><p:B_REF types:TargetInstance="{3}"/></p:Strong></p:A>
+      </groups:FloatingDarkMetadata>
+    </s377m:MetadataSets>)");
+  expectNothingLost(*partition);
+}
+
+TEST(LosslessExport, GrowsWithTheSetsAndNotWithTheWaysToThem) {
+  constexpr uint32 kRoots = 100, kChain = 400;
+  for (const auto& flags : {kNested, kFlat}) {
+    TestPartition partition(linkedSets());
+    partition.add("Preface", 1);
+    for (uint32 i = 0; i < kRoots; ++i) partition.add("A", 1000 + i).refer("Strong", 2000);
+    for (uint32 i = 0; i < kChain; ++i) partition.add("B", 2000 + i).refer("Strong", 2000 + (i + 1) % kChain);
+    EXPECT_LT(losslesslyExported(partition, flags).size(), (kRoots + kChain) * std::size_t{400});
+    expectNothingLost(*partition);
+  }
+}
+
+TEST(LosslessExport, WritesADarkGroupThatManySetsReferToOnce) {
+  for (const auto& flags : {kNested, kFlat}) {
+    TestPartition partition(linkedSets());
+    partition.add("Preface", 1);
+    partition.addDarkGroup(9);
+    for (uint32 i = 0; i < 5; ++i) partition.add("A", 20 + i).refer("Strong", 9);
+    const std::string text = losslesslyExported(partition, flags);
+    const auto first = text.find("<groups:DarkMetadata ");
+    ASSERT_NE(first, std::string::npos);
+    EXPECT_EQ(text.find("<groups:DarkMetadata ", first + 1), std::string::npos);
+    expectNothingLost(*partition);
+  }
+}
+
 // Whole files.
 
 struct Way {

@@ -438,12 +438,13 @@ TEST(ReceivedMetadata, IsRefusedWhereAFileWouldBe) {
 }
 
 TEST(ReceivedMetadata, EndsWithASetThatDoesNotArrive) {
-  DataIO::ReceivedBytes received(packCounting(0) + kMetadata + klvHeader(kPreface, kMaxSetSize, 9) + zeros(10));
+  DataIO::ReceivedBytes received(packCounting(0) + kMetadata + klvHeader(kPreface, Limits().valueSize, 9) + zeros(10));
   EXPECT_THAT([&] { readHeaderMetadata(received, builtInDictionary()); },
               ThrowsMessage<Exceptions::ParseError>(HasSubstr("more bytes, found 10")));
-  DataIO::ReceivedBytes tooLong(packCounting(0) + kMetadata + klvHeader(kPreface, kMaxSetSize + 1, 9));
+  DataIO::ReceivedBytes tooLong(packCounting(0) + kMetadata + klvHeader(kPreface, Limits().valueSize + 1, 9));
   EXPECT_THAT([&] { readHeaderMetadata(tooLong, builtInDictionary()); },
-              ThrowsMessage<Exceptions::ParseError>(HasSubstr("expected at most 1073741824 bytes of set Preface")));
+              ThrowsMessage<Exceptions::LimitExceeded>(
+                  HasSubstr(", set Preface: a value of more than 1073741824 bytes (limit 'value')")));
 }
 
 TEST(HeaderMetadataReader, ReadsAPartitionThatWasFoundBefore) {
