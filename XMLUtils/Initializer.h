@@ -20,7 +20,8 @@ namespace Vantor::XMLUtils {
 /// time that this library cannot know. The operating system takes the few hundred kilobytes back with the process.
 class Initializer {
  public:
-  /// @throws xercesc::XMLException when Xerces cannot start (no transcoding service); the next call tries again.
+  /// @throws Exceptions::StartFailure when Xerces cannot start (no transcoding service), std::bad_alloc or
+  ///         xercesc::OutOfMemoryException; the process goes on.
   static Initializer& instance();
 
   Initializer(const Initializer&) = delete;

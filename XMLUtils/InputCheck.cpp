@@ -6,12 +6,14 @@
 #include <iterator>
 #include <memory>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/TransService.hpp>
 
 #include "Core/Platform/Numbers.h"
+#include "Core/Platform/SeededHash.h"
 #include "XMLUtils/Initializer.h"
 #include "XMLUtils/LoadDocument.h"
 
@@ -39,8 +41,13 @@ xercesc::SAXParseException refusalAt(uint64 line, uint64 column, const wstring& 
   return {message.c_str(), u"", u"", line, column};
 }
 
+struct LineAndColumn {
+  uint64 line;
+  uint64 column;
+};
+
 template <class Text>
-xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstring& message) {
+LineAndColumn placeIn(const Text& text, std::size_t at) {
   uint64 line = 1;
   std::size_t lineStart = 0;
   for (std::size_t i = 0; i < at; ++i) {
@@ -49,14 +56,22 @@ xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstri
     ++line;
     lineStart = i + 1;
   }
-  return refusalAt(line, at - lineStart + 1, message);
+  return {line, at - lineStart + 1};
 }
+
+template <class Text>
+xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstring& message) {
+  const auto place = placeIn(text, at);
+  return refusalAt(place.line, place.column, message);
+}
+
+bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n'; }
 
 /// Steps from one piece of markup to the next, as Xerces' WFXMLScanner does.
 template <class Text>
 class LimitCheck {
  public:
-  explicit LimitCheck(const Text& text) : text_(text) {}
+  LimitCheck(const Text& text, const Limits& limits) : text_(text), limits_(limits) {}
 
   void run() {
     while (skipPast(u"<")) {
@@ -140,22 +155,65 @@ class LimitCheck {
 
   void skipStartTag() {
     const auto start = at_ - 1;
-    char16_t quote = 0;
     attributes_.push_back(0);
-    if (attributes_.size() > kMaximumDepth) refuse(start, u"elements nest deeper than ", kMaximumDepth, u" levels");
+    if (attributes_.size() > limits_.nesting) refuse(start, &Limits::nesting);
+    while (at_ < text_.count && !endsName(text_[at_]) && text_[at_] != u'=') ++at_;
+    noteName(start + 1, at_, start);
+    skipAttributes(start);
+  }
+
+  /// Names end where '=' or a blank follows; the parser refuses anything else.
+  void skipAttributes(std::size_t start) {
+    char16_t quote = 0;
+    bool isNamespace = false;
+    std::size_t from = at_;
     for (; at_ < text_.count; ++at_) {
       const char16_t unit = text_[at_];
       if (quote != 0) {
-        if (unit == quote) quote = 0;
+        if (unit != quote) continue;
+        if (isNamespace) noteName(from, at_, start);
+        quote = 0;
+        from = at_ + 1;
       } else if (unit == u'"' || unit == u'\'') {
         quote = unit;
+        from = at_ + 1;
       } else if (unit == u'=') {
         countAttribute(start);
+        isNamespace = noteAttribute(from, start);
       } else if (unit == u'>') {
         if (text_[at_ - 1] == u'/') leaveElement();
         return;
       }
     }
+  }
+
+  static bool endsName(char16_t unit) { return isBlank(unit) || unit == u'/' || unit == u'>'; }
+
+  /// The name that ends here. @return whether it declares a namespace, which is a name itself.
+  bool noteAttribute(std::size_t from, std::size_t start) {
+    std::size_t to = at_;
+    while (from < to && isBlank(text_[from])) ++from;
+    while (from < to && isBlank(text_[to - 1])) --to;
+    noteName(from, to, start);
+    constexpr u16string_view kDeclaration = u"xmlns";
+    if (to - from < kDeclaration.size()) return false;
+    for (std::size_t i = 0; i < kDeclaration.size(); ++i) {
+      if (text_[from + i] != kDeclaration[i]) return false;
+    }
+    return true;
+  }
+
+  /// Two names count as one where their hashes of 64 bits meet, which nobody can bring about without the seed.
+  void noteName(std::size_t from, std::size_t to, std::size_t start) {
+    constexpr std::size_t kUnitsOfWord = 4;
+    constexpr unsigned kBitsOfUnit = 16;
+    uint64 hash = to - from;
+    while (from < to) {
+      uint64 word = 0;
+      for (std::size_t i = 0; i < kUnitsOfWord && from < to; ++i) word = word << kBitsOfUnit | text_[from++];
+      hash = Platform::seededHash(hash, word);
+    }
+    if (names_.insert(hash).second && names_.size() > limits_.names) refuse(start, &Limits::names);
   }
 
   void countAttribute(std::size_t start) {
@@ -176,20 +234,26 @@ class LimitCheck {
   [[noreturn]] void refuse(std::size_t at, u16string_view before, std::size_t limit, u16string_view after) const {
     throw refusal(text_, at, wstring(before).append(Platform::toDecimal(limit)).append(after));
   }
+  [[noreturn]] void refuse(std::size_t at, uint64 Limits::*limit) const {
+    const auto place = placeIn(text_, at);
+    refuseBeyondAt(place.line, place.column, limit, limits_.*limit);
+  }
 
   Text text_;
+  const Limits& limits_;
   std::size_t at_ = 0;
+  std::unordered_set<uint64> names_;     // their hashes
   std::vector<std::size_t> attributes_;  // of each open element
   std::size_t attributesInScope_ = 0;
 };
 
 template <class Text>
-void checkText(const Text& text) {
+void checkText(const Text& text, const Limits& limits) {
   // Behind the root, the parser would take a NUL for the end of the document.
   for (std::size_t i = 0; i < text.count; ++i) {
     if (text[i] == 0) throw refusal(text, i, u"XML has no NUL character; remove it");
   }
-  LimitCheck<Text>(text).run();
+  LimitCheck<Text>(text, limits).run();
 }
 
 /// The parser decodes ahead of its place, so that the line of its own message can be thousands off.
@@ -293,12 +357,12 @@ Input recognise(const uint8* bytes, std::size_t size) {
   return {bytes + mark, size - mark, isMarked ? wstring(u"UTF-8") : octetEncoding(bytes, size)};
 }
 
-void checkLimits(const Input& input) {
-  if (input.encoding == u"UTF-16LE") return checkText(Units<2, 0>{input.bytes, input.size / 2});
-  if (input.encoding == u"UTF-16BE") return checkText(Units<2, 1>{input.bytes, input.size / 2});
+void checkLimits(const Input& input, const Limits& limits) {
+  if (input.encoding == u"UTF-16LE") return checkText(Units<2, 0>{input.bytes, input.size / 2}, limits);
+  if (input.encoding == u"UTF-16BE") return checkText(Units<2, 1>{input.bytes, input.size / 2}, limits);
   const Octets text{input.bytes, input.size};
   if (input.encoding == u"UTF-8") checkUTF8(text);
-  checkText(text);
+  checkText(text, limits);
 }
 
 }  // namespace Vantor::XMLUtils

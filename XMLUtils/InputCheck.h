@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <xercesc/sax/SAXParseException.hpp>
 
+#include "Core/Platform/Limits.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::XMLUtils {
@@ -24,10 +25,13 @@ struct Input {
 /// cp1252. Refuses any other.
 Input recognise(const uint8* bytes, std::size_t size);
 
-/// Refuses a document beyond `kMaximumDepth` or `kMaximumAttributes` before a parser spends time and memory on it, and
-/// text that the parser would misread or misplace: NUL characters, and what is not valid in UTF-8. Besides that, finds
-/// only where comments, sections, instructions and tags start and end; a document that is not well-formed is left to
-/// the parser, which stops at the first error.
-void checkLimits(const Input& input);
+/// Refuses a document beyond `limits.nesting`, `limits.names` or `kMaximumAttributes` before a parser spends time and
+/// memory on it, and text that the parser would misread or misplace: NUL characters, and what is not valid in UTF-8.
+/// Xerces looks for a name among all names of a document that fall into one of a few hundred buckets, so that its time
+/// grows with the square of different names; counting them takes time in proportion to the text. Names are those of
+/// elements, attributes and namespaces. Besides that, finds only where comments, sections, instructions and tags start
+/// and end; a document that is not well-formed is left to the parser, which stops at the first error.
+/// @throws Exceptions::LimitExceeded with line and column.
+void checkLimits(const Input& input, const Limits& limits = {});
 
 }  // namespace Vantor::XMLUtils

@@ -36,7 +36,7 @@ bool startsLikeXML(std::string_view start) {
   return first != start.npos && start[first] == '<';
 }
 
-Bytes readInputFile(const wstring& path) {
+Bytes readInputFile(const wstring& path, const Limits& limits) {
   constexpr std::size_t kChunk = std::size_t{1} << 20;
   const auto name = Platform::pathFromWstring(path);
   std::error_code error;
@@ -54,6 +54,7 @@ Bytes readInputFile(const wstring& path) {
     bytes.resize(size + kChunk);
     file.read(reinterpret_cast<char*>(bytes.data() + size), kChunk);
     bytes.resize(size + static_cast<std::size_t>(file.gcount()));
+    if (bytes.size() > limits.documentSize) refuseBeyond(&Limits::documentSize, limits.documentSize);
   }
   if (file.bad()) throwUnreadable(path);
   return bytes;

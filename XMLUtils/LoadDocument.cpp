@@ -170,10 +170,11 @@ Holder<DOMLSParser> createParser(ElementLines* lines) {
   return Holder<DOMLSParser>(new Parser(lines));
 }
 
-Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId) {
+Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId, const Limits& limits) {
+  if (size > limits.documentSize) refuseBeyond(&Limits::documentSize, limits.documentSize);
   try {
     const auto input = recognise(buffer, size);
-    checkLimits(input);
+    checkLimits(input, limits);
     return input;
   } catch (const xercesc::SAXParseException& refusal) {
     throw parseException(refusal.getMessage(), systemId, refusal.getLineNumber(), refusal.getColumnNumber());
@@ -193,14 +194,14 @@ DOMDocument* loadDocument(const Input& input, DOMLSParser& parser, const XMLCh* 
   return document;
 }
 
-DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, DOMLSParser& parser) {
-  return loadDocument(checkedInput(buffer, size), parser);
+DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, DOMLSParser& parser, const Limits& limits) {
+  return loadDocument(checkedInput(buffer, size, u"", limits), parser);
 }
 
-DOMDocument* loadDocumentFromFile(const uint16* path, DOMLSParser& parser) {
+DOMDocument* loadDocumentFromFile(const uint16* path, DOMLSParser& parser, const Limits& limits) {
   const auto name = utf16ToWstring(path);
-  const auto bytes = readInputFile(name);
-  return loadDocument(checkedInput(bytes.data(), bytes.size(), name.c_str()), parser, name.c_str());
+  const auto bytes = readInputFile(name, limits);
+  return loadDocument(checkedInput(bytes.data(), bytes.size(), name.c_str(), limits), parser, name.c_str());
 }
 
 void cleanEmptyTextNodes(DOMNode& node) {

@@ -17,9 +17,6 @@ namespace Vantor::XMLUtils {
 
 class ElementLines;
 
-/// Elements may nest this deep, the root counting as one; a document of this project needs a few dozen levels.
-constexpr std::size_t kMaximumDepth = 1000;
-
 /// One element may have this many attributes, declarations included: Xerces compares each with all others of its
 /// element.
 constexpr std::size_t kMaximumAttributes = 1000;
@@ -44,8 +41,7 @@ Holder<xercesc::DOMLSParser> createParser(ElementLines* lines = nullptr);
 /// Input is not trusted. A document type declaration is skipped unread, so there are no entities but the five of XML,
 /// and a reference to another one is an error; a declaration with brackets or '>' in comments or literals, where
 /// skipping would go wrong, is refused. Nothing outside the buffer is opened: no entity, no schema, no network.
-/// Elements that nest deeper than `kMaximumDepth` or have more attributes than the limits above are refused before
-/// anything is built.
+/// Documents beyond `limits` or with more attributes than the limits above are refused before anything is built.
 ///
 /// @param buffer  read during the call only; null counts as empty.
 /// @param size    bytes.
@@ -53,21 +49,23 @@ Holder<xercesc::DOMLSParser> createParser(ElementLines* lines = nullptr);
 ///                documents of one parser may live side by side. The call sets the parser's features to the above for
 ///                good, and its error handler for its own duration. A parser serves one thread at a time.
 /// @return never null.
-/// @throws xercesc::SAXParseException for anything that is not well-formed or not allowed; its message starts with
+/// @throws Exceptions::LimitExceeded with line and column;
+///         xercesc::SAXParseException for anything that is not well-formed or not allowed; its message starts with
 ///         "line 3, column 7: ". The parser can be used again.
 /// @throws xercesc::DOMException when the parser is busy; std::bad_alloc or xercesc::OutOfMemoryException.
-xercesc::DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, xercesc::DOMLSParser& parser);
+xercesc::DOMDocument* loadDocumentFromBuffer(const uint8* buffer, std::size_t size, xercesc::DOMLSParser& parser,
+                                             const Limits& limits = {});
 
 /// The two steps of `loadDocumentFromBuffer`: the first refuses what is not read, whether or not it is well-formed, and
 /// the second what is not well-formed. The result of the first refers to the buffer.
 /// @param systemId  what exceptions name as the source.
-Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId = u"");
+Input checkedInput(const uint8* buffer, std::size_t size, const XMLCh* systemId = u"", const Limits& limits = {});
 xercesc::DOMDocument* loadDocument(const Input& input, xercesc::DOMLSParser& parser, const XMLCh* systemId = u"");
 
 /// Parses a file as `loadDocumentFromBuffer` parses a buffer.
 /// @param path  NUL-terminated UTF-16, taken as the name itself and not as a URI; see `Platform::pathFromWstring`.
 /// @throws xercesc::SAXException naming the path and the system's reason when the file cannot be read.
-xercesc::DOMDocument* loadDocumentFromFile(const uint16* path, xercesc::DOMLSParser& parser);
+xercesc::DOMDocument* loadDocumentFromFile(const uint16* path, xercesc::DOMLSParser& parser, const Limits& limits = {});
 
 /// Removes the text nodes below `node` that hold nothing but XML white space (blank, TAB, LF, CR) or nothing at all.
 /// CDATA sections stay. Takes time linear in the nodes, whatever their depth.

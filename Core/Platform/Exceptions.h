@@ -76,6 +76,12 @@ class NestingTooDeep : public BaseException {
   using BaseException::BaseException;
 };
 
+/// A library that this one uses, and that cannot start, such as for want of memory.
+class StartFailure : public BaseException {
+ public:
+  using BaseException::BaseException;
+};
+
 /// A file that cannot be opened, read or written.
 class IOError : public BaseException {
  public:

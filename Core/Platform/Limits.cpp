@@ -1,5 +1,6 @@
 #include "Core/Platform/Limits.h"
 
+#include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Raise.h"
 
 namespace Vantor {
@@ -31,6 +32,11 @@ std::string_view nameOf(uint64 Limits::*limit) {
 void refuseBeyond(uint64 Limits::*limit, uint64 value, const std::string& place) {
   Exceptions::raise<Exceptions::LimitExceeded>(textOf(limit), place.empty() ? place : place + ": ", value,
                                                nameOf(limit));
+}
+
+void refuseBeyondAt(uint64 line, uint64 column, uint64 Limits::*limit, uint64 value) {
+  const std::string place = "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
+  Exceptions::raiseAt<Exceptions::LimitExceeded>(line, textOf(limit), place, value, nameOf(limit));
 }
 
 }  // namespace Vantor

@@ -46,6 +46,8 @@ std::string_view nameOf(uint64 Limits::*limit);
 /// Throws LimitExceeded for a limit: "more than 20000 different names (limit 'names')".
 /// @param place  goes in front, followed by a colon: "at byte offset 120"; empty for none.
 [[noreturn]] void refuseBeyond(uint64 Limits::*limit, uint64 value, const std::string& place = {});
+/// The same for a place in a document, from line and column 1; the exception carries the line (`DocumentLine`).
+[[noreturn]] void refuseBeyondAt(uint64 line, uint64 column, uint64 Limits::*limit, uint64 value);
 
 /// Runs `work` with at most `limits.memory` more bytes of the counted memory, and returns its result.
 /// @throws Exceptions::LimitExceeded in the place of MemoryLimitReached, and what `work` throws.
