@@ -38,7 +38,7 @@ endif()
 configure_package_config_file(cmake/VantorXMLBuilderConfig.cmake.in
   "${PROJECT_BINARY_DIR}/VantorXMLBuilderConfig.cmake" INSTALL_DESTINATION "${package_dir}")
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/VantorXMLBuilderConfigVersion.cmake"
-  COMPATIBILITY SameMinorVersion)
+  COMPATIBILITY ${VANTOR_PACKAGE_COMPATIBILITY})
 install(EXPORT VantorXMLBuilderTargets NAMESPACE Vantor:: DESTINATION "${package_dir}" COMPONENT development)
 install(FILES
   "${PROJECT_BINARY_DIR}/VantorXMLBuilderConfig.cmake"

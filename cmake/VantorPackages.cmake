@@ -1,7 +1,7 @@
 # Debian packages of what is installed, a package for each component: cpack -G DEB. See scripts/package.
 set(VANTOR_MAINTAINER "Vantor XMLBuilder authors <vantor-xmlbuilder@lists.invalid>" CACHE STRING
   "Who answers for the packages, as the field Maintainer takes it")
-set(runtime_package "libvantor${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+set(runtime_package libvantor${VANTOR_SOVERSION})
 set(development_package libvantor-dev)
 set(tool_package mxfxml)
 set(CPACK_COMPONENTS_ALL runtime development)
