@@ -5,8 +5,8 @@ foreach(target mxfxml vantor_core_tests vantor_benchmarks vantor_example_edit_fi
     message(SEND_ERROR "the guest brings the target ${target}")
   endif()
 endforeach()
-if(CMAKE_EXPORT_COMPILE_COMMANDS OR BUILD_SHARED_LIBS OR CMAKE_CXX_STANDARD
-  OR NOT CMAKE_CXX_FLAGS STREQUAL flags_of_host OR NOT CMAKE_BUILD_TYPE STREQUAL build_type_of_host)
+if(CMAKE_EXPORT_COMPILE_COMMANDS OR BUILD_SHARED_LIBS OR NOT "${CMAKE_CXX_STANDARD}" STREQUAL "${standard_of_host}"
+  OR NOT "${CMAKE_CXX_FLAGS}" STREQUAL "${flags_of_host}" OR NOT "${CMAKE_BUILD_TYPE}" STREQUAL "${build_type_of_host}")
   message(SEND_ERROR "the guest has set variables of its host")
 endif()
 function(check_tests_of directory)
