@@ -86,7 +86,7 @@ function(vantor_configure_library target name)
     POSITION_INDEPENDENT_CODE ON
     INSTALL_RPATH "$ORIGIN"  # the libraries find each other wherever they are installed
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})  # docs/abi.md
+    SOVERSION ${VANTOR_SOVERSION})  # docs/abi.md
   target_compile_features(${target} PUBLIC cxx_std_17)
   get_target_property(type ${target} TYPE)
   if(type STREQUAL "STATIC_LIBRARY")

@@ -1,5 +1,5 @@
-# GTest::gtest, GTest::gmock and their mains: those that are installed, or where they do not fit this build, such as one
-# with another C++ library, the sources in the folder VANTOR_GOOGLETEST_DIR, /usr/src/googletest with Debian.
+# Uses the installed GoogleTest, or builds it from VANTOR_GOOGLETEST_DIR when the installed one does not fit (another C++
+# library). Debian has the sources in /usr/src/googletest.
 set(VANTOR_GOOGLETEST_DIR "" CACHE PATH "Sources of GoogleTest, to be compiled in place of the installed libraries")
 if(NOT VANTOR_GOOGLETEST_DIR)
   find_package(GTest 1.12 REQUIRED)

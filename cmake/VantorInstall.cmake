@@ -38,7 +38,7 @@ endif()
 configure_package_config_file(cmake/VantorXMLBuilderConfig.cmake.in
   "${PROJECT_BINARY_DIR}/VantorXMLBuilderConfig.cmake" INSTALL_DESTINATION "${package_dir}")
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/VantorXMLBuilderConfigVersion.cmake"
-  COMPATIBILITY SameMinorVersion)
+  COMPATIBILITY ${VANTOR_PACKAGE_COMPATIBILITY})
 install(EXPORT VantorXMLBuilderTargets NAMESPACE Vantor:: DESTINATION "${package_dir}" COMPONENT development)
 install(FILES
   "${PROJECT_BINARY_DIR}/VantorXMLBuilderConfig.cmake"
@@ -51,8 +51,17 @@ string(REGEX REPLACE "/$" "" VANTOR_PREFIX_FROM_PC "${VANTOR_PREFIX_FROM_PC}")
 list(TRANSFORM VANTOR_AUTO_PTR_DEFINITIONS PREPEND -D OUTPUT_VARIABLE auto_ptr_flags)
 list(JOIN auto_ptr_flags " " auto_ptr_flags)
 function(vantor_install_pkgconfig library description)
-  cmake_parse_arguments(pc "" "CFLAGS" "REQUIRES;LIBS" ${ARGN})
+  cmake_parse_arguments(pc "" "CFLAGS" "REQUIRES;PRIVATE;LIBS" ${ARGN})
+  # Programs link what a static library needs inside; a shared one names it itself.
+  if(NOT BUILD_SHARED_LIBS)
+    list(APPEND pc_REQUIRES ${pc_PRIVATE})
+    set(pc_PRIVATE "")
+  endif()
   list(JOIN pc_REQUIRES ", " pc_REQUIRES)
+  if(pc_PRIVATE)
+    list(JOIN pc_PRIVATE ", " pc_PRIVATE)
+    string(APPEND pc_REQUIRES "\nRequires.private: ${pc_PRIVATE}")
+  endif()
   if(NOT BUILD_SHARED_LIBS)
     string(APPEND pc_CFLAGS " -DVANTOR_STATIC")
     list(JOIN pc_LIBS " " pc_static_libs)
@@ -71,7 +80,7 @@ vantor_install_pkgconfig(summary "What people ask of an MXF file first" REQUIRES
 vantor_install_pkgconfig(xmlutils "XML documents of header metadata: start-up, loading, saving"
   CFLAGS "${auto_ptr_flags}" REQUIRES vantor-core xerces-c LIBS ${xqilla_libs})
 vantor_install_pkgconfig(registers "The registers of SMPTE, and dictionary files, as definitions"
-  REQUIRES vantor-core vantor-xmlutils)
+  REQUIRES vantor-core PRIVATE vantor-xmlutils)
 vantor_install_pkgconfig(xmlbuilder "Header metadata of MXF files to XML and back"
   CFLAGS "-I\${includedir}/${VANTOR_NAMES_DIR}" REQUIRES vantor-core vantor-xmlutils)
 vantor_install_pkgconfig(edit "Edits the header metadata of MXF files" REQUIRES vantor-xmlbuilder)

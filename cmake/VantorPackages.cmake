@@ -1,7 +1,10 @@
 # Debian packages of what is installed, a package for each component: cpack -G DEB. See scripts/package.
+if(VANTOR_HAS_XQILLA)  # no package of current releases has it for these to depend on
+  message(FATAL_ERROR "Debian packages are made without XQilla: set VANTOR_WITH_XQILLA=OFF")
+endif()
 set(VANTOR_MAINTAINER "Vantor XMLBuilder authors <vantor-xmlbuilder@lists.invalid>" CACHE STRING
   "Who answers for the packages, as the field Maintainer takes it")
-set(runtime_package "libvantor${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+set(runtime_package libvantor${VANTOR_SOVERSION})
 set(development_package libvantor-dev)
 set(tool_package mxfxml)
 set(CPACK_COMPONENTS_ALL runtime development)
@@ -25,8 +28,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-# Who links which library depends on this package from the version on that has all of its interface; ldconfig runs as
-# other packages make it, by a trigger.
+# Programs linked to these libraries depend on this version or later; the trigger runs ldconfig.
 set(shlibs "")
 foreach(library core summary xmlutils registers xmlbuilder edit json)
   get_target_property(soversion vantor_${library} SOVERSION)
@@ -64,7 +66,11 @@ file(WRITE "${PROJECT_BINARY_DIR}/package/copyright" "${notice}\n\nApache Licens
 # Of the release, not of the build, so that two builds make the same bytes.
 file(STRINGS "${PROJECT_SOURCE_DIR}/CHANGELOG.md" heading REGEX "^## \\[${PROJECT_VERSION}\\]")
 string(REGEX MATCH "[0-9]+-[0-9]+-[0-9]+" day "${heading}")
-execute_process(COMMAND date --utc --rfc-email "--date=${day}" OUTPUT_VARIABLE day OUTPUT_STRIP_TRAILING_WHITESPACE)
+if(day STREQUAL "")
+  message(FATAL_ERROR "CHANGELOG.md has no heading with a date for ${PROJECT_VERSION}; packages take theirs from it")
+endif()
+execute_process(COMMAND date --utc --rfc-email "--date=${day}"
+  OUTPUT_VARIABLE day OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 file(WRITE "${PROJECT_BINARY_DIR}/package/changelog.Debian"
   "vantor-xmlbuilder (${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium\n\n"
   "  * Release ${PROJECT_VERSION}.\n\n -- ${VANTOR_MAINTAINER}  ${day}\n")

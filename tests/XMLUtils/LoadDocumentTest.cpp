@@ -4,7 +4,11 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iostream>
+#include <memory>
 #include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/TransService.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include "Core/Platform/Path.h"
@@ -63,17 +67,51 @@ TEST(LoadDocument, ReadsOctetsInTheDeclaredEncoding) {
   EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding=\"windows-1252\"?><a>\x80</a>")), "<a>\u20AC</a>");
 }
 
+/// Whether the converter behind Xerces knows an encoding. ICU and iconv know all that we accept; Windows' own depends
+/// on what is installed, and Wine's has no ISO-8859-15.
+bool hasConverter(const char16_t* encoding) {
+  constexpr XMLSize_t kBlock = 1024;
+  Initializer::instance();
+  xercesc::XMLTransService::Codes ignored;
+  const std::unique_ptr<xercesc::XMLTranscoder> transcoder(
+      xercesc::XMLPlatformUtils::fgTransService->makeNewTranscoderFor(encoding, ignored, kBlock));
+  return transcoder != nullptr;
+}
+
 TEST(LoadDocument, TakesTheNamesOfEncodingsThatPeopleWrite) {
-  const auto e9In = [](const std::string& name) {
-    return textOf(parsed("<?xml version='1.0' encoding='" + name + "'?><a>\xE9</a>"));
+  struct Name {
+    const char* written;
+    const char16_t* encoding;
+    const char* e9;  // what the octet E9 is in it
   };
-  for (const auto* name : {"latin1", "Latin-1", "L1", "ISO8859-1", "iso_8859-1", "latin9", "cp1252", "CP-1252",
-                           "windows1252", "Windows-1252", "ISO-8859-15"}) {
-    EXPECT_EQ(e9In(name), "<a>\u00E9</a>") << name;
+  const Name names[] = {{"latin1", u"ISO-8859-1", "\u00E9"},
+                        {"Latin-1", u"ISO-8859-1", "\u00E9"},
+                        {"L1", u"ISO-8859-1", "\u00E9"},
+                        {"ISO8859-1", u"ISO-8859-1", "\u00E9"},
+                        {"iso_8859-1", u"ISO-8859-1", "\u00E9"},
+                        {"latin9", u"ISO-8859-15", "\u00E9"},
+                        {"ISO-8859-15", u"ISO-8859-15", "\u00E9"},
+                        {"cp1252", u"WINDOWS-1252", "\u00E9"},
+                        {"CP-1252", u"WINDOWS-1252", "\u00E9"},
+                        {"windows1252", u"WINDOWS-1252", "\u00E9"},
+                        {"Windows-1252", u"WINDOWS-1252", "\u00E9"},
+                        {"latin5", u"ISO-8859-9", "\u00E9"},
+                        {"cp1251", u"WINDOWS-1251", "\u0439"},
+                        {"ISO8859-5", u"ISO-8859-5", "\u0449"}};
+  int leftOut = 0;
+  for (const auto& [written, encoding, e9] : names) {
+    const std::string name = written, text = "<?xml version='1.0' encoding='" + name + "'?><a>\xE9</a>";
+    if (hasConverter(encoding)) {
+      EXPECT_EQ(textOf(parsed(text)), std::string("<a>") + e9 + "</a>") << name;
+    } else {
+      std::cout << "left out, because the system does not convert it: " << name << "\n";
+      EXPECT_EQ(refusal(text), "line 1, column 1: encoding '" + name + "' is not supported");
+      ++leftOut;
+    }
   }
-  EXPECT_EQ(e9In("latin5"), "<a>\u00E9</a>");
-  EXPECT_EQ(e9In("cp1251"), "<a>\u0439</a>");
-  EXPECT_EQ(e9In("ISO8859-5"), "<a>\u0449</a>");
+#ifndef _WIN32
+  EXPECT_EQ(leftOut, 0);
+#endif
   EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding='utf8'?><a>\xC3\xA9</a>")), "<a>\u00E9</a>");
   EXPECT_EQ(textOf(parsed("<?xml version='1.0' encoding='ascii'?><a>b</a>")), "<a>b</a>");
 }

@@ -1,17 +1,37 @@
-# Compiles each header of an installed tree alone, or each of HEADERS, with nothing but that tree and the XML parser to
-# find others in.
-#   cmake -D FOLDER=<include folder> [-D "HEADERS=..."] -D SCRATCH_DIR=... -D COMPILER=... "-DOPTIONS=..." -P CheckHeaders.cmake
+# Compiles each header of an installed tree alone, or each of HEADERS. Also checks by text what all headers of the tree
+# include: the compiler finds every library of the system, a user may have none of them.
+#   cmake -D FOLDER=<include folder> [-D "HEADERS=..."] -D SCRATCH_DIR=... -D COMPILER=... "-DOPTIONS=..."
+#     [-D WARNINGS_AS_ERRORS=ON] -P CheckHeaders.cmake
 cmake_minimum_required(VERSION 3.21)
 include(ProcessorCount)
 ProcessorCount(processors)
+file(GLOB_RECURSE tree RELATIVE "${FOLDER}" "${FOLDER}/*.h")
 separate_arguments(headers UNIX_COMMAND "${HEADERS}")
 if(NOT headers)
-  file(GLOB_RECURSE headers RELATIVE "${FOLDER}" "${FOLDER}/*.h")
+  set(headers ${tree})
 endif()
 list(LENGTH headers count)
-if(count EQUAL 0)
+if(count EQUAL 0 OR NOT tree)
   message(FATAL_ERROR "${FOLDER} has no headers")
 endif()
+
+# Headers of this tree and of the standard library everywhere, those of the XML parser where it is part of the API.
+set(with_parser "^vantor/(XMLUtils/|Edit/|by-name/|(Export|XMLBuilder|XML2Partition|LosslessXML)\\.h$)")
+foreach(header IN LISTS tree)
+  file(STRINGS "${FOLDER}/${header}" lines REGEX "^[ \t]*#[ \t]*include")
+  foreach(line IN LISTS lines)
+    if(line MATCHES "include[ \t]*<(vantor/[^>]+|[a-z0-9_]+)>"
+      OR (line MATCHES "include[ \t]*<xercesc/" AND header MATCHES "${with_parser}"))
+      continue()
+    endif()
+    message(SEND_ERROR "${header}: ${line}: not of this tree, nor of the standard library")
+    set(has_foreign ON)
+  endforeach()
+endforeach()
+if(has_foreign)
+  message(FATAL_ERROR "headers include what their users may not have")
+endif()
+
 file(REMOVE_RECURSE "${SCRATCH_DIR}")
 set(names "")
 foreach(header IN LISTS headers)
@@ -21,9 +41,12 @@ foreach(header IN LISTS headers)
 endforeach()
 file(WRITE "${SCRATCH_DIR}/names" "${names}")
 separate_arguments(options UNIX_COMMAND "${OPTIONS}")
-execute_process(COMMAND xargs -P ${processors} -n 1 "${COMPILER}" ${options} -Wall -Wextra -Wpedantic -Werror
+if(WARNINGS_AS_ERRORS)
+  list(APPEND options -Werror)
+endif()
+execute_process(COMMAND xargs -P ${processors} -n 1 "${COMPILER}" -Wall -Wextra -Wpedantic ${options}
   -fsyntax-only -I "${FOLDER}" INPUT_FILE "${SCRATCH_DIR}/names" RESULT_VARIABLE result ERROR_VARIABLE errors)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "${errors}")
 endif()
-message(STATUS "${count} headers compile alone")
+message(STATUS "${count} headers compile alone\n${errors}")

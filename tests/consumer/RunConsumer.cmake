@@ -14,12 +14,4 @@ run("${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}" -B "${SCRATCH_DIR}/build" 
 run("${CMAKE_COMMAND}" --build "${SCRATCH_DIR}/build" --config "${CONFIG}")
 run("${SCRATCH_DIR}/build/consumer")
 run("${SCRATCH_DIR}/build/print_summary" "${CMAKE_CURRENT_LIST_DIR}/../data/bmx-as02-as02b.mxf")
-# The example edits a file, which then differs from the original in one property.
-set(original "${CMAKE_CURRENT_LIST_DIR}/../data/gst-audio-ac3.mxf")
-configure_file("${original}" "${SCRATCH_DIR}/programme.mxf" COPYONLY)
-run("${SCRATCH_DIR}/build/edit_file" "${SCRATCH_DIR}/programme.mxf")
-execute_process(COMMAND "${prefix}/bin/mxfxml" diff "${original}" "${SCRATCH_DIR}/programme.mxf"
-  OUTPUT_VARIABLE differences)
-if(EXISTS "${prefix}/bin/mxfxml" AND NOT differences MATCHES "ApplicationName [(]ProductName[)]: .* -> \"Ed\"\n.*different 1\n$")
-  message(FATAL_ERROR "the example edited something else:\n${differences}")
-endif()
+run_edit_file("${SCRATCH_DIR}/build/edit_file" "${prefix}" "${SCRATCH_DIR}")

@@ -6,6 +6,7 @@
 #include "Program.h"
 #include "PseudoTerminal.h"
 #include "ScratchFolder.h"
+#include "tests/Installed.h"
 
 /// What shells offer behind a begun command line.
 namespace Vantor::Tool {
@@ -166,12 +167,7 @@ TEST(Completion, KeepsBracketsInBashWhateverFilesThereAre) {
   }
 }
 
-/// CI has it.
-bool hasZsh() {
-  const bool isThere = std::system("command -v zsh >/dev/null 2>&1") == 0;
-  EXPECT_TRUE(isThere || std::getenv("CI") == nullptr) << "zsh is not installed";
-  return isThere;
-}
+bool hasZsh() { return isInstalled("zsh", std::system("command -v zsh >/dev/null 2>&1") == 0); }
 
 /// What zsh makes of the line of a terminal when TAB is pressed behind it.
 std::string completedInZsh(const std::string& line) {

@@ -7,6 +7,7 @@
 
 #include "Program.h"
 #include "ScratchFolder.h"
+#include "tests/Installed.h"
 
 /// Man pages, which the build makes of the help texts where help2man is installed.
 namespace Vantor::Tool {
@@ -45,6 +46,7 @@ class ManPagesTest : public testing::Test {
  protected:
   void SetUp() override {
 #ifndef VANTOR_MAN_DIR
+    isInstalled("help2man", false);
     GTEST_SKIP() << "the build makes no man pages without help2man";
 #endif
   }
@@ -96,13 +98,15 @@ TEST_F(ManPagesTest, HaveAnEntryForEachOptionAndArgument) {
   }
 }
 
+bool hasGroff() { return isInstalled("groff", std::system("command -v groff >/dev/null 2>&1") == 0); }
+
 /// As they look on a terminal, without hyphens.
 std::string shown(const std::string& page) {
   return runScript("{ echo .nh; cat \"$1\"; } | groff -man -Tascii -P-cbou -rLL=200n", {page}).out;
 }
 
 TEST_F(ManPagesTest, HaveALineForEachExample) {
-  if (std::system("command -v groff >/dev/null 2>&1") != 0) GTEST_SKIP() << "groff is not installed";
+  if (!hasGroff()) GTEST_SKIP() << "groff is not installed";
   for (const auto& name : pageNames()) {
     if (name == "mxfxml") continue;
     const auto page = shown(pathOf(name)), help = run({name.substr(7), "--help"}).out;
@@ -118,7 +122,7 @@ TEST_F(ManPagesTest, HaveALineForEachExample) {
 }
 
 TEST_F(ManPagesTest, AreSetWithoutAWarning) {
-  if (std::system("command -v groff >/dev/null 2>&1") != 0) GTEST_SKIP() << "groff is not installed";
+  if (!hasGroff()) GTEST_SKIP() << "groff is not installed";
   for (const auto& name : pageNames()) {
     const Result result = runScript("groff -ww -man -Tutf8 -z \"$1\"", {pathOf(name)});
     EXPECT_EQ(result.exitCode, 0) << name;

@@ -12,6 +12,7 @@
 #include "tests/Core/DataIO/StoppedProcess.h"
 #include "tests/Core/MXF/WholeFile.h"
 #include "tests/Core/Platform/ThisSystem.h"
+#include "tests/Installed.h"
 
 /// Shared by the tests of replaced header metadata.
 namespace Vantor::MXF {
@@ -72,7 +73,7 @@ inline FileLayout layoutOf(const RewriteCase& one) {
 inline bool hasPython() {
   constexpr int kExitCode = 7;
   const int status = std::system("python3 -c \"raise SystemExit(7)\"");
-  return status == kExitCode || status == kExitCode << 8;  // as Windows and POSIX have it
+  return isInstalled("Python", status == kExitCode || status == kExitCode << 8);  // as Windows and POSIX have it
 }
 
 /// For files that no other program changes.

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace Vantor {
+
+/// Returns `isFound`, which tells whether a program that a test needs is installed. A test that lacks it is skipped,
+/// but fails in CI, whose environment has the variable CI: help2man, groff, zsh, Python and its jsonschema are all
+/// there.
+///
+/// The readers that scripts/compare-readers calls, mediainfo and ffprobe, are exempt: scripts/install-dependencies does
+/// not install them, and without them Readers.FindTheSameValues is skipped in CI, too.
+inline bool isInstalled(const char* name, bool isFound) {
+  EXPECT_TRUE(isFound || std::getenv("CI") == nullptr) << name << " is not installed";
+  return isFound;
+}
+
+}  // namespace Vantor
