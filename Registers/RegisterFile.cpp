@@ -266,6 +266,8 @@ void readRegister(const Path& path, Entries& into) {
           parse(bytes, handler);
         } catch (const xercesc::SAXParseException& exception) {
           handler.fatalError(exception);
+        } catch (const Exceptions::LimitExceeded& limit) {
+          Exceptions::raise<Exceptions::InvalidFormat>("{}: {}", Platform::pathToUTF8(path), limit.message());
         }
       },
       "Registers/RegisterFile", __LINE__);

@@ -65,7 +65,7 @@ xercesc::SAXParseException refusal(const Text& text, std::size_t at, const wstri
   return refusalAt(place.line, place.column, message);
 }
 
-bool isBlank(char16_t unit) { return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n'; }
+bool isWhiteSpace(char16_t unit) { return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n'; }
 
 /// Steps from one piece of markup to the next, as Xerces' WFXMLScanner does.
 template <class Text>
@@ -187,13 +187,13 @@ class LimitCheck {
     }
   }
 
-  static bool endsName(char16_t unit) { return isBlank(unit) || unit == u'/' || unit == u'>'; }
+  static bool endsName(char16_t unit) { return isWhiteSpace(unit) || unit == u'/' || unit == u'>'; }
 
   /// The name that ends here. @return whether it declares a namespace, which is a name itself.
   bool noteAttribute(std::size_t from, std::size_t start) {
     std::size_t to = at_;
-    while (from < to && isBlank(text_[from])) ++from;
-    while (from < to && isBlank(text_[to - 1])) --to;
+    while (from < to && isWhiteSpace(text_[from])) ++from;
+    while (from < to && isWhiteSpace(text_[to - 1])) --to;
     noteName(from, to, start);
     constexpr u16string_view kDeclaration = u"xmlns";
     if (to - from < kDeclaration.size()) return false;

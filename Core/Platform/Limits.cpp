@@ -11,7 +11,7 @@ namespace {
 const char* textOf(uint64 Limits::*limit) {
   if (limit == &Limits::sets) return "{}more than {} sets (limit '{}')";
   if (limit == &Limits::properties) return "{}more than {} properties (limit '{}')";
-  if (limit == &Limits::nesting) return "{}nested more than {} deep (limit '{}')";
+  if (limit == &Limits::nesting) return "{}elements nest deeper than {} levels (limit '{}')";
   if (limit == &Limits::valueSize) return "{}a value of more than {} bytes (limit '{}')";
   if (limit == &Limits::names) return "{}more than {} different names (limit '{}')";
   if (limit == &Limits::documentSize) return "{}a document of more than {} bytes (limit '{}')";

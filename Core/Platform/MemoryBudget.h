@@ -10,7 +10,8 @@
 /// Counted are the core library's allocator (`malloc_alloc`), and so its values, texts and octets; Xerces-C++, where
 /// `XMLUtils::Initializer` started it; and whatever else calls `chargeMemory`, such as the operators new and delete of
 /// a program: those of `mxfxml` do. The figures are those of the C heap, without its own bookkeeping.
-namespace Vantor::Platform {
+namespace Vantor {
+namespace Platform {
 
 /// Thrown in the place of an allocation that a budget does not allow. Whoever asks for memory expects a std::bad_alloc.
 class MemoryLimitReached : public std::bad_alloc {
@@ -49,4 +50,5 @@ void* allocateMemory(std::size_t bytes);
 /// Gives back what `allocateMemory` gave, on any thread; null is ignored.
 void releaseMemory(void* memory) noexcept;
 
-}  // namespace Vantor::Platform
+}  // namespace Platform
+}  // namespace Vantor

@@ -103,7 +103,7 @@ TEST(Document, ThatMayBeWellFormedButIsNotReadIsAParseErrorInOtherWords) {
             "unreadable XML: line 1, column 1: encoding 'KOI8-R' is not supported"},
            {"<a>\n\xfc</a>", "unreadable XML: line 2, column 1: a character is not in UTF-8;"},
            {"<!DOCTYPE a [<!-- ] -->]><a/>", "unreadable XML: line 1, column 1: a document type declaration with"},
-           {deep, "unreadable XML: line 1, column 3001: elements nest deeper than 1000 levels"}}) {
+           {deep, "line 1, column 3001: elements nest deeper than 1000 levels (limit 'nesting')"}}) {
     const auto failure = failureOf([&text = text] { loaded(text); });
     EXPECT_EQ(failure.kind, "ParseError");
     EXPECT_THAT(failure.message, StartsWith(message));

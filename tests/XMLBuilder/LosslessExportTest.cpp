@@ -201,21 +201,22 @@ TEST(LosslessExport, WritesMisplacedReferencesAsOthersToo) {
 
 // Sets that several others lead to.
 
-TestDictionary linkedSets() {
+/// Sets of three kinds and a Preface, which may refer to one set each.
+TestPartition partitionOfReferrers() {
   TestDictionary dictionary;
   dictionary.property("Strong", kStrongReference);
-  dictionary.set("Preface", {"Strong"}).set("A", {"Strong"}).set("B", {"Strong"}).set("C", {"Strong"});
-  return dictionary;
+  return TestPartition(
+      dictionary.set("Preface", {"Strong"}).set("A", {"Strong"}).set("B", {"Strong"}).set("C", {"Strong"}));
 }
 
 TEST(LosslessExport, WritesASetOfSeveralFloatingSetsOnce) {
-  TestPartition partition(linkedSets());
+  auto partition = partitionOfReferrers();
   partition.add("Preface", 1);
   partition.add("A", 2).refer("Strong", 4);
   partition.add("B", 3).refer("Strong", 4);
   partition.add("C", 4);
   EXPECT_XML(losslesslyExported(partition), R"(
-    <s377m:MetadataSets {p} {rp210} {types} {s377m}>
+    <s377m:MetadataSets {p} {rp210} {s377m} {types}>
       <p:Preface rp210:InstanceUID="{1}"/>
       <groups:FloatingDarkMetadata {groups}>
         <p:A rp210:InstanceUID="{2}"><p:Strong><p:C rp210:InstanceUID="{4}"/></p:Strong></p:A>
@@ -226,12 +227,12 @@ TEST(LosslessExport, WritesASetOfSeveralFloatingSetsOnce) {
 }
 
 TEST(LosslessExport, WritesASetOfThePrefaceAndAFloatingSetOnce) {
-  TestPartition partition(linkedSets());
+  auto partition = partitionOfReferrers();
   partition.add("Preface", 1).refer("Strong", 3);
   partition.add("A", 2).refer("Strong", 3);
   partition.add("B", 3);
   EXPECT_XML(losslesslyExported(partition), R"(
-    <s377m:MetadataSets {p} {rp210} {types} {s377m}>
+    <s377m:MetadataSets {p} {rp210} {s377m} {types}>
       <p:Preface rp210:InstanceUID="{1}"><p:Strong><p:B rp210:InstanceUID="{3}"/></p:Strong></p:Preface>
       <groups:FloatingDarkMetadata {groups}>
         <p:A rp210:InstanceUID="{2}"><p:Strong><p:B_REF types:TargetInstance="{3}"/></p:Strong></p:A>
@@ -243,7 +244,7 @@ TEST(LosslessExport, WritesASetOfThePrefaceAndAFloatingSetOnce) {
 TEST(LosslessExport, GrowsWithTheSetsAndNotWithTheWaysToThem) {
   constexpr uint32 kRoots = 100, kChain = 400;
   for (const auto& flags : {kNested, kFlat}) {
-    TestPartition partition(linkedSets());
+    auto partition = partitionOfReferrers();
     partition.add("Preface", 1);
     for (uint32 i = 0; i < kRoots; ++i) partition.add("A", 1000 + i).refer("Strong", 2000);
     for (uint32 i = 0; i < kChain; ++i) partition.add("B", 2000 + i).refer("Strong", 2000 + (i + 1) % kChain);
@@ -254,7 +255,7 @@ TEST(LosslessExport, GrowsWithTheSetsAndNotWithTheWaysToThem) {
 
 TEST(LosslessExport, WritesADarkGroupThatManySetsReferToOnce) {
   for (const auto& flags : {kNested, kFlat}) {
-    TestPartition partition(linkedSets());
+    auto partition = partitionOfReferrers();
     partition.add("Preface", 1);
     partition.addDarkGroup(9);
     for (uint32 i = 0; i < 5; ++i) partition.add("A", 20 + i).refer("Strong", 9);

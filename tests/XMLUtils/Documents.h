@@ -6,6 +6,7 @@
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/sax/SAXException.hpp>
 
+#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Strings.h"
 #include "XMLUtils/DomToBuffer.h"
 #include "XMLUtils/Initializer.h"
@@ -51,6 +52,8 @@ std::string refusal(const Text& text) {
     return "";
   } catch (const xercesc::SAXException& exception) {
     return Vantor::Utils::wstringToString(exception.getMessage());
+  } catch (const Exceptions::LimitExceeded& exception) {
+    return exception.message();
   }
 }
 

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <utility>
+#include <vector>
 
 #include "Documents.h"
 
@@ -18,6 +20,8 @@ std::string repeated(const std::string& text, std::size_t count) {
   return all;
 }
 
+const std::size_t kDeepest = Limits().nesting;
+
 /// The message of parsing, which has to come at once.
 std::string quickRefusal(const std::string& text) {
   const auto start = std::chrono::steady_clock::now();
@@ -27,31 +31,74 @@ std::string quickRefusal(const std::string& text) {
 }
 
 TEST(UntrustedInput, MayNestToTheLimit) {
-  const auto text = repeated("<a>", kMaximumDepth - 1) + "<b/><b/>" + repeated("</a>", kMaximumDepth - 1);
+  const auto text = repeated("<a>", kDeepest - 1) + "<b/><b/>" + repeated("</a>", kDeepest - 1);
   EXPECT_EQ(textOf(parsed(text)), text);
 }
 
 TEST(UntrustedInput, IsRefusedWhenItNestsDeeper) {
-  const auto text = repeated("<a>", kMaximumDepth) + "\n<b/>" + repeated("</a>", kMaximumDepth);
-  EXPECT_EQ(quickRefusal(text), "line 2, column 1: elements nest deeper than 1000 levels");
+  const auto text = repeated("<a>", kDeepest) + "\n<b/>" + repeated("</a>", kDeepest);
+  EXPECT_EQ(quickRefusal(text), "line 2, column 1: elements nest deeper than 1000 levels (limit 'nesting')");
   EXPECT_THAT(quickRefusal(repeated("<a b='>'>", 100000) + repeated("</a>", 100000)), HasSubstr("nest deeper"));
 }
 
 TEST(UntrustedInput, IsMeasuredInUtf16AsWell) {
   wstring text;
-  for (std::size_t i = 0; i <= kMaximumDepth; ++i) text += u"<a>";
+  for (std::size_t i = 0; i <= kDeepest; ++i) text += u"<a>";
   EXPECT_THAT(refusal(text), HasSubstr("nest deeper"));
 }
 
+/// Elements with as many different names as given, in lines of their own.
+std::string differentNames(std::size_t count) {
+  std::string text = "<r>";
+  for (std::size_t i = 1; i < count; ++i) text += "\n<e" + std::to_string(i) + "/>";
+  return text + "</r>";
+}
+
+TEST(UntrustedInput, MayHaveAsManyNamesAsTheLimit) {
+  const auto names = static_cast<std::size_t>(Limits().names);
+  EXPECT_EQ(quickRefusal(differentNames(names)), "");
+  EXPECT_EQ(quickRefusal(differentNames(names + 1)),
+            "line " + std::to_string(names + 1) + ", column 1: more than 20000 different names (limit 'names')");
+}
+
+TEST(UntrustedInput, CountsEachNameOnceAndNoText) {
+  std::string text = "<r>";
+  for (int i = 0; i < 30000; ++i) text += "<a b='value " + std::to_string(i) + "'>text" + std::to_string(i) + "</a>\n";
+  EXPECT_EQ(quickRefusal(text + "</r>"), "");
+}
+
+TEST(UntrustedInput, CountsNamesOfAttributesAndNamespaces) {
+  for (const auto& [before, behind] : std::vector<std::pair<std::string, std::string>>{
+           {"<a b", "=''/>"}, {"<a c='' b", " = \"\"/>"}, {"<a xmlns='urn:", "'/>"}, {"<a xmlns:p", "='urn:a'/>"}}) {
+    std::string text = "<r>";
+    for (int i = 0; i < 20001; ++i) text += before + std::to_string(i) + behind;
+    EXPECT_THAT(quickRefusal(text + "</r>"), HasSubstr("more than 20000 different names")) << before;
+  }
+}
+
+TEST(UntrustedInput, IsRefusedBeyondTheSizeThatIsAsked) {
+  const auto parser = createParser();
+  Limits limits;
+  limits.documentSize = 3;
+  const std::string text = "<a/>";
+  const auto load = [&] {
+    loadDocumentFromBuffer(reinterpret_cast<const uint8*>(text.data()), text.size(), *parser, limits);
+  };
+  EXPECT_THAT(load,
+              testing::ThrowsMessage<Exceptions::LimitExceeded>("a document of more than 3 bytes (limit 'document')"));
+  limits.documentSize = 4;
+  EXPECT_NO_THROW(load());
+}
+
 TEST(UntrustedInput, CountsNoTagsInsideOtherMarkup) {
-  const auto tags = repeated("<a>", kMaximumDepth + 1);
+  const auto tags = repeated("<a>", kDeepest + 1);
   const auto text = "<!--" + tags + "--><a><![CDATA[" + tags + "]]><?p " + tags + "?><b/></a>";
   EXPECT_EQ(textOf(parsed(text)), text);
   EXPECT_EQ(textOf(parsed("<!DOCTYPE a [" + tags + "]>" + "<a/>")), "<a/>");
 }
 
 TEST(UntrustedInput, CannotHideTagsFromTheCount) {
-  const auto tags = repeated("<a>", kMaximumDepth + 1);
+  const auto tags = repeated("<a>", kDeepest + 1);
   for (const auto* before : {"<!---->", "<!--->-->", "<?p ?>", "<!DOCTYPE a>", "<!DOCTYPE a []>", "<!DOCTYPE a ['>'] >",
                              "<!DOCTYPE a '[' ]>"}) {
     EXPECT_NE(refusal(before + tags), "") << before;

@@ -247,8 +247,8 @@ TEST(HeaderMetadata, NamesTheOffsetOfAKLVWithoutLength) {
 TEST(HeaderMetadata, RefusesAnImpossibleSetWithoutReadingIt) {
   TemporaryFile file(packCounting(0) + kPrimer + klvHeader(kPreface, uint64{90} << 30, 9));
   ASSERT_TRUE(file.growTo(uint64{100} << 30));
-  EXPECT_THAT([&] { readFile(file); }, ThrowsMessage<Exceptions::ParseError>(HasSubstr(
-                                           "expected at most 1073741824 bytes of set Preface, found 96636764160")));
+  EXPECT_THAT([&] { readFile(file); }, ThrowsMessage<Exceptions::LimitExceeded>(HasSubstr(
+                                           "set Preface: a value of more than 1073741824 bytes (limit 'value')")));
 }
 
 TEST(HeaderMetadata, IsReadOrRefusedWhereverTheFileIsCut) {
