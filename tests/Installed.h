@@ -6,9 +6,9 @@
 
 namespace Vantor {
 
-/// Returns `isFound`, which tells whether a program that a test needs is installed. A test that lacks it is skipped,
-/// but fails in CI, whose environment has the variable CI: help2man, groff, zsh, Python and its jsonschema are all
-/// there.
+/// Whether a test can run: returns `isFound`, the result of the search for a program that it needs. Without the program
+/// the test is skipped, and fails in CI, whose environment has the variable CI: help2man, groff, zsh, Python and its
+/// jsonschema are installed there.
 ///
 /// The readers that scripts/compare-readers calls, mediainfo and ffprobe, are exempt: scripts/install-dependencies does
 /// not install them, and without them Readers.FindTheSameValues is skipped in CI, too.

@@ -76,7 +76,7 @@ class NestingTooDeep : public BaseException {
   using BaseException::BaseException;
 };
 
-/// A library that this one uses, and that cannot start, such as for want of memory.
+/// A library that this one depends on cannot start, for instance because memory is short.
 class StartFailure : public BaseException {
  public:
   using BaseException::BaseException;

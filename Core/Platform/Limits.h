@@ -15,33 +15,30 @@ namespace Vantor {
 struct Limits {
   uint64 sets = 5'000'000;                ///< of a partition, dark sets included
   uint64 properties = 100'000'000;        ///< of all its sets
-  uint64 nesting = 1000;                  ///< levels of elements, of JSON, and of sets inside each other
+  uint64 nesting = 1000;                  ///< levels of elements in a document
   uint64 valueSize = uint64{1} << 30;     ///< octets of one KLV
   uint64 names = 20'000;                  ///< different names of elements, attributes and namespaces in a document
   uint64 documentSize = uint64{1} << 32;  ///< bytes of a document that is read
-  uint64 outputSize = uint64{1} << 32;    ///< bytes of a document that is written
   uint64 memory = uint64{1} << 31;        ///< bytes beyond what the thread had before the call: see `MemoryBudget`
-  uint64 diagnostics = 1000;              ///< that are kept; the others are counted
 };
 
-/// The limits by the names that people set them by.
+/// A limit by the name that people set it by.
 struct LimitName {
   std::string_view name;
   uint64 Limits::*member;
-  bool isSize;  ///< in bytes
+  const char* refusal;  ///< a format for place, value and name
 };
 inline constexpr LimitName kLimitNames[] = {
-    {"sets", &Limits::sets, false},
-    {"properties", &Limits::properties, false},
-    {"nesting", &Limits::nesting, false},
-    {"value", &Limits::valueSize, true},
-    {"names", &Limits::names, false},
-    {"document", &Limits::documentSize, true},
-    {"output", &Limits::outputSize, true},
-    {"memory", &Limits::memory, true},
-    {"diagnostics", &Limits::diagnostics, false},
+    {"sets", &Limits::sets, "{}more than {} sets (limit '{}')"},
+    {"properties", &Limits::properties, "{}more than {} properties (limit '{}')"},
+    {"nesting", &Limits::nesting, "{}elements nest deeper than {} levels (limit '{}')"},
+    {"value", &Limits::valueSize, "{}a value of more than {} bytes (limit '{}')"},
+    {"names", &Limits::names, "{}more than {} different names (limit '{}')"},
+    {"document", &Limits::documentSize, "{}a document of more than {} bytes (limit '{}')"},
+    {"memory", &Limits::memory, "{}takes more than {} bytes of memory (limit '{}')"},
 };
-std::string_view nameOf(uint64 Limits::*limit);
+/// @param limit  one of the table.
+const LimitName& nameOf(uint64 Limits::*limit);
 
 /// Throws LimitExceeded for a limit: "more than 20000 different names (limit 'names')".
 /// @param place  goes in front, followed by a colon: "at byte offset 120"; empty for none.

@@ -1,9 +1,5 @@
 #include <fcntl.h>
-#ifdef __APPLE__
-#include <malloc/malloc.h>
-#else
 #include <malloc.h>
-#endif
 #include <spawn.h>
 #include <sys/ioctl.h>
 #include <sys/random.h>
@@ -71,13 +67,7 @@ int waitFor(pid_t process) {
 
 }  // namespace
 
-std::size_t allocatedSize(void* memory) noexcept {
-#ifdef __APPLE__
-  return ::malloc_size(memory);
-#else
-  return ::malloc_usable_size(memory);
-#endif
-}
+std::size_t allocatedSize(void* memory) noexcept { return ::malloc_usable_size(memory); }
 
 bool fillWithRandomOctets(uint8* octets, std::size_t size) { return ::getentropy(octets, size) == 0; }
 

@@ -74,7 +74,7 @@ TEST(Limits, NameMemoryInTheRefusal) {
 
 TEST(Limits, HaveANameEach) {
   for (const auto& limit : kLimitNames) {
-    EXPECT_EQ(nameOf(limit.member), limit.name);
+    EXPECT_EQ(nameOf(limit.member).name, limit.name);
     try {
       refuseBeyond(limit.member, 12, "in front");
     } catch (const Exceptions::LimitExceeded& refusal) {
