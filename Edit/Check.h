@@ -11,6 +11,7 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/IndexTable.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Limits.h"
 
 /// Rules about what header metadata and partition packs have to state, and what a file has that breaks them.
 namespace Vantor::Edit {
@@ -77,16 +78,19 @@ struct FileState {
 
 /// Reads what rules look at; no essence, whatever the file's size.
 /// @param dictionary  names sets and properties; the result keeps a reference to it.
+/// @param limits      of the metadata of each partition, and the memory of all that is returned.
 /// @throws Exceptions::ParseError with the offset when there is no header partition, or its metadata cannot be read.
 /// Those of other partitions may be damaged: see `FileState::Partition::problem`. Exceptions::IOError when the file
 /// cannot be read.
-FileState readState(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
+FileState readState(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary,
+                    const Limits& limits = {});
 
 /// Reads the metadata of a partition from bytes that are to be written.
 /// @param bytes  a primer pack, then sets, as `MXF::writeHeaderMetadata` writes them.
 /// @throws Exceptions::ParseError with the offset when they are no such thing.
 SharedPtr<const PartitionMetadata> readMetadata(const Bytes& bytes,
-                                                const SharedPtr<const MetaMetadata::Dictionary>& dictionary);
+                                                const SharedPtr<const MetaMetadata::Dictionary>& dictionary,
+                                                const Limits& limits = {});
 
 /// Everything that breaks a rule: by partition, then in file order of the sets. Takes time in proportion to the sets
 /// and properties. Any number of threads may check the same state.

@@ -132,9 +132,12 @@ void requireIdentifiedSets(const std::vector<Diagnostic>& diagnostics) {
 
 /// A nested document in the exact form has nothing in the place of a reference to a set that is written elsewhere. The
 /// reference is kept.
-void acceptHiddenReferences(std::vector<Diagnostic>& diagnostics) {
-  const auto isHidden = [](const Diagnostic& one) { return one.kind == Diagnostic::Kind::kEmptyReference; };
-  diagnostics.erase(std::remove_if(diagnostics.begin(), diagnostics.end(), isHidden), diagnostics.end());
+void acceptHiddenReferences(LosslessXML::Import& import) {
+  constexpr auto kHidden = Diagnostic::Kind::kEmptyReference;
+  auto& listed = import.diagnostics;
+  const auto isHidden = [](const Diagnostic& one) { return one.kind == kHidden; };
+  listed.erase(std::remove_if(listed.begin(), listed.end(), isHidden), listed.end());
+  import.furtherDiagnostics.erase(kHidden);
 }
 
 void copyPrimer(const PartitionDictionary& from, PartitionDictionary& to) {
@@ -169,7 +172,7 @@ EditedDocument readDocument(const LosslessXML::Document& document, const Partiti
   const bool isPart = edited.form.isStructuralOnly || edited.form.start;
   edited.import =
       document.import(*edited.partition, &ours, isPart ? LosslessXML::Extent::kPart : LosslessXML::Extent::kDescribed);
-  if (edited.form.isAssumed && edited.form.isNested) acceptHiddenReferences(edited.import.diagnostics);
+  if (edited.form.isAssumed && edited.form.isNested) acceptHiddenReferences(edited.import);
   const auto& description = document.description();
   edited.isOfEarlierState = description && description->digest != digestOf(ours);
   return edited;
@@ -205,7 +208,7 @@ MergeReport mergeDocument(const EditedDocument& edited, PartitionMetadata& ours,
     requireUniquePackage(*edited.partition, ours);
   }
   Theirs theirs{*edited.partition};
-  theirs.mayRemove = edited.import.diagnostics.empty();
+  theirs.mayRemove = edited.import.diagnostics.empty() && edited.import.furtherDiagnostics.empty();
   for (const auto& unread : edited.import.unread) {
     const auto* instanceUID = unread.set->instanceUID();
     if (instanceUID != nullptr) theirs.unread.emplace(*instanceUID, unread.property);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -57,6 +58,7 @@ struct EditedDocument {
 /// What merging a document did, and what it left out.
 struct DocumentReport : MergeReport {
   std::vector<LosslessXML::Diagnostic> diagnostics = {};
+  std::map<LosslessXML::Diagnostic::Kind, std::size_t> furtherDiagnostics = {};  ///< as `LosslessXML::Import` has them
   bool isOfEarlierState = false;
 };
 

@@ -29,8 +29,9 @@ const Path& withoutStoppedChange(const Path& path) {
 class File::State {
  public:
   State(const Path& path, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-        std::optional<MXF::PartitionChoice> partition)
-      : path_(withoutStoppedChange(path)),
+        std::optional<MXF::PartitionChoice> partition, const Limits& limits)
+      : limits_(limits),
+        path_(withoutStoppedChange(path)),
         fileState_(DataIO::File::stateOf(path)),  // before anything is read from the file
         dictionary_(std::move(dictionary)),
         choice_(partition),
@@ -39,12 +40,13 @@ class File::State {
     read();
   }
   State(DataIO::SeekableSource& source, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-        std::optional<MXF::PartitionChoice> partition)
-      : dictionary_(std::move(dictionary)), choice_(partition), source_(&source) {
+        std::optional<MXF::PartitionChoice> partition, const Limits& limits)
+      : limits_(limits), dictionary_(std::move(dictionary)), choice_(partition), source_(&source) {
     read();
   }
 
   PartitionMetadata& metadata() { return *metadata_; }
+  const Limits& limits() const { return limits_; }
 
   PartitionComparison compare() {
     if (isStale_) reopen();
@@ -53,7 +55,7 @@ class File::State {
 
   SavePlan plan(const SaveOptions& options) {
     if (isStale_) reopen();
-    return planSave({*source_, dictionary_, choice_, chosen_, end_, *metadata_}, options, signedBy_);
+    return planSave({*source_, dictionary_, choice_, chosen_, end_, *metadata_, limits_}, options, signedBy_);
   }
 
   SaveReport rehearse(const SaveOptions& options) {
@@ -107,7 +109,7 @@ class File::State {
  private:
   void read() {
     chosen_ = MXF::findPartition(*source_, choice_.value_or(MXF::PartitionChoice()));
-    metadata_ = MXF::readHeaderMetadata(*source_, dictionary_, chosen_);
+    metadata_ = base();
     end_ = source_->position();
     reserveDarkTags(*metadata_);
   }
@@ -159,8 +161,9 @@ class File::State {
   }
 
   /// The metadata as they are in the file.
-  std::unique_ptr<PartitionMetadata> base() { return MXF::readHeaderMetadata(*source_, dictionary_, chosen_); }
+  std::unique_ptr<PartitionMetadata> base() { return MXF::readHeaderMetadata(*source_, dictionary_, chosen_, limits_); }
 
+  const Limits limits_;
   std::optional<Path> path_;
   DataIO::File::FileState fileState_;
   SharedPtr<const MetaMetadata::Dictionary> dictionary_;
@@ -175,12 +178,12 @@ class File::State {
 };
 
 File::File(const Path& path, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-           std::optional<MXF::PartitionChoice> partition)
-    : state_(std::make_unique<State>(path, std::move(dictionary), partition)) {}
+           std::optional<MXF::PartitionChoice> partition, const Limits& limits)
+    : state_(std::make_unique<State>(path, std::move(dictionary), partition, limits)) {}
 
 File::File(DataIO::SeekableSource& source, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-           std::optional<MXF::PartitionChoice> partition)
-    : state_(std::make_unique<State>(source, std::move(dictionary), partition)) {}
+           std::optional<MXF::PartitionChoice> partition, const Limits& limits)
+    : state_(std::make_unique<State>(source, std::move(dictionary), partition, limits)) {}
 
 File::~File() = default;
 
@@ -200,12 +203,13 @@ DocumentReport File::mergeDocument(const LosslessXML::Document& document, const 
   auto edited = read(document, options);
   DocumentReport report{merge(edited, options)};
   report.diagnostics = std::move(edited.import.diagnostics);
+  report.furtherDiagnostics = std::move(edited.import.furtherDiagnostics);
   report.isOfEarlierState = edited.isOfEarlierState;
   return report;
 }
 
 DocumentReport File::mergeDocument(const void* bytes, std::size_t size, const MergeOptions& options) {
-  return mergeDocument(LosslessXML::Document::fromBytes(bytes, size), options);
+  return mergeDocument(LosslessXML::Document::fromBytes(bytes, size, state_->limits()), options);
 }
 
 PartitionComparison File::compare() { return state_->compare(); }

@@ -9,6 +9,7 @@
 #include "Core/DataIO/SeekableSource.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Limits.h"
 #include "Edit/DocumentMerge.h"
 #include "Edit/Save.h"
 
@@ -26,13 +27,14 @@ class File {
   /// Opens a file and reads the metadata of one partition.
   /// @param dictionary  defines sets and properties.
   /// @param partition   the one to edit; none for the header partition and all that repeat its metadata.
+  /// @param limits      of the metadata of each partition that is read, and of documents given as bytes.
   /// @throws Exceptions::ParseError with the offset where the file is damaged; IOError naming the file when it cannot
   /// be read, or when an earlier change of it was stopped half-way (`DataIO::File::recover`).
   File(const Path& path, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-       std::optional<MXF::PartitionChoice> partition = {});
+       std::optional<MXF::PartitionChoice> partition = {}, const Limits& limits = {});
   /// The same for a file in memory or anywhere else. @param source  outlives this object; nothing else may move it.
   File(DataIO::SeekableSource& source, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-       std::optional<MXF::PartitionChoice> partition = {});
+       std::optional<MXF::PartitionChoice> partition = {}, const Limits& limits = {});
   ~File();
   File(const File&) = delete;
   File& operator=(const File&) = delete;

@@ -17,9 +17,11 @@ using Exceptions::ParseError;
 
 class StateReader {
  public:
-  StateReader(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary)
+  StateReader(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary,
+              const Limits& limits)
       : source_(source),
         dictionary_(dictionary),
+        limits_(limits),
         structure_(MXF::readStructure(source)),
         repetitions_(source, structure_) {}
 
@@ -67,7 +69,7 @@ class StateReader {
 
   void parse(std::size_t number, FileState::Partition& partition) {
     try {
-      partition.metadata = MXF::readHeaderMetadata(source_, dictionary_, partition.info);
+      partition.metadata = MXF::readHeaderMetadata(source_, dictionary_, partition.info, limits_);
     } catch (const ParseError& error) {
       if (number == 0) throw;
       partition.problem = error.what();
@@ -101,6 +103,7 @@ class StateReader {
 
   DataIO::SeekableSource& source_;
   const SharedPtr<const MetaMetadata::Dictionary>& dictionary_;
+  const Limits& limits_;
   MXF::FileStructure structure_;
   Repetitions repetitions_;
   std::size_t last_ = 0;  // the last partition whose metadata were parsed
@@ -108,16 +111,18 @@ class StateReader {
 
 }  // namespace
 
-FileState readState(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary) {
-  return StateReader(source, dictionary).read();
+FileState readState(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary,
+                    const Limits& limits) {
+  return withinMemory(limits, [&] { return StateReader(source, dictionary, limits).read(); });
 }
 
 SharedPtr<const PartitionMetadata> readMetadata(const Bytes& bytes,
-                                                const SharedPtr<const MetaMetadata::Dictionary>& dictionary) {
+                                                const SharedPtr<const MetaMetadata::Dictionary>& dictionary,
+                                                const Limits& limits) {
   DataIO::Memory::MemoryFile file(bytes.data(), bytes.size());
   MXF::PartitionInfo partition;
   partition.pack.headerByteCount = bytes.size();
-  return MXF::readHeaderMetadata(file, dictionary, partition);
+  return MXF::readHeaderMetadata(file, dictionary, partition, limits);
 }
 
 }  // namespace Vantor::Edit

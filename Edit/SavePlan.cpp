@@ -68,7 +68,7 @@ class Planner {
     const auto old = bytesInFile();
     auto bytes = written(file_.metadata);
     if (!isEdited(old, *bytes)) return {};
-    before_ = MXF::readHeaderMetadata(file_.source, file_.dictionary, file_.partition);
+    before_ = MXF::readHeaderMetadata(file_.source, file_.dictionary, file_.partition, file_.limits);
     if (completeAndSign()) bytes = written(file_.metadata);
     auto& report = plan_.report;
     report.isSigned = options_.signature.has_value();
@@ -134,7 +134,7 @@ class Planner {
     UneditedPartition::Reason reason = UneditedPartition::Reason::kOtherMetadata;  // where there are no bytes
   };
   Repetition repetitionOf(const MXF::PartitionInfo& partition) {
-    const auto other = MXF::readHeaderMetadata(file_.source, file_.dictionary, partition);
+    const auto other = MXF::readHeaderMetadata(file_.source, file_.dictionary, partition, file_.limits);
     if (!comparePartitions(*before_, *other).isEqual()) return {nullptr, UneditedPartition::Reason::kOtherMetadata};
     if (!haveSameInstanceUIDs(*before_, *other)) return {nullptr, UneditedPartition::Reason::kOtherInstanceUIDs};
     reserveDarkTags(*other);
@@ -156,7 +156,7 @@ class Planner {
 
   /// What the file will break that it does not break now.
   void planFindings() {
-    const auto before = readState(file_.source, file_.dictionary);
+    const auto before = readState(file_.source, file_.dictionary, file_.limits);
     auto findings = check(stateAfter(before));
     // Nearly all files keep all rules.
     if (!findings.empty()) findings = newFindings(check(before), std::move(findings), changedProperties());
@@ -181,7 +181,7 @@ class Planner {
     std::map<const Bytes*, SharedPtr<const PartitionMetadata>> read;
     for (const auto& replacement : plan_.replacements.metadata) {
       auto& metadata = read[replacement.bytes.get()];
-      if (metadata == nullptr) metadata = readMetadata(*replacement.bytes, file_.dictionary);
+      if (metadata == nullptr) metadata = readMetadata(*replacement.bytes, file_.dictionary, file_.limits);
       after.partitions[replacement.partition].metadata = metadata;
     }
     for (const auto number : plan_.report.packs) {

@@ -6,6 +6,7 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Limits.h"
 #include "Edit/Save.h"
 
 namespace Vantor::Edit {
@@ -19,6 +20,7 @@ struct EditedFile {
   const MXF::PartitionInfo& partition;  ///< the one whose metadata are edited
   uint64 end;                           ///< of the metadata in the file
   PartitionMetadata& metadata;
+  const Limits& limits;
 };
 
 /// What saving will write.

@@ -18,6 +18,7 @@ namespace Vantor::JSON {
 
 struct Document::Content {
   std::string text;
+  Limits limits;
   std::optional<Description> description;
 };
 
@@ -119,28 +120,38 @@ Document::Document(Document&&) noexcept = default;
 Document& Document::operator=(Document&&) noexcept = default;
 Document::~Document() = default;
 
-Document Document::fromText(std::string text) {
+Document Document::fromText(std::string text, const Limits& limits) {
+  if (text.size() > limits.documentSize) refuseBeyond(&Limits::documentSize, limits.documentSize);
   auto content = std::make_unique<Content>();
   content->text = std::move(text);
+  content->limits = limits;
   Outline outline;
-  readParts(content->text, [&outline](const Part& part) {
-    readPart<Exceptions::ParseError>(part, [&](const Value&) { outline.take(part); });
+  withinMemory(limits, [&] {
+    readParts(content->text, [&outline](const Part& part) {
+      readPart<Exceptions::ParseError>(part, [&](const Value&) { outline.take(part); });
+    });
   });
   outline.requireWhole();
   content->description = std::move(outline.description);
   return Document(std::move(content));
 }
 
-Document Document::fromFile(const Path& file) {
+Document Document::fromFile(const Path& file, const Limits& limits) {
   DataIO::File::FileDataSource source(file);
+  if (source.size() > limits.documentSize) refuseBeyond(&Limits::documentSize, limits.documentSize);
   std::string text(static_cast<std::size_t>(source.size()), '\0');
   source.read(reinterpret_cast<uint8*>(text.data()), text.size());
-  return fromText(std::move(text));
+  return fromText(std::move(text), limits);
 }
 
 const std::optional<Description>& Document::description() const { return content_->description; }
 
 void Document::import(PartitionMetadata& partition, std::vector<std::string>* unknown, Diagnostics* diagnostics) const {
+  withinMemory(content_->limits, [&] { importWithin(partition, unknown, diagnostics); });
+}
+
+void Document::importWithin(PartitionMetadata& partition, std::vector<std::string>* unknown,
+                            Diagnostics* diagnostics) const {
   const auto forEachSet = [this](const auto& read) {
     readParts(content_->text, [&read](const Part& part) {
       if (part.name != "sets" || !part.index) return;
@@ -156,7 +167,9 @@ void Document::import(PartitionMetadata& partition, std::vector<std::string>* un
     appendUnknownMarks(part.value, *tags.dictionary(), marks);
   });
   enterLabels(std::move(marks), tags);
+  uint64 sets = 0;
   forEachSet([&](const Part& part) {
+    if (++sets > content_->limits.sets) refuseBeyond(&Limits::sets, content_->limits.sets);
     std::vector<UnknownName> names;
     Diagnostics found;
     addSet(part.value, partition, unknown == nullptr ? nullptr : &names, found);

@@ -8,6 +8,7 @@
 
 #include "Core/DataIO/DataSink.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Limits.h"
 #include "Core/Platform/Path.h"
 #include "Core/Types/UUID.h"
 #include "JSON/Diagnostic.h"
@@ -52,19 +53,23 @@ struct Selection {
 /// Writes a partition, set by set: no more than the text of one set is in memory.
 /// @param partition  which one of the file it is; only written into the description.
 /// @param selection  null for all sets.
-/// @throws Exceptions::InvalidFormat when `partition` names none; what `digestOf` and the sink throw.
+/// @param limits     size of the output.
+/// @throws Exceptions::InvalidFormat when `partition` names none; LimitExceeded before the set that goes beyond the
+/// limit is written; what `digestOf` and the sink throw.
 void writeDocument(const PartitionMetadata& metadata, const std::string& partition, DataIO::DataSink& sink,
-                   const Selection* selection = nullptr);
+                   const Selection* selection = nullptr, const Limits& limits = {});
 
 /// A document whose outline has been read: its sets are not made yet. For one thread at a time.
 class Document {
  public:
-  /// @param text  in UTF-8.
+  /// @param text    in UTF-8.
+  /// @param limits  size and memory of the document, and sets and memory of what an import makes of it.
   /// @throws Exceptions::ParseError with line and column for what is no JSON, has a member twice or nests too deep;
-  /// with the line and the JSON pointer for another format or version, and for members that are missing or unknown.
-  static Document fromText(std::string text);
+  /// with the line and the JSON pointer for another format or version, and for members that are missing or unknown;
+  /// LimitExceeded, which is one.
+  static Document fromText(std::string text, const Limits& limits = {});
   /// @throws Exceptions::IOError naming the file; ParseError as above.
-  static Document fromFile(const Path& file);
+  static Document fromFile(const Path& file, const Limits& limits = {});
   Document(Document&&) noexcept;
   Document& operator=(Document&&) noexcept;
   ~Document();
@@ -77,8 +82,8 @@ class Document {
   /// a property of the set or of the dictionary, and its octets decode. References may lead to no set.
   /// @param partition  receives the sets. Properties get none of the local tags used in dark sets.
   /// @throws Exceptions::InvalidFormat "line 12: /sets/3/properties/EditRate: TimelineTrack AD.AB...: reason" for a
-  /// name that the dictionary lacks, a value that the property cannot have, and a contradiction. Sets before that one
-  /// stay.
+  /// name that the dictionary lacks, a value that the property cannot have, and a contradiction; LimitExceeded. Sets
+  /// before that one stay.
   /// @param unknown  receives such a message for each name that the dictionary lacks; these sets and properties are
   ///                 left out then. Null to refuse them.
   /// @param diagnostics  receives what may not be meant, in the order of the sets; may be null.
@@ -88,6 +93,7 @@ class Document {
  private:
   struct Content;
   explicit Document(std::unique_ptr<Content> content);
+  void importWithin(PartitionMetadata& partition, std::vector<std::string>* unknown, Diagnostics* diagnostics) const;
   std::unique_ptr<Content> content_;
 };
 

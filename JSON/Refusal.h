@@ -29,7 +29,8 @@ class UnknownName : public Refusal {
   using Refusal::Refusal;
 };
 
-/// Reads a part of a value. What it throws gets the place of the part.
+/// Reads a part of a value. What it throws gets the place of the part, but for a LimitExceeded, which is about the
+/// whole.
 /// @param step  a name or an index, as in a JSON pointer before its escapes.
 template <class Read>
 auto readingAt(std::string_view step, const Value& part, Read&& read) {
@@ -37,6 +38,8 @@ auto readingAt(std::string_view step, const Value& part, Read&& read) {
     return read();
   } catch (Refusal& refusal) {
     refusal.isWithin(step, part.line());
+    throw;
+  } catch (const Exceptions::LimitExceeded&) {
     throw;
   } catch (const Exceptions::BaseException& error) {
     Refusal refusal(error.message());

@@ -10,9 +10,22 @@ namespace Vantor::JSON {
 
 namespace {
 
-void write(const std::string& text, DataIO::DataSink& sink) {
-  sink.write(reinterpret_cast<const uint8*>(text.data()), text.size());
-}
+/// A sink for text, within the limit of the output.
+class TextOutput {
+ public:
+  TextOutput(DataIO::DataSink& sink, uint64 limit) : sink_(sink), limit_(limit) {}
+
+  void write(const std::string& text) {
+    size_ += text.size();
+    if (size_ > limit_) refuseBeyond(&Limits::outputSize, limit_);
+    sink_.write(reinterpret_cast<const uint8*>(text.data()), text.size());
+  }
+
+ private:
+  DataIO::DataSink& sink_;
+  uint64 limit_;
+  uint64 size_ = 0;
+};
 
 std::string member(const std::string& name, const Value& value) { return "  \"" + name + "\": " + toText(value, 1); }
 
@@ -30,18 +43,19 @@ bool shows(const Selection* selection, const MetadataSet* set) {
 }  // namespace
 
 void writeDocument(const PartitionMetadata& metadata, const std::string& partition, DataIO::DataSink& sink,
-                   const Selection* selection) {
+                   const Selection* selection, const Limits& limits) {
+  TextOutput output(sink, limits.outputSize);
   const auto about = description(metadata, partition, selection);
-  write("{\n" + member("format", kFormat) + ",\n" + member("version", kVersion) + ",\n", sink);
-  write(member("description", about) + ",\n  \"sets\": [", sink);
+  output.write("{\n" + member("format", kFormat) + ",\n" + member("version", kVersion) + ",\n");
+  output.write(member("description", about) + ",\n  \"sets\": [");
   const char* const first = "\n    ";
   const char* separator = first;
   for (const auto& entry : metadata.entries()) {
     if (!shows(selection, EntryView(entry).set)) continue;
-    write(separator + toText(valueOf(entry, metadata.partitionDictionary()), 2), sink);
+    output.write(separator + toText(valueOf(entry, metadata.partitionDictionary()), 2));
     separator = ",\n    ";
   }
-  write(separator == first ? "]\n}\n" : "\n  ]\n}\n", sink);
+  output.write(separator == first ? "]\n}\n" : "\n  ]\n}\n");
 }
 
 }  // namespace Vantor::JSON

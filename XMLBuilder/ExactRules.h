@@ -11,8 +11,8 @@ namespace Vantor::XML2Partition {
 /// were made with; each identifier in the document stands for one of these throughout.
 class ExactRules : public ReadingRules {
  public:
-  ExactRules(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition)
-      : ReadingRules(root, blankText, partition), rootScope_(root) {}
+  ExactRules(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition, const Limits& limits)
+      : ReadingRules(root, blankText, partition, limits), rootScope_(root) {}
 
   const MetaMetadata::MetaMetadataSet* findSet(const xercesc::DOMElement& element, std::u16string_view other) override;
   bool isFloatingContainer(const xercesc::DOMElement& element) const override;

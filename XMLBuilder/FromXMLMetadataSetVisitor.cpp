@@ -44,6 +44,7 @@ void FromXMLMetadataSetVisitor::readIdentifier(Element& property, const MetaMeta
 MetadataSet* importSet(const DOMElement& element, const MetaMetadata::MetaMetadataSet& definition, ReadingRules& rules,
                        ImportedSets* imported) {
   if (MetadataSet* known = rules.findCopy(element, definition)) return known;
+  rules.countSet();
   MetadataSet* set = rules.partition().createMetadataSet(definition.key());
   if (imported != nullptr) imported->push_back(set);
   FromXMLMetadataSetVisitor visitor(element, rules);
@@ -60,6 +61,7 @@ void readFloatingContainer(const DOMElement& container, ReadingRules& rules, Imp
     if (const auto* definition = rules.findSet(*child, XMLBuilder::Vocabulary::kDarkMetadata)) {
       importSet(*child, *definition, rules, &imported);
     } else {
+      rules.countSet();
       rules.readDarkSet(*child);
     }
   }

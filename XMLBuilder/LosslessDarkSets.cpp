@@ -89,6 +89,8 @@ void read(const DOMElement& element, LosslessRules& rules) {
     add(contentOf(element), element, rules);
   } catch (const Clash&) {
     throw;
+  } catch (const Exceptions::LimitExceeded&) {
+    throw;
   } catch (const Exceptions::BaseException& error) {
     rules.report().addUnread(Kind::kInvalidDarkSet, element, {error.message()});
   }

@@ -39,13 +39,14 @@ std::unique_ptr<xercesc::DOMNode> exportDocument(PartitionMetadata& partition, c
   const MetadataSet* start = options.start != nullptr ? options.start : partition.preface();
   if (start == nullptr) return nullptr;
   const XMLBuilder::WritingRules rules{options.nestStrongReferences, options.excludeNonStructural, true};
-  auto document = XMLBuilder::writePartition(&partition, start, rules, descriptionOf(partition, *start, options));
+  auto document =
+      XMLBuilder::writePartition(&partition, start, rules, options.limits, descriptionOf(partition, *start, options));
   return std::unique_ptr<xercesc::DOMNode>(document.release());
 }
 
 std::string exportBytes(PartitionMetadata& partition, const ExportOptions& options, XMLUtils::EncodingType encoding) {
   std::string bytes;
-  XMLUtils::domToBytes(exportDocument(partition, options).get(), bytes, encoding);
+  XMLUtils::domToBytes(exportDocument(partition, options).get(), bytes, encoding, options.limits);
   return bytes;
 }
 

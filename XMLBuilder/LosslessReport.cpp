@@ -1,7 +1,6 @@
 #include "XMLBuilder/LosslessReport.h"
 
 #include <algorithm>
-#include <set>
 
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Strings.h"
@@ -15,7 +14,16 @@ LosslessXML::Place LosslessReport::placeOf(const xercesc::DOMNode& node) const {
   return place;
 }
 
+bool LosslessReport::lists(Kind kind) {
+  const bool isFirst = listed_.insert(kind).second;
+  if (isFirst || result_.diagnostics.size() < limit_) return true;
+  ++result_.furtherDiagnostics[kind];
+  return false;
+}
+
 void LosslessReport::add(Kind kind, const xercesc::DOMNode& node, std::vector<std::string> arguments) {
+  if (kind == Kind::kUnknownSet || kind == Kind::kSetOfOtherNamespace) unknownSets_.insert(arguments.back());
+  if (!lists(kind)) return;
   result_.diagnostics.push_back({kind, placeOf(node), std::move(arguments)});
 }
 
@@ -40,15 +48,12 @@ void LosslessReport::finish(const PartitionMetadata& partition) {
   // Sets are read in the order of their definitions, not in that of the document.
   std::stable_sort(result_.diagnostics.begin(), result_.diagnostics.end(),
                    [](const auto& left, const auto& right) { return left.place.line < right.place.line; });
-  std::set<std::string> unknown;  // sets that are in the document, and were reported
-  for (const auto& diagnostic : result_.diagnostics) {
-    const bool isSet = diagnostic.kind == Kind::kUnknownSet || diagnostic.kind == Kind::kSetOfOtherNamespace;
-    if (isSet) unknown.insert(diagnostic.arguments.back());
-  }
   for (auto& pointer : pointers_) {
-    if (!partition.findByInstanceUID(pointer.target).empty() || unknown.count(pointer.target.dottedText()) != 0)
+    if (!partition.findByInstanceUID(pointer.target).empty() || unknownSets_.count(pointer.target.dottedText()) != 0) {
       continue;
+    }
     if (base_.isKnown() ? base_.hasTarget(pointer.target) : pointer.isDangling) continue;
+    if (!lists(Kind::kMissingTarget)) continue;
     result_.diagnostics.push_back({Kind::kMissingTarget,
                                    std::move(pointer.place),
                                    {Utils::wstringToString(pointer.target.toString(kDottedForm))}});

@@ -32,8 +32,9 @@ class LosslessReport {
     const MetaMetadata::MetaElement* property = nullptr;
   };
 
-  LosslessReport(LosslessXML::Import& result, const XMLUtils::ElementLines& lines, BaseFacts& base)
-      : result_(result), lines_(lines), base_(base) {}
+  /// @param limit  number of diagnostics that the result lists.
+  LosslessReport(LosslessXML::Import& result, const XMLUtils::ElementLines& lines, BaseFacts& base, uint64 limit)
+      : result_(result), lines_(lines), base_(base), limit_(limit) {}
   LosslessReport(const LosslessReport&) = delete;
   LosslessReport& operator=(const LosslessReport&) = delete;
 
@@ -100,15 +101,20 @@ class LosslessReport {
     LosslessXML::Place place;
   };
   LosslessXML::Place placeOf(const xercesc::DOMNode& node) const;
+  /// Whether the result lists a further diagnostic, which is counted otherwise.
+  bool lists(Kind kind);
 
   LosslessXML::Import& result_;
   const XMLUtils::ElementLines& lines_;
   BaseFacts& base_;
+  uint64 limit_;
   NewSets newSets_;
   Current current_;
   std::unordered_map<Types::UUID, Source> sources_;
   std::set<DarkContent> dark_;
   std::vector<Pointer> pointers_;
+  std::set<Kind> listed_;
+  std::set<std::string> unknownSets_;  // dotted InstanceUIDs of sets that are in the document, and were reported
 };
 
 }  // namespace Vantor::XML2Partition

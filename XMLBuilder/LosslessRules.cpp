@@ -202,6 +202,8 @@ void LosslessRules::readValue(Element& property, const DOMNode& node, const Meta
     property.accept(reader);
   } catch (const Clash&) {
     throw;
+  } catch (const Exceptions::LimitExceeded&) {
+    throw;
   } catch (const Exceptions::BaseException& error) {
     report_.addUnread(Kind::kInvalidValue, node, {error.message()});
   }

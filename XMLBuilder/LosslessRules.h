@@ -16,8 +16,9 @@ class Clash : public Exceptions::InvalidFormat {
 /// The rules of `LosslessXML`: what was written comes back, and what cannot be read is reported and left out.
 class LosslessRules : public ReadingRules {
  public:
-  LosslessRules(const xercesc::DOMElement& root, PartitionMetadata& partition, LosslessReport& report)
-      : ReadingRules(root, BlankText::kKeep, partition), report_(report) {}
+  LosslessRules(const xercesc::DOMElement& root, PartitionMetadata& partition, const Limits& limits,
+                LosslessReport& report)
+      : ReadingRules(root, BlankText::kKeep, partition, limits), report_(report) {}
 
   LosslessReport& report() { return report_; }
 

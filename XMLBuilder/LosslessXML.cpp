@@ -14,6 +14,7 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include "Core/Platform/DocumentLine.h"
+#include "Core/Platform/Limits.h"
 #include "Core/Platform/Raise.h"
 #include "XMLBuilder/DocumentDescription.h"
 #include "XMLBuilder/FromXMLMetadataSetVisitor.h"
@@ -34,6 +35,9 @@ using xercesc::DOMElement;
 using xercesc::DOMNode;
 
 struct Document::Content {
+  explicit Content(const Limits& given) : limits(given) {}
+
+  const Limits limits;
   XMLUtils::ElementLines lines;
   XMLUtils::Holder<xercesc::DOMLSParser> parser = XMLUtils::createParser(&lines);
   const xercesc::DOMDocument* dom = nullptr;  ///< the parser's
@@ -100,12 +104,15 @@ Document::Document(Document&&) noexcept = default;
 Document& Document::operator=(Document&&) noexcept = default;
 Document::~Document() = default;
 
-Document Document::fromBytes(const void* bytes, std::size_t size) {
+Document Document::fromBytes(const void* bytes, std::size_t size, const Limits& limits) {
   XMLUtils::Initializer::instance();  // first, as exceptions take their memory from Xerces
-  const auto input =
-      inWords("unreadable", [&] { return XMLUtils::checkedInput(static_cast<const uint8*>(bytes), size); });
+  return withinMemory(limits, [&] { return documentFrom(static_cast<const uint8*>(bytes), size, limits); });
+}
+
+Document Document::documentFrom(const uint8* bytes, std::size_t size, const Limits& limits) {
+  const auto input = inWords("unreadable", [&] { return XMLUtils::checkedInput(bytes, size, u"", limits); });
   return inWords("not well-formed", [&] {
-    auto content = std::make_unique<Content>();
+    auto content = std::make_unique<Content>(limits);
     content->dom = XMLUtils::loadDocument(input, *content->parser);
     if (const auto instruction = instructionOf(*content->dom)) {
       content->description = XMLBuilder::parseDescription(*instruction);
@@ -115,15 +122,15 @@ Document Document::fromBytes(const void* bytes, std::size_t size) {
   });
 }
 
-Document Document::fromFile(const Path& file) {
+Document Document::fromFile(const Path& file, const Limits& limits) {
   XMLUtils::Initializer::instance();
   Bytes bytes;
   try {
-    bytes = XMLUtils::readInputFile(Platform::pathToWstring(file));
+    bytes = XMLUtils::readInputFile(Platform::pathToWstring(file), limits);
   } catch (const xercesc::SAXException& error) {
     Exceptions::raise<Exceptions::IOError>("{}", XMLUtils::utf16ToWstring(error.getMessage()));
   }
-  return fromBytes(bytes.data(), bytes.size());
+  return fromBytes(bytes.data(), bytes.size(), limits);
 }
 
 const std::optional<Description>& Document::description() const { return content_->description; }
@@ -166,19 +173,20 @@ bool Document::isNested() const {
 }
 
 Import Document::import(PartitionMetadata& partition, const PartitionMetadata* base, Extent extent) const {
-  return inWords("unreadable", [&] {
+  const auto read = [&] {
     Import result;
     const auto& description = content_->description;
     const bool isPart =
         extent == Extent::kPart || (description && (description->isStructuralOnly || description->start));
     XML2Partition::BaseFacts facts(base, isPart);
-    XML2Partition::LosslessReport report(result, content_->lines, facts);
-    XML2Partition::LosslessRules rules(content_->root(), partition, report);
+    XML2Partition::LosslessReport report(result, content_->lines, facts, content_->limits.diagnostics);
+    XML2Partition::LosslessRules rules(content_->root(), partition, content_->limits, report);
     rules.begin();
     result.sets = XML2Partition::importDocument(rules);
     report.finish(partition);
     return result;
-  });
+  };
+  return withinMemory(content_->limits, [&] { return inWords("unreadable", read); });
 }
 
 }  // namespace Vantor::LosslessXML

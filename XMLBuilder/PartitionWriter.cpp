@@ -82,12 +82,10 @@ class PartitionWriter {
 
 }  // namespace
 
-DocumentHolder writePartition(PartitionMetadata* partition, const MetadataSet* start, WritingRules rules,
-                              const wstring& description) {
-  static std::mutex lock;
-  const std::lock_guard<std::mutex> guard(lock);
-  XMLUtils::Initializer::instance();
-  if (partition == nullptr || start == nullptr) return {};
+namespace {
+
+DocumentHolder build(PartitionMetadata& partition, const MetadataSet& start, WritingRules rules,
+                     const wstring& description) {
   auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
   DocumentHolder document(implementation->createDocument(Vocabulary::kRootURI.data(), Vocabulary::kRoot.data(), nullptr,
                                                          xercesc::XMLPlatformUtils::fgMemoryManager));
@@ -95,8 +93,19 @@ DocumentHolder writePartition(PartitionMetadata* partition, const MetadataSet* s
     document->insertBefore(document->createProcessingInstruction(kDescriptionTarget.data(), description.c_str()),
                            document->getDocumentElement());
   }
-  PartitionWriter(*partition, rules, *document).write(*start);
+  PartitionWriter(partition, rules, *document).write(start);
   return document;
+}
+
+}  // namespace
+
+DocumentHolder writePartition(PartitionMetadata* partition, const MetadataSet* start, WritingRules rules,
+                              const Limits& limits, const wstring& description) {
+  static std::mutex lock;
+  const std::lock_guard<std::mutex> guard(lock);
+  XMLUtils::Initializer::instance();
+  if (partition == nullptr || start == nullptr) return {};
+  return withinMemory(limits, [&] { return build(*partition, *start, rules, description); });
 }
 
 }  // namespace Vantor::XMLBuilder

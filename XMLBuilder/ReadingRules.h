@@ -9,6 +9,7 @@
 
 #include "Core/Metadata/CollectionElements.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Limits.h"
 #include "XMLBuilder/DefinitionIndex.h"
 #include "XMLBuilder/NodeText.h"
 
@@ -50,11 +51,13 @@ struct Field {
 /// readers of sets, properties and values know neither. Lives for one import.
 class ReadingRules {
  public:
-  /// @param root  the document element.
-  ReadingRules(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition)
+  /// @param root    the document element.
+  /// @param limits  outlive the rules.
+  ReadingRules(const xercesc::DOMElement& root, BlankText blankText, PartitionMetadata& partition, const Limits& limits)
       : root_(root),
         blankText_(blankText),
         partition_(partition),
+        limits_(limits),
         definitions_(partition.partitionDictionary().dictionary()) {}
   virtual ~ReadingRules() = default;
   ReadingRules(const ReadingRules&) = delete;
@@ -66,6 +69,11 @@ class ReadingRules {
   DefinitionIndex& definitions() { return definitions_; }
 
   // Sets.
+
+  /// To be called for each set and dark set before it is made. @throws Exceptions::LimitExceeded.
+  void countSet() {
+    if (++sets_ > limits_.sets) refuseBeyond(&Limits::sets, limits_.sets);
+  }
 
   /// The definition of the set that an element stands for; null for none.
   /// @param other  from the vocabulary, the name of the one element that may stand there beside sets; empty for none.
@@ -128,6 +136,8 @@ class ReadingRules {
   const xercesc::DOMElement& root_;
   BlankText blankText_;
   PartitionMetadata& partition_;
+  const Limits& limits_;
+  uint64 sets_ = 0;
   DefinitionIndex definitions_;
 };
 

@@ -1,5 +1,7 @@
 #include "XMLBuilder.h"
 
+#include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Limits.h"
 #include "XMLBuilder/PartitionWriter.h"
 #include "XMLBuilder/Vocabulary.h"
 #include "XMLUtils/DomToBuffer.h"
@@ -11,8 +13,8 @@ namespace Vantor::XMLBuilder {
 
 namespace {
 
-void writeText(const std::auto_ptr<xercesc::DOMNode>& document, XMLUtils::EncodingType encoding, wstring& out) {
-  if (document.get() != nullptr) XMLUtils::domToBuffer(document.get(), out, encoding);
+const MetadataSet* prefaceOf(const PartitionMetadata* partition) {
+  return partition == nullptr ? nullptr : partition->preface();
 }
 
 }  // namespace
@@ -29,24 +31,35 @@ const XMLUtils::UnicodeString& getPrefix() {
 
 std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition, bool nestStrongReferences,
                                               bool excludeNonStructural) {
-  const MetadataSet* preface = partition == nullptr ? nullptr : partition->preface();
-  return partition2XML(partition, preface, nestStrongReferences, excludeNonStructural);
+  return partition2XML(partition, prefaceOf(partition), nestStrongReferences, excludeNonStructural);
 }
 
 std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition, const MetadataSet* start,
                                               bool nestStrongReferences, bool excludeNonStructural) {
-  auto document = writePartition(partition, start, {nestStrongReferences, excludeNonStructural});
+  return partition2XML(partition, start, nestStrongReferences, excludeNonStructural, Limits());
+}
+
+std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition, const MetadataSet* start,
+                                              bool nestStrongReferences, bool excludeNonStructural,
+                                              const Limits& limits) {
+  auto document = writePartition(partition, start, {nestStrongReferences, excludeNonStructural}, limits);
   return std::auto_ptr<xercesc::DOMNode>(document.release());
 }
 
 void partition2XML(PartitionMetadata* partition, bool nestStrongReferences, bool excludeNonStructural,
                    XMLUtils::EncodingType encoding, wstring& out) {
-  writeText(partition2XML(partition, nestStrongReferences, excludeNonStructural), encoding, out);
+  partition2XML(partition, prefaceOf(partition), nestStrongReferences, excludeNonStructural, encoding, out);
 }
 
 void partition2XML(PartitionMetadata* partition, const MetadataSet* start, bool nestStrongReferences,
                    bool excludeNonStructural, XMLUtils::EncodingType encoding, wstring& out) {
-  writeText(partition2XML(partition, start, nestStrongReferences, excludeNonStructural), encoding, out);
+  partition2XML(partition, start, nestStrongReferences, excludeNonStructural, encoding, out, Limits());
+}
+
+void partition2XML(PartitionMetadata* partition, const MetadataSet* start, bool nestStrongReferences,
+                   bool excludeNonStructural, XMLUtils::EncodingType encoding, wstring& out, const Limits& limits) {
+  const auto document = partition2XML(partition, start, nestStrongReferences, excludeNonStructural, limits);
+  if (document.get() != nullptr) XMLUtils::domToBuffer(document.get(), out, encoding, limits);
 }
 
 }  // namespace Vantor::XMLBuilder

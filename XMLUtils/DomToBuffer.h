@@ -3,6 +3,7 @@
 #include <string>
 #include <xercesc/util/XercesDefs.hpp>
 
+#include "Core/Platform/Limits.h"
 #include "Core/Platform/Types.h"
 #include "XMLUtils/EncodingType.h"
 
@@ -36,11 +37,14 @@ namespace Vantor::XMLUtils {
 ///
 /// The node is only read; two threads may write two documents at once, but not one document, since reading a DOM node
 /// may fill caches of its document.
-/// @throws std::bad_alloc; `out` then holds a part of the text.
+/// @throws std::bad_alloc; Exceptions::LimitExceeded when the text takes more bytes in UTF-16 than `limits.outputSize`.
+///         `out` then holds a part of the text.
 void domToBuffer(const xercesc::DOMNode* node, wstring& out, EncodingType encoding);
+void domToBuffer(const xercesc::DOMNode* node, wstring& out, EncodingType encoding, const Limits& limits);
 
 /// The same as bytes to store in a file: UTF-8 without a byte order mark, or UTF-16 in little-endian order with one, on
-/// every machine. Null gives no bytes.
+/// every machine. Null gives no bytes. The limit of the output is for these bytes.
 void domToBytes(const xercesc::DOMNode* node, std::string& out, EncodingType encoding);
+void domToBytes(const xercesc::DOMNode* node, std::string& out, EncodingType encoding, const Limits& limits);
 
 }  // namespace Vantor::XMLUtils

@@ -6,6 +6,7 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 
+#include "Core/Platform/Limits.h"
 #include "XMLUtils/CharacterWriter.h"
 #include "XMLUtils/Strings.h"
 
@@ -15,10 +16,6 @@ namespace {
 
 using std::u16string_view;
 using xercesc::DOMNode;
-
-bool isUtf16(EncodingType encoding) {
-  return encoding == EncodingType::kUTF16 || encoding == EncodingType::kUTF16Indented;
-}
 
 bool isIndented(EncodingType encoding) {
   return encoding == EncodingType::kUTF8Indented || encoding == EncodingType::kUTF16Indented;
@@ -50,17 +47,23 @@ void appendQuoted(wstring& out, u16string_view identifier) {
 
 }  // namespace
 
-DomWriter::DomWriter(wstring& out, EncodingType encoding)
-    : out_(out), encoding_(encoding), indented_(isIndented(encoding)), startTags_(out) {}
+DomWriter::DomWriter(wstring& out, EncodingType encoding, Bound bound)
+    : out_(out), encoding_(encoding), bound_(bound), indented_(isIndented(encoding)), startTags_(out) {}
 
 void DomWriter::write(const DOMNode& top) {
   const DOMNode* node = &top;
   while (node != nullptr) {
     const auto* child = open(*node);
+    keepBound();
     node = child != nullptr ? child : nextAfter(node);
   }
   const auto type = top.getNodeType();
   if (indented_ && (type == DOMNode::DOCUMENT_NODE || type == DOMNode::ELEMENT_NODE)) out_ += u'\n';
+  keepBound();
+}
+
+void DomWriter::keepBound() const {
+  if (out_.size() > bound_.bytes / bound_.unitSize) refuseBeyond(&Limits::outputSize, bound_.bytes);
 }
 
 /// Writes what precedes a node's children. Returns the first child, after pushing a frame, or null for a finished node.
@@ -94,7 +97,7 @@ const DOMNode* DomWriter::open(const DOMNode& node) {
 }
 
 const DOMNode* DomWriter::openDocument(const DOMNode& document) {
-  out_.append(u"<?xml version=\"1.0\" encoding=\"").append(isUtf16(encoding_) ? u"UTF-16\"" : u"UTF-8\"");
+  out_.append(u"<?xml version=\"1.0\" encoding=\"").append(isUTF16(encoding_) ? u"UTF-16\"" : u"UTF-8\"");
   if (static_cast<const xercesc::DOMDocument&>(document).getXmlStandalone()) out_.append(u" standalone=\"yes\"");
   out_.append(u"?>");
   return openFragment(document);

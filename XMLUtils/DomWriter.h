@@ -19,9 +19,15 @@ namespace Vantor::XMLUtils {
 /// Walks by the nodes' own links and keeps one small record per open element.
 class DomWriter {
  public:
+  /// How much is written.
+  struct Bound {
+    uint64 bytes;     ///< of the output
+    uint64 unitSize;  ///< bytes that a code unit takes at least
+  };
   /// @param out  receives the text; empty before.
-  DomWriter(wstring& out, EncodingType encoding);
+  DomWriter(wstring& out, EncodingType encoding, Bound bound);
 
+  /// @throws Exceptions::LimitExceeded behind the first node that goes beyond the bound.
   void write(const xercesc::DOMNode& top);
 
  private:
@@ -32,6 +38,7 @@ class DomWriter {
     bool verbatim;      // nothing may be added between its children
   };
 
+  void keepBound() const;
   const xercesc::DOMNode* open(const xercesc::DOMNode& node);
   const xercesc::DOMNode* openDocument(const xercesc::DOMNode& document);
   const xercesc::DOMNode* openFragment(const xercesc::DOMNode& fragment);
@@ -51,6 +58,7 @@ class DomWriter {
 
   wstring& out_;
   EncodingType encoding_;
+  Bound bound_;
   bool indented_;
   std::size_t depth_ = 0;  // open elements
   std::vector<Frame> frames_;

@@ -1,13 +1,12 @@
 #include "XMLUtils/Initializer.h"
 
-#include <new>
+#include <memory>
 #include <xercesc/dom/DOMImplementation.hpp>
 #include <xercesc/dom/DOMImplementationRegistry.hpp>
-#include <xercesc/framework/MemoryManager.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PanicHandler.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/RuntimeException.hpp>
+#include <xercesc/util/XMLInitializer.hpp>
 #include <xercesc/util/XMLUni.hpp>
 #if VANTOR_WITH_XQILLA
 #include <xqilla/utils/XQillaPlatformUtils.hpp>
@@ -15,49 +14,30 @@
 
 #include "Core/Platform/MemoryBudget.h"
 #include "Core/Platform/Raise.h"
+#include "XMLUtils/XercesHeap.h"
 
 namespace Vantor::XMLUtils {
 
 namespace {
 
+bool isBeyondRepair = false;
+
 #if VANTOR_WITH_XQILLA
 constexpr const XMLCh* kFeatures = u"XPath2 3.0";
-void startXPath() { XQillaPlatformUtils::initialize(); }
+
+/// XQilla cannot take back a start, and its arithmetic ends the process where memory is short. There has to be more
+/// than it needs.
+void startXPath() {
+  constexpr std::size_t kReserve = std::size_t{16} << 20;
+  Platform::releaseMemory(Platform::allocateMemory(kReserve));
+  isBeyondRepair = true;
+  XQillaPlatformUtils::initialize();
+  isBeyondRepair = false;
+}
 #else
 constexpr const XMLCh* kFeatures = u"LS";
 void startXPath() {}
 #endif
-
-/// The C heap without a budget. The messages of Xerces' exceptions come from it, so that one about memory has room.
-class PlainHeap : public xercesc::MemoryManager {
- public:
-  void* allocate(XMLSize_t size) override {
-    void* memory = ::operator new(size, std::nothrow);
-    if (memory == nullptr) throw xercesc::OutOfMemoryException();
-    return memory;
-  }
-  void deallocate(void* memory) override { ::operator delete(memory); }
-  MemoryManager* getExceptionMemoryManager() override { return this; }
-};
-
-/// Documents, parsers and serializers, charged to the budget of the thread.
-class ChargedHeap : public xercesc::MemoryManager {
- public:
-  void* allocate(XMLSize_t size) override {
-    try {
-      return Platform::allocateMemory(size);
-    } catch (const Platform::MemoryLimitReached&) {
-      throw;
-    } catch (const std::bad_alloc&) {
-      throw xercesc::OutOfMemoryException();
-    }
-  }
-  void deallocate(void* memory) override { Platform::releaseMemory(memory); }
-  MemoryManager* getExceptionMemoryManager() override { return &forExceptions_; }
-
- private:
-  PlainHeap forExceptions_;
-};
 
 /// Xerces calls it where it cannot start; its own one would end the process.
 class ThrowingPanic : public xercesc::PanicHandler {
@@ -67,11 +47,42 @@ class ThrowingPanic : public xercesc::PanicHandler {
   }
 };
 
-void start() {
-  // Xerces and its users keep them until the end of the process.
-  static auto& heap = *new ChargedHeap;
+/// Takes back a start that failed. `Terminate` takes for granted that all static data are there, though they come last.
+class HalfStarted : private xercesc::XMLInitializer {
+ public:
+  static void takeBack() {
+    initializeStaticData();
+    xercesc::XMLPlatformUtils::Terminate();
+  }
+};
+
+void startXerces() {
+  // Xerces keeps both until the end of the process, and so do exceptions.
   static auto& panic = *new ThrowingPanic;
-  xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr, &panic, &heap);
+  auto heap = std::make_unique<XercesHeap>();
+  try {
+    xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr, &panic, heap.get());
+  } catch (...) {
+    isBeyondRepair = true;
+    auto* const used = heap.release();
+    HalfStarted::takeBack();
+    delete used;
+    isBeyondRepair = false;
+    throw;
+  }
+  heap->finishStart();
+  static auto& kept = *heap.release();
+  static_cast<void>(kept);
+}
+
+void start() {
+  if (isBeyondRepair) {
+    Exceptions::raise<Exceptions::StartFailure>("the XML parser cannot start: an earlier start failed half-way");
+  }
+  const Platform::BudgetPause pause;
+  static bool hasXerces = false;
+  if (!hasXerces) startXerces();
+  hasXerces = true;
   startXPath();
 }
 

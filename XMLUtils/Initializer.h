@@ -20,8 +20,10 @@ namespace Vantor::XMLUtils {
 /// time that this library cannot know. The operating system takes the few hundred kilobytes back with the process.
 class Initializer {
  public:
-  /// @throws Exceptions::StartFailure when Xerces cannot start (no transcoding service), std::bad_alloc or
-  ///         xercesc::OutOfMemoryException; the process goes on.
+  /// Memory for the start is no part of the thread's budget (`Platform::MemoryBudget`).
+  /// @throws Exceptions::StartFailure when Xerces cannot start (no transcoding service), std::bad_alloc when memory is
+  ///         short. The process goes on, and a later call starts again what has not been started; only where XQilla's
+  ///         own start fails, for which memory was there, each later call throws StartFailure.
   static Initializer& instance();
 
   Initializer(const Initializer&) = delete;

@@ -1,8 +1,10 @@
 #include "XMLUtils/Utils.h"
 
+#include <new>
 #include <typeinfo>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #if VANTOR_WITH_XQILLA
@@ -17,6 +19,8 @@
 namespace Vantor::XMLUtils::Utils {
 
 namespace {
+
+constexpr const char* kUnknownError = "Unknown error in Xerces or XQilla";
 
 /// `kind` begins the message. The three kinds without a class name of their own end in a colon already, and keep it:
 /// "DOMException:: ...".
@@ -63,8 +67,12 @@ void rethrowConverted(const char* source, int line) {
     convert(exception);
   } catch (const Exceptions::BaseException&) {
     throw;
+  } catch (const std::bad_alloc&) {
+    Exceptions::raise<Exceptions::OutOfMemory>({kUnknownError, {source, line}});
+  } catch (const xercesc::OutOfMemoryException&) {
+    Exceptions::raise<Exceptions::OutOfMemory>({kUnknownError, {source, line}});
   } catch (...) {
-    Exceptions::raise<Exceptions::ParseError>({"Unknown error in Xerces or XQilla", {source, line}});
+    Exceptions::raise<Exceptions::ParseError>({kUnknownError, {source, line}});
   }
 }
 

@@ -13,7 +13,7 @@ constexpr Exceptions::SourcePlace kPlace = {"XMLUtils/Utils", 207};
 
 /// Calls `operation` and lets only exceptions of the core library out: those of Xerces and XQilla become `ParseError`
 /// with their message, the core library's own pass unchanged, and anything else becomes a `ParseError` "Unknown error
-/// in Xerces or XQilla".
+/// in Xerces or XQilla", of the class `OutOfMemory` where memory is short.
 /// @param source, line  the place of that last one.
 template <class Operation>
 auto convertingExceptions(Operation&& operation, const char* source, int line) -> decltype(operation()) {

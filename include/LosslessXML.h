@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "Core/MetaMetadata/Vocabulary.h"
+#include "Core/Platform/Limits.h"
 #include "Core/Platform/Path.h"
 #include "Core/Types/UUID.h"
 #include "Export.h"
@@ -42,6 +44,7 @@ struct ExportOptions {
   const MetadataSet* start = nullptr;  ///< null for the Preface
   /// Which partition of the file this is: "header", "footer" or a number. Only written into the description.
   std::string partition = "header";
+  Limits limits = {};  ///< memory and size of the output
 };
 
 /// Builds the document that `XMLBuilder::partition2XML` builds, with these differences:
@@ -53,6 +56,9 @@ struct ExportOptions {
 ///   "groups:ExtensionElements", marked with its tag or label. Final NULs of a text count only for
 ///   properties in a namespace that their definitions chose.
 /// - An empty collection is written as an empty element, required or not.
+/// - Each set is written once, and each dark group: sets that the Preface does not lead to, and that share others, do
+/// not
+///   multiply these.
 ///
 /// @return the document, owned by the caller: destroying the node destroys all of it. Empty when there is no set to
 ///         start from.
@@ -123,8 +129,10 @@ struct UnreadProperty {
 /// The sets that an import made, and what it could not read.
 struct Import {
   std::vector<MetadataSet*> sets;  ///< of children of the root and of the floating container, in document order
-  /// In document order; missing targets come last.
+  /// In document order; missing targets come last. When there are `Limits::diagnostics` of them, only the first one of
+  /// a kind that the list lacks is added; the others are counted.
   std::vector<Diagnostic> diagnostics;
+  std::map<Diagnostic::Kind, std::size_t> furtherDiagnostics;  ///< number of those that are not in the list
   std::vector<UnreadProperty> unread;
 };
 
@@ -138,11 +146,12 @@ enum class Extent {
 class Document {
  public:
   /// @param bytes  copied where need be; encodings as in `XML2Partition`.
-  /// @throws ParseError with line and column for what is not well-formed XML, and for encodings and sizes that are not
-  ///         read; std::bad_alloc.
-  VANTOR_XMLBUILDER_EXPORT static Document fromBytes(const void* bytes, std::size_t size);
+  /// @param limits  of the document, and of what an import makes of it.
+  /// @throws ParseError with line and column for what is not well-formed XML, and for encodings that are not read;
+  ///         LimitExceeded, which is one; std::bad_alloc.
+  VANTOR_XMLBUILDER_EXPORT static Document fromBytes(const void* bytes, std::size_t size, const Limits& limits = {});
   /// @throws IOError naming the file; ParseError as above.
-  VANTOR_XMLBUILDER_EXPORT static Document fromFile(const Path& file);
+  VANTOR_XMLBUILDER_EXPORT static Document fromFile(const Path& file, const Limits& limits = {});
   VANTOR_XMLBUILDER_EXPORT Document(Document&&) noexcept;
   VANTOR_XMLBUILDER_EXPORT Document& operator=(Document&&) noexcept;
   VANTOR_XMLBUILDER_EXPORT ~Document();
@@ -181,6 +190,7 @@ class Document {
   ///                   Dangling_REF, dark sets that are no local sets, second unknown properties and sets without
   ///                   InstanceUID are accepted.
   /// @param extent     how much of the base the document shows, where its description does not give that.
+  /// @throws LimitExceeded beyond the limits of the document; its diagnostics are cut instead (`furtherDiagnostics`).
   /// @throws InvalidFormat, naming both, for two different sets with one InstanceUID, one of which may have been in the
   ///         partition before, and for two sets with one name "new:..."; with the line, for a reference to such a name
   ///         that no set has. Sets made before the failure stay in the partition.
@@ -190,6 +200,7 @@ class Document {
  private:
   struct Content;
   explicit Document(std::unique_ptr<Content> content);
+  static Document documentFrom(const uint8* bytes, std::size_t size, const Limits& limits);
   std::unique_ptr<Content> content_;
 };
 

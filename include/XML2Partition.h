@@ -7,6 +7,7 @@ namespace Vantor {
 
 class MetadataSet;
 class PartitionMetadata;
+struct Limits;
 
 /// Reads metadata sets from an XML document of header metadata.
 ///
@@ -18,6 +19,9 @@ class PartitionMetadata;
 /// the same InstanceUID get the same new one.
 ///
 /// The sets belong to the partition. No lock is taken: calls may run at once on different partitions.
+///
+/// Functions without `Limits` use its defaults: documents that are larger, nest deeper, have more different names or
+/// more sets, or take more memory are refused with LimitExceeded, a ParseError that names the limit.
 ///
 /// @return the sets made from children of the root and of the floating container, in document order. Sets nested in
 ///         them and dark sets are not listed.
@@ -34,15 +38,21 @@ namespace XML2Partition {
 /// @param partition  receives the sets; its dictionary names them. Null gives an empty list.
 VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromBuffer(
     const uint8* buffer, uint32 size, PartitionMetadata* partition);
+VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromBuffer(
+    const uint8* buffer, uint32 size, PartitionMetadata* partition, const Limits& limits);
 
 /// @param text  the document as UTF-16, whatever encoding its XML declaration names.
 VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromString(
     const wstring& text, PartitionMetadata* partition);
+VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromString(
+    const wstring& text, PartitionMetadata* partition, const Limits& limits);
 
 /// Keeps white space between elements, which makes a value that is nothing but white space a value.
 /// @param path  NUL-terminated UTF-16.
 VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromFile(
     const uint16* path, PartitionMetadata* partition);
+VANTOR_XMLBUILDER_EXPORT Templates::list<MetadataSet*, Platform::malloc_alloc> getPartitionMetadataFromFile(
+    const uint16* path, PartitionMetadata* partition, const Limits& limits);
 
 }  // namespace XML2Partition
 

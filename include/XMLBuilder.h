@@ -11,6 +11,7 @@ namespace Vantor {
 
 class MetadataSet;
 class PartitionMetadata;
+struct Limits;
 
 namespace XMLUtils {
 class UnicodeString;
@@ -24,6 +25,10 @@ class UnicodeString;
 ///
 /// Any number of threads may call at once. Documents are built one at a time (one lock for the process) and turned into
 /// text in parallel. The partition is only read, and must not be changed meanwhile.
+///
+/// Functions without `Limits` use its defaults. A document that takes more memory than `limits.memory` while it is
+/// built, and a text of more bytes than `limits.outputSize`, is refused with LimitExceeded: many sets that the Preface
+/// does not lead to may share sets, each of which is written with each of them.
 namespace XMLBuilder {
 
 VANTOR_AUTO_PTR_BEGIN
@@ -37,8 +42,8 @@ VANTOR_AUTO_PTR_BEGIN
 ///                              377-1), such as descriptive metadata.
 /// @return the document, owned by the caller; destroying the node destroys all of it. Empty when the partition is null
 ///         or has no Preface.
-/// @throws NestingTooDeep when nested references lead more than 1,000 sets deep, naming the set; other exceptions of
-///         the core library, the XML utility library and Xerces. Nothing is left behind.
+/// @throws NestingTooDeep when nested references lead more than 1,000 sets deep, naming the set; LimitExceeded; other
+///         exceptions of the core library, the XML utility library and Xerces; std::bad_alloc. Nothing is left behind.
 VANTOR_XMLBUILDER_EXPORT std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition,
                                                                        bool nestStrongReferences,
                                                                        bool excludeNonStructural);
@@ -49,6 +54,12 @@ VANTOR_XMLBUILDER_EXPORT std::auto_ptr<xercesc::DOMNode> partition2XML(Partition
                                                                        const MetadataSet* start,
                                                                        bool nestStrongReferences,
                                                                        bool excludeNonStructural);
+
+/// The same within limits.
+VANTOR_XMLBUILDER_EXPORT std::auto_ptr<xercesc::DOMNode> partition2XML(PartitionMetadata* partition,
+                                                                       const MetadataSet* start,
+                                                                       bool nestStrongReferences,
+                                                                       bool excludeNonStructural, const Limits& limits);
 
 VANTOR_AUTO_PTR_END
 
@@ -62,6 +73,11 @@ VANTOR_XMLBUILDER_EXPORT void partition2XML(PartitionMetadata* partition, bool n
 VANTOR_XMLBUILDER_EXPORT void partition2XML(PartitionMetadata* partition, const MetadataSet* start,
                                             bool nestStrongReferences, bool excludeNonStructural,
                                             XMLUtils::EncodingType encoding, wstring& out);
+
+/// The same within limits.
+VANTOR_XMLBUILDER_EXPORT void partition2XML(PartitionMetadata* partition, const MetadataSet* start,
+                                            bool nestStrongReferences, bool excludeNonStructural,
+                                            XMLUtils::EncodingType encoding, wstring& out, const Limits& limits);
 
 /// The namespace of the document's root, "urn:SMPTE:S377M".
 VANTOR_XMLBUILDER_EXPORT const XMLUtils::UnicodeString& getNamespaceURI();

@@ -111,6 +111,27 @@ SetOwners::SetOwners(const PartitionMetadata& partition) {
   for (const MetadataSet* set : partition.sets()) {
     for (const MetadataSet* target : targetsOf(*set, partition, ReferenceKinds{})) owners_.emplace(target, set);
   }
+  for (const auto& [set, owner] : owners_) findPackage(*set);
+}
+
+/// Each set is passed once, however long the chains are. References of damaged files may go round in circles.
+void SetOwners::findPackage(const MetadataSet& set) {
+  std::vector<const MetadataSet*> path;
+  const MetadataSet* package = nullptr;
+  for (const MetadataSet* at = &set; at != nullptr; at = ownerOf(*at)) {
+    const auto [known, isNew] = packages_.emplace(at, nullptr);
+    if (!isNew) {
+      package = known->second;  // null where the circle closes
+      break;
+    }
+    path.push_back(at);
+    const auto* owner = ownerOf(*at);
+    if (owner != nullptr && owner->find("PackageID") != nullptr) {
+      package = owner;
+      break;
+    }
+  }
+  for (const auto* passed : path) packages_[passed] = package;
 }
 
 const MetadataSet* SetOwners::ownerOf(const MetadataSet& set) const {
@@ -118,14 +139,9 @@ const MetadataSet* SetOwners::ownerOf(const MetadataSet& set) const {
   return found == owners_.end() ? nullptr : found->second;
 }
 
-// References of damaged files may go round in circles.
 const MetadataSet* SetOwners::packageOf(const MetadataSet& set) const {
-  const auto* owner = ownerOf(set);
-  for (std::size_t steps = 0; owner != nullptr && steps < owners_.size(); ++steps) {
-    if (owner->find("PackageID") != nullptr) return owner;
-    owner = ownerOf(*owner);
-  }
-  return nullptr;
+  const auto found = packages_.find(&set);
+  return found == packages_.end() ? nullptr : found->second;
 }
 
 }  // namespace Vantor

@@ -34,7 +34,10 @@ class SetOwners {
   const MetadataSet* packageOf(const MetadataSet& set) const;
 
  private:
+  void findPackage(const MetadataSet& set);
+
   std::unordered_map<const MetadataSet*, const MetadataSet*> owners_;
+  std::unordered_map<const MetadataSet*, const MetadataSet*> packages_;  // of sets that have an owner; null for none
 };
 
 }  // namespace Vantor

@@ -52,6 +52,12 @@ class LimitExceeded : public ParseError {
   using ParseError::ParseError;
 };
 
+/// There is not enough memory, where a function promises a ParseError for whatever fails.
+class OutOfMemory : public ParseError {
+ public:
+  using ParseError::ParseError;
+};
+
 /// A value's text or bytes that cannot be what its type demands.
 class InvalidFormat : public BaseException {
  public:

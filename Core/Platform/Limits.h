@@ -19,6 +19,8 @@ struct Limits {
   uint64 valueSize = uint64{1} << 30;     ///< octets of one KLV
   uint64 names = 20'000;                  ///< different names of elements, attributes and namespaces in a document
   uint64 documentSize = uint64{1} << 32;  ///< bytes of a document that is read
+  uint64 outputSize = uint64{1} << 32;    ///< bytes of a document that is written as text
+  uint64 diagnostics = 1000;              ///< that an import lists; further ones are only counted
   uint64 memory = uint64{1} << 31;        ///< bytes beyond what the thread had before the call: see `MemoryBudget`
 };
 
@@ -26,7 +28,7 @@ struct Limits {
 struct LimitName {
   std::string_view name;
   uint64 Limits::*member;
-  const char* refusal;  ///< a format for place, value and name
+  const char* refusal;  ///< a format for place, value and name; null for a limit beyond which nothing is refused
 };
 inline constexpr LimitName kLimitNames[] = {
     {"sets", &Limits::sets, "{}more than {} sets (limit '{}')"},
@@ -35,6 +37,8 @@ inline constexpr LimitName kLimitNames[] = {
     {"value", &Limits::valueSize, "{}a value of more than {} bytes (limit '{}')"},
     {"names", &Limits::names, "{}more than {} different names (limit '{}')"},
     {"document", &Limits::documentSize, "{}a document of more than {} bytes (limit '{}')"},
+    {"output", &Limits::outputSize, "{}an output of more than {} bytes (limit '{}')"},
+    {"diagnostics", &Limits::diagnostics, nullptr},
     {"memory", &Limits::memory, "{}takes more than {} bytes of memory (limit '{}')"},
 };
 /// @param limit  one of the table.

@@ -21,6 +21,9 @@ struct Account {
 };
 thread_local Account account;
 
+/// With the word in front of it in which the heap keeps the size of a block: of small blocks that is a third.
+int64 chargeOf(void* memory) { return static_cast<int64>(System::allocatedSize(memory) + sizeof(std::size_t)); }
+
 }  // namespace
 
 MemoryBudget::MemoryBudget(uint64 bytes) noexcept
@@ -39,19 +42,26 @@ MemoryBudget::~MemoryBudget() {
 
 int64 MemoryBudget::used() const noexcept { return account.balance - start_; }
 
+BudgetPause::BudgetPause() noexcept : balance_(account.balance), end_(account.end) { account.end = kNoEnd; }
+
+BudgetPause::~BudgetPause() {
+  account.balance = balance_;
+  account.end = end_;
+}
+
 void* allocateMemory(std::size_t bytes) {
   if (static_cast<uint64>(bytes) > static_cast<uint64>(kNoEnd) / 2) throw std::bad_alloc();
   // Asked before the heap is: one allocation may be larger than what is left.
   if (account.balance + static_cast<int64>(bytes) > account.end) throw MemoryLimitReached(account.limit);
   void* memory = std::malloc(bytes == 0 ? 1 : bytes);
   if (memory == nullptr) throw std::bad_alloc();
-  account.balance += static_cast<int64>(System::allocatedSize(memory));
+  account.balance += chargeOf(memory);
   return memory;
 }
 
 void releaseMemory(void* memory) noexcept {
   if (memory == nullptr) return;
-  account.balance -= static_cast<int64>(System::allocatedSize(memory));
+  account.balance -= chargeOf(memory);
   std::free(memory);
 }
 

@@ -8,8 +8,8 @@
 /// and not given back since the budget was made.
 ///
 /// Counted are the core library's allocator (`malloc_alloc`), and so its values, texts and octets; Xerces-C++, where
-/// `XMLUtils::Initializer` started it; and whatever else calls `chargeMemory`, such as the operators new and delete of
-/// a program: those of `mxfxml` do. The figures are those of the C heap, without its own bookkeeping.
+/// `XMLUtils::Initializer` started it; and whatever else takes it from `allocateMemory`, such as the operators new of
+/// a program: those of `mxfxml` do. The figures are those of the C heap: the size of each block, and of its header.
 namespace Vantor {
 namespace Platform {
 
@@ -42,6 +42,20 @@ class MemoryBudget {
   std::int64_t start_;
   std::int64_t outerEnd_;
   std::uint64_t outerLimit_;
+};
+
+/// As long as it lives, its thread is not bounded, for what belongs to the process and not to a call: it is not charged
+/// to the budgets around it either.
+class BudgetPause {
+ public:
+  BudgetPause() noexcept;
+  ~BudgetPause();
+  BudgetPause(const BudgetPause&) = delete;
+  BudgetPause& operator=(const BudgetPause&) = delete;
+
+ private:
+  std::int64_t balance_;
+  std::int64_t end_;
 };
 
 /// Memory of the C heap, charged to the budget of the thread; `bytes` of 0 count as 1.

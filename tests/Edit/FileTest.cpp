@@ -276,6 +276,30 @@ TEST_F(FileTest, RemovesNothingWhereAPointerOfTheDocumentHasNoTarget) {
   EXPECT_EQ(contents(path()), contents(kSample));
 }
 
+/// A document whose list of diagnostics is cut is judged by all that is wrong with it.
+TEST_F(FileTest, RefusesASetWithoutInstanceUIDBehindMoreDiagnosticsThanAreListed) {
+  auto xml = exportedSample();
+  const std::string end = "</s377m:MetadataSets>";
+  const std::string unknown = "<u xmlns='urn:nobody'/>";
+  xml.insert(xml.rfind(end), unknown + unknown + unknown + "<s377m:Identification/>");
+  Limits limits;
+  limits.diagnostics = 1;
+  File file(path(), builtInDictionary(), {}, limits);
+  EXPECT_THAT([&] { file.mergeDocument(xml.data(), xml.size()); },
+              ThrowsMessage<Exceptions::InvalidFormat>(HasSubstr("the set has no valid InstanceUID")));
+}
+
+TEST_F(FileTest, ReadsWithinItsLimits) {
+  Limits limits;
+  limits.sets = 3;
+  EXPECT_THROW(File(path(), builtInDictionary(), {}, limits), Exceptions::LimitExceeded);
+  limits = {};
+  limits.documentSize = 100;
+  File file(path(), builtInDictionary(), {}, limits);
+  const auto xml = exportedSample();
+  EXPECT_THROW(file.mergeDocument(xml.data(), xml.size()), Exceptions::LimitExceeded);
+}
+
 TEST_F(FileTest, RefusesADocumentOfAnUnknownStateWhereAnUnchangedFileIsExpected) {
   MergeOptions options;
   options.expectsUnchanged = true;

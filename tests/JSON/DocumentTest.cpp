@@ -52,6 +52,39 @@ std::unique_ptr<PartitionMetadata> expectRoundTrip(const PartitionMetadata& meta
 
 const MetadataSet& onlySet(const PartitionMetadata& metadata) { return *metadata.sets().at(0); }
 
+/// The limit that refuses a document, or its import.
+std::string refusedLimit(const std::string& text, uint64 Limits::*limit, uint64 value) {
+  Limits limits;
+  limits.*limit = value;
+  try {
+    PartitionMetadata partition(testDictionary());
+    Document::fromText(text, limits).import(partition);
+  } catch (const Exceptions::LimitExceeded& refused) {
+    return refused.arguments().back();
+  }
+  return "none";
+}
+
+TEST(JSONDocument, IsReadAndImportedWithinLimits) {
+  const auto text = documentOf(R"({"set": "Thing", "properties": {}}, {"set": "Thing", "properties": {}})");
+  EXPECT_EQ(refusedLimit(text, &Limits::sets, 2), "none");
+  EXPECT_EQ(refusedLimit(text, &Limits::sets, 1), "sets");
+  EXPECT_EQ(refusedLimit(text, &Limits::documentSize, text.size()), "none");
+  EXPECT_EQ(refusedLimit(text, &Limits::documentSize, text.size() - 1), "document");
+}
+
+TEST(JSONDocument, IsWrittenWithinALimit) {
+  PartitionMetadata metadata(testDictionary());
+  readSet(metadata, "Thing", Items().instanceUID(1).item(0x4001, "00000007"));
+  const auto size = exported(metadata).size();
+  Limits limits;
+  limits.outputSize = size;
+  DataIO::Memory::MemoryDataSink sink;
+  EXPECT_NO_THROW(writeDocument(metadata, "header", sink, nullptr, limits));
+  limits.outputSize = size - 1;
+  EXPECT_THROW(writeDocument(metadata, "header", sink, nullptr, limits), Exceptions::LimitExceeded);
+}
+
 TEST(JSONDocument, HasFormatVersionDescriptionAndSets) {
   PartitionMetadata metadata(testDictionary());
   readSet(metadata, "Thing", Items().instanceUID(1).item(0x4001, "00000007"));

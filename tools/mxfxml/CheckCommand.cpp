@@ -5,6 +5,7 @@
 #include "CommandLine/Command.h"
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "CommandLine/RuleOptions.h"
 #include "Core/DataIO/File.h"
 #include "Core/Platform/Path.h"
@@ -32,6 +33,7 @@ class CheckCommand final : public Command {
     addJSON(app(), isJSON_);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addLimits(app());
     addExamples({"check in.mxf", "check --rules"});
   }
 
@@ -66,7 +68,7 @@ class CheckCommand final : public Command {
       DataIO::File::FileDataSource source(file);
       const auto dictionary =
           dictionary_.usesOwn() ? dictionary_.loadFor(DictionaryOptions::partitionOf(file, {})) : shared;
-      findings = rules_.withoutIgnored(Edit::check(Edit::readState(source, dictionary)));
+      findings = rules_.withoutIgnored(Edit::check(Edit::readState(source, dictionary, limits())));
     } catch (...) {
       const auto problem = currentExceptionText(file);
       printMessage(problem);

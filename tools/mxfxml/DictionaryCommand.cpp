@@ -1,6 +1,7 @@
 #include "CommandLine/Command.h"
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Core/DataIO/File.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Platform/Path.h"
@@ -44,6 +45,7 @@ class DictionaryCommand final : public Command {
         ->type_name("FILE")
         ->needs(learned);
     addPartition(app(), partition_)->needs(learned);
+    addLimits(app());
     addExamples({"dictionary AspectRatio", "dictionary 3c0a", "dictionary --learn in.mxf -o maker.dictionary"});
   }
 
@@ -88,7 +90,7 @@ class DictionaryCommand final : public Command {
   }
 
   std::string learnedText() const {
-    const auto metadata = MXF::readHeaderMetadata(learned_, dictionary_.load(), partition_);
+    const auto metadata = MXF::readHeaderMetadata(learned_, dictionary_.load(), partition_, limits());
     auto definitions = dictionary_.definitions();
     const auto found = Registers::addFileDefinitions(*metadata, Platform::pathToUTF8(learned_), definitions);
     for (const auto& problem : found.problems)

@@ -5,6 +5,7 @@
 
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Core/Comparison/SetPairing.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Strings.h"
@@ -87,6 +88,7 @@ class DiffCommand final : public Command {
     addJSON(app(), isJSON_)->excludes(tree);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
+    addLimits(app());
     addExamples({"diff a.mxf b.mxf", "diff in.mxf edited.xml"});
   }
 

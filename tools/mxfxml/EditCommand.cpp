@@ -5,6 +5,7 @@
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/EditOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Core/DataIO/Memory.h"
 #include "Core/Platform/Path.h"
 #include "Editing/EditReport.h"
@@ -40,6 +41,7 @@ class EditCommand final : public Command {
     app().footer(
         "The editor is that of VISUAL in the environment, or else of EDITOR. A document that cannot be\nput back can "
         "be edited again, at the line of the mistake where that and the editor are known.");
+    addLimits(app());
     addExamples({"edit in.mxf", "edit in.mxf --start MaterialPackage -o out.mxf"});
   }
 
@@ -154,7 +156,7 @@ class EditCommand final : public Command {
       const InputDocument document(text.path(), form_.format);
       InputProblems problems;
       document.readFor(*file, unchangedOnly_, problems);
-      if (!problems.diagnostics.empty()) return problems.diagnostics.front().place.line;
+      if (!problems.diagnostics.empty()) return problems.diagnostics.listed.front().place.line;
       if (!problems.jsonDiagnostics.empty()) return problems.jsonDiagnostics.front().place.line;
       const auto refused = Edit::refusedFindings(file->preview(options_.saving()), options_.saving());
       return refused.empty() ? 0 : text.lineOf(refused.front());

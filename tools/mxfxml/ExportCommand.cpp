@@ -4,6 +4,7 @@
 
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Input/BetterPartition.h"
 #include "Input/ExportForm.h"
 #include "Input/StoppedChange.h"
@@ -36,6 +37,7 @@ class ExportCommand final : public Command {
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addLimits(app());
     addExamples(
         {"export in.mxf", "export in.mxf -o out.xml", "export in.mxf --flat --partition footer", "export - < in.mxf"});
   }
@@ -62,9 +64,9 @@ class ExportCommand final : public Command {
  private:
   std::string exactDocument(PartitionMetadata& metadata, const MetadataSet* start) const {
     if (start == nullptr) start = metadata.preface();
-    const auto document = XMLBuilder::partition2XML(&metadata, start, !form_.isFlat, form_.isStructuralOnly);
+    const auto document = XMLBuilder::partition2XML(&metadata, start, !form_.isFlat, form_.isStructuralOnly, limits());
     std::string bytes;
-    XMLUtils::domToBytes(document.get(), bytes, form_.encoding);
+    XMLUtils::domToBytes(document.get(), bytes, form_.encoding, limits());
     return bytes;
   }
 

@@ -8,6 +8,7 @@
 #include "CommandLine/Command.h"
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "CommandLine/PropertyPaths.h"
 #include "Core/Platform/Path.h"
 #include "Input/BetterPartition.h"
@@ -70,6 +71,7 @@ class GetCommand final : public Command {
     app().footer(
         "Exit codes: 0 found, 1 a file does not have a property, 2 trouble: a file that cannot\nbe read, a name that "
         "the dictionary lacks, sets with different values.");
+    addLimits(app());
     addExamples({"get in.mxf MaterialPackage.Name", "get -p MaterialPackage/Timecode.StartTimecode a.mxf b.mxf",
                  "get in.mxf 'MCALabelSubDescriptor[*].RFC5646SpokenLanguage'",
                  "get --table -p MaterialPackage.Name -p Timecode.StartTimecode *.mxf",

@@ -5,6 +5,7 @@
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/EditOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Core/KLV/LocalSet.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/Platform/Path.h"
@@ -60,6 +61,7 @@ class ImportCommand final : public Command {
     edit_.add(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addLimits(app());
     addExamples({"import in.xml -o header.mxf", "import edited.xml --into in.mxf --dry-run",
                  "import edited.xml --into in.mxf --in-place", "import --plan documents.csv --dry-run"});
   }
@@ -143,10 +145,10 @@ class ImportCommand final : public Command {
     if (exact_ && isStandardInput(input())) {
       const auto bytes = StandardInput::instance().all();
       XML2Partition::getPartitionMetadataFromBuffer(reinterpret_cast<const uint8*>(bytes.data()),
-                                                    static_cast<uint32>(bytes.size()), metadata.get());
+                                                    static_cast<uint32>(bytes.size()), metadata.get(), limits());
     } else if (exact_) {
       const XMLUtils::UnicodeString path(Platform::pathToWstring(input()));
-      XML2Partition::getPartitionMetadataFromFile(path.utf16(), metadata.get());
+      XML2Partition::getPartitionMetadataFromFile(path.utf16(), metadata.get(), limits());
     } else {
       document.import(*metadata, problems);
     }

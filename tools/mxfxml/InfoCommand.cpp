@@ -6,6 +6,7 @@
 #include "CommandLine/Command.h"
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/Platform/Path.h"
 #include "Input/BetterPartition.h"
@@ -161,6 +162,7 @@ class InfoCommand final : public Command {
     addColor(app(), color_);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
+    addLimits(app());
     addExamples({"info in.mxf", "info in.mxf --sets", "info --json a.mxf b.mxf"});
   }
 

@@ -6,6 +6,7 @@
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/EditOptions.h"
 #include "CommandLine/HelpText.h"
+#include "CommandLine/LimitOptions.h"
 #include "CommandLine/PropertyPaths.h"
 #include "Core/Platform/Path.h"
 #include "Editing/EditReport.h"
@@ -63,6 +64,7 @@ class SetCommand final : public Command {
     options_.add(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addLimits(app());
     addExamples(
         {"set in.mxf 'Timecode[*].StartTimecode=10:00:00:00'", "set in.mxf MaterialPackage.Name='Episode 3' -o out.mxf",
          "set in.mxf 'TimelineTrack[TrackID=2].TrackName=A1' --dry-run", "set in.mxf --remove Preface.Dictionary",

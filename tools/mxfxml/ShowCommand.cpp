@@ -4,6 +4,7 @@
 #include "CommandLine/Command.h"
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Input/BetterPartition.h"
 #include "Input/InputDocument.h"
 #include "Input/MetadataInput.h"
@@ -35,6 +36,7 @@ class ShowCommand final : public Command {
                  "partition");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
+    addLimits(app());
     addExamples({"show in.mxf", "show in.mxf --set MaterialPackage --depth 2", "show edited.xml --refs"});
   }
 

@@ -5,6 +5,7 @@
 
 #include "CommandLine/CommonOptions.h"
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Core/Comparison/PartitionComparison.h"
 #include "Core/Platform/Path.h"
 #include "Input/StoppedChange.h"
@@ -24,13 +25,16 @@ namespace {
 
 /// The document is in memory only, so its line numbers mean nothing to the user.
 Diagnostics withoutLines(Diagnostics diagnostics) {
-  for (auto& diagnostic : diagnostics) diagnostic.place.line = 0;
+  for (auto& diagnostic : diagnostics.listed) diagnostic.place.line = 0;
   return diagnostics;
 }
 
 std::string linesOf(const Diagnostics& diagnostics) {
   std::string lines;
-  for (const auto& diagnostic : withoutLines(diagnostics)) lines += "note: " + describeForUser(diagnostic) + "\n";
+  for (const auto& diagnostic : withoutLines(diagnostics).listed) {
+    lines += "note: " + describeForUser(diagnostic) + "\n";
+  }
+  if (diagnostics.further != 0) lines += "note: and " + std::to_string(diagnostics.further) + " more\n";
   return lines;
 }
 
@@ -49,6 +53,7 @@ class VerifyCommand final : public Command {
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
+    addLimits(app());
     addExamples({"verify in.mxf", "verify in.mxf --flat --vocabulary st434-2014"});
   }
 
@@ -81,15 +86,18 @@ class VerifyCommand final : public Command {
   Metadata roundTrip(PartitionMetadata& metadata, Diagnostics& diagnostics) const {
     LosslessXML::ExportOptions options;
     options.nestStrongReferences = !flat_;
+    options.limits = limits();
     const auto bytes = LosslessXML::exportBytes(metadata, options, XMLUtils::EncodingType::kUTF8);
-    const auto document = LosslessXML::Document::fromBytes(bytes.data(), bytes.size());
-    return readBack([&](PartitionMetadata& copy) { diagnostics = document.import(copy).diagnostics; });
+    const auto document = LosslessXML::Document::fromBytes(bytes.data(), bytes.size(), limits());
+    return readBack([&](PartitionMetadata& copy) { diagnostics = diagnosticsOf(document.import(copy)); });
   }
 
   Metadata roundTripExactly(PartitionMetadata& metadata) const {
     wstring document;
-    XMLBuilder::partition2XML(&metadata, !flat_, false, XMLUtils::EncodingType::kUTF8, document);
-    return readBack([&](PartitionMetadata& copy) { XML2Partition::getPartitionMetadataFromString(document, &copy); });
+    XMLBuilder::partition2XML(&metadata, metadata.preface(), !flat_, false, XMLUtils::EncodingType::kUTF8, document,
+                              limits());
+    return readBack(
+        [&](PartitionMetadata& copy) { XML2Partition::getPartitionMetadataFromString(document, &copy, limits()); });
   }
 
   /// As an import does: with the definitions of the document itself.

@@ -8,6 +8,7 @@
 #include "CommandLine/Command.h"
 #include "CommandLine/Completion.h"
 #include "CommandLine/HelpText.h"
+#include "CommandLine/LimitOptions.h"
 #include "CommandLine/VersionText.h"
 #include "Core/Platform/NearestName.h"
 #include "Core/Platform/System.h"
@@ -20,7 +21,7 @@ namespace {
 
 int runCommand(const Command& command) {
   try {
-    return command.run();
+    return withinMemory(limits(), [&] { return command.run(); });
   } catch (const UsageError& error) {
     printMessage(std::string(error.what()) + "; see " + kProgramName + " " + command.name() + " --help");
     return kWrongUsage;

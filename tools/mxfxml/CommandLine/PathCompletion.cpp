@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 
+#include "CommandLine/LimitOptions.h"
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MetaMetadata/LabelIndex.h"
@@ -70,7 +71,7 @@ class PathCompleter {
  private:
   void read(const Path& file) {
     try {
-      metadata_ = MXF::readHeaderMetadata(file, dictionary_);
+      metadata_ = MXF::readHeaderMetadata(file, dictionary_, MXF::PartitionChoice::header(), limits());
     } catch (const Exceptions::BaseException&) {
       metadata_ = nullptr;  // the command itself reports what is wrong with the file
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "CommandLine/EditOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Core/Comparison/PartitionComparison.h"
 #include "Core/DataIO/File.h"
 #include "Core/MXF/HeaderMetadataReader.h"
@@ -56,7 +57,7 @@ bool isEditThere(const Path& file, const std::optional<MXF::PartitionChoice>& ch
                  Pairing pairing) {
   DataIO::File::FileDataSource source(file);
   const auto partition = MXF::findPartition(source, choice.value_or(MXF::PartitionChoice()));
-  const auto metadata = MXF::readHeaderMetadata(source, edited.partitionDictionary().dictionary(), partition);
+  const auto metadata = MXF::readHeaderMetadata(source, edited.partitionDictionary().dictionary(), partition, limits());
   const auto comparison = comparePartitions(*metadata, edited, pairing);
   if (comparison.isEqual()) return true;
   const auto signatures = signaturesIn(*metadata, edited);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "CommandLine/LimitOptions.h"
 #include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Path.h"
 #include "Editing/EarlierEdit.h"
@@ -77,7 +78,7 @@ std::unique_ptr<Edit::File> ImportEdit::open(bool isInPlace) const {
     const auto own =
         DictionaryOptions::partitionOf(file_, chosen.value_or(MXF::PartitionChoice()), document_.vocabulary());
     if (options_.dictionary.usesOwn()) dictionary = options_.dictionary.loadFor(own);
-    return std::make_unique<Edit::File>(file_, dictionary, chosen);
+    return std::make_unique<Edit::File>(file_, dictionary, chosen, limits());
   });
 }
 

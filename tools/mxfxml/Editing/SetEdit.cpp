@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "CommandLine/LimitOptions.h"
 #include "Core/DataIO/File.h"
 #include "Core/MXF/ReplacementSafety.h"
 #include "Core/Platform/Strings.h"
@@ -81,8 +82,9 @@ std::unique_ptr<Edit::File> openForSetting(const EditTarget& target, bool isInPl
   }
   const auto own = DictionaryOptions::partitionOf(target.file, target.partition.value_or(MXF::PartitionChoice()));
   refuseUneditable(target.file);
-  return std::make_unique<Edit::File>(
-      target.file, target.dictionary.usesOwn() ? target.dictionary.loadFor(own) : dictionary, target.partition);
+  return std::make_unique<Edit::File>(target.file,
+                                      target.dictionary.usesOwn() ? target.dictionary.loadFor(own) : dictionary,
+                                      target.partition, limits());
 }
 
 SetEdit::Result SetEdit::run(PartitionMetadata& metadata, const std::vector<Change>& changes) const {

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "CommandLine/CommonOptions.h"
+#include "CommandLine/LimitOptions.h"
 #include "Edit/Scope.h"
 #include "Input/OwnNames.h"
 #include "LosslessXML.h"
@@ -35,7 +36,7 @@ std::optional<JSON::Selection> selectionFrom(const MetadataSet* start, const Par
 void writeJSON(const PartitionMetadata& metadata, const ExportForm& form, const MetadataSet* start,
                DataIO::DataSink& sink) {
   const auto selection = selectionFrom(start, metadata);
-  JSON::writeDocument(metadata, form.partition.text(), sink, selection ? &*selection : nullptr);
+  JSON::writeDocument(metadata, form.partition.text(), sink, selection ? &*selection : nullptr, limits());
 }
 
 }  // namespace
@@ -79,6 +80,7 @@ void writeDocument(PartitionMetadata& metadata, const ExportForm& form, const Me
   options.excludeNonStructural = form.isStructuralOnly;
   options.start = start;
   options.partition = form.partition.text();
+  options.limits = limits();
   const auto bytes = LosslessXML::exportBytes(metadata, options, form.encoding);
   sink.write(reinterpret_cast<const uint8*>(bytes.data()), bytes.size());
 }

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "CommandLine/LimitOptions.h"
 #include "Core/Platform/Path.h"
 #include "JSON/Text.h"
 #include "Terminal/ErrorText.h"
@@ -20,14 +21,14 @@ using AnyDocument = std::variant<LosslessXML::Document, JSON::Document>;
 
 AnyDocument readStandardInput(DocumentFormat format) {
   auto text = StandardInput::instance().all();
-  if (format == DocumentFormat::kJSON) return JSON::Document::fromText(std::move(text));
-  return LosslessXML::Document::fromBytes(text.data(), text.size());
+  if (format == DocumentFormat::kJSON) return JSON::Document::fromText(std::move(text), limits());
+  return LosslessXML::Document::fromBytes(text.data(), text.size(), limits());
 }
 
 AnyDocument read(const Path& file, DocumentFormat format) {
   if (isStandardInput(file)) return readStandardInput(format);
-  if (format == DocumentFormat::kJSON) return JSON::Document::fromFile(file);
-  return LosslessXML::Document::fromFile(file);
+  if (format == DocumentFormat::kJSON) return JSON::Document::fromFile(file, limits());
+  return LosslessXML::Document::fromFile(file, limits());
 }
 
 std::optional<DocumentFormat> formatOfStart(const std::string& start) {
@@ -162,7 +163,7 @@ bool InputDocument::isDescriptionDamaged() const { return xml() != nullptr && xm
 void InputDocument::import(PartitionMetadata& partition, InputProblems& problems) const {
   problems = {};
   if (xml() != nullptr) {
-    problems.diagnostics = xml()->import(partition).diagnostics;
+    problems.diagnostics = diagnosticsOf(xml()->import(partition));
   } else {
     json().import(partition, &problems.unknown, &problems.jsonDiagnostics);
   }
@@ -173,7 +174,7 @@ Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeO
   problems = {};
   if (xml() != nullptr) {
     auto edited = file.read(*xml(), options);
-    problems.diagnostics = edited.import.diagnostics;
+    problems.diagnostics = diagnosticsOf(edited.import);
     return edited;
   }
   auto& found = problems.jsonDiagnostics;
@@ -189,16 +190,18 @@ Edit::EditedDocument InputDocument::readFor(Edit::File& file, const Edit::MergeO
 
 void refuseUnknown(const Path& document, const std::vector<std::string>& unknown) {
   if (unknown.empty()) return;
-  for (const auto& message : unknown) printMessage(oneLine(Platform::pathToUTF8(document) + ": " + message));
+  MessageList messages(document, true);
+  for (const auto& message : unknown) messages.print(message);
+  messages.finish();
   throw CommandError(
       "the dictionary lacks names of the document; --own-dictionary and --dictionary FILE add definitions");
 }
 
 void printDiagnostics(const Path& document, const InputProblems& problems, bool areErrors,
                       const std::string& consequence) {
-  for (const auto& diagnostic : problems.jsonDiagnostics) {
-    printMessage(Platform::pathToUTF8(document) + ": " + (areErrors ? "" : "warning: ") + describe(diagnostic));
-  }
+  MessageList messages(document, areErrors);
+  for (const auto& diagnostic : problems.jsonDiagnostics) messages.print(describe(diagnostic));
+  messages.finish();
   printDiagnostics(document, problems.diagnostics, areErrors, consequence);
   if (areErrors && problems.count() != 0) throw CommandError(countOfThings(problems.count()) + consequence);
 }

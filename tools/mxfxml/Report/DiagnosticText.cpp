@@ -2,6 +2,7 @@
 
 #include <cctype>
 
+#include "CommandLine/LimitOptions.h"
 #include "Core/Platform/Path.h"
 #include "Registers/FileDefinitions.h"
 #include "Terminal/ErrorText.h"
@@ -43,11 +44,29 @@ std::string describeForUser(const LosslessXML::Diagnostic& diagnostic) {
   return oneLine(lacksDefinition(diagnostic) ? text + "; --dictionary FILE adds definitions" : text);
 }
 
+Diagnostics diagnosticsOf(const LosslessXML::Import& import) {
+  Diagnostics diagnostics{import.diagnostics};
+  for (const auto& [kind, count] : import.furtherDiagnostics) diagnostics.further += count;
+  return diagnostics;
+}
+
+MessageList::MessageList(const Path& document, bool areErrors)
+    : start_(Platform::pathToUTF8(document) + ": " + (areErrors ? "" : "warning: ")) {}
+
+void MessageList::print(const std::string& message) {
+  if (++count_ <= limits().diagnostics) printMessage(start_ + message);
+}
+
+void MessageList::finish(std::size_t further) const {
+  if (count_ > limits().diagnostics) further += count_ - static_cast<std::size_t>(limits().diagnostics);
+  if (further != 0) printMessage(start_ + "and " + std::to_string(further) + " more; --limit diagnostics=N prints N");
+}
+
 void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict,
                       const std::string& consequence) {
-  for (const auto& diagnostic : diagnostics) {
-    printMessage(Platform::pathToUTF8(document) + ": " + (isStrict ? "" : "warning: ") + describeForUser(diagnostic));
-  }
+  MessageList messages(document, isStrict);
+  for (const auto& diagnostic : diagnostics.listed) messages.print(describeForUser(diagnostic));
+  messages.finish(diagnostics.further);
   if (isStrict && !diagnostics.empty()) throw CommandError(countOf(diagnostics) + consequence);
 }
 

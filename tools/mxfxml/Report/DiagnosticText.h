@@ -8,7 +8,30 @@
 
 namespace Vantor::Tool {
 
-using Diagnostics = std::vector<LosslessXML::Diagnostic>;
+/// Those of a document in XML.
+struct Diagnostics {
+  std::vector<LosslessXML::Diagnostic> listed = {};
+  std::size_t further = 0;  ///< number of those that are not listed
+
+  std::size_t size() const { return listed.size() + further; }
+  bool empty() const { return size() == 0; }
+};
+Diagnostics diagnosticsOf(const LosslessXML::Import& import);
+
+/// Messages about a document, a line each on standard error: errors or warnings. Ends with the number of those beyond
+/// the limit.
+class MessageList {
+ public:
+  MessageList(const Path& document, bool areErrors);
+
+  void print(const std::string& message);
+  /// @param further  number of those that were not handed to `print`.
+  void finish(std::size_t further = 0) const;
+
+ private:
+  std::string start_;
+  std::size_t count_ = 0;
+};
 
 /// One line, with the option that may help.
 std::string describeForUser(const LosslessXML::Diagnostic& diagnostic);

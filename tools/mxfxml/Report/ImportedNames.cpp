@@ -18,7 +18,7 @@ constexpr const char* kOthersNames =
 
 /// Whether a document has names that an export with --own-dictionary gave it.
 bool mentionsOwn(const Diagnostics& diagnostics) {
-  return std::any_of(diagnostics.begin(), diagnostics.end(), [](const LosslessXML::Diagnostic& one) {
+  return std::any_of(diagnostics.listed.begin(), diagnostics.listed.end(), [](const LosslessXML::Diagnostic& one) {
     const auto& all = one.arguments;
     return std::any_of(all.begin(), all.end(), [](const std::string& argument) {
       return argument == Registers::kOwnSets || argument == Registers::kOwnProperties;

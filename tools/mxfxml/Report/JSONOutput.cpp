@@ -89,7 +89,7 @@ void addComparison(const PartitionComparison& comparison, Value& object) {
 
 Value jsonOf(const Diagnostics& diagnostics) {
   auto json = Value::array();
-  for (const auto& diagnostic : diagnostics) json.append(describeForUser(diagnostic));
+  for (const auto& diagnostic : diagnostics.listed) json.append(describeForUser(diagnostic));
   return json;
 }
 

@@ -8,8 +8,10 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include "CommandLine/LimitOptions.h"
 #include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Exceptions.h"
+#include "Core/Platform/Limits.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Strings.h"
 #include "Terminal/CharacterWidth.h"
@@ -61,6 +63,24 @@ std::string folderHint(const Path& file) {
   }
 }
 
+/// How to raise the limit that a file is beyond: "; --limit memory=4G raises it".
+std::string limitHint(const Exceptions::LimitExceeded& refused) {
+  const auto& name = refused.arguments().back();
+  const auto* limit = limitNamed(name);
+  if (limit == nullptr) return "";
+  return "; --limit " + name + "=" + limitText(2 * (limits().*limit->member)) + " raises it";
+}
+
+std::string textOf(const Exceptions::LimitExceeded& refused) { return refused.message() + limitHint(refused); }
+
+std::string textOf(const Platform::MemoryLimitReached& reached) {
+  try {
+    refuseBeyond(&Limits::memory, reached.limit());
+  } catch (const Exceptions::LimitExceeded& refused) {
+    return textOf(refused);
+  }
+}
+
 bool isSilent = false;
 
 constexpr const char* kNoMemory = "there is not enough memory";
@@ -86,8 +106,16 @@ std::string currentExceptionText() {
     return messageOf(exception);
   } catch (const xercesc::DOMException& exception) {
     return messageOf(exception);
+  } catch (const Platform::MemoryLimitReached& reached) {
+    return textOf(reached);
   } catch (const std::bad_alloc&) {
     return kNoMemory;
+  } catch (const Exceptions::OutOfMemory&) {
+    return kNoMemory;
+  } catch (const Exceptions::LimitExceeded& refused) {
+    return textOf(refused);
+  } catch (const Exceptions::NestingTooDeep& tooDeep) {
+    return tooDeep.message() + "; mxfxml export --flat nests nothing";
   } catch (const std::exception& exception) {
     return exception.what();
   } catch (...) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "CommandLine/LimitOptions.h"
 #include "Core/DataIO/File.h"
 #include "Core/DataIO/StreamSource.h"
 #include "Core/MXF/HeaderMetadataReader.h"
@@ -18,7 +19,6 @@ constexpr const char* kDash = "-";
 constexpr const char* kInput = "standard input";
 constexpr const char* kOutput = "standard output";
 constexpr std::size_t kPiece = std::size_t{1} << 20;
-constexpr std::size_t kMostOfDocument = std::size_t{1} << 30;
 constexpr std::size_t kShown = 256;  // enough for the white space before a document
 
 Path pathOf(const std::string& argument, const char* stream) {
@@ -98,20 +98,20 @@ std::string StandardInput::all() {
   auto& source = fromStart();
   std::string text;
   while (append(source, kPiece, text) != 0) {
-    if (text.size() > kMostOfDocument) throw CommandError("a document on standard input has at most 1 GiB");
+    if (text.size() > limits().documentSize) refuseBeyond(&Limits::documentSize, limits().documentSize);
   }
   return text;
 }
 
 std::unique_ptr<PartitionMetadata> readPartition(const Path& file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                  const MXF::PartitionChoice& choice) {
-  if (!isStandardInput(file)) return MXF::readHeaderMetadata(file, std::move(dictionary), choice);
+  if (!isStandardInput(file)) return MXF::readHeaderMetadata(file, std::move(dictionary), choice, limits());
   auto& input = StandardInput::instance();
-  if (input.file() != nullptr) return MXF::readHeaderMetadata(*input.file(), std::move(dictionary), choice);
+  if (input.file() != nullptr) return MXF::readHeaderMetadata(*input.file(), std::move(dictionary), choice, limits());
   if (!isHeader(choice)) {
     throw CommandError("of a pipe, only the header partition is read; write it to a file to read the " + choice.name());
   }
-  return MXF::readHeaderMetadata(input.fromStart(), std::move(dictionary));
+  return MXF::readHeaderMetadata(input.fromStart(), std::move(dictionary), limits());
 }
 
 MXF::FileStructure readStructure(const Path& file) {

@@ -41,7 +41,7 @@ class StandardInput {
   DataIO::DataSource& fromStart();
   /// The first bytes, enough to see what it is.
   std::string start();
-  /// Everything, for a document. @throws CommandError beyond 1 GiB; Exceptions::IOError.
+  /// Everything, for a document. @throws Exceptions::LimitExceeded; IOError.
   std::string all();
 
  private:
