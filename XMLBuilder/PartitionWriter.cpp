@@ -1,7 +1,9 @@
 #include "XMLBuilder/PartitionWriter.h"
 
 #include <mutex>
+#include <new>
 #include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMException.hpp>
 #include <xercesc/dom/DOMImplementation.hpp>
 #include <xercesc/dom/DOMImplementationRegistry.hpp>
 #include <xercesc/dom/DOMProcessingInstruction.hpp>
@@ -84,11 +86,20 @@ class PartitionWriter {
 
 namespace {
 
+/// XQilla has a DOMException for a lack of memory, the only reason here.
+DocumentHolder newDocument() {
+  auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
+  try {
+    return DocumentHolder(implementation->createDocument(Vocabulary::kRootURI.data(), Vocabulary::kRoot.data(), nullptr,
+                                                         xercesc::XMLPlatformUtils::fgMemoryManager));
+  } catch (const xercesc::DOMException&) {
+    throw std::bad_alloc();
+  }
+}
+
 DocumentHolder build(PartitionMetadata& partition, const MetadataSet& start, WritingRules rules,
                      const wstring& description) {
-  auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
-  DocumentHolder document(implementation->createDocument(Vocabulary::kRootURI.data(), Vocabulary::kRoot.data(), nullptr,
-                                                         xercesc::XMLPlatformUtils::fgMemoryManager));
+  auto document = newDocument();
   if (!description.empty()) {
     document->insertBefore(document->createProcessingInstruction(kDescriptionTarget.data(), description.c_str()),
                            document->getDocumentElement());

@@ -22,8 +22,8 @@ class Initializer {
  public:
   /// Memory for the start is no part of the thread's budget (`Platform::MemoryBudget`).
   /// @throws Exceptions::StartFailure when Xerces cannot start (no transcoding service), std::bad_alloc when memory is
-  ///         short. The process goes on, and a later call starts again what has not been started; only where XQilla's
-  ///         own start fails, for which memory was there, each later call throws StartFailure.
+  ///         short. The process goes on, and a later call starts again what has not been started. What cannot be taken
+  ///         back is a failure of XQilla's own start, for which memory was there; each later call throws then.
   static Initializer& instance();
 
   Initializer(const Initializer&) = delete;

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <new>
-#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include "Core/Platform/MemoryBudget.h"
 
@@ -15,11 +14,7 @@ constexpr std::size_t kBlockSize = std::size_t{4} << 20;
 
 }  // namespace
 
-void* XercesHeap::PlainHeap::allocate(XMLSize_t size) {
-  void* memory = ::operator new(size, std::nothrow);
-  if (memory == nullptr) throw xercesc::OutOfMemoryException();
-  return memory;
-}
+void* XercesHeap::PlainHeap::allocate(XMLSize_t size) { return ::operator new(size); }
 
 void XercesHeap::PlainHeap::deallocate(void* memory) { ::operator delete(memory); }
 
@@ -38,13 +33,7 @@ void* XercesHeap::allocate(XMLSize_t size) {
     used_ += (size + kAlignment - 1) / kAlignment * kAlignment;
     return memory;
   }
-  try {
-    return Platform::allocateMemory(size);
-  } catch (const Platform::MemoryLimitReached&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw xercesc::OutOfMemoryException();
-  }
+  return Platform::allocateMemory(size);
 }
 
 void XercesHeap::deallocate(void* memory) {

@@ -18,7 +18,8 @@ class XercesHeap : public xercesc::MemoryManager {
   XercesHeap();
   ~XercesHeap() override;
 
-  /// @throws Platform::MemoryLimitReached, xercesc::OutOfMemoryException.
+  /// @throws std::bad_alloc, of which Platform::MemoryLimitReached is one. Behind its own OutOfMemoryException, Xerces
+  /// would leave everything as it is, and leak what it was building.
   void* allocate(XMLSize_t size) override;
   void deallocate(void* memory) override;
   /// The C heap without a budget: messages of exceptions come from it, so that one about memory has room.

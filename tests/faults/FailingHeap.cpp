@@ -1,8 +1,13 @@
 #include "tests/faults/FailingHeap.h"
 
+#include <dlfcn.h>
+#include <execinfo.h>
+
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
+#include <cstring>
 
 // What the system's own malloc is called in glibc.
 extern "C" {
@@ -21,14 +26,29 @@ struct Plan {
   uint64 untilFailure = 0;  // 0 for none
   Fails which = Fails::kOnce;
   bool hasFailed = false;
+  bool hasFailedInXMLStack = false;
 };
 // Of the model that needs no allocation of its own.
 __attribute__((tls_model("initial-exec"))) thread_local Plan plan;
 std::atomic<int64> live{0};
 
+bool isInXMLStack() {
+  std::array<void*, 64> frames{};
+  const int count = ::backtrace(frames.data(), static_cast<int>(frames.size()));
+  for (int i = 0; i < count; ++i) {
+    Dl_info module{};
+    if (::dladdr(frames[static_cast<std::size_t>(i)], &module) == 0 || module.dli_fname == nullptr) continue;
+    for (const char* name : {"libxerces-c", "libxqilla"}) {
+      if (std::strstr(module.dli_fname, name) != nullptr) return true;
+    }
+  }
+  return false;
+}
+
 bool failsNow() {
   if (plan.untilFailure == 0 || --plan.untilFailure != 0) return false;
-  if (plan.which == Fails::kFromThenOn) plan.untilFailure = 1;
+  if (!plan.hasFailed) plan.hasFailedInXMLStack = isInXMLStack();
+  plan.untilFailure = plan.which == Fails::kFromThenOn ? 1 : 0;
   plan.hasFailed = true;
   errno = ENOMEM;
   return true;
@@ -41,12 +61,18 @@ void* counted(void* memory) {
 
 }  // namespace
 
-void failAt(uint64 number, Fails which) { plan = {number, which, false}; }
+void failAt(uint64 number, Fails which) {
+  static const bool isWarm = isInXMLStack();  // the first look at a stack allocates
+  static_cast<void>(isWarm);
+  plan = {number, which};
+}
 
 bool stop() {
   plan.untilFailure = 0;
   return plan.hasFailed;
 }
+
+bool hasFailedInXMLStack() { return plan.hasFailedInXMLStack; }
 
 int64 liveBlocks() { return live.load(std::memory_order_relaxed); }
 

@@ -13,6 +13,8 @@ enum class Fails { kOnce, kFromThenOn };
 void failAt(uint64 number, Fails which);
 /// Ends that. @return whether an allocation failed.
 bool stop();
+/// Whether a function of Xerces-C++ or XQilla was running when one failed first.
+bool hasFailedInXMLStack();
 /// Blocks of the whole process that are allocated now.
 int64 liveBlocks();
 

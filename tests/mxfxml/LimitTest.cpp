@@ -8,6 +8,7 @@ namespace Vantor::Tool {
 namespace {
 
 using ::testing::AllOf;
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -157,6 +158,44 @@ TEST(Limits, CountWhatIsWrongWithADocumentBeyondTheList) {
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_THAT(result.err, HasSubstr("and 3 more; "));
   EXPECT_THAT(result.err, HasSubstr(": 4 things are wrong with the document"));
+}
+
+/// Wherever memory ends, the command says so, and leaves the file as it is.
+TEST(Limits, OfMemoryEndEveryCommandInOrder) {
+  const ScratchFolder folder;
+  const auto file = folder.path("a.mxf"), document = folder.path("a.xml"), output = folder.path("b.mxf");
+  fs::copy_file(sample(kGst), file);
+  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+  writeFile(document, run({"export", file}).out);
+  const auto content = readFile(file);
+  const Lines commands[] = {{"info", file},
+                            {"get", file, "Preface.ObjectModelVersion"},
+                            {"show", file},
+                            {"check", file},
+                            {"export", file, "--flat"},
+                            {"export", file, "--json"},
+                            {"verify", file},
+                            {"diff", file, document},
+                            {"import", document, "-o", output},
+                            {"import", document, "--into", file, "-o", output},
+                            {"set", file, "--remove", "Preface.ObjectModelVersion", "--dry-run"}};
+  int refusals = 0;
+  for (const auto& command : commands) {
+    for (int size = 16; size <= 16384; size *= 2) {
+      fs::remove(output);
+      const auto result = run(with(command, {"--limit", "memory=" + std::to_string(size) + "K"}));
+      EXPECT_THAT(result.exitCode, AnyOf(0, 1, 2)) << command[0] << " " << size << ": " << result.err;
+      if (result.err.find("bytes of memory (limit 'memory'); --limit memory=") == result.err.npos) {
+        EXPECT_EQ(result.err, run(command).err) << command[0] << " " << size;
+        break;
+      }
+      ++refusals;
+      EXPECT_NE(result.exitCode, 0) << command[0];
+      EXPECT_FALSE(fs::exists(output)) << command[0];
+    }
+    EXPECT_TRUE(readFile(file) == content) << command[0];
+  }
+  EXPECT_GT(refusals, 30);
 }
 
 TEST(Limits, HoldForAPipe) {
