@@ -4,10 +4,12 @@ A maker takes no argument, or a source of chance that its seed determines. It re
 folder its files by name; a `Hole` among the pieces is so many zeros, which take no room on disk.
 """
 
+import importlib
 import os
 import random
 
-KINDS = ("file", "document", "dictionary")
+MODULES = ("file_structure", "file_partitions", "file_sets", "file_values", "file_references", "file_definitions",
+           "xml_documents", "xml_texts", "json_documents", "dictionary_files", "register_files")
 PIECES = 4096  # joined before they are written
 
 
@@ -110,6 +112,6 @@ def filled(pattern, markers, rows):
 def load():
     """All inputs, in the order of the modules."""
     if not INPUTS:
-        from . import (file_structure, file_partitions, file_sets, file_values, file_references, file_definitions,
-                       xml_documents, xml_texts, json_documents, dictionary_files, register_files)
+        for module in MODULES:
+            importlib.import_module(f"{__name__}.{module}")
     return INPUTS

@@ -77,9 +77,16 @@ def std_hash(octets):
     return folded(folded(value) * MULTIPLIER & WORD)
 
 
+def has_one_hash(rows):
+    """Whether each word can stand in the place of the first of its row."""
+    firsts = [row[0] for row in rows]
+    texts = ["".join([*firsts[:place], word, *firsts[place + 1:]]) for place, row in enumerate(rows) for word in row]
+    return len({std_hash(text.encode()) for text in texts}) == 1
+
+
 def texts_of_one_hash(count):
     """Names of 128 letters and digits that `std::hash` does not tell apart."""
-    assert count <= MOST_TEXTS
+    assert count <= MOST_TEXTS and has_one_hash(ROWS)
     return itertools.islice(("".join(parts) for parts in itertools.product(*ROWS)), count)
 
 

@@ -114,12 +114,14 @@ def properties_inherited():
 
 @dictionary_input("keys-one-hash", "100,000 sets whose keys fold to one number")
 def keys_one_hash():
-    return file(f"060e2b34.027f0101.{tail.hex()}  Set{i}  {OBJECT}\n" for i, tail in enumerate(collisions.tails_of_one_hash(100_000)))
+    tails = collisions.tails_of_one_hash(100_000)
+    return file(f"060e2b34.027f0101.{tail.hex()}  Set{i}  {OBJECT}\n" for i, tail in enumerate(tails))
 
 
 @dictionary_input("labels-one-hash", "200,000 labels whose keys fold to one number")
 def labels_one_hash():
-    return file(f"label 060e2b34.04010101.{tail.hex()}  Label{i}  name\n" for i, tail in enumerate(collisions.tails_of_one_hash(200_000)))
+    tails = collisions.tails_of_one_hash(200_000)
+    return file(f"label 060e2b34.04010101.{tail.hex()}  Label{i}  name\n" for i, tail in enumerate(tails))
 
 
 @dictionary_input("properties-one-hash", "100,000 properties whose keys fold to one number")
@@ -161,8 +163,9 @@ def tags_odd():
 
 @dictionary_input("keys-odd", "keys of odd digits, of partition packs, fill, primer packs and essence, and of zeros")
 def keys_odd():
-    odd = ("0" * 32, "060e2b3402050101.0d01020101020400", "060e2b34.01010102.03010210.01000000", "060e2b34.02050101.0d010201.01050100",
-           "060e2b34.01020101.0d010301.15010500", "x" * 32, "060e2b34", "." * 100, "urn:smpte:ul:", "80530800362108.04b3b398a51c9011d4")
+    odd = ("0" * 32, "060e2b3402050101.0d01020101020400", "060e2b34.01010102.03010210.01000000",
+           "060e2b34.02050101.0d010201.01050100", "060e2b34.01020101.0d010301.15010500", "x" * 32, "060e2b34", "." * 100,
+           "urn:smpte:ul:", "80530800362108.04b3b398a51c9011d4")
     return file(*(f"{key}  Set{i}  {OBJECT}\n" for i, key in enumerate(odd)))
 
 
@@ -188,7 +191,7 @@ def enumeration_million():
     return file("enum Big UInt32\n", (f"  {i}  Value{i}\n" for i in range(MILLION)), heading(1, "Set"), row(1, "P", "Big"))
 
 
-@dictionary_input("enumerations-same", "an enumeration of 200,000 values of one number and one name, and 200,000 enumerations of none")
+@dictionary_input("enumerations-same", "200,000 values of one number and one name, and 200,000 enumerations of none")
 def enumerations_same():
     return file("enum One UInt8\n" + "  0  Zero\n" * 200_000, (f"enum Enum{i} UInt8\n" for i in range(200_000)))
 

@@ -1,7 +1,7 @@
 """MXF files that attack what reads definitions in a file, a MetaDictionary, and what follows an object directory."""
 
 from . import collisions, mxf_input
-from .mxf import LARGEST, Header, batch, ber, items, klv, references, u8, u16, u32, u64, uid, utf16
+from .mxf import Header, batch, items, klv, references, u8, u16, u32, u64, uid, utf16
 
 FREE = Header.FIRST_FREE
 OWN = ["export-own", "learn"]
@@ -139,8 +139,7 @@ def own_properties_one_hash():
     return own.file()
 
 
-@mxf_input("own-types-cycle", "types that are renamed to themselves and to each other, and arrays, sets and records of themselves",
-     more=OWN)
+@mxf_input("own-types-cycle", "types renamed to themselves and to each other, and arrays, sets and records of themselves", more=OWN)
 def own_types_cycle():
     own = Own()
     one, other = type_key(1), type_key(2)
@@ -162,8 +161,11 @@ def own_types_cycle():
 def own_types_deep():
     own = Own()
     for i in range(50_000):
-        kind, base = ("TypeDefinitionRename", "RenamedType") if i % 2 else ("TypeDefinitionVariableArray", "VariableArrayElementType")
-        own.add_type(kind, type_key(i), f"Type{i}", **{base: type_key(i - 1) if i else UINT32})
+        base = type_key(i - 1) if i else UINT32
+        if i % 2:
+            own.add_type("TypeDefinitionRename", type_key(i), f"Type{i}", RenamedType=base)
+        else:
+            own.add_type("TypeDefinitionVariableArray", type_key(i), f"Type{i}", VariableArrayElementType=base)
     own.add_class(class_key(1), "Class", listed=[own.add_property(property_key(1), "Deep", type_key(49_999))])
     return own.file()
 
@@ -179,7 +181,7 @@ def own_enumerations():
     return own.file()
 
 
-@mxf_input("own-redefines", "definitions of InterchangeObject, Preface and their properties, with other parents and types", more=OWN)
+@mxf_input("own-redefines", "other definitions of InterchangeObject, Preface and their properties", more=OWN)
 def own_redefines():
     own = Own()
     preface = bytes.fromhex("060e2b34027f01010d01010101012f00")

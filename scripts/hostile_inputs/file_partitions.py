@@ -5,7 +5,6 @@ from . import filled, joined, mxf_input
 from .mxf import (BODY, CLOSED_COMPLETE, FOOTER, GENERIC_STREAM, HEADER, INDEX_KEY, PACK_SIZE, Header, fill, items, klv, pack,
                   pack_key, partitions, random_index, rate, u32, u64, uid, utf16)
 
-LOOKS = ["info-partitions", "export-footer", "check"]
 EXTRA = ["info-partitions", "export-footer", "set-copy"]
 
 
@@ -126,7 +125,7 @@ def index_entries_2_32():
                       index_segment(0, entries=u32(0xFFFFFFFF) + u32(0)))
 
 
-@mxf_input("index-extremes", "index tables of negative starts and durations, without and with all bytes to an edit unit", more=EXTRA)
+@mxf_input("index-extremes", "index tables of negative starts and durations, and of all bytes to an edit unit", more=EXTRA)
 def index_extremes():
     low, high = -(1 << 63), (1 << 63) - 1
     return partitions(Header(), [b""], index=b"".join(index_segment(unit, start, duration) for unit in (0, 0xFFFFFFFF)
@@ -150,8 +149,7 @@ def kag_2_32():
     return partitions(Header(), [b""] * 3, repeats=True, kag=0xFFFFFFFF)
 
 
-@mxf_input("kag-of-1-mib", "1,000 partitions on a grid of 1 MiB without room for their metadata to grow: an edit makes 2 GiB of 2 MB",
-     more=EXTRA)
+@mxf_input("kag-of-1-mib", "1,000 partitions on a grid of 1 MiB without room: an edit makes 1 GiB of 2 MB", more=EXTRA)
 def kag_of_1_mib():
     return partitions(Header(), [b""] * 1000, repeats=True, kag=1 << 20)
 

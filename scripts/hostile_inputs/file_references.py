@@ -1,7 +1,7 @@
 """MXF files that attack what follows references: chains, cycles, sets that several others share, lists of many."""
 
 from . import filled, mxf_input
-from .mxf import (CONTAINER, PICTURE, TIMECODE, Header, batch, i64, rate, references, u16, u32, uid, umid, utf16)
+from .mxf import PICTURE, TIMECODE, Header, batch, i64, rate, references, u32, uid, umid
 
 FREE = Header.FIRST_FREE
 LIST = 4000  # references that a value of 65,535 octets has room for
@@ -188,7 +188,8 @@ def tracks_of_one_id():
     packages = range(FREE, FREE + 100)
     header.change(3, Packages=references(4, 8, *packages))
     header.behind = [header.set("SourcePackage", i, PackageID=umid(i), PackageTracks=references(*tracks)) for i in packages]
-    header.behind += [header.set("TimelineTrack", i, TrackID=u32(1), EditRate=rate(25, 1), TrackSegment=uid(10)) for i in tracks]
+    header.behind += [header.set("TimelineTrack", i, TrackID=u32(1), EditRate=rate(25, 1), TrackSegment=uid(10))
+                      for i in tracks]
     return header.file()
 
 
@@ -202,7 +203,8 @@ def source_packages(count, last):
         following = umid(i + 1 if i + 1 < FREE + count else last)
         header.behind += [
             header.set("SourcePackage", i, PackageID=umid(i), PackageTracks=references(step), EssenceDescription=uid(12)),
-            header.set("TimelineTrack", step, TrackID=u32(1), TrackSegment=uid(step + 1), EditRate=rate(25, 1), Origin=i64(0)),
+            header.set("TimelineTrack", step, TrackID=u32(1), TrackSegment=uid(step + 1), EditRate=rate(25, 1),
+                       Origin=i64(0)),
             header.set("Sequence", step + 1, ComponentDataDefinition=TIMECODE, ComponentObjects=references(step + 2)),
             header.set("SourceClip", step + 2, SourcePackageID=following, SourceTrackID=u32(1), StartPosition=i64(0)),
         ]
@@ -223,8 +225,9 @@ def sources_cycle():
 def descriptors_deep():
     header = Header()
     header.change(8, EssenceDescription=uid(FREE))
-    header.behind = [*numbered(header, "MultipleDescriptor", 50_000, SampleRate=rate(25, 1), FileDescriptors=references(NEXT)),
-                     header.set("MultipleDescriptor", FREE + 50_000, FileDescriptors=references(*range(FREE, FREE + LIST)))]
+    deep = numbered(header, "MultipleDescriptor", 50_000, SampleRate=rate(25, 1), FileDescriptors=references(NEXT))
+    some = references(*range(FREE, FREE + LIST))
+    header.behind = [*deep, header.set("MultipleDescriptor", FREE + 50_000, FileDescriptors=some)]
     return header.file()
 
 
@@ -245,12 +248,14 @@ def labels_of_sound():
     header = Header()
     numbers = range(FREE, FREE + LIST)
     header.put(12, "AES3PCMDescriptor", SampleRate=rate(48000, 1), LinkedTrackID=u32(1), SubDescriptors=references(*numbers))
-    kinds = ("AudioChannelLabelSubDescriptor", "SoundfieldGroupLabelSubDescriptor", "GroupOfSoundfieldGroupsLabelSubDescriptor")
+    kinds = ("AudioChannelLabelSubDescriptor", "SoundfieldGroupLabelSubDescriptor",
+             "GroupOfSoundfieldGroupsLabelSubDescriptor")
     for i in numbers:
         links = {"SoundfieldGroupLinkID": uid(1)} if i % 3 == 0 else {}
         if i % 3 == 1:
             links = {"GroupOfSoundfieldGroupsLinkID": batch([uid(1)] * 100)}
-        header.behind.append(header.set(kinds[i % 3], i, MCALinkID=uid(1), MCATagSymbol=b"chL", MCAChannelID=u32(1), **links))
+        header.behind.append(header.set(kinds[i % 3], i, MCALinkID=uid(1), MCATagSymbol=b"chL", MCAChannelID=u32(1),
+                                        **links))
     return header.file()
 
 
@@ -283,6 +288,7 @@ def components_million():
     header.change(6, ComponentObjects=references(*sequences))
     for place, number in enumerate(sequences):
         clips = range((place + 10) * LIST, (place + 11) * LIST)
-        header.behind.append(header.set("Sequence", number, ComponentDataDefinition=PICTURE, ComponentObjects=references(*clips)))
+        header.behind.append(header.set("Sequence", number, ComponentDataDefinition=PICTURE,
+                                        ComponentObjects=references(*clips)))
         header.behind += filled(clip, [uid(0)], ((uid(i),) for i in clips))
     return header.file()

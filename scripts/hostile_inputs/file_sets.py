@@ -1,8 +1,8 @@
 """MXF files that attack the reader of sets: primer packs, numbers of sets and of items, identifiers, and tables of them."""
 
 from . import collisions, filled, mxf_input
-from .mxf import (DARK_KEY, LARGEST, OP1A, PICTURE, PRIMER_KEY, Header, batch, ber, definition_of, definitions, i64, items,
-                  klv, primer_pack, references, u16, u32, u64, uid, utf16)
+from .mxf import (DARK_KEY, LARGEST, OP1A, PRIMER_KEY, Header, ber, definitions, i64, items, klv, primer_pack, references, u16,
+                  u32, uid, utf16)
 
 MILLION = 1_000_000
 DARK_LABEL = bytes.fromhex("060e2b34010101010f0e0d0c00000000")
@@ -29,7 +29,8 @@ def with_primer(change):
 
 @mxf_input("primer-all-tags", "a primer pack of 65,536 rows, a label for every tag")
 def primer_all_tags():
-    return with_primer(lambda rows: primer_pack(sorted({**{i: dark_label(i) for i in range(65536)}, **dict(rows)}.items()))).file()
+    every = {tag: dark_label(tag) for tag in range(65536)}
+    return with_primer(lambda rows: primer_pack(sorted({**every, **dict(rows)}.items()))).file()
 
 
 @mxf_input("primer-one-tag", "65,536 labels for one tag")
@@ -66,7 +67,7 @@ def primers_100000():
 
 @mxf_input("primer-swaps-tags", "a primer pack that gives static tags the labels of other properties")
 def primer_swaps_tags():
-    return with_primer(lambda rows: primer_pack(list(zip([tag for tag, _ in rows], [label for _, label in rows][::-1])))).file()
+    return with_primer(lambda rows: primer_pack([(tag, label) for (tag, _), (_, label) in zip(rows, rows[::-1])])).file()
 
 
 @mxf_input("primer-missing", "sets without a primer pack")

@@ -1,8 +1,8 @@
 """MXF files that attack the way to the metadata: run-in, keys, lengths, fill, and where header metadata end."""
 
 from . import Hole, filled, mxf_input
-from .mxf import (BODY, DARK_KEY, ESSENCE_KEY, FILL_KEY, HEADER, PICTURE, Header, ber, definitions, fill, i64, items, klv, pack,
-                  pack_key, partitions, u32, u64, uid)
+from .mxf import (BODY, DARK_KEY, ESSENCE_KEY, FILL_KEY, HEADER, PICTURE, Header, ber, definitions, fill, items, klv, pack,
+                  pack_key, partitions, u32, uid)
 
 MILLION = 1_000_000
 FILLER = definitions()["Filler"].key
@@ -166,7 +166,7 @@ def keys_of_noise(chance):
     return header.file()
 
 
-@mxf_input("essence-million", "a million essence elements of no octets, for what walks through the file", more=["export-footer"])
+@mxf_input("essence-million", "a million essence elements of no octets, for a walk through the file", more=["export-footer"])
 def essence_million():
     return partitions(Header(), [klv(ESSENCE_KEY) * MILLION], listed=False)
 
@@ -208,8 +208,8 @@ def header_twice():
     return [*first, pack(HEADER, this=0, header_bytes=1 << 16), *Header().metadata()]
 
 
-@mxf_input("count-beyond-8-octets", "numbers of the pack at 2^64 - 1: offsets, counts, stream identifiers", more=["info-partitions"])
-def count_beyond():
+@mxf_input("numbers-of-ones", "offsets, counts and identifiers of 2^64 - 1 in a partition pack", more=["info-partitions"])
+def numbers_of_ones():
     most = (1 << 64) - 1
     return Header().file(this=most, previous=most, footer=most, index_bytes=most, body_offset=most, index_sid=0xFFFFFFFF,
                          body_sid=0xFFFFFFFF, kag=0xFFFFFFFF)

@@ -1,8 +1,7 @@
 """MXF files that attack the reader of values: counts and sizes of collections, texts, and numbers at their limits."""
 
 from . import filled, mxf_input
-from .mxf import (CONTAINER, LARGEST, OP1A, PICTURE, TIMECODE, Header, batch, i64, items, rate, references, u8, u16, u32,
-                  u64, uid, umid, utf16)
+from .mxf import OP1A, PICTURE, TIMECODE, Header, i64, rate, references, u8, u16, u32, uid, umid, utf16
 
 FREE = Header.FIRST_FREE
 LOW, HIGH = -(1 << 63), (1 << 63) - 1
@@ -137,7 +136,8 @@ def rates_of_0():
     tracks = range(FREE, FREE + len(rates))
     header.change(4, PackageTracks=references(5, *tracks))
     for number, (above, below) in zip(tracks, rates):
-        header.put(number, "TimelineTrack", TrackID=u32(number), TrackSegment=uid(6), EditRate=rate(above, below), Origin=i64(LOW))
+        header.put(number, "TimelineTrack", TrackID=u32(number), TrackSegment=uid(6), EditRate=rate(above, below),
+                   Origin=i64(LOW))
     return header.file()
 
 
@@ -150,8 +150,8 @@ def durations_extreme():
     header.change(10, ComponentLength=i64(LOW))
     header.change(12, EssenceLength=i64(-1))
     for number, length in ((20, HIGH), (21, LOW), (22, -1)):
-        header.put(number, "SourceClip", ComponentDataDefinition=PICTURE, ComponentLength=i64(length), StartPosition=i64(length),
-                   SourcePackageID=umid(2), SourceTrackID=u32(0xFFFFFFFF))
+        header.put(number, "SourceClip", ComponentDataDefinition=PICTURE, ComponentLength=i64(length),
+                   StartPosition=i64(length), SourcePackageID=umid(2), SourceTrackID=u32(0xFFFFFFFF))
     return header.file()
 
 
@@ -162,8 +162,8 @@ def timecodes_extreme():
     header.change(6, ComponentDataDefinition=TIMECODE, ComponentObjects=references(*numbers))
     some = [(base, start, drop) for base in (0, 1, 29, 65535) for start in (LOW, -1, HIGH) for drop in (0, 255)]
     for number, (base, start, drop) in zip(numbers, some):
-        header.put(number, "Timecode", ComponentDataDefinition=TIMECODE, ComponentLength=i64(HIGH), StartTimecode=i64(start),
-                   FramesPerSecond=u16(base), DropFrame=u8(drop))
+        header.put(number, "Timecode", ComponentDataDefinition=TIMECODE, ComponentLength=i64(HIGH),
+                   StartTimecode=i64(start), FramesPerSecond=u16(base), DropFrame=u8(drop))
     return header.file()
 
 
@@ -205,7 +205,7 @@ def umids_of_0():
     return header.file()
 
 
-@mxf_input("tagged-values-odd", "10,000 tagged values whose indirect values name types, byte orders and sizes that they have not")
+@mxf_input("tagged-values-odd", "10,000 tagged values whose indirect values have not the type, byte order and size that they name")
 def tagged_values_odd(chance):
     header = Header()
     for number in range(10_000):

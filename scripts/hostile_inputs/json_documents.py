@@ -88,8 +88,8 @@ def numbers_odd():
 
 @json_input("texts-odd", "lone surrogates, NULs, escapes that end too soon, controls and bytes that are not UTF-8")
 def texts_odd():
-    return document(',{"set": "Identification", "properties": {"ApplicationName": "\\ud800\\u0000\\udc00", "ApplicationPlatform": "',
-                    b"\xff\xc0\x80\x01\0", '\\u12"}}')
+    return document(',{"set": "Identification", "properties": {"ApplicationName": "\\ud800\\u0000\\udc00", ',
+                    '"ApplicationPlatform": "', b"\xff\xc0\x80\x01\0", '\\u12"}}')
 
 
 @json_input("text-escapes", "ten million escapes in one text")
@@ -133,21 +133,23 @@ def items_million():
 @json_input("chain-100000", "100,000 sets in a row of references, the last of which leads to the first")
 def chain_100000():
     def one(i):
-        return ("," + json.dumps(a_set("Selector", i, {"SelectedSegment": identifier(1000 + (i - 999) % 100_000)}))).encode()
+        following = identifier(1000 + (i - 999) % 100_000)
+        return ("," + json.dumps(a_set("Selector", i, {"SelectedSegment": following}))).encode()
     return document(joined(one(i) for i in range(1000, 101_000)))
 
 
 @json_input("others-million", "a set of 500,000 properties that it does not have, under a few tags")
 def others_million():
-    other = ",".join(['{"tag": "90.00", "key": "06.0E.2B.34.01.01.01.01.0F.0E.0D.0C.00.00.00.00", "octets": "5A"}'] * 500_000)
-    return document(',{"set": "Filler", "others": [', other, "]}")
+    other = '{"tag": "90.00", "key": "06.0E.2B.34.01.01.01.01.0F.0E.0D.0C.00.00.00.00", "octets": "5A"}'
+    return document(',{"set": "Filler", "others": [', ",".join([other] * 500_000), "]}")
 
 
 @json_input("forms-odd", "arrays, objects, texts and nulls where each of the others has to stand")
 def forms_odd():
-    odd = [None, True, 0, "", [], {}, [[]], {"value": {}}, {"numerator": [], "denominator": None}, {"octets": 1}, {"octets": "0"}]
-    sets = [a_set("TimelineTrack", 1000 + i, {"EditRate": form, "TrackID": form, "TrackName": form}, others=form, names=form, key=form)
-            for i, form in enumerate(odd)]
+    odd = [None, True, 0, "", [], {}, [[]], {"value": {}}, {"numerator": [], "denominator": None}, {"octets": 1},
+           {"octets": "0"}]
+    sets = [a_set("TimelineTrack", 1000 + i, {"EditRate": form, "TrackID": form, "TrackName": form}, others=form,
+                  names=form, key=form) for i, form in enumerate(odd)]
     return with_sets(*sets, *odd)
 
 

@@ -168,8 +168,8 @@ class Header:
     def tag(self, name, symbol):
         tag, label = definition_of(name, symbol)
         if tag == 0:
-            tag = next((known for known, other in self.rows.items() if other == label and known >= self.FIRST_DYNAMIC_TAG),
-                       max([self.FIRST_DYNAMIC_TAG - 1, *self.rows]) + 1)
+            free = max([self.FIRST_DYNAMIC_TAG - 1, *self.rows]) + 1
+            tag = next((known for known, other in self.rows.items() if other == label), free)
         self.rows[tag] = label
         return tag
 
@@ -262,4 +262,4 @@ def partitions(header, bodies=(), repeats=False, index=b"", listed=True, kag=1):
                index_sid=2 if index else 0, kag=kag)
     yield repeated + index
     if listed:
-        yield random_index([(0 if number in (0, len(offsets) - 1) else 1, offset) for number, offset in enumerate(offsets)])
+        yield random_index([(int(0 < number < len(bodies) + 1), offset) for number, offset in enumerate(offsets)])

@@ -33,7 +33,8 @@ def group(identifier, symbol, parent=OBJECT, properties=()):
     records = "".join(f"<Record><UL>urn:smpte:ul:{one}</UL>{f'<LocalTag>{tag}</LocalTag>' if tag else ''}"
                       "<IsUniqueID>false</IsUniqueID><IsOptional>true</IsOptional></Record>" for one, tag in properties)
     return entry("Groups", identifier, symbol, f"<Parent>urn:smpte:ul:{parent}</Parent>" if parent else "",
-                 "<IsConcrete>true</IsConcrete><KLVSyntax>06 53</KLVSyntax>", f"<Contents>{records}</Contents>" if records else "")
+                 "<IsConcrete>true</IsConcrete><KLVSyntax>06 53</KLVSyntax>",
+                 f"<Contents>{records}</Contents>" if records else "")
 
 
 def element(identifier, symbol, kind=UINT8):
@@ -79,10 +80,11 @@ def registers_parents():
     return registers([*circle, *row])
 
 
-@register_input("registers-types-self", "types that are renamed to themselves, arrays and records of themselves, and references to types")
+@register_input("registers-types-self", "types renamed to themselves, arrays and records of themselves, and references to types")
 def registers_types_self():
     kinds = ("Rename", "VariableArray", "Set", "FixedArray", "String", "StrongReference", "WeakReference", "Enumeration")
-    types = [a_type(type_key(i), f"Type{i}", kind, type_key(i), "<TypeSize>4294967295</TypeSize>") for i, kind in enumerate(kinds, 1)]
+    types = [a_type(type_key(i), f"Type{i}", kind, type_key(i), "<TypeSize>4294967295</TypeSize>")
+             for i, kind in enumerate(kinds, 1)]
     facets = "".join(f"<Facet><Symbol>F{i}</Symbol><Type>urn:smpte:ul:{type_key(20)}</Type></Facet>" for i in range(1000))
     types.append(a_type(type_key(20), "Record", "Record", None, f"<Facets>{facets}</Facets>"))
     elements = [element(element_key(i), f"Element{i}", type_key(i)) for i in range(1, 21)]
@@ -147,10 +149,12 @@ def registers_nested():
     return registers(groups=["<Entry>" * 1_000_000 + "</Entry>" * 1_000_000])
 
 
-@register_input("registers-odd", "entries without keys, kinds and symbols, with facets of wrong numbers, and tags of odd digits")
+@register_input("registers-odd", "entries without keys, kinds and symbols, facets of wrong numbers, and tags of odd digits")
 def registers_odd():
-    types = [a_type(type_key(i), f"Type{i}", "Enumeration", UINT8, f"<Facets><Facet><Symbol>A</Symbol><Value>{value}</Value></Facet></Facets>")
+    types = [a_type(type_key(i), f"Type{i}", "Enumeration", UINT8,
+                    f"<Facets><Facet><Symbol>A</Symbol><Value>{value}</Value></Facet></Facets>")
              for i, value in enumerate(("", "-1", "256", "9" * 100_000, "x", "0x1"), 1)]
-    groups = ["<Entry/>", "<Entry><Kind>LEAF</Kind></Entry>", entry("Groups", "urn:x", "Odd"), entry("Groups", group_key(1), ""),
+    groups = ["<Entry/>", "<Entry><Kind>LEAF</Kind></Entry>", entry("Groups", "urn:x", "Odd"),
+              entry("Groups", group_key(1), ""),
               group(group_key(2), "Set", "x", [("", "zzzz"), (element_key(9), "fffff")])]
     return registers(groups, [element("", ""), element(element_key(9), "E", "x")], types)

@@ -41,7 +41,7 @@ def apart(function, *arguments):
 
 
 class Command:
-    """@param arguments  of the program; {file}, {other} (the sound file), {copy} (of the input) and {out} are names of files.
+    """@param arguments  of the program; {file}, {other} (the sound file), {copy} (of the input) and {out} name files.
     @param out      kind of the output file.
     @param keeps    whether there may be an output although the command fails.
     @param stdin    whether the input goes to standard input.
@@ -76,7 +76,8 @@ COMMANDS = {
     "document": {
         "import": Command("import", "{file}", "-o", "{out}", out="mxf"),
         "exact": Command("import", "--exact", "{file}", "-o", "{out}", out="mxf"),
-        "into": Command("import", "{file}", "--into", "{other}", "--merge-anyway", "--keep-going", "-o", "{out}", out="mxf", keeps=True),
+        "into": Command("import", "{file}", "--into", "{other}", "--merge-anyway", "--keep-going", "-o", "{out}", out="mxf",
+                        keeps=True),
         "diff": Command("diff", "{file}", "{file}"),
         "show": Command("show", "{file}"),
         "get": Command("get", "{file}", VALUE),
@@ -229,13 +230,17 @@ class Trial:
 
     def __init__(self, command, path, other, folder):
         self.command, self.path, self.folder = command, path, folder
+        self.name = os.path.basename(path)  # of a link to the input, so that messages are short
         self.out = os.path.join(folder, "out." + (command.out or ""))
         self.copy = os.path.join(folder, "copy.mxf")
-        self.names = {"{file}": path, "{other}": other, "{out}": os.path.basename(self.out), "{copy}": os.path.basename(self.copy)}
+        self.names = {"{file}": self.name, "{other}": os.path.relpath(other, folder),
+                      "{out}": os.path.basename(self.out), "{copy}": os.path.basename(self.copy)}
 
     def run(self, program, limits, address_space):
         if self.command.edits:
             subprocess.run(["cp", "--sparse=always", self.path, self.copy], check=True)
+        else:
+            os.symlink(self.path, os.path.join(self.folder, self.name))
         words = [program, *(self.names.get(word, word) for word in self.command.arguments)]
         self.limits = limits
         self.result = run(words, self.folder, self.path if self.command.stdin else None, limits, address_space)
@@ -273,7 +278,7 @@ class Trial:
 
     def problems_of_files(self):
         failed = self.result.status != 0
-        found = set(os.listdir(self.folder)) - {os.path.basename(self.copy)}
+        found = set(os.listdir(self.folder)) - {self.name, os.path.basename(self.copy)}
         has_out = os.path.basename(self.out) in found and self.command.out
         if has_out:
             found.discard(os.path.basename(self.out))

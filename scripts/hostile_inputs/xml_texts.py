@@ -51,7 +51,8 @@ def sets_one_uid():
 
 @xml_input("uids-odd", "InstanceUIDs of odd digits, of a million digits, and none")
 def uids_odd():
-    return document(*(a_set("Filler", text) for text in ("", ".", "0", "x" * 47, "00." * MILLION, "urn:uuid:", "new", "&#9;")))
+    odd = ("", ".", "0", "x" * 47, "00." * MILLION, "urn:uuid:", "new", "&#9;")
+    return document(*(a_set("Filler", text) for text in odd))
 
 
 @xml_input("new-million", "a million sets that are named new: with names of their own, which the next one refers to")
@@ -81,14 +82,14 @@ def chain_100000():
 
 @xml_input("cycle", "a flat document whose sets own each other and themselves")
 def cycle():
-    some = [a_set("Sequence", 20 + i, a_property("ComponentObjects", "".join(reference("Sequence", 20 + j) for j in range(100))))
-            for i in range(100)]
-    return document(*some)
+    every = a_property("ComponentObjects", "".join(reference("Sequence", 20 + i) for i in range(100)))
+    return document(*(a_set("Sequence", 20 + i, every) for i in range(100)))
 
 
 @xml_input("floating-shared", "200 floating sets that share a chain of 400 sets, flat")
 def floating_shared():
-    roots = "".join(a_set("Selector", 10_000 + i, a_property("SelectedSegment", reference("Selector", 1000))) for i in range(200))
+    first = a_property("SelectedSegment", reference("Selector", 1000))
+    roots = "".join(a_set("Selector", 10_000 + i, first) for i in range(200))
     pattern = a_set("Selector", "@0", a_property("SelectedSegment", reference("Selector", "@1")))
     return document(roots, numbered(pattern, range(1000, 1400)))
 
@@ -101,7 +102,8 @@ def items_million():
 
 @xml_input("items-odd", "a batch whose items are sets, texts, batches and comments")
 def items_odd():
-    odd = "text<rp210:Element><rp210:Element>1</rp210:Element></rp210:Element><!-- -->" + a_set("Filler", 20) + "<rp210:Other/>"
+    odd = ("text<rp210:Element><rp210:Element>1</rp210:Element></rp210:Element><!-- --><rp210:Other/>"
+           + a_set("Filler", 20))
     return document(sets=sound_sets(preface=a_property("EssenceContainers", odd * 1000)))
 
 
@@ -145,10 +147,11 @@ def values_giant():
 
 @xml_input("values-odd", "values that are no values, of every kind: signs, points, exponents, blanks, other digits")
 def values_odd():
-    odd = ("", " ", "-", "+1", "0x10", "1e999999999", "1.5", "NaN", "-0", "\u0661", "9223372036854775808", "-9223372036854775809",
-           "1/0", "0/0", "24:00:00:99", "true", "$#x0;", "$#xFFFFFFFFFFFFFFFFF;")
+    odd = ("", " ", "-", "+1", "0x10", "1e999999999", "1.5", "NaN", "-0", "\u0661", "9223372036854775808",
+           "-9223372036854775809", "1/0", "0/0", "24:00:00:99", "true", "$#x0;", "$#xFFFFFFFFFFFFFFFFF;")
     names = ("ComponentLength", "StartTimecode", "FramesPerSecond", "DropFrame", "ComponentDataDefinition")
-    return document(*(a_set("Timecode", 1000 + i, "".join(a_property(name, text) for name in names)) for i, text in enumerate(odd)))
+    return document(*(a_set("Timecode", 1000 + i, "".join(a_property(name, text) for name in names))
+                      for i, text in enumerate(odd)))
 
 
 @xml_input("text-64-mib", "a text of 64 MiB, which no value of two length octets has room for")
