@@ -128,8 +128,10 @@ set(VANTOR_PUBLIC_HEADERS
   Core/MXF/FileStructure.h
   Core/MXF/HeaderMetadataReader.h
   Core/MXF/HeaderMetadataReplacement.h
+  Core/MXF/HeaderMetadataSalvage.h
   Core/MXF/HeaderMetadataWriter.h
   Core/MXF/IndexTable.h
+  Core/MXF/MetadataDamage.h
   Core/MXF/OperationalPattern.h
   Core/MXF/PartitionChoice.h
   Core/MXF/PartitionPack.h

@@ -1,16 +1,34 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Limits.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::MXF {
+
+/// Header metadata with damage, or cut off. `salvageHeaderMetadata` reads what is left of them.
+class DamagedMetadata : public Exceptions::ParseError {
+ public:
+  /// @param cause  what is wrong. @param offset  of the damaged KLV. @param wholeSets  that stand before it.
+  DamagedMetadata(const Exceptions::ParseError& cause, uint64 offset, std::size_t wholeSets);
+
+  /// Of the damaged KLV, in the file.
+  uint64 offset() const noexcept { return offset_; }
+  /// How many sets of the partition stand before the damage, dark sets included.
+  std::size_t wholeSets() const noexcept { return wholeSets_; }
+
+ private:
+  uint64 offset_;
+  std::size_t wholeSets_;
+};
 
 /// Reads the header metadata of one partition of an MXF file (ST 377-1): fill, a primer pack, then sets and fill.
 ///
@@ -29,8 +47,8 @@ namespace Vantor::MXF {
 /// @param limits      sets, properties, value size and memory beyond which the file is refused.
 /// @return the partition's sets, dark sets included, in file order; owned by the caller.
 /// @throws Exceptions::ParseError with the byte offset where the file stops being MXF, or when the file has no such
-/// partition or the partition no header metadata, and LimitExceeded, which is one; nothing is returned then.
-/// Exceptions::IOError when the file cannot be read.
+/// partition or the partition no header metadata, and two that are one: DamagedMetadata where they begin and are not
+/// whole, and LimitExceeded. Nothing is returned then. Exceptions::IOError when the file cannot be read.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice = PartitionChoice::header(),
