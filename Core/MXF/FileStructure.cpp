@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/OneState.h"
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/Value.h"
 #include "Core/MXF/KLVHeader.h"
@@ -202,8 +202,7 @@ FileStructure readStructure(SeekableSource& source) {
 }
 
 FileStructure readStructure(const Path& path) {
-  DataIO::File::FileDataSource source(path);
-  return readStructure(source);
+  return DataIO::File::readInOneState(path, [](SeekableSource& source) { return readStructure(source); });
 }
 
 std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 offset) {

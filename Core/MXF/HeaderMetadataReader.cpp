@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/OneState.h"
 #include "Core/MXF/MetadataReader.h"
 #include "Core/Platform/Limits.h"
 
@@ -56,8 +56,8 @@ std::unique_ptr<PartitionMetadata> readHeaderMetadata(DataIO::DataSource& source
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice, const Limits& limits) {
-  DataIO::File::FileDataSource source(path);
-  return readHeaderMetadata(source, std::move(dictionary), choice, limits);
+  return DataIO::File::readInOneState(
+      path, [&](SeekableSource& source) { return readHeaderMetadata(source, dictionary, choice, limits); });
 }
 
 }  // namespace Vantor::MXF

@@ -39,6 +39,8 @@ class DamagedMetadata : public Exceptions::ParseError {
 /// item that runs past the end of the file counts as its end. Every other KLV becomes a set or a dark set, whatever its
 /// key. A further primer pack adds its rows; a tag that an earlier one maps keeps its meaning.
 ///
+/// A file that another program is writing is read as it is at one moment (`DataIO::File::readInOneState`).
+///
 /// Reads what it returns, keys and lengths, and goes past fill and essence without reading them, whatever the file's
 /// size. Keeps no state between calls; two threads may read the same path at once.
 /// @param path        the file; it is opened for reading and closed before the call returns.

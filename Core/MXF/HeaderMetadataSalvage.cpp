@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "Core/DataIO/File.h"
 #include "Core/DataIO/KeptSource.h"
+#include "Core/DataIO/OneState.h"
 #include "Core/KLV/Keys.h"
 #include "Core/MXF/KLVSearch.h"
 #include "Core/MXF/MetadataReader.h"
@@ -16,7 +16,7 @@ namespace {
 
 using DataIO::SeekableSource;
 using Exceptions::ParseError;
-using Kind = MetadataDamage::Kind;
+using DamageKind = MetadataDamage::Kind;
 
 constexpr std::size_t kMostPlaces = 1000;
 
@@ -37,7 +37,7 @@ class Salvager final : public MetadataReader {
     const uint64 next = search_.find(offset(), searchEnd());
     if (!isSetOrPrimerAt(next)) return MetadataReader::goWithoutPrimer(partition);
     const auto found = search_.keyAt(next);
-    note(found && KLV::isPrimerPack(*found) ? Kind::kNoKLV : Kind::kNoPrimerPack, next);
+    note(found && KLV::isPrimerPack(*found) ? DamageKind::kNoKLV : DamageKind::kNoPrimerPack, next);
   }
 
   bool goesOn() override {
@@ -58,7 +58,7 @@ class Salvager final : public MetadataReader {
   void goPast(const ParseError& error) override {
     auto damage = look();
     const bool isLimit = dynamic_cast<const Exceptions::LimitExceeded*>(&error) != nullptr;
-    if (isLimit && damage.kind != Kind::kTooLong) throw;
+    if (isLimit && damage.kind != DamageKind::kTooLong) throw;
     skipDamage();
   }
 
@@ -73,28 +73,28 @@ class Salvager final : public MetadataReader {
     MetadataDamage damage;
     damage.offset = offset();
     damage.kind = kindAt(damage.arguments);
-    if (damage.kind == Kind::kNoKLV || keySize() < KLV::Key::kSize) return damage;
+    if (damage.kind == DamageKind::kNoKLV || keySize() < KLV::Key::kSize) return damage;
     damage.key = key();
     damage.set = symbolOf(key());
     return damage;
   }
 
   /// @param arguments  get those of the kind.
-  Kind kindAt(std::vector<std::string>& arguments) {
+  DamageKind kindAt(std::vector<std::string>& arguments) {
     const bool isOfNothing = !KLV::isSmpteLabel(key()) && symbolOf(key()).empty();
-    if (isCareful_ && isOfNothing) return Kind::kNoKLV;
+    if (isCareful_ && isOfNothing) return DamageKind::kNoKLV;
     constexpr uint64 kMostHeaderOctets = KLV::Key::kSize + KLV::kMaxBEROctets;
     const auto klv = search_.headerAt(offset());
-    if (!klv) return goTo_(offset() + kMostHeaderOctets) ? Kind::kLength : Kind::kCutOff;
+    if (!klv) return goTo_(offset() + kMostHeaderOctets) ? DamageKind::kLength : DamageKind::kCutOff;
     const uint64 length = klv->length.value, present = search_.presentOctets(*klv);
     if (present < length) arguments.push_back(std::to_string(present));
     arguments.push_back(std::to_string(length));
-    if (present < length) return Kind::kCutOff;
-    if (length > limits().valueSize) return Kind::kTooLong;
-    if (KLV::isPrimerPack(key())) return Kind::kPrimerPack;
-    if (KLV::isLocalSet(key())) return Kind::kItems;
+    if (present < length) return DamageKind::kCutOff;
+    if (length > limits().valueSize) return DamageKind::kTooLong;
+    if (KLV::isPrimerPack(key())) return DamageKind::kPrimerPack;
+    if (KLV::isLocalSet(key())) return DamageKind::kItems;
     arguments.clear();
-    return Kind::kNoKLV;
+    return DamageKind::kNoKLV;
   }
 
   void skipDamage() {
@@ -106,8 +106,8 @@ class Salvager final : public MetadataReader {
   /// Where the next KLV is, by the length of this one, else by a search.
   uint64 nextBehind(const MetadataDamage& damage) {
     // Of a source of unknown size, what is far away would have to be read and kept.
-    const bool isFar = damage.kind == Kind::kTooLong && source().remaining() == DataIO::kUnknownSize;
-    const bool isThere = damage.kind != Kind::kCutOff && damage.kind != Kind::kLength && !isFar;
+    const bool isFar = damage.kind == DamageKind::kTooLong && source().remaining() == DataIO::kUnknownSize;
+    const bool isThere = damage.kind != DamageKind::kCutOff && damage.kind != DamageKind::kLength && !isFar;
     if (const auto klv = search_.headerAt(offset()); klv && isThere) {
       const uint64 end = klv->valueOffset + klv->length.value;
       if (search_.canFollow(end, searchEnd())) return end;
@@ -121,18 +121,18 @@ class Salvager final : public MetadataReader {
     damage.size = next - damage.offset;
     goTo_(next);
     readKey();
-    if (damage.kind == Kind::kCutOff && keySize() != 0) {
+    if (damage.kind == DamageKind::kCutOff && keySize() != 0) {
       // The file goes on, so it was the length that was wrong.
-      damage.kind = Kind::kLength;
+      damage.kind = DamageKind::kLength;
       if (!damage.arguments.empty()) damage.arguments.erase(damage.arguments.begin());
     }
     missing_.push_back(std::move(damage));
     isCareful_ = true;
     isOver_ = (isOver_ || missing_.size() == kMostPlaces) && keySize() != 0;
-    if (isOver_) missing_.push_back({Kind::kSearchEnded, next, 0, {}, {}, {}});
+    if (isOver_) missing_.push_back({DamageKind::kSearchEnded, next, 0, {}, {}, {}});
   }
 
-  void note(Kind kind, uint64 next) {
+  void note(DamageKind kind, uint64 next) {
     MetadataDamage damage;
     damage.kind = kind;
     damage.offset = offset();
@@ -151,7 +151,7 @@ class Salvager final : public MetadataReader {
     for (auto found = search_.keyAt(next); next < end && found && KLV::isFill(*found); found = search_.keyAt(next)) {
       next = search_.find(next + 1, end);
     }
-    if (next < end && isSetOrPrimerAt(next)) note(Kind::kNoKLV, next);
+    if (next < end && isSetOrPrimerAt(next)) note(DamageKind::kNoKLV, next);
   }
 
   const GoTo& goTo_;
@@ -207,8 +207,8 @@ SalvagedMetadata salvageHeaderMetadata(DataIO::DataSource& source, SharedPtr<con
 
 SalvagedMetadata salvageHeaderMetadata(const Path& path, SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                        const PartitionChoice& choice, const Limits& limits) {
-  DataIO::File::FileDataSource source(path);
-  return salvageHeaderMetadata(source, std::move(dictionary), choice, limits);
+  return DataIO::File::readInOneState(
+      path, [&](SeekableSource& source) { return salvageHeaderMetadata(source, dictionary, choice, limits); });
 }
 
 }  // namespace Vantor::MXF

@@ -8,7 +8,7 @@ namespace Vantor::MXF {
 
 namespace {
 
-using Kind = MetadataDamage::Kind;
+using DamageKind = MetadataDamage::Kind;
 
 struct KindText {
   const char* name;
@@ -16,24 +16,24 @@ struct KindText {
   const char* withoutArguments;  ///< the same where there are none
 };
 
-KindText textOf(Kind kind) {
+KindText textOf(DamageKind kind) {
   switch (kind) {
-    case Kind::kCutOff:
+    case DamageKind::kCutOff:
       return {"cut-off", "the file ends within {}: {} of its {} bytes are there",
               "the file ends within a key or length"};
-    case Kind::kLength:
+    case DamageKind::kLength:
       return {"length", "{} cannot have {} bytes", "{} has no length"};
-    case Kind::kTooLong:
+    case DamageKind::kTooLong:
       return {"too-long", "{} has {} bytes, more than the limit 'value' allows", ""};
-    case Kind::kItems:
+    case DamageKind::kItems:
       return {"items", "the items of {} do not fill its {} bytes", ""};
-    case Kind::kPrimerPack:
+    case DamageKind::kPrimerPack:
       return {"primer-pack", "the rows of {} do not fill its {} bytes; without them, dynamic tags mean nothing", ""};
-    case Kind::kNoPrimerPack:
+    case DamageKind::kNoPrimerPack:
       return {"no-primer-pack", "", "there is no primer pack; without its rows, dynamic tags mean nothing"};
-    case Kind::kNoKLV:
+    case DamageKind::kNoKLV:
       return {"no-klv", "", "what stands there is no KLV of header metadata"};
-    case Kind::kSearchEnded:
+    case DamageKind::kSearchEnded:
       return {"search-ended", "", "there is too much damage; what follows is not looked at"};
   }
   return {"", "", ""};
@@ -41,7 +41,7 @@ KindText textOf(Kind kind) {
 
 }  // namespace
 
-const char* nameOf(Kind kind) { return textOf(kind).name; }
+const char* nameOf(DamageKind kind) { return textOf(kind).name; }
 
 std::string describe(const MetadataDamage& damage) {
   const auto text = textOf(damage.kind);
