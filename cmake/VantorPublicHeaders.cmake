@@ -136,6 +136,7 @@ set(VANTOR_PUBLIC_HEADERS
   Core/MXF/PartitionChoice.h
   Core/MXF/PartitionPack.h
   Core/MXF/TrackKind.h
+  Core/MXF/Unchecked.h
   XMLUtils/DomToBuffer.h
   XMLUtils/EncodingType.h
   XMLUtils/Holder.h
