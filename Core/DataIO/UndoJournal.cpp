@@ -253,6 +253,7 @@ Durability changeGrowingFile(const Path& file, const FileState& expected, const 
     requireGrownFrom(realFile, expected, "cannot change");
     requirePresent(realFile, changes, present);
   };
+  requireGrownFrom(file, expected, "cannot change");  // before the old bytes are read
   return change(file, changes, Growth::kAllowed, check, {}, oldBytes);
 }
 
