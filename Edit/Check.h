@@ -10,6 +10,7 @@
 #include "Core/DataIO/SeekableSource.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/IndexTable.h"
+#include "Core/MXF/MetadataDamage.h"
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Limits.h"
 
@@ -60,7 +61,8 @@ struct FileState {
     /// be read. Repetitions share one object, and rules look at it once.
     SharedPtr<const PartitionMetadata> metadata;
     std::optional<MXF::IndexTableSegment> index;  ///< its index table; none when it has none that can be read
-    std::string problem;           ///< why its metadata cannot be read; empty when they can, or when it has none
+    std::string problem;  ///< why its metadata cannot be read; empty when they can, or when it has none
+    std::vector<MXF::MetadataDamage> missing;  ///< what its metadata lack that were read as far as they are whole
     std::string countProblem;      ///< why its pack's count of metadata bytes is wrong; empty when it is right
     std::string directoryProblem;  ///< what is wrong with its object directory; empty when it has a sound one, or none
   };
@@ -76,6 +78,12 @@ struct FileState {
   std::string randomIndexProblem = {};                      ///< why it cannot be read, or found; else empty
 };
 
+/// What becomes of damaged header metadata.
+enum class OnDamage {
+  kStop,    ///< those of the header partition are refused, and others left out
+  kSalvage  ///< they are read as far as they are whole, and have a problem; refused where nothing is whole
+};
+
 /// Reads what rules look at; no essence, whatever the file's size.
 /// @param dictionary  names sets and properties; the result keeps a reference to it.
 /// @param limits      of the metadata of each partition, and the memory of all that is returned.
@@ -83,7 +91,7 @@ struct FileState {
 /// Those of other partitions may be damaged: see `FileState::Partition::problem`. Exceptions::IOError when the file
 /// cannot be read.
 FileState readState(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary,
-                    const Limits& limits = {});
+                    const Limits& limits = {}, OnDamage onDamage = OnDamage::kStop);
 
 /// Reads the metadata of a partition from bytes that are to be written.
 /// @param bytes  a primer pack, then sets, as `MXF::writeHeaderMetadata` writes them.

@@ -2,7 +2,10 @@
 
 #include <utility>
 
+#include "Core/DataIO/Crc64.h"
 #include "Core/DataIO/Memory.h"
+#include "Core/DataIO/OneState.h"
+#include "Core/DataIO/Pieces.h"
 #include "Core/DataIO/UndoJournal.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/HeaderMetadataReader.h"
@@ -37,12 +40,12 @@ class File::State {
         choice_(partition),
         file_(std::make_unique<FileDataSource>(path)),
         source_(file_.get()) {
-    read();
+    take(DataIO::File::readInOneState(path, [this](DataIO::SeekableSource& source) { return read(source); }));
   }
   State(DataIO::SeekableSource& source, SharedPtr<const MetaMetadata::Dictionary> dictionary,
         std::optional<MXF::PartitionChoice> partition, const Limits& limits)
       : limits_(limits), dictionary_(std::move(dictionary)), choice_(partition), source_(&source) {
-    read();
+    take(read(source));
   }
 
   PartitionMetadata& metadata() { return *metadata_; }
@@ -55,7 +58,11 @@ class File::State {
 
   SavePlan plan(const SaveOptions& options) {
     if (isStale_) reopen();
-    return planSave({*source_, dictionary_, choice_, chosen_, end_, *metadata_, limits_}, options, signedBy_);
+    const bool mayGrow = options.isForced && path_;
+    if (mayGrow) requireSameMetadata();
+    auto plan = planSave({*source_, dictionary_, choice_, chosen_, end_, *metadata_, limits_}, options, signedBy_);
+    if (mayGrow) plan.replacements.lastCheck = [this] { requireSameMetadata(); };
+    return plan;
   }
 
   SaveReport rehearse(const SaveOptions& options) {
@@ -75,6 +82,7 @@ class File::State {
     if (MXF::fits(*source_, plan.replacements)) {
       plan.report.durability = MXF::replaceInPlace(path, fileState_, plan.replacements, oldBytes);
     } else {
+      if (plan.replacements.isForced) MXF::requireReplaceable(path, fileState_, plan.replacements);  // which throws
       requireNothingKept(options);
       plan.report.durability = rewriteItself(path, plan.replacements, progress);
     }
@@ -107,11 +115,44 @@ class File::State {
   }
 
  private:
-  void read() {
-    chosen_ = MXF::findPartition(*source_, choice_.value_or(MXF::PartitionChoice()));
-    metadata_ = base();
-    end_ = source_->position();
+  /// What is read of the file when it is opened.
+  struct Opened {
+    MXF::PartitionInfo chosen;
+    std::unique_ptr<PartitionMetadata> metadata;
+    uint64 end;
+    uint64 check;
+  };
+  Opened read(DataIO::SeekableSource& source) const {
+    Opened opened;
+    opened.chosen = MXF::findPartition(source, choice_.value_or(MXF::PartitionChoice()));
+    opened.metadata = MXF::readHeaderMetadata(source, dictionary_, opened.chosen, limits_);
+    opened.end = source.position();
+    opened.check = checkOf(source, opened.chosen, opened.end);
+    return opened;
+  }
+
+  void take(Opened opened) {
+    chosen_ = std::move(opened.chosen);
+    metadata_ = std::move(opened.metadata);
+    end_ = opened.end;
+    check_ = opened.check;
     reserveDarkTags(*metadata_);
+  }
+
+  /// Of the partition pack and the metadata.
+  static uint64 checkOf(DataIO::SeekableSource& source, const MXF::PartitionInfo& partition, uint64 end) {
+    DataIO::Crc64 check;
+    source.seek(partition.offset);
+    DataIO::copyBytes(source, end - partition.offset, check);
+    return check.value();
+  }
+
+  /// Of a file that its writer may be changing elsewhere.
+  void requireSameMetadata() const {
+    FileDataSource source(*path_);
+    if (source.size() >= end_ && checkOf(source, chosen_, end_) == check_) return;
+    raise<IOError>("cannot change '{}': another program has changed its header metadata meanwhile; begin anew",
+                   source.name());
   }
 
   /// Brings all but the metadata up to date with the changed file; the metadata are what was just written to it.
@@ -120,6 +161,7 @@ class File::State {
     chosen_ = MXF::findPartition(*source_, choice_.value_or(MXF::PartitionChoice()));
     const auto structure = MXF::readStructure(*source_);
     end_ = MXF::findMetadataRoom(*source_, structure, numberOf(chosen_, structure))->end();
+    check_ = checkOf(*source_, chosen_, end_);
     isStale_ = false;
   }
 
@@ -173,6 +215,7 @@ class File::State {
   MXF::PartitionInfo chosen_;
   bool isStale_ = false;  // source and places are those of the file before it was saved
   uint64 end_ = 0;        // of the metadata in the file
+  uint64 check_ = 0;      // of their bytes
   std::unique_ptr<PartitionMetadata> metadata_;
   std::optional<Types::UUID> signedBy_;  // the Identification of the edits that are not saved yet
 };

@@ -24,7 +24,7 @@ namespace Vantor::Edit {
 /// edit one file, the later save is refused.
 class File {
  public:
-  /// Opens a file and reads the metadata of one partition.
+  /// Opens a file and reads the metadata of one partition, as they are at one moment (`DataIO::File::readInOneState`).
   /// @param dictionary  defines sets and properties.
   /// @param partition   the one to edit; none for the header partition and all that repeat its metadata.
   /// @param limits      of the metadata of each partition that is read, and of documents given as bytes.
@@ -68,6 +68,10 @@ class File {
   /// What hangs together with the edit changes with it (`completeEdit`), in `metadata()` too: references to renamed
   /// packages and tracks, the list of descriptive schemes, and the labels in the partition packs: in all of them, or
   /// where one partition is edited, in its own.
+  ///
+  /// A file that is cut off behind its header metadata, or whose writer may still be at work, is refused, unless
+  /// `SaveOptions::isForced`: then it may become longer meanwhile, but its header metadata have to be those that were
+  /// read.
   /// @param progress  called while the file is written anew; an exception from it cancels that and leaves the file as
   /// it was.
   /// @throws FileGetsWorse for an edit that breaks a rule; Exceptions::IOError when another program has changed the

@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <utility>
 
 #include "Core/DataIO/Memory.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/MXF/HeaderMetadataSalvage.h"
 #include "Core/MXF/MetadataRoom.h"
 #include "Core/MXF/ObjectDirectory.h"
 #include "Core/MXF/RandomIndexPack.h"
@@ -18,10 +20,11 @@ using Exceptions::ParseError;
 class StateReader {
  public:
   StateReader(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary,
-              const Limits& limits)
+              const Limits& limits, OnDamage onDamage)
       : source_(source),
         dictionary_(dictionary),
         limits_(limits),
+        onDamage_(onDamage),
         structure_(MXF::readStructure(source)),
         repetitions_(source, structure_) {}
 
@@ -31,7 +34,7 @@ class StateReader {
       auto& partition = state.partitions.emplace_back();
       partition.info = structure_.partitions[i];
       partition.index = MXF::readIndexTable(source_, structure_, i);
-      if (!hasMetadata(partition.info) && (i != 0 || leavesMetadataToALaterOne())) continue;
+      if (!MXF::hasMetadata(partition.info) && (i != 0 || leavesMetadataToALaterOne())) continue;
       readMetadata(i, state);
       if (partition.problem.empty()) checkRoom(i, partition);
     }
@@ -41,16 +44,12 @@ class StateReader {
   }
 
  private:
-  static bool hasMetadata(const MXF::PartitionInfo& partition) {
-    return !partition.damaged && partition.pack.headerByteCount != 0;
-  }
-
   /// A header partition written before its metadata were known leaves them to a later one (ST 377-1).
   bool leavesMetadataToALaterOne() const {
     const auto& partitions = structure_.partitions;
     const auto& header = partitions.front();
     return !header.damaged && header.pack.headerByteCount == 0 &&
-           std::any_of(partitions.begin() + 1, partitions.end(), hasMetadata) &&
+           std::any_of(partitions.begin() + 1, partitions.end(), MXF::hasMetadata) &&
            !MXF::findMetadataRoom(source_, structure_, 0);
   }
 
@@ -70,10 +69,21 @@ class StateReader {
   void parse(std::size_t number, FileState::Partition& partition) {
     try {
       partition.metadata = MXF::readHeaderMetadata(source_, dictionary_, partition.info, limits_);
+    } catch (const MXF::DamagedMetadata& damage) {
+      if (onDamage_ == OnDamage::kSalvage) salvage(partition);
+      if (number == 0 && partition.metadata == nullptr) throw;
+      partition.problem = damage.what();
     } catch (const ParseError& error) {
       if (number == 0) throw;
       partition.problem = error.what();
     }
+  }
+
+  void salvage(FileState::Partition& partition) {
+    auto salvaged = MXF::salvageHeaderMetadata(source_, dictionary_, partition.info, limits_);
+    if (salvaged.metadata->entries().empty()) return;
+    partition.metadata = std::move(salvaged.metadata);
+    partition.missing = std::move(salvaged.missing);
   }
 
   void checkRoom(std::size_t number, FileState::Partition& partition) {
@@ -104,6 +114,7 @@ class StateReader {
   DataIO::SeekableSource& source_;
   const SharedPtr<const MetaMetadata::Dictionary>& dictionary_;
   const Limits& limits_;
+  OnDamage onDamage_;
   MXF::FileStructure structure_;
   Repetitions repetitions_;
   std::size_t last_ = 0;  // the last partition whose metadata were parsed
@@ -112,8 +123,8 @@ class StateReader {
 }  // namespace
 
 FileState readState(DataIO::SeekableSource& source, const SharedPtr<const MetaMetadata::Dictionary>& dictionary,
-                    const Limits& limits) {
-  return withinMemory(limits, [&] { return StateReader(source, dictionary, limits).read(); });
+                    const Limits& limits, OnDamage onDamage) {
+  return withinMemory(limits, [&] { return StateReader(source, dictionary, limits, onDamage).read(); });
 }
 
 SharedPtr<const PartitionMetadata> readMetadata(const Bytes& bytes,

@@ -9,6 +9,7 @@
 
 #include "Core/DataIO/File.h"
 #include "Core/MXF/HeaderMetadataReplacement.h"
+#include "Core/MXF/Unchecked.h"
 #include "Core/Platform/Exceptions.h"
 #include "Edit/Changes.h"
 #include "Edit/Check.h"
@@ -29,6 +30,9 @@ struct SaveOptions {
   /// Whether saving into the file itself keeps its old bytes beside it, for `DataIO::File::undo`. An edit that does not
   /// fit in place is refused then.
   bool keepsUndo = false;
+  /// Whether a file that is cut off behind its header metadata, or whose writer is still at work, is changed all the
+  /// same: only by save(), in place, and never written anew. What is not checked then: `SaveReport::unchecked`.
+  bool isForced = false;
   /// Signs the edit (`sign`).
   std::optional<Signature> signature = {};
 };
@@ -42,6 +46,7 @@ struct UneditedPartition {
   };
   std::size_t number;  ///< in file order; 0 is the header partition
   Reason reason;
+  bool isBetter = false;  ///< the best partition of the file, in a better state than the header partition
 };
 
 /// What saving writes, or wrote.
@@ -55,6 +60,7 @@ struct SaveReport {
   std::vector<std::size_t> packs = {};             ///< the partitions whose packs get other labels
   std::vector<UneditedPartition> unedited = {};    ///< only where the header partition is edited
   std::vector<LongValue> longValues = {};
+  std::vector<MXF::Unchecked> unchecked = {};  ///< of a forced change; empty for a file for which it needs no force
   /// Of any rule that the file did not break before, notes and ignored rules included.
   std::vector<Finding> findings = {};
   /// Whether the written file survives a power failure; without meaning for a sink.

@@ -11,6 +11,7 @@
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/MXF/HeaderMetadataWriter.h"
 #include "Core/MXF/PrefaceLabels.h"
+#include "Core/MXF/ReplacementSafety.h"
 #include "Core/Metadata/EntryView.h"
 #include "Core/Metadata/PartitionDictionary.h"
 #include "Core/Platform/Raise.h"
@@ -77,6 +78,8 @@ class Planner {
     report.movedTimecodes = movedTimecodesOf(*before_, file_.metadata);
     report.longValues = longValuesOf(file_.metadata);
     structure_ = MXF::readStructure(file_.source);
+    if (options_.isForced) rooms_ = MXF::refuseUnsafe(file_.source, structure_, &report.unchecked);
+    plan_.replacements.isForced = !report.unchecked.empty();
     planMetadata(bytes);
     if (options_.completesEdits) planPacks();
     planFindings();
@@ -113,7 +116,7 @@ class Planner {
     Repetition last;
     for (std::size_t i = 1; i < structure_.partitions.size(); ++i) {
       const auto& partition = structure_.partitions[i];
-      if (partition.damaged || partition.pack.headerByteCount == 0) continue;
+      if (!MXF::hasMetadata(partition) || (options_.isForced && !rooms_[i])) continue;
       const auto like = repetitions.like(i);
       if (like == Repetitions::Like::kHeader) {
         plan_.replacements.metadata.emplace_back(i, bytes);
@@ -121,11 +124,16 @@ class Planner {
       }
       if (like == Repetitions::Like::kNone) last = repetitionOf(partition);
       if (last.bytes == nullptr) {
-        plan_.report.unedited.push_back({i, last.reason});
+        plan_.report.unedited.push_back({i, last.reason, isBetter(i)});
       } else {
         plan_.replacements.metadata.emplace_back(i, last.bytes);
       }
     }
+  }
+
+  bool isBetter(std::size_t number) const {
+    const auto rank = [&](std::size_t i) { return MXF::rankOf(structure_.partitions[i].pack.status); };
+    return number == MXF::bestPartition(structure_) && rank(number) > rank(0);
   }
 
   /// The edited metadata of another partition, or why it has none.
@@ -149,6 +157,7 @@ class Planner {
     if (file_.choice) labels.partition = plan_.replacements.metadata.front().partition;
     for (std::size_t i = 0; i < structure_.partitions.size(); ++i) {
       auto pack = structure_.partitions[i].pack;
+      if (structure_.partitions[i].damaged) continue;
       if (i == labels.partition.value_or(i) && MXF::relabel(pack, labels)) plan_.report.packs.push_back(i);
     }
     plan_.replacements.labels = std::move(labels);
@@ -195,6 +204,7 @@ class Planner {
   std::optional<Types::UUID>& signedBy_;
   std::unique_ptr<PartitionMetadata> before_;
   MXF::FileStructure structure_;
+  std::vector<std::optional<MXF::MetadataRoom>> rooms_;  // of a forced change
   SavePlan plan_;
 };
 

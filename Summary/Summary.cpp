@@ -211,35 +211,9 @@ MetadataSummary summaryOf(const PartitionMetadata& metadata) { return SummaryRea
 std::vector<Partition> partitionsOf(const MXF::FileStructure& structure) {
   std::vector<Partition> partitions;
   for (const auto& info : structure.partitions) {
-    const bool hasMetadata = !info.damaged && info.pack.headerByteCount != 0;
-    partitions.push_back({partitions.size(), info.pack.kind, info.pack.status, hasMetadata});
+    partitions.push_back({partitions.size(), info.pack.kind, info.pack.status, MXF::hasMetadata(info)});
   }
   return partitions;
-}
-
-int rankOf(KLV::PartitionStatus status) {
-  switch (status) {
-    case KLV::PartitionStatus::kClosedComplete:
-      return 4;
-    case KLV::PartitionStatus::kClosedIncomplete:
-      return 3;
-    case KLV::PartitionStatus::kOpenComplete:
-      return 2;
-    case KLV::PartitionStatus::kOpenIncomplete:
-      return 1;
-    case KLV::PartitionStatus::kGenericStream:
-      return 0;
-  }
-  return 0;
-}
-
-const Partition* bestOf(const std::vector<Partition>& partitions) {
-  const Partition* best = nullptr;
-  for (const auto& partition : partitions) {
-    if (!partition.hasMetadata) continue;
-    if (best == nullptr || rankOf(partition.status) >= rankOf(best->status)) best = &partition;
-  }
-  return best;
 }
 
 std::string timecodeText(int64 frames, uint16 framesPerSecond, bool dropFrame) {

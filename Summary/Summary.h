@@ -225,13 +225,6 @@ MetadataSummary summaryOf(const PartitionMetadata& metadata);
 /// The partitions of a file, in file order.
 std::vector<Partition> partitionsOf(const MXF::FileStructure& structure);
 
-/// Which partition has the best metadata: closed and complete ones before closed incomplete, open complete and open
-/// incomplete ones, and of equal ones the last, which is the footer partition where it has metadata (ST 377-1).
-/// @return null when none has metadata.
-const Partition* bestOf(const std::vector<Partition>& partitions);
-/// The rank of a status, from 0 for the worst.
-int rankOf(KLV::PartitionStatus status);
-
 /// "10:00:00:00" and the like; the number of frames where that is no time of day.
 std::string timecodeText(int64 frames, uint16 framesPerSecond, bool dropFrame);
 

@@ -128,12 +128,15 @@ set(VANTOR_PUBLIC_HEADERS
   Core/MXF/FileStructure.h
   Core/MXF/HeaderMetadataReader.h
   Core/MXF/HeaderMetadataReplacement.h
+  Core/MXF/HeaderMetadataSalvage.h
   Core/MXF/HeaderMetadataWriter.h
   Core/MXF/IndexTable.h
+  Core/MXF/MetadataDamage.h
   Core/MXF/OperationalPattern.h
   Core/MXF/PartitionChoice.h
   Core/MXF/PartitionPack.h
   Core/MXF/TrackKind.h
+  Core/MXF/Unchecked.h
   XMLUtils/DomToBuffer.h
   XMLUtils/EncodingType.h
   XMLUtils/Holder.h

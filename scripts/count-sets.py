@@ -196,4 +196,5 @@ def main():
     print(len(found))
 
 
-main()
+if __name__ == "__main__":
+    main()

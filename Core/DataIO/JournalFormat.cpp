@@ -14,8 +14,11 @@ namespace {
 using Exceptions::IOError;
 using Exceptions::raise;
 
+using Start = std::array<uint8, 12>;
 /// A name, and the version of the format in 32 bits.
-constexpr std::array<uint8, 12> kStart = {'v', 'a', 'n', 't', 'o', 'r', '-', 'j', 0, 0, 0, 2};
+constexpr Start kStart = {'v', 'a', 'n', 't', 'o', 'r', '-', 'j', 0, 0, 0, 2};
+/// The same for a file that may grow.
+constexpr Start kGrowingStart = {'v', 'a', 'n', 't', 'o', 'r', '-', 'j', 0, 0, 0, 3};
 constexpr std::size_t kMagicSize = 8;
 constexpr uint64 kHeaderSize = kStart.size() + sizeof(uint32) + 2 * sizeof(uint64);
 constexpr uint64 kPlaceHeaderSize = 2 * sizeof(uint64);
@@ -47,12 +50,13 @@ void blank(Bytes& bytes, uint64 offset, uint64 otherOffset, uint64 otherSize) {
             uint8{0});
 }
 
-/// The check of evenly spaced samples, the last of which ends with the file, without the bytes in the places.
-uint64 checkSurroundings(SeekableSource& file, const std::vector<Journal::Place>& places) {
-  const uint64 size = std::min(file.size(), kSampleSize);
+/// The check of evenly spaced samples, without the bytes in the places.
+/// @param fileSize  where the last sample ends.
+uint64 checkSurroundings(SeekableSource& file, uint64 fileSize, const std::vector<Journal::Place>& places) {
+  const uint64 size = std::min(fileSize, kSampleSize);
   Crc64 check;
   for (uint64 i = 0; i < kSamples; ++i) {
-    const uint64 offset = (file.size() - size) - (file.size() - size) / (kSamples - 1) * i;
+    const uint64 offset = (fileSize - size) - (fileSize - size) / (kSamples - 1) * i;
     Bytes sample = readPiece(file, offset, size);
     for (const auto& place : places) blank(sample, offset, place.offset, place.size);
     check.write(sample.data(), sample.size());
@@ -75,11 +79,13 @@ void writePlace(DataSink& sink, SeekableSource& file, const NewBytes& change) {
   sink.write(change.bytes.data(), change.bytes.size());
 }
 
-/// How many bytes of the right start are there.
+/// How many bytes of a right start are there.
 std::size_t rightStart(SeekableSource& source) {
   const Bytes start = readPiece(source, 0, std::min<uint64>(source.size(), kStart.size()));
-  const auto wrong = std::mismatch(start.begin(), start.end(), kStart.begin()).first;
-  return static_cast<std::size_t>(wrong - start.begin());
+  const auto rightOf = [&start](const Start& right) {
+    return std::mismatch(start.begin(), start.end(), right.begin()).first - start.begin();
+  };
+  return static_cast<std::size_t>(std::max(rightOf(kStart), rightOf(kGrowingStart)));
 }
 
 /// Whether the start of a journal is complete. A part may be missing, or be zeros.
@@ -151,21 +157,22 @@ bool isWithin(uint64 offset, uint64 size, uint64 whole) { return offset <= whole
 
 }  // namespace
 
-void writeJournal(DataSink& output, SeekableSource& file, const std::vector<NewBytes>& changes) {
+void writeJournal(DataSink& output, SeekableSource& file, const std::vector<NewBytes>& changes, Growth growth) {
   CheckedSink sink(output);
-  sink.write(kStart.data(), kStart.size());
+  sink.write((growth == Growth::kAllowed ? kGrowingStart : kStart).data(), kStart.size());
   writeBigEndian<uint32>(sink, static_cast<uint32>(changes.size()));
   writeBigEndian<uint64>(sink, file.size());
-  writeBigEndian<uint64>(sink, checkSurroundings(file, placesOf(changes)));
+  writeBigEndian<uint64>(sink, checkSurroundings(file, file.size(), placesOf(changes)));
   for (const auto& change : changes) writePlace(sink, file, change);
   writeBigEndian<uint64>(output, sink.check());
 }
 
 std::optional<Journal> readJournal(SeekableSource& source) {
   if (!hasStart(source) || !hasRightCheck(source)) return std::nullopt;
-  source.seek(kStart.size());
-  const auto count = readBigEndian<uint32>(source);
   Journal journal;
+  source.seek(kStart.size() - 1);
+  if (readBigEndian<uint8>(source) == kGrowingStart.back()) journal.growth = Growth::kAllowed;
+  const auto count = readBigEndian<uint32>(source);
   journal.fileSize = readBigEndian<uint64>(source);
   journal.surroundings = readBigEndian<uint64>(source);
   for (uint32 i = 0; i < count; ++i) journal.places.push_back(readPlace(source));
@@ -174,8 +181,8 @@ std::optional<Journal> readJournal(SeekableSource& source) {
 
 PlaceBytes bytesInPlaces(const Journal& journal, SeekableSource& source, SeekableSource& file) {
   const auto isInFile = [&](const Journal::Place& place) { return isWithin(place.offset, place.size, file.size()); };
-  if (journal.fileSize != file.size() || !std::all_of(journal.places.begin(), journal.places.end(), isInFile) ||
-      checkSurroundings(file, journal.places) != journal.surroundings)
+  if (!journal.allowsSize(file.size()) || !std::all_of(journal.places.begin(), journal.places.end(), isInFile) ||
+      checkSurroundings(file, journal.fileSize, journal.places) != journal.surroundings)
     return PlaceBytes::kOther;
   Seen seen;
   for (const auto& place : journal.places) look(place, source, file, seen);

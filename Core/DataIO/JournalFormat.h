@@ -21,10 +21,14 @@ struct Journal {
   uint64 fileSize = 0;
   uint64 surroundings = 0;
   std::vector<Place> places;
+  Growth growth = Growth::kNone;
+
+  /// Whether the file of the journal may have so many bytes.
+  bool allowsSize(uint64 size) const { return growth == Growth::kAllowed ? size >= fileSize : size == fileSize; }
 };
 
 /// Writes the whole journal of a change of a file that still has its old bytes.
-void writeJournal(DataSink& sink, SeekableSource& file, const std::vector<NewBytes>& changes);
+void writeJournal(DataSink& sink, SeekableSource& file, const std::vector<NewBytes>& changes, Growth growth);
 
 /// None when the journal is cut off or damaged.
 /// @throws Exceptions::IOError when it is no journal, or one of another version.

@@ -8,6 +8,21 @@ namespace Vantor::DataIO {
 
 using Exceptions::raise;
 
+namespace {
+
+constexpr uint64 kForwardPiece = uint64{1} << 16;
+
+}  // namespace
+
+bool KeptSource::goTo(uint64 offset) {
+  position_ = std::min(offset, source_.position());
+  while (position_ < offset) {
+    Bytes piece(static_cast<std::size_t>(std::min(offset - position_, kForwardPiece)));
+    if (readNew(piece.data(), piece.size()) == 0) return false;
+  }
+  return true;
+}
+
 uint64 KeptSource::remaining() const {
   const uint64 left = source_.remaining();
   return left == kUnknownSize ? kUnknownSize : source_.position() - position_ + left;

@@ -19,6 +19,9 @@ class KeptSource : public DataSource {
 
   /// Goes back to where the source stood at first.
   void rewind() { position_ = start_; }
+  /// Goes to an offset that does not lie before the start: back, or on, which reads and keeps what lies between.
+  /// @return false when the source ends before the offset; it then stands at the end.
+  bool goTo(uint64 offset);
 
   uint64 position() const override { return position_; }
   uint64 remaining() const override;

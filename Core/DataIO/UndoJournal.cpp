@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Core/DataIO/JournalFormat.h"
+#include "Core/DataIO/Memory.h"
 #include "Core/DataIO/Pieces.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
@@ -39,18 +40,21 @@ bool isThere(const Path& path) {
   return fs::exists(path, error);
 }
 
+/// Throws when the file is not the one that a change was made for.
+using CheckFile = std::function<void(const Path& realFile)>;
+
 /// Writes the journal of a change that has not begun, to the medium. It gets its name when it is complete; an
-/// incomplete one under that name is therefore damaged. None is left behind when this throws, as it does when the file
-/// has another state by then.
-void writeJournal(const Path& realFile, const FileState& expected, const std::vector<NewBytes>& changes) {
+/// incomplete one under that name is therefore damaged. None is left behind when this throws.
+/// @param check  called when the journal is complete.
+void writeJournal(const Path& realFile, const std::vector<NewBytes>& changes, Growth growth, const CheckFile& check) {
   const Path unfinished = unfinishedJournalOf(realFile);
   if (isThere(unfinished)) removeFromDisk(unfinished);  // of a change that never began: the file is locked
   FileDataSource old(realFile);
   NewFile output(unfinished);
   std::error_code ignored;
   fs::permissions(unfinished, fs::status(realFile).permissions(), ignored);
-  writeJournal(output, old, changes);
-  requireState(realFile, expected, "cannot change");
+  writeJournal(output, old, changes, growth);
+  check(realFile);
   output.commit(journalOf(realFile));
 }
 
@@ -87,7 +91,7 @@ void putBack(const Path& journalFile, FileUpdate& file) {
   FileDataSource present(file.path());
   const auto journal = readJournal(source);
   if (!journal) refuseDamagedJournal(file, hasBytesLeft(source, present));
-  if (journal->fileSize != file.size()) {
+  if (!journal->allowsSize(file.size())) {
     refuseRecovery(file, sizes(file.size(), journal->fileSize) + "its journal was written");
   }
   if (bytesInPlaces(*journal, source, present) == PlaceBytes::kOther) {
@@ -152,7 +156,7 @@ bool canBeUndone(const Path& realFile) {
   FileDataSource present(realFile);
   const auto kept = readJournal(source);
   if (!kept) refuseUndoing(realFile, "'" + source.name() + "', which has the old bytes, is damaged");
-  if (kept->fileSize != present.size()) {
+  if (!kept->allowsSize(present.size())) {
     refuseUndoing(realFile, sizes(present.size(), kept->fileSize) + "it was changed");
   }
   const auto bytes = bytesInPlaces(*kept, source, present);
@@ -203,13 +207,15 @@ void requireNoStoppedChange(const Path& file, const char* failure) {
                  Platform::pathToUTF8(file));
 }
 
-Durability changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
-                         const std::function<void(FileUpdate&)>& write, OldBytes oldBytes) {
+namespace {
+
+Durability change(const Path& file, const std::vector<NewBytes>& changes, Growth growth, const CheckFile& check,
+                  const std::function<void(FileUpdate&)>& write, OldBytes oldBytes) {
   FileUpdate update(realPath(file));
   update.lock();  // before looking for a journal, so that no other process takes ours for that of a stopped change
   requireNoJournal(update.path());
   requireOneName(update.path());
-  writeJournal(update.path(), expected, changes);
+  writeJournal(update.path(), changes, growth, check);
   try {
     if (write) {
       write(update);
@@ -221,6 +227,41 @@ Durability changeInPlace(const Path& file, const FileState& expected, const std:
     goBack(update, error.what());
   }
   return endChange(update.path(), oldBytes);
+}
+
+void requirePresent(const Path& file, const std::vector<NewBytes>& changes, const std::vector<Bytes>& present) {
+  FileDataSource source(file);
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    Memory::MemoryFile expected(present[i].data(), present[i].size());
+    if (haveSameBytes(expected, 0, source, changes[i].offset, present[i].size())) continue;
+    raise<IOError>("cannot change '{}': another program has changed the bytes from offset {} on meanwhile; begin anew",
+                   source.name(), changes[i].offset);
+  }
+}
+
+}  // namespace
+
+Durability changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
+                         const std::function<void(FileUpdate&)>& write, OldBytes oldBytes) {
+  const auto check = [&](const Path& realFile) { requireState(realFile, expected, "cannot change"); };
+  return change(file, changes, Growth::kNone, check, write, oldBytes);
+}
+
+Durability changeGrowingFile(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
+                             const std::vector<Bytes>& present, OldBytes oldBytes) {
+  const auto check = [&](const Path& realFile) {
+    requireGrownFrom(realFile, expected, "cannot change");
+    requirePresent(realFile, changes, present);
+  };
+  requireGrownFrom(file, expected, "cannot change");  // before the old bytes are read
+  return change(file, changes, Growth::kAllowed, check, {}, oldBytes);
+}
+
+void requireGrownFrom(const Path& file, const FileState& expected, const char* failure) {
+  const auto now = stateOf(file);
+  if (now.identity == expected.identity && now.size >= expected.size) return;
+  raise<IOError>("{} '{}': another program has replaced or shortened it meanwhile; begin anew", failure,
+                 Platform::pathToUTF8(file));
 }
 
 Recovery recover(const Path& file) {

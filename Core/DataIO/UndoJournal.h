@@ -58,6 +58,9 @@ enum class OldBytes {
   kKeep
 };
 
+/// Whether a file may become longer while it is changed, by its writer.
+enum class Growth { kNone, kAllowed };
+
 /// Changes bytes of a file. When anything throws, the old bytes are put back first.
 /// @param expected  the state of the file that the change was made for.
 /// @param changes   in places that do not overlap.
@@ -70,6 +73,16 @@ enum class OldBytes {
 /// Also when the journal of a finished change cannot be removed or renamed.
 Durability changeInPlace(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
                          const std::function<void(FileUpdate&)>& write = {}, OldBytes oldBytes = OldBytes::kDrop);
+
+/// The same for a file whose writer may still be at work. Its size and time may be others than expected, unless it has
+/// become shorter or another file has its name; recover() and undo() permit that, too.
+/// @param present  the bytes in the places of the changes that the change was made for, in their order.
+/// @throws Exceptions::IOError as above, and when other bytes are there.
+Durability changeGrowingFile(const Path& file, const FileState& expected, const std::vector<NewBytes>& changes,
+                             const std::vector<Bytes>& present, OldBytes oldBytes = OldBytes::kDrop);
+/// @param failure  what cannot be done with the file otherwise, such as "cannot change".
+/// @throws Exceptions::IOError when the file has become shorter, or another one has its name.
+void requireGrownFrom(const Path& file, const FileState& expected, const char* failure);
 
 enum class Recovery {
   kNoJournal,  ///< no change was stopped; nothing was done

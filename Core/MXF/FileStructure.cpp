@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/OneState.h"
 #include "Core/KLV/Keys.h"
 #include "Core/KLV/Value.h"
 #include "Core/MXF/KLVHeader.h"
@@ -202,8 +202,7 @@ FileStructure readStructure(SeekableSource& source) {
 }
 
 FileStructure readStructure(const Path& path) {
-  DataIO::File::FileDataSource source(path);
-  return readStructure(source);
+  return DataIO::File::readInOneState(path, [](SeekableSource& source) { return readStructure(source); });
 }
 
 std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 offset) {
@@ -214,12 +213,46 @@ std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 of
   return static_cast<std::size_t>(found - partitions.begin());
 }
 
+int rankOf(KLV::PartitionStatus status) {
+  switch (status) {
+    case KLV::PartitionStatus::kClosedComplete:
+      return 4;
+    case KLV::PartitionStatus::kClosedIncomplete:
+      return 3;
+    case KLV::PartitionStatus::kOpenComplete:
+      return 2;
+    case KLV::PartitionStatus::kOpenIncomplete:
+      return 1;
+    case KLV::PartitionStatus::kGenericStream:
+      return 0;
+  }
+  return 0;
+}
+
+std::optional<std::size_t> bestPartition(const FileStructure& structure) {
+  const auto& partitions = structure.partitions;
+  std::optional<std::size_t> best;
+  for (std::size_t i = 0; i < partitions.size(); ++i) {
+    if (!hasMetadata(partitions[i])) continue;
+    if (!best || rankOf(partitions[i].pack.status) >= rankOf(partitions[*best].pack.status)) best = i;
+  }
+  return best;
+}
+
+PartitionChoice choiceOf(const FileStructure& structure, std::size_t number) {
+  if (number == 0) return PartitionChoice::header();
+  if (isFooter(structure.partitions[number])) return PartitionChoice::footer();
+  return PartitionChoice::number(static_cast<uint32>(number));
+}
+
 PartitionInfo findPartition(SeekableSource& source, const PartitionChoice& choice) {
   source.seek(0);
   PartitionInfo header = readHeaderPartition(source);
   if (choice.kind() == PartitionChoice::Kind::kFooter) return findFooter(source, header);
-  if (choice.number() == 0) return header;
+  const bool isBest = choice.kind() == PartitionChoice::Kind::kBest;
+  if (!isBest && choice.number() == 0) return header;
   const FileStructure structure = structureFrom(source, header);
+  if (isBest) return structure.partitions[bestPartition(structure).value_or(0)];
   if (choice.number() >= structure.partitions.size()) refuse(choice, structure);
   return sound(source, structure.partitions[choice.number()]);
 }

@@ -55,8 +55,22 @@ PartitionInfo readHeaderPartition(DataIO::DataSource& source);
 /// The number of the partition whose pack stands at an offset in the file; none when no partition starts there.
 std::optional<std::size_t> partitionAt(const FileStructure& structure, uint64 offset);
 
+/// How good the metadata of a partition can be, by the status of its pack: 4 for closed and complete, then closed and
+/// incomplete, open and complete, open and incomplete; 0 for a generic stream partition, which has none (ST 377-1).
+int rankOf(KLV::PartitionStatus status);
+/// Whether a partition has header metadata, as its pack counts them.
+inline bool hasMetadata(const PartitionInfo& partition) {
+  return !partition.damaged && partition.pack.headerByteCount != 0;
+}
+/// The number of the partition with metadata and the highest rank, of equal ones the last, which is the footer
+/// partition where that has metadata. None when no pack counts metadata.
+std::optional<std::size_t> bestPartition(const FileStructure& structure);
+/// A partition as a choice: the header or footer partition by name, any other by number.
+PartitionChoice choiceOf(const FileStructure& structure, std::size_t number);
+
 /// Finds one partition, with as little reading as that needs. The footer is where the header partition pack has it,
-/// else where the random index pack has it, else at the end of a walk.
+/// else where the random index pack has it, else at the end of a walk. The best one is that of bestPartition(), else
+/// the header partition.
 /// @throws Exceptions::ParseError "the file has no footer partition" and the like; also as readStructure().
 PartitionInfo findPartition(DataIO::SeekableSource& source, const PartitionChoice& choice);
 

@@ -1,16 +1,34 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
+#include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Limits.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Types.h"
 
 namespace Vantor::MXF {
+
+/// Header metadata with damage, or cut off. `salvageHeaderMetadata` reads what is left of them.
+class DamagedMetadata : public Exceptions::ParseError {
+ public:
+  /// @param cause  what is wrong. @param offset  of the damaged KLV. @param wholeSets  that stand before it.
+  DamagedMetadata(const Exceptions::ParseError& cause, uint64 offset, std::size_t wholeSets);
+
+  /// Of the damaged KLV, in the file.
+  uint64 offset() const noexcept { return offset_; }
+  /// How many sets of the partition stand before the damage, dark sets included.
+  std::size_t wholeSets() const noexcept { return wholeSets_; }
+
+ private:
+  uint64 offset_;
+  std::size_t wholeSets_;
+};
 
 /// Reads the header metadata of one partition of an MXF file (ST 377-1): fill, a primer pack, then sets and fill.
 ///
@@ -21,6 +39,8 @@ namespace Vantor::MXF {
 /// item that runs past the end of the file counts as its end. Every other KLV becomes a set or a dark set, whatever its
 /// key. A further primer pack adds its rows; a tag that an earlier one maps keeps its meaning.
 ///
+/// A file that another program is writing is read as it is at one moment (`DataIO::File::readInOneState`).
+///
 /// Reads what it returns, keys and lengths, and goes past fill and essence without reading them, whatever the file's
 /// size. Keeps no state between calls; two threads may read the same path at once.
 /// @param path        the file; it is opened for reading and closed before the call returns.
@@ -29,8 +49,8 @@ namespace Vantor::MXF {
 /// @param limits      sets, properties, value size and memory beyond which the file is refused.
 /// @return the partition's sets, dark sets included, in file order; owned by the caller.
 /// @throws Exceptions::ParseError with the byte offset where the file stops being MXF, or when the file has no such
-/// partition or the partition no header metadata, and LimitExceeded, which is one; nothing is returned then.
-/// Exceptions::IOError when the file cannot be read.
+/// partition or the partition no header metadata, and two that are one: DamagedMetadata where they begin and are not
+/// whole, and LimitExceeded. Nothing is returned then. Exceptions::IOError when the file cannot be read.
 std::unique_ptr<PartitionMetadata> readHeaderMetadata(const Path& path,
                                                       SharedPtr<const MetaMetadata::Dictionary> dictionary,
                                                       const PartitionChoice& choice = PartitionChoice::header(),

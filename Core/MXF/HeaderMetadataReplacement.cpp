@@ -109,6 +109,11 @@ class ReportingSink : public DataIO::DataSink {
 };
 
 ReplacementPlan planRewriting(SeekableSource& source, const Replacements& replacements) {
+  if (replacements.isForced) {
+    raise<IOError>(
+        "cannot write '{}' anew: it is cut off, or its writer is still at work; only what fits in place can be changed",
+        source.name());
+  }
   ReplacementPlan plan = planReplacements(source, replacements);
   refuseUnlisted(source, plan.structure, plan.rooms);
   planMovedDirectories(source, plan);
@@ -151,6 +156,20 @@ void endCopy(const Path& original, const FileState& expected, uint64 size, const
   DataIO::File::requireState(original, expected, "cannot copy");
 }
 
+DataIO::File::Durability replaceByForce(const Path& file, const FileState& expected, const Replacements& replacements,
+                                        DataIO::File::OldBytes oldBytes) {
+  std::vector<DataIO::File::NewBytes> changes;
+  std::vector<Bytes> present;
+  {
+    FileDataSource source(file);
+    changes = newBytes(planReplacements(source, replacements));
+    for (const auto& change : changes) present.push_back(readRoom(source, {change.offset, change.bytes.size()}));
+  }
+  if (replacements.lastCheck) replacements.lastCheck();
+  if (changes.empty()) return DataIO::File::Durability::kSurvivesPowerFailure;
+  return DataIO::File::changeGrowingFile(file, expected, changes, present, oldBytes);
+}
+
 }  // namespace
 
 bool fits(SeekableSource& file, const Replacements& replacements) {
@@ -162,6 +181,7 @@ bool fits(SeekableSource& file, const Replacements& replacements) {
 
 DataIO::File::Durability replaceInPlace(const Path& file, const FileState& expected, const Replacements& replacements,
                                         DataIO::File::OldBytes oldBytes) {
+  if (replacements.isForced) return replaceByForce(file, expected, replacements, oldBytes);
   DataIO::File::requireState(file, expected, "cannot change");
   std::vector<DataIO::File::NewBytes> changes;
   {
@@ -174,7 +194,11 @@ DataIO::File::Durability replaceInPlace(const Path& file, const FileState& expec
 
 void requireReplaceable(const Path& file, const FileState& expected, const Replacements& replacements) {
   DataIO::File::requireNoOpenChange(file, "cannot change");
-  DataIO::File::requireState(file, expected, "cannot change");
+  if (replacements.isForced) {
+    DataIO::File::requireGrownFrom(file, expected, "cannot change");
+  } else {
+    DataIO::File::requireState(file, expected, "cannot change");
+  }
   const FileUpdate writable(file);
   DataIO::File::requireOneName(file);
   FileDataSource source(file);

@@ -76,6 +76,11 @@ struct Replacements {
 
   MetadataReplacements metadata;
   PackLabels labels;
+  /// Whether they are made although the file is cut off or not finished, as far as refuseUnsafe() can do without that:
+  /// in place only, and also while the file becomes longer.
+  bool isForced = false;
+  /// Of a forced change: called before it is written. @throws what is to go on to the caller, with the file unchanged.
+  std::function<void()> lastCheck = {};
 };
 
 /// The largest KAG size to which a partition is padded, in bytes; a larger one is taken for damage.

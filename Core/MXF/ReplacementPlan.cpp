@@ -125,7 +125,7 @@ void planPack(SeekableSource& source, const PackLabels& labels, std::size_t numb
   const PartitionInfo& partition = plan.structure.partitions[number];
   PlannedPack planned;
   planned.pack = partition.pack;
-  if (!relabel(planned.pack, labels)) return;
+  if (partition.damaged || !relabel(planned.pack, labels)) return;
   requireSize(planned.pack, number);
   source.seek(partition.offset);
   const KLVHeader old = readKLVHeader(source);
@@ -183,7 +183,8 @@ void PlannedMetadata::write(uint64 offset, DataIO::DataSink& sink) const {
 ReplacementPlan planReplacements(SeekableSource& source, const Replacements& replacements) {
   ReplacementPlan plan;
   plan.structure = readStructure(source);
-  plan.rooms = refuseUnsafe(source, plan.structure);
+  std::vector<Unchecked> unchecked;  // which is the caller's to know
+  plan.rooms = refuseUnsafe(source, plan.structure, replacements.isForced ? &unchecked : nullptr);
   plan.partitions.resize(plan.rooms.size());
   const Bytes* checked = nullptr;
   bool hasDirectory = false;

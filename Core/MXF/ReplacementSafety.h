@@ -6,6 +6,7 @@
 #include "Core/DataIO/File.h"
 #include "Core/MXF/FileStructure.h"
 #include "Core/MXF/MetadataRoom.h"
+#include "Core/MXF/Unchecked.h"
 
 namespace Vantor::MXF {
 
@@ -15,9 +16,12 @@ namespace Vantor::MXF {
 /// partition (an open header partition alone is fine); files with damage, or with bytes that cannot be followed; files
 /// that are cut off, so that the footer partition or what the random index pack lists is missing; files with a
 /// partition for which findMetadataRoom() throws.
-/// @return what findMetadataRoom() finds for each partition.
+/// @param unchecked  null for all of this. Otherwise only the metadata of the header partition and object directories
+///                   have to be sound, as far as a change in place of these metadata needs that, and it gets the rest.
+/// @return what findMetadataRoom() finds for each partition; none also where `unchecked` has the metadata or the pack.
 /// @throws Exceptions::ParseError with the offset of the damage, or Exceptions::IOError with the reason and the path.
-std::vector<std::optional<MetadataRoom>> refuseUnsafe(DataIO::SeekableSource& source, const FileStructure& structure);
+std::vector<std::optional<MetadataRoom>> refuseUnsafe(DataIO::SeekableSource& source, const FileStructure& structure,
+                                                      std::vector<Unchecked>* unchecked = nullptr);
 
 /// Checks that parts of the file can move, which demands more: no KLV may hold an offset that a copy would leave wrong.
 /// Refused are: files with a partition pack, or a random index pack, that is not the structure's, such as one that the

@@ -249,7 +249,8 @@ TEST(Export, TellsWhereAFileStopsBeingMXF) {
   const std::string whole = readFile(sample("op1a.mxf"));
   writeFile(folder.path("cut.mxf"), whole.substr(0, 3000));
   expectFailure({"export", folder.path("cut.mxf")},
-                "at byte offset 2997: expected 92 bytes of set ContentStorage, found 3 to the end of the file");
+                "at byte offset 2997: expected 92 bytes of set ContentStorage, found 3 to the end of the file; 2 whole "
+                "sets stand before it");
   writeFile(folder.path("text.mxf"), "Dear Sir or Madam");
   expectFailure({"export", folder.path("text.mxf")},
                 "this is no MXF file: no partition pack among its first 65,536 bytes");

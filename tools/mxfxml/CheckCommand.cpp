@@ -7,9 +7,10 @@
 #include "CommandLine/DictionaryOptions.h"
 #include "CommandLine/LimitOptions.h"
 #include "CommandLine/RuleOptions.h"
-#include "Core/DataIO/File.h"
+#include "Core/DataIO/OneState.h"
 #include "Core/Platform/Path.h"
 #include "Edit/Check.h"
+#include "Input/Salvage.h"
 #include "Input/StoppedChange.h"
 #include "Report/FindingText.h"
 #include "Report/JSONOutput.h"
@@ -30,6 +31,7 @@ class CheckCommand final : public Command {
     app().add_option_function<std::vector<std::string>>("FILE", take, "MXF files")->type_name("")->check(whyNoFileName);
     rules_.addIgnore(app(), "Leave out what breaks this rule");
     app().add_flag("--rules", printsRules_, "Print the rules with their severity and source instead");
+    salvage_.add(app());
     addJSON(app(), isJSON_);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
@@ -62,28 +64,40 @@ class CheckCommand final : public Command {
   ExitCode check(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& shared,
                  JSON::Value& checked) const {
     auto json = JSON::Value::object().add("file", Platform::pathToUTF8(file));
+    Edit::FileState state;
     std::vector<Edit::Finding> findings;
     try {
       refuseStoppedChange(file);
-      DataIO::File::FileDataSource source(file);
-      const auto dictionary =
-          dictionary_.usesOwn() ? dictionary_.loadFor(DictionaryOptions::partitionOf(file, {})) : shared;
-      findings = rules_.withoutIgnored(Edit::check(Edit::readState(source, dictionary, limits())));
+      state = read(file, shared);
+      findings = rules_.withoutIgnored(Edit::check(state));
     } catch (...) {
       const auto problem = currentExceptionText(file);
       printMessage(problem);
       checked.append(json.add("problem", oneLine(problem)));
       return kTrouble;
     }
+    const auto& header = state.partitions.front();
     if (isJSON_) {
-      checked.append(json.add("findings", jsonOf(findings)));
+      json.add("findings", jsonOf(findings));
+      addMissing(header.missing, json);
+      checked.append(std::move(json));
     } else {
       print(file, findings);
     }
+    if (!header.missing.empty()) return reportMissing(file, *header.metadata, header.missing);
     const bool isSound = std::all_of(findings.begin(), findings.end(), [](const Edit::Finding& finding) {
       return finding.rule->severity == Edit::Severity::kNote;
     });
     return isSound ? kSuccess : kFailure;
+  }
+
+  Edit::FileState read(const Path& file, const SharedPtr<const MetaMetadata::Dictionary>& shared) const {
+    Missing missing;  // which the state has, too
+    const auto partition = DictionaryOptions::partitionOf(file, {}, {}, salvage_.placeFor(missing));
+    const auto dictionary = dictionary_.usesOwn() ? dictionary_.loadFor(partition) : shared;
+    const auto onDamage = salvage_.isOn() ? Edit::OnDamage::kSalvage : Edit::OnDamage::kStop;
+    return DataIO::File::readInOneState(
+        file, [&](DataIO::SeekableSource& source) { return Edit::readState(source, dictionary, limits(), onDamage); });
   }
 
   /// With the name of the file on each line where there are several files.
@@ -96,6 +110,7 @@ class CheckCommand final : public Command {
 
   std::vector<Path> files_;
   RuleOptions rules_;
+  SalvageOption salvage_;
   bool printsRules_ = false;
   bool isJSON_ = false;
   DictionaryOptions dictionary_;

@@ -9,6 +9,7 @@
 #include "Definitions/DictionaryJSON.h"
 #include "Definitions/DictionarySearch.h"
 #include "Definitions/DictionaryText.h"
+#include "Input/BetterPartition.h"
 #include "Input/StoppedChange.h"
 #include "Registers/FileDefinitions.h"
 #include "Report/JSONOutput.h"
@@ -90,7 +91,9 @@ class DictionaryCommand final : public Command {
   }
 
   std::string learnedText() const {
-    const auto metadata = MXF::readHeaderMetadata(learned_, dictionary_.load(), partition_, limits());
+    const auto partition = partitionIn(learned_, partition_);
+    const auto metadata = MXF::readHeaderMetadata(learned_, dictionary_.load(), partition, limits());
+    noteBetterPartition(learned_, app().count("--partition") != 0);
     auto definitions = dictionary_.definitions();
     const auto found = Registers::addFileDefinitions(*metadata, Platform::pathToUTF8(learned_), definitions);
     for (const auto& problem : found.problems)

@@ -9,6 +9,7 @@
 #include "Core/Comparison/SetPairing.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Strings.h"
+#include "Input/BetterPartition.h"
 #include "Input/InputDocument.h"
 #include "Input/MetadataInput.h"
 #include "Report/ComparisonText.h"
@@ -82,9 +83,10 @@ class DiffCommand final : public Command {
                    "Fail on content of a document that occurs twice or means\nnothing, instead of warning");
     app().add_flag("--ignore-ids", ignoreIdentifiers_,
                    "Pair sets by the references to them, not by InstanceUID;\nother InstanceUIDs are no difference");
-    addPartition(app(), partition_,
-                 "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
-                 "partition");
+    addPartition(
+        app(), partition_,
+        "Of MXF files: header (default), footer, best for the one with\nthe best metadata, or a number in file "
+        "order from 0, which is\nthe header partition");
     addJSON(app(), isJSON_)->excludes(tree);
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
@@ -101,6 +103,9 @@ class DiffCommand final : public Command {
     const auto metadata = dictionary_.read({sourceOf(input(), ofInput), namingOther(sourceOf(other_, ofOther))});
     printProblems(input(), ofInput, strict_);
     namingFile(other_, [&] { printProblems(other_, ofOther, strict_); });
+    for (const auto& file : {input(), other_}) {
+      if (!documentFormatOf(file)) noteBetterPartition(file, partition_.has_value());
+    }
     const auto &left = metadata.front(), &right = metadata.back();
     const auto pairing = ignoreIdentifiers_ ? Pairing::kByPlace : Pairing::kByIdentifier;
     const auto comparison = comparePartitions(*left, *right, pairing);

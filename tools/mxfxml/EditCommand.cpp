@@ -11,6 +11,7 @@
 #include "Editing/EditReport.h"
 #include "Editing/EditedText.h"
 #include "Editing/ImportEdit.h"
+#include "Input/BetterPartition.h"
 #include "Input/ExportForm.h"
 #include "Input/InputDocument.h"
 #include "Input/StoppedChange.h"
@@ -30,9 +31,10 @@ class EditCommand final : public Command {
         ->type_name("OUTPUT.mxf");
     addFormat(app(), form_.format);
     addStart(app(), form_.start);
-    addPartition(app(), partition_,
-                 "header, footer or a number: edit this partition only. By\ndefault, the header partition and all "
-                 "that repeat its metadata\nare changed");
+    addPartition(
+        app(), partition_,
+        "header, footer, best or a number: edit this partition only. By\ndefault, the header partition and all "
+        "that repeat its metadata\nare changed");
     app().add_flag("-y,--yes", isAnswered_, "Write the changes without a question");
     options_.add(app());
     dictionary_.addVocabulary(app());
@@ -63,7 +65,7 @@ class EditCommand final : public Command {
 
   void requireSensible() const {
     if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
-    if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
+    options_.requireFor(output_.has_value());
     if (!isAnswered_ && !options_.isDryRun() && !canAsk()) {
       throw UsageError("without a terminal, nobody can be asked; --yes writes the changes");
     }
@@ -78,7 +80,7 @@ class EditCommand final : public Command {
 
   std::string exported() const {
     auto form = form_;
-    form.partition = partition_.value_or(MXF::PartitionChoice());
+    form.partition = partitionIn(input(), partition_.value_or(MXF::PartitionChoice()));
     const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), form.partition));
     DataIO::Memory::MemoryDataSink sink;
     writeDocument(*metadata, form, startOf(*metadata, form, dictionary_, input()), sink);

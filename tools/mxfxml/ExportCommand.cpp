@@ -7,6 +7,7 @@
 #include "CommandLine/LimitOptions.h"
 #include "Input/BetterPartition.h"
 #include "Input/ExportForm.h"
+#include "Input/Salvage.h"
 #include "Input/StoppedChange.h"
 #include "Terminal/ErrorText.h"
 #include "Terminal/StandardStreams.h"
@@ -34,6 +35,7 @@ class ExportCommand final : public Command {
               {{"utf-8", EncodingType::kUTF8Indented}, {"utf-16", EncodingType::kUTF16Indented}},
               "utf-8 (default), or utf-16 in little-endian order");
     addPartition(app(), form_.partition);
+    salvage_.add(app());
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app());
@@ -50,15 +52,20 @@ class ExportCommand final : public Command {
     if (form_.format == DocumentFormat::kJSON && isForXML) {
       throw UsageError("--flat, --structural-only, --exact and --encoding are for XML");
     }
-    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), form_.partition));
+    auto form = form_;
+    form.partition = partitionIn(input(), form_.partition);
+    Missing missing;
+    const auto metadata =
+        dictionary_.read(DictionaryOptions::partitionOf(input(), form.partition, {}, salvage_.placeFor(missing)));
+    requireSomething(*metadata, missing);
     noteBetterPartition(input(), app().count("--partition") != 0);
-    const auto* start = startOf(*metadata, form_, dictionary_, input());
+    const auto* start = startOf(*metadata, form, dictionary_, input());
     if (exact_) {
       writeOutput(output_, exactDocument(*metadata, start));
     } else {
-      writeOutput(output_, [&](auto& sink) { writeDocument(*metadata, form_, start, sink); });
+      writeOutput(output_, [&](auto& sink) { writeDocument(*metadata, form, start, sink); });
     }
-    return kSuccess;
+    return reportMissing(input(), *metadata, missing);
   }
 
  private:
@@ -73,6 +80,7 @@ class ExportCommand final : public Command {
   std::optional<Path> output_;
   ExportForm form_;
   bool exact_ = false;
+  SalvageOption salvage_;
   DictionaryOptions dictionary_;
 };
 

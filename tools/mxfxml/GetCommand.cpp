@@ -14,6 +14,7 @@
 #include "Input/BetterPartition.h"
 #include "Input/InputDocument.h"
 #include "Input/MetadataInput.h"
+#include "Input/Salvage.h"
 #include "Look/PropertyValues.h"
 #include "Report/JSONOutput.h"
 #include "Terminal/ErrorText.h"
@@ -29,6 +30,8 @@ struct Answers {
   std::unique_ptr<PartitionMetadata> metadata;
   std::vector<PropertyValues> byPath;  // in the order of the paths
   std::vector<std::exception_ptr> troubles;
+  MXF::PartitionChoice partition = {};  // of an MXF file
+  Missing missing = {};                 // of its metadata
 };
 
 class GetCommand final : public Command {
@@ -63,9 +66,11 @@ class GetCommand final : public Command {
     json->excludes(names)->excludes(bare)->excludes(table);
     table->excludes(names)->excludes(bare);
     names->excludes(bare);
-    addPartition(app(), partition_,
-                 "Of MXF files: header (default), footer, or a number in file\norder from 0, which is the header "
-                 "partition");
+    addPartition(
+        app(), partition_,
+        "Of MXF files: header (default), footer, best for the one with\nthe best metadata, or a number in file "
+        "order from 0, which is\nthe header partition");
+    salvage_.add(app());
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
     app().footer(
@@ -135,11 +140,11 @@ class GetCommand final : public Command {
       list.append(describe(file, answers, std::move(json)));
     } else if (isTable_) {
       writeStandardOutput(tableRow(file, answers));
-      return codeOf(answers);  // an empty cell shows what is missing
     } else {
       print(answers, paths, areSeveral ? oneLine(Platform::pathToUTF8(file)) + ": " : "");
     }
-    return reportMissing(file, answers);
+    if (!isTable_) printUnfound(file, answers);  // an empty cell shows it
+    return std::max(codeOf(answers), reportMissing(file, *answers.metadata, answers.missing));
   }
 
   Answers answersOf(const Path& file, const Paths& paths) const {
@@ -151,16 +156,19 @@ class GetCommand final : public Command {
         answers.troubles.push_back(std::current_exception());
       }
     };
-    attempt([&] { answers.metadata = read(file); });
+    attempt([&] { answers.metadata = read(file, answers); });
     if (answers.metadata == nullptr) return answers;
     for (const auto& path : paths) attempt([&] { answers.byPath.push_back(valuesOf(*answers.metadata, path)); });
     return answers;
   }
 
-  std::unique_ptr<PartitionMetadata> read(const Path& file) const {
+  std::unique_ptr<PartitionMetadata> read(const Path& file, Answers& answers) const {
     if (partition_ && documentFormatOf(file)) throw CommandError("--partition is for MXF files");
     InputProblems problems;
-    auto metadata = dictionary_.read(metadataSource(file, partition_.value_or(MXF::PartitionChoice()), problems));
+    answers.partition = partitionIn(file, partition_.value_or(MXF::PartitionChoice()));
+    auto metadata =
+        dictionary_.read(metadataSource(file, answers.partition, problems, salvage_.placeFor(answers.missing)));
+    requireSomething(*metadata, answers.missing);
     printProblems(file, problems, false);
     if (!documentFormatOf(file)) noteBetterPartition(file, partition_.has_value());
     return metadata;
@@ -186,11 +194,10 @@ class GetCommand final : public Command {
     return std::any_of(answers.byPath.begin(), answers.byPath.end(), isMissing) ? kFailure : kSuccess;
   }
 
-  static ExitCode reportMissing(const Path& file, const Answers& answers) {
+  static void printUnfound(const Path& file, const Answers& answers) {
     for (const auto& found : answers.byPath) {
       if (found.values.empty()) printMessage(Platform::pathToUTF8(file) + ": " + found.whyNone);
     }
-    return codeOf(answers);
   }
 
   static std::string tableHead(const Paths& paths) {
@@ -216,13 +223,15 @@ class GetCommand final : public Command {
   }
 
   JSON::Value describe(const Path& file, const Answers& answers, JSON::Value json) const {
-    if (!documentFormatOf(file)) json.add("partition", partition_.value_or(MXF::PartitionChoice()).text());
+    if (!documentFormatOf(file)) json.add("partition", answers.partition.text());
     const ExactPaths exact(*answers.metadata);
     auto values = JSON::Value::array();
     for (const auto& found : answers.byPath) {
       for (const auto& value : found.values) values.append(jsonOf(value, exact));
     }
-    return json.add("values", std::move(values));
+    json.add("values", std::move(values));
+    addMissing(answers.missing, json);
+    return json;
   }
 
   void print(const Answers& answers, const Paths& paths, const std::string& fileName) const {
@@ -252,6 +261,7 @@ class GetCommand final : public Command {
   bool isJSON_ = false;
   bool isTable_ = false;
   std::optional<MXF::PartitionChoice> partition_;
+  SalvageOption salvage_;
   DictionaryOptions dictionary_;
 };
 

@@ -76,7 +76,7 @@ class ImportCommand final : public Command {
                                  : "-o is required, or --into with --in-place or --dry-run");
     }
     if (output_ && isStandardOutput(*output_)) requireStreamable();
-    if (output_ && edit_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
+    edit_.requireFor(output_.has_value());
     if (into_ && exact_) {
       throw UsageError("--into excludes --exact, which gives sets new InstanceUIDs: edits find their sets by these");
     }
@@ -112,7 +112,7 @@ class ImportCommand final : public Command {
                     "For a document without description: it starts from this set;\nother sets are kept")
         ->type_name("ID|NAME");
     addPartition(app(), partition_,
-                 "The partition that was exported: header, footer or a number.\n"
+                 "The partition that was exported: header, footer, best or a number.\n"
                  "Only this one is changed. By default, the one that the document\n"
                  "describes; with the header partition, all that repeat its\nmetadata");
   }
@@ -179,14 +179,14 @@ class ImportCommand final : public Command {
   void refuseEditOptions() const {
     for (const char* name :
          {"--in-place", "--expect-unchanged", "--merge-anyway", "--structural-only", "--start", "--partition", "--only",
-          "--ignore", "--sign", "--keep-undo", "--dry-run", "--keep-going"}) {
+          "--ignore", "--sign", "--keep-undo", "--force", "--dry-run", "--keep-going"}) {
       if (app().count(name) != 0) throw UsageError(std::string(name) + " requires --into");
     }
   }
 
   ExitCode editFiles() const {
     if (output_ && edit_.isDryRun()) throw UsageError("--dry-run writes no output");
-    if (output_ && edit_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
+    edit_.requireFor(output_.has_value());
     if (output_ && isStandardOutput(*output_)) throw UsageError("-o is a folder for the copies of a plan");
     auto files = readImportPlan(plan_.table());
     if (output_) writeCopies(files, *output_);

@@ -10,6 +10,7 @@
 #include "Core/MXF/FileStructure.h"
 #include "Core/Platform/Path.h"
 #include "Input/BetterPartition.h"
+#include "Input/Salvage.h"
 #include "Input/StoppedChange.h"
 #include "Look/MetadataText.h"
 #include "Look/PartitionText.h"
@@ -70,10 +71,8 @@ FieldGroup fileGroup(const MXF::FileStructure& structure, const std::vector<Summ
     group.fields.push_back({"sound up to", "offset " + std::to_string(structure.end)});
   }
   group.fields.push_back({"partitions", partitionsText(partitions) + (isOfPipe(structure) ? kNotRead : "")});
-  const auto* best = Summary::bestOf(partitions);
-  if (best != nullptr && !isOfPipe(structure)) {
-    group.fields.push_back({"best metadata", bestText(partitions, *best)});
-  }
+  const auto best = MXF::bestPartition(structure);
+  if (best && !isOfPipe(structure)) group.fields.push_back({"best metadata", bestText(partitions, partitions[*best])});
   group.fields.push_back({"shown here", describe(choice)});
   return group;
 }
@@ -147,9 +146,12 @@ class InfoCommand final : public Command {
         ->required()
         ->type_name("")
         ->check(whyNoFileOrDash);
-    addPartition(app(), partition_,
-                 "header, footer, or a number in file order from 0, which is\nthe header partition; by default the "
-                 "header partition, for the\nsummary the footer or another one in a better state");
+    addPartition(
+        app(), partition_,
+        "header, footer, best for the one with the best metadata, or a\nnumber in file order from 0, which is "
+        "the header partition; by\ndefault the header partition, for the summary the footer or\nanother one in "
+        "a better state");
+    salvage_.add(app(), true);
     auto* partitions =
         app().add_flag("--partitions", partitions_, "Print the partitions and the number of sets of each kind instead");
     auto* sets = app().add_flag(
@@ -198,13 +200,29 @@ class InfoCommand final : public Command {
     return kSuccess;
   }
 
+  /// What is missing goes to standard error.
   std::string textOf(const Path& file, const std::optional<Definitions>& definitions) const {
     const auto structure = readStructure(file);
+    const bool isList = partitions_ || listsSets() || all_;
     std::string text;
-    if (all_ || !(partitions_ || listsSets())) text = summaryText(file, structure);
+    if (all_ || !isList) {
+      const auto source = read(file, structure, chosen(file).value_or(betterThanHeader(structure)));
+      text = summaryText(source);
+      reportMissing(file, *source.metadata, source.missing);
+    }
     if (all_) text += "\n";
-    if (partitions_ || listsSets() || all_) text += listText(file, structure, *definitions);
+    if (isList) {
+      const auto source = read(file, structure, chosen(file).value_or(MXF::PartitionChoice()));
+      text += listText(source, *definitions);
+      noteBetterPartition(file, partition_ || all_);
+      if (!all_) reportMissing(file, *source.metadata, source.missing);
+    }
     return text;
+  }
+
+  std::optional<MXF::PartitionChoice> chosen(const Path& file) const {
+    if (!partition_) return std::nullopt;
+    return partitionIn(file, *partition_);
   }
 
   /// @param list  gets an object for the file.
@@ -213,8 +231,11 @@ class InfoCommand final : public Command {
     try {
       refuseStoppedChange(file);
       auto described = json;
-      addTo(described, read(file, readStructure(file)));
+      const auto structure = readStructure(file);
+      const auto source = read(file, structure, chosen(file).value_or(betterThanHeader(structure)));
+      addTo(described, source);
       list.append(std::move(described));
+      reportMissing(file, *source.metadata, source.missing);
       return kSuccess;
     } catch (...) {
       const auto problem = currentExceptionText(file);
@@ -224,26 +245,27 @@ class InfoCommand final : public Command {
     }
   }
 
-  /// What a summary is made of.
+  /// What is printed of a file.
   struct Source {
     MXF::FileStructure structure;
     std::vector<Summary::Partition> partitions;
     MXF::PartitionChoice choice;
     Registers::FileDefinitions own;
     std::unique_ptr<PartitionMetadata> metadata;
+    Missing missing;
   };
 
-  Source read(const Path& file, const MXF::FileStructure& structure) const {
-    Source source{structure, Summary::partitionsOf(structure), {}, {}, nullptr};
-    source.choice = partition_.value_or(betterThanHeader(source.partitions));
-    source.metadata = dictionary_.read(DictionaryOptions::partitionOf(file, source.choice), &source.own);
+  Source read(const Path& file, const MXF::FileStructure& structure, const MXF::PartitionChoice& choice) const {
+    Source source{structure, Summary::partitionsOf(structure), choice, {}, nullptr, {}};
+    const auto partition = DictionaryOptions::partitionOf(file, choice, {}, salvage_.placeFor(source.missing));
+    source.metadata = dictionary_.read(partition, &source.own);
+    requireSomething(*source.metadata, source.missing);
     return source;
   }
 
-  std::string summaryText(const Path& file, const MXF::FileStructure& structure) const {
-    const auto source = read(file, structure);
+  std::string summaryText(const Source& source) const {
     auto groups = groupsOf(Summary::summaryOf(*source.metadata));
-    groups.push_back(fileGroup(structure, source.partitions, source.choice));
+    groups.push_back(fileGroup(source.structure, source.partitions, source.choice));
     if (source.own.isThere) groups.back().fields.push_back({"own dictionary", countsOf(source.own)});
     auto undecoded = undecodedGroup(*source.metadata);
     if (!undecoded.fields.empty()) groups.push_back(std::move(undecoded));
@@ -255,29 +277,30 @@ class InfoCommand final : public Command {
     if (!isOfPipe(structure)) json.add("size", structure.fileSize).add("end", structure.end);
     json.add("runIn", structure.runIn);
     json.add("partitions", jsonOf(source.partitions));
-    const auto* best = isOfPipe(structure) ? nullptr : Summary::bestOf(source.partitions);
-    if (best != nullptr) json.add("best", uint64{best->number});
+    const auto best = isOfPipe(structure) ? std::nullopt : MXF::bestPartition(structure);
+    if (best) json.add("best", uint64{*best});
     json.add("partition", source.choice.text());
     addSummary(Summary::summaryOf(*source.metadata), json);
     json.add("counts", Tool::countsOf(*source.metadata));
     if (source.own.isThere) json.add("ownDictionary", definitionsOf(source.own));
+    addMissing(source.missing, json);
   }
 
-  std::string listText(const Path& file, const MXF::FileStructure& structure, const Definitions& definitions) const {
-    const auto choice = partition_.value_or(MXF::PartitionChoice());
-    Registers::FileDefinitions own;
-    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(file, choice), &own);
-    const Counts counts(*metadata);
+  std::string listText(const Source& source, const Definitions& definitions) const {
+    const auto& structure = source.structure;
+    const auto& metadata = *source.metadata;
+    const Counts counts(metadata);
     std::string text;
     if (partitions_ || all_) text = describeFile(structure, definitions) + describePartitions(structure) + "\n";
     const bool isWhole = listsSets() || all_;
-    const auto sets = isWhole ? listOfSets(*metadata, {terminalColumns(), allSets_}) : list(counts.known);
-    text += describeMetadata(*metadata, counts, choice, sets);
-    return listsSets() ? text : text + describeOwn(own);
+    const auto sets = isWhole ? listOfSets(metadata, {terminalColumns(), allSets_}) : list(counts.known);
+    text += describeMetadata(metadata, counts, source.choice, sets);
+    return listsSets() ? text : text + describeOwn(source.own);
   }
 
   std::vector<Path> files_;
   std::optional<MXF::PartitionChoice> partition_;
+  SalvageOption salvage_;
   bool partitions_ = false;
   bool sets_ = false;
   bool allSets_ = false;

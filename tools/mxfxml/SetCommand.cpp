@@ -55,9 +55,10 @@ class SetCommand final : public Command {
     hint(start, {CompletionHint::Kind::kSetPath});
     addFile(app(), "-o,--output", output_, "Write a copy to this file instead of changing the file")
         ->type_name("OUTPUT.mxf");
-    addPartition(app(), partition_,
-                 "header, footer or a number: change this partition only.\nBy default, the header partition and all "
-                 "that repeat its\nmetadata are changed");
+    addPartition(
+        app(), partition_,
+        "header, footer, best or a number: change this partition only.\nBy default, the header partition and all "
+        "that repeat its\nmetadata are changed");
     plan_.add(app(), "file,path,value, and action for set or remove",
               {"INPUT", kAssignmentArgument, "--remove", "--from", "--start"});
     app().get_option("INPUT")->required(false);
@@ -73,7 +74,7 @@ class SetCommand final : public Command {
 
   ExitCode run() const override {
     if (output_ && options_.isDryRun()) throw UsageError("--dry-run writes no output");
-    if (output_ && options_.keepsUndo()) throw UsageError("--keep-undo is for a change in place, not for -o");
+    options_.requireFor(output_.has_value());
     if (plan_.isGiven()) return editFiles();
     if (input().empty()) throw UsageError("INPUT is required");
     if (assignments_.empty() && removals_.empty() && !from_) {
@@ -81,7 +82,7 @@ class SetCommand final : public Command {
     }
     const auto changes = wanted();
     if (output_) refuseSameFile(input(), *output_);
-    const EditTarget target{input(), dictionary_, partition_};
+    const EditTarget target{input(), dictionary_, partition_, options_.isForced()};
     const auto file = openForSetting(target, !output_ && !options_.isDryRun());
     const auto failures = edit(target, file->metadata(), changes);
     if (options_.isDryRun()) {
@@ -105,7 +106,7 @@ class SetCommand final : public Command {
   ExitCode editFiles() const {
     auto files = readSetPlan(plan_.table());
     if (output_) writeCopies(files, *output_);
-    return runPlan(plan_, files, SetPlan(dictionary_, partition_, options_.isSigned()), options_);
+    return runPlan(plan_, files, SetPlan(dictionary_, partition_, options_), options_);
   }
 
   /// Reports every change that cannot be made.

@@ -31,9 +31,10 @@ class ShowCommand final : public Command {
     app().add_option("--depth", depth_, "How many levels of sets to show below the first one")->type_name("N");
     app().add_flag("--refs", showsReferences_, "Print InstanceUIDs, and the identifiers of all references");
     addColor(app(), color_);
-    addPartition(app(), partition_,
-                 "Of an MXF file: header (default), footer, or a number in file\norder from 0, which is the header "
-                 "partition");
+    addPartition(
+        app(), partition_,
+        "Of an MXF file: header (default), footer, best for the one with\nthe best metadata, or a number in file "
+        "order from 0, which is\nthe header partition");
     dictionary_.addDictionary(app());
     dictionary_.addOwnDictionary(app(), true);
     addLimits(app());

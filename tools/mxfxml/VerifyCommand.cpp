@@ -8,6 +8,8 @@
 #include "CommandLine/LimitOptions.h"
 #include "Core/Comparison/PartitionComparison.h"
 #include "Core/Platform/Path.h"
+#include "Input/BetterPartition.h"
+#include "Input/Salvage.h"
 #include "Input/StoppedChange.h"
 #include "LosslessXML.h"
 #include "Report/ComparisonText.h"
@@ -49,6 +51,7 @@ class VerifyCommand final : public Command {
         .add_flag("--strict", strict_, "Fail also on content of the document that occurs twice or\nmeans nothing")
         ->excludes(exact);
     addPartition(app(), partition_);
+    salvage_.add(app());
     addJSON(app(), isJSON_);
     dictionary_.addVocabulary(app());
     dictionary_.addDictionary(app());
@@ -59,26 +62,34 @@ class VerifyCommand final : public Command {
 
   ExitCode run() const override {
     refuseStoppedChange(input());
-    const auto metadata = dictionary_.read(DictionaryOptions::partitionOf(input(), partition_));
-    if (metadata->preface() == nullptr) throw CommandError(describe(partition_) + " has no Preface to start from");
+    const auto partition = partitionIn(input(), partition_);
+    Missing missing;
+    const auto metadata =
+        dictionary_.read(DictionaryOptions::partitionOf(input(), partition, {}, salvage_.placeFor(missing)));
+    requireSomething(*metadata, missing);
+    noteBetterPartition(input(), app().count("--partition") != 0);
+    if (metadata->preface() == nullptr) throw CommandError(describe(partition) + " has no Preface to start from");
     Diagnostics diagnostics;
     const auto copy = exact_ ? roundTripExactly(*metadata) : roundTrip(*metadata, diagnostics);
     const auto comparison = comparePartitions(*metadata, *copy);
-    print(diagnostics, comparison);
+    print(partition, diagnostics, comparison, missing);
+    const auto code = reportMissing(input(), *metadata, missing);
     if (strict_ && !diagnostics.empty()) throw CommandError(countOf(diagnostics));
-    if (!comparison.isEqual()) throw CommandError("the metadata of " + describe(partition_) + " comes back changed");
-    return kSuccess;
+    if (!comparison.isEqual()) throw CommandError("the metadata of " + describe(partition) + " comes back changed");
+    return code;
   }
 
  private:
   using Metadata = std::unique_ptr<PartitionMetadata>;
 
-  void print(const Diagnostics& diagnostics, const PartitionComparison& comparison) const {
+  void print(const MXF::PartitionChoice& partition, const Diagnostics& diagnostics,
+             const PartitionComparison& comparison, const Missing& missing) const {
     if (!isJSON_) return writeStandardOutput(linesOf(diagnostics) + describe(comparison));
-    auto json = formatted("verify").add("file", Platform::pathToUTF8(input())).add("partition", partition_.text());
+    auto json = formatted("verify").add("file", Platform::pathToUTF8(input())).add("partition", partition.text());
     json.add("form", exact_ ? "exact" : "lossless").add("nested", !flat_);
     json.add("notes", jsonOf(withoutLines(diagnostics)));
     addComparison(comparison, json);
+    addMissing(missing, json);
     printJSON(json);
   }
 
@@ -115,6 +126,7 @@ class VerifyCommand final : public Command {
   bool strict_ = false;
   bool isJSON_ = false;
   MXF::PartitionChoice partition_;
+  SalvageOption salvage_;
   DictionaryOptions dictionary_;
 };
 

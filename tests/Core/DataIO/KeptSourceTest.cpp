@@ -30,6 +30,20 @@ TEST(KeptSource, ReadsAgainWhatItHasRead) {
   EXPECT_THAT(readOf(source, 5), ElementsAre(6, 7));
 }
 
+TEST(KeptSource, GoesBackAndOn) {
+  ReceivedBytes pipe({1, 2, 3, 4, 5, 6, 7}, 2);
+  KeptSource source(pipe);
+  EXPECT_TRUE(source.goTo(4));
+  EXPECT_THAT(readOf(source, 2), ElementsAre(5, 6));
+  EXPECT_TRUE(source.goTo(1));
+  EXPECT_THAT(readOf(source, 2), ElementsAre(2, 3));
+  EXPECT_TRUE(source.goTo(7));
+  EXPECT_FALSE(source.goTo(8));
+  EXPECT_EQ(source.position(), 7u);
+  EXPECT_TRUE(source.goTo(0));
+  EXPECT_THAT(readOf(source, 9), ElementsAre(1, 2, 3, 4, 5, 6, 7));
+}
+
 TEST(KeptSource, DoesNotKeepWhatIsSkipped) {
   ReceivedBytes pipe({1, 2, 3, 4, 5, 6, 7});
   KeptSource source(pipe);

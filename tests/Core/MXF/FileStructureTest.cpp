@@ -256,6 +256,53 @@ TEST(FindPartition, FindsPartitionsByNumberWithAndWithoutIndex) {
   }
 }
 
+/// A header, a body and a footer partition, with the status of each; 0 for one without metadata.
+FileStructure withMetadata(const std::vector<int>& statuses) {
+  FileStructure structure;
+  for (const int status : statuses) {
+    auto& partition = structure.partitions.emplace_back();
+    if (status != 0) partition.pack.status = static_cast<PartitionStatus>(status);
+    partition.pack.headerByteCount = status == 0 ? 0 : 100;
+  }
+  structure.partitions.front().pack.kind = PartitionKind::kHeader;
+  structure.partitions[1].pack.kind = PartitionKind::kBody;
+  structure.partitions.back().pack.kind = PartitionKind::kFooter;
+  return structure;
+}
+
+TEST(BestPartition, IsTheLastOfThoseWithTheBestStatus) {
+  // From the worst: open incomplete, open complete, closed incomplete, closed complete.
+  EXPECT_EQ(bestPartition(withMetadata({1, 1, 1})), 2u);
+  EXPECT_EQ(bestPartition(withMetadata({3, 1, 1})), 0u);
+  EXPECT_EQ(bestPartition(withMetadata({3, 2, 1})), 1u);
+  EXPECT_EQ(bestPartition(withMetadata({2, 4, 3})), 1u);
+  EXPECT_EQ(bestPartition(withMetadata({4, 4, 0})), 1u);
+  EXPECT_EQ(bestPartition(withMetadata({4, 1, 4})), 2u);
+  EXPECT_EQ(bestPartition(withMetadata({0, 0, 0})), std::nullopt);
+  auto damaged = withMetadata({1, 2, 4});
+  damaged.partitions[2].damaged = true;
+  EXPECT_EQ(bestPartition(damaged), 1u);
+}
+
+TEST(BestPartition, IsAChoiceByName) {
+  const auto structure = withMetadata({1, 2, 4});
+  EXPECT_EQ(choiceOf(structure, 0).text(), "header");
+  EXPECT_EQ(choiceOf(structure, 1).text(), "1");
+  EXPECT_EQ(choiceOf(structure, 2).text(), "footer");
+}
+
+TEST(FindPartition, FindsTheBest) {
+  PartitionPack header, footer;
+  header.headerByteCount = footer.headerByteCount = 100;
+  footer.kind = PartitionKind::kFooter;
+  footer.status = PartitionStatus::kClosedComplete;
+  EXPECT_EQ(find(partition(header) + kEssence + partition(footer), PartitionChoice::best()).offset, kBody);
+  header.status = PartitionStatus::kClosedComplete;
+  footer.status = PartitionStatus::kClosedIncomplete;
+  EXPECT_EQ(find(partition(header) + kEssence + partition(footer), PartitionChoice::best()).offset, 0u);
+  EXPECT_EQ(find(threePartitions(), PartitionChoice::best()).offset, 0u);  // which has no metadata either
+}
+
 TEST(FindPartition, FindsGenericStreamPartitions) {
   const Bytes stream = packOf(PartitionKind::kBody, PartitionStatus::kGenericStream, kPackSize, 0, 0);
   EXPECT_EQ(find(headerPack() + stream, PartitionChoice::number(1)).pack.status, PartitionStatus::kGenericStream);

@@ -227,7 +227,8 @@ TEST(HeaderMetadata, RefusesADamagedPrimer) {
 TEST(HeaderMetadata, NamesTheSetThatRunsPastTheEndOfTheFile) {
   EXPECT_THAT([] { namesIn(packCounting(0) + kPrimer + klvHeader(kPreface, 1000, 9) + zeros(20)); },
               ThrowsMessage<Exceptions::ParseError>(
-                  StrEq("at byte offset 179: expected 1000 bytes of set Preface, found 20 to the end of the file")));
+                  StrEq("at byte offset 179: expected 1000 bytes of set Preface, found 20 to the end of the file; no "
+                        "whole set stands before it")));
   EXPECT_THAT([] { namesIn(packCounting(0) + kPrimer + klvHeader(kForeign, ~uint64{0}, 9)); },
               ThrowsMessage<Exceptions::ParseError>(
                   AllOf(HasSubstr("expected 18446744073709551615 bytes of the set with key 80.53.08.00."),
@@ -440,7 +441,7 @@ TEST(ReceivedMetadata, IsRefusedWhereAFileWouldBe) {
 TEST(ReceivedMetadata, EndsWithASetThatDoesNotArrive) {
   DataIO::ReceivedBytes received(packCounting(0) + kMetadata + klvHeader(kPreface, Limits().valueSize, 9) + zeros(10));
   EXPECT_THAT([&] { readHeaderMetadata(received, builtInDictionary()); },
-              ThrowsMessage<Exceptions::ParseError>(HasSubstr("more bytes, found 10")));
+              ThrowsMessage<Exceptions::ParseError>(HasSubstr("more bytes, found 10; 2 whole sets stand before it")));
   DataIO::ReceivedBytes tooLong(packCounting(0) + kMetadata + klvHeader(kPreface, Limits().valueSize + 1, 9));
   EXPECT_THAT([&] { readHeaderMetadata(tooLong, builtInDictionary()); },
               ThrowsMessage<Exceptions::LimitExceeded>(

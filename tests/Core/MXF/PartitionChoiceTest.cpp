@@ -15,6 +15,12 @@ TEST(PartitionChoice, IsTheHeaderUnlessToldOtherwise) {
   EXPECT_EQ(PartitionChoice().name(), "header partition");
 }
 
+TEST(PartitionChoice, ReadsTheBest) {
+  EXPECT_EQ(PartitionChoice::parse("best").kind(), PartitionChoice::Kind::kBest);
+  EXPECT_EQ(PartitionChoice::best().name(), "best partition");
+  EXPECT_EQ(PartitionChoice::best().text(), "best");
+}
+
 TEST(PartitionChoice, ReadsHeaderAndFooter) {
   EXPECT_EQ(PartitionChoice::parse("header").kind(), PartitionChoice::Kind::kHeader);
   EXPECT_EQ(PartitionChoice::parse("footer").kind(), PartitionChoice::Kind::kFooter);
@@ -35,7 +41,7 @@ TEST(PartitionChoice, RefusesEveryOtherText) {
   }
   EXPECT_THAT([] { PartitionChoice::parse("body"); },
               ThrowsMessage<Exceptions::InvalidFormat>(
-                  StrEq("'body' names no partition: expected 'header', 'footer' or a number from 0")));
+                  StrEq("'body' names no partition: expected 'header', 'footer', 'best' or a number from 0")));
 }
 
 }  // namespace

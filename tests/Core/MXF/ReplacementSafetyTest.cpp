@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "Core/Platform/Exceptions.h"
 #include "tests/Core/MXF/WholeFile.h"
 #include "tests/SampleFiles.h"
@@ -199,6 +201,61 @@ TEST(UnlistedPartitions, MayBeWhereKLVsCannotBeFollowed) {
 
 TEST(UnlistedPartitions, AreRefusedAsAreListsOfSetsAmongTheEssence) {
   expectUnlisted<IOError>(fileOf(layoutWith(klv(kForeign, {1}))), "in partition 1 holds offsets of sets");
+}
+
+std::vector<Unchecked> uncheckedIn(const Bytes& bytes, std::size_t rooms) {
+  const TemporaryFile file(bytes);
+  DataIO::File::FileDataSource source(file.path());
+  std::vector<Unchecked> unchecked;
+  const auto found = refuseUnsafe(source, readStructure(source), &unchecked);
+  EXPECT_TRUE(found.front().has_value());
+  EXPECT_EQ(static_cast<std::size_t>(
+                std::count_if(found.begin(), found.end(), [](const auto& room) { return room.has_value(); })),
+            rooms);
+  return unchecked;
+}
+
+std::vector<std::string> textsOf(const std::vector<Unchecked>& unchecked) {
+  std::vector<std::string> texts;
+  for (const auto& one : unchecked) texts.push_back(describe(one));
+  return texts;
+}
+
+TEST(ForcedReplacement, NeedsNoForceInASoundFile) {
+  EXPECT_THAT(uncheckedIn(fileOf(threePartitions()), 2), testing::IsEmpty());
+}
+
+TEST(ForcedReplacement, TellsWhatIsNotChecked) {
+  FileLayout layout = threePartitions();
+  layout.hasRandomIndexPack = false;
+  const Bytes whole = fileOf(layout);
+  EXPECT_THAT(
+      textsOf(uncheckedIn(slice(whole, 0, kBody + kPackSize + 5), 1)),
+      testing::ElementsAre("the file cannot be followed behind byte offset 416, where further partitions may be",
+                           "the footer partition that the header partition names is not at byte offset 486"));
+  EXPECT_THAT(textsOf(uncheckedIn(slice(whole, 0, kFooter + kPackSize + 250), 1)),
+              testing::ElementsAre("the header metadata of partition 2 at byte offset 486 stay as they are",
+                                   "the random index pack cannot be read, or lists partitions that are not there"));
+  Bytes damaged = fileOf(threePartitions());
+  damaged[kBody + kPackSize - 1] ^= 0xff;
+  damaged[kBody + kPackSize - 5] ^= 0xff;
+  EXPECT_THAT(textsOf(uncheckedIn(damaged, 2)),
+              testing::Contains("the pack of partition 1 at byte offset 308 cannot be read"));
+  layout.partitions[0].status = PartitionStatus::kOpenComplete;
+  layout.partitions.pop_back();
+  EXPECT_THAT(textsOf(uncheckedIn(fileOf(layout), 1)),
+              testing::ElementsAre("the header partition is open and there is no footer partition: a writer that is "
+                                   "still at work may write over the edit"));
+}
+
+TEST(ForcedReplacement, NeedsSoundMetadataInTheHeaderPartition) {
+  const Bytes whole = fileOf(threePartitions());
+  for (const std::size_t size : {kPackSize + 20, kPackSize + 199}) {
+    const TemporaryFile file(slice(whole, 0, size));
+    DataIO::File::FileDataSource source(file.path());
+    std::vector<Unchecked> unchecked;
+    EXPECT_THROW(refuseUnsafe(source, readStructure(source), &unchecked), ParseError);
+  }
 }
 
 class SafetyOfSamplesTest : public testing::TestWithParam<Path> {};

@@ -43,19 +43,19 @@ inline void addFileArgument(CLI::App& command, const std::string& name, Path& fi
   addFile(command, name, file, description, dash)->required()->type_name("");
 }
 
-/// --partition header|footer|N.
+/// --partition header|footer|best|N.
 /// @param choice  a PartitionChoice, or an optional one for commands to which no choice means something else than the
 ///                header partition.
 template <class Choice>
-CLI::Option* addPartition(
-    CLI::App& command, Choice& choice,
-    const std::string& description =
-        "header (default), footer, or a number in file order\nfrom 0, which is the header partition") {
+CLI::Option* addPartition(CLI::App& command, Choice& choice,
+                          const std::string& description =
+                              "header (default), footer, best for the one with the best\nmetadata, or a number in file "
+                              "order from 0, which is the\nheader partition") {
   const auto take = [&choice](const std::string& text) { choice = MXF::PartitionChoice::parse(text); };
   auto* option = command.add_option_function<std::string>("--partition", take, description)
                      ->type_name("WHICH")
                      ->check(whyNoPartition);
-  hint(option, {CompletionHint::Kind::kNames, {"header", "footer"}});
+  hint(option, {CompletionHint::Kind::kNames, {"header", "footer", "best"}});
   return option;
 }
 

@@ -9,7 +9,6 @@
 #include "Core/Platform/Path.h"
 #include "Registers/DictionaryFiles.h"
 #include "Terminal/ErrorText.h"
-#include "Terminal/StandardInput.h"
 
 namespace Vantor::Tool {
 
@@ -53,8 +52,8 @@ void DictionaryOptions::addOwnDictionary(CLI::App& command, bool byDefault) {
 }
 
 DictionaryOptions::Source DictionaryOptions::partitionOf(const Path& file, const MXF::PartitionChoice& choice,
-                                                         std::optional<Vocabulary> vocabulary) {
-  return {file, [=](const LoadFor& load) { return readPartition(file, load(vocabulary), choice); }};
+                                                         std::optional<Vocabulary> vocabulary, Missing* missing) {
+  return {file, [=](const LoadFor& load) { return readPartition(file, load(vocabulary), choice, missing); }};
 }
 
 DictionaryOptions::AllMetadata DictionaryOptions::read(const std::vector<Source>& sources) const {

@@ -13,6 +13,7 @@
 #include "Core/Metadata/PartitionMetadata.h"
 #include "Core/Platform/Path.h"
 #include "Registers/FileDefinitions.h"
+#include "Terminal/StandardInput.h"
 
 namespace Vantor::Tool {
 
@@ -33,8 +34,9 @@ class DictionaryOptions {
   };
   /// The header metadata of a partition of an MXF file or of standard input, as a source.
   /// @param vocabulary  as in `load`.
+  /// @param missing     as in `readPartition`; outlives the source.
   static Source partitionOf(const Path& file, const MXF::PartitionChoice& choice,
-                            std::optional<MetaMetadata::Vocabulary> vocabulary = {});
+                            std::optional<MetaMetadata::Vocabulary> vocabulary = {}, Missing* missing = nullptr);
 
   /// Reads metadata, and where their own definitions are wanted and there are any, once more: each source with its own
   /// and then those of the others. Warns of sources without definitions, and of definitions that are left out. Metadata

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdio>
+#include <string>
+#include <utility>
 
 #include "Core/Platform/Strings.h"
 #include "Terminal/ErrorText.h"
@@ -38,9 +40,18 @@ void EditOptions::add(CLI::App& command) {
                    "sets get, too");
   command.add_flag("--keep-undo", keepsUndo_,
                    "Keep the old bytes of a change in place beside the file, for\nmxfxml undo");
+  command.add_flag("--force", isForced_,
+                   "Change a file that is cut off behind its header metadata, or\nstill being written: in place only; "
+                   "what is not checked then is\nprinted");
   command.add_flag("--dry-run", isDryRun_, "Print what would change, and which rules that would break");
   command.add_flag("--keep-going", keepsGoing_,
                    "Write the rest when a part of the edit cannot be taken, and end\nwith 1");
+}
+
+void EditOptions::requireFor(bool isCopy) const {
+  for (const auto& [isGiven, name] : {std::pair(keepsUndo_, "--keep-undo"), std::pair(isForced_, "--force")}) {
+    if (isCopy && isGiven) throw UsageError(std::string(name) + " is for a change in place, not for -o");
+  }
 }
 
 Types::UUID EditOptions::productUID() { return Types::UUID(kProductUID); }
@@ -50,6 +61,7 @@ Edit::SaveOptions EditOptions::saving() const {
   options.completesEdits = !isOnly_;
   options.ignoredRules = rules_.ignored();
   options.keepsUndo = keepsUndo_;
+  options.isForced = isForced_;
   if (isSigned_) options.signature = programSignature();
   return options;
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Core/Platform/Path.h"
+#include "Editing/Uneditable.h"
 #include "Report/ComparisonText.h"
 #include "Report/FindingText.h"
 #include "Terminal/CopyProgress.h"
@@ -51,7 +52,8 @@ std::string keptText(const std::vector<Edit::MergePlace>& kept) {
 
 std::string remarkOn(const Edit::UneditedPartition& partition) {
   const auto number = std::to_string(partition.number);
-  const std::string start = "partition " + number + " has ";
+  const std::string start =
+      "partition " + number + (partition.isBetter ? ", which is in a better state, has " : " has ");
   switch (partition.reason) {
     case Edit::UneditedPartition::Reason::kOtherMetadata:
       return start + "other metadata than the header partition, and keeps them; --partition " + number + " edits them";
@@ -113,6 +115,22 @@ std::string hintOn(const Edit::MovedTimecode& timecode) {
   return text + "; set " + timecode.property + "=" + timecode.kept + ", too, to keep it";
 }
 
+/// Adds the way around to the message about a file that is not safe to edit.
+template <class Action>
+auto withWayAround(const Path& file, const EditOptions& options, Action&& action) -> decltype(action()) {
+  try {
+    return action();
+  } catch (const Exceptions::ParseError& error) {
+    const auto hint = options.isForced() ? "" : wayAround(file);
+    if (hint.empty()) throw;
+    throw CommandError(error.message() + hint);
+  } catch (const Exceptions::IOError& error) {
+    const auto hint = options.isForced() ? "" : wayAround(file);
+    if (hint.empty()) throw;
+    throw OtherFileError(error.message() + hint);
+  }
+}
+
 void printUnedited(const Path& file, const std::vector<Edit::UneditedPartition>& partitions) {
   for (const auto& partition : partitions) printMessage(Platform::pathToUTF8(file) + ": " + remarkOn(partition));
 }
@@ -161,6 +179,9 @@ void printRemarks(const Path& file, const std::vector<Edit::LongValue>& values) 
 
 void printRemarks(const Path& file, const Edit::SaveReport& report) {
   printRemarks(file, report.longValues);
+  for (const auto& unchecked : report.unchecked) {
+    printMessage(Platform::pathToUTF8(file) + ": not checked: " + describe(unchecked));
+  }
   printUnedited(file, report.unedited);
   for (const auto& timecode : report.movedTimecodes) printMessage(Platform::pathToUTF8(file) + ": " + hintOn(timecode));
   for (const auto& value : report.equalValues) printMessage(Platform::pathToUTF8(file) + ": " + hintOn(value));
@@ -170,8 +191,9 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
   const auto saving = options.saving();
   CopyProgress progress;
   try {
-    const auto report =
-        copy ? edited.saveCopy(*copy, saving, progress.progress()) : edited.save(saving, progress.progress());
+    const auto report = withWayAround(file, options, [&] {
+      return copy ? edited.saveCopy(*copy, saving, progress.progress()) : edited.save(saving, progress.progress());
+    });
     printNotes(file, report);
     printRemarks(file, report);
     printSummary(editSummaryOf(report, "written"), copy.value_or(file), report.durability);
@@ -206,7 +228,7 @@ EditPreview previewOf(Edit::File& edited, const EditOptions& options, bool isCop
 }
 
 void previewEdits(Edit::File& edited, const Path& file, const EditOptions& options) {
-  const auto preview = previewOf(edited, options);
+  const auto preview = withWayAround(file, options, [&] { return previewOf(edited, options); });
   writeStandardOutput(preview.text);
   printRemarks(file, preview.report);
   if (!preview.refused.empty()) throw CommandError(refusalOf(preview.refused));

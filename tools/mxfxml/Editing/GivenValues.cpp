@@ -98,7 +98,7 @@ class ValuesReader {
   }
 
   void readFile(const JSON::Value& file) {
-    JSON::requireMembers(file, {"file", "partition", "values", "problem"});
+    JSON::requireMembers(file, {"file", "partition", "values", "missing", "problem"});
     if (file.find("problem") != nullptr) throw Refusal("there are no values: " + JSON::requiredText(file, "problem"));
     const auto& values = JSON::requiredMember(file, "values");
     JSON::readingAt("values", values, [&] {

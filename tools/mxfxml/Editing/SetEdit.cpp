@@ -5,9 +5,8 @@
 #include <utility>
 
 #include "CommandLine/LimitOptions.h"
-#include "Core/DataIO/File.h"
-#include "Core/MXF/ReplacementSafety.h"
 #include "Core/Platform/Strings.h"
+#include "Editing/Uneditable.h"
 #include "Input/OwnNames.h"
 #include "Input/StoppedChange.h"
 #include "Terminal/ErrorText.h"
@@ -26,19 +25,6 @@ struct SetEdit::Place {
 };
 
 namespace {
-
-/// Before anybody looks for the right spelling.
-void refuseUneditable(const Path& file) {
-  DataIO::File::FileDataSource source(file);
-  const auto structure = MXF::readStructure(source);
-  try {
-    MXF::refuseUnsafe(source, structure);
-  } catch (const Exceptions::ParseError& error) {
-    throw CommandError(error.message() +
-                       std::string("; such a file cannot be edited; mxfxml export, and mxfxml import -o of the "
-                                   "edited document, make a file of the header metadata alone"));
-  }
-}
 
 /// The second value would replace the first.
 template <class Places>
@@ -81,7 +67,7 @@ std::unique_ptr<Edit::File> openForSetting(const EditTarget& target, bool isInPl
     refuseStoppedChange(target.file);
   }
   const auto own = DictionaryOptions::partitionOf(target.file, target.partition.value_or(MXF::PartitionChoice()));
-  refuseUneditable(target.file);
+  refuseUneditable(target.file, target.isForced);
   return std::make_unique<Edit::File>(target.file,
                                       target.dictionary.usesOwn() ? target.dictionary.loadFor(own) : dictionary,
                                       target.partition, limits());

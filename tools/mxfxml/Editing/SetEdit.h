@@ -21,6 +21,7 @@ struct EditTarget {
   Path file;
   const DictionaryOptions& dictionary;
   const std::optional<MXF::PartitionChoice>& partition;  ///< none for the header partition and all that repeat it
+  bool isForced = false;                                 ///< as `Edit::SaveOptions` has it
 };
 
 /// Opens the file for the edits of `mxfxml set`.

@@ -11,9 +11,10 @@ namespace Vantor::Tool {
 namespace {
 
 /// The header partition for a file whose structure cannot be read: its metadata may be there all the same.
-MXF::PartitionChoice bestPartitionOf(const Path& file) {
+template <class Choose>
+MXF::PartitionChoice chosenIn(const Path& file, Choose&& choose) {
   try {
-    return betterThanHeader(Summary::partitionsOf(readStructure(file)));
+    return choose(readStructure(file));
   } catch (const Exceptions::BaseException&) {
     return {};
   }
@@ -21,16 +22,23 @@ MXF::PartitionChoice bestPartitionOf(const Path& file) {
 
 }  // namespace
 
-MXF::PartitionChoice betterThanHeader(const std::vector<Summary::Partition>& partitions) {
-  const auto* best = Summary::bestOf(partitions);
-  if (best == nullptr || Summary::rankOf(best->status) <= Summary::rankOf(partitions.front().status)) return {};
-  if (best->kind == KLV::PartitionKind::kFooter) return MXF::PartitionChoice::footer();
-  return MXF::PartitionChoice::number(static_cast<uint32>(best->number));
+MXF::PartitionChoice betterThanHeader(const MXF::FileStructure& structure) {
+  const auto best = MXF::bestPartition(structure);
+  const auto rank = [&](std::size_t number) { return MXF::rankOf(structure.partitions[number].pack.status); };
+  if (!best || rank(*best) <= rank(0)) return {};
+  return MXF::choiceOf(structure, *best);
+}
+
+MXF::PartitionChoice partitionIn(const Path& file, const MXF::PartitionChoice& choice) {
+  if (choice.kind() != MXF::PartitionChoice::Kind::kBest) return choice;
+  return chosenIn(file, [](const MXF::FileStructure& structure) {
+    return MXF::choiceOf(structure, MXF::bestPartition(structure).value_or(0));
+  });
 }
 
 void noteBetterPartition(const Path& file, bool isChosen) {
   if (isChosen) return;
-  const auto best = bestPartitionOf(file);
+  const auto best = chosenIn(file, betterThanHeader);
   if (best.kind() == MXF::PartitionChoice::Kind::kHeader) return;
   printMessage(Platform::pathToUTF8(file) + ": note: " + describe(best) + " is in a better state; --partition " +
                best.text() + " reads it");

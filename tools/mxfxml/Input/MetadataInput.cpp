@@ -1,5 +1,6 @@
 #include "Input/MetadataInput.h"
 
+#include "Input/BetterPartition.h"
 #include "Input/StoppedChange.h"
 #include "Terminal/StandardInput.h"
 
@@ -17,11 +18,11 @@ std::unique_ptr<PartitionMetadata> readDocument(const InputDocument& document, c
 }  // namespace
 
 DictionaryOptions::Source metadataSource(const Path& file, const MXF::PartitionChoice& partition,
-                                         InputProblems& problems) {
+                                         InputProblems& problems, Missing* missing) {
   const auto read = [=, &problems](const DictionaryOptions::LoadFor& load) {
     if (const auto format = documentFormatOf(file)) return readDocument({file, *format}, load, problems);
     refuseStoppedChange(file);
-    return readPartition(file, load({}), partition);
+    return readPartition(file, load({}), partitionIn(file, partition), missing);
   };
   return {file, read};
 }

@@ -71,7 +71,7 @@ bool SetPlan::wasSigned(const EditTarget& target, const std::vector<Change>& cha
 EditedPlanFile SetPlan::edit(const PlannedFile& file, bool isInPlace) const {
   std::vector<Change> changes;
   for (const auto& row : file.rows) changes.emplace_back(*row.change);
-  const EditTarget target{file.file, dictionary_, partition_};
+  const EditTarget target{file.file, dictionary_, partition_, options_.isForced()};
   EditedPlanFile edited{openForSetting(target, isInPlace), partition_};
   try {
     make(changes, target, !file.copy, edited);
@@ -84,7 +84,7 @@ EditedPlanFile SetPlan::edit(const PlannedFile& file, bool isInPlace) const {
 
 void SetPlan::make(const std::vector<Change>& changes, const EditTarget& target, bool isInPlace,
                    EditedPlanFile& edited) const {
-  edited.isThere = isSigned_ && isInPlace && wasSigned(target, changes, edited);
+  edited.isThere = options_.isSigned() && isInPlace && wasSigned(target, changes, edited);
   if (edited.isThere) return;
   const auto result = SetEdit(target, {}, false).run(edited.file->metadata(), changes);
   edited.changes = changesIn(result, changes, target.file);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "CommandLine/DictionaryOptions.h"
+#include "CommandLine/EditOptions.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Editing/SetEdit.h"
 #include "Plan/PlanRun.h"
@@ -13,9 +14,9 @@ namespace Vantor::Tool {
 /// The rows of a plan as changes of properties. The options outlive this object.
 class SetPlan final : public PlanEdits {
  public:
-  /// @param isSigned  edits are signed.
-  SetPlan(const DictionaryOptions& dictionary, const std::optional<MXF::PartitionChoice>& partition, bool isSigned)
-      : dictionary_(dictionary), partition_(partition), isSigned_(isSigned) {}
+  SetPlan(const DictionaryOptions& dictionary, const std::optional<MXF::PartitionChoice>& partition,
+          const EditOptions& options)
+      : dictionary_(dictionary), partition_(partition), options_(options) {}
 
   EditedPlanFile edit(const PlannedFile& file, bool isInPlace) const override;
   Pairing pairing() const override { return Pairing::kByIdentifier; }
@@ -26,7 +27,7 @@ class SetPlan final : public PlanEdits {
 
   const DictionaryOptions& dictionary_;
   const std::optional<MXF::PartitionChoice>& partition_;
-  bool isSigned_;
+  const EditOptions& options_;
 };
 
 }  // namespace Vantor::Tool

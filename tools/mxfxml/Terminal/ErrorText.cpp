@@ -9,6 +9,7 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include "CommandLine/LimitOptions.h"
+#include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Exceptions.h"
 #include "Core/Platform/Limits.h"
@@ -81,6 +82,17 @@ std::string textOf(const Platform::MemoryLimitReached& reached) {
   }
 }
 
+/// How to get what stands before the damage; nothing when the exception that is being handled is another one.
+std::string salvageHint() {
+  try {
+    throw;
+  } catch (const MXF::DamagedMetadata& damage) {
+    return damage.wholeSets() == 0 ? "" : "; mxfxml export --salvage writes what is whole";
+  } catch (...) {
+    return {};
+  }
+}
+
 bool isSilent = false;
 
 constexpr const char* kNoMemory = "there is not enough memory";
@@ -124,7 +136,7 @@ std::string currentExceptionText() {
 }
 
 std::string currentExceptionText(const Path& file) {
-  const std::string text = currentExceptionText() + folderHint(file);
+  const std::string text = currentExceptionText() + folderHint(file) + salvageHint();
   return file.empty() || currentExceptionNamesItsFile() ? text : Platform::pathToUTF8(file) + ": " + text;
 }
 

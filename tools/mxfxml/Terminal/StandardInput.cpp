@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "CommandLine/LimitOptions.h"
 #include "Core/DataIO/File.h"
 #include "Core/DataIO/StreamSource.h"
 #include "Core/MXF/HeaderMetadataReader.h"
+#include "Core/MXF/HeaderMetadataSalvage.h"
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 #include "Terminal/ErrorText.h"
@@ -44,6 +46,14 @@ std::size_t append(DataIO::DataSource& source, std::size_t most, std::string& te
 
 bool isHeader(const MXF::PartitionChoice& choice) {
   return choice.kind() != MXF::PartitionChoice::Kind::kFooter && choice.number() == 0;
+}
+
+template <class... Arguments>
+std::unique_ptr<PartitionMetadata> readFrom(Missing* missing, Arguments&&... arguments) {
+  if (missing == nullptr) return MXF::readHeaderMetadata(std::forward<Arguments>(arguments)...);
+  auto salvaged = MXF::salvageHeaderMetadata(std::forward<Arguments>(arguments)...);
+  *missing = std::move(salvaged.missing);
+  return std::move(salvaged.metadata);
 }
 
 }  // namespace
@@ -104,14 +114,14 @@ std::string StandardInput::all() {
 }
 
 std::unique_ptr<PartitionMetadata> readPartition(const Path& file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                 const MXF::PartitionChoice& choice) {
-  if (!isStandardInput(file)) return MXF::readHeaderMetadata(file, std::move(dictionary), choice, limits());
+                                                 const MXF::PartitionChoice& choice, Missing* missing) {
+  if (!isStandardInput(file)) return readFrom(missing, file, std::move(dictionary), choice, limits());
   auto& input = StandardInput::instance();
-  if (input.file() != nullptr) return MXF::readHeaderMetadata(*input.file(), std::move(dictionary), choice, limits());
+  if (input.file() != nullptr) return readFrom(missing, *input.file(), std::move(dictionary), choice, limits());
   if (!isHeader(choice)) {
     throw CommandError("of a pipe, only the header partition is read; write it to a file to read the " + choice.name());
   }
-  return MXF::readHeaderMetadata(input.fromStart(), std::move(dictionary), limits());
+  return readFrom(missing, input.fromStart(), std::move(dictionary), limits());
 }
 
 MXF::FileStructure readStructure(const Path& file) {

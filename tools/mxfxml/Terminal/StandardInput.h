@@ -8,6 +8,7 @@
 #include "Core/DataIO/SeekableSource.h"
 #include "Core/DataIO/System.h"
 #include "Core/MXF/FileStructure.h"
+#include "Core/MXF/MetadataDamage.h"
 #include "Core/MXF/PartitionChoice.h"
 #include "Core/MetaMetadata/Dictionary.h"
 #include "Core/Metadata/PartitionMetadata.h"
@@ -53,11 +54,16 @@ class StandardInput {
   std::unique_ptr<DataIO::KeptSource> kept_;  // of the pipe
 };
 
+/// What cannot be read of header metadata.
+using Missing = std::vector<MXF::MetadataDamage>;
+
 /// Reads the header metadata of a partition of an MXF file or of standard input. Of a pipe, that can only be the header
 /// partition; not more than `DataIO::File::kReadAhead` bytes behind it are taken from the pipe.
+/// @param missing  gets what cannot be read of damaged metadata, which are read as far as they are whole then; null:
+///                 damage is an error.
 /// @throws CommandError for another partition of a pipe; what `MXF::readHeaderMetadata` throws.
 std::unique_ptr<PartitionMetadata> readPartition(const Path& file, SharedPtr<const MetaMetadata::Dictionary> dictionary,
-                                                 const MXF::PartitionChoice& choice);
+                                                 const MXF::PartitionChoice& choice, Missing* missing = nullptr);
 
 /// Finds the partitions of an MXF file or of standard input. Of a pipe, that is the header partition, and `fileSize`
 /// and `end` are `DataIO::kUnknownSize`.

@@ -1,0 +1,52 @@
+#include "Editing/Uneditable.h"
+
+#include <vector>
+
+#include "Core/DataIO/File.h"
+#include "Core/MXF/ReplacementSafety.h"
+#include "Core/Platform/Exceptions.h"
+#include "Terminal/ErrorText.h"
+
+namespace Vantor::Tool {
+
+namespace {
+
+constexpr const char* kForce = "; --force changes such a file in place, without some checks";
+constexpr const char* kExport =
+    "; such a file cannot be edited; mxfxml export, and mxfxml import -o of the edited document, make a file of the "
+    "header metadata alone";
+
+void requireSafe(const Path& file, bool isForced) {
+  DataIO::File::FileDataSource source(file);
+  const auto structure = MXF::readStructure(source);
+  std::vector<MXF::Unchecked> unchecked;  // which saving reports
+  MXF::refuseUnsafe(source, structure, isForced ? &unchecked : nullptr);
+}
+
+bool isSafe(const Path& file, bool isForced) {
+  try {
+    requireSafe(file, isForced);
+    return true;
+  } catch (const Exceptions::BaseException&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+void refuseUneditable(const Path& file, bool isForced) {
+  try {
+    requireSafe(file, isForced);
+  } catch (const Exceptions::ParseError& error) {
+    throw CommandError(error.message() + wayAround(file));
+  } catch (const Exceptions::IOError& error) {
+    throw OtherFileError(error.message() + wayAround(file));
+  }
+}
+
+std::string wayAround(const Path& file) {
+  if (isSafe(file, false)) return "";
+  return isSafe(file, true) ? kForce : kExport;
+}
+
+}  // namespace Vantor::Tool
