@@ -16,8 +16,7 @@ constexpr const char* kExport =
     "; such a file cannot be edited; mxfxml export, and mxfxml import -o of the edited document, make a file of the "
     "header metadata alone";
 
-void requireSafe(const Path& file, bool isForced) {
-  DataIO::File::FileDataSource source(file);
+void requireSafe(DataIO::SeekableSource& source, bool isForced) {
   const auto structure = MXF::readStructure(source);
   std::vector<MXF::Unchecked> unchecked;  // which saving reports
   MXF::refuseUnsafe(source, structure, isForced ? &unchecked : nullptr);
@@ -25,7 +24,8 @@ void requireSafe(const Path& file, bool isForced) {
 
 bool isSafe(const Path& file, bool isForced) {
   try {
-    requireSafe(file, isForced);
+    DataIO::File::FileDataSource source(file);
+    requireSafe(source, isForced);
     return true;
   } catch (const Exceptions::BaseException&) {
     return false;
@@ -35,8 +35,9 @@ bool isSafe(const Path& file, bool isForced) {
 }  // namespace
 
 void refuseUneditable(const Path& file, bool isForced) {
+  DataIO::File::FileDataSource source(file);  // what keeps it from being opened has no way around
   try {
-    requireSafe(file, isForced);
+    requireSafe(source, isForced);
   } catch (const Exceptions::ParseError& error) {
     throw CommandError(error.message() + wayAround(file));
   } catch (const Exceptions::IOError& error) {
