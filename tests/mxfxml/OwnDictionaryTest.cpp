@@ -140,7 +140,7 @@ TEST(OwnDictionary, IsLeftOutWithAWarningWhereItMakesTheMetadataUnreadable) {
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, HasSubstr("dark sets: 1\n"));
   EXPECT_THAT(result.err, HasSubstr("warning: the metadata cannot be read with their own definitions, and are read "
-                                    "without: set Own: "));
+                                    "without: at byte offset 399: the items of set Own do not fill its 3 bytes"));
 }
 
 TEST(OwnDictionary, LetsPropertiesBeSetByTheirNames) {

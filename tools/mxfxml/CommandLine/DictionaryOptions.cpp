@@ -53,7 +53,7 @@ void DictionaryOptions::addOwnDictionary(CLI::App& command, bool byDefault) {
 
 DictionaryOptions::Source DictionaryOptions::partitionOf(const Path& file, const MXF::PartitionChoice& choice,
                                                          std::optional<Vocabulary> vocabulary, Missing* missing) {
-  return {file, [=](const LoadFor& load) { return readPartition(file, load(vocabulary), choice, missing); }};
+  return {file, [=](const LoadFor& load) { return readPartition(file, load(vocabulary), choice, missing); }, missing};
 }
 
 DictionaryOptions::AllMetadata DictionaryOptions::read(const std::vector<Source>& sources) const {
@@ -77,16 +77,33 @@ std::unique_ptr<PartitionMetadata> DictionaryOptions::readCopy(const Source& sou
   return std::move(readAll({source}, found).front());
 }
 
+namespace {
+
+Missing missingIn(const DictionaryOptions::Source& source) {
+  return source.missing == nullptr ? Missing() : *source.missing;
+}
+
+}  // namespace
+
 /// @param found  receives nothing where their own definitions are not wanted, or cannot be used.
 DictionaryOptions::AllMetadata DictionaryOptions::readAll(const std::vector<Source>& sources, AllFound& found) const {
   AllMetadata metadata;
   for (const auto& source : sources) metadata.push_back(source.read(loading()));
   if (!usesOwn_) return metadata;
   if (!usesOwnByDefault_) return readOwn(sources, metadata, found);
+  std::vector<Missing> missing;
+  for (const auto& source : sources) missing.push_back(missingIn(source));
   try {
-    return readOwn(sources, metadata, found);
+    auto own = readOwn(sources, metadata, found);
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+      if (missingIn(sources[i]).size() > missing[i].size()) throw CommandError(describe(sources[i].missing->back()));
+    }
+    return own;
   } catch (...) {
     found.clear();
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+      if (sources[i].missing != nullptr) *sources[i].missing = missing[i];
+    }
     printMessage("warning: the metadata cannot be read with their own definitions, and are read without: " +
                  currentExceptionText());
     return metadata;

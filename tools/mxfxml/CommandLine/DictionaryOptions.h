@@ -31,6 +31,7 @@ class DictionaryOptions {
   struct Source {
     Path file;
     std::function<std::unique_ptr<PartitionMetadata>(const LoadFor&)> read;
+    Missing* missing = nullptr;  ///< where reading puts what is missing; null where damage is refused
   };
   /// The header metadata of a partition of an MXF file or of standard input, as a source.
   /// @param vocabulary  as in `load`.

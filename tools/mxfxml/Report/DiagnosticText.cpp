@@ -2,10 +2,10 @@
 
 #include <cctype>
 
-#include "CommandLine/LimitOptions.h"
 #include "Core/Platform/Path.h"
 #include "Registers/FileDefinitions.h"
 #include "Terminal/ErrorText.h"
+#include "Terminal/RunLimits.h"
 
 namespace Vantor::Tool {
 

@@ -8,7 +8,6 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
-#include "CommandLine/LimitOptions.h"
 #include "Core/MXF/HeaderMetadataReader.h"
 #include "Core/Platform/DocumentLine.h"
 #include "Core/Platform/Exceptions.h"
@@ -16,6 +15,7 @@
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Strings.h"
 #include "Terminal/CharacterWidth.h"
+#include "Terminal/RunLimits.h"
 #include "XMLUtils/Strings.h"
 
 namespace Vantor::Tool {

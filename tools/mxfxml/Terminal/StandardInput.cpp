@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <utility>
 
-#include "CommandLine/LimitOptions.h"
 #include "Core/DataIO/File.h"
 #include "Core/DataIO/StreamSource.h"
 #include "Core/MXF/HeaderMetadataReader.h"
@@ -12,6 +11,7 @@
 #include "Core/Platform/Path.h"
 #include "Core/Platform/Raise.h"
 #include "Terminal/ErrorText.h"
+#include "Terminal/RunLimits.h"
 
 namespace Vantor::Tool {
 
