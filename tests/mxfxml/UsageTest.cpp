@@ -180,7 +180,7 @@ TEST(Usage, RefusesBadValuesOfOptions) {
     expectUsageError(
         {"info", "a.mxf", "--partition", text},
         "--partition: '" + std::string(text) +
-            "' names no partition: expected 'header', 'footer' or a number from 0; see mxfxml info --help");
+            "' names no partition: expected 'header', 'footer', 'best' or a number from 0; see mxfxml info --help");
   }
 }
 
