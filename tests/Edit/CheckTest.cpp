@@ -179,6 +179,24 @@ TEST(Check, GoesOnWhereTheMetadataOfAnotherPartitionAreDamaged) {
   EXPECT_THAT(codesOf(bytes), ElementsAre("unknown-rate", "unreadable-metadata"));
 }
 
+TEST(Check, LooksAtWhatIsWholeOfDamagedMetadataWhenToldSo) {
+  const auto bytes = bytesOf("gst-audio-ac3.mxf").substr(0, 2000);
+  DataIO::Memory::MemoryFile file(reinterpret_cast<const uint8*>(bytes.data()), bytes.size());
+  EXPECT_THROW(readState(file, builtInDictionary()), MXF::DamagedMetadata);
+  const auto state = readState(file, builtInDictionary(), OnDamage::kSalvage);
+  const auto& header = state.partitions.front();
+  EXPECT_EQ(header.metadata->sets().size(), 4u);
+  ASSERT_EQ(header.missing.size(), 1u);
+  EXPECT_EQ(header.missing[0].set, "SoundDescriptor");
+  std::set<std::string> codes;
+  for (const auto& finding : check(state)) codes.insert(finding.rule->code);
+  EXPECT_EQ(codes.count("unreadable-metadata"), 1u);
+  EXPECT_EQ(codes.count("dangling-reference"), 1u);
+  const auto none = bytes.substr(0, 1150);
+  DataIO::Memory::MemoryFile start(reinterpret_cast<const uint8*>(none.data()), none.size());
+  EXPECT_THROW(readState(start, builtInDictionary(), OnDamage::kSalvage), MXF::DamagedMetadata);
+}
+
 TEST(Check, FindsACountOfMetadataBytesThatEndsWithinThem) {
   constexpr std::size_t kHeaderByteCount = 20 + 32 + 7;  // behind key and length, in the value; its last byte
   auto bytes = bytesOf("op1a.mxf");

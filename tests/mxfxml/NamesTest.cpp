@@ -172,7 +172,7 @@ TEST(Names, AreNotLookedForInAFileThatCannotBeEdited) {
   std::filesystem::copy_file(sample("libmxf-writeaviddv50.header.mxf"), folder.path("a.mxf"));
   const Result result = run({"set", folder.path("a.mxf"), "Prefce.ByteOrder=1"});
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.err, AllOf(Not(HasSubstr("Prefce")), HasSubstr("such a file cannot be edited")));
+  EXPECT_THAT(result.err, AllOf(Not(HasSubstr("Prefce")), HasSubstr("--force changes such a file in place")));
 }
 
 /// A file with a set of every kind in the table, the track of ST 377-1 before other tracks.
