@@ -10,6 +10,7 @@
 #include "Core/Platform/Path.h"
 #include "Editing/Uneditable.h"
 #include "Report/ComparisonText.h"
+#include "Report/DiagnosticText.h"
 #include "Report/FindingText.h"
 #include "Terminal/CopyProgress.h"
 #include "Terminal/ErrorText.h"
@@ -198,7 +199,9 @@ void saveEdits(Edit::File& edited, const Path& file, const std::optional<Path>& 
     printRemarks(file, report);
     printSummary(editSummaryOf(report, "written"), copy.value_or(file), report.durability);
   } catch (const Edit::FileGetsWorse& refusal) {
-    for (const auto& finding : refusal.findings()) printMessage(Platform::pathToUTF8(file) + ": " + lineOf(finding));
+    MessageList messages(file, true);
+    for (const auto& finding : refusal.findings()) messages.print(lineOf(finding));
+    messages.finish();
     printUnedited(file, edited.preview(saving).unedited);
     throw CommandError(refusalOf(refusal.findings()));
   }
