@@ -183,7 +183,7 @@ TEST(Check, LooksAtWhatIsWholeOfDamagedMetadataWhenToldSo) {
   const auto bytes = bytesOf("gst-audio-ac3.mxf").substr(0, 2000);
   DataIO::Memory::MemoryFile file(reinterpret_cast<const uint8*>(bytes.data()), bytes.size());
   EXPECT_THROW(readState(file, builtInDictionary()), MXF::DamagedMetadata);
-  const auto state = readState(file, builtInDictionary(), OnDamage::kSalvage);
+  const auto state = readState(file, builtInDictionary(), {}, OnDamage::kSalvage);
   const auto& header = state.partitions.front();
   EXPECT_EQ(header.metadata->sets().size(), 4u);
   ASSERT_EQ(header.missing.size(), 1u);
@@ -194,7 +194,7 @@ TEST(Check, LooksAtWhatIsWholeOfDamagedMetadataWhenToldSo) {
   EXPECT_EQ(codes.count("dangling-reference"), 1u);
   const auto none = bytes.substr(0, 1150);
   DataIO::Memory::MemoryFile start(reinterpret_cast<const uint8*>(none.data()), none.size());
-  EXPECT_THROW(readState(start, builtInDictionary(), OnDamage::kSalvage), MXF::DamagedMetadata);
+  EXPECT_THROW(readState(start, builtInDictionary(), {}, OnDamage::kSalvage), MXF::DamagedMetadata);
 }
 
 TEST(Check, FindsACountOfMetadataBytesThatEndsWithinThem) {
