@@ -119,7 +119,8 @@ TEST(Usage, HelpOfASubcommandListsItsOptions) {
              "--limit"}},
            {"recover", {"INPUT", "-h,--help"}},
            {"undo", {"INPUT", "-h,--help"}},
-           {"dictionary", {"NAME", "-h,--help", "--json", "--dictionary", "--learn", "-o,--output", "--partition"}}}) {
+           {"dictionary",
+            {"NAME", "-h,--help", "--json", "--dictionary", "--learn", "-o,--output", "--partition", "--limit"}}}) {
     const Result result = run({command, "--help"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");

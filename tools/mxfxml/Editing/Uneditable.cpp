@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "Core/DataIO/File.h"
+#include "Core/MXF/FileStructure.h"
 #include "Core/MXF/ReplacementSafety.h"
 #include "Core/Platform/Exceptions.h"
 #include "Terminal/ErrorText.h"
@@ -16,8 +17,7 @@ constexpr const char* kExport =
     "; such a file cannot be edited; mxfxml export, and mxfxml import -o of the edited document, make a file of the "
     "header metadata alone";
 
-void requireSafe(DataIO::SeekableSource& source, bool isForced) {
-  const auto structure = MXF::readStructure(source);
+void requireSafe(DataIO::SeekableSource& source, const MXF::FileStructure& structure, bool isForced) {
   std::vector<MXF::Unchecked> unchecked;  // which saving reports
   MXF::refuseUnsafe(source, structure, isForced ? &unchecked : nullptr);
 }
@@ -25,7 +25,7 @@ void requireSafe(DataIO::SeekableSource& source, bool isForced) {
 bool isSafe(const Path& file, bool isForced) {
   try {
     DataIO::File::FileDataSource source(file);
-    requireSafe(source, isForced);
+    requireSafe(source, MXF::readStructure(source), isForced);
     return true;
   } catch (const Exceptions::BaseException&) {
     return false;
@@ -35,9 +35,11 @@ bool isSafe(const Path& file, bool isForced) {
 }  // namespace
 
 void refuseUneditable(const Path& file, bool isForced) {
-  DataIO::File::FileDataSource source(file);  // what keeps it from being opened has no way around
+  // There is no way around what keeps it from being opened, or from being an MXF file.
+  DataIO::File::FileDataSource source(file);
+  const auto structure = MXF::readStructure(source);
   try {
-    requireSafe(source, isForced);
+    requireSafe(source, structure, isForced);
   } catch (const Exceptions::ParseError& error) {
     throw CommandError(error.message() + wayAround(file));
   } catch (const Exceptions::IOError& error) {
