@@ -280,11 +280,11 @@ def frameworks_cycle():
     return header.file()
 
 
-@mxf_input("components-million", "250 Sequences of 4,000 clips each")
-def components_million():
+@mxf_input("components-400000", "100 Sequences of 4,000 clips each")
+def components_400000():
     header = Header()
     clip = header.set("SourceClip", 0, ComponentDataDefinition=PICTURE, ComponentLength=i64(1), StartPosition=i64(0))
-    sequences = range(FREE, FREE + 250)
+    sequences = range(FREE, FREE + 100)
     header.change(6, ComponentObjects=references(*sequences))
     for place, number in enumerate(sequences):
         clips = range((place + 10) * LIST, (place + 11) * LIST)

@@ -12,6 +12,7 @@ import xml.parsers.expat
 HEAD = 1 << 16
 WELL_FORMED_BYTES = 256 << 20  # of a larger document, only the end is looked at
 MIB = 1 << 20
+MOST_OF_MESSAGES = MIB
 SANITIZERS = (b"ERROR: AddressSanitizer", b"ERROR: LeakSanitizer", b"WARNING: ThreadSanitizer", b": runtime error: ")
 TERMINATED = b"terminate called"
 UNKNOWN = (b"unknown error", b"unknown exception")
@@ -135,7 +136,7 @@ class Text:
     """The ends of what a program printed."""
 
     def __init__(self, path):
-        self.lines, self.tail = 0, b""
+        self.lines, self.tail, self.size = 0, b"", os.path.getsize(path)
         with open(path, "rb") as file:
             self.head = file.read(HEAD)
             file.seek(0)
@@ -273,6 +274,8 @@ class Trial:
             yield "an unknown error"
         if messages.lines > self.limits.messages:
             yield f"{messages.lines} lines of messages"
+        if messages.size > MOST_OF_MESSAGES:
+            yield f"{messages.size / MIB:.1f} MiB of messages"
         if result.status and not messages.head and not result.output.head:
             yield "a failure without a message"
 

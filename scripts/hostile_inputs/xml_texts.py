@@ -55,10 +55,10 @@ def uids_odd():
     return document(*(a_set("Filler", text) for text in odd))
 
 
-@xml_input("new-million", "a million sets that are named new: with names of their own, which the next one refers to")
-def new_million():
+@xml_input("new-300000", "300,000 sets that are named new: and refer to each other in a circle")
+def new_300000():
     some = (b'<s377m:Selector rp210:InstanceUID="new:%d"><rp210:SelectedSegment><s377m:Selector_REF types:TargetInstance='
-            b'"new:%d"/></rp210:SelectedSegment></s377m:Selector>' % (i, i - 1) for i in range(300_000))
+            b'"new:%d"/></rp210:SelectedSegment></s377m:Selector>' % (i, (i + 1) % 300_000) for i in range(300_000))
     return document(joined(some))
 
 
@@ -69,7 +69,7 @@ def new_of_none():
                     "</rp210:ComponentObjects></s377m:Sequence>")
 
 
-@xml_input("new-doubled", "300,000 sets of one name, each of the length of a page")
+@xml_input("new-doubled", "300,000 sets of one new: name")
 def new_doubled():
     return document(a_set("Filler", "new:" + "x" * 100) * 300_000)
 
