@@ -137,7 +137,9 @@ void acceptHiddenReferences(LosslessXML::Import& import) {
   auto& listed = import.diagnostics;
   const auto isHidden = [](const Diagnostic& one) { return one.kind == kHidden; };
   listed.erase(std::remove_if(listed.begin(), listed.end(), isHidden), listed.end());
-  import.furtherDiagnostics.erase(kHidden);
+  auto& further = import.furtherDiagnostics;
+  further.erase(std::remove_if(further.begin(), further.end(), [](const auto& one) { return one.kind == kHidden; }),
+                further.end());
 }
 
 void copyPrimer(const PartitionDictionary& from, PartitionDictionary& to) {

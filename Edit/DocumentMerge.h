@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -58,7 +57,7 @@ struct EditedDocument {
 /// What merging a document did, and what it left out.
 struct DocumentReport : MergeReport {
   std::vector<LosslessXML::Diagnostic> diagnostics = {};
-  std::map<LosslessXML::Diagnostic::Kind, std::size_t> furtherDiagnostics = {};  ///< as `LosslessXML::Import` has them
+  std::vector<LosslessXML::FurtherDiagnostics> furtherDiagnostics = {};
   bool isOfEarlierState = false;
 };
 

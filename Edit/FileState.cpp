@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "Core/DataIO/Memory.h"
@@ -68,15 +69,24 @@ class StateReader {
 
   void parse(std::size_t number, FileState::Partition& partition) {
     try {
-      partition.metadata = MXF::readHeaderMetadata(source_, dictionary_, partition.info, limits_);
-    } catch (const MXF::DamagedMetadata& damage) {
-      if (onDamage_ == OnDamage::kSalvage) salvage(partition);
-      if (number == 0 && partition.metadata == nullptr) throw;
-      partition.problem = damage.what();
+      parseOrSalvage(partition);
     } catch (const ParseError& error) {
       if (number == 0) throw;
       partition.problem = error.what();
     }
+  }
+
+  void parseOrSalvage(FileState::Partition& partition) {
+    std::exception_ptr damaged;
+    try {
+      partition.metadata = MXF::readHeaderMetadata(source_, dictionary_, partition.info, limits_);
+      return;
+    } catch (const MXF::DamagedMetadata& damage) {
+      damaged = std::current_exception();
+      partition.problem = damage.what();
+    }
+    if (onDamage_ == OnDamage::kSalvage) salvage(partition);
+    if (partition.metadata == nullptr) std::rethrow_exception(damaged);
   }
 
   void salvage(FileState::Partition& partition) {

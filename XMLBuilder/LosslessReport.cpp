@@ -15,9 +15,17 @@ LosslessXML::Place LosslessReport::placeOf(const xercesc::DOMNode& node) const {
 }
 
 bool LosslessReport::lists(Kind kind) {
-  const bool isFirst = listed_.insert(kind).second;
+  const auto bit = uint64{1} << static_cast<unsigned>(kind);
+  const bool isFirst = (listedKinds_ & bit) == 0;
+  listedKinds_ |= bit;
   if (isFirst || result_.diagnostics.size() < limit_) return true;
-  ++result_.furtherDiagnostics[kind];
+  auto& further = result_.furtherDiagnostics;
+  const auto found = std::find_if(further.begin(), further.end(), [kind](const auto& one) { return one.kind == kind; });
+  if (found == further.end()) {
+    further.push_back({kind, 1});
+  } else {
+    ++found->count;
+  }
   return false;
 }
 

@@ -113,7 +113,7 @@ class LosslessReport {
   std::unordered_map<Types::UUID, Source> sources_;
   std::set<DarkContent> dark_;
   std::vector<Pointer> pointers_;
-  std::set<Kind> listed_;
+  uint64 listedKinds_ = 0;             // a bit each
   std::set<std::string> unknownSets_;  // dotted InstanceUIDs of sets that are in the document, and were reported
 };
 

@@ -55,6 +55,7 @@ class ThrowingPanic : public xercesc::PanicHandler {
     lacksTranscoder_ = reason == Panic_NoDefTranscoder;
     Exceptions::raise<Exceptions::StartFailure>("the XML parser cannot start: {}", getPanicReasonString(reason));
   }
+  void forget() { lacksTranscoder_ = false; }
   /// Whether the last one came before Xerces had the transcoder that its static data need.
   bool lacksTranscoder() const { return lacksTranscoder_; }
 
@@ -97,6 +98,7 @@ void startXerces() {
     delete halfStarted;
     halfStarted = nullptr;
   }
+  panic.forget();
   auto heap = std::make_unique<XercesHeap>();
   try {
     xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr, &panic, heap.get());

@@ -1,5 +1,6 @@
 #include "XMLUtils/XercesHeap.h"
 
+#include <cstdlib>
 #include <functional>
 #include <new>
 
@@ -14,9 +15,13 @@ constexpr std::size_t kBlockSize = std::size_t{4} << 20;
 
 }  // namespace
 
-void* XercesHeap::PlainHeap::allocate(XMLSize_t size) { return ::operator new(size); }
+void* XercesHeap::PlainHeap::allocate(XMLSize_t size) {
+  void* memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
 
-void XercesHeap::PlainHeap::deallocate(void* memory) { ::operator delete(memory); }
+void XercesHeap::PlainHeap::deallocate(void* memory) { std::free(memory); }
 
 XercesHeap::XercesHeap() : block_(static_cast<uint8*>(Platform::allocateMemory(kBlockSize))) {}
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -126,13 +125,19 @@ struct UnreadProperty {
   std::string property;  ///< the symbol
 };
 
+/// How many diagnostics of a kind are not listed.
+struct FurtherDiagnostics {
+  Diagnostic::Kind kind;
+  std::size_t count;
+};
+
 /// The sets that an import made, and what it could not read.
 struct Import {
   std::vector<MetadataSet*> sets;  ///< of children of the root and of the floating container, in document order
   /// In document order; missing targets come last. When there are `Limits::diagnostics` of them, only the first one of
   /// a kind that the list lacks is added; the others are counted.
   std::vector<Diagnostic> diagnostics;
-  std::map<Diagnostic::Kind, std::size_t> furtherDiagnostics;  ///< number of those that are not in the list
+  std::vector<FurtherDiagnostics> furtherDiagnostics;  ///< those that are not in the list; each kind once
   std::vector<UnreadProperty> unread;
 };
 

@@ -1,5 +1,6 @@
 #include "CommandLine/Command.h"
 
+#include <limits>
 #include <optional>
 
 #include "CommandLine/CommonOptions.h"
@@ -144,6 +145,8 @@ class ImportCommand final : public Command {
     auto metadata = std::make_unique<PartitionMetadata>(load(document.vocabulary()));
     if (exact_ && isStandardInput(input())) {
       const auto bytes = StandardInput::instance().all();
+      constexpr uint64 kMost = std::numeric_limits<uint32>::max();  // that the exact form takes
+      if (bytes.size() > kMost) throw CommandError("in the exact form, a document has at most 4 GiB");
       XML2Partition::getPartitionMetadataFromBuffer(reinterpret_cast<const uint8*>(bytes.data()),
                                                     static_cast<uint32>(bytes.size()), metadata.get(), limits());
     } else if (exact_) {

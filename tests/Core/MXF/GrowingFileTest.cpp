@@ -78,6 +78,7 @@ TEST(GrowingFile, IsReadInOneStateOrNotWhileItsWriterRewritesIt) {
     const Writer writer([&] {
       const Bytes& state = states[turn++ % 2];
       update.write(0, state.data(), state.size());
+      update.flush();  // what a writer keeps back leaves the file half-way between two states
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     });
     for (int i = 0; i < kReads; ++i) {

@@ -24,7 +24,7 @@ DictionaryOptions::Source metadataSource(const Path& file, const MXF::PartitionC
     refuseStoppedChange(file);
     return readPartition(file, load({}), partitionIn(file, partition), missing);
   };
-  return {file, read};
+  return {file, read, missing};
 }
 
 void printProblems(const Path& file, const InputProblems& problems, bool areErrors) {

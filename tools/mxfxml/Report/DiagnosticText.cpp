@@ -50,21 +50,24 @@ Diagnostics diagnosticsOf(const LosslessXML::Import& import) {
   return diagnostics;
 }
 
+MessageList::MessageList(const Path& document, bool areErrors, std::size_t most)
+    : start_(Platform::pathToUTF8(document) + ": " + (areErrors ? "" : "warning: ")), most_(most) {}
+
 MessageList::MessageList(const Path& document, bool areErrors)
-    : start_(Platform::pathToUTF8(document) + ": " + (areErrors ? "" : "warning: ")) {}
+    : MessageList(document, areErrors, static_cast<std::size_t>(limits().diagnostics)) {}
 
 void MessageList::print(const std::string& message) {
-  if (++count_ <= limits().diagnostics) printMessage(start_ + message);
+  if (++count_ <= most_) printMessage(start_ + message);
 }
 
 void MessageList::finish(std::size_t further) const {
-  if (count_ > limits().diagnostics) further += count_ - static_cast<std::size_t>(limits().diagnostics);
+  if (count_ > most_) further += count_ - most_;
   if (further != 0) printMessage(start_ + "and " + std::to_string(further) + " more; --limit diagnostics=N prints N");
 }
 
 void printDiagnostics(const Path& document, const Diagnostics& diagnostics, bool isStrict,
                       const std::string& consequence) {
-  MessageList messages(document, isStrict);
+  MessageList messages(document, isStrict, diagnostics.listed.size());
   for (const auto& diagnostic : diagnostics.listed) messages.print(describeForUser(diagnostic));
   messages.finish(diagnostics.further);
   if (isStrict && !diagnostics.empty()) throw CommandError(countOf(diagnostics) + consequence);

@@ -23,6 +23,8 @@ Diagnostics diagnosticsOf(const LosslessXML::Import& import);
 class MessageList {
  public:
   MessageList(const Path& document, bool areErrors);
+  /// @param most  that are printed.
+  MessageList(const Path& document, bool areErrors, std::size_t most);
 
   void print(const std::string& message);
   /// @param further  number of those that were not handed to `print`.
@@ -30,6 +32,7 @@ class MessageList {
 
  private:
   std::string start_;
+  std::size_t most_;
   std::size_t count_ = 0;
 };
 
