@@ -40,7 +40,8 @@ bool wasJustWritten(const FileState& state);
 ///
 /// When the file is in another state behind `read` than before, or was written a moment ago, so that its state may not
 /// show that, `read` is called twice more, and has to read the same bytes both times. What a writer appends does not
-/// count: the second time, the file ends where it ended the first time. A writer that pauses half-way is not noticed.
+/// count: the second time, the file ends where it ended the first time. A writer that pauses half-way is not noticed,
+/// nor one that brings back the same earlier bytes for both times.
 /// @param read  gets the file as a SeekableSource&, and has no effect but its result.
 /// @return what `read` returned last.
 /// @throws Exceptions::IOError naming the path when the bytes keep changing; what `read` throws, unless a later call

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <thread>
+#include <vector>
 
 #include "Core/Dictionary/BuiltInDictionary.h"
 #include "Core/MXF/HeaderMetadataReader.h"
@@ -69,16 +70,17 @@ TEST(GrowingFile, IsReadWhileItsWriterAppends) {
 
 TEST(GrowingFile, IsReadInOneStateOrNotWhileItsWriterRewritesIt) {
   const TemporaryFile file(fileOf(7));
-  const Bytes states[] = {fileOf(8), fileOf(9)};
+  std::vector<Bytes> states;  // so many that none comes back while the file is read
+  for (uint8 octet = 8; octet < 48; ++octet) states.push_back(fileOf(octet));
   // The writer hands over each state at once: one that pauses half-way is not noticed.
   auto* stream = std::fopen(file.path().string().c_str(), "r+b");
   ASSERT_NE(stream, nullptr);
   std::setvbuf(stream, nullptr, _IONBF, 0);
-  std::atomic<int> turn{0};
+  std::atomic<std::size_t> turn{0};
   int read = 0, refused = 0;
   {
     const Writer writer([&] {
-      const Bytes& state = states[turn++ % 2];
+      const Bytes& state = states[turn++ % states.size()];
       std::fseek(stream, 0, SEEK_SET);
       std::fwrite(state.data(), 1, state.size(), stream);
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
